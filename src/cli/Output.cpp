@@ -245,6 +245,14 @@ std::string printDockAutoHide(const json& result, const Arguments&) {
     return (result.at("isOn").get<bool>() ? "The Dock hides itself.\n" : "The Dock stays.\n") + remarksOf(result);
 }
 
+std::string printUpdates(const json& result, const Arguments&) {
+    std::string out = result.at("checksAutomatically").get<bool>() ? "KOVA looks for newer versions automatically"
+                                                                   : "KOVA looks for newer versions only when asked";
+    if (result.at("checksAutomatically").get<bool>() && result.at("downloadsAutomatically").get<bool>())
+        out += " and downloads them";
+    return out + (result.at("isChecking").get<bool>() ? ". It is looking now.\n" : ".\n");
+}
+
 std::string printPermission(const json& result, const Arguments&) {
     if (result.at("problem").is_null()) return "KOVA may manage windows.\n";
     std::string out = line("KOVA may not manage windows: " + result.at("problem").get<std::string>());

@@ -25,6 +25,7 @@ std::string printExplanation(const nlohmann::json& result, const Arguments& argu
 std::string printStatus(const nlohmann::json& result, const Arguments& arguments);
 std::string printStartAtLogin(const nlohmann::json& result, const Arguments& arguments);
 std::string printDockAutoHide(const nlohmann::json& result, const Arguments& arguments);
+std::string printUpdates(const nlohmann::json& result, const Arguments& arguments);
 std::string printPermission(const nlohmann::json& result, const Arguments& arguments);
 std::string printQuit(const nlohmann::json& result, const Arguments& arguments);
 

@@ -27,6 +27,7 @@
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
+#include "control/UpdateMethods.h"
 #include "control/UserInterfaceDialogs.h"
 #include "control/UserInterfaceMethods.h"
 #include "control/WindowCommandMethods.h"
@@ -324,6 +325,14 @@ class ControlMethods::Table final : MethodTable {
     }
 
     void addAgent() {
+        add("updates.status", {}, [this](const Call&) { return tellUpdates(context_.menu); });
+        add("updates.check", {}, [this](const Call&) { return checkForUpdates(context_.menu); });
+        for (const auto& [name, which] : {std::pair("updates.automatic", UpdateSwitch::checks),
+                                          std::pair("updates.download", UpdateSwitch::downloads)}) {
+            add(name, {"isOn"}, [this, which = which](const Call& call) {
+                return switchUpdates(context_.menu, which, call.parameters);
+            });
+        }
         add("permission.status", {},
             [this](const Call&) { return tellPermission(context_.controller, context_.permission); });
         add("permission.ask", {},
@@ -367,7 +376,8 @@ class ControlMethods::Table final : MethodTable {
                 {"rules", resultOf("rule.list")},
                 {"scenes", resultOf("scene.list")},
                 {"learned", resultOf("app.learned")},
-                {"permission", resultOf("permission.status")}};
+                {"permission", resultOf("permission.status")},
+                {"updates", resultOf("updates.status")}};
     }
 
     ControlContext context_;

@@ -44,10 +44,38 @@ ControlFailure unknown(const WantedDivider& wanted, const std::vector<DisplayLay
     return {controlCode::refused, std::move(message), {{"choices", std::move(choices)}}};
 }
 
+/// Adds the names of the tiles that the divider separates: on the left or above, on the right or below.
+void addNeighbors(json& divider, const json& tiles) {
+    const bool isUpright = divider.at("axis") == "horizontal";
+    const char* position = isUpright ? "x" : "y";
+    const char* length = isUpright ? "width" : "height";
+    const char* crossPosition = isUpright ? "y" : "x";
+    const char* crossLength = isUpright ? "height" : "width";
+    const auto low = [](const json& rect, const char* key) { return rect.at(key).get<double>(); };
+    const auto high = [&](const json& rect, const char* key, const char* size) {
+        return low(rect, key) + low(rect, size);
+    };
+    const auto isSame = [](double a, double b) { return std::abs(a - b) < 1; }; // points
+    const json gap = divider.at("frame");
+    json before = json::array(), after = json::array();
+    for (const json& tile : tiles) {
+        const json& cell = tile.at("cell");
+        if (tile.at("display") != divider.at("display")) continue;
+        if (low(cell, crossPosition) >= high(gap, crossPosition, crossLength)) continue;
+        if (high(cell, crossPosition, crossLength) <= low(gap, crossPosition)) continue;
+        if (isSame(high(cell, position, length), low(gap, position))) before.push_back(tile.at("name"));
+        if (isSame(low(cell, position), high(gap, position, length))) after.push_back(tile.at("name"));
+    }
+    divider["before"] = std::move(before);
+    divider["after"] = std::move(after);
+}
+
 } // namespace
 
 ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters) {
     json dividers = controlRecord::dividers(controller);
+    const json tiles = controlRecord::tiles(controller);
+    for (json& divider : dividers) addNeighbors(divider, tiles);
     if (const auto named = parameters.optional("display")) {
         const auto display = lookUpDisplay(controller, named->string());
         if (!display) return display.error();

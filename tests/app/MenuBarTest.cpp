@@ -6,6 +6,7 @@
 #include "app/DocumentPanelServicing.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
+#include "tests/harness/SimulatedUpdates.h"
 
 #include <gtest/gtest.h>
 
@@ -22,17 +23,6 @@ class Panels final : public DocumentPanelServicing {
     }
     void openDocument(std::function<void(const std::variant<std::string, FileProblem>&)>) override { calls += "open "; }
     std::string calls;
-};
-
-class Updates final : public UpdateChecker {
-  public:
-    bool canCheckForUpdates() const override { return !isChecking; }
-    void checkForUpdates() override { isChecking = true; }
-    bool automaticallyChecksForUpdates() const override { return checks; }
-    void setAutomaticallyChecksForUpdates(bool on) override { checks = on; }
-    bool automaticallyDownloadsUpdates() const override { return downloads; }
-    void setAutomaticallyDownloadsUpdates(bool on) override { downloads = on; }
-    bool isChecking = false, checks = true, downloads = false;
 };
 
 class LoginItem final : public LaunchAtLoginServicing {
@@ -130,7 +120,7 @@ class MenuBar : public ::testing::Test {
     KovaShortcutSettings& shortcuts = delegate.shortcutSettings();
     Panels panels;
     DocumentExchange documents{workspace, panels, desktop};
-    Updates updates;
+    SimulatedUpdates updates;
     int quits = 0;
     KovaMenuBarContent menu{
         {.delegate = delegate, .documents = &documents, .updates = &updates, .quit = [this] { ++quits; }}};

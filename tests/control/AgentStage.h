@@ -11,6 +11,7 @@
 #include "control/UserInterfaceDialogs.h"
 #include "tests/control/SocketClient.h"
 #include "tests/harness/Scenario.h"
+#include "tests/harness/SimulatedUpdates.h"
 #include "tests/linux/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -43,8 +44,8 @@ class AgentStage {
                                .queue = desk.desktop.queue(),
                                .quit = [this] { hasQuit = true; },
                                .overlay = &desk.delegate().overlay(),
-                               .menu =
-                                   &menu.emplace(MenuBarServices{.delegate = desk.delegate(), .documents = &dialogs}),
+                               .menu = &menu.emplace(MenuBarServices{
+                                   .delegate = desk.delegate(), .documents = &dialogs, .updates = &updates}),
                                .userInterface = &userInterface,
                                .dialogs = &dialogs,
                                .settingsWindow = [this] { return desk.delegate().settingsWindow(); },
@@ -116,6 +117,7 @@ class AgentStage {
     Disk disk;
     Permission permission;
     UserInterface userInterface;
+    SimulatedUpdates updates;
     Scenario desk;
     UserInterfaceDialogs dialogs{desk.desktop.queue()};
     KovaShortcutSettings shortcuts{desk.preferences};

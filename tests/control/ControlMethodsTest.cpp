@@ -364,6 +364,8 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     const json divider = result("divider.list")["dividers"].at(0);
     EXPECT_EQ(divider["axis"], "horizontal");
     EXPECT_EQ(divider["split"], "root");
+    EXPECT_EQ(divider["before"], json::array({"Primary"}));
+    EXPECT_EQ(divider["after"], json::array({"Secondary"}));
     const double least = divider["least"];
     result("zoom");
     EXPECT_EQ(result("divider.drag", drag(least - 500))["points"], least) << "stops where a neighbour is smallest";

@@ -261,6 +261,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
     struct Peer final : ControlPeer {
         void send(const std::string&) override {}
         bool isConnected() const override { return isThere; }
+        void whenDisconnected(std::function<void()>) override {}
         bool isThere = true;
     };
     Scenario desk;

@@ -1,15 +1,16 @@
 // Every window and every settings page, as the accessibility interface presents it.
 #include "tests/ui/WindowStage.h"
 #include "ui/windows/Pane.h"
+#include "ui/windows/Translations.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QApplication>
+#include <QTranslator>
 
 namespace kova::ui::testing {
 
 namespace {
-
-using Accessibility = WindowStage;
 
 bool holdsItems(QAccessible::Role role) {
     switch (role) {
@@ -50,14 +51,24 @@ void expectAccessible(QWidget* window, const std::string& what) {
 
 } // namespace
 
-TEST_F(Accessibility, EveryControlHasANameAndADescriptionAndFitsASmallDisplay) {
+class AccessibilityIn : public WindowStage, public ::testing::WithParamInterface<QLocale::Language> {
+  protected:
+    AccessibilityIn() { installTranslations(QLocale(GetParam())); }
+    ~AccessibilityIn() override {
+        for (QTranslator* each : qApp->findChildren<QTranslator*>()) delete each;
+    }
+};
+
+TEST_P(AccessibilityIn, EveryControlHasANameAndADescriptionAndFitsASmallDisplay) {
     QAccessible::setActive(true);
     desk.arrange();
     for (const WindowKind& kind : Registry<WindowKind>::entries()) expectAccessible(open(kind.name), kind.name);
     for (const PaneKind& pane : Registry<PaneKind>::entries()) {
         QWidget* window = open("settings", {{"pane", pane.name}});
         expectAccessible(window, std::string("settings: ") + pane.name);
+        EXPECT_EQ(window->windowTitle() == QStringLiteral("KOVA-Einstellungen"), GetParam() == QLocale::German);
     }
 }
+INSTANTIATE_TEST_SUITE_P(Languages, AccessibilityIn, ::testing::Values(QLocale::English, QLocale::German));
 
 } // namespace kova::ui::testing

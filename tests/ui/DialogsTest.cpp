@@ -134,4 +134,20 @@ TEST_F(Dialogs, ScenesAndRulesTravelByTheMenusFilePanels) {
     EXPECT_TRUE(isClosed("importDocument"));
 }
 
+class GoldenDialogs : public Dialogs {};
+
+TEST_F(GoldenDialogs, MatchTheGoldenPictures) {
+    for (const char* name : {"A Long Name of an Application", "Calendar", "Draw", "Editor", "Files", "Games", "Help"})
+        desk.opens(name);
+    desk.settle();
+    chooseFromMenu("force-quit-all");
+    compareWithGoldens(*shown("alert"), "alert-question");
+    dialogs.inform({.title = "No Open Applications",
+                    .text = "There are no regular applications to close. KOVA and Finder are always kept open.",
+                    .confirmButton = "OK",
+                    .cancelButton = {}});
+    ASSERT_TRUE(until([&] { return !control<QPushButton>(host.window("alert"), "confirm")->isVisible(); }));
+    compareWithGoldens(*host.window("alert"), "alert-message");
+}
+
 } // namespace kova::ui::testing

@@ -160,6 +160,20 @@ TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
     EXPECT_EQ(given, 1) << "the user has chosen another window";
 }
 
+// As footers do, it takes no focus.
+TEST_F(Launching, APressOnAnotherWindowOfThisProgramCloses) {
+    ASSERT_TRUE(openAt("launcher", "focus-main"));
+    QWindow footer;
+    footer.setFlags(Qt::ToolTip);
+    footer.setGeometry(0, 0, 100, 30);
+    footer.show();
+    QTest::mouseClick(host.window("launcher")->windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(host.window("launcher")) << "a press inside does not";
+    QTest::mouseClick(&footer, Qt::LeftButton);
+    EXPECT_TRUE(isClosed("launcher"));
+}
+
 TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     ask("scene.capture", {{"name", "Writing"}});
     std::size_t count = commandEntries({}).size();
@@ -238,6 +252,12 @@ TEST_F(Launching, ThePaletteAsksForWhatACommandNeedsInTheSameField) {
     ends();
 
     ASSERT_TRUE(openAt("palette", "secondary-1"));
+    answer("move a div", "Move a divider…");
+    answer("primary", "Between Primary and Secondary");
+    answer("30", "Points to the right or downwards: “30”");
+    ends();
+
+    ASSERT_TRUE(openAt("palette", "secondary-1"));
     answer("leave alone", "Add a rule: leave alone…");
     answer("mail", "Inbox — Mail");
     ends();
@@ -267,6 +287,12 @@ TEST_F(Launching, EveryCommandOfThePaletteIsUnderstoodWithItsParameters) {
             entry.parameters.update(answers.empty() ? nlohmann::json{{question.key, "mail"}}
                                                     : answers.back().parameters);
         }
+        if (!entry.parameters.contains("window")) {
+            nlohmann::json onAnother = entry.parameters;
+            onAnother["window"] = "no such window";
+            const bool takesWindow = ask(entry.method, onAnother)["error"]["code"] > 0; // refused, but understood
+            EXPECT_EQ(actsOnFocusedWindow(entry.method), takesWindow) << entry.method;
+        }
         const nlohmann::json reply = ask(entry.method, entry.parameters);
         if (reply.contains("error")) {
             EXPECT_GT(reply["error"]["code"], 0) << entry.method << ": " << reply; // refused, but understood
@@ -279,22 +305,17 @@ TEST_F(Launching, EveryCommandOfThePaletteIsUnderstoodWithItsParameters) {
 TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
     const std::set<std::string> elsewhere{"launch", "layout.select",
                                           "scene.open"}; // listed by application, layout, scene
-    const std::set<std::string> toRead{"app.learned",    "app.list",
-                                       "accent.list",    "divider.list",
-                                       "dock.status",    "doctor",
-                                       "explain",        "history",
-                                       "layout.fit",     "layout.list",
-                                       "layout.show",    "login.status",
-                                       "menu",           "permission.status",
-                                       "query.displays", "query.focus",
-                                       "query.state",    "query.tiles",
-                                       "query.windowAt", "query.windows",
-                                       "rule.list",      "rule.test",
-                                       "scene.diff",     "scene.list",
-                                       "scene.show",     "shortcut.list",
-                                       "status",         "subscribe",
-                                       "theme.list",     "ui.status",
-                                       "windows",        ""};
+    const std::set<std::string> toRead{"app.learned",    "app.list",          "accent.list",
+                                       "divider.list",   "dock.status",       "doctor",
+                                       "explain",        "history",           "layout.fit",
+                                       "layout.list",    "layout.show",       "login.status",
+                                       "menu",           "permission.status", "query.displays",
+                                       "query.focus",    "query.state",       "query.tiles",
+                                       "query.windowAt", "query.windows",     "rule.list",
+                                       "rule.test",      "scene.diff",        "scene.list",
+                                       "scene.show",     "shortcut.list",     "status",
+                                       "subscribe",      "theme.list",        "ui.status",
+                                       "updates.status", "windows",           ""};
     // forceQuitAll, export and import are menu entries; keys are recorded in the settings; ui.palette and ui.on have no
     // effect while the palette is open.
     const std::set<std::string> otherwise{"forceQuitAll", "export", "import", "shortcut.record", "ui.palette", "ui.on"};

@@ -90,6 +90,19 @@ TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowWhatChangesElsewh
     EXPECT_TRUE(until([&] { return control<QCheckBox>(window, "rulesOn")->isChecked(); }));
     QTest::mouseClick(control<QCheckBox>(window, "rulesOn"), Qt::LeftButton, {}, {5, 5});
     EXPECT_TRUE(until([&] { return ask("rule.list")["result"]["isOn"] == false; }));
+
+    select(0);
+    click("moveDown");
+    ASSERT_TRUE(untilShown("Notes → Primary*, Mail floats"));
+    click("deleteRule");
+    ASSERT_TRUE(untilShown("Notes → Primary*"));
+    add({{"application", "terminal"}, {"disposition", "ignore"}});
+    ask("rule.move", {{"rule", "2"}, {"to", 1}});
+    EXPECT_TRUE(untilShown("Terminal ignored*, Notes → Primary*")) << "by a command";
+    ask("rule.change", {{"rule", "1"}, {"disposition", "tile"}, {"slot", "secondary-1"}});
+    EXPECT_TRUE(until([&] { return table->topLevelItem(0)->text(2) == "Tile Secondary 1"; })) << "by a command";
+    ask("rule.delete", {{"rule", "1"}});
+    EXPECT_TRUE(untilShown("Notes → Primary*")) << "by a command";
 }
 
 TEST_F(RulesInSettings, AreAddedForTheLastFocusedAndForOpenWindows) {

@@ -89,6 +89,20 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
     EXPECT_EQ(text("deletedText"), "Scene “Desk” deleted");
     click("undelete");
     EXPECT_TRUE(untilShown("Desk, Play"));
+
+    select(1);
+    click("renameScene");
+    EXPECT_TRUE(list->findChild<QLineEdit*>()) << "the name is edited in its place";
+    QTest::keyClick(list->findChild<QLineEdit*>(), Qt::Key_Escape);
+    select(0);
+    click("deleteScene");
+    ASSERT_TRUE(untilShown("Play"));
+    ask("scene.rename", {{"scene", "Play"}, {"newName", "Games"}});
+    EXPECT_TRUE(untilShown("Games")) << "by a command";
+    ask("scene.undelete");
+    EXPECT_TRUE(until([&] { return list->topLevelItemCount() == 2; })) << "by a command";
+    for (const char* scene : {"Games", "Desk"}) ask("scene.delete", {{"scene", scene}});
+    EXPECT_TRUE(untilShown("")) << "by a command";
 }
 
 TEST_F(ScenesInSettings, SayWhatOpeningChangesAndOpen) {

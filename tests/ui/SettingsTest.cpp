@@ -239,6 +239,10 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndSho
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") == "none" && row("Focus Left")->text(1).isEmpty(); }));
     QTest::mouseClick(control<QPushButton>(window, "restoreShortcuts"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") != "none" && !row("Focus Left")->text(1).isEmpty(); }));
+    ask("shortcut.clear", {{"action", "focusLeft"}});
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1).isEmpty(); })) << "by a command";
+    ask("shortcut.restoreDefaults");
+    EXPECT_TRUE(until([&] { return !row("Focus Left")->text(1).isEmpty(); })) << "by a command";
 }
 
 TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
@@ -323,6 +327,24 @@ TEST_F(Settings, AReportIsWrittenByTheCommandLineAndWhatItRefusesIsShown) {
     EXPECT_EQ(refusalIn(window), "");
     write();
     EXPECT_TRUE(until([&] { return refusalIn(window).find("is there already") != std::string::npos; }));
+}
+
+TEST_F(Settings, UpdatesAreSwitchedAndCheckedForWhereKovaUpdatesItself) {
+    HostedWindow* window = openAt("about");
+    ASSERT_TRUE(shows(window, "checksForUpdates", true));
+    const auto click = [&](const char* box) {
+        QTest::mouseClick(control<QCheckBox>(window, box), Qt::LeftButton, {}, QPoint(8, 8));
+    };
+    click("downloadsUpdates");
+    EXPECT_TRUE(until([&] { return updates.downloads; }));
+    click("checksForUpdates");
+    EXPECT_TRUE(until([&] { return !updates.checks && !control<QCheckBox>(window, "downloadsUpdates")->isEnabled(); }));
+    EXPECT_TRUE(ask("updates.download", {{"isOn", false}}).contains("error")) << "nothing looks for updates";
+    ask("updates.automatic", {{"isOn", true}});
+    EXPECT_TRUE(shows(window, "checksForUpdates", true)) << "by a command";
+    QTest::mouseClick(control<QPushButton>(window, "checkNow"), Qt::LeftButton);
+    EXPECT_TRUE(until([&] { return updates.isChecking && !control<QPushButton>(window, "checkNow")->isEnabled(); }));
+    EXPECT_TRUE(ask("updates.check").contains("error")) << "one is under way";
 }
 
 TEST_F(Settings, KovaUIStartedTwiceShowsThem) {

@@ -69,13 +69,14 @@ TEST(SceneStories, DifferencesAreToldInTheNamesThatTheUserSees) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").opens("Maps").arrange();
     auto scene = sceneOf({"Notes||focus-main|0", "Mail||secondary-1|0"});
     scene.themeID = "jarvis.neon-cyan";
-    scene.accentColorID = "system-red";
+    scene.accentColorID = "reactor-amber";
     scene.displays.front().layoutWeights.splits["root"] = {3, 1};
     EXPECT_EQ(sceneDifferencesOf(desk, importScene(desk, scene)),
-              "theme: Neon Cyan / KOVA Native\n"
-              "accent color: Red / Blue\n"
-              "sizes of A: Primary 72 × 100 %, Secondary 24 × 100 % / the layout's own\n"
-              "Notes: Primary on A / Secondary on A\n");
+              "theme: Neon Cyan / Native\n"
+              "accent color: REACTOR AMBER / SYSTEM BLUE\n"
+              "sizes of A: Primary 74.06 × 96.67 %, Secondary 24.69 × 96.67 % / the layout's own\n"
+              "Mail: Secondary on A / in no tile\n"
+              "Maps “Maps”: not in the scene / Secondary on A\n");
     desk.layout("jarvis.quad-grid");
     EXPECT_NE(sceneDifferencesOf(desk, scene.id).find("layout of A: Dual Split (2) / Quad Grid (2×2)\n"),
               std::string::npos);

@@ -76,7 +76,10 @@ CommandPalette::CommandPalette(WindowServices& services) : SearchWindow(services
 QString CommandPalette::tileName() const {
     const OverlayContents* contents = services().overlay ? services().overlay() : nullptr;
     const TileContents* target = contents ? contents->tile(tile()) : nullptr;
-    return target ? QString::fromStdString(target->name) : QString();
+    if (!target) return {};
+    const QString name = QString::fromStdString(target->name);
+    const DisplayContents* display = contents->displays.size() > 1 ? contents->display(target->display) : nullptr;
+    return display ? tr("%1 on %2", "tile on display").arg(name, QString::fromStdString(display->name)) : name;
 }
 
 std::vector<LauncherEntry> CommandPalette::windowEntries(const nlohmann::json& result) const {

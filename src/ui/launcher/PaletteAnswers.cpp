@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <QStringList>
 
 #include <set>
 
@@ -48,6 +49,12 @@ const Source* sourceOf(Subject subject) {
     return nullptr;
 }
 
+QString listed(const json& names) {
+    QStringList list;
+    for (const json& name : names) list << QString::fromStdString(name.get<std::string>());
+    return list.join(QStringLiteral(", "));
+}
+
 LauncherEntry answerOf(const json& element, const Source& source, const Question& question) {
     LauncherEntry answer{.title = memberText(element, source.title)};
     const QString application = memberText(element, "application"), value = memberText(element, source.value);
@@ -63,7 +70,8 @@ LauncherEntry answerOf(const json& element, const Source& source, const Question
     if (question.subject == Subject::shortcutAction) answer.kind = memberText(element, "label");
     if (question.subject == Subject::divider) {
         const int boundary = element.value("boundary", 0);
-        answer.title = PaletteAnswers::tr("Divider %1 of %2").arg(boundary + 1).arg(value);
+        answer.title = PaletteAnswers::tr("Between %1 and %2")
+                           .arg(listed(element.value("before", json())), listed(element.value("after", json())));
         answer.kind = memberText(element, "axis") == QStringLiteral("horizontal")
                           ? PaletteAnswers::tr("side by side")
                           : PaletteAnswers::tr("one above the other");

@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -53,6 +54,24 @@ class EntryDelegate final : public QStyledItemDelegate {
         painter->drawText(option.rect.adjusted(margin, 0, -margin, 0), Qt::AlignVCenter | Qt::AlignRight, kind);
         painter->restore();
     }
+};
+
+/// Closes the window at a press on another window of this program, such as a footer, which takes no focus.
+class OutsidePress final : public QObject {
+  public:
+    explicit OutsidePress(QWidget& window) : QObject(&window), window_(window) { qApp->installEventFilter(this); }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::MouseButtonPress || !window_.isVisible()) return false;
+        const auto* pressed = qobject_cast<QWindow*>(watched);
+        const bool isOther = pressed && pressed != window_.windowHandle() && pressed->type() != Qt::Popup;
+        if (isOther) QMetaObject::invokeMethod(&window_, &QWidget::close, Qt::QueuedConnection);
+        return false;
+    }
+
+  private:
+    QWidget& window_;
 };
 
 } // namespace
@@ -128,6 +147,7 @@ SearchWindow::SearchWindow(WindowServices& services) :
     layout->addWidget(error_);
     layout->addWidget(list_, 1);
     setFocusProxy(field_);
+    new OutsidePress(*this);
     connect(field_, &QLineEdit::textChanged, this, [this] { filter(); });
     connect(list_, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
 }

@@ -41,17 +41,8 @@ QString commandLineProgram() {
     return QStandardPaths::findExecutable(QStringLiteral("kova"));
 }
 
-/// The entry of that id, wherever it is; null when there is none.
-json entryIn(const json& entries, const char* id) {
-    for (const json& entry : entries) {
-        if (entry.at("id") == id) return entry;
-        if (json inside = entryIn(entry.at("entries"), id); !inside.is_null()) return inside;
-    }
-    return nullptr;
-}
-
-AgentRequest choose(const char* id) {
-    return {"menu.choose", {{"id", id}}};
+AgentRequest switchTo(const char* method, bool isOn) {
+    return {method, {{"isOn", isOn}}};
 }
 
 } // namespace
@@ -74,10 +65,11 @@ QWidget* AboutPane::updatesGroup() {
     updates_ = new QGroupBox(tr("Updates"), this);
     auto* column = new QVBoxLayout(updates_);
     checksForUpdates_ = new SettingSwitch(
-        agent_, tr("Check for &updates automatically"), {}, [](bool) { return choose("update-automatically"); },
-        updates_);
+        agent_, tr("Check for &updates automatically"), {},
+        [](bool isOn) { return switchTo("updates.automatic", isOn); }, updates_);
     downloadsUpdates_ = new SettingSwitch(
-        agent_, tr("&Download updates automatically"), {}, [](bool) { return choose("update-download"); }, updates_);
+        agent_, tr("&Download updates automatically"), {}, [](bool isOn) { return switchTo("updates.download", isOn); },
+        updates_);
     checkNow_ = new QPushButton(tr("Check &Now"), updates_);
     checkNow_->setAccessibleDescription(tr("Looks for a newer version now"));
     updateError_ = new FieldError(updates_);
@@ -85,13 +77,12 @@ QWidget* AboutPane::updatesGroup() {
                           static_cast<QWidget*>(updateError_)})
         column->addWidget(each);
     column->addWidget(checkNow_, 0, Qt::AlignLeft);
-    connect(checkNow_, &QPushButton::clicked, this, [this] {
-        callFor(*updateError_, agent_, "menu.choose", {{"id", "update"}});
-    });
-    for (SettingSwitch* each : {checksForUpdates_, downloadsUpdates_})
-        connect(&each->box(), &QCheckBox::clicked, this,
-                &AboutPane::opened); // one of them is of use with the other only
+    connect(checkNow_, &QPushButton::clicked, this, [this] { callFor(*updateError_, agent_, "updates.check"); });
+    checksForUpdates_->box().setObjectName(QStringLiteral("checksForUpdates"));
+    downloadsUpdates_->box().setObjectName(QStringLiteral("downloadsUpdates"));
+    checkNow_->setObjectName(QStringLiteral("checkNow"));
     updates_->hide();
+    followSections(agent_, this, {"updates"}, [this](const json& state) { showUpdates(sectionOf(state, "updates")); });
     return updates_;
 }
 
@@ -139,28 +130,17 @@ void AboutPane::opened() {
         version_->setText(theirs.isEmpty() || theirs == ours ? tr("KOVA %1").arg(ours)
                                                              : tr("KOVA %1, user interface %2").arg(theirs, ours));
     });
-    agent_.call(this, "menu", json::object(), [this](const Answer& answer) {
-        try {
-            if (answer.error.empty()) showUpdates(answer.result.at("entries"));
-        } catch (const json::exception& error) {
-            qWarning("kova-ui: the menu that the agent sent cannot be decoded: %s", error.what());
-        }
-    });
+    agent_.follow("settings");
 }
 
-void AboutPane::showUpdates(const json& menu) {
-    const json now = entryIn(menu, "update");
-    updates_->setVisible(!now.is_null());
-    if (now.is_null()) return;
-    checkNow_->setEnabled(now.at("isEnabled"));
-    for (const auto& [control, id] :
-         {std::pair(checksForUpdates_, "update-automatically"), std::pair(downloadsUpdates_, "update-download")}) {
-        const json entry = entryIn(menu, id);
-        control->setVisible(!entry.is_null());
-        if (entry.is_null()) continue;
-        control->showState(entry.at("isChecked"));
-        control->box().setEnabled(entry.at("isEnabled"));
-    }
+void AboutPane::showUpdates(const json& updates) {
+    updates_->setVisible(updates.is_object());
+    if (!updates.is_object()) return;
+    const bool checks = updates.at("checksAutomatically");
+    checkNow_->setEnabled(!updates.at("isChecking").get<bool>());
+    checksForUpdates_->showState(checks);
+    downloadsUpdates_->showState(updates.at("downloadsAutomatically"));
+    downloadsUpdates_->box().setEnabled(checks);
 }
 
 void AboutPane::showLog() {

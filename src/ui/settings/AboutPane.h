@@ -24,7 +24,7 @@ class AboutPane final : public Pane {
   private:
     QWidget* logGroup();
     QWidget* updatesGroup();
-    void showUpdates(const nlohmann::json& menu);
+    void showUpdates(const nlohmann::json& updates);
     void showLog();
     void askForReportFile();
     /// Runs the command line with the arguments; `done` gets its output if it succeeds; its

@@ -47,7 +47,7 @@ RuleTable::RuleTable(QWidget* parent) : QTreeWidget(parent) {
 void RuleTable::show(const nlohmann::json& rules) {
     isFilling_ = true;
     if (!hasRowsOf(rules)) rebuild(static_cast<int>(rules.size()));
-    const QString before = std::exchange(selectedBefore_, {}), selected = awaited_.isEmpty() ? before : awaited_;
+    const QString before = std::exchange(selectedBefore_, {});
     const int rowBefore = std::exchange(rowBefore_, -1);
     int row = 0;
     for (const nlohmann::json& rule : rules) {
@@ -60,7 +60,7 @@ void RuleTable::show(const nlohmann::json& rules) {
         item->setCheckState(kRuleName, rule.value("isEnabled", true) ? Qt::Checked : Qt::Unchecked);
         item->setData(kRuleName, kRuleIDRole, memberText(rule, "id"));
     }
-    if (!selected.isEmpty()) select(selected);
+    if (!selectShown(awaited_)) (void)selectShown(before);
     if (selectedRow() < 0 && rowBefore >= 0 && row > 0) { // it was deleted: its neighbor is next
         setCurrentItem(topLevelItem(std::min(rowBefore, row - 1)));
     }
@@ -101,12 +101,18 @@ QString RuleTable::selectedID() const {
 }
 
 void RuleTable::select(const QString& id) {
-    awaited_ = id;
+    if (!selectShown(id)) awaited_ = id;
+}
+
+/// False if the rule is not in the list.
+bool RuleTable::selectShown(const QString& id) {
     for (int row = 0; row < topLevelItemCount(); ++row) {
         if (id.isEmpty() || idAt(row) != id) continue;
         awaited_.clear();
         setCurrentItem(topLevelItem(row));
+        return true;
     }
+    return false;
 }
 
 void RuleTable::moveSelected(int places) {

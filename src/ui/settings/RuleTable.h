@@ -36,6 +36,7 @@ class RuleTable : public QTreeWidget {
 
   private:
     bool hasRowsOf(const nlohmann::json& rules) const;
+    bool selectShown(const QString& id);
     void rebuild(int rows);
     QString idAt(int row) const;
     int selectedRow() const;

@@ -36,6 +36,11 @@
         <translation>nach %1 holen</translation>
     </message>
     <message>
+        <source>%1 on %2</source>
+        <comment>tile on display</comment>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message>
         <source>Scene</source>
         <translation>Szene</translation>
     </message>
@@ -274,6 +279,26 @@
     <message>
         <source>Ask for the permission</source>
         <translation>Um die Erlaubnis bitten</translation>
+    </message>
+    <message>
+        <source>Check for updates</source>
+        <translation>Nach Aktualisierungen suchen</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically: on</source>
+        <translation>Automatisch nach Aktualisierungen suchen: ein</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically: off</source>
+        <translation>Automatisch nach Aktualisierungen suchen: aus</translation>
+    </message>
+    <message>
+        <source>Download updates automatically: on</source>
+        <translation>Aktualisierungen automatisch laden: ein</translation>
+    </message>
+    <message>
+        <source>Download updates automatically: off</source>
+        <translation>Aktualisierungen automatisch laden: aus</translation>
     </message>
     <message>
         <source>Hide the Dock: on</source>
@@ -566,8 +591,8 @@
         <translation>%1 – %2</translation>
     </message>
     <message>
-        <source>Divider %1 of %2</source>
-        <translation>Trennlinie %1 von %2</translation>
+        <source>Between %1 and %2</source>
+        <translation>Zwischen %1 und %2</translation>
     </message>
     <message>
         <source>side by side</source>

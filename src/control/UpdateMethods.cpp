@@ -1,0 +1,58 @@
+#include "control/UpdateMethods.h"
+
+#include "control/Refusal.h"
+
+#include <optional>
+#include <string_view>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr std::string_view kNow = "update", kChecks = "update-automatically", kDownloads = "update-download";
+
+std::optional<MenuEntry> entryIn(const std::vector<MenuEntry>& entries, std::string_view id) {
+    for (const MenuEntry& entry : entries) {
+        if (entry.kind == MenuEntry::Kind::command && entry.id == id) return entry;
+        if (auto inside = entryIn(entry.entries, id)) return inside;
+    }
+    return std::nullopt;
+}
+
+std::optional<MenuEntry> entryIn(const MenuServing* menu, std::string_view id) {
+    return menu ? entryIn(menu->entries(), id) : std::nullopt;
+}
+
+ControlReply noUpdates() {
+    return refusal("This KOVA does not update itself; its package does");
+}
+
+} // namespace
+
+ControlReply tellUpdates(const MenuServing* menu) {
+    const auto now = entryIn(menu, kNow), checks = entryIn(menu, kChecks), downloads = entryIn(menu, kDownloads);
+    if (!now || !checks || !downloads) return noUpdates();
+    return json{{"isChecking", !now->isEnabled},
+                {"checksAutomatically", checks->isChecked},
+                {"downloadsAutomatically", downloads->isChecked}};
+}
+
+ControlReply checkForUpdates(MenuServing* menu) {
+    if (!entryIn(menu, kNow)) return noUpdates();
+    if (!menu->choose(kNow)) return refusal("A check for updates is under way");
+    return tellUpdates(menu);
+}
+
+ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCursor& parameters) {
+    const bool isOn = parameters.required("isOn").boolean();
+    const std::string_view id = which == UpdateSwitch::checks ? kChecks : kDownloads;
+    const auto entry = entryIn(menu, id);
+    if (!entry) return noUpdates();
+    if (entry->isChecked != isOn && !menu->choose(id))
+        return refusal("Updates are downloaded only if KOVA checks for them automatically");
+    return tellUpdates(menu);
+}
+
+} // namespace kova
