@@ -4,6 +4,8 @@
 #include "persistence/StoredValues.h"
 #include "support/Log.h"
 
+#include <utility>
+
 namespace kova {
 
 namespace {
@@ -53,6 +55,7 @@ bool UserInterfaceController::restart() {
 
 void UserInterfaceController::run() {
     problem_.reset();
+    report_.reset();
     const std::uint64_t run = ++run_;
     service_.start(lifetime_.guard([this, run](UserInterfaceEnd how) {
         if (run == run_) ended(how);
@@ -62,6 +65,7 @@ void UserInterfaceController::run() {
 void UserInterfaceController::end() {
     ++run_;
     problem_.reset();
+    report_.reset();
     service_.end();
 }
 
@@ -90,15 +94,26 @@ void UserInterfaceController::ended(UserInterfaceEnd how) {
     log(LogLevel::warning, *problem_);
 }
 
+void UserInterfaceController::reportProblem(const std::string& problem, std::weak_ptr<ControlPeer> reporter) {
+    report_ = {problem, std::move(reporter)};
+    log(LogLevel::warning, problem);
+}
+
+std::optional<std::string> UserInterfaceController::problem() const {
+    const auto reporter = report_ ? report_->reporter.lock() : nullptr;
+    if (reporter && reporter->isConnected()) return report_->problem;
+    return problem_;
+}
+
 UserInterfaceStatus UserInterfaceController::status() const {
-    return {isOn_, service_.process(), problem_};
+    return {isOn_, service_.process(), problem()};
 }
 
 std::vector<DiagnosticLine> UserInterfaceController::diagnose() const {
     using enum DiagnosticVerdict;
     if (const auto absence = service_.absence()) return {{kSubject, note, *absence + "."}};
     if (!isOn_) return {{kSubject, note, "kova-ui is switched off: no tile footers, backdrop or settings are shown."}};
-    if (problem_) return {{kSubject, wrong, *problem_ + "."}};
+    if (const auto present = problem()) return {{kSubject, wrong, *present + "."}};
     return {{kSubject, fine, "kova-ui shows tile footers, backdrop and settings."}};
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/CrashBackoff.h"
 #include "app/UserInterfaceServicing.h"
+#include "control/ControlHandling.h"
 #include "control/UserInterfaceControl.h"
 #include "persistence/PreferencesStore.h"
 #include "support/Lifetime.h"
@@ -29,9 +30,11 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     UserInterfaceStatus status() const override;
     void setOn(bool isOn) override;
     bool restart() override;
+    void reportProblem(const std::string& problem, std::weak_ptr<ControlPeer> reporter) override;
     std::vector<DiagnosticLine> diagnose() const override;
 
   private:
+    std::optional<std::string> problem() const;
     void run();
     void end();
     void ended(UserInterfaceEnd how);
@@ -43,7 +46,12 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     bool isStarted_ = false; // the workspace
     CrashBackoff backoff_;
     std::optional<std::string> problem_; // why kova-ui does not run; reset at each start
-    std::uint64_t run_ = 0;              // counts starts and ends; callbacks of earlier runs are ignored
+    struct Report {
+        std::string problem;
+        std::weak_ptr<ControlPeer> reporter;
+    };
+    std::optional<Report> report_; // of a kova-ui that shows nothing; reset at each start
+    std::uint64_t run_ = 0;        // counts starts and ends; callbacks of earlier runs are ignored
     Lifetime lifetime_;
 };
 

@@ -286,6 +286,9 @@ class ControlMethods::Table final : MethodTable {
             return chooseFromMenu(context_.menu, context_.controller, call.parameters);
         });
         add("ui.status", {}, [this](const Call&) { return tellUserInterface(context_.userInterface); });
+        add("ui.report", {"problem"}, [this](const Call& call) {
+            return noteUserInterfaceProblem(context_.userInterface, call.parameters, call.peer);
+        });
         add("ui.restart", {},
             [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::restart); });
         addSaved("ui.on", {},

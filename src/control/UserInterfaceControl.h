@@ -3,15 +3,18 @@
 
 #include <sys/types.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace kova {
 
+class ControlPeer;
+
 struct UserInterfaceStatus {
     bool isOn = false;                    // the preference
     std::optional<pid_t> process{};       // absent: it does not run
-    std::optional<std::string> problem{}; // why it does not run, in words for the user
+    std::optional<std::string> problem{}; // why it does not run or shows nothing, in words for the user
     bool operator==(const UserInterfaceStatus&) const = default;
 };
 
@@ -26,6 +29,9 @@ class UserInterfaceControl {
     virtual void setOn(bool isOn) = 0;
     /// Ends the program if it runs and starts it again, also after crashes. False if it is switched off.
     virtual bool restart() = 0;
+    /// The program cannot show what the agent sends. Counts until the program is started again or `reporter`, the
+    /// client that said so, disconnects.
+    virtual void reportProblem(const std::string& problem, std::weak_ptr<ControlPeer> reporter) = 0;
 };
 
 } // namespace kova

@@ -69,6 +69,14 @@ ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& contro
     return json{{"id", id}, {"message", isNew ? json(*said) : json(nullptr)}};
 }
 
+ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
+                                      const std::shared_ptr<ControlPeer>& reporter) {
+    const std::string problem = parameters.required("problem").string();
+    if (!interface) return refusal(kNoInterface);
+    interface->reportProblem(problem, reporter);
+    return recordOf(interface->status());
+}
+
 ControlReply tellUserInterface(const UserInterfaceControl* interface) {
     if (!interface) return refusal(kNoInterface);
     if (const auto absence = interface->absence()) return refusal(*absence);

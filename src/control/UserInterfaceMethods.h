@@ -24,6 +24,9 @@ using ShortcutTexts = std::function<std::string(const KovaShortcut&)>;
 ControlReply listMenu(const MenuServing* menu, const ShortcutTexts& textOf);
 ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& controller, const JsonCursor& parameters);
 
+/// kova-ui says that it cannot show what the agent sends.
+ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
+                                      const std::shared_ptr<ControlPeer>& reporter);
 ControlReply tellUserInterface(const UserInterfaceControl* interface);
 enum class UserInterfaceSwitch { on, off, restart };
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change);

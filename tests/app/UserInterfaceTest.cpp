@@ -57,6 +57,13 @@ class UserInterface : public ::testing::Test {
     std::optional<UserInterfaceController> controller{std::in_place, program, preferences, queue};
 };
 
+class Reporter final : public ControlPeer {
+  public:
+    void send(const std::string&) override {}
+    bool isConnected() const override { return isThere; }
+    bool isThere = true;
+};
+
 using enum UserInterfaceEnd;
 
 TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndItIsSwitchedOn) {
@@ -102,6 +109,27 @@ TEST_F(UserInterface, ACrashIsFollowedByAStartLaterEachTimeUntilTheFifthWithinAM
         program.ends(unexpectedly);
         EXPECT_EQ(startsWithin(1.01), 1) << i;
     }
+}
+
+TEST_F(UserInterface, AReportedProblemCountsUntilTheReporterEndsOrIsStartedAgain) {
+    controller->start();
+    const auto reporter = std::make_shared<Reporter>();
+    const auto report = [&] {
+        controller->reportProblem("kova-ui 2 does not fit kova-agent 1", reporter);
+        EXPECT_EQ(finding(), "kova-ui 2 does not fit kova-agent 1.");
+        EXPECT_EQ(verdict(), DiagnosticVerdict::wrong);
+        EXPECT_EQ(controller->status().problem, "kova-ui 2 does not fit kova-agent 1");
+        EXPECT_TRUE(controller->status().process);
+    };
+    report();
+    EXPECT_TRUE(controller->restart());
+    EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
+    report();
+    reporter->isThere = false;
+    EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
+    EXPECT_EQ(controller->status().problem, std::nullopt);
+    controller->reportProblem("older", std::make_shared<Reporter>());
+    EXPECT_EQ(verdict(), DiagnosticVerdict::fine) << "of a client that is gone";
 }
 
 TEST_F(UserInterface, WhatIsClosedMissingOrSwitchedOffMeanwhileIsNotStarted) {

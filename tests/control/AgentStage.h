@@ -99,9 +99,13 @@ class AgentStage {
     class UserInterface final : public UserInterfaceControl {
       public:
         std::optional<std::string> absence() const override { return std::nullopt; }
-        UserInterfaceStatus status() const override { return {isOn, isOn ? std::optional(4243) : std::nullopt, {}}; }
+        UserInterfaceStatus status() const override {
+            return {isOn, isOn ? std::optional(4243) : std::nullopt, problem};
+        }
         void setOn(bool on) override { isOn = on; }
         bool restart() override { return isOn; }
+        void reportProblem(const std::string& reported, std::weak_ptr<ControlPeer>) override { problem = reported; }
+        std::optional<std::string> problem;
         bool isOn = true;
     };
 

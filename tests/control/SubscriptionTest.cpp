@@ -226,6 +226,8 @@ TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
         while (shown.value("method", "") == "changed") shown = drawing.message();
         EXPECT_EQ(schemaViolation(schema, "notification:show", shown["params"]), "");
     }
+    result("ui.report", {{"problem", "It does not fit"}});
+    EXPECT_EQ(result("ui.status")["problem"], "It does not fit");
     result("ui.off");
     EXPECT_EQ(error("ui.restart")["message"], "kova-ui is switched off. Switch it on with “kova ui on”");
 }

@@ -131,7 +131,9 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
     const nlohmann::json newer{{"contract", kOverlayContract + 1}, {"agent", "9.0"}};
     const std::vector<Case> cases{
         {{{"result", {{"sequence", 0}, {"state", stateWith("version", newer)}}}},
-         "kova-ui 0.1.0 does not fit kova-agent 9.0. Install the same version of both, then run: kova ui restart"},
+         "kova-ui 0.1.0 does not fit kova-agent 9.0. Install the same version of both, then run “kova ui restart”"},
+        {{{"result", {{"sequence", 0}, {"state", {{"version", newer}, {"tiles", "of another kind"}}}}}},
+         "kova-ui 0.1.0 does not fit kova-agent 9.0. Install the same version of both, then run “kova ui restart”"},
         {{{"error", {{"code", -32602}, {"message", "unknown parameter: topic"}}}},
          "The agent publishes no overlay: unknown parameter: topic"},
         {{{"result", {{"sequence", 0}, {"state", stateWith("tiles", 3)}}}},
@@ -143,7 +145,9 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
                               .showRequested = nullptr,
                               .notUnderstood = [&](const std::string& reason) { complaints.push_back(reason); }});
         each.answer["id"] = nlohmann::json::parse(mirror.connected())["id"];
-        mirror.receive(each.answer.dump());
+        const auto report = nlohmann::json::parse(mirror.receive(each.answer.dump()));
+        EXPECT_EQ(report["method"], "ui.report");
+        EXPECT_EQ(report["params"], (nlohmann::json{{"problem", each.complaint}}));
         EXPECT_EQ(complaints, std::vector<std::string>{each.complaint});
         EXPECT_EQ(mirror.receive(R"({"method":"changed","params":{"sequence":1,"changes":{"message":null}}})"), "");
     }

@@ -78,26 +78,24 @@ std::string OverlayMirror::takeAnswer(const nlohmann::json& message) {
 
 std::string OverlayMirror::takeState(const Answer& answer) {
     subscription_ = 0;
-    if (!answer.error.empty()) {
-        refuse("The agent publishes no overlay: " + answer.error);
-        return {};
-    }
+    if (!answer.error.empty()) return refuse("The agent publishes no overlay: " + answer.error);
     try {
         const JsonCursor result(answer.result, "");
         OverlayContents told;
         const JsonCursor state = result.required("state");
-        applySections(told, state);
+        // First, since another version may have sections that cannot be decoded.
+        const nlohmann::json version{{"version", state.required("version").value()}};
+        applySections(told, JsonCursor(version, "state"));
         if (told.version.contract != kOverlayContract) {
-            refuse("kova-ui " KOVA_VERSION " does not fit kova-agent " + told.version.agent +
-                   ". Install the same version of both, then run: kova ui restart");
-            return {};
+            return refuse("kova-ui " KOVA_VERSION " does not fit kova-agent " + told.version.agent +
+                          ". Install the same version of both, then run “kova ui restart”");
         }
+        applySections(told, state);
         sequence_ = static_cast<std::uint64_t>(result.required("sequence").integer());
         contents_ = std::move(told);
         told_ = state.value();
     } catch (const DecodingError& error) {
-        refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
-        return {};
+        return refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
     }
     listener_.contentsChanged();
     return {};
@@ -120,18 +118,18 @@ std::string OverlayMirror::takeChanges(const nlohmann::json& parameters) {
         if (told == *contents_) return {};
         contents_ = std::move(told);
     } catch (const DecodingError& error) {
-        refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
-        return {};
+        return refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
     }
     listener_.contentsChanged();
     return {};
 }
 
-void OverlayMirror::refuse(const std::string& reason) {
+std::string OverlayMirror::refuse(const std::string& reason) {
     const bool hadContents = contents_.has_value();
     contents_.reset();
     if (hadContents) listener_.contentsChanged();
     listener_.notUnderstood(reason);
+    return request("ui.report", {{"problem", reason}}, nullptr);
 }
 
 } // namespace kova::ui

@@ -27,7 +27,8 @@ class OverlayMirror {
         std::function<void()> contentsChanged;
         /// `parameters` are those of the notification.
         std::function<void(const std::string& what, const nlohmann::json& parameters)> showRequested;
-        /// The agent has another version of the contract, or a message cannot be decoded. The text is for the user.
+        /// The agent has another version of the contract, or a message cannot be decoded. The text is for the user;
+        /// the agent is told as well.
         std::function<void(const std::string& reason)> notUnderstood;
     };
     explicit OverlayMirror(Listener listener) : listener_(std::move(listener)) {}
@@ -49,7 +50,8 @@ class OverlayMirror {
     std::string takeAnswer(const nlohmann::json& message);
     std::string takeState(const Answer& answer);
     std::string takeChanges(const nlohmann::json& parameters);
-    void refuse(const std::string& reason);
+    /// Drops the contents. Returns the line that reports the reason to the agent, whose `doctor` says it.
+    std::string refuse(const std::string& reason);
 
     Listener listener_;
     std::optional<OverlayContents> contents_;
