@@ -18,6 +18,16 @@ inline std::optional<std::string> checkPreference(const Arguments& arguments) {
 
 inline constexpr Parameter kLayoutWindow =
     kWindow.asOption("--window").meaningThat("the display of this window: its id, application or title");
+inline constexpr Parameter kSplit{.key = "split",
+                                  .value = "SPLIT",
+                                  .meaning = "the split that the divider belongs to, as “divider list” names it",
+                                  .names = splitNames};
+inline constexpr Parameter kBoundary{.kind = Parameter::Kind::wholeNumber,
+                                     .key = "boundary",
+                                     .value = "BOUNDARY",
+                                     .meaning = "which of the split's boundaries, counted from 0",
+                                     .names = boundaryNames,
+                                     .most = 1000};
 
 inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"divider list",
@@ -32,16 +42,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "move a divider between tiles",
      "Windows on both sides follow; the divider stops where one of them cannot shrink any further. One undo step.",
      "kova divider drag root 0 120\nkova divider drag root 0 -120 --display 1",
-     {{.key = "split",
-       .value = "SPLIT",
-       .meaning = "the split that the divider belongs to, as “divider list” names it",
-       .names = splitNames},
-      {.kind = Parameter::Kind::wholeNumber,
-       .key = "boundary",
-       .value = "BOUNDARY",
-       .meaning = "which of the split's boundaries, counted from 0",
-       .names = boundaryNames,
-       .most = 1000},
+     {kSplit,
+      kBoundary,
       {.kind = Parameter::Kind::number,
        .key = "points",
        .value = "POINTS",
@@ -50,6 +52,14 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
        .most = 100'000},
       kDisplay},
      printDividerDrag},
+    {"divider reset",
+     "divider.reset",
+     "put a divider back to where its layout has it",
+     "As a double click on the divider does, together with the other dividers of its split. One undo step; refused if "
+     "none of them was moved.",
+     "kova divider reset root 0",
+     {kSplit, kBoundary, kDisplay},
+     printDividerReset},
     {"layout list",
      "layout.list",
      "list the layouts, each with a small picture",

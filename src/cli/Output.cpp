@@ -162,6 +162,11 @@ std::string printDividerDrag(const json& result, const Arguments&) {
                 " moved by " + points(result.at("points")) + ".");
 }
 
+std::string printDividerReset(const json& result, const Arguments&) {
+    return line("The dividers of the split " + result.at("split").get<std::string>() +
+                " are where their layout puts them.");
+}
+
 std::string printInset(const json& result, const Arguments&) {
     return "The gap around windows is now " + points(result.at("points")) + ".\n";
 }

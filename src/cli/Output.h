@@ -16,6 +16,7 @@ std::string printMessage(const nlohmann::json& result, const Arguments& argument
 std::string printHistory(const nlohmann::json& result, const Arguments& arguments);
 std::string printDividers(const nlohmann::json& result, const Arguments& arguments);
 std::string printDividerDrag(const nlohmann::json& result, const Arguments& arguments);
+std::string printDividerReset(const nlohmann::json& result, const Arguments& arguments);
 std::string printInset(const nlohmann::json& result, const Arguments& arguments);
 std::string printDisplays(const nlohmann::json& result, const Arguments& arguments);
 std::string printWindows(const nlohmann::json& result, const Arguments& arguments);

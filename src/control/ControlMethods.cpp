@@ -169,6 +169,8 @@ class ControlMethods::Table final : MethodTable {
             [&controller](const Call& call) { return listDividers(controller, call.parameters); });
         add("divider.drag", {"split", "boundary", "points", "display"},
             [&controller](const Call& call) { return dragDivider(controller, call.parameters); });
+        add("divider.reset", {"split", "boundary", "display"},
+            [&controller](const Call& call) { return resetDivider(controller, call.parameters); });
     }
 
     void addApplications() {

@@ -70,6 +70,26 @@ void addNeighbors(json& divider, const json& tiles) {
     divider["after"] = std::move(after);
 }
 
+/// The one that “split”, “boundary” and “display” name.
+ControlResult<DisplayLayoutDivider> wantedDivider(const WorkspaceController& controller, const JsonCursor& parameters) {
+    WantedDivider wanted{{}, parameters.required("split").string(), parameters.required("boundary").integer()};
+    auto display = wantedDisplay(controller, parameters);
+    if (!display) return display.error();
+    wanted.displayID = *std::move(display);
+    const auto known = controller.dividersOn(wanted.displayID);
+    const auto found = wanted.among(known);
+    if (!found) return unknown(wanted, known);
+    if (auto failure = withoutPermission(controller)) return *failure;
+    return *found;
+}
+
+json recordOf(const DisplayLayoutDivider& divider, const WorkspaceController& controller) {
+    return {{"display", divider.displayID},
+            {"split", divider.divider.splitID},
+            {"boundary", divider.divider.boundaryIndex},
+            {"canUndo", *controller.state().canUndo}};
+}
+
 } // namespace
 
 ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters) {
@@ -89,22 +109,22 @@ ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& para
     const JsonCursor givenPoints = parameters.required("points");
     const double points = givenPoints.number();
     if (!(std::abs(points) <= kFarthest)) givenPoints.fail("expected a number of points from -100000 to 100000");
-    WantedDivider wanted{{}, parameters.required("split").string(), parameters.required("boundary").integer()};
-    auto display = wantedDisplay(controller, parameters);
-    if (!display) return display.error();
-    wanted.displayID = *std::move(display);
-    const auto known = controller.dividersOn(wanted.displayID);
-    if (!wanted.among(known)) return unknown(wanted, known);
-    if (auto failure = withoutPermission(controller)) return *failure;
-
-    const auto moved = controller.perform(action::MoveDivider{*wanted.among(known), points});
+    const auto divider = wantedDivider(controller, parameters);
+    if (!divider) return divider.error();
+    const auto moved = controller.perform(action::MoveDivider{*divider, points});
     const auto* movement = moved.details<DividerMovement>();
     if (!movement) return failureOf(moved);
-    return json{{"display", wanted.displayID},
-                {"split", wanted.splitID},
-                {"boundary", wanted.boundary},
-                {"points", controlRecord::number(movement->points)},
-                {"canUndo", *controller.state().canUndo}};
+    json result = recordOf(*divider, controller);
+    result["points"] = controlRecord::number(movement->points);
+    return result;
+}
+
+ControlReply resetDivider(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto divider = wantedDivider(controller, parameters);
+    if (!divider) return divider.error();
+    const auto outcome = controller.perform(action::ResetDivider{*divider});
+    if (!outcome) return failureOf(outcome);
+    return recordOf(*divider, controller);
 }
 
 } // namespace kova

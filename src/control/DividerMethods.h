@@ -14,4 +14,7 @@ ControlReply listDividers(const WorkspaceController& controller, const JsonCurso
 /// neighbors.
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters);
 
+/// Forgets how all dividers of the split were moved: one undo step. Refused where none was.
+ControlReply resetDivider(WorkspaceController& controller, const JsonCursor& parameters);
+
 } // namespace kova

@@ -176,6 +176,8 @@ root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
 2023-11-15 04:13:23  arrange                Mail, Notes, Terminal
 2023-11-15 04:13:20  layout Dual Split (2)  -
 )");
+    EXPECT_EQ(run({"divider", "reset", "root", "0"}).out, "The dividers of the split root are where their layout puts "
+                                                          "them.\n");
     EXPECT_EQ(run({"zoom"}).out, "Focus Mode — Terminal owns this display\n");
     EXPECT_EQ(run({"divider", "list"}).out, "There is no divider.\n");
 }

@@ -376,6 +376,12 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_EQ(result("divider.drag", drag(0))["points"], 0);
     EXPECT_EQ(result("history")["entries"][0]["action"], "drag divider");
     desk.settle();
+    const json where{{"split", "root"}, {"boundary", 0}};
+    EXPECT_EQ(result("divider.reset", where)["split"], "root");
+    EXPECT_EQ(result("divider.list")["dividers"][0], divider) << "as after a double click";
+    EXPECT_EQ(error("divider.reset", where)["message"], "The divider is where its layout puts it");
+    EXPECT_EQ(error("divider.reset", {{"split", "trunk"}, {"boundary", 0}})["data"]["choices"], json{"root 0"});
+    result("undo");
     result("undo");
     EXPECT_EQ(result("divider.list")["dividers"][0], divider);
 }

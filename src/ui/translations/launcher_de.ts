@@ -560,6 +560,10 @@
         <source>Command</source>
         <translation>Befehl</translation>
     </message>
+    <message>
+        <source>Put a divider back</source>
+        <translation>Trennlinie zurücksetzen</translation>
+    </message>
 </context>
 <context>
     <name>kova::ui::Launcher</name>
