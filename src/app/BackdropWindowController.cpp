@@ -94,7 +94,7 @@ std::optional<OverlayMessage> BackdropWindowController::message() {
     if (!text) return std::nullopt;
     const std::uint64_t serial = workspace_.messagesShown();
     if (serial != messagePlace_.serial) messagePlace_ = {serial, workspace_.currentDisplayID()};
-    return OverlayMessage{*text, messagePlace_.displayID, *workspace_.state().canUndo ? "undo" : ""};
+    return OverlayMessage{*text, messagePlace_.displayID, workspace_.isMessageUndoable() ? "undo" : ""};
 }
 
 } // namespace kova

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace kova {
 
@@ -45,6 +46,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     publishSceneReport(SceneReport::State::abandoned);
     awaited_.scene() = {};
+    awaited_.scene().undoNumber = messages_.addedByAction();
     session_.dropKept(); // restoring the session with the first poll would displace the scene's windows
     arranger_.skipStartUpTurn();
     applyLook(scene);
@@ -238,10 +240,11 @@ void SceneActions::publishSceneReport(SceneReport::State state) {
 
 void SceneActions::endRestoration(std::size_t unavailable) {
     publishSceneReport(SceneReport::State::finished);
-    awaited_.scene() = {};
-    if (unavailable == 0) return messages_.show("Scene fully restored");
-    messages_.show("Scene restored — " + std::to_string(unavailable) + " app window" +
-                   (unavailable == 1 ? " was" : "s were") + " unavailable");
+    const std::uint64_t undoNumber = std::exchange(awaited_.scene(), {}).undoNumber;
+    if (unavailable == 0) return messages_.showResult("Scene fully restored", undoNumber);
+    messages_.showResult("Scene restored — " + std::to_string(unavailable) + " app window" +
+                             (unavailable == 1 ? " was" : "s were") + " unavailable",
+                         undoNumber);
 }
 
 std::vector<CapturedPlacement> SceneActions::capturedPlacements() const {

@@ -36,6 +36,7 @@ struct SceneRestoration {
     std::map<WindowID, std::int64_t> stackIndexByID;  // of the restored windows
     std::set<WindowID> movedByUser;                   // meanwhile: floated or placed, so no longer the scene's to place
     SceneReport report;
+    std::uint64_t undoNumber = 0; // of the entry in the undo history that reverts the scene
 };
 
 /// A tile inset as it takes effect, in points: 0 to 100.

@@ -9,6 +9,16 @@ constexpr Seconds kDuration{4};
 } // namespace
 
 void StatusMessages::show(const std::string& text) {
+    showResult(text, addedByAction());
+}
+
+std::uint64_t StatusMessages::addedByAction() const {
+    const std::uint64_t newest = undo_.newestNumber();
+    return newestBefore_ && newest > *newestBefore_ ? newest : 0;
+}
+
+void StatusMessages::showResult(const std::string& text, std::uint64_t undoNumber) {
+    undoNumber_ = undoNumber;
     state_.lastActionMessage.set(text);
     // Compares serials instead of texts, so that a repeated message is shown for its full time.
     const auto serial = ++serial_;

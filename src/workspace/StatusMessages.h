@@ -1,27 +1,55 @@
-// The status message: one at a time, for 4 seconds or until the next one.
+// The status message: one at a time, for 4 seconds or until the next one. It knows whether undo would revert what it
+// reports.
 #pragma once
 
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
+#include "workspace/UndoHistory.h"
 #include "workspace/WorkspaceState.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace kova {
 
 class StatusMessages {
   public:
-    StatusMessages(MainQueue& queue, WorkspaceState& state) : queue_(queue), state_(state) {}
+    StatusMessages(MainQueue& queue, WorkspaceState& state, const UndoHistory& undo) :
+        queue_(queue), state_(state), undo_(undo) {}
+
+    /// While it lives, an action is carried out; undo reverts what its messages report if it has added to the history.
+    class Action {
+      public:
+        explicit Action(StatusMessages& messages) : messages_(messages), outer_(messages.newestBefore_) {
+            messages_.newestBefore_ = messages_.undo_.newestNumber();
+        }
+        ~Action() { messages_.newestBefore_ = outer_; }
+        Action(const Action&) = delete;
+        Action& operator=(const Action&) = delete;
+
+      private:
+        StatusMessages& messages_;
+        std::optional<std::uint64_t> outer_;
+    };
 
     void show(const std::string& text);
+    /// The number of the entry that the present action has added to the history; 0 if it has added none.
+    std::uint64_t addedByAction() const;
+    /// Shows the result of an earlier action, which added the entry of that number.
+    void showResult(const std::string& text, std::uint64_t undoNumber);
+    /// Whether undo would now revert what the last message reports.
+    bool isUndoable() const { return undoNumber_ != 0 && undoNumber_ == undo_.newestNumber(); }
     /// Incremented with every message, also if the same text is shown again.
     std::uint64_t count() const { return serial_; }
 
   private:
     MainQueue& queue_;
     WorkspaceState& state_;
+    const UndoHistory& undo_;
     std::uint64_t serial_ = 0;
+    std::optional<std::uint64_t> newestBefore_; // the newest entry of the history before the present action
+    std::uint64_t undoNumber_ = 0;              // of the entry that reverts what is reported; 0: none does
     Lifetime lifetime_;
 };
 

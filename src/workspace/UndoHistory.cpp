@@ -34,6 +34,7 @@ void WorkspaceUndoSnapshot::forgetApplication(const std::string& applicationKey)
 }
 
 void UndoHistory::push(UndoEntry entry) {
+    entry.number = ++lastNumber_;
     entries_.push_back(std::move(entry));
     if (entries_.size() > kLimit) entries_.erase(entries_.begin());
 }

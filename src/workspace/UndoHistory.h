@@ -11,6 +11,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -59,6 +60,7 @@ struct UndoEntry {
     WorkspaceUndoSnapshot snapshot; // what undo restores
     UndoLabel label;
     WallTime time{};
+    std::uint64_t number = 0; // given by the history; grows with each entry
     bool operator==(const UndoEntry&) const = default;
 };
 
@@ -72,6 +74,8 @@ class UndoHistory : public PartWithoutPolls {
     std::optional<UndoEntry> takeNewest();
     bool isEmpty() const { return entries_.empty(); }
     std::size_t size() const { return entries_.size(); }
+    /// Of the newest entry; 0 when there is none.
+    std::uint64_t newestNumber() const { return isEmpty() ? 0 : entries_.back().number; }
 
     /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID);
@@ -84,6 +88,7 @@ class UndoHistory : public PartWithoutPolls {
 
   private:
     std::vector<UndoEntry> entries_; // oldest first
+    std::uint64_t lastNumber_ = 0;
 };
 
 } // namespace kova

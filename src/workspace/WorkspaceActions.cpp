@@ -16,6 +16,7 @@ Outcome unrefused(Operation operation) {
 } // namespace
 
 Outcome WorkspaceController::perform(const WorkspaceAction& action) {
+    const StatusMessages::Action scope(parts_.messages);
     const ActionTraits traits = traitsOf(action);
     if (traits.needs == ActionTraits::Needs::windowAccess) {
         if (const auto access = ops_.access.requireWindowAccess(); !access) return access;

@@ -73,6 +73,8 @@ class WorkspaceController {
     const std::set<WindowID>& handledRuleWindowIDs() const { return parts_.tileMemory.placed(); }
     /// Incremented with every message, also if the same text is repeated.
     std::uint64_t messagesShown() const { return parts_.messages.count(); }
+    /// Whether undo would revert what the status message reports.
+    bool isMessageUndoable() const { return parts_.messages.isUndoable(); }
 
     std::optional<std::string> absenceOfWindows() const { return ops_.access.absenceOfWindows(); }
     std::string permissionProblem() const { return ops_.access.permissionProblem(); }

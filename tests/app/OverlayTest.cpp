@@ -223,6 +223,35 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     EXPECT_EQ(moves({300, 700}), "-");
 }
 
+TEST_F(Overlay, UndoIsOfferedBesideTheMessagesOfWhatItReverts) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    show();
+    const auto after = [&](const WorkspaceAction& action) {
+        desk.controller().perform(action);
+        const auto message = contents().message;
+        return message ? message->undoMethod : "no message";
+    };
+    EXPECT_EQ(after(action::Arrange{}), "undo");
+    EXPECT_EQ(after(action::ShowMessage{"Something else"}), "");
+    WorkspaceRule rule;
+    rule.applicationName = "Mail";
+    EXPECT_EQ(after(action::AddRule{rule}), "");
+    EXPECT_EQ(after(action::ToggleFocusZoom{}), "undo");
+    EXPECT_EQ(after(action::ToggleFocusZoom{}), "") << "undo would revert an earlier arrangement";
+    EXPECT_EQ(after(action::CaptureScene{"Work"}), "");
+    EXPECT_EQ(after(action::ActivateScene{desk.state().scenes->front().id}), "undo");
+    EXPECT_EQ(after(action::Undo{}), "");
+    ASSERT_TRUE(*desk.state().canUndo);
+    desk.desktop.install("Mail", {.startsAfter = Seconds(2), .opensAfter = Seconds(1)});
+    desk.desktop.quit("Mail");
+    desk.settle();
+    EXPECT_EQ(after(action::ActivateScene{desk.state().scenes->front().id}), "undo");
+    passes(5);
+    ASSERT_TRUE(contents().message);
+    EXPECT_EQ(contents().message->text, "Scene fully restored");
+    EXPECT_EQ(contents().message->undoMethod, "undo") << "of the scene, though it ended later";
+}
+
 TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.display(1920, 1080, "B").settle();
