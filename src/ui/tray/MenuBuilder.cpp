@@ -1,12 +1,14 @@
 #include "ui/tray/MenuBuilder.h"
 
+#include "ui/client/AgentTexts.h"
+
 namespace kova::ui {
 
 namespace {
 
 /// Titles are texts, without letters to underline; a tab sets off the shortcut, which the agent listens for.
 QString labelOf(const MenuItem& item) {
-    QString label = QString::fromStdString(item.title);
+    QString label = titleInUsersLanguage(item);
     label.replace(u'&', QStringLiteral("&&"));
     if (!item.shortcut.empty()) label += u'\t' + QString::fromStdString(item.shortcut);
     return label;
