@@ -69,7 +69,7 @@ class FooterBuild {
         OverlayTile out{.id = tile.targetID, .displayID = tile.displayID, .slotID = tile.slot.id};
         out.name = tile.slot.name;
         out.cell = flipped(cellOf(group, tiles_), firstMaxY_);
-        out.windowFrame = tile.frameForWindowService;
+        out.windowFrame = insetBy(out.cell, state_.profile->tileInset);
         const auto& zoom = *state_.focusMode;
         if (!zoom || zoom->displayID != tile.displayID) {
             out.footerFrame = makeRect(minX(out.cell), maxY(out.cell), out.cell.size.width, kFooterHeight);

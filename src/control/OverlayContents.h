@@ -72,7 +72,7 @@ struct OverlayTile {
     std::string name{};
     std::vector<std::string> coveredSlotIDs{}; // its own first
     CGRect cell{};
-    CGRect windowFrame{};                 // the cell without the inset
+    CGRect windowFrame{};                 // the cell without the inset; a window may take less of it
     std::optional<CGRect> footerFrame{};  // absent on a display that a window owns in focus mode
     std::vector<OverlayWindow> windows{}; // in stack order, the front window first
     std::optional<OverlayApplication> pendingLaunch{};

@@ -99,6 +99,16 @@ TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
     EXPECT_EQ(strips(), "") << "without the permission there are no tiles to speak of";
 }
 
+TEST_F(Overlay, ATileIsShownWholeAlsoWhereItsWindowTakesLess) {
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Calculator", {.maximumSize = {{300, 400}}, .tellsSizeHints = true}).arrange();
+    show();
+    const OverlayTile& tile = contents().tiles[0];
+    ASSERT_EQ(desk.controller().tiles()[0].frameForWindowService.size.width, 300);
+    EXPECT_EQ(describeFrame(tile.windowFrame), "15,15 1254x1382");
+    EXPECT_EQ(describeFrame(*tile.footerFrame), "10,1402 1264x28");
+}
+
 TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2400, 400}}});
     show();

@@ -1,5 +1,6 @@
 #include "tests/ui/Sample.h"
 
+#include "ui/overlay/DesktopActivity.h"
 #include "ui/tray/MenuBuilder.h"
 
 #include <QTemporaryDir>
@@ -44,6 +45,23 @@ TEST(Decoration, MovesOnlyWhileItIsSeenAndWanted) {
         overlay.show(contentsOf(state));
         EXPECT_EQ(overlay.isMoving(), each.isMoving) << each.what;
     }
+}
+
+TEST(Decoration, TheDesktopIsIdleAMinuteAfterTheLastChangeOfWindowsOrFocus) {
+    using namespace std::chrono_literals;
+    DesktopActivity activity;
+    auto state = sampleState();
+    const auto isIdleAfter = [&](DesktopActivity::Time now) {
+        activity.note(contentsOf(state), now);
+        return activity.isIdle(now);
+    };
+    EXPECT_FALSE(isIdleAfter(10s));
+    EXPECT_FALSE(isIdleAfter(70s));
+    state["tiles"][0]["applications"][1]["title"] = "make: 7 of 9";
+    EXPECT_TRUE(isIdleAfter(71s)) << "a program changes its title by itself";
+    state["tiles"][0]["applications"][0]["isFocused"] = false;
+    EXPECT_FALSE(isIdleAfter(72s));
+    EXPECT_TRUE(isIdleAfter(133s));
 }
 
 TEST(Decoration, KnowsWhenTheMachineRunsOnItsBattery) {

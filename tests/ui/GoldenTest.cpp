@@ -5,6 +5,7 @@
 
 #include <QFontInfo>
 #include <QPainter>
+#include <QtTest/qtestmouse.h>
 
 #include <gtest/gtest.h>
 
@@ -23,6 +24,20 @@ QImage pictureOf(const Sample& sample, bool isComposited = true) {
 
 void compare(const Sample& sample, bool isComposited, const std::string& name) {
     compareWithGolden(pictureOf(sample, isComposited), name, sample.scale);
+}
+
+/// The pointer is on icons in a wide and in a narrow footer.
+QImage pictureWithHoveredIcon(const Sample& sample) {
+    PicturePlatform platform;
+    NotedActions actions;
+    Overlay overlay(platform, actions);
+    overlay.setTaste(tasteOf(sample.look));
+    overlay.show(contentsOf(sampleState(sample)));
+    for (const char* tile : {"d1::primary", "d1::reference"}) {
+        FooterWindow& footer = *overlay.footers().at(tile);
+        QTest::mouseMove(&footer, footer.layoutInWindow().entries.back().area.center());
+    }
+    return platform.screen(QSize(800, 500) * sample.scale);
 }
 
 } // namespace
@@ -79,6 +94,12 @@ TEST_F(Golden, CarriedWindowsAndBareDesktops) {
     compare({.look = Look::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");
     compare({.useThemeBackground = false}, true, "dark-over-wallpaper");
     compare({.hasNotice = true}, true, "dark-notice");
+    compare({.look = Look::light, .isRightToLeft = true}, true, "light-right-to-left");
+    compare({.windows = 1, .hasMessage = false, .hasBrain = true}, true, "dark-brain");
+    for (const int scale : {1, 2}) {
+        compareWithGolden(pictureWithHoveredIcon({.windows = 12, .scale = static_cast<double>(scale)}),
+                          "dark-hovered@" + std::to_string(scale), scale);
+    }
     compare({.look = Look::light, .hasMessage = false, .isBusy = true}, true, "light-busy");
     compare({.scale = 2, .look = Look::neon, .hasMessage = false, .isBusy = true}, true, "neon-busy@2");
     compare({.look = Look::light, .useThemeBackground = false, .isDragging = true}, false, "light-without-compositor");

@@ -85,6 +85,49 @@ TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
     EXPECT_EQ(stage.actions.noted, (Strings{"place 1 d1::secondary", "place 1 d1::utility"}));
 }
 
+TEST(Overlay, ADraggedEntryKeepsTheOutlinesBetweenTilesAndLosesThemWithItsFooter) {
+    struct Case {
+        const char* what;
+        std::function<void(Stage&)> happens;
+        bool isOver = true;
+    };
+    const auto change = [](auto&& edit) {
+        return [edit](Stage& stage) {
+            edit(stage.state);
+            stage.show();
+        };
+    };
+    const std::vector<Case> cases{
+        {"another tile is renamed", change([](auto& state) { state["tiles"][3]["name"] = "Other"; }), false},
+        {"focus mode takes the footer", change([](auto& state) { state["tiles"][0]["footerFrame"] = nullptr; })},
+        {"another layout", change([](auto& state) { state["tiles"].erase(0); })},
+        {"the window leaves its tile", change([](auto& state) { state["tiles"][0]["applications"].erase(1); })},
+        {"suspension", change([](auto& state) { state["isSuspended"] = true; })},
+        {"the agent ends", [](Stage& stage) { stage.overlay.show(std::nullopt); }},
+        {"a compositor starts", [](Stage& stage) { stage.overlay.compositingChanged(); }},
+        {"the other button",
+         [](Stage& stage) { QTest::mousePress(&stage.footer("primary"), Qt::RightButton, {}, QPoint(200, 10)); }}};
+    for (const Case& each : cases) {
+        Stage stage;
+        FooterWindow& footer = stage.footer("primary");
+        const QPoint start = stage.entry("primary", 1), target = QPoint(600, 300) - footer.position();
+        QTest::mousePress(&footer, Qt::LeftButton, {}, start);
+        QTest::mouseMove(&footer, target);
+        QTest::mouseMove(&footer, QPoint(496, 300) - footer.position());
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1) << each.what << ": between two tiles";
+        const nlohmann::json before = stage.state;
+        each.happens(stage);
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.isOver ? 0 : 1) << each.what;
+        stage.state = before;
+        stage.show();
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.isOver ? 0 : 1) << each.what << ", undone";
+        QTest::mouseMove(&stage.footer("primary"), target);
+        QTest::mouseRelease(&stage.footer("primary"), Qt::LeftButton, {}, target);
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << each.what;
+        EXPECT_EQ(stage.actions.noted, each.isOver ? Strings() : Strings{"place 1 d1::secondary"}) << each.what;
+    }
+}
+
 TEST(Overlay, MessageAndEmptyTileTakeClicksOnTheirButtonsOnly) {
     Stage stage;
     for (const Layer layer : {Layer::message, Layer::emptyTile}) {
@@ -226,6 +269,8 @@ TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
         for (int width = 60; width < 900; width += 37) {
             const auto contents = contentsOf(sampleState({.windows = 12, .scale = scale}));
             TileContents tile = contents.tiles.front();
+            tile.applications[0].application.name = "日本語の長い名前のアプリケーション";
+            tile.applications[1].application.name = "متصفح الويب السريع والآمن";
             for (const bool isPending : {false, true}) {
                 if (isPending) tile.pending = ApplicationName{"", "Maps"};
                 const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
@@ -245,6 +290,42 @@ TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
             }
         }
     }
+}
+
+TEST(Footer, TheFrontWindowIsShownBeforeALaunchAndWaitingOnes) {
+    TileContents tile = contentsOf(sampleState({.windows = 12})).tiles.front();
+    for (const double scale : {1.0, 2.0}) {
+        const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
+        for (const bool isPending : {false, true}) {
+            tile.pending = isPending ? std::optional(ApplicationName{"", "Photographs"}) : std::nullopt;
+            for (int width = 200; width < 900; width += 20) {
+                const auto layout = layOutFooter(tile, QSize(style.px(width), style.px(26)), style);
+                ASSERT_FALSE(layout.entries.empty()) << width;
+                EXPECT_EQ(layout.entries[0].label.isEmpty(), width < 300) << width;
+                EXPECT_EQ(!layout.pending.isEmpty(), isPending) << width;
+                const auto named = [](const FooterLayout::Entry& entry) { return !entry.label.isEmpty(); };
+                EXPECT_TRUE(std::ranges::is_partitioned(layout.entries, named)) << "the last ones lose their texts";
+            }
+        }
+    }
+}
+
+TEST(Footer, TheNameOfAnIconIsShownUnderThePointer) {
+    const TileContents tile = contentsOf(sampleState({.windows = 12})).tiles.front();
+    const Style style{.fontFamily = QStringLiteral("DejaVu Sans")};
+    const auto nameAt = [&](int width, std::size_t entry) {
+        const auto layout = layOutFooter(tile, QSize(width, 26), style);
+        const auto name = hoveredName(tile, layout, {FooterHit::Part::entry, entry}, style);
+        if (!name) return QString();
+        EXPECT_TRUE(layout.panel.contains(name->area)) << width;
+        EXPECT_GE(name->area.width(), 40) << width;
+        for (const auto& shown : layout.entries) EXPECT_FALSE(name->area.intersects(shown.area)) << width;
+        return name->name;
+    };
+    EXPECT_EQ(nameAt(470, 0), QString()) << "shown whole in its entry";
+    EXPECT_EQ(nameAt(470, 4), QStringLiteral("Запись"));
+    EXPECT_EQ(nameAt(300, 1), QStringLiteral("Terminal")) << "where the tile's name is, for want of another place";
+    EXPECT_EQ(nameAt(300, 7), QString()) << "not shown at all";
 }
 
 TEST(Footer, WindowsOfOneApplicationAreDistinguishedByTheirTitles) {

@@ -85,6 +85,16 @@ json tile(const Cell& cell, const std::vector<int>& windows, bool isFocused) {
             {"isDropTarget", false}};
 }
 
+void writeRightToLeft(json& state) {
+    const std::vector<std::string> names{"متصفح الويب السريع والآمن من المؤسسة", "טרמינל", "Notes (ملاحظات)"};
+    for (json& tile : state["tiles"]) {
+        tile["name"] = tile["slot"] == "secondary" ? "المكان الثاني الذي اسمه أطول من أن يُعرض" : "ראשי";
+        std::size_t next = 0;
+        for (json& window : tile["applications"]) window["application"]["name"] = names[next++ % names.size()];
+    }
+    if (!state["message"].is_null()) state["message"]["text"] = "Moved متصفح الويب to ראשי";
+}
+
 } // namespace
 
 json sampleState(const Sample& sample) {
@@ -128,7 +138,7 @@ json sampleState(const Sample& sample) {
                  {"palette", encode(registry.palette(theme, kDefaultAccentColorID))},
                  {"useThemeBackground", sample.useThemeBackground},
                  {"showTileBackgrounds", true},
-                 {"showBrain", false}}},
+                 {"showBrain", sample.hasBrain}}},
                {"displays",
                 {{{"id", "d1"},
                   {"name", "Screen"},
@@ -145,6 +155,7 @@ json sampleState(const Sample& sample) {
         state["message"] = {
             {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"undo", "undo"}};
     }
+    if (sample.isRightToLeft) writeRightToLeft(state);
     return state;
 }
 

@@ -22,8 +22,10 @@ struct Sample {
     bool useThemeBackground = true;
     bool isDragging = false;
     bool hasMessage = true;
-    bool hasNotice = false; // in two footers, one of them too narrow for one line
-    bool isBusy = false;    // applications are being launched into two tiles, the pointer is on a divider
+    bool hasNotice = false;     // in two footers, one of them too narrow for one line
+    bool isRightToLeft = false; // names and the message are Arabic and Hebrew, and some too long
+    bool hasBrain = false;
+    bool isBusy = false; // applications are being launched into two tiles, the pointer is on a divider
 };
 /// A display of 800 by 500 points with four tiles, "utility" empty; `windows` are shared among the other three.
 nlohmann::json sampleState(const Sample& sample = {});

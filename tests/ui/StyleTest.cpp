@@ -1,5 +1,6 @@
 #include "ui/style/Style.h"
 #include "tests/linux/TemporaryFolder.h"
+#include "ui/overlay/Drawing.h"
 #include "ui/style/ApplicationIcons.h"
 #include "ui/style/Colours.h"
 #include "ui/style/WidgetPalette.h"
@@ -39,6 +40,12 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
                     }
                     EXPECT_GE(contrast(palette.accentLine, palette.raised), 3);
                     EXPECT_GE(contrast(palette.accentText, palette.accentFill), 4.5);
+                    for (const char* name : {"Mail", "Calendar", "Музыка", "متصفح الويب"}) {
+                        for (const IconTone tone : {IconTone::full, IconTone::dim}) {
+                            const LetterTile tile = letterTile(name, palette, tone);
+                            EXPECT_GE(contrast(tile.letter, tile.ground), 4.5) << name;
+                        }
+                    }
                 }
             }
         }
@@ -51,6 +58,18 @@ TEST(Colours, ContrastIsThatOfTheWebGuidelines) {
     EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22))
         << "a color that does is kept";
     EXPECT_EQ(legible(Qt::gray, {Qt::lightGray}, 20), QColor(Qt::black)) << "none does: the farther end";
+}
+
+TEST(Drawing, TheFirstLetterIsAWholeCharacter) {
+    for (const auto& [name, first] : {std::pair("Mail", "M"),
+                                      {" é", "é"},
+                                      {"e\xCC\x81t", "e\xCC\x81"},
+                                      {"", ""},
+                                      {"👩‍💻 Studio", "👩‍💻"},
+                                      {"𠮷野家", "𠮷"},
+                                      {"متصفح", "م"}}) {
+        EXPECT_EQ(firstGrapheme(QString::fromUtf8(name)), QString::fromUtf8(first)) << name;
+    }
 }
 
 TEST(Style, NeighboursInPointsAreNeighboursInPixels) {

@@ -1,5 +1,6 @@
 #include "ui/dialogs/AlertWindow.h"
 
+#include "ui/client/AgentTexts.h"
 #include "ui/overlay/Drawing.h"
 #include "ui/windows/JsonText.h"
 
@@ -26,6 +27,10 @@ constexpr int kMostRows = 9;      // of the list, before it scrolls
 const WindowRegistration alertRegistration({"alert", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
                                                 return std::make_unique<AlertWindow>(services);
                                             }});
+
+QString alertText(const json& alert, const char* key) {
+    return inUsersLanguage(memberText(alert, key).toStdString());
+}
 
 } // namespace
 
@@ -78,11 +83,11 @@ AlertWindow::AlertWindow(WindowServices& services) :
 void AlertWindow::present(const json& parameters) {
     answer(false); // a newer alert replaces one that is open
     alert_ = parameters;
-    const QString confirm = memberText(parameters, "confirm"), cancel = memberText(parameters, "cancel");
+    const QString confirm = alertText(parameters, "confirm"), cancel = alertText(parameters, "cancel");
     const QString close = confirm.isEmpty() ? tr("Close") : confirm;
     const bool isQuestion = !cancel.isEmpty();
-    title_->setText(memberText(parameters, "title"));
-    text_->setText(memberText(parameters, "text"));
+    title_->setText(alertText(parameters, "title"));
+    text_->setText(alertText(parameters, "text"));
     confirm_->setText(confirm);
     confirm_->setVisible(isQuestion);
     cancel_->setText(isQuestion ? cancel : close);
@@ -110,7 +115,7 @@ void AlertWindow::listApplications(const json& applications) {
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
-        drawIcon(painter, picture.rect(), application, style, 1);
+        drawIcon(painter, picture.rect(), application, style);
         painter.end();
         auto* item = new QListWidgetItem(QIcon(picture), QString::fromStdString(application.name), list_);
         item->setFlags(Qt::ItemIsEnabled);

@@ -7,7 +7,6 @@
 namespace kova::ui {
 
 namespace {
-constexpr qint64 kIdleMilliseconds = 60'000;
 constexpr int kFramesPerLookAtPower = 30'000 / kParticleFrameMilliseconds;
 } // namespace
 
@@ -38,6 +37,7 @@ class Decoration::Field final : public OverlayWindow {
 };
 
 Decoration::Decoration(OverlayPlatform& platform) : platform_(platform) {
+    clock_.start();
     timer_.setInterval(kParticleFrameMilliseconds);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { move(); });
 }
@@ -45,7 +45,6 @@ Decoration::Decoration(OverlayPlatform& platform) : platform_(platform) {
 Decoration::~Decoration() = default;
 
 void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
-    sinceNews_.start();
     if (!contents || !contents->appearance.showBrain) {
         fields_.clear();
         return timer_.stop();
@@ -68,7 +67,8 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
         mayMove = mayMove && style.mayMove;
     }
     fields_ = std::move(kept);
-    if (!isSeen || !mayMove || contents->isSuspended) return timer_.stop();
+    activity_.note(*contents, now());
+    if (!isSeen || !mayMove || contents->isSuspended || activity_.isIdle(now())) return timer_.stop();
     if (timer_.isActive()) return;
     framesUntilLookAtPower_ = 0;
     timer_.start();
@@ -77,7 +77,7 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
 void Decoration::move() {
     const bool isPowerDue = framesUntilLookAtPower_-- <= 0;
     if (isPowerDue) framesUntilLookAtPower_ = kFramesPerLookAtPower;
-    if (sinceNews_.elapsed() > kIdleMilliseconds || (isPowerDue && runsOnBattery())) return timer_.stop();
+    if (activity_.isIdle(now()) || (isPowerDue && runsOnBattery())) return timer_.stop();
     particles_.step();
     for (const auto& [display, field] : fields_) {
         if (!field->isCovered()) field->redraw();

@@ -3,6 +3,7 @@
 // where animations are switched off.
 #pragma once
 
+#include "ui/overlay/DesktopActivity.h"
 #include "ui/overlay/OverlayWindow.h"
 #include "ui/overlay/Particles.h"
 
@@ -22,19 +23,21 @@ class Decoration {
     ~Decoration();
 
     using StyleOf = std::function<Style(const std::string& display)>;
-    /// New contents from the agent, which count as activity on the desktop. Null: nothing is shown.
+    /// New contents from the agent. Null: nothing is shown.
     void show(const OverlayContents* contents, const StyleOf& styleOf);
     bool isMoving() const { return timer_.isActive(); }
 
   private:
     class Field;
     void move();
+    DesktopActivity::Time now() const { return DesktopActivity::Time(clock_.elapsed()); }
 
     OverlayPlatform& platform_;
     std::map<std::string, std::unique_ptr<Field>> fields_; // by display
     Particles particles_;
     QTimer timer_;
-    QElapsedTimer sinceNews_;
+    QElapsedTimer clock_;
+    DesktopActivity activity_;
     int framesUntilLookAtPower_ = 0;
 };
 

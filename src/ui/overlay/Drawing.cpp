@@ -3,6 +3,7 @@
 #include "ui/style/Colours.h"
 
 #include <QFontMetrics>
+#include <QTextBoundaryFinder>
 #include <QTextLayout>
 
 #include <cstdint>
@@ -10,6 +11,8 @@
 namespace kova::ui {
 
 namespace {
+
+constexpr double kDimOpacity = 0.6; // of pictures, whose colors are not known
 
 /// The same at every start, which the toolkit's own hashes are not.
 int hueOf(std::string_view name) {
@@ -53,24 +56,36 @@ QStringList upToTwoLines(const QString& text, const QFont& font, int width) {
     return {text.left(length).trimmed(), text.mid(length).trimmed()};
 }
 
+QString firstGrapheme(const QString& text) {
+    const QString trimmed = text.trimmed();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, trimmed);
+    const auto end = finder.toNextBoundary();
+    return end < 0 ? QString() : trimmed.left(end);
+}
+
+LetterTile letterTile(std::string_view name, const Palette& palette, IconTone tone) {
+    // The hue follows from the name, so that an application has the same tile everywhere.
+    const QColor full = QColor::fromHsl(hueOf(name), 115, palette.isDark ? 95 : 120);
+    const QColor ground = tone == IconTone::full ? full : mixed(over(palette.raised, palette.panel), full, 0.4);
+    return {ground, legible(tone == IconTone::full ? QColor(Qt::white) : palette.mutedText, {ground}, 4.5)};
+}
+
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
-              double opacity) {
+              IconTone tone) {
     painter.save();
-    painter.setOpacity(painter.opacity() * opacity);
     const QPixmap icon = style.icon ? style.icon(application, area.width()) : QPixmap();
     if (!icon.isNull()) {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        if (tone == IconTone::dim) painter.setOpacity(painter.opacity() * kDimOpacity);
         painter.drawPixmap(area, icon);
     } else {
-        // The hue follows from the name, so that an application has the same tile everywhere.
-        const int hue = hueOf(application.name);
-        const QColor ground = QColor::fromHsl(hue, 115, style.palette.isDark ? 95 : 120);
-        drawPanel(painter, area, area.width() / 4.0, ground, QColor(), 0);
-        const QString letter = textOf(application.name).trimmed().left(1).toUpper();
+        const LetterTile tile = letterTile(application.name, style.palette, tone);
+        drawPanel(painter, area, area.width() / 4.0, tile.ground, QColor(), 0);
+        const QString letter = firstGrapheme(textOf(application.name)).toUpper();
         QFont font(style.fontFamily);
         font.setPixelSize(std::max(1, area.height() * 10 / 16));
         font.setWeight(QFont::DemiBold);
-        drawText(painter, area, letter, font, legible(Qt::white, {ground}, 4.5), Qt::AlignHCenter);
+        drawText(painter, area, letter, font, tile.letter, Qt::AlignHCenter);
     }
     painter.restore();
 }

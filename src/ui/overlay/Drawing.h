@@ -24,9 +24,18 @@ void drawText(QPainter& painter, const QRect& area, const QString& text, const Q
 int widthOf(const QString& text, const QFont& font);
 /// The text on one line, or on two, broken between words; the second one may be wider than `width`.
 QStringList upToTwoLines(const QString& text, const QFont& font, int width);
+/// The first character as it is read, which may be several code points; empty without one.
+QString firstGrapheme(const QString& text);
+
+/// Windows that wait behind another one are dim.
+enum class IconTone { full, dim };
+struct LetterTile {
+    QColor ground, letter; // with a contrast of at least 4.5
+};
+LetterTile letterTile(std::string_view applicationName, const Palette& palette, IconTone tone);
 /// The application's icon, else a tile with the first letter of its name.
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
-              double opacity);
+              IconTone tone = IconTone::full);
 /// A cross of two lines.
 void drawPlus(QPainter& painter, const QRect& area, const Style& style, const QColor& color);
 

@@ -1,5 +1,6 @@
 #include "ui/overlay/Footer.h"
 
+#include "ui/client/AgentTexts.h"
 #include "ui/overlay/Drawing.h"
 
 #include <QCoreApplication>
@@ -29,7 +30,7 @@ int entryWidth(int textWidth, const Style& style) {
     return textWidth == 0 ? icon + 2 * style.px(4) : padding + icon + style.px(points::iconGap) + textWidth + padding;
 }
 
-/// How wide each entry's text is. Tries, in this order: all as they are; elided ever more; only icons for the waiting
+/// How wide each entry's text is. Tries, in this order: all as they are; elided ever more; only icons for the last
 /// ones.
 std::vector<int> textWidths(const std::vector<QString>& labels, int available, const Style& style) {
     std::vector<int> natural;
@@ -40,22 +41,30 @@ std::vector<int> textWidths(const std::vector<QString>& labels, int available, c
         return sum;
     };
     std::vector<int> widths;
-    for (const double limit : {points::widestEntryText, 112.0, 80.0, 56.0}) {
+    for (const double limit : {points::widestEntryText, 112.0, 80.0, points::leastEntryText}) {
         widths.clear();
         for (const int width : natural) widths.push_back(std::min(width, style.px(limit)));
         if (total(widths) <= available) return widths;
     }
-    for (std::size_t i = 1; i < widths.size(); ++i) widths[i] = 0;
-    if (!widths.empty()) widths[0] = std::min(natural[0], style.px(112));
-    if (total(widths) > available && !widths.empty()) widths[0] = std::min(natural[0], style.px(56));
+    for (std::size_t i = widths.size(); i-- > 1 && total(widths) > available;) widths[i] = 0;
     return widths;
+}
+
+/// The least width for the front window and for the others: an icon, and the number of those that are hidden.
+int leastWidth(std::size_t entries, const Style& style) {
+    if (entries == 0) return 0;
+    return entryWidth(0, style) + (entries > 1 ? style.px(points::entryGap + points::hiddenChip) : 0);
 }
 
 void layOutEntries(FooterLayout& layout, const TileContents& tile, QRect strip, const Style& style) {
     std::vector<QString> labels;
     for (const StackEntry& entry : tile.applications) labels.push_back(labelOf(tile, entry));
-    const std::vector<int> widths = textWidths(labels, strip.width(), style);
-    const int gap = style.px(points::entryGap), chip = style.px(28);
+    std::vector<int> widths = textWidths(labels, strip.width(), style);
+    const int gap = style.px(points::entryGap), chip = style.px(points::hiddenChip);
+    if (!widths.empty()) {
+        const int others = widths.size() > 1 ? gap + chip : 0;
+        if (entryWidth(widths[0], style) + others > strip.width()) widths[0] = 0;
+    }
     int x = strip.left();
     for (std::size_t i = 0; i < labels.size(); ++i) {
         const int width = entryWidth(widths[i], style);
@@ -64,13 +73,42 @@ void layOutEntries(FooterLayout& layout, const TileContents& tile, QRect strip, 
             layout.hiddenEntries = labels.size() - i;
             const int room = strip.right() + 1 - x;
             if (room >= style.px(16)) layout.more = QRect(x, strip.top(), std::min(chip, room), strip.height());
-            return;
+            x += layout.more.width() + gap;
+            break;
         }
         layout.entries.push_back(
             {QRect(x, strip.top(), width, strip.height()), widths[i] > 0 ? labels[i] : QString(), i});
         x += width + gap;
     }
     layout.remark = QRect(QPoint(x, strip.top()), QPoint(strip.right(), strip.bottom()));
+}
+
+int ringWidth(const Style& style) {
+    return entryWidth(0, style);
+}
+
+/// Puts what is being launched behind the entries. The front window comes first: in a narrow strip the launch is
+/// only a ring.
+void layOutPending(FooterLayout& layout, const TileContents& tile, QRect strip, const Style& style) {
+    const int gap = style.px(points::entryGap);
+    const int labelled = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
+                         widthOf(textOf(tile.pending->name) + QStringLiteral("…"), smallFont(style));
+    const std::size_t count = tile.applications.size();
+    const int room = strip.width() - (count > 0 ? gap + leastWidth(count, style) : 0);
+    const bool hasLabel = count == 0 || room - labelled >= style.px(points::leastEntryText + points::iconGap);
+    const int width = std::min(hasLabel ? labelled : ringWidth(style), room);
+    const bool isShown = width >= style.px(points::iconSize);
+    QRect entries = strip;
+    if (isShown) entries.setWidth(std::max(0, strip.width() - width - gap));
+    layOutEntries(layout, tile, entries, style);
+    const int left = layout.remark.left();
+    if (isShown) layout.pending = QRect(left, strip.top(), width, strip.height());
+    layout.remark = QRect(QPoint(isShown ? left + width + gap : left, strip.top()), strip.bottomRight());
+}
+
+QRect textArea(const FooterLayout::Entry& place, const Style& style) {
+    const int left = style.px(points::entryPadding) + style.px(points::iconSize) + style.px(points::iconGap);
+    return place.area.adjusted(left, 0, 1 - style.px(points::entryPadding), 0);
 }
 
 void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::Entry& place, bool isHovered,
@@ -87,7 +125,7 @@ void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::
     const QRect iconArea(place.area.left() +
                              (isBare ? (place.area.width() - icon) / 2 : style.px(points::entryPadding)),
                          place.area.top() + (place.area.height() - icon) / 2, icon, icon);
-    drawIcon(painter, iconArea, entry.application, style, entry.isFront || isHovered ? 1 : 0.55);
+    drawIcon(painter, iconArea, entry.application, style, entry.isFront || isHovered ? IconTone::full : IconTone::dim);
     const QColor color = entry.isFront ? palette.text : palette.mutedText;
     if (entry.isMinimized) {
         const int height = static_cast<int>(style.line(2));
@@ -96,17 +134,16 @@ void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::
             color);
     }
     if (isBare) return;
-    const int textLeft = iconArea.right() + 1 + style.px(points::iconGap);
-    const QRect text(QPoint(textLeft, place.area.top()),
-                     QPoint(place.area.right() - style.px(points::entryPadding) + 1, place.area.bottom()));
-    drawText(painter, text, place.label, smallFont(style), color);
+    drawText(painter, textArea(place, style), place.label, smallFont(style), color);
 }
 
 void paintPending(QPainter& painter, const ApplicationName& application, const QRect& area, double turn,
                   const Style& style) {
     const int size = style.px(points::iconSize);
-    const QRect icon(area.left() + style.px(points::entryPadding), area.top() + (area.height() - size) / 2, size, size);
-    drawIcon(painter, icon.adjusted(style.px(3), style.px(3), -style.px(3), -style.px(3)), application, style, 0.8);
+    const bool isBare = area.width() <= ringWidth(style);
+    const QRect icon(area.left() + (isBare ? (area.width() - size) / 2 : style.px(points::entryPadding)),
+                     area.top() + (area.height() - size) / 2, size, size);
+    drawIcon(painter, icon.adjusted(style.px(3), style.px(3), -style.px(3), -style.px(3)), application, style);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     const double width = style.line(1.5);
@@ -115,6 +152,7 @@ void paintPending(QPainter& painter, const ApplicationName& application, const Q
     painter.drawEllipse(ring);
     painter.setPen(QPen(style.palette.accentLine, width, Qt::SolidLine, Qt::RoundCap));
     painter.drawArc(ring, static_cast<int>((90 - 360 * turn) * 16), -100 * 16);
+    if (isBare) return;
     drawText(painter, area.adjusted(icon.right() + 1 - area.left() + style.px(points::iconGap), 0, 0, 0),
              textOf(application.name) + QStringLiteral("…"), smallFont(style), style.palette.mutedText);
 }
@@ -152,7 +190,7 @@ void paintNotice(QPainter& painter, const ApplicationName& application, const Fo
     const int size = style.px(points::iconSize);
     const QRect icon(notice.area.left() + style.px(points::entryPadding / 2),
                      notice.area.top() + (notice.area.height() - size) / 2, size, size);
-    drawIcon(painter, icon, application, style, 1);
+    drawIcon(painter, icon, application, style);
     const bool isLast = part + 1 >= notice.parts.size();
     drawText(painter, notice.area.adjusted(noticeIconWidth(style), 0, 0, 0),
              isLast ? notice.parts.back() : notice.parts[part] + kContinued, smallFont(style), style.palette.text);
@@ -184,23 +222,26 @@ FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& sty
     if (strip.width() <= 0) return layout;
     layout.remark = strip;
     if (tile.notice) {
-        layOutNotice(layout, textOf(tile.notice->text), strip, style);
+        layOutNotice(layout, inUsersLanguage(tile.notice->text), strip, style);
         return layout;
     }
-    QRect entries = strip;
     if (tile.pending) {
-        const int wanted = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
-                           widthOf(textOf(tile.pending->name) + QStringLiteral("…"), smallFont(style));
-        layout.pending = strip;
-        layout.pending.setWidth(std::min(wanted, strip.width()));
-        entries.setWidth(std::max(0, strip.width() - layout.pending.width() - style.px(points::entryGap)));
-    }
-    layOutEntries(layout, tile, entries, style);
-    if (tile.pending && !tile.applications.empty()) {
-        const QRect last = layout.hiddenEntries > 0 ? layout.more : layout.entries.back().area;
-        if (!last.isEmpty()) layout.pending.moveLeft(last.right() + 1 + style.px(points::entryGap));
+        layOutPending(layout, tile, strip, style);
+    } else {
+        layOutEntries(layout, tile, strip, style);
     }
     return layout;
+}
+
+std::optional<HoveredName> hoveredName(const TileContents& tile, const FooterLayout& layout, FooterHit hovered,
+                                       const Style& style) {
+    if (hovered.part != FooterHit::Part::entry || hovered.entry >= tile.applications.size()) return std::nullopt;
+    const auto place = std::ranges::find(layout.entries, hovered.entry, &FooterLayout::Entry::index);
+    if (place == layout.entries.end()) return std::nullopt;
+    const QString name = labelOf(tile, tile.applications[hovered.entry]);
+    const bool isWhole = !place->label.isEmpty() && widthOf(name, smallFont(style)) <= textArea(*place, style).width();
+    if (isWhole) return std::nullopt;
+    return HoveredName{layout.remark.width() > layout.name.width() ? layout.remark : layout.name, name};
 }
 
 FooterHit FooterLayout::at(QPoint point) const {
@@ -220,8 +261,12 @@ void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout
     const bool isTarget = state.isDropTarget || tile.isDropTarget;
     drawPanel(painter, layout.panel, style.px(points::footerRadius), palette.panel,
               isTarget ? palette.accentLine : palette.panelLine, style.line(isTarget ? 1.5 : 1));
-    drawText(painter, layout.name, textOf(tile.name), style.font(points::smallText, QFont::Medium),
-             state.hovered.part == Part::name ? palette.text : palette.mutedText);
+    const auto hovered = tile.notice ? std::nullopt : hoveredName(tile, layout, state.hovered, style);
+    if (!hovered || hovered->area != layout.name) {
+        drawText(painter, layout.name, textOf(tile.name), style.font(points::smallText, QFont::Medium),
+                 state.hovered.part == Part::name ? palette.text : palette.mutedText);
+    }
+    if (hovered) drawText(painter, hovered->area, hovered->name, smallFont(style), palette.text);
     if (tile.notice) {
         paintNotice(painter, tile.notice->application, layout.notice, state.noticePart, style);
     } else {
@@ -235,7 +280,7 @@ void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout
             drawText(painter, layout.more, QStringLiteral("+%1").arg(layout.hiddenEntries), smallFont(style),
                      isHovered ? palette.text : palette.mutedText, Qt::AlignHCenter);
         }
-        if (tile.pending) paintPending(painter, *tile.pending, layout.pending, state.spinnerTurn, style);
+        if (!layout.pending.isEmpty()) paintPending(painter, *tile.pending, layout.pending, state.spinnerTurn, style);
         if (tile.applications.empty() && !tile.pending) {
             drawText(painter, layout.remark, QCoreApplication::translate("Overlay", "Empty"), smallFont(style),
                      palette.mutedText);

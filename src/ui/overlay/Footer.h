@@ -35,8 +35,8 @@ struct FooterLayout {
     std::vector<Entry> entries;
     QRect more; // empty when all entries fit
     std::size_t hiddenEntries = 0;
-    QRect pending; // empty when nothing is being launched
-    QRect remark;  // for the text that the tile is empty
+    QRect pending; // empty when nothing is being launched, or nothing fits
+    QRect remark;  // what is left, for saying that the tile is empty or how the entry under the pointer is named
     struct Notice {
         QRect area;
         QStringList parts; // shown one after the other; mostly one
@@ -46,6 +46,15 @@ struct FooterLayout {
 
     FooterHit at(QPoint point) const;
 };
+
+/// The name of the entry under the pointer, where the strip shows only its icon or the beginning.
+struct HoveredName {
+    QRect area; // either the one of the remark or the one of the tile's name
+    QString name;
+};
+/// Absent where no entry is hovered, or its name is shown whole.
+std::optional<HoveredName> hoveredName(const TileContents& tile, const FooterLayout& layout, FooterHit hovered,
+                                       const Style& style);
 
 /// The footer's rectangle on the screen, in pixels; absent if the tile has no footer.
 std::optional<QRect> footerArea(const TileContents& tile, const Style& style);

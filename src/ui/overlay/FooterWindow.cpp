@@ -36,6 +36,7 @@ void FooterWindow::show(const TileContents& tile, const QRect& area, const Style
     }
     tile_ = tile;
     style_ = style;
+    if (std::ranges::find(tile_.applications, carried_, &StackEntry::window) == tile_.applications.end()) cancelCarry();
     if (!isSame || isFirst) {
         layout_ = layOutFooter(tile_, area.size(), style_);
         if (state_.hovered.part == FooterHit::Part::entry && !entryAt(state_.hovered)) state_.hovered = {};
@@ -71,8 +72,14 @@ void FooterWindow::setDropTarget(bool isDropTarget) {
     setState(state);
 }
 
+void FooterWindow::cancelCarry() {
+    if (carried_.empty()) return;
+    carried_.clear();
+    pressedAt_.reset();
+}
+
 void FooterWindow::turnSpinner(double turn) {
-    if (!tile_.pending) return;
+    if (layout_.pending.isEmpty()) return;
     state_.spinnerTurn = turn;
     redraw(layout_.pending);
 }
@@ -105,7 +112,7 @@ void FooterWindow::mouseMoveEvent(QMouseEvent* event) {
     if (carried_.empty() && entry && (at - *pressedAt_).manhattanLength() > style_.px(kDragStartPoints)) {
         carried_ = entry->window;
     }
-    if (!carried_.empty()) carry_(carried_, event->globalPosition().toPoint(), false);
+    if (!carried_.empty()) carry_(carried_, event->globalPosition().toPoint(), Carry::over);
 }
 
 void FooterWindow::mousePressEvent(QMouseEvent* event) {
@@ -113,6 +120,11 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         pressedAt_ = event->position().toPoint();
         pressed_ = hit;
+    } else if (event->button() == Qt::RightButton && isCarrying()) {
+        // The overlay has no focus, and so no Escape key.
+        const std::string carried = carried_;
+        cancelCarry();
+        carry_(carried, event->globalPosition().toPoint(), Carry::cancelled);
     } else if (event->button() == Qt::RightButton) {
         const StackEntry* entry = entryAt(hit);
         if (!entry && hit.part == FooterHit::Part::name && !tile_.applications.empty())
@@ -125,7 +137,7 @@ void FooterWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !pressedAt_) return;
     pressedAt_.reset();
     if (const std::string carried = std::exchange(carried_, {}); !carried.empty()) {
-        return carry_(carried, event->globalPosition().toPoint(), true);
+        return carry_(carried, event->globalPosition().toPoint(), Carry::dropped);
     }
     const FooterHit hit = layout_.at(event->position().toPoint());
     if (hit == pressed_) click(hit, event->globalPosition().toPoint());

@@ -14,13 +14,18 @@ namespace kova::ui {
 
 class FooterWindow final : public OverlayWindow {
   public:
-    /// A dragged entry is over that point of the screen, in pixels; absent: it is dropped or the drag has ended.
-    using CarryEntry = std::function<void(const std::string& window, std::optional<QPoint> at, bool isDropped)>;
+    enum class Carry { over, dropped, cancelled };
+    /// The window's entry is dragged; `at` is the pointer's position on the screen, in pixels.
+    using CarryEntry = std::function<void(const std::string& window, QPoint at, Carry how)>;
 
     FooterWindow(OverlayPlatform& platform, OverlayActions& actions, CarryEntry carry);
 
     void show(const TileContents& tile, const QRect& area, const Style& style);
     void setDropTarget(bool isDropTarget);
+    /// Whether an entry of this footer is being dragged. The drag ends with the footer and with the entry.
+    bool isCarrying() const { return !carried_.empty(); }
+    /// No-op unless an entry is being dragged.
+    void cancelCarry();
     /// The launch indicator, 0 to 1.
     void turnSpinner(double turn);
     const FooterLayout& layoutInWindow() const { return layout_; }

@@ -25,9 +25,9 @@ void keepOnly(Windows& windows, const std::set<std::string>& ids) {
 Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
     platform_(platform), actions_(actions),
     emptyTiles_([this] { return std::make_unique<EmptyTileWindow>(platform_, actions_); }), footers_([this] {
-        return std::make_unique<FooterWindow>(platform_, actions_,
-                                              [this](const std::string& carried, std::optional<QPoint> at,
-                                                     bool isDropped) { carryEntry(carried, at, isDropped); });
+        return std::make_unique<FooterWindow>(
+            platform_, actions_,
+            [this](const std::string& carried, QPoint at, FooterWindow::Carry how) { carryEntry(carried, at, how); });
     }),
     decoration_(platform) {
     spinner_.setInterval(kSpinnerMilliseconds);
@@ -46,7 +46,6 @@ void Overlay::setTaste(DesktopTaste taste) {
 
 void Overlay::show(const std::optional<OverlayContents>& contents) {
     contents_ = contents;
-    if (!contents_) carriedEntry_.reset();
     refresh();
 }
 
@@ -74,6 +73,7 @@ Style Overlay::styleFor(const std::string& display) const {
 
 void Overlay::refresh() {
     if (!contents_) {
+        carriedEntry_.reset();
         message_.reset();
         highlights_.clear();
         dividers_.clear();
@@ -141,8 +141,20 @@ void Overlay::refreshFooters() {
         const Style style = styleFor(tile.display);
         FooterWindow& window = footers_.of(tile.id);
         window.show(tile, *footerArea(tile, style), style);
-        window.setDropTarget(carriedEntry_ && carriedEntry_->tile == tile.id);
     }
+    endLostCarry();
+    for (const auto& [id, footer] : footers_.shown()) footer->setDropTarget(carriedEntry_ && carriedEntry_->tile == id);
+}
+
+/// The release of the button is not reported to a footer that was removed.
+void Overlay::endLostCarry() {
+    if (!carriedEntry_) return;
+    bool isCarried = false;
+    for (const auto& [id, footer] : footers_.shown()) {
+        if (contents_->isSuspended) footer->cancelCarry();
+        isCarried = isCarried || footer->isCarrying();
+    }
+    if (!isCarried) carriedEntry_.reset();
 }
 
 void Overlay::refreshDividers() {
@@ -215,6 +227,13 @@ void Overlay::refreshSpinner() {
     }
 }
 
+const DisplayContents* Overlay::displayAt(QPoint pixels) const {
+    const auto found = std::ranges::find_if(contents_->displays, [&](const DisplayContents& display) {
+        return styleFor(display.id).px(display.frame).contains(pixels);
+    });
+    return found == contents_->displays.end() ? nullptr : &*found;
+}
+
 const TileContents* Overlay::tileAt(QPoint pixels) const {
     for (const TileContents& tile : contents_->tiles) {
         const Style style = styleFor(tile.display);
@@ -224,26 +243,22 @@ const TileContents* Overlay::tileAt(QPoint pixels) const {
     return nullptr;
 }
 
-void Overlay::carryEntry(const std::string& window, std::optional<QPoint> at, bool isDropped) {
+void Overlay::carryEntry(const std::string& window, QPoint at, FooterWindow::Carry how) {
     if (!contents_) return;
-    const TileContents* tile = at ? tileAt(*at) : nullptr;
+    const TileContents* tile = tileAt(at);
     const auto holds = [&](const StackEntry& entry) { return entry.window == window; };
     const bool isElsewhere = tile && std::ranges::none_of(tile->applications, holds);
-    if (isDropped) {
-        carriedEntry_.reset();
-        const std::string target = isElsewhere ? tile->id : std::string();
+    const std::optional<std::string> target = isElsewhere ? std::optional(tile->id) : std::nullopt;
+    std::optional<WindowDrag> drag;
+    if (how == FooterWindow::Carry::over) {
+        drag.emplace().tile = target;
+        if (const DisplayContents* display = displayAt(at)) drag->display = display->id;
+    }
+    if (std::exchange(carriedEntry_, drag) != drag) {
         refreshFooters();
         refreshHighlights();
-        if (!target.empty()) actions_.place(window, target);
-        return;
     }
-    WindowDrag drag;
-    if (tile) drag.display = tile->display;
-    if (isElsewhere) drag.tile = tile->id;
-    if (carriedEntry_ == drag) return;
-    carriedEntry_ = drag;
-    refreshFooters();
-    refreshHighlights();
+    if (how == FooterWindow::Carry::dropped && target) actions_.place(window, *target);
 }
 
 } // namespace kova::ui

@@ -53,7 +53,9 @@ class Overlay {
     void refreshHighlights();
     void refreshMessage();
     void refreshSpinner();
-    void carryEntry(const std::string& window, std::optional<QPoint> at, bool isDropped);
+    void carryEntry(const std::string& window, QPoint at, FooterWindow::Carry how);
+    void endLostCarry();
+    const DisplayContents* displayAt(QPoint pixels) const;
     const TileContents* tileAt(QPoint pixels) const;
 
     OverlayPlatform& platform_;

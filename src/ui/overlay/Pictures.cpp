@@ -1,5 +1,6 @@
 #include "ui/overlay/Pictures.h"
 
+#include "ui/client/AgentTexts.h"
 #include "ui/overlay/Drawing.h"
 #include "ui/style/Colours.h"
 
@@ -143,8 +144,9 @@ void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, 
     const double radius = style.px(points::tileRadius);
     for (const CarriedOver& tile : tiles) {
         if (!tile.isTarget) {
-            drawPanel(painter, tile.area, radius, QColor(),
-                      withAlpha(palette.accentLine, style.isComposited ? 0.45 : 1), style.line(1.5));
+            // Opaque, since it lies on the dashed line of an empty tile.
+            const QColor quiet = mixed(palette.raised, palette.accentLine, style.isComposited ? 0.5 : 1);
+            drawPanel(painter, tile.area, radius, QColor(), quiet, style.line(1.5));
             continue;
         }
         drawPanel(painter, tile.area, radius, withAlpha(palette.accentLine, style.isComposited ? 0.22 : 1),
@@ -200,7 +202,7 @@ MessageLayout layOutMessage(const StatusMessage& message, int widestPixels, cons
                            : 0;
     const int most = std::max(style.px(80), std::min(widestPixels, style.px(points::widestMessage)) - 2 * side -
                                                 (button > 0 ? gap + button - style.px(12) : 0));
-    const int natural = metrics.horizontalAdvance(textOf(message.text)) + 2;
+    const int natural = metrics.horizontalAdvance(inUsersLanguage(message.text)) + 2;
     const bool isTwoLines = natural > most;
     const int text = std::min(natural, most);
     const int panelHeight = isTwoLines ? std::max(height, 2 * metrics.lineSpacing() + 2 * style.px(8)) : height;
@@ -221,7 +223,7 @@ void paintMessage(QPainter& painter, const StatusMessage& message, const Message
     drawPanel(painter, QRect(QPoint(0, 0), layout.size), style.px(points::messageHeight) / 2.0, palette.raised,
               palette.raisedLine, style.line(1));
     const QFont font = largeFont(style);
-    const QStringList lines = upToTwoLines(textOf(message.text), font, layout.text.width());
+    const QStringList lines = upToTwoLines(inUsersLanguage(message.text), font, layout.text.width());
     const int spacing = QFontMetrics(font).lineSpacing();
     const int top = (layout.size.height() - static_cast<int>(lines.size()) * spacing) / 2;
     QRect line(layout.text.left(), top, layout.text.width(), spacing);

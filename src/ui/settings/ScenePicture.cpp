@@ -44,7 +44,7 @@ void drawDisplay(QPainter& painter, const QRectF& area, const json& scene, const
         const int icon = static_cast<int>(std::min(cell.width(), cell.height()) * 0.6);
         QRect square(0, 0, icon, icon);
         square.moveCenter(cell.center().toPoint());
-        drawIcon(painter, square, front, style, 1);
+        drawIcon(painter, square, front, style);
     }
 }
 

@@ -17,7 +17,8 @@ namespace kova::ui {
 namespace points {
 inline constexpr double footerPanelHeight = 26, footerRadius = 8;
 inline constexpr double entryHeight = 20, entryRadius = 6, entryPadding = 8, entryGap = 4, iconSize = 16, iconGap = 6;
-inline constexpr double widestEntryText = 160;
+inline constexpr double hiddenChip = 28; // the number of windows that a footer has no room for
+inline constexpr double widestEntryText = 160, leastEntryText = 56;
 inline constexpr double tileRadius = 10, buttonHeight = 32, cardPadding = 20;
 inline constexpr double messageHeight = 44, messageMargin = 12, widestMessage = 640;
 inline constexpr double gridStep = 60, dividerLine = 3;
