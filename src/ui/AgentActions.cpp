@@ -112,13 +112,27 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
     const std::string named = application.id.empty() ? application.name : application.id;
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
-        QObject::connect(action, &QAction::triggered, action,
-                         [this, parameters] { link_.call("rule.add", parameters); });
+        QObject::connect(action, &QAction::triggered, action, [this, parameters] {
+            link_.call("rule.add", parameters, [this](const Answer& added) {
+                if (added.result.is_object() && !added.result.value("isOn", true)) offerRules();
+            });
+        });
     };
     add(tr("Always in %1").arg(titleOf(tile.name)),
         {{"application", named}, {"disposition", "tile"}, {"slot", slotOf(tile.id)}});
     add(tr("Always Float"), {{"application", named}, {"disposition", "float"}});
     add(tr("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
+}
+
+/// A rule was added that would have no effect.
+void AgentActions::offerRules() {
+    openWindow_("alert",
+                {{"title", tr("The rule is not applied yet").toStdString()},
+                 {"text", tr("Rules run only when continuous management is enabled. Enable it now?").toStdString()},
+                 {"confirm", tr("Enable").toStdString()},
+                 {"cancel", tr("Not Now").toStdString()},
+                 {"method", "rules.on"},
+                 {"parameters", json::object()}});
 }
 
 void AgentActions::forceQuit(const std::string& window, const ApplicationName& application) {

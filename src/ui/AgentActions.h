@@ -35,6 +35,7 @@ class AgentActions final : public OverlayActions {
   private:
     void addMoves(const TileContents& tile, const std::string& window);
     void addRules(const TileContents& tile, const ApplicationName& application);
+    void offerRules();
     /// Asks the user first.
     void forceQuit(const std::string& window, const ApplicationName& application);
 

@@ -1,5 +1,4 @@
-// kova-ui: the overlay, the menu and the windows of KOVA. A client of the agent's socket. A client of the agent's
-// socket.
+// kova-ui: the overlay, the menu and the windows of KOVA. A client of the agent's socket.
 #include "ui/Instance.h"
 #include "ui/Program.h"
 

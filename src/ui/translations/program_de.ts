@@ -55,5 +55,21 @@
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>The rule is not applied yet</source>
+        <translation>Die Regel wird noch nicht angewendet</translation>
+    </message>
+    <message>
+        <source>Rules run only when continuous management is enabled. Enable it now?</source>
+        <translation>Regeln wirken nur, solange sie ständig angewendet werden. Jetzt einschalten?</translation>
+    </message>
+    <message>
+        <source>Enable</source>
+        <translation>Einschalten</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation>Nicht jetzt</translation>
+    </message>
 </context>
 </TS>

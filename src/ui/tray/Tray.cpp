@@ -91,11 +91,13 @@ void Tray::update() {
         connect(menu_.get(), &QMenu::aboutToShow, this, [this] { refresh(nullptr); });
         item_ = std::make_unique<QSystemTrayIcon>(statusIcon());
         item_->setToolTip(QStringLiteral("KOVA"));
-        item_->setContextMenu(menu_.get());
         connect(item_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason why) {
-            if (why == QSystemTrayIcon::Trigger) openMenu(QCursor::pos());
+            const bool isForMenu = why == QSystemTrayIcon::Context && !item_->contextMenu();
+            if (why == QSystemTrayIcon::Trigger || isForMenu) openMenu(QCursor::pos());
         });
     }
+    // A host shows the menu by itself, after it was refreshed. An item in a window of the tray would show it before.
+    if (hasHost_ && !item_->contextMenu()) item_->setContextMenu(menu_.get());
     refresh(nullptr);
     item_->show();
 }
@@ -105,7 +107,8 @@ void Tray::refresh(std::function<void()> done) {
         if (!answer.error.empty()) return;
         try {
             const auto items = decodeMenu(JsonCursor(answer.result, ""));
-            if (menu_ && !menu_->isVisible()) fillMenu(*menu_, items, choose_);
+            if (menu_ && items != items_) fillMenu(*menu_, items, choose_);
+            items_ = items;
             if (done) fillMenu(*popup_, items, choose_);
         } catch (const DecodingError& error) {
             qWarning("kova-ui: the menu that the agent sent cannot be decoded: %s", error.what());

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace kova::ui {
 
@@ -25,6 +26,8 @@ class Tray : public QObject {
     void setHasTrayWindow(bool hasWindow);
     /// The menu at that point of the screen, in pixels.
     void openMenu(QPoint at);
+    /// Null where there is no place for it yet.
+    QSystemTrayIcon* item() { return item_.get(); }
 
   private:
     void watchBus();
@@ -34,7 +37,8 @@ class Tray : public QObject {
     AgentLink& link_;
     std::function<void()> styleMenus_;
     std::function<void(const std::string&)> choose_;
-    std::unique_ptr<QMenu> menu_;
+    std::unique_ptr<QMenu> menu_;  // of the item, where a host of the panel shows it
+    std::vector<MenuItem> items_;  // in it
     std::unique_ptr<QMenu> popup_; // of its own, since a panel may keep the other one
     std::unique_ptr<QSystemTrayIcon> item_;
     bool isAgentThere_ = false, hasTrayWindow_ = false, hasHost_ = false;
