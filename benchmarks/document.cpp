@@ -20,7 +20,7 @@ constexpr const char* kSlots[] = {"focus-main",  "secondary-1", "secondary-2",
 
 struct Session {
     Session() {
-        desktop.setVouching(false);
+        desktop.setAnnouncesAllChanges(false);
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
         (void)controller.perform(action::SelectLayout{displayID(desktop.screens().front()),
                                                       DisplayLayoutSelection::layout("jarvis.six-grid")});

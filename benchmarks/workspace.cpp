@@ -13,7 +13,7 @@ namespace {
 
 struct Session {
     explicit Session(std::int64_t windows) {
-        desktop.setVouching(false);
+        desktop.setAnnouncesAllChanges(false);
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
         for (std::int64_t i = 0; i < windows; ++i) {
             const std::string name = "Application " + std::to_string(i);

@@ -28,7 +28,7 @@ std::vector<const DiagnosticsServicing*> withUserInterface(std::vector<const Dia
 
 SessionAgent::SessionAgent(const AgentServices& services) :
     queue_(services.workspace.queue), delegate_(services.workspace, services.shell),
-    acquaintance_(*delegate_.onboarding().isCompleted() ? Acquaintance::knowsTheWay : Acquaintance::newUser),
+    userHistory_(*delegate_.onboarding().isCompleted() ? UserHistory::existingUser : UserHistory::newUser),
     documents_(services.documentPanels ? std::make_unique<DocumentExchange>(
                                              delegate_.workspace(), *services.documentPanels, services.workspace.alerts)
                                        : nullptr),
@@ -106,7 +106,7 @@ void SessionAgent::openURLs(const std::vector<std::string>& urls) {
 }
 
 std::optional<std::string> SessionAgent::firstSteps() {
-    return kova::firstSteps(acquaintance_, delegate_.workspace());
+    return kova::firstSteps(userHistory_, delegate_.workspace());
 }
 
 } // namespace kova

@@ -58,7 +58,7 @@ class SessionAgent {
 
     MainQueue& queue_;
     AppDelegate delegate_;
-    const Acquaintance acquaintance_; // at the start
+    const UserHistory userHistory_; // at the start
     Subscription messages_;
     const std::unique_ptr<DocumentExchange> documents_; // null without panels
     KovaMenuBarContent menu_;

@@ -50,7 +50,7 @@ std::vector<CGRect> desktopGuards(const WorkspaceController& workspace, const st
             if (tile.displayID == id)
                 covered.push_back(flipped(tile.frameForWindowService, maxY(screens.front().frame)));
         }
-        for (const DividerHandle& handle : handles) covered.push_back(bareFrame(handle));
+        for (const DividerHandle& handle : handles) covered.push_back(gapFrame(handle));
         const auto parts = uncoveredParts(screen.visibleFrame, covered);
         guards.insert(guards.end(), parts.begin(), parts.end());
     }

@@ -8,13 +8,13 @@
 
 namespace kova {
 
-enum class Acquaintance { newUser, knowsTheWay };
+enum class UserHistory { newUser, existingUser };
 
 /// One line; absent after the first arrangement, which shows that the user needs no advice, and in sessions in which
 /// no window can be managed, for which there are other messages.
-inline std::optional<std::string> firstSteps(Acquaintance acquaintance, const WorkspaceController& workspace) {
+inline std::optional<std::string> firstSteps(UserHistory userHistory, const WorkspaceController& workspace) {
     const WorkspaceState& state = workspace.state();
-    if (acquaintance == Acquaintance::knowsTheWay || !state.lastArrangeExplanation->empty() ||
+    if (userHistory == UserHistory::existingUser || !state.lastArrangeExplanation->empty() ||
         workspace.absenceOfWindows()) {
         return std::nullopt;
     }

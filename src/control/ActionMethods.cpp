@@ -68,7 +68,7 @@ WorkspaceDirection wantedDirection(const JsonCursor& parameters) {
     given.fail("expected left, right, up or down");
 }
 
-ControlReply tellHistory(const WorkspaceController& controller) {
+ControlReply listHistory(const WorkspaceController& controller) {
     json entries = json::array();
     const auto& history = controller.undoHistory().entries();
     for (auto entry = history.rbegin(); entry != history.rend(); ++entry) {

@@ -25,6 +25,6 @@ ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const Js
 WorkspaceDirection wantedDirection(const JsonCursor& parameters);
 
 /// What can be undone, newest first.
-ControlReply tellHistory(const WorkspaceController& controller);
+ControlReply listHistory(const WorkspaceController& controller);
 
 } // namespace kova

@@ -76,7 +76,7 @@ class ControlMethods::Table final : MethodTable {
             overlay_.emplace(
                 *context_.overlay, context_.queue,
                 [this](OverlayContents& contents) {
-                    if (contents.message && deletedScenes_.isToldByMessage())
+                    if (contents.message && deletedScenes_.isShownByStatusMessage())
                         contents.message->undoMethod = "scene.undelete";
                 },
                 [this] {
@@ -164,7 +164,7 @@ class ControlMethods::Table final : MethodTable {
         add("undo", {}, [&controller](const Call&) { return performAction(controller, action::Undo{}); });
         add("openURL", {"url"},
             [this](const Call& call) { return openURL(context_.controller, context_.urls, call.parameters); });
-        add("history", {}, [&controller](const Call&) { return tellHistory(controller); });
+        add("history", {}, [&controller](const Call&) { return listHistory(controller); });
         add("divider.list", {"display"},
             [&controller](const Call& call) { return listDividers(controller, call.parameters); });
         add("divider.drag", {"split", "boundary", "points", "display"},
@@ -262,7 +262,7 @@ class ControlMethods::Table final : MethodTable {
         add("query.tiles", {}, [&controller](const Call&) -> ControlReply {
             return json{{"tiles", controlRecord::tiles(controller)}};
         });
-        add("query.focus", {}, [&controller](const Call&) { return tellFocus(controller); });
+        add("query.focus", {}, [&controller](const Call&) { return describeFocus(controller); });
         add("query.windowAt", {"x", "y"},
             [&controller](const Call& call) { return findWindowAt(controller, call.parameters); });
         add("query.state", {}, [this](const Call&) -> ControlReply { return json{{"state", broadcast_.state()}}; });
@@ -271,7 +271,7 @@ class ControlMethods::Table final : MethodTable {
 
     void addSettings() {
         const auto addSwitch = [this](const std::string& name, const std::optional<SystemSetting>& setting) {
-            add(name + ".status", {}, [&setting](const Call&) { return tellSetting(setting); });
+            add(name + ".status", {}, [&setting](const Call&) { return settingStatus(setting); });
             addSaved(name + ".on", {}, [&setting](const Call&) { return switchSetting(setting, true); });
             addSaved(name + ".off", {}, [&setting](const Call&) { return switchSetting(setting, false); });
         };
@@ -287,7 +287,7 @@ class ControlMethods::Table final : MethodTable {
         addSaved("menu.choose", {"id"}, [this](const Call& call) {
             return chooseFromMenu(context_.menu, context_.controller, call.parameters);
         });
-        add("ui.status", {}, [this](const Call&) { return tellUserInterface(context_.userInterface); });
+        add("ui.status", {}, [this](const Call&) { return userInterfaceStatus(context_.userInterface); });
         add("ui.report", {"problem"}, [this](const Call& call) {
             return noteUserInterfaceProblem(context_.userInterface, call.parameters, call.peer);
         });
@@ -330,7 +330,7 @@ class ControlMethods::Table final : MethodTable {
     }
 
     void addAgent() {
-        add("updates.status", {}, [this](const Call&) { return tellUpdates(context_.menu); });
+        add("updates.status", {}, [this](const Call&) { return updatesStatus(context_.menu); });
         add("updates.check", {}, [this](const Call&) { return checkForUpdates(context_.menu); });
         for (const auto& [name, which] : {std::pair("updates.automatic", UpdateSwitch::checks),
                                           std::pair("updates.download", UpdateSwitch::downloads)}) {
@@ -339,7 +339,7 @@ class ControlMethods::Table final : MethodTable {
             });
         }
         add("permission.status", {},
-            [this](const Call&) { return tellPermission(context_.controller, context_.permission); });
+            [this](const Call&) { return permissionStatus(context_.controller, context_.permission); });
         add("permission.ask", {},
             [this](const Call&) { return askForPermission(context_.controller, context_.permission); });
         add("status", {}, [this](const Call&) -> ControlReply { return agentStatus(context_, shortcuts_); });

@@ -152,7 +152,7 @@ class ControlServer::Listener {
         }
         const bool isAllowed = peerUser(accepted) == limits_.onlyUser.value_or(geteuid());
         if (!isAllowed) return;
-        if (connections_.size() >= limits_.connections) return tellFull(accepted);
+        if (connections_.size() >= limits_.connections) return refuseConnection(accepted);
         auto connection = std::make_shared<ControlConnection>(
             context_, std::move(socket), limits_, unsent_, std::span<char>(readBuffer_),
             [this](const auto& from, jsonrpc::Message message) { handOver(from, std::move(message)); },
@@ -161,7 +161,7 @@ class ControlServer::Listener {
         connection->start();
     }
 
-    void tellFull(int descriptor) const {
+    void refuseConnection(int descriptor) const {
         const ControlFailure full{controlCode::refused,
                                   "The agent serves " + std::to_string(limits_.connections) +
                                       " clients already and takes no more; end some of them and try again",

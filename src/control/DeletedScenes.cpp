@@ -35,7 +35,7 @@ ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
     return result;
 }
 
-bool DeletedScenes::isToldByMessage() const {
+bool DeletedScenes::isShownByStatusMessage() const {
     return !deleted_.empty() && messageNumber_ == controller_.messagesShown();
 }
 

@@ -23,7 +23,7 @@ class DeletedScenes {
     /// Puts the scene that was deleted last back to its place in the list.
     ControlReply undelete();
     /// Whether the status message, if there is one, is that of the last deletion.
-    bool isToldByMessage() const;
+    bool isShownByStatusMessage() const;
 
   private:
     struct Deleted {

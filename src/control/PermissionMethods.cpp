@@ -9,7 +9,7 @@ namespace kova {
 
 using nlohmann::json;
 
-ControlReply tellPermission(const WorkspaceController& controller, const PermissionControl* permission) {
+ControlReply permissionStatus(const WorkspaceController& controller, const PermissionControl* permission) {
     const auto state = *controller.state().permissionState;
     const bool isGranted = state == AccessibilityPermissionState::granted;
     return json{{"permission", describe(state)},
@@ -22,7 +22,7 @@ ControlReply askForPermission(const WorkspaceController& controller, PermissionC
         if (!permission || !permission->canAsk()) return refusal(controller.permissionProblem());
         permission->ask();
     }
-    return tellPermission(controller, permission);
+    return permissionStatus(controller, permission);
 }
 
 } // namespace kova

@@ -9,7 +9,7 @@ class PermissionControl;
 class WorkspaceController;
 
 /// `permission` is null where there is none to ask for.
-ControlReply tellPermission(const WorkspaceController& controller, const PermissionControl* permission);
+ControlReply permissionStatus(const WorkspaceController& controller, const PermissionControl* permission);
 /// Has the system ask the user; nothing happens when the permission is there already.
 ControlReply askForPermission(const WorkspaceController& controller, PermissionControl* permission);
 

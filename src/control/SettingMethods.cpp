@@ -16,7 +16,7 @@ json record(const SystemSetting::State& state) {
 
 } // namespace
 
-ControlReply tellSetting(const std::optional<SystemSetting>& setting) {
+ControlReply settingStatus(const std::optional<SystemSetting>& setting) {
     if (!setting) return refusal(kNoSetting);
     const auto state = setting->state();
     if (state.absence) return refusal(*state.absence);

@@ -8,7 +8,7 @@
 
 namespace kova {
 
-ControlReply tellSetting(const std::optional<SystemSetting>& setting);
+ControlReply settingStatus(const std::optional<SystemSetting>& setting);
 ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isOn);
 
 } // namespace kova

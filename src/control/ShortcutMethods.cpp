@@ -75,7 +75,7 @@ ShortcutMethods::ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServi
                                  const Published<bool>& isSuspended, PreferencesStore& preferences) :
     settings_(settings),
     keys_(keys), queue_(queue), isSuspended_(isSuspended), preferences_(preferences) {
-    if (keys_) claims_ = keys_->observeHeldByOthers([this] { tellClaimed(); });
+    if (keys_) claims_ = keys_->observeHeldByOthers([this] { notifyClaimed(); });
     suspensions_ = isSuspended_.observe([this](bool isNow) {
         if (isNow) endRecording("cancelled", kSuspended);
     });
@@ -157,7 +157,7 @@ ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::share
     if (const auto holder = settings_.conflictingAction(shortcut, action)) return refusal(conflictMessage(*holder));
     const auto before = settings_.shortcut(action);
     if (!settings_.setShortcut(shortcut, action)) return refusal("The shortcut was not changed");
-    tellOnceClaimed(peer, action, before == shortcut ? Claiming::done : Claiming::underWay);
+    notifyOnceClaimed(peer, action, before == shortcut ? Claiming::done : Claiming::underWay);
     return json{{"shortcut", recordOf(action)}};
 }
 
@@ -199,7 +199,7 @@ bool ShortcutMethods::heard(const KeyPress& press) {
     if (press.isRepeat) return false;
     const auto step = recording_->recorder.take(press);
     if (!step.endsRecording()) {
-        tellRecorded(*recording_, word(step.outcome), step.message);
+        notifyRecorded(*recording_, word(step.outcome), step.message);
         return false;
     }
     const bool isChange =
@@ -221,8 +221,8 @@ void ShortcutMethods::checkConnection(std::uint64_t number) {
     }));
 }
 
-void ShortcutMethods::tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
-                                   const std::optional<std::string>& unsaved) const {
+void ShortcutMethods::notifyRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
+                                     const std::optional<std::string>& unsaved) const {
     const auto peer = recording.peer.lock();
     if (!peer) return;
     json told = {{"outcome", outcome},
@@ -236,30 +236,30 @@ void ShortcutMethods::endRecording(std::string_view outcome, const std::string& 
     const auto ended = std::exchange(recording_, std::nullopt);
     if (!ended) return;
     settings_.isRecording.set(false);
-    tellRecorded(*ended, outcome, message);
+    notifyRecorded(*ended, outcome, message);
 }
 
 void ShortcutMethods::endOnceSaved(ShortcutRecorder::Step step) {
     const auto ended = std::make_shared<Recording>(*std::exchange(recording_, std::nullopt));
     settings_.isRecording.set(false);
     preferences_.save(lifetime_.guard([this, ended, step](const std::optional<std::string>& problem) {
-        tellRecorded(*ended, word(step.outcome), step.message, problem);
+        notifyRecorded(*ended, word(step.outcome), step.message, problem);
         // Everything is claimed again once the recording is over, changed or not.
         if (step.outcome == ShortcutRecorder::Outcome::recorded)
-            tellOnceClaimed(ended->peer, ended->action, Claiming::underWay);
+            notifyOnceClaimed(ended->peer, ended->action, Claiming::underWay);
     }));
 }
 
 // Claims
 
-void ShortcutMethods::tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action,
-                                      Claiming claiming) {
+void ShortcutMethods::notifyOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action,
+                                        Claiming claiming) {
     waiting_.push_back({peer, action});
     queue_.after(claiming == Claiming::done ? Seconds(0) : kClaimReportDelay,
-                 lifetime_.guard([this] { tellClaimed(); }));
+                 lifetime_.guard([this] { notifyClaimed(); }));
 }
 
-void ShortcutMethods::tellClaimed() {
+void ShortcutMethods::notifyClaimed() {
     for (const Waiting& waiting : std::exchange(waiting_, {})) {
         const auto peer = waiting.peer.lock();
         if (!peer) continue;

@@ -61,14 +61,14 @@ class ShortcutMethods {
     ModifierNames modifierNames() const;
     bool heard(const KeyPress& press);
     void checkConnection(std::uint64_t number);
-    void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
-                      const std::optional<std::string>& unsaved = std::nullopt) const;
+    void notifyRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
+                        const std::optional<std::string>& unsaved = std::nullopt) const;
     void endRecording(std::string_view outcome, const std::string& message);
     /// As `endRecording`, for a changed shortcut: the client is notified once the change is on disk.
     void endOnceSaved(ShortcutRecorder::Step step);
     enum class Claiming { done, underWay };
-    void tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action, Claiming claiming);
-    void tellClaimed();
+    void notifyOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action, Claiming claiming);
+    void notifyClaimed();
 
     KovaShortcutSettings& settings_;
     KeyMonitorServicing* keys_;

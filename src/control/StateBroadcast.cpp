@@ -77,7 +77,7 @@ json StateBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (!subscriptions_.empty()) {
         touched_ =
             kEverySection; // first sends pending changes to the other clients, since the new one gets the whole state
-        tellChanges();
+        sendChanges();
     }
     if (subscriptions_.empty()) {
         observe();
@@ -121,13 +121,13 @@ void StateBroadcast::observe() {
 void StateBroadcast::touched(std::uint32_t sections) {
     if (touched_ == 0) {
         queue_.post(lifetime_.guard([this] {
-            if (touched_ != 0) tellChanges();
+            if (touched_ != 0) sendChanges();
         }));
     }
     touched_ |= sections;
 }
 
-void StateBroadcast::tellChanges() {
+void StateBroadcast::sendChanges() {
     const auto sections = std::exchange(touched_, 0);
     std::erase_if(peers_, [](const auto& peer) { return !peer->isConnected(); });
     if (peers_.empty()) {

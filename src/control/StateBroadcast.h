@@ -30,7 +30,7 @@ class StateBroadcast {
     void observe();
     /// Notes that sections of the state, a bit each, may have changed.
     void touched(std::uint32_t sections);
-    void tellChanges();
+    void sendChanges();
 
     const WorkspaceController& controller_;
     MainQueue& queue_;

@@ -31,7 +31,7 @@ ControlReply noUpdates() {
 
 } // namespace
 
-ControlReply tellUpdates(const MenuServing* menu) {
+ControlReply updatesStatus(const MenuServing* menu) {
     const auto now = entryIn(menu, kNow), checks = entryIn(menu, kChecks), downloads = entryIn(menu, kDownloads);
     if (!now || !checks || !downloads) return noUpdates();
     return json{{"isChecking", !now->isEnabled},
@@ -42,7 +42,7 @@ ControlReply tellUpdates(const MenuServing* menu) {
 ControlReply checkForUpdates(MenuServing* menu) {
     if (!entryIn(menu, kNow)) return noUpdates();
     (void)menu->choose(kNow); // not while a check is under way
-    return tellUpdates(menu);
+    return updatesStatus(menu);
 }
 
 ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCursor& parameters) {
@@ -52,7 +52,7 @@ ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCurs
     if (!entry) return noUpdates();
     if (entry->isChecked != isOn && !menu->choose(id))
         return refusal("Updates are downloaded only if KOVA checks for them automatically");
-    return tellUpdates(menu);
+    return updatesStatus(menu);
 }
 
 } // namespace kova

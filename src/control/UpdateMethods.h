@@ -8,7 +8,7 @@
 namespace kova {
 
 /// `menu` is null where there is none; then, and where the program is updated by other means, all are refused.
-ControlReply tellUpdates(const MenuServing* menu);
+ControlReply updatesStatus(const MenuServing* menu);
 ControlReply checkForUpdates(MenuServing* menu);
 enum class UpdateSwitch { checks, downloads };
 /// Refused for downloads while nothing checks.

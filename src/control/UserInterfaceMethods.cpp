@@ -77,7 +77,7 @@ ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const Jso
     return recordOf(interface->status());
 }
 
-ControlReply tellUserInterface(const UserInterfaceControl* interface) {
+ControlReply userInterfaceStatus(const UserInterfaceControl* interface) {
     if (!interface) return refusal(kNoInterface);
     if (const auto absence = interface->absence()) return refusal(*absence);
     return recordOf(interface->status());

@@ -27,7 +27,7 @@ ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& contro
 /// kova-ui says that it cannot show what the agent sends.
 ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
                                       const std::shared_ptr<ControlPeer>& reporter);
-ControlReply tellUserInterface(const UserInterfaceControl* interface);
+ControlReply userInterfaceStatus(const UserInterfaceControl* interface);
 enum class UserInterfaceSwitch { on, off, restart };
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change);
 

@@ -215,7 +215,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     return result;
 }
 
-ControlReply tellFocus(const WorkspaceController& controller) {
+ControlReply describeFocus(const WorkspaceController& controller) {
     json result = controlRecord::focus(controller);
     result["last"] = result["window"];
     const auto display = controller.currentDisplayID();

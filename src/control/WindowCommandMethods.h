@@ -33,7 +33,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
 /// Every tile with the windows in it, and the windows in none.
 ControlReply listWindows(const WorkspaceController& controller);
 /// The focused window and, if none is, the one focused last on the current display.
-ControlReply tellFocus(const WorkspaceController& controller);
+ControlReply describeFocus(const WorkspaceController& controller);
 /// The managed window at a point, such as the one that a user picks with the pointer.
 ControlReply findWindowAt(const WorkspaceController& controller, const JsonCursor& parameters);
 /// Compares the frames of tiled windows with what was requested; with "repair" they are requested again.

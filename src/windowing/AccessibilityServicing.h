@@ -184,7 +184,7 @@ class DesktopChangeServicing {
     virtual void endAnnouncements(const AccessibilityElement&) {}
     /// The longest pause between polls without an announcement, if announcements can get lost; absent if none can. Any
     /// thread.
-    virtual std::optional<Seconds> longestRest() const { return std::nullopt; }
+    virtual std::optional<Seconds> longestIdleTime() const { return std::nullopt; }
 };
 
 } // namespace kova

@@ -38,7 +38,7 @@ bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
     }
     endThoseNotIn(present);
 
-    bool mayRest = true;
+    bool mayBeIdle = true;
     for (const auto& [id, element] : present) {
         const pid_t process = element.processIdentifier;
         Element& known = elements_.try_emplace(id, Element{element}).first->second;
@@ -46,7 +46,7 @@ bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
             switch (desktop_.requestAnnouncements(element)) {
             case AnnouncementAnswer::announces:
                 known.state = State::announces;
-                mayRest = false;
+                mayBeIdle = false;
                 break;
             case AnnouncementAnswer::refuses:
                 known.state = State::refuses;
@@ -56,14 +56,14 @@ bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
                 break;
             }
         }
-        if (known.state == State::refuses && withWindows.contains(process)) mayRest = false;
+        if (known.state == State::refuses && withWindows.contains(process)) mayBeIdle = false;
     }
     std::erase_if(silentSince_, [&](const auto& entry) { return !silent.contains(entry.first); });
     for (const pid_t process : silent) {
         const Seconds since = silentSince_.try_emplace(process, now).first->second;
-        if (now - since < kAttention) mayRest = false;
+        if (now - since < kPollingAfterTimeout) mayBeIdle = false;
     }
-    return mayRest;
+    return mayBeIdle;
 }
 
 } // namespace kova

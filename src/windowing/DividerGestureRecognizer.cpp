@@ -21,11 +21,11 @@ double thickness(const DividerHandle& handle) {
 
 } // namespace
 
-CGRect grippableFrame(const DividerHandle& handle) {
+CGRect pressFrame(const DividerHandle& handle) {
     return thickened(handle, std::max(0.0, kThinnestHandle - thickness(handle)));
 }
 
-CGRect bareFrame(const DividerHandle& handle) {
+CGRect gapFrame(const DividerHandle& handle) {
     return thickened(handle, std::max(2 * handle.insetPoints, kThinnestHandle - thickness(handle)));
 }
 

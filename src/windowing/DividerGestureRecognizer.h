@@ -14,9 +14,9 @@ namespace kova {
 inline constexpr double kThinnestHandle = 8;
 
 /// The area of a handle that reacts to the pointer: its frame, widened evenly to at least `kThinnestHandle`.
-CGRect grippableFrame(const DividerHandle& handle);
-/// The whole gap between the windows on both sides of a handle, or the grippable frame if that is thicker.
-CGRect bareFrame(const DividerHandle& handle);
+CGRect pressFrame(const DividerHandle& handle);
+/// The whole gap between the windows on both sides of a handle, or the press frame if that is thicker.
+CGRect gapFrame(const DividerHandle& handle);
 
 /// Each call returns the event to report; absent for none.
 class DividerGestureRecognizer {

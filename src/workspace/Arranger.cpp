@@ -17,8 +17,8 @@ std::int64_t Arranger::supersede() {
 }
 
 bool Arranger::takeStartUpTurn(bool wasPermissionJustGranted) {
-    const bool isDue = wasPermissionJustGranted || !hadStartUpTurn_;
-    hadStartUpTurn_ = true;
+    const bool isDue = wasPermissionJustGranted || !hadStartupArrangement_;
+    hadStartupArrangement_ = true;
     return isDue;
 }
 

@@ -34,9 +34,9 @@ class Arranger : public PartWithoutPolls {
 
     /// Returns whether the arrangement after the start is due, and marks it as done.
     bool takeStartUpTurn(bool wasPermissionJustGranted);
-    void skipStartUpTurn() { hadStartUpTurn_ = true; }
+    void skipStartUpTurn() { hadStartupArrangement_ = true; }
     /// Marks it as due again, if it could not be carried out.
-    void returnStartUpTurn() { hadStartUpTurn_ = false; }
+    void returnStartUpTurn() { hadStartupArrangement_ = false; }
 
     const Learning& learning() const { return *learning_; }
     const Published<Learning>& publishedLearning() const { return learning_; }
@@ -63,7 +63,7 @@ class Arranger : public PartWithoutPolls {
     Published<Learning> learning_;
     ArrangementPlan lastPlan_;
     std::int64_t generation_ = 0;
-    bool hadStartUpTurn_ = false;
+    bool hadStartupArrangement_ = false;
     bool isSavePending_ = false;
     Lifetime lifetime_;
 };

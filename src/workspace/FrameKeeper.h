@@ -31,7 +31,7 @@ class FrameKeeper {
     /// move then refuses nothing.
     void noteAttempt(const WindowID& windowID) { ++refusals_[windowID].attempts; }
     /// Records a request; the next poll may be too early to see its outcome.
-    void noteAsked(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
+    void noteRequest(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
     /// Accepts the window's frame at the start of the agent as its placement.
     void accept(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
     /// Forgets the refusal, so that all attempts are made again.

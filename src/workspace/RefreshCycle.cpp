@@ -25,9 +25,9 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     // The system drops all observers when the permission is withdrawn.
     if (result.permissionState != AccessibilityPermissionState::granted) announcements->endAll();
     // The grant of the permission and the unlock are not announced.
-    const bool mayRest = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
-                         announcements->follow(result.windows, begun);
-    if (!mayRest) result.changeCount.reset();
+    const bool announcesAllChanges = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
+                                     announcements->follow(result.windows, begun);
+    if (!announcesAllChanges) result.changeCount.reset();
     return result;
 }
 
@@ -82,7 +82,7 @@ void RefreshCycle::invalidateOlderPolls() {
 bool RefreshCycle::awaitCurrent(std::function<void()> work) {
     const auto count = changes_.changeCount();
     // Where announcements may be lost, an unchanged count does not prove that nothing changed.
-    const bool isCurrent = count && count == appliedChangeCount_ && !changes_.longestRest();
+    const bool isCurrent = count && count == appliedChangeCount_ && !changes_.longestIdleTime();
     if (waiting_.empty() && (isCurrent || !isRunning_ || isSuspended_)) return false;
     if (waiting_.empty()) {
         waitingDeadline_ = queue_.after(kLongestWait, lifetime_.guard([this] { runAllWaiting(); }));
@@ -143,51 +143,51 @@ void RefreshCycle::startTimer() {
 void RefreshCycle::stopTimer() {
     if (timer_) timer_->cancel();
     timer_.reset();
-    if (isResting_) changes_.notifyWhenChanged(0, {});
-    isResting_ = false;
+    if (isIdle_) changes_.notifyWhenChanged(0, {});
+    isIdle_ = false;
 }
 
 void RefreshCycle::scheduleTick() {
     timer_ = queue_.after(nextTick_ - queue_.uptime(), lifetime_.guard([this] { tick(); }));
 }
 
-bool RefreshCycle::mayRest() const {
+bool RefreshCycle::mayBeIdle() const {
     return !isPollInFlight_ && appliedChangeCount_ && changes_.changeCount() == appliedChangeCount_ &&
-           !callbacks_.hasUnfinishedBusiness();
+           !callbacks_.isWaiting();
 }
 
 void RefreshCycle::tick() {
     nextTick_ += kInterval;
     if (nextTick_ <= queue_.uptime()) nextTick_ = queue_.uptime() + kInterval; // the machine was busy or asleep
-    if (!mayRest()) {
+    if (!mayBeIdle()) {
         refresh();
         scheduleTick();
         return;
     }
     // Nothing has changed, so polls are idle until the next change; then they go on in the same rhythm.
     timer_.reset();
-    isResting_ = true;
-    if (const auto longest = changes_.longestRest()) {
-        timer_ = queue_.after(*longest, lifetime_.guard([this] { pollAfterLongestRest(); }));
+    isIdle_ = true;
+    if (const auto longest = changes_.longestIdleTime()) {
+        timer_ = queue_.after(*longest, lifetime_.guard([this] { pollAfterIdleTime(); }));
     }
     changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] { resumeTicking(); }));
 }
 
 /// An announcement may have been lost.
-void RefreshCycle::pollAfterLongestRest() {
+void RefreshCycle::pollAfterIdleTime() {
     wake();
     refresh();
 }
 
 void RefreshCycle::wake() {
-    if (!isResting_) return;
+    if (!isIdle_) return;
     changes_.notifyWhenChanged(0, {});
     resumeTicking();
 }
 
 void RefreshCycle::resumeTicking() {
-    if (!isResting_) return;
-    isResting_ = false;
+    if (!isIdle_) return;
+    isIdle_ = false;
     if (timer_) timer_->cancel();
     const double missed = std::ceil((queue_.uptime() - nextTick_) / kInterval);
     if (missed > 0) nextTick_ += missed * kInterval;

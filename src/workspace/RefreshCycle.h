@@ -33,8 +33,7 @@ class RefreshCycle {
 
     struct Callbacks {
         std::function<void(PollResult)> apply; // a current result; the cycle is running and not suspended
-        std::function<bool()>
-            hasUnfinishedBusiness; // true: keep polling, since an object has a timeout or awaits something
+        std::function<bool()> isWaiting;       // true: keep polling, since an object has a timeout or awaits something
         std::function<std::vector<KnownWindow>()>
             knownWindows; // whose presence is queried if a poll does not list them
     };
@@ -66,7 +65,7 @@ class RefreshCycle {
     /// Whether a result was ever applied.
     bool hasResult() const { return hasResult_; }
     /// True while the timer is off, since the change count says that nothing changed.
-    bool isResting() const { return isResting_; }
+    bool isIdle() const { return isIdle_; }
 
   private:
     struct Waiting {
@@ -80,9 +79,9 @@ class RefreshCycle {
     void stopTimer();
     void scheduleTick();
     void resumeTicking();
-    void pollAfterLongestRest();
+    void pollAfterIdleTime();
     void tick();
-    bool mayRest() const;
+    bool mayBeIdle() const;
     void receive(PollResult result, std::int64_t generation, std::int64_t poll);
 
     std::shared_ptr<AccessibilityWindowService> service_;
@@ -94,7 +93,7 @@ class RefreshCycle {
     bool isRunning_ = false;
     bool isSuspended_ = false;
     bool isPollInFlight_ = false;
-    bool isResting_ = false;
+    bool isIdle_ = false;
     bool hasResult_ = false;
     std::int64_t generation_ = 0;
     std::int64_t polls_ = 0; // begun so far

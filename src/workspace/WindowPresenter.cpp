@@ -120,7 +120,7 @@ void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& fram
     windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved_(id, frame, actual);
     }));
-    frames_.noteAsked(id);
+    frames_.noteRequest(id);
     refreshCycle_.wake(); // until a poll confirms the frame
     if (ManagedWindow* live = liveWindows_.find(id)) {
         live->frame = frame;

@@ -65,7 +65,7 @@ class SystemActivity : public ::testing::Test {
     }
     ~SystemActivity() override {
         delegate.stopWorkspace();
-        EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{});
+        EXPECT_EQ(desktop.violations(), std::vector<std::string>{});
     }
     void startAndArrange() {
         delegate.startWorkspace();
@@ -295,7 +295,7 @@ TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
         EXPECT_EQ(desktop.queue().pendingCount(), 0U);
         desktop.userMoves("Mail", makeRect(100, 100, 500, 400));
     }
-    EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{});
+    EXPECT_EQ(desktop.violations(), std::vector<std::string>{});
 }
 
 } // namespace
@@ -303,15 +303,15 @@ TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
 TEST(FirstSteps, AreShownUntilTheFirstArrangement) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").start().settle();
-    const auto told = [&](Acquaintance acquaintance) { return firstSteps(acquaintance, desk.controller()); };
-    EXPECT_EQ(told(Acquaintance::knowsTheWay), std::nullopt);
-    EXPECT_NE(told(Acquaintance::newUser).value_or("").find("“kova arrange”"), std::string::npos);
+    const auto told = [&](UserHistory userHistory) { return firstSteps(userHistory, desk.controller()); };
+    EXPECT_EQ(told(UserHistory::existingUser), std::nullopt);
+    EXPECT_NE(told(UserHistory::newUser).value_or("").find("“kova arrange”"), std::string::npos);
     desk.arrange();
-    EXPECT_EQ(told(Acquaintance::newUser), std::nullopt);
+    EXPECT_EQ(told(UserHistory::newUser), std::nullopt);
     Scenario wayland;
     wayland.desktop.setAbsence("This is a Wayland session.");
     wayland.start().settle();
-    EXPECT_EQ(firstSteps(Acquaintance::newUser, wayland.controller()), std::nullopt);
+    EXPECT_EQ(firstSteps(UserHistory::newUser, wayland.controller()), std::nullopt);
 }
 
 } // namespace kova

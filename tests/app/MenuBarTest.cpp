@@ -71,7 +71,7 @@ class MenuBar : public ::testing::Test {
                                                      DisplayLayoutSelection::layout("jarvis.dual-split")});
         delegate.startWorkspace();
     }
-    ~MenuBar() override { EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{}); }
+    ~MenuBar() override { EXPECT_EQ(desktop.violations(), std::vector<std::string>{}); }
 
     void opens(const std::string& name) {
         if (!desktop.isRunning(name)) desktop.launch(name);

@@ -108,7 +108,7 @@ TEST_F(DividerHandles, AndGuardsCoverAllOfTheDesktopBetweenWindows) {
         SCOPED_TRACE(layout);
         desk.layout(layout).settle();
         std::vector<CGRect> all;
-        for (const auto& handle : handleFrames()) all.push_back(bareFrame(handle));
+        for (const auto& handle : handleFrames()) all.push_back(gapFrame(handle));
         all.insert(all.end(), desk.desktop.guardedAreas().begin(), desk.desktop.guardedAreas().end());
         const double maxYOfFirst = maxY(desk.desktop.screens().front().frame);
         for (const auto& tile : desk.controller().tiles())
@@ -317,7 +317,7 @@ TEST_F(DraggedWindows, TakeTheDividerAlongWithinMinimumsWhenPulledAtAnEdge) {
 }
 
 TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     presses({1400, 30}).moves({1500, 300});
     for (int i = 0; i < 20; ++i) {
         desk.advance(Seconds(0.25));
@@ -330,7 +330,7 @@ TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
 }
 
 TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     // Pressed while its placement is still being verified.
     ASSERT_TRUE(
         desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1")}));

@@ -161,7 +161,7 @@ TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
 }
 
 TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
-    if (!stage().changes().changeCount()) GTEST_SKIP() << "this desktop vouches for nothing";
+    if (!stage().changes().changeCount()) GTEST_SKIP() << "this desktop does not announce changes";
     stage().open(kPlan);
     const pid_t mail = stage().open(kInbox);
     const auto plan = element("Plan");

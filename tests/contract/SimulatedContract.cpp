@@ -88,7 +88,7 @@ class SimulatedStage final : public ContractDesktop {
         return false;
     }
     void runFor(Seconds time) override { desktop_.queue().advance(time); }
-    std::vector<std::string> complaints() const override { return desktop_.brokenPromises(); }
+    std::vector<std::string> complaints() const override { return desktop_.violations(); }
 
   private:
     CGRect onDesktop(const CGRect& r) const {

@@ -23,14 +23,14 @@ class Keys : public ::testing::Test {
     }
     /// Registers the combinations and records their presses.
     void listen(const std::vector<KeyCombination>& combinations) {
-        known = desk->desktop().observeHeldByOthers([this] { ++timesTold; });
+        known = desk->desktop().observeHeldByOthers([this] { ++notifications; });
         monitor = desk->desktop().addGlobalMonitor([this](const KeyPress& press) { heard.push_back(press); });
         claim(combinations);
     }
     void claim(const std::vector<KeyCombination>& combinations) {
-        const int before = timesTold;
+        const int before = notifications;
         desk->desktop().claim(combinations);
-        ASSERT_TRUE(desk->runUntil([&] { return timesTold > before; }));
+        ASSERT_TRUE(desk->runUntil([&] { return notifications > before; }));
     }
     /// Runs a program of the desktop to its end.
     void run(const std::string& command) {
@@ -76,7 +76,7 @@ class Keys : public ::testing::Test {
     std::unique_ptr<DesktopUnderTest> desk;
     std::unique_ptr<TestClient> other;
     std::vector<KeyPress> heard;
-    int timesTold = 0;
+    int notifications = 0;
     Subscription known, monitor;
 };
 

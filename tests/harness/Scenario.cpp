@@ -181,7 +181,7 @@ void Scenario::noteLosses() {
     const int losses = desktop.announcements().lostCount();
     if (losses == lossesKnown_) return;
     lossesKnown_ = losses;
-    lossesNoticed_ = desktop.queue().uptime() + desktop.longestRest().value_or(Seconds(0)) + kSettlingTime;
+    lossesNoticed_ = desktop.queue().uptime() + desktop.longestIdleTime().value_or(Seconds(0)) + kSettlingTime;
 }
 
 Scenario& Scenario::rest() {
@@ -246,8 +246,8 @@ int Scenario::framesWrittenWithin(Seconds duration) {
 }
 
 int Scenario::mostPollsAtRest(Seconds duration) const {
-    const auto longestRest = desktop.longestRest();
-    return longestRest ? static_cast<int>(duration / *longestRest) : 0;
+    const auto longestIdleTime = desktop.longestIdleTime();
+    return longestIdleTime ? static_cast<int>(duration / *longestIdleTime) : 0;
 }
 
 std::string Scenario::explanation() {

@@ -42,7 +42,7 @@ bool isCovered(const CGRect& area, const std::vector<CGRect>& rectangles) {
 } // namespace
 
 void Scenario::checkPromises() {
-    std::vector<std::string> broken = desktop.brokenPromises();
+    std::vector<std::string> broken = desktop.violations();
     checkAssignments(broken);
     const bool recovers = isRecovering();
     if (isManaging()) {

@@ -99,7 +99,7 @@ class LoginSessionTest : public ::testing::Test {
         // The test may run in a session of its own, so nothing is taken from its environment.
         session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
                                                   SessionHints{sessionID, getpid(), getuid()}, timeouts);
-        watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { told_ += nameOf(event); });
+        watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { reported_ += nameOf(event); });
     }
     bool turnUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }
     void turn(Seconds duration) { letPass(loop_, duration); }
@@ -111,15 +111,15 @@ class LoginSessionTest : public ::testing::Test {
     }
     bool isListening() const { return lineOf("login session").starts_with("logind tells"); }
     /// Expects the next event, and no other.
-    void expectTold(const std::string& expected) {
-        turnUntil([&] { return told_.size() >= expected.size(); });
-        EXPECT_EQ(std::exchange(told_, {}), expected);
+    void expectReported(const std::string& expected) {
+        turnUntil([&] { return reported_.size() >= expected.size(); });
+        EXPECT_EQ(std::exchange(reported_, {}), expected);
     }
 
     PrivateBus bus_;
     EventLoop loop_;
     std::unique_ptr<LoginSession> session_;
-    std::string told_;
+    std::string reported_;
     Subscription watch_;
 };
 
@@ -131,19 +131,19 @@ TEST_F(LoginSessionTest, ReportsEventsOfLogind) {
     bus_.set("c1", "LockedHint", sdbus::Variant(true));
     open("c1");
     EXPECT_FALSE(session_->isLoginSessionScreenLocked()) << "nothing is known before the loop runs";
-    expectTold("locked ");
+    expectReported("locked ");
     EXPECT_TRUE(session_->isLoginSessionScreenLocked());
 
     bus_.set("c1", "LockedHint", sdbus::Variant(false));
-    expectTold("unlocked ");
+    expectReported("unlocked ");
     EXPECT_FALSE(session_->isLoginSessionScreenLocked());
 
     bus_.emit("PrepareForSleep", "b", {sdbus::Variant(true)});
     bus_.emit("PrepareForSleep", "b", {sdbus::Variant(false)});
-    expectTold("asleep awake ");
+    expectReported("asleep awake ");
     bus_.set("c1", "Active", sdbus::Variant(false));
     bus_.set("c1", "Active", sdbus::Variant(true));
-    expectTold("inactive active ");
+    expectReported("inactive active ");
 
     bus_.call("c2", "Lock"); // another session
     bus_.set("c2", "LockedHint", sdbus::Variant(true));
@@ -154,7 +154,7 @@ TEST_F(LoginSessionTest, ReportsEventsOfLogind) {
     bus_.set("c1", "LockedHint", sdbus::Variant(false));
     bus_.call("c1", "Lock");
     bus_.call("c1", "Unlock");
-    expectTold("locked unlocked locked unlocked ");
+    expectReported("locked unlocked locked unlocked ");
     EXPECT_EQ(lineOf("login session"),
               "logind tells of sleep, the lock and a switch to another user; this is session c1 (x11).");
 }
@@ -193,15 +193,15 @@ TEST_F(LoginSessionTest, SurvivesThatLogindRestarts) {
     bus_.addSession("c1", getuid(), "x11");
     bus_.set("c1", "LockedHint", sdbus::Variant(true));
     open("c1");
-    expectTold("asleep locked ");
+    expectReported("asleep locked ");
     bus_.stopLogind();
     bus_.startLogind(); // has lost its memory: there is no session yet
-    expectTold("awake ");
+    expectReported("awake ");
     bus_.addSession("c1", getuid(), "x11");
     bus_.emit(
         "SessionNew", "so",
         {sdbus::Variant(std::string("c1")), sdbus::Variant(sdbus::ObjectPath("/org/freedesktop/login1/session/c1"))});
-    expectTold("unlocked ");
+    expectReported("unlocked ");
 }
 
 TEST_F(LoginSessionTest, ADisconnectedServiceDoesNotSuspendForever) {
@@ -211,16 +211,16 @@ TEST_F(LoginSessionTest, ADisconnectedServiceDoesNotSuspendForever) {
     open("c1", {.withLock = 50ms, .withSilence = 50ms});
     ASSERT_TRUE(turnUntil([&] { return isListening(); }));
     bus_.call("c1", "Lock");
-    expectTold("locked unlocked "); // it is never confirmed
+    expectReported("locked unlocked "); // it is never confirmed
     bus_.startScreenSaver();
     bus_.setScreenSaver(true);
-    expectTold("locked ");
+    expectReported("locked ");
     bus_.stopScreenSaver();
-    expectTold("unlocked ");
+    expectReported("unlocked ");
     bus_.set("c1", "Active", sdbus::Variant(false));
-    expectTold("inactive ");
+    expectReported("inactive ");
     bus_.stopLogind();
-    expectTold("active ");
+    expectReported("active ");
 }
 
 TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
@@ -234,13 +234,13 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     bus_.startScreenSaver();
     bus_.forgeScreenSaver(true);
     bus_.setScreenSaver(true);
-    expectTold("locked ");
+    expectReported("locked ");
     bus_.forgeScreenSaver(false);
     bus_.forgeOwner("org.gnome.ScreenSaver", "");
     turn(100ms);
-    expectTold("");
+    expectReported("");
     bus_.setScreenSaver(false);
-    expectTold("unlocked ");
+    expectReported("unlocked ");
     bus_.forgeOwner("org.gnome.ScreenSaver", bus_.forger());
     bus_.forgeScreenSaver(true);
     bus_.forge("/org/freedesktop/login1", PrivateBus::kManager, "PrepareForSleep", true);
@@ -249,10 +249,10 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
                std::map<std::string, sdbus::Variant>{{"Active", sdbus::Variant(false)}}, std::vector<std::string>());
     bus_.forgeOwner("org.freedesktop.login1", "");
     turn(200ms);
-    expectTold("");
+    expectReported("");
     EXPECT_TRUE(isListening());
     bus_.call("c1", "Lock"); // signals of logind itself are still handled
-    expectTold("locked ");
+    expectReported("locked ");
 }
 
 TEST_F(LoginSessionTest, AScreenSaverThatCannotConfirmItsSignalLocksNothing) {
@@ -262,7 +262,7 @@ TEST_F(LoginSessionTest, AScreenSaverThatCannotConfirmItsSignalLocksNothing) {
     open("c1");
     ASSERT_TRUE(turnUntil([&] { return isListening(); }));
     bus_.playSaverWithoutState("org.mate.ScreenSaver");
-    expectTold("locked unlocked ");
+    expectReported("locked unlocked ");
 }
 
 TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
@@ -283,10 +283,10 @@ TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
         loop_.post(tick);
     };
     tick();
-    ASSERT_TRUE(turnUntil([&] { return told_.size() > 100; })) << told_;
+    ASSERT_TRUE(turnUntil([&] { return reported_.size() > 100; })) << reported_;
     turn(1500ms);
-    EXPECT_TRUE(told_.ends_with("locked ") && !told_.ends_with("unlocked ")) << told_;
-    EXPECT_LT(std::ranges::count(told_, ' '), kChanges / 10) << "each of them stops or starts the workspace";
+    EXPECT_TRUE(reported_.ends_with("locked ") && !reported_.ends_with("unlocked ")) << reported_;
+    EXPECT_LT(std::ranges::count(reported_, ' '), kChanges / 10) << "each of them stops or starts the workspace";
     EXPECT_LT(longestPause, 250ms);
 }
 
@@ -302,12 +302,12 @@ TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWhenItStarts) {
         bus_.startScreenSaver();
         bus_.setScreenSaver(true);
         bus_.set("c1", "Active", sdbus::Variant(false));
-        ASSERT_TRUE(turnUntil([&] { return told_.size() >= std::string("inactive locked ").size(); })) << told_;
-        told_.clear();
+        ASSERT_TRUE(turnUntil([&] { return reported_.size() >= std::string("inactive locked ").size(); })) << reported_;
+        reported_.clear();
         bus_.stop();
-        ASSERT_TRUE(turnUntil([&] { return told_.size() >= std::string("active unlocked ").size(); })) << told_;
+        ASSERT_TRUE(turnUntil([&] { return reported_.size() >= std::string("active unlocked ").size(); })) << reported_;
         EXPECT_FALSE(isListening());
-        told_.clear();
+        reported_.clear();
     }
 }
 

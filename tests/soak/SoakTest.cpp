@@ -24,7 +24,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kMostWindows = 14;
 constexpr std::size_t kMostTerminals = 5;
-constexpr std::size_t kStepsTold = 40;
+constexpr std::size_t kStepsReported = 40;
 constexpr std::chrono::seconds kLongEnoughForMemory{60};
 
 std::chrono::seconds duration() {
@@ -395,7 +395,7 @@ TEST_P(Soak, NothingIsLostAndNothingGrows) {
     for (; Clock::now() - begin < duration() && !HasFailure(); ++taken) {
         const auto& step = steps[choose(random_)];
         story.push_back(step.name);
-        if (story.size() > kStepsTold) story.pop_front();
+        if (story.size() > kStepsReported) story.pop_front();
         step.take();
         if (below(40) == 0) expectNoOverlaps();
         if (below(4) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(below(120)));

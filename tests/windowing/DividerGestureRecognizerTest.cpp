@@ -13,7 +13,7 @@ using Kind = DividerHandleEvent::Kind;
 
 TEST(DividerGestureRecognizer, TheHandleIsWiderThanTheGapByTheInsets) {
     const auto bare = [](const CGRect& frame, LayoutAxis axis, double inset) {
-        return bareFrame({.id = "a", .frame = frame, .axis = axis, .insetPoints = inset});
+        return gapFrame({.id = "a", .frame = frame, .axis = axis, .insetPoints = inset});
     };
     EXPECT_EQ(bare(makeRect(100, 0, 12, 500), LayoutAxis::horizontal, 5), makeRect(95, 0, 22, 500));
     EXPECT_EQ(bare(makeRect(0, 100, 500, 40), LayoutAxis::vertical, 5), makeRect(0, 95, 500, 50));
@@ -64,9 +64,9 @@ TEST(DividerGestureRecognizer, RecognizesPressDragAndRelease) {
 
 TEST(DividerGestureRecognizer, AThinHandleIsMadeThickEnoughAroundItsMiddle) {
     const CGRect gap = makeRect(100, 0, 4, 500);
-    EXPECT_EQ(grippableFrame({"a", gap, LayoutAxis::horizontal}), makeRect(98, 0, 8, 500));
-    EXPECT_EQ(grippableFrame({"a", makeRect(0, 100, 500, 4), LayoutAxis::vertical}), makeRect(0, 98, 500, 8));
-    EXPECT_EQ(grippableFrame({"a", makeRect(100, 0, 16, 500), LayoutAxis::horizontal}), makeRect(100, 0, 16, 500));
+    EXPECT_EQ(pressFrame({"a", gap, LayoutAxis::horizontal}), makeRect(98, 0, 8, 500));
+    EXPECT_EQ(pressFrame({"a", makeRect(0, 100, 500, 4), LayoutAxis::vertical}), makeRect(0, 98, 500, 8));
+    EXPECT_EQ(pressFrame({"a", makeRect(100, 0, 16, 500), LayoutAxis::horizontal}), makeRect(100, 0, 16, 500));
 }
 
 } // namespace

@@ -137,7 +137,7 @@ TEST(WindowEnumeration, OnlyTheUnresponsiveApplicationCostsItsTimeout) {
     EXPECT_EQ(found, "");
     desktop.queue().advance(Seconds(0.001));
     EXPECT_EQ(found, "Notes/Notes 0,0 500x400 visible");
-    EXPECT_TRUE(desktop.brokenPromises().empty()) << desktop.brokenPromises().front();
+    EXPECT_TRUE(desktop.violations().empty()) << desktop.violations().front();
 }
 
 TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {

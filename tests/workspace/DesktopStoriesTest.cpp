@@ -98,7 +98,7 @@ TEST(DesktopStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
 TEST(DesktopStories, PollsLeaveAPlacementToItsPasses) {
     // If every poll repeated the request, the window would never reach the last pass, which shows its minimum size.
     Scenario desk;
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).layout("jarvis.quad-grid").start();
     desk.opens("Mail", {.frame = kLeftHalf, .secretMinimumSize = CGSize{1400, 500}});
     desk.advance(Seconds(0.95));

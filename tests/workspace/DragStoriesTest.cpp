@@ -100,7 +100,7 @@ TEST_F(DragStories, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
 }
 
 TEST_F(DragStories, PollsDoNotMoveADraggedWindow) {
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     for (int i = 0; i < 30; ++i) {
@@ -170,7 +170,7 @@ TEST_F(DragStories, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
 }
 
 TEST_F(DragStories, AWindowUnderAPressedButtonIsNotMoved) {
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     takes("Mail");
     desk.desktop.userMoves("Mail", makeRect(1000, 300, 1254, 1382));
     for (int i = 0; i < 10; ++i) desk.advance(Seconds(0.5));

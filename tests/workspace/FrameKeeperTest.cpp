@@ -96,7 +96,7 @@ TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
     frames.accept("mail", kTile, makeRect(50, 0, 100, 100));
     EXPECT_TRUE(frames.refusal("mail")->isAccepted);
     EXPECT_FALSE(frames.isWaiting());
-    frames.noteAsked("mail");
+    frames.noteRequest("mail");
     EXPECT_TRUE(frames.isWaiting());
     const auto yes = [](const WindowID&) { return true; };
     const auto no = [](const WindowID&) { return false; };

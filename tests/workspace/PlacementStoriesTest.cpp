@@ -167,7 +167,7 @@ TEST(PlacementStories, AWindowThatRefusesItsFrameIsRequestedThreeTimes) {
     desk.opens("Codex").opens("Mail", {.frame = makeRect(40, 40, 500, 400), .refusesToMove = true}).arrange();
     desk.advance(Seconds(10));
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0);
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0) << "nor by polls that come all the same";
 }
 

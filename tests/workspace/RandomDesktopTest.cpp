@@ -24,7 +24,7 @@ class RandomDay : public RandomWalk {
   private:
     void begin() override {
         desk_.display(2560, 1440);
-        desk_.desktop.setVouching(chance(2));
+        desk_.desktop.setAnnouncesAllChanges(chance(2));
         for (const char* name : {"Mail", "Notes", "Codex"}) desk_.desktop.install(name);
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
         const bool listsAll = chance(2);

@@ -34,7 +34,7 @@ TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
 
 TEST(RefreshStories, ADesktopWithoutAnnouncementsIsPolledTwiceASecond) {
     Scenario desk;
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).opens("Mail").start();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(10));
@@ -58,7 +58,7 @@ TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").start();
     desk.desktop.pollingQueue().setJobDuration(Seconds(3));
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(0.5));
     desk.controller().refresh();
@@ -76,7 +76,7 @@ TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
             order.push_back(name + " " + std::to_string(desk.controller().liveWindows().size()));
         });
     };
-    EXPECT_EQ(awaits("unchanged"), desk.desktop.longestRest().has_value());
+    EXPECT_EQ(awaits("unchanged"), desk.desktop.longestIdleTime().has_value());
     desk.settle();
     order.clear();
 

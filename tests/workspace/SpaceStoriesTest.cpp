@@ -204,7 +204,7 @@ TEST(ListedSpaces, AWindowSentToTheOtherSpaceCountsAsNewThere) {
 
 TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
     Scenario desk;
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string picture = desk.tiles();
     for (const Seconds silence : {Seconds(0.6), Seconds(90)}) {
@@ -349,14 +349,14 @@ TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
         SCOPED_TRACE(c.what);
         Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
-        desk.desktop.setVouching(false);
+        desk.desktop.setAnnouncesAllChanges(false);
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail");
         if (c.hasOther) desk.opens("Notes");
         desk.arrange();
         const std::string picture = desk.tiles();
         desk.desktop.open("Mail", {.frame = desk.desktop.window("Mail").frame, .virtualDesktop = 1});
         desk.settle();
-        desk.desktop.tellOfSpacesAfter(c.toldAfter);
+        desk.desktop.delaySpaceNotifications(c.toldAfter);
         desk.desktop.pollingQueue().setJobDuration(c.pollDuration);
         desk.controller().refresh();
         desk.desktop.showVirtualDesktop(1);

@@ -59,7 +59,7 @@ TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
 TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
     Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
-    desk.desktop.setVouching(false);
+    desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Codex").arrange();
     desk.desktop.userFocuses("Codex");
     desk.move(WorkspaceDirection::right).expectTiles("- | Codex 1291,15 1254x1382 + Mail");

@@ -179,9 +179,9 @@ void ChildProcesses::followToItsEnd(pid_t process) {
 void ChildProcesses::reap(pid_t process) {
     const auto found = children_.find(process);
     if (found == children_.end()) return;
-    const bool isOutcomeTold = !found->second->started;
+    const bool isOutcomeReported = !found->second->started;
     int status = 0;
-    const pid_t reaped = isOutcomeTold ? waitpid(process, &status, WNOHANG) : 0;
+    const pid_t reaped = isOutcomeReported ? waitpid(process, &status, WNOHANG) : 0;
     if (reaped != 0) {
         if (reaped == process && WIFEXITED(status) && WEXITSTATUS(status) == 0) succeeded_.insert(process);
         const Ended ended = std::move(found->second->ended);

@@ -78,19 +78,19 @@ void LoginSession::hear(ActivityFacts facts) {
                 loop_.after(timeouts_.withLock, lifetime_.guard([this] { hear(afterUnlockSignal(facts_)); }));
         }
     }
-    if (toldInARow_ < LoginSessionTimeouts::changesAtOnce) tell();
+    if (reportedInARow_ < LoginSessionTimeouts::changesAtOnce) tell();
 }
 
 /// Each change suspends or resumes the workspace, so of a flood of changes only the last state is reported.
 void LoginSession::tell() {
-    const auto events = eventsBetween(told_, facts_);
-    told_ = facts_;
+    const auto events = eventsBetween(reported_, facts_);
+    reported_ = facts_;
     if (events.empty()) return;
-    ++toldInARow_;
+    ++reportedInARow_;
     if (!floodTimer_) {
         floodTimer_ = loop_.after(timeouts_.withFlood, lifetime_.guard([this] {
             floodTimer_.reset();
-            toldInARow_ = 0;
+            reportedInARow_ = 0;
             tell();
         }));
     }

@@ -57,8 +57,8 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     EventLoop& loop_;
     LoginSessionTimeouts timeouts_;
     ActivityFacts facts_;
-    ActivityFacts told_; // as last reported to observers
-    int toldInARow_ = 0; // changes since `floodTimer_` began
+    ActivityFacts reported_; // as last reported to observers
+    int reportedInARow_ = 0; // changes since `floodTimer_` began
     std::shared_ptr<ScheduledWork> floodTimer_;
     std::atomic<bool> isLockedHintSet_ = false;
     Observers<SystemActivityEvent> observers_;

@@ -23,9 +23,9 @@ enum class EventSource { others, everywhere };
 /// Converts events to values when they arrive and posts them to the main queue; their windows get them as well. Events
 /// without a value are dropped.
 template <class Value>
-[[nodiscard]] Subscription tellEvents(MainQueue& queue, EventSource source, NSEventMask mask,
-                                      std::function<std::optional<Value>(NSEvent*)> read,
-                                      std::function<void(const Value&)> observer) {
+[[nodiscard]] Subscription monitorEvents(MainQueue& queue, EventSource source, NSEventMask mask,
+                                         std::function<std::optional<Value>(NSEvent*)> read,
+                                         std::function<void(const Value&)> observer) {
     struct Telling {
         std::function<void(const Value&)> observer;
         Subscription others, own;

@@ -27,7 +27,7 @@ class MacChangeObservers final : public DesktopChangeServicing {
     bool announcesUnasked() const override { return false; }
     AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
     void endAnnouncements(const AccessibilityElement& element) override;
-    std::optional<Seconds> longestRest() const override { return Seconds(10); }
+    std::optional<Seconds> longestIdleTime() const override { return Seconds(10); }
 
     /// A change was announced. Main thread.
     void noteChange();

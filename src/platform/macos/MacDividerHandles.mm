@@ -62,7 +62,7 @@ void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
             // The system may own the view a little longer than this owns the panel.
             shown = std::make_unique<Handle>(handle.axis, eventsOf(handle.id));
         }
-        shown->show(bareFrame(handle));
+        shown->show(gapFrame(handle));
     }
     watchPressesElsewhere();
 }

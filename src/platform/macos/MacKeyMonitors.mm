@@ -75,7 +75,7 @@ Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&
         listen(event, heard);
         return heard;
     };
-    return tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, read, lifetime_.guard(std::move(monitor)));
+    return monitorEvents<KeyPress>(queue_, EventSource::others, kKeyDown, read, lifetime_.guard(std::move(monitor)));
 }
 
 Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)> monitor) {
@@ -118,7 +118,7 @@ Subscription MacKeyMonitors::recordKeys(std::function<bool(const KeyPress&)> rec
     recording->recorder = std::move(recorder);
     const auto weak = std::weak_ptr(recording);
     recording->others =
-        tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress, [weak](const KeyPress& press) {
+        monitorEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress, [weak](const KeyPress& press) {
             if (const auto alive = weak.lock()) alive->hear(press);
         });
     recording->own = watchOwnEvents(kKeyDown, [weak](NSEvent* event) {

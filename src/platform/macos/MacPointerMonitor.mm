@@ -31,7 +31,7 @@ PointerEvent pointerEvent(NSEvent* event) {
 } // namespace
 
 Subscription MacPointerMonitor::observePointer(std::function<void(const PointerEvent&)> observer) {
-    return tellEvents<PointerEvent>(queue_, EventSource::everywhere, kMainButton, pointerEvent,
+    return monitorEvents<PointerEvent>(queue_, EventSource::everywhere, kMainButton, pointerEvent,
                                     lifetime_.guard(std::move(observer)));
 }
 

@@ -73,13 +73,13 @@ bool SimulatedDesktop::hasEnhancedUserInterface(std::string_view name) const {
 // Requests of KOVA
 
 AnnouncementAnswer SimulatedDesktop::requestAnnouncements(const AccessibilityElement& element) {
-    if (!pollingQueue_.isRunningJob()) brokenPromises_.push_back("requestAnnouncements on the main thread");
+    if (!pollingQueue_.isRunningJob()) violations_.push_back("requestAnnouncements on the main thread");
     const auto* owner = findApplication(element.processIdentifier);
     if (!owner || !hasAnswer(*owner)) return AnnouncementAnswer::noAnswer;
     return announcements_.request(element);
 }
 
-std::optional<Seconds> SimulatedDesktop::longestRest() const {
+std::optional<Seconds> SimulatedDesktop::longestIdleTime() const {
     return announcesUnasked() ? std::nullopt : std::optional(Seconds(10));
 }
 
@@ -87,7 +87,7 @@ std::optional<Seconds> SimulatedDesktop::longestRest() const {
 
 void SimulatedDesktop::announce() {
     ++changeCount_;
-    if (vouches_) announceChange();
+    if (announcesAllChanges_) announceChange();
 }
 
 void SimulatedDesktop::announceLater() {

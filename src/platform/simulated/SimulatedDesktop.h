@@ -1,7 +1,7 @@
 // A whole desktop in memory, in virtual time: a back end like any other, used by every scenario test. The upper half
 // acts as users, applications and the machine do; the lower half implements the platform interfaces for KOVA. It
 // records what KOVA does; a call that violates a platform interface (a write from the polling queue, a frame that is
-// not a number) is added to `brokenPromises`.
+// not a number) is added to `violations`.
 #pragma once
 
 #include "platform/simulated/SimulatedAnnouncements.h"
@@ -126,7 +126,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void showVirtualDesktop(int virtualDesktop);
     int shownVirtualDesktop() const { return virtualDesktop_; }
     /// The delay of the notification that another Space is shown, where windows of others are not listed.
-    void tellOfSpacesAfter(Seconds delay) { spacesAreToldAfter_ = delay; }
+    void delaySpaceNotifications(Seconds delay) { spaceNotificationDelay_ = delay; }
     /// Closes a window whose application keeps its object, which still responds, without a size or as it was.
     enum class RetainedFrame { empty, asItWas };
     void closeAndRetain(std::string_view label, RetainedFrame frame);
@@ -154,7 +154,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     int promptCount() const { return promptCount_; }
     void movePointer(std::optional<CGPoint> pointOnDesktop);
     /// Whether the desktop announces every change.
-    void setVouching(bool vouches);
+    void setAnnouncesAllChanges(bool announcesAll);
 
     // The mouse (SimulatedHand.cpp); its events are delivered on the queue. Points are in desktop space.
     /// Presses the main button on the handle there when no window lies over it, else on the window there.
@@ -188,7 +188,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::string takeJournal();
     /// Requests to read attributes since the start.
     int readCount() const { return readCount_; }
-    const std::vector<std::string>& brokenPromises() const { return brokenPromises_; }
+    const std::vector<std::string>& violations() const { return violations_; }
     /// Windows that closed since the start, by the user or by themselves.
     int closedCount() const { return closedCount_; }
     int openedCount() const { return openedCount_; }
@@ -246,7 +246,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool announcesUnasked() const override { return announcements_.style() == AnnouncementStyle::unasked; }
     AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
     void endAnnouncements(const AccessibilityElement& element) override { announcements_.end(element); }
-    std::optional<Seconds> longestRest() const override;
+    std::optional<Seconds> longestIdleTime() const override;
     std::vector<DiagnosticLine> diagnose() const override;
     // PointerMonitorServicing and DividerHandleServicing
     Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
@@ -385,7 +385,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     int virtualDesktop_ = 0;
     int lastOwnSpace_ = 1000; // of a window in full screen; higher than any that scenarios use
     std::uint64_t spaceChanges_ = 0;
-    Seconds spacesAreToldAfter_{0};
+    Seconds spaceNotificationDelay_{0};
     std::map<std::uint64_t, SimulatedWindow> retained_; // closed, and still answering
     bool strandsWindows_ = false;
     bool isTrusted_ = true;
@@ -394,7 +394,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool isLocked_ = false;
     std::optional<Seconds> managerComesAt_; // uptime
     Seconds stalledUntil_{0};
-    bool vouches_ = true;
+    bool announcesAllChanges_ = true;
     std::optional<CGPoint> pointerOnDesktop_;
     pid_t lastProcessIdentifier_ = 100;
     std::uint64_t lastWindowNumber_ = 0;
@@ -411,7 +411,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::optional<Hold> hold_;
     std::optional<Click> lastClick_;
     std::vector<std::string> journal_;
-    mutable std::vector<std::string> brokenPromises_;
+    mutable std::vector<std::string> violations_;
     mutable int readCount_ = 0;
     int promptCount_ = 0;
     int openedCount_ = 0;

@@ -36,7 +36,7 @@ CGRect pulled(const CGRect& frame, WindowPart grip, double dx, double dy) {
 
 const DividerHandle* SimulatedDesktop::handleAt(CGPoint point) const {
     const auto found = std::find_if(handles_.begin(), handles_.end(), [&](const DividerHandle& handle) {
-        return containsPoint(grippableFrame(handle), onScreen(point));
+        return containsPoint(pressFrame(handle), onScreen(point));
     });
     return found == handles_.end() ? nullptr : &*found;
 }
@@ -118,8 +118,8 @@ void SimulatedDesktop::showHandles(const std::vector<DividerHandle>& handles) {
     requireMainThread("showHandles");
     std::set<std::string> ids;
     for (const DividerHandle& handle : handles) {
-        if (!ids.insert(handle.id).second) brokenPromises_.push_back("two handles are called " + handle.id);
-        if (!isFinite(handle.frame)) brokenPromises_.push_back("impossible frame of the handle " + handle.id);
+        if (!ids.insert(handle.id).second) violations_.push_back("two handles are called " + handle.id);
+        if (!isFinite(handle.frame)) violations_.push_back("impossible frame of the handle " + handle.id);
     }
     handles_ = handles;
     // Removing a handle ends its drag.

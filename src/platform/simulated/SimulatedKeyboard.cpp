@@ -47,7 +47,7 @@ void SimulatedKeyboard::holdByOther(KeyCombination combination) {
 
 void SimulatedKeyboard::giveUpByOther(KeyCombination combination) {
     heldByOthers_.erase(combination);
-    tellHeldByOthers();
+    notifyHeldByOthers();
 }
 
 std::set<KeyCombination> SimulatedKeyboard::claimed() const {
@@ -74,10 +74,10 @@ Subscription SimulatedKeyboard::addLocalMonitor(std::function<bool(const KeyPres
 
 void SimulatedKeyboard::claim(const std::vector<KeyCombination>& combinations) {
     wanted_ = {combinations.begin(), combinations.end()};
-    tellHeldByOthers();
+    notifyHeldByOthers();
 }
 
-void SimulatedKeyboard::tellHeldByOthers() {
+void SimulatedKeyboard::notifyHeldByOthers() {
     queue_.post(lifetime_.guard([this] { heldObservers_.notify(); }));
 }
 
@@ -103,11 +103,11 @@ Subscription SimulatedKeyboard::recordKeys(std::function<bool(const KeyPress&)> 
         });
     } else {
         recorder_ = kept;
-        tellHeldByOthers();
+        notifyHeldByOthers();
     }
     // The claims that it suspended are in force again at its end.
     return Subscription(std::shared_ptr<void>(
-        kept.get(), [kept, alive = lifetime_.guard([this] { tellHeldByOthers(); })](void*) mutable {
+        kept.get(), [kept, alive = lifetime_.guard([this] { notifyHeldByOthers(); })](void*) mutable {
             kept.reset();
             alive();
         }));

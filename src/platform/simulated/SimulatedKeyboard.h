@@ -66,7 +66,7 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
 
     void deliver(const KeyPress& press);
     bool isKeptByLocalMonitor(const KeyPress& press);
-    void tellHeldByOthers();
+    void notifyHeldByOthers();
 
     VirtualMainQueue& queue_;
     Delivery delivery_ = Delivery::claimed;

@@ -37,7 +37,7 @@ void SimulatedDesktop::note(std::string line) {
 }
 
 void SimulatedDesktop::requireMainThread(const char* call) const {
-    if (pollingQueue_.isRunningJob()) brokenPromises_.push_back(std::string(call) + " on the polling queue");
+    if (pollingQueue_.isRunningJob()) violations_.push_back(std::string(call) + " on the polling queue");
 }
 
 const SimulatedWindow* SimulatedDesktop::windowOf(const AccessibilityElement& element) const {
@@ -174,7 +174,7 @@ void SimulatedDesktop::writeAttributes(const AccessibilityElement& element, std:
     std::string line;
     for (const auto& write : writes) {
         line += (line.empty() ? "" : ", ") + describeWrite(write);
-        if (!isPlausible(write)) brokenPromises_.push_back("impossible write: " + describeWrite(write));
+        if (!isPlausible(write)) violations_.push_back("impossible write: " + describeWrite(write));
     }
     auto* owner = findApplication(element.processIdentifier);
     auto* window = const_cast<SimulatedWindow*>(windowOf(element));
@@ -390,7 +390,7 @@ CGPoint SimulatedDesktop::onScreen(CGPoint pointOnDesktop) const {
 // DesktopChangeServicing
 
 std::optional<std::uint64_t> SimulatedDesktop::changeCount() const {
-    if (!vouches_) return std::nullopt;
+    if (!announcesAllChanges_) return std::nullopt;
     return changeCount_;
 }
 

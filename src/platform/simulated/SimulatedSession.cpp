@@ -31,10 +31,10 @@ void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
     pointerOnDesktop_ = pointOnDesktop;
 }
 
-void SimulatedDesktop::setVouching(bool vouches) {
-    vouches_ = vouches;
+void SimulatedDesktop::setAnnouncesAllChanges(bool announcesAll) {
+    announcesAllChanges_ = announcesAll;
     // A cycle that rests must learn that no announcement will come.
-    if (!vouches) announceChange();
+    if (!announcesAll) announceChange();
 }
 
 } // namespace kova

@@ -25,8 +25,8 @@ void SimulatedDesktop::sendToVirtualDesktop(std::string_view label, int virtualD
 void SimulatedDesktop::showVirtualDesktop(int virtualDesktop) {
     if (virtualDesktop == virtualDesktop_) return;
     virtualDesktop_ = virtualDesktop;
-    if (spacesAreToldAfter_ > Seconds(0)) {
-        queue_.after(spacesAreToldAfter_, lifetime_.guard([this] { ++spaceChanges_; }));
+    if (spaceNotificationDelay_ > Seconds(0)) {
+        queue_.after(spaceNotificationDelay_, lifetime_.guard([this] { ++spaceChanges_; }));
     } else {
         ++spaceChanges_;
     }

@@ -11,22 +11,22 @@ void ConnectionWatch::begin(DescriptorWatch watch, std::function<void()> readabl
 void ConnectionWatch::resume() {
     if (end_) end_->cancel();
     end_.reset();
-    isResting_ = restsForPoll_ = false;
+    isPaused_ = isPausedForPoll_ = false;
     if (!watching_ && watch_) watching_ = watch_(descriptor_, readable_);
 }
 
 void ConnectionWatch::rest(Seconds pause) {
-    isResting_ = true;
+    isPaused_ = true;
     watching_.reset();
     if (end_) end_->cancel();
-    if (restsForPoll_) return; // the end of the poll resumes
+    if (isPausedForPoll_) return; // the end of the poll resumes
     end_ = queue_.after(pause, lifetime_.guard([this] { readable_(); }));
 }
 
-bool ConnectionWatch::isLookDue(Seconds now) {
+bool ConnectionWatch::isReadDue(Seconds now) {
     constexpr Seconds kOneGo{0.001};
-    if (!isResting_ || now - looked_ < kOneGo) return false;
-    looked_ = now;
+    if (!isPaused_ || now - lastRead_ < kOneGo) return false;
+    lastRead_ = now;
     return true;
 }
 

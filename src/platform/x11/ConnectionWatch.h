@@ -31,14 +31,14 @@ class ConnectionWatch {
     void stop() { watching_.reset(); }
 
     // With the caller's lock held that also guards whether a poll is reading
-    void setRestsForPoll(bool rests) { restsForPoll_ = rests; }
+    void setPausedForPoll(bool isPaused) { isPausedForPoll_ = isPaused; }
     /// During a pause: whether to read the connection before reading from the model. At most once a millisecond, so
     /// that reading a hundred windows does not read the connection a hundred times.
-    bool isLookDue(Seconds now);
+    bool isReadDue(Seconds now);
 
     // Any thread
-    bool isResting() const { return isResting_; }
-    bool restsForPoll() const { return restsForPoll_; }
+    bool isPaused() const { return isPaused_; }
+    bool isPausedForPoll() const { return isPausedForPoll_; }
 
   private:
     MainQueue& queue_;
@@ -47,9 +47,9 @@ class ConnectionWatch {
     std::function<void()> readable_;
     std::optional<Subscription> watching_;
     std::shared_ptr<ScheduledWork> end_; // of the pause
-    std::atomic<bool> isResting_{false};
-    std::atomic<bool> restsForPoll_{false};
-    Seconds looked_{-1.0}; // uptime of the last reading during a pause
+    std::atomic<bool> isPaused_{false};
+    std::atomic<bool> isPausedForPoll_{false};
+    Seconds lastRead_{-1.0}; // uptime of the last reading during a pause
     Lifetime lifetime_;
 };
 

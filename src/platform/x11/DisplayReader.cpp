@@ -44,7 +44,7 @@ void DisplayReader::wait() {
 void DisplayReader::takeMonitors(const void* reply) {
     coming_.clear();
     const auto* answer = static_cast<const xcb_randr_get_monitors_reply_t*>(reply);
-    isTold_ = answer != nullptr;
+    hasReport_ = answer != nullptr;
     if (!answer) return;
     xcb_connection_t* c = connection_.get();
     for (auto it = xcb_randr_get_monitors_monitors_iterator(answer); it.rem > 0; xcb_randr_monitor_info_next(&it)) {

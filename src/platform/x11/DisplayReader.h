@@ -27,7 +27,7 @@ class DisplayReader {
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
     /// Whether the server reports monitors; if it reports none, all are off.
-    bool isTold() const { return isTold_; }
+    bool isTold() const { return hasReport_; }
 
   private:
     void takeMonitors(const void* reply);
@@ -36,7 +36,7 @@ class DisplayReader {
     std::optional<std::uint8_t> eventBase_;
     SteppedReading reading_;
     std::vector<Monitor> monitors_, coming_;
-    bool isTold_ = false;
+    bool hasReport_ = false;
 };
 
 } // namespace kova::x11

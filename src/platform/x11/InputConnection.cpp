@@ -6,7 +6,7 @@ InputConnection::InputConnection(std::unique_ptr<XConnection> connection, const 
                                  const Calls& calls) :
     connection_(std::move(connection)),
     activeWindow_(*connection_, asked_), keyboard_(*connection_, asked_, calls.tryAgain),
-    pointer_(*connection_, asked_, calls.lookAgain), handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
+    pointer_(*connection_, asked_, calls.readAgain), handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
 
 void InputConnection::read() {
     // Polling for events also reads replies, and collecting replies or flushing also reads events. Repeat until both

@@ -19,7 +19,7 @@ class InputConnection {
   public:
     /// Schedules calls on the main thread.
     struct Calls {
-        std::function<void()> lookAgain; // `look`, after a pause
+        std::function<void()> readAgain; // `look`, after a pause
         std::function<void()> tryAgain;  // `tryRecording`, after a pause
         std::function<void()> readSoon;  // `read`, after the present work
     };

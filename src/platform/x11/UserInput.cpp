@@ -36,7 +36,7 @@ void UserInput::open(const std::string& displayName) {
     if (!opened) return;
     const MutexLock lock(mutex_);
     input_ = std::make_unique<InputConnection>(std::move(*opened), model_,
-                                               InputConnection::Calls{.lookAgain = [this] { lookAtPointerAgain(); },
+                                               InputConnection::Calls{.readAgain = [this] { readPointerAgain(); },
                                                                       .tryAgain = [this] { tryRecordingAgain(); },
                                                                       .readSoon = [this] { readSoon(); }});
 }
@@ -83,7 +83,7 @@ void UserInput::tell() {
         queue_.post(lifetime_.guard([this, event] { handleObservers_.notify(event); }));
     }
     for (KeyNews& news : input_->takeKeyNews()) {
-        queue_.post(lifetime_.guard([this, news = std::move(news)] { tellOf(news); }));
+        queue_.post(lifetime_.guard([this, news = std::move(news)] { report(news); }));
     }
     if (input_->isFollowingPointer() && !pointerObservers_.hasAny()) input_->followPointer(false);
 }
@@ -107,7 +107,7 @@ Subscription UserInput::observePointer(std::function<void(const PointerEvent&)> 
     return subscription;
 }
 
-void UserInput::lookAtPointerAgain() {
+void UserInput::readPointerAgain() {
     queue_.after(kLookInterval, lifetime_.guard([this] {
         const MutexLock lock(mutex_);
         input_->look();
@@ -243,7 +243,7 @@ void UserInput::tryHeldKeys(HeldKeysReason reason) {
     input_->tryHeldKeys();
 }
 
-void UserInput::tellOf(const KeyNews& news) {
+void UserInput::report(const KeyNews& news) {
     switch (news.kind) {
     case KeyNews::Kind::pressed:
         return keyMonitors_.notify(news.press);

@@ -62,9 +62,9 @@ class UserInput {
 
     void read() KOVA_EXCLUDES(mutex_);
     void readSoon();
-    void lookAtPointerAgain();
+    void readPointerAgain();
     void tell() KOVA_EXCLUDES(mutex_);
-    void tellOf(const KeyNews& news) KOVA_EXCLUDES(mutex_);
+    void report(const KeyNews& news) KOVA_EXCLUDES(mutex_);
     void placeHandles() KOVA_REQUIRES(mutex_);
     void tryHeldKeys(HeldKeysReason reason) KOVA_REQUIRES(mutex_);
     void listenToKeys() KOVA_EXCLUDES(mutex_);

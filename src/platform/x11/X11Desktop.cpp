@@ -215,7 +215,7 @@ void X11Desktop::Parts::bringUpToDate() {
         }
         if (isAnyBelieved()) changes.note();
         isPollReading = false;
-        mainHasWork = watch.restsForPoll() || unsettled.isForMainThread() || model.hasChangedHands ||
+        mainHasWork = watch.isPausedForPoll() || unsettled.isForMainThread() || model.hasChangedHands ||
                       (unsettled.changed && changes.isAwaited()) || hider.record().isBehind(model, queue.uptime()) ||
                       input.hasMisplacedHandles() || !asked.empty() || displays.isAsking();
         unsettled.changed = false;
@@ -223,14 +223,14 @@ void X11Desktop::Parts::bringUpToDate() {
     if (!mainHasWork || isMainThread()) return;
     queue.post(lifetime.guard([this] {
         settle({});
-        if (watch.restsForPoll()) watch.resume();
+        if (watch.isPausedForPoll()) watch.resume();
     }));
 }
 
 // Changes
 
 std::optional<std::uint64_t> X11Desktop::changeCount() const {
-    if (parts_->watch.isResting()) {
+    if (parts_->watch.isPaused()) {
         const MutexLock lock(parts_->mutex);
         parts_->catchUp();
     }
@@ -240,7 +240,7 @@ std::optional<std::uint64_t> X11Desktop::changeCount() const {
 void X11Desktop::notifyWhenChanged(std::uint64_t count, std::function<void()> callback) {
     parts_->changes.await(count, std::move(callback));
     // Events that arrived during a pause must be counted now.
-    if (parts_->changes.isAwaited() && parts_->watch.isResting()) {
+    if (parts_->changes.isAwaited() && parts_->watch.isPaused()) {
         parts_->watch.resume();
         readEvents();
     }

@@ -291,7 +291,7 @@ void X11Desktop::Parts::send() {
         if (given) expectFocus(*given);
         mustFlush = true;
         // A restored window that takes the focus must be noticed at once.
-        mustWatch = watch.isResting() && !watch.restsForPoll() && keyboard.kept(queue.uptime());
+        mustWatch = watch.isPaused() && !watch.isPausedForPoll() && keyboard.kept(queue.uptime());
     }
     settle({});
     if (mustWatch) watch.resume();

@@ -55,14 +55,14 @@ void X11Desktop::Parts::readAndRest() {
     {
         const MutexLock lock(mutex);
         // Only one thread can read. Watching while the other reads would wake this thread again and again for nothing.
-        watch.setRestsForPoll(isPollReading);
-        rests = isPollReading || (rests && mayRest());
+        watch.setPausedForPoll(isPollReading);
+        rests = isPollReading || (rests && mayPause());
     }
     rests ? watch.rest(kRest) : watch.resume();
 }
 
 /// Not while a window is being placed: its events are handled at once.
-bool X11Desktop::Parts::mayRest() const {
+bool X11Desktop::Parts::mayPause() const {
     if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     return !changes.isAwaited() && !keyboard.kept(queue.uptime()) && asked.empty() && !displays.isAsking() &&
            !hider.isAnyLeaving() && !hider.isAnyReturning();
@@ -70,7 +70,7 @@ bool X11Desktop::Parts::mayRest() const {
 
 /// Reads events that arrived during a pause.
 void X11Desktop::Parts::catchUp() {
-    if (watch.isLookDue(queue.uptime())) unsettled.add(drain(xcb_poll_for_event));
+    if (watch.isReadDue(queue.uptime())) unsettled.add(drain(xcb_poll_for_event));
 }
 
 EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
@@ -121,7 +121,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     }
     hider.follow(effects.returning);
     takeReplies();
-    const bool areDisplaysTold = displays.advance(effects);
+    const bool areDisplaysReported = displays.advance(effects);
     if (effects.askActiveWindow && !input.isOpen()) askActiveWindow();
     if (effects.askScreenPower) askScreenPower();
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
@@ -130,7 +130,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
         if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) askState(*client);
     }
     mustFlush |= displays.hasUnsent();
-    const bool displaysChanged = (areDisplaysTold || effects.panelsChanged) && displays.arrange(model);
+    const bool displaysChanged = (areDisplaysReported || effects.panelsChanged) && displays.arrange(model);
     if (displaysChanged) input.displaysChanged();
     input.windowsChanged(effects.changed);
     return displaysChanged;

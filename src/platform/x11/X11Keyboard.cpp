@@ -152,7 +152,7 @@ void Keyboard::claim(std::vector<KeyCombination> combinations) {
     wanted_ = std::move(combinations);
     updateClaims();
     tryHeld();
-    mustTell_ = true;
+    mustReport_ = true;
     askWhetherRefused();
 }
 
@@ -211,7 +211,7 @@ void Keyboard::updateClaims() {
     }
     claims_ = std::move(wanted);
     if (!hasChanged) return;
-    mustTell_ = true;
+    mustReport_ = true;
     askWhetherRefused();
 }
 
@@ -285,7 +285,7 @@ void Keyboard::askWhetherRefused() {
 void Keyboard::settleClaims() {
     if (questionsOpen_ != 0) return; // there was another request since
     unanswered_.clear();
-    bool hasChanged = std::exchange(mustTell_, false);
+    bool hasChanged = std::exchange(mustReport_, false);
     bool isAnyFree = false;
     for (Claim& claim : claims_) {
         if (claim.isHeldByOther && !claim.isRefused && !claim.isGrabbed) {
@@ -298,7 +298,7 @@ void Keyboard::settleClaims() {
         hasChanged |= std::exchange(claim.isHeldByOther, claim.isRefused) != claim.isRefused;
     }
     if (isAnyFree) {
-        mustTell_ = hasChanged;
+        mustReport_ = hasChanged;
         askWhetherRefused();
     } else if (hasChanged) {
         news_.push_back({KeyNews::Kind::claimsKnown, {}});

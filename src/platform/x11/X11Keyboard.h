@@ -106,7 +106,7 @@ class Keyboard {
     std::vector<Grab> unanswered_;
     int questionsOpen_ = 0;
     bool areAnswersIn_ = false;
-    bool mustTell_ = false; // report `claimsKnown` even if nothing has changed
+    bool mustReport_ = false; // report `claimsKnown` even if nothing has changed
 
     HeldKeys held_;
     bool mustSend_ = false;

@@ -71,7 +71,7 @@ struct X11Desktop::Parts {
     void readEverything();
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) KOVA_REQUIRES(mutex);
     void readAndRest() KOVA_EXCLUDES(mutex);
-    bool mayRest() const KOVA_REQUIRES(mutex);
+    bool mayPause() const KOVA_REQUIRES(mutex);
     void catchUp() KOVA_REQUIRES(mutex);                         // any thread; never waits
     void settle(x11::EventEffects effects) KOVA_EXCLUDES(mutex); // main thread
     void bringUpToDate() KOVA_EXCLUDES(mutex);                   // polling queue, or while opening

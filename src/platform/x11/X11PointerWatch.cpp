@@ -27,9 +27,9 @@ std::uint8_t extensionIn(const XConnection& connection) {
 } // namespace
 
 PointerWatch::PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked,
-                           std::function<void()> lookAgain) :
+                           std::function<void()> readAgain) :
     connection_(connection),
-    asked_(asked), lookAgain_(std::move(lookAgain)), extension_(extensionIn(connection)) {}
+    asked_(asked), readAgain_(std::move(readAgain)), extension_(extensionIn(connection)) {}
 
 void PointerWatch::follow(bool follows) {
     if (extension_ == 0 || follows == isFollowing_) return;
@@ -75,7 +75,7 @@ bool PointerWatch::act() {
         // The reply has the present position; motion events are selected again after the pause.
         isLookDue_ = true;
         listen(false);
-        lookAgain_();
+        readAgain_();
     }
     return std::exchange(mustSend_, false);
 }

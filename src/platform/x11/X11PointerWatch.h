@@ -29,9 +29,9 @@ struct PointerNews {
 
 class PointerWatch {
   public:
-    /// Waits for the server. `asked` gets the requests whose replies the main thread does not wait for; `lookAgain`
+    /// Waits for the server. `asked` gets the requests whose replies the main thread does not wait for; `readAgain`
     /// must call `look` after a pause, on the main thread.
-    PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> lookAgain);
+    PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> readAgain);
 
     /// Selects or deselects the events.
     void follow(bool follows);
@@ -58,7 +58,7 @@ class PointerWatch {
 
     const XConnection& connection_;
     std::deque<PendingReplies>& asked_;
-    std::function<void()> lookAgain_;
+    std::function<void()> readAgain_;
     std::uint8_t extension_ = 0; // its major opcode; 0: the extension is not usable
     bool isFollowing_ = false;
     bool isHeld_ = false;

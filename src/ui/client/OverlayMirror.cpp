@@ -93,7 +93,7 @@ std::string OverlayMirror::takeState(const Answer& answer) {
         applySections(told, state);
         sequence_ = static_cast<std::uint64_t>(result.required("sequence").integer());
         contents_ = std::move(told);
-        told_ = state.value();
+        sections_ = state.value();
     } catch (const DecodingError& error) {
         return refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
     }
@@ -109,9 +109,9 @@ std::string OverlayMirror::takeChanges(const nlohmann::json& parameters) {
         const JsonCursor at(parameters, "");
         if (static_cast<std::uint64_t>(at.required("sequence").integer()) != sequence_ + 1) return subscribe();
         const JsonCursor changes = at.required("changes");
-        mergeChanges(told_, changes);
+        mergeChanges(sections_, changes);
         nlohmann::json renewed = nlohmann::json::object();
-        for (const auto& [name, change] : changes.members()) renewed[name] = told_[name];
+        for (const auto& [name, change] : changes.members()) renewed[name] = sections_[name];
         OverlayContents told = *contents_;
         applySections(told, JsonCursor(renewed, "changes"));
         ++sequence_;

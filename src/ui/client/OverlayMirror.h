@@ -55,7 +55,7 @@ class OverlayMirror {
 
     Listener listener_;
     std::optional<OverlayContents> contents_;
-    nlohmann::json told_; // the sections that `contents_` was made of
+    nlohmann::json sections_; // the sections that `contents_` was made of
     std::uint64_t sequence_ = 0;
     std::uint64_t nextRequest_ = 1;
     std::uint64_t subscription_ = 0; // the request whose answer is the state; 0: none is under way

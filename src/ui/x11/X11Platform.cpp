@@ -208,7 +208,7 @@ void X11Platform::classify(WindowNumber window) {
 }
 
 void X11Platform::readEvents() {
-    bool mayBeDisturbed = false, areSelectionsNews = false, areMonitorsNews = false;
+    bool mayBeDisturbed = false, haveSelectionsChanged = false, haveMonitorsChanged = false;
     for (Owned<xcb_generic_event_t> event = owned(xcb_poll_for_event(watch_)); event;
          event = owned(xcb_poll_for_event(watch_))) {
         const auto kind = event->response_type & 0x7f;
@@ -223,7 +223,7 @@ void X11Platform::readEvents() {
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
             if (told->window == screen_->root) {
-                areMonitorsNews = true; // the only notification for user-defined monitors
+                haveMonitorsChanged = true; // the only notification for user-defined monitors
                 continue;
             }
             order_.configured(told->window, told->above_sibling);
@@ -257,20 +257,20 @@ void X11Platform::readEvents() {
             }
             mayBeDisturbed = true;
         } else if (firstXFixesEvent_ != 0 && kind == firstXFixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
-            areSelectionsNews = true;
+            haveSelectionsChanged = true;
         } else if (firstRandrEvent_ != 0 && (kind == firstRandrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
                                              kind == firstRandrEvent_ + XCB_RANDR_NOTIFY)) {
-            areMonitorsNews = true;
+            haveMonitorsChanged = true;
         }
     }
     if (mayBeDisturbed) {
         keepOrder();
         cutOutApplications();
     }
-    if (areSelectionsNews) lookAtSelections();
-    if (areMonitorsNews && firstRandrEvent_ != 0) readMonitors();
+    if (haveSelectionsChanged) lookAtSelections();
+    if (haveMonitorsChanged && firstRandrEvent_ != 0) readMonitors();
     // The answers may have brought further events along.
-    if (areSelectionsNews || areMonitorsNews) readEvents();
+    if (haveSelectionsChanged || haveMonitorsChanged) readEvents();
 }
 
 void X11Platform::keepOrder() {
