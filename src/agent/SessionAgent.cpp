@@ -91,7 +91,7 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
 /// Requests are served after the first poll, so that a client that arranges right after the start affects the existing
 /// windows. In a locked session there is no poll, so they are served at once.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
-    if (!delegate_.workspace().hasLooked() && queue_.uptime() < until) {
+    if (!delegate_.workspace().hasPolled() && queue_.uptime() < until) {
         queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
         return;
     }

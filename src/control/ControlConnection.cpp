@@ -12,7 +12,7 @@ namespace kova {
 
 namespace {
 
-bool wouldWait(int error) {
+bool wouldBlock(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
 }
 
@@ -32,7 +32,7 @@ ControlConnection::ControlConnection(std::shared_ptr<asio::io_context> context, 
     account_(*budget_, [this] { closeSoon(); }) {}
 
 void ControlConnection::start() {
-    readWhatHasCome(); // most clients ask as they connect
+    readAvailable(); // most clients ask as they connect
 }
 
 void ControlConnection::close() {
@@ -75,11 +75,11 @@ void ControlConnection::whenDisconnected(std::function<void()> told) {
 
 void ControlConnection::waitForInput() {
     socket_.async_wait(Socket::wait_read, [self = shared_from_this()](const asio::error_code& error) {
-        if (!error) self->readWhatHasCome();
+        if (!error) self->readAvailable();
     });
 }
 
-void ControlConnection::readWhatHasCome() {
+void ControlConnection::readAvailable() {
     try {
         readInput();
     } catch (const std::exception&) {
@@ -90,7 +90,7 @@ void ControlConnection::readWhatHasCome() {
 void ControlConnection::readInput() {
     if (!isConnected()) return; // closed since it was posted, and the descriptor may be in use again
     const auto length = ::recv(descriptor_, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
-    if (length < 0) return wouldWait(errno) ? waitForInput() : close();
+    if (length < 0) return wouldBlock(errno) ? waitForInput() : close();
     if (length == 0) return endInput();
     take({readBuffer_.data(), static_cast<std::size_t>(length)});
 
@@ -138,7 +138,7 @@ void ControlConnection::endInput() {
     {
         const MutexLock guard(lock_);
         hasInputEnded_ = true;
-        isDone = hasNothingLeftToSay();
+        isDone = isAnsweredAndFlushed();
     }
     if (isDone) close();
 }
@@ -167,7 +167,7 @@ void ControlConnection::finishMessage(std::string answer, bool isBatch) {
         }
         if (!answer.empty()) enqueue(std::move(answer));
         for (auto& line : std::exchange(afterAnswer_, {})) enqueue(std::move(line));
-        if (hasNothingLeftToSay()) {
+        if (isAnsweredAndFlushed()) {
             closeSoon();
         } else if (isInputPaused_ && hasRoomForInput(limits_.unansweredRequests / 2)) {
             asio::post(*context_, [self = shared_from_this()] { self->resumeInput(); });
@@ -188,7 +188,7 @@ bool ControlConnection::hasRoomForInput(std::size_t unansweredAllowed) const {
            unsent_.empty();
 }
 
-bool ControlConnection::hasNothingLeftToSay() const {
+bool ControlConnection::isAnsweredAndFlushed() const {
     return hasInputEnded_ && !isHandling_ && pending_.empty() && unsent_.empty();
 }
 
@@ -237,7 +237,7 @@ void ControlConnection::sendQueued() {
     {
         const MutexLock guard(lock_);
         if (!isOpen_) return;
-        isDone = !sendWhatFits() || hasNothingLeftToSay();
+        isDone = !sendWhatFits() || isAnsweredAndFlushed();
         isEmpty = unsent_.empty();
     }
     if (isDone) return close();
@@ -248,7 +248,7 @@ void ControlConnection::sendQueued() {
 
 bool ControlConnection::sendWhatFits() {
     const auto sent = ::send(descriptor_, unsent_.data() + alreadySent_, unsentBytes(), kControlSendFlags);
-    if (sent < 0 && !wouldWait(errno)) return false;
+    if (sent < 0 && !wouldBlock(errno)) return false;
     if (sent > 0) alreadySent_ += static_cast<std::size_t>(sent);
     if (alreadySent_ == unsent_.size()) {
         unsent_ = {}; // an idle client keeps no memory

@@ -60,7 +60,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
 
   private:
     void waitForInput();
-    void readWhatHasCome();
+    void readAvailable();
     void readInput();
     void take(std::string_view bytes);
     void takeMessage(jsonrpc::Message message, std::size_t bytes);
@@ -70,7 +70,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void resumeInput();
     void waitForRoom();
     void sendQueued();
-    bool hasNothingLeftToSay() const KOVA_REQUIRES(lock_);
+    bool isAnsweredAndFlushed() const KOVA_REQUIRES(lock_);
     bool hasRoomForInput(std::size_t unansweredAllowed) const KOVA_REQUIRES(lock_);
     std::size_t unsentBytes() const KOVA_REQUIRES(lock_) { return unsent_.size() - alreadySent_; }
     void appendToBatch(std::string_view answer) KOVA_REQUIRES(lock_);

@@ -58,8 +58,8 @@ std::optional<std::string> Arrangement::whyWindowsStay() const {
         const auto wanted = frames.find(window.id);
         if (wanted == frames.end() || !window.isVisible || !window.frame || presenter_.isLeftAlone(window)) continue;
         const Refusal* refusal = frames_.refusal(window.id);
-        const bool wasAskedEnough = refusal && !refusal->isAccepted;
-        placed.push_back({wanted->second, *window.frame, wasAskedEnough});
+        const bool hasRefusedAllAttempts = refusal && !refusal->isAccepted;
+        placed.push_back({wanted->second, *window.frame, hasRefusedAllAttempts});
     }
     if (!isPlacingIgnored(placed)) return std::nullopt;
     return "No window goes where it is sent: the window manager places them itself. " + std::string(kWayOut);
@@ -266,7 +266,7 @@ TileAssignments Arrangement::assignmentsOnAbsentDisplays() const {
 
 void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
     if (state_.screens->empty()) return;
-    if (!arranger_.takeStartUpTurn(justGranted))
+    if (!arranger_.takeStartupArrangement(justGranted))
         return; // consumed even when the setting is off, which applies to the next start
     if (!state_.profile->autoArrangeOnLaunch) return;
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
@@ -274,7 +274,7 @@ void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
         if (access_.mayMoveWindows()) {
             steps_.changeLater([this] { arrangeWindows(); });
         } else if (access_.isAway()) {
-            arranger_.returnStartUpTurn(); // the lock was noticed late: due again after the unlock
+            arranger_.postponeStartupArrangement(); // the lock was noticed late: due again after the unlock
         }
     }));
 }

@@ -63,7 +63,7 @@ class Planner {
     bool isCrowded(std::size_t displayIndex, Phase phase) const;
     bool isFree(std::size_t displayIndex, std::size_t slot) const;
     Fit fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const;
-    bool pushesSomeone(std::size_t displayIndex, const Fit& fit) const;
+    bool displacesWindow(std::size_t displayIndex, const Fit& fit) const;
     bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
     bool pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
     void assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason);
@@ -224,10 +224,10 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t
         fit.push_back(s);
     }
     if (!isBesideFullScreen) return fit;
-    return pushesSomeone(displayIndex, fit) ? Fit{} : Fit{slot};
+    return displacesWindow(displayIndex, fit) ? Fit{} : Fit{slot};
 }
 
-bool Planner::pushesSomeone(std::size_t displayIndex, const Fit& fit) const {
+bool Planner::displacesWindow(std::size_t displayIndex, const Fit& fit) const {
     return std::any_of(fit.begin(), fit.end(),
                        [&](std::size_t slot) { return displays_[displayIndex].holder[slot].has_value(); });
 }
@@ -271,21 +271,21 @@ bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t display
 
 /// True if a window was displaced.
 bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
-    bool someoneGaveWay = false;
+    bool wasDisplaced = false;
     const bool wasCrowded = isCrowded_[displayIndex];
     for (const Pair& pair : pairsFor(displayIndex, phase, admission)) {
         if (assignments_[pair.candidate] || !isFree(displayIndex, pair.slot)) continue;
         const Fit fit = fitFor(pair.candidate, displayIndex, pair.slot);
-        const bool pushes = pushesSomeone(displayIndex, fit);
+        const bool pushes = displacesWindow(displayIndex, fit);
         if (fit.empty() || (pushes && displacement == Displacement::forbidden)) continue;
         const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, displayIndex, phase);
         if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, displayIndex, fit))) continue;
-        someoneGaveWay = someoneGaveWay || pushes;
+        wasDisplaced = wasDisplaced || pushes;
         assign(pair.candidate, displayIndex, fit,
                reasonFor(pair.score, input_.candidates[pair.candidate],
                          displays_[displayIndex].display->solved.slots[pair.slot]));
     }
-    return someoneGaveWay;
+    return wasDisplaced;
 }
 
 bool Planner::hasRoomForAllThatShow() const {
@@ -315,7 +315,7 @@ void Planner::assignClaims() {
         }
         if (candidate.isDeferred && !hasRoomForAllThatShow()) continue;
         const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
-        if (fit.empty() || pushesSomeone(claim.display, fit)) continue;
+        if (fit.empty() || displacesWindow(claim.display, fit)) continue;
         assign(claim.candidate, claim.display, fit, claim.reason);
         hasClaimed_[claim.candidate] = true;
     }
@@ -325,10 +325,10 @@ void Planner::assignWaiting(Phase phase) {
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
         // First windows that displace none, then the others. A displaced window gets another tile.
-        bool someoneGaveWay = true;
-        while (someoneGaveWay) {
+        bool wasDisplaced = true;
+        while (wasDisplaced) {
             assignOn(displayIndex, phase, Displacement::forbidden);
-            someoneGaveWay = assignOn(displayIndex, phase, Displacement::allowed);
+            wasDisplaced = assignOn(displayIndex, phase, Displacement::allowed);
         }
         // Tiles in which windows of higher rank do not fit go to the next ones.
         assignOn(displayIndex, phase, Displacement::forbidden, Admission::all);

@@ -16,7 +16,7 @@ std::int64_t Arranger::supersede() {
     return ++generation_;
 }
 
-bool Arranger::takeStartUpTurn(bool wasPermissionJustGranted) {
+bool Arranger::takeStartupArrangement(bool wasPermissionJustGranted) {
     const bool isDue = wasPermissionJustGranted || !hadStartupArrangement_;
     hadStartupArrangement_ = true;
     return isDue;

@@ -33,10 +33,10 @@ class Arranger : public PartWithoutPolls {
     bool isNewest(std::int64_t generation) const { return generation == generation_; }
 
     /// Returns whether the arrangement after the start is due, and marks it as done.
-    bool takeStartUpTurn(bool wasPermissionJustGranted);
-    void skipStartUpTurn() { hadStartupArrangement_ = true; }
+    bool takeStartupArrangement(bool wasPermissionJustGranted);
+    void skipStartupArrangement() { hadStartupArrangement_ = true; }
     /// Marks it as due again, if it could not be carried out.
-    void returnStartUpTurn() { hadStartupArrangement_ = false; }
+    void postponeStartupArrangement() { hadStartupArrangement_ = false; }
 
     const Learning& learning() const { return *learning_; }
     const Published<Learning>& publishedLearning() const { return learning_; }

@@ -5,9 +5,9 @@
 
 namespace kova {
 
-ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments) {
+ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignments assignments) {
     const TileAssignments before = std::move(assignments);
-    ReturnOfResidents back{before, {}, {}};
+    ReturnedWindows back{before, {}, {}};
     const auto residents = held.windows();
     for (const auto& window : residents) back.assignments.remove(window);
 
@@ -44,7 +44,7 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
 void DisplayAbsence::leave(const AbsenceKey& key, const TileAssignments& assignments) {
     TileAssignments held = assignments.onDisplay(key.displayID);
     for (const auto& window : held.windows()) {
-        if (isDisplaced(window)) held.remove(window);
+        if (belongsToDisconnectedDisplay(window)) held.remove(window);
     }
     if (held != TileAssignments{}) homes_[key] = std::move(held);
 }
@@ -52,10 +52,10 @@ void DisplayAbsence::leave(const AbsenceKey& key, const TileAssignments& assignm
 DisplayAbsence::Return DisplayAbsence::comeBack(const AbsenceKey& key, TileAssignments assignments) {
     const auto home = homes_.extract(key);
     if (home.empty()) return {std::move(assignments), {}, {}};
-    return withResidentsBack(home.mapped(), std::move(assignments));
+    return withRememberedWindows(home.mapped(), std::move(assignments));
 }
 
-bool DisplayAbsence::isDisplaced(const WindowID& windowID) const {
+bool DisplayAbsence::belongsToDisconnectedDisplay(const WindowID& windowID) const {
     return std::any_of(homes_.begin(), homes_.end(),
                        [&](const auto& home) { return home.second.isInAnyTile(windowID); });
 }

@@ -13,13 +13,13 @@
 
 namespace kova {
 
-struct ReturnOfResidents {
+struct ReturnedWindows {
     TileAssignments assignments;
     std::vector<WindowID> returnedFronts;  // front windows again, after they lost their tiles meanwhile
     std::vector<WindowID> returnedWaiting; // stacked again, and were not meanwhile
 };
 /// The assignments with the windows of `held` in their tiles there, in front of windows placed there since.
-ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments);
+ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignments assignments);
 
 struct AbsenceKey {
     DisplayID displayID;
@@ -32,12 +32,12 @@ class DisplayAbsence {
     /// Remembers the windows on the key's display, except those that belong to another disconnected display.
     void leave(const AbsenceKey& key, const TileAssignments& assignments);
 
-    using Return = ReturnOfResidents;
+    using Return = ReturnedWindows;
     /// Restores every remembered window to its tile, in front of windows placed there in the meantime.
     Return comeBack(const AbsenceKey& key, TileAssignments assignments);
     bool holds(const AbsenceKey& key) const { return homes_.contains(key); }
 
-    bool isDisplaced(const WindowID& windowID) const;
+    bool belongsToDisconnectedDisplay(const WindowID& windowID) const;
     /// Forgets the window, which the user has moved.
     void forget(const WindowID& windowID);
     void forgetAll() { homes_.clear(); }

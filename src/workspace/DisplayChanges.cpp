@@ -83,7 +83,7 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<DisplayID>& befo
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
     }
-    displays_.takeBackCrowdedOut(assignments_, idsOf(*state_.screens), [this](const WindowID& id) {
+    displays_.returnDisplacedByArrangement(assignments_, idsOf(*state_.screens), [this](const WindowID& id) {
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
     });
@@ -151,8 +151,9 @@ void DisplayChanges::bringIntoSight() {
         if (hasTile || !live.isVisible || !live.frame || presenter_.isLeftAlone(live)) continue;
         const CGRect onScreen = flipped(*live.frame, top);
         const CGRect visible = flipped(screenNearest(*state_.screens, onScreen)->visibleFrame, top);
-        const bool isInSight = displays_.isDisplaced(live.id) ? containsWithin(visible, *live.frame, 0)
-                                                              : isMiddleShown(*state_.screens, onScreen);
+        const bool isInSight = displays_.belongsToDisconnectedDisplay(live.id)
+                                   ? containsWithin(visible, *live.frame, 0)
+                                   : isMiddleShown(*state_.screens, onScreen);
         const CGRect inSight = isInSight ? *live.frame : movedIntoArea(*live.frame, visible);
         if (!isInSight) presenter_.writeFrame(live, inSight, AccessibilityWindowService::BringToFront::no);
         displays_.strandedFloats().settle(live.id, inSight);

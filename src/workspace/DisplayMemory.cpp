@@ -55,7 +55,7 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
         }
     }
     std::vector<Renaming> renamings;
-    for (const auto& [formerID, newID] : successorsOfDisplays(recentlyGone_, unknown)) {
+    for (const auto& [formerID, newID] : matchRenamedDisplays(recentlyGone_, unknown)) {
         recentlyGone_.erase(formerID);
         takeBack(absence_, {formerID}, assignments);
         renamings.push_back({formerID, newID});
@@ -108,12 +108,12 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
     if (absence_.homes().empty() || crowded_ != TileAssignments{}) return;
     crowded_ = assignments;
     for (const auto& window : assignments.windows()) {
-        if (absence_.isDisplaced(window)) crowded_.remove(window);
+        if (absence_.belongsToDisconnectedDisplay(window)) crowded_.remove(window);
     }
 }
 
-void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::set<DisplayID>& connected,
-                                       const std::function<bool(const WindowID& windowID)>& isPutAway) {
+void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
+                                                 const std::function<bool(const WindowID& windowID)>& isPutAway) {
     if (!absence_.homes().empty()) return;
     TileAssignments held = std::exchange(crowded_, {});
     std::erase_if(held.assignedWindowIDs,

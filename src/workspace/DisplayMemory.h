@@ -45,7 +45,9 @@ class DisplayMemory : public PartWithoutPolls {
     void takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments);
     bool holdsDisplay(const DisplayID& displayID) const { return absence_.holds({displayID}); }
     /// True if the window belongs to a disconnected display.
-    bool isDisplaced(const WindowID& windowID) const { return absence_.isDisplaced(windowID); }
+    bool belongsToDisconnectedDisplay(const WindowID& windowID) const {
+        return absence_.belongsToDisconnectedDisplay(windowID);
+    }
     /// By the id of the display.
     const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.homes(); }
     void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
@@ -56,8 +58,8 @@ class DisplayMemory : public PartWithoutPolls {
     void noteArrangement(const TileAssignments& assignments);
     /// Once all displays are connected: windows that lost their tile to such an arrangement, have no tile now and are
     /// hidden, return to their tile, or to another one freed in the same way.
-    void takeBackCrowdedOut(TileAssignments& assignments, const std::set<DisplayID>& connected,
-                            const std::function<bool(const WindowID& windowID)>& isPutAway);
+    void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
+                                      const std::function<bool(const WindowID& windowID)>& isPutAway);
     StrandedFloats& strandedFloats() { return strandedFloats_; }
 
     /// The display changes from one layout to another because of its size, not by choice.
@@ -87,7 +89,7 @@ class DisplayMemory : public PartWithoutPolls {
     /// Starts the settle time anew; `settled` is called at its end.
     void beginSettling();
     /// Whether the window's display was disconnected within the settle time.
-    bool isAwaited(const WindowID& windowID) const { return isSettling() && isDisplaced(windowID); }
+    bool isAwaited(const WindowID& windowID) const { return isSettling() && belongsToDisconnectedDisplay(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
     /// Displays that are disconnected now are not matched to later ones with another id.
     void forgetRecentlyGone() { recentlyGone_.clear(); }

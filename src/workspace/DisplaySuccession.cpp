@@ -24,7 +24,7 @@ bool isNamedByFrame(const DisplayID& displayID) {
     return !sizeInName(displayID).empty();
 }
 
-std::map<DisplayID, DisplayID> successorsOfDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come) {
+std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come) {
     std::multimap<std::string, DisplayID> goneBySize, comeBySize;
     for (const auto& id : gone) {
         if (isNamedByFrame(id)) goneBySize.emplace(sizeInName(id), id);

@@ -15,7 +15,7 @@ bool isNamedByFrame(const DisplayID& displayID);
 
 /// Matches disconnected displays to new ones; keys are the former ids. A pair matches if each is the only one of its
 /// size, or if exactly one display remains on each side.
-std::map<DisplayID, DisplayID> successorsOfDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come);
+std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come);
 
 /// Copies the chosen layout of the display, and its weights, to the other one.
 void copyDisplay(WorkspaceProfile& profile, const DisplayID& displayID, const DisplayID& otherID);

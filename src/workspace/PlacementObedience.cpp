@@ -14,7 +14,7 @@ constexpr std::size_t kFewestWindows = 2;
 bool stayedAway(const PlacedWindow& window) {
     const bool beginsThere = std::abs(minX(window.wanted) - minX(window.actual)) <= kFrameTolerancePoints &&
                              std::abs(minY(window.wanted) - minY(window.actual)) <= kFrameTolerancePoints;
-    return window.wasAskedEnough && !beginsThere;
+    return window.hasRefusedAllAttempts && !beginsThere;
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace kova {
 struct PlacedWindow {
     CGRect wanted{};
     CGRect actual{};
-    bool wasAskedEnough = false; // all attempts were refused
+    bool hasRefusedAllAttempts = false; // all attempts were refused
 };
 
 /// True if there are several windows, all of them refused every attempt, and none has its origin at the origin of its

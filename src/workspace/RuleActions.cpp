@@ -21,19 +21,19 @@ void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     // as well.
     std::vector<std::pair<WindowID, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
-        if (tileMemory_.isPlaced(window.id)) continue;
+        if (tileMemory_.isHandledByRules(window.id)) continue;
         const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
         if (assignments_.isInAnyTile(window.id) && !isShown) { // already placed, for example in a stack
-            tileMemory_.notePlaced(window.id);
+            tileMemory_.noteHandledByRules(window.id);
             continue;
         }
         // Rules apply once the window is visible and has the title by which rules distinguish it.
         if (!isShown || awaitsTitle(*state_.rules, window)) continue;
-        tileMemory_.notePlaced(window.id);
+        tileMemory_.noteHandledByRules(window.id);
         if (const auto deciding = decidingRule(*state_.rules, window)) decisions.emplace_back(window.id, *deciding);
     }
     carryOutRules(decisions);
-    tileMemory_.keepPlaced([this](const WindowID& id) { return liveWindows_.find(id) != nullptr; });
+    tileMemory_.keepHandledByRules([this](const WindowID& id) { return liveWindows_.find(id) != nullptr; });
 }
 
 /// Windows that move leave their tiles first, so that two of them can change places.
@@ -91,7 +91,7 @@ std::optional<RuleExplanation> RuleActions::explainRules(const WindowID& windowI
     std::vector<std::string> remarks;
     if (!*state_.continuousManagementEnabled) {
         remarks.push_back("rules are off, and “kova rules on” lets them act");
-    } else if (tileMemory_.isPlaced(windowID)) {
+    } else if (tileMemory_.isHandledByRules(windowID)) {
         remarks.push_back("the window was seen already and is not moved again");
     }
     return kova::explainRules(*state_.rules, *window, remarks);

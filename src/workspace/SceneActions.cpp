@@ -48,7 +48,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     awaited_.scene() = {};
     awaited_.scene().undoNumber = messages_.addedByAction();
     session_.dropKept(); // restoring the session with the first poll would displace the scene's windows
-    arranger_.skipStartUpTurn();
+    arranger_.skipStartupArrangement();
     applyLook(scene);
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     assignments_ = {};

@@ -44,12 +44,13 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     std::set<pid_t> recorded;
     const auto minimums = frames_.sizes().confirmed();
     for (const auto& window : liveWindows_) {
-        const bool isHandled = tileMemory_.isPlaced(window.id);
+        const bool isHandled = tileMemory_.isHandledByRules(window.id);
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
         const bool isFloating = state_.floatingWindowIDs->contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
         const bool isSurplus = liveWindows_.minimized().contains(window.id) && !assignments_.isInAnyTile(window.id);
-        const bool hasPlace = assignments_.isInAnyTile(window.id) || displays_.isDisplaced(window.id) ||
+        const bool hasPlace = assignments_.isInAnyTile(window.id) ||
+                              displays_.belongsToDisconnectedDisplay(window.id) ||
                               tileMemory_.spaces().holds(window.id);
         if (!isHandled && !isFloating && !hasPlace && !isSurplus) continue;
         recorded.insert(window.processIdentifier);
@@ -108,7 +109,7 @@ bool SessionTaker::takeUpSession() {
     follower_.presentReturned();
     expectReturns(*session, resumed);
     hideStackedWindowsAgain();
-    if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.takeUpZoom(*session->zoom, resumed);
+    if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.resumeFocusMode(*session->zoom, resumed);
     return knowsAny;
 }
 
@@ -188,7 +189,7 @@ std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
         if (assignments_.onDisplay(id) == TileAssignments{}) come.insert(id);
     }
     std::set<DisplayID> resized;
-    for (const auto& [formerID, newID] : successorsOfDisplays(gone, come)) {
+    for (const auto& [formerID, newID] : matchRenamedDisplays(gone, come)) {
         displayChanges_.displayHasNewID(formerID, newID);
         resized.insert(newID);
     }

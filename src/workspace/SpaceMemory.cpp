@@ -40,7 +40,7 @@ void SpaceMemory::add(const std::optional<std::uint64_t>& space, TileAssignments
     if (same == places_.end()) {
         places_.push_back({space, std::move(held)});
     } else {
-        same->tiles = withResidentsBack(held, std::move(same->tiles)).assignments;
+        same->tiles = withRememberedWindows(held, std::move(same->tiles)).assignments;
     }
 }
 
@@ -69,16 +69,16 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
     std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
     if (returning.empty()) return false;
     store(windows, assignments);
-    for (const auto& held : returning) assignments = withResidentsBack(held, std::move(assignments)).assignments;
+    for (const auto& held : returning) assignments = withRememberedWindows(held, std::move(assignments)).assignments;
     return true;
 }
 
-std::map<WindowID, CGRect> SpaceMemory::takeDueFrames(const std::vector<ManagedWindow>& windows) {
+std::map<WindowID, CGRect> SpaceMemory::takeAppliableFrames(const std::vector<ManagedWindow>& windows) {
     std::map<WindowID, CGRect> due;
-    if (owedFrames_.empty()) return due;
+    if (pendingFrames_.empty()) return due;
     for (const auto& window : windows) {
         if (window.isElsewhere || !window.isAnswering) continue;
-        if (auto owed = owedFrames_.extract(window.id)) due.insert(std::move(owed));
+        if (auto owed = pendingFrames_.extract(window.id)) due.insert(std::move(owed));
     }
     return due;
 }
@@ -90,14 +90,14 @@ bool SpaceMemory::holds(const WindowID& windowID) const {
 void SpaceMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     for (auto& places : places_) places.tiles.keepOnly(windowIDs);
     std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
-    std::erase_if(owedFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
+    std::erase_if(pendingFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
 }
 
 void SpaceMemory::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& places : places_) places.tiles.rename(windowID, newID);
-    if (auto owed = owedFrames_.extract(windowID)) {
+    if (auto owed = pendingFrames_.extract(windowID)) {
         owed.key() = newID;
-        owedFrames_.insert(std::move(owed));
+        pendingFrames_.insert(std::move(owed));
     }
 }
 

@@ -37,9 +37,9 @@ class SpaceMemory {
                  TileAssignments& assignments);
 
     /// Remembers the frame (window-service space) for when the window is shown and its application responds.
-    void owe(const WindowID& windowID, const CGRect& frame) { owedFrames_[windowID] = frame; }
+    void setPendingFrame(const WindowID& windowID, const CGRect& frame) { pendingFrames_[windowID] = frame; }
     /// Returns and removes the pending frames of windows that are shown and whose application responds.
-    std::map<WindowID, CGRect> takeDueFrames(const std::vector<ManagedWindow>& windows);
+    std::map<WindowID, CGRect> takeAppliableFrames(const std::vector<ManagedWindow>& windows);
 
     /// Whether a tile of the window is remembered here.
     bool holds(const WindowID& windowID) const;
@@ -55,7 +55,7 @@ class SpaceMemory {
     void add(const std::optional<std::uint64_t>& space, TileAssignments held);
 
     std::vector<Places> places_;
-    std::map<WindowID, CGRect> owedFrames_;
+    std::map<WindowID, CGRect> pendingFrames_;
 };
 
 } // namespace kova

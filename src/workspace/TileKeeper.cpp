@@ -351,7 +351,7 @@ void TileKeeper::giveBackSpans() {
 
 /// A rule for an application does not move a window that was placed individually.
 void TileKeeper::noteHasItsPlace(const WindowID& windowID) {
-    if (*state_.continuousManagementEnabled) tileMemory_.notePlaced(windowID);
+    if (*state_.continuousManagementEnabled) tileMemory_.noteHandledByRules(windowID);
 }
 
 /// Fills the tiles that have lost their front window since `before`. Not in focus mode: its end restores the snapshot,

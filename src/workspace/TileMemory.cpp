@@ -4,8 +4,8 @@
 
 namespace kova {
 
-void TileMemory::keepPlaced(const std::function<bool(const WindowID& windowID)>& isLive) {
-    std::erase_if(placed_, [&](const WindowID& id) { return !isLive(id); });
+void TileMemory::keepHandledByRules(const std::function<bool(const WindowID& windowID)>& isLive) {
+    std::erase_if(handledByRules_, [&](const WindowID& id) { return !isLive(id); });
 }
 
 void TileMemory::keepOnly(const std::set<WindowID>& windowIDs) {
@@ -18,7 +18,7 @@ void TileMemory::rename(const WindowID& windowID, const WindowID& newID) {
     spaces_.rename(windowID, newID);
     homes_.rename(windowID, newID);
     succession_.rename(windowID, newID);
-    renameIn(placed_, windowID, newID);
+    renameIn(handledByRules_, windowID, newID);
 }
 
 void TileMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {

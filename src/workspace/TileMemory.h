@@ -24,10 +24,10 @@ class TileMemory : public PartWithoutPolls {
 
     /// Windows that rules do not move any more: a rule was evaluated for them, or they were put into a tile in another
     /// way.
-    const std::set<WindowID>& placed() const { return placed_; }
-    bool isPlaced(const WindowID& windowID) const { return placed_.contains(windowID); }
-    void notePlaced(const WindowID& windowID) { placed_.insert(windowID); }
-    void keepPlaced(const std::function<bool(const WindowID& windowID)>& isLive);
+    const std::set<WindowID>& handledByRules() const { return handledByRules_; }
+    bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }
+    void noteHandledByRules(const WindowID& windowID) { handledByRules_.insert(windowID); }
+    void keepHandledByRules(const std::function<bool(const WindowID& windowID)>& isLive);
 
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
@@ -37,7 +37,7 @@ class TileMemory : public PartWithoutPolls {
     SpaceMemory spaces_;
     LayoutHomes homes_;
     StackSuccession succession_;
-    std::set<WindowID> placed_;
+    std::set<WindowID> handledByRules_;
 };
 
 } // namespace kova

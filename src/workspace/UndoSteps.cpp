@@ -41,7 +41,7 @@ void UndoSteps::endDrags() {
     keeper_.commit({.hasMovedTiles = true});
 }
 
-void UndoSteps::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {
+void UndoSteps::resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {
     const auto now = resumed.idNow.find(zoom.windowID);
     if (now == resumed.idNow.end() || !geometry_.screenOf(zoom.displayID)) return;
     WorkspaceUndoSnapshot snapshot = captureUndoSnapshot();
@@ -126,7 +126,7 @@ void UndoSteps::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
     if (window.isElsewhere) {
-        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().owe(window.id, frame->second);
+        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().setPendingFrame(window.id, frame->second);
         return;
     }
     if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) presenter_.unhideApplicationOf(window);

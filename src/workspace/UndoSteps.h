@@ -56,7 +56,7 @@ class UndoSteps {
     void endDrags();
     /// For the later steps of an arrangement, a launch or a scene: ends focus mode, runs `change`, and flushes.
     void changeLater(const std::function<void()>& change);
-    void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
+    void resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 
   private:
     void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);

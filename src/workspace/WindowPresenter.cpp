@@ -115,7 +115,7 @@ void WindowPresenter::requestPresentation(const WindowID& windowID, WindowPresen
 void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
     // A remembered frame may be on a display that was disconnected meanwhile.
     if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
-    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().owe(window.id, frame);
+    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().setPendingFrame(window.id, frame);
     const WindowID id = window.id;
     windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved_(id, frame, actual);

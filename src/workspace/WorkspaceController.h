@@ -36,7 +36,7 @@ class WorkspaceController {
     [[nodiscard]] bool awaitCurrent(std::function<void()> work) { return refreshCycle_.awaitCurrent(std::move(work)); }
     void recheckAccessibility();
     bool isRunning() const { return refreshCycle_.isRunning(); }
-    bool hasLooked() const { return refreshCycle_.hasResult(); } // true after the first applied poll
+    bool hasPolled() const { return refreshCycle_.hasResult(); } // true after the first applied poll
     /// For sleep, lock and session switches: no polls and no window moves until `resume`.
     void suspendForSystemTransition();
     void resumeAfterSystemTransition();
@@ -70,7 +70,7 @@ class WorkspaceController {
         return parts_.awaited.scene().launchedBundleIDs;
     }
     /// Windows for which rules were evaluated.
-    const std::set<WindowID>& handledRuleWindowIDs() const { return parts_.tileMemory.placed(); }
+    const std::set<WindowID>& handledRuleWindowIDs() const { return parts_.tileMemory.handledByRules(); }
     /// Incremented with every message, also if the same text is repeated.
     std::uint64_t messagesShown() const { return parts_.messages.count(); }
     /// Whether undo would revert what the status message reports.

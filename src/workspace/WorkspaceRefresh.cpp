@@ -66,7 +66,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     for (const auto& window : parts_.liveWindows) { // windows that are not shown get no frames
         const auto pending = window.isElsewhere ? parts_.windowService->pendingFrame(window.id) : std::nullopt;
         if (!pending) continue;
-        parts_.tileMemory.spaces().owe(window.id, *pending);
+        parts_.tileMemory.spaces().setPendingFrame(window.id, *pending);
         parts_.windowService->cancelPlacement(window.id);
     }
     parts_.onPoll();
@@ -80,7 +80,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
     parts_.services.accessibility.flush();
     if (tookUpSession) {
-        parts_.arranger.skipStartUpTurn(); // the restored session needs no arrangement
+        parts_.arranger.skipStartupArrangement(); // the restored session needs no arrangement
     } else {
         ops_.arrangement.scheduleAutomaticArrangement(justGranted);
     }
@@ -125,7 +125,7 @@ void WorkspaceController::followShownSpace() {
 
 /// Windows in a tile were placed already.
 void WorkspaceController::giveOwedFrames() {
-    for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeDueFrames(parts_.liveWindows.all())) {
+    for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeAppliableFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);
         if (parts_.assignments.isAssigned(windowID) || ops_.presenter.isLeftAlone(*window)) continue;
         ops_.presenter.writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);

@@ -21,13 +21,13 @@ struct DisplayMemoryTest : testing::Test {
 TEST_F(DisplayMemoryTest, ADisplayThatComesBackHasItsWindowsInFrontOfOthers) {
     (void)tiles.assign("mail", {"D::a"});
     EXPECT_TRUE(memory.noteConnected({"C", "D"}, {"C"}, tiles).empty());
-    EXPECT_TRUE(memory.isDisplaced("mail"));
+    EXPECT_TRUE(memory.belongsToDisconnectedDisplay("mail"));
     tiles.remove("mail");
     (void)tiles.assign("mail", {"C::a"});
     (void)tiles.assign("notes", {"D::a"});
     EXPECT_TRUE(memory.noteConnected({"C"}, {"C", "D"}, tiles).empty());
     EXPECT_EQ(tiles.targetOf("mail"), "D::a");
-    EXPECT_FALSE(memory.isDisplaced("mail"));
+    EXPECT_FALSE(memory.belongsToDisconnectedDisplay("mail"));
     const auto returned = memory.takeReturned();
     EXPECT_EQ(returned.fronts, Names{"mail"});
     EXPECT_EQ(returned.waiting, Names{"notes"});

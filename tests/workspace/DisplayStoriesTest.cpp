@@ -404,13 +404,13 @@ TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
     const DisplayID other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";
     using Ids = std::set<DisplayID>;
     using Pairs = std::map<DisplayID, DisplayID>;
-    EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{c}), (Pairs{{a, c}}));
-    EXPECT_EQ(successorsOfDisplays(Ids{a, device}, Ids{c}), (Pairs{{a, c}}));
-    EXPECT_EQ(successorsOfDisplays(Ids{device}, Ids{c}), Pairs{});
-    EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{device}), Pairs{});
-    EXPECT_EQ(successorsOfDisplays(Ids{a, other}, Ids{b, c}), (Pairs{{a, b}, {other, c}})) << "the size tells";
-    EXPECT_EQ(successorsOfDisplays(Ids{a, b}, Ids{c}), Pairs{});
-    EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{c, other}), Pairs{});
+    EXPECT_EQ(matchRenamedDisplays(Ids{a}, Ids{c}), (Pairs{{a, c}}));
+    EXPECT_EQ(matchRenamedDisplays(Ids{a, device}, Ids{c}), (Pairs{{a, c}}));
+    EXPECT_EQ(matchRenamedDisplays(Ids{device}, Ids{c}), Pairs{});
+    EXPECT_EQ(matchRenamedDisplays(Ids{a}, Ids{device}), Pairs{});
+    EXPECT_EQ(matchRenamedDisplays(Ids{a, other}, Ids{b, c}), (Pairs{{a, b}, {other, c}})) << "the size tells";
+    EXPECT_EQ(matchRenamedDisplays(Ids{a, b}, Ids{c}), Pairs{});
+    EXPECT_EQ(matchRenamedDisplays(Ids{a}, Ids{c, other}), Pairs{});
 }
 
 /// Disconnects all displays and connects them again, in any order, fast or slowly, awake or asleep, also in another

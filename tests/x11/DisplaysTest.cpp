@@ -43,7 +43,7 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
     const std::vector<Monitor> monitors = {{"HDMI-1", false, {0, 0, 1920, 1080}, {}},
                                            {"DP-1", true, {1920, 100, 2560, 1440}, {}},
                                            {"DP-2", false, {4480, 100, 1000, 1000}, {}}};
-    const auto displays = describeDisplays(monitors, MonitorsTold::all, {}, std::nullopt, {0, 0, 5480, 1540});
+    const auto displays = describeDisplays(monitors, MonitorReport::all, {}, std::nullopt, {0, 0, 5480, 1540});
     ASSERT_EQ(displays.screens.size(), 3U);
     EXPECT_EQ(displays.screens[0].localizedName, "DP-1");
     EXPECT_EQ(text(displays.screens[0].frame), "0,0 2560x1440");
@@ -55,9 +55,9 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
     EXPECT_FALSE(displays.screens[0].displayUUID);
 
     // Nothing connected: the root window is the screen.
-    EXPECT_EQ(text(describeDisplays({}, MonitorsTold::none, {}, std::nullopt, {0, 0, 800, 600}).screens.at(0).frame),
+    EXPECT_EQ(text(describeDisplays({}, MonitorReport::none, {}, std::nullopt, {0, 0, 800, 600}).screens.at(0).frame),
               "0,0 800x600");
-    EXPECT_TRUE(describeDisplays({}, MonitorsTold::all, {}, std::nullopt, {0, 0, 64, 64}).screens.empty())
+    EXPECT_TRUE(describeDisplays({}, MonitorReport::all, {}, std::nullopt, {0, 0, 64, 64}).screens.empty())
         << "all outputs are off";
 }
 
@@ -101,7 +101,7 @@ TEST(Displays, LeavePanelsOnAnyEdgeFree) {
     const auto visible = [&](const std::optional<PixelRect>& workarea) {
         const std::vector<Panel> top = {panel({0, 0, 1920, 30}, {0, 0, 30, 0})};
         return text(
-            describeDisplays(one, MonitorsTold::all, top, workarea, {0, 0, 1920, 1080}).screens.at(0).visibleFrame);
+            describeDisplays(one, MonitorReport::all, top, workarea, {0, 0, 1920, 1080}).screens.at(0).visibleFrame);
     };
     EXPECT_EQ(visible(std::nullopt), "0,0 1920x1050");
     EXPECT_EQ(visible(PixelRect{0, 30, 1920, 1000}), "0,50 1920x1000");
@@ -118,7 +118,7 @@ TEST(Displays, AreRecognizedByTheirDevice) {
     const auto uuids = [](const std::vector<Monitor>& monitors) {
         std::vector<std::string> found;
         for (const Screen& screen :
-             describeDisplays(monitors, MonitorsTold::all, {}, std::nullopt, {0, 0, 4000, 1000}).screens) {
+             describeDisplays(monitors, MonitorReport::all, {}, std::nullopt, {0, 0, 4000, 1000}).screens) {
             found.push_back(screen.displayUUID.value_or("none"));
         }
         return found;

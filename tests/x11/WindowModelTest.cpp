@@ -19,7 +19,9 @@ class Model : public ::testing::Test {
         model.setWindowManager(manager, Seconds(0));
         model.setStacking({kFrame});
         model.setClientList({kWindow}, Seconds(0));
-        model.takeTopLevel(kFrame, {.rect = {0, 0, 402, 325}, .isMapped = true, .rectTold = {}, .mappingTold = {}}, 10);
+        model.takeTopLevel(
+            kFrame, {.rect = {0, 0, 402, 325}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}},
+            10);
         model.setTopLevelOf(window(), kFrame);
     }
     ClientWindow& window() { return *model.client(kWindow); }
@@ -55,7 +57,8 @@ class Model : public ::testing::Test {
 TEST_F(Model, SentEventsRemoveNoWindow) {
     model.setWindowManager({}, Seconds(0));
     model.setStacking({kWindow});
-    model.takeTopLevel(kWindow, {.rect = {0, 0, 400, 300}, .isMapped = true, .rectTold = {}, .mappingTold = {}}, 10);
+    model.takeTopLevel(
+        kWindow, {.rect = {0, 0, 400, 300}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}}, 10);
     model.setTopLevelOf(window(), kWindow);
     const auto tell = [&](int type, bool isMadeUp) {
         xcb_generic_event_t whole{};
@@ -109,7 +112,8 @@ TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
         manager.isPresent = true;
         manager.announcesHidden = each.announcesHidden;
         model.setWindowManager(manager, Seconds(0));
-        const TopLevel top{.rect = {0, 0, 402, 325}, .isMapped = each.isMapped, .rectTold = {}, .mappingTold = {}};
+        const TopLevel top{
+            .rect = {0, 0, 402, 325}, .isMapped = each.isMapped, .rectEventSequence = {}, .mappingEventSequence = {}};
         model.takeTopLevel(kFrame, top, 30);
         window().isIconic = each.isIconic;
         window().isHiddenState = each.isHidden;
@@ -120,7 +124,8 @@ TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
 }
 
 TEST_F(Model, KeepsEventsThatAreNewerThanAReply) {
-    const TopLevel answer{.rect = {5, 5, 50, 50}, .isMapped = true, .rectTold = {}, .mappingTold = {}};
+    const TopLevel answer{
+        .rect = {5, 5, 50, 50}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}};
     configure(100, 402, 325, 21);
     model.takeTopLevel(kFrame, answer, 20);
     EXPECT_EQ(model.topLevel(kFrame)->rect.x, 100);

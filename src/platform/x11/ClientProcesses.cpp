@@ -21,7 +21,7 @@ OwnerEvidence evidenceOf(const ClientWindow& client) {
     static const std::string hostName = hostNameOfThisMachine();
     OwnerEvidence evidence;
     evidence.isOfThisMachine = isSameMachine(client.clientMachine, hostName);
-    evidence.told = client.toldProcess;
+    evidence.told = client.reportedProcess;
     if (client.claimedProcess) evidence.claimed = static_cast<pid_t>(*client.claimedProcess);
     return evidence;
 }

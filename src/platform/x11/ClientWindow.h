@@ -79,7 +79,7 @@ struct ClientWindow {
 
     pid_t processIdentifier = 0;                 // of the window's application
     std::optional<std::uint32_t> claimedProcess; // by the window's property
-    std::optional<pid_t> toldProcess;            // by the X server
+    std::optional<pid_t> reportedProcess;        // by the X server
     std::string clientMachine;
     std::string instanceName, className, applicationID;
 

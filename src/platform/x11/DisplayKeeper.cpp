@@ -35,13 +35,13 @@ bool DisplayKeeper::arrange(WindowModel& model) {
     if (model.currentDesktop < model.workareas.size()) workarea = model.workareas[model.currentDesktop];
     if (monitors_.empty()) monitors_ = reader_.monitors();
     const PixelRect root{0, 0, model.rootSize.first, model.rootSize.second};
-    const auto told = reader_.isTold() ? MonitorsTold::all : MonitorsTold::none;
+    const auto told = reader_.isTold() ? MonitorReport::all : MonitorReport::none;
     auto next = describeDisplays(monitors_, told, panels, workarea, root, scale_.scale());
     if (next == arrangement_) return false;
     arrangement_ = std::move(next);
     model.displayRects.clear();
     for (const Monitor& monitor : monitors_) model.displayRects.push_back(monitor.rect);
-    if (model.displayRects.empty() && told == MonitorsTold::none) model.displayRects.push_back(root);
+    if (model.displayRects.empty() && told == MonitorReport::none) model.displayRects.push_back(root);
     return true;
 }
 

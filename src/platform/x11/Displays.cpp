@@ -119,10 +119,10 @@ PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, c
     return {left, top, right - left, bottom - top};
 }
 
-DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold told, std::span<const Panel> panels,
+DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport told, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root, double scale) {
     std::erase_if(monitors, [](const Monitor& monitor) { return monitor.rect.width <= 0 || monitor.rect.height <= 0; });
-    if (monitors.empty() && told == MonitorsTold::all) return {{}, PointSpace(scale, root)};
+    if (monitors.empty() && told == MonitorReport::all) return {{}, PointSpace(scale, root)};
     if (monitors.empty()) monitors.push_back({"screen", true, root, std::nullopt});
     std::stable_partition(monitors.begin(), monitors.end(), [](const Monitor& monitor) { return monitor.isPrimary; });
 

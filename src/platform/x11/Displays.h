@@ -46,10 +46,10 @@ struct DisplayArrangement {
 
 /// `workarea` is the part of the root window that the window manager leaves free; it is used with one monitor only,
 /// since it is not per monitor. A monitor that panels would cover completely keeps its full frame. `scale`: pixels to a
-/// point. Without monitors there is no display if the server supports monitors (`MonitorsTold::all`): all are off. If
+/// point. Without monitors there is no display if the server supports monitors (`MonitorReport::all`): all are off. If
 /// it does not, the root window is the display.
-enum class MonitorsTold { none, all };
-DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold told, std::span<const Panel> panels,
+enum class MonitorReport { none, all };
+DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport told, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root, double scale = 1);
 
 /// The part of the monitor that the panels leave; root coordinates.

@@ -157,7 +157,8 @@ void ModelRefresh::askManager(xcb_window_t checkWindow) {
     manager->checkWindow = checkWindow;
     questions_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-        manager->isMute = attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
+        manager->publishesNoClientList =
+            attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
     });
     questions_.add(
         connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1), [manager](const void* reply) {
@@ -186,9 +187,9 @@ void ModelRefresh::askManager(xcb_window_t checkWindow) {
                        manager->restacks = has(Atom::netRestackWindow);
                        manager->announcesDecorations = has(Atom::netFrameExtents);
                        manager->announcesHidden = has(Atom::netWmStateHidden);
-                       manager->isMute = manager->isMute && !manager->isPresent;
+                       manager->publishesNoClientList = manager->publishesNoClientList && !manager->isPresent;
                        WindowManager none;
-                       none.isMute = manager->isMute;
+                       none.publishesNoClientList = manager->publishesNoClientList;
                        model_.setWindowManager(manager->isPresent ? *manager : none, now_);
                        outcome_.ownersChanged = outcome_.panelsChanged = true;
                    });
@@ -269,7 +270,7 @@ void ModelRefresh::askProcess(xcb_window_t window) {
     questions_.add(processes_.ask(window), [this, window](const void* reply) {
         mutex_.assertHeld();
         if (ClientWindow* known = model_.client(window))
-            known->toldProcess = ClientProcesses::processIn(as<xcb_res_query_client_ids_reply_t>(reply));
+            known->reportedProcess = ClientProcesses::processIn(as<xcb_res_query_client_ids_reply_t>(reply));
     });
 }
 

@@ -84,7 +84,7 @@ void WindowHider::takeOver(const std::vector<HiddenWindow>& left, bool waitsToSe
     if (!waitsToSettle) return bringAllBack();
     for (const HiddenWindow& taken : left) {
         if (model_.client(taken.window)) continue;
-        if (model_.windowManager().isPresent || model_.windowManager().isMute) {
+        if (model_.windowManager().isPresent || model_.windowManager().publishesNoClientList) {
             // The window manager does not list it, so nothing else would show it.
             record_.markReturning(taken.window, clock_.uptime());
             bringBack(taken.window);

@@ -44,11 +44,11 @@ void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std:
         return;
     }
     TopLevel& top = known->second;
-    if (!isNewer(top.rectTold)) {
+    if (!isNewer(top.rectEventSequence)) {
         top.rect = answer.rect;
         top.border = answer.border;
     }
-    if (!isNewer(top.mappingTold)) top.isMapped = answer.isMapped;
+    if (!isNewer(top.mappingEventSequence)) top.isMapped = answer.isMapped;
     top.isOverrideRedirect = answer.isOverrideRedirect;
 }
 
@@ -85,7 +85,8 @@ void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Second
 
 void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
     const bool changesHands = !isManagerKnown_ || manager.isPresent != manager_.isPresent ||
-                              manager.checkWindow != manager_.checkWindow || manager.isMute != manager_.isMute;
+                              manager.checkWindow != manager_.checkWindow ||
+                              manager.publishesNoClientList != manager_.publishesNoClientList;
     manager_ = manager;
     if (changesHands) {
         // Another program lists and decorates the same windows, so all their properties may have changed.
@@ -114,7 +115,7 @@ void WindowModel::startSettling(Seconds now) {
 }
 
 void WindowModel::settle(Seconds now) {
-    if (std::exchange(isLettingGo_, false) && !settlesAt_) settlesAt_ = now + kTimeToLeave;
+    if (std::exchange(isReleasingWindows_, false) && !settlesAt_) settlesAt_ = now + kTimeToLeave;
     if (!settlesAt_) return;
     staleManager = true;
     staleClientList = manager_.isPresent;
@@ -125,14 +126,14 @@ void WindowModel::settle(Seconds now) {
         const ClientWindow* known = client(window);
         const TopLevel* top = known ? topLevel(known->topLevel) : nullptr;
         const bool isUsable = known && (known->iconification.isPutAway() || (top && top->isMapped));
-        if (!isUsable || manager_.isMute) forget(window);
+        if (!isUsable || manager_.publishesNoClientList) forget(window);
     }
 }
 
 /// Adds mapped top levels while there is no window list. Not while a window manager without a list is present, whose
 /// frames are top levels too, nor while one is ending, whose frames still contain known windows.
 void WindowModel::adoptMapped() {
-    if (manager_.isMute) return;
+    if (manager_.publishesNoClientList) return;
     for (const xcb_window_t window : std::vector(stacking_)) {
         const TopLevel* top = topLevel(window);
         const ClientWindow* held = clientIn(window);
@@ -230,7 +231,7 @@ void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& arou
 }
 
 void WindowModel::takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked) {
-    const bool isOld = focusTold_ && isAtOrAfter(*focusTold_, asked);
+    const bool isOld = focusEventSequence_ && isAtOrAfter(*focusEventSequence_, asked);
     if (manager_.isPresent || isOld) return;
     const ClientWindow* active = focus == XCB_INPUT_FOCUS_POINTER_ROOT ? clientIn(underPointer) : client(focus);
     if (active) activeWindow = active->window;

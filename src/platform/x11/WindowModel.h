@@ -22,12 +22,13 @@ struct TopLevel {
     int border = 0;
     bool isMapped = false;
     bool isOverrideRedirect = false;
-    std::optional<std::uint32_t> rectTold, mappingTold; // sequence number of the last event about them
+    std::optional<std::uint32_t> rectEventSequence,
+        mappingEventSequence; // sequence number of the last event about them
 };
 
 struct WindowManager {
-    bool isPresent = false; // one with a list of its windows
-    bool isMute = false;    // publishes no list of clients, so frames cannot be distinguished from windows
+    bool isPresent = false;             // one with a list of its windows
+    bool publishesNoClientList = false; // publishes no list of clients, so frames cannot be distinguished from windows
     xcb_window_t checkWindow = kNoWindow;
     std::string name;
     bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW
@@ -75,7 +76,7 @@ class WindowModel {
     void setWindowManager(const WindowManager& manager, Seconds now);
     /// Whether the window manager is changing, or has just changed. Then properties of the root are read at every poll,
     /// and a mapped window need not have been restored on request.
-    bool isSettling() const { return isLettingGo_ || settlesAt_; }
+    bool isSettling() const { return isReleasingWindows_ || settlesAt_; }
     /// Whether the window manager has changed or ended within the duration.
     bool hasChangedHandsWithin(Seconds duration, Seconds now) const {
         return changedHandsAt_ && now - *changedHandsAt_ < duration;
@@ -184,7 +185,7 @@ class WindowModel {
     bool isManagerKnown_ = false;
     std::optional<Seconds> settlesAt_;
     std::optional<Seconds> changedHandsAt_;
-    bool isLettingGo_ = false; // a managed window was taken out of its frame; until the next poll
+    bool isReleasingWindows_ = false; // a managed window was taken out of its frame; until the next poll
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;
     std::vector<xcb_window_t> unknownTopLevels_;
@@ -192,7 +193,7 @@ class WindowModel {
     std::unordered_map<xcb_window_t, xcb_window_t> clientByTopLevel_;
     std::vector<xcb_window_t> order_;
     std::unordered_map<pid_t, std::vector<xcb_window_t>> windowsByProcess_;
-    std::optional<std::uint32_t> focusTold_; // sequence number of the last event or own request about it
+    std::optional<std::uint32_t> focusEventSequence_; // sequence number of the last event or own request about it
 };
 
 } // namespace kova::x11

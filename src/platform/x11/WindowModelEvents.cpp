@@ -137,7 +137,7 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     const bool moved = rect != top.rect;
     const bool isResized = rect.width != top.rect.width || rect.height != top.rect.height;
     top.rect = rect;
-    top.rectTold = sequence;
+    top.rectEventSequence = sequence;
     top.border = event.border_width;
     top.isOverrideRedirect = event.override_redirect != 0;
     placeInStack(event.window, event.above_sibling);
@@ -170,7 +170,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     const auto place = topLevels_.find(window);
     if (place == topLevels_.end()) return effects;
     place->second.isMapped = isMapped;
-    place->second.mappingTold = sequence;
+    place->second.mappingEventSequence = sequence;
     const auto held = clientByTopLevel_.find(window);
     ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     effects.changed = known != nullptr;
@@ -188,7 +188,8 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     }
     if (!known) {
         // While the window manager is being replaced, the next poll distinguishes frames from windows.
-        if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
+        if (!isMapped || place->second.isOverrideRedirect || manager_.publishesNoClientList || settlesAt_ ||
+            staleManager)
             return effects;
         adoptUnmanaged(window);
         effects.changed = true;
@@ -220,12 +221,13 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
     xcb_window_t newTopLevel = kNoWindow;
     if (event.parent == root_) {
         // A window manager that ends first takes its windows out of their frames, and maps iconic ones.
-        isLettingGo_ |= moved && manager_.isPresent;
+        isReleasingWindows_ |= moved && manager_.isPresent;
         setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0, {}, {}});
         unknownTopLevels_.push_back(event.window);
     } else {
         // A window manager that starts puts frames around windows before it announces itself.
-        const bool getsFrame = moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.isMute);
+        const bool getsFrame =
+            moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.publishesNoClientList);
         if (getsFrame) {
             setTopLevelOf(*moved, kNoWindow);
             forget(event.parent);
@@ -266,8 +268,8 @@ EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint
     // A window manager announces the active window a moment after the focus has moved: using both would show the focus
     // moving back and forth.
     if (manager_.isPresent || !client(window)) return {};
-    if (focusTold_ && !isAtOrAfter(sequence, *focusTold_)) return {}; // older than a request of KOVA
-    focusTold_ = sequence;
+    if (focusEventSequence_ && !isAtOrAfter(sequence, *focusEventSequence_)) return {}; // older than a request of KOVA
+    focusEventSequence_ = sequence;
     const xcb_window_t before = activeWindow;
     if (gained) {
         activeWindow = window;

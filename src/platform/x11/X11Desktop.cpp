@@ -153,7 +153,7 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
         }
         if (processes.canAnswer()) {
             questions.add(processes.ask(taken.window), [state](const void* reply) {
-                state->toldProcess =
+                state->reportedProcess =
                     ClientProcesses::processIn(static_cast<const xcb_res_query_client_ids_reply_t*>(reply));
             });
         }

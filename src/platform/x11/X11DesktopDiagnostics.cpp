@@ -19,7 +19,7 @@ std::string sizeText(const CGRect& r) {
 
 DiagnosticLine describeManager(const WindowManager& manager) {
     const std::string subject = "window manager";
-    if (manager.isMute) {
+    if (manager.publishesNoClientList) {
         return {subject, DiagnosticVerdict::wrong,
                 "One that does not speak EWMH: its windows cannot be told apart. Use another, or none."};
     }
