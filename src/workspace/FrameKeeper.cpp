@@ -16,7 +16,7 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
     }
     const double tolerance = straying == Straying::any ? kRoundingPoints : kFrameTolerancePoints;
     // A placement that is still being verified is left to its passes.
-    if (pending) noteAsked(window.id); // the poll after the last pass decides again
+    if (pending) noteRequest(window.id); // the poll after the last pass decides again
     if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::leave : Decision::ask;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
         refusals_.erase(window.id);

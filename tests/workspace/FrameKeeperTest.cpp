@@ -68,7 +68,7 @@ TEST_F(FrameKeeperTest, WhatCountsAsStrayed) {
 
 TEST_F(FrameKeeperTest, APlacementOfAWindowThatWasHeldMeanwhileIsWaitedFor) {
     const auto window = windowAt(makeRect(0, 0, 150, 100));
-    frames.noteAsked("mail");
+    frames.noteRequest("mail");
     frames.noteWithoutTarget(window); // held by the pointer
     EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, kTile), leave);
     EXPECT_TRUE(frames.isWaiting()) << "its outcome is not known yet";

@@ -238,7 +238,7 @@ void WindowModel::takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::
 }
 
 void WindowModel::noteFocusRequest(xcb_window_t window, std::uint32_t request) {
-    focusTold_ = request;
+    focusEventSequence_ = request;
     activeWindow = window;
 }
 
