@@ -61,6 +61,7 @@ class Reporter final : public ControlPeer {
   public:
     void send(const std::string&) override {}
     bool isConnected() const override { return isThere; }
+    void whenDisconnected(std::function<void()>) override {}
     bool isThere = true;
 };
 
