@@ -35,7 +35,7 @@ void KovaOnboardingWindowController::complete() {
 }
 
 std::optional<std::string> KovaOnboardingWindowController::show() {
-    if (auto problem = whyNoWindows(services_.board, services_.userInterface)) return problem;
+    if (auto problem = ensureUserInterface(services_.board, services_.userInterface)) return problem;
     isShown_ = true;
     ++requests_;
     services_.board.refresh(OverlaySection::onboardingWindow);

@@ -19,7 +19,7 @@ KovaSettingsWindowController::~KovaSettingsWindowController() {
 }
 
 std::optional<std::string> KovaSettingsWindowController::show(const std::optional<std::string>& pane) {
-    if (auto problem = whyNoWindows(board_, userInterface_)) return problem;
+    if (auto problem = ensureUserInterface(board_, userInterface_)) return problem;
     shown_ = {.pane = pane, .request = ++requests_};
     refresh();
     board_.refresh(OverlaySection::settingsWindow);

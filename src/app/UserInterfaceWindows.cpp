@@ -2,13 +2,14 @@
 
 namespace kova {
 
-std::optional<std::string> whyNoWindows(const OverlayBoard& board, UserInterfaceControl* userInterface) {
+std::optional<std::string> ensureUserInterface(const OverlayBoard& board, UserInterfaceControl* userInterface) {
     if (board.isWatched()) return std::nullopt;
-    if (!userInterface) return "No program that shows windows belongs to KOVA here. Use “kova help” for the settings";
+    if (!userInterface) return "This KOVA has no user interface. “kova help” lists the commands for its settings";
     if (auto absence = userInterface->absence()) return absence;
     const UserInterfaceStatus status = userInterface->status();
     if (!status.isOn) return "kova-ui is switched off. Switch it on with “kova ui on”";
-    if (!status.process && !userInterface->restart()) return "kova-ui is not running, and KOVA has not started yet";
+    if (!status.process && !userInterface->restart())
+        return "kova-ui is not running, because KOVA is still starting. Try again in a moment";
     return std::nullopt;
 }
 

@@ -13,7 +13,7 @@ constexpr std::size_t kMostWithinASecond = 20;
 } // namespace
 
 URLHandler::Answer URLHandler::handle(std::string_view url) {
-    if (isOneTooMany()) {
+    if (exceedsRateLimit()) {
         return {Verdict::dropped, "Too many URLs came within a second, this one was dropped"};
     }
     const auto action = parseURLAction(url);
@@ -22,7 +22,7 @@ URLHandler::Answer URLHandler::handle(std::string_view url) {
     return {outcome ? Verdict::done : Verdict::refused, outcome.message().value_or("")};
 }
 
-bool URLHandler::isOneTooMany() {
+bool URLHandler::exceedsRateLimit() {
     constexpr Seconds kSecond{1};
     const Seconds now = queue_.uptime();
     while (!handledAt_.empty() && now - handledAt_.front() >= kSecond) handledAt_.pop_front();

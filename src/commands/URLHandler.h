@@ -1,4 +1,4 @@
-// Carries out URLs, which any program can open in any number.
+// Performs the actions of `kova://` URLs. Their rate is limited, since any program can open any number of them.
 #pragma once
 
 #include "commands/URLActions.h"
@@ -24,12 +24,12 @@ class URLHandler {
         Verdict verdict = Verdict::done;
         std::string message; // the result, or why it was refused; may be empty
     };
-    /// Carries out the URL's action; an unknown URL is ignored. URLs beyond 20 within a second are dropped, with a line
-    /// in the log.
+    /// Performs the URL's action. A URL that names no action is `notUnderstood`. URLs beyond 20 within a second are
+    /// `dropped`, with one line in the log for all of them.
     Answer handle(std::string_view url);
 
   private:
-    bool isOneTooMany();
+    bool exceedsRateLimit(); // counts the URL unless it does
     Outcome run(const URLAction& action);
 
     WorkspaceController& workspace_;

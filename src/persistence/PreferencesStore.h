@@ -27,15 +27,15 @@ class PreferencesStore {
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
     /// Becomes durable soon after; `save` reports when, `synchronize` waits for that.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
-    /// Sets a value that is expensive to make: `make` is called only when the value is read or written to disk, and not
-    /// at all if another value replaces it first. `make` must not depend on anything that may end or change before.
+    /// Sets a value that is expensive to make. A store may call `make` only when the value is read or written to disk,
+    /// and never if another value replaces it first, so `make` must own all that it uses. The default calls it now.
     virtual void setValueLater(std::string_view key, std::function<PreferenceValue()> make) { setValue(key, make()); }
     virtual void removeValue(std::string_view key) = 0;
 
-    /// The result of a save: absent if everything is on disk, else why it is in memory only.
+    /// Called with the result of a save: absent if everything is on disk, else why changes are in memory only.
     using Saved = std::function<void(const std::optional<std::string>& problem)>;
-    /// Begins to write all changes and returns; `done` is called once they are on disk or the write has failed, at once
-    /// if there is nothing to write, and not at all if the store ends before.
+    /// Begins to write all changes and returns. `done` is called when the write has succeeded or failed, immediately if
+    /// there is nothing to write, and never if the store is destroyed first.
     virtual void save(Saved done) = 0;
     /// Returns when everything set so far is on disk, or could not be written.
     virtual void synchronize() = 0;
@@ -46,7 +46,7 @@ class PreferencesStore {
     /// Problems of the store and its values, for the user; empty for none.
     virtual std::vector<std::string> problems() const = 0;
 
-    /// Whether anything is stored under the key, also a value of a type that counts as absent.
+    /// Whether anything is stored under the key, also a value of a type that is no `PreferenceValue`.
     virtual bool contains(std::string_view key) const { return value(key).has_value(); }
     std::optional<bool> boolean(std::string_view key) const { return typed<bool>(key); }
     std::optional<std::string> string(std::string_view key) const { return typed<std::string>(key); }

@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// The tiles of one display, before or after: slots in layout order with their cells in one common space.
+/// The tiles of one display before or after a change of its layout: slots in layout order, and the cell of each.
 struct DisplayTiles {
     std::vector<std::string> slotIDs;
     std::vector<CGRect> frames;
@@ -24,7 +24,7 @@ struct ShownLayout {
     bool operator==(const ShownLayout&) const = default;
 };
 
-/// A layout that a display showed, and the windows in its tiles.
+/// The windows in the tiles of a layout that a display showed earlier.
 struct LayoutHome {
     ShownLayout shown;
     TileAssignments assignments;
@@ -39,20 +39,20 @@ struct LayoutMigration {
     std::vector<WindowID> returnedWindowIDs;  // front a tile, and did not before
 };
 
-/// Windows stay in the slot of the same id, else of the same canonical id; the others take the free slots in order;
-/// windows without a slot are stacked in the nearest tile. Stacks follow their front window. Other displays do not
-/// change.
+/// A front window stays in the slot with the same id, else it goes to the slot with the same canonical id, else to the
+/// first free slot. Without a free slot it is stacked in the nearest tile. Stacks follow their front window. Other
+/// displays do not change.
 LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles);
 
-/// Does so for windows remembered for several former layouts; those of an earlier entry choose first. Windows return to
-/// their tiles in the layout for which they are remembered, including spans. A stacked window that came forward since
-/// stays the front window.
+/// Like `migrateAssignments`, for windows remembered in several former layouts; earlier entries have precedence. If
+/// `next` is a remembered layout, its windows return to their tiles and spans there. A stacked window that came forward
+/// since it was remembered stays in front.
 LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& displayID,
                              const std::vector<LayoutHome>& homes, const ShownLayout& next);
 
-/// If the window was a front window and is stacked now, it becomes the front window of that tile and the former one is
-/// stacked. Changes nothing if the former one spans several tiles.
+/// If the migration stacked this window, which was a front window before, it changes places with the front window of
+/// its new tile. No-op if that front window spans several tiles.
 void keepInFront(LayoutMigration& migration, const WindowID& windowID);
 
 } // namespace kova

@@ -89,7 +89,7 @@ RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const Mana
     explanation.summary = explanation.deciding ? "Rule " + quoted(rules[*explanation.deciding].name) +
                                                      " decides: " + describe(rules[*explanation.deciding].disposition)
                                                : "No rule matches";
-    if (awaitsTitle(rules, window)) explanation.summary = "The window's title is awaited";
+    if (awaitsTitle(rules, window)) explanation.summary = "The window has no title yet, and a rule needs it";
     for (const auto& remark : remarks) explanation.summary += "; " + remark;
     return explanation;
 }

@@ -24,7 +24,7 @@ struct WorkspaceTile {
 
 /// The numbers of scenes and rules in an imported file.
 struct WorkspaceImportCounts {
-    std::size_t scenes = 0; // in the file, known or not
+    std::size_t scenes = 0; // in the file, also those that exist already
     std::size_t rules = 0;
     std::vector<std::string> newScenes{}; // names of those that are added, in their order
     std::vector<std::string> newRules{};

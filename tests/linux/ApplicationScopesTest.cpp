@@ -64,7 +64,7 @@ TEST(ApplicationScopes, WithoutAUserManagerOrABusApplicationsStartAnyway) {
     EventLoop loop;
     for (const std::string& address : {bus.address(), std::string("unix:path=/nonexistent"), std::string()}) {
         ApplicationScopes scopes(address, loop);
-        scopes.separate(1, "org.test.Sleeper", "Sleeper");
+        scopes.moveToOwnScope(1, "org.test.Sleeper", "Sleeper");
         letPass(loop, Seconds(0.2));
     }
 }

@@ -43,8 +43,8 @@ std::string scopeName(const std::string& applicationIdentifier, pid_t process) {
 ApplicationScopes::ApplicationScopes(std::string busAddress, EventLoop& loop) :
     loop_(loop), bus_("session bus", std::move(busAddress), loop) {}
 
-void ApplicationScopes::separate(pid_t process, const std::string& applicationIdentifier,
-                                 const std::string& applicationName) {
+void ApplicationScopes::moveToOwnScope(pid_t process, const std::string& applicationIdentifier,
+                                       const std::string& applicationName) {
     const Launched launched{process, applicationIdentifier, applicationName, loop_.uptime()};
     if (bus_.isConnected()) return ask(launched);
     waiting_.push_back(launched);

@@ -18,11 +18,11 @@ std::string scopeName(const std::string& applicationIdentifier, pid_t process);
 /// Main thread only.
 class ApplicationScopes {
   public:
-    /// Connects to the session bus at the first call of `separate`.
+    /// Connects to the session bus at the first call of `moveToOwnScope`.
     ApplicationScopes(std::string busAddress, EventLoop& loop);
 
     /// Asks the user manager to move the process into a scope. What the process starts later follows it.
-    void separate(pid_t process, const std::string& applicationIdentifier, const std::string& applicationName);
+    void moveToOwnScope(pid_t process, const std::string& applicationIdentifier, const std::string& applicationName);
 
   private:
     struct Launched {

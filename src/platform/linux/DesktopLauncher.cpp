@@ -16,7 +16,7 @@ namespace {
 /// Programs that run another one in a terminal, with the option before its name.
 struct Terminal {
     const char* program;
-    const char* option; // null: the name follows at once
+    const char* option; // null: no option, the name follows directly
 };
 constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Terminal{"x-terminal-emulator", "-e"},
                                    Terminal{"gnome-terminal", "--"}, Terminal{"konsole", "-e"},
@@ -24,18 +24,18 @@ constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Termi
 
 using Words = std::vector<std::string>;
 
-/// Variables that belong to the agent's own launch; a launched program would use them as its own.
-bool isOfOurLaunch(std::string_view variable) {
+/// Variables by which the agent itself was launched; a program that inherits them would use them as its own.
+bool identifiesAgentLaunch(std::string_view variable) {
     for (const std::string_view name : {"DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "GIO_LAUNCHED_DESKTOP_FILE="}) {
         if (variable.starts_with(name)) return true;
     }
     return false;
 }
 
-Words environmentOfLaunch() {
+Words environmentForLaunchedProgram() {
     Words environment;
     for (char** variable = environ; variable && *variable; ++variable) {
-        if (!isOfOurLaunch(*variable)) environment.emplace_back(*variable);
+        if (!identifiesAgentLaunch(*variable)) environment.emplace_back(*variable);
     }
     return environment;
 }
@@ -52,7 +52,7 @@ std::variant<Words, std::string> inTerminal(Words words) {
     return "needs a terminal, and none was found";
 }
 
-/// The command of an entry; or an error, as the end of a sentence.
+/// The command of an entry, else an error that follows the application's name ("is not installed: …").
 std::variant<Words, std::string> wordsOf(const DesktopEntry& entry, const LaunchableApplication& application) {
     if (!entry.tryExec.empty() && !findProgram(entry.tryExec)) {
         return "is not installed: there is no program “" + entry.tryExec + "”";
@@ -112,8 +112,8 @@ void DesktopLauncher::launch(const LaunchableApplication& application, LaunchAct
 
     Command command{.words = std::get<Words>(std::move(words)),
                     .folder = entry->workingFolder.empty() ? homeFolder() : entry->workingFolder,
-                    .environment = environmentOfLaunch()};
-    // Toolkits use this as the time of the user's request: time 0, so that window managers do not focus the window.
+                    .environment = environmentForLaunchedProgram()};
+    // Window managers do not focus a window whose user time is 0, and toolkits take that time from this id.
     if (activation == LaunchActivation::inBackground) {
         command.environment.push_back("DESKTOP_STARTUP_ID=kova-" + std::to_string(getpid()) + "-" +
                                       std::to_string(++backgroundLaunches_) + "_TIME0");
@@ -125,7 +125,7 @@ void DesktopLauncher::launch(const LaunchableApplication& application, LaunchAct
             result.error = name + " " + explain(*failure, command);
         } else {
             result.processIdentifier = std::get<pid_t>(how);
-            if (scopes) scopes->separate(std::get<pid_t>(how), identifier, name);
+            if (scopes) scopes->moveToOwnScope(std::get<pid_t>(how), identifier, name);
         }
         completion(result);
     });

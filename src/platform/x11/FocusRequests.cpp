@@ -4,18 +4,18 @@
 
 namespace kova::x11 {
 
-void askFocus(PendingReplies& questions, const XConnection& connection, WindowModel& model) {
+void queryFocus(PendingReplies& pending, const XConnection& connection, WindowModel& model) {
     const auto focus = std::make_shared<xcb_window_t>(kNoWindow);
     const auto cookie = xcb_get_input_focus(connection.get());
-    questions.add(cookie, [focus](const void* reply) {
+    pending.add(cookie, [focus](const void* reply) {
         const auto* told = static_cast<const xcb_get_input_focus_reply_t*>(reply);
         if (told) *focus = told->focus;
     });
-    questions.add(xcb_query_pointer(connection.get(), connection.root()),
-                  [&model, focus, asked = cookie.sequence](const void* reply) {
-                      const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
-                      if (pointer) model.takeFocus(*focus, pointer->child, asked);
-                  });
+    pending.add(xcb_query_pointer(connection.get(), connection.root()),
+                [&model, focus, asked = cookie.sequence](const void* reply) {
+                    const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
+                    if (pointer) model.takeFocus(*focus, pointer->child, asked);
+                });
 }
 
 } // namespace kova::x11

@@ -6,8 +6,8 @@
 
 namespace kova::x11 {
 
-/// Requests the focus and, since without a window manager the focus may follow the pointer, the window under the
-/// pointer. `model` takes the replies and must be locked when they are used.
-void askFocus(PendingReplies& questions, const XConnection& connection, WindowModel& model);
+/// Queries the focused window, and the window under the pointer: without a window manager the focus may follow the
+/// pointer. The caller holds the lock of `model` while the replies are handled.
+void queryFocus(PendingReplies& pending, const XConnection& connection, WindowModel& model);
 
 } // namespace kova::x11

@@ -261,7 +261,7 @@ void ModelRefresh::askClients() {
         if (bits & (stale::frame | stale::topLevel)) unmeasured_.push_back(window);
     }
     // It may have got the focus before its events were selected.
-    if (mayHaveMissedFocus) askFocus(questions_, connection_, model_);
+    if (mayHaveMissedFocus) queryFocus(questions_, connection_, model_);
 }
 
 /// Before the window's own property, which is compared with the reply.

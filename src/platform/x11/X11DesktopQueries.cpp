@@ -22,7 +22,7 @@ void X11Desktop::Parts::takeReplies() {
 void X11Desktop::Parts::askActiveWindow() {
     if (input.isOpen() && model.windowManager().isPresent) return input.askActiveWindow();
     mustFlush = true;
-    if (!model.windowManager().isPresent) return askFocus(asked.emplace_back(), *connection, model);
+    if (!model.windowManager().isPresent) return queryFocus(asked.emplace_back(), *connection, model);
     asked.emplace_back().add(connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
                              [this](const void* reply) {
                                  mutex.assertHeld();
