@@ -328,18 +328,6 @@ TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
     }
 }
 
-/// A command that asks for no window is sent with the focused one exactly where its verb takes a window.
-TEST(PaletteCommands, SendTheFocusedWindowWhereTheVerbTakesOne) {
-    const auto isWindow = [](const auto& each) { return std::string_view(each.key) == "window"; };
-    for (const LauncherEntry& entry : commandEntries("display")) {
-        const bool takesWindow = std::ranges::any_of(cli::verbs(), [&](const cli::Verb& verb) {
-            return verb.method == entry.method && std::ranges::any_of(verb.parameters, isWindow);
-        });
-        const bool isAsked = std::ranges::any_of(entry.questions, isWindow);
-        EXPECT_EQ(actsOnFocusedWindow(entry.method) || isAsked, takesWindow || isAsked) << entry.method;
-    }
-}
-
 TEST_F(Launching, GoldenPictures) {
     desk.opens("Letters", {.title = "A title that is far too long for the row that it has in the palette's list"})
         .settle();

@@ -250,7 +250,8 @@ LauncherEntry entryOf(const char* title, const char* method) {
 } // namespace
 
 bool actsOnFocusedWindow(const std::string& method) {
-    static constexpr std::array kMethods{"focus", "move", "zoom", "swap", "move.display", "float", "tile", "stack"};
+    static constexpr std::array kMethods{"focus", "move", "zoom",  "swap",        "move.display",
+                                         "float", "tile", "stack", "layout.next", "layout.previous"};
     return std::find(kMethods.begin(), kMethods.end(), method) != kMethods.end();
 }
 
