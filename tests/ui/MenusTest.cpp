@@ -95,7 +95,9 @@ TEST_F(Menus, TheContextMenuOfAFooterActsOnItsWindow) {
     ask(opened[1].second["method"], opened[1].second["parameters"]);
     EXPECT_FALSE(desk.desktop.isRunning("Notes"));
     choose(0, "Terminal", {QStringLiteral("Quit Terminal")});
-    EXPECT_TRUE(until([&] { return !desk.desktop.isRunning("Terminal"); }));
+    ASSERT_TRUE(until([&] { return desk.state().lastActionMessage->value_or("") == "Quit requested for Terminal"; }));
+    desk.settle(); // it takes a moment to end
+    EXPECT_FALSE(desk.desktop.isRunning("Terminal"));
 }
 
 TEST_F(Menus, TheTraysMenuIsAsTheAgentIsWhenItOpens) {
