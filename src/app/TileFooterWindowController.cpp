@@ -173,7 +173,7 @@ void TileFooterWindowController::addNotice(std::vector<OverlayTile>& tiles) {
     const auto span = std::find_if(tiles.begin(), tiles.end(), [&](const OverlayTile& tile) {
         return tile.coveredSlotIDs.size() > 1 && !tile.windows.empty() &&
                tile.windows.front().application.name == notice->applicationName &&
-               containsPoint(tile.cell, centre(claimed));
+               containsPoint(tile.cell, center(claimed));
     });
     if (span == tiles.end()) return;
     span->notice = OverlayNotice{placementNoticeText(*notice), span->windows.front().application};

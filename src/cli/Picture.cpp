@@ -35,8 +35,7 @@ bool overlap(Interval a, Interval b) {
 /// The edges of all tiles along one axis, two a tile (low, high), moved onto the lines that neighbors share.
 class SharedEdges {
   public:
-    SharedEdges(const std::vector<PictureTile>& tiles, bool isX) :
-        line_(tiles.size() * 2), hasNeighbour_(line_.size()) {
+    SharedEdges(const std::vector<PictureTile>& tiles, bool isX) : line_(tiles.size() * 2), hasNeighbor_(line_.size()) {
         std::iota(line_.begin(), line_.end(), std::size_t{0});
         for (const auto& tile : tiles) {
             values_.push_back(along(tile.frame, isX).low);
@@ -74,7 +73,7 @@ class SharedEdges {
     }
 
     void join(std::size_t high, std::size_t low) {
-        hasNeighbour_[high] = hasNeighbour_[low] = true;
+        hasNeighbor_[high] = hasNeighbor_[low] = true;
         line_[root(high)] = root(low);
     }
 
@@ -91,14 +90,14 @@ class SharedEdges {
             ++members;
         }
         const double value = sum / members;
-        if (!hasNeighbour_[edge] && value < kWidestGap) return 0;
-        if (!hasNeighbour_[edge] && value > 1 - kWidestGap) return 1;
+        if (!hasNeighbor_[edge] && value < kWidestGap) return 0;
+        if (!hasNeighbor_[edge] && value > 1 - kWidestGap) return 1;
         return std::clamp(value, 0.0, 1.0);
     }
 
     std::vector<double> values_;
     std::vector<std::size_t> line_; // another edge on the same line; an edge that names itself stands for the line
-    std::vector<bool> hasNeighbour_;
+    std::vector<bool> hasNeighbor_;
     std::vector<double> places_;
 };
 

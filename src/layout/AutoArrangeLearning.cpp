@@ -83,7 +83,7 @@ constexpr double kForgottenWeight = 0.001;
 constexpr double kOtherLayoutsShare = 0.5;
 
 /// A stored weight; invalid numbers count as 0.
-double learntWeight(double stored) {
+double learnedWeight(double stored) {
     if (stored == AutoArrangeLearningModel::kUserWeight) return stored;
     return stored > 0 ? std::min(stored, AutoArrangeLearningModel::kHabitWeight) : 0;
 }
@@ -152,7 +152,7 @@ double AutoArrangeLearningModel::preference(const std::string& layoutID, const s
         const auto application = layout.applications.find(applicationKey);
         if (application == layout.applications.end()) continue;
         for (const auto& [slot, stored] : application->second.slotWeights) {
-            const double weight = learntWeight(stored);
+            const double weight = learnedWeight(stored);
             if (weight < kHabitWeight) continue;
             if (id == layoutID) {
                 totalHere += weight;
@@ -181,7 +181,7 @@ void AutoArrangeLearningModel::learnArrangement(const std::string& layoutID, con
                                                 const std::set<std::string>& slotIDs) {
     AppLearning& learning = layouts[layoutID].applications[applicationKey];
     for (auto& [slot, weight] : learning.slotWeights) {
-        weight = learntWeight(weight);
+        weight = learnedWeight(weight);
         if (!slotIDs.contains(slot) && weight != kUserWeight) weight *= kFadePerPlacement;
     }
     for (const auto& slot : slotIDs) {
@@ -196,7 +196,7 @@ void AutoArrangeLearningModel::learnPlacementByUser(const std::string& layoutID,
                                                     const std::string& slotID) {
     AppLearning& learning = layouts[layoutID].applications[applicationKey];
     for (auto& [slot, weight] : learning.slotWeights) {
-        weight = std::min(learntWeight(weight), kHabitWeight) * kFadePerPlacement;
+        weight = std::min(learnedWeight(weight), kHabitWeight) * kFadePerPlacement;
     }
     learning.slotWeights[slotID] = kUserWeight;
     learning.forgetFaded();
@@ -223,7 +223,7 @@ std::string encodeLearningModel(const AutoArrangeLearningModel& model) {
         nlohmann::json applications = nlohmann::json::object();
         for (const auto& [key, learning] : layout.applications) {
             nlohmann::json slotWeights = nlohmann::json::object();
-            for (const auto& [slot, weight] : learning.slotWeights) slotWeights[slot] = learntWeight(weight);
+            for (const auto& [slot, weight] : learning.slotWeights) slotWeights[slot] = learnedWeight(weight);
             applications[key] = {{"slotWeights", slotWeights}, {"placementCount", learning.placementCount}};
         }
         layouts[layoutID] = {{"applications", applications}};

@@ -114,7 +114,7 @@ class SpanSearch {
 
     std::span<const TileSlot> slots_;
     SlotSet anchor_;
-    CGPoint anchorCentre_{};
+    CGPoint anchorCenter_{};
     CGSize displaySize_;
     double tileInset_;
     CGSize minimumSize_;
@@ -142,7 +142,7 @@ SpanSearch::SpanSearch(std::span<const TileSlot> slots, std::size_t anchor, CGSi
         if (covered.size.width * covered.size.height > kOverlapTolerance) solid_ |= only(i);
     }
     if (!(usable & anchor_)) return; // no sides, hence no spans
-    anchorCentre_ = centre(frameOf(anchor));
+    anchorCenter_ = center(frameOf(anchor));
 
     const std::span<const Interval> columns(columns_.data(), slots.size());
     const std::span<const Interval> rows(rows_.data(), slots.size());
@@ -222,9 +222,9 @@ void SpanSearch::offer(SlotSet slots, const CGRect& frame) {
         if (byCount > 0 || (byCount == 0 && byOccupancy > 0)) return;
         if (byCount < 0 || byOccupancy < 0) candidates_.clear();
     }
-    const CGPoint middle = centre(frame);
+    const CGPoint middle = center(frame);
     candidates_.push_back({slots, frame, frame.size.width * frame.size.height,
-                           std::hypot(middle.x - anchorCentre_.x, middle.y - anchorCentre_.y)});
+                           std::hypot(middle.x - anchorCenter_.x, middle.y - anchorCenter_.y)});
 }
 
 void SpanSearch::tryHeights(const Side& left, const Side& right) {

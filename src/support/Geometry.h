@@ -49,7 +49,7 @@ constexpr double maxX(const CGRect& r) {
 constexpr double maxY(const CGRect& r) {
     return r.origin.y + r.size.height;
 }
-constexpr CGPoint centre(const CGRect& r) {
+constexpr CGPoint center(const CGRect& r) {
     return {r.origin.x + r.size.width / 2, r.origin.y + r.size.height / 2};
 }
 

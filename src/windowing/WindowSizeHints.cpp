@@ -20,10 +20,10 @@ double wholeIncrements(double length, double base, double increment) {
     return base + std::floor((length - base) / increment + kSlackIncrements) * increment;
 }
 
-Extent within(Extent tile, double content, double around, double least, bool isCentred) {
+Extent within(Extent tile, double content, double around, double least, bool isCentered) {
     const double length = std::max(content, least) + around;
     if (length >= tile.length) return tile;
-    return {isCentred ? tile.origin + std::floor((tile.length - length) / 2) : tile.origin, length};
+    return {isCentered ? tile.origin + std::floor((tile.length - length) / 2) : tile.origin, length};
 }
 
 } // namespace

@@ -163,7 +163,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
     for (const auto& [slotID, key] : state_.profile->preferredApplications) names.emplace(key, key);
     for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
-        for (const auto& [key, learnt] : layout.applications) names.emplace(key, key);
+        for (const auto& [key, learned] : layout.applications) names.emplace(key, key);
     }
     for (const auto& window : liveWindows_) {
         names[applicationKey(window.applicationName, window.bundleIdentifier)] = window.applicationName;

@@ -236,7 +236,7 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
 void Arrangement::learnFrom(const ArrangementPlan& plan) {
     std::map<std::pair<std::string, std::string>, std::set<std::string>> slots; // by layout and application
     for (const auto& placement : plan.placements) {
-        const auto place = placement.isPrimary ? geometry_.learntPlace(placement.target.id()) : std::nullopt;
+        const auto place = placement.isPrimary ? geometry_.learnedPlace(placement.target.id()) : std::nullopt;
         if (!place) continue;
         const ManagedWindow& window = placement.window;
         slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
@@ -247,7 +247,7 @@ void Arrangement::learnFrom(const ArrangementPlan& plan) {
 }
 
 void Arrangement::learnPlacementByUser(const ManagedWindow& window, const std::string& targetID) {
-    const auto place = geometry_.learntPlace(targetID);
+    const auto place = geometry_.learnedPlace(targetID);
     if (!place) return;
     arranger_.learn([&](AutoArrangeLearningModel& model) {
         model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),

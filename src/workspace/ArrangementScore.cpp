@@ -9,7 +9,7 @@ namespace {
 
 // Learned slots weigh most; then the present tile, so that arranging again moves nothing without a reason; then the
 // role; among equals the nearest tile.
-constexpr double kLearntWeight = 100;
+constexpr double kLearnedWeight = 100;
 constexpr double kPresentTile = 25;
 constexpr double kDistanceWeight = 15;
 
@@ -48,8 +48,8 @@ double distancePenalty(const ArrangementCandidate& candidate, const ArrangementD
                        std::size_t slotIndex) {
     const double diagonal = std::hypot(display.visibleFrame.size.width, display.visibleFrame.size.height);
     if (candidate.frameOnScreen.size.width <= 0 || !(diagonal > 0)) return 0;
-    const CGPoint from = centre(candidate.frameOnScreen);
-    const CGPoint to = centre(tileFrameOnScreen(display.solved.frames[slotIndex], display.visibleFrame));
+    const CGPoint from = center(candidate.frameOnScreen);
+    const CGPoint to = center(tileFrameOnScreen(display.solved.frames[slotIndex], display.visibleFrame));
     return kDistanceWeight * std::min(1.0, std::hypot(to.x - from.x, to.y - from.y) / diagonal);
 }
 
@@ -77,7 +77,7 @@ ArrangementScore scoreOf(const ArrangementCandidate& candidate, const Arrangemen
     const std::string& slotID = slots[slotIndex].id;
     const double last = static_cast<double>(std::max<std::size_t>(slots.size() - 1, 1));
     ArrangementScore score;
-    score.learnt = kLearntWeight * learning.preference(display.layout.id, candidate.applicationKey, slotID);
+    score.learned = kLearnedWeight * learning.preference(display.layout.id, candidate.applicationKey, slotID);
     score.role =
         precedence(candidate.role) + roleAffinity(candidate.role, slotID, static_cast<double>(slotIndex) / last);
     if (candidate.currentTargetID == tileTargetID(display.displayID, slotID)) score.present = kPresentTile;
@@ -87,7 +87,7 @@ ArrangementScore scoreOf(const ArrangementCandidate& candidate, const Arrangemen
 
 std::string reasonFor(const ArrangementScore& score, const ArrangementCandidate& candidate, const TileSlot& slot) {
     const bool isPrimary = canonicalSlotID(slot.id) == kPrimarySlot;
-    if (score.learnt > 0 && score.learnt >= std::max(score.present, score.role))
+    if (score.learned > 0 && score.learned >= std::max(score.present, score.role))
         return "that is where you usually keep it";
     if (score.isAlone) return "a window alone has the primary tile";
     if (score.present > 0) return "it is there already";

@@ -14,12 +14,12 @@ namespace kova {
 inline constexpr std::string_view kPrimarySlotID = "focus-main";
 
 struct ArrangementScore {
-    double learnt = 0;
+    double learned = 0;
     double role = 0;
     double present = 0;
     double distance = 0;
     bool isAlone = false; // the display has no other window
-    double total() const { return learnt + role + present + distance; }
+    double total() const { return learned + role + present + distance; }
 };
 
 /// The score of putting the candidate into slot `slotIndex` of the display.

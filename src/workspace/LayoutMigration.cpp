@@ -54,7 +54,7 @@ std::vector<Occupant> occupants(const TileAssignments& before, const std::string
         }
         const auto at = std::find(tiles.slotIDs.begin(), tiles.slotIDs.end(), slot);
         if (at != tiles.slotIDs.end()) {
-            occupant.place = centre(tiles.frames[static_cast<std::size_t>(at - tiles.slotIDs.begin())]);
+            occupant.place = center(tiles.frames[static_cast<std::size_t>(at - tiles.slotIDs.begin())]);
         }
         out.push_back(std::move(occupant));
     }
@@ -65,7 +65,7 @@ std::string nearestSlot(CGPoint place, const DisplayTiles& tiles) {
     double best = std::numeric_limits<double>::infinity();
     std::size_t index = 0;
     for (std::size_t i = 0; i < tiles.frames.size(); ++i) {
-        const CGPoint other = centre(tiles.frames[i]);
+        const CGPoint other = center(tiles.frames[i]);
         const double distance = std::hypot(other.x - place.x, other.y - place.y);
         if (distance < best) {
             best = distance;

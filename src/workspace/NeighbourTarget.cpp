@@ -32,11 +32,11 @@ Offset along(WorkspaceDirection direction, double dx, double dy) {
 
 std::optional<std::string> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
                                            const std::map<std::string, CGRect>& frames) {
-    const CGPoint from = centre(source);
+    const CGPoint from = center(source);
     std::optional<std::string> best;
     double bestScore = 0;
     for (const auto& [key, frame] : frames) { // in key order, so that the smaller key keeps a tie
-        const CGPoint to = centre(frame);
+        const CGPoint to = center(frame);
         const Offset offset = along(direction, to.x - from.x, to.y - from.y);
         if (!(offset.primary > kSameLine)) continue;
         const double score = offset.primary + kCrossAxisWeight * std::abs(offset.cross);

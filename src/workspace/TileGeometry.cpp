@@ -17,10 +17,10 @@ constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
 TileGeometry::TileGeometry(WorkspaceParts& parts) :
     state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments), frames_(parts.frames) {}
 
-std::optional<LearntPlace> TileGeometry::learntPlace(const std::string& targetID) const {
+std::optional<LearnedPlace> TileGeometry::learnedPlace(const std::string& targetID) const {
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return std::nullopt;
-    return LearntPlace{layoutOn(*screen).id, std::string(*slotIDOn(displayID(*screen), targetID))};
+    return LearnedPlace{layoutOn(*screen).id, std::string(*slotIDOn(displayID(*screen), targetID))};
 }
 
 std::vector<DisplayLayoutDivider> TileGeometry::dividersOn(const DisplayID& id) const {
@@ -176,7 +176,7 @@ const Screen* TileGeometry::screenOfWindow(const ManagedWindow& window) const {
     const Screen* holding = nullptr; // the one that shows most of it, if no display shows its middle
     double mostShown = 0;
     for (const auto& screen : *state_.screens) {
-        if (containsPoint(screen.frame, centre(frame))) return &screen;
+        if (containsPoint(screen.frame, center(frame))) return &screen;
         const double shown = intersectionArea(screen.frame, frame);
         if (shown > mostShown) {
             holding = &screen;

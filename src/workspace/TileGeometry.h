@@ -25,7 +25,7 @@ struct Covering {
     std::vector<DisplayTileTarget> targets;
 };
 /// A tile as arrangements remember it.
-struct LearntPlace {
+struct LearnedPlace {
     std::string layoutID;
     std::string slotID;
 };
@@ -82,7 +82,7 @@ class TileGeometry {
     /// The frame of a zoomed window, in window-service space; absent if the display is disconnected.
     std::optional<CGRect> zoomFrame(const DisplayID& displayID) const;
     /// Absent when the display of the tile is not connected.
-    std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
+    std::optional<LearnedPlace> learnedPlace(const std::string& targetID) const;
     /// The tile into which the window would move if it were dropped there (screen space); absent over its own.
     std::optional<std::string> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.

@@ -35,13 +35,13 @@ const Screen* screenShowing(const std::vector<Screen>& screens, const CGRect& re
 const Screen* screenNearest(const std::vector<Screen>& screens, const CGRect& rectOnScreen) {
     if (const Screen* showing = screenShowing(screens, rectOnScreen)) return showing;
     const auto nearest = std::ranges::min_element(
-        screens, {}, [&](const Screen& screen) { return distanceTo(screen.frame, centre(rectOnScreen)); });
+        screens, {}, [&](const Screen& screen) { return distanceTo(screen.frame, center(rectOnScreen)); });
     return nearest == screens.end() ? nullptr : &*nearest;
 }
 
 bool isMiddleShown(const std::vector<Screen>& screens, const CGRect& rectOnScreen) {
     return std::ranges::any_of(screens,
-                               [&](const Screen& screen) { return containsPoint(screen.frame, centre(rectOnScreen)); });
+                               [&](const Screen& screen) { return containsPoint(screen.frame, center(rectOnScreen)); });
 }
 
 CGRect movedIntoArea(const CGRect& rect, const CGRect& area) {

@@ -41,7 +41,7 @@ class CommandPlanner {
             const auto own = input_.assignments.targetOf(window.id);
             if (!own || !tileWith(*own)) return WindowRefusal{inNoTile(window)};
             const WorkspaceTile* tile =
-                std::visit(Overloaded{[&](WorkspaceDirection direction) { return neighbourOf(window, direction); },
+                std::visit(Overloaded{[&](WorkspaceDirection direction) { return neighborOf(window, direction); },
                                       [&](const std::string& targetID) { return tileWith(targetID); }},
                            swap.with);
             if (!tile) {
@@ -214,7 +214,7 @@ class CommandPlanner {
         return plan;
     }
 
-    const WorkspaceTile* neighbourOf(const ManagedWindow& window, WorkspaceDirection direction) const {
+    const WorkspaceTile* neighborOf(const ManagedWindow& window, WorkspaceDirection direction) const {
         if (!window.frame) return nullptr;
         std::map<std::string, CGRect> frames;
         for (const WorkspaceTile* tile : tilesOn(displayOf(window))) {
@@ -276,12 +276,12 @@ class CommandPlanner {
     const WorkspaceTile* nearestTile(const ManagedWindow& window, const DisplayID& display) const {
         const auto tiles = tilesOn(display);
         const bool hasFree = std::ranges::any_of(tiles, [](const auto* tile) { return !tile->windowID; });
-        const CGPoint middle = window.frame ? centre(flipped(*window.frame, input_.firstScreenMaxY)) : CGPoint{};
+        const CGPoint middle = window.frame ? center(flipped(*window.frame, input_.firstScreenMaxY)) : CGPoint{};
         const WorkspaceTile* best = nullptr;
         double bestDistance = 0;
         for (const WorkspaceTile* tile : tiles) {
             if (hasFree && tile->windowID) continue;
-            const CGPoint to = centre(tile->frameOnScreen);
+            const CGPoint to = center(tile->frameOnScreen);
             const double distance =
                 containsPoint(tile->frameOnScreen, middle) ? -1 : std::hypot(to.x - middle.x, to.y - middle.y);
             if (best && distance >= bestDistance) continue;

@@ -18,7 +18,7 @@ WindowCommands::WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, T
 Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::optional<WindowID>& fromWindowID) {
     const auto start = finder_.startingPoint(fromWindowID);
     if (!start) return access_.refuse(*finder_.whyNoStartingPoint(fromWindowID));
-    const auto target = finder_.neighbourOf(*start, direction, TilesConsidered::occupied);
+    const auto target = finder_.neighborOf(*start, direction, TilesConsidered::occupied);
     const auto front = target ? assignments_.assignedWindowIDs.find(*target) : assignments_.assignedWindowIDs.end();
     const ManagedWindow* window =
         front == assignments_.assignedWindowIDs.end() ? nullptr : liveWindows_.find(front->second);
@@ -33,7 +33,7 @@ Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::opti
     const auto start = finder_.startingPoint(windowID);
     if (!start) return access_.refuse(*finder_.whyNoStartingPoint(windowID));
     const std::string word(describe(direction));
-    const auto target = finder_.neighbourOf(*start, direction, TilesConsidered::all);
+    const auto target = finder_.neighborOf(*start, direction, TilesConsidered::all);
     if (!target) return access_.refuse("No zone " + word + " of the focused window");
     steps_.pushUndoSnapshot({"move " + word, {start->window.applicationName}});
     keeper_.noteMovedByUser(start->window.id);

@@ -69,8 +69,8 @@ std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<
     return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
 }
 
-std::optional<std::string> WindowFinder::neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
-                                                     TilesConsidered considered) const {
+std::optional<std::string> WindowFinder::neighborOf(const StartingPoint& start, WorkspaceDirection direction,
+                                                    TilesConsidered considered) const {
     if (!start.window.frame) return std::nullopt;
     std::map<std::string, CGRect> frames;
     for (const auto& tile : geometry_.tiles()) {
@@ -137,12 +137,12 @@ std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional
     const Screen* screen = window && window->frame ? geometry_.screenOfWindow(*window) : nullptr;
     if (!screen) return std::nullopt;
     const DisplayID display = displayID(*screen);
-    const CGPoint middle = centre(flipped(*window->frame, geometry_.firstScreenMaxY()));
+    const CGPoint middle = center(flipped(*window->frame, geometry_.firstScreenMaxY()));
     std::optional<std::string> nearest;
     double best = std::numeric_limits<double>::infinity();
     for (const auto& tile : geometry_.tiles()) {
         if (tile.displayID != display) continue;
-        const CGPoint to = centre(tile.frameOnScreen);
+        const CGPoint to = center(tile.frameOnScreen);
         const double distance =
             containsPoint(tile.frameOnScreen, middle) ? -1 : std::hypot(to.x - middle.x, to.y - middle.y);
         if (distance < best) {

@@ -43,8 +43,8 @@ class WindowFinder {
     std::optional<StartingPoint> startingPoint(const std::optional<WindowID>& windowID) const;
     /// Why no action can start at the window (default: the focused one); absent if one can.
     std::optional<std::string> whyNoStartingPoint(const std::optional<WindowID>& windowID) const;
-    std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
-                                           TilesConsidered considered) const;
+    std::optional<std::string> neighborOf(const StartingPoint& start, WorkspaceDirection direction,
+                                          TilesConsidered considered) const;
     std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
     /// The window that the action would bring to the front; absent if no other is stacked.
     std::optional<WindowID> nextInStack(const action::CycleStack& cycle) const;

@@ -182,8 +182,8 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     desk.layout("jarvis.quad-grid");
     const CGRect across = handleFrames()[1].frame;
     ASSERT_EQ(handleFrames()[1].axis, LayoutAxis::vertical) << handles();
-    const double y = 1440 - centre(across).y;
-    presses({centre(across).x, y}).moves({centre(across).x, y + 100}).releases();
+    const double y = 1440 - center(across).y;
+    presses({center(across).x, y}).moves({center(across).x, y + 100}).releases();
     EXPECT_EQ(minY(handleFrames()[1].frame), minY(across) - 100);
 }
 

@@ -368,7 +368,7 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_EQ(divider["after"], json::array({"Secondary"}));
     const double least = divider["least"];
     result("zoom");
-    EXPECT_EQ(result("divider.drag", drag(least - 500))["points"], least) << "stops where a neighbour is smallest";
+    EXPECT_EQ(result("divider.drag", drag(least - 500))["points"], least) << "stops where a neighbor is smallest";
     EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action begins with the display as it was";
     EXPECT_EQ(result("divider.list")["dividers"][0]["least"], 0);
     EXPECT_EQ(error("divider.drag", drag(-10))["message"], "The divider has no room to move that way");

@@ -91,7 +91,7 @@ TEST_P(Hiding, IsUndoneHoweverSoonTheRequestComes) {
         desk->runFor(Seconds(pause));
         desk->desktop().writeAttributes(window.element, {&back, 1});
         desk->runFor(Seconds(0.4));
-        EXPECT_TRUE(areViewable(true)) << "minimised for " << pause;
+        EXPECT_TRUE(areViewable(true)) << "minimized for " << pause;
         // And hidden again before the effect of the last request was read.
         desk->desktop().hide(4001);
         desk->runFor(Seconds(pause));

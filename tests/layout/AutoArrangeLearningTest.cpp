@@ -161,7 +161,7 @@ TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0.5);
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-2"), 0);
     model.learnPlacementByUser("six-grid", "mail", "secondary-2");
-    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "what was learnt here counts alone";
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "what was learned here counts alone";
 
     auto& weights = model.layouts["absurd"].applications["mail"].slotWeights;
     weights = {{"a", std::numeric_limits<double>::infinity()},

@@ -119,7 +119,7 @@ TEST(DraggedWeights, Table) {
     };
     const Case cases[] = {
         {"moves the boundary", {600, 600}, {320, 320}, 0, -100, {{500, 700}}},
-        {"stops at the neighbour's minimum", {600, 600}, {320, 320}, 0, 500, {{880, 320}}},
+        {"stops at the neighbor's minimum", {600, 600}, {320, 320}, 0, 500, {{880, 320}}},
         {"stops at its own minimum", {600, 600}, {320, 400}, 0, -500, {{320, 880}}},
         {"the others keep their lengths", {200, 300, 400, 0}, {0, 0, 0, 0}, 1, 150, {{200, 450, 250, 0.000001}}},
         {"minimums that leave one place", {300, 300}, {300, 300}, 0, 40, {{300, 300}}},

@@ -74,7 +74,7 @@ std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor,
         candidate.joined.pop_back();
         candidate.span.normalizedFrame = whole;
         candidate.area = whole.size.width * whole.size.height;
-        const CGPoint middle = centre(whole), anchorMiddle = centre(slots[anchor].normalizedFrame);
+        const CGPoint middle = center(whole), anchorMiddle = center(slots[anchor].normalizedFrame);
         candidate.distance = std::hypot(middle.x - anchorMiddle.x, middle.y - anchorMiddle.y);
         if (!best || precedes(candidate, *best)) best = std::move(candidate);
     }
@@ -162,7 +162,7 @@ TEST(TileSpans, PreferenceTable) {
     const Slots nearTie{slot("z", 0, 0, 0.3, 1), slot("mid", 0.3, 0, 0.4, 1), slot("a", 0.7, 0, 0.3000008, 1)};
     const Case cases[] = {
         {"one slot is enough", quad, "q2", {490, 490}, {"q2"}, "q2"},
-        {"width taken from the neighbour", quad, "q2", {600, 100}, {}, "q1 q2"},
+        {"width taken from the neighbor", quad, "q2", {600, 100}, {}, "q1 q2"},
         {"both ways", quad, "q2", {600, 600}, {}, "q1 q2 q3 q4"},
         {"larger than everything", quad, "q2", {991, 100}, {}, "none"},
         {"just as large, and a little", quad, "q2", {990.0009, 100}, {}, "q1 q2"},

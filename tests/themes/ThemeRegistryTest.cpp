@@ -10,9 +10,9 @@ using namespace kova;
 
 namespace {
 
-double luminance(const RGBAColor& colour) {
+double luminance(const RGBAColor& color) {
     const auto linear = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
+    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
 }
 
 /// The usual measure of legibility, from 1 to 21.

@@ -156,7 +156,7 @@ class Desktop {
             const CGRect area = client.area(window);
             const Windows below = underlay();
             return std::ranges::none_of(below, [&](xcb_window_t overlay) {
-                return hasPoint(overlay, centre(area)) || hasPoint(overlay, {minX(area) + 1, maxY(area) - 1});
+                return hasPoint(overlay, center(area)) || hasPoint(overlay, {minX(area) + 1, maxY(area) - 1});
             });
         });
     }

@@ -2,7 +2,7 @@
 #include "tests/linux/TemporaryFolder.h"
 #include "ui/overlay/Drawing.h"
 #include "ui/style/ApplicationIcons.h"
-#include "ui/style/Colours.h"
+#include "ui/style/Colors.h"
 #include "ui/style/WidgetPalette.h"
 
 #include <QApplication>
@@ -52,7 +52,7 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
     }
 }
 
-TEST(Colours, ContrastIsThatOfTheWebGuidelines) {
+TEST(Colors, ContrastIsThatOfTheWebGuidelines) {
     EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 0.01);
     EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
     EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22))
@@ -72,7 +72,7 @@ TEST(Drawing, TheFirstLetterIsAWholeCharacter) {
     }
 }
 
-TEST(Style, NeighboursInPointsAreNeighboursInPixels) {
+TEST(Style, NeighborsInPointsAreNeighborsInPixels) {
     for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
         const Style style{.scale = scale};
         const QRect left = style.px(makeRect(0.4, 0, 333.3, 20)), right = style.px(makeRect(333.7, 0, 100, 20));

@@ -70,7 +70,7 @@ TEST(WindowEnumeration, ManagesOnlyWindowsOfAMinimumSize) {
         {"untitled", {.frame = decent, .unreadable = {title}}, "Mail/Untitled Window 10,20 300x200 visible"},
         {"title empty", {.frame = decent, .title = ""}, "Mail/ 10,20 300x200 visible"},
         {"state unreadable", {.frame = decent, .unreadable = {minimized}}, "Mail/Mail 10,20 300x200 visible"},
-        {"minimised", {.frame = decent, .isMinimized = true}, "Mail/Mail 10,20 300x200 minimized"},
+        {"minimized", {.frame = decent, .isMinimized = true}, "Mail/Mail 10,20 300x200 minimized"},
         {"elsewhere", {.frame = decent, .virtualDesktop = 1}, "Mail/Mail 10,20 300x200"},
         {"not an ordinary layer", {.frame = decent, .layer = 3}, "Mail/Mail 10,20 300x200"},
         {"a minimum", {.frame = decent, .minimumSize = CGSize{80, 60}}, "Mail/Mail 10,20 300x200 visible least 80x60"},
@@ -158,7 +158,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
     };
     const Case cases[] = {
         {"all are listed", [] {}, "", 0},
-        {"minimised", [&] { desktop.userMinimizes("Mail"); }, "", 0},
+        {"minimized", [&] { desktop.userMinimizes("Mail"); }, "", 0},
         {"too small", [&] { desktop.userMoves("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 3},
         {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 3},
         {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
@@ -208,7 +208,7 @@ TEST(WindowEnumeration, OneRectangleMakesOneOfTwoEqualWindowsVisible) {
     bench.desktop.userMinimizes("Mail");
     bench.desktop.showVirtualDesktop(2);
     EXPECT_EQ(listed(bench), "Mail/Mail 50,50 700x500 minimized, Mail/Mail 2 50,50 700x500 visible")
-        << "a minimised twin takes no rectangle";
+        << "a minimized twin takes no rectangle";
 }
 
 TEST(WindowEnumeration, IgnoresDuplicatesAndWindowsOfHiddenApplications) {

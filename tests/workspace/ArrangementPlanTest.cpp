@@ -245,7 +245,7 @@ TEST(ArrangementPlan, NeitherOfTwoLargeWindowsIsCoveredByTheOther) {
     EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-1+secondary-3 Firefox:surplus");
 }
 
-TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbour) {
+TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbor) {
     Table grows;
     grows.display("D", "jarvis.dual-split");
     grows.window("Codex").minimumSize = {1700, 400};

@@ -107,7 +107,7 @@ TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
     const auto before = *desk.state().assignedWindowIDs;
     desk.advance(Seconds(1));
     EXPECT_EQ(*desk.state().assignedWindowIDs, before);
-    const CGPoint there = centre(held.frameOnScreen);
+    const CGPoint there = center(held.frameOnScreen);
     desk.controller().perform(action::EndWindowDrag{there, action::WindowDragKind::move, action::DropMode::intoTile});
     desk.advance(Seconds(5));
     EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0) << "a window of C has the free tile: " << desk.tiles();
@@ -122,7 +122,7 @@ TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
     ASSERT_TRUE(desk.controller().perform(
         action::BeginWindowDrag{onC, desk.desktop.frameForWindowService(desk.desktop.window(label))}));
     const auto tile = desk.controller().tiles().front();
-    const CGPoint there = centre(tile.frameOnScreen);
+    const CGPoint there = center(tile.frameOnScreen);
     desk.controller().perform(action::UpdateWindowDrag{there, action::WindowDragKind::move});
     desk.controller().perform(action::EndWindowDrag{there, action::WindowDragKind::move, action::DropMode::intoTile});
     desk.advance(Seconds(3));

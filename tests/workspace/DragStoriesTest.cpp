@@ -41,7 +41,7 @@ class DragStories : public ::testing::Test {
     std::size_t history = 0;
 };
 
-TEST_F(DragStories, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
+TEST_F(DragStories, BothNeighborsFollowTheDividerAndUndoPutsItBack) {
     EXPECT_EQ(kova().dividerFrameOnScreen(divider), makeRect(1274, 38, 12, 1392));
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 200});
@@ -59,7 +59,7 @@ TEST_F(DragStories, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
     EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
 }
 
-TEST_F(DragStories, ADividerStopsWhereTheNeighbourCannotShrink) {
+TEST_F(DragStories, ADividerStopsWhereTheNeighborCannotShrink) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 5000});
     kova().perform(action::EndDividerDrag{divider});

@@ -54,7 +54,7 @@ TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
     };
     const Case cases[] = {
         {"open", [](auto&) {}},
-        {"minimised", [](auto& desktop) { desktop.userMinimizes("Notes"); }},
+        {"minimized", [](auto& desktop) { desktop.userMinimizes("Notes"); }},
         {"hidden", [](auto& desktop) { desktop.userHides("Notes"); }},
         {"beside one in full screen",
          [](auto& desktop) {

@@ -138,7 +138,7 @@ TEST(PlacementStories, AnAnnouncedMinimumEnlargesTheTile) {
     EXPECT_EQ(*desk.state().placementNotice, std::nullopt);
 }
 
-TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighbourAndSaysSo) {
+TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighborAndSaysSo) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();

@@ -296,7 +296,7 @@ TEST(SceneStories, UnavailablePartsAreLeftOut) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     auto scene = sceneOf({"Mail||secondary-1|0", "Notes||no-such-slot|0"}, "no.such.layout");
     scene.themeID = "jarvis.neon-cyan";
-    scene.accentColorID = "no such colour";
+    scene.accentColorID = "no such color";
     scene.tileInset = 1e300;
     scene.placements.front().displayOrdinal = 99;
     scene.placements.front().claimedSlotIDs = {"secondary-1", "elsewhere"};

@@ -73,7 +73,7 @@ TEST(WorkspacePreferences, WhatCannotBeReadCountsAsAbsent) {
     store.setValue(preferenceKey::workspaceProfile, PreferenceData{R"({"id": 7})"});
     store.setValue(preferenceKey::autoArrangeLearning, PreferenceData{"["});
     store.setValue(preferenceKey::showTileBackgrounds, std::string("false"));
-    store.setValue(preferenceKey::accentColor, std::string("no such colour"));
+    store.setValue(preferenceKey::accentColor, std::string("no such color"));
     const auto loaded = loadWorkspacePreferences(store);
     EXPECT_EQ(loaded.profile.name, "My Workspace");
     EXPECT_EQ(loaded.learning, AutoArrangeLearningModel{});
@@ -83,7 +83,7 @@ TEST(WorkspacePreferences, WhatCannotBeReadCountsAsAbsent) {
     ASSERT_EQ(problems.size(), 4U) << "each is told";
     EXPECT_NE(problems[0].find("workspaceProfile.v1 is not used as stored: id: expected a string"), std::string::npos)
         << problems[0];
-    EXPECT_NE(problems[3].find("there is no accent color “no such colour”; “system-blue” is used"), std::string::npos)
+    EXPECT_NE(problems[3].find("there is no accent color “no such color”; “system-blue” is used"), std::string::npos)
         << problems[3];
     store.setValue(preferenceKey::showTileBackgrounds, false);
     EXPECT_FALSE(loadWorkspacePreferences(store).showTileBackgrounds);

@@ -1,6 +1,6 @@
 #include "ui/overlay/Drawing.h"
 
-#include "ui/style/Colours.h"
+#include "ui/style/Colors.h"
 
 #include <QFontMetrics>
 #include <QTextBoundaryFinder>

@@ -210,7 +210,7 @@ void Overlay::refreshMessage() {
         if (isLowest) bottom = std::min(bottom, minY(*tile.footerFrame));
     }
     const Style style = styleFor(display->id);
-    const CGPoint bottomCenter{centre(display->visibleFrame).x, bottom - points::messageMargin};
+    const CGPoint bottomCenter{center(display->visibleFrame).x, bottom - points::messageMargin};
     if (!message_) message_ = std::make_unique<MessageWindow>(platform_, actions_);
     message_->show(*message, style.px(bottomCenter) - QPoint(0, 1),
                    style.px(display->visibleFrame.size.width - 2 * points::messageMargin), style);

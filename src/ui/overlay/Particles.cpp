@@ -75,7 +75,7 @@ void Particles::paint(QPainter& painter, const Style& style) const {
 std::optional<CGRect> particleField(const DisplayContents& display) {
     const CGRect& area = display.visibleFrame;
     if (area.size.width < kParticleFieldPoints || area.size.height < kParticleFieldPoints) return std::nullopt;
-    const CGPoint middle = centre(area);
+    const CGPoint middle = center(area);
     return makeRect(middle.x - kParticleFieldPoints / 2, middle.y - kParticleFieldPoints / 2, kParticleFieldPoints,
                     kParticleFieldPoints);
 }

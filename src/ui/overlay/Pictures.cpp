@@ -2,7 +2,7 @@
 
 #include "ui/client/AgentTexts.h"
 #include "ui/overlay/Drawing.h"
-#include "ui/style/Colours.h"
+#include "ui/style/Colors.h"
 
 #include <QBitmap>
 #include <QCoreApplication>

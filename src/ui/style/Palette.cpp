@@ -1,6 +1,6 @@
 #include "ui/style/Palette.h"
 
-#include "ui/style/Colours.h"
+#include "ui/style/Colors.h"
 
 namespace kova::ui {
 

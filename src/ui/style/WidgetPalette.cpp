@@ -1,6 +1,6 @@
 #include "ui/style/WidgetPalette.h"
 
-#include "ui/style/Colours.h"
+#include "ui/style/Colors.h"
 
 #include <QApplication>
 #include <QScreen>

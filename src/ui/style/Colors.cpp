@@ -1,4 +1,4 @@
-#include "ui/style/Colours.h"
+#include "ui/style/Colors.h"
 
 #include <algorithm>
 #include <cmath>
