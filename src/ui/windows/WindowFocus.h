@@ -18,6 +18,8 @@ class WindowFocus {
     }
     /// Focuses the window that had the focus at the last `prepare`; no-op if it was closed.
     virtual void giveBack() {}
+    /// No window was open for a while: forgets which window had the focus.
+    virtual void forget() {}
 };
 
 } // namespace kova::ui

@@ -25,6 +25,7 @@ WindowHost::WindowHost(Surroundings surroundings) :
     connect(&rest_, &QTimer::timeout, this, [this] {
         services_.reset();
         agent_.reset();
+        focus_->forget();
         QPixmapCache::clear();
         releaseUnusedMemory();
     });
@@ -65,6 +66,7 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
     window->present(parameters);
     if (!window->isVisible()) focus_->prepare(*window);
     window->show();
+    newest_ = window.get();
     focus_->take(*window);
     return true;
 }
@@ -104,9 +106,11 @@ void WindowHost::closed(const HostedWindow* window, bool hadKeyboard) {
     const auto found = std::ranges::find_if(windows_, [&](const auto& entry) { return entry.second.get() == window; });
     if (found == windows_.end() || found->second->isVisible()) return;
     const std::string what = found->first;
+    const auto shown = [this](const auto& entry) { return entry.second.get() == newest_; };
+    const bool isReplaced = newest_ != window && std::ranges::any_of(windows_, shown);
     windows_.erase(found);
     if (wanted_.contains(what) && surroundings_.closedByUser) surroundings_.closedByUser(what);
-    if (hadKeyboard) focus_->giveBack();
+    if (hadKeyboard && !isReplaced) focus_->giveBack();
     if (windows_.empty()) rest_.start(kRest);
 }
 

@@ -60,6 +60,7 @@ class WindowHost : public QObject {
     std::optional<WindowServices> services_;
     std::unique_ptr<WindowFocus> focus_;
     std::map<std::string, std::unique_ptr<HostedWindow>> windows_;
+    const HostedWindow* newest_ = nullptr;      // shown last; compared only
     std::map<std::string, ShownWindow> wanted_; // by the agent
     Closing closing_;                           // from a window's request to close until it is hidden
     QTimer rest_;                               // after the last window was closed

@@ -76,8 +76,8 @@ void X11WindowFocus::take(QWidget& window) {
 }
 
 void X11WindowFocus::giveBack() {
+    // Remembered further on: another window may be on its way, as after a command of the palette.
     if (before_ != 0 && activeWindow() == 0) activate(before_);
-    before_ = 0;
 }
 
 void X11WindowFocus::activate(std::uint32_t window) {

@@ -21,6 +21,7 @@ class X11WindowFocus final : public WindowFocus {
     void prepare(QWidget& window) override;
     void take(QWidget& window) override;
     void giveBack() override;
+    void forget() override { before_ = 0; }
 
   private:
     std::uint32_t atom(const char* name) const;
