@@ -153,8 +153,8 @@ TEST_F(KeyboardAlone, LaunchesAnApplicationAndWalksThroughTheIntroduction) {
 
     choose("open the intro", "Welcome to KOVA");
     press("alt+c");
-    press("Escape");
-    EXPECT_TRUE(isBackAtLeft());
+    // The first one is the button's own while it is drawn as pressed.
+    EXPECT_TRUE(pressUntil("Escape", [&] { return client_.focus() == left_; }));
 
     openPalette();
     press("Escape");
