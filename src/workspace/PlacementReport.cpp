@@ -29,6 +29,11 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.isDragUnderWay = pointer_.isPausingPolls();
     situation.hasTile = assignments_.isAssigned(window.id);
     situation.leftAlone = presenter_.whyLeftAlone(window);
+    // KOVA hides windows that wait behind another one.
+    const bool isWaiting = assignments_.isInAnyTile(window.id) && !situation.hasTile;
+    if (isWaiting &&
+        (situation.leftAlone == LeftAlone::minimized || situation.leftAlone == LeftAlone::applicationHidden))
+        situation.leftAlone.reset();
     situation.refusal = frames_.refusal(window.id);
     situation.attempts = FrameKeeper::kAttempts;
     situation.isPlacementPending = windowService_.pendingFrame(window.id).has_value();

@@ -298,6 +298,9 @@ TEST_F(AgentMethods, ExplainSpeaksOfThePresent) {
     result("place", {{"window", left}, {"tile", "2"}});
     EXPECT_FALSE(says(explanation(), "it was stacked there\n")) << explanation();
     EXPECT_TRUE(says(explanation(), "it was stacked there (no longer: it is behind ")) << explanation();
+    desk.settle();
+    EXPECT_FALSE(says(result("explain", {{"window", "Film"}}).dump(), "left alone"))
+        << "it waits, which KOVA hides it for";
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
