@@ -62,7 +62,7 @@ std::optional<WorkspaceAction> operationOf(KovaShortcutAction wanted, bool isPau
 }
 
 void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
-    if (auto operation = operationOf(wanted, *workspace.state().isPaused)) workspace.perform(std::move(*operation));
+    if (const auto operation = operationOf(wanted, *workspace.state().isPaused)) workspace.perform(*operation);
 }
 
 KeyCombination combinationOf(const KovaShortcut& shortcut) {
