@@ -3,6 +3,7 @@
 #include "ui/style/Colors.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QScreen>
 
 #include <algorithm>
