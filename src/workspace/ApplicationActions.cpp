@@ -188,7 +188,8 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     AutoArrangeLearningModel learning = *arranger_.learning();
     for (const auto& [key, shownName] : names) {
         profile.applicationMinimumSizes.erase(key);
-        std::erase_if(profile.preferredApplications, [&](const auto& preferred) { return preferred.second == key; });
+        std::erase_if(profile.preferredApplications,
+                      [&key = key](const auto& preferred) { return preferred.second == key; });
         learning.forget(key);
         undo_.forgetApplication(key);
         focusMode_.forgetApplication(key);
