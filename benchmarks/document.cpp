@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::int64_t kApplications = 50;
 constexpr Seconds kReadingTime{0.01};
-constexpr const char* kSlots[] = {"focus-main",  "secondary-1", "secondary-2",
-                                  "secondary-3", "secondary-4", "secondary-5"};
+constexpr std::string_view kSlots[] = {"focus-main",  "secondary-1", "secondary-2",
+                                       "secondary-3", "secondary-4", "secondary-5"};
 
 struct Session {
     Session() {
@@ -59,8 +59,8 @@ WorkspaceScene sceneOf(std::int64_t placements) {
     for (std::int64_t i = 0; i < placements; ++i) {
         const std::string number = std::to_string(i % kApplications);
         WorkspaceScenePlacement placement;
-        placement.window = {"sim.application " + number, "Application " + number, "Document " + std::to_string(i)};
-        placement.slotID = kSlots[static_cast<std::size_t>(i) % std::size(kSlots)];
+        placement.window = {BundleID("sim.application " + number), "Application " + number, "Document " + std::to_string(i)};
+        placement.slotID = SlotID(kSlots[static_cast<std::size_t>(i) % std::size(kSlots)]);
         placement.stackIndex = i / static_cast<std::int64_t>(std::size(kSlots));
         placement.claimedSlotIDs = {placement.slotID};
         placement.isActive = placement.stackIndex == 0;

@@ -119,12 +119,12 @@ class FloorTree {
     int tiles_ = 0;
 };
 
-std::string tileName(int tile) {
-    return "tile-" + std::to_string(tile);
+SlotID tileID(int tile) {
+    return SlotID("tile-" + std::to_string(tile));
 }
 
 LayoutNode balancedTree(int tiles, int firstTile, LayoutAxis axis) {
-    if (tiles == 1) return LayoutTile{tileName(firstTile), tileName(firstTile)};
+    if (tiles == 1) return LayoutTile{tileID(firstTile), tileID(firstTile).text()};
     const int before = tiles - tiles / 2;
     const LayoutAxis next = axis == LayoutAxis::horizontal ? LayoutAxis::vertical : LayoutAxis::horizontal;
     return LayoutSplit{axis,
@@ -161,7 +161,7 @@ void Solver(benchmark::State& state) {
     const int tiles = static_cast<int>(state.range(0));
     const LayoutNode tree = balancedTree(tiles, 0, LayoutAxis::horizontal);
     TileMinimumSizes minimums;
-    for (int i = 0; i < tiles; ++i) minimums[tileName(i)] = minimumOfTile(i, tiles);
+    for (int i = 0; i < tiles; ++i) minimums[tileID(i)] = minimumOfTile(i, tiles);
     const LayoutMetrics metrics{0, kGap, {0, 0}};
     LayoutSolver solver;
     SolvedLayout result;
@@ -181,7 +181,7 @@ void Solver(benchmark::State& state) {
 
 /// A window that fits no single slot, in a layout of which every other slot is taken.
 void searchSpan(benchmark::State& state, const std::vector<TileSlot>& slots, std::size_t anchor, CGSize minimumSize) {
-    std::set<std::string> occupied;
+    std::set<SlotID> occupied;
     for (std::size_t i = 0; i < slots.size(); i += 2) occupied.insert(slots[i].id);
     std::optional<TileSpan> span;
     for (auto _ : state) {
@@ -198,7 +198,7 @@ void SpanInSixGrid(benchmark::State& state) {
 std::vector<TileSlot> grid(int columns, int rows) {
     std::vector<TileSlot> slots;
     for (int i = 0; i < columns * rows; ++i) {
-        slots.push_back({tileName(i), "",
+        slots.push_back({tileID(i), "",
                          makeRect(static_cast<double>(i % columns) / columns, static_cast<double>(i / columns) / rows,
                                   1.0 / columns, 1.0 / rows)});
     }
@@ -217,7 +217,7 @@ void SpanAmong63ScatteredSlots(benchmark::State& state) {
     std::vector<TileSlot> slots{{"anchor", "", makeRect(0.48, 0.48, 0.04, 0.04)}};
     while (slots.size() < 63) {
         slots.push_back(
-            {tileName(static_cast<int>(slots.size())), "", makeRect(place(random), place(random), 0.03, 0.02)});
+            {tileID(static_cast<int>(slots.size())), "", makeRect(place(random), place(random), 0.03, 0.02)});
     }
     searchSpan(state, slots, 0, {kWidth * 0.8, kHeight * 0.8});
 }
@@ -232,7 +232,7 @@ void Display(benchmark::State& state) {
     profile.layoutID = "balanced";
     profile.tileInset = 0;
     TileMinimumSizes minimums;
-    for (int i = 0; i < tiles; ++i) minimums[tileName(i)] = minimumOfTile(i, tiles);
+    for (int i = 0; i < tiles; ++i) minimums[tileID(i)] = minimumOfTile(i, tiles);
     Screen screen;
     screen.frame = screen.visibleFrame = makeRect(0, 0, kWidth, kHeight);
     screen.knownID = displayID(screen); // as a platform keeps it

@@ -32,9 +32,8 @@ std::vector<CGRect> uncoveredParts(const CGRect& area, const std::vector<CGRect>
 }
 
 bool holdsWindows(const WorkspaceController& workspace, const DisplayID& displayID) {
-    return std::ranges::any_of(*workspace.state().assignedWindowIDs, [&](const auto& assigned) {
-        return assigned.first.starts_with(tileTargetID(displayID, ""));
-    });
+    return std::ranges::any_of(*workspace.state().assignedWindowIDs,
+                               [&](const auto& assigned) { return assigned.first.display == displayID; });
 }
 
 std::vector<CGRect> desktopGuards(const WorkspaceController& workspace, const std::vector<DividerHandle>& handles) {

@@ -257,10 +257,10 @@ class KovaMenuBarContent::Build {
             ++number;
             add(
                 "place." + std::to_string(number), std::to_string(number) + "  " + tile.slot.name, Enabled::yes,
-                [this, target = tile.targetID] {
+                [this, target = tile.target] {
                     perform(command::Place{std::nullopt, target});
                 },
-                checkedIf(std::ranges::find(targets, tile.targetID) != targets.end()), shortcut);
+                checkedIf(std::ranges::find(targets, tile.target) != targets.end()), shortcut);
         }
     }
 

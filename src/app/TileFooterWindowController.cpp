@@ -17,13 +17,12 @@ using TileGroup = std::vector<const WorkspaceTile*>;
 std::vector<TileGroup> groupsOf(const std::vector<WorkspaceTile>& tiles, const TileAssignments& assignments) {
     std::vector<TileGroup> groups;
     for (const WorkspaceTile& tile : tiles) {
-        const auto targets =
-            tile.windowID ? assignments.targetsAnchorFirst(*tile.windowID) : std::vector<std::string>();
+        const auto targets = tile.windowID ? assignments.targetsAnchorFirst(*tile.windowID) : std::vector<TileTarget>();
         if (targets.size() < 2) {
             groups.push_back({&tile});
             continue;
         }
-        if (targets.front() != tile.targetID) continue;
+        if (targets.front() != tile.target) continue;
         TileGroup group{&tile};
         for (const WorkspaceTile& other : tiles) {
             if (&other != &tile && other.windowID == tile.windowID) group.push_back(&other);
@@ -66,7 +65,7 @@ class FooterBuild {
   private:
     OverlayTile footer(const TileGroup& group) const {
         const WorkspaceTile& tile = *group.front();
-        OverlayTile out{.id = tile.targetID, .displayID = tile.displayID, .slotID = tile.slot.id};
+        OverlayTile out{.id = tile.target, .displayID = tile.displayID, .slotID = tile.slot.id};
         out.name = tile.slot.name;
         out.cell = flipped(cellOf(group, tiles_), firstMaxY_);
         out.windowFrame = insetBy(out.cell, state_.profile->tileInset);
@@ -84,8 +83,8 @@ class FooterBuild {
         const auto& launches = *state_.pendingLaunches;
         for (const WorkspaceTile* covered : group) {
             out.coveredSlotIDs.push_back(covered->slot.id);
-            if (covered->targetID == *state_.dropTargetSlotID) out.isDropTarget = true;
-            const auto launch = launches.find(covered->targetID);
+            if (covered->target == *state_.dropTarget) out.isDropTarget = true;
+            const auto launch = launches.find(covered->target);
             if (launch != launches.end() && !out.pendingLaunch) {
                 out.pendingLaunch = {launch->second.bundleIdentifier, launch->second.name};
             }
@@ -136,7 +135,7 @@ TileFooterWindowController::TileFooterWindowController(const WorkspaceController
     watch(state.focusedWindowID);
     watch(state.assignedWindowIDs);
     watch(state.stackWindowIDsByTarget);
-    watch(state.dropTargetSlotID);
+    watch(state.dropTarget);
     watch(state.pendingLaunches);
     subscriptions_.push_back(state.placementNotice.observe([this](const auto& notice) {
         noticeEnd_ = notice ? queue_.uptime() + kNoticeTime : Seconds(0);

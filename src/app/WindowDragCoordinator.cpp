@@ -38,7 +38,7 @@ void WindowDragCoordinator::removeMonitor() {
 std::optional<OverlayDrag> WindowDragCoordinator::dragAt(CGPoint location) const {
     const bool isMoving = press_ && !release_ && press_->movement == action::WindowDragKind::move;
     if (!isMoving) return std::nullopt;
-    return OverlayDrag{press_->windowID, displayUnder(location), *workspace_.state().dropTargetSlotID};
+    return OverlayDrag{press_->windowID, displayUnder(location), *workspace_.state().dropTarget};
 }
 
 void WindowDragCoordinator::showDrag(std::optional<OverlayDrag> drag) {

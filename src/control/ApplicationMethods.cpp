@@ -29,7 +29,7 @@ ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController
     }
     const auto found = lookUp("application", wanted, things, Numbered::no);
     if (found) return applications[*found];
-    if (auto hidden = controller.launchableApplication(wanted)) return *std::move(hidden);
+    if (auto hidden = controller.launchableApplication(BundleID(wanted))) return *std::move(hidden);
     return found.error();
 }
 
@@ -81,7 +81,7 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
     if (!named) return named.error();
     const auto& target = *named;
     const auto tiles = controller.tiles();
-    const auto tile = std::ranges::find(tiles, target, &WorkspaceTile::targetID);
+    const auto tile = std::ranges::find(tiles, target, &WorkspaceTile::target);
     if (tile == tiles.end()) return refusal("There is no such tile any more");
     const auto found = lookUpApplication(controller, wantedApplication);
     if (!found) return found.error();

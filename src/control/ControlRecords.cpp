@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <ctime>
+#include <utility>
 
 namespace kova::controlRecord {
 
@@ -78,14 +79,14 @@ bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID
     });
 }
 
-std::string tileName(const WorkspaceController& controller, const std::string& targetID) {
+std::string tileName(const WorkspaceController& controller, const TileTarget& target) {
     for (const WorkspaceTile& tile : controller.tiles()) {
-        if (tile.targetID != targetID) continue;
+        if (tile.target != target) continue;
         for (const Screen& screen : *controller.state().screens) {
             if (displayID(screen) == tile.displayID) return tile.slot.name + " on " + screen.localizedName;
         }
     }
-    return targetID;
+    return target.text();
 }
 
 json windowInBrief(const WorkspaceController& controller, const WindowID& windowID) {
@@ -165,7 +166,7 @@ json tiles(const WorkspaceController& controller) {
     json out = json::array();
     const double maximumY = firstScreenMaxY(controller);
     for (const WorkspaceTile& tile : controller.tiles()) {
-        out.push_back({{"id", tile.targetID},
+        out.push_back({{"id", tile.target},
                        {"display", tile.displayID},
                        {"slot", tile.slot.id},
                        {"name", tile.slot.name},
@@ -256,7 +257,7 @@ json plan(ArrangementPlan plan) {
 json focusMode(const WorkspaceController& controller) {
     const auto& mode = *controller.state().focusMode;
     if (!mode) return nullptr;
-    return {{"display", mode->displayID}, {"tile", mode->anchorTargetID}, {"window", mode->windowID}};
+    return {{"display", mode->displayID}, {"tile", mode->anchor}, {"window", mode->windowID}};
 }
 
 json notice(const WorkspaceController& controller) {
@@ -278,12 +279,14 @@ json pendingLaunches(const WorkspaceController& controller) {
 
 json settings(const WorkspaceController& controller) {
     const WorkspaceState& state = controller.state();
+    json preferred = json::object();
+    for (const auto& [slot, key] : state.profile->preferredApplications) preferred[slot.text()] = key;
     return {{"theme", state.profile->themeID},
             {"accentColor", *state.accentColorID},
             {"layout", state.profile->layoutID},
             {"tileInset", number(state.profile->tileInset)},
             {"autoArrangeOnLaunch", state.profile->autoArrangeOnLaunch},
-            {"preferredApplications", state.profile->preferredApplications},
+            {"preferredApplications", std::move(preferred)},
             {"continuousManagement", *state.continuousManagementEnabled},
             {"bringsNextForward", *state.bringsNextForward},
             {"useThemeBackground", *state.useThemeBackground},

@@ -29,7 +29,7 @@ nlohmann::json windowInBrief(const WorkspaceController& controller, const Window
 /// Whether the window is in a tile of `tiles`, in front or behind another. Tiles of absent displays are not among them.
 bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID);
 /// The tile's name and its display's: "Primary on DVI-1". The id itself if the tile does not exist any more.
-std::string tileName(const WorkspaceController& controller, const std::string& targetID);
+std::string tileName(const WorkspaceController& controller, const TileTarget& target);
 /// The focused window with its tile and display; without one the current display.
 nlohmann::json focus(const WorkspaceController& controller);
 

@@ -17,8 +17,8 @@ using nlohmann::json;
 /// is.
 enum class Preferred { emptyTile, focusedTile };
 
-ControlResult<std::string> tileFor(const WorkspaceController& controller, const JsonCursor& parameters,
-                                   Preferred preferred) {
+ControlResult<TileTarget> tileFor(const WorkspaceController& controller, const JsonCursor& parameters,
+                                  Preferred preferred) {
     if (const auto tile = parameters.optional("tile"))
         return wantedTile(controller, parameters, tile->string(), std::nullopt);
     const auto display = wantedDisplay(controller, parameters);
@@ -32,10 +32,10 @@ ControlResult<std::string> tileFor(const WorkspaceController& controller, const 
     const auto where = [&](const auto& holds) { return std::ranges::find_if(tiles, holds); };
     auto found = preferred == Preferred::emptyTile ? where(isEmpty) : where(isFocused);
     if (found == tiles.end()) found = preferred == Preferred::emptyTile ? where(isFocused) : where(isEmpty);
-    return (found == tiles.end() ? tiles.front() : *found).targetID;
+    return (found == tiles.end() ? tiles.front() : *found).target;
 }
 
-ControlReply showAtTile(OverlayBroadcast* overlay, const std::string& what, const ControlResult<std::string>& tile) {
+ControlReply showAtTile(OverlayBroadcast* overlay, const std::string& what, const ControlResult<TileTarget>& tile) {
     if (!tile) return tile.error();
     if (!overlay || !overlay->show(what, {{"tile", *tile}}))
         return refusal("No program that could show it is connected. Start it with “kova ui restart”");

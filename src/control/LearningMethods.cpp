@@ -55,7 +55,7 @@ class ApplicationNames {
     bool hasReadInstalled_ = false;            // only when a window's name is not enough
 };
 
-json nameOfSlot(const LayoutDefinition* layout, const std::string& slotID) {
+json nameOfSlot(const LayoutDefinition* layout, const SlotID& slotID) {
     if (!layout) return nullptr;
     const auto slot = std::ranges::find(layout->slots, slotID, &TileSlot::id);
     return slot == layout->slots.end() ? json(nullptr) : json(slot->name);
@@ -101,7 +101,7 @@ ControlReply listLearned(const WorkspaceController& controller) {
     for (auto& [key, application] : sorted) {
         const bool hasIdentifier = !key.starts_with(kNamePrefix);
         const auto role =
-            classifyApplication(application.name, hasIdentifier ? std::optional<std::string>(key) : std::nullopt);
+            classifyApplication(application.name, hasIdentifier ? std::optional(BundleID(key)) : std::nullopt);
         const auto minimum = minimums.find(key);
         applications.push_back(
             {{"key", key},

@@ -129,17 +129,18 @@ ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const 
     if (!layout) return refusal("The display is gone");
     std::vector<NamedThing> tiles;
     for (const TileSlot& slot : layout->slots) {
-        tiles.push_back({slot.id, {slot.name}, std::to_string(tiles.size() + 1) + "  " + slot.name + "  " + slot.id});
+        const std::string number = std::to_string(tiles.size() + 1);
+        tiles.push_back({slot.id.text(), {slot.name}, number + "  " + slot.name + "  " + slot.id.text()});
     }
     const auto found = lookUp("tile", wanted, tiles, Numbered::yes);
     if (!found) return found.error();
     return layout->slots[*found];
 }
 
-ControlResult<std::string> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted) {
+ControlResult<SlotID> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted) {
     for (const LayoutDefinition& layout : controller.catalogue()) {
         for (const TileSlot& slot : layout.slots) {
-            if (slot.id == wanted) return wanted;
+            if (slot.id.text() == wanted) return slot.id;
         }
     }
     const auto display = controller.currentDisplayID();
@@ -241,8 +242,8 @@ ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceControll
     std::vector<NamedApplication> applications;
     std::vector<NamedThing> things;
     std::set<std::string> ids;
-    const auto add = [&](const std::string& name, const std::optional<std::string>& bundleIdentifier) {
-        const std::string id = bundleIdentifier.value_or(name);
+    const auto add = [&](const std::string& name, const std::optional<BundleID>& bundleIdentifier) {
+        const std::string id = bundleIdentifier ? bundleIdentifier->text() : name;
         if (!ids.insert(id).second) return;
         applications.push_back({name, bundleIdentifier});
         things.push_back({id, {name}, id + "  " + name});
@@ -253,7 +254,7 @@ ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceControll
     }
     const auto found = lookUp("application", wanted, things, Numbered::no);
     if (found) return applications[*found];
-    if (const auto hidden = controller.launchableApplication(std::string(wanted)); hidden && hidden->bundleIdentifier) {
+    if (const auto hidden = controller.launchableApplication(BundleID(wanted)); hidden && hidden->bundleIdentifier) {
         return NamedApplication{hidden->name, hidden->bundleIdentifier};
     }
     return found.error();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "control/ControlHandling.h"
+#include "support/Identifiers.h"
 #include "support/JsonDecoding.h"
 #include "workspace/WorkspaceController.h"
 
@@ -44,7 +45,7 @@ ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const 
                                    std::string_view wanted);
 /// A slot's id, for what holds on all displays: a slot of any layout, or on the current display a tile's number or
 /// name.
-ControlResult<std::string> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted);
+ControlResult<SlotID> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted);
 /// The layout's id.
 ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted);
@@ -63,7 +64,7 @@ ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std
 
 struct NamedApplication {
     std::string name;
-    std::optional<std::string> bundleIdentifier;
+    std::optional<BundleID> bundleIdentifier;
 };
 /// A running application with windows, or an installed one.
 ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceController& controller,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "layout/LayoutTree.h"
+#include "layout/TileTarget.h"
 #include "support/Geometry.h"
 #include "support/Identifiers.h"
 #include "themes/ThemeRegistry.h"
@@ -42,7 +43,7 @@ struct OverlayDisplay {
 };
 
 struct OverlayApplication {
-    std::optional<std::string> id;
+    std::optional<BundleID> id;
     std::string name;
     bool operator==(const OverlayApplication&) const = default;
 };
@@ -66,11 +67,11 @@ struct OverlayNotice {
 
 /// A tile, or all the tiles that one window spans.
 struct OverlayTile {
-    std::string id; // tile-target id; of a span its anchor's
+    TileTarget id; // of a span its anchor
     DisplayID displayID;
-    std::string slotID;
+    SlotID slotID;
     std::string name{};
-    std::vector<std::string> coveredSlotIDs{}; // its own first
+    std::vector<SlotID> coveredSlotIDs{}; // its own first
     CGRect cell{};
     CGRect windowFrame{};                 // the cell without the inset; a window may take less of it
     std::optional<CGRect> footerFrame{};  // absent on a display that a window owns in focus mode
@@ -98,7 +99,7 @@ struct OverlayDivider {
 struct OverlayDrag {
     WindowID windowID;
     std::optional<DisplayID> displayID; // under the pointer
-    std::optional<std::string> tileID;  // the drop target
+    std::optional<TileTarget> tileID;   // the drop target
     bool operator==(const OverlayDrag&) const = default;
 };
 

@@ -16,9 +16,9 @@ namespace {
 
 using nlohmann::json;
 
-std::string shownSlot(const std::string& slotID, const std::vector<SlotName>& slots) {
+std::string shownSlot(const SlotID& slotID, const std::vector<SlotName>& slots) {
     const auto found = std::ranges::find(slots, slotID, &SlotName::id);
-    return found == slots.end() ? slotID : found->name;
+    return found == slots.end() ? slotID.text() : found->name;
 }
 
 /// Its name with that of a slot in place of the slot's id.
@@ -26,7 +26,7 @@ std::string label(const WorkspaceRule& rule, const std::vector<SlotName>& slots)
     static constexpr std::string_view kArrow = " → ";
     const auto arrow = rule.name.rfind(kArrow);
     if (arrow == std::string::npos) return rule.name;
-    const std::string slotID = rule.name.substr(arrow + kArrow.size());
+    const SlotID slotID(rule.name.substr(arrow + kArrow.size()));
     return rule.name.substr(0, arrow) + std::string(kArrow) + shownSlot(slotID, slots);
 }
 

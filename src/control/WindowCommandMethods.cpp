@@ -28,8 +28,8 @@ json answer(const WorkspaceController& controller, bool isDryRun, const WindowPl
         steps.push_back(
             {{"kind", describe(step.kind)},
              {"window", controlRecord::briefWindow(controller, step.windowID)},
-             {"tile", orNull(step.targetID)},
-             {"tileName", step.targetID ? json(controlRecord::tileName(controller, *step.targetID)) : json(nullptr)}});
+             {"tile", orNull(step.target)},
+             {"tileName", step.target ? json(controlRecord::tileName(controller, *step.target)) : json(nullptr)}});
     }
     return {{"dryRun", isDryRun},
             {"message", plan.message},
@@ -112,10 +112,10 @@ WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCurso
     return window;
 }
 
-ControlResult<std::string> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
-                                      const std::string& wanted, const std::optional<WindowID>& windowID) {
+ControlResult<TileTarget> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
+                                     const std::string& wanted, const std::optional<WindowID>& windowID) {
     for (const WorkspaceTile& tile : controller.tiles()) {
-        if (tile.targetID == wanted) return wanted;
+        if (tile.target.text() == wanted) return tile.target;
     }
     std::optional<DisplayID> display;
     if (!parameters.optional("display") && windowID) display = controller.displayIDOfWindow(*windowID);
@@ -126,7 +126,7 @@ ControlResult<std::string> wantedTile(const WorkspaceController& controller, con
     }
     const auto slot = lookUpSlot(controller, *display, wanted);
     if (!slot) return slot.error();
-    return tileTargetID(*display, slot->id);
+    return TileTarget{*std::move(display), slot->id};
 }
 
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -199,7 +199,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     if (const auto tile = parameters.optional("tile")) {
         auto found = wantedTile(controller, parameters, tile->string(), std::nullopt);
         if (!found) return found.error();
-        cycle.targetID = *std::move(found);
+        cycle.target = *std::move(found);
     } else {
         auto window = wantedWindow(controller, parameters);
         if (!window) return window.error();
@@ -246,7 +246,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
                 if (id != tile.windowID) waiting.push_back(controlRecord::windowInBrief(controller, id));
             }
             own.push_back(
-                {{"id", tile.targetID},
+                {{"id", tile.target},
                  {"number", own.size() + 1},
                  {"name", tile.slot.name},
                  {"window", tile.windowID ? controlRecord::windowInBrief(controller, *tile.windowID) : json(nullptr)},
@@ -280,8 +280,8 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
     for (const auto& finding : findings) {
         isAsRequested = isAsRequested && finding.verdict != PlacementVerdict::drifted;
         windows.push_back({{"window", controlRecord::briefWindow(controller, finding.windowID)},
-                           {"tile", finding.targetID},
-                           {"tileName", controlRecord::tileName(controller, finding.targetID)},
+                           {"tile", finding.target},
+                           {"tileName", controlRecord::tileName(controller, finding.target)},
                            {"requested", controlRecord::rect(finding.requestedFrame)},
                            {"actual", finding.actualFrame ? controlRecord::rect(*finding.actualFrame) : json(nullptr)},
                            {"verdict", describe(finding.verdict)}});

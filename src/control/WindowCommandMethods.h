@@ -16,10 +16,10 @@ namespace kova {
 ControlResult<std::optional<WindowID>> wantedWindow(const WorkspaceController& controller,
                                                     const JsonCursor& parameters);
 
-/// The tile-target id of what `wanted` names: a whole id, or a tile of the display of the parameters, else of the
+/// The tile that `wanted` names: its id, or a tile of the display of the parameters, else of the
 /// window's, else of the current one.
-ControlResult<std::string> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
-                                      const std::string& wanted, const std::optional<WindowID>& windowID);
+ControlResult<TileTarget> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
+                                     const std::string& wanted, const std::optional<WindowID>& windowID);
 
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters);

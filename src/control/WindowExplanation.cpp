@@ -32,14 +32,14 @@ const ManagedWindow* liveWindow(const WorkspaceController& controller, const Win
 }
 
 /// Null for a free tile.
-const ManagedWindow* frontOf(const WorkspaceController& controller, const std::string& target) {
+const ManagedWindow* frontOf(const WorkspaceController& controller, const TileTarget& target) {
     const auto& fronts = controller.assignments().assignedWindowIDs;
     const auto front = fronts.find(target);
     return front == fronts.end() ? nullptr : liveWindow(controller, front->second);
 }
 
 /// "behind Mail “Inbox” in Primary on A".
-std::string placeBehind(const WorkspaceController& controller, const std::string& target) {
+std::string placeBehind(const WorkspaceController& controller, const TileTarget& target) {
     const ManagedWindow* front = frontOf(controller, target);
     return "behind " + (front ? nameOf(*front) : "another window") + " in " +
            controlRecord::tileName(controller, target);
@@ -122,7 +122,7 @@ std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController&
 std::vector<std::string> explainStandingChoices(const WorkspaceController& controller) {
     std::vector<std::string> lines;
     for (const auto& [slotID, application] : controller.state().profile->preferredApplications) {
-        lines.push_back("The tile " + slotID + " is offered to " + application + " first.");
+        lines.push_back("The tile " + slotID.text() + " is offered to " + application + " first.");
     }
     if (!controller.state().rules->empty() && !*controller.state().continuousManagementEnabled) {
         lines.emplace_back("Rules are off; “kova rules on” lets them act.");

@@ -106,9 +106,9 @@ std::string_view describe(AutoArrangeAppRole role) {
     return "other";
 }
 
-AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<std::string>& bundleIdentifier) {
+AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<BundleID>& bundleIdentifier) {
     const std::string lowerName = lowercased(name);
-    const std::string bundle = lowercased(bundleIdentifier.value_or(""));
+    const std::string bundle = bundleIdentifier ? lowercased(bundleIdentifier->text()) : "";
     if (isOneOf(bundle, kCodingAgentBundles) || containsAny(bundle, kCodingAgentBundleParts) ||
         containsAny(lowerName, kCodingAgentNameParts)) {
         return AutoArrangeAppRole::codingAgent;
@@ -125,16 +125,16 @@ AutoArrangeAppRole classifyApplication(std::string_view name, const std::optiona
     return AutoArrangeAppRole::other;
 }
 
-std::string applicationKey(std::string_view name, const std::optional<std::string>& bundleIdentifier) {
-    if (bundleIdentifier && !bundleIdentifier->empty()) return lowercased(*bundleIdentifier);
+std::string applicationKey(std::string_view name, const std::optional<BundleID>& bundleIdentifier) {
+    if (bundleIdentifier && !bundleIdentifier->empty()) return lowercased(bundleIdentifier->text());
     return "name:" + lowercased(name);
 }
 
-std::string_view canonicalSlotID(std::string_view slotID) {
+std::string_view canonicalSlotID(const SlotID& slotID) {
     for (const auto& [id, canonical] : kCanonicalSlotIDs) {
-        if (id == slotID) return canonical;
+        if (id == slotID.text()) return canonical;
     }
-    return slotID;
+    return slotID.text();
 }
 
 std::vector<std::string_view> slotIDAliases(std::string_view canonicalID) {
@@ -146,7 +146,7 @@ std::vector<std::string_view> slotIDAliases(std::string_view canonicalID) {
 }
 
 double AutoArrangeLearningModel::preference(const std::string& layoutID, const std::string& applicationKey,
-                                            std::string_view slotID) const {
+                                            const SlotID& slotID) const {
     double matchingHere = 0, totalHere = 0, matchingElsewhere = 0, totalElsewhere = 0;
     for (const auto& [id, layout] : layouts) {
         const auto application = layout.applications.find(applicationKey);
@@ -168,17 +168,17 @@ double AutoArrangeLearningModel::preference(const std::string& layoutID, const s
 }
 
 bool AutoArrangeLearningModel::isPlacedByUser(const std::string& layoutID, const std::string& applicationKey,
-                                              std::string_view slotID) const {
+                                              const SlotID& slotID) const {
     const auto layout = layouts.find(layoutID);
     if (layout == layouts.end()) return false;
     const auto application = layout->second.applications.find(applicationKey);
     if (application == layout->second.applications.end()) return false;
-    const auto slot = application->second.slotWeights.find(std::string(slotID));
+    const auto slot = application->second.slotWeights.find(slotID);
     return slot != application->second.slotWeights.end() && slot->second == kUserWeight;
 }
 
 void AutoArrangeLearningModel::learnArrangement(const std::string& layoutID, const std::string& applicationKey,
-                                                const std::set<std::string>& slotIDs) {
+                                                const std::set<SlotID>& slotIDs) {
     AppLearning& learning = layouts[layoutID].applications[applicationKey];
     for (auto& [slot, weight] : learning.slotWeights) {
         weight = learnedWeight(weight);
@@ -193,7 +193,7 @@ void AutoArrangeLearningModel::learnArrangement(const std::string& layoutID, con
 }
 
 void AutoArrangeLearningModel::learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey,
-                                                    const std::string& slotID) {
+                                                    const SlotID& slotID) {
     AppLearning& learning = layouts[layoutID].applications[applicationKey];
     for (auto& [slot, weight] : learning.slotWeights) {
         weight = std::min(learnedWeight(weight), kHabitWeight) * kFadePerPlacement;
@@ -223,7 +223,7 @@ std::string encodeLearningModel(const AutoArrangeLearningModel& model) {
         nlohmann::json applications = nlohmann::json::object();
         for (const auto& [key, learning] : layout.applications) {
             nlohmann::json slotWeights = nlohmann::json::object();
-            for (const auto& [slot, weight] : learning.slotWeights) slotWeights[slot] = learnedWeight(weight);
+            for (const auto& [slot, weight] : learning.slotWeights) slotWeights[slot.text()] = learnedWeight(weight);
             applications[key] = {{"slotWeights", slotWeights}, {"placementCount", learning.placementCount}};
         }
         layouts[layoutID] = {{"applications", applications}};
@@ -239,7 +239,7 @@ Decoded<AutoArrangeLearningModel> decodeLearningModel(std::string_view json) {
             for (const auto& [key, learning] : layout.required("applications").members()) {
                 auto& application = applications[key];
                 for (const auto& [slot, weight] : learning.required("slotWeights").members()) {
-                    application.slotWeights[slot] = weight.number();
+                    application.slotWeights[SlotID(slot)] = weight.number();
                 }
                 application.placementCount = learning.required("placementCount").integer();
             }

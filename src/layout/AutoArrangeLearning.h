@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/Decoded.h"
+#include "support/Identifiers.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,19 +20,19 @@ enum class AutoArrangeAppRole { utility = 0, other = 1, productivity = 2, browse
 /// "utility", "other", "productivity", "browser", "coding agent": for explanations.
 std::string_view describe(AutoArrangeAppRole role);
 
-AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<std::string>& bundleIdentifier);
+AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<BundleID>& bundleIdentifier);
 
 /// The key of an application: its bundle identifier in lower case, else "name:" and its name in lower case.
-std::string applicationKey(std::string_view name, const std::optional<std::string>& bundleIdentifier);
+std::string applicationKey(std::string_view name, const std::optional<BundleID>& bundleIdentifier);
 
 /// The slot id that slots of the same meaning share in all layouts.
-std::string_view canonicalSlotID(std::string_view slotID);
+std::string_view canonicalSlotID(const SlotID& slotID);
 /// The other slot ids whose canonical id this is, in a fixed order.
 std::vector<std::string_view> slotIDAliases(std::string_view canonicalID);
 
 struct AutoArrangeLearningModel {
     struct AppLearning {
-        std::map<std::string, double> slotWeights;
+        std::map<SlotID, double> slotWeights;
         std::int64_t placementCount = 0;
         bool operator==(const AppLearning&) const = default;
 
@@ -53,16 +54,15 @@ struct AutoArrangeLearningModel {
 
     /// The application's preference for the slot, from 0 to 1: the slot's share of the habits on this layout, else half
     /// the share that other layouts give to slots of the same canonical id. Weights below a habit do not count.
-    double preference(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
+    double preference(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
     /// Whether the user has put the application into the slot, and not elsewhere on this layout since.
-    bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
+    bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
     /// An arrangement has put windows of the application into the slots: their weights grow by 1 up to a habit. Weights
     /// of the layout's other slots, except the user's choice, are multiplied by 0.7 and dropped below 0.001.
     void learnArrangement(const std::string& layoutID, const std::string& applicationKey,
-                          const std::set<std::string>& slotIDs);
+                          const std::set<SlotID>& slotIDs);
     /// The user has put a window of the application into the slot: it becomes the only habit on this layout.
-    void learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey,
-                              const std::string& slotID);
+    void learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID);
     /// Drops all weights of the application.
     void forget(const std::string& applicationKey);
     bool operator==(const AutoArrangeLearningModel&) const = default;

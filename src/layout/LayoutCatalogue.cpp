@@ -19,7 +19,7 @@ constexpr std::array<std::pair<LayoutDisplayClass, std::string_view>, 3> kDispla
 constexpr double kUltraWideAspect = 3;
 constexpr double kCompactWidth = 1920; // points
 
-LayoutNode tile(std::string id, std::string name) {
+LayoutNode tile(SlotID id, std::string name) {
     return LayoutTile{std::move(id), std::move(name)};
 }
 LayoutNode row(std::vector<LayoutBranch> branches) {
@@ -35,7 +35,7 @@ LayoutNode primary() {
 /// "secondary-2", named "Secondary 2".
 LayoutNode secondary(int number) {
     const std::string digits = std::to_string(number);
-    return tile("secondary-" + digits, "Secondary " + digits);
+    return tile(SlotID("secondary-" + digits), "Secondary " + digits);
 }
 LayoutNode onlySecondary() {
     return tile("secondary-1", "Secondary");

@@ -25,30 +25,23 @@ CGPoint decodePoint(const JsonCursor& at) {
     return {x, y};
 }
 
-template <class T, class Decode>
-std::map<std::string, T> decodeMap(const JsonCursor& at, Decode decodeMember) {
-    std::map<std::string, T> out;
+template <class T, class Key = std::string, class Decode>
+std::map<Key, T> decodeMap(const JsonCursor& at, Decode decodeMember) {
+    std::map<Key, T> out;
     for (const auto& [key, member] : at.members()) out.emplace(key, decodeMember(member));
     return out;
 }
 
-template <class T, class Decode>
-std::map<std::string, T> decodeOptionalMap(const std::optional<JsonCursor>& at, Decode decodeMember) {
-    return at ? decodeMap<T>(*at, decodeMember) : std::map<std::string, T>{};
-}
-
-template <class T, class Decode>
-std::map<DisplayID, T> decodeByDisplay(const std::optional<JsonCursor>& at, Decode decodeMember) {
-    std::map<DisplayID, T> out;
-    if (!at) return out;
-    for (const auto& [key, member] : at->members()) out.emplace(key, decodeMember(member));
-    return out;
+template <class T, class Key = std::string, class Decode>
+std::map<Key, T> decodeOptionalMap(const std::optional<JsonCursor>& at, Decode decodeMember) {
+    return at ? decodeMap<T, Key>(*at, decodeMember) : std::map<Key, T>{};
 }
 
 const std::string& text(const std::string& key) {
     return key;
 }
-const std::string& text(const DisplayID& key) {
+template <class Tag>
+const std::string& text(const Identifier<Tag>& key) {
     return key.text();
 }
 
@@ -118,7 +111,7 @@ json encode(const WorkspaceProfile& profile) {
             {"layoutSelectionsByDisplay", encodeMap(profile.layoutSelectionsByDisplay, encodeValue)},
             {"tileInset", std::isfinite(profile.tileInset) ? profile.tileInset : kSlotInset},
             {"autoArrangeOnLaunch", profile.autoArrangeOnLaunch},
-            {"preferredApplications", profile.preferredApplications},
+            {"preferredApplications", encodeMap(profile.preferredApplications, std::identity{})},
             {"applicationMinimumSizes", encodeMap(profile.applicationMinimumSizes, encodeValue)},
             {"layoutWeightsByDisplay", encodeMap(profile.layoutWeightsByDisplay, encodeWeights)}};
 }
@@ -147,7 +140,8 @@ DisplayLayoutSelection decodeLayoutSelection(const JsonCursor& at) {
 }
 
 TileSlot decodeTileSlot(const JsonCursor& at) {
-    return {at.required("id").string(), at.required("name").string(), decodeRect(at.required("normalizedFrame"))};
+    return {SlotID(at.required("id").string()), at.required("name").string(),
+            decodeRect(at.required("normalizedFrame"))};
 }
 
 LayoutDefinition decodeLayoutDefinition(const JsonCursor& at) {
@@ -172,13 +166,13 @@ WorkspaceProfile decodeWorkspaceProfile(const JsonCursor& at) {
         .name = at.required("name").string(),
         .themeID = at.required("themeID").string(),
         .layoutID = at.required("layoutID").string(),
-        .layoutSelectionsByDisplay =
-            decodeByDisplay<DisplayLayoutSelection>(at.optional("layoutSelectionsByDisplay"), decodeLayoutSelection),
+        .layoutSelectionsByDisplay = decodeOptionalMap<DisplayLayoutSelection, DisplayID>(
+            at.optional("layoutSelectionsByDisplay"), decodeLayoutSelection),
         .tileInset = at.required("tileInset").number(),
         .autoArrangeOnLaunch = at.required("autoArrangeOnLaunch").boolean(),
-        .preferredApplications = decodeMap<std::string>(at.required("preferredApplications"), decodeString),
+        .preferredApplications = decodeMap<std::string, SlotID>(at.required("preferredApplications"), decodeString),
         .applicationMinimumSizes = decodeOptionalMap<CGSize>(at.optional("applicationMinimumSizes"), decodeSize),
-        .layoutWeightsByDisplay = decodeByDisplay<std::map<std::string, LayoutWeightOverrides>>(
+        .layoutWeightsByDisplay = decodeOptionalMap<std::map<std::string, LayoutWeightOverrides>, DisplayID>(
             at.optional("layoutWeightsByDisplay"), decodeLayoutWeights),
     };
 }

@@ -85,7 +85,7 @@ struct LayoutSolver::Scratch {
         std::uint32_t firstDivider = 0;
     };
     struct WindowMinimum {
-        const std::string* tileID;
+        const SlotID* tileID;
         CGSize size;
         std::uint32_t tile; // TileIndex::kNone: no such tile
     };
@@ -106,8 +106,8 @@ struct LayoutSolver::Scratch {
 
     TileIndex tileIndex;
     std::vector<WindowMinimum> windowMinimums;
-    std::vector<const std::string*> unsatisfied;
-    std::vector<std::set<std::string>::node_type> spareEntries;
+    std::vector<const SlotID*> unsatisfied;
+    std::vector<std::set<SlotID>::node_type> spareEntries;
     BranchLengthsScratch branchLengths;
 
     void flatten(const LayoutNode& tree, const SolveContext& context);
@@ -121,7 +121,7 @@ struct LayoutSolver::Scratch {
     void writeDivider(const Split& split, std::uint32_t boundary, double gap, LayoutDivider& divider) const;
     void shareFramesOfEqualIDs();
     void writeSlots(CGSize area, SolvedLayout& result) const;
-    void reportUnsatisfied(double tileInset, std::set<std::string>& ids);
+    void reportUnsatisfied(double tileInset, std::set<SlotID>& ids);
 };
 
 std::uint32_t LayoutSolver::Scratch::addNodes(std::size_t count) {
@@ -306,7 +306,7 @@ void LayoutSolver::Scratch::writeSlots(CGSize area, SolvedLayout& result) const 
     }
 }
 
-void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<std::string>& ids) {
+void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<SlotID>& ids) {
     unsatisfied.clear();
     for (const WindowMinimum& entry : windowMinimums) {
         const bool holds =
@@ -314,15 +314,15 @@ void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<std::st
         if (!holds) unsatisfied.push_back(entry.tileID);
     }
     const bool same =
-        ids.size() == unsatisfied.size() && std::all_of(unsatisfied.begin(), unsatisfied.end(),
-                                                        [&ids](const std::string* id) { return ids.contains(*id); });
+        ids.size() == unsatisfied.size() &&
+        std::all_of(unsatisfied.begin(), unsatisfied.end(), [&ids](const SlotID* id) { return ids.contains(*id); });
     if (same) return;
     while (!ids.empty()) spareEntries.push_back(ids.extract(ids.begin()));
-    std::size_t longestID = 0;
-    for (const WindowMinimum& entry : windowMinimums) longestID = std::max(longestID, entry.tileID->size());
-    for (const std::string* id : unsatisfied) {
-        if (spareEntries.empty()) spareEntries.push_back(std::set<std::string>{""}.extract(""));
-        spareEntries.back().value().reserve(longestID); // so that it can hold any of them from now on
+    const auto longest =
+        std::ranges::max_element(windowMinimums, {}, [](const auto& entry) { return entry.tileID->text().size(); });
+    for (const SlotID* id : unsatisfied) {
+        if (spareEntries.empty()) spareEntries.push_back(std::set<SlotID>{""}.extract(""));
+        spareEntries.back().value() = *longest->tileID; // so that it can hold any of them from now on
         spareEntries.back().value() = *id;
         ids.insert(std::move(spareEntries.back()));
         spareEntries.pop_back();

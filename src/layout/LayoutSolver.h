@@ -22,7 +22,7 @@ inline constexpr double kSlotInset = 5; // points, the inset with which definiti
 
 /// One tile of a layout. The normalized frame is a rectangle in the unit square of its area.
 struct TileSlot {
-    std::string id;
+    SlotID id;
     std::string name;
     CGRect normalizedFrame{};
     bool operator==(const TileSlot&) const = default;
@@ -47,13 +47,13 @@ struct DisplayLayoutDivider {
 };
 
 /// Minimum size in points of the window in each tile, by tile id.
-using TileMinimumSizes = std::unordered_map<std::string, CGSize>;
+using TileMinimumSizes = std::unordered_map<SlotID, CGSize>;
 
 struct SolvedLayout {
-    std::vector<TileSlot> slots;              // tree order, one per leaf that received a frame
-    std::vector<CGRect> frames;               // the slots' cells in layout space, in the same order
-    std::set<std::string> unsatisfiedTileIDs; // tiles smaller than their window's minimum, and unknown ids
-    std::vector<LayoutDivider> dividers;      // depth first
+    std::vector<TileSlot> slots;         // tree order, one per leaf that received a frame
+    std::vector<CGRect> frames;          // the slots' cells in layout space, in the same order
+    std::set<SlotID> unsatisfiedTileIDs; // tiles smaller than their window's minimum, and unknown ids
+    std::vector<LayoutDivider> dividers; // depth first
     bool operator==(const SolvedLayout&) const = default;
 };
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/Geometry.h"
+#include "support/Identifiers.h"
 
 #include <map>
 #include <span>
@@ -22,7 +23,7 @@ struct LayoutBranch;
 
 /// A leaf. The id is the slot's id, unique within one tree.
 struct LayoutTile {
-    std::string id;
+    SlotID id;
     std::string name;
     bool operator==(const LayoutTile&) const = default;
 };

@@ -21,7 +21,7 @@ std::string layoutsIn(const std::vector<LayoutDefinition>& catalogue, const Slot
 
 std::vector<SlotName> slotNames(const std::vector<LayoutDefinition>& catalogue) {
     std::vector<SlotName> slots;
-    std::map<std::string, std::set<std::string>> slotsByName;
+    std::map<std::string, std::set<SlotID>> slotsByName;
     for (const LayoutDefinition& layout : catalogue) {
         for (const TileSlot& slot : layout.slots) {
             slotsByName[slot.name].insert(slot.id);
@@ -39,10 +39,10 @@ std::vector<SlotName> slotNames(const std::vector<LayoutDefinition>& catalogue) 
     return slots;
 }
 
-std::string slotName(const std::vector<LayoutDefinition>& catalogue, const std::string& slotID) {
+std::string slotName(const std::vector<LayoutDefinition>& catalogue, const SlotID& slotID) {
     const auto slots = slotNames(catalogue);
     const auto found = std::ranges::find(slots, slotID, &SlotName::id);
-    return found == slots.end() ? slotID : found->name;
+    return found == slots.end() ? slotID.text() : found->name;
 }
 
 } // namespace kova

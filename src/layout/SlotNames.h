@@ -10,7 +10,7 @@
 namespace kova {
 
 struct SlotName {
-    std::string id;
+    SlotID id;
     std::string name; // of no other slot
     bool operator==(const SlotName&) const = default;
 };
@@ -19,6 +19,6 @@ struct SlotName {
 /// with the layouts in which it is called so where other slots have that name, too.
 std::vector<SlotName> slotNames(const std::vector<LayoutDefinition>& catalogue);
 /// The name of one of them; the id itself if no layout has it.
-std::string slotName(const std::vector<LayoutDefinition>& catalogue, const std::string& slotID);
+std::string slotName(const std::vector<LayoutDefinition>& catalogue, const SlotID& slotID);
 
 } // namespace kova

@@ -7,8 +7,8 @@ namespace kova {
 
 namespace {
 
-std::size_t hashOf(std::string_view id) {
-    return std::hash<std::string_view>{}(id);
+std::size_t hashOf(const SlotID& id) {
+    return std::hash<SlotID>{}(id);
 }
 
 } // namespace
@@ -33,7 +33,7 @@ void TileIndex::finish() {
     }
 }
 
-std::uint32_t TileIndex::lookUp(std::string_view id) const {
+std::uint32_t TileIndex::lookUp(const SlotID& id) const {
     const std::size_t mask = buckets_.size() - 1;
     for (std::size_t at = hashOf(id) & mask; buckets_[at] != kNone; at = (at + 1) & mask) {
         if (ids_[buckets_[at]] == id) return buckets_[at];
@@ -41,7 +41,7 @@ std::uint32_t TileIndex::lookUp(std::string_view id) const {
     return kNone;
 }
 
-std::uint32_t& TileIndex::bucket(std::string_view id) {
+std::uint32_t& TileIndex::bucket(const SlotID& id) {
     const std::size_t mask = buckets_.size() - 1;
     std::size_t at = hashOf(id) & mask;
     while (buckets_[at] != kNone && ids_[buckets_[at]] != id) at = (at + 1) & mask;

@@ -2,9 +2,9 @@
 // comparison, and nothing is hashed or allocated.
 #pragma once
 
+#include "support/Identifiers.h"
+
 #include <cstdint>
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace kova {
@@ -15,7 +15,7 @@ class TileIndex {
 
     /// Forgets the tiles; call `add` for each tile of the tree, then `finish`.
     void begin();
-    void add(const std::string& id) {
+    void add(const SlotID& id) {
         if (count_ == ids_.size()) {
             ids_.emplace_back(id);
             changed_ = true;
@@ -28,7 +28,7 @@ class TileIndex {
     void finish();
 
     /// The first tile with the id, in the order of `add`; kNone when there is none. `guess` is tried first.
-    std::uint32_t find(std::string_view id, std::uint32_t guess = kNone) const {
+    std::uint32_t find(const SlotID& id, std::uint32_t guess = kNone) const {
         return guess < count_ && ids_[guess] == id && !hasDuplicates_ ? guess : lookUp(id);
     }
     /// The next tile with the id of this one, or kNone.
@@ -36,10 +36,10 @@ class TileIndex {
     bool hasDuplicates() const { return hasDuplicates_; }
 
   private:
-    std::uint32_t lookUp(std::string_view id) const;
-    std::uint32_t& bucket(std::string_view id);
+    std::uint32_t lookUp(const SlotID& id) const;
+    std::uint32_t& bucket(const SlotID& id);
 
-    std::vector<std::string> ids_; // those beyond `count_` are kept for their memory
+    std::vector<SlotID> ids_; // those beyond `count_` are kept for their memory
     std::vector<std::uint32_t> next_;
     std::vector<std::uint32_t> buckets_; // open addressing, a power of two of at least twice the tiles
     std::uint32_t count_ = 0;

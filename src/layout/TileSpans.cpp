@@ -89,7 +89,7 @@ void dropRepeated(std::vector<Side>& sides) {
 class SpanSearch {
   public:
     SpanSearch(std::span<const TileSlot> slots, std::size_t anchor, CGSize displaySize, double tileInset,
-               CGSize minimumSize, const std::set<std::string>& occupiedSlotIDs);
+               CGSize minimumSize, const std::set<SlotID>& occupiedSlotIDs);
 
     std::optional<TileSpan> run();
 
@@ -127,7 +127,7 @@ class SpanSearch {
 };
 
 SpanSearch::SpanSearch(std::span<const TileSlot> slots, std::size_t anchor, CGSize displaySize, double tileInset,
-                       CGSize minimumSize, const std::set<std::string>& occupiedSlotIDs) :
+                       CGSize minimumSize, const std::set<SlotID>& occupiedSlotIDs) :
     slots_(slots),
     anchor_(only(anchor)), displaySize_(displaySize), tileInset_(tileInset), minimumSize_(minimumSize) {
     SlotSet usable = 0;
@@ -173,9 +173,9 @@ CGRect SpanSearch::frameOf(std::size_t slot) const {
 }
 
 std::string SpanSearch::joinedIDs(SlotSet set) const {
-    std::string joined = slots_[firstOf(set)].id;
+    std::string joined = slots_[firstOf(set)].id.text();
     for (set = withoutFirst(set); set != 0; set = withoutFirst(set)) {
-        joined.append(1, '\0').append(slots_[firstOf(set)].id);
+        joined.append(1, '\0').append(slots_[firstOf(set)].id.text());
     }
     return joined;
 }
@@ -275,35 +275,9 @@ std::optional<TileSpan> SpanSearch::run() {
 
 } // namespace
 
-namespace {
-
-constexpr std::string_view kTargetSeparator = "::";
-
-} // namespace
-
-std::string tileTargetID(const DisplayID& displayID, std::string_view slotID) {
-    return std::string(displayID.text()).append(kTargetSeparator).append(slotID);
-}
-
-DisplayID displayIDOf(std::string_view targetID) {
-    return DisplayID(targetID.substr(0, targetID.find(kTargetSeparator)));
-}
-
-std::string withDisplayRenamed(const std::string& targetID, const DisplayID& formerID, const DisplayID& newID) {
-    const auto slotID = slotIDOn(formerID, targetID);
-    return slotID ? tileTargetID(newID, *slotID) : targetID;
-}
-
-std::optional<std::string_view> slotIDOn(const DisplayID& displayID, std::string_view targetID) {
-    if (!targetID.starts_with(displayID.text())) return std::nullopt;
-    targetID.remove_prefix(displayID.text().size());
-    if (!targetID.starts_with(kTargetSeparator)) return std::nullopt;
-    return targetID.substr(kTargetSeparator.size());
-}
-
-std::optional<TileSpan> TileSpanPolicy::bestSpan(std::span<const TileSlot> slots, std::string_view anchorSlotID,
+std::optional<TileSpan> TileSpanPolicy::bestSpan(std::span<const TileSlot> slots, const SlotID& anchorSlotID,
                                                  CGSize displaySize, double tileInset, CGSize minimumSize,
-                                                 const std::set<std::string>& occupiedSlotIDs) {
+                                                 const std::set<SlotID>& occupiedSlotIDs) {
     if (slots.size() < kFewestSlots || slots.size() > kMostSlots) return std::nullopt;
     const auto anchor =
         std::find_if(slots.begin(), slots.end(), [&](const TileSlot& slot) { return slot.id == anchorSlotID; });

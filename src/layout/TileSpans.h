@@ -2,7 +2,7 @@
 #pragma once
 
 #include "layout/LayoutSolver.h"
-#include "support/Identifiers.h"
+#include "layout/TileTarget.h"
 
 #include <optional>
 #include <set>
@@ -13,22 +13,10 @@
 
 namespace kova {
 
-/// The string identity of a tile on a display: display id, "::", slot id.
-std::string tileTargetID(const DisplayID& displayID, std::string_view slotID);
-
-/// The display id of a tile-target id.
-DisplayID displayIDOf(std::string_view targetID);
-
-/// The slot id of a tile-target id, if the tile is on that display; absent otherwise.
-std::optional<std::string_view> slotIDOn(const DisplayID& displayID, std::string_view targetID);
-
-/// The tile-target id, on the display with the new id if it was on the former one.
-std::string withDisplayRenamed(const std::string& targetID, const DisplayID& formerID, const DisplayID& newID);
-
 struct DisplayTileTarget {
     DisplayID displayID;
     TileSlot slot;
-    std::string id() const { return tileTargetID(displayID, slot.id); }
+    TileTarget id() const { return {displayID, slot.id}; }
     bool operator==(const DisplayTileTarget&) const = default;
 };
 
@@ -44,9 +32,9 @@ struct TileSpanPolicy {
     /// The preferred span that holds the anchor slot and fits the minimum size; absent when none fits, when the anchor
     /// is not among the slots, or when there are fewer than 2 or more than 63 slots. Sizes and inset are in points; a
     /// component of the minimum size that is not positive and finite counts as 0.
-    static std::optional<TileSpan> bestSpan(std::span<const TileSlot> slots, std::string_view anchorSlotID,
+    static std::optional<TileSpan> bestSpan(std::span<const TileSlot> slots, const SlotID& anchorSlotID,
                                             CGSize displaySize, double tileInset, CGSize minimumSize,
-                                            const std::set<std::string>& occupiedSlotIDs);
+                                            const std::set<SlotID>& occupiedSlotIDs);
 };
 
 } // namespace kova

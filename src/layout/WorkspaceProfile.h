@@ -30,7 +30,7 @@ struct WorkspaceProfile {
     std::map<DisplayID, DisplayLayoutSelection> layoutSelectionsByDisplay;
     double tileInset = 5; // points on each side between a tile's cell and the window in it
     bool autoArrangeOnLaunch = false;
-    std::map<std::string, std::string> preferredApplications;
+    std::map<SlotID, std::string> preferredApplications;
     std::map<std::string, CGSize> applicationMinimumSizes;                                    // by application key
     std::map<DisplayID, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // display, layout
 

@@ -18,14 +18,15 @@ std::string text(const JsonCursor& at) {
     return value;
 }
 
-std::optional<std::string> optionalText(const std::optional<JsonCursor>& at) {
+template <class Text = std::string>
+std::optional<Text> optionalText(const std::optional<JsonCursor>& at) {
     if (!at) return std::nullopt;
-    return text(*at);
+    return Text(text(*at));
 }
 
 WorkspaceRuleDisposition decodeDisposition(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
-    if (name == "tile") return disposition::Tile{text(payload.required("slotID"))};
+    if (name == "tile") return disposition::Tile{SlotID(text(payload.required("slotID")))};
     if (name != "float" && name != "ignore") {
         at.fail("unknown case “" + shownKey(name) + "”, expected “tile”, “float” or “ignore”");
     }
@@ -35,7 +36,7 @@ WorkspaceRuleDisposition decodeDisposition(const JsonCursor& at) {
 }
 
 WorkspaceWindowReference decodeReference(const JsonCursor& at) {
-    return {.bundleIdentifier = optionalText(at.optional("bundleIdentifier")),
+    return {.bundleIdentifier = optionalText<BundleID>(at.optional("bundleIdentifier")),
             .applicationName = text(at.required("applicationName")),
             .titleHint = optionalText(at.optional("titleHint"))};
 }
@@ -255,13 +256,13 @@ WorkspaceScenePlacement WorkspaceDocumentReader::placement(const JsonCursor& at)
     WorkspaceScenePlacement placement{.id = at.required("id").uuid(),
                                       .window = decodeReference(at.required("window")),
                                       .displayOrdinal = at.required("displayOrdinal").integer(),
-                                      .slotID = text(at.required("slotID")),
+                                      .slotID = SlotID(text(at.required("slotID"))),
                                       .stackIndex = at.required("stackIndex").integer(),
                                       .claimedSlotIDs = std::nullopt,
                                       .isActive = std::nullopt};
     if (const auto claimed = at.optional("claimedSlotIDs")) {
         placement.claimedSlotIDs.emplace();
-        for (const auto& slot : claimed->elements()) placement.claimedSlotIDs->push_back(text(slot));
+        for (const auto& slot : claimed->elements()) placement.claimedSlotIDs->emplace_back(text(slot));
     }
     if (const auto active = at.optional("isActive")) placement.isActive = active->boolean();
     return placement;
@@ -271,7 +272,7 @@ WorkspaceRule WorkspaceDocumentReader::rule(const JsonCursor& at) {
     return {.id = at.required("id").uuid(),
             .name = text(at.required("name")),
             .isEnabled = at.required("isEnabled").boolean(),
-            .bundleIdentifier = optionalText(at.optional("bundleIdentifier")),
+            .bundleIdentifier = optionalText<BundleID>(at.optional("bundleIdentifier")),
             .applicationName = optionalText(at.optional("applicationName")),
             .titleContains = optionalText(at.optional("titleContains")),
             .disposition = decodeDisposition(at.required("disposition"))};

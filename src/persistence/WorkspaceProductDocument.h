@@ -4,6 +4,7 @@
 
 #include "layout/LayoutTree.h"
 #include "support/Dates.h"
+#include "support/Identifiers.h"
 #include "support/Uuid.h"
 
 #include <cstdint>
@@ -17,7 +18,7 @@ namespace kova {
 
 /// How a window is recognized in another session.
 struct WorkspaceWindowReference {
-    std::optional<std::string> bundleIdentifier;
+    std::optional<BundleID> bundleIdentifier;
     std::string applicationName;
     std::optional<std::string> titleHint; // the title at capture; absent when it was empty
     bool operator==(const WorkspaceWindowReference&) const = default;
@@ -27,10 +28,10 @@ struct WorkspaceScenePlacement {
     Uuid id = Uuid::random();
     WorkspaceWindowReference window;
     std::int64_t displayOrdinal = 0;
-    std::string slotID; // of the anchor tile, when the window spans several
+    SlotID slotID; // of the anchor tile, when the window spans several
     std::int64_t stackIndex = 0;
-    std::optional<std::vector<std::string>> claimedSlotIDs; // sorted
-    std::optional<bool> isActive;                           // in front of its tile
+    std::optional<std::vector<SlotID>> claimedSlotIDs; // sorted
+    std::optional<bool> isActive;                      // in front of its tile
     bool operator==(const WorkspaceScenePlacement&) const = default;
 };
 
@@ -58,7 +59,7 @@ struct WorkspaceScene {
 
 namespace disposition {
 struct Tile {
-    std::string slotID;
+    SlotID slotID;
     bool operator==(const Tile&) const = default;
 };
 struct Float {
@@ -77,7 +78,7 @@ struct WorkspaceRule {
     std::string name;
     bool isEnabled = true;
     // Criteria: all that are present must hold, and a rule without any never matches.
-    std::optional<std::string> bundleIdentifier;
+    std::optional<BundleID> bundleIdentifier;
     std::optional<std::string> applicationName;
     std::optional<std::string> titleContains;
     WorkspaceRuleDisposition disposition = disposition::Float{};

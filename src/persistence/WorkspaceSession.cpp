@@ -45,7 +45,7 @@ WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
     window.processIdentifier = static_cast<pid_t>(cursor.required("process").integer());
     window.title = cursor.required("title").string();
     if (const auto start = cursor.optional("processStart")) window.processStart = start->string();
-    if (const auto bundle = cursor.optional("bundleIdentifier")) window.bundleIdentifier = bundle->string();
+    if (const auto bundle = cursor.optional("bundleIdentifier")) window.bundleIdentifier = BundleID(bundle->string());
     if (const auto frame = cursor.optional("frame")) window.frame = rect(*frame);
     if (const auto minimum = cursor.optional("observedMinimumSize")) {
         const auto n = numbers(*minimum, 2);
@@ -57,28 +57,32 @@ WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
 }
 
 json encode(const WorkspaceSessionTiles& tiles) {
-    json anchors = json::object();
-    for (const auto& [window, target] : tiles.anchorTargetIDs) anchors[window.text()] = target;
-    return {{"assigned", tiles.assignedWindowIDs}, {"stacks", tiles.stackWindowIDs}, {"anchors", std::move(anchors)}};
+    json assigned = json::object(), stacks = json::object(), anchors = json::object();
+    for (const auto& [target, window] : tiles.assignedWindowIDs) assigned[target.text()] = window;
+    for (const auto& [target, stack] : tiles.stackWindowIDs) stacks[target.text()] = stack;
+    for (const auto& [window, target] : tiles.anchors) anchors[window.text()] = target;
+    return {{"assigned", std::move(assigned)}, {"stacks", std::move(stacks)}, {"anchors", std::move(anchors)}};
 }
 
 WorkspaceSessionTiles decodeTiles(const JsonCursor& cursor) {
     WorkspaceSessionTiles tiles;
     for (const auto& [target, window] : cursor.required("assigned").members()) {
-        tiles.assignedWindowIDs[target] = WindowID(window.string());
+        tiles.assignedWindowIDs[TileTarget::from(target)] = WindowID(window.string());
     }
     for (const auto& [window, target] : cursor.required("anchors").members()) {
-        tiles.anchorTargetIDs[WindowID(window)] = target.string();
+        tiles.anchors[WindowID(window)] = TileTarget::from(target.string());
     }
     for (const auto& [target, stack] : cursor.required("stacks").members()) {
-        for (const auto& window : stack.elements()) tiles.stackWindowIDs[target].emplace_back(window.string());
+        for (const auto& window : stack.elements()) {
+            tiles.stackWindowIDs[TileTarget::from(target)].emplace_back(window.string());
+        }
     }
     return tiles;
 }
 
 WorkspaceSessionZoom decodeZoom(const JsonCursor& cursor) {
     WorkspaceSessionZoom zoom{.displayID = DisplayID(cursor.required("displayID").string()),
-                              .anchorTargetID = cursor.required("anchorTargetID").string(),
+                              .anchor = TileTarget::from(cursor.required("anchorTargetID").string()),
                               .windowID = WindowID(cursor.required("windowID").string())};
     if (const auto frame = cursor.optional("frameBefore")) zoom.frameBefore = rect(*frame);
     return zoom;
@@ -100,7 +104,7 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
     }
     if (session.zoom) {
         out["zoom"] = {{"displayID", session.zoom->displayID},
-                       {"anchorTargetID", session.zoom->anchorTargetID},
+                       {"anchorTargetID", session.zoom->anchor},
                        {"windowID", session.zoom->windowID}};
         if (session.zoom->frameBefore) out["zoom"]["frameBefore"] = flatRect(*session.zoom->frameBefore);
     }

@@ -1,6 +1,7 @@
 // The stored record for the next start: which window is in which tile, and how each window is recognized.
 #pragma once
 
+#include "layout/TileTarget.h"
 #include "support/Decoded.h"
 #include "support/Geometry.h"
 #include "support/Identifiers.h"
@@ -21,7 +22,7 @@ struct WorkspaceSessionWindow {
     WindowID id;
     pid_t processIdentifier = 0;
     std::optional<std::string> processStart{}; // distinguishes the process from others with its number
-    std::optional<std::string> bundleIdentifier{};
+    std::optional<BundleID> bundleIdentifier{};
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
     std::optional<CGSize> observedMinimumSize{}; // points
@@ -32,9 +33,9 @@ struct WorkspaceSessionWindow {
 
 /// As in the assignments of the workspace; windows by their ids at the time.
 struct WorkspaceSessionTiles {
-    std::map<std::string, WindowID> assignedWindowIDs;           // by tile-target id
-    std::map<std::string, std::vector<WindowID>> stackWindowIDs; // by tile-target id, front first
-    std::map<WindowID, std::string> anchorTargetIDs;             // by window id
+    std::map<TileTarget, WindowID> assignedWindowIDs;
+    std::map<TileTarget, std::vector<WindowID>> stackWindowIDs; // front first
+    std::map<WindowID, TileTarget> anchors;                     // by window id
     bool operator==(const WorkspaceSessionTiles&) const = default;
 };
 
@@ -48,7 +49,7 @@ struct WorkspaceSessionSpace {
 /// The window that owned its display.
 struct WorkspaceSessionZoom {
     DisplayID displayID;
-    std::string anchorTargetID;
+    TileTarget anchor;
     WindowID windowID;
     std::optional<CGRect> frameBefore{}; // window-service space
     bool operator==(const WorkspaceSessionZoom&) const = default;

@@ -5,6 +5,7 @@
 #include <compare>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,10 @@ class Identifier {
         json = id.text_;
     }
 
+    /// The JSON library would write a map with ids for keys as an array of pairs; an object takes their texts.
+    template <class Json, class Value>
+    friend void to_json(Json& json, const std::map<Identifier, Value>& map) = delete;
+
     friend bool operator==(const Identifier&, const Identifier&) = default;
     friend auto operator<=>(const Identifier&, const Identifier&) = default;
     /// For the messages of failed tests.
@@ -47,6 +52,11 @@ class Identifier {
 using WindowID = Identifier<struct WindowTag>;
 /// "display-" and the device's UUID, or the integral numbers of the display's frame: "display-0-0-2560x1440".
 using DisplayID = Identifier<struct DisplayTag>;
+/// A tile of a layout, unique within it: "focus-main".
+using SlotID = Identifier<struct SlotTag>;
+/// An application: on a Mac its bundle identifier, elsewhere the id of its desktop entry, else its window class in
+/// lower case.
+using BundleID = Identifier<struct BundleTag>;
 
 } // namespace kova
 

@@ -1,6 +1,8 @@
 // Platform interface to dialogs: messages, and questions that need a confirmation.
 #pragma once
 
+#include "support/Identifiers.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -9,8 +11,8 @@ namespace kova {
 
 /// An application that an alert is about.
 struct AlertApplication {
-    std::string name;             // one line
-    std::string bundleIdentifier; // empty when it is not known
+    std::string name;          // one line
+    BundleID bundleIdentifier; // empty when it is not known
     bool operator==(const AlertApplication&) const = default;
 };
 

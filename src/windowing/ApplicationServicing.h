@@ -1,6 +1,8 @@
 // Platform interface to applications.
 #pragma once
 
+#include "support/Identifiers.h"
+
 #include <sys/types.h>
 
 #include <functional>
@@ -25,7 +27,7 @@ struct ApplicationIcon {
 struct RunningApplication {
     pid_t processIdentifier = 0;
     std::optional<std::string> localizedName;
-    std::optional<std::string> bundleIdentifier;
+    std::optional<BundleID> bundleIdentifier;
     std::string bundlePath; // empty when unknown
     ApplicationIcon icon;
     ApplicationActivationPolicy activationPolicy = ApplicationActivationPolicy::regular;
@@ -37,10 +39,10 @@ struct RunningApplication {
 
 /// An application that is installed, whether it runs or not.
 struct LaunchableApplication {
-    std::string identifier;                      // the same for the same application as long as it is installed
-    std::string name;                            // in the user's language
-    std::optional<std::string> bundleIdentifier; // as that of its running applications
-    std::string location;                        // absolute path of the bundle or of the desktop entry
+    std::string identifier;                   // the same for the same application as long as it is installed
+    std::string name;                         // in the user's language
+    std::optional<BundleID> bundleIdentifier; // as that of its running applications
+    std::string location;                     // absolute path of the bundle or of the desktop entry
     ApplicationIcon icon;
     bool operator==(const LaunchableApplication&) const = default;
 };
@@ -94,7 +96,7 @@ class ApplicationServicing {
     virtual std::vector<LaunchableApplication> launchableApplications() const = 0;
     /// The installed application with that bundle identifier, also if menus do not show it. Main thread; may read
     /// files, never waits.
-    virtual std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const = 0;
+    virtual std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const = 0;
     /// Starts the application; one that runs may open another window, or just come to the front. Never waits: the
     /// completion is called once, on the main thread and after this has returned, when the start has succeeded or
     /// failed. Not called if the desktop is closed first. Main thread.

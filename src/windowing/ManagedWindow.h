@@ -23,7 +23,7 @@ struct ManagedWindow {
     AccessibilityElement element;
     pid_t processIdentifier = 0;
     std::string applicationName;
-    std::optional<std::string> bundleIdentifier;
+    std::optional<BundleID> bundleIdentifier;
     std::string title;
     ApplicationIcon icon;
     bool isMinimized = false;

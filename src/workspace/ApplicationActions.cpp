@@ -22,13 +22,12 @@ std::vector<LaunchableApplication> ApplicationActions::launchableApplications() 
     return services_.applications.launchableApplications();
 }
 
-std::optional<LaunchableApplication>
-ApplicationActions::launchableApplication(const std::string& bundleIdentifier) const {
+std::optional<LaunchableApplication> ApplicationActions::launchableApplication(const BundleID& bundleIdentifier) const {
     return services_.applications.launchableApplication(bundleIdentifier);
 }
 
 Outcome ApplicationActions::launchApplication(const action::LaunchApplication& launch) {
-    const std::string tile = tileTargetID(launch.displayID, launch.slotID);
+    const TileTarget tile{launch.displayID, launch.slotID};
     awaited_.awaitLaunch(launch.application, launch.displayID, launch.slotID, services_.queue.uptime());
     services_.applications.launch(launch.application, LaunchActivation::activates,
                                   lifetime_.guard([this, tile, launch](const LaunchResult& result) {
@@ -52,7 +51,7 @@ void ApplicationActions::noteStarted(const LaunchableApplication& application, c
     }
 }
 
-void ApplicationActions::applicationLaunched(const std::string& tile, const std::string& identifier,
+void ApplicationActions::applicationLaunched(const TileTarget& tile, const std::string& identifier,
                                              const LaunchResult& result) {
     awaited_.noteLaunched(tile, identifier, result);
     if (result.error) messages_.show(*result.error);
@@ -61,7 +60,7 @@ void ApplicationActions::applicationLaunched(const std::string& tile, const std:
 
 /// Tiles that wait for the same application are filled in key order.
 void ApplicationActions::processPendingApplicationPlacements() {
-    std::vector<std::string> waiting;
+    std::vector<TileTarget> waiting;
     for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
     for (const auto& target : waiting) {
         // A disconnected display may return, and so may a layout that has the slot.
@@ -168,13 +167,14 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     for (const auto& window : liveWindows_) {
         names[applicationKey(window.applicationName, window.bundleIdentifier)] = window.applicationName;
     }
-    const std::string asName = applicationKey(name, std::nullopt), asIdentifier = applicationKey("", name);
+    const auto folded = [](const std::string& text) { return applicationKey("", BundleID(text)); };
+    const std::string asName = applicationKey(name, std::nullopt), asIdentifier = folded(name);
     const auto isMeant = [&](const auto& entry) {
-        return entry.first == asName || entry.first == asIdentifier || applicationKey("", entry.second) == asIdentifier;
+        return entry.first == asName || entry.first == asIdentifier || folded(entry.second) == asIdentifier;
     };
     const auto isPart = [&](const auto& entry) {
         return entry.first.find(asIdentifier) != std::string::npos ||
-               applicationKey("", entry.second).find(asIdentifier) != std::string::npos;
+               folded(entry.second).find(asIdentifier) != std::string::npos;
     };
     if (std::ranges::any_of(names, isMeant)) {
         std::erase_if(names, std::not_fn(isMeant));

@@ -37,7 +37,7 @@ class ApplicationActions {
 
     /// The applications for menus, by name; and any installed application by its bundle identifier.
     std::vector<LaunchableApplication> launchableApplications() const;
-    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const;
     Outcome launchApplication(const action::LaunchApplication& launch);
     void noteStarted(const LaunchableApplication& application, const LaunchResult& result);
     void processPendingApplicationPlacements();
@@ -50,7 +50,7 @@ class ApplicationActions {
     Outcome forgetApplication(const std::string& name);
 
   private:
-    void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
+    void applicationLaunched(const TileTarget& tile, const std::string& identifier, const LaunchResult& result);
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
     Outcome endApplicationOf(const WindowID& windowID, const std::string& message,
                              const std::function<std::optional<std::string>(pid_t)>& end);

@@ -84,11 +84,11 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
     candidate.window = window;
     candidate.applicationKey = applicationKey(window.applicationName, window.bundleIdentifier);
     candidate.role = classifyApplication(window.applicationName, window.bundleIdentifier);
-    candidate.currentTargetID = assignments.targetOf(window.id);
-    if (!candidate.currentTargetID) candidate.stackedBehindID = assignments.stackTargetOf(window.id);
+    candidate.currentTarget = assignments.targetOf(window.id);
+    if (!candidate.currentTarget) candidate.stackedBehindID = assignments.stackTargetOf(window.id);
     if (window.frame) candidate.frameOnScreen = flipped(*window.frame, geometry_.firstScreenMaxY());
     const Screen* holding = screenShowing(*state_.screens, candidate.frameOnScreen);
-    if (!holding && candidate.currentTargetID) holding = geometry_.screenOfTarget(*candidate.currentTargetID);
+    if (!holding && candidate.currentTarget) holding = geometry_.screenOfTarget(*candidate.currentTarget);
     if (holding) candidate.displayID = displayID(*holding);
     candidate.minimumSize = geometry_.minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
@@ -128,7 +128,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
         if (!window.isFullScreen || window.isElsewhere) continue; // the tiles of other Spaces are free here
         for (const auto& target : assignments.targetsOf(window.id)) {
             for (auto& display : input.displays) {
-                if (const auto slot = slotIDOn(display.displayID, target)) display.reservedSlotIDs.emplace(*slot);
+                if (target.display == display.displayID) display.reservedSlotIDs.insert(target.slot);
             }
         }
     }
@@ -169,7 +169,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     for (const auto& placement : plan.placements) next.remove(placement.window.id);
     for (const auto& surplus : plan.surplus) next.remove(surplus.window.id);
     for (const auto& placement : plan.placements) {
-        std::vector<std::string> claimed;
+        std::vector<TileTarget> claimed;
         for (const auto& target : placement.claimedTargets) claimed.push_back(target.id());
         using Position = TileAssignments::StackPosition;
         next.insertIntoStack(placement.target.id(), placement.window.id,
@@ -234,7 +234,7 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
 
 /// Learns all windows of an application together, so that one window does not reduce the weights of another's slot.
 void Arrangement::learnFrom(const ArrangementPlan& plan) {
-    std::map<std::pair<std::string, std::string>, std::set<std::string>> slots; // by layout and application
+    std::map<std::pair<std::string, std::string>, std::set<SlotID>> slots; // by layout and application
     for (const auto& placement : plan.placements) {
         const auto place = placement.isPrimary ? geometry_.learnedPlace(placement.target.id()) : std::nullopt;
         if (!place) continue;
@@ -246,8 +246,8 @@ void Arrangement::learnFrom(const ArrangementPlan& plan) {
     });
 }
 
-void Arrangement::learnPlacementByUser(const ManagedWindow& window, const std::string& targetID) {
-    const auto place = geometry_.learnedPlace(targetID);
+void Arrangement::learnPlacementByUser(const ManagedWindow& window, const TileTarget& target) {
+    const auto place = geometry_.learnedPlace(target);
     if (!place) return;
     arranger_.learn([&](AutoArrangeLearningModel& model) {
         model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),

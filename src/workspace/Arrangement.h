@@ -47,7 +47,7 @@ class Arrangement {
     bool hasWindowToArrange() const;
     /// The plan that `arrange` would carry out now.
     ArrangementPlan planArrangement() const;
-    void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
+    void learnPlacementByUser(const ManagedWindow& window, const TileTarget& target);
     void scheduleAutomaticArrangement(bool justGranted);
     bool isExcludedByRules(const ManagedWindow& window) const;
 

@@ -307,7 +307,7 @@ void Planner::assignClaims() {
         const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
         if (assignments_[claim.candidate]) continue;
         const ArrangementDisplay& display = input_.displays[claim.display];
-        const std::string target = tileTargetID(display.displayID, display.solved.slots[claim.slot].id);
+        const TileTarget target{display.displayID, display.solved.slots[claim.slot].id};
         if (!isFree(claim.display, claim.slot)) {
             const bool isBehind = claim.kind == TileClaim::Kind::rule && candidate.stackedBehindID == target;
             if (isBehind) staysBehind_[claim.candidate] = true;

@@ -19,15 +19,15 @@ namespace kova {
 struct ArrangementDisplay {
     DisplayID displayID;
     std::string name;
-    CGRect visibleFrame{};                 // screen space
-    LayoutDefinition layout;               // in force, weights applied
-    SolvedLayout solved;                   // on the visible frame, with no minimum sizes
-    std::set<std::string> reservedSlotIDs; // held by windows that are not moved, such as full-screen ones
+    CGRect visibleFrame{};            // screen space
+    LayoutDefinition layout;          // in force, weights applied
+    SolvedLayout solved;              // on the visible frame, with no minimum sizes
+    std::set<SlotID> reservedSlotIDs; // held by windows that are not moved, such as full-screen ones
 };
 
 /// The tile that the rule deciding for a window names.
 struct RuleTile {
-    std::string slotID;
+    SlotID slotID;
     std::string name; // of the rule
 };
 
@@ -36,15 +36,15 @@ struct ArrangementCandidate {
     ManagedWindow window;
     std::string applicationKey;
     AutoArrangeAppRole role = AutoArrangeAppRole::other;
-    CGRect frameOnScreen{};                     // screen space; empty when unknown
-    std::optional<DisplayID> displayID;         // the display that holds it
-    std::optional<std::string> currentTargetID; // the tile that it fronts now
-    std::optional<std::string> stackedBehindID; // the tile in which it is stacked
-    CGSize minimumSize{};                       // points, 0 where none is known
-    std::optional<RuleTile> rule;               // while rules are on
-    bool isDeferred = false;                    // minimized or hidden: needs time to come back
-    bool isComingBack = false;                  // it was, and is being restored: needs the time, but ranks as visible
-    std::optional<std::size_t> useRank;         // 0 for the window used last; absent for one never used
+    CGRect frameOnScreen{};                    // screen space; empty when unknown
+    std::optional<DisplayID> displayID;        // the display that holds it
+    std::optional<TileTarget> currentTarget;   // the tile that it fronts now
+    std::optional<TileTarget> stackedBehindID; // the tile in which it is stacked
+    CGSize minimumSize{};                      // points, 0 where none is known
+    std::optional<RuleTile> rule;              // while rules are on
+    bool isDeferred = false;                   // minimized or hidden: needs time to come back
+    bool isComingBack = false;                 // it was, and is being restored: needs the time, but ranks as visible
+    std::optional<std::size_t> useRank;        // 0 for the window used last; absent for one never used
     bool isFixedSize = false;
 };
 
@@ -59,8 +59,8 @@ struct ArrangementInput {
     std::vector<ArrangementCandidate> candidates; // the order of the window list
     std::vector<ArrangementLeftAlone> leftAlone;
     AutoArrangeLearningModel learning;
-    std::map<std::string, std::string> preferredApplications; // slot id -> application key
-    double tileInset = 5;                                     // points
+    std::map<SlotID, std::string> preferredApplications; // slot id -> application key
+    double tileInset = 5;                                // points
 };
 
 /// One window in one tile.

@@ -38,10 +38,10 @@ double primaryAffinity(AutoArrangeAppRole role) {
 }
 
 /// `position` is the slot's place in its layout, from 0 for the first to 1 for the last.
-double roleAffinity(AutoArrangeAppRole role, std::string_view slotID, double position) {
+double roleAffinity(AutoArrangeAppRole role, const SlotID& slotID, double position) {
     if (canonicalSlotID(slotID) == kPrimarySlot) return primaryAffinity(role);
-    if (role != AutoArrangeAppRole::utility) return slotID == kUtilitySlot ? 8 : 18 - 2 * position;
-    return slotID == kUtilitySlot ? 36 : 8 + 8 * position;
+    if (role != AutoArrangeAppRole::utility) return slotID.text() == kUtilitySlot ? 8 : 18 - 2 * position;
+    return slotID.text() == kUtilitySlot ? 36 : 8 + 8 * position;
 }
 
 double distancePenalty(const ArrangementCandidate& candidate, const ArrangementDisplay& display,
@@ -74,13 +74,13 @@ std::string plural(AutoArrangeAppRole role) {
 ArrangementScore scoreOf(const ArrangementCandidate& candidate, const ArrangementDisplay& display,
                          std::size_t slotIndex, const AutoArrangeLearningModel& learning) {
     const auto& slots = display.solved.slots;
-    const std::string& slotID = slots[slotIndex].id;
+    const SlotID& slotID = slots[slotIndex].id;
     const double last = static_cast<double>(std::max<std::size_t>(slots.size() - 1, 1));
     ArrangementScore score;
     score.learned = kLearnedWeight * learning.preference(display.layout.id, candidate.applicationKey, slotID);
     score.role =
         precedence(candidate.role) + roleAffinity(candidate.role, slotID, static_cast<double>(slotIndex) / last);
-    if (candidate.currentTargetID == tileTargetID(display.displayID, slotID)) score.present = kPresentTile;
+    if (candidate.currentTarget == TileTarget{display.displayID, slotID}) score.present = kPresentTile;
     score.distance = -distancePenalty(candidate, display, slotIndex);
     return score;
 }
@@ -94,7 +94,7 @@ std::string reasonFor(const ArrangementScore& score, const ArrangementCandidate&
     if (isPrimary && candidate.role != AutoArrangeAppRole::utility) {
         return plural(candidate.role) + " are offered the primary tile first";
     }
-    if (slot.id == kUtilitySlot && candidate.role == AutoArrangeAppRole::utility)
+    if (slot.id.text() == kUtilitySlot && candidate.role == AutoArrangeAppRole::utility)
         return "utilities go to the utility tile";
     if (candidate.role == AutoArrangeAppRole::utility) return "utilities go to the last tiles";
     return "of the tiles that were left it suits best";

@@ -1,6 +1,6 @@
 #include "workspace/AwaitedWindows.h"
 
-#include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 #include "workspace/Renaming.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 namespace kova {
 
 void AwaitedWindows::awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID,
-                                 const std::string& slotID, Seconds now) {
-    const std::string tile = tileTargetID(displayID, slotID);
+                                 const SlotID& slotID, Seconds now) {
+    const TileTarget tile{displayID, slotID};
     launches_[tile] = {.application = application,
                        .displayID = displayID,
                        .slotID = slotID,
@@ -20,7 +20,7 @@ void AwaitedWindows::awaitLaunch(const LaunchableApplication& application, const
     if (application.bundleIdentifier) expected_.expect(*application.bundleIdentifier, now);
 }
 
-void AwaitedWindows::noteLaunched(const std::string& requestedTile, const std::string& identifier,
+void AwaitedWindows::noteLaunched(const TileTarget& requestedTile, const std::string& identifier,
                                   const LaunchResult& result) {
     const auto launch = std::ranges::find_if(launches_, [&](const auto& entry) {
         return entry.second.requestedTile == requestedTile && entry.second.application.identifier == identifier;
@@ -39,7 +39,7 @@ void AwaitedWindows::dropExpired(Seconds now) {
     if (expired > 0) publish();
 }
 
-void AwaitedWindows::dropLaunch(const std::string& tile) {
+void AwaitedWindows::dropLaunch(const TileTarget& tile) {
     launches_.erase(tile);
     publish();
 }

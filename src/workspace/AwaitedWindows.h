@@ -2,6 +2,7 @@
 // applications. Each kind has a timeout of its own, which stands still during a suspension.
 #pragma once
 
+#include "layout/TileTarget.h"
 #include "support/Published.h"
 #include "workspace/ExpectedApplications.h"
 #include "workspace/PendingApplicationPlacement.h"
@@ -15,21 +16,21 @@ namespace kova {
 
 class AwaitedWindows {
   public:
-    using Launches = std::map<std::string, PendingApplicationPlacement>; // by tile-target id
+    using Launches = std::map<TileTarget, PendingApplicationPlacement>;
 
-    using PublishedLaunches = Published<std::map<std::string, LaunchableApplication>>; // by tile-target id
+    using PublishedLaunches = Published<std::map<TileTarget, LaunchableApplication>>;
 
     explicit AwaitedWindows(PublishedLaunches& published) : published_(published) {}
 
     // Launches into tiles
     const Launches& launches() const { return launches_; }
     /// Replaces the launch for which the tile waits. `now` is an uptime.
-    void awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID, const std::string& slotID,
+    void awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID, const SlotID& slotID,
                      Seconds now);
     /// Reports the result of the launch into the tile (its id at the launch). Ignored if another launch into that tile
     /// has begun since.
-    void noteLaunched(const std::string& requestedTile, const std::string& identifier, const LaunchResult& result);
-    void dropLaunch(const std::string& tile);
+    void noteLaunched(const TileTarget& requestedTile, const std::string& identifier, const LaunchResult& result);
+    void dropLaunch(const TileTarget& tile);
     void dropLaunches();
     void dropExpired(Seconds now);
     void onPoll(const PollContext& poll) {

@@ -34,7 +34,7 @@ ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignmen
             back.assignments.insertIntoStack(*lost, loser, TileAssignments::StackPosition::behind);
         back.returnedWaiting.push_back(loser);
     }
-    for (const auto& [window, anchor] : back.assignments.anchorTargetIDsByWindowID) { // one stack for the whole span
+    for (const auto& [window, anchor] : back.assignments.anchorsByWindowID) { // one stack for the whole span
         back.assignments.mergeStacksInto(anchor, back.assignments.targetsOf(window), {});
     }
     back.assignments.putFrontsFirst();

@@ -170,14 +170,13 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
     const auto isFree = [this](const WorkspaceTile& tile) {
         return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
     };
-    std::vector<std::pair<std::string, WindowID>> displaced; // slot id, window id
+    std::vector<std::pair<SlotID, WindowID>> displaced;
     for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
-            const auto slot = slotIDOn(absent.displayID, target);
             auto now = assignments_.targetOf(windowID);
             if (!now) now = assignments_.stackTargetOf(windowID); // it is stacked there
             const bool hasTile = (now && geometry_.screenOfTarget(*now)) || held.targetOf(windowID) != target;
-            if (slot && !hasTile) displaced.emplace_back(*slot, windowID);
+            if (target.display == absent.displayID && !hasTile) displaced.emplace_back(target.slot, windowID);
         }
     }
     std::vector<WindowID> placed;
@@ -190,7 +189,7 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
         for (const auto& tile : geometry_.tiles()) {
             const bool sameName = tile.slot.id == slotID;
             if (!isFree(tile) || (chosen && (isNamesake || !sameName))) continue;
-            auto covering = geometry_.coveringFor(window, tile.targetID);
+            auto covering = geometry_.coveringFor(window, tile.target);
             if (!covering || covering->targets.size() > 1) continue; // it would need tiles of others
             chosen = std::move(covering);
             isNamesake = sameName;
@@ -209,14 +208,13 @@ std::vector<WindowID> DisplayChanges::takeWaitingAlong() {
     for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
             const auto front = held.assignedWindowIDs.find(home);
-            const auto slot = slotIDOn(absent.displayID, home);
-            std::optional<std::string> there;
+            std::optional<TileTarget> there;
             if (front != held.assignedWindowIDs.end()) there = assignments_.targetOf(front->second);
             if (!there || !geometry_.screenOfTarget(*there)) {
                 there.reset();
                 for (const auto& tile : geometry_.tiles()) {
                     if (!tile.windowID || isZoomedOver(tile)) continue;
-                    const bool isNamesake = slot && tile.slot.id == *slot;
+                    const bool isNamesake = home.display == absent.displayID && tile.slot.id == home.slot;
                     if (!there || isNamesake) there = assignments_.targetOf(*tile.windowID);
                     if (isNamesake) break;
                 }

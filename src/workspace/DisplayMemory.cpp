@@ -70,7 +70,7 @@ void DisplayMemory::leaveDisplay(const DisplayID& displayID, const TileAssignmen
 void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected) {
     std::set<DisplayID> absent;
     for (const auto& [target, window] : assignments.assignedWindowIDs) {
-        const DisplayID id = displayIDOf(target);
+        const DisplayID& id = target.display;
         if (!connected.contains(id)) absent.insert(id);
     }
     for (const auto& id : absent) {
@@ -116,8 +116,7 @@ void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, c
                                                  const std::function<bool(const WindowID& windowID)>& isPutAway) {
     if (!absence_.homes().empty()) return;
     TileAssignments held = std::exchange(crowded_, {});
-    std::erase_if(held.assignedWindowIDs,
-                  [&](const auto& tile) { return !connected.contains(displayIDOf(tile.first)); });
+    std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
     noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
 }
 

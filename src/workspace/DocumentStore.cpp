@@ -138,8 +138,8 @@ Outcome DocumentStore::addRule(WorkspaceRule rule) {
         messages_.show(reason);
         return Outcome::refused(reason);
     }
-    const std::string subject =
-        rule.applicationName.value_or(rule.bundleIdentifier.value_or(rule.titleContains.value_or("")));
+    const std::string subject = rule.applicationName.value_or(rule.bundleIdentifier ? rule.bundleIdentifier->text()
+                                                                                    : rule.titleContains.value_or(""));
     if (rule.name.empty()) rule.name = ruleName(subject, rule.disposition);
     return appendRule(std::move(rule), subject);
 }

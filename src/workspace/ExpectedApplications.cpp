@@ -4,11 +4,11 @@
 
 namespace kova {
 
-void ExpectedApplications::expect(const std::string& bundleID, Seconds now) {
+void ExpectedApplications::expect(const BundleID& bundleID, Seconds now) {
     launches_[bundleID] = {.expiresAt = now + kLifetime};
 }
 
-void ExpectedApplications::noteStarted(const std::string& bundleID, pid_t process,
+void ExpectedApplications::noteStarted(const BundleID& bundleID, pid_t process,
                                        std::optional<std::string> startIdentity) {
     const auto launch = launches_.find(bundleID);
     if (launch == launches_.end() || !startIdentity) return;
@@ -23,7 +23,7 @@ void ExpectedApplications::forgetThoseWithWindows(const std::vector<ManagedWindo
     }
 }
 
-bool ExpectedApplications::isExpected(const std::string& bundleID, Seconds now, const HasFailed& hasFailed) const {
+bool ExpectedApplications::isExpected(const BundleID& bundleID, Seconds now, const HasFailed& hasFailed) const {
     const auto launch = launches_.find(bundleID);
     if (launch == launches_.end() || launch->second.expiresAt <= now) return false;
     return !launch->second.process || !hasFailed(*launch->second.process, launch->second.startIdentity);

@@ -2,6 +2,7 @@
 // running; while it is expected here, no scene launches it a second time.
 #pragma once
 
+#include "support/Identifiers.h"
 #include "support/MainQueue.h"
 #include "windowing/ManagedWindow.h"
 
@@ -20,15 +21,15 @@ class ExpectedApplications {
     using HasFailed = std::function<bool(pid_t, const std::string&)>;
 
     /// A launch was requested at the uptime `now`.
-    void expect(const std::string& bundleID, Seconds now);
+    void expect(const BundleID& bundleID, Seconds now);
     /// The launch worked. Without an identity nothing is known of the process, and only time ends the expectation.
-    void noteStarted(const std::string& bundleID, pid_t process, std::optional<std::string> startIdentity);
-    void forget(const std::string& bundleID) { launches_.erase(bundleID); }
+    void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity);
+    void forget(const BundleID& bundleID) { launches_.erase(bundleID); }
     /// Forgets applications that have a window now.
     void forgetThoseWithWindows(const std::vector<ManagedWindow>& windows);
     /// Whether the application may still show a window: not after the lifetime, nor once the launched process has
     /// failed.
-    bool isExpected(const std::string& bundleID, Seconds now, const HasFailed& hasFailed) const;
+    bool isExpected(const BundleID& bundleID, Seconds now, const HasFailed& hasFailed) const;
     /// Extends every expectation by the time of a suspension.
     void postpone(Seconds duration);
 
@@ -38,7 +39,7 @@ class ExpectedApplications {
         std::optional<pid_t> process{};
         std::string startIdentity{};
     };
-    std::map<std::string, Launch> launches_; // by bundle identifier
+    std::map<BundleID, Launch> launches_;
 };
 
 } // namespace kova

@@ -1,6 +1,6 @@
 #include "workspace/FocusMode.h"
 
-#include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 
 #include <utility>
 
@@ -51,8 +51,8 @@ void FocusMode::renameDisplay(const DisplayID& displayID, const DisplayID& newID
     for (auto& entry : before_->history) entry.snapshot.renameDisplay(displayID, newID);
     if (!ownsDisplay(displayID)) return;
     auto zoomed = mode();
-    if (const auto slot = slotIDOn(displayID, zoomed->anchorTargetID)) {
-        zoomed->anchorTargetID = tileTargetID(newID, std::string(*slot));
+    if (zoomed->anchor.display == displayID) {
+        zoomed->anchor.display = newID;
     }
     zoomed->displayID = newID;
     published_.set(std::move(zoomed));

@@ -8,7 +8,7 @@ namespace kova {
 
 namespace {
 
-constexpr std::string_view kFileManagerOfTheMac = "com.apple.finder";
+const BundleID kFileManagerOfTheMac = "com.apple.finder";
 
 /// A name of several lines would pass for several applications.
 std::string onOneLine(std::string name) {

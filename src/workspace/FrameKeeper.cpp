@@ -43,7 +43,7 @@ const Refusal* FrameKeeper::refusal(const WindowID& windowID) const {
 }
 
 std::vector<WindowID>
-FrameKeeper::takeShrunken(const std::map<WindowID, std::string>& anchors,
+FrameKeeper::takeShrunken(const std::map<WindowID, TileTarget>& anchors,
                           const std::function<std::optional<CGSize>(const WindowID&)>& minimumOf) {
     std::erase_if(minimumsOfSpanning_, [&](const auto& entry) { return !anchors.contains(entry.first); });
     std::vector<WindowID> shrunken;

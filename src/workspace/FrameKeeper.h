@@ -3,6 +3,7 @@
 // frame, and then none until something changes.
 #pragma once
 
+#include "layout/TileTarget.h"
 #include "windowing/ManagedWindow.h"
 #include "workspace/PollContext.h"
 #include "workspace/ReflowPolicy.h"
@@ -49,7 +50,7 @@ class FrameKeeper {
     const ReflowPolicy& reflow() const { return reflow_; }
 
     /// Windows that span several tiles and need less room than at the last call. `anchors` by the id of the window.
-    std::vector<WindowID> takeShrunken(const std::map<WindowID, std::string>& anchors,
+    std::vector<WindowID> takeShrunken(const std::map<WindowID, TileTarget>& anchors,
                                        const std::function<std::optional<CGSize>(const WindowID&)>& minimumOf);
 
     /// Forgets closed windows; requests without a pending frame were seen by this poll.

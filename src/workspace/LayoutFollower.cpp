@@ -13,8 +13,9 @@ namespace {
 /// Whether every window of the display is in a tile that the layout has.
 bool hasTilesFor(const LayoutDefinition& layout, const DisplayID& displayID, const TileAssignments& assignments) {
     const auto isOfLayout = [&](const auto& entry) {
-        return std::ranges::any_of(layout.slots,
-                                   [&](const auto& slot) { return slotIDOn(displayID, entry.first) == slot.id; });
+        return std::ranges::any_of(layout.slots, [&](const auto& slot) {
+            return entry.first == TileTarget{displayID, slot.id};
+        });
     };
     const TileAssignments here = assignments.onDisplay(displayID);
     return std::ranges::all_of(here.assignedWindowIDs, isOfLayout) &&

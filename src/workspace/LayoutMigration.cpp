@@ -14,26 +14,26 @@ namespace {
 
 /// A tile of the old layout that holds something.
 struct Occupant {
-    std::string slotID;
+    SlotID slotID;
     std::optional<WindowID> front;
     std::vector<WindowID> stack;
     CGPoint place{};
-    std::vector<std::string> spanSlotIDs; // anchor first; of a window that spans several tiles
-    std::optional<std::string> newSlotID;
+    std::vector<SlotID> spanSlotIDs; // anchor first; of a window that spans several tiles
+    std::optional<SlotID> newSlotID;
 };
 
 /// The front's old cell if the old layout is known; in the order of the old layout, unknown slots last.
-std::vector<Occupant> occupants(const TileAssignments& before, const std::string& prefix, const DisplayTiles& tiles) {
-    std::set<std::string> slotIDs;
-    const auto collect = [&](const std::string& target) {
-        if (target.starts_with(prefix)) slotIDs.insert(target.substr(prefix.size()));
+std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& displayID, const DisplayTiles& tiles) {
+    std::set<SlotID> slotIDs;
+    const auto collect = [&](const TileTarget& target) {
+        if (target.display == displayID) slotIDs.insert(target.slot);
     };
     for (const auto& [target, window] : before.assignedWindowIDs) {
         if (before.targetOf(window) == target) collect(target);
     }
     for (const auto& [target, stack] : before.stackWindowIDsByTarget) collect(target);
 
-    std::vector<std::string> ordered;
+    std::vector<SlotID> ordered;
     for (const auto& slot : tiles.slotIDs) {
         if (slotIDs.erase(slot) > 0) ordered.push_back(slot);
     }
@@ -42,14 +42,14 @@ std::vector<Occupant> occupants(const TileAssignments& before, const std::string
     std::vector<Occupant> out;
     for (const auto& slot : ordered) {
         Occupant occupant{slot, {}, {}, {}, {}, {}};
-        const auto front = before.assignedWindowIDs.find(prefix + slot);
-        if (front != before.assignedWindowIDs.end() && before.targetOf(front->second) == prefix + slot) {
+        const TileTarget tile{displayID, slot};
+        const auto front = before.assignedWindowIDs.find(tile);
+        if (front != before.assignedWindowIDs.end() && before.targetOf(front->second) == tile) {
             occupant.front = front->second;
             const auto targets = before.targetsAnchorFirst(front->second);
-            for (const auto& target : targets) occupant.spanSlotIDs.push_back(target.substr(prefix.size()));
+            for (const auto& target : targets) occupant.spanSlotIDs.push_back(target.slot);
         }
-        if (const auto stack = before.stackWindowIDsByTarget.find(prefix + slot);
-            stack != before.stackWindowIDsByTarget.end()) {
+        if (const auto stack = before.stackWindowIDsByTarget.find(tile); stack != before.stackWindowIDsByTarget.end()) {
             occupant.stack = stack->second;
         }
         const auto at = std::find(tiles.slotIDs.begin(), tiles.slotIDs.end(), slot);
@@ -61,7 +61,7 @@ std::vector<Occupant> occupants(const TileAssignments& before, const std::string
     return out;
 }
 
-std::string nearestSlot(CGPoint place, const DisplayTiles& tiles) {
+SlotID nearestSlot(CGPoint place, const DisplayTiles& tiles) {
     double best = std::numeric_limits<double>::infinity();
     std::size_t index = 0;
     for (std::size_t i = 0; i < tiles.frames.size(); ++i) {
@@ -77,7 +77,7 @@ std::string nearestSlot(CGPoint place, const DisplayTiles& tiles) {
 
 /// Puts each occupant without a slot into the first free new slot that `fits` accepts.
 template <class Fits>
-void giveSlots(std::vector<Occupant>& all, std::vector<std::string>& free, Fits fits) {
+void giveSlots(std::vector<Occupant>& all, std::vector<SlotID>& free, Fits fits) {
     for (Occupant& occupant : all) {
         if (occupant.newSlotID || !occupant.front) continue;
         const auto slot = std::find_if(free.begin(), free.end(), [&](const auto& id) { return fits(occupant, id); });
@@ -99,8 +99,8 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
 namespace {
 
 /// Restores spans whose tiles are free and belong to one layout.
-void giveSpans(std::vector<Occupant>& all, std::vector<std::string>& free) {
-    const auto isFree = [&](const std::string& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
+void giveSpans(std::vector<Occupant>& all, std::vector<SlotID>& free) {
+    const auto isFree = [&](const SlotID& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
     for (Occupant& occupant : all) {
         const auto& span = occupant.spanSlotIDs;
         if (span.size() < 2 || !std::all_of(span.begin(), span.end(), isFree)) {
@@ -114,35 +114,33 @@ void giveSpans(std::vector<Occupant>& all, std::vector<std::string>& free) {
 
 LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayID, std::vector<Occupant> all,
                         const DisplayTiles& newTiles) {
-    const std::string prefix = tileTargetID(displayID, "");
     LayoutMigration result{before, {}, {}};
-    const auto isHere = [&](const auto& entry) { return entry.first.starts_with(prefix); };
+    const auto isHere = [&](const auto& entry) { return entry.first.display == displayID; };
     std::erase_if(result.assignments.assignedWindowIDs, isHere);
     std::erase_if(result.assignments.stackWindowIDsByTarget, isHere);
-    std::erase_if(result.assignments.anchorTargetIDsByWindowID,
-                  [&](const auto& entry) { return entry.second.starts_with(prefix); });
+    std::erase_if(result.assignments.anchorsByWindowID,
+                  [&](const auto& entry) { return entry.second.display == displayID; });
     if (newTiles.slotIDs.empty()) return result;
 
-    std::vector<std::string> free = newTiles.slotIDs;
+    std::vector<SlotID> free = newTiles.slotIDs;
     giveSpans(all, free);
-    giveSlots(all, free, [](const Occupant& o, const std::string& id) { return id == o.slotID; });
-    giveSlots(all, free, [](const Occupant& o, const std::string& id) {
-        return canonicalSlotID(id) == canonicalSlotID(o.slotID);
-    });
-    giveSlots(all, free, [](const Occupant&, const std::string&) { return true; });
+    giveSlots(all, free, [](const Occupant& o, const SlotID& id) { return id == o.slotID; });
+    giveSlots(all, free,
+              [](const Occupant& o, const SlotID& id) { return canonicalSlotID(id) == canonicalSlotID(o.slotID); });
+    giveSlots(all, free, [](const Occupant&, const SlotID&) { return true; });
 
     for (const Occupant& occupant : all) {
         if (!occupant.newSlotID) continue;
-        const std::string target = prefix + *occupant.newSlotID;
-        std::vector<std::string> targets{target};
+        const TileTarget target{displayID, *occupant.newSlotID};
+        std::vector<TileTarget> targets{target};
         for (std::size_t i = 1; i < occupant.spanSlotIDs.size(); ++i)
-            targets.push_back(prefix + occupant.spanSlotIDs[i]);
+            targets.push_back({displayID, occupant.spanSlotIDs[i]});
         (void)result.assignments.assign(*occupant.front, targets); // the tiles were free: no window is displaced
         if (!occupant.stack.empty()) result.assignments.stackWindowIDsByTarget[target] = occupant.stack;
     }
     for (const Occupant& occupant : all) {
         if (occupant.newSlotID) continue;
-        std::string target = prefix + nearestSlot(occupant.place, newTiles);
+        TileTarget target{displayID, nearestSlot(occupant.place, newTiles)};
         if (const auto front = result.assignments.assignedWindowIDs.find(target);
             front != result.assignments.assignedWindowIDs.end()) {
             target = *result.assignments.targetOf(front->second); // the tiles of a span share the stack of its anchor
@@ -188,7 +186,7 @@ void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
 
 LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
-    std::vector<Occupant> all = occupants(before, tileTargetID(displayID, ""), oldTiles);
+    std::vector<Occupant> all = occupants(before, displayID, oldTiles);
     for (Occupant& occupant : all) occupant.spanSlotIDs.clear(); // the tiles of another layout are no span
     return migrate(before, displayID, std::move(all), newTiles);
 }
@@ -197,7 +195,7 @@ LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& dis
                              const std::vector<LayoutHome>& homes, const ShownLayout& next) {
     std::vector<Occupant> all;
     for (const LayoutHome& home : homes) {
-        auto some = occupants(home.assignments, tileTargetID(displayID, ""), home.shown.tiles);
+        auto some = occupants(home.assignments, displayID, home.shown.tiles);
         for (Occupant& occupant : some) {
             if (home.shown.layoutID != next.layoutID) occupant.spanSlotIDs.clear();
             all.push_back(std::move(occupant));

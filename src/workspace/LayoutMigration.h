@@ -12,7 +12,7 @@ namespace kova {
 
 /// The tiles of one display before or after a change of its layout: slots in layout order, and the cell of each.
 struct DisplayTiles {
-    std::vector<std::string> slotIDs;
+    std::vector<SlotID> slotIDs;
     std::vector<CGRect> frames;
     bool operator==(const DisplayTiles&) const = default;
 };

@@ -30,10 +30,10 @@ Offset along(WorkspaceDirection direction, double dx, double dy) {
 
 } // namespace
 
-std::optional<std::string> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
-                                           const std::map<std::string, CGRect>& frames) {
+std::optional<TileTarget> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
+                                          const std::map<TileTarget, CGRect>& frames) {
     const CGPoint from = center(source);
-    std::optional<std::string> best;
+    std::optional<TileTarget> best;
     double bestScore = 0;
     for (const auto& [key, frame] : frames) { // in key order, so that the smaller key keeps a tie
         const CGPoint to = center(frame);

@@ -1,6 +1,7 @@
 // An application that was launched into a tile and has no window yet.
 #pragma once
 
+#include "layout/TileTarget.h"
 #include "support/MainQueue.h"
 #include "windowing/ManagedWindow.h"
 
@@ -15,8 +16,8 @@ struct PendingApplicationPlacement {
 
     LaunchableApplication application;
     DisplayID displayID;
-    std::string slotID;
-    std::string requestedTile;              // tile-target id at the launch; the display may have another id by now
+    SlotID slotID;
+    TileTarget requestedTile;               // as at the launch; the display may have another id by now
     Seconds expiresAt{0};                   // uptime
     std::optional<pid_t> processIdentifier; // once it was started
 
@@ -28,11 +29,11 @@ struct PendingApplicationPlacement {
     }
 };
 
-/// The applications that are launched into tiles, by tile-target id.
-std::map<std::string, LaunchableApplication>
-applicationsOf(const std::map<std::string, PendingApplicationPlacement>& placements);
-/// Renames the display in the placements, which are keyed by tile-target id.
-void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const DisplayID& formerID,
+/// The applications that are launched into tiles.
+std::map<TileTarget, LaunchableApplication>
+applicationsOf(const std::map<TileTarget, PendingApplicationPlacement>& placements);
+/// Renames the display in the placements.
+void renameDisplay(std::map<TileTarget, PendingApplicationPlacement>& placements, const DisplayID& formerID,
                    const DisplayID& newID);
 
 } // namespace kova

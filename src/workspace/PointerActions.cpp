@@ -58,9 +58,9 @@ Outcome PointerActions::beginDividerDrag(const DisplayLayoutDivider& target) {
         std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
     if (current == now.end()) return access_.refuseSilently("Windows cannot be moved now");
     std::map<WindowID, CGRect> frames;
-    for (const auto& [targetID, windowID] : assignments_.assignedWindowIDs) {
+    for (const auto& [tile, windowID] : assignments_.assignedWindowIDs) {
         const ManagedWindow* window = liveWindows_.find(windowID);
-        if (window && window->frame && geometry_.screenOfTarget(targetID) == screen) frames[windowID] = *window->frame;
+        if (window && window->frame && geometry_.screenOfTarget(tile) == screen) frames[windowID] = *window->frame;
     }
     pointer_.beginDividerDrag(*current, state_.profile->weights(target.displayID, target.layoutID),
                               steps_.captureUndoSnapshot(), std::move(frames));
@@ -212,8 +212,8 @@ void PointerActions::updateWindowDrag(CGPoint pointer, action::WindowDragKind ki
     const auto dragged = pointer_.draggedWindow();
     if (!dragged) return;
     pointer_.noteMovement();
-    state_.dropTargetSlotID.set(kind == action::WindowDragKind::move ? geometry_.dropTarget(*dragged, pointer)
-                                                                     : std::nullopt);
+    state_.dropTarget.set(kind == action::WindowDragKind::move ? geometry_.dropTarget(*dragged, pointer)
+                                                               : std::nullopt);
 }
 
 void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode) {
@@ -222,7 +222,7 @@ void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind,
     if (!drag) return;
     const WindowID windowID = drag->windowID;
     frames_.sizes().notePointer(services_.queue.uptime());
-    state_.dropTargetSlotID.set(std::nullopt);
+    state_.dropTarget.set(std::nullopt);
     ManagedWindow* window = liveWindows_.find(windowID);
     if (window) {
         const auto before = drag->before.windowFrames.find(windowID);

@@ -38,14 +38,14 @@ void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
 
 /// Windows that move leave their tiles first, so that two of them can change places.
 void RuleActions::carryOutRules(const std::vector<std::pair<WindowID, std::size_t>>& decisions) {
-    std::vector<std::pair<WindowID, std::string>> moving; // window and tile-target id
+    std::vector<std::pair<WindowID, TileTarget>> moving;
     for (const auto& [windowID, index] : decisions) {
         const WorkspaceRule& rule = (*state_.rules)[index];
         const ManagedWindow& window = *liveWindows_.find(windowID);
         const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
         const Screen* screen = tile ? geometry_.screenOfWindow(window) : nullptr;
         if (!screen) continue;
-        const std::string target = tileTargetID(displayID(*screen), tile->slotID);
+        const TileTarget target{displayID(*screen), tile->slotID};
         if (!geometry_.tileFrameOnScreen(target)) continue;
         if (assignments_.targetOf(windowID) != target) moving.emplace_back(windowID, target);
         messages_.show("Rule “" + rule.name + "” placed " + window.applicationName);

@@ -24,8 +24,8 @@ std::string reasonText(RuleVerdict verdict, const WorkspaceRule& rule, const Man
         return "has no criterion and never matches";
     case RuleVerdict::otherApplication:
         if (rule.bundleIdentifier && window.bundleIdentifier != rule.bundleIdentifier) {
-            return "is for " + *rule.bundleIdentifier + ", the window belongs to " +
-                   window.bundleIdentifier.value_or(window.applicationName);
+            return "is for " + rule.bundleIdentifier->text() + ", the window belongs to " +
+                   (window.bundleIdentifier ? window.bundleIdentifier->text() : window.applicationName);
         }
         return "is for " + rule.applicationName.value_or("") + ", the window belongs to " + window.applicationName;
     case RuleVerdict::otherTitle:
@@ -95,7 +95,7 @@ RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const Mana
 }
 
 std::string describe(const WorkspaceRuleDisposition& disposition) {
-    return std::visit(Overloaded{[](const disposition::Tile& tile) { return "tile " + tile.slotID; },
+    return std::visit(Overloaded{[](const disposition::Tile& tile) { return "tile " + tile.slotID.text(); },
                                  [](const disposition::Float&) { return std::string("float"); },
                                  [](const disposition::Ignore&) { return std::string("ignore"); }},
                       disposition);
@@ -103,7 +103,7 @@ std::string describe(const WorkspaceRuleDisposition& disposition) {
 
 std::string ruleName(std::string_view applicationName, const WorkspaceRuleDisposition& disposition) {
     return std::string(applicationName) + " " +
-           std::visit(Overloaded{[](const disposition::Tile& tile) { return "→ " + tile.slotID; },
+           std::visit(Overloaded{[](const disposition::Tile& tile) { return "→ " + tile.slotID.text(); },
                                  [](const disposition::Float&) { return std::string("floats"); },
                                  [](const disposition::Ignore&) { return std::string("ignored"); }},
                       disposition);

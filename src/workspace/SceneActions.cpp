@@ -94,7 +94,7 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
     const auto here = finder_.windowsHere();
     WindowMatcher matcher(here, {});
     std::vector<RestoredPlacement> restored;
-    std::vector<std::string> toLaunch;
+    std::vector<BundleID> toLaunch;
     for (const auto& placement : inRestoringOrder(scene.placements)) {
         if (screens.empty()) break;
         const bool isConnected =
@@ -128,9 +128,9 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
 }
 
 /// Launches applications that do not run, in the background and once each.
-void SceneActions::launchForScene(const std::vector<std::string>& bundleIDs) {
+void SceneActions::launchForScene(const std::vector<BundleID>& bundleIDs) {
     if (bundleIDs.empty()) return;
-    std::set<std::string> running;
+    std::set<BundleID> running;
     for (const auto& application : services_.applications.runningApplications()) {
         if (application.bundleIdentifier && !application.isTerminated) running.insert(*application.bundleIdentifier);
     }
@@ -215,7 +215,7 @@ void SceneActions::processPendingScenePlacements() {
         }
         const Screen* screen = geometry_.screenOf(placement.displayID);
         const auto targets = screen ? geometry_.targetsFor(*screen, placement.slotID, placement.claimedSlotIDs)
-                                    : std::vector<std::string>{};
+                                    : std::vector<TileTarget>{};
         const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
         if (window) {
             awaited_.scene().report.placed.push_back(nameOf(*window));

@@ -1,6 +1,7 @@
 // Scenes: captured, compared with what is on the screen, and restored.
 #pragma once
 
+#include "support/Identifiers.h"
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ApplicationActions.h"
@@ -52,7 +53,7 @@ class SceneActions {
   private:
     void applyLook(const WorkspaceScene& scene);
     std::size_t placeWindowsOf(const WorkspaceScene& scene);
-    void launchForScene(const std::vector<std::string>& bundleIDs);
+    void launchForScene(const std::vector<BundleID>& bundleIDs);
     void launchedForScene(const LaunchableApplication& application, const LaunchResult& result);
     void carryOutRestored(const std::vector<RestoredPlacement>& placements);
     void endRestoration(std::size_t unavailable);

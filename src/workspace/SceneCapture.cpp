@@ -1,6 +1,6 @@
 #include "workspace/SceneCapture.h"
 
-#include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 
 #include <algorithm>
 #include <map>
@@ -10,7 +10,8 @@ namespace kova {
 
 namespace {
 
-std::optional<std::string> presentText(const std::string& text) {
+template <class Text>
+std::optional<Text> present(const Text& text) {
     return text.empty() ? std::nullopt : std::optional(text);
 }
 
@@ -23,17 +24,17 @@ std::vector<CapturedPlacement> capturePlacements(const std::vector<CapturedDispl
     std::set<WindowID> recorded;
     for (std::size_t ordinal = 0; ordinal < displays.size(); ++ordinal) {
         const CapturedDisplay& display = displays[ordinal];
-        std::map<WindowID, std::vector<std::string>> claimedByWindow;
+        std::map<WindowID, std::vector<SlotID>> claimedByWindow;
         for (const auto& slotID : display.slotIDs) {
-            const auto front = assignments.assignedWindowIDs.find(tileTargetID(display.displayID, slotID));
+            const auto front = assignments.assignedWindowIDs.find({display.displayID, slotID});
             if (front != assignments.assignedWindowIDs.end()) claimedByWindow[front->second].push_back(slotID);
         }
         for (const auto& slotID : display.slotIDs) {
-            const std::string target = tileTargetID(display.displayID, slotID);
+            const TileTarget target{display.displayID, slotID};
             const auto front = assignments.assignedWindowIDs.find(target);
             if (front == assignments.assignedWindowIDs.end()) continue;
-            const auto anchor = assignments.anchorTargetIDsByWindowID.find(front->second);
-            if (anchor != assignments.anchorTargetIDsByWindowID.end() && anchor->second != target) continue;
+            const auto anchor = assignments.anchorsByWindowID.find(front->second);
+            if (anchor != assignments.anchorsByWindowID.end() && anchor->second != target) continue;
             const auto stack = assignments.stackWindowIDsByTarget.find(target);
             const std::vector<WindowID> windows = stack == assignments.stackWindowIDsByTarget.end()
                                                       ? std::vector<WindowID>{front->second}
@@ -42,13 +43,12 @@ std::vector<CapturedPlacement> capturePlacements(const std::vector<CapturedDispl
                 const ManagedWindow* window = findLive(windows[index]);
                 if (!window || !recorded.insert(window->id).second) continue;
                 const bool isFront = window->id == front->second;
-                std::vector<std::string> claimed =
-                    isFront ? claimedByWindow[window->id] : std::vector<std::string>{slotID};
+                std::vector<SlotID> claimed = isFront ? claimedByWindow[window->id] : std::vector<SlotID>{slotID};
                 std::sort(claimed.begin(), claimed.end());
                 captured.push_back({window->id,
                                     {.id = Uuid::random(),
-                                     .window = {presentText(window->bundleIdentifier.value_or("")),
-                                                window->applicationName, presentText(window->title)},
+                                     .window = {present(window->bundleIdentifier.value_or("")), window->applicationName,
+                                                present(window->title)},
                                      .displayOrdinal = static_cast<std::int64_t>(ordinal),
                                      .slotID = slotID,
                                      .stackIndex = static_cast<std::int64_t>(index),

@@ -14,7 +14,7 @@ namespace kova {
 /// A display with the slots of the layout that it shows, in the layout's order.
 struct CapturedDisplay {
     DisplayID displayID;
-    std::vector<std::string> slotIDs;
+    std::vector<SlotID> slotIDs;
 };
 
 struct CapturedPlacement {

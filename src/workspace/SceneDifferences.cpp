@@ -1,6 +1,6 @@
 #include "workspace/SceneDifferences.h"
 
-#include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 #include "themes/ThemeRegistry.h"
 #include "workspace/SceneRestoration.h"
 #include "workspace/WindowMatching.h"
@@ -29,9 +29,9 @@ std::string percentage(double share) {
 }
 
 /// By its id if another slot of the layout has the same name.
-std::string nameOfSlot(const std::vector<TileSlot>& slots, const std::string& id) {
+std::string nameOfSlot(const std::vector<TileSlot>& slots, const SlotID& id) {
     const auto slot = std::ranges::find(slots, id, &TileSlot::id);
-    if (slot == slots.end() || std::ranges::count(slots, slot->name, &TileSlot::name) > 1) return id;
+    if (slot == slots.end() || std::ranges::count(slots, slot->name, &TileSlot::name) > 1) return id.text();
     return slot->name;
 }
 
@@ -117,7 +117,7 @@ class Comparison {
     std::string place(const WorkspaceScenePlacement& captured, const std::vector<TileSlot>& slots) const {
         std::string text = nameOfSlot(slots, captured.slotID);
         if (captured.isActive.value_or(false)) {
-            for (const auto& slot : captured.claimedSlotIDs.value_or(std::vector<std::string>{})) {
+            for (const auto& slot : captured.claimedSlotIDs.value_or(std::vector<SlotID>{})) {
                 if (slot != captured.slotID) text += " + " + nameOfSlot(slots, slot);
             }
         }
@@ -150,8 +150,8 @@ class Comparison {
             wanted.push_back({&placement, id, open != nullptr});
             windows[id].id = id;
             stackIndexByID[id] = placement.stackIndex;
-            std::vector<std::string> targets;
-            for (const auto& slot : taken) targets.push_back(tileTargetID(DisplayID(std::to_string(ordinal)), slot));
+            std::vector<TileTarget> targets;
+            for (const auto& slot : taken) targets.push_back({DisplayID(std::to_string(ordinal)), slot});
             restored.push_back({id, std::move(targets), placement.stackIndex,
                                 frontsItsTile(placement.stackIndex, placement.isActive)});
         }

@@ -12,7 +12,7 @@ namespace kova {
 namespace {
 
 /// Whether the slots cover a rectangle of their own, so that a window over them covers no other tile.
-bool isCleanSpan(const std::vector<TileSlot>& slots, const std::vector<std::string>& claimed) {
+bool isCleanSpan(const std::vector<TileSlot>& slots, const std::vector<SlotID>& claimed) {
     const auto isClaimed = [&](const TileSlot& slot) {
         return std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
     };
@@ -39,12 +39,12 @@ double clampedTileInset(double points) {
     return std::clamp(points, 0.0, kLargestTileInset);
 }
 
-std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,
-                                    const std::optional<std::vector<std::string>>& claimedSlotIDs) {
+std::vector<SlotID> slotsTaken(const std::vector<TileSlot>& slots, const SlotID& slotID,
+                               const std::optional<std::vector<SlotID>>& claimedSlotIDs) {
     if (std::ranges::find(slots, slotID, &TileSlot::id) == slots.end()) return {};
-    std::vector<std::string> taken{slotID};
+    std::vector<SlotID> taken{slotID};
     if (!claimedSlotIDs) return taken;
-    std::vector<std::string> claimed = *claimedSlotIDs;
+    std::vector<SlotID> claimed = *claimedSlotIDs;
     claimed.push_back(slotID);
     if (!isCleanSpan(slots, claimed)) return taken;
     for (const auto& slot : slots) {
@@ -72,9 +72,9 @@ bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive) {
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
                              const std::map<WindowID, std::int64_t>& stackIndexByID) {
     TileAssignments after = std::move(before);
-    std::set<std::string> changedStacks;
+    std::set<TileTarget> changedStacks;
     for (const auto& placement : placements) {
-        std::string target = placement.targetIDs.front();
+        TileTarget target = placement.targets.front();
         const auto holder = after.assignedWindowIDs.find(target);
         const bool isFree = holder == after.assignedWindowIDs.end();
         // Behind a window that spans several tiles one waits in the stack of its anchor.
@@ -84,7 +84,7 @@ TileAssignments withRestored(TileAssignments before, const std::vector<RestoredP
         changedStacks.insert(target);
         if (placement.isFront || isFree) {
             stack.insert(stack.begin(), placement.windowID);
-            const auto targets = placement.isFront ? placement.targetIDs : std::vector<std::string>{target};
+            const auto targets = placement.isFront ? placement.targets : std::vector<TileTarget>{target};
             const auto displaced = after.assign(placement.windowID, targets);
             after.mergeStacksInto(target, targets, displaced);
         } else {

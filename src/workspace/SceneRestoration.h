@@ -3,6 +3,7 @@
 
 #include "layout/LayoutSolver.h"
 #include "persistence/WorkspaceProductDocument.h"
+#include "support/Identifiers.h"
 #include "support/MainQueue.h"
 #include "workspace/SceneReport.h"
 #include "workspace/TileAssignments.h"
@@ -22,9 +23,9 @@ struct PendingSceneWindowPlacement {
 
     WorkspaceWindowReference window;
     DisplayID displayID;
-    std::string slotID;
+    SlotID slotID;
     std::int64_t stackIndex = 0;
-    std::optional<std::vector<std::string>> claimedSlotIDs;
+    std::optional<std::vector<SlotID>> claimedSlotIDs;
     std::optional<bool> isActive;
     Seconds expiresAt{0}; // uptime
 };
@@ -32,7 +33,7 @@ struct PendingSceneWindowPlacement {
 /// The awaited windows of the opened scene. Idle if nothing is pending.
 struct SceneRestoration {
     std::vector<PendingSceneWindowPlacement> pending; // in the order in which they were deferred
-    std::set<std::string> launchedBundleIDs;          // each application is launched at most once
+    std::set<BundleID> launchedBundleIDs;             // each application is launched at most once
     std::map<WindowID, std::int64_t> stackIndexByID;  // of the restored windows
     std::set<WindowID> movedByUser;                   // meanwhile: floated or placed, so no longer the scene's to place
     SceneReport report;
@@ -44,8 +45,8 @@ double clampedTileInset(double points);
 
 /// The slots of the layout that a placement uses, its own first. Claimed slots are used only if they and the own slot
 /// form a rectangle that contains no other slot. Empty if the layout lacks its own slot; such a placement is skipped.
-std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,
-                                    const std::optional<std::vector<std::string>>& claimedSlotIDs);
+std::vector<SlotID> slotsTaken(const std::vector<TileSlot>& slots, const SlotID& slotID,
+                               const std::optional<std::vector<SlotID>>& claimedSlotIDs);
 
 /// The placements in the order of restoration: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);
@@ -56,7 +57,7 @@ bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
 /// A live window and its tiles in the scene.
 struct RestoredPlacement {
     WindowID windowID;
-    std::vector<std::string> targetIDs; // the anchor first; more than one for a span
+    std::vector<TileTarget> targets; // the anchor first; more than one for a span
     std::int64_t stackIndex = 0;
     bool isFront = true;
 };

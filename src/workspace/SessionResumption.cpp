@@ -28,9 +28,9 @@ TileAssignments withNewIDs(TileAssignments assignments, const std::map<WindowID,
     for (auto& [target, windowID] : assignments.assignedWindowIDs) windowID = now(windowID);
     for (auto& [target, stack] : assignments.stackWindowIDsByTarget)
         std::transform(stack.begin(), stack.end(), stack.begin(), now);
-    std::map<WindowID, std::string> anchors;
-    for (auto& [windowID, target] : assignments.anchorTargetIDsByWindowID) anchors[now(windowID)] = target;
-    assignments.anchorTargetIDsByWindowID = std::move(anchors);
+    std::map<WindowID, TileTarget> anchors;
+    for (auto& [windowID, target] : assignments.anchorsByWindowID) anchors[now(windowID)] = target;
+    assignments.anchorsByWindowID = std::move(anchors);
     return assignments;
 }
 
@@ -75,7 +75,7 @@ ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector
 }
 
 TileAssignments resumedTiles(const WorkspaceSessionTiles& tiles, const ResumedWindows& windows) {
-    TileAssignments assignments{tiles.assignedWindowIDs, tiles.stackWindowIDs, tiles.anchorTargetIDs};
+    TileAssignments assignments{tiles.assignedWindowIDs, tiles.stackWindowIDs, tiles.anchors};
     if (!assignments.isSound()) return {};
     std::set<WindowID> kept = windows.awaited;
     for (const auto& [formerID, id] : windows.idNow) kept.insert(formerID);
@@ -84,7 +84,7 @@ TileAssignments resumedTiles(const WorkspaceSessionTiles& tiles, const ResumedWi
 }
 
 WorkspaceSessionTiles sessionTiles(const TileAssignments& assignments) {
-    return {assignments.assignedWindowIDs, assignments.stackWindowIDsByTarget, assignments.anchorTargetIDsByWindowID};
+    return {assignments.assignedWindowIDs, assignments.stackWindowIDsByTarget, assignments.anchorsByWindowID};
 }
 
 } // namespace kova

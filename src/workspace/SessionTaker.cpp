@@ -61,7 +61,7 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     session_.keepProcesses(recorded);
     if (const auto* before = focusMode_.snapshot()) {
         const WorkspaceFocusMode& zoomed = *focusMode_.mode();
-        session.zoom = WorkspaceSessionZoom{zoomed.displayID, zoomed.anchorTargetID, zoomed.windowID, std::nullopt};
+        session.zoom = WorkspaceSessionZoom{zoomed.displayID, zoomed.anchor, zoomed.windowID, std::nullopt};
         const auto frame = before->windowFrames.find(zoomed.windowID);
         if (frame != before->windowFrames.end()) session.zoom->frameBefore = frame->second;
     }
@@ -158,7 +158,7 @@ std::set<DisplayID> SessionTaker::takeUpDisplays(const WorkspaceSession& session
     }
     for (const auto& id : takeUpResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
-        const DisplayID id = displayIDOf(target);
+        const DisplayID& id = target.display;
         if (geometry_.screenOf(id) || displays_.holdsDisplay(id)) continue;
         displays_.leaveDisplay(id, assignments_);
         displays_.beginSettling();
@@ -181,7 +181,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
 std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
     std::set<DisplayID> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
-        const DisplayID id = displayIDOf(target);
+        const DisplayID& id = target.display;
         if (!geometry_.screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
     }
     for (const auto& screen : *state_.screens) {
@@ -201,7 +201,7 @@ std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
 void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
-        if (tile && returnedDisplayIDs.contains(displayIDOf(*tile))) continue;
+        if (tile && returnedDisplayIDs.contains(tile->display)) continue;
         const ManagedWindow* window = liveWindows_.find(windowID);
         if (window && window->frame && *window->frame != target) {
             frames_.accept(windowID, target, *window->frame);

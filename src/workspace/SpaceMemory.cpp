@@ -22,9 +22,9 @@ void SpaceMemory::store(const std::vector<ManagedWindow>& windows, TileAssignmen
     }
 }
 
-void SpaceMemory::storeFrom(const std::vector<std::string>& targets, const std::vector<ManagedWindow>& windows,
+void SpaceMemory::storeFrom(const std::vector<TileTarget>& targets, const std::vector<ManagedWindow>& windows,
                             TileAssignments& assignments) {
-    const auto isIn = [&](const std::string& target) { return std::ranges::find(targets, target) != targets.end(); };
+    const auto isIn = [&](const TileTarget& target) { return std::ranges::find(targets, target) != targets.end(); };
     std::vector<ManagedWindow> leaving;
     for (const auto& window : windows) {
         if (!window.isElsewhere) continue;

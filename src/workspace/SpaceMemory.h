@@ -28,7 +28,7 @@ class SpaceMemory {
     /// Removes the windows that are elsewhere from the assignments and remembers their tiles.
     void store(const std::vector<ManagedWindow>& windows, TileAssignments& assignments);
     /// Does so only for windows in these tiles, in front or stacked.
-    void storeFrom(const std::vector<std::string>& targets, const std::vector<ManagedWindow>& windows,
+    void storeFrom(const std::vector<TileTarget>& targets, const std::vector<ManagedWindow>& windows,
                    TileAssignments& assignments);
     /// Returns windows whose Space is shown again to their tiles, in front of windows placed there since. Windows that
     /// are elsewhere now are removed. A window that moved to another Space, or has a tile by now, is not returned. True

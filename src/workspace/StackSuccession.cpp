@@ -1,35 +1,35 @@
 #include "workspace/StackSuccession.h"
 
-#include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 #include "workspace/Renaming.h"
 
 #include <algorithm>
 
 namespace kova {
 
-void StackSuccession::noteDisplaced(const WindowID& windowID, const std::string& lostTargetID,
-                                    const std::string& waitingTargetID) {
-    if (lostTargetID == waitingTargetID) return forget(windowID);
-    lostTargetIDs_[windowID] = lostTargetID;
+void StackSuccession::noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget,
+                                    const TileTarget& waitingTarget) {
+    if (lostTarget == waitingTarget) return forget(windowID);
+    lostTargets_[windowID] = lostTarget;
 }
 
 void StackSuccession::rename(const WindowID& windowID, const WindowID& newID) {
-    renameKey(lostTargetIDs_, windowID, newID);
+    renameKey(lostTargets_, windowID, newID);
 }
 
 void StackSuccession::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
-    for (auto& [windowID, lost] : lostTargetIDs_) lost = withDisplayRenamed(lost, displayID, newID);
+    for (auto& [windowID, lost] : lostTargets_) lost = withDisplayRenamed(lost, displayID, newID);
 }
 
 void StackSuccession::keepOnly(const std::set<WindowID>& windowIDs) {
-    std::erase_if(lostTargetIDs_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
+    std::erase_if(lostTargets_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
 }
 
 std::vector<std::vector<Promotion>> StackSuccession::candidates(const TileAssignments& before,
                                                                 const TileAssignments& now) const {
     std::vector<std::vector<Promotion>> all;
     for (const auto& [key, former] : before.assignedWindowIDs) {
-        const std::string& target = key;
+        const TileTarget& target = key;
         if (now.assignedWindowIDs.contains(target)) continue;
         std::vector<Promotion> here;
         const auto offer = [&](const WindowID& windowID) {
@@ -37,7 +37,7 @@ std::vector<std::vector<Promotion>> StackSuccession::candidates(const TileAssign
         };
         const auto stack = now.stackWindowIDsByTarget.find(target);
         if (stack != now.stackWindowIDsByTarget.end()) std::for_each(stack->second.begin(), stack->second.end(), offer);
-        for (const auto& [windowID, lost] : lostTargetIDs_) {
+        for (const auto& [windowID, lost] : lostTargets_) {
             const auto waits = now.stackTargetOf(windowID);
             if (lost == target && waits && *waits != target) offer(windowID);
         }

@@ -13,16 +13,16 @@ namespace kova {
 
 struct Promotion {
     WindowID windowID;
-    std::string targetID;
+    TileTarget target;
     bool operator==(const Promotion&) const = default;
 };
 
 class StackSuccession {
   public:
     /// Records the tile that a window lost to a span, if it differs from the tile in which the window is stacked now.
-    void noteDisplaced(const WindowID& windowID, const std::string& lostTargetID, const std::string& waitingTargetID);
+    void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& waitingTarget);
     /// Forgets the window, which is a front window again.
-    void forget(const WindowID& windowID) { lostTargetIDs_.erase(windowID); }
+    void forget(const WindowID& windowID) { lostTargets_.erase(windowID); }
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
@@ -34,7 +34,7 @@ class StackSuccession {
     std::vector<std::vector<Promotion>> candidates(const TileAssignments& before, const TileAssignments& now) const;
 
   private:
-    std::map<WindowID, std::string> lostTargetIDs_; // by the window that is stacked elsewhere
+    std::map<WindowID, TileTarget> lostTargets_; // by the window that is stacked elsewhere
 };
 
 } // namespace kova

@@ -1,13 +1,13 @@
 #include "workspace/TileAssignments.h"
 
-#include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 
 #include <algorithm>
 
 namespace kova {
 
-std::optional<std::string> TileAssignments::targetOf(const WindowID& windowID) const {
-    if (const auto anchor = anchorTargetIDsByWindowID.find(windowID); anchor != anchorTargetIDsByWindowID.end()) {
+std::optional<TileTarget> TileAssignments::targetOf(const WindowID& windowID) const {
+    if (const auto anchor = anchorsByWindowID.find(windowID); anchor != anchorsByWindowID.end()) {
         return anchor->second;
     }
     const auto found = std::find_if(assignedWindowIDs.begin(), assignedWindowIDs.end(),
@@ -16,15 +16,15 @@ std::optional<std::string> TileAssignments::targetOf(const WindowID& windowID) c
     return found->first;
 }
 
-std::optional<std::string> TileAssignments::stackTargetOf(const WindowID& windowID) const {
+std::optional<TileTarget> TileAssignments::stackTargetOf(const WindowID& windowID) const {
     for (const auto& [target, stack] : stackWindowIDsByTarget) {
         if (std::find(stack.begin(), stack.end(), windowID) != stack.end()) return target;
     }
     return std::nullopt;
 }
 
-std::vector<std::string> TileAssignments::targetsOf(const WindowID& windowID) const {
-    std::vector<std::string> targets;
+std::vector<TileTarget> TileAssignments::targetsOf(const WindowID& windowID) const {
+    std::vector<TileTarget> targets;
     for (const auto& [target, assigned] : assignedWindowIDs) {
         if (assigned == windowID) targets.push_back(target);
     }
@@ -35,7 +35,7 @@ bool TileAssignments::isInAnyTile(const WindowID& windowID) const {
     return targetOf(windowID).has_value() || stackTargetOf(windowID).has_value();
 }
 
-std::vector<std::string> TileAssignments::targetsAnchorFirst(const WindowID& windowID) const {
+std::vector<TileTarget> TileAssignments::targetsAnchorFirst(const WindowID& windowID) const {
     auto targets = targetsOf(windowID);
     if (const auto anchor = targetOf(windowID)) {
         const auto at = std::find(targets.begin(), targets.end(), *anchor);
@@ -52,11 +52,10 @@ std::set<WindowID> TileAssignments::windows() const {
 }
 
 TileAssignments TileAssignments::onDisplay(const DisplayID& displayID) const {
-    const std::string prefix = tileTargetID(displayID, "");
     TileAssignments here = *this;
-    std::erase_if(here.assignedWindowIDs, [&](const auto& entry) { return !entry.first.starts_with(prefix); });
-    std::erase_if(here.stackWindowIDsByTarget, [&](const auto& entry) { return !entry.first.starts_with(prefix); });
-    std::erase_if(here.anchorTargetIDsByWindowID, [&](const auto& entry) { return !entry.second.starts_with(prefix); });
+    std::erase_if(here.assignedWindowIDs, [&](const auto& entry) { return entry.first.display != displayID; });
+    std::erase_if(here.stackWindowIDsByTarget, [&](const auto& entry) { return entry.first.display != displayID; });
+    std::erase_if(here.anchorsByWindowID, [&](const auto& entry) { return entry.second.display != displayID; });
     return here;
 }
 
@@ -64,14 +63,14 @@ bool TileAssignments::isSound() const {
     std::map<WindowID, std::size_t> tileCounts;
     for (const auto& [target, window] : assignedWindowIDs) ++tileCounts[window];
     for (const auto& [window, count] : tileCounts) {
-        const auto anchor = anchorTargetIDsByWindowID.find(window);
-        const bool hasAnchor = anchor != anchorTargetIDsByWindowID.end();
+        const auto anchor = anchorsByWindowID.find(window);
+        const bool hasAnchor = anchor != anchorsByWindowID.end();
         if (hasAnchor != (count > 1)) return false;
         if (!hasAnchor) continue;
         const auto front = assignedWindowIDs.find(anchor->second);
         if (front == assignedWindowIDs.end() || front->second != window) return false;
     }
-    for (const auto& [window, anchor] : anchorTargetIDsByWindowID) {
+    for (const auto& [window, anchor] : anchorsByWindowID) {
         if (!tileCounts.contains(window)) return false;
     }
     std::set<WindowID> stacked;
@@ -105,21 +104,21 @@ void TileAssignments::removeFromStacks(const WindowID& windowID) {
 void TileAssignments::remove(const WindowID& windowID) {
     removeFromStacks(windowID);
     std::erase_if(assignedWindowIDs, [&](const auto& entry) { return entry.second == windowID; });
-    anchorTargetIDsByWindowID.erase(windowID);
+    anchorsByWindowID.erase(windowID);
 }
 
-void TileAssignments::insertIntoStack(const std::string& targetID, const WindowID& windowID, StackPosition position) {
+void TileAssignments::insertIntoStack(const TileTarget& target, const WindowID& windowID, StackPosition position) {
     removeFromStacks(windowID);
-    auto& stack = stackWindowIDsByTarget[targetID];
-    const auto front = assignedWindowIDs.find(targetID);
+    auto& stack = stackWindowIDsByTarget[target];
+    const auto front = assignedWindowIDs.find(target);
     const bool frontIsUnlisted = front != assignedWindowIDs.end() && front->second != windowID &&
-                                 targetOf(front->second) == targetID &&
+                                 targetOf(front->second) == target &&
                                  std::find(stack.begin(), stack.end(), front->second) == stack.end();
     if (frontIsUnlisted) stack.insert(stack.begin(), front->second);
     stack.insert(position == StackPosition::front ? stack.begin() : stack.end(), windowID);
 }
 
-std::vector<WindowID> TileAssignments::assign(const WindowID& windowID, const std::vector<std::string>& targets) {
+std::vector<WindowID> TileAssignments::assign(const WindowID& windowID, const std::vector<TileTarget>& targets) {
     if (targets.empty()) return {};
     std::vector<WindowID> displaced;
     for (const auto& target : targets) {
@@ -133,22 +132,22 @@ std::vector<WindowID> TileAssignments::assign(const WindowID& windowID, const st
         return entry.second == windowID ||
                std::find(displaced.begin(), displaced.end(), entry.second) != displaced.end();
     });
-    for (const auto& loser : displaced) anchorTargetIDsByWindowID.erase(loser);
+    for (const auto& loser : displaced) anchorsByWindowID.erase(loser);
     for (const auto& target : targets) assignedWindowIDs[target] = windowID;
     if (targets.size() > 1) {
-        anchorTargetIDsByWindowID[windowID] = targets.front();
+        anchorsByWindowID[windowID] = targets.front();
     } else {
-        anchorTargetIDsByWindowID.erase(windowID);
+        anchorsByWindowID.erase(windowID);
     }
     return displaced;
 }
 
-void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
+void TileAssignments::mergeStacksInto(const TileTarget& anchor, const std::vector<TileTarget>& targets,
                                       const std::vector<WindowID>& displacedWindowIDs) {
     std::vector<WindowID> waiting;
     for (const auto& target : targets) {
         const auto stack = stackWindowIDsByTarget.find(target);
-        if (target == anchorTargetID || stack == stackWindowIDsByTarget.end()) continue;
+        if (target == anchor || stack == stackWindowIDsByTarget.end()) continue;
         waiting.insert(waiting.end(), stack->second.begin(), stack->second.end());
     }
     for (const auto& loser : displacedWindowIDs) {
@@ -156,7 +155,7 @@ void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const s
         const auto stack = stackTargetOf(loser);
         if (!stack || !assignedWindowIDs.contains(*stack)) waiting.push_back(loser);
     }
-    for (const auto& id : waiting) insertIntoStack(anchorTargetID, id, StackPosition::behind);
+    for (const auto& id : waiting) insertIntoStack(anchor, id, StackPosition::behind);
 }
 
 void TileAssignments::adopt(const WindowID& windowID, const TileAssignments& other) {
@@ -171,21 +170,21 @@ void TileAssignments::rename(const WindowID& windowID, const WindowID& newID) {
         if (front == windowID) front = newID;
     }
     for (auto& [target, stack] : stackWindowIDsByTarget) std::replace(stack.begin(), stack.end(), windowID, newID);
-    if (auto anchor = anchorTargetIDsByWindowID.extract(windowID)) {
+    if (auto anchor = anchorsByWindowID.extract(windowID)) {
         anchor.key() = newID;
-        anchorTargetIDsByWindowID.insert(std::move(anchor));
+        anchorsByWindowID.insert(std::move(anchor));
     }
 }
 
 void TileAssignments::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
-    const auto renamed = [&](const std::string& target) { return withDisplayRenamed(target, displayID, newID); };
-    std::map<std::string, WindowID> fronts;
+    const auto renamed = [&](const TileTarget& target) { return withDisplayRenamed(target, displayID, newID); };
+    std::map<TileTarget, WindowID> fronts;
     for (auto& [target, window] : assignedWindowIDs) fronts.emplace(renamed(target), std::move(window));
     assignedWindowIDs = std::move(fronts);
-    std::map<std::string, std::vector<WindowID>> stacks;
+    std::map<TileTarget, std::vector<WindowID>> stacks;
     for (auto& [target, stack] : stackWindowIDsByTarget) stacks.emplace(renamed(target), std::move(stack));
     stackWindowIDsByTarget = std::move(stacks);
-    for (auto& [window, anchor] : anchorTargetIDsByWindowID) anchor = renamed(anchor);
+    for (auto& [window, anchor] : anchorsByWindowID) anchor = renamed(anchor);
 }
 
 void TileAssignments::keepOnly(const std::set<WindowID>& liveWindowIDs) {
@@ -194,7 +193,7 @@ void TileAssignments::keepOnly(const std::set<WindowID>& liveWindowIDs) {
         std::erase_if(entry->second, [&](const auto& id) { return !liveWindowIDs.contains(id); });
         entry = entry->second.empty() ? stackWindowIDsByTarget.erase(entry) : std::next(entry);
     }
-    std::erase_if(anchorTargetIDsByWindowID, [&](const auto& entry) { return !liveWindowIDs.contains(entry.first); });
+    std::erase_if(anchorsByWindowID, [&](const auto& entry) { return !liveWindowIDs.contains(entry.first); });
 }
 
 } // namespace kova

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "layout/TileSpans.h"
+#include "layout/TileTarget.h"
 #include "support/Identifiers.h"
 
 #include <map>
@@ -16,21 +17,21 @@
 namespace kova {
 
 struct TileAssignments {
-    std::map<std::string, WindowID> assignedWindowIDs;                   // tile-target id -> window id
-    std::map<std::string, std::vector<WindowID>> stackWindowIDsByTarget; // front first
-    std::map<WindowID, std::string> anchorTargetIDsByWindowID;           // spanning windows only
+    std::map<TileTarget, WindowID> assignedWindowIDs;
+    std::map<TileTarget, std::vector<WindowID>> stackWindowIDsByTarget; // front first
+    std::map<WindowID, TileTarget> anchorsByWindowID;                   // spanning windows only
 
     /// The tile that the window fronts: its anchor when it spans several; absent when it fronts none.
-    std::optional<std::string> targetOf(const WindowID& windowID) const;
+    std::optional<TileTarget> targetOf(const WindowID& windowID) const;
     /// The tile whose stack holds the window, front or not; absent when no stack does.
-    std::optional<std::string> stackTargetOf(const WindowID& windowID) const;
+    std::optional<TileTarget> stackTargetOf(const WindowID& windowID) const;
     /// Every tile that the window fronts, in key order.
-    std::vector<std::string> targetsOf(const WindowID& windowID) const;
+    std::vector<TileTarget> targetsOf(const WindowID& windowID) const;
     /// Whether the window fronts a tile.
     bool isAssigned(const WindowID& windowID) const { return targetOf(windowID).has_value(); }
     bool isInAnyTile(const WindowID& windowID) const;
     /// Every tile that the window fronts, its anchor first; empty when it fronts none.
-    std::vector<std::string> targetsAnchorFirst(const WindowID& windowID) const;
+    std::vector<TileTarget> targetsAnchorFirst(const WindowID& windowID) const;
     /// Every front window and every stacked window.
     std::set<WindowID> windows() const;
     /// The part of the assignments that belongs to one display.
@@ -45,13 +46,13 @@ struct TileAssignments {
     enum class StackPosition { front, behind };
     /// Puts the window into one stack only, before or after its members. A front window without a stack becomes the
     /// first member.
-    void insertIntoStack(const std::string& targetID, const WindowID& windowID, StackPosition position);
+    void insertIntoStack(const TileTarget& target, const WindowID& windowID, StackPosition position);
     /// Makes the window the front window of `targets` (anchor first) and of no other tile. Returns the former front
     /// windows, each once; they lose all their tiles and their anchors but stay in their stacks.
-    std::vector<WindowID> assign(const WindowID& windowID, const std::vector<std::string>& targets);
+    std::vector<WindowID> assign(const WindowID& windowID, const std::vector<TileTarget>& targets);
     /// The tiles of a span share the stack of its anchor: windows stacked in the other tiles, and displaced windows
     /// whose own stack has no front window any more, are moved there.
-    void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
+    void mergeStacksInto(const TileTarget& anchor, const std::vector<TileTarget>& targets,
                          const std::vector<WindowID>& displacedWindowIDs);
     /// Moves the front window of a tile to the first place of its stack, if it has one.
     void putFrontsFirst();

@@ -51,7 +51,7 @@ std::vector<TileClaim> tileClaims(const ArrangementInput& input) {
     const auto rank = [&](const TileClaim& claim) {
         const ArrangementCandidate& candidate = input.candidates[claim.candidate];
         const DisplayTileTarget target = targetOf(input, claim);
-        return std::tuple(claim.kind, candidate.isDeferred, candidate.currentTargetID != target.id(),
+        return std::tuple(claim.kind, candidate.isDeferred, candidate.currentTarget != target.id(),
                           candidate.displayID != target.displayID);
     };
     std::stable_sort(claims.begin(), claims.end(),

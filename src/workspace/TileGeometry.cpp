@@ -17,10 +17,10 @@ constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
 TileGeometry::TileGeometry(WorkspaceParts& parts) :
     state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments), frames_(parts.frames) {}
 
-std::optional<LearnedPlace> TileGeometry::learnedPlace(const std::string& targetID) const {
-    const Screen* screen = screenOfTarget(targetID);
+std::optional<LearnedPlace> TileGeometry::learnedPlace(const TileTarget& target) const {
+    const Screen* screen = screenOfTarget(target);
     if (!screen) return std::nullopt;
-    return LearnedPlace{layoutOn(*screen).id, std::string(*slotIDOn(displayID(*screen), targetID))};
+    return LearnedPlace{layoutOn(*screen).id, target.slot};
 }
 
 std::vector<DisplayLayoutDivider> TileGeometry::dividersOn(const DisplayID& id) const {
@@ -49,12 +49,8 @@ const Screen* TileGeometry::screenOf(const DisplayID& id) const {
     return found == screens.end() ? nullptr : &*found;
 }
 
-const Screen* TileGeometry::screenOfTarget(const std::string& targetID) const {
-    const auto& screens = *state_.screens;
-    const auto found = std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) {
-        return slotIDOn(displayID(screen), targetID).has_value();
-    });
-    return found == screens.end() ? nullptr : &*found;
+const Screen* TileGeometry::screenOfTarget(const TileTarget& target) const {
+    return screenOf(target.display);
 }
 
 double TileGeometry::firstScreenMaxY() const {
@@ -75,14 +71,13 @@ const LayoutDefinition* TileGeometry::resolvedLayout(const DisplayID& id) const 
 /// Minimum sizes of the windows in a single tile; a spanning window has the room that it needs.
 TileMinimumSizes TileGeometry::tileMinimumSizes(const DisplayID& id) const {
     TileMinimumSizes sizes;
-    const std::string prefix = tileTargetID(id, "");
     const auto& assigned = assignments_.assignedWindowIDs;
-    for (auto entry = assigned.lower_bound(prefix); entry != assigned.end(); ++entry) {
-        if (!entry->first.starts_with(prefix)) break;
+    for (auto entry = assigned.lower_bound({id, {}}); entry != assigned.end(); ++entry) {
+        if (entry->first.display != id) break;
         const ManagedWindow* window = liveWindows_.find(entry->second);
-        if (!window || assignments_.anchorTargetIDsByWindowID.contains(entry->second)) continue;
+        if (!window || assignments_.anchorsByWindowID.contains(entry->second)) continue;
         const CGSize minimum = minimumSizeOf(*window);
-        if (minimum.width > 0 || minimum.height > 0) sizes.emplace(entry->first.substr(prefix.size()), minimum);
+        if (minimum.width > 0 || minimum.height > 0) sizes.emplace(entry->first.slot, minimum);
     }
     return sizes;
 }
@@ -91,13 +86,12 @@ const SolvedLayout& TileGeometry::solvedTiles(const Screen& screen) const {
     return layouts_.solve(screen, *state_.profile, catalogue(), tileMinimumSizes(displayID(screen)));
 }
 
-std::optional<CGRect> TileGeometry::tileFrameOnScreen(const std::string& targetID) const {
-    const Screen* screen = screenOfTarget(targetID);
+std::optional<CGRect> TileGeometry::tileFrameOnScreen(const TileTarget& target) const {
+    const Screen* screen = screenOfTarget(target);
     if (!screen) return std::nullopt;
-    const auto slotID = slotIDOn(displayID(*screen), targetID);
     const SolvedLayout& solved = solvedTiles(*screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
-        if (solved.slots[i].id == slotID) return kova::tileFrameOnScreen(solved.frames[i], screen->visibleFrame);
+        if (solved.slots[i].id == target.slot) return kova::tileFrameOnScreen(solved.frames[i], screen->visibleFrame);
     }
     return std::nullopt;
 }
@@ -122,7 +116,7 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& scre
     const DisplayID id = displayID(screen);
     const SolvedLayout& solved = solvedTiles(screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
-        const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
+        const auto front = assignments_.assignedWindowIDs.find({id, solved.slots[i].id});
         const bool isTaken = front != assignments_.assignedWindowIDs.end();
         cells[isTaken ? front->second : ""].push_back(kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame));
     }
@@ -148,18 +142,18 @@ std::vector<WorkspaceTile> TileGeometry::tiles() const {
         const auto frames = framesOfTiledWindows(screen);
         for (std::size_t i = 0; i < solved.slots.size(); ++i) {
             WorkspaceTile tile;
-            tile.targetID = tileTargetID(id, solved.slots[i].id);
+            tile.target = {id, solved.slots[i].id};
             tile.displayID = id;
             tile.slot = solved.slots[i];
             tile.frameOnScreen = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
             tile.frameForWindowService =
                 flipped(insetBy(tile.frameOnScreen, state_.profile->tileInset), firstScreenMaxY());
-            const auto front = assignments_.assignedWindowIDs.find(tile.targetID);
+            const auto front = assignments_.assignedWindowIDs.find(tile.target);
             if (front != assignments_.assignedWindowIDs.end()) {
                 tile.windowID = front->second;
                 tile.frameForWindowService = frames.at(front->second);
             }
-            const auto stack = assignments_.stackWindowIDsByTarget.find(tile.targetID);
+            const auto stack = assignments_.stackWindowIDsByTarget.find(tile.target);
             if (stack != assignments_.stackWindowIDsByTarget.end()) tile.stack = stack->second;
             out.push_back(std::move(tile));
         }
@@ -206,10 +200,9 @@ TileRoom TileGeometry::roomOn(const Screen& screen) const {
     std::map<WindowID, TileHolder> holders; // by window id
     const DisplayID id = displayID(screen);
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) {
-        const auto slot = slotIDOn(id, target);
-        if (!slot) continue;
+        if (target.display != id) continue;
         TileHolder& holder = holders[windowID];
-        holder.slotIDs.emplace_back(*slot);
+        holder.slotIDs.push_back(target.slot);
         if (assignments_.targetOf(windowID) == target) std::swap(holder.slotIDs.front(), holder.slotIDs.back());
     }
     std::vector<TileHolder> all;
@@ -221,16 +214,14 @@ TileRoom TileGeometry::roomOn(const Screen& screen) const {
     return {layoutOn(screen), screen.visibleFrame.size, state_.profile->tileInset, std::move(all)};
 }
 
-std::optional<Covering> TileGeometry::coveringFor(const ManagedWindow& window, const std::string& targetID) const {
-    const Screen* screen = screenOfTarget(targetID);
+std::optional<Covering> TileGeometry::coveringFor(const ManagedWindow& window, const TileTarget& target) const {
+    const Screen* screen = screenOfTarget(target);
     if (!screen) return std::nullopt;
-    const DisplayID display = displayID(*screen);
-    const std::string slotID(*slotIDOn(display, targetID));
-    return coveringOn(*screen, roomOn(*screen).tilesFor(window.id, minimumSizeOf(window), slotID));
+    return coveringOn(*screen, roomOn(*screen).tilesFor(window.id, minimumSizeOf(window), target.slot));
 }
 
 /// Absent for no slot at all.
-std::optional<Covering> TileGeometry::coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const {
+std::optional<Covering> TileGeometry::coveringOn(const Screen& screen, const std::vector<SlotID>& slotIDs) const {
     const auto& slots = solvedTiles(screen).slots;
     Covering covering;
     for (const auto& slotID : slotIDs) {
@@ -248,7 +239,7 @@ std::optional<Covering> TileGeometry::freeCoveringOn(const Screen& screen, const
         const auto slots = room.tilesFor(window.id, minimumSizeOf(window), slot.id);
         const bool isFree =
             room.holdersOf(slots, window.id).empty() && std::ranges::none_of(slots, [&](const auto& id) {
-                return assignments_.stackWindowIDsByTarget.contains(tileTargetID(displayID(screen), id));
+                return assignments_.stackWindowIDsByTarget.contains({displayID(screen), id});
             });
         if (isFree) return coveringOn(screen, slots);
     }
@@ -256,12 +247,12 @@ std::optional<Covering> TileGeometry::freeCoveringOn(const Screen& screen, const
 }
 
 /// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
-std::vector<std::string> TileGeometry::targetsFor(const Screen& screen, const std::string& slotID,
-                                                  const std::optional<std::vector<std::string>>& claimedSlotIDs) const {
+std::vector<TileTarget> TileGeometry::targetsFor(const Screen& screen, const SlotID& slotID,
+                                                 const std::optional<std::vector<SlotID>>& claimedSlotIDs) const {
     const auto& slots = layoutOn(screen).slots;
-    std::vector<std::string> targets;
+    std::vector<TileTarget> targets;
     for (const auto& slot : slotsTaken(slots, slotID, claimedSlotIDs)) {
-        targets.push_back(tileTargetID(displayID(screen), slot));
+        targets.push_back({displayID(screen), slot});
     }
     return targets;
 }
@@ -270,7 +261,7 @@ std::vector<std::string> TileGeometry::applicationsOn(const std::optional<Displa
     std::vector<std::string> names;
     for (const auto& window : liveWindows_) {
         const auto target = assignments_.targetOf(window.id);
-        const bool isThere = !wanted || (target && slotIDOn(*wanted, *target));
+        const bool isThere = !wanted || (target && target->display == *wanted);
         if (isThere && std::find(names.begin(), names.end(), window.applicationName) == names.end()) {
             names.push_back(window.applicationName);
         }
@@ -288,10 +279,10 @@ std::optional<CGRect> TileGeometry::zoomFrame(const DisplayID& id) const {
 }
 
 /// The tile into which the window would move if it were dropped there; absent over its own, too.
-std::optional<std::string> TileGeometry::dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const {
+std::optional<TileTarget> TileGeometry::dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const {
     for (const auto& tile : tiles()) {
         if (!containsPoint(tile.frameOnScreen, pointOnScreen)) continue;
-        return tile.windowID == windowID ? std::nullopt : std::optional(tile.targetID);
+        return tile.windowID == windowID ? std::nullopt : std::optional(tile.target);
     }
     return std::nullopt;
 }

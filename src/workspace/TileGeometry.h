@@ -27,7 +27,7 @@ struct Covering {
 /// A tile as arrangements remember it.
 struct LearnedPlace {
     std::string layoutID;
-    std::string slotID;
+    SlotID slotID;
 };
 
 class TileGeometry {
@@ -39,7 +39,7 @@ class TileGeometry {
     /// Null when the display is not connected.
     const Screen* screenOf(const DisplayID& displayID) const;
     /// Null when the display of the tile is not connected.
-    const Screen* screenOfTarget(const std::string& targetID) const;
+    const Screen* screenOfTarget(const TileTarget& target) const;
     /// The height with which `flipped` converts between screen space and window-service space.
     double firstScreenMaxY() const;
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
@@ -48,7 +48,7 @@ class TileGeometry {
     /// In layout space. Valid until the next call for the display.
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     /// Absent when the layout in force has no such tile.
-    std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
+    std::optional<CGRect> tileFrameOnScreen(const TileTarget& target) const;
     /// The frame of the window by its tiles, in window-service space.
     std::optional<CGRect> frameForWindow(const WindowID& windowID) const;
     /// The frames of all front windows by their tiles, by window id, in window-service space.
@@ -67,9 +67,9 @@ class TileGeometry {
     /// Which windows hold which tiles of the display, and how much room they need.
     TileRoom roomOn(const Screen& screen) const;
     /// The tiles that the window covers if it is put into this one; absent for an unknown tile.
-    std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
+    std::optional<Covering> coveringFor(const ManagedWindow& window, const TileTarget& target) const;
     /// Absent when the layout has none of the slots.
-    std::optional<Covering> coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const;
+    std::optional<Covering> coveringOn(const Screen& screen, const std::vector<SlotID>& slotIDs) const;
     /// The first free tile, or span of free tiles, with room for the window; absent when there is none.
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
     /// The dividers of one display, in focus mode, too.
@@ -77,14 +77,14 @@ class TileGeometry {
     /// The gutter of the divider, in screen space; absent if its display is disconnected.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
     /// The tiles of a placement, the anchor first; empty when the layout lacks its slot.
-    std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
-                                        const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
+    std::vector<TileTarget> targetsFor(const Screen& screen, const SlotID& slotID,
+                                       const std::optional<std::vector<SlotID>>& claimedSlotIDs) const;
     /// The frame of a zoomed window, in window-service space; absent if the display is disconnected.
     std::optional<CGRect> zoomFrame(const DisplayID& displayID) const;
     /// Absent when the display of the tile is not connected.
-    std::optional<LearnedPlace> learnedPlace(const std::string& targetID) const;
+    std::optional<LearnedPlace> learnedPlace(const TileTarget& target) const;
     /// The tile into which the window would move if it were dropped there (screen space); absent over its own.
-    std::optional<std::string> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
+    std::optional<TileTarget> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
     std::vector<std::string> applicationsOn(const std::optional<DisplayID>& displayID) const;
     /// The layout in force, weights applied.

@@ -103,18 +103,18 @@ void TileKeeper::commit(const Transaction& changes) {
 
 /// Returns the former front windows of the tiles, each once.
 std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Covering& covering) {
-    std::vector<std::string> targetIDs;
-    for (const auto& target : covering.targets) targetIDs.push_back(target.id());
-    const std::string& anchorID = targetIDs.front();
-    tileMemory_.spaces().storeFrom(targetIDs, liveWindows_.all(), assignments_);
-    std::map<WindowID, std::string> lost; // by the displaced window
-    for (const auto& target : targetIDs) {
+    std::vector<TileTarget> targets;
+    for (const auto& target : covering.targets) targets.push_back(target.id());
+    const TileTarget& anchorID = targets.front();
+    tileMemory_.spaces().storeFrom(targets, liveWindows_.all(), assignments_);
+    std::map<WindowID, TileTarget> lost; // by the displaced window
+    for (const auto& target : targets) {
         const auto front = assignments_.assignedWindowIDs.find(target);
         if (front != assignments_.assignedWindowIDs.end()) lost[front->second] = *assignments_.targetOf(front->second);
     }
     assignments_.insertIntoStack(anchorID, windowID, TileAssignments::StackPosition::front);
-    auto displaced = assignments_.assign(windowID, targetIDs);
-    assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
+    auto displaced = assignments_.assign(windowID, targets);
+    assignments_.mergeStacksInto(anchorID, targets, displaced);
     tileMemory_.succession().forget(windowID);
     for (const auto& loser : displaced) {
         tileMemory_.succession().noteDisplaced(loser, lost[loser],
@@ -143,11 +143,11 @@ void TileKeeper::announceClaim(const ManagedWindow& window, const Covering& cove
     state_.placementNotice.set(notice);
 }
 
-bool TileKeeper::placeWindow(const WindowID& windowID, const std::string& targetID, Focusing focusing) {
+bool TileKeeper::placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing) {
     const ManagedWindow* live = liveWindows_.find(windowID);
     if (!live) return false;
     const ManagedWindow window = *live;
-    const auto covering = geometry_.coveringFor(window, targetID);
+    const auto covering = geometry_.coveringFor(window, target);
     if (!covering) return false;
     const TileAssignments before = assignments_;
     place(window, *covering, focusing == Focusing::yes ? BringToFront::yes : BringToFront::no);
@@ -242,12 +242,11 @@ std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const 
         const ManagedWindow* window = liveWindows_.find(windowID);
         const auto anchor = assignments_.targetOf(windowID);
         if (done.contains(windowID) || !window || !anchor || presenter_.isLeftAlone(*window)) continue;
-        const auto slot = slotIDOn(displayID(screen), *anchor);
-        if (!slot) continue;
-        const auto slots = room.tilesFor(windowID, geometry_.minimumSizeOf(*window), std::string(*slot));
+        if (anchor->display != displayID(screen)) continue;
+        const auto slots = room.tilesFor(windowID, geometry_.minimumSizeOf(*window), anchor->slot);
         const auto own = assignments_.targetsOf(windowID);
-        const bool isMore = std::ranges::any_of(slots, [&](const std::string& id) {
-            return std::ranges::find(own, tileTargetID(displayID(screen), id)) == own.end();
+        const bool isMore = std::ranges::any_of(slots, [&](const SlotID& id) {
+            return std::ranges::find(own, TileTarget{anchor->display, id}) == own.end();
         });
         const auto losers = room.holdersOf(slots, windowID);
         const bool takesFromFullScreen = std::ranges::any_of(losers, [&](const WindowID& id) {
@@ -263,7 +262,7 @@ std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const 
 /// Moves the windows that lose their tiles to a claim into free tiles in which they fit; the others will be stacked
 /// behind the claiming window.
 void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim) {
-    std::vector<std::string> claimed;
+    std::vector<SlotID> claimed;
     for (const auto& target : claim.second.targets) claimed.push_back(target.slot.id);
     for (const auto& windowID : geometry_.roomOn(screen).holdersOf(claimed, claim.first.id)) {
         const ManagedWindow* live = liveWindows_.find(windowID);
@@ -271,7 +270,7 @@ void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWi
         const ManagedWindow window = *live;
         TileAssignments before = assignments_;
         assignments_.remove(windowID);
-        std::vector<std::string> targets;
+        std::vector<TileTarget> targets;
         for (const auto& target : claim.second.targets) targets.push_back(target.id());
         (void)assignments_.assign(claim.first.id, targets);
         auto covering = geometry_.freeCoveringOn(screen, window);
@@ -305,7 +304,7 @@ void TileKeeper::retryMinimum(const WindowID& windowID) {
     if (!frames_.sizes().isRetryDue(*window, geometry_.minimumOfApplication(*window), services_.queue.uptime())) return;
     const SolvedLayout plain =
         solveDefinition(geometry_.layoutOn(*screen), {}, screen->visibleFrame.size, state_.profile->tileInset);
-    const auto slot = std::ranges::find(plain.slots, *slotIDOn(displayID(*screen), *anchor), &TileSlot::id);
+    const auto slot = std::ranges::find(plain.slots, anchor->slot, &TileSlot::id);
     if (slot == plain.slots.end()) return;
     const CGRect cell = plain.frames[static_cast<std::size_t>(slot - plain.slots.begin())];
     const CGSize tile = insetBy(cell, state_.profile->tileInset).size;
@@ -323,7 +322,7 @@ void TileKeeper::retryMinimum(const WindowID& windowID) {
 /// whose end restores the tiles as they were.
 void TileKeeper::giveBackSpans() {
     if (focusMode_.isOn()) return;
-    const auto& anchors = assignments_.anchorTargetIDsByWindowID;
+    const auto& anchors = assignments_.anchorsByWindowID;
     const auto minimumOf = [this](const WindowID& id) -> std::optional<CGSize> {
         const ManagedWindow* window = liveWindows_.find(id);
         return window ? std::optional(geometry_.minimumSizeOf(*window)) : std::nullopt;
@@ -335,9 +334,9 @@ void TileKeeper::giveBackSpans() {
         const auto covering = geometry_.coveringFor(window, *assignments_.targetOf(window.id));
         const auto own = assignments_.targetsOf(window.id);
         if (!covering || covering->targets.size() >= own.size()) continue;
-        std::vector<std::string> kept;
+        std::vector<TileTarget> kept;
         for (const auto& target : covering->targets) kept.push_back(target.id());
-        const bool isPart = std::all_of(kept.begin(), kept.end(), [&](const std::string& target) {
+        const bool isPart = std::all_of(kept.begin(), kept.end(), [&](const TileTarget& target) {
             return std::find(own.begin(), own.end(), target) != own.end();
         });
         if (!isPart) continue; // the new tiles are not part of the span
@@ -370,7 +369,7 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
     const ManagedWindow* live = liveWindows_.find(promotion.windowID);
     if (!live || live->isFullScreen || presenter_.isOffScreen(*live)) return false;
     const ManagedWindow window = *live;
-    const auto covering = geometry_.coveringFor(window, promotion.targetID);
+    const auto covering = geometry_.coveringFor(window, promotion.target);
     const bool isFree =
         covering && std::none_of(covering->targets.begin(), covering->targets.end(),
                                  [&](const auto& t) { return assignments_.assignedWindowIDs.contains(t.id()); });

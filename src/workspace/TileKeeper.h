@@ -49,7 +49,7 @@ class TileKeeper {
     /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     /// Places the window in one tile and commits. False if there is no such window or tile.
-    bool placeWindow(const WindowID& windowID, const std::string& targetID, Focusing focusing);
+    bool placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing);
     /// Publishes that the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Fills tiles that have lost their front window since `before` from their stacks.

@@ -29,8 +29,7 @@ TileRoom TileRoom::with(std::vector<TileHolder> holders) const {
     return {*layout_, visibleSize_, tileInset_, std::move(holders)};
 }
 
-std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<std::string>& slotIDs,
-                                                   const WindowID& windowID) const {
+std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<SlotID>& slotIDs, const WindowID& windowID) const {
     const auto leaving = holdersOf(slotIDs, windowID);
     std::vector<TileHolder> rest;
     for (const auto& holder : holders_) {
@@ -39,11 +38,11 @@ std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<std::string
     return rest;
 }
 
-std::set<WindowID> TileRoom::holdersOf(const std::vector<std::string>& slotIDs, const WindowID& exceptWindowID) const {
+std::set<WindowID> TileRoom::holdersOf(const std::vector<SlotID>& slotIDs, const WindowID& exceptWindowID) const {
     std::set<WindowID> found;
     for (const auto& holder : holders_) {
         const bool holdsOne = std::any_of(holder.slotIDs.begin(), holder.slotIDs.end(),
-                                          [&](const std::string& slot) { return contains(slotIDs, slot); });
+                                          [&](const SlotID& slot) { return contains(slotIDs, slot); });
         if (holdsOne && holder.windowID != exceptWindowID) found.insert(holder.windowID);
     }
     return found;
@@ -88,10 +87,9 @@ std::vector<WindowID> TileRoom::cramped() const {
     return found;
 }
 
-std::vector<std::string> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumSize,
-                                            const std::string& slotID) const {
-    std::vector<std::string> slots = {slotID};
-    std::set<std::string> occupied;
+std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumSize, const SlotID& slotID) const {
+    std::vector<SlotID> slots = {slotID};
+    std::set<SlotID> occupied;
     for (const auto& holder : holders_) {
         if (holder.windowID != windowID) occupied.insert(holder.slotIDs.begin(), holder.slotIDs.end());
     }
@@ -101,7 +99,7 @@ std::vector<std::string> TileRoom::tilesFor(const WindowID& windowID, CGSize min
         return {};
     }
 
-    const auto isCrampedIn = [&](const TileRoom& room, const std::vector<std::string>& own) {
+    const auto isCrampedIn = [&](const TileRoom& room, const std::vector<SlotID>& own) {
         auto holders = room.holders_;
         holders.push_back({windowID, own, minimumSize});
         const auto before = room.cramped();
@@ -113,7 +111,7 @@ std::vector<std::string> TileRoom::tilesFor(const WindowID& windowID, CGSize min
     // Tiles change their sizes as windows leave them, so that a span may prove too small once it is taken. Beside a
     // window that made its tile larger, tiles no longer line up; those of the layout itself may still be a span then.
     for (;;) {
-        std::vector<std::vector<std::string>> spans;
+        std::vector<std::vector<SlotID>> spans;
         for (const SolvedLayout& solved : {others.solved(), with({}).solved()}) {
             const auto span = TileSpanPolicy::bestSpan(solved.slots, slotID, visibleSize_, tileInset_,
                                                        attainable(minimumSize, solved), occupied);
@@ -122,7 +120,7 @@ std::vector<std::string> TileRoom::tilesFor(const WindowID& windowID, CGSize min
                 if (slot.id != slotID) spans.back().push_back(slot.id);
             }
         }
-        std::ranges::stable_sort(spans, {}, &std::vector<std::string>::size);
+        std::ranges::stable_sort(spans, {}, &std::vector<SlotID>::size);
         for (const auto& span : spans) {
             if (!isCrampedIn(with(others.withoutHoldersOf(span, windowID)), span)) return span;
         }

@@ -15,8 +15,8 @@ namespace kova {
 /// A window in front of one tile, or of the tiles of one span.
 struct TileHolder {
     WindowID windowID;
-    std::vector<std::string> slotIDs; // anchor first
-    CGSize minimumSize{};             // points; 0 where none is known
+    std::vector<SlotID> slotIDs; // anchor first
+    CGSize minimumSize{};        // points; 0 where none is known
 };
 
 class TileRoom {
@@ -30,13 +30,13 @@ class TileRoom {
     /// The tiles that the window covers if it is put into the slot, anchor first: the slot alone if every holder keeps
     /// its room, otherwise the preferred span in which the window fits. The present holders of these tiles lose them.
     /// Empty if the layout has no such slot.
-    std::vector<std::string> tilesFor(const WindowID& windowID, CGSize minimumSize, const std::string& slotID) const;
+    std::vector<SlotID> tilesFor(const WindowID& windowID, CGSize minimumSize, const SlotID& slotID) const;
     /// The holders, other than the window, of any of the slots.
-    std::set<WindowID> holdersOf(const std::vector<std::string>& slotIDs, const WindowID& exceptWindowID) const;
+    std::set<WindowID> holdersOf(const std::vector<SlotID>& slotIDs, const WindowID& exceptWindowID) const;
 
   private:
     TileRoom with(std::vector<TileHolder> holders) const;
-    std::vector<TileHolder> withoutHoldersOf(const std::vector<std::string>& slotIDs, const WindowID& windowID) const;
+    std::vector<TileHolder> withoutHoldersOf(const std::vector<SlotID>& slotIDs, const WindowID& windowID) const;
     SolvedLayout solved() const;
     CGSize attainable(CGSize minimumSize, const SolvedLayout& solved) const;
     bool isCramped(const TileHolder& holder, const SolvedLayout& solved) const;

@@ -29,7 +29,7 @@ void UndoSteps::changeLater(const std::function<void()>& change) {
 void UndoSteps::abandonDrags() {
     const bool heldPollsBack = pointer_.abandon();
     geometry_.layouts().clearAllTransientWeights();
-    state_.dropTargetSlotID.set(std::nullopt);
+    state_.dropTarget.set(std::nullopt);
     if (heldPollsBack) refreshCycle_.refresh(); // the paused polls were not applied
 }
 
@@ -47,7 +47,7 @@ void UndoSteps::resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedW
     WorkspaceUndoSnapshot snapshot = captureUndoSnapshot();
     const auto before = zoom.frameBefore ? zoom.frameBefore : geometry_.frameForWindow(now->second);
     if (before) snapshot.windowFrames[now->second] = *before;
-    focusMode_.enter({zoom.displayID, zoom.anchorTargetID, now->second}, {std::move(snapshot), undo_.entries()});
+    focusMode_.enter({zoom.displayID, zoom.anchor, now->second}, {std::move(snapshot), undo_.entries()});
 }
 
 WorkspaceUndoSnapshot UndoSteps::captureUndoSnapshot() const {
@@ -206,7 +206,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
                      snapshot);
-    focusMode_.enter({start->displayID, start->targetID, start->window.id}, {std::move(snapshot), std::move(history)});
+    focusMode_.enter({start->displayID, start->target, start->window.id}, {std::move(snapshot), std::move(history)});
     keeper_.noteTilesMoved();
     presenter_.writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
     return Outcome::done("Focus Mode — " + start->window.applicationName + " owns this display");

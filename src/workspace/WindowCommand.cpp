@@ -20,7 +20,7 @@ class CommandPlanner {
 
     Planned plan(const command::Place& place) const {
         return onWindow(place.windowID, [&](const ManagedWindow& window) -> Planned {
-            const WorkspaceTile* tile = tileWith(place.targetID);
+            const WorkspaceTile* tile = tileWith(place.target);
             if (!tile) return WindowRefusal{"There is no such tile"};
             return into(window, *tile, "place");
         });
@@ -42,7 +42,7 @@ class CommandPlanner {
             if (!own || !tileWith(*own)) return WindowRefusal{inNoTile(window)};
             const WorkspaceTile* tile =
                 std::visit(Overloaded{[&](WorkspaceDirection direction) { return neighborOf(window, direction); },
-                                      [&](const std::string& targetID) { return tileWith(targetID); }},
+                                      [&](const TileTarget& target) { return tileWith(target); }},
                            swap.with);
             if (!tile) {
                 const auto* direction = std::get_if<WorkspaceDirection>(&swap.with);
@@ -53,7 +53,7 @@ class CommandPlanner {
             if (!other || other == &window || other->isElsewhere) return into(window, *tile, "swap");
             if (other->isFullScreen) return WindowRefusal{isFullScreen(*other)};
             // Of a spanning window the anchor is the tile that is exchanged.
-            const std::string theirs = input_.assignments.targetOf(other->id).value_or(tile->targetID);
+            const TileTarget theirs = input_.assignments.targetOf(other->id).value_or(tile->target);
             for (const auto& [moved, target, left] :
                  {std::tuple{&window, theirs, *own}, std::tuple{other, *own, theirs}}) {
                 const auto covered = input_.covering(*moved, target);
@@ -157,8 +157,8 @@ class CommandPlanner {
         const auto found = std::ranges::find(input_.windows, id, &ManagedWindow::id);
         return found == input_.windows.end() ? nullptr : &*found;
     }
-    const WorkspaceTile* tileWith(const std::string& targetID) const {
-        const auto found = std::ranges::find(input_.tiles, targetID, &WorkspaceTile::targetID);
+    const WorkspaceTile* tileWith(const TileTarget& target) const {
+        const auto found = std::ranges::find(input_.tiles, target, &WorkspaceTile::target);
         return found == input_.tiles.end() ? nullptr : &*found;
     }
     std::vector<const WorkspaceTile*> tilesOn(const std::optional<DisplayID>& display) const {
@@ -198,17 +198,17 @@ class CommandPlanner {
 
     /// Makes the window the front window of the tile and displaces the windows there.
     Planned into(const ManagedWindow& window, const WorkspaceTile& tile, std::string action) const {
-        if (input_.assignments.targetOf(window.id) == tile.targetID) {
+        if (input_.assignments.targetOf(window.id) == tile.target) {
             return WindowPlan{"", window.applicationName + " is in " + tile.slot.name + " already", {}};
         }
         WindowPlan plan{std::move(action), "Moved " + window.applicationName + " to " + tile.slot.name, {}};
-        plan.steps.push_back({Kind::place, window.id, tile.targetID});
+        plan.steps.push_back({Kind::place, window.id, tile.target});
         std::set<WindowID> displaced;
-        for (const auto& target : input_.covering(window, tile.targetID)) {
+        for (const auto& target : input_.covering(window, tile.target)) {
             const auto front = input_.assignments.assignedWindowIDs.find(target);
             if (front == input_.assignments.assignedWindowIDs.end() || front->second == window.id) continue;
             if (displaced.insert(front->second).second) {
-                plan.steps.push_back({Kind::wait, front->second, tile.targetID});
+                plan.steps.push_back({Kind::wait, front->second, tile.target});
             }
         }
         return plan;
@@ -216,9 +216,9 @@ class CommandPlanner {
 
     const WorkspaceTile* neighborOf(const ManagedWindow& window, WorkspaceDirection direction) const {
         if (!window.frame) return nullptr;
-        std::map<std::string, CGRect> frames;
+        std::map<TileTarget, CGRect> frames;
         for (const WorkspaceTile* tile : tilesOn(displayOf(window))) {
-            if (tile->windowID != window.id) frames[tile->targetID] = tile->frameOnScreen;
+            if (tile->windowID != window.id) frames[tile->target] = tile->frameOnScreen;
         }
         const auto target = neighbourTarget(flipped(*window.frame, input_.firstScreenMaxY), direction, frames);
         return target ? tileWith(*target) : nullptr;

@@ -21,7 +21,7 @@ struct WindowStep {
     enum class Kind { place, wait, focus, floating };
     Kind kind = Kind::place;
     WindowID windowID;
-    std::optional<std::string> targetID; // the tile into which it is put or stacked; absent for the other kinds
+    std::optional<TileTarget> target; // the tile into which it is put or stacked; absent for the other kinds
     bool operator==(const WindowStep&) const = default;
 };
 
@@ -52,7 +52,7 @@ struct WindowCommandInput {
     std::optional<DisplayID> currentDisplayID;
     std::map<WindowID, DisplayID> displayIDByWindowID; // windows on no display are missing
     /// The tiles that the window covers when it is placed there, anchor first; empty for an unknown tile.
-    std::function<std::vector<std::string>(const ManagedWindow&, const std::string& targetID)> covering;
+    std::function<std::vector<TileTarget>(const ManagedWindow&, const TileTarget& target)> covering;
     double firstScreenMaxY = 0;
 };
 

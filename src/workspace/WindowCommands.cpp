@@ -45,7 +45,7 @@ Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::opti
 Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
     auto turn = finder_.stackTurn(cycle);
     if (!turn) return access_.refuse(finder_.whyNothingNext(cycle));
-    const auto& target = turn->targetID;
+    const auto& target = turn->target;
     auto& order = turn->order;
     const ManagedWindow* next = liveWindows_.find(order.front());
     if (!next) return access_.refuseSilently(finder_.whyNothingNext(cycle));
@@ -75,12 +75,12 @@ WindowCommandInput WindowCommands::windowCommandInput() const {
                              .currentDisplayID = finder_.currentDisplayID(),
                              .displayIDByWindowID = {},
                              .covering =
-                                 [this](const ManagedWindow& window, const std::string& targetID) {
-                                     std::vector<std::string> targetIDs;
-                                     const auto covering = geometry_.coveringFor(window, targetID);
-                                     if (!covering) return targetIDs;
-                                     for (const auto& target : covering->targets) targetIDs.push_back(target.id());
-                                     return targetIDs;
+                                 [this](const ManagedWindow& window, const TileTarget& target) {
+                                     std::vector<TileTarget> targets;
+                                     const auto covering = geometry_.coveringFor(window, target);
+                                     if (!covering) return targets;
+                                     for (const auto& covered : covering->targets) targets.push_back(covered.id());
+                                     return targets;
                                  },
                              .firstScreenMaxY = geometry_.firstScreenMaxY()};
     for (const auto& window : liveWindows_) {
@@ -115,7 +115,7 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
     const auto focused = finder_.focusedWindowID();
     // The focus does not change, unless the focused window is among those that move.
     const bool takesKeyboard = std::ranges::any_of(
-        plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.targetID; });
+        plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.target; });
     // All assignments first: two windows that trade places must not displace each other.
     for (const auto& step : plan.steps) {
         if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
@@ -126,7 +126,7 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
         const ManagedWindow window = *live;
         switch (step.kind) {
         case WindowStep::Kind::place:
-            placeByCommand(window, *step.targetID,
+            placeByCommand(window, *step.target,
                            takesKeyboard && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
             break;
         case WindowStep::Kind::wait: // done by placing the other window
@@ -152,15 +152,14 @@ const WindowStep* WindowCommands::lastPlacement(const WindowPlan& plan) {
     return last;
 }
 
-void WindowCommands::placeByCommand(const ManagedWindow& window, const std::string& targetID,
-                                    BringToFront bringToFront) {
-    const auto covering = geometry_.coveringFor(window, targetID);
+void WindowCommands::placeByCommand(const ManagedWindow& window, const TileTarget& target, BringToFront bringToFront) {
+    const auto covering = geometry_.coveringFor(window, target);
     if (!covering) return;
     keeper_.noteMovedByUser(window.id);
     keeper_.noteHasItsPlace(window.id);
     presenter_.bringBack(window);
     keeper_.place(window, *covering, bringToFront);
-    arrangement_.learnPlacementByUser(window, targetID);
+    arrangement_.learnPlacementByUser(window, target);
 }
 
 void WindowCommands::floatByCommand(const ManagedWindow& window) {

@@ -40,7 +40,7 @@ class WindowCommands {
     WindowCommandInput windowCommandInput() const;
     Outcome carryOutPlan(const WindowPlan& plan);
     static const WindowStep* lastPlacement(const WindowPlan& plan);
-    void placeByCommand(const ManagedWindow& window, const std::string& targetID,
+    void placeByCommand(const ManagedWindow& window, const TileTarget& target,
                         AccessibilityWindowService::BringToFront bringToFront);
     void floatByCommand(const ManagedWindow& window);
 

@@ -69,15 +69,15 @@ std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<
     return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
 }
 
-std::optional<std::string> WindowFinder::neighborOf(const StartingPoint& start, WorkspaceDirection direction,
+std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, WorkspaceDirection direction,
                                                     TilesConsidered considered) const {
     if (!start.window.frame) return std::nullopt;
-    std::map<std::string, CGRect> frames;
+    std::map<TileTarget, CGRect> frames;
     for (const auto& tile : geometry_.tiles()) {
         if (tile.displayID != start.displayID || tile.windowID == start.window.id) continue;
         const ManagedWindow* front = tile.windowID ? liveWindows_.find(*tile.windowID) : nullptr;
         if (considered == TilesConsidered::occupied && (!front || front->isElsewhere)) continue;
-        frames[tile.targetID] = tile.frameOnScreen;
+        frames[tile.target] = tile.frameOnScreen;
     }
     return neighbourTarget(flipped(*start.window.frame, geometry_.firstScreenMaxY()), direction, frames);
 }
@@ -86,7 +86,7 @@ std::optional<std::string> WindowFinder::neighborOf(const StartingPoint& start, 
 /// window is stacked there.
 std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle) const {
     auto front = cycle.windowID;
-    auto target = cycle.targetID;
+    auto target = cycle.target;
     if (!target && front && !assignments_.targetOf(*front)) target = assignments_.stackTargetOf(*front); // it waits
     if (target) {
         const auto found = assignments_.assignedWindowIDs.find(*target);
@@ -95,9 +95,9 @@ std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle
     }
     const auto start = startingPoint(front);
     if (!start) return std::nullopt;
-    const auto stack = assignments_.stackWindowIDsByTarget.find(start->targetID);
+    const auto stack = assignments_.stackWindowIDsByTarget.find(start->target);
     if (stack == assignments_.stackWindowIDsByTarget.end() || stack->second.size() < 2) return std::nullopt;
-    StackTurn turn{start->targetID, stack->second};
+    StackTurn turn{start->target, stack->second};
     const auto at = std::find(turn.order.begin(), turn.order.end(), start->window.id);
     if (at == turn.order.end()) return std::nullopt;
     const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(turn.order.size()) - 1;
@@ -112,7 +112,7 @@ std::optional<WindowID> WindowFinder::nextInStack(const action::CycleStack& cycl
 }
 
 std::string WindowFinder::whyNothingNext(const action::CycleStack& cycle) const {
-    if (cycle.targetID) return "No other window waits in that tile";
+    if (cycle.target) return "No other window waits in that tile";
     return whyNoStartingPoint(cycle.windowID).value_or("No other window waits behind it in its tile");
 }
 
@@ -138,7 +138,7 @@ std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional
     if (!screen) return std::nullopt;
     const DisplayID display = displayID(*screen);
     const CGPoint middle = center(flipped(*window->frame, geometry_.firstScreenMaxY()));
-    std::optional<std::string> nearest;
+    std::optional<TileTarget> nearest;
     double best = std::numeric_limits<double>::infinity();
     for (const auto& tile : geometry_.tiles()) {
         if (tile.displayID != display) continue;
@@ -147,7 +147,7 @@ std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional
             containsPoint(tile.frameOnScreen, middle) ? -1 : std::hypot(to.x - middle.x, to.y - middle.y);
         if (distance < best) {
             best = distance;
-            nearest = tile.targetID;
+            nearest = tile.target;
         }
     }
     if (!nearest) return std::nullopt;

@@ -22,11 +22,11 @@ struct WorkspaceParts;
 /// A window, and the tile from which actions on it start.
 struct StartingPoint {
     ManagedWindow window;
-    std::string targetID;
+    TileTarget target;
     DisplayID displayID;
 };
 struct StackTurn {
-    std::string targetID;
+    TileTarget target;
     std::vector<WindowID> order; // the new order, front first
 };
 enum class TilesConsidered { all, occupied };
@@ -43,7 +43,7 @@ class WindowFinder {
     std::optional<StartingPoint> startingPoint(const std::optional<WindowID>& windowID) const;
     /// Why no action can start at the window (default: the focused one); absent if one can.
     std::optional<std::string> whyNoStartingPoint(const std::optional<WindowID>& windowID) const;
-    std::optional<std::string> neighborOf(const StartingPoint& start, WorkspaceDirection direction,
+    std::optional<TileTarget> neighborOf(const StartingPoint& start, WorkspaceDirection direction,
                                           TilesConsidered considered) const;
     std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
     /// The window that the action would bring to the front; absent if no other is stacked.

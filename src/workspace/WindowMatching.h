@@ -2,6 +2,7 @@
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
+#include "support/Identifiers.h"
 #include "windowing/ManagedWindow.h"
 
 #include <cstddef>
@@ -44,7 +45,7 @@ class WindowMatcher {
     void groupByName();
 
     std::vector<Candidate> candidates_;
-    std::map<std::string, Group, std::less<>> byBundleIdentifier_;
+    std::map<BundleID, Group> byBundleIdentifier_;
     std::optional<std::vector<NameGroup>> byName_; // in the order of names; made when the first reference needs it
 };
 

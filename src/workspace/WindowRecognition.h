@@ -1,6 +1,7 @@
 // Recognizes windows whose id has changed, after a sleep or a restart of the agent.
 #pragma once
 
+#include "support/Identifiers.h"
 #include "windowing/ManagedWindow.h"
 
 #include <optional>
@@ -13,7 +14,7 @@ namespace kova {
 struct ManagedWindowRecoveryIdentity {
     WindowID id;
     pid_t processIdentifier = 0;
-    std::optional<std::string> bundleIdentifier{};
+    std::optional<BundleID> bundleIdentifier{};
     std::string title{};
     std::optional<CGRect> frame{}; // window-service space
     bool operator==(const ManagedWindowRecoveryIdentity&) const = default;

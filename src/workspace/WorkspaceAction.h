@@ -4,6 +4,7 @@
 #pragma once
 
 #include "layout/LayoutSolver.h"
+#include "layout/TileTarget.h"
 #include "layout/WorkspaceProfile.h"
 #include "persistence/WorkspaceProductDocument.h"
 #include "support/Identifiers.h"
@@ -27,8 +28,8 @@ enum class LayoutStep { next, previous };
 enum class DisplayStep { next, previous };
 /// A step through the displays in the platform's order, with wrap-around, or a display id.
 using DisplayChoice = std::variant<DisplayStep, DisplayID>;
-/// The neighboring tile in a direction, or a tile-target id.
-using TileChoice = std::variant<WorkspaceDirection, std::string>;
+/// The neighboring tile in a direction, or the tile itself.
+using TileChoice = std::variant<WorkspaceDirection, TileTarget>;
 
 struct ActionTraits {
     enum class Needs {
@@ -48,7 +49,7 @@ namespace command {
 /// Puts the window in front of the tile.
 struct Place {
     std::optional<WindowID> windowID;
-    std::string targetID;
+    TileTarget target;
 };
 /// Puts the window in front of the tile with this number in the layout of its display, from 1.
 struct PlaceInNumbered {
@@ -110,8 +111,8 @@ struct Move {
 struct CycleStack {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "cycle stack"};
     StackStep step = StackStep::next;
-    std::optional<WindowID> windowID{};    // whose tile is meant
-    std::optional<std::string> targetID{}; // the tile itself
+    std::optional<WindowID> windowID{}; // whose tile is meant
+    std::optional<TileTarget> target{}; // the tile itself
 };
 /// Begins or ends focus mode.
 struct ToggleFocusZoom {
@@ -212,7 +213,7 @@ struct LaunchApplication {
     static constexpr ActionTraits kTraits{.needs = windowAccess};
     LaunchableApplication application;
     DisplayID displayID;
-    std::string slotID;
+    SlotID slotID;
     LaunchCompletion completion{};
 };
 /// Requests the application that owns the window to quit. Refused if there is no such window, or it belongs to the
@@ -315,7 +316,7 @@ struct SelectAccentColor {
 };
 /// Arrangements prefer the application (by its key) for tiles of this slot; absent: none is preferred.
 struct PreferApplication {
-    std::string slotID;
+    SlotID slotID;
     std::optional<std::string> applicationKey{};
 };
 /// Shows the text for 4 seconds, or until the next one.

@@ -59,14 +59,14 @@ class WorkspaceController {
     const ArrangementPlan& lastArrangement() const { return parts_.arranger.lastPlan(); }
     /// The learned slots of applications; shared, never null.
     const Published<Arranger::Learning>& learning() const { return parts_.arranger.publishedLearning(); }
-    /// By tile-target id.
-    const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
+    /// By the tile that waits for the application.
+    const std::map<TileTarget, PendingApplicationPlacement>& pendingApplicationPlacements() const {
         return parts_.awaited.launches();
     }
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
         return parts_.awaited.scene().pending;
     }
-    const std::set<std::string>& pendingSceneApplicationLaunchBundleIDs() const {
+    const std::set<BundleID>& pendingSceneApplicationLaunchBundleIDs() const {
         return parts_.awaited.scene().launchedBundleIDs;
     }
     /// Windows for which rules were evaluated.
@@ -137,7 +137,7 @@ class WorkspaceController {
     std::vector<LaunchableApplication> launchableApplications() const {
         return ops_.applications.launchableApplications();
     }
-    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const {
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const {
         return ops_.applications.launchableApplication(bundleIdentifier);
     }
     std::vector<RunningApplication> regularApplicationsToForceQuit() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "layout/LayoutSolver.h"
+#include "layout/TileTarget.h"
 #include "support/Identifiers.h"
 
 #include <cstddef>
@@ -13,7 +14,7 @@ namespace kova {
 
 /// A tile of a display with its present windows.
 struct WorkspaceTile {
-    std::string targetID;
+    TileTarget target;
     DisplayID displayID;
     TileSlot slot;
     CGRect frameOnScreen{};         // screen space, the tile's cell
@@ -41,7 +42,7 @@ enum class PlacementVerdict {
 /// Where the front window of a tile should be, and where it is; frames in window-service space.
 struct PlacementFinding {
     WindowID windowID;
-    std::string targetID;
+    TileTarget target;
     CGRect requestedFrame{};
     std::optional<CGRect> actualFrame; // absent when it cannot be read
     PlacementVerdict verdict = PlacementVerdict::asRequested;

@@ -151,7 +151,7 @@ void WorkspaceController::applyDenied() {
     parts_.state.windows.set({});
     parts_.state.focusedWindowID.set(std::nullopt);
     parts_.assignments.assignedWindowIDs.clear();
-    parts_.assignments.anchorTargetIDsByWindowID.clear();
+    parts_.assignments.anchorsByWindowID.clear();
     parts_.tileMemory.spaces() = {};
     ops_.keeper.publishAssignments();
 }

@@ -62,7 +62,7 @@ Outcome WorkspaceSettings::selectTheme(const std::string& id) {
     return Outcome::done();
 }
 
-void WorkspaceSettings::setPreferredApplication(const std::string& slotID,
+void WorkspaceSettings::setPreferredApplication(const SlotID& slotID,
                                                 const std::optional<std::string>& applicationKey) {
     WorkspaceProfile profile = *state_.profile;
     if (applicationKey) {

@@ -23,7 +23,7 @@ class WorkspaceSettings {
     void setSetting(action::Setting setting, bool isOn);
     Outcome selectTheme(const std::string& id);
     void selectAccentColor(const std::string& id);
-    void setPreferredApplication(const std::string& slotID, const std::optional<std::string>& applicationKey);
+    void setPreferredApplication(const SlotID& slotID, const std::optional<std::string>& applicationKey);
 
   private:
     const WorkspaceServices& services_;

@@ -1,6 +1,7 @@
 // The published state of the workspace, for the user interface, the command line and subscribers. Main thread only.
 #pragma once
 
+#include "layout/TileTarget.h"
 #include "layout/WorkspaceProfile.h"
 #include "persistence/WorkspaceProductDocument.h"
 #include "support/Published.h"
@@ -28,7 +29,7 @@ struct WindowPlacementNotice {
 
 struct WorkspaceFocusMode {
     DisplayID displayID;
-    std::string anchorTargetID;
+    TileTarget anchor;
     WindowID windowID;
     bool operator==(const WorkspaceFocusMode&) const = default;
 };
@@ -39,14 +40,13 @@ struct WorkspaceState {
     Published<std::vector<ManagedWindow>> windows;
     Published<std::int64_t> titleRevision{
         0}; // incremented when a title changes, because a title alone does not republish the window list
-    Published<std::map<std::string, WindowID>> assignedWindowIDs;
+    Published<std::map<TileTarget, WindowID>> assignedWindowIDs;
     Published<std::map<WindowID, CGSize>> observedMinimumSizes;
     Published<std::int64_t> layoutRevision{0};
     Published<std::optional<WindowPlacementNotice>> placementNotice;
-    Published<std::optional<std::string>> dropTargetSlotID; // tile-target id under a window that is being dragged
-    Published<std::map<std::string, std::vector<WindowID>>> stackWindowIDsByTarget;
-    Published<std::map<std::string, LaunchableApplication>>
-        pendingLaunches; // by tile-target id, until a window is placed
+    Published<std::optional<TileTarget>> dropTarget; // the tile under a window that is being dragged
+    Published<std::map<TileTarget, std::vector<WindowID>>> stackWindowIDsByTarget;
+    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // until a window is placed
     Published<bool> canUndo{false};
     Published<std::optional<WorkspaceFocusMode>> focusMode;
     Published<std::optional<std::string>> lastActionMessage;

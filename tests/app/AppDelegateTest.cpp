@@ -83,7 +83,7 @@ class SystemActivity : public ::testing::Test {
         const auto& window = desktop.window("Mail");
         const CGPoint title = {minX(window.frame) + 200, minY(window.frame) + 5};
         int lit = 0;
-        const auto count = workspace.state().dropTargetSlotID.observe([&](const auto& slot) { lit += slot ? 1 : 0; });
+        const auto count = workspace.state().dropTarget.observe([&](const auto& slot) { lit += slot ? 1 : 0; });
         desktop.pressAt(title);
         passes(0.02);
         desktop.movePointer({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
@@ -262,7 +262,7 @@ TEST(AppDelegate, InstallsMonitorsOnceThePermissionIsGranted) {
     desktop.queue().runDue();
     desktop.movePointer({1300, 500});
     desktop.queue().runDue();
-    EXPECT_TRUE(delegate.workspace().state().dropTargetSlotID->has_value());
+    EXPECT_TRUE(delegate.workspace().state().dropTarget->has_value());
     desktop.releaseButton();
     delegate.stopWorkspace();
 }
@@ -286,9 +286,9 @@ TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
         desktop.queue().runDue();
         desktop.movePointer({400, 200});
         desktop.queue().runDue();
-        EXPECT_TRUE(workspace.state().dropTargetSlotID->has_value());
+        EXPECT_TRUE(workspace.state().dropTarget->has_value());
         delegate.stopWorkspace();
-        EXPECT_FALSE(workspace.state().dropTargetSlotID->has_value());
+        EXPECT_FALSE(workspace.state().dropTarget->has_value());
         EXPECT_TRUE(desktop.handles().empty());
         desktop.releaseButton();
         desktop.queue().advance(Seconds(30));

@@ -66,7 +66,7 @@ class Overlay : public ::testing::Test {
         const auto& drag = contents().drag;
         if (!drag) return "none";
         return (drag->windowID == desk.desktop.windowIDOf("Mail") ? "Mail over " : "Codex over ") +
-               drag->displayID.value_or("no display").text() + " " + drag->tileID.value_or("no tile");
+               drag->displayID.value_or("no display").text() + " " + (drag->tileID ? drag->tileID->text() : "no tile");
     }
     void passes(double seconds) { desk.advance(Seconds(seconds)); }
 
@@ -113,7 +113,7 @@ TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2400, 400}}});
     show();
     ASSERT_TRUE(desk.controller().perform(
-        command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", desk.controller().tiles()[0].slot.id)}));
+        command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", desk.controller().tiles()[0].slot.id)}));
     passes(0.1);
     ASSERT_EQ(contents().tiles.size(), 3U) << strips();
     const OverlayTile& span = contents().tiles[0];
@@ -187,7 +187,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     press({1400, 30});
     EXPECT_EQ(drag(), "none");
     EXPECT_EQ(drags_({1500, 300}), over + " no tile") << "its own tile is no target";
-    EXPECT_EQ(drags_({500, 300}), over + " " + desk.targetID("A", "focus-main"));
+    EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
     desk.desktop.releaseButton();
     passes(0);

@@ -93,7 +93,7 @@ TEST_F(DividerHandles, LeaveTheDesktopIconsOfAnEmptyDisplayFree) {
     desk.desktop.coverDesktopIcons();
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
     EXPECT_EQ(handles(), "1274,38 12x1392 -");
-    desk.perform(WindowCommand{command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("B", "focus-main")}});
+    desk.perform(WindowCommand{command::Place{desk.desktop.windowIDOf("Mail"), desk.target("B", "focus-main")}});
     EXPECT_EQ(handles(), "1274,38 12x1392 - | 3514,398 12x1032 -");
     for (const char* label : {"Mail", "Codex"}) desk.desktop.close(label);
     desk.settle();
@@ -253,15 +253,14 @@ TEST_F(DividerHandles, PassAThousandMovementsOnAtMostSixtyOneTimesASecond) {
 
 TEST_F(DraggedWindows, LandInTheTileWhereTheyAreDropped) {
     presses({1400, 30}).moves({1300, 100});
-    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt) << "nothing would come of it over its own tile";
+    EXPECT_EQ(*desk.state().dropTarget, std::nullopt) << "nothing would come of it over its own tile";
     moves({500, 300});
-    EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"));
+    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main"));
     EXPECT_EQ(newUndoSteps(), 0U);
     releases();
-    EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"))
-        << "it may not have reached its place yet";
+    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main")) << "it may not have reached its place yet";
     desk.settle();
-    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
+    EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
     EXPECT_EQ(newUndoSteps(), 1U);
     desk.undo();
@@ -313,7 +312,7 @@ TEST_F(DraggedWindows, TakeTheDividerAlongWithinMinimumsWhenPulledAtAnEdge) {
     desk.settle();
     desk.expectTiles("Codex 15,15 2198x1382 | Mail 2235,15 310x1382");
     EXPECT_EQ(newUndoSteps(), 2U);
-    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
+    EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
 }
 
 TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
@@ -333,7 +332,7 @@ TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
     desk.desktop.setAnnouncesAllChanges(false);
     // Pressed while its placement is still being verified.
     ASSERT_TRUE(
-        desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1")}));
+        desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", "secondary-1")}));
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(391, 285, 1254, 1382));
     for (int i = 0; i < 20; ++i) {
@@ -372,7 +371,7 @@ TEST_F(DraggedWindows, AreNotThoseThatMoveUnderAnUnmovedPointer) {
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(300, 300, 800, 600));
     moves({1401, 31}).releases();
-    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
+    EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
     desk.settle();
     desk.expectTiles(kHalves);
     // Nor do clicks and selected text move anything.

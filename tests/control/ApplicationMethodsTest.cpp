@@ -26,7 +26,7 @@ TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeReportedLater) {
     desk.arrange();
     EXPECT_EQ(result("app.list")["applications"][0]["id"], "/Applications/Maps");
     const json answer = result("launch", {{"application", "maps"}, {"tile", "second"}});
-    EXPECT_EQ(answer["tile"]["id"], desk.targetID("A", "secondary-1"));
+    EXPECT_EQ(answer["tile"]["id"], desk.target("A", "secondary-1"));
     const json told = launched();
     EXPECT_EQ(told["error"], nullptr);
     EXPECT_EQ(told["process"], desk.desktop.processIdentifier("Maps"));
@@ -69,7 +69,7 @@ TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWher
         EXPECT_EQ(told["params"]["tile"], answer["tile"]);
         return told["params"]["what"].get<std::string>() + " " + answer["tile"].get<std::string>();
     };
-    const std::string first = desk.targetID("A", "focus-main"), second = desk.targetID("A", "secondary-1");
+    const std::string first = desk.target("A", "focus-main").text(), second = desk.target("A", "secondary-1").text();
     EXPECT_EQ(shown("ui.launcher", {{"tile", "1"}}), "launcher " + first);
     desk.settle();
     result("focus.window", {{"window", "notes"}});

@@ -335,7 +335,7 @@ TEST_F(AgentMethods, EachActionIsCarriedOutOrRefusedWithAReason) {
 
     const json zoomed = result("zoom");
     EXPECT_EQ(zoomed["message"], "Focus Mode — Terminal owns this display");
-    EXPECT_EQ(zoomed["focusMode"]["tile"], desk.targetID("A", "focus-main"));
+    EXPECT_EQ(zoomed["focusMode"]["tile"], desk.target("A", "focus-main"));
     EXPECT_TRUE(result("divider.list")["dividers"].empty());
     EXPECT_EQ(said("zoom"), "Focus Mode closed — workspace restored");
 

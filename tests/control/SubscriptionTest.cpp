@@ -183,7 +183,7 @@ TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
 
 TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
-    const std::string left = desk.targetID("A", "focus-main"), right = desk.targetID("A", "secondary-1");
+    const std::string left = desk.target("A", "focus-main").text(), right = desk.target("A", "secondary-1").text();
     result("place", {{"window", desk.desktop.windowIDOf("Notes")}, {"tile", left}});
     desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
     // A click on an entry of the strip.

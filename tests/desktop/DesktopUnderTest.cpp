@@ -78,7 +78,7 @@ void TestLoop::dropAll() {
 }
 
 ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
-    return {"test." + traces.className, traces.className, "", ""};
+    return {BundleID("test." + traces.className), traces.className, "", ""};
 }
 
 DesktopUnderTest::DesktopUnderTest(Manager manager, const std::string& size, ClientProcessNumbers numbers) :

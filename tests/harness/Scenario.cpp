@@ -50,8 +50,8 @@ DisplayID Scenario::displayIDOf(std::string_view displayName) const {
     throw std::out_of_range("no display " + std::string(displayName));
 }
 
-std::string Scenario::targetID(std::string_view displayName, std::string_view slotID) const {
-    return tileTargetID(displayIDOf(displayName), slotID);
+TileTarget Scenario::target(std::string_view displayName, const SlotID& slotID) const {
+    return {displayIDOf(displayName), slotID};
 }
 
 Scenario& Scenario::layout(std::string_view layoutID, std::string_view displayName) {
@@ -197,11 +197,11 @@ Scenario& Scenario::rest() {
 std::string Scenario::describeTile(const WorkspaceTile& tile) {
     if (!tile.windowID && tile.stack.empty()) return "-";
     std::string text = "-";
-    const auto& anchors = controller().assignments().anchorTargetIDsByWindowID;
+    const auto& anchors = controller().assignments().anchorsByWindowID;
     if (tile.windowID) {
         const auto label = desktop.labelOfID(*tile.windowID);
         const auto anchor = anchors.find(*tile.windowID);
-        if (anchor != anchors.end() && anchor->second != tile.targetID) return "(" + label + ")";
+        if (anchor != anchors.end() && anchor->second != tile.target) return "(" + label + ")";
         text = label == tile.windowID->text() ? label + " gone" : desktop.describeWindow(desktop.window(label));
     }
     for (const auto& windowID : tile.stack) {

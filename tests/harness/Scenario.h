@@ -90,7 +90,7 @@ class Scenario {
     WorkspaceController& controller() { return delegate().workspace(); }
     const WorkspaceState& state() { return controller().state(); }
     DisplayID displayIDOf(std::string_view displayName) const;
-    std::string targetID(std::string_view displayName, std::string_view slotID) const;
+    TileTarget target(std::string_view displayName, const SlotID& slotID) const;
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;

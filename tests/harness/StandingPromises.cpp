@@ -64,12 +64,12 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
         for (const auto& tile : controller().tiles()) {
             if (tile.displayID != displayID(screen)) continue;
             for (const auto& other : cells) {
-                if (overlap(tile.frameOnScreen, other)) broken.push_back("tiles overlap at " + tile.targetID);
+                if (overlap(tile.frameOnScreen, other)) broken.push_back("tiles overlap at " + tile.target.text());
             }
             cells.push_back(tile.frameOnScreen);
             surroundings.push_back(withSurroundings(tile.frameOnScreen, layout->metrics));
             if (!containsWithin(screen.visibleFrame, tile.frameOnScreen, kTolerance)) {
-                broken.push_back("tile sticks out of its display: " + tile.targetID);
+                broken.push_back("tile sticks out of its display: " + tile.target.text());
             }
         }
         const bool isLarge =
@@ -83,11 +83,11 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
 void Scenario::checkAssignments(std::vector<std::string>& broken) {
     if (!delegate_) return;
     const auto& assignments = controller().assignments();
-    std::map<WindowID, std::set<std::string>> tilesOfWindow;
+    std::map<WindowID, std::set<TileTarget>> tilesOfWindow;
     for (const auto& [target, window] : assignments.assignedWindowIDs) tilesOfWindow[window].insert(target);
     for (const auto& [window, targets] : tilesOfWindow) {
-        const auto anchor = assignments.anchorTargetIDsByWindowID.find(window);
-        const bool spans = anchor != assignments.anchorTargetIDsByWindowID.end();
+        const auto anchor = assignments.anchorsByWindowID.find(window);
+        const bool spans = anchor != assignments.anchorsByWindowID.end();
         if (targets.size() > 1 && !spans) broken.push_back("in two tiles: " + desktop.labelOfID(window));
         if (spans && !targets.contains(anchor->second)) {
             broken.push_back("anchored where it is not: " + desktop.labelOfID(window));
@@ -95,7 +95,7 @@ void Scenario::checkAssignments(std::vector<std::string>& broken) {
     }
     std::set<WindowID> stacked;
     for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) {
-        if (stack.empty()) broken.push_back("empty stack at " + target);
+        if (stack.empty()) broken.push_back("empty stack at " + target.text());
         for (const auto& window : stack) {
             if (!stacked.insert(window).second) broken.push_back("stacked twice: " + desktop.labelOfID(window));
         }
@@ -165,13 +165,14 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");
     for (const auto& [target, stack] : controller().assignments().stackWindowIDsByTarget) {
         for (const auto& windowID : stack) {
-            if (!living.contains(windowID) && !isResuming()) broken.push_back("a dead window waits in " + target);
+            if (!living.contains(windowID) && !isResuming())
+                broken.push_back("a dead window waits in " + target.text());
         }
     }
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || (zoomed && zoomed->windowID == *tile.windowID)) continue;
         if (!living.contains(*tile.windowID)) {
-            if (!isResuming()) broken.push_back("a dead window holds " + tile.targetID);
+            if (!isResuming()) broken.push_back("a dead window holds " + tile.target.text());
             continue;
         }
         const std::string label = desktop.labelOfID(*tile.windowID);

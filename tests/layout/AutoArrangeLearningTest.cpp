@@ -12,7 +12,7 @@ TEST(AutoArrangeLearning, Roles) {
     using enum AutoArrangeAppRole;
     struct Case {
         const char* name;
-        std::optional<std::string> bundle;
+        std::optional<BundleID> bundle;
         AutoArrangeAppRole expected;
     };
     const Case cases[] = {
@@ -86,14 +86,14 @@ TEST(AutoArrangeLearning, EveryWordOfARole) {
         for (std::string word; std::getline(words, word, ',');) {
             const std::string around = c.where == Where::bundle ? word : "~" + word + "~";
             const auto role = c.where == Where::partOfName ? classifyApplication(around, std::nullopt)
-                                                           : classifyApplication("X", around);
+                                                           : classifyApplication("X", BundleID(around));
             EXPECT_EQ(describe(role), describe(c.role)) << word;
         }
     }
 }
 
 TEST(AutoArrangeLearning, SlotsOfOneMeaning) {
-    const std::vector<std::pair<const char*, const char*>> cases{
+    const std::vector<std::pair<SlotID, const char*>> cases{
         {"focus-right-top", "secondary-1"},
         {"ultrawide-left-top", "secondary-1"},
         {"focus-right-bottom", "secondary-2"},

@@ -12,7 +12,7 @@ namespace {
 
 /// "H[1: focus-main "Primary", 1: secondary-1 "Secondary"]"
 std::string print(const LayoutNode& node) {
-    if (const auto* tile = std::get_if<LayoutTile>(&node)) return tile->id + " \"" + tile->name + "\"";
+    if (const auto* tile = std::get_if<LayoutTile>(&node)) return tile->id.text() + " \"" + tile->name + "\"";
     const auto& split = std::get<LayoutSplit>(node);
     std::ostringstream out;
     out << (split.axis == LayoutAxis::horizontal ? "H[" : "V[");
@@ -97,11 +97,11 @@ TEST(LayoutCatalogue, StoredSlotsAreScaled) {
                             {},  {},  {}};
     const auto solved = solveDefinition(stored, {{"a", {490, 100}}, {"b", {491, 100}}, {"c", {}}}, {1000, 800}, 5);
     EXPECT_EQ(print(solved), "a 0,0 500x800 | b 500,0 500x800");
-    EXPECT_EQ(solved.unsatisfiedTileIDs, (std::set<std::string>{"b", "c"}));
+    EXPECT_EQ(solved.unsatisfiedTileIDs, (std::set<SlotID>{"b", "c"}));
     EXPECT_TRUE(solved.dividers.empty());
     const double noNumber = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(solveDefinition(stored, {{"a", {500, 100}}, {"b", {501, 100}}}, {1000, 800}, noNumber).unsatisfiedTileIDs,
-              std::set<std::string>{"b"})
+              std::set<SlotID>{"b"})
         << "such an inset is none";
     stored.slots[0].normalizedFrame.size.width = noNumber;
     EXPECT_EQ(print(solveDefinition(stored, {}, {1000, 800}, 5)), "a 0,0 0x0 | b 500,0 500x800");

@@ -120,13 +120,13 @@ TEST(LayoutSolver, WindowsMinimumsTable) {
     for (const auto& c : cases) {
         const auto solved = solveSlots(tree, c.minimums, {1200, 700}, kDefaults, 5);
         std::string unsatisfied;
-        for (const auto& id : solved.unsatisfiedTileIDs) unsatisfied += id + " ";
+        for (const auto& id : solved.unsatisfiedTileIDs) unsatisfied += id.text() + " ";
         EXPECT_EQ(print(solved), c.expected) << c.what;
         EXPECT_EQ(unsatisfied, c.unsatisfied) << c.what;
     }
     const auto nothing = solveSlots(column({}), {{"z", {1, 1}}}, {100, 100}, kDefaults, 5);
     EXPECT_TRUE(nothing.slots.empty());
-    EXPECT_EQ(nothing.unsatisfiedTileIDs, std::set<std::string>{"z"}) << "nor in a tree without tiles";
+    EXPECT_EQ(nothing.unsatisfiedTileIDs, std::set<SlotID>{"z"}) << "nor in a tree without tiles";
 }
 
 TEST(LayoutSolver, DividersComeDepthFirst) {
@@ -260,7 +260,7 @@ RC_GTEST_PROP(LayoutSolver, TilesAndGapsFillTheirSplits, ()) {
         {static_cast<double>(*rc::gen::inRange(0, 400)), static_cast<double>(*rc::gen::inRange(0, 300))}};
     TileMinimumSizes minimums;
     for (int i = 0; i < tiles; i += *rc::gen::inRange(1, 4)) {
-        minimums["t" + std::to_string(i)] = {*rc::gen::inRange(0, 900) / 2.0, *rc::gen::inRange(0, 700) / 2.0};
+        minimums[SlotID("t" + std::to_string(i))] = {*rc::gen::inRange(0, 900) / 2.0, *rc::gen::inRange(0, 700) / 2.0};
     }
     const CGSize area{static_cast<double>(*rc::gen::inRange(100, 6000)),
                       static_cast<double>(*rc::gen::inRange(100, 3000))};
@@ -280,7 +280,7 @@ RC_GTEST_PROP(LayoutSolver, AnyNumbersGiveFiniteFrames, ()) {
     int tiles = 0;
     const LayoutNode tree = randomTree(any, 3, tiles, *rc::gen::element(3, 1000));
     TileMinimumSizes minimums;
-    for (int i = 0; i < tiles + 3; ++i) minimums["t" + std::to_string(i)] = {*any, *any};
+    for (int i = 0; i < tiles + 3; ++i) minimums[SlotID("t" + std::to_string(i))] = {*any, *any};
     const LayoutMetrics metrics{*any, *any, {*any, *any}};
     const CGSize area{*any, *any};
     const double inset = *any;
@@ -310,7 +310,7 @@ namespace {
 LayoutNode chain(int levels) {
     LayoutNode node = tile("t0");
     for (int i = 1; i <= levels; ++i) {
-        std::vector<LayoutBranch> branches(1, {1, tile("t" + std::to_string(i))});
+        std::vector<LayoutBranch> branches(1, {1, tile(SlotID("t" + std::to_string(i)))});
         branches.push_back({1, std::move(node)});
         node = LayoutSplit{i % 2 ? LayoutAxis::horizontal : LayoutAxis::vertical, std::move(branches)};
     }
@@ -318,7 +318,7 @@ LayoutNode chain(int levels) {
 }
 
 LayoutNode balanced(int tiles, int first = 0, bool across = true) {
-    if (tiles == 1) return tile("a tile with a long name " + std::to_string(first));
+    if (tiles == 1) return tile(SlotID("a tile with a long name " + std::to_string(first)));
     std::vector<LayoutBranch> halves{{1, balanced(tiles / 2, first, !across)},
                                      {1.5, balanced(tiles - tiles / 2, first + tiles / 2, !across)}};
     return across ? row(halves) : column(halves);
@@ -340,7 +340,8 @@ TEST(LayoutSolver, ASolveIntoAUsedResultAllocatesNothing) {
     const LayoutNode tree = balanced(300);
     const LayoutNode dragged = applyingWeightOverrides(tree, {{{"root", {3, 1}}, {"root.1.0", {1, 9}}}});
     TileMinimumSizes minimums{{"a tile that is not in the tree", {1, 1}}};
-    for (int i = 0; i < 300; i += 3) minimums["a tile with a long name " + std::to_string(i)] = {90.0 - i % 70, 40};
+    for (int i = 0; i < 300; i += 3)
+        minimums[SlotID("a tile with a long name " + std::to_string(i))] = {90.0 - i % 70, 40};
     LayoutSolver solver;
     SolvedLayout result;
     for (const double width : {2560.0, 3000.0}) solver.solve(tree, minimums, {width, 1440}, kDefaults, 5, result);

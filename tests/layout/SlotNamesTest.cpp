@@ -6,7 +6,7 @@ namespace kova {
 
 TEST(SlotNames, EachNameDenotesOneSlot) {
     std::string names;
-    for (const SlotName& slot : slotNames(builtInLayouts())) names += slot.id + ": " + slot.name + "\n";
+    for (const SlotName& slot : slotNames(builtInLayouts())) names += slot.id.text() + ": " + slot.name + "\n";
     EXPECT_EQ(names, "focus-main: Primary\n"
                      "focus-utility: Utility\n"
                      "focus-right-top: Reference\n"

@@ -7,27 +7,31 @@
 #include <rapidcheck/gtest.h>
 #endif
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <string>
+#include <vector>
 
 using namespace kova;
 
 namespace {
 
 using Slots = std::vector<TileSlot>;
-using Occupied = std::set<std::string>;
+using Occupied = std::set<SlotID>;
 
 constexpr CGSize kDisplay{1000, 1000};
 
 std::string ids(const std::optional<TileSpan>& span) {
     if (!span) return "none";
     std::string out;
-    for (const auto& slot : span->slots) out += (out.empty() ? "" : " ") + slot.id;
+    for (const auto& slot : span->slots) out += (out.empty() ? "" : " ") + slot.id.text();
     return out;
 }
 
-TileSlot slot(std::string id, double x, double y, double width, double height) {
+TileSlot slot(SlotID id, double x, double y, double width, double height) {
     return {std::move(id), "", makeRect(x, y, width, height)};
 }
 
@@ -62,7 +66,7 @@ std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor,
             candidate.span.slots.push_back(slots[i]);
             whole = unionOf(whole, slots[i].normalizedFrame);
             candidate.occupiedCount += static_cast<int>(occupied.count(slots[i].id));
-            candidate.joined += slots[i].id + '\0';
+            candidate.joined += slots[i].id.text() + '\0';
         }
         bool clean = true;
         for (std::size_t i = 0; i < slots.size(); ++i) {
@@ -125,7 +129,7 @@ RC_GTEST_PROP(TileSpans, AgreeWithTheLiteralSearch, (bool tidy)) {
     RC_PRE(slots.size() >= 2U);
     Occupied occupied;
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        slots[i].id = std::string(1, static_cast<char>('a' + (i * 7) % 26));
+        slots[i].id = SlotID(std::string(1, static_cast<char>('a' + (i * 7) % 26)));
         if (*rc::gen::arbitrary<bool>()) occupied.insert(slots[i].id);
     }
     const auto anchor = *rc::gen::inRange<std::size_t>(0, slots.size());
@@ -145,7 +149,7 @@ TEST(TileSpans, PreferenceTable) {
     struct Case {
         const char* what;
         Slots slots;
-        const char* anchor;
+        SlotID anchor;
         CGSize minimum;
         Occupied occupied;
         const char* expected;
@@ -195,7 +199,7 @@ TEST(TileSpans, ALayoutOfSixtyThreeSlots) {
     Slots grid;
     for (int y = 0; y < 7; ++y) {
         for (int x = 0; x < 9; ++x) {
-            grid.push_back(slot(std::to_string(x) + std::to_string(y), x / 9.0, y / 7.0, 1 / 9.0, 1 / 7.0));
+            grid.push_back(slot(SlotID(std::to_string(x) + std::to_string(y)), x / 9.0, y / 7.0, 1 / 9.0, 1 / 7.0));
         }
     }
     // Three slots wide and two high around 43: of the six such spans the row above is free.
@@ -205,9 +209,21 @@ TEST(TileSpans, ALayoutOfSixtyThreeSlots) {
     EXPECT_EQ(whole->slots, grid);
 }
 
-TEST(TileSpans, TargetsAreNamedByDisplayAndSlot) {
-    const DisplayTileTarget target{"display-0-0-2560x1440", slot("focus-main", 0, 0, 1, 1)};
-    EXPECT_EQ(target.id(), "display-0-0-2560x1440::focus-main");
+TEST(TileTarget, IsTheTextOfItsDisplayAndItsSlotAndSortsLikeIt) {
+    const DisplayTileTarget tile{"display-0-0-2560x1440", slot("focus-main", 0, 0, 1, 1)};
+    EXPECT_EQ(tile.id().text(), "display-0-0-2560x1440::focus-main");
+    EXPECT_EQ(TileTarget::from("display-0-0-2560x1440::a::b"), TileTarget("display-0-0-2560x1440", "a::b"));
+    EXPECT_EQ(TileTarget::from("display-0-0-2560x1440").slot, "");
+    // The second display's id begins with the first one's.
+    std::vector<TileTarget> tiles{{"display-0-0-800x600", "b"},
+                                  {"display-0-0-800x6000", "a"},
+                                  {"display-0-0-800x600", "a"},
+                                  {"display-0-0-640x480", "z"}};
+    std::vector<std::string> texts;
+    std::ranges::transform(tiles, std::back_inserter(texts), &TileTarget::text);
+    std::ranges::sort(tiles);
+    std::ranges::sort(texts);
+    EXPECT_TRUE(std::ranges::equal(tiles, texts, {}, &TileTarget::text));
 }
 
 TEST(TileSpans, DistancesAndFitsHaveNarrowTolerances) {

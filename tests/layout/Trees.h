@@ -15,8 +15,8 @@
 
 namespace kova::testing {
 
-inline LayoutNode tile(std::string id) {
-    return LayoutTile{id, "Name of " + id};
+inline LayoutNode tile(SlotID id) {
+    return LayoutTile{id, "Name of " + id.text()};
 }
 inline LayoutNode row(std::vector<LayoutBranch> branches) {
     return LayoutSplit{LayoutAxis::horizontal, branches};
@@ -35,7 +35,7 @@ inline std::string print(const CGRect& r) {
 inline std::string print(const SolvedLayout& layout) {
     std::string out;
     for (std::size_t i = 0; i < layout.slots.size(); ++i) {
-        out += (i ? " | " : "") + layout.slots[i].id + " " + print(layout.frames[i]);
+        out += (i ? " | " : "") + layout.slots[i].id.text() + " " + print(layout.frames[i]);
     }
     return out;
 }
@@ -56,7 +56,7 @@ inline std::string print(const LayoutDivider& divider) {
 inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile, int distinctIDs = 1000) {
     const int branchCount = depth > 0 ? *rc::gen::inRange(0, 5) : 0;
     if (branchCount == 0 && *rc::gen::inRange(0, 8) == 0) return row({});
-    if (branchCount == 0) return tile("t" + std::to_string(nextTile++ % distinctIDs));
+    if (branchCount == 0) return tile(SlotID("t" + std::to_string(nextTile++ % distinctIDs)));
     LayoutSplit split{*rc::gen::element(LayoutAxis::horizontal, LayoutAxis::vertical), {}};
     for (int i = 0; i < branchCount; ++i) {
         split.branches.push_back({*weights, randomTree(weights, depth - 1, nextTile, distinctIDs)});

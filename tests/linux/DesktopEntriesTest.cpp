@@ -71,7 +71,7 @@ TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
     };
     for (const auto& c : cases) {
         const auto identity = entries.identify({c.instance, c.windowClass, c.applicationID});
-        EXPECT_EQ(identity.bundleIdentifier, c.id) << c.instance << "/" << c.windowClass;
+        EXPECT_EQ(identity.bundleIdentifier.text(), c.id) << c.instance << "/" << c.windowClass;
         EXPECT_EQ(identity.localizedName, c.name) << c.instance << "/" << c.windowClass;
     }
     const auto mail = entries.identify({"Mail", "Thunderbird"});

@@ -47,7 +47,7 @@ class Launching : public ::testing::Test {
         return path.string();
     }
     LaunchResult launch(const std::string& id, LaunchActivation activation = LaunchActivation::activates) {
-        const auto application = launcher_.launchableApplication(id);
+        const auto application = launcher_.launchableApplication(BundleID(id));
         if (!application) return {.error = "not listed", .processIdentifier = std::nullopt};
         return launch(*application, activation);
     }
@@ -146,7 +146,7 @@ TEST_F(Launching, ReportsErrors) {
         install(id, c.keys);
         const LaunchableApplication application{.identifier = id,
                                                 .name = id,
-                                                .bundleIdentifier = id,
+                                                .bundleIdentifier = BundleID(id),
                                                 .location =
                                                     (folder_.path() / "data/applications" / (id + ".desktop")).string(),
                                                 .icon = {}};
@@ -181,8 +181,8 @@ TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
     int started = 0, failed = 0;
     std::vector<pid_t> processes;
     for (int i = 0; i < 40; ++i) {
-        launcher_.launch(*launcher_.launchableApplication(i % 2 == 0 ? "quick" : "broken"), LaunchActivation::activates,
-                         [&](const LaunchResult& result) {
+        launcher_.launch(*launcher_.launchableApplication(i % 2 == 0 ? BundleID("quick") : BundleID("broken")),
+                         LaunchActivation::activates, [&](const LaunchResult& result) {
                              if (result.processIdentifier) processes.push_back(*result.processIdentifier);
                              ++(result.error ? failed : started);
                          });

@@ -68,7 +68,7 @@ TEST(WorkspaceDocument, ReadsAndWritesBothEncodingsExactly) {
     EXPECT_EQ(scene.name, "Büro 🖥");
     EXPECT_EQ(scene.tileInset, 7.5);
     EXPECT_EQ(scene.displays.front().layoutWeights.splits.at("root"), (std::vector<double>{1180, 1320.5}));
-    EXPECT_EQ(scene.placements.front().claimedSlotIDs, (std::vector<std::string>{"quad-primary", "quad-secondary"}));
+    EXPECT_EQ(scene.placements.front().claimedSlotIDs, (std::vector<SlotID>{"quad-primary", "quad-secondary"}));
     EXPECT_EQ(scene.placements.back().isActive, std::nullopt);
     EXPECT_EQ(scene.placements.back().window, (WorkspaceWindowReference{std::nullopt, "xterm", std::nullopt}));
     ASSERT_EQ(document.rules.size(), 3u);
@@ -147,8 +147,8 @@ TEST(WorkspaceDocument, WrittenDocumentsCanBeRead) {
     const std::string withNul("a\0b", 3);
     WorkspaceProductDocument document;
     document.scenes.emplace_back().name = withNul;
-    document.scenes.back().placements.emplace_back().claimedSlotIDs = {withNul};
-    document.rules.emplace_back().disposition = disposition::Tile{withNul};
+    document.scenes.back().placements.emplace_back().claimedSlotIDs = {SlotID(withNul)};
+    document.rules.emplace_back().disposition = disposition::Tile{SlotID(withNul)};
     for (const auto& read : {decoded(decodeStoredDocument(encodeStoredDocument(document))),
                              decoded(decodeExportedDocument(exportOf(document)))}) {
         EXPECT_EQ(read.scenes.front().name, "ab");
@@ -238,13 +238,18 @@ Date anyDate() {
     return Date(std::chrono::microseconds(*rc::gen::inRange<std::int64_t>(-3 * kDecade, 9 * kDecade)));
 }
 
+template <class ID>
+rc::Gen<ID> anyID() {
+    return rc::gen::map(anyText(), [](std::string text) { return ID(std::move(text)); });
+}
+
 WorkspaceScenePlacement anyPlacement() {
     WorkspaceScenePlacement out;
-    out.window = {maybe(anyText()), *anyText(), maybe(anyText())};
+    out.window = {maybe(anyID<BundleID>()), *anyText(), maybe(anyText())};
     out.displayOrdinal = *rc::gen::arbitrary<std::int64_t>();
-    out.slotID = *anyText();
+    out.slotID = SlotID(*anyText());
     out.stackIndex = *rc::gen::arbitrary<std::int64_t>();
-    out.claimedSlotIDs = maybe(rc::gen::container<std::vector<std::string>>(anyText()));
+    out.claimedSlotIDs = maybe(rc::gen::container<std::vector<SlotID>>(anyID<SlotID>()));
     out.isActive = maybe(rc::gen::arbitrary<bool>());
     return out;
 }
@@ -267,8 +272,8 @@ WorkspaceScene anyScene() {
 
 WorkspaceRule anyRule() {
     const WorkspaceRuleDisposition disposition = *rc::gen::element<WorkspaceRuleDisposition>(
-        disposition::Tile{*anyText()}, disposition::Float{}, disposition::Ignore{});
-    return {Uuid::random(),   *anyText(), *rc::gen::arbitrary<bool>(), maybe(anyText()), maybe(anyText()),
+        disposition::Tile{SlotID(*anyText())}, disposition::Float{}, disposition::Ignore{});
+    return {Uuid::random(),   *anyText(), *rc::gen::arbitrary<bool>(), maybe(anyID<BundleID>()), maybe(anyText()),
             maybe(anyText()), disposition};
 }
 
@@ -298,7 +303,7 @@ RC_GTEST_PROP(WorkspaceDocumentProperty, ExactlyWritableDocumentsAreReadable, ()
     auto& splits = scene.displays.back().layoutWeights.splits;
     if (*rc::gen::arbitrary<bool>()) splits["root"].assign(near(), anyNumber());
     if (*rc::gen::arbitrary<bool>()) splits["root.1"].assign(*rc::gen::inRange<std::size_t>(0, 30), 1);
-    if (*rc::gen::arbitrary<bool>()) scene.placements.back().claimedSlotIDs.emplace(near(), *anyText());
+    if (*rc::gen::arbitrary<bool>()) scene.placements.back().claimedSlotIDs.emplace(near(), SlotID(*anyText()));
     const std::string stored = encodeStoredDocument(document);
     const bool isReadable = std::holds_alternative<WorkspaceProductDocument>(decodeStoredDocument(stored));
     RC_ASSERT(!whyUnreadable(document, stored.size()) == isReadable);

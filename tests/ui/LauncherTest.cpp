@@ -23,13 +23,13 @@ class Launching : public WindowStage {
   protected:
     Launching() {
         for (const char* name : {"Firefox", "Files", "LibreOffice Réseau", "Fuzz"}) {
-            desk.desktop.install(name,
-                                 {.bundleIdentifier = std::string("org.example.") + name, .startsAfter = Seconds(0)});
+            desk.desktop.install(
+                name, {.bundleIdentifier = BundleID(std::string("org.example.") + name), .startsAfter = Seconds(0)});
         }
         desk.arrange();
     }
-    HostedWindow* openAt(const std::string& what, const std::string& slot) {
-        HostedWindow* window = open(what, {{"tile", desk.targetID("A", slot)}});
+    HostedWindow* openAt(const std::string& what, const SlotID& slot) {
+        HostedWindow* window = open(what, {{"tile", desk.target("A", slot)}});
         field = control<QLineEdit>(window, "search");
         entries = control<QListView>(window, "entries");
         return window;
@@ -88,7 +88,7 @@ TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
     HostedWindow* window = openAt("launcher", "secondary-1");
     ASSERT_TRUE(window && lists(5));
     EXPECT_EQ(titles(), (Titles{"Maps", "Files", "Firefox", "Fuzz", "LibreOffice Réseau"}));
-    const CGRect tile = link.contents()->tile(desk.targetID("A", "secondary-1"))->frame;
+    const CGRect tile = link.contents()->tile(desk.target("A", "secondary-1").text())->frame;
     EXPECT_TRUE(QRectF(tile.origin.x, tile.origin.y, tile.size.width, tile.size.height).contains(window->geometry()));
     EXPECT_EQ(window->focusWidget(), field);
 

@@ -37,10 +37,10 @@ class Table {
         std::string text;
         const auto made = planArrangement(input);
         for (const auto& placement : made.placements) {
-            text +=
-                placement.window.id.text() + (placement.isPrimary ? "" : " behind") + ":" + placement.target.slot.id;
+            text += placement.window.id.text() + (placement.isPrimary ? "" : " behind") + ":" +
+                    placement.target.slot.id.text();
             for (std::size_t i = 1; i < placement.claimedTargets.size(); ++i) {
-                text += "+" + placement.claimedTargets[i].slot.id;
+                text += "+" + placement.claimedTargets[i].slot.id.text();
             }
             if (input.displays.size() > 1) text += "@" + placement.target.displayID.text();
             text += " ";
@@ -77,7 +77,7 @@ TEST(ArrangementPlan, EqualsGoByNameWithoutRegardToCaseThenByOrder) {
 TEST(ArrangementPlan, LearnedTilesPrecedeThePresentTileAndThatPrecedesTheRole) {
     Table table;
     table.display("D", "jarvis.dual-split");
-    table.window("Firefox").currentTargetID = "D::secondary-1";
+    table.window("Firefox").currentTarget = "D::secondary-1";
     table.window("Mail");
     EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "nothing moves without a reason";
     for (const int round : {1, 2, 3}) {
@@ -120,7 +120,7 @@ TEST(ArrangementPlan, TilesThatRulesOrTheUserNameComeBeforeAllScores) {
         {"two with a rule for one tile: the one in front there",
          [](Table& t) {
              t.input.candidates[1].rule = t.input.candidates[2].rule = RuleTile{"focus-main", "R"};
-             t.input.candidates[2].currentTargetID = "D::focus-main";
+             t.input.candidates[2].currentTarget = "D::focus-main";
          },
          "Viewer:focus-main Codex:secondary-1 Firefox:surplus"},
         {"one that would have to be brought back does not take the place of one that is visible",
@@ -200,7 +200,7 @@ TEST(ArrangementPlan, AWindowAloneHasThePrimaryTileUnlessTheUserPutItElsewhere) 
     Table table;
     table.display("D", "jarvis.command-center");
     auto& alone = table.window("Console");
-    alone.currentTargetID = "D::focus-right-top";
+    alone.currentTarget = "D::focus-right-top";
     for (int round = 0; round < 5; ++round) {
         table.input.learning.learnArrangement("jarvis.command-center", "name:console", {"focus-utility"});
     }
@@ -237,7 +237,7 @@ TEST(ArrangementPlan, NeitherOfTwoLargeWindowsIsCoveredByTheOther) {
     table.display("D", "jarvis.quad-grid");
     table.window("Codex").minimumSize = {1702, 400};
     table.window("Mail").minimumSize = {1002, 400};
-    table.input.candidates.back().currentTargetID = "D::secondary-1";
+    table.input.candidates.back().currentTarget = "D::secondary-1";
     EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-2") << "side by side they do not fit";
     // A spanning window is no less in need of its room than one in a single tile.
     table.input.candidates.back().minimumSize = {700, 1300};

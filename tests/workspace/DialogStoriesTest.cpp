@@ -51,7 +51,7 @@ TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
     desk.desktop.userMoves("Mail 2", makeRect(1600, 900, 300, 150)); // beyond the edge of the window
     desk.start().settle();
     ASSERT_TRUE(
-        desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("B", "focus-main")}));
+        desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("B", "focus-main")}));
     desk.settle();
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 3284,618 300x150"); // in the lower right corner
 }

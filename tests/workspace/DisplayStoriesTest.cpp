@@ -128,7 +128,7 @@ TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
     desk.advance(Seconds(3));
     desk.desktop.addDisplay(display);
     desk.settle();
-    EXPECT_EQ(desk.controller().assignments().targetOf(onC), tile.targetID);
+    EXPECT_EQ(desk.controller().assignments().targetOf(onC), tile.target);
 }
 
 TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
@@ -248,15 +248,15 @@ TEST_F(Displays, FocusModeEndsIfDisplaysChangeBeforeALockIsReported) {
 TEST_F(Displays, AWindowBehindADisplacedOneCanBeReachedMeanwhile) {
     const auto onC = desk.controller().tiles().back();
     const WindowID waiting = *onC.windowID;
-    const std::string namesake = tileTargetID(desk.displayIDOf("A"), onC.slot.id);
+    const TileTarget namesake{desk.displayIDOf("A"), onC.slot.id};
     desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles()[4].windowID));
     desk.opens("Maps", {.frame = makeRect(5200, 100, 900, 700)}).settle();
     const WindowID front = desk.desktop.windowIDOf("Maps");
     for (const bool isTileFree : {false, true}) {
         SCOPED_TRACE(isTileFree);
-        desk.controller().perform(command::Place{front, onC.targetID});
+        desk.controller().perform(command::Place{front, onC.target});
         desk.settle();
-        ASSERT_EQ(desk.controller().assignments().stackTargetOf(waiting), onC.targetID);
+        ASSERT_EQ(desk.controller().assignments().stackTargetOf(waiting), onC.target);
         if (isTileFree) {
             desk.desktop.close(desk.desktop.labelOfID(desk.controller().assignments().assignedWindowIDs.at(namesake)));
             desk.settle();
@@ -317,7 +317,7 @@ class NamelessDisplay : public ::testing::Test {
         desk.layout("jarvis.dual-split", "VM").opens("Mail").opens("Notes").arrange();
         desk.opens("Codex").settle();
         desk.controller().perform(
-            command::Place{desk.desktop.windowIDOf("Codex"), desk.controller().tiles().back().targetID});
+            command::Place{desk.desktop.windowIDOf("Codex"), desk.controller().tiles().back().target});
         desk.settle();
         before = windowsInTiles();
     }
@@ -329,7 +329,7 @@ class NamelessDisplay : public ::testing::Test {
     std::string windowsInTiles() {
         std::string text;
         for (const auto& tile : desk.controller().tiles()) {
-            text += tile.slot.id + ":";
+            text += tile.slot.id.text() + ":";
             if (tile.windowID) text += " " + desk.desktop.labelOfID(*tile.windowID);
             for (const auto& waiting : tile.stack) text += " +" + desk.desktop.labelOfID(waiting);
             text += "\n";

@@ -151,9 +151,9 @@ TEST_F(DragStories, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
     takes("Mail");
     desk.desktop.userMoves("Mail", makeRect(400, 300, 1254, 1382));
     kova().perform(action::UpdateWindowDrag{{500, 700}, action::WindowDragKind::move});
-    EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"));
+    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main"));
     letsGo("Mail", makeRect(420, 300, 1254, 1382), {500, 700});
-    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
+    EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
     EXPECT_EQ(newUndoSteps(), 1u);
     desk.undo();

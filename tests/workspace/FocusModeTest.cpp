@@ -6,9 +6,9 @@ using namespace kova;
 
 namespace {
 
-WorkspaceUndoSnapshot snapshotWith(const WindowID& windowID, const std::string& targetID) {
+WorkspaceUndoSnapshot snapshotWith(const WindowID& windowID, const TileTarget& target) {
     WorkspaceUndoSnapshot snapshot;
-    (void)snapshot.tiles.assign(windowID, {targetID});
+    (void)snapshot.tiles.assign(windowID, {target});
     snapshot.windowFrames[windowID] = makeRect(0, 0, 10, 10);
     return snapshot;
 }

@@ -109,7 +109,7 @@ TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
 }
 
 TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsReportedOnce) {
-    const std::map<WindowID, std::string> anchors{{"mail", "D::a"}};
+    const std::map<WindowID, TileTarget> anchors{{"mail", "D::a"}};
     CGSize minimum{300, 100};
     const auto minimumOf = [&](const WindowID&) { return std::optional(minimum); };
     EXPECT_TRUE(frames.takeShrunken(anchors, minimumOf).empty());

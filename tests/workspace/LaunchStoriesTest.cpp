@@ -12,8 +12,8 @@ namespace kova {
 
 namespace {
 
-constexpr const char* kLeft = "focus-main";
-constexpr const char* kRight = "secondary-1";
+const SlotID kLeft = "focus-main";
+const SlotID kRight = "secondary-1";
 
 class Launching : public ::testing::Test {
   protected:
@@ -22,7 +22,7 @@ class Launching : public ::testing::Test {
         desk.arrange();
         desk.expectTiles(kAlone);
     }
-    void launch(const LaunchableApplication& application, const char* slot, const char* display = "A") {
+    void launch(const LaunchableApplication& application, const SlotID& slot, const char* display = "A") {
         EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{application, desk.displayIDOf(display), slot}));
     }
     std::size_t waiting() { return desk.controller().pendingApplicationPlacements().size(); }

@@ -161,7 +161,7 @@ TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong)
     desk.settle();
     EXPECT_EQ(desk.controller().resolvedLayout(desk.displayIDOf("A"))->id, "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 3u);
-    EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.targetID("A", "secondary-1")), 1u) << "its namesake";
+    EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.target("A", "secondary-1")), 1u) << "its namesake";
     EXPECT_EQ(desk.controller().undoHistory().size(), steps);
 }
 
@@ -225,7 +225,7 @@ TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDispla
     desk.desktop.userFocuses("Mail");
     desk.zoom();
     ASSERT_TRUE(*desk.state().focusMode);
-    EXPECT_EQ((*desk.state().focusMode)->anchorTargetID, desk.targetID("A", "secondary-1"));
+    EXPECT_EQ((*desk.state().focusMode)->anchor, desk.target("A", "secondary-1"));
     desk.desktop.resizeDisplay("A", {2000, 1100});
     desk.settle();
     EXPECT_EQ(*desk.state().focusMode, std::nullopt);
@@ -363,7 +363,7 @@ TEST(NavigationStories, CyclingOntoASpanKeepsAllWindowsInStacks) {
     desk.controller().perform(action::Switch{action::Setting::bringsNextForward, false});
     desk.opens("Big", {.minimumSize = {{2000, 1300}}}).advance(Seconds(1));
     desk.desktop.userFocuses("Codex");
-    const std::string anchor = desk.targetID("A", "focus-main");
+    const TileTarget anchor = desk.target("A", "focus-main");
     ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Big"), anchor}));
     EXPECT_EQ(desk.state().stackWindowIDsByTarget->at(anchor).size(), 5u);
     desk.settle();

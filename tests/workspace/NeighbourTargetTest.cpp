@@ -13,7 +13,7 @@ namespace {
 using enum WorkspaceDirection;
 
 /// Two columns of two tiles, y up.
-std::map<std::string, CGRect> quad() {
+std::map<TileTarget, CGRect> quad() {
     return {{"lower-left", makeRect(0, 0, 100, 100)},
             {"lower-right", makeRect(100, 0, 100, 100)},
             {"upper-left", makeRect(0, 100, 100, 100)},
@@ -31,7 +31,7 @@ TEST(NeighbourTarget, GoesStraightRatherThanAside) {
 
 TEST(NeighbourTarget, WeighsTheSidewaysDistanceTwoAndAQuarterTimes) {
     const auto frames = [](double aside) {
-        return std::map<std::string, CGRect>{{"ahead", makeRect(325, 0, 0, 0)}, {"aside", makeRect(100, aside, 0, 0)}};
+        return std::map<TileTarget, CGRect>{{"ahead", makeRect(325, 0, 0, 0)}, {"aside", makeRect(100, aside, 0, 0)}};
     };
     EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(99)), "aside");
     EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(-99)), "aside");
@@ -40,9 +40,9 @@ TEST(NeighbourTarget, WeighsTheSidewaysDistanceTwoAndAQuarterTimes) {
 }
 
 TEST(NeighbourTarget, OnePointIsStillTheSameLine) {
-    const std::map<std::string, CGRect> one{{"near", makeRect(1, 0, 0, 0)}};
+    const std::map<TileTarget, CGRect> one{{"near", makeRect(1, 0, 0, 0)}};
     EXPECT_EQ(neighbourTarget(CGRect{}, right, one), std::nullopt);
-    const std::map<std::string, CGRect> more{{"near", makeRect(1.5, 0, 0, 0)}};
+    const std::map<TileTarget, CGRect> more{{"near", makeRect(1.5, 0, 0, 0)}};
     EXPECT_EQ(neighbourTarget(CGRect{}, right, more), "near");
 }
 
@@ -65,7 +65,7 @@ TEST(NeighbourTarget, TheTilesOfASpanAreNoNeighborsOfIt) {
         const auto& controller = desk.controller();
         const auto tiles = controller.tiles();
         const WindowID mail = desk.desktop.windowIDOf("Mail");
-        ASSERT_TRUE(desk.controller().perform(command::Place{mail, tiles[c.at].targetID}));
+        ASSERT_TRUE(desk.controller().perform(command::Place{mail, tiles[c.at].target}));
         desk.settle();
         ASSERT_EQ(controller.assignments().targetsOf(mail).size(), 2u);
         desk.move(c.direction);
@@ -73,7 +73,7 @@ TEST(NeighbourTarget, TheTilesOfASpanAreNoNeighborsOfIt) {
         if (c.to.empty()) {
             desk.expectMessage("No zone " + std::string(describe(c.direction)) + " of the focused window");
         } else {
-            const auto expected = std::min(tiles[c.to.front()].targetID, tiles[c.to.back()].targetID);
+            const auto expected = std::min(tiles[c.to.front()].target, tiles[c.to.back()].target);
             EXPECT_EQ(controller.assignments().targetOf(mail), expected);
         }
     }

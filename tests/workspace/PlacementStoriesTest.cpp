@@ -191,7 +191,7 @@ TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
     desk.desktop.userFocuses("Mail");
     desk.arrange();
     const auto& assigned = *desk.state().assignedWindowIDs;
-    EXPECT_EQ(assigned.at(desk.targetID("A", "focus-main")), desk.desktop.windowIDOf("Codex")) << "keeps its tile";
+    EXPECT_EQ(assigned.at(desk.target("A", "focus-main")), desk.desktop.windowIDOf("Codex")) << "keeps its tile";
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Elsewhere")).substr(0, 23), "Elsewhere 10,10 640x480");
     EXPECT_TRUE(desk.desktop.window("Viewer").isMinimized);
     desk.desktop.setFullScreen("Codex", false);

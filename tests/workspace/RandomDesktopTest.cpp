@@ -117,7 +117,7 @@ class RandomDay : public RandomWalk {
         if (tiles.empty() || desk_.desktop.livingWindows().size() >= kMostWindows) return;
         const auto application = anyOf({mail_, notes_, broken_});
         const auto& tile = tiles[below(tiles.size())];
-        story_ += " " + application.name + " into " + tile.targetID;
+        story_ += " " + application.name + " into " + tile.target.text();
         (void)desk_.controller().perform(action::LaunchApplication{application, tile.displayID, tile.slot.id});
     }
     void endApplication(const std::string& label) {

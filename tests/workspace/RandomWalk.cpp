@@ -132,7 +132,7 @@ void RandomWalk::commandWindow() {
     if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
     const auto tiles = desk_.controller().tiles();
     if (tiles.empty()) return;
-    const std::string tile = tiles[below(tiles.size())].targetID;
+    const TileTarget tile = tiles[below(tiles.size())].target;
     const auto direction = anyDirection();
     const auto slotNumber = 1 + below(4);
     const std::vector<WindowCommand> commands = {command::Place{window, tile},
@@ -144,7 +144,7 @@ void RandomWalk::commandWindow() {
                                                  command::FocusDisplay{DisplayStep::next},
                                                  command::MoveToDisplay{window, DisplayStep::previous}};
     const std::size_t chosen = below(commands.size());
-    story_ += " " + std::to_string(chosen) + " " + tile;
+    story_ += " " + std::to_string(chosen) + " " + tile.text();
     act(commands[chosen]);
 }
 

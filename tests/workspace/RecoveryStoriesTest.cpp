@@ -60,7 +60,7 @@ TEST_F(Recovery, StackedWindowsAreAwaitedAfterAllFrontWindowsReturned) {
     desk.opens("Maps").settle();
     const auto tile = desk.controller().tiles().front();
     const std::string waiting = desk.desktop.labelOfID(*tile.windowID);
-    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.targetID}));
+    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.target}));
     desk.settle();
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + " + waiting), std::string::npos);

@@ -50,7 +50,7 @@ std::vector<CGRect> tiledFrames(Scenario& desk) {
     for (const auto& tile : desk.controller().tiles()) {
         if (!tile.windowID) continue;
         const auto& window = desk.desktop.window(desk.desktop.labelOfID(*tile.windowID));
-        if (desk.controller().assignments().targetOf(*tile.windowID) != tile.targetID || window.isMinimized) continue;
+        if (desk.controller().assignments().targetOf(*tile.windowID) != tile.target || window.isMinimized) continue;
         frames.push_back(desk.desktop.frameForWindowService(window));
     }
     return frames;

@@ -17,7 +17,7 @@ class Restart : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split");
         desk.opens("Mail").opens("Terminal", {.cell = {17, 31}}).arrange();
         desk.opens("Notes").settle();
-        kova().perform(command::Place{desk.desktop.windowIDOf("Notes"), kova().tiles().front().targetID});
+        kova().perform(command::Place{desk.desktop.windowIDOf("Notes"), kova().tiles().front().target});
         desk.settle();
         picture = desk.desktop.picture();
         assignments = kova().assignments();
@@ -227,7 +227,7 @@ TEST_F(Restart, NoSaveIsSoonerThanASecondAfterTheOther) {
     int changes = 0;
     std::string last = saves();
     for (std::size_t step = 0; step < 40; ++step) {
-        kova().perform(command::Place{desk.desktop.windowIDOf("Mail"), kova().tiles()[step % 2].targetID});
+        kova().perform(command::Place{desk.desktop.windowIDOf("Mail"), kova().tiles()[step % 2].target});
         desk.advance(Seconds(0.1));
         changes += saves() != last ? 1 : 0;
         last = saves();

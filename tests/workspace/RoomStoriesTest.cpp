@@ -68,7 +68,7 @@ TEST(RoomStories, AWindowThatLosesItsSpanIsStackedBehindTheNewFrontWindow) {
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");
-    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1")});
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", "secondary-1")});
     desk.settle().expectTiles("- | Mail 1291,15 1254x666 + Codex | - | -");
     desk.cycleStack();
     EXPECT_TRUE(desk.wasCarriedOut());
@@ -77,11 +77,11 @@ TEST(RoomStories, AWindowThatLosesItsSpanIsStackedBehindTheNewFrontWindow) {
 TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.focus-single").opens("Mail").opens("Codex").arrange();
-    (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "focus-main")});
+    (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", "focus-main")});
     desk.settle().desktop.setFullScreen("Mail", true);
     desk.settle().arrange();
     EXPECT_EQ(desk.controller().assignments().stackTargetOf(desk.desktop.windowIDOf("Codex")),
-              desk.targetID("A", "focus-main"));
+              desk.target("A", "focus-main"));
     EXPECT_FALSE(desk.desktop.window("Codex").isMinimized);
 }
 

@@ -11,17 +11,17 @@ namespace kova {
 
 namespace {
 
-constexpr const char* kLeft = "focus-main";
-constexpr const char* kRight = "secondary-1";
+const SlotID kLeft = "focus-main";
+const SlotID kRight = "secondary-1";
 const CGRect kUntiledFrame = makeRect(300, 300, 800, 600);
 
-WorkspaceRule rule(std::string name, std::optional<std::string> bundle, std::optional<std::string> application,
+WorkspaceRule rule(std::string name, std::optional<BundleID> bundle, std::optional<std::string> application,
                    std::optional<std::string> title, WorkspaceRuleDisposition disposition = disposition::Float{}) {
     return {Uuid::random(),         std::move(name),  true,       std::move(bundle),
             std::move(application), std::move(title), disposition};
 }
 
-ManagedWindow windowOf(std::optional<std::string> bundle, std::string application, std::string title) {
+ManagedWindow windowOf(std::optional<BundleID> bundle, std::string application, std::string title) {
     ManagedWindow window;
     window.bundleIdentifier = std::move(bundle);
     window.applicationName = std::move(application);
@@ -72,7 +72,7 @@ class Rules : public ::testing::Test {
         return desk.opens(name, std::move(traits)).advance(Seconds(0.6));
     }
 
-    static WorkspaceRule tileMail(const char* slot = kRight) {
+    static WorkspaceRule tileMail(const SlotID& slot = kRight) {
         return rule("Mail to the right", "sim.mail", std::nullopt, std::nullopt, disposition::Tile{slot});
     }
     static constexpr const char* kPlaced = "- | Mail 1291,15 1254x1382";
@@ -194,7 +194,7 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
 TEST_F(Rules, AllRulesAreMatchedBeforeAnyWindowMoves) {
     struct Case {
         const char* layout;
-        const char* notesTo;
+        SlotID notesTo;
         const char* after;
     };
     const Case cases[] = {
@@ -208,7 +208,7 @@ TEST_F(Rules, AllRulesAreMatchedBeforeAnyWindowMoves) {
             two.display(2560, 1440).layout(c.layout);
             two.opens(mailFirst ? "Mail" : "Notes").opens(mailFirst ? "Notes" : "Mail").start();
             for (const auto& [label, slot] : {std::pair{"Mail", kLeft}, {"Notes", kRight}}) {
-                two.controller().perform(command::Place{two.desktop.windowIDOf(label), two.targetID("A", slot)});
+                two.controller().perform(command::Place{two.desktop.windowIDOf(label), two.target("A", slot)});
             }
             two.settle();
             two.controller().perform(action::AddRule{tileMail()});
@@ -274,7 +274,7 @@ TEST_F(Rules, OfTheFocusedApplication) {
         const char* application;
         WorkspaceRuleDisposition disposition;
         const char* name;
-        std::optional<std::string> bundleIdentifier;
+        std::optional<BundleID> bundleIdentifier;
         std::optional<std::string> applicationName;
     } cases[] = {
         {"Mail", disposition::Float{}, "Mail floats", "sim.mail", std::nullopt},

@@ -56,10 +56,10 @@ TEST(SceneRestoration, ASpanThatComesBackTakesOverWhatWaitsInItsTiles) {
 }
 
 TEST(SceneRestoration, PlacementsAreRestoredByDisplayTileAndStack) {
-    const auto placement = [](std::int64_t display, const char* slotID, std::int64_t index) {
+    const auto placement = [](std::int64_t display, SlotID slotID, std::int64_t index) {
         WorkspaceScenePlacement made;
         made.displayOrdinal = display;
-        made.slotID = slotID;
+        made.slotID = std::move(slotID);
         made.stackIndex = index;
         return made;
     };

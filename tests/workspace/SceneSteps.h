@@ -53,9 +53,9 @@ inline WorkspaceScene sceneOf(const std::vector<std::string>& windows,
         }
         WorkspaceScenePlacement placement;
         placement.window.applicationName = parts[0];
-        placement.window.bundleIdentifier = "sim." + lowercased(parts[0]);
+        placement.window.bundleIdentifier = BundleID("sim." + lowercased(parts[0]));
         if (!parts[1].empty()) placement.window.titleHint = parts[1];
-        placement.slotID = parts[2];
+        placement.slotID = SlotID(parts[2]);
         placement.stackIndex = std::stoi(parts[3]);
         scene.placements.push_back(placement);
     }

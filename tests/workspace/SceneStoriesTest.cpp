@@ -42,7 +42,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     desk.desktop.setTitle("Notes 2", "Ideas");
     desk.opens("Viewer", {.frame = makeRect(2700, 60, 800, 600)}).arrange();
     desk.desktop.userFocuses("Notes 2");
-    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Notes 2"), desk.targetID("A", "secondary-3")});
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Notes 2"), desk.target("A", "secondary-3")});
     desk.settle();
     const std::string before = desk.tiles();
     captureScene(desk, "  Büro \n").expectMessage("Scene “Büro” captured");
@@ -98,17 +98,17 @@ TEST(SceneStories, CaptureRecordsThePlaceOfEachWindow) {
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Tool").arrange().opens("Floating");
     desk.desktop.setTitle("Tool", "");
-    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Tool"), desk.targetID("A", "secondary-2")});
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Tool"), desk.target("A", "secondary-2")});
     desk.settle();
     desk.desktop.setTitle("Mail", "Inbox");
     desk.settle();
     captureScene(desk);
     std::string text;
     for (const auto& placement : desk.state().scenes->back().placements) {
-        text += placement.window.bundleIdentifier.value_or("-") + " " + placement.window.titleHint.value_or("-") + " " +
-                placement.slotID + " " + std::to_string(placement.stackIndex) + (*placement.isActive ? " front" : "") +
-                " [";
-        for (const auto& slot : *placement.claimedSlotIDs) text += slot + " ";
+        text += placement.window.bundleIdentifier.value_or("-").text() + " " +
+                placement.window.titleHint.value_or("-") + " " + placement.slotID.text() + " " +
+                std::to_string(placement.stackIndex) + (*placement.isActive ? " front" : "") + " [";
+        for (const auto& slot : *placement.claimedSlotIDs) text += slot.text() + " ";
         text += "]\n";
     }
     EXPECT_EQ(text, "sim.codex Codex focus-main 0 front [focus-main secondary-1 ]\n"
@@ -129,7 +129,7 @@ TEST(SceneStories, MissingApplicationsAreLaunchedOnceAndAwaited) {
     desk.desktop.userFocuses("Codex");
     desk.controller().perform(action::ActivateScene{lastScene(desk)});
     desk.expectMessage("Restoring Scene “Work” — waiting for 2 app windows");
-    EXPECT_EQ(desk.controller().pendingSceneApplicationLaunchBundleIDs(), (std::set<std::string>{"sim.mail"}));
+    EXPECT_EQ(desk.controller().pendingSceneApplicationLaunchBundleIDs(), (std::set<BundleID>{"sim.mail"}));
     EXPECT_EQ(journalOfLaunches(desk), "Mail: launch in the background\n");
     desk.advance(Seconds(6));
     desk.expectMessage("Scene fully restored");
@@ -179,7 +179,7 @@ TEST(SceneStories, RunningItTwiceMovesNothing) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Mail").opens("Viewer").arrange();
-    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Viewer"), desk.targetID("A", "secondary-2")});
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Viewer"), desk.target("A", "secondary-2")});
     desk.settle();
     captureScene(desk);
     desk.layout("jarvis.dual-split");
@@ -213,7 +213,7 @@ TEST(SceneStories, AnApplicationIsKnownByItsBundleElseByItsName) {
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     desk.desktop.launch("Tool", {.hasBundleIdentifier = false});
     desk.opens("Tool").opens("Mail").settle();
-    const auto window = [&](std::optional<std::string> bundle, std::string name) {
+    const auto window = [&](std::optional<BundleID> bundle, std::string name) {
         const auto found = desk.controller().findWindow({std::move(bundle), std::move(name), std::nullopt}, {});
         return found ? found->applicationName : "none";
     };

@@ -27,8 +27,8 @@ class WaitingScene : public ::testing::Test {
             {.ordinal = 0, .name = "A", .aspectRatio = 1.8, .layoutID = "jarvis.dual-split", .layoutWeights = {}});
         for (const auto& application : applications) {
             WorkspaceScenePlacement placement;
-            placement.window = {"sim." + application, application, std::nullopt};
-            placement.slotID = made.placements.empty() ? "focus-main" : "secondary-1";
+            placement.window = {BundleID("sim." + application), application, std::nullopt};
+            placement.slotID = made.placements.empty() ? SlotID("focus-main") : SlotID("secondary-1");
             made.placements.push_back(placement);
         }
         return add(made);
@@ -214,7 +214,7 @@ TEST_F(WaitingScene, OnceOpenedThereIsNoDifferenceHoweverTheSceneIsWritten) {
     desk.opens("mail").opens("notes").opens("maps").layout("jarvis.quad-grid").start();
     struct Case {
         const char* how;
-        std::optional<std::vector<std::string>> claimedByMail;
+        std::optional<std::vector<SlotID>> claimedByMail;
         std::vector<std::int64_t> stackIndices; // in one tile
         std::optional<bool> isActive{};
     };
@@ -240,7 +240,7 @@ TEST_F(WaitingScene, OnceOpenedThereIsNoDifferenceHoweverTheSceneIsWritten) {
         }
         for (const char* name : {"mail", "notes", "maps"}) {
             WorkspaceScenePlacement placement;
-            placement.window = {std::string("sim.") + name, name, std::nullopt};
+            placement.window = {BundleID(std::string("sim.") + name), name, std::nullopt};
             placement.slotID = "focus-main";
             placement.stackIndex = c.stackIndices[made.placements.size()];
             placement.isActive = c.isActive;

@@ -95,7 +95,7 @@ TEST_P(Spaces, AThirdSpaceIsRememberedBesideTheOthers) {
 TEST_P(Spaces, StacksComeBackWithTheirOrder) {
     desk.opens("Maps").settle();
     const auto tile = desk.controller().tiles().front();
-    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.targetID}));
+    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.target}));
     desk.settle();
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + "), std::string::npos);
@@ -111,7 +111,7 @@ TEST_P(Spaces, ATileTakenByAMoveThereIsTheFormerWindowsAgainHere) {
     show(1).opens("Maps").settle();
     const auto tiles = desk.controller().tiles();
     for (const auto& tile : tiles) {
-        (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.targetID});
+        (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.target});
         desk.settle();
     }
     for (const char* label : {"Mail", "Notes"}) {

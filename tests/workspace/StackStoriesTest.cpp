@@ -74,7 +74,7 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
             Scenario desk;
             desk.desktop.setHidingStyle(style);
             desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Viewer").arrange();
-            const auto left = desk.controller().tiles().front().targetID;
+            const auto left = desk.controller().tiles().front().target;
             desk.opens("Codex").settle();
             desk.controller().perform(command::Place{desk.desktop.windowIDOf("Codex"), left});
             desk.settle().desktop.userFocuses("Codex");

@@ -10,7 +10,7 @@ namespace {
 
 using enum TileAssignments::StackPosition;
 using IDs = std::vector<WindowID>;
-using Targets = std::vector<std::string>;
+using Targets = std::vector<TileTarget>;
 
 TEST(TileAssignments, ADisplacedWindowIsStackedWhereAFrontWindowIs) {
     TileAssignments tiles;
@@ -40,7 +40,7 @@ TEST(TileAssignments, ASpanningWindowHasOneAnchorAndDisplacedWindowsLoseAllTheir
     EXPECT_EQ(tiles.targetsOf("wide"), (Targets{"D::a", "D::b"}));
     EXPECT_EQ(tiles.assign("new", {"D::a"}), IDs{"wide"});
     EXPECT_TRUE(tiles.targetsOf("wide").empty());
-    EXPECT_TRUE(tiles.anchorTargetIDsByWindowID.empty());
+    EXPECT_TRUE(tiles.anchorsByWindowID.empty());
 }
 
 TEST(TileAssignments, ASpanGathersWhatWaitedInItsTiles) {
@@ -52,8 +52,7 @@ TEST(TileAssignments, ASpanGathersWhatWaitedInItsTiles) {
     const auto displaced = tiles.assign("wide", {"D::a", "D::b"});
     EXPECT_EQ(displaced, (IDs{"left", "right"}));
     tiles.mergeStacksInto("D::a", {"D::a", "D::b"}, displaced);
-    EXPECT_EQ(tiles.stackWindowIDsByTarget,
-              (std::map<std::string, IDs>{{"D::a", {"wide", "left", "right", "behind"}}}));
+    EXPECT_EQ(tiles.stackWindowIDsByTarget, (std::map<TileTarget, IDs>{{"D::a", {"wide", "left", "right", "behind"}}}));
 }
 
 TEST(TileAssignments, ClosedWindowsAreRemovedFromTilesAndStacks) {
@@ -74,7 +73,7 @@ TEST(UndoHistory, TheThirtyFirstPushDropsTheOldest) {
 }
 
 /// Cells in a row, each 100 wide.
-DisplayTiles row(std::vector<std::string> ids) {
+DisplayTiles row(std::vector<SlotID> ids) {
     DisplayTiles tiles{std::move(ids), {}};
     for (std::size_t i = 0; i < tiles.slotIDs.size(); ++i) {
         tiles.frames.push_back(makeRect(100 * static_cast<double>(i), 0, 100, 100));
@@ -93,10 +92,10 @@ TEST(LayoutMigration, WindowsKeepTheirSlotThenItsNamesakeThenTheOrder) {
     const auto result = migrateAssignments(before, "D", row({"focus-main", "odd", "focus-right-top"}),
                                            row({"secondary-1", "focus-main", "secondary-2"}));
     EXPECT_EQ(result.assignments.assignedWindowIDs,
-              (std::map<std::string, WindowID>{{"D::focus-main", "editor"},
-                                               {"D::secondary-1", "mail"},
-                                               {"D::secondary-2", "notes"},
-                                               {"E::focus-main", "other display"}}));
+              (std::map<TileTarget, WindowID>{{"D::focus-main", "editor"},
+                                              {"D::secondary-1", "mail"},
+                                              {"D::secondary-2", "notes"},
+                                              {"E::focus-main", "other display"}}));
     EXPECT_EQ(result.assignments.stackWindowIDsByTarget.at("D::secondary-1"), (IDs{"mail", "chat"}));
     EXPECT_TRUE(result.displacedWindowIDs.empty());
 }
@@ -109,9 +108,9 @@ TEST(LayoutMigration, WhatHasNoTileWaitsBehindTheNearestAndASpanShrinksToItsAnch
     before.stackWindowIDsByTarget["D::d"] = {"last", "shy"};
     const auto result = migrateAssignments(before, "D", row({"a", "b", "c", "d"}), row({"a", "b"}));
     EXPECT_EQ(result.assignments.assignedWindowIDs,
-              (std::map<std::string, WindowID>{{"D::a", "first"}, {"D::b", "wide"}}));
+              (std::map<TileTarget, WindowID>{{"D::a", "first"}, {"D::b", "wide"}}));
     EXPECT_EQ(result.assignments.stackWindowIDsByTarget.at("D::b"), (IDs{"wide", "last", "shy"}));
-    EXPECT_TRUE(result.assignments.anchorTargetIDsByWindowID.empty());
+    EXPECT_TRUE(result.assignments.anchorsByWindowID.empty());
     EXPECT_EQ(result.displacedWindowIDs, IDs{"last"});
 }
 
@@ -127,7 +126,7 @@ TEST(LayoutMigration, WhatHasNoTileBesideASpanWaitsInTheStackOfItsAnchor) {
     const auto result =
         migrateHomes(before, "D", {{next, wide}, {{"another three", row({"d", "e", "c"})}, other}}, next).assignments;
     EXPECT_EQ(result.targetsAnchorFirst("wide"), (Targets{"D::a", "D::b", "D::c"}));
-    EXPECT_EQ(result.stackWindowIDsByTarget, (std::map<std::string, IDs>{{"D::a", {"wide", "other"}}}));
+    EXPECT_EQ(result.stackWindowIDsByTarget, (std::map<TileTarget, IDs>{{"D::a", {"wide", "other"}}}));
 }
 
 } // namespace

@@ -153,7 +153,7 @@ class UndoWalk : public RandomWalk {
         } else {
             EXPECT_EQ(now.assignments.assignedWindowIDs, before.assignments.assignedWindowIDs);
             EXPECT_EQ(now.assignments.stackWindowIDsByTarget, before.assignments.stackWindowIDsByTarget);
-            EXPECT_EQ(now.assignments.anchorTargetIDsByWindowID, before.assignments.anchorTargetIDsByWindowID);
+            EXPECT_EQ(now.assignments.anchorsByWindowID, before.assignments.anchorsByWindowID);
         }
         EXPECT_EQ(now.profile, before.profile);
         EXPECT_EQ(now.accentColor, before.accentColor);

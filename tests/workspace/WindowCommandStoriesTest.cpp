@@ -17,7 +17,7 @@ class WindowCommandStories : public ::testing::Test {
         desk.settle();
     }
     WindowID id(const char* label) { return desk.desktop.windowIDOf(label); }
-    std::string tile(const char* slot, const char* display = "A") { return desk.targetID(display, slot); }
+    TileTarget tile(const SlotID& slot, const char* display = "A") { return desk.target(display, slot); }
     /// "place Mail A1, wait Codex A1"
     std::string steps(const WindowCommand& command) {
         const auto planned = desk.controller().planCommand(command);
@@ -26,7 +26,7 @@ class WindowCommandStories : public ::testing::Test {
         for (const auto& step : std::get<WindowPlan>(planned).steps) {
             out += (out.empty() ? "" : ", ") + std::string(describe(step.kind)) + " " +
                    desk.desktop.labelOfID(step.windowID);
-            if (step.targetID) out += " " + step.targetID->substr(step.targetID->find("::") + 2);
+            if (step.target) out += " " + step.target->slot.text();
         }
         return out;
     }

@@ -251,14 +251,14 @@ ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
 
     ApplicationIdentity identity;
     if (const Entry* entry = find(traces)) {
-        identity.bundleIdentifier = text(entry->id);
+        identity.bundleIdentifier = BundleID(text(entry->id));
         identity.localizedName = text(entry->name);
         identity.bundlePath = text(entry->path);
         identity.iconName = text(entry->iconName);
         identity.isFileManager = entry->isFileManager;
     } else {
         const std::string name = validUtf8(traces.className.empty() ? traces.instanceName : traces.className);
-        identity.bundleIdentifier = lowercased(name);
+        identity.bundleIdentifier = BundleID(lowercased(name));
         identity.localizedName = name;
     }
     return answers_.emplace(traces, std::move(identity)).first->second;
@@ -306,12 +306,12 @@ std::vector<LaunchableApplication> DesktopEntries::launchableApplications() {
     return applications;
 }
 
-std::optional<LaunchableApplication> DesktopEntries::launchableApplication(const std::string& id) {
+std::optional<LaunchableApplication> DesktopEntries::launchableApplication(const BundleID& id) {
     const MutexLock lock(mutex_);
     if (!isScanned_ || hasChanged()) scan();
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
         mutex_.assertHeld();
-        return text(entry.id) == id;
+        return text(entry.id) == id.text();
     });
     if (found == entries_.end()) return std::nullopt;
     return launchable(*found);
@@ -320,7 +320,7 @@ std::optional<LaunchableApplication> DesktopEntries::launchableApplication(const
 LaunchableApplication DesktopEntries::launchable(const Entry& entry) const {
     return {.identifier = std::string(text(entry.id)),
             .name = std::string(text(entry.name)),
-            .bundleIdentifier = std::string(text(entry.id)),
+            .bundleIdentifier = BundleID(text(entry.id)),
             .location = std::string(text(entry.path)),
             .icon = {.name = std::string(text(entry.iconName)), .image = nullptr}};
 }

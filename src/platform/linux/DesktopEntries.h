@@ -58,7 +58,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     /// What menus show, by name.
     std::vector<LaunchableApplication> launchableApplications();
     /// The entry of that id, shown in menus or not.
-    std::optional<LaunchableApplication> launchableApplication(const std::string& id);
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& id);
     const std::string& locale() const { return locale_; }
 
   private:

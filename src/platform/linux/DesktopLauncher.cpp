@@ -94,7 +94,7 @@ std::vector<LaunchableApplication> DesktopLauncher::launchableApplications() {
     return entries_.launchableApplications();
 }
 
-std::optional<LaunchableApplication> DesktopLauncher::launchableApplication(const std::string& bundleIdentifier) {
+std::optional<LaunchableApplication> DesktopLauncher::launchableApplication(const BundleID& bundleIdentifier) {
     return entries_.launchableApplication(bundleIdentifier);
 }
 

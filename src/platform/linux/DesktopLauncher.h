@@ -15,7 +15,7 @@ class DesktopLauncher final : public ApplicationLauncher {
     DesktopLauncher(DesktopEntries& entries, EventLoop& loop, ApplicationScopes* scopes = nullptr);
 
     std::vector<LaunchableApplication> launchableApplications() override;
-    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) override;
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) override;
     /// Reads the entry anew: it may have been edited since it was listed.
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;

@@ -44,9 +44,7 @@ class UnavailableDesktop final : public AccessibilityServicing,
     void unhide(pid_t) override {}
     void activate(pid_t) override {}
     std::vector<LaunchableApplication> launchableApplications() const override { return {}; }
-    std::optional<LaunchableApplication> launchableApplication(const std::string&) const override {
-        return std::nullopt;
-    }
+    std::optional<LaunchableApplication> launchableApplication(const BundleID&) const override { return std::nullopt; }
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t) override { return false; }

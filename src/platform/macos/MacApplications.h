@@ -39,7 +39,7 @@ class MacApplications final : public ApplicationServicing {
     void activate(pid_t processIdentifier) override;
     void resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
-    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const override;
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t processIdentifier) override;

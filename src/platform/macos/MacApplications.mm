@@ -102,7 +102,7 @@ RunningApplication MacApplications::describe(const void* object) const {
     RunningApplication running;
     running.processIdentifier = application.processIdentifier;
     running.localizedName = optionalText(application.localizedName);
-    running.bundleIdentifier = optionalText(application.bundleIdentifier);
+    if (application.bundleIdentifier) running.bundleIdentifier = BundleID(text(application.bundleIdentifier));
     running.bundlePath = text(application.bundleURL.path);
     running.activationPolicy = activationPolicy(application);
     running.isHidden = isHidden(object);

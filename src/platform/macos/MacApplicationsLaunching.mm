@@ -24,9 +24,9 @@ NSDictionary* information(NSURL* bundle) {
 LaunchableApplication launchable(NSURL* bundle, NSDictionary* information) {
     LaunchableApplication application;
     id identifier = information[(__bridge NSString*)kCFBundleIdentifierKey];
-    if ([identifier isKindOfClass:NSString.class]) application.bundleIdentifier = text(identifier);
+    if ([identifier isKindOfClass:NSString.class]) application.bundleIdentifier = BundleID(text(identifier));
     application.location = text(bundle.path);
-    application.identifier = application.bundleIdentifier.value_or(application.location);
+    application.identifier = application.bundleIdentifier ? application.bundleIdentifier->text() : application.location;
     NSString* name = [NSFileManager.defaultManager displayNameAtPath:nsString(application.location)];
     application.name = text([name.pathExtension isEqualToString:@"app"] ? name.stringByDeletingPathExtension : name);
     return application;
@@ -69,9 +69,9 @@ std::vector<LaunchableApplication> MacApplications::launchableApplications() con
     return found;
 }
 
-std::optional<LaunchableApplication> MacApplications::launchableApplication(const std::string& bundleIdentifier) const {
+std::optional<LaunchableApplication> MacApplications::launchableApplication(const BundleID& bundleIdentifier) const {
     @autoreleasepool {
-        NSURL* bundle = [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:nsString(bundleIdentifier)];
+        NSURL* bundle = [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:nsString(bundleIdentifier.text())];
         if (!bundle) return std::nullopt;
         return launchable(bundle, information(bundle));
     }

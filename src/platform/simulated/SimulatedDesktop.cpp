@@ -137,7 +137,7 @@ SimulatedDesktop::Application* SimulatedDesktop::findApplication(pid_t processId
 }
 
 pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
-    auto bundleIdentifier = traits.bundleIdentifier.value_or("sim." + asciiLowercased(name));
+    auto bundleIdentifier = traits.bundleIdentifier.value_or(BundleID("sim." + asciiLowercased(name)));
     RunningApplication record{
         .processIdentifier = ++lastProcessIdentifier_,
         .localizedName = traits.hasName ? std::optional(name) : std::nullopt,

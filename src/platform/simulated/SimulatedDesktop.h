@@ -226,7 +226,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool hasLaunchedProcessSucceeded(pid_t processIdentifier) const override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
-    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const override;
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t processIdentifier) override;

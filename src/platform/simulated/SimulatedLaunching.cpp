@@ -22,7 +22,7 @@ LaunchableApplication SimulatedDesktop::install(std::string name, InstallationTr
         std::string lowercased = name;
         std::transform(name.begin(), name.end(), lowercased.begin(),
                        [](char letter) { return letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter; });
-        application.bundleIdentifier = traits.bundleIdentifier.value_or("sim." + lowercased);
+        application.bundleIdentifier = traits.bundleIdentifier.value_or(BundleID("sim." + lowercased));
     }
     traits.traits.bundleIdentifier = application.bundleIdentifier;
     traits.traits.hasBundleIdentifier = traits.hasBundleIdentifier;
@@ -53,8 +53,7 @@ std::vector<LaunchableApplication> SimulatedDesktop::launchableApplications() co
     return applications;
 }
 
-std::optional<LaunchableApplication>
-SimulatedDesktop::launchableApplication(const std::string& bundleIdentifier) const {
+std::optional<LaunchableApplication> SimulatedDesktop::launchableApplication(const BundleID& bundleIdentifier) const {
     requireMainThread("launchableApplication");
     for (const auto& installation : installations_) {
         if (installation.application.bundleIdentifier == bundleIdentifier) return installation.application;

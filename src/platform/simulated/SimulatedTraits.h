@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/simulated/SimulatedWindow.h"
+#include "support/Identifiers.h"
 #include "windowing/ApplicationServicing.h"
 
 #include <optional>
@@ -21,7 +22,7 @@ struct SimulatedDisplay {
 
 struct ApplicationTraits {
     ApplicationActivationPolicy activationPolicy = ApplicationActivationPolicy::regular;
-    std::optional<std::string> bundleIdentifier{}; // absent: "sim." and the name in lower case
+    std::optional<BundleID> bundleIdentifier{}; // absent: "sim." and the name in lower case
     bool hasName = true;
     ApplicationIcon icon{.name = "application", .image = nullptr};
     std::string bundlePath{};
@@ -34,7 +35,7 @@ struct ApplicationTraits {
 
 /// An application that can be launched, and what happens when it is.
 struct InstallationTraits {
-    std::optional<std::string> bundleIdentifier{}; // absent: "sim." and the name in lower case
+    std::optional<BundleID> bundleIdentifier{}; // absent: "sim." and the name in lower case
     bool hasBundleIdentifier = true;
     std::optional<std::string> fails{}; // launching it gives this error
     Seconds startsAfter{0.5};           // until its process runs and the launch is known to have worked

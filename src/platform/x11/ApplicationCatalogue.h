@@ -1,6 +1,8 @@
 // Which of the installed applications an X11 window belongs to.
 #pragma once
 
+#include "support/Identifiers.h"
+
 #include <compare>
 #include <optional>
 #include <string>
@@ -8,11 +10,11 @@
 namespace kova {
 
 struct ApplicationIdentity {
-    std::string bundleIdentifier; // the desktop entry's id, else the class in lower case
-    std::string localizedName;    // the entry's name, else the class
-    std::string bundlePath;       // the entry's file; empty when there is none
-    std::string iconName;         // as the entry gives it; empty when there is none
-    bool isFileManager = false;   // as the entry says
+    BundleID bundleIdentifier;  // the desktop entry's id, else the class in lower case
+    std::string localizedName;  // the entry's name, else the class
+    std::string bundlePath;     // the entry's file; empty when there is none
+    std::string iconName;       // as the entry gives it; empty when there is none
+    bool isFileManager = false; // as the entry says
     bool operator==(const ApplicationIdentity&) const = default;
 };
 

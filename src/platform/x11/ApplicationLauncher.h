@@ -14,7 +14,7 @@ class ApplicationLauncher {
     virtual ~ApplicationLauncher() = default;
     /// As the calls of the same names of `ApplicationServicing`.
     virtual std::vector<LaunchableApplication> launchableApplications() = 0;
-    virtual std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) = 0;
+    virtual std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) = 0;
     virtual void launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) = 0;
     virtual bool hasLaunchedProcessSucceeded(pid_t process) const = 0;

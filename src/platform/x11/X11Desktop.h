@@ -104,7 +104,7 @@ class X11Desktop final : public AccessibilityServicing,
     void resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
-    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
+    std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const override;
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t processIdentifier) override;

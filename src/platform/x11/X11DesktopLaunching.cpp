@@ -31,7 +31,7 @@ std::vector<LaunchableApplication> X11Desktop::launchableApplications() const {
     return parts_->launcher ? parts_->launcher->launchableApplications() : std::vector<LaunchableApplication>{};
 }
 
-std::optional<LaunchableApplication> X11Desktop::launchableApplication(const std::string& bundleIdentifier) const {
+std::optional<LaunchableApplication> X11Desktop::launchableApplication(const BundleID& bundleIdentifier) const {
     return parts_->launcher ? parts_->launcher->launchableApplication(bundleIdentifier) : std::nullopt;
 }
 

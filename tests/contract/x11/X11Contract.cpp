@@ -176,7 +176,7 @@ class X11Stage final : public ContractDesktop {
         home_.write("data/applications/org.test." + name + ".desktop",
                     "[Desktop Entry]\nType=Application\nName=" + name + "\nStartupWMClass=" + name +
                         "\nExec=xterm -class " + name + " -T " + name + " -e sleep 1000\n");
-        const auto known = catalogue_.launchableApplication("org.test." + name);
+        const auto known = catalogue_.launchableApplication(BundleID("org.test." + name));
         EXPECT_TRUE(known) << name;
         return known.value_or(LaunchableApplication{});
     }

@@ -1,0 +1,53 @@
+// A tile of a display, whether the layout in force has it or not.
+#pragma once
+
+#include "support/Identifiers.h"
+
+#include <compare>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace kova {
+
+struct TileTarget {
+    DisplayID display;
+    SlotID slot;
+
+    TileTarget() = default;
+    TileTarget(DisplayID onDisplay, SlotID ofLayout) : display(std::move(onDisplay)), slot(std::move(ofLayout)) {}
+    /// A literal says at its place what it names, so it needs no conversion.
+    template <std::size_t size>
+    TileTarget(const char (&literal)[size]) : TileTarget(from(literal)) {}
+
+    /// Display id, "::", slot id: the tile's id in files and on the socket.
+    std::string text() const;
+    /// The tile with that id. Without "::" the text is the display's id and the slot's is empty.
+    static TileTarget from(std::string_view text);
+
+    /// In JSON a tile is its text.
+    template <class Json>
+    friend void to_json(Json& json, const TileTarget& target) {
+        json = target.text();
+    }
+
+    template <class Json, class Value>
+    friend void to_json(Json& json, const std::map<TileTarget, Value>& map) = delete;
+
+    friend bool operator==(const TileTarget&, const TileTarget&) = default;
+    /// The order of the ids as texts, in which files list them and ties are decided.
+    friend std::strong_ordering operator<=>(const TileTarget& left, const TileTarget& right);
+    /// For the messages of failed tests.
+    template <class Stream>
+    friend Stream& operator<<(Stream& stream, const TileTarget& target) {
+        stream << target.text();
+        return stream;
+    }
+};
+
+/// The tile, on the display with the new id if it was on the former one.
+TileTarget withDisplayRenamed(TileTarget target, const DisplayID& formerID, const DisplayID& newID);
+
+} // namespace kova
