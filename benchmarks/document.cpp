@@ -59,7 +59,8 @@ WorkspaceScene sceneOf(std::int64_t placements) {
     for (std::int64_t i = 0; i < placements; ++i) {
         const std::string number = std::to_string(i % kApplications);
         WorkspaceScenePlacement placement;
-        placement.window = {BundleID("sim.application " + number), "Application " + number, "Document " + std::to_string(i)};
+        placement.window = {BundleID("sim.application " + number), "Application " + number,
+                            "Document " + std::to_string(i)};
         placement.slotID = SlotID(kSlots[static_cast<std::size_t>(i) % std::size(kSlots)]);
         placement.stackIndex = i / static_cast<std::int64_t>(std::size(kSlots));
         placement.claimedSlotIDs = {placement.slotID};

@@ -70,7 +70,7 @@ std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<
 }
 
 std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, WorkspaceDirection direction,
-                                                    TilesConsidered considered) const {
+                                                   TilesConsidered considered) const {
     if (!start.window.frame) return std::nullopt;
     std::map<TileTarget, CGRect> frames;
     for (const auto& tile : geometry_.tiles()) {

@@ -44,7 +44,7 @@ class WindowFinder {
     /// Why no action can start at the window (default: the focused one); absent if one can.
     std::optional<std::string> whyNoStartingPoint(const std::optional<WindowID>& windowID) const;
     std::optional<TileTarget> neighborOf(const StartingPoint& start, WorkspaceDirection direction,
-                                          TilesConsidered considered) const;
+                                         TilesConsidered considered) const;
     std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
     /// The window that the action would bring to the front; absent if no other is stacked.
     std::optional<WindowID> nextInStack(const action::CycleStack& cycle) const;
