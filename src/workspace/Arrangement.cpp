@@ -144,18 +144,18 @@ ArrangementPlan Arrangement::planArrangement() const {
 
 void Arrangement::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
-    const auto generation = arranger_.supersede();
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     displays_.noteArrangement(assignments_);
     arranger_.notePlan(planArrangement());
     const ArrangementPlan& plan = arranger_.lastPlan();
     frames_.sizes().beginArrangement();
     keeper_.publishMinimums();
-    frames_.reflow().forgetAllPushes();
     carryOutArrangement(plan);
+    keeper_.commit({.resetsLimits = true, .endsArrangement = true, .straying = kFramesStay});
 
     if (std::ranges::any_of(plan.placements, &AutoArrangePlacement::isDeferred)) {
-        services_.queue.after(kFollowUpDelay, lifetime_.guard([this, generation] { carryOutDeferred(generation); }));
+        services_.queue.after(
+            kFollowUpDelay, lifetime_.guard([this, generation = arranger_.newest()] { carryOutDeferred(generation); }));
     }
     learnFrom(plan);
     tileMemory_.homes().keepOnlyWaiting(assignments_);
@@ -177,7 +177,6 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
         (void)next.assign(placement.window.id, claimed); // a plan gives no tile twice
     }
     assignments_ = std::move(next);
-    keeper_.publishAssignments();
     state_.lastArrangeExplanation.set(plan.explanation());
 
     for (const auto& surplus : plan.surplus) {
@@ -228,7 +227,7 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
             const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
             if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
         }
-        keeper_.publishAssignments();
+        keeper_.commit({.straying = kFramesStay});
     });
 }
 

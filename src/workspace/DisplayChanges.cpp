@@ -24,10 +24,10 @@ DisplayChanges::DisplayChanges(WorkspaceParts& parts, RefreshCycle& refreshCycle
                                LayoutFollower& follower, UndoSteps& steps,
                                std::function<void(const DisplayID& formerID, const DisplayID& newID)> renameDisplay) :
     services_(parts.services),
-    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), displays_(parts.displays), focusMode_(parts.focusMode), pointer_(parts.pointer),
-    frames_(parts.frames), session_(parts.session), refreshCycle_(refreshCycle), access_(access), geometry_(geometry),
-    presenter_(presenter), keeper_(keeper), follower_(follower), steps_(steps),
+    requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), displays_(parts.displays),
+    focusMode_(parts.focusMode), pointer_(parts.pointer), session_(parts.session), refreshCycle_(refreshCycle),
+    access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper), follower_(follower), steps_(steps),
     renameDisplay_(std::move(renameDisplay)) {}
 
 void DisplayChanges::readScreens() {
@@ -37,6 +37,7 @@ void DisplayChanges::readScreens() {
 }
 
 void DisplayChanges::screensChanged() {
+    const RequestBatch::Scope batch(requests_);
     const std::vector<Screen> before = *state_.screens;
     readScreens();
     geometry_.layouts().invalidateAll();
@@ -45,9 +46,7 @@ void DisplayChanges::screensChanged() {
     // The zoomed frame belongs to the former display; the restored windows must be visible on the present ones.
     if (access_.isRunning() && !keepsFocusMode) steps_.closeFocusMode();
     noteDisplaysThatCameAndWent(idsOf(before));
-    keeper_.noteTilesMoved();
     giveUpUnreachablePlacements();
-    frames_.reflow().forgetAllPushes();
     displays_.beginSettling();
     if (!access_.mayMoveWindows()) return;
     settleOnDisplays();
@@ -87,9 +86,7 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<DisplayID>& befo
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
     });
-    // Tile geometry is not compared yet: the former layouts still have to be compared with the present ones.
-    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
-    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
+    keeper_.commit({.hasMovedTiles = true, .resetsLimits = true, .straying = kFramesStay, .comparesTiles = false});
     session_.noteChange(); // the record contains the disconnected displays
 }
 
@@ -122,6 +119,7 @@ void DisplayChanges::returnStrandedFloats() {
 /// Windows are placed elsewhere only once their display has been disconnected for the settle time.
 void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
+    const RequestBatch::Scope batch(requests_);
     displays_.forgetRecentlyGone();
     placeWindowsOfAbsentDisplays();
     returnStrandedFloats(); // of displays that returned during a suspension
@@ -158,7 +156,6 @@ void DisplayChanges::bringIntoSight() {
         if (!isInSight) presenter_.writeFrame(live, inSight, AccessibilityWindowService::BringToFront::no);
         displays_.strandedFloats().settle(live.id, inSight);
     }
-    services_.accessibility.flush();
 }
 
 bool DisplayChanges::isZoomedOver(const WorkspaceTile& tile) const {

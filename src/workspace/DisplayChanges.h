@@ -4,11 +4,11 @@
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/FocusMode.h"
-#include "workspace/FrameKeeper.h"
 #include "workspace/LayoutFollower.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
+#include "workspace/RequestBatch.h"
 #include "workspace/SessionRestore.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
@@ -53,6 +53,7 @@ class DisplayChanges {
     void giveUpUnreachablePlacements();
 
     const WorkspaceServices& services_;
+    RequestBatch& requests_;
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
     LiveWindows& liveWindows_;
@@ -60,7 +61,6 @@ class DisplayChanges {
     DisplayMemory& displays_;
     FocusMode& focusMode_;
     PointerInteraction& pointer_;
-    FrameKeeper& frames_;
     SessionRestore& session_;
     RefreshCycle& refreshCycle_;
     WorkspaceAccess& access_;

@@ -11,8 +11,8 @@ namespace kova {
 LayoutChoice::LayoutChoice(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
                            const WindowFinder& finder, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps) :
     state_(parts.state),
-    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), frames_(parts.frames),
-    access_(access), geometry_(geometry), finder_(finder), keeper_(keeper), follower_(follower), steps_(steps) {}
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), access_(access),
+    geometry_(geometry), finder_(finder), keeper_(keeper), follower_(follower), steps_(steps) {}
 
 Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelection& selection) {
     const Screen* found = geometry_.screenOf(id);
@@ -86,12 +86,12 @@ Outcome LayoutChoice::setTileInset(double points) {
     if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
     steps_.pushUndoSnapshot(
         {std::string(action::SetTileInset::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
-    frames_.reflow().forgetAllPushes();
     WorkspaceProfile profile = *state_.profile;
     profile.tileInset = points;
     keeper_.setProfile(std::move(profile));
     geometry_.layouts().invalidateAll();
-    keeper_.commit({.hasMovedTiles = true, .claimant = "", .straying = FrameKeeper::Straying::any});
+    keeper_.commit(
+        {.hasMovedTiles = true, .resetsLimits = true, .claimant = "", .straying = FrameKeeper::Straying::any});
     return Outcome::done();
 }
 

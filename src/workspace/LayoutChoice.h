@@ -2,7 +2,6 @@
 #pragma once
 
 #include "workspace/DisplayMemory.h"
-#include "workspace/FrameKeeper.h"
 #include "workspace/LayoutFollower.h"
 #include "workspace/Outcome.h"
 #include "workspace/TileAssignments.h"
@@ -37,7 +36,6 @@ class LayoutChoice {
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
-    FrameKeeper& frames_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;

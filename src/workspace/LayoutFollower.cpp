@@ -24,12 +24,10 @@ bool hasTilesFor(const LayoutDefinition& layout, const DisplayID& displayID, con
 
 } // namespace
 
-LayoutFollower::LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter,
-                               TileKeeper& keeper) :
-    windowService_(*parts.windowService),
-    state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments),
-    tileMemory_(parts.tileMemory), displays_(parts.displays), geometry_(geometry), presenter_(presenter),
-    keeper_(keeper) {}
+LayoutFollower::LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter) :
+    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), geometry_(geometry),
+    presenter_(presenter) {}
 
 /// Shows the windows that got their tile back, and hides those that are stacked again.
 void LayoutFollower::presentReturned() {
@@ -67,7 +65,6 @@ void LayoutFollower::migrateChangedDisplays() {
         presenter_.presentDisplaced(migration.displacedWindowIDs);
     }
     migrateFromMissingTiles();
-    keeper_.publishAssignments();
 }
 
 /// Assignments of a snapshot or session may name tiles that the present layout lacks.

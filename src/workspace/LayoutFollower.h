@@ -6,7 +6,6 @@
 #include "workspace/LiveWindows.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
-#include "workspace/TileKeeper.h"
 #include "workspace/TileMemory.h"
 #include "workspace/WindowPresenter.h"
 #include "workspace/WorkspaceState.h"
@@ -17,8 +16,10 @@ struct WorkspaceParts;
 
 class LayoutFollower {
   public:
-    LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper);
+    LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter);
 
+    /// Moves the windows of displays that show another layout than before. The caller commits, and so records the
+    /// layouts that are shown now.
     void migrateChangedDisplays();
     void migrateFromMissingTiles();
     void presentReturned();
@@ -32,7 +33,6 @@ class LayoutFollower {
     DisplayMemory& displays_;
     TileGeometry& geometry_;
     WindowPresenter& presenter_;
-    TileKeeper& keeper_;
 };
 
 } // namespace kova

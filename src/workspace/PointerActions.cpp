@@ -29,10 +29,10 @@ PointerActions::PointerActions(WorkspaceParts& parts, WorkspaceAccess& access, T
                                const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
                                UndoSteps& steps, Arrangement& arrangement) :
     services_(parts.services),
-    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames),
-    messages_(parts.messages), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
-    keeper_(keeper), steps_(steps), arrangement_(arrangement) {}
+    requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), focusMode_(parts.focusMode),
+    pointer_(parts.pointer), frames_(parts.frames), messages_(parts.messages), access_(access), geometry_(geometry),
+    finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps), arrangement_(arrangement) {}
 
 std::vector<DisplayLayoutDivider> PointerActions::dividers() const {
     std::vector<DisplayLayoutDivider> all;
@@ -79,11 +79,11 @@ void PointerActions::applyDividerDrag() {
     geometry_.layouts().setTransientWeights(drag.target.displayID, drag.target.layoutID, drag.overrides);
     geometry_.layouts().invalidate(drag.target.displayID);
     writeInteractiveFrames(drag.target.displayID);
-    services_.accessibility.flush();
-    keeper_.noteTilesMoved(); // windows first, then handles and overlay
+    keeper_.raiseRevision(); // windows first, then handles and overlay
 }
 
 void PointerActions::writeInteractiveFrames(const DisplayID& id) {
+    const RequestBatch::Scope batch(requests_);
     const Screen* screen = geometry_.screenOf(id);
     if (!screen) return;
     const auto frames = geometry_.framesOfTiledWindows(*screen);

@@ -8,6 +8,7 @@
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
 #include "workspace/PointerInteraction.h"
+#include "workspace/RequestBatch.h"
 #include "workspace/StatusMessages.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
@@ -56,6 +57,7 @@ class PointerActions {
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
 
     const WorkspaceServices& services_;
+    RequestBatch& requests_;
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
     LiveWindows& liveWindows_;

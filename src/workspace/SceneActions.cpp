@@ -28,7 +28,7 @@ SceneActions::SceneActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, Wo
                            ApplicationActions& applications) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), frames_(parts.frames),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
     recovery_(parts.recovery), session_(parts.session), awaited_(parts.awaited), arranger_(parts.arranger),
     messages_(parts.messages), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
     presenter_(presenter), keeper_(keeper), documents_(documents), steps_(steps), applications_(applications) {}
@@ -82,10 +82,7 @@ void SceneActions::applyLook(const WorkspaceScene& scene) {
     keeper_.setProfile(std::move(profile));
     state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
     services_.preferences.setValue(preferenceKey::accentColor, *state_.accentColorID);
-    frames_.reflow().forgetAllPushes();
-    (void)arranger_.supersede(); // the remaining steps of an arrangement are for the former tiles
     geometry_.layouts().invalidateAll();
-    keeper_.noteTilesMoved();
 }
 
 /// Returns the number of awaited windows.
@@ -121,7 +118,11 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
              .expiresAt = services_.queue.uptime() + PendingSceneWindowPlacement::kLifetime});
         if (placement.window.bundleIdentifier) toLaunch.push_back(*placement.window.bundleIdentifier);
     }
-    carryOutRestored(restored);
+    carryOutRestored(restored, {.hasMovedTiles = true,
+                                .resetsLimits = true,
+                                .endsArrangement = true,
+                                .claimant = "",
+                                .straying = FrameKeeper::Straying::any});
     launchForScene(toLaunch);
     if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // until they appear or time out
     return awaited_.scene().pending.size();
@@ -162,7 +163,7 @@ void SceneActions::launchedForScene(const LaunchableApplication& application, co
 }
 
 /// Puts windows into their tiles: shows front windows and hides stacked ones.
-void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
+void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements, const Transaction& changes) {
     std::set<WindowID> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
     for (const auto& placement : placements) awaited_.scene().stackIndexByID[placement.windowID] = placement.stackIndex;
@@ -185,7 +186,7 @@ void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placem
             presenter_.bringBack(window);
     }
     presenter_.presentDisplaced(waiting);
-    keeper_.commit({.claimant = "", .straying = FrameKeeper::Straying::any});
+    keeper_.commit(changes);
     std::vector<WindowID> placedFronts;
     for (const auto& placement : placements) {
         if (fronts.contains(placement.windowID)) placedFronts.push_back(placement.windowID);
@@ -225,7 +226,10 @@ void SceneActions::processPendingScenePlacements() {
             awaited_.scene().pending.push_back(std::move(placement));
         }
     }
-    if (!restored.empty()) steps_.changeLater([&] { carryOutRestored(restored); });
+    if (!restored.empty()) {
+        steps_.changeLater(
+            [&] { carryOutRestored(restored, {.claimant = "", .straying = FrameKeeper::Straying::any}); });
+    }
     if (awaited_.scene().pending.empty()) return endRestoration(unavailable);
     publishSceneReport(SceneReport::State::waiting);
 }

@@ -55,7 +55,7 @@ class SceneActions {
     std::size_t placeWindowsOf(const WorkspaceScene& scene);
     void launchForScene(const std::vector<BundleID>& bundleIDs);
     void launchedForScene(const LaunchableApplication& application, const LaunchResult& result);
-    void carryOutRestored(const std::vector<RestoredPlacement>& placements);
+    void carryOutRestored(const std::vector<RestoredPlacement>& placements, const Transaction& changes);
     void endRestoration(std::size_t unavailable);
     std::vector<CapturedPlacement> capturedPlacements() const;
     std::vector<WorkspaceSceneDisplay> capturedDisplays() const;
@@ -67,7 +67,6 @@ class SceneActions {
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
-    FrameKeeper& frames_;
     TransitionRecovery& recovery_;
     SessionRestore& session_;
     AwaitedWindows& awaited_;

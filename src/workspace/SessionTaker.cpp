@@ -103,6 +103,7 @@ bool SessionTaker::takeUpSession() {
     auto returned = takeUpDisplays(*session);
     const TileAssignments known = assignments_;
     follower_.migrateChangedDisplays();
+    keeper_.commit({.straying = kFramesStay});
     const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);

@@ -27,10 +27,10 @@ std::set<WindowID> visibleIDs(const std::vector<ManagedWindow>& windows) {
 TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
                        WindowPresenter& presenter) :
     services_(parts.services),
-    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
-    focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited),
-    arranger_(parts.arranger), access_(access), geometry_(geometry), presenter_(presenter) {}
+    requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
+    displays_(parts.displays), focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames),
+    awaited_(parts.awaited), arranger_(parts.arranger), access_(access), geometry_(geometry), presenter_(presenter) {}
 
 void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     displays_.forget(windowID);
@@ -61,15 +61,16 @@ void TileKeeper::setProfile(WorkspaceProfile profile) {
 /// After tiles of the display have moved: updates everything that depends on their frames.
 void TileKeeper::layoutChanged(const DisplayID& id) {
     geometry_.layouts().invalidate(id);
-    frames_.reflow().forgetAllPushes();
-    (void)arranger_.supersede(); // the remaining steps of an arrangement are for the former tiles
     commit({.hasMovedTiles = true,
+            .resetsLimits = true,
+            .endsArrangement = true,
             .claimant = access_.mayMoveWindows() ? std::optional<WindowID>("") : std::nullopt,
             .straying = FrameKeeper::Straying::any});
 }
 
-/// Tiles also move without a new layout, with the minimum sizes of their windows.
-void TileKeeper::noteTileGeometry() {
+/// True when tiles have moved since the last call. They also move without a new layout, with the minimum sizes of their
+/// windows.
+bool TileKeeper::noteTileGeometry() {
     bool hasMoved = false;
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
@@ -77,28 +78,30 @@ void TileKeeper::noteTileGeometry() {
         const std::string& layoutID = geometry_.layoutOn(screen).id;
         hasMoved = displays_.noteShown(id, layoutID, solved) || hasMoved;
     }
-    if (hasMoved) noteTilesMoved();
+    return hasMoved;
 }
 
+/// After floating windows that have a tile by now were dropped.
 void TileKeeper::publishAssignments() {
     keepFloatingValid();
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
-    noteTileGeometry();
 }
 
-/// Overlays and divider handles follow.
-void TileKeeper::noteTilesMoved() {
+void TileKeeper::raiseRevision() {
     state_.layoutRevision.set(*state_.layoutRevision + 1);
 }
 
 void TileKeeper::commit(const Transaction& changes) {
-    if (changes.hasMovedTiles) noteTilesMoved();
+    const RequestBatch::Scope batch(requests_);
+    if (changes.resetsLimits) frames_.reflow().forgetAllPushes();
+    if (changes.endsArrangement) (void)arranger_.supersede();
     if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
     if (changes.before) bringNextForward(*changes.before);
     publishAssignments();
-    presenter_.reapplyTileFrames(changes.straying);
-    services_.accessibility.flush();
+    const bool haveMoved = changes.comparesTiles && noteTileGeometry();
+    if (changes.hasMovedTiles || haveMoved) raiseRevision();
+    if (changes.straying) presenter_.reapplyTileFrames(*changes.straying);
 }
 
 /// Returns the former front windows of the tiles, each once.
@@ -143,14 +146,19 @@ void TileKeeper::announceClaim(const ManagedWindow& window, const Covering& cove
     state_.placementNotice.set(notice);
 }
 
-bool TileKeeper::placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing) {
+bool TileKeeper::placeInTile(const WindowID& windowID, const TileTarget& target, Focusing focusing) {
     const ManagedWindow* live = liveWindows_.find(windowID);
     if (!live) return false;
     const ManagedWindow window = *live;
     const auto covering = geometry_.coveringFor(window, target);
     if (!covering) return false;
-    const TileAssignments before = assignments_;
     place(window, *covering, focusing == Focusing::yes ? BringToFront::yes : BringToFront::no);
+    return true;
+}
+
+bool TileKeeper::placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing) {
+    const TileAssignments before = assignments_;
+    if (!placeInTile(windowID, target, focusing)) return false;
     commit({.before = before});
     return true;
 }
@@ -230,7 +238,6 @@ void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
             presenter_.bringBack(window);
         }
     }
-    publishAssignments();
 }
 
 std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const Screen& screen, const WindowID& first,
@@ -343,9 +350,7 @@ void TileKeeper::giveBackSpans() {
         frames_.reflow().noteSpanGivenBack(window.id);
         (void)assignments_.assign(window.id, kept);
     }
-    if (modest.empty()) return;
-    bringNextForward(assignmentsBefore);
-    publishAssignments();
+    if (!modest.empty()) bringNextForward(assignmentsBefore);
 }
 
 /// A rule for an application does not move a window that was placed individually.
@@ -358,9 +363,7 @@ void TileKeeper::noteHasItsPlace(const WindowID& windowID) {
 void TileKeeper::bringNextForward(const TileAssignments& before) {
     if (!*state_.bringsNextForward || focusMode_.isOn() || !access_.mayMoveWindows()) return;
     for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
-        const bool isDone = std::any_of(candidates.begin(), candidates.end(),
-                                        [this](const Promotion& promotion) { return bringForward(promotion); });
-        if (isDone) publishAssignments();
+        (void)std::ranges::any_of(candidates, [this](const Promotion& promotion) { return bringForward(promotion); });
     }
 }
 

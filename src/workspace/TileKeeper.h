@@ -11,6 +11,7 @@
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/PointerInteraction.h"
+#include "workspace/RequestBatch.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileMemory.h"
@@ -36,19 +37,18 @@ class TileKeeper {
   public:
     TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, WindowPresenter& presenter);
 
-    /// Publishes which window is in which tile, after floating windows that have a tile by now were dropped.
-    void publishAssignments();
-    /// Raises the layout revision when tiles have moved since the last call.
-    void noteTileGeometry();
-    /// Raises the layout revision: overlays and divider handles follow.
-    void noteTilesMoved();
-    /// Ends every operation that edits tiles.
+    /// Ends every operation that edits tiles: the only place that publishes the assignments.
     void commit(const Transaction& changes);
+    /// Raises the layout revision: overlays and divider handles follow. `commit` does so, too; a divider drag calls it
+    /// for each movement.
+    void raiseRevision();
     /// Assigns the tiles and returns the displaced windows, each once. Writes no frame.
     std::vector<WindowID> takeTiles(const WindowID& windowID, const Covering& covering);
     /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
-    /// Places the window in one tile and commits. False if there is no such window or tile.
+    /// Places the window in one tile. False if there is no such window or tile.
+    bool placeInTile(const WindowID& windowID, const TileTarget& target, Focusing focusing);
+    /// Places the window in one tile and commits.
     bool placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing);
     /// Publishes that the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
@@ -77,6 +77,8 @@ class TileKeeper {
     void noteMovedByUser(const WindowID& windowID);
 
   private:
+    void publishAssignments();
+    bool noteTileGeometry();
     void keepFloatingValid();
     bool bringForward(const Promotion& promotion);
     std::optional<std::pair<ManagedWindow, Covering>> nextClaimOn(const Screen& screen, const WindowID& first,
@@ -87,6 +89,7 @@ class TileKeeper {
     void makeRoomFor(const ManagedWindow& window);
 
     const WorkspaceServices& services_;
+    RequestBatch& requests_;
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
     LiveWindows& liveWindows_;

@@ -1,13 +1,12 @@
-// The changes of one operation. An operation finds its target or refuses, edits, and commits once at its end: tiles
-// without a front window get the next of their stack, the assignments are published, frames are requested for windows
-// that are not in their tiles, and all requests are sent together.
+// What one operation has changed. An operation finds its target or refuses, edits, and commits once at its end: windows
+// that lack room claim tiles, tiles without a front window get the next of their stack, the assignments are published,
+// frames are requested for windows that are not in their tiles, and all requests are sent together.
 #pragma once
 
 #include "workspace/FrameKeeper.h"
 #include "workspace/TileAssignments.h"
 
 #include <optional>
-#include <string>
 
 namespace kova {
 
@@ -17,10 +16,20 @@ struct Transaction {
     std::optional<TileAssignments> before{};
     /// Tile frames have changed; overlays and divider handles follow.
     bool hasMovedTiles = false;
+    /// Refusing windows get all their attempts again, since their tiles or minimum sizes are others now.
+    bool resetsLimits = false;
+    /// The remaining steps of an arrangement are dropped, since they are for the former tiles.
+    bool endsArrangement = false;
     /// Windows may lack room now; this one claims tiles first. Empty: no window comes first. Absent: no window lacks
     /// room.
     std::optional<WindowID> claimant{};
-    FrameKeeper::Straying straying = FrameKeeper::Straying::noticeable;
+    /// How far windows may be off their tiles before their frames are requested. Absent: no frame is requested.
+    std::optional<FrameKeeper::Straying> straying = FrameKeeper::Straying::noticeable;
+    /// False while the layouts shown before still have to be compared with those of changed displays.
+    bool comparesTiles = true;
 };
+
+/// Of operations that move no window, or that have requested the frames themselves.
+inline constexpr std::nullopt_t kFramesStay = std::nullopt;
 
 } // namespace kova

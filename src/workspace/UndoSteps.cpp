@@ -12,18 +12,18 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
                      const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
                      DocumentStore& documents, LayoutFollower& follower) :
     services_(parts.services),
-    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), undo_(parts.undo),
-    focusMode_(parts.focusMode), pointer_(parts.pointer), arranger_(parts.arranger), refreshCycle_(refreshCycle),
-    access_(access), geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper),
-    documents_(documents), follower_(follower) {}
+    requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
+    displays_(parts.displays), undo_(parts.undo), focusMode_(parts.focusMode), pointer_(parts.pointer),
+    arranger_(parts.arranger), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), documents_(documents), follower_(follower) {}
 
 /// For the later steps of an arrangement, a launch or a scene. Focus mode ends first, since its snapshot would undo
 /// them later.
 void UndoSteps::changeLater(const std::function<void()>& change) {
+    const RequestBatch::Scope batch(requests_);
     closeFocusMode();
     change();
-    services_.accessibility.flush();
 }
 
 void UndoSteps::abandonDrags() {
@@ -99,9 +99,6 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
     // Windows that the snapshot assigns to a disconnected display are remembered for it.
     displays_.leaveAbsentDisplays(assignments_, connected);
-    // Tile geometry is not compared yet: the former layouts may still have to be compared with the present ones.
-    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
-    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     WorkspaceProfile profile = snapshot.profile;
     profile.autoArrangeOnLaunch = state_.profile->autoArrangeOnLaunch; // settings that undo does not cover
     profile.preferredApplications = state_.profile->preferredApplications;
@@ -115,7 +112,6 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)
         follower_.migrateFromMissingTiles(); // the windows of that Space were placed with an earlier layout
-    keeper_.noteTilesMoved();
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
     refreshCycle_.refresh();
@@ -207,8 +203,8 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
                      snapshot);
     focusMode_.enter({start->displayID, start->target, start->window.id}, {std::move(snapshot), std::move(history)});
-    keeper_.noteTilesMoved();
     presenter_.writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
+    keeper_.commit({.hasMovedTiles = true, .straying = kFramesStay});
     return Outcome::done("Focus Mode — " + start->window.applicationName + " owns this display");
 }
 
@@ -218,6 +214,7 @@ bool UndoSteps::leaveFocusMode() {
     restoreUndoSnapshot(before->snapshot);
     undo_.restore(std::move(before->history));
     state_.canUndo.set(!undo_.isEmpty());
+    keeper_.commit({.hasMovedTiles = true, .straying = kFramesStay, .comparesTiles = false});
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include "workspace/Outcome.h"
 #include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
+#include "workspace/RequestBatch.h"
 #include "workspace/SessionResumption.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
@@ -42,6 +43,7 @@ class UndoSteps {
     WorkspaceUndoSnapshot captureUndoSnapshot() const;
     /// Ends drags and focus mode first, unless a snapshot from before them is given.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
+    /// The caller commits.
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
     /// The live windows in the state that restoring the snapshot will give them.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
@@ -64,6 +66,7 @@ class UndoSteps {
     Outcome enterFocusMode(const std::optional<WindowID>& windowID);
 
     const WorkspaceServices& services_;
+    RequestBatch& requests_;
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
     LiveWindows& liveWindows_;

@@ -51,8 +51,10 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
     if (!next) return access_.refuseSilently(finder_.whyNothingNext(cycle));
     const ManagedWindow window = *next;
     steps_.pushUndoSnapshot({std::string(action::CycleStack::kTraits.undoLabel), {window.applicationName}});
+    const TileAssignments before = assignments_;
     presenter_.bringBack(window);
-    keeper_.placeWindow(window.id, target, Focusing::yes);
+    keeper_.placeInTile(window.id, target, Focusing::yes);
+    keeper_.bringNextForward(before);
     // One of them may have come forward in a tile that the span gave up.
     std::erase_if(order, [&](const WindowID& id) { return assignments_.stackTargetOf(id) != target; });
     // A window displaced by a span is stacked after the windows that were stacked here before.
@@ -60,7 +62,7 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
         if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
     }
     assignments_.stackWindowIDsByTarget[target] = std::move(order);
-    keeper_.publishAssignments();
+    keeper_.commit({});
     return Outcome::done(window.applicationName + " is now active");
 }
 

@@ -48,7 +48,7 @@ class WindowPresenter {
     /// Hides windows that lost their tile: the application where none of its windows stays visible, else the window.
     void presentDisplaced(const std::vector<WindowID>& displacedWindowIDs);
     /// Requests the frames of windows that are off their tiles.
-    void reapplyTileFrames(Straying straying = Straying::noticeable);
+    void reapplyTileFrames(Straying straying);
     /// Absent when the window may be moved.
     std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }

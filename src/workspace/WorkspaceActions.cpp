@@ -16,6 +16,7 @@ Outcome unrefused(Operation operation) {
 } // namespace
 
 Outcome WorkspaceController::perform(const WorkspaceAction& action) {
+    const RequestBatch::Scope batch(parts_.requests);
     const StatusMessages::Action scope(parts_.messages);
     const ActionTraits traits = traitsOf(action);
     if (traits.needs == ActionTraits::Needs::windowAccess) {
@@ -26,7 +27,6 @@ Outcome WorkspaceController::perform(const WorkspaceAction& action) {
     if (traits.focusMode == ActionTraits::FocusMode::closes) ops_.steps.closeFocusMode();
     Outcome outcome = carryOut(action);
     if (outcome && outcome.message()) parts_.messages.show(*outcome.message());
-    parts_.services.accessibility.flush();
     return outcome;
 }
 
@@ -116,18 +116,18 @@ Outcome WorkspaceController::undoLastAction() {
     auto zoomed = parts_.focusMode.leave();
     const WorkspaceUndoSnapshot& snapshot = zoomed ? zoomed->snapshot : entry->snapshot;
     if (zoomed) parts_.undo.restore(zoomed->history);
-    (void)parts_.arranger.supersede(); // cancels the remaining steps of an arrangement
-    parts_.frames.reflow().forgetAllPushes();
     // Undoing a scene also cancels its pending placements.
     if (entry->label.action == action::ActivateScene::kTraits.undoLabel) {
         ops_.scenes.publishSceneReport(SceneReport::State::abandoned);
         parts_.awaited.scene() = {};
     }
     ops_.steps.restoreUndoSnapshot(snapshot);
-    ops_.keeper.noteTileGeometry();
-    ops_.follower.migrateChangedDisplays(); // displays may have been resized since the snapshot
+    ops_.follower.migrateFromMissingTiles(); // displays may have been resized since the snapshot
     if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
-    if (parts_.assignments.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) ops_.keeper.commit({});
+    Transaction changes{.hasMovedTiles = true, .resetsLimits = true, .endsArrangement = true};
+    const bool isAsBefore = parts_.assignments.assignedWindowIDs == snapshot.tiles.assignedWindowIDs;
+    if (isAsBefore) changes.straying = kFramesStay; // the snapshot's frames were restored
+    ops_.keeper.commit(changes);
     parts_.state.canUndo.set(!parts_.undo.isEmpty());
     return Outcome::done("Last window action undone");
 }

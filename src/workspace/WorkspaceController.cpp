@@ -54,13 +54,13 @@ void WorkspaceController::start(bool promptForPermission) {
 }
 
 void WorkspaceController::stop() {
+    const RequestBatch::Scope batch(parts_.requests);
     ops_.steps.abandonDrags();
     (void)ops_.steps.leaveFocusMode(); // also during a suspension
     if (ops_.access.isRunning()) parts_.session.save();
     for (const auto& id : parts_.liveWindows.minimized().takeAll()) {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
     }
-    parts_.services.accessibility.flush();
     parts_.session.forgetReturns();
     (void)parts_.arranger.supersede();
     parts_.awaited.dropLaunches();

@@ -11,7 +11,7 @@ WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& re
                   keeper.minimumSizeObserved(windowID, wanted, actual);
               }),
     keeper(parts, access, geometry, presenter), documents(parts), settings(parts, refreshCycle, geometry, keeper),
-    follower(parts, geometry, presenter, keeper),
+    follower(parts, geometry, presenter),
     steps(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, follower),
     displayChanges(
         parts, refreshCycle, access, geometry, presenter, keeper, follower, steps,

@@ -9,7 +9,8 @@ namespace kova {
 WorkspaceParts::WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbacks callbacks) :
     services(servicesOfAgent), windowService(std::make_shared<AccessibilityWindowService>(
                                    services.accessibility, services.applications, services.screens, services.queue)),
-    messages(services.queue, state, undo), displays(services.queue, std::move(callbacks.displaysSettled)),
+    requests(services.accessibility), messages(services.queue, state, undo),
+    displays(services.queue, std::move(callbacks.displaysSettled)),
     pointer(services.queue, std::move(callbacks.moveDivider), std::move(callbacks.pollsResumed)),
     session(services.queue, services.preferences, std::move(callbacks.describeSession)),
     arranger(services.queue, services.preferences) {}

@@ -10,6 +10,7 @@
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/PointerInteraction.h"
+#include "workspace/RequestBatch.h"
 #include "workspace/SessionRestore.h"
 #include "workspace/StatusMessages.h"
 #include "workspace/TileAssignments.h"
@@ -51,6 +52,7 @@ struct WorkspaceParts {
 
     WorkspaceServices services;
     std::shared_ptr<AccessibilityWindowService> windowService;
+    RequestBatch requests;
     WorkspaceState state;
     StatusMessages messages;
     LiveWindows liveWindows;

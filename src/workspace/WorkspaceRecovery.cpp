@@ -35,7 +35,7 @@ void WorkspaceController::beginTransitionRecovery() {
     parts_.displays.beginSettling();
     parts_.recovery.begin(parts_.services.queue.uptime());
     ops_.geometry.layouts().invalidateAll();
-    ops_.keeper.noteTilesMoved();
+    ops_.keeper.commit({.hasMovedTiles = true, .straying = kFramesStay});
 }
 
 /// True while the session is locked: then nothing is moved, minimized or forgotten.
@@ -72,9 +72,7 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
         }
         if (parts_.assignments.isInAnyTile(id)) ops_.keeper.noteHasItsPlace(id);
     }
-    if (successors.empty()) return;
-    parts_.state.assignedWindowIDs.set(parts_.assignments.assignedWindowIDs);
-    parts_.state.stackWindowIDsByTarget.set(parts_.assignments.stackWindowIDsByTarget);
+    if (!successors.empty()) ops_.keeper.commit({.straying = kFramesStay, .comparesTiles = false});
 }
 
 /// Places each returning window once. Minimized and hidden windows are placed when they are shown.

@@ -20,6 +20,7 @@ bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<Man
 void WorkspaceController::presentationResumed() {
     publishWindows();
     keepAssignmentsValid();
+    ops_.keeper.commit({.straying = kFramesStay});
     refresh();
 }
 
@@ -40,6 +41,7 @@ void WorkspaceController::applyPoll(PollResult result) {
 
 void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begun, bool isRecovering,
                                            bool justGranted) {
+    const RequestBatch::Scope batch(parts_.requests);
     const auto shownSpace = found.shownSpace;
     const auto formerSpace = parts_.liveWindows.noteShownSpace(shownSpace);
     std::vector<WindowSuccessor> tabs;
@@ -78,7 +80,6 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
     ops_.keeper.publishMinimums();
     if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
-    parts_.services.accessibility.flush();
     if (tookUpSession) {
         parts_.arranger.skipStartupArrangement(); // the restored session needs no arrangement
     } else {
@@ -99,9 +100,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     }
     ops_.keeper.noteSizesSeen();
     ops_.keeper.giveBackSpans();
-    if (!isRecovering) ops_.keeper.claimRoomWhereNeeded();
-    ops_.keeper.noteTileGeometry();
-    ops_.presenter.reapplyTileFrames();
+    ops_.keeper.commit({.claimant = isRecovering ? std::nullopt : std::optional<WindowID>("")});
     giveOwedFrames();
     ops_.applications.processPendingApplicationPlacements();
     ops_.scenes.processPendingScenePlacements();
@@ -121,6 +120,7 @@ void WorkspaceController::followShownSpace() {
         return;
     }
     ops_.follower.migrateChangedDisplays(); // a display may have another layout since
+    ops_.keeper.commit({.straying = kFramesStay});
 }
 
 /// Windows in a tile were placed already.
@@ -140,7 +140,6 @@ void WorkspaceController::keepAssignmentsValid() {
     parts_.displays.keepOnly(kept);
     parts_.tileMemory.keepOnly(kept);
     if (before != parts_.assignments) ops_.keeper.bringNextForward(before);
-    ops_.keeper.publishAssignments();
 }
 
 void WorkspaceController::applyDenied() {
@@ -153,7 +152,7 @@ void WorkspaceController::applyDenied() {
     parts_.assignments.assignedWindowIDs.clear();
     parts_.assignments.anchorsByWindowID.clear();
     parts_.tileMemory.spaces() = {};
-    ops_.keeper.publishAssignments();
+    ops_.keeper.commit({.straying = kFramesStay});
 }
 
 /// Absent without the permission, and while the focused window is not managed.
