@@ -195,8 +195,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
         focusMode_.forgetApplication(key);
         for (const auto& window : liveWindows_) {
             if (applicationKey(window.applicationName, window.bundleIdentifier) != key) continue;
-            frames_.sizes().forget(window.id);
-            frames_.forgetRefusal(window.id);
+            frames_.forget(window.id);
         }
         forgotten.names.push_back(shownName);
     }

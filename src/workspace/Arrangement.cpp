@@ -34,8 +34,9 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
-    focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames), arranger_(parts.arranger),
-    access_(access), geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps) {}
+    focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames),
+    arranger_(parts.arranger), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
+    keeper_(keeper), steps_(steps) {}
 
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
@@ -77,7 +78,7 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
                                                               const TileAssignments& assignments) const {
     const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
     if (window.isFullScreen || presenter_.isOffScreen(window) || isExcludedByRules(window) ||
-        displays_.isAwaited(window.id) || state_.floatingWindowIDs->contains(window.id)) {
+        displays_.isAwaited(window.id) || floating_.contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;
@@ -148,7 +149,7 @@ void Arrangement::arrangeWindows() {
     displays_.noteArrangement(assignments_);
     arranger_.notePlan(planArrangement());
     const ArrangementPlan& plan = arranger_.lastPlan();
-    frames_.sizes().beginArrangement();
+    frames_.beginArrangement();
     keeper_.publishMinimums();
     carryOutArrangement(plan);
     keeper_.commit({.resetsLimits = true, .endsArrangement = true, .straying = kFramesStay});

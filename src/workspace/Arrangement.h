@@ -6,6 +6,7 @@
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/Arranger.h"
 #include "workspace/DisplayMemory.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
@@ -73,6 +74,7 @@ class Arrangement {
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
     FocusMode& focusMode_;
+    const FloatingWindows& floating_;
     PointerInteraction& pointer_;
     FrameKeeper& frames_;
     Arranger& arranger_;

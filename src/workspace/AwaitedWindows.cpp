@@ -2,6 +2,7 @@
 
 #include "layout/TileTarget.h"
 #include "workspace/Renaming.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 
@@ -47,6 +48,68 @@ void AwaitedWindows::dropLaunch(const TileTarget& tile) {
 void AwaitedWindows::dropLaunches() {
     launches_.clear();
     publish();
+}
+
+void AwaitedWindows::beginScene(std::uint64_t undoNumber) {
+    abandonScene();
+    scene_.undoNumber = undoNumber;
+}
+
+/// The report of a scene that is not waiting was published with its end.
+void AwaitedWindows::abandonScene() {
+    if (!scene_.pending.empty()) {
+        scene_.report.state = SceneReport::State::abandoned;
+        report_.set(scene_.report);
+    }
+    scene_ = {};
+}
+
+void AwaitedWindows::noteWithoutTile(const WorkspaceWindowReference& window) {
+    scene_.report.withoutTile.push_back(nameOf(window));
+}
+
+void AwaitedWindows::noteAdopted(const ManagedWindow& window) {
+    scene_.report.adopted.push_back(nameOf(window));
+}
+
+void AwaitedWindows::awaitForScene(PendingSceneWindowPlacement placement) {
+    scene_.pending.push_back(std::move(placement));
+}
+
+bool AwaitedWindows::noteSceneLaunch(const BundleID& bundleID, const std::string& name, Seconds now) {
+    if (!scene_.launchedBundleIDs.insert(bundleID).second) return false;
+    scene_.report.launched.push_back(name);
+    expected_.expect(bundleID, now);
+    return true;
+}
+
+void AwaitedWindows::noteRestored(const std::vector<RestoredPlacement>& placements) {
+    for (const auto& placement : placements) scene_.stackIndexByID[placement.windowID] = placement.stackIndex;
+}
+
+AwaitedWindows::TakenForScene AwaitedWindows::takeForScene(Seconds now, const FindForScene& find) {
+    auto pending = std::exchange(scene_.pending, {});
+    std::ranges::stable_sort(pending, {}, &PendingSceneWindowPlacement::stackIndex);
+    TakenForScene taken;
+    for (auto& placement : pending) {
+        if (placement.expiresAt <= now) {
+            ++taken.expired;
+            scene_.report.missing.push_back(nameOf(placement.window));
+        } else if (const auto found = find(placement)) {
+            scene_.report.placed.push_back(nameOf(*found->window));
+            taken.found.push_back({found->window->id, found->targets, placement.stackIndex,
+                                   frontsItsTile(placement.stackIndex, placement.isActive)});
+        } else {
+            scene_.pending.push_back(std::move(placement));
+        }
+    }
+    return taken;
+}
+
+void AwaitedWindows::publishReport() {
+    using enum SceneReport::State;
+    scene_.report.state = scene_.pending.empty() ? finished : waiting;
+    report_.set(scene_.report);
 }
 
 void AwaitedWindows::noteMovedByUser(const WindowID& windowID) {

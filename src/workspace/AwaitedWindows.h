@@ -1,5 +1,7 @@
 // Windows that are awaited: of applications launched into a tile, of an opened scene, and of other launched
-// applications. Each kind has a timeout of its own, which stands still during a suspension.
+// applications. Each kind has a timeout of its own, which stands still during a suspension. Always true: a tile waits
+// for at most one launch; launches are published; a scene launches an application at most once, and does not move a
+// window that the user has moved since.
 #pragma once
 
 #include "layout/TileTarget.h"
@@ -9,8 +11,13 @@
 #include "workspace/PollContext.h"
 #include "workspace/SceneRestoration.h"
 
+#include <cstdint>
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace kova {
 
@@ -20,7 +27,9 @@ class AwaitedWindows {
 
     using PublishedLaunches = Published<std::map<TileTarget, LaunchableApplication>>;
 
-    explicit AwaitedWindows(PublishedLaunches& published) : published_(published) {}
+    using PublishedReport = Published<std::optional<SceneReport>>;
+
+    AwaitedWindows(PublishedLaunches& launches, PublishedReport& report) : published_(launches), report_(report) {}
 
     // Launches into tiles
     const Launches& launches() const { return launches_; }
@@ -39,8 +48,34 @@ class AwaitedWindows {
     }
 
     // A scene
-    SceneRestoration& scene() { return scene_; }
     const SceneRestoration& scene() const { return scene_; }
+    /// Abandons the former scene. `undoNumber` is that of the new one's entry in the undo history.
+    void beginScene(std::uint64_t undoNumber);
+    void abandonScene();
+    /// A placement whose tile the layout in force does not have.
+    void noteWithoutTile(const WorkspaceWindowReference& window);
+    /// A window that was there already.
+    void noteAdopted(const ManagedWindow& window);
+    void awaitForScene(PendingSceneWindowPlacement placement);
+    /// False if the scene has launched the application already. `now` is an uptime.
+    [[nodiscard]] bool noteSceneLaunch(const BundleID& bundleID, const std::string& name, Seconds now);
+    /// Records the stack positions of restored windows.
+    void noteRestored(const std::vector<RestoredPlacement>& placements);
+    struct FoundForScene {
+        const ManagedWindow* window; // not null
+        std::vector<TileTarget> targets;
+    };
+    using FindForScene = std::function<std::optional<FoundForScene>(const PendingSceneWindowPlacement&)>;
+    struct TakenForScene {
+        std::vector<RestoredPlacement> found; // by place in the stack
+        std::size_t expired = 0;
+    };
+    /// Takes the placements whose window was found and those that have expired by `now` (uptime).
+    [[nodiscard]] TakenForScene takeForScene(Seconds now, const FindForScene& find);
+    /// Publishes the report: finished if nothing is pending, else waiting.
+    void publishReport();
+    /// Forgets the scene and returns its number in the undo history.
+    std::uint64_t endScene() { return std::exchange(scene_, {}).undoNumber; }
     /// The user has put the window somewhere: the scene does not move it any more.
     void noteMovedByUser(const WindowID& windowID);
 
@@ -59,6 +94,7 @@ class AwaitedWindows {
     void publish() { published_.set(applicationsOf(launches_)); }
 
     PublishedLaunches& published_;
+    PublishedReport& report_;
     Launches launches_;
     SceneRestoration scene_;
     ExpectedApplications expected_;

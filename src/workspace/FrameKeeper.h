@@ -44,10 +44,35 @@ class FrameKeeper {
     /// The refused request and the window's frame, after `kAttempts` requests; null otherwise.
     const Refusal* refusal(const WindowID& windowID) const;
 
-    WindowSizes& sizes() { return sizes_; }
+    // Minimum sizes; documented at `WindowSizes`. Times are uptimes.
     const WindowSizes& sizes() const { return sizes_; }
-    ReflowPolicy& reflow() { return reflow_; }
+    void beginArrangement() { sizes_.beginArrangement(); }
+    void notePointer(Seconds now) { sizes_.notePointer(now); }
+    [[nodiscard]] WindowSizes::Refusal noteRefusedSize(const ManagedWindow& window, CGSize wanted, CGSize actual,
+                                                       Seconds now) {
+        return sizes_.noteRefusal(window, wanted, actual, now);
+    }
+    [[nodiscard]] bool applyMinimum(const WindowID& windowID) { return sizes_.applyChange(windowID); }
+    [[nodiscard]] WindowSizes::Disproof noteSeen(const ManagedWindow& window, CGSize size,
+                                                 const std::optional<CGSize>& ofApplication) {
+        return sizes_.noteSeen(window, size, ofApplication);
+    }
+    void beginRetry(const WindowID& windowID) { sizes_.beginRetry(windowID); }
+    void endRetry(const WindowID& windowID) { sizes_.endRetry(windowID); }
+    void restoreMinimum(const WindowID& windowID, CGSize size) { sizes_.restore(windowID, size); }
+    /// Forgets its observed minimum size and its refusal.
+    void forget(const WindowID& windowID) {
+        sizes_.forget(windowID);
+        forgetRefusal(windowID);
+    }
+
+    // How often displays are laid out anew; documented at `ReflowPolicy`.
     const ReflowPolicy& reflow() const { return reflow_; }
+    void resetLimits() { reflow_.forgetAllPushes(); }
+    void noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds now) {
+        reflow_.noteReflow(displayID, windowID, now);
+    }
+    void noteSpanGivenBack(const WindowID& windowID) { reflow_.noteSpanGivenBack(windowID); }
 
     /// Windows that span several tiles and need less room than at the last call. `anchors` by the id of the window.
     std::vector<WindowID> takeShrunken(const std::map<WindowID, TileTarget>& anchors,

@@ -13,7 +13,7 @@ bool sameTitles(const std::vector<ManagedWindow>& a, const std::vector<ManagedWi
 
 } // namespace
 
-ManagedWindow* LiveWindows::find(const WindowID& windowID) {
+ManagedWindow* LiveWindows::entry(const WindowID& windowID) {
     const auto found = indexByID_.find(windowID);
     return found == indexByID_.end() ? nullptr : &windows_[found->second];
 }
@@ -45,7 +45,7 @@ void LiveWindows::set(std::vector<ManagedWindow> windows) {
 }
 
 bool LiveWindows::request(const WindowID& windowID, WindowPresentation presentation, Seconds now) {
-    ManagedWindow* window = find(windowID);
+    ManagedWindow* window = entry(windowID);
     if (window) requests_.request(*window, presentation, now);
     return window != nullptr;
 }
@@ -61,6 +61,18 @@ void LiveWindows::requestShown(pid_t process, Seconds now) {
         if (window.processIdentifier != process || window.isMinimized || window.isElsewhere) continue;
         requests_.request(window, WindowPresentation::shown, now);
     }
+}
+
+void LiveWindows::requestMaximized(const WindowID& windowID, bool maximized, Seconds now) {
+    if (ManagedWindow* window = entry(windowID)) requests_.requestMaximized(*window, maximized, now);
+}
+
+void LiveWindows::noteFrame(const WindowID& windowID, const CGRect& frame) {
+    if (ManagedWindow* window = entry(windowID)) window->frame = frame;
+}
+
+void LiveWindows::noteNotMinimized(const WindowID& windowID) {
+    if (ManagedWindow* window = entry(windowID)) window->isMinimized = false;
 }
 
 void LiveWindows::rename(const WindowID& windowID, const WindowID& newID) {

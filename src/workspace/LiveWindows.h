@@ -1,5 +1,6 @@
-// The windows of the last enumeration, with the states that were requested since: a window counts as shown, hidden or
-// minimized at once, before a poll confirms it. Always true: ids are unique; the list has no dialogs.
+// The windows of the last enumeration, with the states and frames that were requested since: a window counts as shown,
+// hidden, minimized or moved at once, before a poll confirms it. Always true: ids are unique; the list has no dialogs;
+// only this object changes a window of the list.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -25,12 +26,9 @@ class LiveWindows {
     static constexpr Seconds kSpaceChangeTime{2};
 
     const std::vector<ManagedWindow>& all() const { return windows_; }
-    auto begin() { return windows_.begin(); }
-    auto end() { return windows_.end(); }
     auto begin() const { return windows_.begin(); }
     auto end() const { return windows_.end(); }
     /// Null when there is none with the id. Valid until the next enumeration.
-    ManagedWindow* find(const WindowID& windowID);
     const ManagedWindow* find(const WindowID& windowID) const;
 
     /// Takes the windows of a poll that began at `begun` (uptime): removes dialogs, and applies requests that it cannot
@@ -61,19 +59,23 @@ class LiveWindows {
     void requestHidden(pid_t process, Seconds now);
     /// All windows of the process on this Space that are not minimized.
     void requestShown(pid_t process, Seconds now);
-    void requestMaximized(ManagedWindow& window, bool maximized, Seconds now) {
-        requests_.requestMaximized(window, maximized, now);
-    }
+    void requestMaximized(const WindowID& windowID, bool maximized, Seconds now);
+    /// The frame requested or just read, in window-service space.
+    void noteFrame(const WindowID& windowID, const CGRect& frame);
+    void noteNotMinimized(const WindowID& windowID);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
     bool isComingBack(const WindowID& windowID) const { return requests_.isComingBack(windowID); }
 
     /// Windows that this agent has minimized.
     MinimizedWindows& minimized() { return minimized_; }
     const MinimizedWindows& minimized() const { return minimized_; }
-    FocusOrder& focusOrder() { return focusOrder_; }
+    void noteFocus(const WindowID& windowID) { focusOrder_.note(windowID); }
     const FocusOrder& focusOrder() const { return focusOrder_; }
 
-    void onPoll(const PollContext& poll) { minimized_.follow(poll.windows, poll.now); }
+    void onPoll(const PollContext& poll) {
+        minimized_.follow(poll.windows, poll.now);
+        focusOrder_.keepOnly(poll.isLive);
+    }
     /// Whether a timeout or a confirmation is pending, so that polls must go on.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
     /// The list itself has the new id already.
@@ -82,6 +84,7 @@ class LiveWindows {
 
   private:
     void set(std::vector<ManagedWindow> windows);
+    ManagedWindow* entry(const WindowID& windowID);
 
     std::vector<ManagedWindow> windows_;
     std::unordered_map<WindowID, std::size_t> indexByID_;

@@ -15,8 +15,8 @@ PlacementReport::PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access,
     services_(parts.services),
     sharedService_(parts.windowService), windowService_(*parts.windowService), state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), displays_(parts.displays),
-    pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited), access_(access), geometry_(geometry),
-    presenter_(presenter), arrangement_(arrangement) {}
+    floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited), access_(access),
+    geometry_(geometry), presenter_(presenter), arrangement_(arrangement) {}
 
 /// All reasons at once; `explain` prints them.
 std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window) const {
@@ -39,7 +39,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.isPlacementPending = windowService_.pendingFrame(window.id).has_value();
     situation.isOffScreen = presenter_.isOffScreen(window);
     situation.manager = arrangement_.whyWindowsStay();
-    situation.isFloating = state_.floatingWindowIDs->contains(window.id);
+    situation.isFloating = floating_.contains(window.id);
     if (arrangement_.isExcludedByRules(window)) {
         const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];
         situation.rule = "“" + rule.name + "” says " + kova::describe(rule.disposition);

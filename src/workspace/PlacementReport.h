@@ -6,6 +6,7 @@
 #include "workspace/Arrangement.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayMemory.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
@@ -54,6 +55,7 @@ class PlacementReport {
     LiveWindows& liveWindows_;
     TileAssignments& assignments_;
     DisplayMemory& displays_;
+    const FloatingWindows& floating_;
     PointerInteraction& pointer_;
     FrameKeeper& frames_;
     AwaitedWindows& awaited_;

@@ -87,18 +87,18 @@ void PointerActions::writeInteractiveFrames(const DisplayID& id) {
     const Screen* screen = geometry_.screenOf(id);
     if (!screen) return;
     const auto frames = geometry_.framesOfTiledWindows(*screen);
-    for (ManagedWindow& window : liveWindows_) {
+    for (const ManagedWindow& window : liveWindows_) {
         const auto frame = frames.find(window.id);
         if (frame == frames.end() || presenter_.isLeftAlone(window)) continue;
         if (!pointer_.noteDividerFrame(window.id, frame->second)) continue;
         windowService_.setFrameInteractive(window, frame->second);
-        window.frame = frame->second;
+        liveWindows_.noteFrame(window.id, frame->second);
     }
 }
 
 void PointerActions::endDividerDrag(const DisplayLayoutDivider& target) {
     if (!pointer_.isDragging(target)) return;
-    frames_.sizes().notePointer(services_.queue.uptime());
+    frames_.notePointer(services_.queue.uptime());
     applyDividerDrag();
     auto ended = pointer_.endDividerDrag();
     const ActiveDividerDrag& drag = ended->drag;
@@ -172,19 +172,19 @@ void PointerActions::verifyFrames(const DisplayID& id, const std::map<WindowID, 
 }
 
 void PointerActions::pressWindow(const WindowID& windowID) {
-    frames_.sizes().notePointer(services_.queue.uptime());
+    frames_.notePointer(services_.queue.uptime());
     pointer_.press(windowID, finder_.currentFrame(windowID));
     windowService_.cancelPlacement(windowID);
 }
 
 void PointerActions::releaseWindow() {
     const auto held = pointer_.release();
-    frames_.sizes().notePointer(services_.queue.uptime());
-    ManagedWindow* window = held ? liveWindows_.find(held->windowID) : nullptr;
+    frames_.notePointer(services_.queue.uptime());
+    const ManagedWindow* window = held ? liveWindows_.find(held->windowID) : nullptr;
     if (!window || !access_.mayMoveWindows()) return;
     const auto now = windowService_.readFrame(window->element);
     if (!now) return;
-    window->frame = *now;
+    liveWindows_.noteFrame(held->windowID, *now);
     // A drop clears earlier refusals.
     if (!held->frame || !nearlyEqual(*held->frame, *now, kRoundingPoints)) frames_.forgetRefusal(held->windowID);
     if (pointer_.isPausingPolls()) return; // the end of the pause places all windows
@@ -221,12 +221,12 @@ void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind,
     auto drag = pointer_.endWindowDrag();
     if (!drag) return;
     const WindowID windowID = drag->windowID;
-    frames_.sizes().notePointer(services_.queue.uptime());
+    frames_.notePointer(services_.queue.uptime());
     state_.dropTarget.set(std::nullopt);
-    ManagedWindow* window = liveWindows_.find(windowID);
+    const ManagedWindow* window = liveWindows_.find(windowID);
     if (window) {
         const auto before = drag->before.windowFrames.find(windowID);
-        if (const auto now = windowService_.readFrame(window->element)) window->frame = *now;
+        if (const auto now = windowService_.readFrame(window->element)) liveWindows_.noteFrame(windowID, *now);
         const bool hadFrame = before != drag->before.windowFrames.end();
         if (kind == action::WindowDragKind::move) {
             dropWindow(ManagedWindow(*window), pointer, mode, std::move(drag->before));
@@ -241,7 +241,7 @@ void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind,
 
 void PointerActions::cancelWindowDrag() {
     if (!pointer_.isOnWindow()) return;
-    frames_.sizes().notePointer(services_.queue.uptime());
+    frames_.notePointer(services_.queue.uptime());
     steps_.abandonDrags();
 }
 

@@ -24,7 +24,7 @@ bool hasState(const ManagedWindow& window, bool maximized) {
 }
 
 template <class Requests>
-void renameIn(Requests& requests, const WindowID& windowID, const WindowID& newID) {
+void renameRequest(Requests& requests, const WindowID& windowID, const WindowID& newID) {
     if (auto request = requests.extract(windowID)) {
         request.key() = newID;
         requests.insert(std::move(request));
@@ -72,8 +72,8 @@ bool PresentationRequests::isComingBack(const WindowID& windowID) const {
 }
 
 void PresentationRequests::rename(const WindowID& windowID, const WindowID& newID) {
-    renameIn(presentations_, windowID, newID);
-    renameIn(maximizations_, windowID, newID);
+    renameRequest(presentations_, windowID, newID);
+    renameRequest(maximizations_, windowID, newID);
 }
 
 void PresentationRequests::clear() {

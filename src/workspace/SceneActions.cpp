@@ -44,9 +44,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
         if (named.insert(name).second) applications.push_back(name);
     }
     steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
-    publishSceneReport(SceneReport::State::abandoned);
-    awaited_.scene() = {};
-    awaited_.scene().undoNumber = messages_.addedByAction();
+    awaited_.beginScene(messages_.addedByAction());
     session_.dropKept(); // restoring the session with the first poll would displace the scene's windows
     arranger_.skipStartupArrangement();
     applyLook(scene);
@@ -58,7 +56,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
     documents_.saveWorkspaceDocument();
-    publishSceneReport(pendingCount == 0 ? SceneReport::State::finished : SceneReport::State::waiting);
+    awaited_.publishReport();
     if (pendingCount == 0) return Outcome::done("Scene " + quotedName(scene.name) + " restored");
     return Outcome::done("Restoring Scene " + quotedName(scene.name) + " — waiting for " +
                          std::to_string(pendingCount) + " app window" + (pendingCount == 1 ? "" : "s"));
@@ -99,23 +97,22 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
         const Screen& screen = screens[isConnected ? static_cast<std::size_t>(placement.displayOrdinal) : 0];
         const auto targets = geometry_.targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
         if (targets.empty()) {
-            awaited_.scene().report.withoutTile.push_back(nameOf(placement.window));
+            awaited_.noteWithoutTile(placement.window);
             continue;
         }
         if (const ManagedWindow* window = matcher.take(placement.window)) {
-            awaited_.scene().report.adopted.push_back(nameOf(*window));
+            awaited_.noteAdopted(*window);
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
             continue;
         }
-        awaited_.scene().pending.push_back(
-            {.window = placement.window,
-             .displayID = displayID(screen),
-             .slotID = placement.slotID,
-             .stackIndex = placement.stackIndex,
-             .claimedSlotIDs = placement.claimedSlotIDs,
-             .isActive = placement.isActive,
-             .expiresAt = services_.queue.uptime() + PendingSceneWindowPlacement::kLifetime});
+        awaited_.awaitForScene({.window = placement.window,
+                                .displayID = displayID(screen),
+                                .slotID = placement.slotID,
+                                .stackIndex = placement.stackIndex,
+                                .claimedSlotIDs = placement.claimedSlotIDs,
+                                .isActive = placement.isActive,
+                                .expiresAt = services_.queue.uptime() + PendingSceneWindowPlacement::kLifetime});
         if (placement.window.bundleIdentifier) toLaunch.push_back(*placement.window.bundleIdentifier);
     }
     carryOutRestored(restored, {.hasMovedTiles = true,
@@ -146,9 +143,7 @@ void SceneActions::launchForScene(const std::vector<BundleID>& bundleIDs) {
         // Its window is expected without another launch.
         if (running.contains(bundleID) || awaited_.expected().isExpected(bundleID, now, hasFailed)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
-        if (!application || !awaited_.scene().launchedBundleIDs.insert(bundleID).second) continue;
-        awaited_.scene().report.launched.push_back(application->name);
-        awaited_.expected().expect(bundleID, now);
+        if (!application || !awaited_.noteSceneLaunch(bundleID, application->name, now)) continue;
         services_.applications.launch(*application, LaunchActivation::inBackground,
                                       lifetime_.guard([this, application = *application](const LaunchResult& result) {
                                           launchedForScene(application, result);
@@ -166,7 +161,7 @@ void SceneActions::launchedForScene(const LaunchableApplication& application, co
 void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements, const Transaction& changes) {
     std::set<WindowID> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
-    for (const auto& placement : placements) awaited_.scene().stackIndexByID[placement.windowID] = placement.stackIndex;
+    awaited_.noteRestored(placements);
     assignments_ = withRestored(std::move(assignments_), placements, awaited_.scene().stackIndexByID);
     std::set<WindowID> fronts;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) fronts.insert(windowID);
@@ -202,49 +197,25 @@ void SceneActions::processPendingScenePlacements() {
     const auto here = finder_.windowsHere();
     WindowMatcher matcher(here, used);
 
-    auto pending = std::move(awaited_.scene().pending);
-    awaited_.scene().pending.clear();
-    std::stable_sort(pending.begin(), pending.end(),
-                     [](const auto& a, const auto& b) { return a.stackIndex < b.stackIndex; });
-    std::size_t unavailable = 0;
-    std::vector<RestoredPlacement> restored;
-    for (auto& placement : pending) {
-        if (placement.expiresAt <= services_.queue.uptime()) {
-            ++unavailable;
-            awaited_.scene().report.missing.push_back(nameOf(placement.window));
-            continue;
-        }
+    using Found = AwaitedWindows::FoundForScene;
+    const auto find = [&](const PendingSceneWindowPlacement& placement) -> std::optional<Found> {
         const Screen* screen = geometry_.screenOf(placement.displayID);
-        const auto targets = screen ? geometry_.targetsFor(*screen, placement.slotID, placement.claimedSlotIDs)
-                                    : std::vector<TileTarget>{};
+        if (!screen) return std::nullopt;
+        auto targets = geometry_.targetsFor(*screen, placement.slotID, placement.claimedSlotIDs);
         const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
-        if (window) {
-            awaited_.scene().report.placed.push_back(nameOf(*window));
-            restored.push_back(
-                {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
-        } else {
-            awaited_.scene().pending.push_back(std::move(placement));
-        }
-    }
-    if (!restored.empty()) {
+        return window ? std::optional(Found{window, std::move(targets)}) : std::nullopt;
+    };
+    const auto taken = awaited_.takeForScene(services_.queue.uptime(), find);
+    if (!taken.found.empty()) {
         steps_.changeLater(
-            [&] { carryOutRestored(restored, {.claimant = "", .straying = FrameKeeper::Straying::any}); });
+            [&] { carryOutRestored(taken.found, {.claimant = "", .straying = FrameKeeper::Straying::any}); });
     }
-    if (awaited_.scene().pending.empty()) return endRestoration(unavailable);
-    publishSceneReport(SceneReport::State::waiting);
-}
-
-/// Later reports of a finished opening are ignored.
-void SceneActions::publishSceneReport(SceneReport::State state) {
-    SceneReport& report = awaited_.scene().report;
-    if (state == SceneReport::State::abandoned && awaited_.scene().pending.empty()) return;
-    report.state = state;
-    state_.sceneReport.set(report);
+    awaited_.publishReport();
+    if (awaited_.scene().pending.empty()) endRestoration(taken.expired);
 }
 
 void SceneActions::endRestoration(std::size_t unavailable) {
-    publishSceneReport(SceneReport::State::finished);
-    const std::uint64_t undoNumber = std::exchange(awaited_.scene(), {}).undoNumber;
+    const std::uint64_t undoNumber = awaited_.endScene();
     if (unavailable == 0) return messages_.showResult("Scene fully restored", undoNumber);
     messages_.showResult("Scene restored — " + std::to_string(unavailable) + " app window" +
                              (unavailable == 1 ? " was" : "s were") + " unavailable",

@@ -45,7 +45,6 @@ class SceneActions {
 
     Outcome activateScene(const Uuid& id);
     void processPendingScenePlacements();
-    void publishSceneReport(SceneReport::State state);
     Outcome captureScene(const std::optional<std::string>& name);
     /// Absent if there is no such scene; empty if opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;

@@ -27,9 +27,9 @@ SessionTaker::SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const 
                            DisplayChanges& displayChanges) :
     services_(parts.services),
     state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments),
-    tileMemory_(parts.tileMemory), displays_(parts.displays), focusMode_(parts.focusMode), frames_(parts.frames),
-    recovery_(parts.recovery), session_(parts.session), geometry_(geometry), finder_(finder), presenter_(presenter),
-    keeper_(keeper), follower_(follower), steps_(steps), displayChanges_(displayChanges) {}
+    tileMemory_(parts.tileMemory), displays_(parts.displays), focusMode_(parts.focusMode), floating_(parts.floating),
+    frames_(parts.frames), recovery_(parts.recovery), session_(parts.session), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), follower_(follower), steps_(steps), displayChanges_(displayChanges) {}
 
 /// Absent while no windows are known, so that the stored session is kept.
 std::optional<WorkspaceSession> SessionTaker::describeSession() {
@@ -46,7 +46,7 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     for (const auto& window : liveWindows_) {
         const bool isHandled = tileMemory_.isHandledByRules(window.id);
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
-        const bool isFloating = state_.floatingWindowIDs->contains(window.id);
+        const bool isFloating = floating_.contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
         const bool isSurplus = liveWindows_.minimized().contains(window.id) && !assignments_.isInAnyTile(window.id);
         const bool hasPlace = assignments_.isInAnyTile(window.id) ||
@@ -134,7 +134,7 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
     for (const auto& window : session.windows) {
         const auto now = resumed.idNow.find(window.id);
         if (now == resumed.idNow.end()) continue;
-        if (window.observedMinimumSize) frames_.sizes().restore(now->second, *window.observedMinimumSize);
+        if (window.observedMinimumSize) frames_.restoreMinimum(now->second, *window.observedMinimumSize);
         if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
             keeper_.noteHasItsPlace(now->second);
         }
@@ -144,7 +144,7 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
     for (const auto& id : session.floatingWindowIDs) {
         if (const auto now = resumed.idNow.find(id); now != resumed.idNow.end()) floating.insert(now->second);
     }
-    state_.floatingWindowIDs.set(std::move(floating));
+    floating_.restore(std::move(floating));
 }
 
 /// Handles displays that were connected or disconnected since the session was stored. Returns those that were

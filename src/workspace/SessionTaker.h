@@ -3,6 +3,7 @@
 
 #include "workspace/DisplayChanges.h"
 #include "workspace/DisplayMemory.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LayoutFollower.h"
@@ -55,6 +56,7 @@ class SessionTaker {
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
     FocusMode& focusMode_;
+    FloatingWindows& floating_;
     FrameKeeper& frames_;
     TransitionRecovery& recovery_;
     SessionRestore& session_;

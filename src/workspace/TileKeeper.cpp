@@ -29,8 +29,9 @@ TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeome
     services_(parts.services),
     requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
-    displays_(parts.displays), focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames),
-    awaited_(parts.awaited), arranger_(parts.arranger), access_(access), geometry_(geometry), presenter_(presenter) {}
+    displays_(parts.displays), focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer),
+    frames_(parts.frames), awaited_(parts.awaited), arranger_(parts.arranger), access_(access), geometry_(geometry),
+    presenter_(presenter) {}
 
 void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     displays_.forget(windowID);
@@ -94,7 +95,7 @@ void TileKeeper::raiseRevision() {
 
 void TileKeeper::commit(const Transaction& changes) {
     const RequestBatch::Scope batch(requests_);
-    if (changes.resetsLimits) frames_.reflow().forgetAllPushes();
+    if (changes.resetsLimits) frames_.resetLimits();
     if (changes.endsArrangement) (void)arranger_.supersede();
     if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
     if (changes.before) bringNextForward(*changes.before);
@@ -165,11 +166,11 @@ bool TileKeeper::placeWindow(const WindowID& windowID, const TileTarget& target,
 
 /// A window that did not shrink shows its minimum size in the directions in which it stayed larger than requested.
 void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
-    frames_.sizes().endRetry(windowID);
-    ManagedWindow* window = liveWindows_.find(windowID);
+    frames_.endRetry(windowID);
+    const ManagedWindow* window = liveWindows_.find(windowID);
     if (!window || window->isFullScreen || window->isMaximized) return;
-    window->frame = actual; // until now the requested one
-    switch (frames_.sizes().noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
+    liveWindows_.noteFrame(windowID, actual); // until now the requested one
+    switch (frames_.noteRefusedSize(*window, wanted.size, actual.size, services_.queue.uptime())) {
     case WindowSizes::Refusal::unreliable:
         return;
     case WindowSizes::Refusal::known:
@@ -192,8 +193,8 @@ void TileKeeper::reflow(const WindowID& windowID) {
         services_.queue.after(*due - now, lifetime_.guard([this, windowID] { reflow(windowID); }));
         return;
     }
-    frames_.reflow().noteReflow(displayID(*screen), windowID, now);
-    if (frames_.sizes().applyChange(windowID)) rememberMinimum(*window, geometry_.minimumSizeOf(*window));
+    frames_.noteReflow(displayID(*screen), windowID, now);
+    if (frames_.applyMinimum(windowID)) rememberMinimum(*window, geometry_.minimumSizeOf(*window));
     publishMinimums();
     makeRoomFor(ManagedWindow(*window));
 }
@@ -293,8 +294,7 @@ void TileKeeper::noteSizesSeen() {
         const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
                               !window.isFullScreen && !windowService_.pendingFrame(window.id);
         if (!isAtRest) continue;
-        const auto disproof =
-            frames_.sizes().noteSeen(window, window.frame->size, geometry_.minimumOfApplication(window));
+        const auto disproof = frames_.noteSeen(window, window.frame->size, geometry_.minimumOfApplication(window));
         if (disproof.ofApplication) rememberMinimum(window, std::nullopt);
     }
     publishMinimums();
@@ -321,7 +321,7 @@ void TileKeeper::retryMinimum(const WindowID& windowID) {
     if (needed.width > tile.width) asked.size.width = std::max(announced.width, tile.width);
     if (needed.height > tile.height) asked.size.height = std::max(announced.height, tile.height);
     if (nearlyEqual(asked, *frame, kFrameTolerancePoints)) return; // it has the room that it needs anyway
-    frames_.sizes().beginRetry(windowID);
+    frames_.beginRetry(windowID);
     presenter_.writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
 }
 
@@ -347,7 +347,7 @@ void TileKeeper::giveBackSpans() {
             return std::find(own.begin(), own.end(), target) != own.end();
         });
         if (!isPart) continue; // the new tiles are not part of the span
-        frames_.reflow().noteSpanGivenBack(window.id);
+        frames_.noteSpanGivenBack(window.id);
         (void)assignments_.assign(window.id, kept);
     }
     if (!modest.empty()) bringNextForward(assignmentsBefore);
@@ -385,7 +385,6 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
 /// Windows with a tile, and those of a process that has ended, are not floating any more. A window that is not listed,
 /// for example after a sleep, may return.
 void TileKeeper::keepFloatingValid() {
-    auto floating = *state_.floatingWindowIDs;
     const auto hasEnded = [&](const WindowID& id) {
         pid_t process = 0;
         std::from_chars(id.text().data(), id.text().data() + id.text().size(),
@@ -393,7 +392,7 @@ void TileKeeper::keepFloatingValid() {
         return !liveWindows_.find(id) && !services_.applications.runningApplication(process);
     };
     const auto ended = [&](const WindowID& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
-    if (std::erase_if(floating, ended) > 0) state_.floatingWindowIDs.set(std::move(floating));
+    floating_.dropIf(ended);
 }
 
 } // namespace kova

@@ -7,6 +7,7 @@
 #include "workspace/Arranger.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayMemory.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
@@ -97,6 +98,7 @@ class TileKeeper {
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
     FocusMode& focusMode_;
+    FloatingWindows& floating_;
     PointerInteraction& pointer_;
     FrameKeeper& frames_;
     AwaitedWindows& awaited_;

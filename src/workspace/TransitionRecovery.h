@@ -1,4 +1,6 @@
-// The ten seconds after sleep, lock or a session switch in which returning windows are put into their tiles, once each.
+// The ten seconds after sleep, lock or a session switch in which returning windows are put into their tiles. Always
+// true: a window is placed at most once per recovery; a window that was listed again is not awaited any more, and only
+// windows that were not known before the transition can take the place of a missing one.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -47,15 +49,16 @@ class TransitionRecovery {
     void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
     bool hasOtherScreens(const std::vector<Screen>& now) const { return now != screensBefore_; }
     UnseenTime& unseenTime() { return unseenTime_; }
+    /// A poll has found the login session locked, which no event may have announced.
+    void noteLocked(bool isLocked) { isLocked_ = isLocked; }
+    bool isLocked() const { return isLocked_; }
 
     /// Whether a timeout or the unlock of the session is pending, so that polls must go on.
-    bool isWaiting() const { return hasDeadline() || detectedLockedLoginSession; }
+    bool isWaiting() const { return hasDeadline() || isLocked_; }
 
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID&, const DisplayID&) {} // the screens are compared as they were
     void onPoll(const PollContext&) {}                        // ends by its deadline
-
-    bool detectedLockedLoginSession = false;
 
   private:
     void noteReturned(const std::vector<ManagedWindow>& liveWindows);
@@ -67,6 +70,7 @@ class TransitionRecovery {
     std::set<WindowID> knownWindowIDs_;    // live before the transition; they cannot be renamed windows
     std::vector<Screen> screensBefore_;
     UnseenTime unseenTime_;
+    bool isLocked_ = false;
 };
 
 } // namespace kova

@@ -14,9 +14,10 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     services_(parts.services),
     requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
-    displays_(parts.displays), undo_(parts.undo), focusMode_(parts.focusMode), pointer_(parts.pointer),
-    arranger_(parts.arranger), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
-    presenter_(presenter), keeper_(keeper), documents_(documents), follower_(follower) {}
+    displays_(parts.displays), undo_(parts.undo), focusMode_(parts.focusMode), floating_(parts.floating),
+    pointer_(parts.pointer), arranger_(parts.arranger), refreshCycle_(refreshCycle), access_(access),
+    geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper), documents_(documents),
+    follower_(follower) {}
 
 /// For the later steps of an arrangement, a launch or a scene. Focus mode ends first, since its snapshot would undo
 /// them later.
@@ -58,7 +59,7 @@ WorkspaceUndoSnapshot UndoSteps::captureUndoSnapshot() const {
                                    .maximizedWindowIDs = {},
                                    .visibleWindowIDs = {},
                                    .hiddenProcessIdentifiers = {},
-                                   .floatingWindowIDs = *state_.floatingWindowIDs,
+                                   .floatingWindowIDs = floating_.all(),
                                    .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID,
@@ -94,7 +95,7 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     const bool isAnotherSpace = tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(),
                                                              SpaceChange::possible, assignments_);
     displays_.restate(assignments_);
-    state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
+    floating_.restore(snapshot.floatingWindowIDs);
     std::set<DisplayID> connected;
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
     // Windows that the snapshot assigns to a disconnected display are remembered for it.
@@ -112,12 +113,12 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)
         follower_.migrateFromMissingTiles(); // the windows of that Space were placed with an earlier layout
-    for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
+    for (const ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
     refreshCycle_.refresh();
 }
 
-void UndoSteps::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot) {
+void UndoSteps::restoreWindow(const ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot) {
     const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
@@ -133,12 +134,12 @@ void UndoSteps::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot
         if (wasVisible || (window.isMinimized && !wasHidden)) {
             presenter_.requestPresentation(window.id, WindowPresentation::shown);
         }
-        window.isMinimized = false;
+        liveWindows_.noteNotMinimized(window.id);
     }
     if (snapshot.maximizedWindowIDs.contains(window.id)) {
         if (window.isMaximized) return;
         windowService_.maximize(window);
-        liveWindows_.requestMaximized(window, true, services_.queue.uptime());
+        liveWindows_.requestMaximized(window.id, true, services_.queue.uptime());
     } else if (frame != snapshot.windowFrames.end()) {
         presenter_.writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
     }

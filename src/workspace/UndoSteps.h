@@ -6,6 +6,7 @@
 #include "workspace/Arranger.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/DocumentStore.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/LayoutFollower.h"
 #include "workspace/LiveWindows.h"
@@ -61,7 +62,7 @@ class UndoSteps {
     void resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 
   private:
-    void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
+    void restoreWindow(const ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
     void hideAsIn(const WorkspaceUndoSnapshot& snapshot);
     Outcome enterFocusMode(const std::optional<WindowID>& windowID);
 
@@ -75,6 +76,7 @@ class UndoSteps {
     DisplayMemory& displays_;
     UndoHistory& undo_;
     FocusMode& focusMode_;
+    FloatingWindows& floating_;
     PointerInteraction& pointer_;
     Arranger& arranger_;
     RefreshCycle& refreshCycle_;

@@ -12,8 +12,9 @@ WindowCommands::WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, T
                                const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
                                UndoSteps& steps, Arrangement& arrangement) :
     state_(parts.state),
-    liveWindows_(parts.liveWindows), assignments_(parts.assignments), access_(access), geometry_(geometry),
-    finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps), arrangement_(arrangement) {}
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), floating_(parts.floating), access_(access),
+    geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps),
+    arrangement_(arrangement) {}
 
 Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::optional<WindowID>& fromWindowID) {
     const auto start = finder_.startingPoint(fromWindowID);
@@ -71,7 +72,7 @@ WindowCommandInput WindowCommands::windowCommandInput() const {
                              .tiles = geometry_.tiles(),
                              .screens = *state_.screens,
                              .assignments = assignments_,
-                             .floatingWindowIDs = *state_.floatingWindowIDs,
+                             .floatingWindowIDs = floating_.all(),
                              .focusOrder = liveWindows_.focusOrder().windowIDs(),
                              .focusedWindowID = finder_.focusedWindowID(),
                              .currentDisplayID = finder_.currentDisplayID(),
@@ -168,9 +169,7 @@ void WindowCommands::floatByCommand(const ManagedWindow& window) {
     keeper_.noteMovedByUser(window.id);
     keeper_.noteHasItsPlace(window.id);
     assignments_.remove(window.id);
-    auto floating = *state_.floatingWindowIDs;
-    floating.insert(window.id);
-    state_.floatingWindowIDs.set(std::move(floating));
+    floating_.add(window.id);
     presenter_.bringBack(window); // a stacked window is hidden
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "workspace/Arrangement.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
 #include "workspace/TileAssignments.h"
@@ -47,6 +48,7 @@ class WindowCommands {
     WorkspaceState& state_;
     LiveWindows& liveWindows_;
     TileAssignments& assignments_;
+    FloatingWindows& floating_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;

@@ -48,7 +48,7 @@ void WindowPresenter::bringBack(const ManagedWindow& window) {
     windowService_.unminimize(window);
     requestPresentation(window.id, WindowPresentation::shown);
     if (!wasHidden) return;
-    for (auto& other : liveWindows_) {
+    for (const auto& other : liveWindows_) {
         const bool isSibling = other.processIdentifier == window.processIdentifier && other.id != window.id;
         if (isSibling && !assignments_.isAssigned(other.id) && assignments_.stackTargetOf(other.id))
             minimizeWindow(other);
@@ -64,9 +64,9 @@ void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWin
         if (window.isElsewhere) staying.insert(window.processIdentifier);
     }
     std::set<pid_t> leaving; // an application is hidden once, with all its windows
-    std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
+    std::vector<std::pair<const ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
-        ManagedWindow* window = liveWindows_.find(id);
+        const ManagedWindow* window = liveWindows_.find(id);
         if (!window || window->isFullScreen || window->isElsewhere || window->isMinimized) continue;
         const bool stays = staying.contains(window->processIdentifier);
         const bool isGone = !stays && (!leaving.insert(window->processIdentifier).second ||
@@ -122,10 +122,10 @@ void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& fram
     }));
     frames_.noteRequest(id);
     refreshCycle_.wake(); // until a poll confirms the frame
-    if (ManagedWindow* live = liveWindows_.find(id)) {
-        live->frame = frame;
+    liveWindows_.noteFrame(id, frame);
+    if (const ManagedWindow* live = liveWindows_.find(id)) {
         // Placing a window ends its maximizing.
-        if (live->isMaximized) liveWindows_.requestMaximized(*live, false, services_.queue.uptime());
+        if (live->isMaximized) liveWindows_.requestMaximized(id, false, services_.queue.uptime());
     }
     moveDialogsAlong(id, frame);
 }

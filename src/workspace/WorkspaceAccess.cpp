@@ -41,14 +41,14 @@ Outcome WorkspaceAccess::requireVisibleScreen() const {
 /// Why no window is moved now, apart from the permission; absent if windows may be moved.
 std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
     if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
-    if (recovery_.detectedLockedLoginSession) return "The screen is locked";
+    if (recovery_.isLocked()) return "The screen is locked";
     if (refreshCycle_.isSuspended()) return "Suspended while the screen is asleep, locked or another user's";
     return std::nullopt;
 }
 
 /// True during a suspension, when the user cannot see the effect of an action.
 bool WorkspaceAccess::isAway() const {
-    return refreshCycle_.isSuspended() || recovery_.detectedLockedLoginSession;
+    return refreshCycle_.isSuspended() || recovery_.isLocked();
 }
 
 bool WorkspaceAccess::mayMoveWindows() const {

@@ -117,10 +117,7 @@ Outcome WorkspaceController::undoLastAction() {
     const WorkspaceUndoSnapshot& snapshot = zoomed ? zoomed->snapshot : entry->snapshot;
     if (zoomed) parts_.undo.restore(zoomed->history);
     // Undoing a scene also cancels its pending placements.
-    if (entry->label.action == action::ActivateScene::kTraits.undoLabel) {
-        ops_.scenes.publishSceneReport(SceneReport::State::abandoned);
-        parts_.awaited.scene() = {};
-    }
+    if (entry->label.action == action::ActivateScene::kTraits.undoLabel) parts_.awaited.abandonScene();
     ops_.steps.restoreUndoSnapshot(snapshot);
     ops_.follower.migrateFromMissingTiles(); // displays may have been resized since the snapshot
     if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();

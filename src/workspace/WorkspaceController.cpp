@@ -64,13 +64,12 @@ void WorkspaceController::stop() {
     parts_.session.forgetReturns();
     (void)parts_.arranger.supersede();
     parts_.awaited.dropLaunches();
-    ops_.scenes.publishSceneReport(SceneReport::State::abandoned);
-    parts_.awaited.scene() = {};
+    parts_.awaited.abandonScene();
     (void)parts_.recovery.unseenTime().end(parts_.services.queue.uptime());
     refreshCycle_.end();
     parts_.state.isSuspended.set(false);
     parts_.recovery.clear();
-    parts_.recovery.detectedLockedLoginSession = false;
+    parts_.recovery.noteLocked(false);
 }
 
 void WorkspaceController::refresh() {

@@ -6,6 +6,7 @@
 #include "workspace/Arranger.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayMemory.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
@@ -61,11 +62,12 @@ struct WorkspaceParts {
     DisplayMemory displays;
     UndoHistory undo;
     FocusMode focusMode{state.focusMode};
+    FloatingWindows floating{state.floatingWindowIDs};
     PointerInteraction pointer;
     FrameKeeper frames;
     TransitionRecovery recovery;
     SessionRestore session;
-    AwaitedWindows awaited{state.pendingLaunches};
+    AwaitedWindows awaited{state.pendingLaunches, state.sceneReport};
     Arranger arranger;
 
     /// Renames the id in every object that stores it.
@@ -80,8 +82,8 @@ struct WorkspaceParts {
     /// Beside the assignments, which are a value.
     template <class Self>
     static auto all(Self& self) {
-        return std::tie(self.tileMemory, self.liveWindows, self.displays, self.undo, self.focusMode, self.pointer,
-                        self.frames, self.session, self.awaited, self.arranger, self.recovery);
+        return std::tie(self.tileMemory, self.liveWindows, self.displays, self.undo, self.focusMode, self.floating,
+                        self.pointer, self.frames, self.session, self.awaited, self.arranger, self.recovery);
     }
 };
 

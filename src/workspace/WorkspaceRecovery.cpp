@@ -9,7 +9,7 @@ void WorkspaceController::suspendForSystemTransition() {
     parts_.recovery.unseenTime().begin(parts_.services.queue.uptime());
     refreshCycle_.suspend();
     parts_.state.isSuspended.set(true);
-    parts_.recovery.detectedLockedLoginSession = false;
+    parts_.recovery.noteLocked(false);
     parts_.recovery.remember(parts_.liveWindows.all(), parts_.assignments);
     ops_.steps.abandonDrags();
     parts_.windowService->cancelPlacements([](const CGRect&) { return true; });
@@ -41,9 +41,9 @@ void WorkspaceController::beginTransitionRecovery() {
 /// True while the session is locked: then nothing is moved, minimized or forgotten.
 bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     if (pollFoundLocked || parts_.services.session.isLoginSessionScreenLocked()) {
-        if (!parts_.recovery.detectedLockedLoginSession) {
+        if (!parts_.recovery.isLocked()) {
             parts_.recovery.unseenTime().begin(parts_.services.queue.uptime());
-            parts_.recovery.detectedLockedLoginSession = true;
+            parts_.recovery.noteLocked(true);
             parts_.state.isSuspended.set(true);
             parts_.recovery.noteScreens(*parts_.state.screens);
             parts_.recovery.remember(parts_.liveWindows.all(), parts_.assignments);
@@ -52,8 +52,8 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
         }
         return true;
     }
-    if (parts_.recovery.detectedLockedLoginSession) {
-        parts_.recovery.detectedLockedLoginSession = false;
+    if (parts_.recovery.isLocked()) {
+        parts_.recovery.noteLocked(false);
         parts_.state.isSuspended.set(false);
         beginTransitionRecovery();
     }
@@ -65,11 +65,6 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
     for (const auto& [formerID, id] : successors) {
         parts_.renameWindow(formerID, id);
         ops_.keeper.publishMinimums();
-        auto floating = *parts_.state.floatingWindowIDs;
-        if (floating.erase(formerID) > 0) {
-            floating.insert(id);
-            parts_.state.floatingWindowIDs.set(std::move(floating));
-        }
         if (parts_.assignments.isInAnyTile(id)) ops_.keeper.noteHasItsPlace(id);
     }
     if (!successors.empty()) ops_.keeper.commit({.straying = kFramesStay, .comparesTiles = false});

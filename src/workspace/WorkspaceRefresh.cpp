@@ -157,8 +157,6 @@ void WorkspaceController::applyDenied() {
 
 /// Absent without the permission, and while the focused window is not managed.
 void WorkspaceController::noteFocus() {
-    parts_.liveWindows.focusOrder().keepOnly(
-        [this](const WindowID& id) { return parts_.liveWindows.find(id) != nullptr; });
     const auto process = parts_.services.applications.frontmostApplication();
     const auto hasFocus = [&](const ManagedWindow& window) {
         return window.processIdentifier == process && window.isFocusedOfApplication;
@@ -169,7 +167,7 @@ void WorkspaceController::noteFocus() {
     std::optional<WindowID> focused;
     if (window != parts_.liveWindows.end()) focused = window->id;
     if (dialog != dialogs.end()) focused = parts_.liveWindows.dialogs().ownerOf(dialog->id);
-    if (focused) parts_.liveWindows.focusOrder().note(*focused);
+    if (focused) parts_.liveWindows.noteFocus(*focused);
     parts_.state.focusedWindowID.set(focused);
 }
 

@@ -1,0 +1,51 @@
+// The windows that float by command, until they are put into a tile or closed. Always true: the published set is the
+// only one.
+#pragma once
+
+#include "support/Identifiers.h"
+#include "support/Published.h"
+#include "workspace/PartDefaults.h"
+#include "workspace/Renaming.h"
+
+#include <algorithm>
+#include <concepts>
+#include <set>
+#include <utility>
+
+namespace kova {
+
+class FloatingWindows : public PartWithoutPolls {
+  public:
+    using PublishedIDs = Published<std::set<WindowID>>;
+
+    explicit FloatingWindows(PublishedIDs& published) : published_(published) {}
+
+    const std::set<WindowID>& all() const { return *published_; }
+    bool contains(const WindowID& windowID) const { return all().contains(windowID); }
+    void add(const WindowID& windowID) {
+        auto next = all();
+        next.insert(windowID);
+        published_.set(std::move(next));
+    }
+    /// Replaces all, after an undo or a restart.
+    void restore(std::set<WindowID> windowIDs) { published_.set(std::move(windowIDs)); }
+    template <std::predicate<const WindowID&> Predicate>
+    void dropIf(Predicate hasEnded) {
+        if (std::ranges::none_of(all(), hasEnded)) return;
+        auto next = all();
+        std::erase_if(next, hasEnded);
+        published_.set(std::move(next));
+    }
+
+    void rename(const WindowID& windowID, const WindowID& newID) {
+        auto next = all();
+        renameIn(next, windowID, newID);
+        published_.set(std::move(next));
+    }
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // they are in no tile
+
+  private:
+    PublishedIDs& published_;
+};
+
+} // namespace kova
