@@ -1,5 +1,6 @@
 #include "cli/DocumentFile.h"
 
+#include "support/Quoted.h"
 #include "support/posix/AtomicFile.h"
 
 #include <fcntl.h>
@@ -19,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 FileProblem problem(const std::string& what, const std::string& path, int error) {
-    return {"cannot " + what + " “" + path + "”: " + std::strerror(error)};
+    return {"cannot " + what + " " + quoted(path) + ": " + std::strerror(error)};
 }
 
 /// A pipe is opened without waiting for the other end, so that reading has to find out whether there is one. True while
@@ -54,14 +55,14 @@ Result<std::string, FileProblem> readFile(const std::string& path, std::size_t m
     while (true) {
         const auto count = ::read(file.number(), piece.data(), piece.size());
         if (count == 0 && isPipe && waitForMore(file.number(), false, !text.empty())) continue;
-        if (count == 0 && isPipe && text.empty()) return FileProblem{"no program writes to the pipe “" + path + "”"};
+        if (count == 0 && isPipe && text.empty()) return FileProblem{"no program writes to the pipe " + quoted(path)};
         if (count == 0) return text;
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 && errno == EAGAIN && waitForMore(file.number(), true, false)) continue;
         if (count < 0) return problem("read", path, errno);
         text.append(piece.data(), static_cast<std::size_t>(count));
         if (text.size() > mostBytes) {
-            return FileProblem{"“" + path + "” is larger than " + std::to_string(mostBytes >> 20) + " MiB"};
+            return FileProblem{quoted(path) + " is larger than " + std::to_string(mostBytes >> 20) + " MiB"};
         }
     }
 }

@@ -4,6 +4,7 @@
 #include "cli/PlainVerbs.h"
 #include "cli/Streams.h"
 #include "control/client/ControlCodes.h"
+#include "support/Quoted.h"
 
 #include <unistd.h>
 
@@ -65,7 +66,7 @@ ExitCode runExport(const Verb& verb, const Arguments& arguments) {
     if (given == kStandardStream) return print(document);
     const std::string path = documentPath(given, kProposedName);
     if (!arguments.has("force") && wouldOverwrite(path)) {
-        return fail({ExitCode::refused, "Export failed: “" + path + "” is there already; --force overwrites it"});
+        return fail({ExitCode::refused, "Export failed: " + quoted(path) + " is there already; --force overwrites it"});
     }
     if (const auto problem = replaceFile(path, document)) {
         return fail({ExitCode::refused, "Export failed: " + problem->message});
@@ -81,7 +82,7 @@ ExitCode runImport(const Verb& verb, const Arguments& arguments) {
     const std::string path = arguments.text("file");
     const auto text = readFile(path, kLargestDocument);
     if (!text) return fail({ExitCode::refused, "Import failed: " + text.error().message});
-    if (!isUtf8(*text)) return fail({ExitCode::refused, "Import failed: “" + path + "” is not UTF-8 text"});
+    if (!isUtf8(*text)) return fail({ExitCode::refused, "Import failed: " + quoted(path) + " is not UTF-8 text"});
     const auto result = sendDocument(*agent, verb.method, *text, arguments.has("dryRun"));
     return result ? printAnswer(verb, arguments, *result) : fail(result.error());
 }

@@ -1,6 +1,7 @@
 #include "cli/Parser.h"
 
 #include "cli/Terminal.h"
+#include "support/Quoted.h"
 #include "support/Spelling.h"
 
 #include <algorithm>
@@ -64,7 +65,7 @@ std::string joinedByOr(const std::vector<std::string>& words) {
 /// “. Did you mean “left”?”; empty when none of the words is near.
 std::string nearestOf(std::string_view wanted, const std::vector<std::string>& words) {
     const auto nearest = nearestWord(wanted, words);
-    return nearest ? ". Did you mean “" + words[*nearest] + "”?" : "";
+    return nearest ? ". Did you mean " + quoted(words[*nearest]) + "?" : "";
 }
 
 /// "a number from 0 to 100".
@@ -77,7 +78,7 @@ std::string range(const Parameter& parameter) {
 
 /// The word as the parameter's value, or an error that names what was expected.
 Result<json, WrongWord> valueOf(const Parameter& parameter, std::string_view word) {
-    const auto isNot = [word](const std::string& what) { return "“" + std::string(word) + "” is not " + what; };
+    const auto isNot = [word](const std::string& what) { return quoted(word) + " is not " + what; };
     std::optional<json> value;
     const auto words = split(parameter.words);
     const bool isListed = std::find(words.begin(), words.end(), word) != words.end();
@@ -166,7 +167,7 @@ class Parser {
         const Parameter* option = optionNamed(name);
         if (!option) {
             const auto flags = allFlags();
-            return WrongWord{"there is no option “" + std::string(name) + "”" + nearestOf(name, flags), flags};
+            return WrongWord{"there is no option " + quoted(name) + nearestOf(name, flags), flags};
         }
         if (option->kind == Kind::flag) {
             if (equals != std::string_view::npos) return WrongWord{std::string(name) + " takes no value"};
@@ -198,7 +199,7 @@ class Parser {
         for (const Parameter& parameter : verb_.parameters) {
             if (parameter.isWord() && !arguments_.has(parameter.key)) return take(parameter, word);
         }
-        return WrongWord{"“" + std::string(word) + "” is a word too many"};
+        return WrongWord{quoted(word) + " is a word too many"};
     }
 
     ParseEnd wrong(WrongWord word) const {

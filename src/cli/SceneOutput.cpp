@@ -3,6 +3,7 @@
 #include "cli/Output.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
+#include "support/Quoted.h"
 
 #include <nlohmann/json.hpp>
 
@@ -29,7 +30,7 @@ std::string counted(const json& count, const char* one) {
 }
 
 std::string quotedName(const json& record) {
-    return "“" + printable(record.at("name").get<std::string>()) + "”";
+    return quoted(printable(record.at("name").get<std::string>()));
 }
 
 std::string act(const json& rule) {
@@ -40,7 +41,7 @@ std::string criterion(const json& rule) {
     std::string out = text(rule.at("bundleIdentifier"), "");
     if (!rule.at("applicationName").is_null()) out += (out.empty() ? "" : ", ") + text(rule.at("applicationName"));
     if (!rule.at("title").is_null())
-        out += (out.empty() ? "" : ", ") + ("“" + text(rule.at("title")) + "” in the title");
+        out += (out.empty() ? "" : ", ") + (quoted(text(rule.at("title"))) + " in the title");
     return out.empty() ? "-" : out;
 }
 
@@ -170,7 +171,7 @@ std::string printImport(const json& result, const Arguments& arguments) {
     if (!arguments.request.value("dryRun", false)) return out;
     for (const auto& [key, kind] : {std::pair("scenes", "scene"), std::pair("rules", "rule")}) {
         for (const json& name : result.at("added").at(key)) {
-            out += std::string("  ") + kind + " “" + printable(name.get<std::string>()) + "”\n";
+            out += std::string("  ") + kind + " " + quoted(printable(name.get<std::string>())) + "\n";
         }
     }
     return out;

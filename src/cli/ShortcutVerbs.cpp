@@ -4,6 +4,7 @@
 #include "cli/Streams.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
+#include "support/Quoted.h"
 
 #include <unistd.h>
 
@@ -62,7 +63,7 @@ std::string printShortcuts(const json& result, const Arguments&) {
 
 std::string printShortcut(const json& result, const Arguments&) {
     const json& shortcut = result.at("shortcut");
-    const std::string subject = "“" + shortcut.at("title").get<std::string>() + "”";
+    const std::string subject = quoted(shortcut.at("title").get<std::string>());
     if (shortcut.at("keys").is_null()) return subject + " has no shortcut.\n";
     const std::string odd = remark(shortcut);
     return printable(subject + ": " + shortcut.at("keys").get<std::string>() + (odd.empty() ? "" : ", " + odd)) + "\n";

@@ -2,6 +2,7 @@
 
 #include "cli/Table.h"
 #include "cli/Terminal.h"
+#include "support/Quoted.h"
 
 #include <nlohmann/json.hpp>
 
@@ -46,7 +47,7 @@ std::string printHidden(const json& result, const Arguments&) {
 std::string printSettingsShown(const json& result, const Arguments&) {
     const bool isNamed = result.at("pane").is_string();
     return "kova-ui was asked to open the settings" +
-           (isNamed ? " at “" + result.at("pane").get<std::string>() + "”.\n" : ".\n");
+           (isNamed ? " at " + quoted(result.at("pane").get<std::string>()) + ".\n" : ".\n");
 }
 
 std::string printShownAtTile(const json& result, const Arguments&) {

@@ -4,6 +4,7 @@
 #include "cli/Streams.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
+#include "support/Quoted.h"
 
 #include <algorithm>
 #include <chrono>
@@ -26,7 +27,7 @@ std::string line(const std::string& text) {
 /// "Mail “Inbox”".
 std::string nameOf(const json& window) {
     const std::string application = window.at("application"), title = window.at("title");
-    return title.empty() || title == application ? application : application + " “" + title + "”";
+    return title.empty() || title == application ? application : application + " " + quoted(title);
 }
 
 std::string frameText(const json& value) {

@@ -4,6 +4,7 @@
 #include "cli/Parser.h"
 #include "cli/PlainVerbs.h"
 #include "cli/Streams.h"
+#include "support/Quoted.h"
 #include "support/Spelling.h"
 #include "support/Version.h"
 
@@ -75,14 +76,14 @@ ExitCode unknown(std::span<char* const> words, Format format) {
     if (members.empty()) {
         const std::string hint = nearestVerb("", group);
         return fail({ExitCode::wrongUsage,
-                     "There is no verb “" + group + "”" + (hint.empty() ? "." : hint) + "\nTry “kova help”.",
+                     "There is no verb " + quoted(group) + (hint.empty() ? "." : hint) + "\nTry “kova help”.",
                      wordsAfter("")});
     }
     if (asksForHelp(second)) return printOverview(group, format);
     const std::string lead = group + " ";
     const std::string hint = second.empty() ? "" : nearestVerb(lead, second);
     const std::string what =
-        second.empty() ? "“" + group + "” alone is no verb" : "There is no “" + group + " " + second + "”" + hint;
+        second.empty() ? quoted(group) + " alone is no verb" : "There is no “" + group + " " + second + "”" + hint;
     return fail({ExitCode::wrongUsage, what + (hint.empty() ? ". " : " ") + "There is:\n" + members, wordsAfter(lead)});
 }
 

@@ -1,6 +1,7 @@
 #include "commands/KeyNames.h"
 
 #include "commands/ShortcutRecorder.h"
+#include "support/Quoted.h"
 #include "support/text/Text.h"
 #include "windowing/KeyCodes.h"
 
@@ -222,7 +223,7 @@ std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, con
     for (const std::string& word : words) {
         const auto flag = modifierNamed(lowercased(trimmed(word)));
         if (!flag) {
-            return "“" + trimmed(word) + "” is no modifier; there are " +
+            return quoted(trimmed(word)) + " is no modifier; there are " +
                    (usesSymbols ? "control, option, shift and command" : "ctrl, alt, shift and super");
         }
         modifiers |= *flag;
@@ -233,8 +234,8 @@ std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, con
     }
     const auto code = keyNamed(keyWord, charactersOf);
     if (!code) {
-        return "“" + keyWord +
-               "” is no key: name what is written on it without Shift, or left, right, up, down, return, "
+        return quoted(keyWord) +
+               " is no key: name what is written on it without Shift, or left, right, up, down, return, "
                "tab, space, home, end, pageup, pagedown, insert, f1 to f20";
     }
     std::string written = charactersOf(*code);

@@ -2,6 +2,7 @@
 
 #include "commands/KeyNames.h"
 #include "support/Log.h"
+#include "support/Quoted.h"
 
 #include <algorithm>
 #include <iterator>
@@ -139,8 +140,8 @@ void LayoutShortcutCoordinator::noteHeldByOthers() {
         if (std::ranges::find(heldByOthers_, combination) != heldByOthers_.end()) continue;
         const bool isSystem = keys_.knownHolders() == KnownHolders::systemOnly;
         log(LogLevel::warning, std::string(isSystem ? "the system" : "another program") + " holds " +
-                                   shortcutText(*shortcut, keys_.modifierNames()) + ", the shortcut for “" +
-                                   std::string(title(action)) + "”");
+                                   shortcutText(*shortcut, keys_.modifierNames()) + ", the shortcut for " +
+                                   quoted(title(action)));
     }
     heldByOthers_ = held;
 }

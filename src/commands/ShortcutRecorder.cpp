@@ -1,6 +1,7 @@
 #include "commands/ShortcutRecorder.h"
 
 #include "commands/KeyNames.h"
+#include "support/Quoted.h"
 #include "support/text/Text.h"
 #include "windowing/KeyCodes.h"
 
@@ -9,7 +10,7 @@
 namespace kova {
 
 std::string conflictMessage(KovaShortcutAction holder) {
-    return "This shortcut is already used by “" + std::string(title(holder)) + "”.";
+    return "This shortcut is already used by " + quoted(title(holder)) + ".";
 }
 
 bool canBeShortcut(std::uint64_t modifierFlags) {

@@ -1,5 +1,7 @@
 #include "control/AgentClaim.h"
 
+#include "support/Quoted.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -60,7 +62,7 @@ std::variant<AgentClaim, AgentClaimRefusal> AgentClaim::take(const ControlSocket
         return AgentClaimRefusal{holder, std::move(message)};
     };
     if (!controlSocketAddress(place.path)) {
-        return refuse("No socket can be made at “" + place.path + "”: the path is empty or too long");
+        return refuse("No socket can be made at " + quoted(place.path) + ": the path is empty or too long");
     }
     if (auto problem = prepareFolder(place)) return refuse(*problem);
 

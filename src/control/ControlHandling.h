@@ -32,6 +32,11 @@ template <class Value>
 nlohmann::json orNull(const std::optional<Value>& value) {
     return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
 }
+/// Its record, or null when the value is absent.
+template <class Value>
+nlohmann::json orNull(const std::optional<Value>& value, nlohmann::json (*record)(const Value&)) {
+    return value ? record(*value) : nlohmann::json(nullptr);
+}
 
 /// Takes the reply to one request, once, on the main queue.
 using ControlAnswer = std::function<void(ControlReply)>;

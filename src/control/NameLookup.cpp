@@ -2,6 +2,7 @@
 
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
+#include "support/Quoted.h"
 #include "support/Spelling.h"
 #include "support/text/Text.h"
 
@@ -16,8 +17,8 @@ namespace {
 constexpr std::size_t kLongestQuotation = 80;    // bytes
 constexpr std::size_t kFirstNumberInNames = 100; // smaller ones are places in a list, or meant to be
 
-std::string quoted(std::string_view wanted) {
-    return "“" + textForMessage(wanted) + "”";
+std::string quotedForMessage(std::string_view wanted) {
+    return quoted(textForMessage(wanted));
 }
 
 ControlFailure listing(std::string message, std::string_view wanted, std::span<const NamedThing> things,
@@ -58,7 +59,7 @@ std::string suggestionAmong(std::span<const NamedThing> things, std::string_view
 
 ControlFailure noneOf(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things) {
     const std::string what(kind);
-    const std::string none = "There is no " + what + " " + quoted(wanted);
+    const std::string none = "There is no " + what + " " + quotedForMessage(wanted);
     if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
     const std::string meant = suggestionAmong(things, wanted);
     return listing(none + (meant.empty() ? "." : meant) + " There is:", wanted, things, everyIndex(things.size()));
@@ -70,7 +71,7 @@ std::string nearestName(std::string_view wanted, const std::vector<std::string>&
     std::vector<std::string> folded;
     for (const auto& name : names) folded.push_back(lowercased(name));
     const auto nearest = nearestWord(lowercased(wanted.substr(0, kLongestQuotation)), folded);
-    return nearest ? ". Did you mean " + quoted(std::string_view(names[*nearest])) + "?" : "";
+    return nearest ? ". Did you mean " + quotedForMessage(names[*nearest]) + "?" : "";
 }
 
 std::string textForMessage(std::string_view wanted) {
@@ -99,7 +100,7 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
 
     const std::string what(kind);
     if (found.size() > 1) {
-        return listing(quoted(wanted) + " is the name of more than one " + what + ":", wanted, things, found);
+        return listing(quotedForMessage(wanted) + " is the name of more than one " + what + ":", wanted, things, found);
     }
     return noneOf(kind, wanted, things);
 }

@@ -18,11 +18,6 @@ using controlRecord::rect;
 using kova::orNull;
 using nlohmann::json;
 
-template <class T>
-json orNull(const std::optional<T>& value, json (*record)(const T&)) {
-    return value ? record(*value) : json(nullptr);
-}
-
 /// The record of a value: all members, or those that differ from a former value.
 template <class T>
 class Record {

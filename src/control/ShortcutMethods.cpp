@@ -4,6 +4,7 @@
 #include "control/JsonRpc.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "support/Quoted.h"
 
 #include <algorithm>
 #include <utility>
@@ -151,8 +152,8 @@ ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::share
     const auto action = *found;
     const auto& shortcut = std::get<KovaShortcut>(parsed);
     if (!canBeShortcut(shortcut.modifierFlagsRawValue)) {
-        return refusal("A shortcut needs " + std::string(mainModifiers(modifierNames())) + ": without them “" +
-                       shortcutText(shortcut, modifierNames()) + "” could not be typed any more");
+        return refusal("A shortcut needs " + std::string(mainModifiers(modifierNames())) + ": without them " +
+                       quoted(shortcutText(shortcut, modifierNames())) + " could not be typed any more");
     }
     if (const auto holder = settings_.conflictingAction(shortcut, action)) return refusal(conflictMessage(*holder));
     const auto before = settings_.shortcut(action);

@@ -5,6 +5,7 @@
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
+#include "support/Quoted.h"
 #include "workspace/WindowNames.h"
 
 #include <algorithm>
@@ -154,7 +155,7 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
         const std::string meant = nearestName(with, directions);
         if (meant.empty()) return tile.error();
         return ControlFailure{controlCode::refused,
-                              "There is no direction or tile “" + textForMessage(with) + "”" + meant,
+                              "There is no direction or tile " + quoted(textForMessage(with)) + meant,
                               {{"choices", directions}}};
     }
     return carriedOut(controller, parameters, command::Swap{std::move(windowID), *std::move(tile)});

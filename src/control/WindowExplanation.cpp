@@ -3,6 +3,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "support/Quoted.h"
 #include "workspace/WindowNames.h"
 
 #include <algorithm>
@@ -130,7 +131,7 @@ std::vector<std::string> explainStandingChoices(const WorkspaceController& contr
     for (const ManagedWindow& window : controller.liveWindows()) {
         const auto* rule = excludingRule(controller, window);
         if (!rule) continue;
-        lines.push_back(nameOf(window) + " is left alone: the rule “" + rule->name + "” says " +
+        lines.push_back(nameOf(window) + " is left alone: the rule " + quoted(rule->name) + " says " +
                         describe(rule->disposition) + ".");
     }
     return lines;
@@ -173,7 +174,7 @@ ControlReply explain(const WorkspaceController& controller, const JsonCursor& pa
         const UnmanagedWindow* unmanaged = findUnmanagedWindow(controller, named->string());
         if (!unmanaged) return found.error();
         const std::string line =
-            unmanaged->applicationName + " “" + unmanaged->title + "” is not managed: " + unmanaged->reason + ".";
+            unmanaged->applicationName + " " + quoted(unmanaged->title) + " is not managed: " + unmanaged->reason + ".";
         return json{{"window", nullptr}, {"lines", {line}}, {"decisions", json::array()}};
     }
     const auto& window = *found;

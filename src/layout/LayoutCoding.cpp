@@ -1,5 +1,7 @@
 #include "layout/LayoutCoding.h"
 
+#include "support/Quoted.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -134,7 +136,7 @@ LayoutWeightOverrides decodeWeightOverrides(const JsonCursor& at) {
 DisplayLayoutSelection decodeLayoutSelection(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
     if (name == "layout") return DisplayLayoutSelection::layout(payload.required("id").string());
-    if (name != "automatic") at.fail("unknown case “" + name + "”, expected “automatic” or “layout”");
+    if (name != "automatic") at.fail("unknown case " + quoted(name) + ", expected “automatic” or “layout”");
     (void)payload.members(); // an object, though an empty one
     return DisplayLayoutSelection::automatic();
 }
@@ -151,7 +153,7 @@ LayoutDefinition decodeLayoutDefinition(const JsonCursor& at) {
     for (const auto& slot : at.required("slots").elements()) definition.slots.push_back(decodeTileSlot(slot));
     const JsonCursor displayClass = at.required("displayClass");
     const auto known = layoutDisplayClassFromRawValue(displayClass.string());
-    if (!known) displayClass.fail("unknown display class “" + displayClass.string() + "”");
+    if (!known) displayClass.fail("unknown display class " + quoted(displayClass.string()));
     definition.displayClass = *known;
     return definition;
 }

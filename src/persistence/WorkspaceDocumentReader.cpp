@@ -2,6 +2,7 @@
 
 #include "layout/LayoutCoding.h"
 #include "persistence/WorkspaceDocumentCoding.h"
+#include "support/Quoted.h"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +29,7 @@ WorkspaceRuleDisposition decodeDisposition(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
     if (name == "tile") return disposition::Tile{SlotID(text(payload.required("slotID")))};
     if (name != "float" && name != "ignore") {
-        at.fail("unknown case “" + shownKey(name) + "”, expected “tile”, “float” or “ignore”");
+        at.fail("unknown case " + quoted(shownKey(name)) + ", expected “tile”, “float” or “ignore”");
     }
     (void)payload.members(); // fails unless it is an object
     if (name == "float") return disposition::Float{};

@@ -6,9 +6,10 @@
 
 namespace kova {
 
-/// "“Work”".
-inline std::string quoted(std::string_view name) {
-    return "“" + std::string(name) + "”";
-}
+struct Quoting {
+    std::string operator()(std::string_view name) const { return "“" + std::string(name) + "”"; }
+};
+/// quoted("Work") is "“Work”". An object, since std::quoted would compete with a function.
+inline constexpr Quoting quoted;
 
 } // namespace kova

@@ -1,11 +1,12 @@
 #include "windowing/AccessibilityWindowService.h"
 
+#include "support/SameFrame.h"
+
 namespace kova {
 
 namespace {
 
 constexpr std::string_view kWindowRole = "AXWindow";
-constexpr double kGrowthTolerance = 0.5; // points, below which a frame does not count as smaller
 // Limit for a chain of parents: some applications return a cycle.
 constexpr int kDeepestNesting = 256;
 
@@ -41,8 +42,8 @@ void AccessibilityWindowService::setFrameInteractive(const ManagedWindow& window
     cancelPlacement(window.id);
     auto before = readFrame(window.element);
     if (!before) before = window.frame;
-    const bool grows = before && frame.size.width >= before->size.width - kGrowthTolerance &&
-                       frame.size.height >= before->size.height - kGrowthTolerance;
+    const bool grows = before && frame.size.width >= before->size.width - kRoundingPoints &&
+                       frame.size.height >= before->size.height - kRoundingPoints;
     std::array writes = {AttributeWrite{AccessibilityAttribute::position, frame.origin},
                          AttributeWrite{AccessibilityAttribute::size, frame.size}};
     if (!grows) std::swap(writes[0], writes[1]);

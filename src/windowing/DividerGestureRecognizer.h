@@ -12,6 +12,8 @@ namespace kova {
 
 /// The smallest thickness of a handle, in points.
 inline constexpr double kThinnestHandle = 8;
+/// In points: a press counts as the second of a double click only if the pointer moved no further in between.
+inline constexpr double kRestingPoints = 3;
 
 /// The area of a handle that reacts to the pointer: its frame, widened evenly to at least `kThinnestHandle`.
 CGRect pressFrame(const DividerHandle& handle);

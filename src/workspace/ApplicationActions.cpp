@@ -1,6 +1,7 @@
 #include "workspace/ApplicationActions.h"
 
 #include "support/Log.h"
+#include "support/Quoted.h"
 #include "workspace/ForceQuitting.h"
 #include "workspace/WorkspaceParts.h"
 
@@ -181,7 +182,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     } else if (std::ranges::count_if(names, isPart) == 1) {
         std::erase_if(names, std::not_fn(isPart));
     } else {
-        return Outcome::refused("Nothing was learned of an application “" + name + "”");
+        return Outcome::refused("Nothing was learned of an application " + quoted(name));
     }
     ForgottenApplications forgotten;
     WorkspaceProfile profile = *state_.profile;

@@ -2,6 +2,7 @@
 
 #include "persistence/PreferenceKeys.h"
 #include "persistence/WorkspaceDocumentCoding.h"
+#include "support/Quoted.h"
 #include "support/text/Text.h"
 #include "workspace/RuleMatching.h"
 #include "workspace/WindowNames.h"
@@ -211,7 +212,7 @@ Outcome DocumentStore::renameScene(const Uuid& id, const std::string& name) {
         messages_.show("A scene needs a name");
         return Outcome::refused("A scene needs a name");
     }
-    const std::string message = "Scene " + quotedName(scene->name) + " renamed to " + quotedName(newName);
+    const std::string message = "Scene " + quoted(scene->name) + " renamed to " + quoted(newName);
     scene->name = newName;
     scene->updatedAt = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
     const auto changed = changeDocument(std::move(document));
@@ -225,11 +226,11 @@ Outcome DocumentStore::deleteScene(const Uuid& id) {
     std::erase_if(document.scenes, [&](const auto& each) { return each.id == id; });
     if (document.activeSceneID == id) document.activeSceneID.reset();
     const auto changed = changeDocument(std::move(document));
-    return changed ? Outcome::done("Scene " + quotedName(scene->name) + " deleted") : changed;
+    return changed ? Outcome::done("Scene " + quoted(scene->name) + " deleted") : changed;
 }
 
 Outcome DocumentStore::insertScene(WorkspaceScene scene, std::size_t index) {
-    const std::string message = "Scene " + quotedName(scene.name) + " restored to the list";
+    const std::string message = "Scene " + quoted(scene.name) + " restored to the list";
     auto document = workspaceDocument();
     const auto place = std::min(index, document.scenes.size());
     document.scenes.insert(document.scenes.begin() + static_cast<std::ptrdiff_t>(place), std::move(scene));

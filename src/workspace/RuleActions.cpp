@@ -1,5 +1,6 @@
 #include "workspace/RuleActions.h"
 
+#include "support/Quoted.h"
 #include "workspace/WorkspaceParts.h"
 
 #include <utility>
@@ -48,7 +49,7 @@ void RuleActions::carryOutRules(const std::vector<std::pair<WindowID, std::size_
         const TileTarget target{displayID(*screen), tile->slotID};
         if (!geometry_.tileFrameOnScreen(target)) continue;
         if (assignments_.targetOf(windowID) != target) moving.emplace_back(windowID, target);
-        messages_.show("Rule “" + rule.name + "” placed " + window.applicationName);
+        messages_.show("Rule " + quoted(rule.name) + " placed " + window.applicationName);
     }
     if (moving.empty()) return;
     const TileAssignments before = assignments_;

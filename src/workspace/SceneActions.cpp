@@ -2,6 +2,7 @@
 
 #include "persistence/PreferenceKeys.h"
 #include "support/Log.h"
+#include "support/Quoted.h"
 #include "support/text/Text.h"
 #include "workspace/WindowMatching.h"
 #include "workspace/WindowNames.h"
@@ -57,9 +58,9 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     state_.activeSceneID.set(scene.id);
     documents_.saveWorkspaceDocument();
     awaited_.publishReport();
-    if (pendingCount == 0) return Outcome::done("Scene " + quotedName(scene.name) + " restored");
-    return Outcome::done("Restoring Scene " + quotedName(scene.name) + " — waiting for " +
-                         std::to_string(pendingCount) + " app window" + (pendingCount == 1 ? "" : "s"));
+    if (pendingCount == 0) return Outcome::done("Scene " + quoted(scene.name) + " restored");
+    return Outcome::done("Restoring Scene " + quoted(scene.name) + " — waiting for " + std::to_string(pendingCount) +
+                         " app window" + (pendingCount == 1 ? "" : "s"));
 }
 
 /// Applies theme, accent color, inset, layouts and weights. A display whose layout does not exist any more keeps its
@@ -263,7 +264,7 @@ Outcome SceneActions::captureScene(const std::optional<std::string>& name) {
     scene.displays = capturedDisplays();
     for (auto& captured : capturedPlacements()) scene.placements.push_back(std::move(captured.placement));
 
-    const std::string message = "Scene " + quotedName(scene.name) + " captured";
+    const std::string message = "Scene " + quoted(scene.name) + " captured";
     auto document = documents_.workspaceDocument();
     document.activeSceneID = scene.id;
     document.scenes.push_back(std::move(scene));

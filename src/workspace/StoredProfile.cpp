@@ -3,6 +3,7 @@
 #include "layout/LayoutCatalogue.h"
 #include "layout/LayoutSolver.h"
 #include "support/Limits.h"
+#include "support/Quoted.h"
 
 #include <array>
 #include <charconv>
@@ -17,10 +18,6 @@ std::string text(double number) {
     std::array<char, 32> digits;
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     return {digits.data(), end};
-}
-
-std::string quoted(std::string_view word) {
-    return "“" + std::string(word) + "”";
 }
 
 bool isPossible(CGSize size) {

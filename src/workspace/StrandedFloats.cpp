@@ -1,5 +1,6 @@
 #include "workspace/StrandedFloats.h"
 
+#include "support/SameFrame.h"
 #include "workspace/Renaming.h"
 #include "workspace/VisibleArea.h"
 
@@ -27,7 +28,6 @@ void StrandedFloats::settle(const WindowID& windowID, const CGRect& frame) {
 std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std::set<DisplayID>& connected,
                                                                       const std::vector<ManagedWindow>& live,
                                                                       const TileAssignments& tiles) {
-    constexpr double kSamePlacePoints = 2;
     std::vector<std::pair<WindowID, CGRect>> returned;
     std::erase_if(stranded_, [&](const auto& entry) {
         const Stranded& stranded = entry.second;
@@ -36,7 +36,7 @@ std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std:
             std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == entry.first; });
         if (window == live.end() || tiles.isInAnyTile(window->id)) return true;
         const auto& resting = stranded.restingFrame;
-        const bool isMoved = window->frame && resting && !nearlyEqual(*window->frame, *resting, kSamePlacePoints);
+        const bool isMoved = window->frame && resting && !nearlyEqual(*window->frame, *resting, kFrameTolerancePoints);
         if (!isMoved) returned.emplace_back(entry.first, stranded.frame);
         return true;
     });

@@ -1,5 +1,7 @@
 #include "workspace/TileClaims.h"
 
+#include "support/Quoted.h"
+
 #include <algorithm>
 #include <tuple>
 
@@ -21,7 +23,7 @@ void addRuleClaims(const ArrangementInput& input, std::size_t c, std::vector<Til
         for (std::size_t s = 0; s < slots.size(); ++s) {
             if (slots[s].id != candidate.rule->slotID) continue;
             claims.push_back(
-                {TileClaim::Kind::rule, c, d, s, "the rule “" + candidate.rule->name + "” names this tile"});
+                {TileClaim::Kind::rule, c, d, s, "the rule " + quoted(candidate.rule->name) + " names this tile"});
         }
     }
 }

@@ -11,7 +11,6 @@ namespace kova {
 namespace {
 
 constexpr int kArrangementsToBelieve = 2; // that show a size which contradicts the announced minimum
-constexpr double kSameSizePoints = 0.5;
 
 bool isAny(CGSize size) {
     return size.width > 0 || size.height > 0;
@@ -89,8 +88,8 @@ WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSiz
                                     shown.height > announced.height + kFrameTolerancePoints;
     if (std::exchange(known.lastArrangement, arrangement_) != arrangement_) ++known.arrangements;
     known.shownAt = uptime;
-    const bool isSame = std::abs(shown.width - known.shown.width) <= kSameSizePoints &&
-                        std::abs(shown.height - known.shown.height) <= kSameSizePoints;
+    const bool isSame = std::abs(shown.width - known.shown.width) <= kRoundingPoints &&
+                        std::abs(shown.height - known.shown.height) <= kRoundingPoints;
     if (isSame) return Refusal::known;
     known.pending = shown;
     return Refusal::changed;

@@ -3,6 +3,7 @@
 #include "persistence/PreferenceKeys.h"
 #include "persistence/StoredValues.h"
 #include "persistence/WorkspaceDocumentCoding.h"
+#include "support/Quoted.h"
 #include "themes/ThemeRegistry.h"
 #include "workspace/StoredProfile.h"
 
@@ -36,7 +37,7 @@ std::string loadAccentColorID(PreferencesStore& store) {
     std::string id = normalizedAccentColorID(stored.value_or(std::string(kDefaultAccentColorID)));
     if (stored && id != *stored) {
         store.noteUnusable(preferenceKey::accentColor,
-                           "there is no accent color “" + *stored + "”; “" + id + "” is used");
+                           "there is no accent color " + quoted(*stored) + "; " + quoted(id) + " is used");
     }
     return id;
 }

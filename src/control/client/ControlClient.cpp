@@ -1,6 +1,7 @@
 #include "control/client/ControlClient.h"
 
 #include "control/client/ControlSocket.h"
+#include "support/Quoted.h"
 
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -27,7 +28,7 @@ Result<ControlClient, ConnectionFailure> ControlClient::connect(const std::strin
     const auto address = controlSocketAddress(socketPath);
     if (!address) {
         return ConnectionFailure{ConnectionFailure::Kind::noAgent,
-                                 "There is no socket at “" + socketPath + "”: the path is empty or too long"};
+                                 "There is no socket at " + quoted(socketPath) + ": the path is empty or too long"};
     }
     const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
     if (descriptor < 0) return ConnectionFailure{ConnectionFailure::Kind::noAgent, std::strerror(errno)};

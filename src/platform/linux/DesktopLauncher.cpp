@@ -1,6 +1,7 @@
 #include "platform/linux/DesktopLauncher.h"
 
 #include "platform/linux/ExecLine.h"
+#include "support/Quoted.h"
 
 #include <unistd.h>
 
@@ -55,14 +56,14 @@ std::variant<Words, std::string> inTerminal(Words words) {
 /// The command of an entry, else an error that follows the application's name ("is not installed: …").
 std::variant<Words, std::string> wordsOf(const DesktopEntry& entry, const LaunchableApplication& application) {
     if (!entry.tryExec.empty() && !findProgram(entry.tryExec)) {
-        return "is not installed: there is no program “" + entry.tryExec + "”";
+        return "is not installed: there is no program " + quoted(entry.tryExec);
     }
     if (entry.execLine.empty()) return "has a desktop entry without an Exec line";
     auto read = wordsOfExecLine(entry.execLine, {entry.name, entry.iconName, application.location});
     auto* words = std::get_if<Words>(&read);
     if (!words) return read;
     const auto program = findProgram(words->front());
-    if (!program) return "cannot be started: there is no program “" + words->front() + "”";
+    if (!program) return "cannot be started: there is no program " + quoted(words->front());
     words->front() = *program;
     return entry.needsTerminal ? inTerminal(std::move(*words)) : std::variant<Words, std::string>(std::move(*words));
 }

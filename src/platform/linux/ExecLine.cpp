@@ -1,5 +1,7 @@
 #include "platform/linux/ExecLine.h"
 
+#include "support/Quoted.h"
+
 #include <optional>
 
 namespace kova {
@@ -109,7 +111,7 @@ class ExecLineReader {
         const std::string& program = words_[0];
         const bool isRelative = program[0] != '/' && program.find('/') != std::string::npos;
         if (isRelative || program.find('=') != std::string::npos) {
-            fail("has an Exec line that begins with “" + program + "”, which names no program");
+            fail("has an Exec line that begins with " + quoted(program) + ", which names no program");
         }
     }
 

@@ -11,9 +11,6 @@ namespace kova {
 
 namespace {
 
-/// A press counts as the second of a double click only if the pointer moved no further in between.
-constexpr double kRestingPoints = 3;
-
 CGRect pulled(const CGRect& frame, WindowPart grip, double dx, double dy) {
     switch (grip) {
     case WindowPart::nothing:

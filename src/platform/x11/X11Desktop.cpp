@@ -4,6 +4,7 @@
 #include "platform/x11/LocalProcesses.h"
 #include "platform/x11/ServerClaim.h"
 #include "platform/x11/X11Parts.h"
+#include "support/Quoted.h"
 
 #include <poll.h>
 #include <xcb/xcb_icccm.h>
@@ -41,7 +42,7 @@ X11Desktop::open(const Options& options, MainQueue& queue, ApplicationCatalogue&
     auto connected = XConnection::open(options.displayName);
     if (auto* reason = std::get_if<std::string>(&connected)) return Failure{std::move(*reason)};
     auto parts = std::make_unique<Parts>(std::move(std::get<0>(connected)), options, queue, catalogue);
-    const std::string display = "the X display “" + parts->connection->displayName() + "”";
+    const std::string display = "the X display " + quoted(parts->connection->displayName());
     if (options.claimsServer) {
         if (const auto other = claimServer(*parts->connection, parts->processes)) {
             const std::string agent = other->process ? "process " + std::to_string(*other->process) : "another agent";

@@ -1,5 +1,7 @@
 #include "platform/x11/X11DividerHandles.h"
 
+#include "windowing/DividerGestureRecognizer.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -10,10 +12,7 @@ namespace kova::x11 {
 
 namespace {
 
-constexpr double kThinnestHandlePoints = 8;
 constexpr xcb_timestamp_t kDoubleClickTime = 400; // milliseconds
-/// A press counts as the second of a double click only if the pointer moved less in between.
-constexpr double kRestingPoints = 3;
 constexpr xcb_button_t kMainButton = 1;
 constexpr std::uint32_t kEscapeSymbol = 0xFF1B;
 constexpr std::string_view kName = "KOVA divider";
@@ -45,7 +44,7 @@ HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, Layo
     int& start = axis == LayoutAxis::horizontal ? gap.x : gap.y;
     int& thickness = axis == LayoutAxis::horizontal ? gap.width : gap.height;
     int& length = axis == LayoutAxis::horizontal ? gap.height : gap.width;
-    const int missing = std::max(0, space.pixels(kThinnestHandlePoints) - thickness);
+    const int missing = std::max(0, space.pixels(kThinnestHandle) - thickness);
     start -= missing / 2;
     thickness += missing;
     length = std::max(1, length);

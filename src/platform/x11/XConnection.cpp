@@ -1,5 +1,7 @@
 #include "platform/x11/XConnection.h"
 
+#include "support/Quoted.h"
+
 #include <cstring>
 
 namespace kova::x11 {
@@ -28,7 +30,7 @@ std::string whyNoDisplay() {
 }
 
 std::string whyNotConnected(const std::string& displayName, int error) {
-    const std::string place = "Cannot connect to the X display “" + displayName + "”: ";
+    const std::string place = "Cannot connect to the X display " + quoted(displayName) + ": ";
     switch (error) {
     case XCB_CONN_CLOSED_PARSE_ERR:
         return place + "that is not the name of a display (for example \":0\").";
