@@ -1,0 +1,426 @@
+// Makes the plan of an arrangement: claims of rules and of the user first, then by score, display by display.
+#include "workspace/ArrangementPlan.h"
+
+#include "support/text/Text.h"
+#include "workspace/ArrangementScore.h"
+#include "workspace/TileClaims.h"
+#include "workspace/TileRoom.h"
+#include "workspace/WindowNames.h"
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+
+namespace kova {
+
+namespace {
+
+/// One window in one tile, with its score.
+struct Pair {
+    std::size_t candidate;
+    std::size_t slot;
+    ArrangementScore score;
+    double total;
+};
+
+/// The planner's working copy of a display.
+struct DisplayState {
+    const ArrangementDisplay* display;
+    std::vector<std::optional<std::size_t>> holder; // by slot: the candidate in front
+};
+
+struct Assignment {
+    std::size_t displayIndex;
+    std::vector<std::size_t> slots; // anchor first
+    std::string reason;
+};
+
+/// The tiles that a window would cover, the anchor first; empty where it must not be.
+using Fit = std::vector<std::size_t>;
+
+/// Whether a large window may take tiles from others.
+enum class Displacement { forbidden, allowed };
+
+/// Which of the windows without a tile may get one.
+enum class Admission { asManyAsTiles, all };
+
+class Planner {
+  public:
+    explicit Planner(const ArrangementInput& input);
+    ArrangementPlan plan();
+
+  private:
+    enum class Phase { ownDisplay, anyDisplay };
+    void assignClaims();
+    bool hasRoomForAllThatShow() const;
+    void assignWaiting(Phase phase);
+    bool assignOn(std::size_t displayIndex, Phase phase, Displacement displacement,
+                  Admission admission = Admission::asManyAsTiles);
+    std::vector<Pair> pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const;
+    std::vector<std::size_t> waitingFor(std::size_t displayIndex, Phase phase) const;
+    std::optional<std::size_t> slotOfWindowAlone(std::size_t displayIndex, Phase phase) const;
+    void keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const;
+    bool outranks(std::size_t candidate, std::size_t other) const;
+    bool isCrowded(std::size_t displayIndex, Phase phase) const;
+    bool isFree(std::size_t displayIndex, std::size_t slot) const;
+    Fit fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const;
+    bool displacesWindow(std::size_t displayIndex, const Fit& fit) const;
+    bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
+    bool pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
+    void assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason);
+    void vacate(std::size_t candidate);
+    TileRoom roomOn(std::size_t displayIndex) const;
+    bool isAnyTileFree() const;
+    std::optional<AutoArrangePlacement> behindPlacement(std::size_t candidate) const;
+    AutoArrangePlacement frontPlacement(std::size_t candidate, const Assignment& assignment) const;
+    std::string describe(std::size_t candidate) const;
+
+    const ArrangementInput& input_;
+    std::vector<DisplayState> displays_;
+    std::vector<std::optional<Assignment>> assignments_; // by candidate
+    std::vector<bool> isCrowded_;    // by displayIndex: more windows than tiles, when the phase began
+    std::vector<bool> wasDisplaced_; // once: a second time is not allowed, so that planning ends
+    std::vector<bool> hasClaimed_;   // a rule or the user gave it its tile, which no other window takes
+    std::vector<bool> staysBehind_;  // it is stacked in the tile that its rule names
+};
+
+Planner::Planner(const ArrangementInput& input) :
+    input_(input), assignments_(input.candidates.size()), isCrowded_(input.displays.size()),
+    wasDisplaced_(input.candidates.size()), hasClaimed_(input.candidates.size()),
+    staysBehind_(input.candidates.size()) {
+    for (const auto& display : input.displays) {
+        displays_.push_back({&display, {}});
+        displays_.back().holder.resize(display.solved.slots.size());
+    }
+}
+
+bool Planner::isFree(std::size_t displayIndex, std::size_t slot) const {
+    const auto& d = displays_[displayIndex];
+    return !d.holder[slot] && !d.display->reservedSlotIDs.contains(d.display->solved.slots[slot].id);
+}
+
+std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase phase) const {
+    std::vector<std::size_t> waiting;
+    for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
+        const bool isHere = input_.candidates[c].displayID == displays_[displayIndex].display->displayID;
+        if (!assignments_[c] && !staysBehind_[c] && (isHere || phase == Phase::anyDisplay)) waiting.push_back(c);
+    }
+    return waiting;
+}
+
+/// Rank of a window if there are fewer tiles than windows: visible windows first, then by last use, never-used ones
+/// after those, resizable before fixed-size.
+bool Planner::outranks(std::size_t candidate, std::size_t other) const {
+    const auto rank = [](const ArrangementCandidate& c) {
+        return std::tuple(c.isDeferred, c.useRank.value_or(std::numeric_limits<std::size_t>::max()), c.isFixedSize);
+    };
+    return rank(input_.candidates[candidate]) < rank(input_.candidates[other]);
+}
+
+bool Planner::isCrowded(std::size_t displayIndex, Phase phase) const {
+    std::size_t freeCount = 0;
+    for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
+        freeCount += isFree(displayIndex, slot) ? 1 : 0;
+    return waitingFor(displayIndex, phase).size() > freeCount;
+}
+
+/// `pairs` are sorted by score, which decides between windows of one rank.
+void Planner::keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const {
+    std::vector<std::size_t> order;
+    for (const Pair& pair : pairs) {
+        if (std::find(order.begin(), order.end(), pair.candidate) == order.end()) order.push_back(pair.candidate);
+    }
+    if (order.size() <= tileCount) return;
+    std::stable_sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) { return outranks(a, b); });
+    order.resize(tileCount);
+    std::erase_if(
+        pairs, [&](const Pair& pair) { return std::find(order.begin(), order.end(), pair.candidate) == order.end(); });
+}
+
+/// For the only window of a display: the primary tile, or the one into which the user has put the application.
+std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, Phase phase) const {
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
+    const auto& slots = display.solved.slots;
+    const auto waiting = waitingFor(displayIndex, phase);
+    const bool isAlone = phase == Phase::ownDisplay && waiting.size() == 1 && display.reservedSlotIDs.empty() &&
+                         std::none_of(displays_[displayIndex].holder.begin(), displays_[displayIndex].holder.end(),
+                                      [](const auto& holder) { return holder.has_value(); });
+    if (!isAlone || slots.empty()) return std::nullopt;
+    const std::string& key = input_.candidates[waiting.front()].applicationKey;
+    std::size_t primary = 0;
+    for (std::size_t s = 0; s < slots.size(); ++s) {
+        if (input_.learning.isPlacedByUser(display.layout.id, key, slots[s].id)) return s;
+        if (canonicalSlotID(slots[s].id) == kPrimarySlotID) primary = s;
+    }
+    return primary;
+}
+
+std::vector<Pair> Planner::pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const {
+    // Visible windows come before hidden and minimized ones.
+    constexpr double kDeferredPenalty = 1000;
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
+    const auto alone = slotOfWindowAlone(displayIndex, phase);
+    std::vector<Pair> pairs;
+    // Tiles that would have to grow for the window, at the cost of others, come last.
+    constexpr double kGrowthPenalty = 50;
+    std::size_t freeCount = 0;
+    for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(displayIndex, s) ? 1 : 0;
+    for (const std::size_t c : waitingFor(displayIndex, phase)) {
+        const auto& candidate = input_.candidates[c];
+        const auto fits = [&](std::size_t s) {
+            const CGSize tile = display.solved.frames[s].size;
+            return tile.width - 2 * input_.tileInset >= candidate.minimumSize.width &&
+                   tile.height - 2 * input_.tileInset >= candidate.minimumSize.height;
+        };
+        bool fitsAny = false;
+        for (std::size_t s = 0; s < display.solved.slots.size(); ++s)
+            fitsAny = fitsAny || (isFree(displayIndex, s) && fits(s));
+        for (std::size_t s = 0; s < display.solved.slots.size(); ++s) {
+            if (!isFree(displayIndex, s) || (alone && s != *alone)) continue;
+            ArrangementScore score = scoreOf(candidate, display, s, input_.learning);
+            score.isAlone = alone && display.solved.slots.size() > 1 &&
+                            canonicalSlotID(display.solved.slots[s].id) == kPrimarySlotID;
+            const double penalty =
+                (candidate.isDeferred ? kDeferredPenalty : 0) + (fitsAny && !fits(s) ? kGrowthPenalty : 0);
+            pairs.push_back({c, s, score, score.total() - penalty});
+        }
+    }
+    std::stable_sort(pairs.begin(), pairs.end(), [&](const Pair& a, const Pair& b) {
+        if (a.total != b.total) return a.total > b.total;
+        return localizedCaseInsensitiveCompare(input_.candidates[a.candidate].window.applicationName,
+                                               input_.candidates[b.candidate].window.applicationName) < 0;
+    });
+    if (admission == Admission::asManyAsTiles) keepThoseThatComeFirst(pairs, freeCount);
+    return pairs;
+}
+
+TileRoom Planner::roomOn(std::size_t displayIndex) const {
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
+    std::vector<TileHolder> holders;
+    for (std::size_t c = 0; c < assignments_.size(); ++c) {
+        if (!assignments_[c] || assignments_[c]->displayIndex != displayIndex) continue;
+        TileHolder holder{input_.candidates[c].window.id, {}, input_.candidates[c].minimumSize};
+        for (const std::size_t slot : assignments_[c]->slots) holder.slotIDs.push_back(display.solved.slots[slot].id);
+        holders.push_back(std::move(holder));
+    }
+    return {display.layout, display.visibleFrame.size, input_.tileInset, std::move(holders)};
+}
+
+/// The tile, or the span that the window needs. Empty if the span would displace a window that was displaced before or
+/// that claimed its tile. The tile of a full-screen window is not claimed; beside one the window gets its tile alone
+/// and overlaps meanwhile.
+Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
+    const DisplayState& d = displays_[displayIndex];
+    const ArrangementDisplay& display = *d.display;
+    const auto& slots = display.solved.slots;
+    const ArrangementCandidate& wanted = input_.candidates[candidate];
+    const auto needed = roomOn(displayIndex).tilesFor(wanted.window.id, wanted.minimumSize, slots[slot].id);
+    Fit fit{slot};
+    bool isBesideFullScreen = false;
+    for (std::size_t s = 0; s < slots.size(); ++s) {
+        if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
+        // Not displaced: a window that claimed its tile, or that was displaced before.
+        if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimed_[*d.holder[s]])) return {};
+        isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
+        fit.push_back(s);
+    }
+    if (!isBesideFullScreen) return fit;
+    return displacesWindow(displayIndex, fit) ? Fit{} : Fit{slot};
+}
+
+bool Planner::displacesWindow(std::size_t displayIndex, const Fit& fit) const {
+    return std::any_of(fit.begin(), fit.end(),
+                       [&](std::size_t slot) { return displays_[displayIndex].holder[slot].has_value(); });
+}
+
+void Planner::vacate(std::size_t candidate) {
+    DisplayState& d = displays_[assignments_[candidate]->displayIndex];
+    for (const std::size_t slot : assignments_[candidate]->slots) d.holder[slot].reset();
+    assignments_[candidate].reset();
+    wasDisplaced_[candidate] = true;
+}
+
+void Planner::assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason) {
+    DisplayState& d = displays_[displayIndex];
+    for (const std::size_t slot : fit) {
+        if (d.holder[slot]) vacate(*d.holder[slot]);
+        d.holder[slot] = candidate;
+    }
+    assignments_[candidate] = Assignment{displayIndex, fit, std::move(reason)};
+}
+
+bool Planner::isAnyTileFree() const {
+    for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
+        for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot) {
+            if (isFree(displayIndex, slot)) return true;
+        }
+    }
+    return false;
+}
+
+bool Planner::isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const {
+    const auto waiting = waitingFor(displayIndex, phase);
+    return std::any_of(waiting.begin(), waiting.end(), [&](std::size_t other) { return outranks(other, candidate); });
+}
+
+bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const {
+    return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) {
+        const auto& holder = displays_[displayIndex].holder[slot];
+        return holder && outranks(*holder, candidate);
+    });
+}
+
+/// True if a window was displaced.
+bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
+    bool wasDisplaced = false;
+    const bool wasCrowded = isCrowded_[displayIndex];
+    for (const Pair& pair : pairsFor(displayIndex, phase, admission)) {
+        if (assignments_[pair.candidate] || !isFree(displayIndex, pair.slot)) continue;
+        const Fit fit = fitFor(pair.candidate, displayIndex, pair.slot);
+        const bool pushes = displacesWindow(displayIndex, fit);
+        if (fit.empty() || (pushes && displacement == Displacement::forbidden)) continue;
+        const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, displayIndex, phase);
+        if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, displayIndex, fit))) continue;
+        wasDisplaced = wasDisplaced || pushes;
+        assign(pair.candidate, displayIndex, fit,
+               reasonFor(pair.score, input_.candidates[pair.candidate],
+                         displays_[displayIndex].display->solved.slots[pair.slot]));
+    }
+    return wasDisplaced;
+}
+
+bool Planner::hasRoomForAllThatShow() const {
+    std::size_t free = 0;
+    for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
+        for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
+            free += isFree(displayIndex, slot) ? 1 : 0;
+    }
+    std::size_t waiting = 0;
+    for (std::size_t c = 0; c < assignments_.size(); ++c)
+        waiting += assignments_[c] || input_.candidates[c].isDeferred ? 0 : 1;
+    return free > waiting;
+}
+
+/// Windows whose tile is named by a rule or preferred by the user come before all scores. A hidden or minimized one
+/// gets its tile only if no visible window has to be minimized for it.
+void Planner::assignClaims() {
+    for (const TileClaim& claim : tileClaims(input_)) {
+        const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
+        if (assignments_[claim.candidate]) continue;
+        const ArrangementDisplay& display = input_.displays[claim.display];
+        const TileTarget target{display.displayID, display.solved.slots[claim.slot].id};
+        if (!isFree(claim.display, claim.slot)) {
+            const bool isBehind = claim.kind == TileClaim::Kind::rule && candidate.stackedBehindID == target;
+            if (isBehind) staysBehind_[claim.candidate] = true;
+            continue;
+        }
+        if (candidate.isDeferred && !hasRoomForAllThatShow()) continue;
+        const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
+        if (fit.empty() || displacesWindow(claim.display, fit)) continue;
+        assign(claim.candidate, claim.display, fit, claim.reason);
+        hasClaimed_[claim.candidate] = true;
+    }
+}
+
+void Planner::assignWaiting(Phase phase) {
+    for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
+        isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
+        // First windows that displace none, then the others. A displaced window gets another tile.
+        bool wasDisplaced = true;
+        while (wasDisplaced) {
+            assignOn(displayIndex, phase, Displacement::forbidden);
+            wasDisplaced = assignOn(displayIndex, phase, Displacement::allowed);
+        }
+        // Tiles in which windows of higher rank do not fit go to the next ones.
+        assignOn(displayIndex, phase, Displacement::forbidden, Admission::all);
+    }
+}
+
+std::string Planner::describe(std::size_t candidate) const {
+    return nameOf(input_.candidates[candidate].window);
+}
+
+AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assignment& assignment) const {
+    const ArrangementDisplay& display = *displays_[assignment.displayIndex].display;
+    AutoArrangePlacement placement;
+    placement.window = input_.candidates[candidate].window;
+    for (const std::size_t slot : assignment.slots) {
+        placement.claimedTargets.push_back({display.displayID, display.solved.slots[slot]});
+    }
+    placement.target = placement.claimedTargets.front();
+    placement.isDeferred = input_.candidates[candidate].isDeferred || input_.candidates[candidate].isComingBack;
+    placement.explanation =
+        describe(candidate) + " → " + placement.target.slot.name + " on " + display.name + ": " + assignment.reason;
+    if (assignment.slots.size() > 1) {
+        const auto additional = std::to_string(assignment.slots.size() - 1);
+        placement.explanation += "; its minimum size does not fit one tile, so it takes " + additional + " more";
+    }
+    return placement;
+}
+
+/// A stacked window stays stacked in its tile, as long as the layout has that tile.
+std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
+    const auto& behind = input_.candidates[candidate].stackedBehindID;
+    if (!behind) return std::nullopt;
+    for (const DisplayState& displayIndex : displays_) {
+        for (std::size_t slot = 0; slot < displayIndex.display->solved.slots.size(); ++slot) {
+            const DisplayTileTarget target{displayIndex.display->displayID, displayIndex.display->solved.slots[slot]};
+            if (target.id() != *behind) continue;
+            AutoArrangePlacement placement;
+            placement.window = input_.candidates[candidate].window;
+            placement.isPrimary = false;
+            if (displayIndex.display->reservedSlotIDs.contains(target.slot.id)) {
+                placement.target = target;
+                placement.explanation = describe(candidate) + " → behind the full-screen window in " +
+                                        target.slot.name + " on " + displayIndex.display->name +
+                                        ": it was stacked there";
+                return placement;
+            }
+            if (!displayIndex.holder[slot]) continue;
+            // A spanning window has one stack, at its anchor.
+            const std::size_t anchor = assignments_[*displayIndex.holder[slot]]->slots.front();
+            placement.target = {displayIndex.display->displayID, displayIndex.display->solved.slots[anchor]};
+            placement.behindID = input_.candidates[*displayIndex.holder[slot]].window.id;
+            placement.explanation = describe(candidate) + " → behind " + describe(*displayIndex.holder[slot]) + " in " +
+                                    placement.target.slot.name + " on " + displayIndex.display->name +
+                                    ": it was stacked there";
+            return placement;
+        }
+    }
+    return std::nullopt;
+}
+
+ArrangementPlan Planner::plan() {
+    assignClaims();
+    assignWaiting(Phase::ownDisplay);
+    assignWaiting(Phase::anyDisplay);
+
+    ArrangementPlan plan;
+    for (const DisplayState& displayIndex : displays_) {
+        for (std::size_t slot = 0; slot < displayIndex.holder.size(); ++slot) {
+            const auto candidate = displayIndex.holder[slot];
+            if (candidate && assignments_[*candidate]->slots.front() == slot) {
+                plan.placements.push_back(frontPlacement(*candidate, *assignments_[*candidate]));
+            }
+        }
+    }
+    for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
+        if (assignments_[c]) continue;
+        if (auto behind = behindPlacement(c)) {
+            plan.placements.push_back(std::move(*behind));
+        } else {
+            const std::string reason = isAnyTileFree() ? "no free tile has room for it" : "no tile was left";
+            plan.surplus.push_back({input_.candidates[c].window, describe(c) + " → minimized: " + reason});
+        }
+    }
+    plan.leftAlone = input_.leftAlone;
+    return plan;
+}
+
+} // namespace
+
+ArrangementPlan planArrangement(const ArrangementInput& input) {
+    return Planner(input).plan();
+}
+
+} // namespace kova
