@@ -14,6 +14,8 @@
 #define KOVA_POINTEE_GUARDED_BY(mutex) KOVA_THREAD_SAFETY(pt_guarded_by(mutex))
 #define KOVA_REQUIRES(mutex) KOVA_THREAD_SAFETY(requires_capability(mutex))
 #define KOVA_EXCLUDES(mutex) KOVA_THREAD_SAFETY(locks_excluded(mutex))
+#define KOVA_RETURN_CAPABILITY(mutex) KOVA_THREAD_SAFETY(lock_returned(mutex))
+#define KOVA_ASSERT_CAPABILITY(mutex) KOVA_THREAD_SAFETY(assert_capability(mutex))
 
 namespace kova {
 

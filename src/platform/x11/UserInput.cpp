@@ -89,12 +89,10 @@ void UserInput::tell() {
 }
 
 void UserInput::askActiveWindow() {
-    mutex_.assertHeld();
     input_->askActiveWindow();
 }
 
 bool UserInput::isConnected() const {
-    mutex_.assertHeld();
     return input_ && !input_->isLost();
 }
 
@@ -134,18 +132,15 @@ void UserInput::placeHandles() {
 }
 
 void UserInput::displaysChanged() {
-    mutex_.assertHeld();
     placeHandles();
 }
 
 void UserInput::windowsChanged(bool haveMoved) {
-    mutex_.assertHeld();
     if (input_) input_->windowsChanged(haveMoved);
     if (haveMoved) tryHeldKeys(HeldKeysReason::windowsChanged);
 }
 
 bool UserInput::hasMisplacedHandles() const {
-    mutex_.assertHeld();
     return input_ && input_->hasMisplacedHandles();
 }
 
@@ -229,7 +224,6 @@ void UserInput::failRecordingKeys(const std::string& reason) {
 }
 
 void UserInput::managerChanged() {
-    mutex_.assertHeld();
     tryHeldKeys(HeldKeysReason::managerChanged);
 }
 

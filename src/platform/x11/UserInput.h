@@ -1,6 +1,6 @@
 // Reports pointer and key events to observers above the platform interfaces: the pointer's button, divider handles, and
 // grabbed and recorded keys. Has its own X connection; if that fails, the desktop works without input. Main thread.
-// Uses the model's mutex; functions for callers that hold it already say so.
+// Uses the model's mutex.
 #pragma once
 
 #include "platform/x11/ConnectionWatch.h"
@@ -41,17 +41,19 @@ class UserInput {
                             std::function<void(const std::string& reason)> failed) KOVA_EXCLUDES(mutex_);
     std::string charactersOf(std::uint16_t keyCode) const KOVA_EXCLUDES(mutex_);
 
-    // For callers that hold the lock
     /// Whether the connection was ever opened.
     bool isOpen() const { return input_ != nullptr; }
+
+    // For callers that hold the lock
+    Mutex& mutex() const KOVA_RETURN_CAPABILITY(mutex_) { return mutex_; }
     /// Requests the active window; call after a change of the window manager. Only while it is open.
-    void askActiveWindow();
+    void askActiveWindow() KOVA_REQUIRES(mutex_);
     /// False if the connection was never opened, or has ended.
-    bool isConnected() const;
-    void displaysChanged();
-    void windowsChanged(bool haveMoved);
-    void managerChanged();
-    bool hasMisplacedHandles() const;
+    bool isConnected() const KOVA_REQUIRES(mutex_);
+    void displaysChanged() KOVA_REQUIRES(mutex_);
+    void windowsChanged(bool haveMoved) KOVA_REQUIRES(mutex_);
+    void managerChanged() KOVA_REQUIRES(mutex_);
+    bool hasMisplacedHandles() const KOVA_REQUIRES(mutex_);
 
   private:
     struct KeyRecorder {

@@ -216,6 +216,7 @@ void X11Desktop::Parts::bringUpToDate() {
         }
         if (isAnyBelieved()) changes.note();
         isPollReading = false;
+        inputIsLocked();
         mainHasWork = watch.isPausedForPoll() || unsettled.isForMainThread() || model.hasChangedHands ||
                       (unsettled.changed && changes.isAwaited()) || hider.record().isBehind(model, queue.uptime()) ||
                       input.hasMisplacedHandles() || !asked.empty() || displays.isAsking();

@@ -114,6 +114,7 @@ void X11Desktop::Parts::settle(EventEffects effects) {
 
 /// True if the displays have changed.
 bool X11Desktop::Parts::actOn(const EventEffects& effects) {
+    inputIsLocked();
     if (std::exchange(model.hasChangedHands, false)) {
         hider.managerChanged();
         askActiveWindow();

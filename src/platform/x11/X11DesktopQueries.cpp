@@ -20,6 +20,7 @@ void X11Desktop::Parts::takeReplies() {
 }
 
 void X11Desktop::Parts::askActiveWindow() {
+    inputIsLocked();
     if (input.isOpen() && model.windowManager().isPresent) return input.askActiveWindow();
     mustFlush = true;
     if (!model.windowManager().isPresent) return queryFocus(asked.emplace_back(), *connection, model);

@@ -64,6 +64,8 @@ struct X11Desktop::Parts {
 
     // These lock the mutex themselves
     x11::UserInput input;
+    /// `input` was given `mutex`, which the analysis cannot see. Does nothing.
+    void inputIsLocked() const KOVA_REQUIRES(mutex) KOVA_ASSERT_CAPABILITY(input.mutex()) {}
     x11::ModelRefresh refresh; // the polling queue's
     Lifetime lifetime;
 
