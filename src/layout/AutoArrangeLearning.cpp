@@ -137,14 +137,6 @@ std::string_view canonicalSlotID(const SlotID& slotID) {
     return slotID.text();
 }
 
-std::vector<std::string_view> slotIDAliases(std::string_view canonicalID) {
-    std::vector<std::string_view> aliases;
-    for (const auto& [id, canonical] : kCanonicalSlotIDs) {
-        if (canonical == canonicalID) aliases.push_back(id);
-    }
-    return aliases;
-}
-
 double AutoArrangeLearningModel::preference(const std::string& layoutID, const std::string& applicationKey,
                                             const SlotID& slotID) const {
     double matchingHere = 0, totalHere = 0, matchingElsewhere = 0, totalElsewhere = 0;

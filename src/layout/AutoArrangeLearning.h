@@ -27,8 +27,6 @@ std::string applicationKey(std::string_view name, const std::optional<BundleID>&
 
 /// The slot id that slots of the same meaning share in all layouts.
 std::string_view canonicalSlotID(const SlotID& slotID);
-/// The other slot ids whose canonical id this is, in a fixed order.
-std::vector<std::string_view> slotIDAliases(std::string_view canonicalID);
 
 struct AutoArrangeLearningModel {
     struct AppLearning {

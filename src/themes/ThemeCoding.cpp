@@ -15,14 +15,6 @@ double component(const JsonCursor& at, std::string_view key) {
     return value;
 }
 
-ThemeVisualStyle decodeStyle(const JsonCursor& at) {
-    const std::string word = at.string();
-    for (const auto style : {ThemeVisualStyle::system, ThemeVisualStyle::native}) {
-        if (word == rawValue(style)) return style;
-    }
-    at.fail("expected “system” or “native”");
-}
-
 } // namespace
 
 std::string_view rawValue(ThemeVisualStyle style) {
@@ -70,18 +62,6 @@ ThemePalette decodePalette(const JsonCursor& at) {
             .secondaryAccent = color("secondaryAccent"),
             .text = color("text"),
             .mutedText = color("mutedText")};
-}
-
-ThemeDescriptor decodeThemeDescriptor(const JsonCursor& at) {
-    ThemeDescriptor descriptor;
-    descriptor.id = at.required("id").string();
-    descriptor.displayName = at.required("displayName").string();
-    descriptor.visualStyle = decodeStyle(at.required("visualStyle"));
-    descriptor.palette = decodePalette(at.required("palette"));
-    for (const JsonCursor& layout : at.required("layouts").elements()) {
-        descriptor.layouts.push_back(decodeLayoutDefinition(layout));
-    }
-    return descriptor;
 }
 
 } // namespace kova

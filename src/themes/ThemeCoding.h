@@ -20,6 +20,5 @@ nlohmann::json encode(const ThemeDescriptor& descriptor);
 /// These throw `DecodingError`; the components of a color are between 0 and 1.
 RGBAColor decodeColor(const JsonCursor& at);
 ThemePalette decodePalette(const JsonCursor& at);
-ThemeDescriptor decodeThemeDescriptor(const JsonCursor& at);
 
 } // namespace kova

@@ -1,5 +1,7 @@
 #include "ui/AgentActions.h"
 
+#include "layout/TileTarget.h"
+
 #include <QApplication>
 #include <QIcon>
 #include <QStyle>
@@ -15,12 +17,6 @@ using nlohmann::json;
 
 QString titleOf(const std::string& utf8) {
     return QString::fromStdString(utf8).replace(u'&', QStringLiteral("&&"));
-}
-
-/// The slot's id within the tile's own.
-std::string slotOf(const std::string& tile) {
-    const auto separator = tile.rfind("::");
-    return separator == std::string::npos ? tile : tile.substr(separator + 2);
 }
 
 int iconSize() {
@@ -119,7 +115,7 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
         });
     };
     add(tr("Always in %1").arg(titleOf(tile.name)),
-        {{"application", named}, {"disposition", "tile"}, {"slot", slotOf(tile.id)}});
+        {{"application", named}, {"disposition", "tile"}, {"slot", TileTarget::from(tile.id).slot.text()}});
     add(tr("Always Float"), {{"application", named}, {"disposition", "float"}});
     add(tr("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
 }

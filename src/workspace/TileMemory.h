@@ -24,7 +24,6 @@ class TileMemory : public PartWithoutPolls {
 
     /// Windows that rules do not move any more: a rule was evaluated for them, or they were put into a tile in another
     /// way.
-    const std::set<WindowID>& handledByRules() const { return handledByRules_; }
     bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }
     void noteHandledByRules(const WindowID& windowID) { handledByRules_.insert(windowID); }
     void keepHandledByRules(const std::function<bool(const WindowID& windowID)>& isLive);

@@ -59,18 +59,9 @@ class WorkspaceController {
     const ArrangementPlan& lastArrangement() const { return parts_.arranger.lastPlan(); }
     /// The learned slots of applications; shared, never null.
     const Published<Arranger::Learning>& learning() const { return parts_.arranger.publishedLearning(); }
-    /// By the tile that waits for the application.
-    const std::map<TileTarget, PendingApplicationPlacement>& pendingApplicationPlacements() const {
-        return parts_.awaited.launches();
-    }
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
         return parts_.awaited.scene().pending;
     }
-    const std::set<BundleID>& pendingSceneApplicationLaunchBundleIDs() const {
-        return parts_.awaited.scene().launchedBundleIDs;
-    }
-    /// Windows for which rules were evaluated.
-    const std::set<WindowID>& handledRuleWindowIDs() const { return parts_.tileMemory.handledByRules(); }
     /// Incremented with every message, also if the same text is repeated.
     std::uint64_t messagesShown() const { return parts_.messages.count(); }
     /// Whether undo would revert what the status message reports.

@@ -106,11 +106,6 @@ TEST(AutoArrangeLearning, SlotsOfOneMeaning) {
         {"my-slot", "my-slot"},
     };
     for (const auto& [id, canonical] : cases) EXPECT_EQ(canonicalSlotID(id), canonical);
-    using Aliases = std::vector<std::string_view>;
-    EXPECT_EQ(slotIDAliases("secondary-2"), (Aliases{"focus-right-bottom", "ultrawide-left-bottom"}));
-    EXPECT_EQ(slotIDAliases("secondary-3"), (Aliases{"focus-utility", "ultrawide-right-top"}));
-    EXPECT_EQ(slotIDAliases("focus-main"), Aliases{"ultrawide-center"});
-    EXPECT_EQ(slotIDAliases("focus-utility"), Aliases{});
 }
 
 TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {

@@ -53,24 +53,19 @@ TEST(ThemeRegistry, EveryThemeIsLegibleWithEveryAccentColor) {
     EXPECT_EQ(registry.palette("no such theme", "plaid"), registry.palette("kova.native", "system-blue"));
 }
 
-TEST(ThemeRegistry, ThemesTravelAsJson) {
+TEST(ThemeRegistry, PalettesTravelAsJson) {
     const ThemeDescriptor jarvis = JarvisTheme().descriptor();
     const auto read = [](const nlohmann::json& json) {
-        return decodeJson(json.dump(), [](const JsonCursor& at) { return decodeThemeDescriptor(at); });
+        return decodeJson(json.dump(), [](const JsonCursor& at) { return decodePalette(at); });
     };
-    nlohmann::json json = encode(jarvis);
-    const auto back = std::get<ThemeDescriptor>(read(json));
-    EXPECT_EQ(back.palette, jarvis.palette);
-    EXPECT_EQ(encode(back), json);
-    EXPECT_EQ(json["palette"]["secondaryAccent"],
-              (nlohmann::json{{"red", 0.28}, {"green", 0.96}, {"blue", 1.0}, {"alpha", 1.0}}));
-    json["palette"]["text"]["green"] = 1.01;
-    EXPECT_EQ(std::get<DecodingError>(read(json)).path(), "palette.text.green");
-    json["palette"].erase("mutedText");
-    json["palette"]["text"]["green"] = 1;
-    EXPECT_EQ(std::get<DecodingError>(read(json)).path(), "palette.mutedText");
-    json["visualStyle"] = "Native";
-    EXPECT_EQ(std::get<DecodingError>(read(json)).path(), "visualStyle");
+    nlohmann::json json = encode(jarvis).at("palette");
+    EXPECT_EQ(std::get<ThemePalette>(read(json)), jarvis.palette);
+    EXPECT_EQ(json["secondaryAccent"], (nlohmann::json{{"red", 0.28}, {"green", 0.96}, {"blue", 1.0}, {"alpha", 1.0}}));
+    json["text"]["green"] = 1.01;
+    EXPECT_EQ(std::get<DecodingError>(read(json)).path(), "text.green");
+    json.erase("mutedText");
+    json["text"]["green"] = 1;
+    EXPECT_EQ(std::get<DecodingError>(read(json)).path(), "mutedText");
 }
 
 TEST(AccentColors, Options) {

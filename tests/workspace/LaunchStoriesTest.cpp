@@ -25,7 +25,7 @@ class Launching : public ::testing::Test {
     void launch(const LaunchableApplication& application, const SlotID& slot, const char* display = "A") {
         EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{application, desk.displayIDOf(display), slot}));
     }
-    std::size_t waiting() { return desk.controller().pendingApplicationPlacements().size(); }
+    std::size_t waiting() { return desk.state().pendingLaunches->size(); }
 
     static constexpr const char* kAlone = "Mail 15,15 1254x1382 | -";
     static constexpr const char* kBoth = "Mail 15,15 1254x1382 | Notes 1291,15 1254x1382";
@@ -211,12 +211,12 @@ TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
     EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{notes, desk.displayIDOf("VM"), kRight}));
     desk.advance(Seconds(1)).desktop.resizeDisplay("VM", {2560, 1440});
     desk.advance(Seconds(8)).expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
-    EXPECT_TRUE(desk.controller().pendingApplicationPlacements().empty());
+    EXPECT_TRUE(desk.state().pendingLaunches->empty());
     const auto broken = desk.desktop.install("Broken", {.fails = "Broken is broken", .startsAfter = Seconds(2)});
     EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{broken, desk.displayIDOf("VM"), kRight}));
     desk.advance(Seconds(1)).desktop.resizeDisplay("VM", {1920, 1080});
     desk.advance(Seconds(3));
-    EXPECT_TRUE(desk.controller().pendingApplicationPlacements().empty());
+    EXPECT_TRUE(desk.state().pendingLaunches->empty());
 }
 
 TEST_F(Launching, AZoomedWindowMakesWay) {

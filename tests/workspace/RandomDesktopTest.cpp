@@ -147,7 +147,7 @@ class RandomDay : public RandomWalk {
         desk_.rest(); // what was done before may still move windows
         const auto& controller = desk_.controller();
         bool mayChangeAnyway =
-            !controller.pendingApplicationPlacements().empty() || !controller.pendingSceneWindowPlacements().empty();
+            !controller.state().pendingLaunches->empty() || !controller.pendingSceneWindowPlacements().empty();
         const auto before = controller.assignments();
         std::set<WindowID> here; // one that was sent to the other Space has its tile there
         for (const auto& window : controller.liveWindows()) {

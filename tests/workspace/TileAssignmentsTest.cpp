@@ -1,4 +1,5 @@
 #include "workspace/TileAssignments.h"
+#include "workspace/TileMemory.h"
 #include "workspace/LayoutMigration.h"
 #include "workspace/UndoHistory.h"
 
@@ -127,6 +128,16 @@ TEST(LayoutMigration, WhatHasNoTileBesideASpanWaitsInTheStackOfItsAnchor) {
         migrateHomes(before, "D", {{next, wide}, {{"another three", row({"d", "e", "c"})}, other}}, next).assignments;
     EXPECT_EQ(result.targetsAnchorFirst("wide"), (Targets{"D::a", "D::b", "D::c"}));
     EXPECT_EQ(result.stackWindowIDsByTarget, (std::map<TileTarget, IDs>{{"D::a", {"wide", "other"}}}));
+}
+
+TEST(TileMemory, WindowsHandledByRulesAreForgottenOnceTheyAreClosed) {
+    TileMemory memory;
+    memory.noteHandledByRules("mail");
+    memory.noteHandledByRules("notes");
+    memory.rename("notes", "notes2");
+    memory.keepHandledByRules([](const WindowID& id) { return id == "notes2"; });
+    EXPECT_TRUE(memory.isHandledByRules("notes2"));
+    EXPECT_FALSE(memory.isHandledByRules("mail"));
 }
 
 } // namespace
