@@ -152,7 +152,12 @@ void Arrangement::arrangeWindows() {
     frames_.beginArrangement();
     keeper_.publishMinimums();
     carryOutArrangement(plan);
-    keeper_.commit({.resetsLimits = true, .endsArrangement = true, .straying = kFramesStay});
+    std::vector<WindowID> behind;
+    for (const auto& placement : plan.placements) {
+        if (!placement.isDeferred && !placement.isPrimary) behind.push_back(placement.window.id);
+    }
+    keeper_.commit(
+        {.displaced = std::move(behind), .resetsLimits = true, .endsArrangement = true, .straying = kFramesStay});
 
     if (std::ranges::any_of(plan.placements, &AutoArrangePlacement::isDeferred)) {
         services_.queue.after(
@@ -185,9 +190,10 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     }
     const auto frames = geometry_.framesOfTiledWindows();
     for (const auto& placement : plan.placements) {
+        if (!placement.isPrimary) continue; // hidden by the commit, once its time has come
         if (!placement.isDeferred) {
             presentPlacement(placement, frames);
-        } else if (placement.isPrimary) {
+        } else {
             presenter_.unhideApplicationOf(placement.window);
             windowService_.unminimize(placement.window);
             presenter_.requestPresentation(placement.window.id, WindowPresentation::shown);
@@ -199,7 +205,6 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
 void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
-    if (!placement.isPrimary) return presenter_.presentDisplaced({live->id});
     tileMemory_.succession().forget(live->id);
     const auto frame = frames.find(live->id);
     if (frame != frames.end()) presenter_.writeFrame(*live, frame->second, BringToFront::no);
@@ -207,28 +212,27 @@ void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const 
     keeper_.retryMinimum(placement.window.id);
 }
 
-void Arrangement::carryOutDeferredPlacement(const AutoArrangePlacement& placement) {
+void Arrangement::takeDeferred(const AutoArrangePlacement& placement) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
-    if (placement.isPrimary) {
-        keeper_.place(*live, {placement.claimedTargets}, BringToFront::no);
-        keeper_.retryMinimum(placement.window.id);
-        return;
-    }
+    if (placement.isPrimary) return keeper_.place(*live, {placement.claimedTargets}, BringToFront::no);
     assignments_.insertIntoStack(placement.target.id(), live->id, TileAssignments::StackPosition::behind);
-    presenter_.presentDisplaced({live->id});
 }
 
 void Arrangement::carryOutDeferred(std::int64_t generation) {
     if (!arranger_.isNewest(generation) || !access_.mayMoveWindows()) return;
     steps_.changeLater([&] {
+        std::vector<WindowID> fronts, behind;
         for (const auto& placement : arranger_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
             // Meanwhile the user may have put another window into its tile, or may be dragging it.
-            const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
-            if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
+            const WindowID& id = placement.window.id;
+            if (assignments_.targetOf(id) != placement.target.id() || pointer_.isHolding(id)) continue;
+            takeDeferred(placement);
+            (placement.isPrimary ? fronts : behind).push_back(id);
         }
-        keeper_.commit({.straying = kFramesStay});
+        keeper_.commit({.displaced = std::move(behind), .straying = kFramesStay});
+        for (const auto& id : fronts) keeper_.retryMinimum(id);
     });
 }
 

@@ -60,7 +60,7 @@ class Arrangement {
     void arrangeWindows();
     void carryOutArrangement(const ArrangementPlan& plan);
     void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
-    void carryOutDeferredPlacement(const AutoArrangePlacement& placement);
+    void takeDeferred(const AutoArrangePlacement& placement);
     void carryOutDeferred(std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
     TileAssignments assignmentsOnAbsentDisplays() const;

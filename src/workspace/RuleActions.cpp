@@ -8,12 +8,11 @@
 namespace kova {
 
 RuleActions::RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
-                         const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
-                         DocumentStore& documents) :
+                         const WindowFinder& finder, TileKeeper& keeper, DocumentStore& documents) :
     state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
     focusMode_(parts.focusMode), messages_(parts.messages), access_(access), geometry_(geometry), finder_(finder),
-    presenter_(presenter), keeper_(keeper), documents_(documents) {}
+    keeper_(keeper), documents_(documents) {}
 
 void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
@@ -54,23 +53,8 @@ void RuleActions::carryOutRules(const std::vector<std::pair<WindowID, std::size_
     if (moving.empty()) return;
     const TileAssignments before = assignments_;
     for (const auto& [windowID, target] : moving) assignments_.remove(windowID);
-    std::vector<WindowID> displaced;
-    std::vector<std::pair<WindowID, Covering>> placed;
-    for (const auto& [windowID, target] : moving) {
-        const auto covering = geometry_.coveringFor(*liveWindows_.find(windowID), target);
-        if (!covering) continue;
-        for (auto& id : keeper_.takeTiles(windowID, *covering)) displaced.push_back(std::move(id));
-        placed.emplace_back(windowID, *covering);
-    }
-    presenter_.presentDisplaced(displaced);
-    keeper_.bringNextForward(before);
-    for (const auto& [windowID, covering] : placed) {
-        const auto frame = geometry_.frameForWindow(windowID);
-        if (!frame) continue; // another window with the same rule is in front
-        presenter_.writeFrame(*liveWindows_.find(windowID), *frame, AccessibilityWindowService::BringToFront::no);
-        if (covering.targets.size() > 1) keeper_.announceClaim(*liveWindows_.find(windowID), covering);
-    }
-    keeper_.commit({});
+    for (const auto& [windowID, target] : moving) keeper_.placeInTile(windowID, target, Focusing::no);
+    keeper_.commit({.before = before});
 }
 
 Outcome RuleActions::addRuleForWindow(const action::AddRuleForWindow& wanted) {

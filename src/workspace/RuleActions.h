@@ -12,7 +12,6 @@
 #include "workspace/TileKeeper.h"
 #include "workspace/TileMemory.h"
 #include "workspace/WindowFinder.h"
-#include "workspace/WindowPresenter.h"
 #include "workspace/WorkspaceAccess.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceState.h"
@@ -29,7 +28,7 @@ struct WorkspaceParts;
 class RuleActions {
   public:
     RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
-                WindowPresenter& presenter, TileKeeper& keeper, DocumentStore& documents);
+                TileKeeper& keeper, DocumentStore& documents);
 
     void applyRules(const std::vector<ManagedWindow>& windows);
     Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
@@ -48,7 +47,6 @@ class RuleActions {
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;
-    WindowPresenter& presenter_;
     TileKeeper& keeper_;
     DocumentStore& documents_;
 };

@@ -159,7 +159,7 @@ void SceneActions::launchedForScene(const LaunchableApplication& application, co
 }
 
 /// Puts windows into their tiles: shows front windows and hides stacked ones.
-void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements, const Transaction& changes) {
+void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements, Transaction changes) {
     std::set<WindowID> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
     awaited_.noteRestored(placements);
@@ -167,21 +167,19 @@ void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placem
     std::set<WindowID> fronts;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) fronts.insert(windowID);
 
-    std::vector<WindowID> waiting;
     for (const auto& windowID : frontsBefore) {
-        if (!fronts.contains(windowID)) waiting.push_back(windowID);
+        if (!fronts.contains(windowID)) changes.displaced.push_back(windowID);
     }
     for (const auto& placement : placements) {
         keeper_.noteHasItsPlace(placement.windowID);
         if (!fronts.contains(placement.windowID)) {
-            if (!frontsBefore.contains(placement.windowID)) waiting.push_back(placement.windowID);
+            if (!frontsBefore.contains(placement.windowID)) changes.displaced.push_back(placement.windowID);
             continue;
         }
         const ManagedWindow window = *liveWindows_.find(placement.windowID);
         if (window.isMinimized || windowService_.isApplicationHidden(window.processIdentifier))
             presenter_.bringBack(window);
     }
-    presenter_.presentDisplaced(waiting);
     keeper_.commit(changes);
     std::vector<WindowID> placedFronts;
     for (const auto& placement : placements) {

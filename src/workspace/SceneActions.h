@@ -54,7 +54,7 @@ class SceneActions {
     std::size_t placeWindowsOf(const WorkspaceScene& scene);
     void launchForScene(const std::vector<BundleID>& bundleIDs);
     void launchedForScene(const LaunchableApplication& application, const LaunchResult& result);
-    void carryOutRestored(const std::vector<RestoredPlacement>& placements, const Transaction& changes);
+    void carryOutRestored(const std::vector<RestoredPlacement>& placements, Transaction changes);
     void endRestoration(std::size_t unavailable);
     std::vector<CapturedPlacement> capturedPlacements() const;
     std::vector<WorkspaceSceneDisplay> capturedDisplays() const;

@@ -12,18 +12,6 @@ namespace kova {
 
 using BringToFront = AccessibilityWindowService::BringToFront;
 
-namespace {
-
-std::set<WindowID> visibleIDs(const std::vector<ManagedWindow>& windows) {
-    std::set<WindowID> visible;
-    for (const auto& window : windows) {
-        if (window.isVisible) visible.insert(window.id);
-    }
-    return visible;
-}
-
-} // namespace
-
 TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
                        WindowPresenter& presenter) :
     services_(parts.services),
@@ -99,10 +87,30 @@ void TileKeeper::commit(const Transaction& changes) {
     if (changes.endsArrangement) (void)arranger_.supersede();
     if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
     if (changes.before) bringNextForward(*changes.before);
+    displaced_.insert(displaced_.end(), changes.displaced.begin(), changes.displaced.end());
+    hideDisplaced();
+    requestFramesOfPlaced();
     publishAssignments();
     const bool haveMoved = changes.comparesTiles && noteTileGeometry();
     if (changes.hasMovedTiles || haveMoved) raiseRevision();
     if (changes.straying) presenter_.reapplyTileFrames(*changes.straying);
+}
+
+/// A window that one edit displaced may be in a tile again by another.
+void TileKeeper::hideDisplaced() {
+    auto displaced = std::exchange(displaced_, {});
+    std::erase_if(displaced, [this](const WindowID& id) { return assignments_.isAssigned(id); });
+    presenter_.presentDisplaced(displaced);
+}
+
+/// Of those that still have a tile.
+void TileKeeper::requestFramesOfPlaced() {
+    const auto placed = std::exchange(placed_, {});
+    for (const auto& [windowID, raise] : placed) {
+        const ManagedWindow* window = liveWindows_.find(windowID);
+        const auto frame = geometry_.frameForWindow(windowID);
+        if (window && frame) presenter_.writeFrame(ManagedWindow(*window), *frame, raise);
+    }
 }
 
 /// Returns the former front windows of the tiles, each once.
@@ -128,8 +136,13 @@ std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Cove
 }
 
 void TileKeeper::place(const ManagedWindow& window, const Covering& covering, BringToFront raise) {
-    presenter_.presentDisplaced(takeTiles(window.id, covering));
-    if (const auto frame = geometry_.frameForWindow(window.id)) presenter_.writeFrame(window, *frame, raise);
+    for (auto& id : takeTiles(window.id, covering)) displaced_.push_back(std::move(id));
+    const auto before = std::ranges::find(placed_, window.id, &Placed::windowID);
+    if (before == placed_.end()) {
+        placed_.push_back({window.id, raise});
+    } else if (raise == BringToFront::yes) {
+        before->raise = raise;
+    }
     if (covering.targets.size() > 1) announceClaim(window, covering);
 }
 
@@ -220,23 +233,13 @@ void TileKeeper::makeRoomFor(const ManagedWindow& window) {
 /// Windows whose tiles are too small claim spans, `first` before all others. The loop ends, since every claim adds
 /// tiles.
 void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
-    std::optional<std::set<WindowID>> shown; // before the first claim
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
         if (focusMode_.ownsDisplay(displayID(screen))) continue;
         std::set<WindowID> done; // once each, so that the loop ends
         while (const auto claim = nextClaimOn(screen, first, done)) {
             done.insert(claim->first.id);
-            if (!shown) shown = visibleIDs(liveWindows_.all());
             moveOutOfTheWay(screen, *claim);
             place(claim->first, claim->second, AccessibilityWindowService::BringToFront::no);
-        }
-    }
-    if (!shown) return;
-    // One claim may have taken a window off the screen that a later one has put into a tile again.
-    for (const ManagedWindow& window : std::vector<ManagedWindow>(liveWindows_.all())) {
-        if (shown->contains(window.id) && assignments_.isAssigned(window.id) &&
-            !liveWindows_.find(window.id)->isVisible) {
-            presenter_.bringBack(window);
         }
     }
 }

@@ -43,9 +43,7 @@ class TileKeeper {
     /// Raises the layout revision: overlays and divider handles follow. `commit` does so, too; a divider drag calls it
     /// for each movement.
     void raiseRevision();
-    /// Assigns the tiles and returns the displaced windows, each once. Writes no frame.
-    std::vector<WindowID> takeTiles(const WindowID& windowID, const Covering& covering);
-    /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
+    /// Takes the tiles. The commit hides the windows that lost theirs and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     /// Places the window in one tile. False if there is no such window or tile.
     bool placeInTile(const WindowID& windowID, const TileTarget& target, Focusing focusing);
@@ -55,8 +53,6 @@ class TileKeeper {
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Fills tiles that have lost their front window since `before` from their stacks.
     void bringNextForward(const TileAssignments& before);
-    /// Windows whose tiles are too small claim spans, `first` before all others.
-    void claimRoomWhereNeeded(const WindowID& first = {});
     /// Windows that need less room than when they claimed their span keep only the tiles that they need.
     void giveBackSpans();
     /// Records that the window kept `actual` after a request for `wanted`; both in window-service space.
@@ -78,10 +74,19 @@ class TileKeeper {
     void noteMovedByUser(const WindowID& windowID);
 
   private:
+    struct Placed {
+        WindowID windowID;
+        AccessibilityWindowService::BringToFront raise;
+    };
+
+    std::vector<WindowID> takeTiles(const WindowID& windowID, const Covering& covering);
+    void hideDisplaced();
+    void requestFramesOfPlaced();
     void publishAssignments();
     bool noteTileGeometry();
     void keepFloatingValid();
     bool bringForward(const Promotion& promotion);
+    void claimRoomWhereNeeded(const WindowID& first);
     std::optional<std::pair<ManagedWindow, Covering>> nextClaimOn(const Screen& screen, const WindowID& first,
                                                                   const std::set<WindowID>& done) const;
     void moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim);
@@ -106,6 +111,8 @@ class TileKeeper {
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     WindowPresenter& presenter_;
+    std::vector<WindowID> displaced_; // since the last commit
+    std::vector<Placed> placed_;      // since the last commit
     Lifetime lifetime_;
 };
 

@@ -1,12 +1,14 @@
 // What one operation has changed. An operation finds its target or refuses, edits, and commits once at its end: windows
-// that lack room claim tiles, tiles without a front window get the next of their stack, the assignments are published,
-// frames are requested for windows that are not in their tiles, and all requests are sent together.
+// that lack room claim tiles, tiles without a front window get the next of their stack, windows that lost their tile
+// are hidden, placed ones get their frames, the assignments are published, frames are requested for windows that are
+// not in their tiles, and all requests are sent together.
 #pragma once
 
 #include "workspace/FrameKeeper.h"
 #include "workspace/TileAssignments.h"
 
 #include <optional>
+#include <vector>
 
 namespace kova {
 
@@ -14,6 +16,8 @@ struct Transaction {
     /// The assignments before the operation. Absent if no tile can have lost its front window, or the caller has filled
     /// it already.
     std::optional<TileAssignments> before{};
+    /// Windows that lost their tile, apart from those that `TileKeeper::place` has displaced.
+    std::vector<WindowID> displaced{};
     /// Tile frames have changed; overlays and divider handles follow.
     bool hasMovedTiles = false;
     /// Refusing windows get all their attempts again, since their tiles or minimum sizes are others now.

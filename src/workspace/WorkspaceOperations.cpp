@@ -23,7 +23,7 @@ WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& re
     report(parts, access, geometry, presenter, arrangement),
     applications(parts, refreshCycle, access, geometry, presenter, keeper, steps),
     scenes(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, steps, applications),
-    rules(parts, access, geometry, finder, presenter, keeper, documents),
+    rules(parts, access, geometry, finder, keeper, documents),
     sessionTaker(parts, geometry, finder, presenter, keeper, follower, steps, displayChanges) {}
 
 } // namespace kova
