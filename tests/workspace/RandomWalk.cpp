@@ -219,13 +219,20 @@ std::optional<Failure> failureOf(const MakeWalk& make, std::uint32_t seed, const
     return failure;
 }
 
-/// Leaves out operations as long as the same check fails.
+/// Leaves out operations, and takes smaller numbers for others, as long as the same check fails.
 std::pair<Operations, Failure> shortened(const MakeWalk& make, std::uint32_t seed, Operations operations,
                                          Failure failure) {
 #ifdef KOVA_HAS_RAPIDCHECK
+    const auto withSmallerNumber = [](const Operation& operation) {
+        return rc::seq::map(rc::shrink::towards(operation.number, std::uint32_t{0}),
+                            [name = operation.name](std::uint32_t number) {
+                                return Operation{name, number};
+                            });
+    };
     for (bool isShorter = true; isShorter;) {
         isShorter = false;
-        auto shorter = rc::shrink::removeChunks(operations);
+        auto shorter = rc::seq::concat(rc::shrink::removeChunks(operations),
+                                       rc::shrink::eachElement(operations, withSmallerNumber));
         while (const auto candidate = shorter.next()) {
             auto again = failureOf(make, seed, *candidate);
             if (!again || again->place != failure.place) continue;
