@@ -30,13 +30,14 @@ constexpr Seconds kAutomaticArrangementDelay{0.3};
 } // namespace
 
 Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
-                         const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps) :
+                         const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
+                         const Snapshots& snapshots, UndoSteps& steps) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
     focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames),
     arranger_(parts.arranger), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
-    keeper_(keeper), steps_(steps) {}
+    keeper_(keeper), snapshots_(snapshots), steps_(steps) {}
 
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
@@ -140,7 +141,7 @@ ArrangementPlan Arrangement::planArrangement() const {
     const WorkspaceUndoSnapshot* before = focusMode_.snapshot();
     if (!before) return kova::planArrangement(arrangementInput(liveWindows_.all(), assignments_));
     // Arranging ends focus mode first.
-    return kova::planArrangement(arrangementInput(steps_.windowsAsIn(*before), before->tiles));
+    return kova::planArrangement(arrangementInput(snapshots_.windowsAsIn(*before), before->tiles));
 }
 
 void Arrangement::arrangeWindows() {

@@ -12,6 +12,7 @@
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
 #include "workspace/PointerInteraction.h"
+#include "workspace/Snapshots.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
@@ -38,7 +39,7 @@ inline constexpr std::string_view kNothingToArrange = "There is no window to arr
 class Arrangement {
   public:
     Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
-                WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps);
+                WindowPresenter& presenter, TileKeeper& keeper, const Snapshots& snapshots, UndoSteps& steps);
 
     Outcome arrange();
     /// The message for the user if the window manager places windows itself (recognized by its name or by refusals);
@@ -83,6 +84,7 @@ class Arrangement {
     const WindowFinder& finder_;
     WindowPresenter& presenter_;
     TileKeeper& keeper_;
+    const Snapshots& snapshots_;
     UndoSteps& steps_;
     Lifetime lifetime_;
 };

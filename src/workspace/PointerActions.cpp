@@ -27,12 +27,13 @@ CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
 
 PointerActions::PointerActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
                                const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
-                               UndoSteps& steps, Arrangement& arrangement) :
+                               const Snapshots& snapshots, UndoSteps& steps, Arrangement& arrangement) :
     services_(parts.services),
     requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), focusMode_(parts.focusMode),
     pointer_(parts.pointer), frames_(parts.frames), messages_(parts.messages), access_(access), geometry_(geometry),
-    finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps), arrangement_(arrangement) {}
+    finder_(finder), presenter_(presenter), keeper_(keeper), snapshots_(snapshots), steps_(steps),
+    arrangement_(arrangement) {}
 
 std::vector<DisplayLayoutDivider> PointerActions::dividers() const {
     std::vector<DisplayLayoutDivider> all;
@@ -63,7 +64,7 @@ Outcome PointerActions::beginDividerDrag(const DisplayLayoutDivider& target) {
         if (window && window->frame && geometry_.screenOfTarget(tile) == screen) frames[windowID] = *window->frame;
     }
     pointer_.beginDividerDrag(*current, state_.profile->weights(target.displayID, target.layoutID),
-                              steps_.captureUndoSnapshot(), std::move(frames));
+                              snapshots_.capture(), std::move(frames));
     return Outcome::done();
 }
 
@@ -200,7 +201,7 @@ Outcome PointerActions::beginWindowDrag(const WindowID& windowID, const CGRect& 
     steps_.closeFocusMode();
     (void)pointer_.release(); // the press has become a drag
     steps_.abandonDrags();
-    WorkspaceUndoSnapshot before = steps_.captureUndoSnapshot();
+    WorkspaceUndoSnapshot before = snapshots_.capture();
     before.windowFrames[windowID] = frameBefore;
     frames_.forgetRefusal(windowID); // of its former place
     windowService_.cancelPlacement(windowID);

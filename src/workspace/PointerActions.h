@@ -9,6 +9,7 @@
 #include "workspace/Outcome.h"
 #include "workspace/PointerInteraction.h"
 #include "workspace/RequestBatch.h"
+#include "workspace/Snapshots.h"
 #include "workspace/StatusMessages.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
@@ -32,7 +33,8 @@ struct WorkspaceParts;
 class PointerActions {
   public:
     PointerActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
-                   WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps, Arrangement& arrangement);
+                   WindowPresenter& presenter, TileKeeper& keeper, const Snapshots& snapshots, UndoSteps& steps,
+                   Arrangement& arrangement);
 
     /// Every boundary that can be dragged; none on a display that a zoomed window owns.
     std::vector<DisplayLayoutDivider> dividers() const;
@@ -71,6 +73,7 @@ class PointerActions {
     const WindowFinder& finder_;
     WindowPresenter& presenter_;
     TileKeeper& keeper_;
+    const Snapshots& snapshots_;
     UndoSteps& steps_;
     Arrangement& arrangement_;
 };

@@ -26,13 +26,13 @@ double aspectRatio(const Screen& screen) {
 SceneActions::SceneActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
                            TileGeometry& geometry, const WindowFinder& finder, WindowPresenter& presenter,
                            TileKeeper& keeper, DocumentStore& documents, UndoSteps& steps,
-                           ApplicationActions& applications) :
+                           ApplicationActions& applications, std::function<void()> forgetPlaces) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
-    recovery_(parts.recovery), session_(parts.session), awaited_(parts.awaited), arranger_(parts.arranger),
-    messages_(parts.messages), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
-    presenter_(presenter), keeper_(keeper), documents_(documents), steps_(steps), applications_(applications) {}
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), awaited_(parts.awaited), messages_(parts.messages),
+    refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
+    keeper_(keeper), documents_(documents), steps_(steps), applications_(applications),
+    forgetPlaces_(std::move(forgetPlaces)) {}
 
 Outcome SceneActions::activateScene(const Uuid& id) {
     const auto found = documents_.sceneWithID(id);
@@ -46,14 +46,10 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     }
     steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     awaited_.beginScene(messages_.addedByAction());
-    session_.dropKept(); // restoring the session with the first poll would displace the scene's windows
-    arranger_.skipStartupArrangement();
     applyLook(scene);
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     assignments_ = {};
-    displays_.forgetAllWindows();
-    tileMemory_.homes().forgetAll();
-    recovery_.clear(); // windows of the former tiles are not awaited any more
+    forgetPlaces_();
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
     documents_.saveWorkspaceDocument();

@@ -5,23 +5,18 @@
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ApplicationActions.h"
-#include "workspace/Arranger.h"
 #include "workspace/AwaitedWindows.h"
-#include "workspace/DisplayMemory.h"
 #include "workspace/DocumentStore.h"
-#include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/SceneCapture.h"
 #include "workspace/SceneDifferences.h"
-#include "workspace/SessionRestore.h"
 #include "workspace/StatusMessages.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
 #include "workspace/TileMemory.h"
-#include "workspace/TransitionRecovery.h"
 #include "workspace/UndoSteps.h"
 #include "workspace/WindowFinder.h"
 #include "workspace/WindowPresenter.h"
@@ -29,6 +24,7 @@
 #include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,7 +37,7 @@ class SceneActions {
   public:
     SceneActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
                  const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, DocumentStore& documents,
-                 UndoSteps& steps, ApplicationActions& applications);
+                 UndoSteps& steps, ApplicationActions& applications, std::function<void()> forgetPlaces);
 
     Outcome activateScene(const Uuid& id);
     void processPendingScenePlacements();
@@ -65,11 +61,7 @@ class SceneActions {
     LiveWindows& liveWindows_;
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
-    DisplayMemory& displays_;
-    TransitionRecovery& recovery_;
-    SessionRestore& session_;
     AwaitedWindows& awaited_;
-    Arranger& arranger_;
     StatusMessages& messages_;
     RefreshCycle& refreshCycle_;
     WorkspaceAccess& access_;
@@ -80,6 +72,7 @@ class SceneActions {
     DocumentStore& documents_;
     UndoSteps& steps_;
     ApplicationActions& applications_;
+    std::function<void()> forgetPlaces_;
     Lifetime lifetime_;
 };
 

@@ -1,24 +1,17 @@
-// Takes and restores undo snapshots, and enters and leaves focus mode, which stores one. The command itself is
+// Adds undo steps, ends drags, and enters and leaves focus mode, which stores a snapshot. The command itself is
 // `WorkspaceController::undoLastAction`.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
-#include "workspace/DisplayMemory.h"
-#include "workspace/DocumentStore.h"
-#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
-#include "workspace/LayoutFollower.h"
-#include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
 #include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/RequestBatch.h"
 #include "workspace/SessionResumption.h"
-#include "workspace/TileAssignments.h"
+#include "workspace/Snapshots.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
-#include "workspace/TileMemory.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WindowFinder.h"
 #include "workspace/WindowPresenter.h"
@@ -28,8 +21,6 @@
 
 #include <functional>
 #include <optional>
-#include <string>
-#include <vector>
 
 namespace kova {
 
@@ -38,16 +29,10 @@ struct WorkspaceParts;
 class UndoSteps {
   public:
     UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
-              const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, DocumentStore& documents,
-              LayoutFollower& follower);
+              const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, Snapshots& snapshots);
 
-    WorkspaceUndoSnapshot captureUndoSnapshot() const;
     /// Ends drags and focus mode first, unless a snapshot from before them is given.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
-    /// The caller commits.
-    void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
-    /// The live windows in the state that restoring the snapshot will give them.
-    std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     /// False when focus mode was off.
     bool leaveFocusMode();
     /// Leaves focus mode; no-op during a suspension.
@@ -62,31 +47,21 @@ class UndoSteps {
     void resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 
   private:
-    void restoreWindow(const ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
-    void hideAsIn(const WorkspaceUndoSnapshot& snapshot);
     Outcome enterFocusMode(const std::optional<WindowID>& windowID);
 
     const WorkspaceServices& services_;
     RequestBatch& requests_;
-    AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
-    LiveWindows& liveWindows_;
-    TileAssignments& assignments_;
-    TileMemory& tileMemory_;
-    DisplayMemory& displays_;
     UndoHistory& undo_;
     FocusMode& focusMode_;
-    FloatingWindows& floating_;
     PointerInteraction& pointer_;
-    Arranger& arranger_;
     RefreshCycle& refreshCycle_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;
     WindowPresenter& presenter_;
     TileKeeper& keeper_;
-    DocumentStore& documents_;
-    LayoutFollower& follower_;
+    Snapshots& snapshots_;
 };
 
 } // namespace kova

@@ -118,7 +118,7 @@ Outcome WorkspaceController::undoLastAction() {
     if (zoomed) parts_.undo.restore(zoomed->history);
     // Undoing a scene also cancels its pending placements.
     if (entry->label.action == action::ActivateScene::kTraits.undoLabel) parts_.awaited.abandonScene();
-    ops_.steps.restoreUndoSnapshot(snapshot);
+    ops_.snapshots.restore(snapshot);
     ops_.follower.migrateFromMissingTiles(); // displays may have been resized since the snapshot
     if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
     Transaction changes{.hasMovedTiles = true, .resetsLimits = true, .endsArrangement = true};

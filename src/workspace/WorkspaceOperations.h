@@ -13,6 +13,7 @@
 #include "workspace/RuleActions.h"
 #include "workspace/SceneActions.h"
 #include "workspace/SessionTaker.h"
+#include "workspace/Snapshots.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
 #include "workspace/UndoSteps.h"
@@ -37,6 +38,7 @@ struct WorkspaceOperations {
     DocumentStore documents;
     WorkspaceSettings settings;
     LayoutFollower follower;
+    Snapshots snapshots;
     UndoSteps steps;
     DisplayChanges displayChanges;
     LayoutChoice layoutChoice;

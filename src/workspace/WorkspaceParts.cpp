@@ -25,6 +25,14 @@ void WorkspaceParts::renameDisplay(const DisplayID& formerID, const DisplayID& n
     std::apply([&](WorkspacePart auto&... part) { (part.renameDisplay(formerID, newID), ...); }, all(*this));
 }
 
+void WorkspaceParts::forgetPlaces() {
+    session.dropKept(); // restoring it with the first poll would displace the scene's windows
+    arranger.skipStartupArrangement();
+    displays.forgetAllWindows();
+    tileMemory.homes().forgetAll();
+    recovery.clear();
+}
+
 void WorkspaceParts::onPoll() {
     const PollContext poll{liveWindows.all(), services.queue.uptime(),
                            [this](const WindowID& id) { return liveWindows.find(id) != nullptr; },

@@ -73,6 +73,9 @@ struct WorkspaceParts {
     /// Renames the id in every object that stores it.
     void renameWindow(const WindowID& formerID, const WindowID& newID);
     void renameDisplay(const DisplayID& formerID, const DisplayID& newID);
+    /// Before a scene: windows of disconnected displays, of former layouts and of a former session are awaited no more,
+    /// and no arrangement follows the start.
+    void forgetPlaces();
     /// Passes the poll on: objects forget closed windows and expired entries.
     void onPoll();
     /// Whether any object waits for time to pass, so that polls must go on.
