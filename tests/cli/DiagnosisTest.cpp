@@ -8,6 +8,8 @@
 
 #include <sys/stat.h>
 
+#include <fstream>
+#include <iterator>
 #include <set>
 
 namespace kova {
@@ -40,6 +42,21 @@ class Diagnosis : public testing::Test, public AgentStage {
 constexpr const char* kFirst = "2024-02-29 12:34:56.789 debug: in detail\n";
 constexpr const char* kSecond = "2024-02-29 12:34:57.000 info: a note\nof two lines\n";
 constexpr const char* kThird = "2024-02-29 12:34:58.000 error: a fault\n";
+
+TEST(LogReader, ReadsEveryLineOfTheFormatsPage) {
+    std::ifstream page(KOVA_DOCS "/formats.md");
+    const std::string text{std::istreambuf_iterator<char>(page), {}};
+    const std::string fence = "```text log\n";
+    const auto begin = text.find(fence);
+    ASSERT_NE(begin, std::string::npos);
+    const auto end = text.find("```", begin + fence.size());
+    const auto example = text.substr(begin + fence.size(), end - begin - fence.size());
+    std::string severitiesAndTimes;
+    for (const cli::LogLine& line : cli::LogReader(cli::LogSeverity::detail).take(example)) {
+        severitiesAndTimes += std::to_string(static_cast<int>(line.severity)) + " " + line.time + "\n";
+    }
+    EXPECT_EQ(severitiesAndTimes, "1 2026-11-22 08:36:28.291\n2 2026-11-22 08:36:28.292\n");
+}
 
 TEST_F(Diagnosis, TheLogIsReadWithItsOlderFileAndFollowed) {
     EXPECT_EQ(run({"log"}), "!1 There is no log at " + path(kLogFolder + "agent.log") + ".\n");

@@ -2,6 +2,7 @@
 // members.
 #include "commands/KovaShortcutConfiguration.h"
 #include "layout/AutoArrangeLearning.h"
+#include "layout/LayoutCoding.h"
 #include "layout/WorkspaceProfile.h"
 #include "persistence/PreferenceKeys.h"
 #include "persistence/WorkspaceDocumentCoding.h"
@@ -51,6 +52,15 @@ std::string exportedAgain(std::string_view text) {
                     : std::get<DecodingError>(decoded).what();
 }
 
+std::string layoutAgain(std::string_view text) {
+    try {
+        const auto document = nlohmann::json::parse(text);
+        return encode(decodeLayoutDefinition(JsonCursor(document, ""))).dump();
+    } catch (const DecodingError& error) {
+        return nlohmann::json(error.what()).dump();
+    }
+}
+
 } // namespace
 
 TEST(FormatsPage, ShowsWhatIsWritten) {
@@ -66,6 +76,7 @@ TEST(FormatsPage, ShowsWhatIsWritten) {
          [](auto text) { return again(decodeShortcutConfiguration(text), encodeShortcutConfiguration); }},
         {preferenceKey::workspaceSession,
          [](auto text) { return again(decodeWorkspaceSession(text), encodeWorkspaceSession); }},
+        {"layout", layoutAgain},
     };
     auto blocks = examples();
     for (const auto& [key, codec] : codecs) {
