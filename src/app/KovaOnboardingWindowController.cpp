@@ -22,7 +22,7 @@ void KovaOnboardingWindowController::showIfNeeded() {
     if (*services_.state.isCompleted()) return;
     if (*services_.workspace.state().permissionState == AccessibilityPermissionState::granted) {
         services_.state.complete();
-    } else if (services_.dialog && show()) {
+    } else if (services_.dialog && show().has_value()) { // kova-ui cannot show it
         services_.dialog->showOnboarding(dockOffer(), [this] { services_.permission.ask(); });
     }
 }
@@ -30,7 +30,7 @@ void KovaOnboardingWindowController::showIfNeeded() {
 void KovaOnboardingWindowController::complete() {
     if (*services_.state.isCompleted()) return;
     services_.state.complete();
-    // The system itself asks with the dialog's first answer.
+    // The desktop's dialog only asks for the permission, which is granted now.
     if (services_.dialog) services_.dialog->closeOnboarding();
 }
 

@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-constexpr double kOverlapTolerancePoints = 0.01; // square points
+constexpr double kOverlapToleranceSquarePoints = 0.01;
 
 struct Extent {
     double low;
@@ -22,19 +22,18 @@ CGRect rectOf(Extent across, Extent down) {
 
 CGRect frameOfSpan(std::span<const CGRect> own, std::span<const CGRect> others) {
     Extent across{minX(own.front()), maxX(own.front())}, down{minY(own.front()), maxY(own.front())};
-    Extent sharedAcross = across, sharedDown = down;
+    Extent commonX = across, commonY = down;
     for (const CGRect& tile : own) {
         across = {std::min(across.low, minX(tile)), std::max(across.high, maxX(tile))};
         down = {std::min(down.low, minY(tile)), std::max(down.high, maxY(tile))};
-        sharedAcross = {std::max(sharedAcross.low, minX(tile)), std::min(sharedAcross.high, maxX(tile))};
-        sharedDown = {std::max(sharedDown.low, minY(tile)), std::min(sharedDown.high, maxY(tile))};
+        commonX = {std::max(commonX.low, minX(tile)), std::min(commonX.high, maxX(tile))};
+        commonY = {std::max(commonY.low, minY(tile)), std::min(commonY.high, maxY(tile))};
     }
     const auto isClear = [&](const CGRect& rect) {
         return std::ranges::none_of(
-            others, [&](const CGRect& other) { return intersectionArea(rect, other) > kOverlapTolerancePoints; });
+            others, [&](const CGRect& other) { return intersectionArea(rect, other) > kOverlapToleranceSquarePoints; });
     };
-    const std::array<CGRect, 3> possible = {rectOf(across, down), rectOf(sharedAcross, down),
-                                            rectOf(across, sharedDown)};
+    const std::array<CGRect, 3> possible = {rectOf(across, down), rectOf(commonX, down), rectOf(across, commonY)};
     for (const CGRect& frame : possible) {
         if (frame.size.width > 0 && frame.size.height > 0 && isClear(frame)) return frame;
     }

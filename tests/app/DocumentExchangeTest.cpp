@@ -17,7 +17,11 @@ class OneFile final : public DocumentPanelServicing {
         completion(problem);
     }
     void openDocument(std::function<void(const std::variant<std::string, FileProblem>&)> completion) override {
-        problem ? completion(*problem) : completion(contents);
+        if (problem) {
+            completion(*problem);
+        } else {
+            completion(contents);
+        }
     }
 
     std::string name, contents;
@@ -39,25 +43,25 @@ TEST(DocumentExchange, ExportsAndImportsScenesAndReportsFailures) {
         return alerts.empty() ? std::string("nothing") : alerts.front().text;
     };
 
-    const auto from = workspaceOn(mine);
-    from->perform(action::CaptureScene{"Work"});
-    DocumentExchange(*from, file, desktop).exportDocument();
+    const auto exporting = workspaceOn(mine);
+    exporting->perform(action::CaptureScene{"Work"});
+    DocumentExchange(*exporting, file, desktop).exportDocument();
     EXPECT_EQ(file.name, "KOVA-Workspace.json");
-    const auto to = workspaceOn(theirs);
-    DocumentExchange exchange(*to, file, desktop);
+    const auto importing = workspaceOn(theirs);
+    DocumentExchange exchange(*importing, file, desktop);
     exchange.importDocument();
-    EXPECT_EQ(*to->state().scenes, *from->state().scenes);
+    EXPECT_EQ(*importing->state().scenes, *exporting->state().scenes);
     EXPECT_EQ(shown(), "nothing");
 
     file.contents = "{}";
     exchange.importDocument();
-    EXPECT_TRUE(shown().starts_with("Import failed: ")) << "what is no document of scenes";
+    EXPECT_TRUE(shown().starts_with("Import failed: ")) << "an object without scenes is rejected";
     file.problem = FileProblem{"The disk is full"};
     exchange.importDocument();
     EXPECT_EQ(shown(), "Import failed: The disk is full");
     exchange.exportDocument();
     EXPECT_EQ(shown(), "Export failed: The disk is full");
-    EXPECT_EQ(to->state().scenes->size(), 1U);
+    EXPECT_EQ(importing->state().scenes->size(), 1U);
 }
 
 } // namespace

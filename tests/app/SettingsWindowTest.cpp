@@ -8,7 +8,7 @@
 namespace kova {
 namespace {
 
-class Program final : public UserInterfaceServicing {
+class FakeUserInterface final : public UserInterfaceServicing {
   public:
     std::optional<std::string> absence() const override { return missing; }
     void start(std::function<void(UserInterfaceEnd)> ended) override {
@@ -17,7 +17,7 @@ class Program final : public UserInterfaceServicing {
     }
     void end() override { isRunning = false; }
     std::optional<pid_t> process() const override { return isRunning ? std::optional<pid_t>(4711) : std::nullopt; }
-    void isClosed() {
+    void closeByUser() {
         isRunning = false;
         ended_(UserInterfaceEnd::byItself);
     }
@@ -29,7 +29,7 @@ class Program final : public UserInterfaceServicing {
     std::function<void(UserInterfaceEnd)> ended_;
 };
 
-class LoginItemByHand final : public LaunchAtLoginServicing {
+class FakeLoginItem final : public LaunchAtLoginServicing {
   public:
     LaunchAtLoginStatus status() const override { return now; }
     std::optional<std::string> registerAtLogin() override { return "not here"; }
@@ -48,18 +48,18 @@ class SettingsWindow : public ::testing::Test {
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    Program program;
-    LoginItemByHand loginItem;
+    FakeUserInterface program;
+    FakeLoginItem loginItem;
     AppDelegate delegate{
         {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
         {.launchAtLogin = &loginItem, .userInterface = &program}};
 };
 
-TEST_F(SettingsWindow, IsShownOnRequestOnlyAndReadsTheSystemsSettingsThen) {
+TEST_F(SettingsWindow, IsShownOnlyOnRequestAndThenReadsTheSystemSettings) {
     EXPECT_FALSE(delegate.settingsWindow()) << "before the launch";
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(shown(), std::nullopt);
-    loginItem.now = LaunchAtLoginStatus::enabled; // by hand
+    loginItem.now = LaunchAtLoginStatus::enabled; // the user enables it in the system's settings
     EXPECT_EQ(delegate.settingsWindow()->show("about"), std::nullopt);
     EXPECT_EQ(shown(), (OverlayShownWindow{"about", 1}));
     EXPECT_TRUE(*delegate.launchAtLogin()->startsAtLogin());
@@ -67,27 +67,28 @@ TEST_F(SettingsWindow, IsShownOnRequestOnlyAndReadsTheSystemsSettingsThen) {
     EXPECT_TRUE(menu.choose("settings"));
     EXPECT_EQ(shown(), (OverlayShownWindow{std::nullopt, 2}));
     delegate.stopWorkspace();
-    EXPECT_TRUE(delegate.settingsWindow()->isShown()) << "they do not belong to the workspace";
+    EXPECT_TRUE(delegate.settingsWindow()->isShown()) << "the settings window stays open without a workspace";
     delegate.settingsWindow()->close();
     EXPECT_EQ(shown(), std::nullopt);
 }
 
 TEST_F(SettingsWindow, StartsTheProgramThatDrawsItOrSaysWhyNot) {
     delegate.applicationDidFinishLaunching();
-    program.isClosed();
+    program.closeByUser();
     EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), std::nullopt);
     EXPECT_TRUE(program.isRunning);
     delegate.userInterface()->setOn(false);
     EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), "kova-ui is switched off. Switch it on with “kova ui on”");
     delegate.overlay().watch([](OverlaySections) {});
-    EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), std::nullopt) << "started by hand, it is there";
+    EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), std::nullopt)
+        << "a kova-ui that the user started is connected";
     delegate.overlay().watch({});
     program.missing = "kova-ui is not installed";
     EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), program.missing);
     EXPECT_FALSE(KovaMenuBarContent({.delegate = delegate}).choose("settings"));
 }
 
-class DialogByHand final : public OnboardingServicing {
+class FakeDialog final : public OnboardingServicing {
   public:
     void showOnboarding(std::optional<OnboardingOffer>, std::function<void()>) override { ++timesShown; }
     void closeOnboarding() override {}
@@ -95,11 +96,11 @@ class DialogByHand final : public OnboardingServicing {
     int timesShown = 0;
 };
 
-TEST(OnboardingWindow, IsShownAtEachStartUntilThePermissionWasThereOnce) {
+TEST(OnboardingWindow, IsShownAtEachStartUntilThePermissionHasBeenGrantedOnce) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    Program program;
-    DialogByHand dialog;
+    FakeUserInterface program;
+    FakeDialog dialog;
     struct Start {
         bool isTrusted, isShown, isGrantedMeanwhile, isCompleted;
     };
@@ -109,8 +110,11 @@ TEST(OnboardingWindow, IsShownAtEachStartUntilThePermissionWasThereOnce) {
         delegate->overlay().update(contents, kEveryOverlaySection);
         return contents.windows.onboarding.has_value();
     };
-    for (const Start& start : {Start{false, true, false, false}, Start{false, true, true, true},
-                               Start{false, false, false, true}, Start{true, false, false, true}}) {
+    for (const Start& start :
+         {Start{.isTrusted = false, .isShown = true, .isGrantedMeanwhile = false, .isCompleted = false},
+          Start{.isTrusted = false, .isShown = true, .isGrantedMeanwhile = true, .isCompleted = true},
+          Start{.isTrusted = false, .isShown = false, .isGrantedMeanwhile = false, .isCompleted = true},
+          Start{.isTrusted = true, .isShown = false, .isGrantedMeanwhile = false, .isCompleted = true}}) {
         desktop.setTrusted(start.isTrusted);
         delegate.emplace(WorkspaceServices{desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(),
                                            desktop.pollingQueue(), desktop},
@@ -121,7 +125,7 @@ TEST(OnboardingWindow, IsShownAtEachStartUntilThePermissionWasThereOnce) {
         if (start.isGrantedMeanwhile) {
             desktop.setTrusted(true);
             desktop.queue().advance(Seconds(1));
-            EXPECT_TRUE(isShown()) << "the window goes on with what can be set";
+            EXPECT_TRUE(isShown()) << "the window continues with the pages for settings";
         }
         delegate->onboardingWindow()->close();
         EXPECT_FALSE(isShown());
@@ -139,10 +143,10 @@ TEST(OnboardingWindow, IsShownAtEachStartUntilThePermissionWasThereOnce) {
     EXPECT_EQ(dialog.timesShown, 1);
 }
 
-TEST(OnboardingWindow, IsNotShownByItselfWhereThereIsNoPermissionToGive) {
+TEST(OnboardingWindow, IsNotShownAutomaticallyWithoutAPermissionToGrant) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    Program program;
+    FakeUserInterface program;
     desktop.setTrusted(false); // as in a session without windows to manage
     AppDelegate delegate(
         {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},

@@ -17,19 +17,20 @@
 
 namespace kova {
 
-/// Where the command looks for the log, in a folder that is its home and its XDG_STATE_HOME.
+/// The folder of the log, relative to the folder that a test sets as both HOME and XDG_STATE_HOME.
 #if defined(__APPLE__)
 inline const std::string kLogFolder = "Library/Logs/KOVA/";
 #else
 inline const std::string kLogFolder = "kova/";
 #endif
 
-/// A command that was started. It is ended with this object.
+/// A command that was started. The destructor kills it. `runAgentOnce` lets the agent in the test process handle its
+/// pending events.
 class RunningCommand {
   public:
     RunningCommand(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
-                   std::function<void()> turn, const char* program = KOVA_COMMAND) :
-        turn_(std::move(turn)) {
+                   std::function<void()> runAgentOnce, const char* program = KOVA_COMMAND) :
+        runAgentOnce_(std::move(runAgentOnce)) {
         openPipe(out_);
         openPipe(err_);
         std::vector<char*> words{const_cast<char*>(program)};
@@ -57,14 +58,14 @@ class RunningCommand {
     RunningCommand& operator=(const RunningCommand&) = delete;
 
     bool waitForOutput(const std::string& text) {
-        return waitUntil(turn_, [&] {
+        return waitUntil(runAgentOnce_, [&] {
             drain();
             return out.find(text) != std::string::npos;
         });
     }
     /// The exit code; negative when it was still running after ten seconds, or was ended by a signal.
     int wait() {
-        waitUntil(turn_, [&] {
+        waitUntil(runAgentOnce_, [&] {
             drain();
             if (process_ > 0 && waitpid(process_, &status_, WNOHANG) == process_) process_ = 0;
             return process_ == 0;
@@ -103,7 +104,7 @@ class RunningCommand {
     std::array<int, 2> out_{}, err_{};
     pid_t process_ = 0;
     int status_ = 0;
-    std::function<void()> turn_;
+    std::function<void()> runAgentOnce_;
 };
 
 } // namespace kova

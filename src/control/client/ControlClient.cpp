@@ -82,8 +82,8 @@ bool ControlClient::hasUnreadLine() {
     return received_.find('\n') != std::string::npos;
 }
 
-std::optional<std::string> ControlClient::takeLine(std::size_t searched) {
-    const auto end = received_.find('\n', searched);
+std::optional<std::string> ControlClient::takeLine(std::size_t searchedBytes) {
+    const auto end = received_.find('\n', searchedBytes);
     if (end == std::string::npos) return std::nullopt;
     std::string line = received_.substr(0, end);
     received_.erase(0, end + 1);
@@ -92,9 +92,9 @@ std::optional<std::string> ControlClient::takeLine(std::size_t searched) {
 
 Result<std::optional<std::string>, ConnectionFailure> ControlClient::receiveAvailable() {
     std::array<char, 16 * 1024> piece;
-    for (std::size_t searched = 0;;) {
-        if (auto line = takeLine(searched)) return line;
-        searched = received_.size();
+    for (std::size_t searchedBytes = 0;;) {
+        if (auto line = takeLine(searchedBytes)) return line;
+        searchedBytes = received_.size();
         const auto length = recv(socket_, piece.data(), piece.size(), MSG_DONTWAIT);
         if (length > 0) {
             received_.append(piece.data(), static_cast<std::size_t>(length));
@@ -108,9 +108,9 @@ Result<std::optional<std::string>, ConnectionFailure> ControlClient::receiveAvai
 
 Result<std::string, ConnectionFailure> ControlClient::receive() {
     std::array<char, 16 * 1024> piece;
-    for (std::size_t searched = 0;;) {
-        if (auto line = takeLine(searched)) return *std::move(line);
-        searched = received_.size();
+    for (std::size_t searchedBytes = 0;;) {
+        if (auto line = takeLine(searchedBytes)) return *std::move(line);
+        searchedBytes = received_.size();
         const auto length = recv(socket_, piece.data(), piece.size(), 0);
         if (length > 0) {
             received_.append(piece.data(), static_cast<std::size_t>(length));

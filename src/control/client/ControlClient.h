@@ -15,7 +15,7 @@ struct ConnectionFailure {
     enum class Kind {
         noAgent,      // no process listens at the socket
         foreignAgent, // the listening process belongs to another user
-        silent,       // connected, but a timeout without a response
+        silent,       // connected, but no response within the timeout
         ended,        // the agent closed the connection
     };
     Kind kind = Kind::noAgent;
@@ -32,21 +32,22 @@ class ControlClient {
     ControlClient& operator=(ControlClient&&) = delete;
     ~ControlClient();
 
-    /// The timeout of a read; zero (the default) for none.
+    /// Sets the timeout of `receive`; zero (the default): no timeout.
     void setTimeout(std::chrono::milliseconds timeout);
-    /// Sends one line; `line` has no line break. Absent when it was sent, or when the agent has closed the connection
-    /// and a line of it is still to be received.
+    /// Sends one line; `line` has no line break. Returns no failure if the line was sent. Also none if
+    /// the agent has closed the connection but a line from it is still unread: `receive` returns that line first, then
+    /// the failure.
     std::optional<ConnectionFailure> send(std::string line);
     /// The next line, without its line break.
     Result<std::string, ConnectionFailure> receive();
 
-    /// For event loops: readable when there is input or the agent has ended.
+    /// For event loops: readable when there is input or the agent has closed the connection.
     int descriptor() const { return socket_; }
     /// As `receive`, but absent instead of waiting if there is no complete line yet.
     Result<std::optional<std::string>, ConnectionFailure> receiveAvailable();
 
   private:
-    std::optional<std::string> takeLine(std::size_t searched);
+    std::optional<std::string> takeLine(std::size_t searchedBytes);
     bool hasUnreadLine();
 
     ControlClient(int socket, std::string path) : socket_(socket), path_(std::move(path)) {}

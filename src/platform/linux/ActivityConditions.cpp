@@ -23,17 +23,18 @@ ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, boo
         facts.activeScreenSavers.insert(name);
         facts.isLockAwaited = false; // confirmed
     } else {
-        facts.activeScreenSavers.erase(name); // one that hides nothing yet may be about to
+        // Keeps isLockAwaited: a screen saver that is not active yet may become active for this request.
+        facts.activeScreenSavers.erase(name);
     }
     return facts;
 }
 
 ActivityFacts withoutLogind(ActivityFacts facts) {
-    const ActivityFacts quiet;
-    facts.isPreparingForSleep = quiet.isPreparingForSleep;
-    facts.isSessionActive = quiet.isSessionActive;
-    facts.isLockedHintSet = quiet.isLockedHintSet;
-    facts.isLockAwaited = quiet.isLockAwaited;
+    const ActivityFacts defaults;
+    facts.isPreparingForSleep = defaults.isPreparingForSleep;
+    facts.isSessionActive = defaults.isSessionActive;
+    facts.isLockedHintSet = defaults.isLockedHintSet;
+    facts.isLockAwaited = defaults.isLockAwaited;
     return facts;
 }
 

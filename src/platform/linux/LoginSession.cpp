@@ -98,11 +98,9 @@ void LoginSession::tell() {
 }
 
 std::vector<DiagnosticLine> LoginSession::diagnose() const {
-    const auto verdict = [](bool isListening) {
-        return isListening ? DiagnosticVerdict::fine : DiagnosticVerdict::note;
-    };
-    return {{"login session", verdict(logind_.isListening()), logind_.description()},
-            {"screen saver", verdict(screenSavers_.isListening()), screenSavers_.description()}};
+    const auto verdict = [](bool isObserved) { return isObserved ? DiagnosticVerdict::fine : DiagnosticVerdict::note; };
+    return {{"login session", verdict(logind_.hasSession()), logind_.description()},
+            {"screen saver", verdict(screenSavers_.hasScreenSaver()), screenSavers_.description()}};
 }
 
 } // namespace kova

@@ -56,7 +56,7 @@ std::string LogindClient::description() const {
         return "There is no system bus (" + bus_.problem() +
                "): sleep, the lock and a switch to another user go unnoticed.";
     }
-    if (!isListening()) return problem_ + ": sleep, the lock and a switch to another user may go unnoticed.";
+    if (!hasSession()) return problem_ + ": sleep, the lock and a switch to another user may go unnoticed.";
     return "logind tells of sleep, the lock and a switch to another user; this is session " + sessionName_ + ".";
 }
 
@@ -68,7 +68,7 @@ std::vector<BusSignal> LogindClient::signals() {
                        listener_.sleep(isPreparing);
                    }});
     all.push_back({kService, signalRule(kManager, "SessionNew"), [this](sdbus::Message&) {
-                       if (!isListening()) begin(); // the new session may be the agent's
+                       if (!hasSession()) begin(); // the new session may be the agent's
                    }});
     all.push_back({kService, signalRule(kManager, "SessionRemoved"), [this](sdbus::Message& message) {
                        std::string id;

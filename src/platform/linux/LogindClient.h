@@ -40,7 +40,7 @@ class LogindClient {
 
     /// One sentence for `doctor`: the session that is watched, or what is missing.
     std::string description() const;
-    bool isListening() const { return !sessionPath_.empty(); }
+    bool hasSession() const { return !sessionPath_.empty(); }
 
   private:
     struct Session {

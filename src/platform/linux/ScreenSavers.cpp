@@ -30,18 +30,18 @@ ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener lis
         signals(), [this] { begin(); },
         [this] {
             // Queries in progress get no reply any more.
-            asked_.clear();
+            queried_.clear();
             outdated_.clear();
-            for (const char* name : kNames) gone(name);
+            for (const char* name : kNames) ownerLost(name);
         });
 }
 
 std::string ScreenSavers::description() const {
     if (!bus_.isConnected())
         return "There is no session bus (" + bus_.problem() + "): screen savers cannot be observed.";
-    if (present_.empty()) return "No screen saver is running on the session bus.";
+    if (running_.empty()) return "No screen saver is running on the session bus.";
     std::string names;
-    for (const std::string& name : present_) names += (names.empty() ? "" : ", ") + name;
+    for (const std::string& name : running_) names += (names.empty() ? "" : ", ") + name;
     return names + " reports when it hides the screen.";
 }
 
@@ -51,12 +51,12 @@ std::vector<BusSignal> ScreenSavers::signals() {
         all.push_back({name, "interface='" + name + "',member='ActiveChanged'", [this, name](sdbus::Message& message) {
                            bool isActive = false;
                            message >> isActive;
-                           present_.insert(name);
+                           running_.insert(name);
                            listener_(name, isActive);
                            confirm(name);
                        }});
         all.push_back(ownerChange(name, [this, name](const std::string& owner) {
-            gone(name); // the state of the previous owner does not apply to the new one
+            ownerLost(name); // the state of the previous owner does not apply to the new one
             if (!owner.empty()) confirm(name);
         }));
     }
@@ -74,35 +74,35 @@ void ScreenSavers::begin() {
 
 /// One query at a time; a signal during a query leads to another query afterwards.
 void ScreenSavers::confirm(const std::string& name) {
-    if (!asked_.insert(name).second) {
+    if (!queried_.insert(name).second) {
         outdated_.insert(name);
         return;
     }
     // The oldest of these services also uses a short path.
-    ask(name, pathOf(name), "/ScreenSaver");
+    queryState(name, pathOf(name), "/ScreenSaver");
 }
 
-void ScreenSavers::ask(const std::string& name, const std::string& path, const std::string& otherPath) {
-    bus_.ask({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, otherPath](sdbus::Message* reply) {
+void ScreenSavers::queryState(const std::string& name, const std::string& path, const std::string& fallbackPath) {
+    bus_.ask({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, fallbackPath](sdbus::Message* reply) {
         const bool isNewest = !outdated_.contains(name) && bus_.hasOwner(name);
         if (reply && isNewest) {
             bool isActive = false;
             *reply >> isActive;
-            present_.insert(name);
+            running_.insert(name);
             listener_(name, isActive);
-        } else if (!reply && !otherPath.empty()) {
-            return ask(name, otherPath, {});
+        } else if (!reply && !fallbackPath.empty()) {
+            return queryState(name, fallbackPath, {});
         } else if (!reply && isNewest) {
             // The name serves another purpose. A lock that cannot be confirmed must not suspend the agent for good.
-            gone(name);
+            ownerLost(name);
         }
-        asked_.erase(name);
+        queried_.erase(name);
         if (outdated_.erase(name) > 0 && bus_.hasOwner(name)) confirm(name);
     });
 }
 
-void ScreenSavers::gone(const std::string& name) {
-    present_.erase(name);
+void ScreenSavers::ownerLost(const std::string& name) {
+    running_.erase(name);
     listener_(name, false);
 }
 

@@ -1,5 +1,5 @@
-// Follows the session's screen saver. Desktops use different names for it with the same interface. Each signal is
-// confirmed by a query to the owner of the name; without a reply the screen saver counts as inactive.
+// Follows the session's screen saver. Each desktop has its own service name; all have the same interface. Each signal
+// is confirmed by a query to the owner of the name; without a reply the screen saver counts as inactive.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
@@ -18,22 +18,23 @@ class ScreenSavers {
 
     ScreenSavers(std::string busAddress, EventLoop& loop, Listener listener);
 
-    /// One sentence: which of them are running, or what is missing.
+    /// One sentence: which screen savers are running, or what is missing.
     std::string description() const;
-    bool isListening() const { return !present_.empty(); }
+    /// Whether a screen saver is running, so that its signals arrive.
+    bool hasScreenSaver() const { return !running_.empty(); }
 
   private:
     std::vector<BusSignal> signals();
     void begin();
-    void ask(const std::string& name);
-    void ask(const std::string& name, const std::string& path, const std::string& otherPath);
-    void gone(const std::string& name);
+    /// Queries the state at `path`, and without a reply at `fallbackPath` unless that is empty.
+    void queryState(const std::string& name, const std::string& path, const std::string& fallbackPath);
+    void ownerLost(const std::string& name);
     void confirm(const std::string& name);
 
     MessageBus bus_;
     Listener listener_;
-    std::set<std::string> present_;
-    std::set<std::string> asked_;    // names with a query in progress
+    std::set<std::string> running_;
+    std::set<std::string> queried_;  // names with a query in progress
     std::set<std::string> outdated_; // of those, names with a signal since the query
 };
 

@@ -1,4 +1,4 @@
-// Requests of the main thread whose replies it does not wait for, and what it does with them.
+// Queries whose replies the main thread does not wait for, and the functions that handle the replies.
 #include "platform/x11/FocusRequests.h"
 #include "platform/x11/FrameRequests.h"
 #include "platform/x11/X11Parts.h"
@@ -44,7 +44,7 @@ void X11Desktop::Parts::expectFocus(xcb_window_t window) {
     }
 }
 
-/// Ignored without a window manager: the property is a former one's.
+/// Ignored without a window manager: then _NET_ACTIVE_WINDOW is left over from one that has ended.
 void X11Desktop::Parts::takeActiveWindow(xcb_window_t reported) {
     if (!model.windowManager().isPresent) return;
     giveFocusBack(reported);
@@ -59,7 +59,7 @@ void X11Desktop::Parts::countAsActive(xcb_window_t reported) {
     if (given && (isReturning || !model.isMinimized(*given))) {
         later(kTimeToFocus, [this] {
             mutex.assertHeld();
-            askActiveWindow(); // it may have been refused the focus
+            askActiveWindow(); // the window may have been refused the focus
         });
     } else {
         window = reported;
@@ -67,8 +67,8 @@ void X11Desktop::Parts::countAsActive(xcb_window_t reported) {
     if (std::exchange(model.activeWindow, window) != window) changes.note();
 }
 
-/// Focuses the former window again when `active`, which was only to be restored, took the focus. `active` does not
-/// count as focused meanwhile: a window that was only restored was not used.
+/// A window manager may focus a window that is only restored from the minimized state. Returns the focus to the window
+/// that had it before; until then `active` does not count as focused, since the user did not choose it.
 void X11Desktop::Parts::giveFocusBack(xcb_window_t active) {
     const ClientWindow* taker = model.client(active);
     const ClientWindow* owner = taker ? model.parentOf(*taker) : nullptr;
@@ -84,7 +84,8 @@ void X11Desktop::Parts::giveFocusBack(xcb_window_t active) {
     sendSoon();
 }
 
-/// At once and not by the next poll: a window that is being placed must be placed again with its new decorations.
+/// Queries the decorations at once instead of at the next poll: a window that is being placed must be placed again with
+/// its new decorations.
 void X11Desktop::Parts::askDecorations(xcb_window_t window) {
     const ClientWindow* framed = model.client(window);
     if (!framed) return;
@@ -100,7 +101,8 @@ void X11Desktop::Parts::askDecorations(xcb_window_t window) {
     if (framed->topLevel != kNoWindow && framed->topLevel != window) askFrame(questions, *connection, model, *framed);
 }
 
-/// The same, for the verification of a placement: a window that enters full screen meanwhile refuses no size.
+/// Queries the state at once for the verification of a placement: a window that has just entered full screen must not
+/// count as one that refused the size.
 void X11Desktop::Parts::askState(ClientWindow& client) {
     mustFlush = true;
     ++client.openStateQuestions;

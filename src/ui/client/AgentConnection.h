@@ -24,7 +24,7 @@ class AgentConnection : public QObject {
     };
     AgentConnection(std::string socketPath, Handlers handlers);
 
-    /// Connects now; when that fails, after 0.1, 0.2, 0.4 … at most 5 s again.
+    /// Connects now; after a failure, retries after 0.1, 0.2, 0.4, … s, at most 5 s.
     void start();
     bool isConnected() const { return client_ != nullptr; }
     const std::string& socketPath() const { return socketPath_; }
@@ -45,7 +45,7 @@ class AgentConnection : public QObject {
     int attempts_ = 0;
 };
 
-/// The delay before the next attempt, after that many attempts.
+/// The delay before the next attempt, after `attempts` failed ones.
 std::chrono::milliseconds pauseBeforeAttempt(int attempts);
 
 } // namespace kova::ui
