@@ -120,7 +120,7 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGTERM);
         ASSERT_TRUE(session_.waitForAgent());
-        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one was hidden";
+        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one application was hidden";
         start(); // while the window manager may still animate its return
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();

@@ -220,7 +220,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     };
     EXPECT_EQ(moves({1280, 700}), "hovered");
     EXPECT_EQ(moves({1281, 710}), "hovered");
-    EXPECT_EQ(touched, 0U) << "movements on it are no news";
+    EXPECT_EQ(touched, 0U) << "motion over it publishes nothing";
     desk.desktop.pressAt({1280, 700});
     passes(0.02);
     EXPECT_EQ(hands(), "hovered+dragged");
@@ -233,7 +233,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     EXPECT_EQ(moves({300, 700}), "-");
 }
 
-TEST_F(Overlay, UndoIsOfferedBesideTheMessagesOfWhatItReverts) {
+TEST_F(Overlay, UndoIsOfferedBesideTheMessageOfTheNewestStep) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
     const auto after = [&](const WorkspaceAction& action) {

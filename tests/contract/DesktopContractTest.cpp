@@ -91,7 +91,8 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
 }
 
 TEST_P(DesktopContract, AReleasedDesktopCallsNothingBack) {
-    if (!stage().can(Ability::lettingGo) || !stage().can(Ability::launching)) GTEST_SKIP() << "it ends with its queue";
+    if (!stage().can(Ability::lettingGo) || !stage().can(Ability::launching))
+        GTEST_SKIP() << "this desktop ends with its queue";
     stage().open(kPlan);
     element("Plan");
     const auto late = stage().install("Late"), gone = stage().install("Gone");

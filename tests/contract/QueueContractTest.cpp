@@ -19,7 +19,7 @@ TEST_P(QueueContract, PostsRunInTheirOrderAndADelayOfNothingIsAPost) {
     });
     queue().after(Seconds(-std::numeric_limits<double>::infinity()), tell('d'));
     queue().post(tell('e'));
-    EXPECT_EQ(story, "") << "it ran inside the call";
+    EXPECT_EQ(story, "") << "the task ran inside the call";
     runUntilToldAtLeast(story, 7);
     EXPECT_EQ(story, "abcdefg");
 }

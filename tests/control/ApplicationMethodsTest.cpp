@@ -56,7 +56,7 @@ TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWher
     EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "kept elsewhere";
     EXPECT_EQ(LaunchCounts(disk).of("/Applications/Maps"), 2) << "kept";
     disk.setValue(preferenceKey::launchCounts, PreferenceData{R"({"a": -1})"});
-    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "what cannot be is not used";
+    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an impossible count is not used";
 
     EXPECT_EQ(refusal("ui.launcher"), "No program that could show it is connected. Start it with “kova ui restart”");
     auto drawing = client();
@@ -155,7 +155,8 @@ TEST_F(ApplicationMethods, AQuestionOfTheMenuGoesToTheProgramThatDrawsTheOverlay
               "This immediately closes 3 applications. Unsaved changes will be lost. KOVA and Finder will "
               "stay open.");
     const json second = question();
-    EXPECT_EQ(result("ui.answer", {{"id", first["id"]}, {"isConfirmed", true}})["wasOpen"], false) << "it was replaced";
+    EXPECT_EQ(result("ui.answer", {{"id", first["id"]}, {"isConfirmed", true}})["wasOpen"], false)
+        << "the question was replaced";
     drawing.reset();
     const auto isOpen = [&] { return dialogs.isQuestionOpen(); };
     EXPECT_TRUE(isOpen());

@@ -300,13 +300,13 @@ TEST_F(AgentMethods, ExplainSpeaksOfThePresent) {
     EXPECT_TRUE(says(explanation(), "it was stacked there (no longer: it is behind ")) << explanation();
     desk.settle();
     EXPECT_FALSE(says(result("explain", {{"window", "Film"}}).dump(), "left alone"))
-        << "it waits, which KOVA hides it for";
+        << "a stacked window, which KOVA hides";
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", true}})["isOn"], true);
     desk.settle();
-    EXPECT_EQ(desk.tiles(), "- | -") << "it is for the next start";
+    EXPECT_EQ(desk.tiles(), "- | -") << "the setting applies from the next start on";
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], true);
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", false}})["isOn"], false);
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], false);
@@ -375,7 +375,7 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action begins with the display as it was";
     EXPECT_EQ(result("divider.list")["dividers"][0]["least"], 0);
     EXPECT_EQ(error("divider.drag", drag(-10))["message"], "The divider has no room to move that way");
-    EXPECT_EQ(result("history")["entries"].size(), 3u) << "what changed nothing is no step";
+    EXPECT_EQ(result("history")["entries"].size(), 3u) << "an action that changed nothing is no step";
     EXPECT_EQ(result("divider.drag", drag(0))["points"], 0);
     EXPECT_EQ(result("history")["entries"][0]["action"], "drag divider");
     desk.settle();
@@ -389,7 +389,7 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_EQ(result("divider.list")["dividers"][0], divider);
 }
 
-TEST_F(AgentMethods, CommandsForOneWindowDoWhatTheirDryRunSays) {
+TEST_F(AgentMethods, CommandsForOneWindowHaveTheResultOfTheirDryRun) {
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
     const json commands = {{{"method", "place"}, {"params", {{"window", "Mail"}, {"tile", "2"}}}},
                            {{"method", "swap"}, {"params", {{"with", "right"}, {"display", "A"}}}},

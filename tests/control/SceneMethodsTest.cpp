@@ -58,7 +58,8 @@ TEST_F(SceneMethods, DeletedScenesComeBackToTheirPlacesUntilTheAgentEnds) {
 
     result("scene.delete", {{"scene", "Three"}});
     result("import", {{"text", text}});
-    EXPECT_EQ(refusal("scene.undelete"), "No scene was deleted since the agent started") << "it is there already";
+    EXPECT_EQ(refusal("scene.undelete"), "No scene was deleted since the agent started")
+        << "the window is there already";
     EXPECT_EQ(names(), "One Two Three ");
 }
 
@@ -116,7 +117,7 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     }
 }
 
-TEST_F(SceneMethods, TheOverlaysMessageNamesWhatRevertsADeletion) {
+TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatRevertsADeletion) {
     const auto undoOfMessage = [&] {
         turn();
         auto drawing = client(); // a new one, which has no notifications to read first
@@ -180,7 +181,7 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
 
     const json changed = result("rule.change", {{"rule", "terminal"}, {"disposition", "tile"}, {"slot", "1"}})["rule"];
     EXPECT_EQ(changed["slot"], "focus-main");
-    EXPECT_EQ(changed["title"], "build") << "what is not named stays";
+    EXPECT_EQ(changed["title"], "build") << "members that are not named stay";
     const json unnamed = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
     EXPECT_TRUE(unnamed["title"].is_null());
     EXPECT_EQ(unnamed["slot"], "focus-main");
@@ -281,7 +282,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, document, false), "Import failed: larger than 64 MiB");
-    EXPECT_EQ(send(one, half, true), "null") << "it begins anew";
+    EXPECT_EQ(send(one, half, true), "null") << "the transfer begins anew";
     EXPECT_EQ(send(other, half + " ", true), "Import failed: too much is being imported at once");
     one->isThere = false;
     EXPECT_EQ(send(other, half, true), "null");
@@ -289,7 +290,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
 
     EXPECT_EQ(send(other, "{", true), "null");
     desk.advance(DocumentTransfer::kUploadTimeout + Seconds(2));
-    EXPECT_EQ(send(other, document, false), "0") << "what was begun so long ago was given up";
+    EXPECT_EQ(send(other, document, false), "0") << "a transfer that began so long ago was abandoned";
 }
 
 } // namespace kova

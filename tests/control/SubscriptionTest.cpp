@@ -77,7 +77,7 @@ TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     const json changes = nextChanges();
     EXPECT_EQ(changes["settings"]["tileInset"], 30);
     EXPECT_EQ(changes["tiles"][0]["frame"]["x"], 40) << changes;
-    EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";
+    EXPECT_FALSE(changes.contains("displays")) << "an unchanged section is sent again";
 }
 
 TEST_F(Subscriptions, OverlaySubscribersGetItsChangesOnceATurn) {
@@ -178,7 +178,7 @@ TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
     EXPECT_EQ(shown(), json());
     result("settings.show");
     result("ui.off");
-    EXPECT_EQ(shown(), json()) << "what ends kova-ui closes them: they do not come back with it";
+    EXPECT_EQ(shown(), json()) << "the end of kova-ui closes the windows; its restart does not open them";
 }
 
 TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {

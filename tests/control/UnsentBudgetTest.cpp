@@ -23,7 +23,7 @@ TEST(UnsentBudget, DropsTheClientThatHasReadNothingForTheLongestTime) {
     EXPECT_TRUE(b.isDropped());
     EXPECT_EQ(budget.bytesHeld(), 60U);
     b.hold(1000, at(5));
-    EXPECT_EQ(budget.bytesHeld(), 60U) << "what is dropped counts no more";
+    EXPECT_EQ(budget.bytesHeld(), 60U) << "dropped bytes are not counted any more";
     c.hold(500, at(6)); // one answer may be larger than all that is allowed, once no other client holds anything
     EXPECT_EQ(dropped, "ba");
     EXPECT_EQ(budget.bytesHeld(), 500U);

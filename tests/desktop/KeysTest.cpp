@@ -114,7 +114,7 @@ TEST_F(Keys, HeldByAnotherProgramAreNamedAndTriedAgain) {
     grabAsOther(kServersControlOption | XCB_MOD_MASK_2, kServersH); // with Num Lock only
     listen({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kH});
-    EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft)) << "half of it would be worse than none";
+    EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft)) << "a combination is grabbed completely or not at all";
     xcb_ungrab_key(other->connection(), kServersH, other->root(), kServersControlOption | XCB_MOD_MASK_2);
     other->sync();
     // A query tries to grab it again.

@@ -346,7 +346,7 @@ TEST_F(Desktop, TheWindowUnderThePointerIsFocusedIfTheFocusFollowsThePointer) {
     desk.openDesktop();
     EXPECT_TRUE(isFocused("Inbox")) << "the pointer was there first";
     notes->open({.title = "Pad", .frame = makeRect(50, 50, 300, 300)});
-    EXPECT_TRUE(isFocused("Pad")) << "it opened under the pointer";
+    EXPECT_TRUE(isFocused("Pad")) << "the window opened under the pointer";
     pointTo(450, 350);
     EXPECT_TRUE(isFocused("Inbox"));
 }

@@ -97,7 +97,7 @@ TEST_F(AutostartEntryTest, CountsOtherWaysToStartTheAgent) {
     EXPECT_EQ(item().status(), Status::notRegistered) << "a masked unit starts nothing";
 }
 
-TEST_F(AutostartEntryTest, QuotesItsProgramAndSaysWhatWentWrong) {
+TEST_F(AutostartEntryTest, QuotesItsProgramAndReportsErrors) {
     const auto program = folder.write("a \"$5\" 100% \\ folder/kova-agent", "#!/bin/sh\n");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     EXPECT_EQ(item(program.string()).registerAtLogin(), std::nullopt);

@@ -109,11 +109,11 @@ TEST_F(Launching, StartsAProgramInANewSessionWithoutOurDescriptors) {
         EXPECT_NE(said.find(fd), std::string::npos) << said;
     EXPECT_EQ(said.find(" " + std::to_string(ours) + " -> /dev/null"), std::string::npos) << said;
     EXPECT_EQ(said.find("pipe"), std::string::npos) << said;
-    EXPECT_TRUE(runUntil([&] { return !isThere(*result.processIdentifier); })) << "it was not reaped";
+    EXPECT_TRUE(runUntil([&] { return !isThere(*result.processIdentifier); })) << "the process was not reaped";
 
     std::filesystem::remove(out_);
     EXPECT_EQ(launch("org.example.Mail", LaunchActivation::inBackground).error, std::nullopt);
-    EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "window managers are to leave the keyboard where it is";
+    EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "the window manager must not move the focus";
 }
 
 TEST_F(Launching, ReportsErrors) {

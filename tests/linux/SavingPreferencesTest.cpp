@@ -114,7 +114,7 @@ TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskWithoutBlocking) {
     save("c");
     EXPECT_EQ(answers, "abc") << "nothing is left to write";
     queue.advance(Seconds(5));
-    EXPECT_TRUE(disk.jobs.empty()) << "what was saved is not written again";
+    EXPECT_TRUE(disk.jobs.empty()) << "saved values are not written again";
     store.setValueLater("later", [] { return PreferenceValue(true); });
     EXPECT_EQ(saved(store), "on disk");
     EXPECT_TRUE(inFile().contains("later"));
@@ -195,7 +195,7 @@ TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsKeptAndLaterTakesPrecedence)
     EXPECT_EQ(inFile(),
               json::parse(R"({"KOVA.workspaceProfile.v1": {"name": "Mine", "themeID": "x"}, "both": "theirs"})"));
     EXPECT_EQ(store->string("both"), "theirs");
-    EXPECT_EQ(all(*store), "") << "it could be read after all";
+    EXPECT_EQ(all(*store), "") << "the file could be read after all";
 
     // An edit is not lost either because it could not be looked at.
     given(R"({"both": "edited", "new": true})");

@@ -54,7 +54,7 @@ TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
     for (const char* place :
          {"path/kova-ui", "Helpers/kova-ui.app/Contents/MacOS/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
         const std::string expected = program(place, "");
-        EXPECT_EQ(findUserInterface(agent, findProgram), expected) << "and each goes before those found so far";
+        EXPECT_EQ(findUserInterface(agent, findProgram), expected) << "each place has precedence over the former ones";
     }
     setenv("KOVA_UI", program("other", "").c_str(), 1);
     EXPECT_EQ(findUserInterface(agent, findProgram), (folder_.path() / "other").string());

@@ -20,7 +20,7 @@ namespace kova::testing {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr std::size_t kMostWindows = 14;
 constexpr std::size_t kMostTerminals = 5;
@@ -389,17 +389,17 @@ TEST_P(Soak, NothingIsLostAndNothingGrows) {
 
     std::deque<std::string> story;
     std::vector<long> samples;
-    const auto begin = Clock::now();
+    const auto begin = SteadyClock::now();
     auto sampleDue = begin;
     long taken = 0;
-    for (; Clock::now() - begin < duration() && !HasFailure(); ++taken) {
+    for (; SteadyClock::now() - begin < duration() && !HasFailure(); ++taken) {
         const auto& step = steps[choose(random_)];
         story.push_back(step.name);
         if (story.size() > kStepsReported) story.pop_front();
         step.take();
         if (below(40) == 0) expectNoOverlaps();
         if (below(4) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(below(120)));
-        if (Clock::now() >= sampleDue) {
+        if (SteadyClock::now() >= sampleDue) {
             samples.push_back(memory());
             sampleDue += 1s;
         }

@@ -29,7 +29,7 @@ class ApplicationsInSettings : public WindowStage {
     QTreeWidget* list = nullptr;
 };
 
-TEST_F(ApplicationsInSettings, ShowWhatWasLearnedUntilItIsForgotten) {
+TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     openPane();
     ASSERT_TRUE(until([&] { return list->topLevelItemCount() > 1; }));
     EXPECT_EQ(shown("Notes", 1), "Productivity");

@@ -153,7 +153,7 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
     }
 }
 
-TEST(OverlayMirror, PassesOverWhatIsNotForIt) {
+TEST(OverlayMirror, IgnoresNotificationsOfOtherTopics) {
     int changes = 0;
     std::string asked;
     OverlayMirror mirror({.contentsChanged = [&] { ++changes; },

@@ -74,7 +74,7 @@ TEST_F(Dialogs, OnlyTheButtonConfirmsAQuestionOfTheAgent) {
     EXPECT_EQ(control<QPushButton>(host.window("alert"), "cancel")->text(), QStringLiteral("OK"));
 }
 
-TEST_F(Dialogs, ForceQuitAllOfTheMenuNamesWhatWouldEndAndEndsThatAlone) {
+TEST_F(Dialogs, ForceQuitAllOfTheMenuNamesTheApplicationsThatWouldEndAndEndsOnlyThose) {
     chooseFromMenu("force-quit-all");
     HostedWindow* window = shown("alert");
     auto* list = control<QListWidget>(window, "applications");
@@ -89,7 +89,7 @@ TEST_F(Dialogs, ForceQuitAllOfTheMenuNamesWhatWouldEndAndEndsThatAlone) {
         desk.settle();
         return !desk.desktop.isRunning("Mail");
     }));
-    EXPECT_TRUE(desk.desktop.isRunning("Later")) << "it was not asked about";
+    EXPECT_TRUE(desk.desktop.isRunning("Later")) << "the question did not name this application";
 }
 
 TEST_F(Dialogs, AQuestionOfTheOverlayIsCarriedOutByTheMethodItNamesAndShowsItsRefusal) {

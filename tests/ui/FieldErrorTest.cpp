@@ -13,7 +13,7 @@ using Controls = WindowStage;
 
 } // namespace
 
-TEST_F(Controls, ShowInTheAgentsWordsWhatIsRefused) {
+TEST_F(Controls, ShowRefusalsInTheAgentsWords) {
     desk.arrange();
     AgentSession agent(socketPath());
     FieldError error;
@@ -24,7 +24,7 @@ TEST_F(Controls, ShowInTheAgentsWordsWhatIsRefused) {
     EXPECT_TRUE(error.text().startsWith(QStringLiteral("There is no tile “basement”."))) << error.text().toStdString();
     EXPECT_FALSE(error.isHidden());
     const auto& message = link.contents()->message;
-    EXPECT_FALSE(message && message->text == error.text().toStdString()) << "it is said once";
+    EXPECT_FALSE(message && message->text == error.text().toStdString()) << "the screen reader reads the error once";
 
     callFor(error, agent, "layout.setInset", {{"points", 20}}, reactions);
     ASSERT_TRUE(until([&] { return done == 1; }));

@@ -219,7 +219,7 @@ TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened)
     EXPECT_NE(desk.tiles().find("Notes"), std::string::npos) << desk.tiles();
 }
 
-TEST_F(Launching, ThePaletteAsksForWhatACommandNeedsInTheSameField) {
+TEST_F(Launching, ThePaletteAsksForParametersInTheSameField) {
     ask("scene.capture", {{"name", "Writing"}});
     ask("scene.capture", {{"name", "Reading"}});
     const auto answer = [&](const char* typed, const char* expected) {

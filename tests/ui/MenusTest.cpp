@@ -105,7 +105,7 @@ TEST_F(Menus, TheTraysMenuIsAsTheAgentIsWhenItOpens) {
     Tray tray(
         link, [] {}, [&](const std::string& id) { chosen.push_back(id); });
     tray.setAgentThere(true);
-    EXPECT_FALSE(tray.item()) << "no place for it";
+    EXPECT_FALSE(tray.item()) << "the desktop has no notification area";
     tray.setHasTrayWindow(true);
     ASSERT_TRUE(tray.item());
     ASSERT_FALSE(tray.item()->contextMenu()) << "the toolkit would show it before it was asked for";

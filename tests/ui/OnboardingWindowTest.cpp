@@ -37,7 +37,7 @@ TEST_F(Onboarding, FollowsThePermissionByItself) {
     desk.settle();
     EXPECT_TRUE(until([&] { return text("permissionState") == "KOVA has the permission."; }));
     EXPECT_FALSE(control<QPushButton>(window, "askForPermission")->isEnabled());
-    EXPECT_EQ(pages->currentIndex(), 1) << "the user goes on";
+    EXPECT_EQ(pages->currentIndex(), 1) << "the user goes to the next page";
 }
 
 TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
@@ -53,7 +53,7 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
               "briefly restarts the Dock.");
     QTest::mouseClick(dock, Qt::LeftButton, {}, {5, 5});
     EXPECT_TRUE(until([&] { return ask("dock.status")["result"]["isOn"] == true; }));
-    EXPECT_EQ(ask("login.status")["result"]["isOn"], false) << "what is not changed stays";
+    EXPECT_EQ(ask("login.status")["result"]["isOn"], false) << "a setting that is not changed stays";
     ask("login.on");
     EXPECT_TRUE(until([&] { return login->isChecked(); })) << "changed elsewhere";
 

@@ -143,7 +143,7 @@ TEST(Overlay, MessageAndEmptyTileTakeClicksOnTheirButtonsOnly) {
     }
 }
 
-TEST(Overlay, OnlyWhatChangedIsDrawn) {
+TEST(Overlay, OnlyChangedPartsAreDrawn) {
     Stage stage;
     const int before = stage.platform.drawings();
     stage.show();
@@ -170,10 +170,10 @@ TEST(Overlay, AWindowOfATileThatIsGoneIsUsedForTheNext) {
     stage.state["tiles"] = tiles;
     stage.show();
     EXPECT_EQ(stage.platform.shown().size(), windows) << "none is made anew";
-    EXPECT_EQ(stage.platform.screen(QSize(800, 500)), before) << "and nothing of its former tile is left";
+    EXPECT_EQ(stage.platform.screen(QSize(800, 500)), before) << "nothing of the former tile is left";
 }
 
-TEST(Overlay, ShowsOnlyWhatTheAgentPublishes) {
+TEST(Overlay, ShowsOnlyTheContentsThatTheAgentPublishes) {
     Stage stage;
     stage.state["displays"][0]["isFocusMode"] = true;
     for (auto& tile : stage.state["tiles"]) tile["footerFrame"] = nullptr;

@@ -62,7 +62,7 @@ class RulesInSettings : public WindowStage {
 
 constexpr const char* kThree = "Mail floats*, Notes → Primary*, Terminal ignored*";
 
-TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowWhatChangesElsewhere) {
+TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowChangesElsewhere) {
     addThree();
     openPane();
     ASSERT_TRUE(untilShown(kThree));

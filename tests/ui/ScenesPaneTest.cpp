@@ -105,7 +105,7 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
     EXPECT_TRUE(untilShown("")) << "by a command";
 }
 
-TEST_F(ScenesInSettings, SayWhatOpeningChangesAndOpen) {
+TEST_F(ScenesInSettings, ShowTheChangesOfOpeningAndOpen) {
     ask("scene.capture", {{"name", "Work"}});
     const std::string before = desk.tiles();
     openPane();

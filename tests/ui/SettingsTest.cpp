@@ -142,7 +142,7 @@ TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
     host.window("settings")->close();
     EXPECT_TRUE(until([&] { return !closedByUser.empty(); }));
     host.follow(link.contents()->windows);
-    EXPECT_EQ(host.window("settings"), nullptr) << "it stays closed until it is asked for again";
+    EXPECT_EQ(host.window("settings"), nullptr) << "the window stays closed until the next request";
     ask("ui.show", {{"what", "settings"}});
     EXPECT_TRUE(until([&] {
         host.follow(link.contents()->windows);
@@ -218,7 +218,7 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndSho
     record("Focus Left");
     desk.desktop.keyboard().press(37, modifierFlag::control | modifierFlag::option); // that of Focus Right
     EXPECT_TRUE(until([&] { return refusalIn(window).find("Focus Right") != std::string::npos; })) << refusalIn(window);
-    EXPECT_TRUE(isRecording()) << "and another one can be typed";
+    EXPECT_TRUE(isRecording()) << "another combination can be typed";
     desk.desktop.keyboard().press(5, modifierFlag::control | modifierFlag::option);
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
     EXPECT_EQ(keysOf("focusLeft"), "Ctrl+Alt+G");
@@ -245,7 +245,7 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndSho
     EXPECT_TRUE(until([&] { return !row("Focus Left")->text(1).isEmpty(); })) << "by a command";
 }
 
-TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
+TEST_F(ShortcutSettings, ShowCombinationsOfOtherProgramsAndAreFoundByNameAndKeys) {
     desk.desktop.keyboard().holdByOther({5, modifierFlag::control | modifierFlag::option});
     ask("shortcut.set", {{"action", "focusLeft"}, {"keys", "ctrl+alt+g"}});
     desk.settle();
@@ -270,7 +270,8 @@ TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
     EXPECT_EQ(found("alt+g"), std::set<std::string>{"Focus Left"});
     EXPECT_GT(found("").size(), 15u);
     EXPECT_TRUE(found("no such action").empty());
-    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled()) << "what is not shown is not chosen";
+    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled())
+        << "a row that is not shown is not chosen";
 }
 
 TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatAreTooSmall) {
@@ -285,7 +286,7 @@ TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatA
     const auto inForce = [&] { return ask("query.displays")["result"]["displays"][0]["layout"]["name"]; };
     EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue, and automatic";
     EXPECT_EQ(row("Dual Stack")->text(), QStringLiteral("Dual Stack (2)"));
-    EXPECT_TRUE(row("Dual Split")->text().contains(u'−')) << "they do not fit side by side";
+    EXPECT_TRUE(row("Dual Split")->text().contains(u'−')) << "the windows do not fit side by side";
     EXPECT_TRUE(row("Dual Split")->toolTip().contains(QStringLiteral("Too small for ")));
     layouts->setCurrentItem(row("Quad Grid"));
     layouts->setFocus();
@@ -304,7 +305,7 @@ TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatA
     EXPECT_TRUE(until([&] { return control<QComboBox>(window, "displays")->count() == 2; }));
 }
 
-TEST_F(Settings, AReportIsWrittenByTheCommandLineAndWhatItRefusesIsShown) {
+TEST_F(Settings, AReportIsWrittenByTheCommandLineAndItsErrorIsShown) {
     qputenv("PATH", QFileInfo(QStringLiteral(KOVA_UI_PROGRAM)).path().toLocal8Bit());
     HostedWindow* window = openAt("about");
     auto* version = control<QLabel>(window, "version");
@@ -344,7 +345,7 @@ TEST_F(Settings, UpdatesAreSwitchedAndCheckedForWhereKovaUpdatesItself) {
     EXPECT_TRUE(shows(window, "checksForUpdates", true)) << "by a command";
     QTest::mouseClick(control<QPushButton>(window, "checkNow"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return updates.isChecking && !control<QPushButton>(window, "checkNow")->isEnabled(); }));
-    EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "one is under way";
+    EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "a check is under way";
 }
 
 TEST_F(Settings, KovaUIStartedTwiceShowsThem) {

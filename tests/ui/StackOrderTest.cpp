@@ -68,7 +68,7 @@ TEST(StackOrder, FollowsTheServersEvents) {
     EXPECT_EQ(stack.bottomFirst().size(), 4u) << "a window that is not known is none of the root's";
 }
 
-TEST(ApplicationAreas, AreWhatIsDrawnOfWindowsThatNoGuardHides) {
+TEST(ApplicationAreas, AreTheVisiblePartsOfWindowsThatNoGuardHides) {
     StackOrder order;
     order.reset({1, 2, 3, 4});
     order.classify(2, RootChild::guard);

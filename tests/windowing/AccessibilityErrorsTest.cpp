@@ -118,9 +118,9 @@ TEST(AccessibilityErrors, APermissionIsIgnoredWhenNoApplicationHonorsIt) {
         }
         return permission.isIgnored();
     };
-    EXPECT_FALSE(polls(9, {{7, kDisabled}})) << "one application may have reasons of its own";
+    EXPECT_FALSE(polls(9, {{7, kDisabled}})) << "a single application may fail for a reason of its own";
     EXPECT_FALSE(polls(9, {{9, kNoValue}, {7, kDisabled}, {8, kDisabled}, {7, kDisabled}, {8, kDisabled}}))
-        << "and so may two, while another answers";
+        << "two may, too, while another one responds";
     EXPECT_TRUE(polls(3, {{7, kDisabled}, {8, kDisabled}, {9, kCannotComplete}})) << "no answer says nothing";
     EXPECT_FALSE(polls(1, {{9, kNoValue}}));
 }

@@ -22,7 +22,7 @@ TEST(RequestedHiding, CountsAsDoneUntilTheDesktopHasHadTimeToReport) {
 
     hiding.show(kEditor, Seconds(101.2));
     EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(101.3))) << "each has its own time";
-    EXPECT_FALSE(hiding.isHidden(kMail, kShown, Seconds(101.4))) << "it has refused";
+    EXPECT_FALSE(hiding.isHidden(kMail, kShown, Seconds(101.4))) << "the application has refused the request";
     EXPECT_FALSE(hiding.isHidden(kEditor, kHidden, Seconds(102.1)));
     EXPECT_TRUE(hiding.isHidden(kEditor, kHidden, Seconds(102.3))) << "its user has hidden it";
 }

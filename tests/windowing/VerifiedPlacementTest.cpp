@@ -142,7 +142,7 @@ TEST(VerifiedPlacement, MovesIntoTheTileOnlyIfItFits) {
     };
     EXPECT_EQ(moved(makeRect(50, 450, 500, 300)), "100,200 500x300");
     EXPECT_EQ(moved(makeRect(300, 90, 500, 300)), "200,100 500x300");
-    EXPECT_EQ(moved(makeRect(150, 150, 500, 300)), "stays") << "it is inside";
+    EXPECT_EQ(moved(makeRect(150, 150, 500, 300)), "stays") << "the window is inside its tile";
     EXPECT_EQ(moved(makeRect(50, 50, 601, 300)), "stays") << "too wide";
     EXPECT_EQ(moved(makeRect(50, 50, 500, 401)), "stays") << "too tall";
 }

@@ -94,7 +94,7 @@ TEST_F(Announcements, AnApplicationThatRefusesIsPolledOnlyWhileItHasWindows) {
 TEST_F(Announcements, AnApplicationThatDoesNotAnswerIsPolledForAWhile) {
     desk.desktop.setAnswering("Mail", false);
     desk.advance(Seconds(11));
-    EXPECT_GE(polls(Seconds(40)), 30) << "it may come back at any moment";
+    EXPECT_GE(polls(Seconds(40)), 30) << "the window may return at any moment";
     desk.advance(Seconds(30));
     EXPECT_LE(polls(Seconds(100)), 10);
     desk.desktop.setAnswering("Mail", true);

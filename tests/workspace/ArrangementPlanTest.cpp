@@ -219,7 +219,7 @@ TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
     table.window("Mail");
     EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail:surplus");
     table.input.candidates.back().stackedBehindID = "D::focus-main";
-    EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "and what waits there goes on waiting";
+    EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "the stacked window stays stacked";
 }
 
 TEST(ArrangementPlan, ATallWindowGetsATileThatIsTallEnoughWhereOneIsFree) {
@@ -238,7 +238,7 @@ TEST(ArrangementPlan, NeitherOfTwoLargeWindowsIsCoveredByTheOther) {
     table.window("Codex").minimumSize = {1702, 400};
     table.window("Mail").minimumSize = {1002, 400};
     table.input.candidates.back().currentTarget = "D::secondary-1";
-    EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-2") << "side by side they do not fit";
+    EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-2") << "the windows do not fit side by side";
     // A spanning window is no less in need of its room than one in a single tile.
     table.input.candidates.back().minimumSize = {700, 1300};
     table.window("Firefox").minimumSize = {2000, 300};
@@ -265,7 +265,7 @@ TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbor) {
     hopeless.window("Codex").minimumSize = {9000, 9000};
     hopeless.window("Mail");
     EXPECT_EQ(hopeless.plan(), "Codex:focus-main+secondary-1 Mail:surplus")
-        << "it covers the whole display in any case";
+        << "the window covers the whole display in any case";
 }
 
 TEST(ArrangementPlan, ALargeWindowPushesASmallerOneAsideOnceAndItFindsAnotherTile) {

@@ -34,7 +34,7 @@ TEST_F(DisplayMemoryTest, ADisplayThatComesBackHasItsWindowsInFrontOfOthers) {
     EXPECT_FALSE(memory.hasReturned());
 }
 
-TEST_F(DisplayMemoryTest, WhatCameIntoTheTilesOfASpanWaitsBehindIt) {
+TEST_F(DisplayMemoryTest, WindowsPlacedInTheTilesOfAReturningSpanAreStackedBehindIt) {
     (void)tiles.assign("mail", {"D::a", "D::b"});
     (void)memory.noteConnected({"C", "D"}, {"C"}, tiles);
     tiles = {};
@@ -56,7 +56,7 @@ TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
     EXPECT_EQ(tiles.targetOf("mail"), "C::a");
 }
 
-TEST_F(DisplayMemoryTest, WindowsAndDisplaysKeepWhatWasKnownUnderTheirFormerNames) {
+TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
     (void)tiles.assign("mail", {"D::a"});
     memory.leaveLayout("D", "quad", tiles);
     EXPECT_FALSE(memory.noteShown("D", "quad", {})) << "the first layout moves nothing";

@@ -113,7 +113,7 @@ TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
     EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0) << "a window of C has the free tile: " << desk.tiles();
 }
 
-TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
+TEST_F(Displays, AWindowThatTheUserMovedMeanwhileStaysThere) {
     const WindowID onC = *desk.controller().tiles().back().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
     const auto display = takeOut(desk, "C");

@@ -38,7 +38,8 @@ TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
     EXPECT_FALSE(frames.refusal("mail")->isAccepted);
     EXPECT_EQ(frames.refusal("mail")->actual, *window.frame);
     const CGRect otherTile = makeRect(200, 0, 100, 100);
-    EXPECT_EQ(frames.decide(window, otherTile, Straying::noticeable, std::nullopt), askAgain) << "it may want that";
+    EXPECT_EQ(frames.decide(window, otherTile, Straying::noticeable, std::nullopt), askAgain)
+        << "the window may accept that frame";
     refuse(windowAt(makeRect(60, 0, 100, 100)));
     frames.rename("mail", "mail of another tab");
     EXPECT_TRUE(!frames.refusal("mail") && frames.refusal("mail of another tab")) << "the same window goes on refusing";
@@ -47,7 +48,7 @@ TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
     EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
 }
 
-TEST_F(FrameKeeperTest, WhatCountsAsStrayed) {
+TEST_F(FrameKeeperTest, FramesThatCountAsDrifted) {
     const struct {
         const char* title;
         double off;
@@ -92,7 +93,7 @@ TEST_F(FrameKeeperTest, OnAnotherDesktopARefusalIsKept) {
     EXPECT_FALSE(frames.refusal("mail"));
 }
 
-TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
+TEST_F(FrameKeeperTest, APollWaitsForAFrameThatItHasNotSeen) {
     frames.accept("mail", kTile, makeRect(50, 0, 100, 100));
     EXPECT_TRUE(frames.refusal("mail")->isAccepted);
     EXPECT_FALSE(frames.isWaiting());

@@ -199,7 +199,7 @@ TEST_F(Launching, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
     desk.advance(Seconds(15)).sleep().advance(Seconds(300)).wake().advance(Seconds(4));
     EXPECT_EQ(waiting(), 1u);
     desk.advance(Seconds(2));
-    EXPECT_EQ(waiting(), 0u) << "what was left of the 20 s is over";
+    EXPECT_EQ(waiting(), 0u) << "the rest of the 20 s is over";
     desk.advance(Seconds(120));
 }
 
@@ -245,7 +245,7 @@ PreferenceData arrangingProfile() {
     return *desk.preferences.data("KOVA.workspaceProfile.v1");
 }
 
-TEST(ArrangingAfterTheStart, LeavesAloneWhatARuleHasPlaced) {
+TEST(ArrangingAfterTheStart, DoesNotMoveWindowsThatARuleHasPlaced) {
     Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", arrangingProfile());
     desk.display(2560, 1440).opens("Mail").start().settle();

@@ -21,7 +21,7 @@ TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBac
     desk.expectTiles("Codex 15,15 2530x666 | Mail 15,731 2530x666");
     desk.layout("jarvis.focus-single");
     desk.expectTiles("Mail 15,15 2530x1382 + Codex");
-    EXPECT_TRUE(desk.desktop.isHidden("Codex")) << "it waits behind the window that has the keyboard";
+    EXPECT_TRUE(desk.desktop.isHidden("Codex")) << "stacked behind the window that has the focus";
     desk.undo().undo();
     desk.expectTiles(kHalves);
     EXPECT_FALSE(desk.desktop.isHidden("Codex"));
@@ -179,7 +179,8 @@ TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesFollowEach
     revision = *desk.state().layoutRevision;
     desk.desktop.close("Mail");
     desk.settle();
-    EXPECT_GT(*desk.state().layoutRevision, revision) << "its minimum goes with it, and the divider moves";
+    EXPECT_GT(*desk.state().layoutRevision, revision)
+        << "its minimum size moves with the window, and so does the divider";
 }
 
 TEST(LayoutStories, ASpanKeepsClearOfTheTilesNextToItWhenTheseGrow) {
@@ -272,7 +273,7 @@ TEST(FocusModeStories, AnActionThatIsRefusedWhileTheScreenIsNotSeenLeavesTheZoom
     }
 }
 
-TEST(FocusModeStories, WhatWasHiddenStaysHidden) {
+TEST(FocusModeStories, HiddenWindowsStayHidden) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");

@@ -25,9 +25,9 @@ TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
     };
     EXPECT_TRUE(isAsAsked() && windows.isWaiting());
     (void)windows.take({live("a", 1), live("b", 1), live("c", 2)}, Seconds{0.9});
-    EXPECT_TRUE(isAsAsked()) << "that poll began before";
+    EXPECT_TRUE(isAsAsked()) << "the poll began before the request";
     (void)windows.take({live("a", 1), live("c", 2)}, Seconds{9});
-    EXPECT_FALSE(isAsAsked() || windows.isWaiting()) << "they did not do it";
+    EXPECT_FALSE(isAsAsked() || windows.isWaiting()) << "the windows did not follow the request";
     EXPECT_EQ(windows.find("b"), nullptr);
 }
 

@@ -44,7 +44,7 @@ TEST(PlacementStories, ADesktopThatPlacesWindowsItselfIsNamedOrFoundOut) {
     obedient.expectMessage("Windows arranged into zones — Undo is available");
 }
 
-TEST(PlacementStories, ADryRunTouchesNothingAndSaysWhatArrangingDoes) {
+TEST(PlacementStories, ADryRunChangesNothingAndDescribesTheArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Mail").opens("Codex").start();
     const std::string before = desk.desktop.picture();
@@ -85,11 +85,11 @@ TEST(PlacementStories, ANewerArrangementEndsTheSecondPassOfTheOlder) {
     desk.advance(Seconds(0.5));
     controller.perform(action::Undo{});
     desk.settle();
-    EXPECT_TRUE(desk.desktop.window("Mail").isMinimized) << "what was undone is not finished afterwards";
+    EXPECT_TRUE(desk.desktop.window("Mail").isMinimized) << "an operation that was undone is not completed afterwards";
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 
-TEST(PlacementStories, TheSecondPassDoesNotTakeBackWhatTheUserDidMeanwhile) {
+TEST(PlacementStories, TheSecondPassDoesNotRevertChangesByTheUser) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail", {.isMinimized = true}).start();
     desk.desktop.userFocuses("Codex");
@@ -158,7 +158,7 @@ TEST(PlacementStories, AWindowThatRefusesToShrinkIsRememberedAndGivenItsRoom) {
     EXPECT_EQ(desk.state().observedMinimumSizes->begin()->second, (CGSize{1500, 0}))
         << "only the direction in which it refused";
     EXPECT_EQ(desk.state().profile->applicationMinimumSizes.at("sim.mail"), (CGSize{1500, 0}));
-    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << "it has come to rest";
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << "no frame is written any more";
 }
 
 TEST(PlacementStories, AWindowThatRefusesItsFrameIsRequestedThreeTimes) {
@@ -206,7 +206,7 @@ TEST(PlacementStories, AWindowThatVanishesBetweenPlanAndPlacementIsSkipped) {
     desk.expectTiles("- | Mail 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, WhatIsLearnedSurvivesARestart) {
+TEST(PlacementStories, LearnedPlacesSurviveARestart) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");

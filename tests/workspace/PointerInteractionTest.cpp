@@ -59,7 +59,7 @@ TEST_F(PointerInteractionTest, FollowsNewNamesInEveryState) {
     const CGRect frame = makeRect(0, 0, 10, 10);
     pointer.beginDividerDrag({"D", "layout", {}}, {}, before, {{"mail", frame}});
     pointer.rename("mail", "mail2");
-    EXPECT_FALSE(pointer.noteDividerFrame("mail2", frame)) << "it has that frame already";
+    EXPECT_FALSE(pointer.noteDividerFrame("mail2", frame)) << "the divider has that frame already";
     EXPECT_TRUE(pointer.noteDividerFrame("mail2", makeRect(0, 0, 20, 10)));
     pointer.renameDisplay("D", "E");
     const auto move = pointer.endDividerDrag();

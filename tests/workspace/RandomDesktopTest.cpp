@@ -52,8 +52,9 @@ class RandomDay : public RandomWalk {
         withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); });
         desk_.rest(); // a window that refuses its tile is asked more than once
         (void)desktop.takeJournal();
-        EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture() << "\n"
-                                                             << desktop.takeJournal().substr(0, 600);
+        EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0)
+            << "frames are written forever: " << desktop.picture() << "\n"
+            << desktop.takeJournal().substr(0, 600);
     }
     WindowTraits anyTraits() override {
         WindowTraits traits{.frame = anyFrame()};

@@ -92,7 +92,7 @@ TEST_F(Recovery, ALockThatAPollNoticesFirstKeepsTheMissingWindows) {
     desk.expectTiles(picture);
 }
 
-TEST_F(Recovery, AWindowWithANewIdentifierIsKnownByWhatItIs) {
+TEST_F(Recovery, AWindowWithANewIdentifierIsRecognized) {
     desk.zoom();
     const std::string zoomed = desk.desktop.focusedLabel();
     const std::string zoomedPicture = desk.desktop.picture();
@@ -100,7 +100,7 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsKnownByWhatItIs) {
     desk.desktop.renumber("Mail");
     desk.desktop.renumber("Notes");
     desk.wake().settle();
-    EXPECT_EQ(desk.desktop.picture(), zoomedPicture) << "the zoomed one goes on owning the display";
+    EXPECT_EQ(desk.desktop.picture(), zoomedPicture) << "the window in focus mode keeps the display";
     EXPECT_EQ(desk.desktop.labelOfID((*desk.state().focusMode)->windowID), zoomed);
     desk.zoom();
     desk.expectTiles(picture);

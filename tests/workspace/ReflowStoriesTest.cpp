@@ -29,7 +29,7 @@ TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
     desk.opens("Mail", {.secretMinimumSize = {{2400, 300}}}).opens("Notes").opens("Viewer").arrange();
     desk.advance(Seconds(10));
     const auto notice = *desk.state().placementNotice;
-    ASSERT_TRUE(notice) << "it claimed a span";
+    ASSERT_TRUE(notice) << "the window claimed a span";
     EXPECT_EQ(notice->applicationName, "Mail");
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(120)), 0);
 }

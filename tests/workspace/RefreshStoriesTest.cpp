@@ -51,7 +51,7 @@ TEST(RefreshStories, AWindowThatRoundsItsSizeIsKnownByItsRealFrame) {
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
     EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsAtRest(Seconds(60)))
-        << "and the polls rest again";
+        << "polls are idle again";
 }
 
 TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
@@ -127,14 +127,14 @@ TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
     EXPECT_EQ(desk.controller().liveWindows().size(), 1u);
 }
 
-TEST(RefreshStories, OnlyWhatIsShownRepublishesTheWindows) {
+TEST(RefreshStories, OnlyVisibleChangesRepublishTheWindows) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail", {.frame = kSomewhere}).start();
     int published = 0;
     const auto subscription = desk.controller().state().windows.observe([&](const auto&) { ++published; });
     desk.desktop.userMoves("Mail", makeRect(300, 300, 700, 500));
     desk.settle();
-    EXPECT_EQ(published, 0) << "it merely moved";
+    EXPECT_EQ(published, 0) << "the window only moved";
     EXPECT_EQ(desk.controller().liveWindows().front().frame, makeRect(300, 300, 700, 500));
     desk.desktop.userMinimizes("Mail");
     desk.settle();
@@ -177,7 +177,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     desk.settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
-    EXPECT_FALSE(*desk.state().canUndo) << "what the machine does by itself is no step of the person's";
+    EXPECT_FALSE(*desk.state().canUndo) << "an automatic arrangement is no undo step";
 }
 
 TEST(RefreshStories, ArrangeAfterLaunchWaitsWhenALockIsReportedLate) {

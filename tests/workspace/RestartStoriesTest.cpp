@@ -280,7 +280,7 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
     EXPECT_FALSE(byTitle("RequestQueue"));
 }
 
-TEST(Resumption, WhatKovaMinimizedComesBackAtItsEndAndLeavesWithTheNextAgent) {
+TEST(Resumption, WindowsThatKovaMinimizedAreRestoredAtItsEndAndMinimizedByTheNextAgent) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer", "Wiki", "Zip"}) desk.opens(name);

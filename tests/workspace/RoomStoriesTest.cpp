@@ -106,7 +106,7 @@ TEST(RoomStories, ADividerHandleOfBeforeKeepsToTheMinimumsOfNow) {
     desk.controller().perform(action::EndDividerDrag{handle});
     desk.settle();
     const auto weights = desk.state().profile->weights(desk.displayIDOf("A"), "jarvis.dual-split").splits.at("root");
-    EXPECT_EQ(weights.front(), 1210) << "what its window needs, and the inset on both sides";
+    EXPECT_EQ(weights.front(), 1210) << "the width that the window needs, and the inset on both sides";
     desk.expectTiles("Codex 15,15 1200x1382 | Mail 1237,15 1308x1382");
 }
 

@@ -88,8 +88,7 @@ TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     const auto steps = desk.controller().undoHistory().size();
     opensQuietly("Mail").expectMessage("Rule “Mail to the right” placed Mail");
     desk.settle().expectTiles(kPlaced);
-    EXPECT_EQ(desk.controller().undoHistory().size(), steps)
-        << "what the machine does by itself is no step of the person's";
+    EXPECT_EQ(desk.controller().undoHistory().size(), steps) << "an automatic arrangement is no undo step";
     desk.desktop.userFocuses("Mail");
     desk.move(WorkspaceDirection::left).expectTiles("Mail 15,15 1254x1382 | -");
     desk.desktop.setTitle("Mail", "Another");
@@ -179,7 +178,7 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
     opensQuietly("Notes");
     add(rule("", "sim.mail", std::nullopt, std::nullopt, disposition::Ignore{}));
     desk.arrange();
-    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u) << "they run only while management is continuous";
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u) << "rules are applied only while continuous management is on";
     desk.undo();
     manageContinuously();
     desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");

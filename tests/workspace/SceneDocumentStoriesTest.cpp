@@ -35,7 +35,7 @@ TEST(SceneDocumentStories, ScenesAreFoundRenamedAndDeleted) {
     EXPECT_EQ(desk.state().scenes->size(), 2u);
 }
 
-TEST(SceneDocumentStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
+TEST(SceneDocumentStories, ImportAddsNewRecordsAndCountsAllInTheFile) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     captureScene(desk, "Mine");

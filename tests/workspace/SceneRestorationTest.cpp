@@ -44,7 +44,7 @@ TEST(SceneRestoration, WindowsTakeTheirPlacesInTheStackWheneverTheyCome) {
     EXPECT_TRUE(restored({}, {third}).isAssigned("third")) << "no tile stays empty for one that may never come";
 }
 
-TEST(SceneRestoration, ASpanThatComesBackTakesOverWhatWaitsInItsTiles) {
+TEST(SceneRestoration, AReturningSpanTakesOverTheStacksOfItsTiles) {
     TileAssignments before;
     (void)before.assign("notes", {"D::b"});
     const auto after = withRestored(before, {{"mail", {"D::a", "D::b"}, 0, true}}, {{"mail", 0}});

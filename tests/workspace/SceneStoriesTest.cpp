@@ -90,7 +90,7 @@ TEST(SceneStories, ASceneWithoutANameIsNamedAfterTheTime) {
     EXPECT_EQ(desk.state().scenes->back().name, "Workspace " + localMonthDayTime(now));
     desk.controller().perform(action::CaptureScene{});
     EXPECT_EQ(desk.state().scenes->back().name, "Workspace " + localMonthDayTime(now));
-    EXPECT_NE(desk.state().scenes->front().id, desk.state().scenes->back().id) << "two scenes may bear one name";
+    EXPECT_NE(desk.state().scenes->front().id, desk.state().scenes->back().id) << "two scenes may have the same name";
 }
 
 TEST(SceneStories, CaptureRecordsThePlaceOfEachWindow) {
@@ -156,7 +156,8 @@ TEST(SceneStories, AStartingApplicationIsNotLaunchedAgain) {
     desk.desktop.quit("Mail");
     desk.settle();
     desk.controller().perform(action::ActivateScene{scene});
-    EXPECT_EQ(journalOfLaunches(desk), "Mail: launch in the background\n") << "it came and went";
+    EXPECT_EQ(journalOfLaunches(desk), "Mail: launch in the background\n")
+        << "the application was launched and has ended";
     desk.advance(Seconds(6));
     desk.desktop.quit("Mail");
     desk.settle();
@@ -315,7 +316,7 @@ TEST(SceneStories, StackIndicesOfAnySizeCanBePrinted) {
         << "without a window before it, it is in front";
 }
 
-TEST(SceneStories, UndoStepsBackToWhatWasBefore) {
+TEST(SceneStories, UndoRestoresTheStateBefore) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     captureScene(desk, "First");

@@ -86,7 +86,7 @@ TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
     }
 }
 
-TEST_F(WaitingScene, WhatTheUserLetsFloatMeanwhileIsNotTaken) {
+TEST_F(WaitingScene, AWindowThatTheUserLetsFloatMeanwhileIsNotTaken) {
     desk.opens("mail", {.frame = kSomewhere}).start();
     open(scene({"mail", "mail"})).expectTiles("mail 15,15 1254x1382 | -");
     const WindowID mail = desk.desktop.windowIDOf("mail");
@@ -189,7 +189,7 @@ TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
     }
 }
 
-TEST_F(WaitingScene, WhatWouldNotChangeIsNoDifference) {
+TEST_F(WaitingScene, StatesThatWouldNotChangeAreNoDifference) {
     desk.opens("mail").start();
     WorkspaceScene strange;
     strange.name = "Strange";

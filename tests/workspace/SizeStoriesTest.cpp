@@ -39,7 +39,7 @@ TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
     EXPECT_EQ(honest.framesWrittenWithin(Seconds(60)), 0);
 }
 
-TEST(SizeStories, WhatContradictsTheAnnouncedMinimumMakesRoomOnlyUntilTheNextArrangement) {
+TEST(SizeStories, ASizeThatContradictsTheAnnouncedMinimumCountsUntilTheNextArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Terminal", {.frame = makeRect(900, 100, 1500, 400), .minimumSize = {{10, 17}}});
@@ -89,7 +89,7 @@ TEST(SizeStories, AWindowNeverCoversMoreThanItsTileAndRestsInItsMiddle) {
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Viewer")), "Viewer 52,15 1816x1022");
 }
 
-TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
+TEST(SizeStories, LearnedSizesOfAnApplicationCanBeForgotten) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
@@ -100,7 +100,7 @@ TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
     EXPECT_EQ(learnedOfApplications(desk), 0u);
     desk.rest();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
-    EXPECT_EQ(learnedOfApplications(desk), 1u) << "it showed it again";
+    EXPECT_EQ(learnedOfApplications(desk), 1u) << "the window refused the smaller size again";
     for (const WorkspaceAction& comingBack :
          {WorkspaceAction(action::ToggleFocusZoom{}), WorkspaceAction(action::Undo{})}) {
         desk.rest();

@@ -168,7 +168,7 @@ TEST_P(Spaces, FullScreenAndBack) {
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, WhatIsClosedThereIsForgotten) {
+TEST_P(Spaces, WindowsClosedThereAreForgotten) {
     show(1);
     desk.desktop.close("Mail");
     desk.settle();

@@ -24,7 +24,7 @@ struct Leaving {
     const char* how;
     std::function<void(Scenario&)> leave;
     const char* tiles;
-    const char* tilesWithoutSuccession;
+    const char* tilesWhenOff;
 };
 
 TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
@@ -60,7 +60,7 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
                 desk.desktop.userFocuses("Codex");
                 desk.move(right).expectTiles("- | Codex 866,15 829x1382 + Mail | Viewer 1717,15 828x1382");
                 way.leave(desk);
-                desk.settle().expectTiles(isOn ? way.tiles : way.tilesWithoutSuccession);
+                desk.settle().expectTiles(isOn ? way.tiles : way.tilesWhenOff);
                 EXPECT_EQ(desk.desktop.isOnScreen(desk.desktop.window("Mail")), isOn) << way.how;
             }
         }
@@ -117,7 +117,7 @@ TEST(StackStories, MovingAWindowAroundAGridAndBackRestoresTheFirstArrangement) {
     EXPECT_EQ(desk.desktop.picture(), start);
 }
 
-TEST(StackStories, WhatASpanningWindowDisplacedComesBackToTheTileThatItLost) {
+TEST(StackStories, WindowsDisplacedByASpanReturnToTheirTiles) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Mail", {.frame = makeRect(50, 800, 900, 500)}).opens("Notes", {.frame = makeRect(1400, 800, 900, 500)});
@@ -170,7 +170,7 @@ TEST(LayoutCycle, CyclingThroughAllLayoutsRestoresTheFirstArrangement) {
     }
 }
 
-TEST(LayoutCycle, WhatTheUserDidMeanwhileStays) {
+TEST(LayoutCycle, ChangesByTheUserMeanwhileStay) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Viewer", {.frame = makeRect(1400, 800, 900, 500)})

@@ -44,7 +44,7 @@ TEST(TileAssignments, ASpanningWindowHasOneAnchorAndDisplacedWindowsLoseAllTheir
     EXPECT_TRUE(tiles.anchorsByWindowID.empty());
 }
 
-TEST(TileAssignments, ASpanGathersWhatWaitedInItsTiles) {
+TEST(TileAssignments, ASpanGathersTheStacksOfItsTiles) {
     TileAssignments tiles;
     (void)tiles.assign("left", {"D::a"});
     (void)tiles.assign("right", {"D::b"});
@@ -101,7 +101,7 @@ TEST(LayoutMigration, WindowsKeepTheirSlotThenItsNamesakeThenTheOrder) {
     EXPECT_TRUE(result.displacedWindowIDs.empty());
 }
 
-TEST(LayoutMigration, WhatHasNoTileWaitsBehindTheNearestAndASpanShrinksToItsAnchor) {
+TEST(LayoutMigration, AWindowWithoutATileIsStackedInTheNearestAndASpanShrinksToItsAnchor) {
     TileAssignments before;
     (void)before.assign("first", {"D::a"});
     (void)before.assign("wide", {"D::b", "D::c"});
@@ -115,7 +115,7 @@ TEST(LayoutMigration, WhatHasNoTileWaitsBehindTheNearestAndASpanShrinksToItsAnch
     EXPECT_EQ(result.displacedWindowIDs, IDs{"last"});
 }
 
-TEST(LayoutMigration, WhatHasNoTileBesideASpanWaitsInTheStackOfItsAnchor) {
+TEST(LayoutMigration, AWindowWithoutATileBesideASpanIsStackedInItsAnchor) {
     const ShownLayout next{"three", row({"a", "b", "c"})};
     TileAssignments wide;
     (void)wide.assign("wide", {"D::a", "D::b", "D::c"});

@@ -61,7 +61,7 @@ TEST_F(TransitionRecoveryTest, AWindowWithAnotherIdIsKnownAgainUnlessItWasThereB
     EXPECT_EQ(recovery.awaitedWindowIDs().size(), 1u);
 }
 
-TEST_F(TransitionRecoveryTest, WhatIsStillMissingAtTheNextSleepStaysAwaited) {
+TEST_F(TransitionRecoveryTest, WindowsStillMissingAtTheNextSleepStayAwaited) {
     EXPECT_TRUE(recovery.takeSuccessors({mail}, tiles).empty());
     recovery.remember({mail}, tiles);
     recovery.begin(Seconds{200});

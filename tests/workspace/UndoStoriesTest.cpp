@@ -29,7 +29,7 @@ TEST_P(UndoStories, AWindowOpenedMeanwhileStaysVisibleWhenItsApplicationIsHidden
         EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
         desk.desktop.userFocuses("Codex");
         desk.cycleStack();
-        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "it is reached as before";
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "the window is reached as before";
     }
 }
 
@@ -208,7 +208,7 @@ TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
     EXPECT_EQ(desk.state().profile->layoutWeightsByDisplay.at(desk.displayIDOf("A")).size(), 2u);
 }
 
-TEST(UndoAndFocusStories, WhatIsRefusedSaysWhy) {
+TEST(UndoAndFocusStories, RefusalsGiveTheReason) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     const auto steps = desk.controller().undoHistory().size();

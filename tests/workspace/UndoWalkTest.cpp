@@ -322,7 +322,7 @@ class HastyUndoWalk : public UndoWalk {
     explicit HastyUndoWalk(std::uint32_t seed) : UndoWalk(seed, Pace::hasty) {}
 };
 
-TEST(UndoWalk, EachStepBackRestoresWhatWasBeforeIt) {
+TEST(UndoWalk, EachStepBackRestoresTheStateBeforeIt) {
     takeWalks<UndoWalk>(kUsualWalks, "UndoWalk");
 }
 

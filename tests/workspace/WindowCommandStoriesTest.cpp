@@ -52,7 +52,7 @@ TEST_F(WindowCommandStories, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
     desk.undo();
     EXPECT_EQ(picture(), before);
     desk.perform(command::Place{std::nullopt, tile("focus-main")});
-    EXPECT_TRUE(desk.wasCarriedOut()) << "it is there already";
+    EXPECT_TRUE(desk.wasCarriedOut()) << "the window is there already";
     desk.perform(command::Place{id("Notes"), "nowhere::slot"});
     EXPECT_FALSE(desk.wasCarriedOut());
 }
@@ -171,7 +171,8 @@ TEST_F(WindowCommandStories, WindowsThatDriftedAreFoundAndSentBack) {
     EXPECT_EQ(verdictOf("Mail"), PlacementVerdict::asRequested);
     desk.opens("Notes", {.frame = makeRect(100, 100, 700, 500), .springsBackTimes = 40}).settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")}).advance(Seconds(10));
-    EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::drifted) << "it was asked as often as a poll asks";
+    EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::drifted)
+        << "the window was requested as often as a poll requests it";
     for (int i = 0; i < 20 && verdictOf("Notes") != PlacementVerdict::asRequested; ++i) {
         ASSERT_TRUE(desk.controller().perform(action::RepairPlacements{}));
         desk.settle();

@@ -29,7 +29,7 @@ TEST(WindowSizes, AWindowShowsTheDirectionsInWhichItRefusesAndForgetsThemOnceItI
     Bench bench;
     const auto window = windowCalled("a");
     EXPECT_EQ(bench.refuses(window, {1500, 600}), changed);
-    EXPECT_TRUE(bench.isConfirmed) << "it announces nothing that would contradict it";
+    EXPECT_TRUE(bench.isConfirmed) << "the window announces no other minimum size";
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 0}));
     EXPECT_EQ(bench.refuses(window, {1500, 600}), known);
     EXPECT_FALSE(bench.sizes.noteSeen(window, {1499, 300}, {}).ofWindow);
@@ -37,7 +37,7 @@ TEST(WindowSizes, AWindowShowsTheDirectionsInWhichItRefusesAndForgetsThemOnceItI
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), CGSize{});
 }
 
-TEST(WindowSizes, WhatContradictsTheAnnouncementIsBelievedAfterTwoArrangements) {
+TEST(WindowSizes, ASizeThatContradictsTheAnnouncementIsBelievedAfterTwoArrangements) {
     Bench bench;
     const auto window = windowCalled("xterm", CGSize{10, 17});
     bench.sizes.beginArrangement();
@@ -61,13 +61,14 @@ TEST(WindowSizes, NothingIsLearnedWithinASecondOfThePointersRelease) {
     EXPECT_EQ(bench.refuses(windowCalled("a"), {1500, 600}, 100.2), changed);
 }
 
-TEST(WindowSizes, WhatWasLearnedOfTheApplicationIsAFirstGuessOnly) {
+TEST(WindowSizes, TheApplicationsLearnedSizeIsOnlyAFirstGuess) {
     Bench bench;
     const CGSize guess = {1500, 400};
     const auto window = windowCalled("a");
     EXPECT_EQ(bench.sizes.minimumOf(window, guess), guess);
     EXPECT_EQ(bench.sizes.minimumOf(windowCalled("b", CGSize{300, 200}), guess), (CGSize{300, 200}));
-    EXPECT_FALSE(bench.sizes.noteSeen(window, {800, 900}, guess).ofApplication) << "it may be a small one";
+    EXPECT_FALSE(bench.sizes.noteSeen(window, {800, 900}, guess).ofApplication)
+        << "this window may be a small one of its application";
     EXPECT_EQ(bench.sizes.minimumOf(window, guess), (CGSize{800, 400}));
 
     const auto asked = windowCalled("c");
@@ -77,7 +78,7 @@ TEST(WindowSizes, WhatWasLearnedOfTheApplicationIsAFirstGuessOnly) {
     EXPECT_TRUE(bench.sizes.noteSeen(asked, {1254, 676}, guess).ofApplication);
 }
 
-TEST(WindowSizes, WhatIsRememberedIsRetriedOncePerArrangementButNotAtOnce) {
+TEST(WindowSizes, RememberedSizesAreRetriedOncePerArrangementAfterADelay) {
     Bench bench;
     const auto window = windowCalled("a");
     bench.refuses(window, {1500, 600}, 100);

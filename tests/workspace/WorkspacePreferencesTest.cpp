@@ -68,7 +68,7 @@ TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
     for (const auto& [key, literal] : keys) EXPECT_EQ(key, literal);
 }
 
-TEST(WorkspacePreferences, WhatCannotBeReadCountsAsAbsent) {
+TEST(WorkspacePreferences, UnreadableValuesCountAsAbsent) {
     MemoryPreferencesStore store;
     store.setValue(preferenceKey::workspaceProfile, PreferenceData{R"({"id": 7})"});
     store.setValue(preferenceKey::autoArrangeLearning, PreferenceData{"["});

@@ -21,7 +21,7 @@ TEST(HeldKeys, RepeatUntilTheyAreReleased) {
     down[kJ / 8] = 1 << kJ % 8;
     keys.areDown(down);
     EXPECT_FALSE(keys.press(kH, 3600)) << "its release went elsewhere";
-    EXPECT_TRUE(keys.press(kJ, 9000)) << "it was down before";
+    EXPECT_TRUE(keys.press(kJ, 9000)) << "the key was down before";
     EXPECT_TRUE(keys.press(kJ, 9040));
     keys.release(kJ);
     EXPECT_FALSE(keys.press(kJ, 9080));

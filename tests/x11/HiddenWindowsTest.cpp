@@ -27,7 +27,7 @@ TEST(HiddenWindows, EachOfManyIsFoundAtOnce) {
     hidden.add({{.window = 5, .processIdentifier = 7777}}); // a newer entry replaces the older one
     EXPECT_EQ(hidden.all().size(), kWindows);
     EXPECT_EQ(hidden.takeHidden(7777, Seconds(1)), std::vector<xcb_window_t>{5});
-    EXPECT_FALSE(hidden.holds(5) || hidden.isApplicationHidden(7777, model)) << "it is on its way back";
+    EXPECT_FALSE(hidden.holds(5) || hidden.isApplicationHidden(7777, model)) << "the window is being restored";
     for (xcb_window_t window = 1; window <= kWindows; ++window) hidden.remove(window);
     EXPECT_TRUE(hidden.all().empty());
     EXPECT_FALSE(hidden.isApplicationHidden(processOf(1), model));

@@ -33,7 +33,7 @@ TEST_F(Keeping, FocusesTheFormerWindowAgainWhenARestoredOneTakesTheFocus) {
 
 TEST_F(Keeping, CountsTheFormerWindowAsFocusedUntilItIs) {
     keeper.noteReturning(kMail, kEditor, Seconds(1));
-    EXPECT_EQ(keeper.focused(kMail, Seconds(1.1)), kMail) << "which was not asked to give it back";
+    EXPECT_EQ(keeper.focused(kMail, Seconds(1.1)), kMail) << "before the focus is returned";
     ASSERT_EQ(after(kMail, 1.2), kEditor);
     keeper.noteGivenBack(kEditor, kMail, Seconds(1.2));
     keeper.noteGiven(kEditor, Seconds(1.2)); // the request is sent
@@ -73,9 +73,9 @@ TEST_F(Keeping, AWindowThatIsBeingFocusedCountsAsFocusedUntilAnotherThanTheForme
     EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.2)), kMail);
     EXPECT_EQ(keeper.focused(kPlayer, Seconds(1.2)), kPlayer) << "chosen by the user meanwhile";
     EXPECT_EQ(keeper.focused(kMail, Seconds(1.3)), kMail);
-    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.4)), kNoWindow) << "it has had the focus";
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.4)), kNoWindow) << "the window has had the focus";
     keeper.noteGiven(kMail, Seconds(2));
-    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(2.5)), kNoWindow) << "it was refused the focus";
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(2.5)), kNoWindow) << "the window was refused the focus";
     EXPECT_EQ(keeper.focused(kEditor, Seconds(2.6)), kEditor);
 
     // Three windows in turn, faster than the window manager.
