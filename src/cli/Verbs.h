@@ -17,7 +17,7 @@ struct Verb {
     std::string_view method;  // of the agent
     std::string_view summary; // one line
     std::string_view description;
-    std::string_view examples; // one command a line
+    std::string_view examples; // one command per line
     ParameterList parameters{};
     /// The result as text for the terminal.
     std::string (*print)(const nlohmann::json& result, const Arguments& arguments) = nullptr;

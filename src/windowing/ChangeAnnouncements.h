@@ -1,6 +1,7 @@
 // Requests announcements of changes from applications and windows, and decides whether polls may stop because of them.
-// Needed only where announcements must be requested, as on a Mac. Polling queue only. Always true: each element gets
-// one request, and more only without a response; an unresponsive application gets one request a poll.
+// Needed only where announcements must be requested, as on a Mac. Polling queue only. Always true: the
+// request to an element is repeated only if there was no response; an unresponsive application gets one request per
+// poll.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"

@@ -1,7 +1,10 @@
-// Per display: the windows of a disconnected one, the assignments of the connected ones before an arrangement used
-// their tiles for those windows, the windows of the layouts it had at other sizes, the layout shown last, and its new
-// id after a resize. Always true: a window is remembered for at most one disconnected display; displays count as
-// changing until they have not changed for `kSettleTime`, since a standby looks like an unplugging. Times are uptimes.
+// What is remembered of displays:
+// - the windows of disconnected displays, and the assignments of connected ones before an arrangement used their tiles
+//   for such windows;
+// - the layout that each display showed last, and the windows in the layouts that it had at other sizes;
+// - the new id of a display that was resized.
+// Always true: a window is remembered for at most one disconnected display; displays count as changing until they have
+// not changed for `kSettleTime`, since standby looks like unplugging. Times are uptimes.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -112,7 +115,7 @@ class DisplayMemory : public PartWithoutPolls {
     std::function<void()> settled_;
     DisplayAbsence absence_;
     DisplayAbsence formerLayouts_; // by display and layout
-    TileAssignments crowded_;      // before the first arrangement with a disconnected display
+    TileAssignments crowded_;      // as they were before the first arrangement with a disconnected display
     StrandedFloats strandedFloats_;
     std::set<WindowID> windowsToShow_;
     std::set<WindowID> windowsToHide_;

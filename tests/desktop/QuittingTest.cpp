@@ -80,7 +80,7 @@ TEST_P(Quitting, EachWindowWithTheProtocolIsAskedToClose) {
     EXPECT_EQ(other->deleteCount(bystander), 0);
     EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "nothing is torn down";
 
-    polite->destroy(second); // it is asked on its way out
+    polite->destroy(second); // the close request reaches a window that is being destroyed
     EXPECT_TRUE(desktop.terminate(4001));
     EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 2; }));
     EXPECT_FALSE(desktop.terminate(4999));
@@ -125,7 +125,7 @@ TEST_P(Quitting, WithoutTheServersConfirmationNothingIsKilled) {
     EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
 }
 
-/// Its number may be another process's by now.
+/// The number of such a process may have been reused.
 TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
     Victim victim;
@@ -144,7 +144,7 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }
     ASSERT_TRUE(desk.showsExactly({}));
-    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "after it";
+    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "once the window is gone";
     EXPECT_FALSE(victim.hasEnded());
 }
 
@@ -161,8 +161,8 @@ TEST_P(Quitting, RealApplicationsEnd) {
     EXPECT_TRUE(desk.showsExactly({}));
 }
 
-/// The server knows better than the windows: one names an innocent process, two have the same number, as in process
-/// namespaces of their own, and one says nothing.
+/// The process number that the server knows counts, not the one that a window announces: here one window announces
+/// another process, two announce the same number, as programs in process namespaces do, and one announces none.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
     DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
     Victim innocent;

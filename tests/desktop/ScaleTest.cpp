@@ -46,14 +46,14 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     const auto draft =
         client->open({.title = "Draft", .frame = makeRect(40, 50, 400, 300), .minimumSize = CGSize{240, 120}});
     auto& desktop = desk.openDesktop();
-    /// Until nothing requests the frame again, in points of the scale that is about to end.
+    /// Whether no frame is pending. Needed before a change of scale, since pending frames are in points of the old one.
     const auto isVerified = [&] {
         return desk.runUntil([&, id = desk.window("Draft").id] { return !desk.service().pendingFrame(id); });
     };
     ASSERT_TRUE(desk.comesTo("Draft", makeRect(40, 60, 600, 400), *client, draft) && isVerified());
     int told = 0;
     const auto screens = desktop.observeScreens([&] { ++told; });
-    /// Whether the platform interfaces use the scale, announced once.
+    /// Whether screens and frames come to be reported in points of that scale, after exactly one notification.
     const auto becomes = [&](double scale, const char* screen, const char* frame) {
         const bool isSo = desk.runUntil([&] {
             const auto all = desktop.screens();

@@ -31,7 +31,7 @@ TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
     EXPECT_EQ(learnedOfApplications(desk), 0u);
 
-    // A true one stays, and nothing is to be seen of it afterwards.
+    // A minimum that the window confirms stays, and no frame is written again.
     Scenario honest;
     honest.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
     honest.rest().arrange();

@@ -1,4 +1,4 @@
-// Windows that wait in a tile, and what brings them forward; layouts with fewer tiles, and the way back.
+// Stacked windows: how they come forward, and how they return to their tiles after layouts with fewer tiles.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -12,12 +12,12 @@ namespace {
 
 using enum WorkspaceDirection;
 
-void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, action::DropMode lettingGo) {
+void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, action::DropMode dropMode) {
     using Movement = action::WindowDragKind;
     const auto& window = desk.desktop.window(label);
     ASSERT_TRUE(desk.controller().perform(action::BeginWindowDrag{desk.desktop.windowIDOf(label), window.frame}));
     desk.desktop.userMoves(label, makeRect(onDesktop.x - 100, onDesktop.y - 20, 700, 500));
-    desk.controller().perform(action::EndWindowDrag{{onDesktop.x, 1440 - onDesktop.y}, Movement::move, lettingGo});
+    desk.controller().perform(action::EndWindowDrag{{onDesktop.x, 1440 - onDesktop.y}, Movement::move, dropMode});
 }
 
 struct Leaving {

@@ -142,7 +142,7 @@ void ShortcutsPane::filter(const QString& text) {
         item->setHidden(!fits);
         if (fits && !first) first = item;
     }
-    // The arrow keys do not select the only row.
+    // The arrow keys cannot select a row if it is the only one.
     const bool isChosenShown = table_->currentItem() && !table_->currentItem()->isHidden();
     if (!words.isEmpty() && first && !isChosenShown) table_->setCurrentItem(first);
     updateButtons();
@@ -173,7 +173,7 @@ void ShortcutsPane::cancelRecording() {
 }
 
 void ShortcutsPane::endRecording() {
-    // It may be the sender of the signal that is being handled.
+    // The recorder may be the sender of the signal that is being handled, so it is deleted later.
     if (recorder_) {
         recorder_->disconnect(this);
         recorder_.release()->deleteLater();
@@ -186,7 +186,7 @@ void ShortcutsPane::heard(const std::string& method, const json& parameters) {
     if (method != "recorded") return;
     try {
         error_->say(memberText(parameters, "message"));
-        if (parameters.at("outcome") == "refused") return; // and goes on
+        if (parameters.at("outcome") == "refused") return; // the recording continues
         endRecording();
         const json& shortcut = parameters.at("shortcut");
         if (QTreeWidgetItem* item = itemOf(shortcut.at("action"))) showShortcut(*item, shortcut);
