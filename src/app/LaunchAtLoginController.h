@@ -18,7 +18,7 @@ class LaunchAtLoginController {
     const Published<bool>& startsAtLogin() const { return startsAtLogin_; }
     /// The last error, or what the user still has to allow, until the system's state is the user's choice.
     const Published<std::optional<std::string>>& errorMessage() const { return errorMessage_; }
-    /// Where the user can allow or forbid it in the system's settings.
+    /// One sentence: where in the system's settings the user can allow or forbid the start at login.
     std::string guidance() const { return service_.guidance(); }
 
     /// Registers or unregisters, even if the system's state is the same already.

@@ -16,7 +16,7 @@ class LaunchAtLoginServicing {
     /// The system's error text; absent on success.
     [[nodiscard]] virtual std::optional<std::string> registerAtLogin() = 0;
     [[nodiscard]] virtual std::optional<std::string> unregisterAtLogin() = 0;
-    /// Where the user can allow or forbid it, in one sentence.
+    /// One sentence: where the user can allow or forbid the start at login.
     virtual std::string guidance() const { return "Allow KOVA under System Settings → General → Login Items."; }
 };
 

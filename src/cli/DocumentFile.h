@@ -20,7 +20,7 @@ struct FileProblem {
 /// Refuses a larger file, after reading little more than this limit.
 Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
 
-/// Where a document goes that is to be written to the path: in a folder it gets the name, links are followed.
+/// The path of the file to write: in a folder, the file of that name; links are followed.
 std::string documentPath(const std::string& path, std::string_view nameInFolder);
 
 /// Whether writing there would replace a file that is there.

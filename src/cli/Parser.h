@@ -20,7 +20,7 @@ struct ParseEnd {
 
 Result<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words);
 std::string help(const Verb& verb);
-/// The same as a value: name, summary, description, parameters and examples.
+/// The help of a verb as a value: name, summary, description, parameters and examples.
 nlohmann::json helpRecord(const Verb& verb);
 /// "--display DISPLAY".
 std::string spelling(const Parameter& parameter);

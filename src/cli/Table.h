@@ -17,7 +17,7 @@ struct TableColumn {
 class Table {
   public:
     explicit Table(std::vector<TableColumn> columns);
-    /// One cell a column.
+    /// One cell per column.
     void add(std::vector<std::string> cells);
     bool isEmpty() const { return rows_.size() == 1; }
     /// On a terminal the last column is cut at its edge; elsewhere nothing is.

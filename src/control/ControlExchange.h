@@ -1,4 +1,4 @@
-// One message of a client on the main queue: its requests are carried out in order, one a turn, so that a long batch
+// One message of a client on the main queue: its requests are carried out in order, one per turn, so that a long batch
 // delays no other client. A response may come later. Main thread only.
 #pragma once
 

@@ -1,4 +1,4 @@
-// What can change the sections of the settings topic.
+// The changes that concern the settings topic.
 #pragma once
 
 #include "control/ControlMethods.h"
@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// Calls back when what the settings window shows may have changed by other means than a request.
+/// Calls `changed` when values that the settings window shows may have changed, other than by a request.
 std::vector<Subscription> observeSettings(const ControlContext& context, const std::function<void()>& changed);
 
 } // namespace kova

@@ -19,7 +19,7 @@ nlohmann::json encode(const TileSlot& slot);
 nlohmann::json encode(const LayoutDefinition& definition);
 nlohmann::json encode(const WorkspaceProfile& profile);
 
-/// These throw `DecodingError`.
+/// The decoding functions throw `DecodingError`.
 CGSize decodeSize(const JsonCursor& at);
 CGRect decodeRect(const JsonCursor& at);
 LayoutWeightOverrides decodeWeightOverrides(const JsonCursor& at);

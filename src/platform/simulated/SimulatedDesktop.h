@@ -339,7 +339,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setMinimized(SimulatedWindow& window, bool minimized);
     void setMinimizedAlone(SimulatedWindow& window, bool minimized);
     void setMinimizedByWish(SimulatedWindow& window, bool minimized);
-    /// Those that left with their hidden application come back with it.
+    /// Whether the window was minimized by a request of its own, not hidden together with its application.
     bool isMinimizedByItself(const SimulatedWindow& window) const;
     void setHidden(Application& application, bool hidden);
     void iconifyWindows(Application& application, bool iconify);

@@ -40,9 +40,9 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     void holdByOther(KeyCombination combination);
     void giveUpByOther(KeyCombination combination);
     void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }
-    /// What keys write that differ from an American keyboard's.
+    /// The characters of keys that differ from an American keyboard.
     void setLayout(std::map<std::uint16_t, std::string> characters) { layout_ = std::move(characters); }
-    /// What is claimed now, and not held by others.
+    /// The claimed combinations that no other program holds.
     std::set<KeyCombination> claimed() const;
 
     // KeyMonitorServicing

@@ -103,7 +103,7 @@ struct ClientWindow {
     PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
     PixelEdges margins; // from the top level's edge to the visible edge; negative where the decorations lie outside the
                         // top level
-    // What the present top level has around the client's area, if it is all visible edge and what is announced.
+    // The decorations around the client's area in the present top level, if all of them are visible and announced.
     std::optional<PixelEdges> measuredDecorations;
     std::optional<PixelRect> frameBefore;    // the visible edge, while the frame has no room for the window
     std::optional<PixelRect> minimumAndBase; // width and height only

@@ -13,18 +13,19 @@ class Iconification {
   public:
     enum class Stage {
         atRest,          // nothing was requested
-        leaveDue,        // to be unmapped at the next flush; only without a window manager
-        leaving,         // iconification requested; it may be done by now
-        leavingToReturn, // the same, and its return requested before it was seen iconified; only under a window manager
-        back,            // return requested; it may be on the screen by now
+        leaveDue,        // will be unmapped at the next flush; only without a window manager
+        leaving,         // iconification requested, perhaps done already
+        leavingToReturn, // as `leaving`, and restoring was requested before the iconification was seen; only under a
+                         // window manager
+        back, // restoring requested, perhaps done already
     };
     /// What a map or unmap event means beyond the mapping itself.
     enum class News {
         none,
         left,      // as requested
-        returns,   // it left as requested, and its return is requested by now
-        cameBack,  // although its return was not requested
-        withdrawn, // by its own program: the window is closed
+        returns,   // as requested, and restoring is requested now
+        cameBack,  // restored without a request
+        withdrawn, // by its own program: the window was closed
     };
 
     Stage stage() const { return stage_; }
@@ -32,17 +33,17 @@ class Iconification {
     // Requests; `now` in uptime
     /// The window manager got the request to minimize it.
     void leave(Seconds now);
-    /// It is to be unmapped at the next flush; `unmapSent` follows. False if that is due already.
+    /// The window will be unmapped at the next flush; `unmapSent` follows. False if that is due already.
     bool leaveWithNextRequests(Seconds now);
     bool isUnmapDue() const { return stage_ == Stage::leaveDue; }
     void unmapSent(std::uint32_t request);
-    /// It was already off the screen, and stays so.
+    /// The window was already off the screen, and stays there.
     void adoptAway() { stage_ = Stage::leaving; }
-    /// Its return is requested while it may still be about to leave: it is mapped once it has left.
+    /// Restoring is requested while the iconification may not be done yet: the window is mapped once it is.
     void returnOnceGone() { stage_ = Stage::leavingToReturn; }
-    /// It has not left in time, so it need not return.
+    /// The window was not iconified in time, so it need not be restored.
     void stopReturning();
-    /// Its return is requested. `isUnmapped`: its top level is not mapped, so an event will report when it is.
+    /// Restoring is requested. `isUnmapped`: the top level is not mapped, so an event will report when it is.
     void comeBack(Seconds now, bool isUnmapped);
     /// The window manager has changed or ended: requests to the former one have no effect any more.
     void forgetRequests();
@@ -63,14 +64,14 @@ class Iconification {
     /// False after some seconds: a window manager that has not minimized the window by then never will.
     bool mayStillLeave(Seconds now) const;
     bool isToReturnOnceGone(Seconds now) const { return stage_ == Stage::leavingToReturn && mayStillLeave(now); }
-    /// Its return was requested, so a minimized reading may be older than the return.
+    /// Restoring was requested; a state "minimized" that is read now may be older than that request.
     bool mayComeBack() const { return stage_ == Stage::back; }
     bool isAskedBackWithin(Seconds duration, Seconds now) const { return mayComeBack() && now - asked_ < duration; }
-    /// Its return was requested so recently that it counts as back.
+    /// Restoring was requested so recently that the window counts as restored.
     bool isBelievedBack(Seconds now) const;
-    /// It was unmapped since the last request to leave; it may be back.
+    /// The window was unmapped since the last request to iconify it; it may be mapped again.
     bool hasLeft() const { return hasLeft_; }
-    /// Its return was requested while it was unmapped, and no event has reported it as mapped.
+    /// Restoring was requested while the window was unmapped, and no event has reported it as mapped.
     bool isMapAwaited() const { return isMapAwaited_; }
 
   private:
