@@ -1,4 +1,4 @@
-// Monitors and panels, turned into displays.
+// Displays are computed from monitors and panels.
 #include "platform/x11/Displays.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ std::vector<std::uint8_t> edid(std::uint8_t serial, const std::string& name) {
 }
 
 TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
-    // Left 1920x1080 beside the primary 2560x1440, which is lower at the top by 100.
+    // A monitor on the left of the primary one, whose top is 100 pixels lower.
     const std::vector<Monitor> monitors = {{"HDMI-1", false, {0, 0, 1920, 1080}, {}},
                                            {"DP-1", true, {1920, 100, 2560, 1440}, {}},
                                            {"DP-2", false, {4480, 100, 1000, 1000}, {}}};
@@ -61,7 +61,7 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
         << "all outputs are off";
 }
 
-TEST(Displays, LeavePanelsOnAnyEdgeFree) {
+TEST(Displays, ExcludePanelsOnAnyEdgeFromTheVisibleFrame) {
     const PixelRect left = {0, 0, 1920, 1080}, right = {1920, 0, 1280, 1024}, root = {0, 0, 3200, 1080};
     struct Case {
         const char* what;
@@ -128,8 +128,8 @@ TEST(Displays, AreRecognizedByTheirDevice) {
     EXPECT_NE(apart[0], apart[1]);
     // The same device on another connector, in another place.
     EXPECT_EQ(uuids({{"HDMI-3", true, {0, 0, 800, 600}, first}})[0], apart[0]);
-    // Displays of the same model can only be distinguished by where they are plugged in; without serial numbers, that
-    // is so before and after they are two.
+    // Monitors with the same identity are distinguished by their connector. Without a serial number the id contains the
+    // connector even if there is only one.
     for (const std::uint8_t serial : {std::uint8_t{1}, std::uint8_t{0}}) {
         const auto identity = identityInEdid(edid(serial, "Wide 34"));
         const Monitor one{"DP-1", true, {0, 0, 1000, 1000}, identity},

@@ -1,4 +1,4 @@
-// Requests to hide and to show a window overtake each other and the server's events.
+// Requests to minimize and to restore a window overlap with each other and with the server's events.
 #include "platform/x11/Iconification.h"
 
 #include <gtest/gtest.h>
@@ -8,19 +8,19 @@
 namespace kova::x11 {
 namespace {
 
-using News = Iconification::News;
+using MappingChange = Iconification::MappingChange;
 using Stage = Iconification::Stage;
 
-/// Each letter is one step, a tenth of a second after the previous one: `l` requests to iconify, `o` to restore once it
-/// is iconified, `b` to restore while mapped, `B` while unmapped, `g` gives up restoring, `x` is another manager; `m`
-/// and `u` are events that it was mapped and unmapped. Without a manager `d` unmaps it with the next requests, `s`
-/// sends that as request 100, and `M` and `U` are events from before that request.
-struct Walk {
+/// Each letter is one step, a tenth of a second after the previous step. Requests: `l` minimize, `o` restore once
+/// minimized, `b` restore while mapped, `B` restore while unmapped, `g` cancel restoring; `x` changes the window
+/// manager. Events: `m` mapped, `u` unmapped. Without a window manager: `d` schedules unmapping, `s` sends that as
+/// request 100, `M` and `U` are events from before that request, `a` adopts an unmapped window.
+struct Steps {
     Iconification window;
-    News news = News::none;
+    MappingChange change = MappingChange::none;
     Seconds now{10};
 
-    explicit Walk(const std::string& steps, bool isManaged) {
+    explicit Steps(const std::string& steps, bool isManaged) {
         for (const char step : steps) {
             now += Seconds(0.1);
             take(step, isManaged);
@@ -28,27 +28,28 @@ struct Walk {
     }
     void take(char step, bool isManaged) {
         const auto mapping = [&](bool isMapped, std::uint32_t sequence) {
-            news = isManaged ? window.mappedByManager(isMapped) : window.mappedByServer(isMapped, sequence);
+            change = isManaged ? window.mappingChangedUnderManager(isMapped)
+                               : window.mappingChangedWithoutManager(isMapped, sequence);
         };
         switch (step) {
         case 'l':
-            return window.leave(now);
+            return window.noteMinimizeRequest(now);
         case 'o':
-            return window.returnOnceGone();
+            return window.restoreOnceMinimized();
         case 'b':
-            return window.comeBack(now, false);
+            return window.noteRestoreRequest(now, false);
         case 'B':
-            return window.comeBack(now, true);
+            return window.noteRestoreRequest(now, true);
         case 'g':
-            return window.stopReturning();
+            return window.cancelRestore();
         case 'x':
             return window.forgetRequests();
         case 'd':
-            return void(window.leaveWithNextRequests(now));
+            return void(window.scheduleUnmap(now));
         case 's':
             return window.unmapSent(100);
         case 'a':
-            return window.adoptAway();
+            return window.adoptUnmapped();
         case 'm':
             return mapping(true, 101);
         case 'u':
@@ -67,73 +68,75 @@ TEST(Iconification, FollowsTheLastRequestUnderAWindowManager) {
     struct Case {
         const char* steps;
         Stage stage;
-        News news;
-        bool hasLeft, mayStillLeave, mayComeBack;
+        MappingChange change;
+        bool wasUnmapped, mayStillMinimize, isRestoreRequested;
     };
     const Case cases[] = {
-        {"", Stage::atRest, News::none, false, false, false},
-        {"um", Stage::atRest, News::none, true, false, false}, // by hand
-        {"l", Stage::leaving, News::none, false, true, false},
-        {"lu", Stage::leaving, News::left, true, true, false},
-        {"lub", Stage::back, News::left, true, false, true},
-        {"luBm", Stage::back, News::none, true, false, true},
-        {"luBml", Stage::leaving, News::none, false, true, false},
-        {"luBlm", Stage::leaving, News::none, false, true, false}, // mapped late, by the request before
-        {"luBlu", Stage::leaving, News::left, false, true, false}, // and unmapped before that came
-        {"luBlmu", Stage::leaving, News::left, true, true, false},
-        {"lo", Stage::leavingToReturn, News::none, false, true, false},
-        {"lou", Stage::leavingToReturn, News::returns, true, true, false},
-        {"louB", Stage::back, News::returns, true, false, true},
-        {"lol", Stage::leaving, News::none, false, true, false},
-        {"loul", Stage::leaving, News::returns, false, true, false}, // asked to leave again before it was brought back
-        {"lolu", Stage::leaving, News::left, true, true, false},
-        {"log", Stage::leaving, News::none, false, true, false},
-        {"lox", Stage::atRest, News::none, false, false, false},
+        {"", Stage::idle, MappingChange::none, false, false, false},
+        {"um", Stage::idle, MappingChange::none, true, false, false}, // the user minimizes and restores it
+        {"l", Stage::minimizing, MappingChange::none, false, true, false},
+        {"lu", Stage::minimizing, MappingChange::minimized, true, true, false},
+        {"lub", Stage::restoring, MappingChange::minimized, true, false, true},
+        {"luBm", Stage::restoring, MappingChange::none, true, false, true},
+        {"luBml", Stage::minimizing, MappingChange::none, false, true, false},
+        {"luBlm", Stage::minimizing, MappingChange::none, false, true, false}, // mapped late, by the earlier request
+        {"luBlu", Stage::minimizing, MappingChange::minimized, false, true,
+         false}, // unmapped before the map event arrived
+        {"luBlmu", Stage::minimizing, MappingChange::minimized, true, true, false},
+        {"lo", Stage::minimizingThenRestoring, MappingChange::none, false, true, false},
+        {"lou", Stage::minimizingThenRestoring, MappingChange::restoreDue, true, true, false},
+        {"louB", Stage::restoring, MappingChange::restoreDue, true, false, true},
+        {"lol", Stage::minimizing, MappingChange::none, false, true, false},
+        {"loul", Stage::minimizing, MappingChange::restoreDue, false, true,
+         false}, // minimizing requested again before the restore
+        {"lolu", Stage::minimizing, MappingChange::minimized, true, true, false},
+        {"log", Stage::minimizing, MappingChange::none, false, true, false},
+        {"lox", Stage::idle, MappingChange::none, false, false, false},
     };
     for (const Case& each : cases) {
-        const Walk walk(each.steps, true);
+        const Steps walk(each.steps, true);
         EXPECT_EQ(walk.window.stage(), each.stage) << each.steps;
-        EXPECT_EQ(walk.news, each.news) << each.steps;
-        EXPECT_EQ(walk.window.hasLeft(), each.hasLeft) << each.steps;
-        EXPECT_EQ(walk.window.mayStillLeave(walk.now), each.mayStillLeave) << each.steps;
-        EXPECT_FALSE(walk.window.mayStillLeave(walk.now + Seconds(10))) << each.steps;
-        EXPECT_EQ(walk.window.mayComeBack(), each.mayComeBack) << each.steps;
+        EXPECT_EQ(walk.change, each.change) << each.steps;
+        EXPECT_EQ(walk.window.wasUnmapped(), each.wasUnmapped) << each.steps;
+        EXPECT_EQ(walk.window.mayStillMinimize(walk.now), each.mayStillMinimize) << each.steps;
+        EXPECT_FALSE(walk.window.mayStillMinimize(walk.now + Seconds(10))) << each.steps;
+        EXPECT_EQ(walk.window.isRestoreRequested(), each.isRestoreRequested) << each.steps;
         const Seconds last = walk.now - Seconds(std::string(each.steps).ends_with('B') ? 0 : 1);
-        EXPECT_EQ(walk.window.isBelievedBack(last + Seconds(0.04)), each.mayComeBack) << each.steps;
-        EXPECT_FALSE(walk.window.isBelievedBack(walk.now + Seconds(0.1))) << each.steps;
+        EXPECT_EQ(walk.window.countsAsRestored(last + Seconds(0.04)), each.isRestoreRequested) << each.steps;
+        EXPECT_FALSE(walk.window.countsAsRestored(walk.now + Seconds(0.1))) << each.steps;
     }
 }
 
 TEST(Iconification, DistinguishesOwnUnmapsFromThoseOfTheProgramWithoutAManager) {
     struct Case {
         const char* steps;
-        bool isPutAway;
-        News news;
+        bool isUnmapRequested;
+        MappingChange change;
     };
     const Case cases[] = {
-        {"u", false, News::withdrawn},
-        {"m", false, News::none},
-        {"d", true, News::none},
-        {"dm", true, News::none}, // of before: it is about to be unmapped
-        {"dsu", true, News::none},
-        {"dsM", true, News::none},
-        {"dsm", false, News::cameBack},
-        {"dsum", false, News::cameBack},
-        {"dsuB", false, News::none},
-        {"dsBu", false, News::none}, // requested to return before its own unmapping was reported
-        {"dsBum", false, News::none},
-        {"dsuBmu", false, News::withdrawn},
-        {"db", false, News::none},
-        {"dbd", true, News::none},
-        {"a", true, News::none},
-        {"am", false, News::cameBack},
-        {"dsx", false, News::none},
-        {"dsxu", false, News::withdrawn},
+        {"u", false, MappingChange::withdrawn},
+        {"m", false, MappingChange::none},
+        {"d", true, MappingChange::none},
+        {"dm", true, MappingChange::none}, // a map event from before: unmapping is still due
+        {"dsu", true, MappingChange::none},
+        {"dsM", true, MappingChange::none},
+        {"dsm", false, MappingChange::restored},
+        {"dsum", false, MappingChange::restored},
+        {"dsuB", false, MappingChange::none},
+        {"dsBu", false, MappingChange::none}, // restoring requested before the unmap event arrived
+        {"dsBum", false, MappingChange::none},
+        {"dsuBmu", false, MappingChange::withdrawn},
+        {"db", false, MappingChange::none},
+        {"dbd", true, MappingChange::none},
+        {"a", true, MappingChange::none},
+        {"am", false, MappingChange::restored},
+        {"dsx", false, MappingChange::none},
+        {"dsxu", false, MappingChange::withdrawn},
     };
     for (const Case& each : cases) {
-        const Walk walk(each.steps, false);
-        EXPECT_EQ(walk.window.isPutAway(), each.isPutAway) << each.steps;
-        EXPECT_EQ(walk.news, each.news) << each.steps;
+        const Steps walk(each.steps, false);
+        EXPECT_EQ(walk.window.isUnmapRequested(), each.isUnmapRequested) << each.steps;
+        EXPECT_EQ(walk.change, each.change) << each.steps;
     }
 }
 

@@ -67,7 +67,7 @@ TEST(PointSpace, DoesNotDrift) {
             const CGRect points = makeRect(n, 3000 - n, 100 + n % 300, 90 + n % 500);
             const CGRect back = space.points(space.pixels(points));
             ASSERT_TRUE(nearlyEqual(back, points, 1 / scale + 1e-5)) << scale << " " << n; // sizes by a pixel
-            // A window as wide as whole columns of a terminal is so wherever it is moved.
+            // The width of a window does not depend on its position: a moved terminal keeps its number of columns.
             const double columns = space.points(n % 80 * 7 + 700);
             ASSERT_EQ(space.pixels(makeRect(n, 0, columns, columns)).width, n % 80 * 7 + 700) << scale << " " << n;
         }
@@ -101,7 +101,7 @@ TEST(Scale, IsReadFromSettingsOfOtherPrograms) {
     EXPECT_EQ(readFrom(head + word(4) + theme + factor + color + dpi), both);
     const std::string big("\1\0\0\0\0\0\0\7\0\0\0\1\0\0\0\7Xft/DPI\0\0\0\0\0\0\3\0\0", 33);
     EXPECT_EQ(readFrom(big), (SharedSettings{192.0, std::nullopt}));
-    // As far as the format holds, and never further.
+    // Reads up to the first violation of the format, and never beyond the end.
     EXPECT_EQ(readFrom(head + word(4'000'000'000) + factor), (SharedSettings{std::nullopt, 2}));
     EXPECT_EQ(readFrom(head + word(2) + setting(9, "Odd", word(1)) + factor), SharedSettings{});
     EXPECT_EQ(readFrom(head + word(1) + setting(0, "Xft/DPI", word(0xFFFFFFFF))), SharedSettings{}) << "-1";

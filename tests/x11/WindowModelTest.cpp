@@ -1,4 +1,4 @@
-// The order in which events and answers come in does not matter: the newest word counts.
+// Events and replies can arrive in any order: the newest information counts.
 #include "platform/x11/WindowModel.h"
 #include "tests/x11/NumberedAtoms.h"
 
@@ -37,15 +37,15 @@ class Model : public ::testing::Test {
         whole.full_sequence = sequence;
         model.apply(whole);
     }
-    void announceDecorations(const std::vector<std::uint32_t>& edges, std::uint32_t asked) {
+    void announceDecorations(const std::vector<std::uint32_t>& edges, std::uint32_t request) {
         const PropertyView view{XCB_ATOM_CARDINAL, 32, {reinterpret_cast<const std::uint8_t*>(edges.data()), 16}};
-        model.takeDecorations(window(), view, asked);
+        model.takeDecorations(window(), view, request);
     }
-    bool takeState(const std::vector<std::uint32_t>& states, std::uint32_t asked) {
+    bool takeState(const std::vector<std::uint32_t>& states, std::uint32_t request) {
         const auto rule = std::ranges::find(model.rules(), atoms[Atom::netWmState], &PropertyRule::property);
         const PropertyView view{
             XCB_ATOM_ATOM, 32, {reinterpret_cast<const std::uint8_t*>(states.data()), states.size() * 4}};
-        model.takeState(window(), *rule, view, asked);
+        model.takeState(window(), *rule, view, request);
         return model.isFullScreen(window());
     }
 
@@ -53,7 +53,7 @@ class Model : public ::testing::Test {
     WindowModel model{atoms, kRoot};
 };
 
-/// Any client can send any event with the mark of a made-up one.
+/// Any client can send any event; the server marks it as sent.
 TEST_F(Model, SentEventsRemoveNoWindow) {
     model.setWindowManager({}, Seconds(0));
     model.setStacking({kWindow});
@@ -62,7 +62,7 @@ TEST_F(Model, SentEventsRemoveNoWindow) {
     model.setTopLevelOf(window(), kWindow);
     const auto tell = [&](int type, bool isMadeUp) {
         xcb_generic_event_t whole{};
-        auto& event = reinterpret_cast<xcb_destroy_notify_event_t&>(whole); // the same fields as of unmapping
+        auto& event = reinterpret_cast<xcb_destroy_notify_event_t&>(whole); // all these events begin with these fields
         event.response_type = static_cast<std::uint8_t>(type | (isMadeUp ? 0x80 : 0));
         event.event = kRoot;
         event.window = kWindow;
@@ -76,8 +76,9 @@ TEST_F(Model, SentEventsRemoveNoWindow) {
     EXPECT_FALSE(model.client(kWindow));
 }
 
-// All outputs off and on again: the window manager writes the work area of the larger root a moment later.
-TEST_F(Model, AWorkAreaOfAnotherSizeOfTheRootIsDropped) {
+// When all outputs go off and on again, the window manager announces the new work area a moment after the new root
+// size.
+TEST_F(Model, AWorkAreaIsDroppedWhenTheSizeOfTheRootChanges) {
     model.rootSize = {1920, 1080};
     const std::vector<PixelRect> areas = {{0, 30, 1920, 1050}};
     model.workareas = areas;
@@ -101,11 +102,11 @@ TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
         {"shaded, iconic", true, true, false, true, true, false, false},
         {"shaded, hidden", true, false, true, true, true, false, false},
         {"shaded, hidden and iconic", true, true, true, true, true, false, false},
-        {"the same on another desktop", true, true, true, true, false, true, false},
+        {"shaded, hidden and iconic on another desktop", true, true, true, true, false, true, false},
         {"shaded and minimized", true, true, true, true, false, false, true},
         {"iconic", false, true, false, false, false, false, true},
         {"iconic on another desktop", false, true, false, false, false, true, false},
-        {"iconic as it is shaded", false, true, false, true, true, false, false},
+        {"iconic because it is shaded", false, true, false, true, true, false, false},
     };
     for (const Case& each : cases) {
         WindowManager manager;
@@ -136,7 +137,7 @@ TEST_F(Model, KeepsEventsThatAreNewerThanAReply) {
     model.takeTopLevel(kFrame, answer, 0xFFFFFFF0U);
     EXPECT_EQ(model.topLevel(kFrame)->rect.x, 100);
 
-    // Gone, and answered for nevertheless.
+    // A reply for a window that was destroyed meanwhile.
     xcb_generic_event_t whole{};
     auto& destroyed = reinterpret_cast<xcb_destroy_notify_event_t&>(whole);
     destroyed.response_type = XCB_DESTROY_NOTIFY;
@@ -195,7 +196,7 @@ TEST_F(Model, UsesTheManagersActiveWindowWhileThereIsOne) {
         model.apply(whole);
         return model.activeWindow;
     };
-    // The manager announces the server's change a moment later, and before that the former state.
+    // The window manager announces a change of the focus later than the server.
     model.activeWindow = kFrame;
     EXPECT_EQ(focus(XCB_FOCUS_IN, 20), kFrame);
     model.activeWindow = kWindow;
@@ -210,11 +211,11 @@ TEST_F(Model, MeasuresNoDecorationsWhileTheFrameIsSmallerThanItsWindow) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
-    // The frame was made smaller, the window in it not yet.
+    // The window manager has made the frame smaller, but not yet the window inside.
     configure(20, 402, 325, 14);
     model.takeMeasuredFrame(window(), {1, -879, 20, -476}, 15);
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
-    // One that is rolled up is smaller than its window for good, and counts as it will be.
+    // The frame of a shaded window stays smaller than the window, and counts with the size that it will have again.
     takeState({atoms[Atom::netWmStateShaded]}, 16);
     configure(20, 402, 20, 17);
     model.takeMeasuredFrame(window(), {1, 1, 20, -300}, 18);
@@ -224,13 +225,13 @@ TEST_F(Model, MeasuresNoDecorationsWhileTheFrameIsSmallerThanItsWindow) {
 TEST_F(Model, AnAnimatedFrameDoesNotCountWhileAWindowManagerEnds) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
-    (void)model.takeStale(window()); // everything is known of it
+    (void)model.takeStale(window()); // nothing about the window is stale
     model.setClientList({kWindow, 40}, Seconds(1));
     model.setClientList({kWindow}, Seconds(1));
     ASSERT_TRUE(model.isSettling());
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
     configure(20, 200, 20, 14);
-    EXPECT_EQ(model.outerFrame(window()), std::nullopt) << "a title bar on its way to the screen";
+    EXPECT_EQ(model.outerFrame(window()), std::nullopt) << "an animated frame as small as a title bar";
     configure(0, 402, 325, 15);
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
 }
@@ -258,7 +259,7 @@ TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
         {"itself", kDialog, false, kNoWindow},
         {"modal for its group", kRoot, true, kWindow},
         {"modal for the group of a leader that is not on the screen", kLeader, true, kWindow},
-        {"modal and no more", std::nullopt, true, kWindow},
+        {"modal, without WM_TRANSIENT_FOR", std::nullopt, true, kWindow},
         {"of its group, but not modal", kRoot, false, kNoWindow},
     };
     for (const auto& c : cases) {
@@ -271,7 +272,7 @@ TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
     model.client(kDialog)->transientFor = kOther;
     model.client(kOther)->transientFor = kWindow;
     EXPECT_EQ(model.dialogsOf(window()), (std::vector{kOther, kDialog}));
-    window().transientFor = kDialog; // round in a circle
+    window().transientFor = kDialog; // a cycle
     EXPECT_EQ(model.dialogsOf(window()), (std::vector{kOther, kDialog}));
 }
 

@@ -14,7 +14,7 @@ struct ApplicationIdentity {
     std::string localizedName;  // the entry's name, else the class
     std::string bundlePath;     // the entry's file; empty when there is none
     std::string iconName;       // as the entry gives it; empty when there is none
-    bool isFileManager = false; // as the entry says
+    bool isFileManager = false; // the entry has the category of file managers
     bool operator==(const ApplicationIdentity&) const = default;
 };
 

@@ -12,7 +12,7 @@ namespace kova {
 class ApplicationLauncher {
   public:
     virtual ~ApplicationLauncher() = default;
-    /// As the calls of the same names of `ApplicationServicing`.
+    /// Documented at the functions of the same names in `ApplicationServicing`.
     virtual std::vector<LaunchableApplication> launchableApplications() = 0;
     virtual std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) = 0;
     virtual void launch(const LaunchableApplication& application, LaunchActivation activation,

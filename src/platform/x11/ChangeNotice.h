@@ -1,4 +1,5 @@
-// Counts changes that a poll would see, and calls back once when the count exceeds an awaited one.
+// Counts the changes that a poll would see, and calls back once when the count differs from the count that a caller
+// knows.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -21,8 +22,8 @@ class ChangeNotice {
     bool isAwaited() const { return isAwaited_; }
 
     // Main thread
-    /// Sets the callback, which replaces the former one and runs on the main queue; an empty one cancels it. Call
-    /// `callBackIfDue` afterwards.
+    /// `callback` runs on the main queue once the count differs from `count`. It replaces the former callback; an empty
+    /// function only cancels that. Call `callBackIfDue` afterwards.
     void await(std::uint64_t count, std::function<void()> callback) {
         callback_ = std::move(callback);
         awaitedCount_ = count;

@@ -21,24 +21,24 @@ OwnerEvidence evidenceOf(const ClientWindow& client) {
     static const std::string hostName = hostNameOfThisMachine();
     OwnerEvidence evidence;
     evidence.isOfThisMachine = isSameMachine(client.clientMachine, hostName);
-    evidence.told = client.reportedProcess;
+    evidence.reported = client.reportedProcess;
     if (client.claimedProcess) evidence.claimed = static_cast<pid_t>(*client.claimedProcess);
     return evidence;
 }
 
 std::optional<pid_t> attributedProcess(const OwnerEvidence& evidence) {
     if (!evidence.isOfThisMachine) return std::nullopt;
-    return evidence.told ? evidence.told : evidence.claimed;
+    return evidence.reported ? evidence.reported : evidence.claimed;
 }
 
 std::optional<std::string> whyUnverified(const OwnerEvidence& evidence, std::optional<pid_t> innerNumber) {
     if (!evidence.isOfThisMachine) return "its window belongs to a program on another machine";
-    if (!evidence.told) return "the X server does not say which process its window belongs to";
-    const bool agrees = !evidence.claimed || evidence.claimed == evidence.told || evidence.claimed == innerNumber;
+    if (!evidence.reported) return "the X server does not say which process its window belongs to";
+    const bool agrees = !evidence.claimed || evidence.claimed == evidence.reported || evidence.claimed == innerNumber;
     if (agrees) return std::nullopt;
-    // A program that forwards windows of other programs, or a window with a false number.
+    // Either the program forwards windows of other programs, or the window claims a false number.
     return "its window names process " + std::to_string(*evidence.claimed) + ", but the X server says process " +
-           std::to_string(*evidence.told);
+           std::to_string(*evidence.reported);
 }
 
 std::optional<pid_t> innerProcessNumber(pid_t process) {
@@ -53,8 +53,8 @@ std::optional<pid_t> innerProcessNumber(pid_t process) {
     return std::nullopt;
 }
 
-ClientProcesses::ClientProcesses(const XConnection& connection, bool asks) : connection_(connection) {
-    if (!asks) return;
+ClientProcesses::ClientProcesses(const XConnection& connection, bool isEnabled) : connection_(connection) {
+    if (!isEnabled) return;
     constexpr std::uint32_t kVersion = (1U << 16) + 2;
     const auto* extension = xcb_get_extension_data(connection.get(), &xcb_res_id);
     if (!extension || !extension->present) return;

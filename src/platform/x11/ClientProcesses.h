@@ -18,35 +18,35 @@ namespace kova::x11 {
 /// The two sources for a window's process.
 struct OwnerEvidence {
     bool isOfThisMachine = true;
-    std::optional<pid_t> told{};    // by the X server
-    std::optional<pid_t> claimed{}; // by the window
+    std::optional<pid_t> reported{}; // by the X server
+    std::optional<pid_t> claimed{};  // by the window
 };
 
 OwnerEvidence evidenceOf(const ClientWindow& client);
 
-/// The process that a window is attributed to: the server's number, else the window's. Absent when there is neither,
-/// and for windows of other machines.
+/// The process that a window is attributed to: the number that the server reports, else the number that the window
+/// claims. Absent if there is neither, and for windows of programs on other machines.
 std::optional<pid_t> attributedProcess(const OwnerEvidence& evidence);
 
-/// Why the window's process must not be killed, as a sentence without its full stop; absent when it may be.
-/// `innerNumber` is the number that the process has in its own process namespace.
+/// The reason why the window's process must not be killed, as a sentence without its full stop; absent if the process
+/// may be killed. `innerNumber`: the number of the process in its own process namespace.
 std::optional<std::string> whyUnverified(const OwnerEvidence& evidence, std::optional<pid_t> innerNumber);
 
-/// The number of the process in its innermost process namespace, which is the one that it knows itself; absent when
-/// there is no such process.
+/// The number of the process in its innermost process namespace, which is the number that the process gets from
+/// getpid(); absent if there is no such process.
 std::optional<pid_t> innerProcessNumber(pid_t process);
 
 /// Asks the X server (X-Resource 1.2) for the processes of its clients.
 class ClientProcesses {
   public:
-    /// Waits for the server. Unavailable if the server runs in another process namespace, so that its numbers mean
-    /// other processes here, or if `asks` is false.
-    ClientProcesses(const XConnection& connection, bool asks);
+    /// The constructor waits for the server. The queries are unavailable if `isEnabled` is false, or if the server runs
+    /// in another process namespace, where the same numbers mean other processes.
+    ClientProcesses(const XConnection& connection, bool isEnabled);
 
-    bool canAnswer() const { return canAnswer_; }
-    /// Buffers the request. Only when it is available.
+    bool isAvailable() const { return canAnswer_; }
+    /// Buffers the request. Only call if `isAvailable`.
     xcb_res_query_client_ids_cookie_t ask(xcb_window_t window) const;
-    /// Absent for a null reply and for a client whose process the server does not know.
+    /// Absent if the reply is null or the server does not know the client's process.
     static std::optional<pid_t> processIn(const xcb_res_query_client_ids_reply_t* reply);
 
   private:

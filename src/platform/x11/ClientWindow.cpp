@@ -10,7 +10,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// A length in pixels; absent if no window can have it.
+/// A length in pixels; absent if it is too large for a window.
 std::optional<int> pixels(std::uint32_t value) {
     if (value > static_cast<std::uint32_t>(kLargestCoordinate)) return std::nullopt;
     return static_cast<int>(value);
@@ -69,7 +69,7 @@ void takeHints(ClientWindow& window, const PropertyView& property, const Atoms&)
     window.minimumAndBase.reset();
     window.sizeHints = sizeHintsIn(numbersIn(property, XCB_ATOM_WM_SIZE_HINTS));
     window.gravity = XCB_GRAVITY_NORTH_WEST;
-    window.repeats = 0; // it may accept a request now
+    window.refusals = 0; // with other hints the window may accept the frame
     const auto numbers = numbersIn(property, XCB_ATOM_WM_SIZE_HINTS);
     // 15 numbers before ICCCM version 1: without base size and gravity.
     if (numbers.size() < 15) return;
@@ -264,11 +264,11 @@ WindowKind ClientWindow::kind() const {
     return transientFor ? WindowKind::dialog : WindowKind::standard;
 }
 
-bool ClientWindow::admits(std::uint32_t staleBit, std::uint32_t asked) {
+bool ClientWindow::acceptReply(std::uint32_t staleBit, std::uint32_t request) {
     if (staleBit != stale::state && staleBit != stale::frame) return true;
-    auto& latest = staleBit == stale::state ? stateAsked : frameAsked;
-    if (latest && *latest != asked && isAtOrAfter(*latest, asked)) return false;
-    latest = asked;
+    auto& latest = staleBit == stale::state ? stateRequest : frameRequest;
+    if (latest && *latest != request && isAtOrAfter(*latest, request)) return false;
+    latest = request;
     return true;
 }
 

@@ -1,5 +1,5 @@
-// The model of one application window, and how its properties are read. Any program can write properties: a wrong type,
-// a wrong length or an impossible number counts as no property.
+// The model of one application window, and how its properties are read. Any program can write properties: a property
+// with a wrong type, a wrong length or an impossible number counts as missing.
 #pragma once
 
 #include "platform/x11/Iconification.h"
@@ -19,12 +19,12 @@
 
 namespace kova::x11 {
 
-/// The kernel gives out process numbers up to here (PID_MAX_LIMIT on 64 bits).
+/// The largest process number of the kernel (PID_MAX_LIMIT on 64 bits).
 inline constexpr std::uint32_t kLargestProcess = 4'194'304;
-/// Windows without a process on this machine are grouped by connection, under invented process numbers from here on. No
-/// process can have such a number; never send a signal to it.
-inline constexpr std::uint32_t kFirstMadeUpProcess = 0x40000000;
-static_assert(kFirstMadeUpProcess > kLargestProcess);
+/// Windows without a process on this machine are grouped by connection. Each group gets an invented process number, at
+/// least this large. No process can have such a number; never send a signal to it.
+inline constexpr std::uint32_t kFirstInventedProcess = 0x40000000;
+static_assert(kFirstInventedProcess > kLargestProcess);
 /// Whether the number can belong to a process; a signal may only be sent to such a number.
 constexpr bool isProcess(pid_t number) {
     return number > 0 && static_cast<std::uint32_t>(number) <= kLargestProcess;
@@ -35,7 +35,7 @@ enum class WindowKind { standard, dialog, dock, desktop, splash, menu, palette, 
 /// The subrole in the accessibility vocabulary.
 std::string_view subroleOf(WindowKind kind);
 
-/// The stale properties: a bit is set when the server announced a change that was not read yet.
+/// A bit is set while the server has announced a change of the property that was not read yet.
 namespace stale {
 enum Bit : std::uint32_t {
     title = 1U << 0,
@@ -52,7 +52,7 @@ enum Bit : std::uint32_t {
 };
 }
 
-/// Space at the edges of the root window that a panel keeps for itself, with the span along each edge.
+/// Space that a panel reserves at the edges of the root window, with its span along each edge.
 struct Strut {
     PixelEdges depth;
     int leftStart = 0, leftEnd = kLargestCoordinate;
@@ -73,7 +73,7 @@ inline constexpr std::uint32_t kAllDesktops = 0xFFFFFFFFU;
 
 struct ClientWindow {
     xcb_window_t window = kNoWindow;
-    xcb_window_t topLevel = kNoWindow; // the root's child that holds it; itself when nothing decorates it
+    xcb_window_t topLevel = kNoWindow; // the root's child that contains it; the window itself if it is not decorated
     std::uint32_t stale = stale::all;
     bool isInputOnly = false;
 
@@ -103,36 +103,38 @@ struct ClientWindow {
     PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
     PixelEdges margins; // from the top level's edge to the visible edge; negative where the decorations lie outside the
                         // top level
-    // The decorations around the client's area in the present top level, if all of them are visible and announced.
+    // Around the client's area in the present top level; absent unless the top level ends at the visible edge.
     std::optional<PixelEdges> measuredDecorations;
-    std::optional<PixelRect> frameBefore;    // the visible edge, while the frame has no room for the window
-    std::optional<PixelRect> minimumAndBase; // width and height only
-    WindowSizeHints sizeHints;               // without `around`
-    PixelEdges decorationsWhenPlaced;        // at the last request for a frame
+    std::optional<PixelRect> frameBeforeAnimation; // the visible edge; only while the frame is too small for the window
+    std::optional<PixelRect> minimumAndBase;       // width and height only
+    WindowSizeHints sizeHints;                     // without `around`
+    PixelEdges decorationsWhenPlaced;              // when a frame was last requested
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 
-    // Both the main thread and polls request these. The sequence numbers of the requests whose replies were used last:
-    std::optional<std::uint32_t> stateAsked, frameAsked;
-    int openStateQuestions = 0; // of the main thread, without a reply yet
+    // State and frame are requested by the main thread and by polls. Sequence numbers of the requests whose replies
+    // were used last:
+    std::optional<std::uint32_t> stateRequest, frameRequest;
+    int pendingStateRequests = 0; // requests of the main thread without a reply yet
 
     std::optional<Seconds> placedAt; // uptime of the last requested frame
     std::optional<PendingFrame> pending;
-    std::optional<PixelRect> lastRequest, lastAnswer; // the last requested frame, and the frame at that time
-    int repeats = 0;                                  // how often the same request led to the same frame
+    std::optional<PixelRect> lastRequest,
+        frameAtLastRequest; // the requested frame, and the window's frame at that time
+    int refusals = 0;       // how often in a row `lastRequest` was requested again in vain
     Iconification iconification;
 
     WindowKind kind() const;
-    /// False for the reply to an older request than the last one that was used. Otherwise records it as the last.
-    bool admits(std::uint32_t staleBit, std::uint32_t asked);
-    /// Whether it repeatedly took another frame than the requested one.
-    bool insistsOnItsFrame() const { return repeats > 0; }
+    /// False if the reply to a later request was used already. Otherwise records `request` as the last one.
+    bool acceptReply(std::uint32_t staleBit, std::uint32_t request);
+    /// Whether the window kept another frame although `lastRequest` was requested repeatedly.
+    bool refusesFrames() const { return refusals > 0; }
     std::string title() const { return netName ? *netName : oldName; }
 
     bool isManaged() const { return !isInputOnly && (kind() == WindowKind::standard || kind() == WindowKind::dialog); }
 };
 
-/// One property that matters: which bit its change sets, and how its value is read.
+/// One property that KOVA reads: which bit its change sets, and how its value is read.
 struct PropertyRule {
     xcb_atom_t property;
     std::uint32_t staleBit;
@@ -140,15 +142,16 @@ struct PropertyRule {
     void (*take)(ClientWindow&, const PropertyView&, const Atoms&);
 };
 
-/// All properties of a client that matter, in the order in which they must be read.
+/// All properties of a client that KOVA reads, in the order in which they must be read.
 std::vector<PropertyRule> propertyRules(const Atoms& atoms);
 
-/// The 32-bit values of a property of that type (any type when it is XCB_ATOM_NONE); empty for anything else.
+/// The 32-bit values of a property of that type (XCB_ATOM_NONE: of any type); empty if the type or the format differs.
 std::vector<std::uint32_t> numbersIn(const PropertyView& property, xcb_atom_t type);
-/// Text as far as its first zero byte; Latin-1 for STRING, else UTF-8 with every wrong byte replaced by U+FFFD.
+/// The property's text up to the first zero byte, as UTF-8: converted from Latin-1 for the type STRING, otherwise with
+/// every invalid byte replaced by U+FFFD.
 std::string textIn(const PropertyView& property, const Atoms& atoms);
 std::string repairedUtf8(std::string_view text);
-/// True if the name in WM_CLIENT_MACHINE is this machine's; short and full host names are equal.
+/// Whether WM_CLIENT_MACHINE names this machine; a short host name equals a full one that begins with it.
 bool isSameMachine(std::string_view clientMachine, std::string_view hostName);
 
 } // namespace kova::x11

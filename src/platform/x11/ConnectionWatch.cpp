@@ -9,23 +9,23 @@ void ConnectionWatch::begin(DescriptorWatch watch, std::function<void()> readabl
 }
 
 void ConnectionWatch::resume() {
-    if (end_) end_->cancel();
-    end_.reset();
+    if (pauseEnd_) pauseEnd_->cancel();
+    pauseEnd_.reset();
     isPaused_ = isPausedForPoll_ = false;
     if (!watching_ && watch_) watching_ = watch_(descriptor_, readable_);
 }
 
-void ConnectionWatch::rest(Seconds pause) {
+void ConnectionWatch::pause(Seconds pause) {
     isPaused_ = true;
     watching_.reset();
-    if (end_) end_->cancel();
-    if (isPausedForPoll_) return; // the end of the poll resumes
-    end_ = queue_.after(pause, lifetime_.guard([this] { readable_(); }));
+    if (pauseEnd_) pauseEnd_->cancel();
+    if (isPausedForPoll_) return; // the end of the poll calls `resume`
+    pauseEnd_ = queue_.after(pause, lifetime_.guard([this] { readable_(); }));
 }
 
 bool ConnectionWatch::isReadDue(Seconds now) {
-    constexpr Seconds kOneGo{0.001};
-    if (!isPaused_ || now - lastRead_ < kOneGo) return false;
+    constexpr Seconds kReadInterval{0.001};
+    if (!isPaused_ || now - lastRead_ < kReadInterval) return false;
     lastRead_ = now;
     return true;
 }

@@ -1,5 +1,5 @@
-// Watches the connection for the main thread, except during a pause and while the polling queue waits for replies,
-// since only one thread can read.
+// Watches the connection for the main thread. Does not watch during a pause, nor while the polling queue waits for
+// replies, since only one thread can read from a connection.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -14,8 +14,8 @@
 
 namespace kova::x11 {
 
-/// How a main loop watches a descriptor: it calls back while there is something to read, until the subscription is
-/// dropped.
+/// Makes the main loop watch a descriptor: it calls `readable` whenever there is something to read, until the
+/// subscription is dropped.
 using DescriptorWatch = std::function<Subscription(int descriptor, std::function<void()> readable)>;
 
 class ConnectionWatch {
@@ -26,14 +26,14 @@ class ConnectionWatch {
     void begin(DescriptorWatch watch, std::function<void()> readable);
     /// Watches from now on.
     void resume();
-    /// Pauses until `resume`, or until the time is over, when `readable` is called; during a poll until `resume` only.
-    void rest(Seconds pause);
+    /// Pauses until `resume`. If no poll is reading, calls `readable` at the end of the pause.
+    void pause(Seconds pause);
     void stop() { watching_.reset(); }
 
-    // With the caller's lock held that also guards whether a poll is reading
+    // Call with the mutex held that guards whether a poll is reading
     void setPausedForPoll(bool isPaused) { isPausedForPoll_ = isPaused; }
-    /// During a pause: whether to read the connection before reading from the model. At most once a millisecond, so
-    /// that reading a hundred windows does not read the connection a hundred times.
+    /// Whether to read the connection before reading from the model. True only during a pause, and at most once a
+    /// millisecond, so that reading a hundred windows does not read the connection a hundred times.
     bool isReadDue(Seconds now);
 
     // Any thread
@@ -46,7 +46,7 @@ class ConnectionWatch {
     DescriptorWatch watch_;
     std::function<void()> readable_;
     std::optional<Subscription> watching_;
-    std::shared_ptr<ScheduledWork> end_; // of the pause
+    std::shared_ptr<ScheduledWork> pauseEnd_; // of the pause
     std::atomic<bool> isPaused_{false};
     std::atomic<bool> isPausedForPoll_{false};
     Seconds lastRead_{-1.0}; // uptime of the last reading during a pause

@@ -10,12 +10,12 @@ void DisplayKeeper::readAll() {
 }
 
 bool DisplayKeeper::advance(const EventEffects& effects) {
-    const bool isTold = reader_.advance();
-    if (isTold) monitors_ = reader_.monitors();
+    const bool hasReport = reader_.advance();
+    if (hasReport) monitors_ = reader_.monitors();
     const bool isScaleNew = scale_.advance();
-    if (effects.askDisplays) reader_.begin();
-    if (effects.askScale) scale_.begin();
-    return isTold || isScaleNew;
+    if (effects.mustQueryDisplays) reader_.begin();
+    if (effects.mustQueryScale) scale_.begin();
+    return hasReport || isScaleNew;
 }
 
 bool DisplayKeeper::hasUnsent() {
@@ -35,13 +35,13 @@ bool DisplayKeeper::arrange(WindowModel& model) {
     if (model.currentDesktop < model.workareas.size()) workarea = model.workareas[model.currentDesktop];
     if (monitors_.empty()) monitors_ = reader_.monitors();
     const PixelRect root{0, 0, model.rootSize.first, model.rootSize.second};
-    const auto told = reader_.isTold() ? MonitorReport::all : MonitorReport::none;
-    auto next = describeDisplays(monitors_, told, panels, workarea, root, scale_.scale());
+    const auto report = reader_.hasReport() ? MonitorReport::all : MonitorReport::none;
+    auto next = describeDisplays(monitors_, report, panels, workarea, root, scale_.scale());
     if (next == arrangement_) return false;
     arrangement_ = std::move(next);
     model.displayRects.clear();
     for (const Monitor& monitor : monitors_) model.displayRects.push_back(monitor.rect);
-    if (model.displayRects.empty() && told == MonitorReport::none) model.displayRects.push_back(root);
+    if (model.displayRects.empty() && report == MonitorReport::none) model.displayRects.push_back(root);
     return true;
 }
 

@@ -1,5 +1,5 @@
 // The present displays: requests monitors and scale when the server announces changes, and computes the screens that
-// the platform interface reports. Main thread, guarded like the model; waits only in `readAll`.
+// the platform interface reports. Main thread, with the model's mutex held; only `readAll` waits for the server.
 #pragma once
 
 #include "platform/x11/DisplayReader.h"
@@ -13,21 +13,21 @@ namespace kova::x11 {
 
 class DisplayKeeper {
   public:
-    /// Waits for the server.
+    /// The constructor waits for the server.
     explicit DisplayKeeper(const XConnection& connection) : reader_(connection), scale_(connection) {}
 
     /// The first event number of the extension; absent if the server does not support monitors.
     std::optional<std::uint8_t> eventBase() const { return reader_.eventBase(); }
     bool isScaleHint(const xcb_generic_event_t& event) const { return scale_.isHint(event); }
-    /// Reads everything; before the first `arrange`. Waits for the server.
+    /// Reads everything and waits for the server; call before the first `arrange`.
     void readAll();
-    /// Uses the replies that have arrived, and requests what the events announced as changed. True when `arrange` has
-    /// something new.
+    /// Uses the replies that have arrived, and requests what the events announced as changed. True if monitors
+    /// have been read or the scale has changed; then call `arrange`.
     bool advance(const EventEffects& effects);
     bool isAsking() const { return reader_.isAsking() || scale_.isAsking(); }
     /// Whether requests were buffered since the last call.
     bool hasUnsent();
-    /// Computes the screens from monitors and the model's panels; true if they have changed.
+    /// Computes the screens from the monitors and the model's panels; true if the screens have changed.
     bool arrange(WindowModel& model);
 
     const DisplayArrangement& arrangement() const { return arrangement_; }

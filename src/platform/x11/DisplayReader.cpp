@@ -30,7 +30,7 @@ void DisplayReader::begin() {
 
 bool DisplayReader::advance() {
     if (!reading_.advance()) return false;
-    monitors_ = std::exchange(coming_, {});
+    monitors_ = std::exchange(newMonitors_, {});
     return true;
 }
 
@@ -42,19 +42,19 @@ void DisplayReader::wait() {
 }
 
 void DisplayReader::takeMonitors(const void* reply) {
-    coming_.clear();
+    newMonitors_.clear();
     const auto* answer = static_cast<const xcb_randr_get_monitors_reply_t*>(reply);
     hasReport_ = answer != nullptr;
     if (!answer) return;
     xcb_connection_t* c = connection_.get();
     for (auto it = xcb_randr_get_monitors_monitors_iterator(answer); it.rem > 0; xcb_randr_monitor_info_next(&it)) {
         const xcb_randr_monitor_info_t& info = *it.data;
-        const std::size_t index = coming_.size();
-        coming_.push_back({"", info.primary != 0, {info.x, info.y, info.width, info.height}, std::nullopt});
+        const std::size_t index = newMonitors_.size();
+        newMonitors_.push_back({"", info.primary != 0, {info.x, info.y, info.width, info.height}, std::nullopt});
         reading_.replies().add(xcb_get_atom_name(c, info.name), [this, index](const void* name) {
             const auto* text = static_cast<const xcb_get_atom_name_reply_t*>(name);
             if (!text) return;
-            coming_[index].connector = repairedUtf8(
+            newMonitors_[index].connector = repairedUtf8(
                 {xcb_get_atom_name_name(text), static_cast<std::size_t>(xcb_get_atom_name_name_length(text))});
         });
         if (xcb_randr_monitor_info_outputs_length(&info) == 0) continue;
@@ -64,7 +64,7 @@ void DisplayReader::takeMonitors(const void* reply) {
             [this, index](const void* property) {
                 const auto* edid = static_cast<const xcb_randr_get_output_property_reply_t*>(property);
                 if (!edid || edid->format != 8) return;
-                coming_[index].identity =
+                newMonitors_[index].identity =
                     identityInEdid({xcb_randr_get_output_property_data(edid),
                                     static_cast<std::size_t>(xcb_randr_get_output_property_data_length(edid))});
             });

@@ -12,22 +12,22 @@ namespace kova::x11 {
 
 class DisplayReader {
   public:
-    /// Waits for the server's version of the extension and selects events for changes of monitors.
+    /// Selects events for changes of monitors. The constructor waits for the server, to learn the extension's version.
     explicit DisplayReader(const XConnection& connection);
 
     /// The first event number of the extension; absent if the server does not support monitors.
     std::optional<std::uint8_t> eventBase() const { return eventBase_; }
     /// Starts reading. If a reading is in progress, it starts over once the replies have arrived.
     void begin();
-    /// Uses the replies that have arrived; true when `monitors` has just become complete.
+    /// Uses the replies that have arrived; true if `monitors` has just been replaced.
     bool advance();
     bool isAsking() const { return reading_.isUnderWay(); }
     /// Whether requests were buffered since the last call.
     bool hasUnsent() { return reading_.hasUnsent(); }
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
-    /// Whether the server reports monitors; if it reports none, all are off.
-    bool isTold() const { return hasReport_; }
+    /// Whether the server supports monitors; if it does and `monitors` is empty, all are off.
+    bool hasReport() const { return hasReport_; }
 
   private:
     void takeMonitors(const void* reply);
@@ -35,7 +35,7 @@ class DisplayReader {
     const XConnection& connection_;
     std::optional<std::uint8_t> eventBase_;
     SteppedReading reading_;
-    std::vector<Monitor> monitors_, coming_;
+    std::vector<Monitor> monitors_, newMonitors_;
     bool hasReport_ = false;
 };
 

@@ -25,8 +25,7 @@ bool overlaps(int start, int end, int from, int to) {
     return start < to && end >= from;
 }
 
-/// Whether the panel is on the monitor. A panel without a known frame counts for the monitors that its strut reaches
-/// into without covering them.
+/// Whether the panel is on the monitor. A panel without a known frame may be on any monitor.
 bool isOn(const Panel& panel, const PixelRect& monitor) {
     return !panel.frame || intersects(*panel.frame, monitor);
 }
@@ -37,13 +36,13 @@ std::uint64_t hashOf(const std::string& text, std::uint64_t seed) {
         hash ^= static_cast<unsigned char>(c);
         hash *= 0x100000001B3ULL;
     }
-    // Without this the low bits of similar texts would be equal.
+    // Mixes the bits; otherwise the low bits of similar texts would be equal.
     hash ^= hash >> 33;
     hash *= 0xFF51AFD7ED558CCDULL;
     return hash ^ (hash >> 33);
 }
 
-/// Whether two connected monitors have the same identity: some vendors use one serial number for all.
+/// Whether another connected monitor has the same identity: some vendors give all monitors the same serial number.
 bool hasTwin(const std::vector<Monitor>& monitors, const Monitor& monitor) {
     return std::ranges::count_if(monitors, [&](const Monitor& other) {
                return other.identity && other.identity->device == monitor.identity->device;
@@ -65,7 +64,7 @@ std::optional<MonitorIdentity> identityInEdid(std::span<const std::uint8_t> edid
     identity.hasSerialNumber = std::ranges::any_of(edid.subspan(12, 4), [](std::uint8_t byte) { return byte != 0; });
     for (const std::size_t at : {54U, 72U, 90U, 108U}) {
         const auto descriptor = edid.subspan(at, 18);
-        if (descriptor[0] != 0 || descriptor[1] != 0) continue; // a timing
+        if (descriptor[0] != 0 || descriptor[1] != 0) continue; // describes a timing, not a text
         if (descriptor[3] == 0xFC) identity.name = descriptorText(descriptor);
         if (descriptor[3] == 0xFF) {
             const std::string serial = descriptorText(descriptor);
@@ -80,7 +79,7 @@ std::string stableUuid(const std::string& text) {
     const std::uint64_t high = hashOf(text, 0xCBF29CE484222325ULL);
     const std::uint64_t low = hashOf(text, 0x9AE16A3B2F90404FULL);
     std::array<char, 37> written{};
-    // Version 8 of UUIDs is for rules of one's own.
+    // Version 8 of UUIDs is reserved for custom algorithms.
     std::snprintf(written.data(), written.size(), "%08X-%04X-8%03X-%04X-%012llX", static_cast<unsigned>(high >> 32),
                   static_cast<unsigned>(high >> 16) & 0xFFFFU, static_cast<unsigned>(high) & 0xFFFU,
                   (static_cast<unsigned>(low >> 48) & 0x3FFFU) | 0x8000U,
@@ -94,8 +93,8 @@ PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, c
         if (!isOn(panel, monitor)) continue;
         const Strut& strut = panel.strut;
         const PixelEdges& depth = strut.depth;
-        // Depths count from the edge of the root window, whichever monitor the panel is on. A strut that would cover
-        // the whole monitor belongs to another monitor, further inside.
+        // Depths are measured from the edge of the root window, on whichever monitor the panel is. A strut that would
+        // cover the whole monitor belongs to a panel on another monitor, further inside.
         if (depth.left > 0 && depth.left < monitor.right() &&
             overlaps(strut.leftStart, strut.leftEnd, monitor.y, monitor.bottom())) {
             left = std::max(left, depth.left);
@@ -119,10 +118,10 @@ PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, c
     return {left, top, right - left, bottom - top};
 }
 
-DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport told, std::span<const Panel> panels,
+DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport report, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root, double scale) {
     std::erase_if(monitors, [](const Monitor& monitor) { return monitor.rect.width <= 0 || monitor.rect.height <= 0; });
-    if (monitors.empty() && told == MonitorReport::all) return {{}, PointSpace(scale, root)};
+    if (monitors.empty() && report == MonitorReport::all) return {{}, PointSpace(scale, root)};
     if (monitors.empty()) monitors.push_back({"screen", true, root, std::nullopt});
     std::stable_partition(monitors.begin(), monitors.end(), [](const Monitor& monitor) { return monitor.isPrimary; });
 
@@ -142,8 +141,8 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport
         screen.localizedName = monitor.connector;
         if (monitor.identity) {
             if (!monitor.identity->name.empty()) screen.localizedName = monitor.identity->name;
-            // Named by its connector even while it is the only one of its model: its id must not change when another of
-            // the same model is connected or disconnected.
+            // Without a serial number the id contains the connector even if no other monitor of the model is connected:
+            // the id must not change when a second one is connected or disconnected.
             const bool isByPlace = !monitor.identity->hasSerialNumber || hasTwin(monitors, monitor);
             const std::string place = isByPlace ? "@" + monitor.connector : "";
             screen.displayUUID = stableUuid(monitor.identity->device + place);

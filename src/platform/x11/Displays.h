@@ -44,18 +44,18 @@ struct DisplayArrangement {
     bool operator==(const DisplayArrangement&) const = default;
 };
 
-/// `workarea` is the part of the root window that the window manager leaves free; it is used with one monitor only,
-/// since it is not per monitor. A monitor that panels would cover completely keeps its full frame. `scale`: pixels to a
-/// point. Without monitors there is no display if the server supports monitors (`MonitorReport::all`): all are off. If
-/// it does not, the root window is the display.
+/// `workarea` is the part of the root window that no panel covers, as announced by the window manager; it is used with
+/// one monitor only, since it is not per monitor. A monitor that panels would cover completely keeps its full frame.
+/// `scale`: pixels per point. `report`: if the server supports monitors (`all`) and `monitors` is empty, all monitors
+/// are off and there is no display. If the server does not support them (`none`), the root window is the display.
 enum class MonitorReport { none, all };
-DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport told, std::span<const Panel> panels,
+DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport report, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root, double scale = 1);
 
-/// The part of the monitor that the panels leave; root coordinates.
+/// The part of the monitor that no panel covers; root coordinates.
 PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, const PixelRect& root);
 
-/// A UUID in upper case that is the same for the same text.
+/// A UUID in upper case, computed from the text alone.
 std::string stableUuid(const std::string& text);
 
 } // namespace kova::x11

@@ -12,9 +12,9 @@ void queryFocus(PendingReplies& pending, const XConnection& connection, WindowMo
         if (told) *focus = told->focus;
     });
     pending.add(xcb_query_pointer(connection.get(), connection.root()),
-                [&model, focus, asked = cookie.sequence](const void* reply) {
+                [&model, focus, request = cookie.sequence](const void* reply) {
                     const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
-                    if (pointer) model.takeFocus(*focus, pointer->child, asked);
+                    if (pointer) model.takeFocus(*focus, pointer->child, request);
                 });
 }
 

@@ -1,4 +1,4 @@
-// Requests the focused window from the server, for when no window manager announces it.
+// Queries the focused window from the server. Needed without a window manager, which would announce that window.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"

@@ -6,8 +6,9 @@
 
 namespace kova::x11 {
 
-/// Asks for a window that is in a frame of another; `model` takes the answers and must be locked meanwhile. Relative
-/// positions and sizes only, so that a window that is being moved meanwhile is measured as well as one that rests.
-void askFrame(PendingReplies& questions, const XConnection& connection, WindowModel& model, const ClientWindow& client);
+/// Requests sizes and relative positions of the client and of the window manager's frame that contains it; `model` uses
+/// the replies. The caller holds the lock of `model` while the replies are handled. Absolute positions are not used,
+/// so that a window can be measured while it is moved.
+void askFrame(PendingReplies& batch, const XConnection& connection, WindowModel& model, const ClientWindow& client);
 
 } // namespace kova::x11

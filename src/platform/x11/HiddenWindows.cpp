@@ -19,13 +19,13 @@ constexpr Seconds kTimeToLeaveScreen{1.0};
 /// How long a window may be missing, or returning, before its entry is dropped.
 constexpr Seconds kReturnTimeout{2.5};
 
-/// It may have left and returned between two polls.
+/// Also true for a window that has left the screen and returned between two polls.
 bool hasLeft(const ClientWindow& client, const WindowModel& model) {
-    return client.iconification.hasLeft() || (!model.isShown(client) && !client.iconification.isMapAwaited());
+    return client.iconification.wasUnmapped() || (!model.isShown(client) && !client.iconification.isMapAwaited());
 }
 
-constexpr const char* word(TakenAway how) {
-    return how == TakenAway::byHiding ? "hidden" : "unmapped";
+constexpr const char* word(HiddenBy how) {
+    return how == HiddenBy::application ? "hidden" : "unmapped";
 }
 
 } // namespace
@@ -47,32 +47,32 @@ std::vector<HiddenWindow> HiddenWindows::readFile() const {
         HiddenWindow hidden;
         hidden.window = window->get<xcb_window_t>();
         hidden.processIdentifier = process->get<pid_t>();
-        if (how != entry.end() && *how == word(TakenAway::byUnmapping)) hidden.how = TakenAway::byUnmapping;
+        if (how != entry.end() && *how == word(HiddenBy::unmapping)) hidden.how = HiddenBy::unmapping;
         windows.push_back(hidden);
     }
     return windows;
 }
 
-bool HiddenWindows::isHeld(const HiddenWindow& hidden) {
-    return !hidden.isReturning && hidden.how == TakenAway::byHiding;
+bool HiddenWindows::isHiddenWithApplication(const HiddenWindow& hidden) {
+    return !hidden.isReturning && hidden.how == HiddenBy::application;
 }
 
-void HiddenWindows::countHeld(const HiddenWindow& hidden, int change) {
-    if (!isHeld(hidden)) return;
-    int& count = heldByProcess_[hidden.processIdentifier];
+void HiddenWindows::countHidden(const HiddenWindow& hidden, int change) {
+    if (!isHiddenWithApplication(hidden)) return;
+    int& count = hiddenByProcess_[hidden.processIdentifier];
     count += change;
-    if (count == 0) heldByProcess_.erase(hidden.processIdentifier);
+    if (count == 0) hiddenByProcess_.erase(hidden.processIdentifier);
 }
 
 void HiddenWindows::erase(Place place) {
-    countHeld(*place, -1);
+    countHidden(*place, -1);
     places_.erase(place->window);
     windows_.erase(place);
     isWritten_ = false;
 }
 
 void HiddenWindows::setReturning(HiddenWindow& hidden, Seconds now) {
-    countHeld(hidden, -1);
+    countHidden(hidden, -1);
     hidden.isReturning = true;
     hidden.since = now;
 }
@@ -81,18 +81,18 @@ void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
     for (const HiddenWindow& added : windows) {
         remove(added.window);
         places_[added.window] = windows_.insert(windows_.end(), added);
-        countHeld(added, +1);
+        countHidden(added, +1);
         isWritten_ = false;
     }
 }
 
 std::vector<xcb_window_t> HiddenWindows::takeHidden(pid_t processIdentifier, Seconds now) {
     std::vector<xcb_window_t> taken;
-    const auto held = heldByProcess_.find(processIdentifier);
-    if (held == heldByProcess_.end()) return taken;
+    const auto held = hiddenByProcess_.find(processIdentifier);
+    if (held == hiddenByProcess_.end()) return taken;
     taken.reserve(static_cast<std::size_t>(held->second));
     for (HiddenWindow& hidden : windows_) {
-        if (hidden.processIdentifier != processIdentifier || !isHeld(hidden)) continue;
+        if (hidden.processIdentifier != processIdentifier || !isHiddenWithApplication(hidden)) continue;
         setReturning(hidden, now);
         taken.push_back(hidden.window);
     }
@@ -116,32 +116,33 @@ std::vector<xcb_window_t> HiddenWindows::takeAll(Seconds now) {
     return taken;
 }
 
-bool HiddenWindows::holds(xcb_window_t window) const {
+bool HiddenWindows::isHiddenWithApplication(xcb_window_t window) const {
     const auto known = places_.find(window);
-    return known != places_.end() && isHeld(*known->second);
+    return known != places_.end() && isHiddenWithApplication(*known->second);
 }
 
 bool HiddenWindows::isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const {
-    if (!heldByProcess_.contains(processIdentifier)) return false;
+    if (!hiddenByProcess_.contains(processIdentifier)) return false;
     return std::ranges::none_of(model.windowsOf(processIdentifier), [&](xcb_window_t window) {
-        if (holds(window)) return false;
+        if (isHiddenWithApplication(window)) return false;
         const ClientWindow* client = model.client(window);
         return client && client->isManaged() && model.isShown(*client);
     });
 }
 
-bool HiddenWindows::isBehind(const WindowModel& model, Seconds now) const {
+bool HiddenWindows::isOutdated(const WindowModel& model, Seconds now) const {
     return std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
         const ClientWindow* client = model.client(hidden.window);
         if (!client || hidden.isReturning) return true;
         const bool isShown = model.isShown(*client);
-        const bool isGone = hidden.hasLeftScreen || hasLeft(*client, model);
-        return isGone != hidden.hasLeftScreen || (isShown && (isGone || now - hidden.since > kTimeToLeaveScreen));
+        const bool hasLeftScreen = hidden.hasLeftScreen || hasLeft(*client, model);
+        return hasLeftScreen != hidden.hasLeftScreen ||
+               (isShown && (hasLeftScreen || now - hidden.since > kTimeToLeaveScreen));
     });
 }
 
 void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
-    if (!isBehind(model, now)) return;
+    if (!isOutdated(model, now)) return;
     const auto isShown = [&](const HiddenWindow& hidden) {
         const ClientWindow* client = model.client(hidden.window);
         return client && model.isShown(*client);
@@ -155,13 +156,13 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
             hidden.missingSince = now;
         }
     }
-    // A window that is on the screen between two window managers may be hidden again by the second one.
+    // While window managers change, a window on the screen may be hidden again by the new window manager.
     if (model.isSettling()) return;
     const auto isOver = [&](const HiddenWindow& hidden) {
         if (hidden.missingSince) return now - *hidden.missingSince > kReturnTimeout;
         const ClientWindow* client = model.client(hidden.window);
         const bool isLeavingFirst =
-            client->iconification.isToReturnOnceGone(now) && now - hidden.since < kTimeToLeaveScreen;
+            client->iconification.isRestoreDueAfterMinimize(now) && now - hidden.since < kTimeToLeaveScreen;
         if (hidden.isReturning) {
             return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kReturnTimeout;
         }
@@ -180,7 +181,7 @@ void HiddenWindows::writeFile() {
         std::remove(path_.c_str());
         return;
     }
-    // Written without the JSON library's tree: the user waits for an arrangement of possibly thousands of windows.
+    // Not written with the JSON library, which is too slow for thousands of windows while the user waits.
     std::string list;
     for (const HiddenWindow& hidden : windows_) {
         list += (list.empty() ? "\n" : ",\n");

@@ -1,6 +1,7 @@
-// The windows that KOVA hid and must show again: those of hidden applications, and, without a window manager, every
-// window that it unmapped. Recorded in a file before they are unmapped, so that the next agent finds them if this one
-// is killed. The file must survive the agent, not the machine, so it is replaced atomically but not synced.
+// The windows that KOVA hid and must show again: the windows of hidden applications and, without a window manager,
+// every window that KOVA unmapped. They are recorded in a file before they are unmapped, so that the next agent can
+// show them if this agent is killed. The file must survive the agent, not the machine, so it is replaced atomically,
+// not synced.
 #pragma once
 
 #include "platform/x11/WindowModel.h"
@@ -13,16 +14,16 @@
 
 namespace kova::x11 {
 
-enum class TakenAway { byHiding, byUnmapping };
+enum class HiddenBy { application, unmapping };
 
 struct HiddenWindow {
     xcb_window_t window = kNoWindow;
     pid_t processIdentifier = 0;
-    TakenAway how = TakenAway::byHiding;
-    Seconds since{};
-    bool hasLeftScreen = false; // it was seen off the screen
-    bool isReturning = false;   // its return was requested at `since`; recorded until it is seen on the screen
-    std::optional<Seconds> missingSince{};
+    HiddenBy how = HiddenBy::application;
+    Seconds since{};                       // uptime of the last request to hide or show it
+    bool hasLeftScreen = false;            // the model has reported it off the screen
+    bool isReturning = false;              // KOVA requested to show it; it stays recorded until it is on the screen
+    std::optional<Seconds> missingSince{}; // the model has no such window since then
 };
 
 class HiddenWindows {
@@ -31,47 +32,47 @@ class HiddenWindows {
     explicit HiddenWindows(std::string path) : path_(std::move(path)) {}
 
     const std::list<HiddenWindow>& all() const { return windows_; }
-    /// The record of a former agent; empty if the file cannot be read.
+    /// The entries that a former agent left in the file; empty if the file cannot be read.
     std::vector<HiddenWindow> readFile() const;
-    /// Adds entries; an entry replaces an older one of its window. Call `writeFile` before the windows are unmapped.
+    /// Adds entries; each replaces an older entry of the same window. Call `writeFile` before the windows are unmapped.
     void add(const std::vector<HiddenWindow>& windows);
-    /// Marks the windows that were hidden with the process as returning and returns them. They stay recorded until they
-    /// are on the screen.
+    /// Marks the windows that were hidden with the application as returning and returns them. They stay recorded until
+    /// they are on the screen.
     std::vector<xcb_window_t> takeHidden(pid_t processIdentifier, Seconds now);
-    /// Marks one window as returning, which need not be recorded.
+    /// Marks a window as returning; no-op if the window is not recorded.
     void markReturning(xcb_window_t window, Seconds now);
     void remove(xcb_window_t window);
     /// Marks all hidden windows as returning and returns them.
     std::vector<xcb_window_t> takeAll(Seconds now);
-    /// Replaces the file if the record has changed since it was written. An outdated entry is harmless: the next start
-    /// skips windows that are on the screen.
+    /// Replaces the file if the entries have changed since it was written. An outdated entry is harmless: the next
+    /// agent skips windows that are on the screen.
     void writeFile();
     bool isWritten() const { return isWritten_; }
-    /// The next `writeFile` writes in any case.
-    void doubtFile() { isWritten_ = false; }
+    /// Makes the next `writeFile` write even if no entry has changed.
+    void forceWrite() { isWritten_ = false; }
 
-    /// Whether this window was hidden with its application.
-    bool holds(xcb_window_t window) const;
+    /// Whether the window was hidden with its application and is not returning.
+    bool isHiddenWithApplication(xcb_window_t window) const;
     /// Whether windows were hidden with the application and none of its windows is on the screen.
     bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
-    /// Drops entries of windows that were shown by the user, that never left the screen, or that have been missing for
-    /// a while (not at once, since there is no window list while window managers change).
+    /// Drops entries of windows that are on the screen again, that never left it, or that have been missing from the
+    /// model for some time (not at once: while window managers change, there is no window list).
     void followModel(const WindowModel& model, Seconds now);
     /// Whether `followModel` would change anything.
-    bool isBehind(const WindowModel& model, Seconds now) const;
+    bool isOutdated(const WindowModel& model, Seconds now) const;
 
   private:
     using Place = std::list<HiddenWindow>::iterator;
-    static bool isHeld(const HiddenWindow& hidden);
+    static bool isHiddenWithApplication(const HiddenWindow& hidden);
     void setReturning(HiddenWindow& hidden, Seconds now);
     void erase(Place place);
-    void countHeld(const HiddenWindow& hidden, int change);
+    void countHidden(const HiddenWindow& hidden, int change);
 
     std::string path_;
     bool isWritten_ = true;
     std::list<HiddenWindow> windows_; // in the order in which they were hidden
     std::unordered_map<xcb_window_t, Place> places_;
-    std::unordered_map<pid_t, int> heldByProcess_; // how many windows were hidden with it
+    std::unordered_map<pid_t, int> hiddenByProcess_; // how many of its windows are hidden with the application
 };
 
 } // namespace kova::x11

@@ -4,75 +4,75 @@
 
 namespace kova::x11 {
 
-void Iconification::leave(Seconds now) {
-    stage_ = Stage::leaving;
-    asked_ = now;
-    hasLeft_ = false;
+void Iconification::noteMinimizeRequest(Seconds now) {
+    stage_ = Stage::minimizing;
+    requestedAt_ = now;
+    wasUnmapped_ = false;
 }
 
-bool Iconification::leaveWithNextRequests(Seconds now) {
-    const bool isNew = stage_ != Stage::leaveDue;
-    stage_ = Stage::leaveDue;
-    asked_ = now;
-    hasLeft_ = false;
+bool Iconification::scheduleUnmap(Seconds now) {
+    const bool isNew = stage_ != Stage::unmapDue;
+    stage_ = Stage::unmapDue;
+    requestedAt_ = now;
+    wasUnmapped_ = false;
     return isNew;
 }
 
 void Iconification::unmapSent(std::uint32_t request) {
-    stage_ = Stage::leaving;
+    stage_ = Stage::minimizing;
     ownUnmap_ = request;
 }
 
-void Iconification::stopReturning() {
-    if (stage_ == Stage::leavingToReturn) stage_ = Stage::leaving;
+void Iconification::cancelRestore() {
+    if (stage_ == Stage::minimizingThenRestoring) stage_ = Stage::minimizing;
 }
 
-void Iconification::comeBack(Seconds now, bool isUnmapped) {
-    stage_ = Stage::back;
-    asked_ = now;
+void Iconification::noteRestoreRequest(Seconds now, bool isUnmapped) {
+    stage_ = Stage::restoring;
+    requestedAt_ = now;
     isMapAwaited_ = isUnmapped;
 }
 
 void Iconification::forgetRequests() {
-    stage_ = Stage::atRest;
+    stage_ = Stage::idle;
     ownUnmap_.reset();
 }
 
 void Iconification::noteMapping(bool isMapped) {
-    // This map event belongs to an earlier request of ours; the user has not restored the window.
-    if (!isMapped) hasLeft_ = !isMapAwaited_;
+    // While a map event for an earlier request of KOVA is still to come, an unmap event is older than the last request.
+    if (!isMapped) wasUnmapped_ = !isMapAwaited_;
     if (isMapped) isMapAwaited_ = false;
 }
 
-Iconification::News Iconification::mappedByManager(bool isMapped) {
+Iconification::MappingChange Iconification::mappingChangedUnderManager(bool isMapped) {
     noteMapping(isMapped);
-    // A map event may result from an earlier request; the later request to leave still counts.
-    if (isMapped || !isAskedToLeave()) return News::none;
-    return stage_ == Stage::leavingToReturn ? News::returns : News::left;
+    // A map event may result from an earlier request; the later request to minimize still counts.
+    if (isMapped || !isMinimizeRequested()) return MappingChange::none;
+    return stage_ == Stage::minimizingThenRestoring ? MappingChange::restoreDue : MappingChange::minimized;
 }
 
-Iconification::News Iconification::mappedByServer(bool isMapped, std::uint32_t sequence) {
+Iconification::MappingChange Iconification::mappingChangedWithoutManager(bool isMapped, std::uint32_t sequence) {
     noteMapping(isMapped);
-    // Events from before our own unmap request are out of date.
+    // Events from before KOVA's own unmap request are out of date.
     const bool isOwn = ownUnmap_.has_value();
     const bool isLater = !isOwn || isAtOrAfter(sequence, *ownUnmap_);
     if (isLater) ownUnmap_.reset();
     if (isMapped) {
-        if (!isLater || stage_ != Stage::leaving) return News::none;
-        stage_ = Stage::atRest;
-        return News::cameBack;
+        if (!isLater || stage_ != Stage::minimizing) return MappingChange::none;
+        stage_ = Stage::idle;
+        return MappingChange::restored;
     }
-    return isOwn || isPutAway() ? News::none : News::withdrawn;
+    return isOwn || isUnmapRequested() ? MappingChange::none : MappingChange::withdrawn;
 }
 
-bool Iconification::mayStillLeave(Seconds now) const {
+bool Iconification::mayStillMinimize(Seconds now) const {
     constexpr Seconds kTimeToMinimize{5};
-    return isAskedToLeaveWithin(kTimeToMinimize, now);
+    return isMinimizeRequestedWithin(kTimeToMinimize, now);
 }
 
-bool Iconification::isBelievedBack(Seconds now) const {
-    constexpr Seconds kBenefitOfDoubt{0.05};
-    return isAskedBackWithin(kBenefitOfDoubt, now);
+bool Iconification::countsAsRestored(Seconds now) const {
+    constexpr Seconds kAssumedRestoreTime{0.05};
+    return isRestoreRequestedWithin(kAssumedRestoreTime, now);
 }
 
 } // namespace kova::x11

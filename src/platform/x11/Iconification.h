@@ -1,4 +1,4 @@
-// State machine of one window between shown and iconified: the last request, and the events since. A busy window
+// State machine for minimizing and restoring one window: the last request of KOVA, and the events since. A busy window
 // manager carries out requests late, so requests can overlap; the last one counts.
 #pragma once
 
@@ -12,75 +12,79 @@ namespace kova::x11 {
 class Iconification {
   public:
     enum class Stage {
-        atRest,          // nothing was requested
-        leaveDue,        // will be unmapped at the next flush; only without a window manager
-        leaving,         // iconification requested, perhaps done already
-        leavingToReturn, // as `leaving`, and restoring was requested before the iconification was seen; only under a
-                         // window manager
-        back, // restoring requested, perhaps done already
+        idle,                    // KOVA has requested nothing
+        unmapDue,                // to be unmapped at the next flush; only without a window manager
+        minimizing,              // minimizing was requested, and may be done by now
+        minimizingThenRestoring, // restoring was requested before an event showed it minimized; only under a manager
+        restoring,               // restoring was requested, and may be done by now
     };
-    /// What a map or unmap event means beyond the mapping itself.
-    enum class News {
+    /// What a map or unmap event means, beyond the fact that the window was mapped or unmapped.
+    enum class MappingChange {
         none,
-        left,      // as requested
-        returns,   // as requested, and restoring is requested now
-        cameBack,  // restored without a request
-        withdrawn, // by its own program: the window was closed
+        minimized,  // as requested
+        restoreDue, // minimized as requested; since restoring was requested meanwhile, the window must be mapped now
+        restored,   // although KOVA did not request that
+        withdrawn,  // unmapped by its own program, which closes the window
     };
 
     Stage stage() const { return stage_; }
 
-    // Requests; `now` in uptime
-    /// The window manager got the request to minimize it.
-    void leave(Seconds now);
-    /// The window will be unmapped at the next flush; `unmapSent` follows. False if that is due already.
-    bool leaveWithNextRequests(Seconds now);
-    bool isUnmapDue() const { return stage_ == Stage::leaveDue; }
+    // Requests; `now` is the uptime
+    /// A request to minimize the window was sent to the window manager.
+    void noteMinimizeRequest(Seconds now);
+    /// The window is to be unmapped at the next flush; then call `unmapSent`. False if that was scheduled already.
+    bool scheduleUnmap(Seconds now);
+    bool isUnmapDue() const { return stage_ == Stage::unmapDue; }
     void unmapSent(std::uint32_t request);
-    /// The window was already off the screen, and stays there.
-    void adoptAway() { stage_ = Stage::leaving; }
-    /// Restoring is requested while the iconification may not be done yet: the window is mapped once it is.
-    void returnOnceGone() { stage_ = Stage::leavingToReturn; }
-    /// The window was not iconified in time, so it need not be restored.
-    void stopReturning();
-    /// Restoring is requested. `isUnmapped`: the top level is not mapped, so an event will report when it is.
-    void comeBack(Seconds now, bool isUnmapped);
-    /// The window manager has changed or ended: requests to the former one have no effect any more.
+    /// The window was unmapped by a former agent, and stays unmapped.
+    void adoptUnmapped() { stage_ = Stage::minimizing; }
+    /// Restoring is requested while the window manager may not have minimized the window yet: the window is to be
+    /// mapped once it has been unmapped.
+    void restoreOnceMinimized() { stage_ = Stage::minimizingThenRestoring; }
+    /// The window need not be restored after it has been minimized.
+    void cancelRestore();
+    /// A request to restore the window was sent. `isUnmapped`: its top level is not mapped, so a map event will follow.
+    void noteRestoreRequest(Seconds now, bool isUnmapped);
+    /// The window manager has changed or ended: requests to the former window manager have no effect any more.
     void forgetRequests();
 
     // Events
-    /// Under a window manager.
-    News mappedByManager(bool isMapped);
-    /// Without one; `sequence` is the event's sequence number.
-    News mappedByServer(bool isMapped, std::uint32_t sequence);
+    /// Handles a map or unmap event under a window manager.
+    MappingChange mappingChangedUnderManager(bool isMapped);
+    /// Handles a map or unmap event without a window manager; `sequence`: the event's sequence number.
+    MappingChange mappingChangedWithoutManager(bool isMapped, std::uint32_t sequence);
 
-    /// Without a window manager: unmapped, or about to be, at our request.
-    bool isPutAway() const { return stage_ == Stage::leaveDue || stage_ == Stage::leaving; }
-    /// The last request to the window manager was to minimize it.
-    bool isAskedToLeave() const { return stage_ == Stage::leaving || stage_ == Stage::leavingToReturn; }
-    bool isAskedToLeaveWithin(Seconds duration, Seconds now) const {
-        return isAskedToLeave() && now - asked_ < duration;
+    /// Without a window manager: KOVA has unmapped the window, or will do so at the next flush.
+    bool isUnmapRequested() const { return stage_ == Stage::unmapDue || stage_ == Stage::minimizing; }
+    /// KOVA has requested to minimize the window, and may have requested to restore it after that.
+    bool isMinimizeRequested() const { return stage_ == Stage::minimizing || stage_ == Stage::minimizingThenRestoring; }
+    bool isMinimizeRequestedWithin(Seconds duration, Seconds now) const {
+        return isMinimizeRequested() && now - requestedAt_ < duration;
     }
-    /// False after some seconds: a window manager that has not minimized the window by then never will.
-    bool mayStillLeave(Seconds now) const;
-    bool isToReturnOnceGone(Seconds now) const { return stage_ == Stage::leavingToReturn && mayStillLeave(now); }
-    /// Restoring was requested; a state "minimized" that is read now may be older than that request.
-    bool mayComeBack() const { return stage_ == Stage::back; }
-    bool isAskedBackWithin(Seconds duration, Seconds now) const { return mayComeBack() && now - asked_ < duration; }
+    /// False some seconds after the request: a window manager that has not minimized the window by then never will.
+    bool mayStillMinimize(Seconds now) const;
+    bool isRestoreDueAfterMinimize(Seconds now) const {
+        return stage_ == Stage::minimizingThenRestoring && mayStillMinimize(now);
+    }
+    /// Restoring was requested, so a property that says "minimized" may be older than the request.
+    bool isRestoreRequested() const { return stage_ == Stage::restoring; }
+    bool isRestoreRequestedWithin(Seconds duration, Seconds now) const {
+        return isRestoreRequested() && now - requestedAt_ < duration;
+    }
     /// Restoring was requested so recently that the window counts as restored.
-    bool isBelievedBack(Seconds now) const;
-    /// The window was unmapped since the last request to iconify it; it may be mapped again.
-    bool hasLeft() const { return hasLeft_; }
-    /// Restoring was requested while the window was unmapped, and no event has reported it as mapped.
+    bool countsAsRestored(Seconds now) const;
+    /// The window was unmapped since the last request to minimize it; it may be mapped again.
+    bool wasUnmapped() const { return wasUnmapped_; }
+    /// Restoring was requested while the window was unmapped, and no map event has arrived since.
     bool isMapAwaited() const { return isMapAwaited_; }
 
   private:
     void noteMapping(bool isMapped);
 
-    Stage stage_ = Stage::atRest;
-    Seconds asked_{};                       // uptime of the request that led to the stage
-    std::optional<std::uint32_t> ownUnmap_; // sequence number of our unmap request, until its event arrives
-    bool hasLeft_ = false;
+    Stage stage_ = Stage::idle;
+    Seconds requestedAt_{};                 // uptime of the request that led to the stage
+    std::optional<std::uint32_t> ownUnmap_; // sequence number of KOVA's unmap request, until its event arrives
+    bool wasUnmapped_ = false;
     bool isMapAwaited_ = false;
 };
 

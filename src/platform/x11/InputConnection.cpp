@@ -5,22 +5,24 @@ namespace kova::x11 {
 InputConnection::InputConnection(std::unique_ptr<XConnection> connection, const WindowModel& model,
                                  const Calls& calls) :
     connection_(std::move(connection)),
-    activeWindow_(*connection_, asked_), keyboard_(*connection_, asked_, calls.tryAgain),
-    pointer_(*connection_, asked_, calls.readAgain), handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
+    activeWindow_(*connection_, pendingReplies_),
+    keyboard_(*connection_, pendingReplies_, calls.scheduleRecordingRetry),
+    pointer_(*connection_, pendingReplies_, calls.scheduleMotionEvents), handles_(*connection_, model, pendingReplies_),
+    scheduleRead_(calls.scheduleRead) {}
 
 void InputConnection::read() {
     // Polling for events also reads replies, and collecting replies or flushing also reads events. Repeat until both
     // are handled: the descriptor does not become readable for data that was already read.
-    takeEvents(xcb_poll_for_event);
+    handleEvents(xcb_poll_for_event);
     do {
         do {
             takeReplies();
-        } while (takeEvents(xcb_poll_for_queued_event));
+        } while (handleEvents(xcb_poll_for_queued_event));
     } while (send());
 }
 
-/// True when there were any.
-bool InputConnection::takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
+/// True if there were events.
+bool InputConnection::handleEvents(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     bool any = false;
     while (const XReply<xcb_generic_event_t> event{next(connection_->get())}) {
         if (!keyboard_.take(*event) && !handles_.take(*event) && !activeWindow_.take(*event)) pointer_.take(*event);
@@ -30,10 +32,10 @@ bool InputConnection::takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*)
 }
 
 void InputConnection::takeReplies() {
-    while (!asked_.empty() && asked_.front().collect(*connection_)) {
-        PendingReplies answered = std::move(asked_.front());
-        asked_.pop_front();
-        answered.take();
+    while (!pendingReplies_.empty() && pendingReplies_.front().collect(*connection_)) {
+        PendingReplies batch = std::move(pendingReplies_.front());
+        pendingReplies_.pop_front();
+        batch.take();
     }
 }
 
@@ -47,59 +49,59 @@ bool InputConnection::send() {
     return isAnyDue;
 }
 
-void InputConnection::sendAndReadSoon() {
-    if (send()) readSoon_();
+void InputConnection::sendAndScheduleRead() {
+    if (send()) scheduleRead_();
 }
 
 void InputConnection::followPointer(bool follows) {
     pointer_.follow(follows);
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
-void InputConnection::look() {
-    pointer_.look();
-    sendAndReadSoon();
+void InputConnection::resumeMotionEvents() {
+    pointer_.resumeMotionEvents();
+    sendAndScheduleRead();
 }
 
-void InputConnection::show(const std::vector<HandlePlace>& places) {
+void InputConnection::showHandles(const std::vector<HandlePlace>& places) {
     handles_.show(places);
-    readSoon_(); // requests are sent then, after those for the windows beside a divider
+    scheduleRead_(); // sends the requests, after the requests that place the windows beside a divider
 }
 
 void InputConnection::askActiveWindow() {
     activeWindow_.ask();
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
 void InputConnection::claimKeys(const std::vector<KeyCombination>& combinations) {
     keyboard_.claim(combinations);
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
 void InputConnection::listenToKeys(bool listens) {
     keyboard_.listen(listens);
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
 void InputConnection::recordKeys(bool records) {
     keyboard_.record(records);
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
 void InputConnection::tryRecording() {
     keyboard_.tryRecording();
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
-void InputConnection::tryHeldKeys() {
-    keyboard_.tryHeld();
-    sendAndReadSoon();
+void InputConnection::retryGrabs() {
+    keyboard_.retryGrabs();
+    sendAndScheduleRead();
 }
 
 void InputConnection::windowsChanged(bool haveMoved) {
     if (haveMoved) pointer_.noteMovement();
     handles_.keepInOrder();
-    sendAndReadSoon();
+    sendAndScheduleRead();
 }
 
 } // namespace kova::x11

@@ -1,6 +1,7 @@
 // The user's input: the pointer's button, the handles of dividers, keys, and the active window. Uses an X connection of
-// its own: reading from the desktop's connection is throttled while windows change continuously, and input events must
-// not be delayed by that. Main thread only; the caller holds the mutex of the `WindowModel`.
+// its own: reading from the desktop's connection is throttled while windows change continuously, and that must not
+// delay input events. Main thread only; the caller holds the mutex of the `WindowModel`. Only the constructor waits for
+// the server.
 #pragma once
 
 #include "platform/x11/X11ActiveWindowWatch.h"
@@ -17,13 +18,12 @@ namespace kova::x11 {
 
 class InputConnection {
   public:
-    /// Schedules calls on the main thread.
+    /// Schedule calls on the main thread.
     struct Calls {
-        std::function<void()> readAgain; // `look`, after a pause
-        std::function<void()> tryAgain;  // `tryRecording`, after a pause
-        std::function<void()> readSoon;  // `read`, after the work that is already queued
+        std::function<void()> scheduleMotionEvents;   // calls `resumeMotionEvents` after a pause
+        std::function<void()> scheduleRecordingRetry; // calls `tryRecording` after a pause
+        std::function<void()> scheduleRead;           // calls `read` after the work that is already queued
     };
-    /// Waits for the server; no other function does.
     InputConnection(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls);
 
     int descriptor() const { return xcb_get_file_descriptor(connection_->get()); }
@@ -34,44 +34,44 @@ class InputConnection {
     void followPointer(bool follows);
     bool isFollowingPointer() const { return pointer_.isFollowing(); }
     /// Selects motion events again after a pause.
-    void look();
-    void show(const std::vector<HandlePlace>& places);
+    void resumeMotionEvents();
+    void showHandles(const std::vector<HandlePlace>& places);
     bool hasMisplacedHandles() const { return handles_.isMisplaced(); }
     /// Call when the stacking order or frames may have changed.
     void windowsChanged(bool haveMoved);
 
     /// Queries which window is active; call after a change of the window manager.
     void askActiveWindow();
-    std::optional<xcb_window_t> takeActiveWindow() { return activeWindow_.takeNews(); }
+    std::optional<xcb_window_t> takeActiveWindow() { return activeWindow_.takeNewest(); }
 
     const Keyboard& keyboard() const { return keyboard_; }
-    /// Grabs these combinations, and releases all others.
+    /// Sets the combinations to grab while `listenToKeys` is on.
     void claimKeys(const std::vector<KeyCombination>& combinations);
-    /// Whether there are observers of the keys; combinations are grabbed only then.
+    /// Grabs the combinations and reports their presses, or releases the combinations.
     void listenToKeys(bool listens);
-    /// Whether the whole keyboard is grabbed, to record the next combination.
+    /// Grabs the whole keyboard to record a shortcut, or releases the keyboard.
     void recordKeys(bool records);
     void tryRecording();
     /// Tries again to grab the combinations that another program had grabbed.
-    void tryHeldKeys();
+    void retryGrabs();
 
-    std::vector<KeyNews> takeKeyNews() { return keyboard_.takeNews(); }
-    std::vector<PointerNews> takePointerNews() { return pointer_.takeNews(); }
-    std::vector<HandleNews> takeHandleNews() { return handles_.takeNews(); }
+    std::vector<KeyboardEvent> takeKeyboardEvents() { return keyboard_.takeEvents(); }
+    std::vector<RootPointerEvent> takePointerEvents() { return pointer_.takeEvents(); }
+    std::vector<RootHandleEvent> takeHandleEvents() { return handles_.takeEvents(); }
 
   private:
-    bool takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*));
+    bool handleEvents(xcb_generic_event_t* (*next)(xcb_connection_t*));
     void takeReplies();
     bool send();
-    void sendAndReadSoon();
+    void sendAndScheduleRead();
 
     std::unique_ptr<XConnection> connection_;
-    std::deque<PendingReplies> asked_;
+    std::deque<PendingReplies> pendingReplies_;
     ActiveWindowWatch activeWindow_;
     Keyboard keyboard_;
     PointerWatch pointer_;
     DividerHandleWindows handles_;
-    std::function<void()> readSoon_;
+    std::function<void()> scheduleRead_;
 };
 
 } // namespace kova::x11

@@ -8,7 +8,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// The class of our own windows: settings and launcher are not to be tiled, nor offered to be force quit.
+/// The class of KOVA's own windows: settings and launcher must not be tiled, and force quit must not list them.
 constexpr std::string_view kOwnInterface = "kova-ui";
 
 } // namespace
@@ -22,7 +22,7 @@ std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model) {
         const auto [place, isNew] = places.try_emplace(client->processIdentifier, found.size());
         if (isNew) found.push_back({.processIdentifier = client->processIdentifier, .traces = {}});
         ApplicationEvidence& evidence = found[place->second];
-        // A managed window names the application rather than a panel or palette.
+        // The class of a managed window is preferred to that of a panel or palette.
         const bool tellsMore = evidence.traces.className.empty() || (client->isManaged() && !evidence.isRegular);
         if (tellsMore) evidence.traces = {client->instanceName, client->className, client->applicationID};
         evidence.isRegular |= client->isManaged() && client->className != kOwnInterface;
@@ -32,7 +32,7 @@ std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model) {
 }
 
 KnownApplications::KnownApplications(ApplicationCatalogue& catalogue) :
-    catalogue_(catalogue), ownProcesses_(ownLine()) {}
+    catalogue_(catalogue), ownProcesses_(ownProcessAndAncestors()) {}
 
 std::optional<X11Application> KnownApplications::find(pid_t process) const {
     const MutexLock lock(mutex_);

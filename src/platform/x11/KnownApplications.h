@@ -14,17 +14,17 @@ namespace kova::x11 {
 struct X11Application {
     pid_t processIdentifier = 0;
     ApplicationIdentity identity;
-    bool isRegular = false; // has a window to manage, not only panels and the like
+    bool isRegular = false; // has a window that KOVA manages, not only panels and other special windows
     bool isPartOfDesktop = false;
     bool operator==(const X11Application&) const = default;
 };
 
-/// What the windows of one process say about their application.
+/// The information that the windows of one process give about their application.
 struct ApplicationEvidence {
     pid_t processIdentifier = 0;
     ApplicationTraces traces;
     bool isRegular = false;
-    bool drawsDesktop = false; // or a panel on it
+    bool drawsDesktop = false; // draws the desktop's background or a panel
 };
 
 /// In the order of their first windows.
@@ -34,14 +34,14 @@ class KnownApplications {
   public:
     explicit KnownApplications(ApplicationCatalogue& catalogue);
 
-    /// `take` must not call this object.
+    /// Calls `take` with each application, with the lock held: `take` must not call this object.
     template <class Taker>
     void forEach(const Taker& take) const KOVA_EXCLUDES(mutex_) {
         const MutexLock lock(mutex_);
         for (const X11Application& application : applications_) take(application);
     }
     std::optional<X11Application> find(pid_t process) const KOVA_EXCLUDES(mutex_);
-    /// Reads files of the system, so call it without a lock. One caller at a time.
+    /// Replaces the applications. Reads files of the system, so call it without a lock. One caller at a time.
     void identify(const std::vector<ApplicationEvidence>& evidence, const std::string& windowManager)
         KOVA_EXCLUDES(mutex_);
 

@@ -16,7 +16,7 @@ namespace kova::x11 {
 
 namespace {
 
-constexpr std::size_t kLongestLine = 64; // ancestors; more would be a cycle
+constexpr std::size_t kMostAncestors = 64; // more would be a cycle
 
 /// Names as the kernel truncates them.
 constexpr auto kDesktopPrograms = std::to_array<std::string_view>({
@@ -51,7 +51,7 @@ constexpr auto kDesktopPrograms = std::to_array<std::string_view>({
     "wbar",
     "fbpanel",
     "gnome-panel",
-    // what draws the desktop, file managers
+    // file managers and other programs that draw the desktop
     "xfdesktop",
     "pcmanfm",
     "pcmanfm-qt",
@@ -170,9 +170,9 @@ std::optional<std::string> startOf(pid_t process) {
     return machineStart + "/" + word;
 }
 
-std::vector<pid_t> ownLine() {
+std::vector<pid_t> ownProcessAndAncestors() {
     std::vector<pid_t> line{getpid()};
-    for (auto parent = getppid(); parent > 1 && line.size() < kLongestLine;) {
+    for (auto parent = getppid(); parent > 1 && line.size() < kMostAncestors;) {
         line.push_back(parent);
         parent = static_cast<pid_t>(statusNumber(parent, "PPid").value_or(0));
     }
@@ -181,7 +181,7 @@ std::vector<pid_t> ownLine() {
 
 std::optional<std::string> killProcess(pid_t process) {
     if (process <= 1 || process == getpid()) return "it is part of the system";
-    // The descriptor means this process even if the number is used again.
+    // The descriptor refers to this process even if another process gets the same number.
     const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
     if (handle < 0) return "there is no such process";
     const auto owner = statusNumber(process, "Uid");

@@ -1,4 +1,4 @@
-// Processes of this machine: which belong to the desktop itself, and killing one safely.
+// Processes of this machine: tells which belong to the desktop itself, and kills a process safely.
 #pragma once
 
 #include <sys/types.h>
@@ -11,18 +11,18 @@
 namespace kova::x11 {
 
 /// Whether the program of that name (as in /proc/PID/comm, cut after 15 bytes) is a panel, a window manager, a file
-/// manager, a session or another part of a known desktop. `windowManager` is the name of the one that runs.
+/// manager, a session or another part of a known desktop. `windowManager`: name of the running window manager.
 bool isDesktopProgram(std::string_view program, std::string_view windowManager);
 /// The name of the process's program; empty when there is no such process.
 std::string programOf(pid_t process);
-/// Identifies the process by its start time and the machine's start, so that no other process has the same text. Absent
-/// when there is no such process.
+/// A text from the start times of machine and process that no other process with this number has. Absent if there is no
+/// such process.
 std::optional<std::string> startOf(pid_t process);
-/// This process and its ancestors, with which it would end.
-std::vector<pid_t> ownLine();
+/// This process and its ancestors: it could end together with them.
+std::vector<pid_t> ownProcessAndAncestors();
 
-/// Kills the process with SIGKILL. Never init, a process group, this process, a process of another user, or a new
-/// process with the same number. Absent when it was signaled, otherwise the reason.
+/// Kills the process with SIGKILL, but never init, a process group, this process, a process of another user, or a new
+/// process with the same number. Returns the reason if the process was not signaled.
 [[nodiscard]] std::optional<std::string> killProcess(pid_t process);
 
 } // namespace kova::x11

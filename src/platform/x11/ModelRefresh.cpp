@@ -40,17 +40,17 @@ ModelRefresh::ModelRefresh(const XConnection& connection, const ClientProcesses&
     connection_(connection),
     processes_(processes), mutex_(mutex), model_(model) {}
 
-/// Sends, waits without the lock, and uses the replies with it.
+/// Sends the batch, waits without the lock, and uses the replies with the lock held.
 void ModelRefresh::ask() {
-    if (questions_.isEmpty()) return;
-    questions_.wait(connection_);
+    if (batch_.isEmpty()) return;
+    batch_.wait(connection_);
     if (connection_.isLost()) {
-        // The connection is lost; the windows still exist.
-        questions_ = {};
+        // Drops the null replies: the windows still exist.
+        batch_ = {};
         return;
     }
     const MutexLock lock(mutex_);
-    questions_.take();
+    batch_.take();
 }
 
 RefreshOutcome ModelRefresh::run(Seconds now) {
@@ -68,7 +68,8 @@ RefreshOutcome ModelRefresh::run(Seconds now) {
             askNewTopLevels();
             askClients();
         }
-        // The root names the window manager's own window, or that must be searched for first.
+        // Each step needs the replies of the step before: the root's properties, the window manager's own window if the
+        // root does not name it, and the properties of that window.
         constexpr int kStepsToManager = 3;
         for (int step = 0; step < kStepsToManager; ++step) ask();
         findTopLevels();
@@ -82,32 +83,31 @@ void ModelRefresh::askRoot() {
     const xcb_window_t root = connection_.root();
     if (std::exchange(model_.staleManager, false)) {
         const auto selectionOwner = std::make_shared<xcb_window_t>(kNoWindow);
-        questions_.add(xcb_get_selection_owner(connection_.get(), atoms[Atom::windowManagerSelection]),
-                       [selectionOwner](const void* reply) {
-                           const auto* answer = as<xcb_get_selection_owner_reply_t>(reply);
-                           if (answer) *selectionOwner = answer->owner;
-                       });
-        questions_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1),
-                       [this, selectionOwner](const void* reply) {
-                           mutex_.assertHeld();
-                           const xcb_window_t checkWindow = windowIn(reply);
-                           if (checkWindow != kNoWindow || *selectionOwner == kNoWindow) {
-                               askManager(checkWindow);
-                           } else {
-                               findManager(*selectionOwner);
-                           }
-                       });
+        batch_.add(xcb_get_selection_owner(connection_.get(), atoms[Atom::windowManagerSelection]),
+                   [selectionOwner](const void* reply) {
+                       const auto* answer = as<xcb_get_selection_owner_reply_t>(reply);
+                       if (answer) *selectionOwner = answer->owner;
+                   });
+        batch_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1),
+                   [this, selectionOwner](const void* reply) {
+                       mutex_.assertHeld();
+                       const xcb_window_t checkWindow = windowIn(reply);
+                       if (checkWindow != kNoWindow || *selectionOwner == kNoWindow) {
+                           askManager(checkWindow);
+                       } else {
+                           findManager(*selectionOwner);
+                       }
+                   });
     }
     if (std::exchange(model_.staleClientList, false) && model_.windowManager().isPresent) {
-        questions_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows),
-                       [this](const void* reply) {
-                           mutex_.assertHeld();
-                           model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW), now_);
-                           outcome_.ownersChanged = outcome_.panelsChanged = true;
-                       });
+        batch_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows), [this](const void* reply) {
+            mutex_.assertHeld();
+            model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW), now_);
+            outcome_.ownersChanged = outcome_.panelsChanged = true;
+        });
     }
     if (std::exchange(model_.staleDesktop, false)) {
-        questions_.add(connection_.askProperty(root, atoms[Atom::netCurrentDesktop], 1), [this](const void* reply) {
+        batch_.add(connection_.askProperty(root, atoms[Atom::netCurrentDesktop], 1), [this](const void* reply) {
             mutex_.assertHeld();
             const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
             model_.currentDesktop = numbers.empty() ? 0 : numbers[0];
@@ -115,7 +115,7 @@ void ModelRefresh::askRoot() {
         });
     }
     if (std::exchange(model_.staleWorkarea, false)) {
-        questions_.add(connection_.askProperty(root, atoms[Atom::netWorkarea], 256), [this](const void* reply) {
+        batch_.add(connection_.askProperty(root, atoms[Atom::netWorkarea], 256), [this](const void* reply) {
             mutex_.assertHeld();
             const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
             model_.workareas.clear();
@@ -130,93 +130,93 @@ void ModelRefresh::askRoot() {
     }
 }
 
-/// Metacity deletes the root's property when it ends, although its replacement has written it already. The replacement
-/// is then known by its own window, which names itself and is of the program that owns the window manager's selection.
+/// Metacity deletes the root's property when it ends, even if another window manager has replaced the property already.
+/// The new window manager is then found by its own window: the window's property names the window itself, and its
+/// program owns the selection of window managers.
 void ModelRefresh::findManager(xcb_window_t selectionOwner) {
     const std::uint32_t client = ~xcb_get_setup(connection_.get())->resource_id_mask;
     const auto found = std::make_shared<xcb_window_t>(kNoWindow);
     for (const xcb_window_t window : model_.stacking()) {
         if ((window & client) != (selectionOwner & client)) continue;
-        questions_.add(connection_.askProperty(window, connection_.atoms()[Atom::netSupportingWmCheck], 1),
-                       [window, found](const void* reply) {
-                           if (windowIn(reply) == window) *found = window;
-                       });
-    }
-    questions_.add(xcb_get_selection_owner(connection_.get(), connection_.atoms()[Atom::windowManagerSelection]),
-                   [this, found](const void*) {
-                       mutex_.assertHeld();
-                       askManager(*found);
+        batch_.add(connection_.askProperty(window, connection_.atoms()[Atom::netSupportingWmCheck], 1),
+                   [window, found](const void* reply) {
+                       if (windowIn(reply) == window) *found = window;
                    });
+    }
+    batch_.add(xcb_get_selection_owner(connection_.get(), connection_.atoms()[Atom::windowManagerSelection]),
+               [this, found](const void*) {
+                   mutex_.assertHeld();
+                   askManager(*found);
+               });
 }
 
-/// A window manager that has ended leaves its properties on the root. One is present only if its own window names
-/// itself as well.
+/// A window manager that has ended leaves its properties on the root. A window manager is present only if the window
+/// that the root names has the same property, which names the window itself.
 void ModelRefresh::askManager(xcb_window_t checkWindow) {
     const Atoms& atoms = connection_.atoms();
     const auto manager = std::make_shared<WindowManager>();
     manager->checkWindow = checkWindow;
-    questions_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
+    batch_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
         manager->publishesNoClientList =
             attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
     });
-    questions_.add(
-        connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1), [manager](const void* reply) {
-            manager->isPresent = manager->checkWindow != kNoWindow && windowIn(reply) == manager->checkWindow;
-        });
-    questions_.add(
-        connection_.askProperty(checkWindow, atoms[Atom::netWmName], 64),
-        [this, manager](const void* reply) { manager->name = textIn(propertyIn(reply), connection_.atoms()); });
+    batch_.add(connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1),
+               [manager](const void* reply) {
+                   manager->isPresent = manager->checkWindow != kNoWindow && windowIn(reply) == manager->checkWindow;
+               });
+    batch_.add(connection_.askProperty(checkWindow, atoms[Atom::netWmName], 64),
+               [this, manager](const void* reply) { manager->name = textIn(propertyIn(reply), connection_.atoms()); });
     const auto keepsList = std::make_shared<bool>(false);
-    questions_.add(connection_.askProperty(connection_.root(), atoms[Atom::netClientList], 0),
-                   [keepsList](const void* reply) {
-                       const auto* list = as<xcb_get_property_reply_t>(reply);
-                       *keepsList = list && list->type == XCB_ATOM_WINDOW;
-                   });
-    questions_.add(connection_.askProperty(connection_.root(), atoms[Atom::netSupported], 1024),
-                   [this, manager, keepsList](const void* reply) {
-                       mutex_.assertHeld();
-                       const auto supported = numbersIn(propertyIn(reply), XCB_ATOM_ATOM);
-                       const auto has = [&](Atom atom) {
-                           return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
-                       };
-                       // A window manager that ends may delete properties that its replacement has written already.
-                       const bool isList = supported.empty() ? *keepsList : has(Atom::netClientList);
-                       manager->isPresent = manager->isPresent && isList;
-                       manager->movesAndResizes = has(Atom::netMoveresizeWindow);
-                       manager->restacks = has(Atom::netRestackWindow);
-                       manager->announcesDecorations = has(Atom::netFrameExtents);
-                       manager->announcesHidden = has(Atom::netWmStateHidden);
-                       manager->publishesNoClientList = manager->publishesNoClientList && !manager->isPresent;
-                       WindowManager none;
-                       none.publishesNoClientList = manager->publishesNoClientList;
-                       model_.setWindowManager(manager->isPresent ? *manager : none, now_);
-                       outcome_.ownersChanged = outcome_.panelsChanged = true;
-                   });
+    batch_.add(connection_.askProperty(connection_.root(), atoms[Atom::netClientList], 0),
+               [keepsList](const void* reply) {
+                   const auto* list = as<xcb_get_property_reply_t>(reply);
+                   *keepsList = list && list->type == XCB_ATOM_WINDOW;
+               });
+    batch_.add(connection_.askProperty(connection_.root(), atoms[Atom::netSupported], 1024),
+               [this, manager, keepsList](const void* reply) {
+                   mutex_.assertHeld();
+                   const auto supported = numbersIn(propertyIn(reply), XCB_ATOM_ATOM);
+                   const auto has = [&](Atom atom) {
+                       return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
+                   };
+                   // A window manager that ends may delete properties that its replacement has written already.
+                   const bool isList = supported.empty() ? *keepsList : has(Atom::netClientList);
+                   manager->isPresent = manager->isPresent && isList;
+                   manager->movesAndResizes = has(Atom::netMoveresizeWindow);
+                   manager->restacks = has(Atom::netRestackWindow);
+                   manager->announcesDecorations = has(Atom::netFrameExtents);
+                   manager->announcesHidden = has(Atom::netWmStateHidden);
+                   manager->publishesNoClientList = manager->publishesNoClientList && !manager->isPresent;
+                   WindowManager none;
+                   none.publishesNoClientList = manager->publishesNoClientList;
+                   model_.setWindowManager(manager->isPresent ? *manager : none, now_);
+                   outcome_.ownersChanged = outcome_.panelsChanged = true;
+               });
 }
 
 void ModelRefresh::askTopLevel(xcb_window_t window) {
     const auto top = std::make_shared<TopLevel>();
     const auto cookie = xcb_get_geometry(connection_.get(), window);
-    questions_.add(cookie, [top](const void* reply) {
+    batch_.add(cookie, [top](const void* reply) {
         const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
         if (!geometry) return;
         top->border = geometry->border_width;
         top->rect = {geometry->x, geometry->y, geometry->width + 2 * top->border, geometry->height + 2 * top->border};
     });
-    const auto take = [this, window, top, asked = cookie.sequence](const void* reply) {
+    const auto take = [this, window, top, request = cookie.sequence](const void* reply) {
         mutex_.assertHeld();
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-        if (!attributes || top->rect.width == 0) return; // destroyed; the event will follow
+        if (!attributes || top->rect.width == 0) return; // the window was destroyed; the event will follow
         top->isMapped = attributes->map_state != XCB_MAP_STATE_UNMAPPED;
         top->isOverrideRedirect = attributes->override_redirect != 0;
-        model_.takeTopLevel(window, *top, asked);
+        model_.takeTopLevel(window, *top, request);
     };
-    questions_.add(xcb_get_window_attributes(connection_.get(), window), take);
+    batch_.add(xcb_get_window_attributes(connection_.get(), window), take);
 }
 
 void ModelRefresh::readTopLevels() {
-    questions_.add(xcb_query_tree(connection_.get(), connection_.root()), [this](const void* reply) {
+    batch_.add(xcb_query_tree(connection_.get(), connection_.root()), [this](const void* reply) {
         mutex_.assertHeld();
         const auto* tree = as<xcb_query_tree_reply_t>(reply);
         if (!tree) return;
@@ -241,16 +241,16 @@ void ModelRefresh::askClients() {
         if (!client || client->stale == 0) continue;
         const std::uint32_t bits = model_.takeStale(*client);
         if (bits & stale::events) {
-            // The window manager announces the focused window. Without one, focus events of the windows do, and events
-            // of the pointer, since the focus may follow it.
+            // A window manager announces the focused window. Without one KOVA needs focus events of the windows, and
+            // events of the pointer, since the focus may follow the pointer.
             constexpr std::uint32_t kFocus = XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_ENTER_WINDOW;
             const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | (isManaged ? 0U : kFocus);
             xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
             mayHaveMissedFocus = !isManaged;
-            questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
+            batch_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
                 mutex_.assertHeld();
                 const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-                if (!attributes) return model_.forget(window); // destroyed, although it is still listed
+                if (!attributes) return model_.forget(window); // the window was destroyed, although it is still listed
                 if (ClientWindow* known = model_.client(window))
                     known->isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
             });
@@ -260,14 +260,14 @@ void ModelRefresh::askClients() {
         if (bits & stale::topLevel) unplaced_.push_back(window);
         if (bits & (stale::frame | stale::topLevel)) unmeasured_.push_back(window);
     }
-    // It may have got the focus before its events were selected.
-    if (mayHaveMissedFocus) queryFocus(questions_, connection_, model_);
+    // A window may have got the focus before its events were selected.
+    if (mayHaveMissedFocus) queryFocus(batch_, connection_, model_);
 }
 
-/// Before the window's own property, which is compared with the reply.
+/// Call before `askProperties`: the window's own property is compared with this reply.
 void ModelRefresh::askProcess(xcb_window_t window) {
-    if (!processes_.canAnswer()) return;
-    questions_.add(processes_.ask(window), [this, window](const void* reply) {
+    if (!processes_.isAvailable()) return;
+    batch_.add(processes_.ask(window), [this, window](const void* reply) {
         mutex_.assertHeld();
         if (ClientWindow* known = model_.client(window))
             known->reportedProcess = ClientProcesses::processIn(as<xcb_res_query_client_ids_reply_t>(reply));
@@ -280,20 +280,21 @@ void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
     const auto& rules = model_.rules();
     for (std::uint32_t i = 0; i < rules.size(); ++i) {
         if (!(bits & rules[i].staleBit)) continue;
-        // The old name is only read for windows that have no new one.
+        // WM_NAME is only read for windows without _NET_WM_NAME.
         if (rules[i].property == XCB_ATOM_WM_NAME && known && known->netName) continue;
-        // The captures are small on purpose: there can be hundreds of these.
+        // The captures are small on purpose: there can be hundreds of these callbacks.
         const auto cookie = connection_.askProperty(window, rules[i].property, rules[i].lengthInWords);
-        questions_.add(cookie, [this, window, i, asked = cookie.sequence](const void* reply) {
+        batch_.add(cookie, [this, window, i, request = cookie.sequence](const void* reply) {
             mutex_.assertHeld();
-            takeProperty(window, model_.rules()[i], reply, asked);
+            takeProperty(window, model_.rules()[i], reply, request);
         });
     }
 }
 
-void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked) {
+void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply,
+                                std::uint32_t request) {
     ClientWindow* client = model_.client(window);
-    if (!client || !client->admits(rule.staleBit, asked)) return;
+    if (!client || !client->acceptReply(rule.staleBit, request)) return;
     const bool hadNetName = client->netName.has_value();
     rule.take(*client, propertyIn(reply), connection_.atoms());
     switch (rule.staleBit) {
@@ -308,11 +309,11 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
         break;
     case stale::state:
         // Some window managers iconify without unmapping the window.
-        if (model_.isMinimized(*client) && client->iconification.isToReturnOnceGone(now_))
+        if (model_.isMinimized(*client) && client->iconification.isRestoreDueAfterMinimize(now_))
             outcome_.returning.push_back(window);
         break;
     case stale::title:
-        // Changes of the old name were not followed while there was a new one.
+        // Changes of WM_NAME were not followed while _NET_WM_NAME existed.
         if (hadNetName && !client->netName) model_.markStale(*client, stale::title);
         break;
     default:
@@ -324,10 +325,10 @@ void ModelRefresh::settleOwner(ClientWindow& client) {
     if (const auto process = attributedProcess(evidenceOf(client))) return model_.setOwner(client, *process);
     // The windows of one connection have the same upper bits; ids have at most 29 bits.
     const std::uint32_t owner = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
-    model_.setOwner(client, static_cast<pid_t>((owner & (kFirstMadeUpProcess - 1)) | kFirstMadeUpProcess));
+    model_.setOwner(client, static_cast<pid_t>((owner & (kFirstInventedProcess - 1)) | kFirstInventedProcess));
 }
 
-/// Climbs from each client to the root's child that holds it, one level of all windows in each round trip.
+/// Climbs from each client to the root's child that contains it. Each round trip climbs one level for all clients.
 void ModelRefresh::findTopLevels() {
     struct Climb {
         xcb_window_t client;
@@ -338,7 +339,7 @@ void ModelRefresh::findTopLevels() {
     for (int depth = 0; depth < kDeepestFrame && !climbs.empty(); ++depth) {
         std::vector<Climb> higher;
         for (const Climb& climb : climbs) {
-            questions_.add(xcb_query_tree(connection_.get(), climb.at), [this, climb, &higher](const void* reply) {
+            batch_.add(xcb_query_tree(connection_.get(), climb.at), [this, climb, &higher](const void* reply) {
                 mutex_.assertHeld();
                 const auto* tree = as<xcb_query_tree_reply_t>(reply);
                 ClientWindow* client = model_.client(climb.client);
@@ -362,7 +363,7 @@ void ModelRefresh::measureFrames() {
             ClientWindow* client = model_.client(window);
             if (!client || client->topLevel == kNoWindow) continue;
             if (client->topLevel != window) {
-                askFrame(questions_, connection_, model_, *client);
+                askFrame(batch_, connection_, model_, *client);
                 continue;
             }
             // Without a window manager the announced decorations are out of date.

@@ -1,5 +1,6 @@
 // Updates the model from the server: requests exactly what was announced as changed, in as few round trips as the
-// dependencies between replies allow. It waits, so it runs on the polling queue (and once while the desktop is opened).
+// dependencies between replies allow. Waits for the server, so call it on the polling queue (and once while the desktop
+// is opened).
 //
 // No change is lost: stale bits are cleared before the requests are sent, the server answers in order, and events of a
 // window are selected before its properties are requested.
@@ -16,9 +17,9 @@
 namespace kova::x11 {
 
 struct RefreshOutcome {
-    bool ownersChanged = false;          // the set of windows, or their processes
-    bool panelsChanged = false;          // struts or the work area
-    std::vector<xcb_window_t> returning; // left as requested, and their return is requested by now
+    bool ownersChanged = false;          // the set of windows or their processes changed
+    bool panelsChanged = false;          // struts or the work area changed
+    std::vector<xcb_window_t> returning; // minimized as requested; restoring was requested meanwhile
 };
 
 class ModelRefresh {
@@ -26,9 +27,9 @@ class ModelRefresh {
     /// `mutex` guards the model and is held only while replies are used.
     ModelRefresh(const XConnection& connection, const ClientProcesses& processes, Mutex& mutex, WindowModel& model);
 
-    /// Sends nothing if nothing is stale. One caller at a time.
+    /// Reads everything that is stale. Sends nothing if nothing is stale. One caller at a time.
     RefreshOutcome run(Seconds now);
-    /// Reads all children of the root, their frames and order; before the first `run`.
+    /// Reads all children of the root, their frames and order; call before the first `run`.
     void readTopLevels();
 
   private:
@@ -39,7 +40,7 @@ class ModelRefresh {
     void askClients() KOVA_REQUIRES(mutex_);
     void askProcess(xcb_window_t window) KOVA_REQUIRES(mutex_);
     void askProperties(xcb_window_t window, std::uint32_t bits) KOVA_REQUIRES(mutex_);
-    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked)
+    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t request)
         KOVA_REQUIRES(mutex_);
     void findTopLevels() KOVA_EXCLUDES(mutex_);
     void measureFrames() KOVA_EXCLUDES(mutex_);
@@ -51,7 +52,7 @@ class ModelRefresh {
     const ClientProcesses& processes_;
     Mutex& mutex_;
     WindowModel& model_ KOVA_GUARDED_BY(mutex_);
-    PendingReplies questions_;
+    PendingReplies batch_;
     RefreshOutcome outcome_;
     Seconds now_{};
     std::vector<xcb_window_t> unplaced_;   // clients whose top level must be found

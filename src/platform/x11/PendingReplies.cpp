@@ -7,32 +7,32 @@
 namespace kova::x11 {
 
 void PendingReplies::wait(const XConnection& connection) {
-    for (; collected_ < asked_.size(); ++collected_) {
+    for (; collected_ < requests_.size(); ++collected_) {
         xcb_generic_error_t* error = nullptr;
-        asked_[collected_].reply.reset(xcb_wait_for_reply(connection.get(), asked_[collected_].sequence, &error));
+        requests_[collected_].reply.reset(xcb_wait_for_reply(connection.get(), requests_[collected_].sequence, &error));
         std::free(error);
     }
 }
 
 bool PendingReplies::collect(const XConnection& connection) {
-    for (; collected_ < asked_.size(); ++collected_) {
+    for (; collected_ < requests_.size(); ++collected_) {
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
-        if (!xcb_poll_for_reply(connection.get(), asked_[collected_].sequence, &reply, &error)) return false;
-        asked_[collected_].reply.reset(reply);
+        if (!xcb_poll_for_reply(connection.get(), requests_[collected_].sequence, &reply, &error)) return false;
+        requests_[collected_].reply.reset(reply);
         std::free(error);
     }
     return true;
 }
 
 void PendingReplies::take() {
-    auto asked = std::exchange(asked_, {});
+    auto requests = std::exchange(requests_, {});
     collected_ = 0;
-    for (const Asked& question : asked) question.taker(question.reply.get());
-    if (!asked_.empty()) return;
-    // Keeps the memory: the next batch is likely to be as large.
-    asked.clear();
-    asked_ = std::move(asked);
+    for (const Request& request : requests) request.handler(request.reply.get());
+    if (!requests_.empty()) return;
+    // Keeps the memory: the next batch will probably be as large.
+    requests.clear();
+    requests_ = std::move(requests);
 }
 
 } // namespace kova::x11

@@ -1,6 +1,6 @@
-// A batch of requests with replies: all are sent before the first reply is awaited, and the replies are used in the
-// order of the requests. A thread that may wait calls `wait`; the main thread calls `collect` whenever the connection
-// was readable.
+// A batch of requests with replies. All requests are sent before the first reply is awaited, and the replies are
+// handled in the order of the requests. A thread that may wait calls `wait`; the main thread calls `collect` whenever
+// the connection was readable. When all replies have arrived, call `take`.
 #pragma once
 
 #include "platform/x11/XConnection.h"
@@ -13,30 +13,30 @@ namespace kova::x11 {
 
 class PendingReplies {
   public:
-    /// Gets null if the request failed, for example because its window was destroyed. The reply is valid during the
-    /// call only.
-    using Taker = std::function<void(const void* reply)>;
+    /// `reply` is null if the request failed, for example because its window was destroyed. It is valid during the call
+    /// only.
+    using Handler = std::function<void(const void* reply)>;
 
     template <class Cookie>
-    void add(Cookie cookie, Taker taker) {
-        asked_.push_back({cookie.sequence, std::move(taker), nullptr});
+    void add(Cookie cookie, Handler handler) {
+        requests_.push_back({cookie.sequence, std::move(handler), nullptr});
     }
-    bool isEmpty() const { return asked_.empty(); }
+    bool isEmpty() const { return requests_.empty(); }
 
-    /// Sends what is buffered and waits for all replies. Never on the main thread once the desktop is open.
+    /// Sends the buffered requests and waits for all replies. Never call on the main thread once the desktop is open.
     void wait(const XConnection& connection);
-    /// Fetches the replies that have arrived; true when all have. Never waits.
+    /// Fetches the replies that have arrived; true once all have arrived. Never waits.
     bool collect(const XConnection& connection);
-    /// Passes all replies to their takers, once all have arrived; the batch is empty afterwards.
+    /// Passes all replies to their handlers. Afterwards the batch contains only requests that the handlers added.
     void take();
 
   private:
-    struct Asked {
+    struct Request {
         unsigned int sequence;
-        Taker taker;
+        Handler handler;
         XReply<void> reply;
     };
-    std::vector<Asked> asked_;
+    std::vector<Request> requests_;
     std::size_t collected_ = 0;
 };
 

@@ -1,7 +1,6 @@
-// Converts between the pixels of the X server and the points of the platform interfaces; the only place that does. X11
-// has one pixel space, so there is one scale for all displays. Converting pixels to points and back gives the same
-// pixels. Edges between two pixels are rounded, so converting points to pixels and back moves an edge by half a pixel
-// at most.
+// Converts between the pixels of the X server and the points of the platform interfaces; no other code does that. X11
+// has one pixel space, so all displays have the same scale. Converting pixels to points and back gives the same pixels.
+// Converting points to pixels and back moves an edge by half a pixel at most, since edges are rounded to whole pixels.
 #pragma once
 
 #include "platform/x11/XGeometry.h"
@@ -12,8 +11,8 @@ namespace kova::x11 {
 class PointSpace {
   public:
     PointSpace() = default;
-    /// `scale`: pixels to a point, at least 1. `firstDisplay`: root coordinates; screen space begins at its bottom left
-    /// corner, window-service space at its top left one.
+    /// `scale`: pixels per point, at least 1. `firstDisplay` is in root coordinates; its bottom left corner is the
+    /// origin of screen space, and its top left corner is the origin of window-service space.
     PointSpace(double scale, const PixelRect& firstDisplay) : scale_(scale), firstDisplay_(firstDisplay) {}
 
     double scale() const { return scale_; }
@@ -24,11 +23,11 @@ class PointSpace {
     WindowSizeHints points(const WindowSizeHints& inPixels) const;
     int pixels(double points) const;
 
-    /// Window-service space from root coordinates, and back.
+    /// Convert root coordinates to window-service space, and back.
     CGRect points(const PixelRect& onRoot) const;
     PixelRect pixels(const CGRect& frameForWindowService) const;
 
-    /// Screen space from root coordinates, and back.
+    /// Convert root coordinates to screen space, and back.
     CGPoint pointOnScreen(int x, int y) const;
     CGRect pointsOnScreen(const PixelRect& onRoot) const;
     PixelRect pixelsFromScreen(const CGRect& frameOnScreen) const;

@@ -8,9 +8,9 @@ namespace kova::x11 {
 namespace {
 
 /// A request that was not confirmed for this long may be sent again.
-constexpr Seconds kTimeToAnswer{0.15};
-/// How often the same frame is requested from a window that takes another one.
-constexpr int kMostRepeats = 4;
+constexpr Seconds kTimeToConfirm{0.15};
+/// How often the same frame is requested again from a window that keeps another frame.
+constexpr int kMostRefusals = 4;
 
 // Words of EWMH messages
 constexpr std::uint32_t kFromPager = 2;
@@ -24,8 +24,8 @@ std::uint32_t word(int value) {
     return static_cast<std::uint32_t>(value);
 }
 
-/// The part of the decorations before the gravity's reference point along one axis; `part`: 0 near edge, 1 middle, 2
-/// far edge.
+/// How much of the decorations lies before the gravity's reference point along one axis; `part`: the reference point is
+/// 0 at the near edge, 1 in the middle, 2 at the far edge.
 int decorationBefore(int part, int near, int far) {
     return part == 0 ? 0 : part == 1 ? (near + far) / 2 : near + far;
 }
@@ -55,19 +55,19 @@ void RequestQueue::place(ClientWindow& client, const PixelRect& outer, Seconds n
     const bool unmaximizes = client.isMaximized && model_.windowManager().isPresent;
     if (!unmaximizes) {
         if (model_.outerFrame(client) == outer) {
-            // It has the requested frame, so later requests count anew.
-            client.repeats = 0;
-            client.lastAnswer.reset();
+            // The window has the requested frame, so its earlier refusals do not count.
+            client.refusals = 0;
+            client.frameAtLastRequest.reset();
         }
-        if (model_.expectedFrame(client, now, kTimeToAnswer) == outer) return;
-        // The window took another frame each time: further requests have no effect.
-        const bool repeats = client.lastRequest == outer && client.lastAnswer == model_.outerFrame(client);
-        client.repeats = repeats ? client.repeats + 1 : 0;
-        if (client.repeats >= kMostRepeats) return;
+        if (model_.expectedFrame(client, now, kTimeToConfirm) == outer) return;
+        // A window that kept another frame each time would refuse further requests as well.
+        const bool repeats = client.lastRequest == outer && client.frameAtLastRequest == model_.outerFrame(client);
+        client.refusals = repeats ? client.refusals + 1 : 0;
+        if (client.refusals >= kMostRefusals) return;
     }
     client.isMaximized = false;
     client.lastRequest = outer;
-    client.lastAnswer = model_.outerFrame(client);
+    client.frameAtLastRequest = model_.outerFrame(client);
     client.pending = PendingFrame{outer, now, std::nullopt};
     client.placedAt = now;
     WindowRequest& request = requestFor(client.window);
@@ -108,7 +108,7 @@ void RequestQueue::activate(const ClientWindow& client) {
 
 void RequestQueue::activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow) {
     if (activation_ && activation_->processIdentifier == processIdentifier) return;
-    // X11 does not activate applications, only windows: the one of the process that was raised last.
+    // X11 activates windows, not applications, so this activates the window of the process that was raised last.
     for (auto request = pending_.rbegin(); request != pending_.rend(); ++request) {
         const ClientWindow* raised = model_.client(request->window);
         if (request->raise && raised && raised->processIdentifier == processIdentifier) return activate(*raised);

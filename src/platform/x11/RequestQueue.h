@@ -1,5 +1,5 @@
-// Requests for windows, collected during an operation and sent together: one request for a window's position, size and
-// order, however often each was set, and one activation, since only the last one would have an effect.
+// Collects requests for windows during an operation and sends them together: one request for each window with its last
+// position, size and stacking order, and one activation, since only the last activation would have an effect.
 #pragma once
 
 #include "platform/x11/WindowModel.h"
@@ -13,20 +13,22 @@ class RequestQueue {
   public:
     RequestQueue(const XConnection& connection, WindowModel& model) : connection_(connection), model_(model) {}
 
-    /// Requests `outer` (root coordinates) as the window's visible outer edge. Nothing for a full-screen window, or one
-    /// that has or will have that edge already.
+    /// Requests `outer` (root coordinates) as the window's visible outer edge. No-op if the window is full screen, or
+    /// has that edge already, or the same request is pending.
     void place(ClientWindow& client, const PixelRect& outer, Seconds now);
     void raise(const ClientWindow& client);
     void maximize(ClientWindow& client);
-    /// Focuses the window, or the one of its process that was requested or raised before.
+    /// Requests the focus for the window.
     void activate(const ClientWindow& client);
+    /// Keeps a request for a window of the process, else requests the focus for the window of the process that was
+    /// raised last, else for `mainWindow` (null: none).
     void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
 
-    /// The window that will be focused; absent when none was requested.
-    std::optional<xcb_window_t> activated() const {
+    /// The window that `send` will focus; absent if none was requested.
+    std::optional<xcb_window_t> windowToActivate() const {
         return activation_ ? std::optional(activation_->window) : std::nullopt;
     }
-    /// Sends an activation at once, beside the collected one, to restore a window.
+    /// Sends an activation at once, in addition to the collected one, to restore a window.
     void sendActivation(const ClientWindow& client);
 
     bool isEmpty() const { return pending_.empty() && !activation_; }

@@ -6,7 +6,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// Limit, far above what desktops write.
+/// A limit far above the length of the settings that desktops write.
 constexpr std::uint32_t kMostSettingWords = 65536;
 
 PropertyView settingsIn(const void* reply) {

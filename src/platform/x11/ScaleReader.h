@@ -1,5 +1,5 @@
 // Requests the settings of the desktop's scale, without waiting: the X resources on the root window, and the settings
-// of the XSETTINGS manager if there is one. Guarded like the model.
+// of the XSETTINGS manager if there is one. Call with the model's mutex held.
 #pragma once
 
 #include "platform/x11/ScaleSettings.h"
@@ -11,7 +11,8 @@ namespace kova::x11 {
 
 class ScaleReader {
   public:
-    /// Waits for the server. The connection must select property and structure events of the root window.
+    /// The constructor waits for the server. The connection must select property and structure events of the root
+    /// window.
     explicit ScaleReader(const XConnection& connection);
 
     /// Whether the event may announce other settings; then call `begin`.
@@ -24,7 +25,7 @@ class ScaleReader {
     /// Whether requests were buffered since the last call.
     bool hasUnsent() { return reading_.hasUnsent(); }
     void wait();
-    /// Pixels to a point.
+    /// In pixels per point.
     double scale() const { return scale_; }
 
   private:

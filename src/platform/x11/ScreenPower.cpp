@@ -7,10 +7,10 @@
 
 namespace kova::x11 {
 
-std::optional<Seconds> pauseBeforeLook(const ScreenPowerState& state) {
-    // A program may switch the screens on without ending the screen saver, while the user waits.
+std::optional<Seconds> pauseBeforeNextQuery(const ScreenPowerState& state) {
+    // A program may switch the screens on without ending the screen saver; the user notices a delay then.
     constexpr Seconds kWhileOff{1.0};
-    // The screens may go off some time after the screen saver began; a late reaction is harmless then.
+    // The screens may go off some time after the screen saver began; a late reaction to that is harmless.
     constexpr Seconds kWhileSaved{5.0};
     if (state.areScreensOff) return kWhileOff;
     if (state.isSaverActive) return kWhileSaved;
@@ -28,18 +28,17 @@ ScreenPower::ScreenPower(const XConnection& connection) : connection_(connection
     saverEvent_ = saver->first_event;
 }
 
-void ScreenPower::ask(PendingReplies& questions, std::function<void()> known) {
+void ScreenPower::ask(PendingReplies& batch, std::function<void()> known) {
     xcb_connection_t* c = connection_.get();
-    questions.add(xcb_dpms_info(c), [this](const void* reply) {
+    batch.add(xcb_dpms_info(c), [this](const void* reply) {
         const auto* info = static_cast<const xcb_dpms_info_reply_t*>(reply);
         state_.areScreensOff = info && info->state && info->power_level != XCB_DPMS_DPMS_MODE_ON;
     });
-    questions.add(xcb_screensaver_query_info(c, connection_.root()),
-                  [this, known = std::move(known)](const void* reply) {
-                      const auto* info = static_cast<const xcb_screensaver_query_info_reply_t*>(reply);
-                      state_.isSaverActive = info && info->state == XCB_SCREENSAVER_STATE_ON;
-                      known();
-                  });
+    batch.add(xcb_screensaver_query_info(c, connection_.root()), [this, known = std::move(known)](const void* reply) {
+        const auto* info = static_cast<const xcb_screensaver_query_info_reply_t*>(reply);
+        state_.isSaverActive = info && info->state == XCB_SCREENSAVER_STATE_ON;
+        known();
+    });
 }
 
 } // namespace kova::x11

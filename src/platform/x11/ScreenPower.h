@@ -1,7 +1,7 @@
 // Whether the server has switched the screens off to save power (DPMS). The server sends no events for that, and
-// regular queries would wake an idle machine. But its screen saver begins when the screens go off and ends at the next
-// input, with events; then the power state is queried. A timer queries again only while the power state can change
-// without such an event. Guarded like the model.
+// regular queries would wake an idle machine. But it sends events when its screen saver begins, which happens when the
+// screens go off, and when the screen saver ends, at the next input; at these events the power state is queried. A
+// timer queries again only while the power state can change without such an event. Call with the model's mutex held.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -12,19 +12,19 @@
 
 namespace kova::x11 {
 
-/// The last reply of the server; at first, screens on.
+/// The state by the server's last reply; before the first reply, the screens count as on.
 struct ScreenPowerState {
     bool areScreensOff = false;
     bool isSaverActive = false;
     bool operator==(const ScreenPowerState&) const = default;
 };
 
-/// The time until the next query without an event; absent for none.
-std::optional<Seconds> pauseBeforeLook(const ScreenPowerState& state);
+/// How long to wait before the state is queried without an event; absent if only an event requires a query.
+std::optional<Seconds> pauseBeforeNextQuery(const ScreenPowerState& state);
 
 class ScreenPower {
   public:
-    /// Waits for the server's capabilities and selects events of its screen saver.
+    /// Selects events of the server's screen saver. The constructor waits for the server, to learn its capabilities.
     explicit ScreenPower(const XConnection& connection);
 
     /// False if the server cannot switch screens off; then it is never queried.
@@ -33,8 +33,8 @@ class ScreenPower {
     bool isHint(const xcb_generic_event_t& event) const {
         return saverEvent_ && (event.response_type & 0x7F) == *saverEvent_;
     }
-    /// Queries the state; calls back once it is known.
-    void ask(PendingReplies& questions, std::function<void()> known);
+    /// Adds the queries to the batch; calls `known` once the state is known.
+    void ask(PendingReplies& batch, std::function<void()> known);
     const ScreenPowerState& state() const { return state_; }
 
   private:

@@ -7,8 +7,8 @@ Subscription ScreenPowerNotices::observe(std::function<void(SystemActivityEvent)
     return observers_.add(std::move(observer));
 }
 
-void ScreenPowerNotices::ask(PendingReplies& questions) {
-    power_.ask(questions, [this] { follow(); });
+void ScreenPowerNotices::ask(PendingReplies& batch) {
+    power_.ask(batch, [this] { follow(); });
 }
 
 /// Observers are notified later, without the lock, since they may read and write windows.
@@ -18,8 +18,9 @@ void ScreenPowerNotices::follow() {
         const auto event = areOff ? SystemActivityEvent::screensDidSleep : SystemActivityEvent::screensDidWake;
         queue_.post(lifetime_.guard([this, event] { observers_.notify(event); }));
     }
-    if (look_) std::exchange(look_, nullptr)->cancel();
-    if (const auto pause = pauseBeforeLook(power_.state())) look_ = queue_.after(*pause, lifetime_.guard(askAgain_));
+    if (nextQuery_) std::exchange(nextQuery_, nullptr)->cancel();
+    if (const auto pause = pauseBeforeNextQuery(power_.state()))
+        nextQuery_ = queue_.after(*pause, lifetime_.guard(askAgain_));
 }
 
 } // namespace kova::x11

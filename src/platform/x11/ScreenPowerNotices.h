@@ -1,4 +1,4 @@
-// Notifies observers when the screens go off and on. Main thread, guarded like the model.
+// Notifies observers when the screens go off and on. Main thread, with the model's mutex held.
 #pragma once
 
 #include "platform/x11/ScreenPower.h"
@@ -14,7 +14,7 @@ namespace kova::x11 {
 
 class ScreenPowerNotices {
   public:
-    /// `askAgain` is called without the lock when a timer requires a query. Waits for the server.
+    /// `askAgain` is called without the mutex when a timer requires a query. The constructor waits for the server.
     ScreenPowerNotices(const XConnection& connection, MainQueue& queue, std::function<void()> askAgain) :
         queue_(queue), askAgain_(std::move(askAgain)), power_(connection) {}
 
@@ -22,10 +22,10 @@ class ScreenPowerNotices {
     bool isKnown() const { return power_.isKnown(); }
     /// Whether the event is a reason to query.
     bool isHint(const xcb_generic_event_t& event) const { return power_.isHint(event); }
-    /// If the screens are off, a new observer is notified as well, after the next query.
+    /// If the screens are off already, the new observer is notified of that after the next query.
     Subscription observe(std::function<void(SystemActivityEvent)> observer);
     bool isObserved() const { return power_.isKnown() && observers_.hasAny(); }
-    void ask(PendingReplies& questions);
+    void ask(PendingReplies& batch);
 
   private:
     void follow();
@@ -35,7 +35,7 @@ class ScreenPowerNotices {
     ScreenPower power_;
     Observers<SystemActivityEvent> observers_;
     bool wereScreensOff_ = false; // as last reported to observers
-    std::shared_ptr<ScheduledWork> look_;
+    std::shared_ptr<ScheduledWork> nextQuery_;
     Lifetime lifetime_;
 };
 

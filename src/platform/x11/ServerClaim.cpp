@@ -18,7 +18,7 @@ std::optional<OtherAgent> claimServer(const XConnection& connection, const Clien
     xcb_flush(c);
     if (owner == kNoWindow) return std::nullopt;
     OtherAgent other;
-    if (processes.canAnswer()) {
+    if (processes.isAvailable()) {
         const XReply<xcb_res_query_client_ids_reply_t> reply(
             xcb_res_query_client_ids_reply(c, processes.ask(owner), nullptr));
         other.process = ClientProcesses::processIn(reply.get());

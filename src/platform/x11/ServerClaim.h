@@ -1,5 +1,5 @@
-// One agent manages an X server. The claim is a selection that the agent owns while it is connected; the server
-// releases it however the agent ends.
+// Only one agent may manage an X server. The agent claims the server by owning a selection while it is connected; the
+// server releases the selection when the agent ends, even if the agent is killed.
 #pragma once
 
 #include "platform/x11/ClientProcesses.h"
@@ -12,7 +12,7 @@ struct OtherAgent {
     std::optional<pid_t> process; // absent if the server does not know it
 };
 
-/// Claims the server; waits for it. Returns the agent that owns the claim already, or absent on success.
+/// Claims the server and waits for its reply. Returns the agent that has claimed it already; absent on success.
 std::optional<OtherAgent> claimServer(const XConnection& connection, const ClientProcesses& processes);
 
 } // namespace kova::x11

@@ -1,5 +1,6 @@
-// Reads something from the server in steps, without waiting: the replies of one step add the requests of the next. A
-// reading that is begun again meanwhile starts over at its end. Main thread, guarded like the model.
+// Reads from the server in steps, without waiting: the replies of one step add the requests of the next step. If
+// `begin` is called during a reading, the reading starts over once it is complete. Main thread, with the model's mutex
+// held.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -21,7 +22,7 @@ class SteppedReading {
         hasUnsent_ = true;
         addFirst_(replies_);
     }
-    /// Uses the replies that have arrived; true when the last step has just been completed.
+    /// Uses the replies that have arrived; true if that has completed the last step.
     bool advance() {
         if (!isUnderWay() || !replies_.collect(connection_)) return false;
         replies_.take();
@@ -38,7 +39,7 @@ class SteppedReading {
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     /// Sends and waits for the replies of one step; `advance` uses them.
     void waitForStep() { replies_.wait(connection_); }
-    /// For the requests of later steps.
+    /// Add the requests of the next step here.
     PendingReplies& replies() { return replies_; }
 
   private:

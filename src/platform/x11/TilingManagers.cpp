@@ -8,7 +8,8 @@ namespace kova::x11 {
 
 namespace {
 
-/// "wlroots wm" is the name of wlroots compositors for X11 programs; the common ones are tiling.
+/// "wlroots wm" is the name that X11 programs see for all wlroots compositors; the common ones place windows
+/// themselves.
 constexpr std::array<std::string_view, 14> kNames = {
     "awesome", "bspwm", "dwm",       "herbstluftwm", "hyprland", "i3",         "leftwm",
     "notion",  "qtile", "ratpoison", "spectrwm",     "stumpwm",  "wlroots wm", "xmonad",

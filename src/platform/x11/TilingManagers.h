@@ -5,7 +5,7 @@
 
 namespace kova::x11 {
 
-/// By the window manager's name (_NET_WM_NAME), without regard to case.
+/// `name`: the window manager's name (_NET_WM_NAME), in any case.
 bool isTilingManager(std::string_view name);
 
 } // namespace kova::x11

@@ -4,11 +4,11 @@ namespace kova::x11 {
 
 namespace {
 
-/// How often motion is handled while the button is down.
-constexpr Seconds kLookInterval{1.0 / 60};
+/// The time between two queries of the pointer while the button is down.
+constexpr Seconds kMotionInterval{1.0 / 60};
 constexpr Seconds kRecordingPause{0.05};
-/// The shortest times between two tries to grab combinations that other programs hold: on request, and after a window
-/// opened or closed.
+/// The shortest times between two tries to grab combinations that other programs have grabbed: on request, and after
+/// windows changed.
 constexpr Seconds kPauseBetweenRequests{1}, kPauseBetweenChanges{10};
 
 /// An object that a subscription owns, and the function that is called when the subscription ends.
@@ -35,10 +35,11 @@ void UserInput::open(const std::string& displayName) {
     auto* opened = std::get_if<std::unique_ptr<XConnection>>(&connected);
     if (!opened) return;
     const MutexLock lock(mutex_);
-    input_ = std::make_unique<InputConnection>(std::move(*opened), model_,
-                                               InputConnection::Calls{.readAgain = [this] { readPointerAgain(); },
-                                                                      .tryAgain = [this] { tryRecordingAgain(); },
-                                                                      .readSoon = [this] { readSoon(); }});
+    input_ = std::make_unique<InputConnection>(
+        std::move(*opened), model_,
+        InputConnection::Calls{.scheduleMotionEvents = [this] { scheduleMotionEvents(); },
+                               .scheduleRecordingRetry = [this] { scheduleRecordingRetry(); },
+                               .scheduleRead = [this] { scheduleRead(); }});
 }
 
 void UserInput::listen(const DescriptorWatch& watch) {
@@ -56,12 +57,12 @@ void UserInput::read() {
         input_->read();
         hasEnded = input_->isLost();
     }
-    tell();
+    postEvents();
     calls_.hasRead();
     if (hasEnded) watching_.reset();
 }
 
-void UserInput::readSoon() {
+void UserInput::scheduleRead() {
     if (std::exchange(isReadDue_, true)) return;
     queue_.post(lifetime_.guard([this] {
         isReadDue_ = false;
@@ -69,21 +70,21 @@ void UserInput::readSoon() {
     }));
 }
 
-/// Posted, since observers may read and write windows.
-void UserInput::tell() {
+/// Events are posted, not reported at once, since observers may read and write windows, which needs the lock.
+void UserInput::postEvents() {
     const MutexLock lock(mutex_);
     if (const auto active = input_->takeActiveWindow()) calls_.activeWindow(*active);
     const PointSpace& space = displays_.space();
-    for (const PointerNews& news : input_->takePointerNews()) {
-        const PointerEvent event{news.kind, space.pointOnScreen(news.x, news.y), news.isShiftDown};
+    for (const RootPointerEvent& onRoot : input_->takePointerEvents()) {
+        const PointerEvent event{onRoot.kind, space.pointOnScreen(onRoot.x, onRoot.y), onRoot.isShiftDown};
         queue_.post(lifetime_.guard([this, event] { pointerObservers_.notify(event); }));
     }
-    for (const HandleNews& news : input_->takeHandleNews()) {
-        const DividerHandleEvent event{news.kind, news.id, space.pointOnScreen(news.x, news.y)};
+    for (const RootHandleEvent& onRoot : input_->takeHandleEvents()) {
+        const DividerHandleEvent event{onRoot.kind, onRoot.id, space.pointOnScreen(onRoot.x, onRoot.y)};
         queue_.post(lifetime_.guard([this, event] { handleObservers_.notify(event); }));
     }
-    for (KeyNews& news : input_->takeKeyNews()) {
-        queue_.post(lifetime_.guard([this, news = std::move(news)] { report(news); }));
+    for (KeyboardEvent& event : input_->takeKeyboardEvents()) {
+        queue_.post(lifetime_.guard([this, event = std::move(event)] { report(event); }));
     }
     if (input_->isFollowingPointer() && !pointerObservers_.hasAny()) input_->followPointer(false);
 }
@@ -105,10 +106,10 @@ Subscription UserInput::observePointer(std::function<void(const PointerEvent&)> 
     return subscription;
 }
 
-void UserInput::readPointerAgain() {
-    queue_.after(kLookInterval, lifetime_.guard([this] {
+void UserInput::scheduleMotionEvents() {
+    queue_.after(kMotionInterval, lifetime_.guard([this] {
         const MutexLock lock(mutex_);
-        input_->look();
+        input_->resumeMotionEvents();
     }));
 }
 
@@ -128,7 +129,7 @@ void UserInput::placeHandles() {
     for (const DividerHandle& handle : handles_) {
         places.push_back(placeOfHandle(handle.id, handle.frame, handle.axis, displays_.space()));
     }
-    input_->show(places);
+    input_->showHandles(places);
 }
 
 void UserInput::displaysChanged() {
@@ -210,7 +211,7 @@ void UserInput::stopRecordingKeys() {
     if (input_) input_->recordKeys(false);
 }
 
-void UserInput::tryRecordingAgain() {
+void UserInput::scheduleRecordingRetry() {
     queue_.after(kRecordingPause, lifetime_.guard([this] {
         const MutexLock lock(mutex_);
         input_->tryRecording();
@@ -234,23 +235,23 @@ void UserInput::tryHeldKeys(HeldKeysReason reason) {
                            (reason == HeldKeysReason::asked && since < kPauseBetweenRequests);
     if (!input_ || isTooSoon) return;
     heldKeysTried_ = now;
-    input_->tryHeldKeys();
+    input_->retryGrabs();
 }
 
-void UserInput::report(const KeyNews& news) {
-    switch (news.kind) {
-    case KeyNews::Kind::pressed:
-        return keyMonitors_.notify(news.press);
-    case KeyNews::Kind::recorded:
-        if (const auto recorder = keyRecorder_.lock(); recorder && recorder->take(news.press)) {
-            // Unless another recording has begun since.
+void UserInput::report(const KeyboardEvent& event) {
+    switch (event.kind) {
+    case KeyboardEvent::Kind::pressed:
+        return keyMonitors_.notify(event.press);
+    case KeyboardEvent::Kind::recorded:
+        if (const auto recorder = keyRecorder_.lock(); recorder && recorder->take(event.press)) {
+            // The recorder may have begun another recording.
             if (keyRecorder_.lock() == recorder) keyRecorder_.reset();
             if (keyRecorder_.expired()) stopRecordingKeys();
         }
         return;
-    case KeyNews::Kind::notRecording:
+    case KeyboardEvent::Kind::recordingFailed:
         return failRecordingKeys("Another program holds the keyboard; close its menu or dialog and try again");
-    case KeyNews::Kind::claimsKnown:
+    case KeyboardEvent::Kind::grabResultsKnown:
         return heldKeysObservers_.notify();
     }
 }

@@ -1,5 +1,5 @@
-// Reports pointer and key events to observers above the platform interfaces: the pointer's button, divider handles, and
-// grabbed and recorded keys. Has its own X connection; if that fails, the desktop works without input. Main thread.
+// Reports pointer and key events to the observers of the platform interfaces: the pointer's button, divider handles,
+// and grabbed and recorded keys. Has its own X connection; if that fails, the desktop works without input. Main thread.
 // Uses the model's mutex.
 #pragma once
 
@@ -20,8 +20,9 @@ namespace kova::x11 {
 class UserInput {
   public:
     struct Calls {
-        std::function<void(xcb_window_t)> activeWindow; // the window manager changed it; with the lock held
-        std::function<void()> hasRead;                  // without the lock, after each read of the connection
+        std::function<void(xcb_window_t)>
+            activeWindow;              // called with the lock when the window manager reports the window
+        std::function<void()> hasRead; // called without the lock after each read of the connection
     };
     /// `model` and `displays` are guarded by `mutex`.
     UserInput(MainQueue& queue, Mutex& mutex, const WindowModel& model, const DisplayKeeper& displays, Calls calls);
@@ -63,14 +64,14 @@ class UserInput {
     enum class HeldKeysReason { managerChanged, windowsChanged, asked };
 
     void read() KOVA_EXCLUDES(mutex_);
-    void readSoon();
-    void readPointerAgain();
-    void tell() KOVA_EXCLUDES(mutex_);
-    void report(const KeyNews& news) KOVA_EXCLUDES(mutex_);
+    void scheduleRead();
+    void scheduleMotionEvents();
+    void postEvents() KOVA_EXCLUDES(mutex_);
+    void report(const KeyboardEvent& event) KOVA_EXCLUDES(mutex_);
     void placeHandles() KOVA_REQUIRES(mutex_);
     void tryHeldKeys(HeldKeysReason reason) KOVA_REQUIRES(mutex_);
     void listenToKeys() KOVA_EXCLUDES(mutex_);
-    void tryRecordingAgain();
+    void scheduleRecordingRetry();
     void stopRecordingKeys() KOVA_EXCLUDES(mutex_);
     void failRecordingKeys(const std::string& reason) KOVA_EXCLUDES(mutex_);
 
@@ -82,7 +83,7 @@ class UserInput {
     std::unique_ptr<InputConnection> input_ KOVA_POINTEE_GUARDED_BY(mutex_); // null if it could not be opened
     bool isReadDue_ = false;
     std::optional<Subscription> watching_;
-    std::vector<DividerHandle> handles_; // as requested
+    std::vector<DividerHandle> handles_; // the last ones passed to `showHandles`
     Observers<const PointerEvent&> pointerObservers_;
     Observers<const DividerHandleEvent&> handleObservers_;
     Observers<const KeyPress&> keyMonitors_;

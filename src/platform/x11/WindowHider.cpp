@@ -8,40 +8,40 @@
 namespace kova::x11 {
 
 WindowHider::WindowHider(const XConnection& connection, WindowModel& model, RequestQueue& requests,
-                         KeyboardKeeper& keyboard, const MainQueue& clock, std::string file, Later later) :
+                         FocusKeeper& focusKeeper, const MainQueue& clock, std::string file, CallLater callLater) :
     connection_(connection),
-    model_(model), requests_(requests), keyboard_(keyboard), clock_(clock), later_(std::move(later)),
+    model_(model), requests_(requests), focusKeeper_(focusKeeper), clock_(clock), callLater_(std::move(callLater)),
     record_(std::move(file)) {}
 
 // Requests
 
 void WindowHider::minimize(ClientWindow& client) {
-    if (record_.holds(client.window)) {
+    if (record_.isHiddenWithApplication(client.window)) {
         if (model_.windowManager().isPresent) {
             record_.remove(client.window);
         } else {
-            record_.add({recordOf(client, TakenAway::byUnmapping)});
+            record_.add({recordOf(client, HiddenBy::unmapping)});
         }
     }
-    takeAway(client);
+    hideWindow(client);
     for (ClientWindow* dialog : dialogsOf(client)) {
-        if (!leavesToManager(*dialog)) takeAway(*dialog);
+        if (!isMinimizedByManager(*dialog)) hideWindow(*dialog);
     }
 }
 
 void WindowHider::restore(ClientWindow& client) {
     if (!isApplicationHidden(client.processIdentifier)) {
-        bringBack(client);
-        if (model_.windowManager().isPresent) return; // it restores dialogs by itself
-        for (ClientWindow* dialog : dialogsOf(client)) bringBack(*dialog);
+        showWindow(client);
+        if (model_.windowManager().isPresent) return; // the window manager restores the dialogs
+        for (ClientWindow* dialog : dialogsOf(client)) showWindow(*dialog);
         return;
     }
-    if (record_.holds(client.window) || !model_.isMinimized(client)) return;
-    record_.add({recordOf(client, TakenAway::byHiding)});
+    if (record_.isHiddenWithApplication(client.window) || !model_.isMinimized(client)) return;
+    record_.add({recordOf(client, HiddenBy::application)});
 }
 
 bool WindowHider::hide(pid_t process) {
-    // A window whose return was just requested reads as minimized until the window manager has handled the request.
+    // A window counts as minimized until the window manager has handled the request to restore it.
     constexpr Seconds kTimeToReturn{1};
     const Seconds now = clock_.uptime();
     std::vector<HiddenWindow> leaving;
@@ -49,27 +49,27 @@ bool WindowHider::hide(pid_t process) {
         const ClientWindow* client = model_.client(window);
         if (!client || !client->isManaged() || !model_.isOnCurrentDesktop(*client)) continue;
         const bool mayStillReturn =
-            model_.windowManager().isPresent && client->iconification.isAskedBackWithin(kTimeToReturn, now);
-        if (!model_.isMinimized(*client) || mayStillReturn) leaving.push_back(recordOf(*client, TakenAway::byHiding));
+            model_.windowManager().isPresent && client->iconification.isRestoreRequestedWithin(kTimeToReturn, now);
+        if (!model_.isMinimized(*client) || mayStillReturn) leaving.push_back(recordOf(*client, HiddenBy::application));
     }
     record_.add(leaving);
     // The record is written first, since the agent may be killed at any moment. Without a window manager the windows
     // are unmapped later, after another write.
     if (model_.windowManager().isPresent) record_.writeFile();
     for (const HiddenWindow& hidden : leaving) {
-        if (ClientWindow* client = model_.client(hidden.window)) takeAway(*client);
+        if (ClientWindow* client = model_.client(hidden.window)) hideWindow(*client);
     }
     return !leaving.empty();
 }
 
 bool WindowHider::unhide(pid_t process) {
     const auto coming = record_.takeHidden(process, clock_.uptime());
-    for (const xcb_window_t window : coming) bringBack(window);
+    for (const xcb_window_t window : coming) showWindow(window);
     return !coming.empty();
 }
 
-void WindowHider::bringAllBack() {
-    for (const xcb_window_t window : record_.takeAll(clock_.uptime())) bringBack(window);
+void WindowHider::showAll() {
+    for (const xcb_window_t window : record_.takeAll(clock_.uptime())) showWindow(window);
 }
 
 void WindowHider::managerChanged() {
@@ -77,20 +77,19 @@ void WindowHider::managerChanged() {
     for (const xcb_window_t window : record_.takeAll(clock_.uptime())) mapAgain(window);
 }
 
-void WindowHider::takeOver(const std::vector<HiddenWindow>& left, bool waitsToSettle) {
-    record_.add(left);
-    record_.doubtFile();
+void WindowHider::takeOver(const std::vector<HiddenWindow>& leftover, bool staysHidden) {
+    record_.add(leftover);
+    record_.forceWrite();
     record_.writeFile();
-    if (!waitsToSettle) return bringAllBack();
-    for (const HiddenWindow& taken : left) {
-        if (model_.client(taken.window)) continue;
+    if (!staysHidden) return showAll();
+    for (const HiddenWindow& hidden : leftover) {
+        if (model_.client(hidden.window)) continue;
         if (model_.windowManager().isPresent || model_.windowManager().publishesNoClientList) {
-            // The window manager does not list it, so nothing else would show it.
-            record_.markReturning(taken.window, clock_.uptime());
-            bringBack(taken.window);
+            // The window manager does not list the window, so only KOVA can show it.
+            record_.markReturning(hidden.window, clock_.uptime());
+            showWindow(hidden.window);
         } else {
-            model_.adoptIconified(taken.window); // without a manager no list but ours
-                                                 // has what is not on the screen
+            model_.adoptIconified(hidden.window); // without a window manager only the record names unmapped windows
         }
     }
 }
@@ -99,21 +98,21 @@ void WindowHider::takeOver(const std::vector<HiddenWindow>& left, bool waitsToSe
 
 void WindowHider::follow(const std::vector<xcb_window_t>& returning) {
     for (const xcb_window_t window : returning) {
-        // Skipped if it was requested to leave again since the poll.
+        // Not mapped if KOVA has requested to minimize the window again since the poll.
         ClientWindow* client = model_.client(window);
-        if (!client || client->iconification.isToReturnOnceGone(clock_.uptime())) mapAgain(window);
-        if (client) client->iconification.stopReturning();
+        if (!client || client->iconification.isRestoreDueAfterMinimize(clock_.uptime())) mapAgain(window);
+        if (client) client->iconification.cancelRestore();
     }
-    if (model_.isSettling()) remindOfReturning();
+    if (model_.isSettling()) repeatMapRequests();
     record_.followModel(model_, clock_.uptime());
     writeRecordSoon();
 }
 
 /// The record is complete before the first window is unmapped.
 void WindowHider::sendUnmaps() {
-    if (leaving_.empty()) return;
+    if (toUnmap_.empty()) return;
     record_.writeFile();
-    for (const xcb_window_t window : std::exchange(leaving_, {})) {
+    for (const xcb_window_t window : std::exchange(toUnmap_, {})) {
         ClientWindow* client = model_.client(window);
         if (!client || !client->iconification.isUnmapDue()) continue;
         setIconicState(window, XCB_ICCCM_WM_STATE_ICONIC);
@@ -124,29 +123,29 @@ void WindowHider::sendUnmaps() {
 // Reading
 
 bool WindowHider::readsAsMinimized(const ClientWindow& client, Seconds now) const {
-    return model_.isMinimized(client) && !isBelievedBack(client, now) &&
-           !(record_.holds(client.window) && isApplicationHidden(client.processIdentifier));
+    return model_.isMinimized(client) && !countsAsRestored(client, now) &&
+           !(record_.isHiddenWithApplication(client.window) && isApplicationHidden(client.processIdentifier));
 }
 
-bool WindowHider::isBelievedBack(const ClientWindow& client, Seconds now) const {
-    return model_.windowManager().isPresent && client.iconification.isBelievedBack(now);
+bool WindowHider::countsAsRestored(const ClientWindow& client, Seconds now) const {
+    return model_.windowManager().isPresent && client.iconification.countsAsRestored(now);
 }
 
-bool WindowHider::isAnyReturning() const {
+bool WindowHider::isAnyRestoreDue() const {
     const Seconds now = clock_.uptime();
     return std::ranges::any_of(model_.clientOrder(), [&](xcb_window_t window) {
         const ClientWindow* client = model_.client(window);
-        return client && client->iconification.isToReturnOnceGone(now);
+        return client && client->iconification.isRestoreDueAfterMinimize(now);
     });
 }
 
-bool WindowHider::isAnyLeaving() const {
+bool WindowHider::isAnyHidePending() const {
     return std::ranges::any_of(record_.all(), [](const HiddenWindow& taken) { return !taken.hasLeftScreen; });
 }
 
 // One window
 
-HiddenWindow WindowHider::recordOf(const ClientWindow& client, TakenAway how) const {
+HiddenWindow WindowHider::recordOf(const ClientWindow& client, HiddenBy how) const {
     HiddenWindow record;
     record.window = client.window;
     record.processIdentifier = client.processIdentifier;
@@ -163,44 +162,44 @@ std::vector<ClientWindow*> WindowHider::dialogsOf(const ClientWindow& client) {
     return dialogs;
 }
 
-/// Window managers minimize dialogs together with their window. Only KWin leaves the modal ones on the screen.
-bool WindowHider::leavesToManager(const ClientWindow& dialog) const {
+/// Window managers minimize dialogs together with their window. Only KWin leaves modal dialogs on the screen.
+bool WindowHider::isMinimizedByManager(const ClientWindow& dialog) const {
     const WindowManager& manager = model_.windowManager();
     return manager.isPresent && !(manager.name == "KWin" && dialog.isModal);
 }
 
-void WindowHider::takeAway(ClientWindow& client) {
-    // A window whose return was requested may read as minimized only because the request is not handled, or its result
-    // not read yet. A superfluous request is harmless.
-    if (model_.isMinimized(client) && !client.iconification.mayComeBack()) return;
+void WindowHider::hideWindow(ClientWindow& client) {
+    // If restoring was requested, the model may still say "minimized" only because the request was not handled, or its
+    // result not read yet. A superfluous request to minimize is harmless.
+    if (model_.isMinimized(client) && !client.iconification.isRestoreRequested()) return;
     if (model_.windowManager().isPresent) {
         connection_.sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
-        client.iconification.leave(clock_.uptime());
+        client.iconification.noteMinimizeRequest(clock_.uptime());
     } else {
-        // The windows of an application that is being hidden are recorded already.
-        if (!record_.holds(client.window)) record_.add({recordOf(client, TakenAway::byUnmapping)});
-        if (client.iconification.leaveWithNextRequests(clock_.uptime())) leaving_.push_back(client.window);
+        // If the whole application is being hidden, the window is recorded already.
+        if (!record_.isHiddenWithApplication(client.window)) record_.add({recordOf(client, HiddenBy::unmapping)});
+        if (client.iconification.scheduleUnmap(clock_.uptime())) toUnmap_.push_back(client.window);
         hasUnsent_ = true;
     }
 }
 
-void WindowHider::bringBack(ClientWindow& client) {
+void WindowHider::showWindow(ClientWindow& client) {
     record_.markReturning(client.window, clock_.uptime());
-    // Its iconic state is announced after it was unmapped, and read by the next poll only.
+    // The iconic state is announced after the window was unmapped, and read only by the next poll.
     const TopLevel* top = model_.topLevel(client.topLevel);
-    const bool hasJustLeft = client.iconification.isAskedToLeave() && top && !top->isMapped;
+    const bool hasJustLeft = client.iconification.isMinimizeRequested() && top && !top->isMapped;
     if (model_.isMinimized(client) || hasJustLeft) {
         mapAgain(client.window);
-    } else if (client.iconification.mayStillLeave(clock_.uptime())) {
-        // Mapping a window that is about to be unmapped has no effect; it is mapped once it was unmapped.
-        client.iconification.returnOnceGone();
+    } else if (client.iconification.mayStillMinimize(clock_.uptime())) {
+        // Mapping a window that is about to be unmapped has no effect, so it is mapped once it was unmapped.
+        client.iconification.restoreOnceMinimized();
     }
 }
 
-void WindowHider::bringBack(xcb_window_t window) {
-    // An unlisted window was unmapped under another window manager, or by a former agent.
+void WindowHider::showWindow(xcb_window_t window) {
+    // A window that is not in the model was unmapped under another window manager, or by a former agent.
     ClientWindow* client = model_.client(window);
-    client ? bringBack(*client) : mapAgain(window);
+    client ? showWindow(*client) : mapAgain(window);
 }
 
 void WindowHider::mapAgain(xcb_window_t window) {
@@ -208,20 +207,22 @@ void WindowHider::mapAgain(xcb_window_t window) {
     if (!isManaged) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
     xcb_map_window(connection_.get(), window);
     hasUnsent_ = true;
-    if (isManaged) keyboard_.noteReturning(window, model_.activeWindow, clock_.uptime());
+    if (isManaged) focusKeeper_.noteRestoreRequested(window, model_.activeWindow, clock_.uptime());
     ClientWindow* client = model_.client(window);
     if (!client) return;
     const TopLevel* top = model_.topLevel(client->topLevel);
-    // Some window managers keep a minimized window mapped. Mapping has no effect then; activating restores it.
+    // Some window managers keep a minimized window mapped. Then mapping has no effect, but activating restores it.
     const bool isStillMapped = top && top->isMapped && (client->isIconic || client->isHiddenState);
     if (isStillMapped && isManaged) requests_.sendActivation(*client);
-    // At once, so that the next request does not use the former state. If it stays iconic, the next poll notices.
+    // Set now, so that the next request does not act on the former state. If the window stays iconic, the next poll
+    // notices that.
     client->isIconic = client->isHiddenState = false;
-    client->iconification.comeBack(clock_.uptime(), top && !top->isMapped);
+    client->iconification.noteRestoreRequest(clock_.uptime(), top && !top->isMapped);
     model_.markStale(*client, stale::state);
 }
 
-/// Without a window manager KOVA sets the state, for the window and for a window manager that starts later.
+/// Without a window manager KOVA sets the state, which the window's program and a window manager that starts later
+/// read.
 void WindowHider::setIconicState(xcb_window_t window, std::uint32_t state) {
     const xcb_atom_t property = connection_.atoms()[Atom::wmState];
     const std::array<std::uint32_t, 2> values = {state, kNoWindow};
@@ -229,28 +230,28 @@ void WindowHider::setIconicState(xcb_window_t window, std::uint32_t state) {
 }
 
 /// Repeats requests, since a window manager that is still starting may miss them.
-void WindowHider::remindOfReturning() {
+void WindowHider::repeatMapRequests() {
     constexpr Seconds kPause{0.4};
     const Seconds now = clock_.uptime();
-    if (now - lastReminder_ < kPause) return;
-    lastReminder_ = now;
+    if (now - lastRepetition_ < kPause) return;
+    lastRepetition_ = now;
     for (const HiddenWindow& taken : record_.all()) {
         const ClientWindow* client = model_.client(taken.window);
         if (!taken.isReturning || (client && model_.isShown(*client))) continue;
         mapAgain(taken.window);
-        // A window that was mapped between two window managers, and taken as iconic by the second, is mapped already,
-        // so a map request would have no effect.
+        // A window that was mapped between two window managers may count as iconic for the second one. A map request
+        // has no effect on such a window.
         if (model_.windowManager().isPresent) {
             connection_.sendToWindowManager(taken.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
         }
     }
 }
 
-/// Delayed, since outdated entries are harmless.
+/// Writes the record after a pause: outdated entries are harmless.
 void WindowHider::writeRecordSoon() {
     constexpr Seconds kPause{0.3};
     if (record_.isWritten() || std::exchange(isRecordDue_, true)) return;
-    later_(kPause, [this] {
+    callLater_(kPause, [this] {
         isRecordDue_ = false;
         record_.writeFile();
     });

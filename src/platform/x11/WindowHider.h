@@ -1,10 +1,10 @@
-// Hides and shows windows: by requests to the window manager or, without one, by unmapping and mapping them. Windows of
-// hidden applications, and all unmapped windows, are recorded in a file. Requests are buffered, not sent. Main thread,
-// guarded like the model.
+// Hides and shows windows: by requests to the window manager or, without a window manager, by unmapping and mapping the
+// windows. Windows of hidden applications, and all windows that KOVA unmaps, are recorded in a file. Requests are
+// buffered, not sent. Main thread, with the model's mutex held.
 #pragma once
 
+#include "platform/x11/FocusKeeper.h"
 #include "platform/x11/HiddenWindows.h"
-#include "platform/x11/KeyboardKeeper.h"
 #include "platform/x11/RequestQueue.h"
 
 #include <functional>
@@ -16,29 +16,32 @@ namespace kova::x11 {
 class WindowHider {
   public:
     /// Calls `work` after a pause, with the lock held.
-    using Later = std::function<void(Seconds pause, std::function<void()> work)>;
+    using CallLater = std::function<void(Seconds pause, std::function<void()> work)>;
     /// `file` holds the record; if empty, the record is in memory only.
-    WindowHider(const XConnection& connection, WindowModel& model, RequestQueue& requests, KeyboardKeeper& keyboard,
-                const MainQueue& clock, std::string file, Later later);
+    WindowHider(const XConnection& connection, WindowModel& model, RequestQueue& requests, FocusKeeper& focusKeeper,
+                const MainQueue& clock, std::string file, CallLater callLater);
 
     // Requests
-    /// With the window's dialogs. A window of a hidden application stays minimized when the application is shown.
+    /// Minimizes the window and its dialogs. If its application is hidden, the window stays minimized when the
+    /// application is shown.
     void minimize(ClientWindow& client);
-    /// With the window's dialogs. A window of a hidden application is shown together with the application, not before.
+    /// Restores the window and its dialogs. If its application is hidden, the window is shown together with that.
     void restore(ClientWindow& client);
-    /// Hides the process's windows on the current desktop; false if there is none.
+    /// Hides the application's windows on the current desktop; false if there is none.
     bool hide(pid_t process);
+    /// Shows the windows that were hidden with the application; false if there is none.
     bool unhide(pid_t process);
-    void bringAllBack();
-    /// Call when the window manager has changed or ended: windows that were hidden under the former one are shown.
+    void showAll();
+    /// Call when the window manager has changed or ended: shows the windows that were hidden under the former one.
     void managerChanged();
-    /// Takes over windows that a former agent hid; with `waitsToSettle` they stay hidden until `settle`.
-    void takeOver(const std::vector<HiddenWindow>& left, bool waitsToSettle);
+    /// Takes over the windows that a former agent hid; shows them unless `staysHidden`.
+    void takeOver(const std::vector<HiddenWindow>& leftover, bool staysHidden);
 
     // Events
-    /// `returning`: windows that have left as requested, and whose return is requested by now.
+    /// Call after events. `returning`: windows that were minimized as requested, and that KOVA requested to restore
+    /// meanwhile.
     void follow(const std::vector<xcb_window_t>& returning);
-    /// Unmaps all windows that are to leave, after one write of the record.
+    /// Writes the record, and then unmaps all windows for which that is due.
     void sendUnmaps();
     /// Whether requests were buffered since the last call.
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
@@ -47,35 +50,36 @@ class WindowHider {
     HiddenWindows& record() { return record_; }
     const HiddenWindows& record() const { return record_; }
     bool isApplicationHidden(pid_t process) const { return record_.isApplicationHidden(process, model_); }
-    /// A hidden application's windows do not count as minimized: they are shown with it.
+    /// Windows that were hidden with their application do not count as minimized: they are shown together with it.
     bool readsAsMinimized(const ClientWindow& client, Seconds now) const;
-    /// True for a moment after a window's return was requested, since the window manager takes time to map it.
-    bool isBelievedBack(const ClientWindow& client, Seconds now) const;
-    bool isAnyReturning() const;
-    /// Whether a window was requested to leave and has not left yet.
-    bool isAnyLeaving() const;
+    /// True for a moment after restoring was requested, since the window manager takes time to map the window.
+    bool countsAsRestored(const ClientWindow& client, Seconds now) const;
+    /// Whether a window must be mapped once the window manager has minimized it.
+    bool isAnyRestoreDue() const;
+    /// Whether the application of a window was hidden, or the window unmapped, and it is still on the screen.
+    bool isAnyHidePending() const;
 
   private:
-    HiddenWindow recordOf(const ClientWindow& client, TakenAway how) const;
+    HiddenWindow recordOf(const ClientWindow& client, HiddenBy how) const;
     std::vector<ClientWindow*> dialogsOf(const ClientWindow& client);
-    bool leavesToManager(const ClientWindow& dialog) const;
-    void takeAway(ClientWindow& client);
-    void bringBack(ClientWindow& client);
-    void bringBack(xcb_window_t window);
+    bool isMinimizedByManager(const ClientWindow& dialog) const;
+    void hideWindow(ClientWindow& client);
+    void showWindow(ClientWindow& client);
+    void showWindow(xcb_window_t window);
     void mapAgain(xcb_window_t window);
     void setIconicState(xcb_window_t window, std::uint32_t state);
-    void remindOfReturning();
+    void repeatMapRequests();
     void writeRecordSoon();
 
     const XConnection& connection_;
     WindowModel& model_;
     RequestQueue& requests_;
-    KeyboardKeeper& keyboard_;
+    FocusKeeper& focusKeeper_;
     const MainQueue& clock_;
-    Later later_;
+    CallLater callLater_;
     HiddenWindows record_;
-    std::vector<xcb_window_t> leaving_; // to be unmapped at the next flush
-    Seconds lastReminder_{};
+    std::vector<xcb_window_t> toUnmap_; // at the next flush
+    Seconds lastRepetition_{};
     bool isRecordDue_ = false; // a delayed write is scheduled
     bool hasUnsent_ = false;
 };

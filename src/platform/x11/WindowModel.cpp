@@ -8,22 +8,22 @@ namespace {
 
 /// The longest time from the end of one window manager until the next has listed all windows.
 constexpr Seconds kSettlingTime{2.0};
-/// The longest time from the first window that an ending window manager releases until its end.
+/// An ending window manager releases its windows: the longest time from the first release until its end.
 constexpr Seconds kTimeToLeave{0.5};
 /// The longest time for which an animated frame may be small.
-constexpr Seconds kTimeOfShow{1.0};
+constexpr Seconds kLongestAnimation{1.0};
 
 } // namespace
 
 void EventEffects::add(EventEffects&& other) {
     changed |= other.changed;
-    askActiveWindow |= other.askActiveWindow;
-    askDisplays |= other.askDisplays;
-    askScreenPower |= other.askScreenPower;
-    askScale |= other.askScale;
+    mustQueryActiveWindow |= other.mustQueryActiveWindow;
+    mustQueryDisplays |= other.mustQueryDisplays;
+    mustQueryScreenPower |= other.mustQueryScreenPower;
+    mustQueryScale |= other.mustQueryScale;
     panelsChanged |= other.panelsChanged;
     redecorated.insert(redecorated.end(), other.redecorated.begin(), other.redecorated.end());
-    restated.insert(restated.end(), other.restated.begin(), other.restated.end());
+    stateChanged.insert(stateChanged.end(), other.stateChanged.begin(), other.stateChanged.end());
     returning.insert(returning.end(), other.returning.begin(), other.returning.end());
 }
 
@@ -35,8 +35,8 @@ void WindowModel::setTopLevel(xcb_window_t window, const TopLevel& topLevel) {
     if (isNew && std::ranges::find(stacking_, window) == stacking_.end()) stacking_.push_back(window);
 }
 
-void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t asked) {
-    const auto isNewer = [&](const std::optional<std::uint32_t>& told) { return told && isAtOrAfter(*told, asked); };
+void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t request) {
+    const auto isNewer = [&](const std::optional<std::uint32_t>& told) { return told && isAtOrAfter(*told, request); };
     const auto known = topLevels_.find(window);
     if (known == topLevels_.end()) {
         // Before the first events only the order of the windows is known.
@@ -84,18 +84,18 @@ void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Second
 }
 
 void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
-    const bool changesHands = !isManagerKnown_ || manager.isPresent != manager_.isPresent ||
-                              manager.checkWindow != manager_.checkWindow ||
-                              manager.publishesNoClientList != manager_.publishesNoClientList;
+    const bool isOtherManager = !isManagerKnown_ || manager.isPresent != manager_.isPresent ||
+                                manager.checkWindow != manager_.checkWindow ||
+                                manager.publishesNoClientList != manager_.publishesNoClientList;
     manager_ = manager;
-    if (changesHands) {
+    if (isOtherManager) {
         // Another program lists and decorates the same windows, so all their properties may have changed.
         hasChangedHands = ownersChanged = true;
         staleClientList = manager.isPresent;
         staleWorkarea = staleDesktop = true;
         if (std::exchange(isManagerKnown_, true)) {
             startSettling(now);
-            changedHandsAt_ = now;
+            managerChangedAt_ = now;
         }
         for (const xcb_window_t window : order_) {
             ClientWindow* known = client(window);
@@ -106,7 +106,7 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
         }
     }
     if (manager.isPresent) return;
-    if (changesHands) workareas.clear();
+    if (isOtherManager) workareas.clear();
     adoptMapped();
 }
 
@@ -125,13 +125,13 @@ void WindowModel::settle(Seconds now) {
     for (const xcb_window_t window : std::vector(order_)) {
         const ClientWindow* known = client(window);
         const TopLevel* top = known ? topLevel(known->topLevel) : nullptr;
-        const bool isUsable = known && (known->iconification.isPutAway() || (top && top->isMapped));
+        const bool isUsable = known && (known->iconification.isUnmapRequested() || (top && top->isMapped));
         if (!isUsable || manager_.publishesNoClientList) forget(window);
     }
 }
 
-/// Adds mapped top levels while there is no window list. Not while a window manager without a list is present, whose
-/// frames are top levels too, nor while one is ending, whose frames still contain known windows.
+/// Adds mapped top levels while there is no window list. Does not add the frames of a window manager without a list,
+/// nor the frames of a window manager that is ending, which still contain known windows.
 void WindowModel::adoptMapped() {
     if (manager_.publishesNoClientList) return;
     for (const xcb_window_t window : std::vector(stacking_)) {
@@ -153,7 +153,7 @@ void WindowModel::adoptUnmanaged(xcb_window_t window) {
 
 void WindowModel::adoptIconified(xcb_window_t window) {
     adoptUnmanaged(window);
-    if (ClientWindow* adopted = client(window)) adopted->iconification.adoptAway();
+    if (ClientWindow* adopted = client(window)) adopted->iconification.adoptUnmapped();
 }
 
 void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
@@ -161,7 +161,7 @@ void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
     if (old != clientByTopLevel_.end() && old->second == client.window) clientByTopLevel_.erase(old);
     if (client.topLevel != topLevel) {
         client.measuredDecorations.reset();
-        client.frameBefore.reset();
+        client.frameBeforeAnimation.reset();
     }
     client.topLevel = topLevel;
     if (topLevel == kNoWindow) return;
@@ -198,8 +198,8 @@ const std::vector<xcb_window_t>& WindowModel::windowsOf(pid_t process) const {
     return found == windowsByProcess_.end() ? none : found->second;
 }
 
-void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked) {
-    if (!client.admits(stale::frame, asked)) return;
+void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t request) {
+    if (!client.acceptReply(stale::frame, request)) return;
     for (const PropertyRule& rule : rules_) {
         if (rule.property == atoms_[Atom::netFrameExtents]) rule.take(client, extents, atoms_);
     }
@@ -210,13 +210,13 @@ void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& exte
     if (client.topLevel == client.window) client.margins = client.shadow - client.decorations;
 }
 
-void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked) {
-    if (!client.admits(stale::frame, asked)) return;
+void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t request) {
+    if (!client.acceptReply(stale::frame, request)) return;
     const bool wasExact = client.measuredDecorations && client.margins == client.shadow;
-    // If the window manager announces no extents, the whole frame counts as visible.
+    // If the window manager announces no frame extents, the whole frame counts as visible.
     client.decorations = client.announcedDecorations.value_or(around);
-    // A frame that is smaller than the window inside is being resized, before or after the window; afterwards it will
-    // have the announced decorations again.
+    // A frame that is smaller than the window inside is just being resized; afterwards it will have the announced
+    // decorations again.
     const PixelEdges beyond = around - client.decorations;
     const bool isTooSmall = beyond.left < 0 || beyond.right < 0 || beyond.top < 0 || beyond.bottom < 0;
     if (isTooSmall && wasExact && !client.isShaded && !settlesAt_) {
@@ -226,12 +226,12 @@ void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& arou
                           beyond.top + client.shadow.top, beyond.bottom + client.shadow.bottom};
         const bool isExact = client.margins == client.shadow;
         client.measuredDecorations = isExact ? std::optional(around) : std::nullopt;
-        if (!isExact || hasRoomInside(client)) client.frameBefore.reset();
+        if (!isExact || hasRoomInside(client)) client.frameBeforeAnimation.reset();
     }
 }
 
-void WindowModel::takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked) {
-    const bool isOld = focusEventSequence_ && isAtOrAfter(*focusEventSequence_, asked);
+void WindowModel::takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t request) {
+    const bool isOld = focusEventSequence_ && isAtOrAfter(*focusEventSequence_, request);
     if (manager_.isPresent || isOld) return;
     const ClientWindow* active = focus == XCB_INPUT_FOCUS_POINTER_ROOT ? clientIn(underPointer) : client(focus);
     if (active) activeWindow = active->window;
@@ -243,8 +243,8 @@ void WindowModel::noteFocusRequest(xcb_window_t window, std::uint32_t request) {
 }
 
 void WindowModel::takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value,
-                            std::uint32_t asked) {
-    if (client.admits(stale::state, asked)) rule.take(client, value, atoms_);
+                            std::uint32_t request) {
+    if (client.acceptReply(stale::state, request)) rule.take(client, value, atoms_);
 }
 
 const ClientWindow* WindowModel::client(xcb_window_t window) const {
@@ -273,16 +273,15 @@ std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) con
     // A window manager that has just started makes frames that are smaller than the windows inside at first.
     const bool isFrameExact = client.topLevel == client.window || client.margins == client.shadow;
     if (settlesAt_ && (!isFrameExact || (client.stale & stale::topLevel))) return std::nullopt;
-    // While window managers change, the frame before does not count, and an animated small frame is not the window's
-    // size.
+    // While window managers change, the frame before the animation does not count either.
     if (settlesAt_ && !client.isShaded && !hasRoomInside(client)) return std::nullopt;
-    if (client.frameBefore) return client.frameBefore;
+    if (client.frameBeforeAnimation) return client.frameBeforeAnimation;
     const PixelRect outer = shrunk(top->rect, client.margins);
     // A shadow larger than the window is invalid.
     return outer.width > 0 && outer.height > 0 ? outer : top->rect;
 }
 
-/// False for a frame that is no larger than a title bar: shaded, or animated. No window is that small.
+/// False if the frame is no larger than a title bar, because it is shaded or animated. No window is that small.
 bool WindowModel::hasRoomInside(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
     if (!top || client.topLevel == client.window || !client.measuredDecorations) return true;
@@ -291,7 +290,7 @@ bool WindowModel::hasRoomInside(const ClientWindow& client) const {
 }
 
 std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds maximumAge) const {
-    const Seconds enough = client.frameBefore ? std::max(maximumAge, kTimeOfShow) : maximumAge;
+    const Seconds enough = client.frameBeforeAnimation ? std::max(maximumAge, kLongestAnimation) : maximumAge;
     if (client.pending && now - client.pending->since < enough) return client.pending->outer;
     return outerFrame(client);
 }
@@ -299,7 +298,7 @@ std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, 
 bool WindowModel::isFullScreen(const ClientWindow& client) const {
     if (!manager_.isPresent || client.isFullScreen) return manager_.isPresent;
     // While its state is unknown, a window that exactly fills a display counts as full screen.
-    const bool isStateUnknown = client.stale & stale::state || client.openStateQuestions > 0;
+    const bool isStateUnknown = client.stale & stale::state || client.pendingStateRequests > 0;
     const auto outer = isStateUnknown ? outerFrame(client) : std::nullopt;
     return outer && std::ranges::find(displayRects, *outer) != displayRects.end();
 }
@@ -334,9 +333,9 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 }
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
-    if (!manager_.isPresent) return client.iconification.isPutAway();
-    // Managers call shaded windows hidden, iconic or both, but their title bars stay on the screen. ICCCM lets a
-    // manager use the iconic state for all that is not shown.
+    if (!manager_.isPresent) return client.iconification.isUnmapRequested();
+    // Window managers mark shaded windows as hidden, iconic or both, but the title bars stay on the screen. ICCCM
+    // allows the iconic state for every window that is not shown, such as windows of other desktops.
     const TopLevel* top = topLevel(client.topLevel);
     const bool isCurrent = isOnCurrentDesktop(client);
     const bool isRolledUp = client.isShaded && (!isCurrent || (top && top->isMapped));

@@ -1,6 +1,6 @@
-// The model of the server's windows from which all reads are answered. Events update it: geometry, mapping and stacking
-// are part of the events; a changed property is only marked stale and read by the next poll. It sends no requests and
-// never waits. Not thread-safe: X11Parts guards it.
+// The model of the server's windows; all reads use the model. Events update it: geometry, mapping and stacking are part
+// of the events; a changed property is only marked stale and read by the next poll. The model sends no requests and
+// never waits. Not thread-safe: a mutex in X11Parts guards it.
 //
 // Only the root's children report geometry. The frame of a decorated window is computed from the window manager's frame
 // around it, whose margins were measured once, so that a move costs one event and no request.
@@ -18,17 +18,17 @@ namespace kova::x11 {
 
 /// A child of the root window.
 struct TopLevel {
-    PixelRect rect; // with its border
+    PixelRect rect; // including the border
     int border = 0;
     bool isMapped = false;
     bool isOverrideRedirect = false;
-    std::optional<std::uint32_t> rectEventSequence,
-        mappingEventSequence; // sequence number of the last event about them
+    // Sequence numbers of the last events about the frame and about mapping:
+    std::optional<std::uint32_t> rectEventSequence, mappingEventSequence;
 };
 
 struct WindowManager {
-    bool isPresent = false;             // one with a list of its windows
-    bool publishesNoClientList = false; // publishes no list of clients, so frames cannot be distinguished from windows
+    bool isPresent = false;             // a window manager that publishes a list of its clients is running
+    bool publishesNoClientList = false; // one without the list is running: frames cannot be distinguished from windows
     xcb_window_t checkWindow = kNoWindow;
     std::string name;
     bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW
@@ -38,21 +38,21 @@ struct WindowManager {
     bool operator==(const WindowManager&) const = default;
 };
 
-/// What the caller has to do after an event.
+/// The work that an event requires from the caller.
 struct EventEffects {
     bool changed = false; // a poll would see a change
-    bool askActiveWindow = false;
-    bool askDisplays = false;
-    bool askScreenPower = false;
-    bool askScale = false;
+    bool mustQueryActiveWindow = false;
+    bool mustQueryDisplays = false;
+    bool mustQueryScreenPower = false;
+    bool mustQueryScale = false;
     bool panelsChanged = false;
-    std::vector<xcb_window_t> redecorated; // their decorations changed
-    std::vector<xcb_window_t> restated;    // their state changed under a window manager
-    std::vector<xcb_window_t> returning;   // left as requested, and their return is requested by now
+    std::vector<xcb_window_t> redecorated;  // their decorations changed
+    std::vector<xcb_window_t> stateChanged; // their state changed under a window manager
+    std::vector<xcb_window_t> returning;    // minimized as requested; restoring was requested meanwhile
     void add(EventEffects&& other);
     bool isForMainThread() const {
-        return askActiveWindow || askDisplays || askScreenPower || askScale || panelsChanged || !redecorated.empty() ||
-               !restated.empty() || !returning.empty();
+        return mustQueryActiveWindow || mustQueryDisplays || mustQueryScreenPower || mustQueryScale || panelsChanged ||
+               !redecorated.empty() || !stateChanged.empty() || !returning.empty();
     }
 };
 
@@ -65,23 +65,23 @@ class WindowModel {
     void setRandrEventBase(std::optional<std::uint8_t> base) { randrEventBase_ = base; }
 
     // Replies
-    /// Uses the reply to the request with that sequence number. Values of later events are kept, and a window that was
-    /// destroyed since stays unknown.
-    void takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t asked);
+    // The parameter `request` is the sequence number of the request whose reply is passed.
+    /// Values from later events are kept, and a window that was destroyed since the request stays unknown.
+    void takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t request);
     void setStacking(std::vector<xcb_window_t> bottomFirst) { stacking_ = std::move(bottomFirst); }
-    /// Sets the managed windows in their order; new ones are stale in everything, missing ones are dropped. While
-    /// window managers change, the list is empty or short for a moment: until it has settled, missing windows are kept
-    /// and requested, so that destroyed ones are noticed.
+    /// Sets the managed windows in their order. New windows are completely stale; missing windows are dropped. While
+    /// window managers change, the list is empty or incomplete for a moment: until that is over (`isSettling`), missing
+    /// windows are kept and marked stale, so that the next poll notices which were destroyed.
     void setClientList(const std::vector<xcb_window_t>& windows, Seconds now);
     void setWindowManager(const WindowManager& manager, Seconds now);
     /// Whether the window manager is changing, or has just changed. Then properties of the root are read at every poll,
-    /// and a mapped window need not have been restored on request.
+    /// and a window can be mapped without a request to restore it.
     bool isSettling() const { return isReleasingWindows_ || settlesAt_; }
     /// Whether the window manager has changed or ended within the duration.
-    bool hasChangedHandsWithin(Seconds duration, Seconds now) const {
-        return changedHandsAt_ && now - *changedHandsAt_ < duration;
+    bool hasManagerChangedWithin(Seconds duration, Seconds now) const {
+        return managerChangedAt_ && now - *managerChangedAt_ < duration;
     }
-    /// Call at the beginning of a poll.
+    /// Call at the beginning of a poll: handles the end of the change of window managers.
     void settle(Seconds now);
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
     /// Without a window manager: adds a mapped top level that is an application's window to the list.
@@ -91,17 +91,18 @@ class WindowModel {
     void forget(xcb_window_t client);
     /// Attributes the window to the process; the only place that does.
     void setOwner(ClientWindow& client, pid_t process);
-    /// From _NET_FRAME_EXTENTS, requested by the main thread. A window in a frame must be measured after that.
-    void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked);
+    /// Sets the decorations from _NET_FRAME_EXTENTS, which the main thread has requested. A window in a frame must be
+    /// measured after that.
+    void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t request);
     /// Sets how far the window's area lies inside the window manager's frame.
-    void takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked);
-    /// Without a window manager: the focused window, and the root's child under the pointer, which is focused when the
-    /// focus follows the pointer.
-    void takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked);
-    /// Without a window manager: the request gives the window the focus, which older events do not contradict.
+    void takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t request);
+    /// Sets the focused window; ignored under a window manager. `underPointer`: the root's child under the pointer,
+    /// which is focused if the focus follows the pointer.
+    void takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t request);
+    /// Call without a window manager only. The request focuses the window; focus events from before it are ignored.
     void noteFocusRequest(xcb_window_t window, std::uint32_t request);
-    /// From WM_STATE or _NET_WM_STATE.
-    void takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value, std::uint32_t asked);
+    /// Sets the state from WM_STATE or _NET_WM_STATE.
+    void takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value, std::uint32_t request);
 
     // Reading
     const ClientWindow* client(xcb_window_t window) const;
@@ -113,24 +114,25 @@ class WindowModel {
     const std::vector<xcb_window_t>& stacking() const { return stacking_; } // bottom first
     /// The client inside the root's child; null if there is none.
     const ClientWindow* clientIn(xcb_window_t topLevel) const;
-    /// The visible outer edge by the last events; absent while unknown. A frame that the window manager animates to or
-    /// from a small size counts as it was before the animation.
+    /// The visible outer edge by the last events; absent while unknown. While the window manager animates the frame to
+    /// or from a small size, the edge before the animation.
     std::optional<PixelRect> outerFrame(const ClientWindow& client) const;
-    /// The outer frame, or one requested within the last `maximumAge` that no event has confirmed yet. Events of an
-    /// animated frame do not count as confirmation.
+    /// The outer frame, or the frame that was requested within the last `maximumAge` and that no event has confirmed
+    /// yet. Events of an animated frame do not count as confirmation.
     std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds maximumAge) const;
-    /// By the window manager; without one only KOVA iconifies, and the window's own property is ignored. Windows of
-    /// other desktops and shaded ones, which may be iconic, are not minimized.
+    /// Whether the window manager has minimized the window. Without a window manager: whether KOVA has unmapped it; the
+    /// window's own property is ignored. Windows of other desktops and shaded windows may be iconic, but do not count
+    /// as minimized.
     bool isMinimized(const ClientWindow& client) const;
-    /// Mapped, not iconified; on any virtual desktop.
+    /// Whether the window is mapped and not minimized; on any virtual desktop.
     bool isShown(const ClientWindow& client) const;
-    /// The virtual desktop of the window; absent when it is on all of them, or without a window manager, since the
-    /// properties of a former one are out of date.
+    /// The virtual desktop of the window; absent if the window is on all desktops. Also absent without a window
+    /// manager, since the properties that a former window manager set are out of date.
     std::optional<std::uint32_t> desktopOf(const ClientWindow& client) const;
     bool isOnCurrentDesktop(const ClientWindow& client) const;
     bool isFullScreen(const ClientWindow& client) const;
-    /// The window to which a dialog belongs, of the same application: the one in WM_TRANSIENT_FOR, else for a modal
-    /// dialog the topmost of its group. Null for other windows.
+    /// The window of the same application to which a dialog belongs: the window in WM_TRANSIENT_FOR, else for a modal
+    /// dialog the topmost window of its group. Null for other windows.
     const ClientWindow* parentOf(const ClientWindow& client) const;
     /// The window's dialogs, and their dialogs, each once.
     std::vector<xcb_window_t> dialogsOf(const ClientWindow& client) const;
@@ -148,8 +150,8 @@ class WindowModel {
     bool staleManager = true;
     bool staleDesktop = true;
     bool staleWorkarea = true;
-    bool ownersChanged = false;   // a window was added or removed, not handled yet
-    bool hasChangedHands = false; // the window manager changed or ended, not handled yet
+    bool ownersChanged = false;   // a window was added or removed, which was not handled yet
+    bool hasChangedHands = false; // the window manager changed or ended, which was not handled yet
     xcb_window_t activeWindow = kNoWindow;
     std::uint32_t currentDesktop = 0;
     std::vector<PixelRect> workareas; // by virtual desktop
@@ -163,8 +165,8 @@ class WindowModel {
     const std::vector<PropertyRule>& rules() const { return rules_; }
 
   private:
-    void setTopLevel(xcb_window_t window,
-                     const TopLevel& topLevel); // keeps its position in the stacking order if known
+    /// Keeps the window's position in the stacking order if it has one.
+    void setTopLevel(xcb_window_t window, const TopLevel& topLevel);
     EventEffects applyProperty(const xcb_property_notify_event_t& event);
     EventEffects applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence);
     EventEffects applyMapping(xcb_window_t topLevel, bool isMapped, std::uint32_t sequence);
@@ -184,8 +186,8 @@ class WindowModel {
     WindowManager manager_;
     bool isManagerKnown_ = false;
     std::optional<Seconds> settlesAt_;
-    std::optional<Seconds> changedHandsAt_;
-    bool isReleasingWindows_ = false; // a managed window was taken out of its frame; until the next poll
+    std::optional<Seconds> managerChangedAt_;
+    bool isReleasingWindows_ = false; // since the last poll a managed window was taken out of its frame
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;
     std::vector<xcb_window_t> unknownTopLevels_;
@@ -193,7 +195,7 @@ class WindowModel {
     std::unordered_map<xcb_window_t, xcb_window_t> clientByTopLevel_;
     std::vector<xcb_window_t> order_;
     std::unordered_map<pid_t, std::vector<xcb_window_t>> windowsByProcess_;
-    std::optional<std::uint32_t> focusEventSequence_; // sequence number of the last event or own request about it
+    std::optional<std::uint32_t> focusEventSequence_; // sequence number of the last focus event or KOVA's last request
 };
 
 } // namespace kova::x11

@@ -7,8 +7,8 @@
 namespace kova::x11 {
 
 EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
-    // Any client can send any event, so sent events are ignored. One exception: a program withdraws an unmapped window,
-    // for which the server has no event.
+    // Any client can send any event, so sent events are ignored, except the event by which a program withdraws an
+    // unmapped window: the server itself has no such event.
     const bool isMadeUp = event.response_type & 0x80;
     if (isMadeUp && (event.response_type & 0x7F) != XCB_UNMAP_NOTIFY) return {};
     switch (event.response_type & 0x7F) {
@@ -21,8 +21,8 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         if (created.parent != root_) return {};
         EventEffects effects;
         if (client(created.window)) {
-            // The server uses numbers again: the former window was destroyed inside its frame, without an event, and a
-            // list with the number means the new one.
+            // The server reuses window numbers. The former window was destroyed inside its frame, without an event;
+            // from now on the number means the new window.
             forget(created.window);
             effects.changed = staleClientList = true;
         }
@@ -76,7 +76,7 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
     if (randrEventBase_ &&
         ((event.response_type & 0x7F) == *randrEventBase_ || (event.response_type & 0x7F) == *randrEventBase_ + 1)) {
         EventEffects effects;
-        effects.changed = effects.askDisplays = true;
+        effects.changed = effects.mustQueryDisplays = true;
         return effects;
     }
     return {};
@@ -85,7 +85,7 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
 EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event) {
     EventEffects effects;
     if (event.window == root_) {
-        if (event.atom == atoms_[Atom::netActiveWindow]) effects.askActiveWindow = true;
+        if (event.atom == atoms_[Atom::netActiveWindow]) effects.mustQueryActiveWindow = true;
         const auto mark = [&](Atom atom, bool& flag) {
             if (event.atom != atoms_[atom]) return;
             effects.changed |= !flag;
@@ -109,9 +109,9 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
         markStale(*changed, bits);
         if (event.atom == atoms_[Atom::netFrameExtents] && manager_.isPresent)
             effects.redecorated.push_back(event.window);
-        // Only windows whose placement is being verified need it before the next poll.
+        // Before the next poll the state is only needed for windows that were placed, to verify their placement.
         if (rule.staleBit == stale::state && manager_.isPresent && changed->placedAt)
-            effects.restated.push_back(event.window);
+            effects.stateChanged.push_back(event.window);
         break;
     }
     return effects;
@@ -122,9 +122,9 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     if (event.window == root_) {
         // Monitors that the user defines (xrandr --setmonitor) cause no other event.
         const std::pair<int, int> size{event.width, event.height};
-        // The work areas are of the former size until the window manager announces others.
+        // Until the window manager announces new work areas, the known ones fit the former size.
         if (std::exchange(rootSize, size) != size) workareas.clear();
-        effects.changed = effects.askDisplays = true;
+        effects.changed = effects.mustQueryDisplays = true;
         return effects;
     }
     const auto place = topLevels_.find(event.window);
@@ -143,24 +143,24 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     placeInStack(event.window, event.above_sibling);
 
     if (!moving) return effects;
-    // A frame can be animated without the window inside; margins that were measured meanwhile are wrong then.
+    // A window manager can animate a frame without the window inside. Margins that were measured meanwhile are wrong.
     const bool isFrameExact = moving->topLevel == moving->window || moving->margins == moving->shadow;
-    const bool isShow = isFrameExact && !settlesAt_ && !hasRoomInside(*moving);
-    moving->frameBefore = isShow ? before : std::nullopt;
-    effects.changed = moved && !moving->frameBefore;
+    const bool isAnimated = isFrameExact && !settlesAt_ && !hasRoomInside(*moving);
+    moving->frameBeforeAnimation = isAnimated ? before : std::nullopt;
+    effects.changed = moved && !moving->frameBeforeAnimation;
     if (isResized && !isFrameExact) markStale(*moving, stale::frame);
     if (moved) effects.panelsChanged = moving->strut || moving->partialStrut;
     if (moving->pending) {
-        // The server alone carries out requests in order; a window manager may still be busy with an earlier one.
-        const bool answered = manager_.isPresent
-                                  ? outerFrame(*moving) == moving->pending->outer
-                                  : moving->pending->sequence && isAtOrAfter(sequence, *moving->pending->sequence);
-        if (answered && outerFrame(*moving) == moving->pending->outer) {
-            // It accepted the request, so earlier refusals do not count.
-            moving->repeats = 0;
-            moving->lastAnswer.reset();
+        // The server carries out requests in order, but a window manager may still be busy with an earlier request.
+        const bool isHandled = manager_.isPresent
+                                   ? outerFrame(*moving) == moving->pending->outer
+                                   : moving->pending->sequence && isAtOrAfter(sequence, *moving->pending->sequence);
+        if (isHandled && outerFrame(*moving) == moving->pending->outer) {
+            // The window took the frame, so its earlier refusals do not count.
+            moving->refusals = 0;
+            moving->frameAtLastRequest.reset();
         }
-        if (answered) moving->pending.reset();
+        if (isHandled) moving->pending.reset();
     }
     return effects;
 }
@@ -176,14 +176,14 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     effects.changed = known != nullptr;
     if (manager_.isPresent) {
         if (!known) return effects;
-        const auto news = known->iconification.mappedByManager(isMapped);
-        // Its state is a property, which the next poll reads.
-        const bool isNews = isMapped ? isMinimized(*known) : news != Iconification::News::none;
-        if (isNews) {
+        const auto change = known->iconification.mappingChangedUnderManager(isMapped);
+        // Assumes the new state at once; the next poll reads the property.
+        const bool isStateChanged = isMapped ? isMinimized(*known) : change != Iconification::MappingChange::none;
+        if (isStateChanged) {
             known->isIconic = known->isHiddenState = !isMapped;
             markStale(*known, stale::state);
         }
-        if (news == Iconification::News::returns) effects.returning.push_back(known->window);
+        if (change == Iconification::MappingChange::restoreDue) effects.returning.push_back(known->window);
         return effects;
     }
     if (!known) {
@@ -195,8 +195,8 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
         effects.changed = true;
         return effects;
     }
-    const auto news = known->iconification.mappedByServer(isMapped, sequence);
-    if (news == Iconification::News::withdrawn && !settlesAt_) {
+    const auto change = known->iconification.mappingChangedWithoutManager(isMapped, sequence);
+    if (change == Iconification::MappingChange::withdrawn && !settlesAt_) {
         effects.panelsChanged = known->strut || known->partialStrut;
         forget(window);
     }
@@ -220,7 +220,7 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
     ClientWindow* moved = client(event.window);
     xcb_window_t newTopLevel = kNoWindow;
     if (event.parent == root_) {
-        // A window manager that ends first takes its windows out of their frames, and maps iconic ones.
+        // Before it ends, a window manager takes its windows out of their frames, and maps iconic windows.
         isReleasingWindows_ |= moved && manager_.isPresent;
         setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0, {}, {}});
         unknownTopLevels_.push_back(event.window);
@@ -257,7 +257,7 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
     if (held->second == window && !manager_.isPresent) {
         forget(window);
     } else if (known) {
-        // A frame was destroyed; its window may be in another one.
+        // A frame was destroyed; its window may be in another frame now.
         setTopLevelOf(*known, kNoWindow);
         markStale(*known, stale::topLevel | stale::frame);
     }
@@ -265,8 +265,8 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
 }
 
 EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence) {
-    // A window manager announces the active window a moment after the focus has moved: using both would show the focus
-    // moving back and forth.
+    // A window manager announces the active window a moment after the focus has moved: if KOVA used both, the active
+    // window would change back and forth.
     if (manager_.isPresent || !client(window)) return {};
     if (focusEventSequence_ && !isAtOrAfter(sequence, *focusEventSequence_)) return {}; // older than a request of KOVA
     focusEventSequence_ = sequence;

@@ -1,5 +1,5 @@
-// Follows _NET_ACTIVE_WINDOW under a window manager, on the input connection: shortcuts and commands use the window
-// that is active at that moment, and the desktop's own connection may be paused. Main thread; never waits.
+// Follows _NET_ACTIVE_WINDOW under a window manager. Uses the input connection, since the desktop's own connection may
+// be paused, and shortcuts and commands need the window that is active at that moment. Main thread; never waits.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -12,22 +12,23 @@ namespace kova::x11 {
 
 class ActiveWindowWatch {
   public:
-    /// `asked` gets the requests whose replies the main thread does not wait for.
-    ActiveWindowWatch(const XConnection& connection, std::deque<PendingReplies>& asked);
+    /// Requests are added to `pendingReplies`, since the main thread does not wait for replies.
+    ActiveWindowWatch(const XConnection& connection, std::deque<PendingReplies>& pendingReplies);
 
-    /// True when the event is about the active window; then `act` has something to do.
+    /// True if the event is about the active window; then call `act`.
     bool take(const xcb_generic_event_t& event);
+    /// Makes the next `act` query the active window.
     void ask() { isDue_ = true; }
-    /// True when requests wait to be sent.
+    /// Buffers the query if it is due. True if requests must be sent.
     bool act();
-    /// The newest reply that was not taken yet; kNoWindow if no window is active.
-    std::optional<xcb_window_t> takeNews() { return std::exchange(news_, {}); }
+    /// The newest reply, unless it was taken already; kNoWindow if no window is active.
+    std::optional<xcb_window_t> takeNewest() { return std::exchange(newest_, {}); }
 
   private:
     const XConnection& connection_;
-    std::deque<PendingReplies>& asked_;
+    std::deque<PendingReplies>& pendingReplies_;
     bool isDue_ = true;
-    std::optional<xcb_window_t> news_;
+    std::optional<xcb_window_t> newest_; // not taken yet
 };
 
 } // namespace kova::x11

@@ -1,4 +1,4 @@
-// Opening and closing, the begin of a poll, and the count of changes.
+// Opening and closing the desktop, the beginning of a poll, and the count of changes.
 #include "platform/x11/X11Desktop.h"
 
 #include "platform/x11/LocalProcesses.h"
@@ -23,7 +23,7 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     processes(*connection, options.asksForProcesses), changes(mainQueue), applications(applicationCatalogue),
     watch(mainQueue, xcb_get_file_descriptor(connection->get())), model(connection->atoms(), connection->root()),
     displays(*connection), screenPower(*connection, mainQueue, [this] { askScreenPowerAgain(); }),
-    requests(*connection, model), hider(*connection, model, requests, keyboard, mainQueue, options.hiddenWindowsFile,
+    requests(*connection, model), hider(*connection, model, requests, focusKeeper, mainQueue, options.hiddenWindowsFile,
                                         [this](Seconds pause, std::function<void()> work) { later(pause, work); }),
     input(mainQueue, mutex, model, displays,
           {.activeWindow =
@@ -56,7 +56,7 @@ X11Desktop::open(const Options& options, MainQueue& queue, ApplicationCatalogue&
 }
 
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts, const Options& options) : parts_(std::move(parts)) {
-    parts_->takeOverLeftWindows(options.keepsLeftoverWindowsHidden);
+    parts_->takeOverLeftoverWindows(options.keepsLeftoverWindowsHidden);
     // Handles events that arrived while the desktop was read.
     parts_->send();
 }
@@ -67,24 +67,24 @@ X11Desktop::~X11Desktop() {
     {
         const MutexLock lock(parts_->mutex);
         const Seconds now = parts_->queue.uptime();
-        const auto kept = parts_->keyboard.kept(now);
+        const auto kept = parts_->focusKeeper.kept(now);
         active = kept.value_or(parts_->model.activeWindow);
         HiddenWindows& record = parts_->hider.record();
         record.followModel(parts_->model, now);
         record.writeFile();
-        if (record.all().empty() && !parts_->hider.isAnyReturning() && !kept) return;
+        if (record.all().empty() && !parts_->hider.isAnyRestoreDue() && !kept) return;
     }
     restoreHidden();
-    // A window that is just being iconified is restored once that is done; windows that are not back at the end stay
-    // recorded for the next agent. Closing the connection could drop unread requests, so here, and nowhere else, the
-    // main thread waits for a moment.
+    // A window that is just being minimized is restored once that is done. Windows that are not on the screen at the
+    // end stay recorded for the next agent. Closing the connection could drop requests that the server has not read, so
+    // the main thread waits for a moment, which it does nowhere else.
     const Seconds end = parts_->queue.uptime() + parts_->returnTimeoutAtEnd;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
-    bool isAnyReturning = true;
-    while (isAnyReturning && readEvents() && parts_->queue.uptime() < end) {
+    bool isAnyRestoreDue = true;
+    while (isAnyRestoreDue && readEvents() && parts_->queue.uptime() < end) {
         const MutexLock lock(parts_->mutex);
-        isAnyReturning = parts_->hider.isAnyReturning() || !parts_->hider.record().all().empty();
-        if (isAnyReturning) ::poll(&readable, 1, 20);
+        isAnyRestoreDue = parts_->hider.isAnyRestoreDue() || !parts_->hider.record().all().empty();
+        if (isAnyRestoreDue) ::poll(&readable, 1, 20);
     }
     parts_->keepActive(active);
     {
@@ -123,15 +123,15 @@ void X11Desktop::Parts::readEverything() {
     const MutexLock lock(mutex);
     askActiveWindow();
     askPointer();
-    for (PendingReplies& questions : asked) questions.wait(*connection);
+    for (PendingReplies& batch : pendingReplies) batch.wait(*connection);
     takeReplies();
     displays.arrange(model);
     model.hasChangedHands = false;
     isLost = connection->isLost();
 }
 
-/// Windows that a former agent hid and did not show again.
-void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
+/// Takes over the windows that a former agent hid and did not show again.
+void X11Desktop::Parts::takeOverLeftoverWindows(bool waitsToSettle) {
     std::vector<HiddenWindow> left, found;
     std::vector<PropertyRule> rules;
     {
@@ -140,37 +140,36 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
         rules = model.rules();
     }
     if (left.empty()) return;
-    PendingReplies questions;
+    PendingReplies batch;
     for (const HiddenWindow& taken : left) {
-        // Window numbers are used again, so it must still be an iconic window of that process.
+        // The server reuses window numbers, so KOVA checks that this is an iconic window of the recorded process.
         const auto state = std::make_shared<ClientWindow>();
         for (const PropertyRule& rule : rules) {
             if (!(rule.staleBit & (stale::state | stale::owner))) continue;
-            questions.add(connection->askProperty(taken.window, rule.property, rule.lengthInWords),
-                          [&rule, state, this](const void* reply) {
-                              rule.take(*state, viewOf(static_cast<const xcb_get_property_reply_t*>(reply)),
-                                        connection->atoms());
-                          });
+            batch.add(connection->askProperty(taken.window, rule.property, rule.lengthInWords), [&rule, state, this](
+                                                                                                    const void* reply) {
+                rule.take(*state, viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), connection->atoms());
+            });
         }
-        if (processes.canAnswer()) {
-            questions.add(processes.ask(taken.window), [state](const void* reply) {
+        if (processes.isAvailable()) {
+            batch.add(processes.ask(taken.window), [state](const void* reply) {
                 state->reportedProcess =
                     ClientProcesses::processIn(static_cast<const xcb_res_query_client_ids_reply_t*>(reply));
             });
         }
-        questions.add(xcb_get_geometry(connection->get(), taken.window), [&found, taken, state](const void* reply) {
+        batch.add(xcb_get_geometry(connection->get(), taken.window), [&found, taken, state](const void* reply) {
             const auto process = attributedProcess(evidenceOf(*state));
             const bool isSame = !process || *process == taken.processIdentifier;
             if (reply && isSame && (state->isIconic || state->isHiddenState)) found.push_back(taken);
         });
     }
-    questions.wait(*connection);
+    batch.wait(*connection);
     const MutexLock lock(mutex);
-    questions.take();
+    batch.take();
     hider.takeOver(found, waitsToSettle);
 }
 
-/// Calls back with the lock held.
+/// Calls `work` after the pause, with the lock held.
 void X11Desktop::Parts::later(Seconds pause, std::function<void()> work) {
     queue.after(pause, lifetime.guard([this, work = std::move(work)] {
         const MutexLock lock(mutex);
@@ -205,26 +204,28 @@ void X11Desktop::Parts::bringUpToDate() {
     bool mainHasWork = false;
     {
         const MutexLock lock(mutex);
-        // While it waited, this thread also read events and replies for the main thread, which has no wake-up for them.
-        unsettled.add(drain(xcb_poll_for_queued_event));
-        unsettled.panelsChanged |= outcome.panelsChanged;
-        unsettled.returning.insert(unsettled.returning.end(), outcome.returning.begin(), outcome.returning.end());
-        // There is no event at the end of the settling time.
+        // While it waited, this thread also read events and replies for the main thread, which is not woken for them.
+        pendingEffects.add(drain(xcb_poll_for_queued_event));
+        pendingEffects.panelsChanged |= outcome.panelsChanged;
+        pendingEffects.returning.insert(pendingEffects.returning.end(), outcome.returning.begin(),
+                                        outcome.returning.end());
+        // No event announces the end of the settling time, so the next poll must check.
         if (model.isSettling()) {
             changes.note();
-            unsettled.changed = true;
+            pendingEffects.changed = true;
         }
-        if (isAnyBelieved()) changes.note();
+        if (isAnyStateAssumed()) changes.note();
         isPollReading = false;
         inputIsLocked();
-        mainHasWork = watch.isPausedForPoll() || unsettled.isForMainThread() || model.hasChangedHands ||
-                      (unsettled.changed && changes.isAwaited()) || hider.record().isBehind(model, queue.uptime()) ||
-                      input.hasMisplacedHandles() || !asked.empty() || displays.isAsking();
-        unsettled.changed = false;
+        mainHasWork = watch.isPausedForPoll() || pendingEffects.isForMainThread() || model.hasChangedHands ||
+                      (pendingEffects.changed && changes.isAwaited()) ||
+                      hider.record().isOutdated(model, queue.uptime()) || input.hasMisplacedHandles() ||
+                      !pendingReplies.empty() || displays.isAsking();
+        pendingEffects.changed = false;
     }
     if (!mainHasWork || isMainThread()) return;
     queue.post(lifetime.guard([this] {
-        settle({});
+        handleEffects({});
         if (watch.isPausedForPoll()) watch.resume();
     }));
 }

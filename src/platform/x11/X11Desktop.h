@@ -1,5 +1,5 @@
-// A desktop on X11, beside any window manager that keeps to EWMH, or with none at all.
-// The main thread handles events, writes, and never waits for the server once the desktop is open: it reads from the
+// A desktop on X11, together with any window manager that conforms to EWMH, or without a window manager.
+// The main thread handles events, writes, and never waits for the server once the desktop is open: it reads from a
 // model that events update. The first call of a poll, on the polling queue, updates the model and may wait. An idle
 // desktop causes no wake-up and no request.
 #pragma once
@@ -37,9 +37,9 @@ class X11Desktop final : public AccessibilityServicing,
         std::string hiddenWindowsFile;           // its folder exists; empty: hidden windows are kept in memory only
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
         Seconds returnTimeoutAtEnd{0.5};         // how long the destructor waits for windows to return
-        bool keepsLeftoverWindowsHidden =
-            false;                    // windows hidden by a killed agent stay so until `resolveLeftoverHiddenWindows`
-        bool asksForProcesses = true; // queries the server; else only the windows' own property is known
+        /// Windows that a killed agent has hidden stay hidden until `resolveLeftoverHiddenWindows`.
+        bool keepsLeftoverWindowsHidden = false;
+        bool asksForProcesses = true; // queries the server for processes; else only the windows' property is known
         bool claimsServer = false;    // opening fails if another agent has claimed the server
     };
     /// Why the desktop could not be opened.
@@ -47,9 +47,9 @@ class X11Desktop final : public AccessibilityServicing,
         std::string reason; // for the user, with what to do
         bool isClaimedByOther = false;
     };
-    /// Connects and reads the whole desktop, waiting for the server. Shows windows that a killed agent hid. The calling
-    /// thread becomes the main thread; queue and catalogue must outlive the desktop, and the polling queue must have
-    /// ended before its destruction.
+    /// Connects and reads the whole desktop, waiting for the server. Shows windows that a killed agent had hidden. The
+    /// calling thread becomes the main thread. Queue and catalogue must outlive the desktop; the polling queue must end
+    /// before the desktop is destroyed.
     static std::variant<std::unique_ptr<X11Desktop>, Failure> open(const Options& options, MainQueue& queue,
                                                                    ApplicationCatalogue& catalogue);
     /// Shows all windows that were hidden.
@@ -57,16 +57,16 @@ class X11Desktop final : public AccessibilityServicing,
     X11Desktop(const X11Desktop&) = delete;
     X11Desktop& operator=(const X11Desktop&) = delete;
 
-    /// How a main loop watches a descriptor: it calls back while there is something to read, until the subscription is
-    /// dropped.
+    /// Makes the main loop watch a descriptor: it calls `readable` whenever there is something to read, until the
+    /// subscription is dropped.
     using Watch = std::function<Subscription(int descriptor, std::function<void()> readable)>;
-    /// Reads events from now on whenever there are some. While the next poll will find changes anyway, events are left
-    /// to that poll, or to an earlier read of the model, so that a program that changes its title all the time does not
-    /// keep the agent awake. `lost` is called once, when the connection has ended.
+    /// From now on reads events when they arrive. But once an event shows that the next poll will find changes, later
+    /// events are read by that poll or by an earlier read of the model: a program that changes its title continuously
+    /// must not keep the agent awake. `lost` is called once, when the connection has ended.
     void listen(Watch watch, std::function<void()> lost);
     /// Readable when there are events for `readEvents`.
     int connectionDescriptor() const;
-    /// Reads and handles events; never waits. False once the connection is lost: nothing works any more.
+    /// Reads and handles events; never waits. False once the connection is lost.
     bool readEvents();
     /// Shows every window that KOVA hid, except those minimized under a window manager.
     void restoreHidden();
@@ -122,7 +122,7 @@ class X11Desktop final : public AccessibilityServicing,
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
 
     // SystemActivityServicing
-    /// Only screens off and on, on a server that can switch them off.
+    /// Reports only that the screens go off and on, and only on a server that can switch them off.
     Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
 
     // DiagnosticsServicing

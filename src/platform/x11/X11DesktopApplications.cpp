@@ -1,4 +1,4 @@
-// Applications, hidden and shown; and displays.
+// Running applications, hiding and showing them; and displays.
 #include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
 
@@ -68,7 +68,7 @@ ApplicationIcon X11Desktop::iconForFile(const std::string&) const {
 }
 
 ApplicationIcon X11Desktop::systemSymbolIcon(const std::string& name) const {
-    // The icon theme's name for programs without an icon.
+    // The name in icon themes for programs without an icon.
     return name == "macwindow" ? ApplicationIcon{"application-x-executable", nullptr} : ApplicationIcon{};
 }
 
@@ -80,7 +80,7 @@ void X11Desktop::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) {
     if (leftoverWindows == LeftoverWindows::stayHidden) return;
     {
         const MutexLock lock(parts_->mutex);
-        parts_->hider.bringAllBack();
+        parts_->hider.showAll();
     }
     parts_->send();
 }
@@ -92,7 +92,7 @@ void X11Desktop::hide(pid_t processIdentifier) {
     parts_->sendSoon();
     // A window manager that does not iconify sends no event: a poll must find that the application is not hidden.
     parts_->queue.after(kHidingTimeout, parts_->lifetime.guard([this] {
-        parts_->settle({});
+        parts_->handleEffects({});
         parts_->changes.note();
         parts_->changes.callBackIfDue();
     }));
@@ -114,7 +114,7 @@ void X11Desktop::activate(pid_t processIdentifier) {
 void X11Desktop::restoreHidden() {
     {
         const MutexLock lock(parts_->mutex);
-        parts_->hider.bringAllBack();
+        parts_->hider.showAll();
     }
     parts_->send();
 }

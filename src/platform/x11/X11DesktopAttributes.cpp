@@ -13,8 +13,8 @@ using namespace x11;
 
 namespace {
 
-/// How long a requested frame counts as the window's frame; the first verification comes later.
-constexpr Seconds kBenefitOfDoubt{0.05};
+/// How long a requested frame counts as the window's frame. A placement is verified after this time.
+constexpr Seconds kAssumedFrameTime{0.05};
 /// After a change of the window manager, sizes of windows may change for this long.
 constexpr Seconds kSizesSettleAfterManager{2.0};
 
@@ -46,7 +46,7 @@ AccessibilityElement X11Desktop::Parts::elementOf(const ClientWindow& client) co
     return {client.processIdentifier, client.window, nullptr};
 }
 
-/// The focused window, else the topmost visible one, else any.
+/// The application's focused window, else its topmost visible window, else any of its windows.
 const ClientWindow* X11Desktop::Parts::mainWindowOf(pid_t processIdentifier) const {
     const ClientWindow* active = model.client(model.activeWindow);
     if (active && active->processIdentifier == processIdentifier) return active;
@@ -91,14 +91,14 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
     case AccessibilityAttribute::subrole:
         return std::string(subroleOf(client.kind()));
     case AccessibilityAttribute::title:
-        return client.title(); // empty until the application has given one
+        return client.title(); // empty until the application has set a title
     case AccessibilityAttribute::minimized:
         return hider.readsAsMinimized(client, now);
     case AccessibilityAttribute::position:
     case AccessibilityAttribute::size: {
         // A window that refused the same frame before will refuse it again.
         const auto outer =
-            client.insistsOnItsFrame() ? model.outerFrame(client) : model.expectedFrame(client, now, kBenefitOfDoubt);
+            client.refusesFrames() ? model.outerFrame(client) : model.expectedFrame(client, now, kAssumedFrameTime);
         if (!outer) return {};
         const CGRect frame = displays.space().points(*outer);
         if (attribute == AccessibilityAttribute::position) return frame.origin;
@@ -133,12 +133,12 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
 
 AttributeValue X11Desktop::Parts::readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const {
     // An application exists as long as it has a window.
-    const bool isThere = std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
+    const bool exists = std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
         mutex.assertHeld();
         const ClientWindow* client = model.client(window);
         return client && client->processIdentifier == processIdentifier && !client->isInputOnly;
     });
-    if (!isThere) return {};
+    if (!exists) return {};
     switch (attribute) {
     case AccessibilityAttribute::role:
         return std::string("AXApplication");
@@ -180,9 +180,9 @@ bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
     const MutexLock lock(parts_->mutex);
     const ClientWindow* client = parts_->find(element);
     return client && !parts_->model.isSettling() &&
-           !parts_->model.hasChangedHandsWithin(kSizesSettleAfterManager, now) &&
+           !parts_->model.hasManagerChangedWithin(kSizesSettleAfterManager, now) &&
            client->decorations == client->decorationsWhenPlaced &&
-           !isTilingManager(parts_->model.windowManager().name); // its sizes are not the window's
+           !isTilingManager(parts_->model.windowManager().name); // such a manager chooses sizes that windows do not
 }
 
 WindowPresence X11Desktop::presenceOf(const AccessibilityElement& window) const {
@@ -236,8 +236,8 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
         }
     }
     if (client && (origin || size)) {
-        // The last value of each attribute; others stay unchanged.
-        const auto expected = parts_->model.expectedFrame(*client, now, kBenefitOfDoubt);
+        // Uses the last value of each attribute; position or size stays unchanged if it was not written.
+        const auto expected = parts_->model.expectedFrame(*client, now, kAssumedFrameTime);
         if (expected || (origin && size)) {
             CGRect frame = expected ? parts_->displays.space().points(*expected) : CGRect{};
             if (origin) frame.origin = *origin;
@@ -246,7 +246,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             parts_->lastPlacing = now;
             // A poll in progress may read the requested frame instead of the real one.
             parts_->changes.note();
-            // The request may rest on an outdated state; its verification needs the present one.
+            // The request may be based on an outdated state; its verification needs the present state.
             if (client->stale & stale::state) parts_->askState(*client);
         }
     }
@@ -263,19 +263,20 @@ void X11Desktop::performAction(const AccessibilityElement& element, Accessibilit
     parts_->sendSoon();
 }
 
-/// Whether some window is reported with its requested frame before it has it. If it refuses, no event announces that.
-bool X11Desktop::Parts::isAnyBelieved() const {
+/// Whether a window is reported as restored, or with its requested frame, before an event has confirmed that. If the
+/// request is refused, no event announces that, so a poll must find it out.
+bool X11Desktop::Parts::isAnyStateAssumed() const {
     const Seconds now = queue.uptime();
     return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
         mutex.assertHeld();
         const ClientWindow* client = model.client(window);
-        if (client && model.isMinimized(*client) && hider.isBelievedBack(*client, now)) return true;
-        return client && client->pending && !client->insistsOnItsFrame() &&
-               model.expectedFrame(*client, now, kBenefitOfDoubt) != model.outerFrame(*client);
+        if (client && model.isMinimized(*client) && hider.countsAsRestored(*client, now)) return true;
+        return client && client->pending && !client->refusesFrames() &&
+               model.expectedFrame(*client, now, kAssumedFrameTime) != model.outerFrame(*client);
     });
 }
 
-/// Sends requests after the main thread's present work, for writes that no `flush` follows.
+/// Sends requests after the work that is already queued on the main thread, in case no call of `flush` follows.
 void X11Desktop::Parts::sendSoon() {
     if (std::exchange(isSendDue, true)) return;
     queue.post(lifetime.guard([this] { send(); }));
@@ -286,14 +287,14 @@ void X11Desktop::Parts::send() {
     bool mustWatch = false;
     {
         const MutexLock lock(mutex);
-        const auto given = requests.activated();
+        const auto focused = requests.windowToActivate();
         requests.send();
-        if (given) expectFocus(*given);
+        if (focused) expectFocus(*focused);
         mustFlush = true;
-        // A restored window that takes the focus must be noticed at once.
-        mustWatch = watch.isPaused() && !watch.isPausedForPoll() && keyboard.kept(queue.uptime());
+        // If a restored window takes the focus, KOVA must react at once.
+        mustWatch = watch.isPaused() && !watch.isPausedForPoll() && focusKeeper.kept(queue.uptime());
     }
-    settle({});
+    handleEffects({});
     if (mustWatch) watch.resume();
 }
 

@@ -11,8 +11,9 @@ namespace {
 
 /// How long the connection is watched without pauses after a window was placed.
 constexpr Seconds kPlacingTime{1.0};
-/// The longest pause in watching the connection while the next poll will find changes anyway: normally until that poll.
-constexpr Seconds kRest{0.55};
+/// How long the connection is not watched after an event shows that the next poll will find changes. The poll normally
+/// comes earlier and ends the pause.
+constexpr Seconds kPause{0.55};
 
 } // namespace
 
@@ -22,7 +23,7 @@ bool X11Desktop::readEvents() {
         const MutexLock lock(parts_->mutex);
         effects = parts_->drain(xcb_poll_for_event);
     }
-    parts_->settle(std::move(effects));
+    parts_->handleEffects(std::move(effects));
     if (parts_->connection->isLost() && !parts_->isLost.exchange(true)) {
         parts_->changes.note();
         parts_->changes.callBackIfDue();
@@ -34,20 +35,20 @@ void X11Desktop::listen(Watch watch, std::function<void()> lost) {
     parts_->whenLost = [this, lost = std::move(lost)] {
         if (!readEvents()) lost();
     };
-    parts_->watch.begin(watch, [parts = parts_.get()] { parts->readAndRest(); });
+    parts_->watch.begin(watch, [parts = parts_.get()] { parts->readAndPause(); });
     parts_->input.listen(watch);
 }
 
 /// Reads events, and then either watches for more or reads again after a pause.
-void X11Desktop::Parts::readAndRest() {
-    bool rests = false;
+void X11Desktop::Parts::readAndPause() {
+    bool pauses = false;
     {
         const MutexLock lock(mutex);
         const auto before = changes.count();
-        unsettled.add(drain(xcb_poll_for_event));
-        rests = changes.count() != before;
+        pendingEffects.add(drain(xcb_poll_for_event));
+        pauses = changes.count() != before;
     }
-    settle({});
+    handleEffects({});
     if (connection->isLost()) {
         watch.stop();
         return whenLost();
@@ -56,42 +57,42 @@ void X11Desktop::Parts::readAndRest() {
         const MutexLock lock(mutex);
         // Only one thread can read. Watching while the other reads would wake this thread again and again for nothing.
         watch.setPausedForPoll(isPollReading);
-        rests = isPollReading || (rests && mayPause());
+        pauses = isPollReading || (pauses && mayPause());
     }
-    rests ? watch.rest(kRest) : watch.resume();
+    pauses ? watch.pause(kPause) : watch.resume();
 }
 
-/// Not while a window is being placed: its events are handled at once.
+/// False while a window is being placed, since its events must be handled at once, and while replies are awaited.
 bool X11Desktop::Parts::mayPause() const {
     if (queue.uptime() - lastPlacing < kPlacingTime) return false;
-    return !changes.isAwaited() && !keyboard.kept(queue.uptime()) && asked.empty() && !displays.isAsking() &&
-           !hider.isAnyLeaving() && !hider.isAnyReturning();
+    return !changes.isAwaited() && !focusKeeper.kept(queue.uptime()) && pendingReplies.empty() &&
+           !displays.isAsking() && !hider.isAnyHidePending() && !hider.isAnyRestoreDue();
 }
 
 /// Reads events that arrived during a pause.
 void X11Desktop::Parts::catchUp() {
-    if (watch.isReadDue(queue.uptime())) unsettled.add(drain(xcb_poll_for_event));
+    if (watch.isReadDue(queue.uptime())) pendingEffects.add(drain(xcb_poll_for_event));
 }
 
 EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     EventEffects effects;
     while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
-        // Type 0 is the error of a request without a reply: its window was destroyed.
+        // Type 0 is the error of a request without a reply: the window of the request was destroyed.
         if (event->response_type == 0) continue;
-        effects.askScreenPower |= screenPower.isHint(*event);
-        effects.askScale |= displays.isScaleHint(*event);
+        effects.mustQueryScreenPower |= screenPower.isHint(*event);
+        effects.mustQueryScale |= displays.isScaleHint(*event);
         effects.add(model.apply(*event));
     }
     if (effects.changed) changes.note();
     return effects;
 }
 
-/// Handles the effects of events that concern the main thread.
-void X11Desktop::Parts::settle(EventEffects effects) {
+/// Handles `effects` and all pending effects.
+void X11Desktop::Parts::handleEffects(EventEffects effects) {
     bool displaysChanged = false;
     {
         const MutexLock lock(mutex);
-        effects.add(std::exchange(unsettled, {}));
+        effects.add(std::exchange(pendingEffects, {}));
         // Flushing and collecting replies also read events; the descriptor does not become readable for those.
         for (bool again = true; again;) {
             displaysChanged |= actOn(effects);
@@ -123,10 +124,10 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     hider.follow(effects.returning);
     takeReplies();
     const bool areDisplaysReported = displays.advance(effects);
-    if (effects.askActiveWindow && !input.isOpen()) askActiveWindow();
-    if (effects.askScreenPower) askScreenPower();
+    if (effects.mustQueryActiveWindow && !input.isOpen()) askActiveWindow();
+    if (effects.mustQueryScreenPower) askScreenPower();
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
-    for (const xcb_window_t window : effects.restated) {
+    for (const xcb_window_t window : effects.stateChanged) {
         ClientWindow* client = model.client(window);
         if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) askState(*client);
     }

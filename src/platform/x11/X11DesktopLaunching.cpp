@@ -37,7 +37,7 @@ std::optional<LaunchableApplication> X11Desktop::launchableApplication(const Bun
 
 void X11Desktop::launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) {
-    // The launcher outlives the desktop; the receiver of the outcome may not.
+    // The launcher outlives the desktop, but the object that gets the outcome may not.
     if (parts_->launcher) {
         return parts_->launcher->launch(application, activation, parts_->lifetime.guard(std::move(completion)));
     }
@@ -53,26 +53,26 @@ bool X11Desktop::hasLaunchedProcessSucceeded(pid_t processIdentifier) const {
 
 bool X11Desktop::terminate(pid_t processIdentifier) {
     const MutexLock lock(parts_->mutex);
-    PendingReplies questions;
+    PendingReplies batch;
     for (const xcb_window_t window : parts_->model.clientOrder()) {
         const ClientWindow* client = parts_->model.client(window);
         if (!client || client->processIdentifier != processIdentifier || client->isInputOnly) continue;
         const WindowKind kind = client->kind();
         if (kind == WindowKind::dock || kind == WindowKind::desktop) continue;
-        // For a window without this protocol, window managers would disconnect its program.
+        // Windows without this protocol are skipped: a window manager would disconnect their program from the server.
         const XConnection& connection = *parts_->connection;
-        questions.add(connection.askProperty(window, connection.atoms()[Atom::wmProtocols], kMostProtocols),
-                      [parts = parts_.get(), window](const void* reply) {
-                          const auto known =
-                              numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_ATOM);
-                          const auto protocol = parts->connection->atoms()[Atom::wmDeleteWindow];
-                          if (std::ranges::find(known, protocol) == known.end()) return;
-                          sendProtocol(*parts->connection, window, protocol);
-                          parts->mustFlush = true;
-                      });
+        batch.add(connection.askProperty(window, connection.atoms()[Atom::wmProtocols], kMostProtocols),
+                  [parts = parts_.get(), window](const void* reply) {
+                      const auto known =
+                          numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_ATOM);
+                      const auto protocol = parts->connection->atoms()[Atom::wmDeleteWindow];
+                      if (std::ranges::find(known, protocol) == known.end()) return;
+                      sendProtocol(*parts->connection, window, protocol);
+                      parts->mustFlush = true;
+                  });
     }
-    if (questions.isEmpty()) return false;
-    parts_->asked.push_back(std::move(questions));
+    if (batch.isEmpty()) return false;
+    parts_->pendingReplies.push_back(std::move(batch));
     parts_->mustFlush = true;
     parts_->sendSoon();
     return true;
@@ -89,7 +89,7 @@ std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
             if (const ClientWindow* client = parts_->model.client(window)) evidence.push_back(evidenceOf(*client));
         }
     }
-    // Without a window the number may belong to another process by now.
+    // If the application has no window any more, its process number may belong to another process by now.
     if (evidence.empty()) return "it has no window any more";
     // If the server does not confirm the process for one of the windows, the process is doubtful.
     const auto innerNumber = innerProcessNumber(processIdentifier);

@@ -51,7 +51,7 @@ HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, Layo
     return {id, gap, axis, space.pixels(kRestingPoints)};
 }
 
-// Which there are
+// Creating and moving handles
 
 void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
     std::vector<Shown> spare;
@@ -73,8 +73,8 @@ void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
             if (known->place != place) move(*known, place);
             continue;
         }
-        // Windows are reused: a new one is an event for every program that watches the stacking order.
-        const auto free = std::ranges::find_if_not(spare, [&](const Shown& shown) { return isHeld(shown); });
+        // Windows are reused, since a new window is an event for every program that watches the stacking order.
+        const auto free = std::ranges::find_if_not(spare, [&](const Shown& shown) { return isDragged(shown); });
         if (free == spare.end()) {
             made.push_back(create(place));
             continue;
@@ -83,9 +83,9 @@ void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
         spare.erase(free);
     }
     for (const Shown& shown : spare) {
-        if (isHeld(shown)) {
+        if (isDragged(shown)) {
             cancelByEscape();
-            held_.reset();
+            drag_.reset();
         }
         xcb_destroy_window(connection_.get(), shown.window);
     }
@@ -154,7 +154,7 @@ const DividerHandleWindows::Shown* DividerHandleWindows::find(xcb_window_t windo
     return found == shown_.end() ? nullptr : &*found;
 }
 
-// The stack
+// The stacking order
 
 DividerHandleWindows::Neighbors DividerHandleWindows::neighbors() const {
     Neighbors found;
@@ -195,7 +195,7 @@ void DividerHandleWindows::restack() {
     const auto [below, above] = neighbors();
     const bool hasAbove = above != kNoWindow;
     for (const Shown& shown : shown_) {
-        // First to the very bottom: there it stays, below all windows, if the sibling was destroyed meanwhile.
+        // First lowers the handle below all windows; it stays there if the sibling was destroyed meanwhile.
         const std::uint32_t atTheBottom = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_STACK_MODE, &atTheBottom);
         if (!hasAbove && below == kNoWindow) continue;
@@ -207,8 +207,9 @@ void DividerHandleWindows::restack() {
     }
     mustSend_ = true;
     if (std::exchange(isRestacking_, true)) return;
-    // One request at a time is enough, until the server has answered.
-    asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) { isRestacking_ = false; });
+    // Until the server has replied, `isMisplaced` is false, so that the handles are not restacked again.
+    pendingReplies_.emplace_back().add(xcb_get_input_focus(connection_.get()),
+                                       [this](const void*) { isRestacking_ = false; });
 }
 
 // Pointer events
@@ -245,73 +246,75 @@ bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
 void DividerHandleWindows::pressed(const xcb_button_press_event_t& event, std::uint32_t sequence) {
     const Shown* shown = find(event.event);
     if (!shown || event.detail != kMainButton) return;
-    const bool isForAnother = shown->since && static_cast<std::int32_t>(sequence - *shown->since) < 0;
-    if (isForAnother) return; // the window was another divider's handle at that time
+    const bool isForFormerDivider = shown->since && static_cast<std::int32_t>(sequence - *shown->since) < 0;
+    if (isForFormerDivider) return; // the window was another divider's handle at that time
     const std::string& id = shown->place.id;
     const auto before = std::exchange(lastClick_, std::nullopt);
     const bool isDouble = before && before->id == id && event.time - before->when <= kDoubleClickTime;
-    held_ = Held{id,           shown->window, event.time, shown->place.restingPixels, event.root_x, event.root_y,
+    drag_ = Drag{id,           shown->window, event.time, shown->place.restingPixels, event.root_x, event.root_y,
                  event.root_x, event.root_y,  isDouble};
     if (!isDouble) lastClick_ = Click{id, event.time};
     mustGrabKeyboard_ = !isDouble;
     const auto kind = isDouble ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed;
-    news_.push_back({kind, id, event.root_x, event.root_y});
+    events_.push_back({kind, id, event.root_x, event.root_y});
 }
 
 void DividerHandleWindows::crossed(const xcb_enter_notify_event_t& event, DividerHandleEvent::Kind kind) {
-    if (const Shown* shown = find(event.event)) news_.push_back({kind, shown->place.id, event.root_x, event.root_y});
+    if (const Shown* shown = find(event.event)) events_.push_back({kind, shown->place.id, event.root_x, event.root_y});
 }
 
 void DividerHandleWindows::moved(int x, int y) {
-    if (!held_) return;
-    held_->x = x;
-    held_->y = y;
-    if (std::hypot(x - held_->startX, y - held_->startY) > held_->restingPixels) lastClick_.reset();
-    if (held_->isUsedUp) return;
-    // Only the newest position matters.
-    const bool isNewer = !news_.empty() && news_.back().kind == DividerHandleEvent::Kind::moved;
-    if (isNewer) news_.pop_back();
-    news_.push_back({DividerHandleEvent::Kind::moved, held_->id, x, y});
+    if (!drag_) return;
+    drag_->x = x;
+    drag_->y = y;
+    if (std::hypot(x - drag_->startX, y - drag_->startY) > drag_->restingPixels) lastClick_.reset();
+    if (drag_->isOver) return;
+    // The newest position replaces an earlier one that was not reported yet.
+    const bool isNewer = !events_.empty() && events_.back().kind == DividerHandleEvent::Kind::moved;
+    if (isNewer) events_.pop_back();
+    events_.push_back({DividerHandleEvent::Kind::moved, drag_->id, x, y});
 }
 
 void DividerHandleWindows::released(const xcb_button_release_event_t& event) {
-    if (!held_ || event.detail != kMainButton) return;
-    if (!held_->isUsedUp) news_.push_back({DividerHandleEvent::Kind::released, held_->id, event.root_x, event.root_y});
-    held_.reset();
+    if (!drag_ || event.detail != kMainButton) return;
+    if (!drag_->isOver) events_.push_back({DividerHandleEvent::Kind::released, drag_->id, event.root_x, event.root_y});
+    drag_.reset();
     mustGrabKeyboard_ = false;
 }
 
 void DividerHandleWindows::cancelByEscape() {
-    if (!std::exchange(held_->isUsedUp, true))
-        news_.push_back({DividerHandleEvent::Kind::cancelled, held_->id, held_->x, held_->y});
+    if (!std::exchange(drag_->isOver, true))
+        events_.push_back({DividerHandleEvent::Kind::cancelled, drag_->id, drag_->x, drag_->y});
 }
 
 bool DividerHandleWindows::act() {
-    if (std::exchange(mustGrabKeyboard_, false) && held_) grabKeyboard();
+    if (std::exchange(mustGrabKeyboard_, false) && drag_) grabKeyboard();
     if (escapeKeys_) {
         for (const xcb_keycode_t key : std::exchange(keysPressed_, {})) {
-            if (held_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) cancelByEscape();
+            if (drag_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) cancelByEscape();
         }
     }
-    if (!held_ || held_->isUsedUp) ungrabKeyboard();
+    if (!drag_ || drag_->isOver) ungrabKeyboard();
     return std::exchange(mustSend_, false);
 }
 
 void DividerHandleWindows::grabKeyboard() {
     xcb_connection_t* connection = connection_.get();
     const auto grabbed =
-        xcb_grab_keyboard(connection, 0, held_->window, held_->since, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    xcb_discard_reply(connection, grabbed.sequence); // another program may hold the keyboard: then Escape does not work
+        xcb_grab_keyboard(connection, 0, drag_->window, drag_->since, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    // If another program has grabbed the keyboard, Escape does not work.
+    xcb_discard_reply(connection, grabbed.sequence);
     hasKeyboard_ = true;
     escapeKeys_.reset();
     keysPressed_.clear();
     const xcb_setup_t* setup = xcb_get_setup(connection);
     const xcb_keycode_t first = setup->min_keycode;
     const auto count = static_cast<std::uint8_t>(setup->max_keycode - first + 1);
-    asked_.emplace_back().add(xcb_get_keyboard_mapping(connection, first, count), [this, first](const void* reply) {
-        const auto* mapping = static_cast<const xcb_get_keyboard_mapping_reply_t*>(reply);
-        escapeKeys_ = mapping ? keysFor(kEscapeSymbol, first, *mapping) : std::vector<xcb_keycode_t>{};
-    });
+    pendingReplies_.emplace_back().add(
+        xcb_get_keyboard_mapping(connection, first, count), [this, first](const void* reply) {
+            const auto* mapping = static_cast<const xcb_get_keyboard_mapping_reply_t*>(reply);
+            escapeKeys_ = mapping ? keysFor(kEscapeSymbol, first, *mapping) : std::vector<xcb_keycode_t>{};
+        });
     mustSend_ = true;
 }
 

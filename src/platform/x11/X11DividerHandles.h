@@ -1,6 +1,6 @@
-// One invisible override-redirect window for each divider, with which it is dragged. It is directly below the lowest
-// application window, so that it lies above the desktop window and never over an application. It reacts to the main
-// button only; other buttons reach the desktop.
+// One invisible override-redirect window for each divider, its handle, with which the user drags the divider. A handle
+// is directly below the lowest application window, so that it lies above the desktop window and never covers an
+// application. It reacts to the main button only; other buttons reach the desktop.
 //
 // During a drag the server sends all pointer events (passive grab), and the keyboard is grabbed for Escape. Requests
 // are buffered, not sent.
@@ -31,8 +31,8 @@ struct HandlePlace {
 /// The handle of a gap (screen space): the gap itself, but at least 8 points across the axis.
 HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, LayoutAxis axis, const PointSpace& space);
 
-/// An event of a handle; the point is in root coordinates.
-struct HandleNews {
+/// An event of a handle. The point is in root coordinates.
+struct RootHandleEvent {
     DividerHandleEvent::Kind kind;
     std::string id;
     int x = 0;
@@ -41,22 +41,24 @@ struct HandleNews {
 
 class DividerHandleWindows {
   public:
-    /// `asked` gets the requests whose replies the main thread does not wait for.
-    DividerHandleWindows(const XConnection& connection, const WindowModel& model, std::deque<PendingReplies>& asked) :
-        connection_(connection), model_(model), asked_(asked) {}
+    /// Requests are added to `pendingReplies`, since the main thread does not wait for replies.
+    DividerHandleWindows(const XConnection& connection, const WindowModel& model,
+                         std::deque<PendingReplies>& pendingReplies) :
+        connection_(connection),
+        model_(model), pendingReplies_(pendingReplies) {}
 
-    /// Shows exactly these. The drag of a handle that is not among them ends.
+    /// Shows exactly these handles. The drag of any other handle ends.
     void show(const std::vector<HandlePlace>& places);
 
-    /// True when the event is about the handles; then `act` has something to do.
+    /// True if the event is about the handles; then call `act`.
     bool take(const xcb_generic_event_t& event);
-    /// True when requests wait to be sent. Main thread.
+    /// Handles the events. True if requests must be sent. Main thread.
     bool act();
-    /// Whether the handles have a wrong position in the stacking order, by the model.
+    /// Whether a handle has a wrong position in the model's stacking order.
     bool isMisplaced() const;
-    /// Restacks them; call `act` afterwards.
+    /// Restacks the handles if they are misplaced; call `act` afterwards.
     void keepInOrder();
-    std::vector<HandleNews> takeNews() { return std::exchange(news_, {}); }
+    std::vector<RootHandleEvent> takeEvents() { return std::exchange(events_, {}); }
 
   private:
     struct Shown {
@@ -64,26 +66,26 @@ class DividerHandleWindows {
         xcb_window_t window;
         std::optional<std::uint32_t> since; // the request that moved the window here from another divider
     };
-    struct Held {
+    struct Drag {
         std::string id;
         xcb_window_t window = kNoWindow;
         xcb_timestamp_t since = 0;
         int restingPixels = 0;
         int startX = 0, startY = 0;
         int x = 0, y = 0;
-        bool isUsedUp = false; // after the second press of a double click, or Escape
+        bool isOver = false; // after the second press of a double click, or Escape
     };
     struct Click {
         std::string id;
         xcb_timestamp_t when = 0;
     };
-    /// Not mapped yet, and on top of all windows.
+    /// Creates a handle's window, which is not mapped yet, and on top of all windows.
     xcb_window_t create(const HandlePlace& place);
     /// Returns the sequence number of the request.
     std::uint32_t move(Shown& shown, const HandlePlace& place);
-    /// Uses the window for this divider from now on.
+    /// Uses the window of a former handle for `place` from now on.
     void reuse(Shown shown, const HandlePlace& place);
-    bool isHeld(const Shown& shown) const { return held_ && held_->window == shown.window; }
+    bool isDragged(const Shown& shown) const { return drag_ && drag_->window == shown.window; }
     xcb_cursor_t cursorFor(LayoutAxis axis);
     const Shown* find(xcb_window_t window) const;
     void pressed(const xcb_button_press_event_t& event, std::uint32_t sequence);
@@ -103,16 +105,16 @@ class DividerHandleWindows {
 
     const XConnection& connection_;
     const WindowModel& model_;
-    std::deque<PendingReplies>& asked_;
+    std::deque<PendingReplies>& pendingReplies_;
     std::vector<Shown> shown_;
-    std::vector<HandleNews> news_;
-    std::optional<Held> held_;
+    std::vector<RootHandleEvent> events_;
+    std::optional<Drag> drag_;
     std::optional<Click> lastClick_;
     std::vector<xcb_keycode_t> keysPressed_; // not handled yet
     std::optional<std::vector<xcb_keycode_t>> escapeKeys_;
     bool mustGrabKeyboard_ = false;
     bool hasKeyboard_ = false;
-    bool isRestacking_ = false; // requested, not confirmed yet
+    bool isRestacking_ = false; // restacking was requested and is not confirmed yet
     xcb_font_t cursorFont_ = XCB_NONE;
     xcb_cursor_t sidewaysCursor_ = XCB_NONE, upDownCursor_ = XCB_NONE;
     bool mustSend_ = false;

@@ -14,13 +14,15 @@ namespace {
 constexpr std::uint16_t kXkbMajor = 1, kXkbMinor = 0;
 constexpr xcb_xkb_device_spec_t kCoreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
 constexpr std::uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-/// Enough time for a menu to close.
+/// How often KOVA tries to grab the keyboard: long enough for an open menu to close.
 constexpr int kRecordingTries = 20;
 
 } // namespace
 
-Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> tryAgain) :
-    connection_(connection), asked_(asked), tryAgain_(std::move(tryAgain)) {
+Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& pendingReplies,
+                   std::function<void()> scheduleRecordingRetry) :
+    connection_(connection),
+    pendingReplies_(pendingReplies), scheduleRecordingRetry_(std::move(scheduleRecordingRetry)) {
     xcb_connection_t* server = connection_.get();
     const auto* extension = xcb_get_extension_data(server, &xcb_xkb_id);
     if (!extension || !extension->present) return;
@@ -31,15 +33,15 @@ Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& as
     const auto* input = xcb_get_extension_data(server, &xcb_input_id);
     hasInputExtension_ = input && input->present;
     begin();
-    askForMap();
-    asked_.back().wait(connection_);
-    auto answered = std::move(asked_.back());
-    asked_.pop_back();
-    answered.take();
+    requestMap();
+    pendingReplies_.back().wait(connection_);
+    auto batch = std::move(pendingReplies_.back());
+    pendingReplies_.pop_back();
+    batch.take();
 }
 
 void Keyboard::begin() {
-    // A key that is held sends presses again and again, and one release.
+    // With detectable auto-repeat a pressed key sends press events repeatedly, but only one release event.
     const auto flags =
         xcb_xkb_per_client_flags(connection_.get(), kCoreKeyboard, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
                                  XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0);
@@ -54,31 +56,31 @@ void Keyboard::begin() {
 
 // The map
 
-void Keyboard::askForMap() {
+void Keyboard::requestMap() {
     isMapDue_ = false;
-    isAskingForMap_ = true;
+    isMapRequested_ = true;
     mustSend_ = true;
     xcb_connection_t* server = connection_.get();
-    PendingReplies& questions = asked_.emplace_back();
-    questions.add(xcb_xkb_get_state(server, kCoreKeyboard), [this](const void* reply) {
+    PendingReplies& batch = pendingReplies_.emplace_back();
+    batch.add(xcb_xkb_get_state(server, kCoreKeyboard), [this](const void* reply) {
         if (reply) group_ = static_cast<const xcb_xkb_get_state_reply_t*>(reply)->group;
     });
     // The replies of one batch are used one after the other, and stay valid until all are used.
     const auto names = std::make_shared<const void*>(nullptr);
-    questions.add(xcb_xkb_get_names(server, kCoreKeyboard, XCB_XKB_NAME_DETAIL_KEY_NAMES),
-                  [names](const void* reply) { *names = reply; });
-    questions.add(xcb_xkb_get_map(server, kCoreKeyboard, kMapParts, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0),
-                  [this, names](const void* reply) { takeMap(*names, reply); });
+    batch.add(xcb_xkb_get_names(server, kCoreKeyboard, XCB_XKB_NAME_DETAIL_KEY_NAMES),
+              [names](const void* reply) { *names = reply; });
+    batch.add(xcb_xkb_get_map(server, kCoreKeyboard, kMapParts, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0),
+              [this, names](const void* reply) { takeMap(*names, reply); });
 }
 
 void Keyboard::takeMap(const void* names, const void* map) {
-    isAskingForMap_ = false;
+    isMapRequested_ = false;
     if (!names || !map) return;
     KeyboardMap told = keyboardMapOf(*static_cast<const xcb_xkb_get_names_reply_t*>(names),
                                      *static_cast<const xcb_xkb_get_map_reply_t*>(map));
     map_ = std::move(told);
     updateClaims();
-    tryHeld();
+    retryGrabs();
 }
 
 // Events
@@ -111,38 +113,40 @@ bool Keyboard::take(const xcb_generic_event_t& event) {
 
 bool Keyboard::takeError(const xcb_generic_event_t& event) {
     const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
-    const auto grab = std::ranges::find(unanswered_, error.full_sequence, &Grab::sequence);
-    if (grab == unanswered_.end()) return false;
+    const auto grab = std::ranges::find(pendingGrabs_, error.full_sequence, &Grab::sequence);
+    if (grab == pendingGrabs_.end()) return false;
     refuse(grab->combination);
     return true;
 }
 
 bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
-    if (event.event != connection_.root()) return false; // of a divider's handle
+    if (event.event != connection_.root()) return false; // the event is for a divider's handle
     if (!isPress) {
-        if (held_.release(event.detail) && !hasKeyboard_) loseSightOfKeys();
+        if (held_.release(event.detail) && !hasKeyboard_) stopExpectingReleases();
         return true;
     }
-    const bool isHeld = held_.press(event.detail, event.time);
+    const bool isRepetition = held_.press(event.detail, event.time);
     const auto code = map_.macKeyCode(event.detail);
     if (!code || !(hasKeyboard_ || isListening_)) return true;
-    news_.push_back({hasKeyboard_ ? KeyNews::Kind::recorded : KeyNews::Kind::pressed,
-                     {*code, map_.flagsOf(event.state), isHeld, map_.characters(*code, group_)}});
+    events_.push_back({hasKeyboard_ ? KeyboardEvent::Kind::recorded : KeyboardEvent::Kind::pressed,
+                       {*code, map_.flagsOf(event.state), isRepetition, map_.characters(*code, group_)}});
     return true;
 }
 
-/// Some keys may still be down; the server's repeat delay shows whether a press is a repetition.
-void Keyboard::loseSightOfKeys() {
-    held_.loseSight();
+/// Keys that are still pressed may be released unnoticed. The server's repeat delay then shows whether a press is a
+/// repetition.
+void Keyboard::stopExpectingReleases() {
+    held_.stopExpectingReleases();
     mustSend_ = true;
-    asked_.emplace_back().add(xcb_xkb_get_controls(connection_.get(), kCoreKeyboard), [this](const void* reply) {
-        if (reply) held_.setRepeatDelay(static_cast<const xcb_xkb_get_controls_reply_t*>(reply)->repeatDelay);
-    });
+    pendingReplies_.emplace_back().add(
+        xcb_xkb_get_controls(connection_.get(), kCoreKeyboard), [this](const void* reply) {
+            if (reply) held_.setRepeatDelay(static_cast<const xcb_xkb_get_controls_reply_t*>(reply)->repeatDelay);
+        });
 }
 
 bool Keyboard::act() {
-    if (isMapDue_ && !isAskingForMap_) askForMap();
-    if (std::exchange(areAnswersIn_, false)) settleClaims();
+    if (isMapDue_ && !isMapRequested_) requestMap();
+    if (std::exchange(areGrabResultsKnown_, false)) useGrabResults();
     return std::exchange(mustSend_, false);
 }
 
@@ -151,9 +155,9 @@ bool Keyboard::act() {
 void Keyboard::claim(std::vector<KeyCombination> combinations) {
     wanted_ = std::move(combinations);
     updateClaims();
-    tryHeld();
+    retryGrabs();
     mustReport_ = true;
-    askWhetherRefused();
+    requestGrabResults();
 }
 
 void Keyboard::listen(bool listens) {
@@ -199,7 +203,7 @@ void Keyboard::updateClaims() {
         hasChanged |= claim.isHeldByOther;
         ungrab(claim);
     }
-    // Old combinations may share keys with new ones, so they are released first.
+    // New combinations may share keys with old ones, so they are grabbed after those were released.
     for (Claim& claim : wanted) {
         const auto known = sameIn(claims_, claim);
         if (known != claims_.end()) {
@@ -212,19 +216,19 @@ void Keyboard::updateClaims() {
     claims_ = std::move(wanted);
     if (!hasChanged) return;
     mustReport_ = true;
-    askWhetherRefused();
+    requestGrabResults();
 }
 
-void Keyboard::tryHeld() {
+void Keyboard::retryGrabs() {
     bool any = false;
     for (Claim& claim : claims_) {
         if (!claim.isHeldByOther) continue;
-        // Released at once: presses still go to the other program.
+        // Only tries: keeping the grab for some lock states would take those presses from the other program.
         grab(claim);
         ungrab(claim);
         any = true;
     }
-    if (any) askWhetherRefused();
+    if (any) requestGrabResults();
 }
 
 void Keyboard::grab(Claim& claim) {
@@ -234,14 +238,14 @@ void Keyboard::grab(Claim& claim) {
     for (const auto& [key, state] : claim.grabs) {
         const auto sent = xcb_grab_key(connection_.get(), 0, connection_.root(), state, key, XCB_GRAB_MODE_ASYNC,
                                        XCB_GRAB_MODE_ASYNC);
-        unanswered_.push_back({sent.sequence, claim.combination});
+        pendingGrabs_.push_back({sent.sequence, claim.combination});
     }
-    if (hasInputExtension_) askOtherKindOfGrab(claim);
+    if (hasInputExtension_) probeInputExtensionGrab(claim);
 }
 
-/// The server allows XInput grabs beside core grabs and gives a press to the client that grabbed last. So an XInput
-/// grab is tried as well, just long enough to get the result.
-void Keyboard::askOtherKindOfGrab(const Claim& claim) {
+/// The server allows an XInput grab of a combination that has a core grab, and sends presses to the client that grabbed
+/// last. To find out whether another program has an XInput grab, KOVA tries one and releases it at once.
+void Keyboard::probeInputExtensionGrab(const Claim& claim) {
     std::map<xcb_keycode_t, std::vector<std::uint32_t>> statesByKey;
     for (const auto& [key, state] : claim.grabs) statesByKey[key].push_back(state);
     for (const auto& [key, states] : statesByKey) {
@@ -253,7 +257,7 @@ void Keyboard::askOtherKindOfGrab(const Claim& claim) {
             XCB_INPUT_GRAB_OWNER_NO_OWNER, &kMask, states.data());
         xcb_input_xi_passive_ungrab_device(connection_.get(), connection_.root(), key, XCB_INPUT_DEVICE_ALL_MASTER,
                                            count, XCB_INPUT_GRAB_TYPE_KEYCODE, states.data());
-        asked_.emplace_back().add(grabbed, [this, combination = claim.combination](const void* reply) {
+        pendingReplies_.emplace_back().add(grabbed, [this, combination = claim.combination](const void* reply) {
             const auto* answer = static_cast<const xcb_input_xi_passive_grab_device_reply_t*>(reply);
             if (answer && answer->num_modifiers > 0) refuse(combination);
         });
@@ -271,20 +275,20 @@ void Keyboard::ungrab(Claim& claim) {
     for (const auto& [key, state] : claim.grabs) xcb_ungrab_key(connection_.get(), key, connection_.root(), state);
 }
 
-/// A failed grab yields an error, a successful one nothing; the reply to a later request shows that no more errors will
-/// come.
-void Keyboard::askWhetherRefused() {
+/// A failed grab causes an error event, a successful grab causes nothing. The reply to a later request shows that all
+/// errors have arrived.
+void Keyboard::requestGrabResults() {
     mustSend_ = true;
-    ++questionsOpen_;
-    asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) {
-        if (--questionsOpen_ == 0) areAnswersIn_ = true;
+    ++openResultRequests_;
+    pendingReplies_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) {
+        if (--openResultRequests_ == 0) areGrabResultsKnown_ = true;
     });
 }
 
 /// Call once all errors have been handled.
-void Keyboard::settleClaims() {
-    if (questionsOpen_ != 0) return; // there was another request since
-    unanswered_.clear();
+void Keyboard::useGrabResults() {
+    if (openResultRequests_ != 0) return; // there was another request since
+    pendingGrabs_.clear();
     bool hasChanged = std::exchange(mustReport_, false);
     bool isAnyFree = false;
     for (Claim& claim : claims_) {
@@ -299,9 +303,9 @@ void Keyboard::settleClaims() {
     }
     if (isAnyFree) {
         mustReport_ = hasChanged;
-        askWhetherRefused();
+        requestGrabResults();
     } else if (hasChanged) {
-        news_.push_back({KeyNews::Kind::claimsKnown, {}});
+        events_.push_back({KeyboardEvent::Kind::grabResultsKnown, {}});
     }
 }
 
@@ -313,7 +317,7 @@ void Keyboard::record(bool records) {
     recordingTries_ = 0;
     if (!records && std::exchange(hasKeyboard_, false)) {
         xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
-        loseSightOfKeys();
+        stopExpectingReleases();
     }
     updateClaims();
     if (records) tryRecording();
@@ -322,15 +326,15 @@ void Keyboard::record(bool records) {
 void Keyboard::tryRecording() {
     if (!isRecording_ || hasKeyboard_) return;
     mustSend_ = true;
-    PendingReplies& questions = asked_.emplace_back();
-    // Keys that are down already do not belong to the shortcut.
-    const auto down = std::make_shared<HeldKeys::Bits>();
-    questions.add(xcb_query_keymap(connection_.get()), [down](const void* reply) {
+    PendingReplies& batch = pendingReplies_.emplace_back();
+    // Keys that are pressed already do not belong to the shortcut.
+    const auto down = std::make_shared<PressedKeys::Bits>();
+    batch.add(xcb_query_keymap(connection_.get()), [down](const void* reply) {
         if (reply) std::ranges::copy(static_cast<const xcb_query_keymap_reply_t*>(reply)->keys, down->begin());
     });
     const auto grabbed = xcb_grab_keyboard(connection_.get(), 0, connection_.root(), XCB_CURRENT_TIME,
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    questions.add(grabbed, [this, down](const void* reply) {
+    batch.add(grabbed, [this, down](const void* reply) {
         const auto* answer = static_cast<const xcb_grab_keyboard_reply_t*>(reply);
         const bool isOurs = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
         if (!isRecording_) {
@@ -339,11 +343,11 @@ void Keyboard::tryRecording() {
             mustSend_ |= isOurs;
         } else if (isOurs) {
             hasKeyboard_ = true;
-            held_.areDown(*down);
+            held_.setPressed(*down);
         } else if (++recordingTries_ < kRecordingTries) {
-            tryAgain_();
+            scheduleRecordingRetry_();
         } else {
-            news_.push_back({KeyNews::Kind::notRecording, {}});
+            events_.push_back({KeyboardEvent::Kind::recordingFailed, {}});
         }
     });
 }

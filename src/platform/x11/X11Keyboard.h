@@ -1,13 +1,13 @@
-// Key presses, whichever window is focused: passive grabs of combinations, so that no other program gets them, and a
-// grab of the whole keyboard while a shortcut is recorded.
+// Reports key presses, whichever window is focused. Grabs key combinations passively, so that no other program gets
+// them, and the whole keyboard while a shortcut is recorded.
 //
 // A combination is grabbed for all states of Caps Lock, Num Lock and Scroll Lock, and again after changes of layout,
-// keyboard or modifiers. A combination that another program holds is tried again whenever that may have changed; no
-// timer wakes the agent for that.
+// keyboard or modifiers. If another program has grabbed a combination, KOVA tries again whenever that may have changed;
+// no timer wakes the agent for that.
 #pragma once
 
-#include "platform/x11/HeldKeys.h"
 #include "platform/x11/PendingReplies.h"
+#include "platform/x11/PressedKeys.h"
 #include "platform/x11/X11KeyboardMap.h"
 
 #include <deque>
@@ -19,12 +19,12 @@
 
 namespace kova::x11 {
 
-struct KeyNews {
+struct KeyboardEvent {
     enum class Kind {
-        pressed,      // a grabbed combination, or a key pressed with it
-        recorded,     // any key, while the keyboard is grabbed
-        notRecording, // another program holds the keyboard
-        claimsKnown,  // which combinations other programs hold
+        pressed,          // a grabbed combination, or another key during such a grab
+        recorded,         // any key, while the whole keyboard is grabbed
+        recordingFailed,  // another program has grabbed the keyboard
+        grabResultsKnown, // it is known which combinations other programs have grabbed
     };
     Kind kind;
     KeyPress press{};
@@ -32,19 +32,20 @@ struct KeyNews {
 
 class Keyboard {
   public:
-    /// Waits for the server. `asked` gets the requests whose replies the main thread does not wait for; `tryAgain` must
-    /// call `tryRecording` after a pause, on the main thread.
-    Keyboard(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> tryAgain);
+    /// The constructor waits for the server. Later requests are added to `pendingReplies`, since the main thread does
+    /// not wait for replies. `scheduleRecordingRetry` must call `tryRecording` after a pause, on the main thread.
+    Keyboard(const XConnection& connection, std::deque<PendingReplies>& pendingReplies,
+             std::function<void()> scheduleRecordingRetry);
 
     /// False on a server without XKB names of keys: no key is reported.
     bool isUsable() const { return firstEvent_ != 0; }
-    /// Sets the combinations to grab, which replace the former ones. They are grabbed only while there are observers
-    /// and no recording.
+    /// Sets the combinations to grab, which replace the former ones. They are grabbed only while `listen` is on and no
+    /// shortcut is recorded.
     void claim(std::vector<KeyCombination> combinations);
     void listen(bool listens);
     void record(bool records);
-    /// Tries again to grab combinations that another program held.
-    void tryHeld();
+    /// Tries again to grab the combinations that another program had grabbed.
+    void retryGrabs();
     /// Tries to grab the whole keyboard; call `act` afterwards.
     void tryRecording();
 
@@ -53,18 +54,18 @@ class Keyboard {
     std::vector<KeyCombination> heldByOthers() const;
     std::string charactersOf(std::uint16_t macKeyCode) const { return map_.characters(macKeyCode, group_); }
 
-    /// True when the event is about keys; then `act` has something to do.
+    /// True if the event is about keys; then call `act`.
     bool take(const xcb_generic_event_t& event);
-    /// True when requests wait to be sent. Main thread.
+    /// Handles the events. True if requests must be sent. Main thread.
     bool act();
-    std::vector<KeyNews> takeNews() { return std::exchange(news_, {}); }
+    std::vector<KeyboardEvent> takeEvents() { return std::exchange(events_, {}); }
 
   private:
     struct Claim {
         KeyCombination combination;
         std::vector<std::pair<xcb_keycode_t, std::uint16_t>> grabs; // key and state
-        bool isGrabbed = false;                                     // not only tried
-        bool isRefused = false;                                     // the result of the newest try, if known
+        bool isGrabbed = false;                                     // false if the grab was only tried
+        bool isRefused = false;                                     // the server refused the last try
         bool isHeldByOther = false;
     };
     struct Grab { // a request without a result yet
@@ -73,29 +74,29 @@ class Keyboard {
     };
 
     void begin();
-    void askForMap();
+    void requestMap();
     void takeMap(const void* names, const void* map);
     bool takeError(const xcb_generic_event_t& event);
     bool takeKey(const xcb_key_press_event_t& event, bool isPress);
-    void loseSightOfKeys();
+    void stopExpectingReleases();
     std::vector<Claim> wantedClaims() const;
     void updateClaims();
     void grab(Claim& claim);
-    void askOtherKindOfGrab(const Claim& claim);
+    void probeInputExtensionGrab(const Claim& claim);
     void refuse(const KeyCombination& combination);
     void ungrab(Claim& claim);
-    void askWhetherRefused();
-    void settleClaims();
+    void requestGrabResults();
+    void useGrabResults();
 
     const XConnection& connection_;
-    std::deque<PendingReplies>& asked_;
-    std::function<void()> tryAgain_;
+    std::deque<PendingReplies>& pendingReplies_;
+    std::function<void()> scheduleRecordingRetry_;
     std::uint8_t firstEvent_ = 0; // of XKB; 0: the extension is not usable
     bool hasInputExtension_ = false;
     KeyboardMap map_;
     std::uint8_t group_ = 0;
     bool isMapDue_ = false;
-    bool isAskingForMap_ = false;
+    bool isMapRequested_ = false;
 
     std::vector<KeyCombination> wanted_;
     bool isListening_ = false;
@@ -103,14 +104,14 @@ class Keyboard {
     bool hasKeyboard_ = false;
     int recordingTries_ = 0;
     std::vector<Claim> claims_;
-    std::vector<Grab> unanswered_;
-    int questionsOpen_ = 0;
-    bool areAnswersIn_ = false;
-    bool mustReport_ = false; // report `claimsKnown` even if nothing has changed
+    std::vector<Grab> pendingGrabs_;
+    int openResultRequests_ = 0;
+    bool areGrabResultsKnown_ = false;
+    bool mustReport_ = false; // report `grabResultsKnown` even if nothing has changed
 
-    HeldKeys held_;
+    PressedKeys held_;
     bool mustSend_ = false;
-    std::vector<KeyNews> news_;
+    std::vector<KeyboardEvent> events_;
 };
 
 } // namespace kova::x11

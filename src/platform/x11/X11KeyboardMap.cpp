@@ -17,8 +17,8 @@ struct NamedKey {
     std::uint16_t code;
 };
 
-/// By position, so that it is right for every layout. The key left of the digit 1 counts as the American accent, and
-/// the one beside the left Shift as the additional key of European keyboards.
+/// Maps keys by position, which is correct for every layout. The key left of the digit 1 counts as the American accent
+/// key, and the key beside the left Shift as the additional key of European keyboards.
 constexpr std::array kKeyNames = std::to_array<NamedKey>({
     {"TLDE", keyCode::grave},
     {"AE01", keyCode::one},
@@ -160,13 +160,13 @@ std::string charactersOf(const std::vector<std::uint32_t>& levels) {
     const auto isKeypadCharacter = [](std::uint32_t symbol) {
         return symbol >= XKB_KEY_KP_Multiply && symbol <= XKB_KEY_KP_Equal;
     };
-    // On the keypad, digits are the level with Num Lock; a Mac's keypad has no arrows.
+    // On the keypad, uses the level with Num Lock, which has the digits; a Mac's keypad has no arrows.
     const auto found = std::ranges::find_if(levels, isKeypadCharacter);
     if (found != levels.end()) return textOf(*found);
     return levels.empty() ? std::string() : textOf(levels.front());
 }
 
-/// The group that a key uses for a group that it may not have.
+/// The group to use for `group`, which the key may not have.
 std::size_t groupInRange(std::size_t group, std::size_t count, std::uint8_t outOfRangeGroups) {
     if (group < count) return group;
     const std::size_t redirected = (outOfRangeGroups >> 4) & 3U;
@@ -205,7 +205,7 @@ KeyboardMap::KeyboardMap(const std::array<KeyboardKey, kKeyCount>& keys) {
     for (std::size_t code = 0; code < kKeyCount; ++code) {
         const KeyboardKey& key = keys[code];
         const auto macKeyCode = macKeyCodeNamed(key.name);
-        // A modifier key, such as Caps Lock, is no key of a shortcut.
+        // A modifier key, such as Caps Lock, cannot be the key of a shortcut.
         if (!macKeyCode || key.modifiers != 0) continue;
         Key& known = keys_.emplace_back();
         known.key = static_cast<xcb_keycode_t>(code);
@@ -216,7 +216,7 @@ KeyboardMap::KeyboardMap(const std::array<KeyboardKey, kKeyCount>& keys) {
     option_ = modifierWith(keys, {XKB_KEY_Alt_L, XKB_KEY_Alt_R});
     if (option_ == 0) option_ = modifierWith(keys, {XKB_KEY_Meta_L, XKB_KEY_Meta_R});
     command_ = modifierWith(keys, {XKB_KEY_Super_L, XKB_KEY_Super_R});
-    if (command_ == option_) command_ = 0; // if one modifier has both, it counts as Alt
+    if (command_ == option_) command_ = 0; // if Alt and Super set the same modifier, that counts as Alt
     const unsigned meant = option_ | command_ | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL;
     unsigned locks = 0;
     for (const unsigned lock : {unsigned{XCB_MOD_MASK_LOCK}, unsigned{modifierWith(keys, {XKB_KEY_Num_Lock})},

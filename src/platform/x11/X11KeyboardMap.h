@@ -1,5 +1,5 @@
-// The keyboard as the server describes it: the Mac's number of each key, the characters of the layouts on it, and the
-// bits of an event's state for each modifier. A value made from the server's replies.
+// The keyboard as the server describes it: for each key the number that it has on a Mac and its characters in each
+// layout; for each modifier its bits in an event's state. A value made from the server's replies.
 #pragma once
 
 #include "windowing/KeyMonitorServicing.h"
@@ -18,15 +18,15 @@ struct xcb_xkb_get_names_reply_t;
 
 namespace kova::x11 {
 
-/// The Mac's number of the key with that XKB name ("AC01"); absent for keys that a Mac does not have.
+/// The number that the key with this XKB name ("AC01") has on a Mac; absent for keys that a Mac does not have.
 std::optional<std::uint16_t> macKeyCodeNamed(std::string_view xkbName);
 
 /// One key as the server describes it.
 struct KeyboardKey {
-    std::string name;                                // of XKB
+    std::string name;                                // in XKB
     std::vector<std::vector<std::uint32_t>> symbols; // by group, then level
     std::uint8_t outOfRangeGroups = 0;               // XKB's rule for groups that the key does not have
-    std::uint8_t modifiers = 0;                      // bits that it sets while it is held
+    std::uint8_t modifiers = 0;                      // bits of the event state that are set while the key is pressed
 };
 
 class KeyboardMap {
@@ -39,17 +39,17 @@ class KeyboardMap {
 
     /// Absent for keys that a Mac does not have, and for modifier keys.
     std::optional<std::uint16_t> macKeyCode(xcb_keycode_t key) const;
-    /// Usually one; none when the keyboard has no such key.
+    /// The server's codes of the key: usually one, none if the keyboard has no such key.
     std::vector<xcb_keycode_t> keysOf(std::uint16_t macKeyCode) const;
-    /// The character of the key in the group's layout without modifiers, in UTF-8; empty if there is none. Of a dead
-    /// key the accent.
+    /// The character of the key in the group's layout without modifiers, in UTF-8; empty if there is none. For a dead
+    /// key its accent.
     std::string characters(std::uint16_t macKeyCode, std::uint8_t group) const;
 
-    /// Flags of `modifierFlag` for the state of an event.
+    /// Converts the state of an event to flags of `modifierFlag`.
     std::uint64_t flagsOf(std::uint16_t state) const;
-    /// The state in which exactly these modifiers of shortcuts are held; absent when the keyboard lacks one of them.
+    /// The state of an event in which exactly these modifiers are pressed; absent if the keyboard lacks one of them.
     std::optional<std::uint16_t> stateOf(std::uint64_t modifierFlags) const;
-    /// Every combination of the locks that a shortcut does not care about, none of them included.
+    /// All combinations of the lock modifiers, which shortcuts ignore; includes 0.
     const std::vector<std::uint16_t>& lockStates() const { return lockStates_; }
 
     bool operator==(const KeyboardMap&) const = default;

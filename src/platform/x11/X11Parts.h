@@ -50,17 +50,17 @@ struct X11Desktop::Parts {
     // Held for short copies and while requests are buffered and sent; never while a thread waits for the server, except
     // in `open` and the destructor.
     mutable Mutex mutex;
-    bool isPollReading KOVA_GUARDED_BY(mutex) = false; // the polling queue waits for replies
+    bool isPollReading KOVA_GUARDED_BY(mutex) = false; // the polling queue is waiting for replies
     x11::WindowModel model KOVA_GUARDED_BY(mutex);
     x11::DisplayKeeper displays KOVA_GUARDED_BY(mutex);
     x11::ScreenPowerNotices screenPower KOVA_GUARDED_BY(mutex);
     std::deque<x11::PendingReplies>
-        asked KOVA_GUARDED_BY(mutex); // requests of the main thread, which does not wait for the replies
-    bool isPointerAsked KOVA_GUARDED_BY(mutex) = false;
+        pendingReplies KOVA_GUARDED_BY(mutex); // requests of the main thread, which does not wait for the replies
+    bool isPointerQueryPending KOVA_GUARDED_BY(mutex) = false;
     x11::RequestQueue requests KOVA_GUARDED_BY(mutex);
-    x11::KeyboardKeeper keyboard KOVA_GUARDED_BY(mutex);
+    x11::FocusKeeper focusKeeper KOVA_GUARDED_BY(mutex);
     x11::WindowHider hider KOVA_GUARDED_BY(mutex);
-    x11::EventEffects unsettled KOVA_GUARDED_BY(mutex); // found on the polling queue, to be handled on the main thread
+    x11::EventEffects pendingEffects KOVA_GUARDED_BY(mutex); // to be handled on the main thread
 
     // These lock the mutex themselves
     x11::UserInput input;
@@ -72,22 +72,22 @@ struct X11Desktop::Parts {
     // Events (X11DesktopEvents.cpp) and requests with replies (X11DesktopQueries.cpp)
     void readEverything();
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) KOVA_REQUIRES(mutex);
-    void readAndRest() KOVA_EXCLUDES(mutex);
+    void readAndPause() KOVA_EXCLUDES(mutex);
     bool mayPause() const KOVA_REQUIRES(mutex);
-    void catchUp() KOVA_REQUIRES(mutex);                         // any thread; never waits
-    void settle(x11::EventEffects effects) KOVA_EXCLUDES(mutex); // main thread
-    void bringUpToDate() KOVA_EXCLUDES(mutex);                   // polling queue, or while opening
+    void catchUp() KOVA_REQUIRES(mutex);                                // any thread; never waits
+    void handleEffects(x11::EventEffects effects) KOVA_EXCLUDES(mutex); // main thread
+    void bringUpToDate() KOVA_EXCLUDES(mutex);                          // polling queue, or while opening
     bool actOn(const x11::EventEffects& effects) KOVA_REQUIRES(mutex);
-    void takeReplies() KOVA_REQUIRES(mutex); // the ones that have arrived
+    void takeReplies() KOVA_REQUIRES(mutex); // handles the replies that have arrived
     void askActiveWindow() KOVA_REQUIRES(mutex);
     void expectFocus(xcb_window_t window) KOVA_REQUIRES(mutex);
     void takeActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
-    void countAsActive(xcb_window_t reported) KOVA_REQUIRES(mutex);
-    void giveFocusBack(xcb_window_t active) KOVA_REQUIRES(mutex);
+    void setActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
+    void returnFocus(xcb_window_t active) KOVA_REQUIRES(mutex);
     void askDecorations(xcb_window_t window) KOVA_REQUIRES(mutex);
     void askState(x11::ClientWindow& client) KOVA_REQUIRES(mutex);
     void askPointer() KOVA_REQUIRES(mutex);
-    void later(Seconds pause, std::function<void()> work); // main thread; it is called with the lock held
+    void later(Seconds pause, std::function<void()> work); // main thread; `work` is called with the lock held
 
     void askScreenPower() KOVA_REQUIRES(mutex);
     void askScreenPowerAgain() KOVA_EXCLUDES(mutex);
@@ -104,9 +104,9 @@ struct X11Desktop::Parts {
         KOVA_REQUIRES(mutex);
 
     // Writing, main thread
-    void keepActive(xcb_window_t window) KOVA_EXCLUDES(mutex);         // although other windows were restored since
-    void takeOverLeftWindows(bool waitsToSettle) KOVA_EXCLUDES(mutex); // waits for the server
-    bool isAnyBelieved() const KOVA_REQUIRES(mutex);
+    void keepActive(xcb_window_t window) KOVA_EXCLUDES(mutex); // focuses it again after other windows were restored
+    void takeOverLeftoverWindows(bool waitsToSettle) KOVA_EXCLUDES(mutex); // waits for the server
+    bool isAnyStateAssumed() const KOVA_REQUIRES(mutex);
     void sendSoon();
     void send() KOVA_EXCLUDES(mutex);
 };

@@ -9,15 +9,15 @@ namespace {
 /// Higher buttons are the wheel and the thumb buttons.
 constexpr std::uint32_t kLastPointerButton = 3;
 
-/// Since this version raw events arrive in spite of other programs' grabs.
+/// Since this version raw events arrive even if another program has grabbed the pointer.
 constexpr std::uint16_t kMajorVersion = 2, kMinorVersion = 1;
 
 std::uint8_t extensionIn(const XConnection& connection) {
     const auto* extension = xcb_get_extension_data(connection.get(), &xcb_input_id);
     if (!extension || !extension->present) return 0;
-    const auto asked = xcb_input_xi_query_version(connection.get(), kMajorVersion, kMinorVersion);
+    const auto cookie = xcb_input_xi_query_version(connection.get(), kMajorVersion, kMinorVersion);
     const XReply<xcb_input_xi_query_version_reply_t> version(
-        xcb_input_xi_query_version_reply(connection.get(), asked, nullptr));
+        xcb_input_xi_query_version_reply(connection.get(), cookie, nullptr));
     const bool isNewEnough =
         version && (version->major_version > kMajorVersion ||
                     (version->major_version == kMajorVersion && version->minor_version >= kMinorVersion));
@@ -26,10 +26,11 @@ std::uint8_t extensionIn(const XConnection& connection) {
 
 } // namespace
 
-PointerWatch::PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked,
-                           std::function<void()> readAgain) :
+PointerWatch::PointerWatch(const XConnection& connection, std::deque<PendingReplies>& pendingReplies,
+                           std::function<void()> scheduleMotionEvents) :
     connection_(connection),
-    asked_(asked), readAgain_(std::move(readAgain)), extension_(extensionIn(connection)) {}
+    pendingReplies_(pendingReplies), scheduleMotionEvents_(std::move(scheduleMotionEvents)),
+    extension_(extensionIn(connection)) {}
 
 void PointerWatch::follow(bool follows) {
     if (extension_ == 0 || follows == isFollowing_) return;
@@ -69,19 +70,19 @@ bool PointerWatch::take(const xcb_generic_event_t& event) {
 }
 
 bool PointerWatch::act() {
-    const bool hasMoved = std::exchange(hasMoved_, false) && isHeld_ && !isLookDue_;
+    const bool hasMoved = std::exchange(hasMoved_, false) && isHeld_ && !isMotionPaused_;
     if (std::exchange(hasButtonChanged_, false) || hasMoved) ask();
     if (hasMoved) {
         // The reply has the present position; motion events are selected again after the pause.
-        isLookDue_ = true;
+        isMotionPaused_ = true;
         listen(false);
-        readAgain_();
+        scheduleMotionEvents_();
     }
     return std::exchange(mustSend_, false);
 }
 
-void PointerWatch::look() {
-    isLookDue_ = false;
+void PointerWatch::resumeMotionEvents() {
+    isMotionPaused_ = false;
     if (!isHeld_) return;
     listen(true);
     ask();
@@ -89,9 +90,11 @@ void PointerWatch::look() {
 
 void PointerWatch::ask() {
     mustSend_ = true;
-    asked_.emplace_back().add(xcb_query_pointer(connection_.get(), connection_.root()), [this](const void* reply) {
-        if (reply && isFollowing_) answered(*static_cast<const xcb_query_pointer_reply_t*>(reply));
-    });
+    pendingReplies_.emplace_back().add(xcb_query_pointer(connection_.get(), connection_.root()),
+                                       [this](const void* reply) {
+                                           if (reply && isFollowing_)
+                                               answered(*static_cast<const xcb_query_pointer_reply_t*>(reply));
+                                       });
 }
 
 void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
@@ -101,8 +104,8 @@ void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
     const auto kind = !isDown    ? PointerEvent::Kind::released
                       : !wasDown ? PointerEvent::Kind::pressed
                                  : PointerEvent::Kind::moved;
-    const PointerNews now{kind, pointer.root_x, pointer.root_y, (pointer.mask & XCB_KEY_BUT_MASK_SHIFT) != 0};
-    // Motion is selected before the position is known; otherwise a movement in between would be lost.
+    const RootPointerEvent now{kind, pointer.root_x, pointer.root_y, (pointer.mask & XCB_KEY_BUT_MASK_SHIFT) != 0};
+    // Motion events are selected, and then the position is queried again; otherwise a motion in between would be lost.
     if (kind == PointerEvent::Kind::pressed) {
         listen(true);
         ask();
@@ -113,7 +116,7 @@ void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
     }
     hasWindowMoved_ = false;
     last_ = now;
-    news_.push_back(now);
+    events_.push_back(now);
 }
 
 } // namespace kova::x11

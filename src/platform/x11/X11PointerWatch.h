@@ -18,38 +18,39 @@
 
 namespace kova::x11 {
 
-/// An event of the pointer; the point is in root coordinates.
-struct PointerNews {
+/// An event of the pointer. The point is in root coordinates.
+struct RootPointerEvent {
     PointerEvent::Kind kind;
     int x = 0;
     int y = 0;
     bool isShiftDown = false;
-    bool operator==(const PointerNews&) const = default;
+    bool operator==(const RootPointerEvent&) const = default;
 };
 
 class PointerWatch {
   public:
-    /// Waits for the server. `asked` gets the requests whose replies the main thread does not wait for; `readAgain`
-    /// must call `look` after a pause, on the main thread.
-    PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> readAgain);
+    /// The constructor waits for the server. Later requests are added to `pendingReplies`, since the main thread does
+    /// not wait for replies. `scheduleMotionEvents` must call `resumeMotionEvents` after a pause, on the main thread.
+    PointerWatch(const XConnection& connection, std::deque<PendingReplies>& pendingReplies,
+                 std::function<void()> scheduleMotionEvents);
 
     /// Selects or deselects the events.
     void follow(bool follows);
     bool isFollowing() const { return isFollowing_; }
 
-    /// True when the event is about the pointer; then `act` has something to do.
+    /// True if the event is about the pointer; then call `act`.
     bool take(const xcb_generic_event_t& event);
-    /// Call when a window moved. The pointer may have moved as well, since programs can move it without an event; and a
-    /// window that follows the pointer late must be handled although the pointer has stopped.
+    /// Call when a window moved. The pointer may have moved as well, since programs can move it without an event. And a
+    /// dragged window may follow the pointer only after the pointer has stopped; that must be handled, too.
     void noteMovement() {
         hasMoved_ |= isHeld_;
         hasWindowMoved_ |= isHeld_;
     }
-    /// True when requests wait to be sent. Main thread.
+    /// Handles the events. True if requests must be sent. Main thread.
     bool act();
     /// Selects motion events again after the pause; call `act` afterwards.
-    void look();
-    std::vector<PointerNews> takeNews() { return std::exchange(news_, {}); }
+    void resumeMotionEvents();
+    std::vector<RootPointerEvent> takeEvents() { return std::exchange(events_, {}); }
 
   private:
     void listen(bool toMovements);
@@ -57,18 +58,18 @@ class PointerWatch {
     void answered(const xcb_query_pointer_reply_t& pointer);
 
     const XConnection& connection_;
-    std::deque<PendingReplies>& asked_;
-    std::function<void()> readAgain_;
+    std::deque<PendingReplies>& pendingReplies_;
+    std::function<void()> scheduleMotionEvents_;
     std::uint8_t extension_ = 0; // its major opcode; 0: the extension is not usable
     bool isFollowing_ = false;
     bool isHeld_ = false;
-    bool isLookDue_ = false;
+    bool isMotionPaused_ = false;
     bool hasButtonChanged_ = false;
     bool hasMoved_ = false;
-    bool hasWindowMoved_ = false; // and no event was reported since
+    bool hasWindowMoved_ = false; // since the last reported event
     bool mustSend_ = false;
-    PointerNews last_{};
-    std::vector<PointerNews> news_;
+    RootPointerEvent last_{};
+    std::vector<RootPointerEvent> events_;
 };
 
 } // namespace kova::x11

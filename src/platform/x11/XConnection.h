@@ -1,6 +1,6 @@
 // The connection to the X server: its atoms, its root window, and the sending of requests. After `open` no function
 // waits for a reply unless it says so. Threads: xcb serializes requests of all threads. Errors of requests without a
-// reply arrive as events and are dropped there: they mean that a window was destroyed.
+// reply arrive as events and are ignored: they mean that a window was destroyed.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -86,12 +86,12 @@ class Atoms {
     std::array<xcb_atom_t, static_cast<std::size_t>(Atom::count)> values_{};
 };
 
-struct Freed {
+struct FreeDeleter {
     void operator()(void* memory) const { std::free(memory); }
 };
 /// A reply, event or error of xcb; null when the request failed.
 template <class T>
-using XReply = std::unique_ptr<T, Freed>;
+using XReply = std::unique_ptr<T, FreeDeleter>;
 
 /// Whether an event with that sequence number happened at or after the request. Each event has the number of the last
 /// request that the server had carried out; the numbers wrap around.
@@ -106,12 +106,12 @@ struct PropertyView {
     std::span<const std::uint8_t> bytes;
 };
 
-/// Of no type and no length for a null reply.
+/// Empty, with the type XCB_ATOM_NONE, for a null reply.
 PropertyView viewOf(const xcb_get_property_reply_t* reply);
 
 class XConnection {
   public:
-    /// The connection, or a sentence that says why it failed and what to do. Waits for the server.
+    /// Connects and waits for the server. On failure returns a sentence that says why and what to do.
     static std::variant<std::unique_ptr<XConnection>, std::string> open(const std::optional<std::string>& displayName);
     ~XConnection();
     XConnection(const XConnection&) = delete;
@@ -121,11 +121,11 @@ class XConnection {
     xcb_window_t root() const { return screen_->root; }
     const xcb_screen_t& screen() const { return *screen_; }
     const Atoms& atoms() const { return atoms_; }
-    /// As given or as found in the environment.
+    /// The name that was passed to `open`, else the name in the environment.
     const std::string& displayName() const { return displayName_; }
     bool isLost() const { return xcb_connection_has_error(connection_) != 0; }
 
-    /// Asks for a property of any type; sends nothing yet.
+    /// Buffers a request for a property of any type; `flush` sends it.
     xcb_get_property_cookie_t askProperty(xcb_window_t window, xcb_atom_t property, std::uint32_t lengthInWords) const;
     /// Sends a client message about a window to the window manager, as a pager does.
     void sendToWindowManager(xcb_window_t window, Atom message, const std::array<std::uint32_t, 5>& data) const;

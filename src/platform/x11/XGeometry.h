@@ -53,7 +53,7 @@ inline bool contains(const PixelRect& r, int x, int y) {
 /// The protocol's largest coordinate; a larger one would wrap around.
 inline constexpr int kLargestCoordinate = 32767;
 
-/// Edges are rounded, not sizes, so that neighbors that share an edge keep sharing it.
+/// Rounds edges, not sizes, so that neighbors that share an edge still share it afterwards.
 inline PixelRect roundedToPixels(const CGRect& r) {
     const auto pixel = [](double value) {
         if (!(value > -kLargestCoordinate)) return -kLargestCoordinate;

@@ -1,4 +1,4 @@
-// The library's header for the XKEYBOARD extension, in which a member has the name of a C++ keyword.
+// Includes xcb's header for the XKEYBOARD extension, in which a member has the name of a C++ keyword.
 #pragma once
 
 #include <xcb/xcb.h>

@@ -1,17 +1,18 @@
-#include "platform/x11/HeldKeys.h"
+#include "platform/x11/PressedKeys.h"
 
 namespace kova::x11 {
 
 namespace {
 
-/// In milliseconds. A press this long after the last one of the same key is no repetition: a release was lost.
+/// In milliseconds. A press that comes later than this after the last press of the same key is not a repetition: the
+/// release in between was lost.
 constexpr std::int32_t kLongestRepeatDelay = 3000;
-/// Tolerances in milliseconds: a repetition comes on time, or late if the server is busy.
+/// Tolerances in milliseconds: a repetition comes at the repeat delay, or later if the server is busy.
 constexpr std::int32_t kTooEarly = 10, kTooLate = 100;
 
 } // namespace
 
-bool HeldKeys::press(xcb_keycode_t key, xcb_timestamp_t time) {
+bool PressedKeys::press(xcb_keycode_t key, xcb_timestamp_t time) {
     if (!first_) first_ = key;
     const auto [known, isNew] = held_.try_emplace(key);
     const bool repeats = !isNew && isRepetition(known->second, time);
@@ -19,15 +20,16 @@ bool HeldKeys::press(xcb_keycode_t key, xcb_timestamp_t time) {
     return repeats;
 }
 
-bool HeldKeys::isRepetition(const Held& held, xcb_timestamp_t time) const {
-    if (!held.pressed) return held.isInSight;
+bool PressedKeys::isRepetition(const Held& held, xcb_timestamp_t time) const {
+    if (!held.pressed) return held.isReleaseReported;
     const auto since = static_cast<std::int32_t>(time - *held.pressed);
-    if (held.isInSight) return since <= kLongestRepeatDelay;
-    // The key may have been released since. Only a press at the time of the server's repetition counts as one.
+    if (held.isReleaseReported) return since <= kLongestRepeatDelay;
+    // The key may have been released since. Only a press at the time when the server would repeat the key counts as a
+    // repetition.
     return since <= repeatDelay_ + kTooLate && (held.repeats || since >= repeatDelay_ - kTooEarly);
 }
 
-void HeldKeys::areDown(const Bits& keys) {
+void PressedKeys::setPressed(const Bits& keys) {
     first_.reset();
     held_.clear();
     for (std::size_t key = 0; key < 8 * keys.size(); ++key) {
@@ -35,16 +37,16 @@ void HeldKeys::areDown(const Bits& keys) {
     }
 }
 
-bool HeldKeys::release(xcb_keycode_t key) {
+bool PressedKeys::release(xcb_keycode_t key) {
     held_.erase(key);
     if (first_ != key) return false;
     first_.reset();
     return !held_.empty();
 }
 
-void HeldKeys::loseSight() {
+void PressedKeys::stopExpectingReleases() {
     first_.reset();
-    for (auto& [key, held] : held_) held.isInSight = false;
+    for (auto& [key, held] : held_) held.isReleaseReported = false;
 }
 
 } // namespace kova::x11

@@ -1,5 +1,6 @@
-// New presses distinguished from keys that repeat, with releases that the server reports and those that it does not.
-#include "platform/x11/HeldKeys.h"
+// Distinguishes new presses from repetitions, with releases that the server reports and releases that it does not
+// report.
+#include "platform/x11/PressedKeys.h"
 
 #include <gtest/gtest.h>
 
@@ -8,52 +9,52 @@ namespace {
 
 constexpr xcb_keycode_t kH = 43, kJ = 44;
 
-TEST(HeldKeys, RepeatUntilTheyAreReleased) {
-    HeldKeys keys;
-    // Held across the turn of the server's clock.
+TEST(PressedKeys, RepeatUntilTheyAreReleased) {
+    PressedKeys keys;
+    // Pressed while the server's clock wraps around.
     EXPECT_FALSE(keys.press(kH, 0xFFFFFF00));
     EXPECT_TRUE(keys.press(kH, 0xFFFFFF00 + 660));
     EXPECT_TRUE(keys.press(kH, 0xFFFFFF00 + 700));
-    EXPECT_FALSE(keys.release(kH)) << "nothing else is down";
+    EXPECT_FALSE(keys.release(kH)) << "no other key is pressed";
     EXPECT_FALSE(keys.press(kH, 500));
     EXPECT_FALSE(keys.press(kH, 3501)) << "its release was lost";
-    HeldKeys::Bits down{};
+    PressedKeys::Bits down{};
     down[kJ / 8] = 1 << kJ % 8;
-    keys.areDown(down);
+    keys.setPressed(down);
     EXPECT_FALSE(keys.press(kH, 3600)) << "its release went elsewhere";
-    EXPECT_TRUE(keys.press(kJ, 9000)) << "the key was down before";
+    EXPECT_TRUE(keys.press(kJ, 9000)) << "the key was pressed already";
     EXPECT_TRUE(keys.press(kJ, 9040));
     keys.release(kJ);
     EXPECT_FALSE(keys.press(kJ, 9080));
 }
 
-TEST(HeldKeys, ReleasedTowardsOtherProgramsDoNotCountAsHeld) {
-    HeldKeys keys;
+TEST(PressedKeys, WhoseReleaseGoesToAnotherProgramDoNotCountAsPressed) {
+    PressedKeys keys;
     const auto overlap = [&](xcb_timestamp_t at) {
         keys.release(kJ);
         EXPECT_FALSE(keys.press(kH, at));
-        EXPECT_FALSE(keys.press(kJ, at + 50)) << "before the first is up";
+        EXPECT_FALSE(keys.press(kJ, at + 50)) << "before the first key is released";
         EXPECT_TRUE(keys.release(kH));
-        keys.loseSight();
+        keys.stopExpectingReleases();
         keys.setRepeatDelay(400);
     };
-    // Let go and pressed again before it would repeat, and long after.
+    // Released and pressed again before it would repeat, and long after.
     for (const xcb_timestamp_t again : {100U, 430U, 600U, 2900U}) {
         overlap(10000);
         EXPECT_FALSE(keys.press(kJ, 10000 + again)) << again;
-        EXPECT_TRUE(keys.press(kJ, 10000 + again + 400)) << "in sight again";
+        EXPECT_TRUE(keys.press(kJ, 10000 + again + 400)) << "its releases are reported again";
     }
-    // Held on: it repeats in its time, and is in sight again.
+    // Still pressed: the key repeats at the expected time, and its release is reported again.
     overlap(20000);
     for (const xcb_timestamp_t later : {452U, 490U, 530U, 2000U}) {
         EXPECT_TRUE(keys.press(kJ, 20000 + later)) << later;
     }
-    // Held so long that it repeated before the first one was released.
+    // Pressed so long that it repeated before the first key was released.
     overlap(30000);
     EXPECT_TRUE(keys.press(kJ, 30450));
-    keys.loseSight();
+    keys.stopExpectingReleases();
     EXPECT_TRUE(keys.press(kJ, 30490));
-    keys.loseSight();
+    keys.stopExpectingReleases();
     EXPECT_FALSE(keys.press(kJ, 31500));
 }
 
