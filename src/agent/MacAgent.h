@@ -21,19 +21,19 @@ class MacAgent {
     MacAgent(const MacAgent&) = delete;
     MacAgent& operator=(const MacAgent&) = delete;
 
-    /// Also opens the URLs that arrived earlier. The process's exit code when it cannot manage this session, with the
-    /// reason in `startProblem`; absent on success.
+    /// Starts the agent and opens the URLs that arrived earlier. Returns the exit code of the process if that fails,
+    /// with the reason in `startProblem`; absent on success.
     [[nodiscard]] std::optional<int> start();
     /// Why the start failed, as a sentence for the user; empty on success.
     const std::string& startProblem() const { return startProblem_; }
-    /// Hidden and minimized windows are shown again, and the preferences are on disk.
+    /// Shows hidden and minimized windows again, and writes the preferences to disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);
-    /// Call when KOVA became active: after an opening that shows no dialog, the former application or kova-ui gets the
-    /// activation.
+    /// Call when KOVA became active: after an opening that shows no dialog, passes the activation to the application
+    /// that was active before, or to kova-ui.
     void useActivation();
-    /// The user opened the program again: shows the settings, where no program draws them the menu of the menu-bar
-    /// item.
+    /// Call when the user opens the program again: shows the settings or, if no program draws them, the menu of the
+    /// menu-bar item.
     void reopen();
 
   private:

@@ -62,7 +62,7 @@ std::string logFolder() {
 
 } // namespace
 
-/// Each part after those that it uses.
+/// Each part is declared after the parts that it uses.
 struct MacAgent::Parts {
     Parts() :
         agent({.workspace = {accessibility, applications, screens, session, changes, preferences, mainQueue(),
@@ -106,8 +106,8 @@ struct MacAgent::Parts {
     DispatchWorkQueue pollingQueue{labeled(".window-snapshot")};
     SessionAgent agent;
     std::optional<MenuBar> menuBar; // once the agent has started
-    // Without this the system slows down timers of an application without windows (App Nap). The machine may still
-    // sleep.
+    // Without this activity the system slows down timers of an application without windows (App Nap). The machine may
+    // still sleep.
     id<NSObject> activity =
         [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
                                                      reason:@"Windows are kept in their tiles"];
@@ -181,7 +181,7 @@ void MacAgent::reopen() {
 }
 
 void quitMacAgent() {
-    // No work of the agent is under way when the parts are destroyed.
+    // Posted, so that no function of the agent runs while its parts are destroyed.
     mainQueue().post([] { [NSApp terminate:nil]; });
 }
 

@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-constexpr Seconds kPatienceWithFirstLook{2};
-constexpr Seconds kPauseBeforeWindowsAreKnown{0.002};
+constexpr Seconds kFirstPollTimeout{2};
+constexpr Seconds kFirstPollCheckInterval{0.002};
 
 template <class Controller>
 std::optional<SystemSetting> settingOf(Controller* controller, SystemSetting (*setting)(Controller&)) {
@@ -35,7 +35,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
     menu_({.delegate = delegate_,
            .documents = services.dialogs ? services.dialogs : static_cast<DocumentExchangeControl*>(documents_.get()),
            .updates = services.updates,
-           // The answer to the client that chose to quit is sent first.
+           // Posted, so that the client that chose to quit gets its response first.
            .quit = [this, quit = services.quit] { queue_.post(quit); }}),
     methods_({.controller = delegate_.workspace(),
               .urls = delegate_.urls(),
@@ -84,7 +84,7 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
                                  : "kova-agent " KOVA_VERSION " manages this session");
     delegate_.applicationDidFinishLaunching();
     if (const auto text = firstSteps()) log(LogLevel::note, *text);
-    serveOnceWindowsAreKnown(queue_.uptime() + kPatienceWithFirstLook);
+    serveOnceWindowsAreKnown(queue_.uptime() + kFirstPollTimeout);
     return std::nullopt;
 }
 
@@ -92,7 +92,7 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
 /// windows. In a locked session there is no poll, so they are served at once.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
     if (!delegate_.workspace().hasPolled() && queue_.uptime() < until) {
-        queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
+        queue_.after(kFirstPollCheckInterval, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
         return;
     }
     isServing_ = true;

@@ -26,7 +26,7 @@ struct AgentServices {
     std::function<void()> quit;                           // ends the process soon, with success
     DocumentPanelServicing* documentPanels = nullptr;     // null where the platform has none of its own
     UserInterfaceDialogs* dialogs = nullptr;              // null where the platform has dialogs of its own
-    UpdateChecker* updates = nullptr;                     // null where the system's packages are updated
+    UpdateChecker* updates = nullptr;                     // null where a package manager updates KOVA
 };
 
 class SessionAgent {
@@ -35,7 +35,7 @@ class SessionAgent {
     SessionAgent(const SessionAgent&) = delete;
     SessionAgent& operator=(const SessionAgent&) = delete;
 
-    /// Claims the session, before anything else; absent if another agent has it, which has been reported.
+    /// Claims the session; call before anything else. Absent on failure, with the reason passed to `complain`.
     static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
 
     /// Listens at the socket and begins to manage windows; clients are served after the first poll. Absent on success,
@@ -48,7 +48,7 @@ class SessionAgent {
     void openURLs(const std::vector<std::string>& urls);
 
     AppDelegate& delegate() { return delegate_; }
-    /// For whatever draws it.
+    /// For the program or platform that draws the menu.
     KovaMenuBarContent& menu() { return menu_; }
     /// Advice for a new user, until this agent ends; absent for other users.
     std::optional<std::string> firstSteps();
@@ -65,7 +65,7 @@ class SessionAgent {
     ControlMethods methods_;
     std::optional<ControlServer> server_;
     bool isServing_ = false;
-    std::vector<std::string> waitingURLs_; // until it does
+    std::vector<std::string> waitingURLs_; // until requests are served
     Lifetime lifetime_;
 };
 

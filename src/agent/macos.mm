@@ -89,7 +89,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     });
 }
 
-/// The system logs a complaint about applications that do not answer.
+/// The system logs a warning about applications without this method.
 - (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)__unused application {
     return YES;
 }

@@ -104,7 +104,7 @@ class Desktop {
     std::unique_ptr<UnavailableDesktop> absent_;
 };
 
-/// Owns all parts, each after those that it uses.
+/// Owns all parts, each declared after the parts that it uses.
 int manageSession(const AgentOptions& options) {
     const auto folders = XdgFolders::fromEnvironment();
     const auto stateFolder = folders.stateHome / "kova";
@@ -133,7 +133,7 @@ int manageSession(const AgentOptions& options) {
     ChildProcesses children(loop);
     UserInterfaceProcess userInterface([] { return findUserInterface(ownProgram(), findProgram); },
                                        controlSocketPlace().path, loop, children);
-    UserInterfaceDialogs dialogs(loop); // the command line asks at its terminal
+    UserInterfaceDialogs dialogs(loop); // the command line asks the user at its terminal instead
     SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, dialogs),
                         .shell = desktop->shell(session, loginItem, dock, userInterface),
                         .diagnostics = {&desktop->diagnostics(), &session},

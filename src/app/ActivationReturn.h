@@ -9,7 +9,7 @@
 namespace kova {
 
 enum class OwnDialog { none, shown };
-/// The windows that opening KOVA again shows. kova-ui is an application of its own.
+/// The window that an opening shows. kova-ui is a separate application.
 enum class OpenedWindow { none, ofUserInterface };
 enum class ActivationUse { keep, giveBack, passToUserInterface };
 
@@ -23,8 +23,8 @@ class ActivationReturn {
         opened_ = now;
         window_ = window;
     }
-    /// For an activation at `now` (uptime). Kept unless it came with an opening, and while a dialog of KOVA is open or
-    /// about to open: it needs the keyboard.
+    /// What to do about an activation at `now` (uptime). KOVA keeps an activation that did not come with an opening,
+    /// and any activation while a dialog of KOVA, which needs the keyboard, is open or about to open.
     ActivationUse use(Seconds now, OwnDialog dialog) const {
         if (!opened_ || now - *opened_ > kLongestDelay || dialog == OwnDialog::shown) return ActivationUse::keep;
         return window_ == OpenedWindow::none ? ActivationUse::giveBack : ActivationUse::passToUserInterface;

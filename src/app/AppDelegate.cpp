@@ -10,7 +10,7 @@ namespace {
 
 template <class Controller, class Service>
 std::optional<Controller> controllerOf(Service* service, PreferencesStore& preferences) {
-    // Made in place, since callbacks point to it.
+    // Constructed in place, since its callbacks have its address.
     return service ? std::optional<Controller>(std::in_place, *service, preferences) : std::nullopt;
 }
 
@@ -108,8 +108,8 @@ void AppDelegate::stopWorkspace() {
     log(LogLevel::note, "workspace stopped");
 }
 
-/// Reinstalls the monitors of pointer and keys; no-op without the permission, since some desktops never send events to
-/// a monitor that was installed before the permission was granted.
+/// Installs the monitors of pointer and keys again. Not without the permission, since some desktops never send events
+/// to a monitor that was installed before the permission was granted.
 void AppDelegate::installMonitors() {
     removeMonitors();
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
@@ -126,7 +126,7 @@ void AppDelegate::monitorResumeShortcut() {
 
 void AppDelegate::followPermission() {
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
-    onboardingWindow_->complete();
+    onboardingWindow_->permissionWasGranted();
     if (!workspaceIsSuspendedForSystemTransition_) installMonitors();
 }
 

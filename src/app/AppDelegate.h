@@ -54,12 +54,12 @@ class AppDelegate {
     void openURLs(const std::vector<std::string>& urls);
     KovaShortcutSettings& shortcutSettings() { return shortcutSettings_; }
     KovaOnboardingState& onboarding() { return onboarding_; }
-    /// What the overlay shows; empty unless the workspace is started.
+    /// The contents of the overlay; empty unless the workspace is started.
     OverlayServing& overlay() { return overlay_; }
     /// Null where the desktop has no such service.
     LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
     UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
-    /// What the shortcut for the palette does; nothing until it is set.
+    /// Sets the action of the palette's shortcut, which has no effect before.
     void onOpenPalette(std::function<void()> open) { openPalette_ = std::move(open); }
     /// Null before the launch.
     KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
@@ -70,8 +70,8 @@ class AppDelegate {
     /// Call once when the process is ready: reads settings of the system and starts the workspace.
     void applicationDidFinishLaunching();
 
-    /// Begins to manage windows, without asking the user for the permission; on a locked screen it begins suspended.
-    /// Does nothing when it is started already.
+    /// Begins to manage windows, without asking the user for the permission; suspended while the screen is locked.
+    /// No-op if the workspace is started.
     void startWorkspace();
     /// Leaves focus mode, removes monitors and overlay, and writes the preferences to disk. No-op unless started.
     void stopWorkspace();
@@ -79,7 +79,7 @@ class AppDelegate {
     PermissionRequest& permission() { return permission_; }
 
     /// Suspends when the first condition begins under which the user cannot see the screen, resumes when the last one
-    /// ends. No-op unless started: the start queries the present state.
+    /// ends. No-op unless started: the start queries the state itself.
     void handleSystemActivityEvent(SystemActivityEvent event);
     const SystemActivityState& systemActivityState() const { return systemActivityState_; }
     bool isWorkspaceSuspended() const { return workspaceIsSuspendedForSystemTransition_; }
@@ -95,7 +95,7 @@ class AppDelegate {
     WorkspaceServices services_;
     ShellServices shell_;
     PermissionRequest permission_;
-    // The order matters: each reads its preferences when it is made.
+    // The order matters: each reads its preferences in its constructor.
     KovaOnboardingState onboarding_;
     std::optional<LaunchAtLoginController> launchAtLogin_;
     std::optional<DockAutoHideController> dockAutoHide_;

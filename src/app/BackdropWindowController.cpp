@@ -55,10 +55,10 @@ BackdropWindowController::~BackdropWindowController() {
 
 void BackdropWindowController::show() {
     if (!subscriptions_.empty()) return refresh();
-    board_.show(Section::isSuspended, [this](auto& out) { out.isSuspended = *workspace_.state().isSuspended; });
-    board_.show(Section::appearance, [this](auto& out) { out.appearance = appearanceOf(workspace_); });
-    board_.show(Section::displays, [this](auto& out) { out.displays = displaysOf(workspace_); });
-    board_.show(Section::message, [this](auto& out) { out.message = message(); });
+    board_.provide(Section::isSuspended, [this](auto& out) { out.isSuspended = *workspace_.state().isSuspended; });
+    board_.provide(Section::appearance, [this](auto& out) { out.appearance = appearanceOf(workspace_); });
+    board_.provide(Section::displays, [this](auto& out) { out.displays = displaysOf(workspace_); });
+    board_.provide(Section::message, [this](auto& out) { out.message = message(); });
     const auto watch = [this](const auto& published, Section section) {
         subscriptions_.push_back(published.observe([this, section](const auto&) { board_.refresh(section); }));
     };

@@ -1,4 +1,4 @@
-// Where the desktop shows between the windows in tiles: the outer margin, the strips of footers, and what is left of
+// Where the desktop shows between the windows in tiles: the outer margin, the strips of footers, and the parts of
 // gaps beside the dividers' handles. Some desktops move all windows aside when their wallpaper is clicked, and a press
 // that misses a divider must not cause that.
 #pragma once
@@ -11,10 +11,10 @@
 
 namespace kova {
 
-/// `area` without what is covered, as rectangles that do not overlap; parts thinner than a point are left out.
+/// The parts of `area` outside `covered`, as rectangles that do not overlap, without parts thinner than a point.
 std::vector<CGRect> uncoveredParts(const CGRect& area, const std::vector<CGRect>& covered);
 
-/// Screen space. Only of displays with a handle or a window in a tile; empty tiles are left to the desktop.
+/// The areas to guard, in screen space: only on displays with a window in a tile, and not in focus mode.
 std::vector<CGRect> desktopGuards(const WorkspaceController& workspace, const std::vector<DividerHandle>& handles);
 
 /// Whether a window is in a tile of the display.

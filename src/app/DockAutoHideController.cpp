@@ -15,8 +15,8 @@ DockAutoHideController::DockAutoHideController(DockAutoHideServicing& service, P
 
 template <class Callback>
 auto DockAutoHideController::ifNewest(Callback callback) {
-    return lifetime_.guard([this, request = ++request_, callback = std::move(callback)](const auto& answer) {
-        if (request == request_) callback(answer);
+    return lifetime_.guard([this, request = ++request_, callback = std::move(callback)](const auto& result) {
+        if (request == request_) callback(result);
     });
 }
 

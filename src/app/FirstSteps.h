@@ -1,4 +1,4 @@
-// First advice to a new user, for desktops on which KOVA shows no window.
+// Advice to a new user, for desktops on which KOVA shows no window.
 #pragma once
 
 #include "workspace/WorkspaceController.h"

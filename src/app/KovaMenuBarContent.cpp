@@ -85,14 +85,14 @@ std::string menuKeyEquivalent(const KovaShortcut& shortcut) {
     return label;
 }
 
-/// Puts the menu together, with what each entry does.
+/// Builds the menu and the operation of each entry.
 class KovaMenuBarContent::Build {
   public:
     explicit Build(const MenuBarServices& services) :
         services_(services), workspace_(services.delegate.workspace()), state_(workspace_.state()),
         isGranted_(*state_.permissionState == AccessibilityPermissionState::granted),
-        isAtWork_(services.delegate.isWorkspaceStarted() && !services.delegate.isWorkspaceSuspended()),
-        mayMoveWindows_(isGranted_ && isAtWork_), focused_(mayMoveWindows_ ? workspace_.focusedWindow() : nullptr) {
+        isActive_(services.delegate.isWorkspaceStarted() && !services.delegate.isWorkspaceSuspended()),
+        mayMoveWindows_(isGranted_ && isActive_), focused_(mayMoveWindows_ ? workspace_.focusedWindow() : nullptr) {
         addWindowEntries();
         addLayoutEntries();
         addSceneEntries();
@@ -103,11 +103,11 @@ class KovaMenuBarContent::Build {
         const bool hasWindow = hasSettingsWindow();
         if (hasWindow) {
             add("settings", "Settings", Enabled::yes,
-                [this] { sayIfRefused(services_.delegate.settingsWindow()->show(std::nullopt)); });
+                [this] { showMessageIfRefused(services_.delegate.settingsWindow()->show(std::nullopt)); });
         }
         if (hasWindow && services_.delegate.onboardingWindow()) {
             add("onboarding", "Introduction to KOVA", Enabled::yes,
-                [this] { sayIfRefused(services_.delegate.onboardingWindow()->show()); });
+                [this] { showMessageIfRefused(services_.delegate.onboardingWindow()->show()); });
         }
         inSubmenu(hasWindow ? "Quick Settings" : "Settings", [this] { addSettings(); });
         addProgramEntries();
@@ -156,7 +156,7 @@ class KovaMenuBarContent::Build {
         entries_.push_back(std::move(submenu));
     }
     void perform(const WorkspaceAction& action) { workspace_.perform(action); }
-    /// One that has the title of its shortcut.
+    /// Adds an entry that has the title of its shortcut.
     void addCommand(std::string id, KovaShortcutAction named, Enabled enabled, WindowCommand command) {
         add(
             std::move(id), std::string(kova::title(named)), enabled,
@@ -191,7 +191,7 @@ class KovaMenuBarContent::Build {
             [this] { perform(action::Undo{}); }, KovaShortcutAction::undo);
         const bool isZoomed = state_.focusMode->has_value();
         add(
-            "zoom", "Focus Mode", enabledIf(isAtWork_ && (isZoomed || focused_)),
+            "zoom", "Focus Mode", enabledIf(isActive_ && (isZoomed || focused_)),
             [this] { perform(action::ToggleFocusZoom{}); }, checkedIf(isZoomed), KovaShortcutAction::focusZoom);
         add(
             "stack", "Next Window in Current Zone", enabledIf(hasWindowBehindFocused()),
@@ -241,7 +241,7 @@ class KovaMenuBarContent::Build {
         inSubmenu("Place Window in Zone", [&] { addPlaces(); });
     }
 
-    /// The tiles of the current display by number and name; the one that the focused window is in is checked.
+    /// The tiles of the current display by number and name; the tiles of the focused window are checked.
     void addPlaces() {
         const auto display = focused_ ? workspace_.currentDisplayID() : std::nullopt;
         if (!display) return;
@@ -278,7 +278,7 @@ class KovaMenuBarContent::Build {
 
     void addLayoutEntries() {
         separate();
-        const auto display = isAtWork_ ? workspace_.currentDisplayID() : std::nullopt;
+        const auto display = isActive_ ? workspace_.currentDisplayID() : std::nullopt;
         const LayoutDefinition* current = display ? workspace_.resolvedLayout(*display) : nullptr;
         const std::string currentID = current ? current->id : "";
         const Enabled enabled = enabledIf(current);
@@ -289,7 +289,7 @@ class KovaMenuBarContent::Build {
         if (menus.empty() || !display) inSubmenu("Layout on Current Display", [] {});
         for (const auto& menu : menus) {
             if (menus.size() < 2) break;
-            addLayoutMenu("Layout on " + menu.title, "layout." + menu.id.text() + ".", menu, enabledIf(isAtWork_));
+            addLayoutMenu("Layout on " + menu.title, "layout." + menu.id.text() + ".", menu, enabledIf(isActive_));
         }
         add(
             "layout-next", "Next Layout on Current Display", enabled,
@@ -327,7 +327,7 @@ class KovaMenuBarContent::Build {
         UserInterfaceController* userInterface = services_.delegate.userInterface();
         return services_.delegate.settingsWindow() && userInterface && !userInterface->absence();
     }
-    void sayIfRefused(const std::optional<std::string>& reason) {
+    void showMessageIfRefused(const std::optional<std::string>& reason) {
         if (reason) perform(action::ShowMessage{*reason});
     }
 
@@ -389,9 +389,9 @@ class KovaMenuBarContent::Build {
                 workspace_.perform(action::Switch{action::Setting::isPaused, !isPaused});
             },
             checkedIf(isPaused), KovaShortcutAction::pauseOrResume);
-        add("force-quit-all", "Force Quit All Open Applications…", enabledIf(isAtWork_),
+        add("force-quit-all", "Force Quit All Open Applications…", enabledIf(isActive_),
             [this] { workspace_.perform(action::ForceQuitAll{}); });
-        add("recheck", "Recheck Accessibility", enabledIf(isAtWork_), [this] { workspace_.recheckAccessibility(); });
+        add("recheck", "Recheck Accessibility", enabledIf(isActive_), [this] { workspace_.recheckAccessibility(); });
         if (UpdateChecker* updates = services_.updates) {
             add("update", "Check for Updates…", enabledIf(updates->canCheckForUpdates()),
                 [updates] { updates->checkForUpdates(); });
@@ -404,7 +404,7 @@ class KovaMenuBarContent::Build {
     const MenuBarServices& services_;
     WorkspaceController& workspace_;
     const WorkspaceState& state_;
-    const bool isGranted_, isAtWork_, mayMoveWindows_;
+    const bool isGranted_, isActive_, mayMoveWindows_;
     const ManagedWindow* focused_;
     std::vector<MenuEntry> entries_;
     std::map<std::string, std::function<void()>, std::less<>> operations_;

@@ -36,7 +36,7 @@ class KovaMenuBarContent final : public MenuServing {
 
     std::vector<MenuEntry> entries() const override;
     bool choose(std::string_view id) override;
-    /// Shows that the workspace has a message, which is the first line of the menu.
+    /// Tells whether the workspace has a message, which is the first line of the menu.
     MenuBarSymbol symbol() const;
     /// Calls back whenever the symbol may have changed.
     [[nodiscard]] Subscription observeSymbol(std::function<void()> changed);

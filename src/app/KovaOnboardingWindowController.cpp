@@ -7,7 +7,7 @@
 namespace kova {
 
 KovaOnboardingWindowController::KovaOnboardingWindowController(const Services& services) : services_(services) {
-    services_.board.show(OverlaySection::onboardingWindow, [this](OverlayContents& out) {
+    services_.board.provide(OverlaySection::onboardingWindow, [this](OverlayContents& out) {
         out.windows.onboarding =
             isShown_ ? std::optional(OverlayShownWindow{.pane = {}, .request = requests_}) : std::nullopt;
     });
@@ -27,7 +27,7 @@ void KovaOnboardingWindowController::showIfNeeded() {
     }
 }
 
-void KovaOnboardingWindowController::complete() {
+void KovaOnboardingWindowController::permissionWasGranted() {
     if (*services_.state.isCompleted()) return;
     services_.state.complete();
     // The desktop's dialog only asks for the permission, which is granted now.

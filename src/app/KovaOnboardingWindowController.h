@@ -28,7 +28,7 @@ class KovaOnboardingWindowController final : public OnboardingWindowControl {
         PermissionControl& permission;
         OverlayBoard& board;
         DockAutoHideController* dock = nullptr;        // null: there is no such setting
-        OnboardingServicing* dialog = nullptr;         // null: there is no permission to ask for
+        OnboardingServicing* dialog = nullptr;         // null: no permission is needed
         UserInterfaceControl* userInterface = nullptr; // null: no program draws windows
     };
     explicit KovaOnboardingWindowController(const Services& services);
@@ -38,12 +38,12 @@ class KovaOnboardingWindowController final : public OnboardingWindowControl {
 
     /// At a start: shows the onboarding unless the permission has already been given; in that case it is never shown.
     void showIfNeeded();
-    /// The permission was given: later starts do not show the onboarding. The dialog closes; the window continues with
-    /// the pages for settings and a first arrangement.
-    void complete();
+    /// Call when the permission was granted: later starts do not show the onboarding. The dialog closes; the window
+    /// continues with the pages for settings and a first arrangement.
+    void permissionWasGranted();
 
     std::optional<std::string> show() override;
-    /// If it is closed before the permission was given, the next start shows it again.
+    /// If the window is closed before the permission was granted, the next start shows it again.
     void close() override;
     /// Whether the window is shown; the dialog does not count.
     bool isShown() const { return isShown_; }
@@ -53,7 +53,7 @@ class KovaOnboardingWindowController final : public OnboardingWindowControl {
 
     const Services services_;
     bool isShown_ = false;       // the window
-    std::uint64_t requests_ = 0; // since the start
+    std::uint64_t requests_ = 0; // count since the agent's start
 };
 
 } // namespace kova

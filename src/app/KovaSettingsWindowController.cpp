@@ -10,7 +10,7 @@ KovaSettingsWindowController::KovaSettingsWindowController(OverlayBoard& board, 
                                                            std::function<void()> readSystem) :
     board_(board),
     userInterface_(userInterface), readSystem_(std::move(readSystem)) {
-    board_.show(OverlaySection::settingsWindow, [this](OverlayContents& out) { out.windows.settings = shown_; });
+    board_.provide(OverlaySection::settingsWindow, [this](OverlayContents& out) { out.windows.settings = shown_; });
 }
 
 KovaSettingsWindowController::~KovaSettingsWindowController() {

@@ -1,4 +1,4 @@
-// Decides when the settings window is shown: on request only, until the user closes it or the agent ends. A section of
+// Decides when the settings window is shown: only on request, until the user closes it or the agent ends. A section of
 // the overlay's contents says whether it is shown, so that a kova-ui that starts later shows it. Main thread only.
 #pragma once
 
@@ -13,8 +13,8 @@ namespace kova {
 
 class KovaSettingsWindowController final : public SettingsWindowControl {
   public:
-    /// `userInterface` is null where no program draws windows. `readSystem` takes over what others may have changed in
-    /// the system's own settings. All of it outlives the controller.
+    /// `userInterface` is null where no program draws windows. `readSystem` reads settings that may have been
+    /// changed in the system's own settings. All of it outlives the controller.
     KovaSettingsWindowController(OverlayBoard& board, UserInterfaceControl* userInterface,
                                  std::function<void()> readSystem);
     ~KovaSettingsWindowController() override;
@@ -22,7 +22,7 @@ class KovaSettingsWindowController final : public SettingsWindowControl {
     KovaSettingsWindowController& operator=(const KovaSettingsWindowController&) = delete;
 
     std::optional<std::string> show(const std::optional<std::string>& pane) override;
-    /// While it is shown, reads again what the system's own settings say.
+    /// Reads the system's own settings again if the window is shown.
     void refresh();
     void close() override;
     bool isShown() const { return shown_.has_value(); }
@@ -32,7 +32,7 @@ class KovaSettingsWindowController final : public SettingsWindowControl {
     UserInterfaceControl* userInterface_;
     std::function<void()> readSystem_;
     std::optional<OverlayShownWindow> shown_;
-    std::uint64_t requests_ = 0; // since the start
+    std::uint64_t requests_ = 0; // count since the agent's start
 };
 
 } // namespace kova

@@ -29,9 +29,9 @@ void LaunchAtLoginController::setStartsAtLogin(bool starts) {
 }
 
 void LaunchAtLoginController::refreshStatus() {
-    // A program that still waits for the user's approval is not started.
+    // The system does not start a program that the user still has to approve.
     startsAtLogin_.set(service_.status() == LaunchAtLoginStatus::enabled);
-    // The user has allowed it meanwhile, or changed it in the system's settings.
+    // The user has approved the request, or made the same change in the system's settings.
     if (requested_ == *startsAtLogin_) errorMessage_.set(std::nullopt);
 }
 

@@ -53,7 +53,7 @@ void LayoutDividerWindowController::refreshSoon() {
 void LayoutDividerWindowController::refresh() {
     showHandles();
     if (!std::exchange(isClosed_, false)) return board_.refresh(OverlaySection::dividers);
-    board_.show(OverlaySection::dividers, [this](OverlayContents& out) {
+    board_.provide(OverlaySection::dividers, [this](OverlayContents& out) {
         if (isRefreshDue_) showHandles();
         out.dividers = contents();
     });

@@ -1,5 +1,6 @@
 // Keeps a handle on every divider of every display, turns pointer events on them into divider drags, and shows the
-// dividers in the overlay; guards the desktop between windows where a press on it would move them. Main thread only.
+// dividers in the overlay; guards the desktop between windows if a press on the desktop would move them. Main thread
+// only.
 #pragma once
 
 #include "app/OverlayBoard.h"

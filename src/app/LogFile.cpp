@@ -38,7 +38,7 @@ std::optional<std::string> openLog(const std::string& file, LogLevel lowest, Log
     std::optional<std::string> problem;
     try {
         sinks.push_back(std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file, kLargestFileBytes, kOlderFiles));
-        std::error_code ignored; // without it other users are kept out by the folder's mode
+        std::error_code ignored; // if this fails, the folder's mode still keeps other users out
         std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
                                      ignored);
     } catch (const spdlog::spdlog_ex& error) {
@@ -49,7 +49,7 @@ std::optional<std::string> openLog(const std::string& file, LogLevel lowest, Log
     const auto logger = std::make_shared<spdlog::logger>("kova-agent", sinks.begin(), sinks.end());
     logger->set_pattern("%Y-%m-%d %H:%M:%S.%e %l: %v");
     logger->set_level(levelOf(lowest));
-    // Lines are few; the last ones before an end matter most.
+    // Each line is flushed: lines are few, and the last ones before a crash matter most.
     logger->flush_on(levelOf(lowest));
     logger->set_error_handler([](const std::string&) {}); // a full disk ends the log, not the agent
     setLogWriter([logger](LogLevel level, const std::string& text) { logger->log(levelOf(level), text); }, lowest);

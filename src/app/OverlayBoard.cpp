@@ -4,7 +4,7 @@
 
 namespace kova {
 
-void OverlayBoard::show(OverlaySection section, Fill fill) {
+void OverlayBoard::provide(OverlaySection section, Fill fill) {
     fills_[section] = std::move(fill);
     refresh(section);
 }

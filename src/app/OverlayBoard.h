@@ -14,7 +14,7 @@ class OverlayBoard final : public OverlayServing {
     using Fill = std::function<void(OverlayContents&)>;
 
     /// Registers `fill`, which writes the section's contents from now on.
-    void show(OverlaySection section, Fill fill);
+    void provide(OverlaySection section, Fill fill);
     /// Call when the section's contents may have changed.
     void refresh(OverlaySection section);
     /// Empties the section.

@@ -19,8 +19,8 @@ class PermissionRequest final : public PermissionControl {
     void ask() override {
         if (!system_) return;
         // The system shows its dialog once; afterwards the user can allow it only in the system settings.
-        const bool asksAnew = std::exchange(hasAsked_, true) || accessibility_.stalePermission();
-        if (asksAnew) return system_->openPermissionSettings();
+        const bool needsSettings = std::exchange(hasAsked_, true) || accessibility_.stalePermission();
+        if (needsSettings) return system_->openPermissionSettings();
         (void)accessibility_.requestTrust(true);
     }
 

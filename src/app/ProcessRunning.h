@@ -11,7 +11,7 @@ namespace kova {
 struct ProcessOutcome {
     enum class Ending { exited, killed, notStarted, timedOut };
     Ending ending = Ending::notStarted;
-    int exitCode = 0;    // if it exited by itself
+    int exitCode = 0;    // if `exited`
     std::string output;  // standard output, up to 64 KiB
     std::string problem; // standard error, up to 64 KiB, or why it could not be started
     bool hasSucceeded() const { return ending == Ending::exited && exitCode == 0; }

@@ -120,7 +120,7 @@ TileFooterWindowController::TileFooterWindowController(const WorkspaceController
                                                        MainQueue& queue) :
     workspace_(workspace),
     board_(board), queue_(queue) {
-    board_.show(OverlaySection::tiles, [this](OverlayContents& contents) { fill(contents); });
+    board_.provide(OverlaySection::tiles, [this](OverlayContents& contents) { fill(contents); });
     const auto watch = [this](const auto& published) {
         subscriptions_.push_back(published.observe([this](const auto&) { refresh(); }));
     };
@@ -162,8 +162,8 @@ void TileFooterWindowController::fill(OverlayContents& contents) {
     addNotice(contents.tiles);
 }
 
-/// The notice names neither window nor tile: its span is the one of that application in the area that was claimed,
-/// which a divider may have changed since.
+/// The notice has no id of a window or tile. Finds its span by application and by the center of the claimed area, since
+/// a divider may have changed the span's frame.
 void TileFooterWindowController::addNotice(std::vector<OverlayTile>& tiles) {
     const auto& notice = *workspace_.state().placementNotice;
     const Seconds left = noticeEnd_ - queue_.uptime();

@@ -22,7 +22,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     UserInterfaceController(const UserInterfaceController&) = delete;
     UserInterfaceController& operator=(const UserInterfaceController&) = delete;
 
-    /// Call at the start and the stop of the workspace. kova-ui runs in between if it is switched on.
+    /// Call when the workspace starts and stops. kova-ui runs in between if it is switched on.
     void start();
     void stop();
 

@@ -1,4 +1,4 @@
-// What the windows that kova-ui draws have in common. Main thread only.
+// Starts kova-ui for the windows that it draws. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"
@@ -9,8 +9,8 @@
 
 namespace kova {
 
-/// Why no window can be shown; absent when a program draws windows, or has been started to. A program that is starting
-/// finds the window to show among the contents, so there is nothing to wait for. `userInterface` may be null.
+/// Starts kova-ui unless a client draws windows. Returns why no window can be shown; absent on success. A starting
+/// program reads the window to show from the overlay's contents, so this does not wait. `userInterface` may be null.
 std::optional<std::string> ensureUserInterface(const OverlayBoard& board, UserInterfaceControl* userInterface);
 
 } // namespace kova

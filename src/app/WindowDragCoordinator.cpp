@@ -14,7 +14,7 @@ WindowDragCoordinator::WindowDragCoordinator(WorkspaceController& workspace, Poi
                                              OverlayBoard& board, MainQueue& queue) :
     workspace_(workspace),
     pointer_(pointer), board_(board), queue_(queue) {
-    board_.show(OverlaySection::drag, [this](OverlayContents& out) { out.drag = shownDrag_; });
+    board_.provide(OverlaySection::drag, [this](OverlayContents& out) { out.drag = shownDrag_; });
 }
 
 WindowDragCoordinator::~WindowDragCoordinator() {

@@ -45,17 +45,17 @@ ControlReply arrange(WorkspaceController& controller, const JsonCursor& paramete
 
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
     const std::string url = parameters.required("url").string();
-    const auto answer = urls.handle(url);
-    switch (answer.verdict) {
+    const auto outcome = urls.handle(url);
+    switch (outcome.verdict) {
     case URLHandler::Verdict::done:
-        return performed(controller, answer.message.empty() ? std::nullopt : std::optional(answer.message));
+        return performed(controller, outcome.message.empty() ? std::nullopt : std::optional(outcome.message));
     case URLHandler::Verdict::refused:
-        return refusal(controller, answer.message);
+        return refusal(controller, outcome.message);
     case URLHandler::Verdict::notUnderstood:
     case URLHandler::Verdict::dropped:
         break;
     }
-    return refusal(answer.message);
+    return refusal(outcome.message);
 }
 
 WorkspaceDirection wantedDirection(const JsonCursor& parameters) {

@@ -24,7 +24,7 @@ ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const Js
 /// "direction" of the parameters; throws `DecodingError` if it is invalid.
 WorkspaceDirection wantedDirection(const JsonCursor& parameters);
 
-/// What can be undone, newest first.
+/// The actions that can be undone, newest first.
 ControlReply listHistory(const WorkspaceController& controller);
 
 } // namespace kova

@@ -39,7 +39,7 @@ std::optional<std::string> prepareFolder(const ControlSocketPlace& place) {
 }
 
 std::optional<pid_t> holderOf(int lock) {
-    // The holder writes its number just after it took the lock.
+    // The holder writes its process id just after it has taken the lock.
     for (int attempt = 0; attempt < 20; ++attempt) {
         std::array<char, 16> text{};
         const auto length = pread(lock, text.data(), text.size(), 0);
@@ -76,7 +76,7 @@ std::variant<AgentClaim, AgentClaimRefusal> AgentClaim::take(const ControlSocket
         const std::string process = holder ? " (process " + std::to_string(*holder) + ")" : "";
         return refuse("Another KOVA agent" + process + " has this session", holder);
     }
-    // The lock holds without the number, which only a second agent's message needs.
+    // The lock is valid without the process id, which only the message of a second agent needs.
     const auto isFull = [](int error) { return error == EFBIG || error == ENOSPC || error == EDQUOT; };
     if (!writeHolder(lock) && !isFull(errno)) return refuse("Cannot write to " + lockPath + because(errno));
     return claim;

@@ -18,7 +18,7 @@ json brief(const LaunchableApplication& application) {
     return {{"id", application.identifier}, {"name", application.name}};
 }
 
-/// One that menus show, by any of its names; or any other by its id.
+/// Finds an application that menus show by any of its names, and any other application by its id.
 ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController& controller,
                                                        const std::string& wanted) {
     const auto applications = controller.launchableApplications();
@@ -33,7 +33,7 @@ ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController
     return found.error();
 }
 
-/// Identifies a running application even if its process number is used again.
+/// Identifies a running application even if its process id is reused.
 json identityOf(const RunningApplication& application) {
     return {{"process", application.processIdentifier},
             {"name", orNull(application.localizedName)},
@@ -87,18 +87,20 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
     if (!found) return found.error();
 
     const auto& application = *found;
-    const auto tell = [peer = std::weak_ptr(peer), application = brief(application), target](const LaunchResult& told) {
-        const auto listener = peer.lock();
-        if (!listener) return;
-        const json process = told.processIdentifier ? json(*told.processIdentifier) : json(nullptr);
-        listener->send(jsonrpc::line(jsonrpc::notification(
-            "launched",
-            {{"application", application}, {"tile", target}, {"process", process}, {"error", orNull(told.error)}})));
+    const auto notify = [peer = std::weak_ptr(peer), application = brief(application),
+                         target](const LaunchResult& launched) {
+        const auto client = peer.lock();
+        if (!client) return;
+        const json process = launched.processIdentifier ? json(*launched.processIdentifier) : json(nullptr);
+        client->send(jsonrpc::line(jsonrpc::notification("launched", {{"application", application},
+                                                                      {"tile", target},
+                                                                      {"process", process},
+                                                                      {"error", orNull(launched.error)}})));
     };
     const auto outcome =
-        controller.perform(action::LaunchApplication{application, tile->displayID, tile->slot.id, tell});
+        controller.perform(action::LaunchApplication{application, tile->displayID, tile->slot.id, notify});
     if (!outcome) return failureOf(outcome);
-    counts.note(application.identifier);
+    counts.countLaunch(application.identifier);
     return json{{"application", brief(application)},
                 {"display", tile->displayID},
                 {"tile", {{"id", target}, {"name", tile->slot.name}}}};

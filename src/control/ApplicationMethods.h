@@ -17,7 +17,8 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
                             const std::shared_ptr<ControlPeer>& peer);
 enum class Ending { quit, forceQuit };
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending);
-/// Ends the confirmed applications; without that parameter returns the confirmation question.
+/// Force quits the applications in "confirmed". Without that parameter returns the question that the client asks the
+/// user for confirmation.
 ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -32,24 +32,24 @@ ControlConnection::ControlConnection(std::shared_ptr<asio::io_context> context, 
     account_(*budget_, [this] { closeSoon(); }) {}
 
 void ControlConnection::start() {
-    readAvailable(); // most clients ask as they connect
+    readAvailable(); // most clients send a request as soon as they connect
 }
 
 void ControlConnection::close() {
-    std::vector<std::function<void()>> told;
+    std::vector<std::function<void()>> callbacks;
     {
         const MutexLock guard(lock_);
         if (!std::exchange(isOpen_, false)) return;
         unsent_ = {};
         alreadySent_ = 0;
-        batchAnswer_ = {};
+        batchResponse_ = {};
         pending_.clear();
         account_.hold(0);
         asio::error_code ignored;
         socket_.close(ignored);
-        told.swap(whenDisconnected_);
+        callbacks.swap(whenDisconnected_);
     }
-    for (const auto& tell : told) tell();
+    for (const auto& callback : callbacks) callback();
     closed_(shared_from_this());
 }
 
@@ -65,12 +65,12 @@ bool ControlConnection::isConnected() const {
     return isOpen_;
 }
 
-void ControlConnection::whenDisconnected(std::function<void()> told) {
+void ControlConnection::whenDisconnected(std::function<void()> callback) {
     {
         const MutexLock guard(lock_);
-        if (isOpen_) return whenDisconnected_.push_back(std::move(told));
+        if (isOpen_) return whenDisconnected_.push_back(std::move(callback));
     }
-    told();
+    callback();
 }
 
 void ControlConnection::waitForInput() {
@@ -88,7 +88,7 @@ void ControlConnection::readAvailable() {
 }
 
 void ControlConnection::readInput() {
-    if (!isConnected()) return; // closed since it was posted, and the descriptor may be in use again
+    if (!isConnected()) return; // closed since this call was posted; the descriptor may have been reused
     const auto length = ::recv(descriptor_, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
     if (length < 0) return wouldBlock(errno) ? waitForInput() : close();
     if (length == 0) return endInput();
@@ -115,11 +115,11 @@ void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes)
         pending_.push_back({std::move(message), bytes});
         pendingBytes_ += bytes;
     }
-    handOverNext();
+    deliverNext();
 }
 
-/// A client that does not read its responses gets no further ones.
-void ControlConnection::handOverNext() {
+/// While a client leaves output unread, its next message is not handled.
+void ControlConnection::deliverNext() {
     std::optional<Pending> next;
     {
         const MutexLock guard(lock_);
@@ -138,42 +138,42 @@ void ControlConnection::endInput() {
     {
         const MutexLock guard(lock_);
         hasInputEnded_ = true;
-        isDone = isAnsweredAndFlushed();
+        isDone = hasRespondedAndFlushed();
     }
     if (isDone) close();
 }
 
-void ControlConnection::addToBatch(std::string_view answer) {
+void ControlConnection::addToBatch(std::string_view response) {
     const MutexLock guard(lock_);
-    if (answer.empty() || !isOpen_ || account_.isDropped()) return;
-    appendToBatch(answer);
+    if (response.empty() || !isOpen_ || account_.isDropped()) return;
+    appendToBatch(response);
     countUnread();
 }
 
-void ControlConnection::appendToBatch(std::string_view answer) {
-    batchAnswer_ += batchAnswer_.empty() ? '[' : ',';
-    batchAnswer_ += answer;
+void ControlConnection::appendToBatch(std::string_view response) {
+    batchResponse_ += batchResponse_.empty() ? '[' : ',';
+    batchResponse_ += response;
 }
 
-void ControlConnection::finishMessage(std::string answer, bool isBatch) {
+void ControlConnection::finishMessage(std::string response, bool isBatch) {
     {
         const MutexLock guard(lock_);
         isHandling_ = false;
         if (!isOpen_ || account_.isDropped()) return;
         if (isBatch) {
-            if (!answer.empty()) appendToBatch(answer);
-            answer = std::exchange(batchAnswer_, {});
-            if (!answer.empty()) answer += ']';
+            if (!response.empty()) appendToBatch(response);
+            response = std::exchange(batchResponse_, {});
+            if (!response.empty()) response += ']';
         }
-        if (!answer.empty()) enqueue(std::move(answer));
-        for (auto& line : std::exchange(afterAnswer_, {})) enqueue(std::move(line));
-        if (isAnsweredAndFlushed()) {
+        if (!response.empty()) enqueue(std::move(response));
+        for (auto& line : std::exchange(afterResponse_, {})) enqueue(std::move(line));
+        if (hasRespondedAndFlushed()) {
             closeSoon();
         } else if (isInputPaused_ && hasRoomForInput(limits_.unansweredRequests / 2)) {
             asio::post(*context_, [self = shared_from_this()] { self->resumeInput(); });
         }
     }
-    handOverNext();
+    deliverNext();
 }
 
 void ControlConnection::resumeInput() {
@@ -188,7 +188,7 @@ bool ControlConnection::hasRoomForInput(std::size_t unansweredAllowed) const {
            unsent_.empty();
 }
 
-bool ControlConnection::isAnsweredAndFlushed() const {
+bool ControlConnection::hasRespondedAndFlushed() const {
     return hasInputEnded_ && !isHandling_ && pending_.empty() && unsent_.empty();
 }
 
@@ -199,11 +199,11 @@ void ControlConnection::send(const std::string& line) {
     enqueue(line);
 }
 
-void ControlConnection::sendAfterAnswer(const std::string& line) {
+void ControlConnection::sendAfterResponse(const std::string& line) {
     {
         const MutexLock guard(lock_);
         if (!isOpen_) return;
-        if (isHandling_) return afterAnswer_.push_back(line);
+        if (isHandling_) return afterResponse_.push_back(line);
     }
     send(line);
 }
@@ -237,12 +237,12 @@ void ControlConnection::sendQueued() {
     {
         const MutexLock guard(lock_);
         if (!isOpen_) return;
-        isDone = !sendWhatFits() || isAnsweredAndFlushed();
+        isDone = !sendWhatFits() || hasRespondedAndFlushed();
         isEmpty = unsent_.empty();
     }
     if (isDone) return close();
     if (!isEmpty) return waitForRoom();
-    handOverNext();
+    deliverNext();
     resumeInput();
 }
 
@@ -253,7 +253,7 @@ bool ControlConnection::sendWhatFits() {
     if (alreadySent_ == unsent_.size()) {
         unsent_ = {}; // an idle client keeps no memory
         alreadySent_ = 0;
-    } else if (alreadySent_ > unsent_.size() / 2) { // seldom enough that a long answer is not moved again and again
+    } else if (alreadySent_ > unsent_.size() / 2) { // seldom, so that a long response is not moved many times
         unsent_.erase(0, alreadySent_);
         alreadySent_ = 0;
     }

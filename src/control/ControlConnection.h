@@ -48,15 +48,16 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
 
     // Main thread
     void send(const std::string& line) override;
-    void sendAfterAnswer(const std::string& line) override;
-    /// Keeps one response of the batch until all are complete; it counts as unread meanwhile. Empty: none.
-    void addToBatch(std::string_view answer);
-    /// Sends the response to the received message, for a batch together with the added ones; nothing if it is empty.
-    /// The next message is received once the client has read it.
-    void finishMessage(std::string answer, bool isBatch);
+    void sendAfterResponse(const std::string& line) override;
+    /// Adds the response to one request of a batch, which counts as unread until the whole batch is sent. No-op if
+    /// empty.
+    void addToBatch(std::string_view response);
+    /// Sends the response to the received message (nothing if it is empty), for a batch together with the added
+    /// responses. The next message is received once the client has read the output.
+    void finishMessage(std::string response, bool isBatch);
 
     bool isConnected() const override;
-    void whenDisconnected(std::function<void()> told) override;
+    void whenDisconnected(std::function<void()> callback) override;
 
   private:
     void waitForInput();
@@ -64,21 +65,21 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void readInput();
     void take(std::string_view bytes);
     void takeMessage(jsonrpc::Message message, std::size_t bytes);
-    void handOverNext();
+    void deliverNext();
     void endInput();
     void closeSoon();
     void resumeInput();
     void waitForRoom();
     void sendQueued();
-    bool isAnsweredAndFlushed() const KOVA_REQUIRES(lock_);
+    bool hasRespondedAndFlushed() const KOVA_REQUIRES(lock_);
     bool hasRoomForInput(std::size_t unansweredAllowed) const KOVA_REQUIRES(lock_);
     std::size_t unsentBytes() const KOVA_REQUIRES(lock_) { return unsent_.size() - alreadySent_; }
-    void appendToBatch(std::string_view answer) KOVA_REQUIRES(lock_);
-    void countUnread() KOVA_REQUIRES(lock_) { account_.hold(unsentBytes() + batchAnswer_.size()); }
+    void appendToBatch(std::string_view response) KOVA_REQUIRES(lock_);
+    void countUnread() KOVA_REQUIRES(lock_) { account_.hold(unsentBytes() + batchResponse_.size()); }
     void enqueue(std::string line) KOVA_REQUIRES(lock_);
     bool sendWhatFits() KOVA_REQUIRES(lock_); // false when the connection is broken
 
-    const std::shared_ptr<asio::io_context> context_; // outlives the socket, whatever holds the connection last
+    const std::shared_ptr<asio::io_context> context_; // must outlive the socket
     // Control thread only
     Socket socket_;
     const int descriptor_;
@@ -99,9 +100,9 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     std::vector<std::function<void()>> whenDisconnected_ KOVA_GUARDED_BY(lock_);
     bool hasInputEnded_ KOVA_GUARDED_BY(lock_) = false;
     bool isInputPaused_ KOVA_GUARDED_BY(lock_) = false;
-    bool isHandling_ KOVA_GUARDED_BY(lock_) = false;              // a message is on the main queue
-    std::string batchAnswer_ KOVA_GUARDED_BY(lock_);              // to that message, as far as it is built
-    std::vector<std::string> afterAnswer_ KOVA_GUARDED_BY(lock_); // lines to send once that message is answered
+    bool isHandling_ KOVA_GUARDED_BY(lock_) = false;                // a message is on the main queue
+    std::string batchResponse_ KOVA_GUARDED_BY(lock_);              // to that message, the part that is complete
+    std::vector<std::string> afterResponse_ KOVA_GUARDED_BY(lock_); // lines to send after the response to that message
     std::deque<Pending> pending_ KOVA_GUARDED_BY(lock_);
     std::size_t pendingBytes_ KOVA_GUARDED_BY(lock_) = 0;
     std::string unsent_ KOVA_GUARDED_BY(lock_);

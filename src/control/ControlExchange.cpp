@@ -21,49 +21,49 @@ ControlFailure batchTooLarge(std::size_t bytes) {
 
 } // namespace
 
-ControlExchange::ControlExchange(Turn turn, ControlHandling& handling, std::shared_ptr<ControlConnection> connection,
-                                 jsonrpc::Message message, std::size_t longestBatchAnswer) :
-    turn_(std::move(turn)),
+ControlExchange::ControlExchange(Post post, ControlHandling& handling, std::shared_ptr<ControlConnection> connection,
+                                 jsonrpc::Message message, std::size_t longestBatchResponse) :
+    post_(std::move(post)),
     handling_(handling), connection_(std::move(connection)), message_(std::move(message)),
-    longestBatchAnswer_(longestBatchAnswer) {}
+    longestBatchResponse_(longestBatchResponse) {}
 
-void ControlExchange::carryOn() {
+void ControlExchange::carryOutNext() {
     const auto& entry = message_.entries[at_];
-    if (const auto* request = std::get_if<jsonrpc::Request>(&entry)) return handleInTime(*request);
+    if (const auto* request = std::get_if<jsonrpc::Request>(&entry)) return carryOutWhenCurrent(*request);
     const auto& invalid = std::get<jsonrpc::Invalid>(entry);
     const auto reply = jsonrpc::failureReply(invalid.id, invalid.failure);
-    answered(&reply);
+    respond(&reply);
 }
 
-void ControlExchange::handleInTime(const jsonrpc::Request& request) {
-    // Posted, since the server may end before the response.
-    auto ready = [self = shared_from_this(), &request] { self->turn_([self, &request] { self->carryOut(request); }); };
-    if (!handling_.mustWait(request.call, std::move(ready))) carryOut(request);
+void ControlExchange::carryOutWhenCurrent(const jsonrpc::Request& request) {
+    // Posted, since the server may have ended when the request is ready.
+    auto ready = [self = shared_from_this(), &request] { self->post_([self, &request] { self->carryOut(request); }); };
+    if (!handling_.deferUntilCurrent(request.call, std::move(ready))) carryOut(request);
 }
 
 void ControlExchange::carryOut(const jsonrpc::Request& request) {
-    const ControlAnswer answer = [self = shared_from_this(), id = request.id](ControlReply reply) {
-        if (!id) return self->answered(nullptr);
+    const ControlResponder respond = [self = shared_from_this(), id = request.id](ControlReply reply) {
+        if (!id) return self->respond(nullptr);
         const auto line = jsonrpc::replyTo(*id, std::move(reply));
-        self->answered(&line);
+        self->respond(&line);
     };
-    if (answerBytes_ > longestBatchAnswer_) return answer(batchTooLarge(longestBatchAnswer_));
+    if (responseBytes_ > longestBatchResponse_) return respond(batchTooLarge(longestBatchResponse_));
     try {
-        handling_.handle(request.call, connection_, answer);
+        handling_.handle(request.call, connection_, respond);
     } catch (const DecodingError& error) {
-        answer(ControlFailure{controlCode::invalidParameters, error.what(), nullptr});
+        respond(ControlFailure{controlCode::invalidParameters, error.what(), nullptr});
     } catch (const std::exception& error) {
-        answer(ControlFailure{controlCode::internalError, std::string("Internal error: ") + error.what(), nullptr});
+        respond(ControlFailure{controlCode::internalError, std::string("Internal error: ") + error.what(), nullptr});
     }
 }
 
-/// Null for a notification, which has no answer.
-void ControlExchange::answered(const nlohmann::json* reply) {
-    std::string answer = reply ? jsonrpc::line(*reply) : std::string();
-    answerBytes_ += answer.size();
-    if (++at_ == message_.entries.size()) return connection_->finishMessage(std::move(answer), message_.isBatch);
-    connection_->addToBatch(answer);
-    turn_([self = shared_from_this()] { self->carryOn(); });
+/// Null for a notification, which gets no response.
+void ControlExchange::respond(const nlohmann::json* reply) {
+    std::string response = reply ? jsonrpc::line(*reply) : std::string();
+    responseBytes_ += response.size();
+    if (++at_ == message_.entries.size()) return connection_->finishMessage(std::move(response), message_.isBatch);
+    connection_->addToBatch(response);
+    post_([self = shared_from_this()] { self->carryOutNext(); });
 }
 
 } // namespace kova

@@ -1,5 +1,5 @@
-// One message of a client on the main queue: its requests are carried out in order, one per turn, so that a long batch
-// delays no other client. A response may come later. Main thread only.
+// One message of a client. Its requests are carried out in order, each as a separate task of the main queue, so that a
+// long batch does not delay other clients. Responses may be asynchronous. Main thread only.
 #pragma once
 
 #include "control/ControlConnection.h"
@@ -15,27 +15,28 @@ namespace kova {
 class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
   public:
     /// Posts work to the main queue; no-op once the server has ended.
-    using Turn = std::function<void(std::function<void()>)>;
+    using Post = std::function<void(std::function<void()>)>;
 
-    /// Requests of a batch after `longestBatchAnswer` bytes of responses are not carried out.
-    ControlExchange(Turn turn, ControlHandling& handling, std::shared_ptr<ControlConnection> connection,
-                    jsonrpc::Message message, std::size_t longestBatchAnswer);
+    /// Once the responses to a batch exceed `longestBatchResponse` bytes, its remaining requests are not carried out.
+    ControlExchange(Post post, ControlHandling& handling, std::shared_ptr<ControlConnection> connection,
+                    jsonrpc::Message message, std::size_t longestBatchResponse);
 
-    /// Carries out the next request; after the last one the answer goes to the client. Not after the server has ended.
-    void carryOn();
+    /// Carries out the next request; after the last one the response goes to the client. Do not call after the server
+    /// has ended.
+    void carryOutNext();
 
   private:
-    void handleInTime(const jsonrpc::Request& request);
+    void carryOutWhenCurrent(const jsonrpc::Request& request);
     void carryOut(const jsonrpc::Request& request);
-    void answered(const nlohmann::json* reply);
+    void respond(const nlohmann::json* reply);
 
-    const Turn turn_;
+    const Post post_;
     ControlHandling& handling_;
     const std::shared_ptr<ControlConnection> connection_;
     const jsonrpc::Message message_;
-    const std::size_t longestBatchAnswer_;
+    const std::size_t longestBatchResponse_;
     std::size_t at_ = 0;
-    std::size_t answerBytes_ = 0; // so far; the connection holds them
+    std::size_t responseBytes_ = 0; // of all responses so far, which the connection holds
 };
 
 } // namespace kova

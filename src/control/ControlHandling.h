@@ -1,4 +1,4 @@
-// Handles the requests of the agent's socket, one call each.
+// Interfaces between the agent's socket and the handling of its requests.
 #pragma once
 
 #include "support/Result.h"
@@ -38,35 +38,35 @@ nlohmann::json orNull(const std::optional<Value>& value, nlohmann::json (*record
     return value ? record(*value) : nlohmann::json(nullptr);
 }
 
-/// Takes the reply to one request, once, on the main queue.
-using ControlAnswer = std::function<void(ControlReply)>;
+/// Responds to one request. Call exactly once, on the main queue.
+using ControlResponder = std::function<void(ControlReply)>;
 
 /// One connected client.
 class ControlPeer {
   public:
     virtual ~ControlPeer() = default;
-    /// Sends a notification: one line, without its line break. Never waits; a client that leaves too much unread is
-    /// disconnected. Main thread.
+    /// Sends one line (given without its line break) that is not a response. Never waits: a client that leaves too much
+    /// unread is dropped instead. Main thread.
     virtual void send(const std::string& line) = 0;
     /// Sends the notification, but never between a request of the client that is being carried out and its response.
     /// Main thread.
-    virtual void sendAfterAnswer(const std::string& line) { send(line); }
+    virtual void sendAfterResponse(const std::string& line) { send(line); }
     /// False once the client has disconnected. Any thread.
     virtual bool isConnected() const = 0;
-    /// Calls `told` when the client has disconnected, immediately if it has already; on any thread. Any thread.
-    virtual void whenDisconnected(std::function<void()> told) = 0;
+    /// Calls back once the client has disconnected, on any thread; at once if it has. Any thread.
+    virtual void whenDisconnected(std::function<void()> callback) = 0;
 };
 
 class ControlHandling {
   public:
     virtual ~ControlHandling() = default;
-    /// Main thread. True when the request has to wait for a poll: `ready` is called later, once, and then the request
-    /// is to be handled.
-    [[nodiscard]] virtual bool mustWait(const ControlRequest&, std::function<void()>) { return false; }
-    /// Main thread. Answers at once or later; no other request of the client is handled before. May throw
-    /// `DecodingError`, before it answers, for parameters that are not what the method takes.
+    /// Main thread. Starts a poll if the request needs one. True then: `ready` is called once after the poll, and the
+    /// request must not be handled before.
+    [[nodiscard]] virtual bool deferUntilCurrent(const ControlRequest&, std::function<void()>) { return false; }
+    /// Main thread. Responds at once or later; no other request of the client is handled before. May throw
+    /// `DecodingError` for invalid parameters before it responds.
     virtual void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
-                        ControlAnswer answer) = 0;
+                        ControlResponder respond) = 0;
 };
 
 } // namespace kova

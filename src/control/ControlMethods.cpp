@@ -51,7 +51,7 @@ namespace {
 
 using nlohmann::json;
 
-/// The action on the window that the parameters name.
+/// Performs the action on the window that the parameters name.
 template <class Action, class... Argument>
 ControlReply performOn(WorkspaceController& controller, const JsonCursor& parameters, Argument... argument) {
     auto window = wantedWindow(controller, parameters);
@@ -80,7 +80,7 @@ class ControlMethods::Table final : MethodTable {
                         contents.message->undoMethod = "scene.undelete";
                 },
                 [this] {
-                    if (context_.dialogs) context_.dialogs->clientLeft();
+                    if (context_.dialogs) context_.dialogs->clientDisconnected();
                 });
         }
         connectDialogs();
@@ -88,7 +88,7 @@ class ControlMethods::Table final : MethodTable {
         addActions();
         addApplications();
         addScenes();
-        addLook();
+        addAppearance();
         addShortcuts();
         addQueries();
         addSettings();
@@ -102,33 +102,33 @@ class ControlMethods::Table final : MethodTable {
     Table(const Table&) = delete;
     Table& operator=(const Table&) = delete;
 
-    bool mustWait(const ControlRequest& request, std::function<void()> ready) {
+    bool deferUntilCurrent(const ControlRequest& request, std::function<void()> ready) {
         if (request.method == "verify") {
             context_.controller.readFrames(std::move(ready));
             return true;
         }
-        static constexpr std::array<std::string_view, 5> kAboutAllWindows = {"arrange", "openURL", "scene.capture",
-                                                                             "scene.open", "scene.diff"};
-        const bool isAboutAll =
-            std::find(kAboutAllWindows.begin(), kAboutAllWindows.end(), request.method) != kAboutAllWindows.end();
-        if (!isAboutAll && !request.parameters.contains("window")) return false;
+        static constexpr std::array<std::string_view, 5> kConcernAllWindows = {"arrange", "openURL", "scene.capture",
+                                                                               "scene.open", "scene.diff"};
+        const bool concernsAll =
+            std::find(kConcernAllWindows.begin(), kConcernAllWindows.end(), request.method) != kConcernAllWindows.end();
+        if (!concernsAll && !request.parameters.contains("window")) return false;
         return context_.controller.awaitCurrent(std::move(ready));
     }
 
-    void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) {
+    void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlResponder respond) {
         const Method* method = find(request.method);
         if (!method) {
-            return answer(
+            return respond(
                 ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}});
         }
         ControlReply reply = call(*method, request.parameters, peer);
-        if (!reply) sayInOverlay(reply.error(), peer);
+        if (!reply) showInOverlay(reply.error(), peer);
         if (reply) settings_.touch();
-        if (!reply || !method->isAnsweredOnceSaved) return answer(std::move(reply));
+        if (!reply || !method->respondsOnceSaved) return respond(std::move(reply));
         context_.preferences.save(
-            [result = std::move(*reply), answer = std::move(answer)](const auto& problem) mutable {
+            [result = std::move(*reply), respond = std::move(respond)](const auto& problem) mutable {
                 if (problem) result["unsaved"] = *problem;
-                answer(std::move(result));
+                respond(std::move(result));
             });
     }
 
@@ -144,7 +144,7 @@ class ControlMethods::Table final : MethodTable {
     }
 
     /// A refused action of the overlay sets the status message: a click has no other place for the error.
-    void sayInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
+    void showInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
         if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
             context_.controller.perform(action::ShowMessage{failure.message});
     }
@@ -212,7 +212,7 @@ class ControlMethods::Table final : MethodTable {
                  [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
     }
 
-    void addLook() {
+    void addAppearance() {
         WorkspaceController& controller = context_.controller;
         add("theme.list", {}, [this](const Call&) { return withIsDrawn(listThemes(context_.controller)); });
         addSaved("theme.select", {"theme"},
@@ -346,7 +346,7 @@ class ControlMethods::Table final : MethodTable {
         add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
         add("subscribe", {"topic"}, [this](const Call& call) { return subscribe(call); });
         add("quit", {}, [this](const Call&) -> ControlReply {
-            context_.queue.post(context_.quit); // after this answer
+            context_.queue.post(context_.quit); // after the response
             return json{{"process", getpid()}};
         });
     }
@@ -360,7 +360,7 @@ class ControlMethods::Table final : MethodTable {
         return overlay_->subscribe(call.peer);
     }
 
-    /// What the settings window shows: each section is the result of a method that a command uses, too.
+    /// The contents of the settings window. Each section is the result of a method that commands use, too.
     std::vector<SettingsBroadcast::Section> sections() {
         const WorkspaceController& controller = context_.controller;
         const auto resultOf = [this](const char* method) {
@@ -400,13 +400,13 @@ ControlMethods::ControlMethods(ControlContext context) : table_(std::make_unique
 
 ControlMethods::~ControlMethods() = default;
 
-bool ControlMethods::mustWait(const ControlRequest& request, std::function<void()> ready) {
-    return table_->mustWait(request, std::move(ready));
+bool ControlMethods::deferUntilCurrent(const ControlRequest& request, std::function<void()> ready) {
+    return table_->deferUntilCurrent(request, std::move(ready));
 }
 
 void ControlMethods::handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
-                            ControlAnswer answer) {
-    table_->handle(request, peer, std::move(answer));
+                            ControlResponder respond) {
+    table_->handle(request, peer, std::move(respond));
 }
 
 } // namespace kova

@@ -1,5 +1,5 @@
 // The methods of the agent's socket.
-// docs/control.md describes every method, docs/control-schema.json every answer.
+// docs/control.md describes every method, docs/control-schema.json every result.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -37,18 +37,18 @@ struct ControlContext {
     std::vector<const DiagnosticsServicing*> diagnostics = {}; // the parts that report to `doctor`
     KeyMonitorServicing* keys = nullptr;                       // null where keys cannot be observed
     MainQueue& queue;
-    std::function<void()> quit; // called on the main queue, after the answer was sent
+    std::function<void()> quit; // called on the main queue, after the response was sent
     // Absent where the platform has no such setting.
     std::optional<SystemSetting> startAtLogin = {};
     std::optional<SystemSetting> dockAutoHide = {};
     std::function<std::optional<std::string>()> firstSteps = {}; // advice for a new user
-    OverlayServing* overlay = nullptr;                           // null: nothing can be shown
+    OverlayServing* overlay = nullptr;                           // null: the agent has no overlay
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
     UserInterfaceDialogs* dialogs = nullptr;                     // null where the platform has dialogs of its own
     std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or null for now: there is none
     std::function<OnboardingWindowControl*()> onboardingWindow = {};
-    PermissionControl* permission = nullptr; // null where there is none to ask for
+    PermissionControl* permission = nullptr; // null where none is needed
 };
 
 /// Main thread only.
@@ -58,10 +58,11 @@ class ControlMethods final : public ControlHandling {
     ~ControlMethods() override;
     /// Requests that arrange, name a window or concern all windows wait for the next poll if windows changed since the
     /// last one; `verify` waits until frames were read on the polling queue.
-    [[nodiscard]] bool mustWait(const ControlRequest& request, std::function<void()> ready) override;
-    /// A method that changes stored data is answered once that is on disk. If the write failed, the result has a member
-    /// "unsaved".
-    void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override;
+    [[nodiscard]] bool deferUntilCurrent(const ControlRequest& request, std::function<void()> ready) override;
+    /// Responds to a method that changes stored data once the data is on disk. If the write failed, the result has a
+    /// member "unsaved".
+    void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
+                ControlResponder respond) override;
 
   private:
     class Table;

@@ -209,7 +209,7 @@ json dividers(const WorkspaceController& controller) {
         const auto frame = controller.dividerFrameOnScreen(on);
         if (!frame) continue;
         const auto first = static_cast<std::size_t>(divider.boundaryIndex);
-        // How far its neighbors' minimums let it go; nowhere when they have no room as it is.
+        // The neighbors' minimum sizes limit the movement; no movement if the neighbors are too small already.
         double least = divider.branchMinimumLengths[first] - divider.branchLengths[first];
         double most = divider.branchLengths[first + 1] - divider.branchMinimumLengths[first + 1];
         if (least > most) least = most = 0;

@@ -13,7 +13,7 @@
 
 namespace kova::controlRecord {
 
-/// Whole numbers without a fraction: they are read by people too.
+/// Writes whole numbers without a fraction, since people read them, too.
 nlohmann::json number(double value);
 /// "2024-02-29T12:34:56Z".
 std::string time(WallTime time);
@@ -24,9 +24,9 @@ nlohmann::json applicationOf(const WorkspaceController& controller, const std::o
 nlohmann::json window(const ManagedWindow& window, const WorkspaceController& controller);
 /// Id, application and title; the last two are empty for a closed window.
 nlohmann::json briefWindow(const WorkspaceController& controller, const WindowID& windowID);
-/// The record of a window with its visible state.
+/// As `briefWindow`, with the state of the window.
 nlohmann::json windowInBrief(const WorkspaceController& controller, const WindowID& windowID);
-/// Whether the window is in a tile of `tiles`, in front or behind another. Tiles of absent displays are not among them.
+/// Whether the window is in a tile of `tiles`, in front or behind another window.
 bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID);
 /// The tile's name and its display's: "Primary on DVI-1". The id itself if the tile does not exist any more.
 std::string tileName(const WorkspaceController& controller, const TileTarget& target);
@@ -37,7 +37,7 @@ nlohmann::json displays(const WorkspaceController& controller);
 nlohmann::json windows(const WorkspaceController& controller);
 nlohmann::json tiles(const WorkspaceController& controller);
 nlohmann::json layouts(const WorkspaceController& controller);
-/// All dividers, except those of displays that a window in focus mode owns.
+/// Without the dividers of displays that a window in focus mode owns.
 nlohmann::json dividers(const WorkspaceController& controller);
 nlohmann::json plan(ArrangementPlan plan);
 nlohmann::json focusMode(const WorkspaceController& controller);

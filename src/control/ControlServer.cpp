@@ -88,7 +88,7 @@ class ControlServer::Listener {
         acceptor_.close(ignored);
         retry_.cancel();
         for (const auto& connection : std::set(connections_)) connection->close();
-        // Work that is left in the context holds connections, and these hold the context.
+        // Queued handlers own connections, and these own the context: runs the handlers to release them.
         work_.reset();
         context_->restart();
         context_->poll();
@@ -119,7 +119,7 @@ class ControlServer::Listener {
                 context_->run();
                 return;
             } catch (const std::exception&) {
-                // Out of memory for one client; the others go on.
+                // Out of memory for one client; the others are still served.
             }
         }
     }
@@ -155,8 +155,8 @@ class ControlServer::Listener {
         if (connections_.size() >= limits_.connections) return refuseConnection(accepted);
         auto connection = std::make_shared<ControlConnection>(
             context_, std::move(socket), limits_, unsent_, std::span<char>(readBuffer_),
-            [this](const auto& from, jsonrpc::Message message) { handOver(from, std::move(message)); },
-            [this](const auto& gone) { connections_.erase(gone); });
+            [this](const auto& from, jsonrpc::Message message) { deliver(from, std::move(message)); },
+            [this](const auto& closed) { connections_.erase(closed); });
         connections_.insert(connection);
         connection->start();
     }
@@ -170,12 +170,12 @@ class ControlServer::Listener {
         (void)::send(descriptor, line.data(), line.size(), kControlSendFlags);
     }
 
-    void handOver(const std::shared_ptr<ControlConnection>& from, jsonrpc::Message message) {
-        const ControlExchange::Turn turn =
+    void deliver(const std::shared_ptr<ControlConnection>& from, jsonrpc::Message message) {
+        const ControlExchange::Post post =
             lifetime_.guard([this](std::function<void()> work) { queue_.post(lifetime_.guard(std::move(work))); });
         const auto exchange =
-            std::make_shared<ControlExchange>(turn, handling_, from, std::move(message), limits_.longestBatchAnswer);
-        queue_.post(lifetime_.guard([exchange] { exchange->carryOn(); }));
+            std::make_shared<ControlExchange>(post, handling_, from, std::move(message), limits_.longestBatchResponse);
+        queue_.post(lifetime_.guard([exchange] { exchange->carryOutNext(); }));
     }
 
     AgentClaim claim_;

@@ -18,12 +18,12 @@ namespace kova {
 class ControlHandling;
 
 struct ControlServerLimits {
-    std::size_t connections = 512;                    // further ones get an error and are closed
-    std::size_t unsentBytes = 4 * 1024 * 1024;        // of one client: a subscriber that leaves more unread is dropped
-    std::size_t totalUnsentBytes = 64 * 1024 * 1024;  // of all clients, see `UnsentBudget`
-    std::size_t longestBatchAnswer = 4 * 1024 * 1024; // in bytes: later requests of the batch are refused
-    std::size_t unansweredRequests = 64;              // of one client; further ones are read once some are answered
-    std::optional<uid_t> onlyUser{};                  // the user that may connect; this process's own when absent
+    std::size_t connections = 512;                   // further ones get an error and are closed
+    std::size_t unsentBytes = 4 * 1024 * 1024;       // of one client: a subscriber that leaves more unread is dropped
+    std::size_t totalUnsentBytes = 64 * 1024 * 1024; // of all clients, see `UnsentBudget`
+    std::size_t longestBatchResponse = 4 * 1024 * 1024; // in bytes: later requests of the batch are refused
+    std::size_t unansweredRequests = 64;                // of one client; further ones are read once some are answered
+    std::optional<uid_t> onlyUser{};                    // the user that may connect; this process's own when absent
 };
 
 class ControlServer {

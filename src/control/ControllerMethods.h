@@ -6,7 +6,7 @@ namespace kova {
 class MethodTable;
 class WorkspaceController;
 
-/// Adds them to `methods`, which must not outlive `controller`.
+/// Adds these methods to `methods`, which must not outlive `controller`.
 void addControllerMethods(MethodTable& methods, WorkspaceController& controller);
 
 } // namespace kova

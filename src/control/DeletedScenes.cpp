@@ -41,7 +41,7 @@ bool DeletedScenes::isShownByStatusMessage() const {
 
 ControlReply DeletedScenes::undelete() {
     const auto& scenes = *controller_.state().scenes;
-    std::erase_if(deleted_, [&](const Deleted& each) { // an import has brought it back
+    std::erase_if(deleted_, [&](const Deleted& each) { // an import has restored the scene
         return std::ranges::find(scenes, each.scene.id, &WorkspaceScene::id) != scenes.end();
     });
     if (deleted_.empty()) return refusal("No scene was deleted since the agent started");

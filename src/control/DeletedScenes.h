@@ -22,7 +22,7 @@ class DeletedScenes {
     ControlReply deleteScene(const JsonCursor& parameters);
     /// Puts the scene that was deleted last back to its place in the list.
     ControlReply undelete();
-    /// Whether the status message, if there is one, is that of the last deletion.
+    /// Whether the current status message, if any, reports the last deletion.
     bool isShownByStatusMessage() const;
 
   private:

@@ -44,7 +44,7 @@ ControlFailure unknown(const WantedDivider& wanted, const std::vector<DisplayLay
     return {controlCode::refused, std::move(message), {{"choices", std::move(choices)}}};
 }
 
-/// Adds the names of the tiles that the divider separates: on the left or above, on the right or below.
+/// Adds the names of the tiles that the divider separates: “before” it (left or above) and “after” it (right or below).
 void addNeighbors(json& divider, const json& tiles) {
     const bool isUpright = divider.at("axis") == "horizontal";
     const char* position = isUpright ? "x" : "y";
@@ -70,7 +70,7 @@ void addNeighbors(json& divider, const json& tiles) {
     divider["after"] = std::move(after);
 }
 
-/// The one that “split”, “boundary” and “display” name.
+/// The divider that “split”, “boundary” and “display” name.
 ControlResult<DisplayLayoutDivider> wantedDivider(const WorkspaceController& controller, const JsonCursor& parameters) {
     WantedDivider wanted{{}, parameters.required("split").string(), parameters.required("boundary").integer()};
     auto display = wantedDisplay(controller, parameters);

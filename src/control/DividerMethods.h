@@ -7,14 +7,14 @@
 
 namespace kova {
 
-/// The dividers of the display that the parameters name, else of all displays.
+/// Lists the dividers of the display that the parameters name, else of all displays.
 ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters);
 
 /// Moves one divider as the pointer does, from press to release: one undo step, within the minimum sizes of its
 /// neighbors.
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters);
 
-/// Forgets how all dividers of the split were moved: one undo step. Refused where none was.
+/// Resets all dividers of the split to their places in the layout, in one undo step. Refused if none was moved.
 ControlReply resetDivider(WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -63,7 +63,7 @@ std::optional<DiagnosticLine> placingLine(const WorkspaceController& controller)
     return DiagnosticLine{"placing windows", Verdict::wrong, *obstacle};
 }
 
-/// One for each fault.
+/// One line for each problem.
 std::vector<DiagnosticLine> preferencesLines(const PreferencesStore& preferences) {
     std::vector<DiagnosticLine> lines;
     for (const auto& problem : preferences.problems()) lines.push_back({"preferences", Verdict::wrong, problem + "."});

@@ -40,7 +40,7 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     dropAbandoned();
     Upload& upload = uploadOf(peer);
     // The uploads of all clients together are limited to one largest document, so that they cannot fill the memory.
-    if (bytesUnderWay() + piece.size() > kLargestDocument) {
+    if (bytesOfAllUploads() + piece.size() > kLargestDocument) {
         const bool isAlone = uploads_.size() == 1;
         forget(peer);
         if (!isAlone) return importFailure("too much is being imported at once");
@@ -81,7 +81,7 @@ DocumentTransfer::Upload& DocumentTransfer::uploadOf(const std::shared_ptr<Contr
     return uploads_.emplace_back(Upload{peer, {}, queue_.uptime()});
 }
 
-std::size_t DocumentTransfer::bytesUnderWay() const {
+std::size_t DocumentTransfer::bytesOfAllUploads() const {
     std::size_t bytes = 0;
     for (const Upload& upload : uploads_) bytes += upload.text.size();
     return bytes;

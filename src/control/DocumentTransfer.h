@@ -35,7 +35,7 @@ class DocumentTransfer {
     };
 
     Upload& uploadOf(const std::shared_ptr<ControlPeer>& peer);
-    std::size_t bytesUnderWay() const;
+    std::size_t bytesOfAllUploads() const;
     void forget(const std::shared_ptr<ControlPeer>& peer);
     void scheduleSweep();
     void dropAbandoned();

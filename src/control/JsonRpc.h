@@ -17,7 +17,7 @@ inline constexpr std::size_t kLargestBatch = 100;
 
 struct Request {
     ControlRequest call;
-    std::optional<nlohmann::json> id; // absent: a notification, which has no answer
+    std::optional<nlohmann::json> id; // absent: a notification, which gets no response
 };
 
 /// An invalid request, with the id for the response (null if it has no readable id).

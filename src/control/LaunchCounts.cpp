@@ -33,7 +33,7 @@ LaunchCounts::LaunchCounts(PreferencesStore& preferences) :
     preferences_(preferences),
     counts_(storedRecord<Counts>(preferences, preferenceKey::launchCounts, decodeCounts).value_or(Counts{})) {}
 
-void LaunchCounts::note(const std::string& identifier) {
+void LaunchCounts::countLaunch(const std::string& identifier) {
     int& count = counts_[identifier];
     count = std::min(count + 1, kMostLaunches);
     if (counts_.size() > kMostApplications) {

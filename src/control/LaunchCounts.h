@@ -13,9 +13,9 @@ class LaunchCounts {
     /// The store outlives the counts.
     explicit LaunchCounts(PreferencesStore& preferences);
 
-    /// One more launch of the application with that identifier; stored soon after.
-    void note(const std::string& identifier);
-    /// 0 for one that never was.
+    /// Counts one more launch of the application; stored soon after.
+    void countLaunch(const std::string& identifier);
+    /// How often the application was launched; 0 if never.
     int of(const std::string& identifier) const;
 
   private:

@@ -13,8 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-/// An application is wanted where there is none: the launcher prefers an empty tile, the palette acts where the user
-/// is.
+/// The launcher prefers an empty tile for the application to start, the palette the tile in which the user works.
 enum class Preferred { emptyTile, focusedTile };
 
 ControlResult<TileTarget> tileFor(const WorkspaceController& controller, const JsonCursor& parameters,

@@ -1,4 +1,4 @@
-// Opening the launcher and the palette of the program that draws the overlay.
+// Methods that open the launcher and the palette of the program that draws the overlay.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -9,9 +9,9 @@ namespace kova {
 
 class OverlayBroadcast;
 
-/// For the tile that the parameters name by "tile" and "display"; else, on the current display, the
-/// launcher for the first empty tile, the palette for that of the focused window, each then for the other. `overlay` is
-/// null where nothing can be shown.
+/// Opens for the tile that the parameters name by "tile" and "display". Without "tile" the launcher prefers the first
+/// empty tile of the display, then the tile of the focused window; the palette prefers them in the reverse order.
+/// `overlay` is null if the agent has no overlay.
 ControlReply showLauncher(OverlayBroadcast* overlay, const WorkspaceController& controller,
                           const JsonCursor& parameters);
 ControlReply showPalette(OverlayBroadcast* overlay, const WorkspaceController& controller,

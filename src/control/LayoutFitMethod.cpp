@@ -15,7 +15,7 @@ namespace {
 
 using nlohmann::json;
 
-struct NeedyWindow {
+struct ConstrainedWindow {
     const ManagedWindow* window;
     CGSize minimumSize; // points
 };
@@ -24,11 +24,11 @@ CGSize largerOf(CGSize one, CGSize other) {
     return {std::max(one.width, other.width), std::max(one.height, other.height)};
 }
 
-/// Windows on the display of which a minimum size is known.
-std::vector<NeedyWindow> needyWindowsOn(const WorkspaceController& controller, const Screen& screen) {
+/// The windows on the display whose minimum size is known.
+std::vector<ConstrainedWindow> constrainedWindowsOn(const WorkspaceController& controller, const Screen& screen) {
     const WorkspaceState& state = controller.state();
     const double firstMaxY = maxY(state.screens->front().frame);
-    std::vector<NeedyWindow> needy;
+    std::vector<ConstrainedWindow> constrained;
     for (const ManagedWindow& window : *state.windows) {
         const Screen* shownOn =
             window.frame ? screenShowing(*state.screens, flipped(*window.frame, firstMaxY)) : nullptr;
@@ -39,15 +39,16 @@ std::vector<NeedyWindow> needyWindowsOn(const WorkspaceController& controller, c
         const auto& learned = state.profile->applicationMinimumSizes;
         const auto known = learned.find(applicationKey(window.applicationName, window.bundleIdentifier));
         if (known != learned.end()) least = largerOf(least, known->second);
-        if (least.width > 0 || least.height > 0) needy.push_back({&window, least});
+        if (least.width > 0 || least.height > 0) constrained.push_back({&window, least});
     }
-    return needy;
+    return constrained;
 }
 
-/// Null when every window fits; else the window that lacks most.
-json shortfall(const LayoutDefinition& layout, const std::vector<NeedyWindow>& windows, CGSize area, double inset) {
+/// Null when every window fits; else the window that lacks the most points of width and height together.
+json shortfall(const LayoutDefinition& layout, const std::vector<ConstrainedWindow>& windows, CGSize area,
+               double inset) {
     std::vector<CGSize> needed;
-    for (const NeedyWindow& each : windows) needed.push_back(each.minimumSize);
+    for (const ConstrainedWindow& each : windows) needed.push_back(each.minimumSize);
     const auto lacking = shortfalls(layout, needed, area, inset);
     json worst;
     double most = 0;
@@ -63,7 +64,7 @@ json shortfall(const LayoutDefinition& layout, const std::vector<NeedyWindow>& w
 }
 
 json choicesOn(const WorkspaceController& controller, const Screen& screen) {
-    const auto windows = needyWindowsOn(controller, screen);
+    const auto windows = constrainedWindowsOn(controller, screen);
     const LayoutDefinition* inForce = controller.resolvedLayout(displayID(screen));
     const CGSize area = screen.visibleFrame.size;
     const double inset = controller.state().profile->tileInset;

@@ -8,7 +8,7 @@ namespace kova {
 
 class WorkspaceController;
 
-/// Of the display that the parameters name, or of all.
+/// Lists the layouts for the display that the parameters name, else for all displays.
 ControlReply fitLayouts(const WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -37,10 +37,10 @@ ControlResult<DisplayID> displayOfWindow(const WorkspaceController& controller, 
 /// The layout that is now in force on the display, and the message about it.
 json inForce(const WorkspaceController& controller, const DisplayID& display) {
     const LayoutDefinition* layout = controller.resolvedLayout(display);
-    const auto& said = *controller.state().lastActionMessage;
+    const auto& message = *controller.state().lastActionMessage;
     return {{"display", display},
             {"layout", layout ? json{{"id", layout->id}, {"name", layout->name}} : json(nullptr)},
-            {"message", said ? json(*said) : json(nullptr)}};
+            {"message", message ? json(*message) : json(nullptr)}};
 }
 
 json tileShown(const TileSlot& slot, CGSize windowSize, json window, std::size_t stackSize) {
@@ -52,7 +52,7 @@ json tileShown(const TileSlot& slot, CGSize windowSize, json window, std::size_t
             {"stackSize", stackSize}};
 }
 
-/// The tiles as they are on the display, with the user's weights and the windows in them.
+/// The tiles that the display has now, with the user's weights and the windows in them.
 json tilesInForce(const WorkspaceController& controller, const DisplayID& display) {
     json out = json::array();
     for (const WorkspaceTile& tile : controller.tiles()) {
@@ -64,7 +64,7 @@ json tilesInForce(const WorkspaceController& controller, const DisplayID& displa
     return out;
 }
 
-/// The tiles as they would be in an area of this size, in points.
+/// The tiles that the layout would have in an area of this size, in points.
 json tilesProposed(const LayoutDefinition& layout, CGSize area, double inset) {
     const SolvedLayout solved = solveDefinition(layout, {}, area, inset);
     json out = json::array();

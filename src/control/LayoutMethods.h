@@ -11,7 +11,7 @@ ControlReply showLayout(const WorkspaceController& controller, const JsonCursor&
 ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply stepLayout(WorkspaceController& controller, const JsonCursor& parameters, LayoutStep step);
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters);
-/// Which application arrangements offer the tiles of a slot first; none when the parameters name no application.
+/// Sets the application to which arrangements offer the tiles of a slot first; clears it if the parameters name none.
 ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters);
 

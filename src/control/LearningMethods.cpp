@@ -29,7 +29,7 @@ struct Known {
     json preferredSlots = json::array(), preferredTiles = json::array();
 };
 
-/// The application's name by its key: of its windows, else as it is installed, else the key itself.
+/// Finds the application's name by its key: from its windows, else from the installed application, else the key itself.
 class ApplicationNames {
   public:
     explicit ApplicationNames(const WorkspaceController& controller) : controller_(controller) {
@@ -52,7 +52,7 @@ class ApplicationNames {
   private:
     const WorkspaceController& controller_;
     std::map<std::string, std::string> names_; // by application key
-    bool hasReadInstalled_ = false;            // only when a window's name is not enough
+    bool hasReadInstalled_ = false;            // which is done only if no window has the name
 };
 
 json nameOfSlot(const LayoutDefinition* layout, const SlotID& slotID) {

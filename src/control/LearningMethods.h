@@ -1,4 +1,4 @@
-// What was learned of applications, as methods of the socket.
+// Methods for the data learned about applications.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -8,7 +8,7 @@ namespace kova {
 
 class WorkspaceController;
 
-/// Every application of which something is known, by name: role, least size, the tiles in which it is kept.
+/// Lists the applications about which data was learned, sorted by name, with role, minimum size and usual tiles.
 ControlReply listLearned(const WorkspaceController& controller);
 ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor& parameters);
 

@@ -12,8 +12,8 @@ class LineBuffer {
   public:
     explicit LineBuffer(std::size_t longestLine) : longestLine_(longestLine) {}
 
-    /// Calls `line` with each complete line (without its break) and `tooLong` for each that is longer than allowed. A
-    /// view is valid during its call only.
+    /// Calls `line` with each complete line (without its line break) and `tooLong` for each that is longer than
+    /// allowed. A view is valid during its call only.
     template <class Line, class TooLong>
     void feed(std::string_view bytes, Line line, TooLong tooLong) {
         while (!bytes.empty()) {
@@ -34,7 +34,7 @@ class LineBuffer {
         }
     }
 
-    /// Whether a line was begun and not ended.
+    /// Whether the input so far ends within a line.
     bool isInsideLine() const { return isSkipping_ || !partial_.empty(); }
 
   private:

@@ -13,7 +13,7 @@ namespace kova {
 struct MenuEntry {
     enum class Kind { command, submenu, separator, heading };
     Kind kind = Kind::command;
-    std::string id{}; // what `choose` takes; of commands only
+    std::string id{}; // the argument of `choose`; only commands have an id
     std::string title{};
     bool isEnabled = true;
     bool isChecked = false;

@@ -25,11 +25,11 @@ class MethodTable {
     struct Method {
         std::vector<std::string_view> parameters;
         Run run;
-        bool isAnsweredOnceSaved = false;
+        bool respondsOnceSaved = false;
     };
 
     void add(std::string name, std::vector<std::string_view> parameters, Run run);
-    /// A method that changes stored data: its answer waits until that is on disk.
+    /// Adds a method that changes stored data: its response is sent once the data is on disk.
     void addSaved(std::string name, std::vector<std::string_view> parameters, Run run);
 
     /// Null when there is no such method.

@@ -15,7 +15,7 @@ namespace kova {
 namespace {
 
 constexpr std::size_t kLongestQuotation = 80;    // bytes
-constexpr std::size_t kFirstNumberInNames = 100; // smaller ones are places in a list, or meant to be
+constexpr std::size_t kFirstNumberInNames = 100; // smaller numbers are meant as places in a list
 
 std::string quotedForMessage(std::string_view wanted) {
     return quoted(textForMessage(wanted));
@@ -91,7 +91,7 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
 
     const std::string folded = lowercased(wanted);
     auto found = matching(things, [&](const std::string& name) { return name == folded; });
-    // “2” where there is one display is no part of its id.
+    // A small number is never a part of an id: “2” is an error if there is only one display.
     const bool isPlace = numbered == Numbered::yes && isNumber && number < kFirstNumberInNames;
     if (found.empty() && !folded.empty() && !isPlace) {
         found = matching(things, [&](const std::string& name) { return name.find(folded) != std::string::npos; });

@@ -20,7 +20,7 @@ namespace kova {
 struct NamedThing {
     std::string id;
     std::vector<std::string> names;
-    std::string description; // for the list of what there is
+    std::string description; // for the list of choices in an error message
 };
 
 enum class Numbered { no, yes }; // whether a number means the place in the list, counted from 1
@@ -30,7 +30,7 @@ enum class Numbered { no, yes }; // whether a number means the place in the list
 ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things,
                                   Numbered numbered);
 
-/// “. Did you mean “quad-grid”?”; empty when none of the names is near.
+/// Text to append to an error, such as ". Did you mean “quad-grid”?"; empty if no name is similar.
 std::string nearestName(std::string_view wanted, const std::vector<std::string>& names);
 
 /// For use in a message: valid UTF-8, and cut if it is very long.
@@ -43,8 +43,8 @@ ControlResult<DisplayID> wantedDisplay(const WorkspaceController& controller, co
 /// A tile of the layout in force on the display, by its slot's id, its number in the layout's order, its name, ...
 ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const DisplayID& displayID,
                                    std::string_view wanted);
-/// A slot's id, for what holds on all displays: a slot of any layout, or on the current display a tile's number or
-/// name.
+/// The id of a slot, for settings that apply to all displays: `wanted` is the id of a slot of any layout, or the number
+/// or name of a tile on the current display.
 ControlResult<SlotID> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted);
 /// The layout's id.
 ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
@@ -54,12 +54,12 @@ ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller,
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
 /// Finds a window, or else a dialog by its id or title.
 ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);
-/// A window that is not managed, by its id, title or application; null unless there is one answer.
+/// A window that is not managed, by its id, title or application; null unless exactly one matches.
 const UnmanagedWindow* findUnmanagedWindow(const WorkspaceController& controller, std::string_view wanted);
-/// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name, since
-/// scenes are deleted by name.
+/// Finds a scene by its exact name, else the first whose name differs only in case, else by its id. Never by a part of
+/// its name, since scenes are deleted by name.
 ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted);
-/// The rule's index; its number is that in the list, from 1.
+/// The rule's index. A number in `wanted` is its place in the list, counted from 1.
 ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std::string_view wanted);
 
 struct NamedApplication {

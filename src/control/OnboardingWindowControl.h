@@ -1,4 +1,4 @@
-// The window for new users, as clients open and close it.
+// Lets clients open and close the window for new users.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,10 @@ namespace kova {
 class OnboardingWindowControl {
   public:
     virtual ~OnboardingWindowControl() = default;
-    /// Shows the window; brings it to the front when it is open. Absent when it is shown, possibly once the program
-    /// that draws it has started; else why it cannot be.
+    /// Shows the window; brings an open window to the front. Returns why it cannot be shown; absent on success, also if
+    /// the program that draws the window is still starting.
     virtual std::optional<std::string> show() = 0;
-    /// Harmless when it is not shown.
+    /// No-op if the window is not shown.
     virtual void close() = 0;
 };
 

@@ -31,17 +31,17 @@ bool OverlayBroadcast::isPeer(const std::shared_ptr<ControlPeer>& client) const 
 
 void OverlayBroadcast::add(std::shared_ptr<ControlPeer> peer) {
     peers_.push_back(peer);
-    const auto left = lifetime_.guard([this] {
+    const auto disconnected = lifetime_.guard([this] {
         (void)hasPeers();
-        clientLeft_();
+        clientDisconnected_();
     });
-    peer->whenDisconnected([&queue = queue_, left] { queue.post(left); });
+    peer->whenDisconnected([&queue = queue_, disconnected] { queue.post(disconnected); });
 }
 
 json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (hasPeers()) {
-        touched_ = kEveryOverlaySection; // first sends pending changes to the other clients, since the new one gets the
-                                         // whole contents
+        // The new client gets the whole contents, so the other clients get the pending changes first.
+        touched_ = kEveryOverlaySection;
         sendChanges();
     } else {
         overlay_.watch([this](OverlaySections sections) { touched(sections); });
@@ -76,8 +76,8 @@ void OverlayBroadcast::touched(OverlaySections sections) {
 void OverlayBroadcast::sendChanges() {
     OverlaySections sections = std::exchange(touched_, 0);
     if (!hasPeers()) return;
-    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // are sent together
-    OverlayContents before, now; // of the touched sections only, so that the others need no copy
+    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // these two are sent together
+    OverlayContents before, now; // have only the touched sections, so that the others are not copied
     swapSections(before, sent_, sections);
     update(now, sections);
     json changes = overlayRecord::changes(before, now);

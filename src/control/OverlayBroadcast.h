@@ -1,5 +1,5 @@
-// Sends the overlay's contents to the clients that draw them: whole first, then what changes. Changes of one turn of
-// the main queue are sent together, under one number; without clients nothing is computed. Main thread only.
+// Sends the overlay's contents to the clients that draw them: first all, then the changes. Changes made by one task of
+// the main queue are sent as one numbered notification; without clients nothing is computed. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -20,11 +20,12 @@ namespace kova {
 
 class OverlayBroadcast {
   public:
-    /// Adds what the methods know of the contents, each time they were computed.
+    /// Completes newly computed contents with data that only the methods have.
     using Amend = std::function<void(OverlayContents&)>;
-    /// The contents outlive the broadcast. `clientLeft` is called after a client has disconnected.
-    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue, Amend amend, std::function<void()> clientLeft) :
-        overlay_(overlay), queue_(queue), amend_(std::move(amend)), clientLeft_(std::move(clientLeft)) {}
+    /// The contents outlive the broadcast. `clientDisconnected` is called after a client has disconnected.
+    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue, Amend amend, std::function<void()> clientDisconnected) :
+        overlay_(overlay), queue_(queue), amend_(std::move(amend)), clientDisconnected_(std::move(clientDisconnected)) {
+    }
     ~OverlayBroadcast();
     OverlayBroadcast(const OverlayBroadcast&) = delete;
     OverlayBroadcast& operator=(const OverlayBroadcast&) = delete;
@@ -37,7 +38,7 @@ class OverlayBroadcast {
     /// The clients that draw the overlay.
     std::vector<std::weak_ptr<ControlPeer>> peers() { return {peers_.begin(), peers_.end()}; }
 
-    /// Whether a client draws the overlay. Drops disconnected clients; ends watching with the last.
+    /// Whether a client draws the overlay. Drops disconnected clients, and stops watching the contents without clients.
     bool hasPeers();
     bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
 
@@ -51,7 +52,7 @@ class OverlayBroadcast {
     OverlayServing& overlay_;
     MainQueue& queue_;
     Amend amend_;
-    std::function<void()> clientLeft_;
+    std::function<void()> clientDisconnected_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
     OverlayContents sent_; // as last sent to the clients
     OverlaySections touched_ = 0;

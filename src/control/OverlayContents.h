@@ -20,7 +20,7 @@ namespace kova {
 struct OverlayAppearance {
     std::string themeID;
     std::string accentColorID;
-    std::optional<bool> isDark; // absent: as the desktop's own windows are
+    std::optional<bool> isDark; // absent: the same as the desktop's own windows
     ThemePalette palette;       // with the accent color in it
     bool useThemeBackground = false;
     bool showTileBackgrounds = false;
@@ -30,7 +30,7 @@ struct OverlayAppearance {
 
 struct OverlayDisplay {
     DisplayID id;
-    int number = 1; // its place in the list
+    int number = 1; // position in the list, from 1
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{}; // without panels, docks and menu bars
@@ -67,11 +67,11 @@ struct OverlayNotice {
 
 /// A tile, or all the tiles that one window spans.
 struct OverlayTile {
-    TileTarget id; // of a span its anchor
+    TileTarget id; // for a span, its anchor
     DisplayID displayID;
     SlotID slotID;
     std::string name{};
-    std::vector<SlotID> coveredSlotIDs{}; // its own first
+    std::vector<SlotID> coveredSlotIDs{}; // the tile's own slot first
     CGRect cell{};
     CGRect windowFrame{};                 // the cell without the inset; a window may take less of it
     std::optional<CGRect> footerFrame{};  // absent on a display that a window owns in focus mode
@@ -83,7 +83,7 @@ struct OverlayTile {
 };
 
 struct OverlayDivider {
-    std::string id; // opaque; the same for the same divider as long as it is shown
+    std::string id; // opaque; does not change while the divider is shown
     DisplayID displayID;
     std::string layoutID;
     std::string splitID;
@@ -112,7 +112,7 @@ struct OverlayMessage {
 
 /// A window that the user opens.
 struct OverlayShownWindow {
-    std::optional<std::string> pane; // the part of it to begin with; absent: the one shown last
+    std::optional<std::string> pane; // the pane to show; absent: the pane shown last
     std::uint64_t request = 0;       // grows with each request to show the window: if it is open, it comes to the front
     bool operator==(const OverlayShownWindow&) const = default;
 };
@@ -135,7 +135,7 @@ struct OverlayContents {
     bool operator==(const OverlayContents&) const = default;
 };
 
-/// The parts of the contents that change apart from each other, a bit each.
+/// Parts of the contents that change independently, one bit each.
 enum class OverlaySection : std::uint32_t {
     isSuspended = 1U << 0,
     appearance = 1U << 1,
@@ -164,7 +164,7 @@ class OverlayServing {
     /// Writes the given sections of the contents as they are now; the others are left as they are.
     virtual void update(OverlayContents& contents, OverlaySections sections) = 0;
     /// Calls back whenever sections may have changed, possibly in the middle of an operation. One watcher at a time; an
-    /// empty function ends watching. Nothing is computed while nothing watches.
+    /// empty function ends watching. Nothing is computed without a watcher.
     virtual void watch(std::function<void(OverlaySections)> changed) = 0;
 };
 

@@ -57,7 +57,7 @@ json list(const std::vector<T>& values, RecordOf<T> record) {
     return out;
 }
 
-/// The elements that are new or changed, and the order of all where that changed, too.
+/// The elements that are new or changed, and the order of all elements if it changed.
 template <class T>
 json listChanges(const std::vector<T>& before, const std::vector<T>& now, RecordOf<T> record) {
     json out = json::object(), changed = json::array();
@@ -77,14 +77,14 @@ json listChanges(const std::vector<T>& before, const std::vector<T>& now, Record
     return out;
 }
 
-json appearance(const OverlayAppearance& look) {
-    return {{"theme", look.themeID},
-            {"accentColor", look.accentColorID},
-            {"isDark", look.isDark ? json(*look.isDark) : json(nullptr)},
-            {"palette", encode(look.palette)},
-            {"useThemeBackground", look.useThemeBackground},
-            {"showTileBackgrounds", look.showTileBackgrounds},
-            {"showBrain", look.showBrain}};
+json appearance(const OverlayAppearance& shown) {
+    return {{"theme", shown.themeID},
+            {"accentColor", shown.accentColorID},
+            {"isDark", shown.isDark ? json(*shown.isDark) : json(nullptr)},
+            {"palette", encode(shown.palette)},
+            {"useThemeBackground", shown.useThemeBackground},
+            {"showTileBackgrounds", shown.showTileBackgrounds},
+            {"showBrain", shown.showBrain}};
 }
 
 json display(const OverlayDisplay& now, const OverlayDisplay* before) {
@@ -181,7 +181,7 @@ json windows(const OverlayWindows& shown) {
     return {{"settings", orNull(shown.settings, shownWindow)}, {"onboarding", orNull(shown.onboarding, shownWindow)}};
 }
 
-/// The sections that are no lists.
+/// The sections that are not lists.
 json plainSections(const OverlayContents& now, const OverlayContents* before) {
     using Contents = OverlayContents;
     return Record(now, before)

@@ -1,4 +1,4 @@
-// The overlay's contents on the wire, section by section.
+// The overlay's contents as JSON of the socket, section by section.
 #pragma once
 
 #include "control/OverlayContents.h"
@@ -7,7 +7,7 @@
 
 namespace kova::overlayRecord {
 
-/// Increased when a client written for the former one would misread the contents.
+/// Version of the format: increased when a client written for the version before would misread the contents.
 inline constexpr int kContract = 2;
 
 /// Every section by its name, and the version of agent and contract.

@@ -9,8 +9,8 @@ class PermissionControl {
     virtual ~PermissionControl() = default;
     /// Whether the system has a permission that the user can be asked for.
     virtual bool canAsk() const = 0;
-    /// Opens the system's question or, where that was shown before or is of no use, the page of its settings. No-op
-    /// where there is none. Never waits.
+    /// Opens the system's permission dialog, or the page of its settings if the dialog was shown before or cannot help.
+    /// No-op unless `canAsk`. Never waits.
     virtual void ask() = 0;
 };
 

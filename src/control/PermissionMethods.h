@@ -8,9 +8,9 @@ namespace kova {
 class PermissionControl;
 class WorkspaceController;
 
-/// `permission` is null where there is none to ask for.
+/// `permission` is null on desktops without such a permission.
 ControlReply permissionStatus(const WorkspaceController& controller, const PermissionControl* permission);
-/// Has the system ask the user; nothing happens when the permission is there already.
+/// Makes the system ask the user for the permission; no-op if it has been granted.
 ControlReply askForPermission(const WorkspaceController& controller, PermissionControl* permission);
 
 } // namespace kova

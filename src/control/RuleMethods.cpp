@@ -21,7 +21,7 @@ std::string shownSlot(const SlotID& slotID, const std::vector<SlotName>& slots) 
     return found == slots.end() ? slotID.text() : found->name;
 }
 
-/// Its name with that of a slot in place of the slot's id.
+/// The rule's name, with the name of a slot in place of the slot's id.
 std::string label(const WorkspaceRule& rule, const std::vector<SlotName>& slots) {
     static constexpr std::string_view kArrow = " → ";
     const auto arrow = rule.name.rfind(kArrow);
@@ -62,7 +62,7 @@ json windowsOf(const std::vector<RuleMatch>& matches, const WorkspaceController&
     return windows;
 }
 
-json orderChange(const WorkspaceController& controller, json rule) {
+json ruleAndCount(const WorkspaceController& controller, json rule) {
     return {{"rule", std::move(rule)}, {"rules", controller.state().rules->size()}};
 }
 
@@ -193,7 +193,7 @@ ControlReply changeRule(WorkspaceController& controller, const JsonCursor& param
     action::ChangeRule change{.id = id, .disposition = std::move(disposition)};
     if (title) change.titleContains = titleText;
     controller.perform(change);
-    return orderChange(controller, record(controller, index));
+    return ruleAndCount(controller, record(controller, index));
 }
 
 ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction) {
@@ -202,7 +202,7 @@ ControlReply switchRule(WorkspaceController& controller, const JsonCursor& param
     const auto index = *found;
     controller.perform(
         action::ChangeRule{.id = (*controller.state().rules)[index].id, .isEnabled = direction == RuleSwitch::enable});
-    return orderChange(controller, record(controller, index));
+    return ruleAndCount(controller, record(controller, index));
 }
 
 ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -211,7 +211,7 @@ ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& param
     const auto index = *found;
     json deleted = record(controller, index);
     controller.perform(action::DeleteRule{(*controller.state().rules)[index].id});
-    return orderChange(controller, std::move(deleted));
+    return ruleAndCount(controller, std::move(deleted));
 }
 
 ControlReply moveRule(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -222,7 +222,7 @@ ControlReply moveRule(WorkspaceController& controller, const JsonCursor& paramet
     if (!found) return found.error();
     const auto place = std::min(static_cast<std::size_t>(to), controller.state().rules->size()) - 1;
     controller.perform(action::MoveRule{(*controller.state().rules)[*found].id, place});
-    return orderChange(controller, record(controller, place));
+    return ruleAndCount(controller, record(controller, place));
 }
 
 ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction) {

@@ -9,9 +9,9 @@
 
 namespace kova {
 
-inline constexpr std::int64_t kMostRules = 1'000'000; // beyond any list: a place to move a rule to
+inline constexpr std::int64_t kMostRules = 1'000'000; // the largest place that a rule can be moved to
 
-/// In their order: the first that matches a window decides.
+/// Lists the rules in their order; the first rule that matches a window decides.
 ControlReply listRules(const WorkspaceController& controller);
 ControlReply addRule(WorkspaceController& controller, const JsonCursor& parameters);
 /// Changes a rule's disposition, its title text, or both; its name, position and application stay.

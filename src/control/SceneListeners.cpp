@@ -8,21 +8,21 @@ using nlohmann::json;
 
 SceneListeners::SceneListeners(const WorkspaceController& controller) :
     subscription_(controller.state().sceneReport.observe([this](const auto& report) {
-        if (report && report->state != SceneReport::State::waiting) tell(*report);
+        if (report && report->state != SceneReport::State::waiting) notify(*report);
     })) {}
 
 void SceneListeners::add(const Uuid& opening, const std::shared_ptr<ControlPeer>& peer) {
     listeners_.emplace_back(opening, peer);
 }
 
-void SceneListeners::tell(const SceneReport& report) {
+void SceneListeners::notify(const SceneReport& report) {
     for (const auto& [opening, listener] : listeners_) {
         if (opening != report.opening) continue;
         if (const auto peer = listener.lock()) {
             peer->send(jsonrpc::line(jsonrpc::notification("sceneOpened", {{"report", record(report)}})));
         }
     }
-    // No other opening can be waiting: a new one abandons the one before.
+    // No other opening can be waiting: a new opening ends the previous one.
     listeners_.clear();
 }
 

@@ -13,11 +13,11 @@ namespace kova {
 class SceneListeners {
   public:
     explicit SceneListeners(const WorkspaceController& controller);
-    /// The client gets a `sceneOpened` notification when the opening that waits now has ended.
+    /// The client gets a `sceneOpened` notification when the opening has ended.
     void add(const Uuid& opening, const std::shared_ptr<ControlPeer>& peer);
 
   private:
-    void tell(const SceneReport& report);
+    void notify(const SceneReport& report);
 
     std::vector<std::pair<Uuid, std::weak_ptr<ControlPeer>>> listeners_;
     Subscription subscription_;

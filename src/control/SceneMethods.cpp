@@ -27,13 +27,13 @@ json entry(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
             {"isActive", scene.id == activeID}};
 }
 
-/// Of an area to draw; a file may hold any number.
+/// The display's aspect ratio, limited for drawing: an imported file may have any number.
 double drawableRatio(const WorkspaceSceneDisplay& display) {
     constexpr double kLeast = 0.1, kMost = 10;
     return display.aspectRatio > kLeast ? std::min(display.aspectRatio, kMost) : kLeast;
 }
 
-/// The tiles of a display as opening the scene would divide it; none where the layout is unknown.
+/// The tiles that opening the scene would give the display; none if the layout is unknown.
 json tilesOf(const WorkspaceSceneDisplay& display, const std::vector<LayoutDefinition>& catalogue) {
     json out = json::array();
     const LayoutDefinition* layout = findLayout(catalogue, display.layoutID);
@@ -146,7 +146,7 @@ ControlReply renameScene(WorkspaceController& controller, const JsonCursor& para
 }
 
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure; // no window is known
+    if (auto failure = withoutPermission(controller)) return *failure; // no window is known without it
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const auto& scene = *found;

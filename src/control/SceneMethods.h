@@ -9,10 +9,11 @@
 namespace kova {
 
 ControlReply captureScene(WorkspaceController& controller, const JsonCursor& parameters);
-/// The newest last.
+/// Lists the scenes, the newest last.
 ControlReply listScenes(const WorkspaceController& controller);
 ControlReply showScene(const WorkspaceController& controller, const JsonCursor& parameters);
-/// Answered at once: windows of launched applications follow. With “wait” the client gets the final report later.
+/// Responds at once, before launched applications show their windows. With “wait” the client gets the final report
+/// later.
 ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
                        const std::shared_ptr<ControlPeer>& peer);
 ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters);

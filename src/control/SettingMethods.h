@@ -1,4 +1,4 @@
-// Settings of the system that the agent keeps: it starts at login, the Dock hides itself.
+// Methods for settings of the system: whether KOVA starts at login, and whether the Dock hides itself.
 #pragma once
 
 #include "control/ControlHandling.h"

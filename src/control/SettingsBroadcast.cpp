@@ -13,7 +13,7 @@ SettingsBroadcast::SettingsBroadcast(std::vector<Section> sections, Observe obse
     sections_(std::move(sections)), observe_(std::move(observe)), queue_(queue) {}
 
 json SettingsBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
-    sendChanges(); // the other clients get first what the new one finds in the state
+    sendChanges(); // the new client gets the whole state, so the others get the pending changes first
     if (peers_.empty()) {
         subscriptions_ = observe_([this] { touch(); });
         sent_ = json::object();

@@ -1,6 +1,6 @@
-// Sends the contents of the settings window to its clients: the whole state first, then changed sections. Changes of
-// one turn of the main queue are sent together, under one number; without clients nothing is observed or computed. Main
-// thread only.
+// Sends the contents of the settings window to its clients: the whole state first, then changed sections. Changes made
+// by one task of the main queue are sent as one numbered notification; without clients nothing is observed or computed.
+// Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -25,14 +25,14 @@ class SettingsBroadcast {
         std::string name;
         std::function<nlohmann::json()> value;
     };
-    /// Calls back when any section may have changed, until its result ends.
+    /// Calls back when any section may have changed, until the subscriptions end.
     using Observe = std::function<std::vector<Subscription>(std::function<void()> changed)>;
 
     SettingsBroadcast(std::vector<Section> sections, Observe observe, MainQueue& queue);
 
     /// Sends changes to the client from now on; the result holds the whole state and the number of the last change.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
-    /// Sections may have changed; compares them in the next turn of the main queue if there are clients.
+    /// Call when sections may have changed: compares them in the next task of the main queue if there are clients.
     void touch();
 
   private:

@@ -1,4 +1,4 @@
-// The settings window, as clients open and close it.
+// Lets clients open and close the settings window.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,10 @@ namespace kova {
 class SettingsWindowControl {
   public:
     virtual ~SettingsWindowControl() = default;
-    /// Shows the window with that pane, without one with the pane that it had last; brings it to the front when it is
-    /// open. Absent when it is shown, possibly once the program that draws it has started; else why it cannot be.
+    /// Shows the window with the pane, or with its last pane if absent; brings an open window to the front. Returns why
+    /// it cannot be shown; absent on success, also if the program that draws the window is still starting.
     virtual std::optional<std::string> show(const std::optional<std::string>& pane) = 0;
-    /// Harmless when it is not shown.
+    /// No-op if the window is not shown.
     virtual void close() = 0;
 };
 

@@ -17,7 +17,7 @@ using nlohmann::json;
 
 /// How often the recording client is checked for its connection.
 constexpr Seconds kConnectionCheckInterval{0.2};
-/// Window systems report the result within milliseconds, or not at all while nothing is registered.
+/// Window systems report the result of a registration within milliseconds, or not at all if nothing is registered.
 constexpr Seconds kClaimReportDelay{0.5};
 
 constexpr const char* kNoKeys = "No key can be heard in this session";
@@ -187,16 +187,16 @@ ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::sh
     const auto number = ++recordings_;
     recording_.emplace(Recording{action, ShortcutRecorder(settings_, action), peer, queue_.uptime(), number, {}});
     settings_.isRecording.set(true);
-    recording_->keys = keys_->recordKeys([this](const KeyPress& press) { return heard(press); },
+    recording_->keys = keys_->recordKeys([this](const KeyPress& press) { return takeKey(press); },
                                          [this](const std::string& reason) { endRecording("failed", reason); });
     checkConnection(number);
     return json{{"shortcut", recordOf(action)}, {"prompt", kRecorderPrompt}};
 }
 
 /// True once the recording is over.
-bool ShortcutMethods::heard(const KeyPress& press) {
+bool ShortcutMethods::takeKey(const KeyPress& press) {
     if (!recording_) return true;
-    // A key that is down already does not belong to the shortcut.
+    // A key that was pressed before the recording does not belong to the shortcut.
     if (press.isRepeat) return false;
     const auto step = recording_->recorder.take(press);
     if (!step.endsRecording()) {
@@ -205,7 +205,11 @@ bool ShortcutMethods::heard(const KeyPress& press) {
     }
     const bool isChange =
         step.outcome == ShortcutRecorder::Outcome::recorded || step.outcome == ShortcutRecorder::Outcome::cleared;
-    isChange ? endOnceSaved(step) : endRecording(word(step.outcome), step.message);
+    if (isChange) {
+        endOnceSaved(step);
+    } else {
+        endRecording(word(step.outcome), step.message);
+    }
     return true;
 }
 
@@ -226,11 +230,11 @@ void ShortcutMethods::notifyRecorded(const Recording& recording, std::string_vie
                                      const std::optional<std::string>& unsaved) const {
     const auto peer = recording.peer.lock();
     if (!peer) return;
-    json told = {{"outcome", outcome},
-                 {"message", message.empty() ? json(nullptr) : json(message)},
-                 {"shortcut", recordOf(recording.action)}};
-    if (unsaved) told["unsaved"] = *unsaved;
-    peer->sendAfterAnswer(jsonrpc::line(jsonrpc::notification("recorded", std::move(told))));
+    json parameters = {{"outcome", outcome},
+                       {"message", message.empty() ? json(nullptr) : json(message)},
+                       {"shortcut", recordOf(recording.action)}};
+    if (unsaved) parameters["unsaved"] = *unsaved;
+    peer->sendAfterResponse(jsonrpc::line(jsonrpc::notification("recorded", std::move(parameters))));
 }
 
 void ShortcutMethods::endRecording(std::string_view outcome, const std::string& message) {
@@ -245,7 +249,7 @@ void ShortcutMethods::endOnceSaved(ShortcutRecorder::Step step) {
     settings_.isRecording.set(false);
     preferences_.save(lifetime_.guard([this, ended, step](const std::optional<std::string>& problem) {
         notifyRecorded(*ended, word(step.outcome), step.message, problem);
-        // Everything is claimed again once the recording is over, changed or not.
+        // After a recording all shortcuts are registered again, also unchanged ones.
         if (step.outcome == ShortcutRecorder::Outcome::recorded)
             notifyOnceClaimed(ended->peer, ended->action, Claiming::underWay);
     }));
@@ -264,7 +268,7 @@ void ShortcutMethods::notifyClaimed() {
     for (const Waiting& waiting : std::exchange(waiting_, {})) {
         const auto peer = waiting.peer.lock();
         if (!peer) continue;
-        peer->sendAfterAnswer(
+        peer->sendAfterResponse(
             jsonrpc::line(jsonrpc::notification("claimed", {{"shortcut", recordOf(waiting.action)}})));
     }
 }

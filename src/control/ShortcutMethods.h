@@ -23,19 +23,19 @@ class ShortcutMethods {
     static constexpr Seconds kRecordingTimeout{60};
 
     /// All of them outlive the methods; `keys` is null in a session without keys. Nothing is recorded while the
-    /// workspace is suspended: the lock screen needs the keyboard, and a password is no shortcut.
+    /// workspace is suspended: the lock screen needs the keyboard, and a password must not become a shortcut.
     ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
                     const Published<bool>& isSuspended, PreferencesStore& preferences);
 
     ControlReply list() const;
     ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply clear(const JsonCursor& parameters);
-    /// Results are notifications, until one of them ends the recording.
+    /// Starts a recording. Its results are sent as notifications, the last of which ends the recording.
     ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply restoreDefaults();
     /// The shortcuts that another program or the system holds, as a user reads them: "Ctrl+Alt+H (Focus Left)".
     std::vector<std::string> heldByOthers() const;
-    /// What can hold a combination on this desktop: another "program", or the "system".
+    /// Which of the two it can be in this session: "program" or "system".
     std::string_view possibleHolder() const;
 
     std::string textOf(KovaShortcut shortcut) const;
@@ -59,7 +59,7 @@ class ShortcutMethods {
     nlohmann::json recordsOfAll() const;
     bool isHeldByOther(const KovaShortcut& shortcut) const;
     ModifierNames modifierNames() const;
-    bool heard(const KeyPress& press);
+    bool takeKey(const KeyPress& press);
     void checkConnection(std::uint64_t number);
     void notifyRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
                         const std::optional<std::string>& unsaved = std::nullopt) const;
@@ -76,7 +76,7 @@ class ShortcutMethods {
     const Published<bool>& isSuspended_;
     PreferencesStore& preferences_;
     std::optional<Recording> recording_;
-    std::uint64_t recordings_ = 0; // since the start
+    std::uint64_t recordings_ = 0; // count since the agent's start
     std::vector<Waiting> waiting_;
     Subscription claims_;
     Subscription suspensions_;

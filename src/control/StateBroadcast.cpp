@@ -75,8 +75,8 @@ json StateBroadcast::state() const {
 
 json StateBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (!subscriptions_.empty()) {
-        touched_ =
-            kEverySection; // first sends pending changes to the other clients, since the new one gets the whole state
+        // The new client gets the whole state, so the other clients get the pending changes first.
+        touched_ = kEverySection;
         sendChanges();
     }
     if (subscriptions_.empty()) {

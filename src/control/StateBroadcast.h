@@ -1,5 +1,5 @@
-// Sends subscribers the state of the workspace and then its changes. Changes of one turn of the main queue are sent
-// together, under one number; without subscribers nothing is observed. Main thread only.
+// Sends subscribers the state of the workspace and then its changes. Changes made by one task of the main queue are
+// sent as one numbered notification; without subscribers nothing is observed. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"

@@ -1,4 +1,5 @@
-// A setting of the system that the agent keeps for the user: whether it starts at login, whether the Dock hides itself.
+// A setting of the system that the agent manages for the user: whether it starts at login, whether the Dock hides
+// itself.
 #pragma once
 
 #include "support/Published.h"
@@ -19,7 +20,7 @@ struct SystemSetting {
         std::optional<std::string> absence;  // why this desktop has no such setting; then the rest is unused
     };
     std::function<State()> state;
-    /// The state afterwards says whether it worked, as far as that is known at once.
+    /// Changes the setting. Afterwards `state` has the new value, or the problem if it is known at once.
     std::function<void(bool isOn)> set;
     /// Calls back when the state may have changed, until the result ends.
     std::function<std::vector<Subscription>(const std::function<void()>& changed)> observe = {};

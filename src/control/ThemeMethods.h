@@ -13,7 +13,7 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
 ControlReply listAccentColors(const WorkspaceController& controller);
 ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters);
 
-/// Switches the setting to "isOn" of the parameters; the answer is the same.
+/// Switches the setting to "isOn" of the parameters; the result repeats it.
 ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting);
 
 } // namespace kova

@@ -22,15 +22,15 @@ class UnsentBudget {
     /// The share of one client, released when the object is destroyed.
     class Account {
       public:
-        /// `drop` is called at most once, from any thread and with locks held: it may only ask for the client to be
-        /// closed.
+        /// `drop` is called at most once, from any thread and with locks held: it may only schedule the closing of
+        /// the client.
         Account(UnsentBudget& budget, std::function<void()> drop);
         ~Account();
         Account(const Account&) = delete;
         Account& operator=(const Account&) = delete;
 
-        /// Sets the client's unread bytes; less than before means that it has read. A single client may hold more than
-        /// the limit while no other holds anything.
+        /// Sets the client's unread bytes; less than before means that it has read some. A single client may hold more
+        /// than the limit while no other holds anything.
         void hold(std::size_t bytes, Clock::time_point now = Clock::now());
         bool isDropped() const { return isDropped_; }
 
@@ -49,7 +49,7 @@ class UnsentBudget {
     void dropUntilItFits(const Account& charged) KOVA_REQUIRES(mutex_);
 
     const std::size_t bytesAllowed_;
-    mutable Mutex mutex_; // of what the accounts hold, too
+    mutable Mutex mutex_; // guards the accounts' members, too
     std::list<Account*> accounts_ KOVA_GUARDED_BY(mutex_);
     std::size_t bytesHeld_ KOVA_GUARDED_BY(mutex_) = 0; // without the dropped ones
 };

@@ -41,7 +41,7 @@ ControlReply updatesStatus(const MenuServing* menu) {
 
 ControlReply checkForUpdates(MenuServing* menu) {
     if (!entryIn(menu, kNow)) return noUpdates();
-    (void)menu->choose(kNow); // not while a check is under way
+    (void)menu->choose(kNow); // no-op while a check is running
     return updatesStatus(menu);
 }
 

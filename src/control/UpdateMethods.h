@@ -1,4 +1,4 @@
-// Methods for the check for newer versions, by its entries of the menu: it exists where the menu has them.
+// Methods for the check for newer versions. They use its entries of the menu and are refused if the menu lacks these.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -7,11 +7,11 @@
 
 namespace kova {
 
-/// `menu` is null where there is none; then, and where the program is updated by other means, all are refused.
+/// `menu` is null where there is none; then all methods are refused.
 ControlReply updatesStatus(const MenuServing* menu);
 ControlReply checkForUpdates(MenuServing* menu);
 enum class UpdateSwitch { checks, downloads };
-/// Refused for downloads while nothing checks.
+/// Refused for downloads while automatic checks are off.
 ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCursor& parameters);
 
 } // namespace kova

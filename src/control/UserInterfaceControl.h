@@ -25,12 +25,13 @@ class UserInterfaceControl {
     /// Why the program is not available; absent if it is.
     virtual std::optional<std::string> absence() const = 0;
     virtual UserInterfaceStatus status() const = 0;
-    /// Kept as a preference. Starts or ends the program at once.
+    /// Stores the preference, and starts or ends the program at once.
     virtual void setOn(bool isOn) = 0;
-    /// Ends the program if it runs and starts it again, also after crashes. False if it is switched off.
+    /// Ends the program if it runs and starts it again, also after crashes. False if it is switched off or the
+    /// workspace is not started.
     virtual bool restart() = 0;
-    /// The program cannot show what the agent sends. Counts until the program is started again or `reporter`, the
-    /// client that said so, disconnects.
+    /// Reports that the program cannot show the contents. The report holds until the program is started again or
+    /// `reporter`, the reporting client, disconnects.
     virtual void reportProblem(const std::string& problem, std::weak_ptr<ControlPeer> reporter) = 0;
 };
 

@@ -53,7 +53,7 @@ void UserInterfaceDialogs::close(bool isConfirmed) {
     if (closed) closed->answer(isConfirmed);
 }
 
-void UserInterfaceDialogs::clientLeft() {
+void UserInterfaceDialogs::clientDisconnected() {
     if (!open_) return;
     const bool isShown = std::ranges::any_of(open_->clients, [](const std::weak_ptr<ControlPeer>& each) {
         const auto client = each.lock();

@@ -26,7 +26,7 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     /// Asks the clients that draw the overlay to show something.
     struct Connection {
         std::function<Clients(const std::string& what, const nlohmann::json& parameters)>
-            show; // the clients that were asked
+            show; // the clients that got the request
         std::function<bool()> hasClients;
         std::function<void(const std::string& text)> setStatusMessage;
     };
@@ -43,7 +43,7 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     ControlReply answer(const JsonCursor& parameters);
 
     /// A client has disconnected: cancels the question if no other client shows it.
-    void clientLeft();
+    void clientDisconnected();
 
     bool isQuestionOpen() const { return open_.has_value(); }
 

@@ -96,7 +96,7 @@ ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceS
 
 namespace {
 
-/// The word for a window of the user interface.
+/// The value of "what", which must be one of `words`.
 std::string wordIn(const JsonCursor& parameters, std::initializer_list<std::string_view> words) {
     const JsonCursor what = parameters.required("what");
     std::string wanted = what.string();

@@ -18,20 +18,20 @@ class OverlayBroadcast;
 class SettingsWindowControl;
 class WorkspaceController;
 
-/// The text that shows a shortcut.
+/// Returns the text that shows a shortcut.
 using ShortcutTexts = std::function<std::string(const KovaShortcut&)>;
 /// `menu` and `interface` are null where there is none.
 ControlReply listMenu(const MenuServing* menu, const ShortcutTexts& textOf);
 ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& controller, const JsonCursor& parameters);
 
-/// kova-ui says that it cannot show what the agent sends.
+/// Takes the report of kova-ui that it cannot show the contents.
 ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
                                       const std::shared_ptr<ControlPeer>& reporter);
 ControlReply userInterfaceStatus(const UserInterfaceControl* interface);
 enum class UserInterfaceSwitch { on, off, restart };
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change);
 
-/// The objects that show windows of kova-ui; null where the desktop has none.
+/// The objects that show windows; null where the agent has none.
 struct UserInterfaceWindows {
     OverlayBroadcast* overlay = nullptr;
     SettingsWindowControl* settings = nullptr;

@@ -23,7 +23,7 @@ bool isTrue(const JsonCursor& parameters, std::string_view name) {
     return given && given->boolean();
 }
 
-json answer(const WorkspaceController& controller, bool isDryRun, const WindowPlan& plan) {
+json planRecord(const WorkspaceController& controller, bool isDryRun, const WindowPlan& plan) {
     json steps = json::array();
     for (const auto& step : plan.steps) {
         steps.push_back(
@@ -39,7 +39,7 @@ json answer(const WorkspaceController& controller, bool isDryRun, const WindowPl
             {"focusMode", controlRecord::focusMode(controller)}};
 }
 
-ControlReply carriedOut(WorkspaceController& controller, const JsonCursor& parameters, const WindowCommand& command) {
+ControlReply carryOut(WorkspaceController& controller, const JsonCursor& parameters, const WindowCommand& command) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const bool isDryRun = isTrue(parameters, "dryRun");
     const auto planned = controller.planCommand(command);
@@ -48,10 +48,10 @@ ControlReply carriedOut(WorkspaceController& controller, const JsonCursor& param
         const auto outcome = controller.perform(command);
         if (!outcome) return failureOf(outcome);
     }
-    return answer(controller, isDryRun, std::get<WindowPlan>(planned));
+    return planRecord(controller, isDryRun, std::get<WindowPlan>(planned));
 }
 
-/// The window named by "window" alone: "display" says where the tile is.
+/// The window that "window" names. "display" does not count here: it is the display of the tile.
 WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
     // Without the permission no window is known; the error names that cause.
     if (auto failure = withoutPermission(controller)) return *std::move(failure);
@@ -83,7 +83,7 @@ template <class Command>
 ControlReply onWantedWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     auto window = wantedWindow(controller, parameters);
     if (!window) return window.error();
-    return carriedOut(controller, parameters, Command{*std::move(window)});
+    return carryOut(controller, parameters, Command{*std::move(window)});
 }
 
 const char* describe(PlacementVerdict verdict) {
@@ -136,7 +136,7 @@ ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& para
     auto& windowID = *window;
     auto tile = wantedTile(controller, parameters, parameters.required("tile").string(), windowID);
     if (!tile) return tile.error();
-    return carriedOut(controller, parameters, command::Place{std::move(windowID), *std::move(tile)});
+    return carryOut(controller, parameters, command::Place{std::move(windowID), *std::move(tile)});
 }
 
 ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -144,7 +144,7 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
     if (const auto direction = directionNamed(with)) {
         auto window = wantedWindow(controller, parameters);
         if (!window) return window.error();
-        return carriedOut(controller, parameters, command::Swap{*std::move(window), *direction});
+        return carryOut(controller, parameters, command::Swap{*std::move(window), *direction});
     }
     auto window = namedWindow(controller, parameters);
     if (!window) return window.error();
@@ -158,20 +158,20 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
                               "There is no direction or tile " + quoted(textForMessage(with)) + meant,
                               {{"choices", directions}}};
     }
-    return carriedOut(controller, parameters, command::Swap{std::move(windowID), *std::move(tile)});
+    return carryOut(controller, parameters, command::Swap{std::move(windowID), *std::move(tile)});
 }
 
 ControlReply focusWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     (void)parameters.required("window");
     auto window = namedWindow(controller, parameters);
     if (!window) return window.error();
-    return carriedOut(controller, parameters, command::FocusWindow{*std::move(window)});
+    return carryOut(controller, parameters, command::FocusWindow{*std::move(window)});
 }
 
 ControlReply focusDisplay(WorkspaceController& controller, const JsonCursor& parameters) {
     auto display = displayChoice(controller, parameters);
     if (!display) return display.error();
-    return carriedOut(controller, parameters, command::FocusDisplay{*std::move(display)});
+    return carryOut(controller, parameters, command::FocusDisplay{*std::move(display)});
 }
 
 ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -179,7 +179,7 @@ ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& pa
     if (!window) return window.error();
     auto display = displayChoice(controller, parameters);
     if (!display) return display.error();
-    return carriedOut(controller, parameters, command::MoveToDisplay{*std::move(window), *std::move(display)});
+    return carryOut(controller, parameters, command::MoveToDisplay{*std::move(window), *std::move(display)});
 }
 
 ControlReply floatWindow(WorkspaceController& controller, const JsonCursor& parameters) {

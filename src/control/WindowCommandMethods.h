@@ -16,8 +16,8 @@ namespace kova {
 ControlResult<std::optional<WindowID>> wantedWindow(const WorkspaceController& controller,
                                                     const JsonCursor& parameters);
 
-/// The tile that `wanted` names: its id, or a tile of the display of the parameters, else of the
-/// window's, else of the current one.
+/// The tile that `wanted` names: by its id, or by a name of a tile on the display that the parameters name, else on the
+/// window's display, else on the current display.
 ControlResult<TileTarget> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
                                      const std::string& wanted, const std::optional<WindowID>& windowID);
 
@@ -32,9 +32,9 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
 
 /// Every tile with the windows in it, and the windows in none.
 ControlReply listWindows(const WorkspaceController& controller);
-/// The focused window and, if none is, the one focused last on the current display.
+/// The focused window; if there is none, also the window that was focused last on the current display.
 ControlReply describeFocus(const WorkspaceController& controller);
-/// The managed window at a point, such as the one that a user picks with the pointer.
+/// The managed window at a point, for example where the user clicks to pick a window.
 ControlReply findWindowAt(const WorkspaceController& controller, const JsonCursor& parameters);
 /// Compares the frames of tiled windows with what was requested; with "repair" they are requested again.
 ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters);

@@ -67,7 +67,7 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
     return nameOf(window) + " is in no tile.";
 }
 
-/// Where the window is now, to be put after "no longer: "; `windowID` may be of one that is gone.
+/// Where the window is now, for use after "no longer: ". The window may have been closed.
 std::string presentPlace(const WorkspaceController& controller, const WindowID& windowID) {
     const ManagedWindow* window = liveWindow(controller, windowID);
     if (!window) return "it is closed";

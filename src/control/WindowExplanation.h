@@ -18,12 +18,12 @@ struct ExplainedDecision {
 
 /// In the arrangement's order; empty before the first.
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller);
-/// What later arrangements will respect: preferred applications, and rules that leave windows out.
+/// Choices that later arrangements will respect: preferred applications, and rules that leave windows out.
 std::vector<std::string> explainStandingChoices(const WorkspaceController& controller);
 /// Where the window is, which rule decides for it, what the last arrangement decided and what another would decide.
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window);
 
-/// The answer to `explain`.
+/// The result of `explain`.
 ControlReply explain(const WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -22,7 +22,7 @@ class CommandLine : public testing::Test, public AgentStage {
         std::string out, err;
     };
     std::unique_ptr<RunningCommand> begin(const std::vector<std::string>& words) {
-        return std::make_unique<RunningCommand>(words, environment, [this] { turn(); });
+        return std::make_unique<RunningCommand>(words, environment, [this] { runAgentOnce(); });
     }
     Result run(const std::vector<std::string>& words) {
         auto command = begin(words);
@@ -35,7 +35,7 @@ class CommandLine : public testing::Test, public AgentStage {
     void pressWhatIsAwaited(const std::vector<std::string>& words) {
         const auto has = [&](const char* word) { return std::ranges::find(words, word) != words.end(); };
         if (!has("record") || has("help") || has("--help")) return;
-        EXPECT_TRUE(waitUntil([this] { turn(); }, [this] { return *shortcuts.isRecording; }));
+        EXPECT_TRUE(waitUntil([this] { runAgentOnce(); }, [this] { return *shortcuts.isRecording; }));
         desk.desktop.keyboard().press(keyCode::g, modifierFlag::control | modifierFlag::option);
     }
 

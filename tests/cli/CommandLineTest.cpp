@@ -64,13 +64,14 @@ TEST_F(CommandLine, SaysWhenAChangeIsInMemoryOnly) {
 
 TEST_F(CommandLine, NotificationsBeforeTheResponseAreRead) {
     struct Hasty final : ControlHandling {
-        void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override {
+        void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>& peer,
+                    ControlResponder respond) override {
             json shortcut = {{"action", "undo"}, {"title", "Undo"},     {"keys", "Ctrl+Z"},
                              {"label", "Z"},     {"conflict", nullptr}, {"isHeldByOther", true}};
             const json told = {{"jsonrpc", "2.0"}, {"method", "claimed"}, {"params", {{"shortcut", shortcut}}}};
             peer->send(told.dump());
             shortcut["isHeldByOther"] = false;
-            answer(json{{"shortcut", shortcut}});
+            respond(json{{"shortcut", shortcut}});
         }
     } other;
     endServer();
@@ -84,8 +85,8 @@ TEST_F(CommandLine, NotificationsBeforeTheResponseAreRead) {
 
 TEST_F(CommandLine, ResponsesOfAnotherVersionAreHandled) {
     struct OtherVersion final : ControlHandling {
-        void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&, ControlAnswer answer) override {
-            answer(json::object());
+        void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&, ControlResponder respond) override {
+            respond(json::object());
         }
     } other;
     endServer();
@@ -320,7 +321,8 @@ TEST_F(CommandLine, OutputThatCannotBeWrittenIsAnError) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "there is no file that is always full";
     for (const char* verb : {"status", "doctor", "log", "help", "layout list --json"}) {
         RunningCommand command(
-            {"-c", std::string(KOVA_COMMAND " ") + verb + " > /dev/full"}, environment, [this] { turn(); }, "/bin/sh");
+            {"-c", std::string(KOVA_COMMAND " ") + verb + " > /dev/full"}, environment, [this] { runAgentOnce(); },
+            "/bin/sh");
         EXPECT_EQ(command.wait(), 1) << verb;
         EXPECT_NE(command.err.find("cannot write to standard output: "), std::string::npos) << verb << command.err;
     }
@@ -390,7 +392,7 @@ Rules are off; “kova rules on” lets them act.
     EXPECT_EQ(run({"scene", "delete", "work"}).out, "Scene “Work” deleted\n");
     EXPECT_EQ(run({"rule", "delete", "1"}).out, "Rule “Mail → focus-main” is deleted.\n");
     RunningCommand reading(
-        {"-c", KOVA_COMMAND " import - < KOVA-Workspace.json"}, environment, [this] { turn(); }, "/bin/sh");
+        {"-c", KOVA_COMMAND " import - < KOVA-Workspace.json"}, environment, [this] { runAgentOnce(); }, "/bin/sh");
     EXPECT_EQ(reading.wait(), 0) << reading.err;
     EXPECT_EQ(reading.out, "Imported 1 scenes and 2 rules\n");
     EXPECT_EQ(run({"scene", "diff", "Work"}).out, "Nothing differs from scene “Work”.\n");

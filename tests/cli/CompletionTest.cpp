@@ -23,7 +23,7 @@ class Completion : public testing::Test, public AgentStage {
     }
     std::string outputOf(const char* program, const Words& words, int expectedCode = 0) {
         RunningCommand command(
-            words, environment, [this] { turn(); }, program);
+            words, environment, [this] { runAgentOnce(); }, program);
         EXPECT_EQ(command.wait(), expectedCode) << command.err;
         EXPECT_EQ(command.err, "");
         return command.out;

@@ -25,7 +25,7 @@ class Diagnosis : public testing::Test, public AgentStage {
                        "XDG_CONFIG_HOME=" + (files.path() / "config").string(), "LANG=C.UTF-8"};
     }
     std::unique_ptr<RunningCommand> begin(const std::vector<std::string>& words) {
-        return std::make_unique<RunningCommand>(words, environment, [this] { turn(); });
+        return std::make_unique<RunningCommand>(words, environment, [this] { runAgentOnce(); });
     }
     /// What it printed, and "!" with its exit code and complaint when it failed.
     std::string run(const std::vector<std::string>& words) {

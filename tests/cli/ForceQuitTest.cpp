@@ -88,7 +88,7 @@ TEST_F(ForceQuitAll, AsksForConfirmationAtTheTerminal) {
     desk.desktop.launch("evil\x1b[2J\nKOVA", {}); // a name is other people's text
     desk.settle();
     for (const char* answer : {"\n", "no\n", "yes please\n", "\x04"}) {
-        Dialogue dialogue(socketPath(), [this] { turn(); });
+        Dialogue dialogue(socketPath(), [this] { runAgentOnce(); });
         ASSERT_TRUE(dialogue.waitFor("to force quit all: ")) << dialogue.heard();
         EXPECT_EQ(dialogue.heard(), "Force Quit All Open Applications?\n"
                                     "This immediately closes 4 applications. Unsaved changes will be lost. KOVA and "
@@ -100,7 +100,7 @@ TEST_F(ForceQuitAll, AsksForConfirmationAtTheTerminal) {
         desk.settle();
         EXPECT_TRUE(desk.desktop.isRunning("Mail"));
     }
-    Dialogue dialogue(socketPath(), [this] { turn(); });
+    Dialogue dialogue(socketPath(), [this] { runAgentOnce(); });
     ASSERT_TRUE(dialogue.waitFor("to force quit all: ")) << dialogue.heard();
     dialogue.type("Yes\n");
     EXPECT_EQ(dialogue.wait(), 0);
@@ -108,7 +108,7 @@ TEST_F(ForceQuitAll, AsksForConfirmationAtTheTerminal) {
     desk.settle();
     EXPECT_TRUE(desk.desktop.livingWindows().empty());
 
-    Dialogue withoutApplications(socketPath(), [this] { turn(); });
+    Dialogue withoutApplications(socketPath(), [this] { runAgentOnce(); });
     EXPECT_EQ(withoutApplications.wait(), 0);
     EXPECT_EQ(withoutApplications.heard(),
               "No Open Applications\nThere are no regular applications to close. KOVA and Finder are "

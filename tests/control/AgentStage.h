@@ -1,5 +1,5 @@
-// A whole agent on the simulated desktop, reached over its real socket. The test's own thread is its main thread: time
-// on the desktop stands still while it serves.
+// A whole agent on the simulated desktop, reached over its real socket. The test's thread is its main thread:
+// simulated time does not advance while it serves requests.
 #pragma once
 
 #include "app/KovaMenuBarContent.h"
@@ -26,10 +26,10 @@ namespace kova {
 class AgentStage {
   public:
     AgentStage() {
-        desk.desktop.setAnswerTime(Seconds(0)); // also of applications on a Mac, since time stands still
+        desk.desktop.setAnswerTime(Seconds(0)); // since simulated time does not advance
         desk.display(2560, 1440).layout("jarvis.dual-split");
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
-        // Time stands still while it is launched.
+        // Starts without delay, since simulated time does not advance.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.desktop.showAlertsBy(dialogs);
         desk.start();
@@ -67,12 +67,12 @@ class AgentStage {
     }
 
     std::string socketPath() const { return (folder.path() / "kova" / "agent.sock").string(); }
-    void turn() { desk.desktop.queue().runDue(); }
+    void runAgentOnce() { desk.desktop.queue().runDue(); }
     SocketClient client() {
-        return SocketClient(socketPath(), [this] { turn(); });
+        return SocketClient(socketPath(), [this] { runAgentOnce(); });
     }
 
-    /// Starts the applications again that were ended.
+    /// Opens windows again of applications that were ended.
     void reopen() {
         for (const char* name : {"Mail", "Notes", "Terminal"}) {
             if (!desk.desktop.isRunning(name)) desk.opens(name);
@@ -80,7 +80,7 @@ class AgentStage {
         desk.settle();
     }
 
-    /// A disk of which the test decides when a save ends, and with which result.
+    /// A store of which the test decides when a save ends, and with which result.
     class Disk final : public MemoryPreferencesStore {
       public:
         void save(Saved done) override {
@@ -95,7 +95,7 @@ class AgentStage {
         std::vector<Saved> waiting;
     };
 
-    /// Runs while it is switched on.
+    /// A fake kova-ui, which runs while it is switched on.
     class UserInterface final : public UserInterfaceControl {
       public:
         std::optional<std::string> absence() const override { return std::nullopt; }

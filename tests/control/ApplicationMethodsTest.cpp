@@ -13,24 +13,24 @@ class ApplicationMethods : public MethodCalls {
   protected:
     /// The parameters of the next notification.
     json launched() {
-        const json told = connection.message();
-        EXPECT_EQ(told["method"], "launched") << told;
-        EXPECT_EQ(schemaViolation(schema, "notification:launched", told["params"]), "");
-        return told["params"];
+        const json notification = connection.message();
+        EXPECT_EQ(notification["method"], "launched") << notification;
+        EXPECT_EQ(schemaViolation(schema, "notification:launched", notification["params"]), "");
+        return notification["params"];
     }
 };
 
 } // namespace
 
-TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeReportedLater) {
+TEST_F(ApplicationMethods, ALaunchGetsAResponseAtOnceAndItsOutcomeLater) {
     desk.arrange();
     EXPECT_EQ(result("app.list")["applications"][0]["id"], "/Applications/Maps");
-    const json answer = result("launch", {{"application", "maps"}, {"tile", "second"}});
-    EXPECT_EQ(answer["tile"]["id"], desk.target("A", "secondary-1"));
-    const json told = launched();
-    EXPECT_EQ(told["error"], nullptr);
-    EXPECT_EQ(told["process"], desk.desktop.processIdentifier("Maps"));
-    EXPECT_EQ(told["tile"], answer["tile"]["id"]);
+    const json response = result("launch", {{"application", "maps"}, {"tile", "second"}});
+    EXPECT_EQ(response["tile"]["id"], desk.target("A", "secondary-1"));
+    const json outcome = launched();
+    EXPECT_EQ(outcome["error"], nullptr);
+    EXPECT_EQ(outcome["process"], desk.desktop.processIdentifier("Maps"));
+    EXPECT_EQ(outcome["tile"], response["tile"]["id"]);
     desk.settle();
     EXPECT_NE(desk.tiles().find("| Maps 1291,15 1254x1382"), std::string::npos) << desk.tiles();
 
@@ -47,27 +47,27 @@ TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeReportedLater) {
     EXPECT_EQ(call("app.quit", {{"window", "mail"}})["error"]["code"], controlCode::noPermission);
 }
 
-TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWhereThereIsRoom) {
+TEST_F(ApplicationMethods, LaunchesAreCountedAndTheLauncherPrefersAnEmptyTile) {
     desk.arrange();
-    auto starting = client(); // and gets the notifications
+    auto starting = client(); // this client gets the notifications
     for (const char* tile : {"basement", "second", "second"})
         call(starting, "launch", {{"application", "maps"}, {"tile", tile}});
     EXPECT_EQ(result("app.list")["applications"][0]["launches"], 2);
-    EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "kept elsewhere";
-    EXPECT_EQ(LaunchCounts(disk).of("/Applications/Maps"), 2) << "kept";
+    EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "the counts are in another store";
+    EXPECT_EQ(LaunchCounts(disk).of("/Applications/Maps"), 2) << "the counts are stored";
     disk.setValue(preferenceKey::launchCounts, PreferenceData{R"({"a": -1})"});
-    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an impossible count is not used";
+    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an invalid count is ignored";
 
     EXPECT_EQ(refusal("ui.launcher"), "No program that could show it is connected. Start it with “kova ui restart”");
     auto drawing = client();
     call(drawing, "subscribe", {{"topic", "overlay"}});
     const auto shown = [&](const char* method, json parameters = json::object()) {
-        const json answer = result(method, std::move(parameters));
-        json told;
-        while (told["method"] != "show") told = drawing.message();
-        EXPECT_EQ(schemaViolation(schema, "notification:show", told["params"]), "");
-        EXPECT_EQ(told["params"]["tile"], answer["tile"]);
-        return told["params"]["what"].get<std::string>() + " " + answer["tile"].get<std::string>();
+        const json response = result(method, std::move(parameters));
+        json notification;
+        while (notification["method"] != "show") notification = drawing.message();
+        EXPECT_EQ(schemaViolation(schema, "notification:show", notification["params"]), "");
+        EXPECT_EQ(notification["params"]["tile"], response["tile"]);
+        return notification["params"]["what"].get<std::string>() + " " + response["tile"].get<std::string>();
     };
     const std::string first = desk.target("A", "focus-main").text(), second = desk.target("A", "secondary-1").text();
     EXPECT_EQ(shown("ui.launcher", {{"tile", "1"}}), "launcher " + first);
@@ -75,10 +75,10 @@ TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWher
     result("focus.window", {{"window", "notes"}});
     desk.settle();
     const bool isFirst = desk.tiles().starts_with("Notes");
-    EXPECT_EQ(shown("ui.palette"), "palette " + (isFirst ? first : second)) << "where the keyboard is";
+    EXPECT_EQ(shown("ui.palette"), "palette " + (isFirst ? first : second)) << "the tile of the focused window";
     EXPECT_EQ(shown("ui.launcher"), "launcher " + (isFirst ? first : second)) << "no tile is empty";
     for (const char* window : {"terminal", "maps"}) result("float", {{"window", window}}); // Mail has no tile
-    EXPECT_EQ(shown("ui.launcher"), "launcher " + (isFirst ? second : first)) << "the empty one";
+    EXPECT_EQ(shown("ui.launcher"), "launcher " + (isFirst ? second : first)) << "the empty tile";
 }
 
 TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
@@ -133,21 +133,21 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
     EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");
 }
 
-TEST_F(ApplicationMethods, AQuestionOfTheMenuGoesToTheProgramThatDrawsTheOverlayAndEndsWithIt) {
+TEST_F(ApplicationMethods, AConfirmationIsShownByTheProgramThatDrawsTheOverlayAndCancelledWhenItDisconnects) {
     result("menu.choose", {{"id", "force-quit-all"}});
     desk.settle();
-    EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "nothing asks, so nothing is confirmed";
+    EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "no client asks the user, so nothing is confirmed";
     EXPECT_EQ(refusal("menu.choose", {{"id", "export"}}), "The menu has no such entry, or it is not enabled now");
 
     std::optional<SocketClient> drawing(client());
     call(*drawing, "subscribe", {{"topic", "overlay"}});
     const auto question = [&] {
         result("menu.choose", {{"id", "force-quit-all"}});
-        json told;
-        while (told["method"] != "show") told = drawing->message();
-        EXPECT_EQ(schemaViolation(schema, "notification:show", told["params"]), "");
-        EXPECT_EQ(told["params"]["what"], "alert");
-        return told["params"];
+        json notification;
+        while (notification["method"] != "show") notification = drawing->message();
+        EXPECT_EQ(schemaViolation(schema, "notification:show", notification["params"]), "");
+        EXPECT_EQ(notification["params"]["what"], "alert");
+        return notification["params"];
     };
     const json first = question();
     EXPECT_EQ(first["applications"][0]["name"], "Mail");
@@ -160,7 +160,8 @@ TEST_F(ApplicationMethods, AQuestionOfTheMenuGoesToTheProgramThatDrawsTheOverlay
     drawing.reset();
     const auto isOpen = [&] { return dialogs.isQuestionOpen(); };
     EXPECT_TRUE(isOpen());
-    EXPECT_TRUE(waitUntil([&] { turn(); }, [&] { return !isOpen(); })) << "at once: no time has passed";
+    EXPECT_TRUE(waitUntil([&] { runAgentOnce(); }, [&] { return !isOpen(); }))
+        << "without delay: no simulated time has passed";
     EXPECT_EQ(result("ui.answer", {{"id", second["id"]}, {"isConfirmed", true}})["wasOpen"], false);
     desk.settle();
     EXPECT_TRUE(desk.desktop.isRunning("Mail"));
@@ -174,19 +175,19 @@ TEST_F(ApplicationMethods, WithoutAProgramThatDrawsTheOverlayInformationBecomesT
               "There are no regular applications to close. KOVA and Finder are always kept open.");
 }
 
-TEST_F(ApplicationMethods, AllAreEndedOnlyAsConfirmed) {
-    const json asked = result("forceQuitAll");
-    EXPECT_EQ(asked["isDone"], false);
-    EXPECT_EQ(asked["question"]["title"], "Force Quit All Open Applications?");
-    ASSERT_EQ(asked["applications"].size(), 3u);
+TEST_F(ApplicationMethods, OnlyConfirmedApplicationsAreForceQuit) {
+    const json plan = result("forceQuitAll");
+    EXPECT_EQ(plan["isDone"], false);
+    EXPECT_EQ(plan["question"]["title"], "Force Quit All Open Applications?");
+    ASSERT_EQ(plan["applications"].size(), 3u);
     desk.settle();
-    EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "asking ends nothing";
+    EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "the request without a confirmation ends nothing";
 
-    json someoneElse = asked["applications"][1];
-    someoneElse["bundleIdentifier"] = "another.one";
-    const json confirmed = {asked["applications"][0], someoneElse};
+    json otherProcess = plan["applications"][1];
+    otherProcess["bundleIdentifier"] = "another.one";
+    const json confirmed = {plan["applications"][0], otherProcess};
     EXPECT_EQ(result("forceQuitAll", {{"confirmed", confirmed}})["applications"],
-              json::array({asked["applications"][0]}));
+              json::array({plan["applications"][0]}));
     desk.settle();
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
     EXPECT_TRUE(desk.desktop.isRunning("Notes"));

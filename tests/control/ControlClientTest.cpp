@@ -16,7 +16,7 @@
 
 namespace kova {
 
-TEST(ControlClient, DistinguishesASilentAgentFromNone) {
+TEST(ControlClient, DistinguishesASilentAgentFromAMissingOne) {
     const TemporaryFolder folder;
     const std::string path = (folder.path() / "s").string();
     const auto failureAt = [](const std::string& place) {
@@ -35,9 +35,9 @@ TEST(ControlClient, DistinguishesASilentAgentFromNone) {
     ASSERT_EQ(::listen(listening, 1), 0);
     EXPECT_EQ(failureAt(path), ConnectionFailure::Kind::silent);
     {
-        // The last line of an agent that closes the connection is received, although it takes no request any more.
+        // The last line of an agent that closes the connection is received, although requests cannot be sent any more.
         auto connected = ControlClient::connect(path);
-        close(accept(listening, nullptr, nullptr)); // the one above
+        close(accept(listening, nullptr, nullptr)); // the connection of the check above
         const int theirs = accept(listening, nullptr, nullptr);
         ASSERT_EQ(write(theirs, "full\n", 5), 5);
         close(theirs);

@@ -1,4 +1,4 @@
-// What the agent does and answers, asked over its socket.
+// The agent's methods over its socket: their effects and results.
 #include "tests/control/MethodCalls.h"
 
 #include <set>
@@ -72,7 +72,7 @@ TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     EXPECT_EQ(result("status")["windowsInTiles"], 2);
 }
 
-TEST_F(AgentMethods, ChangesOfStoredDataAreAnsweredOnceTheyAreOnDisk) {
+TEST_F(AgentMethods, ResponsesToChangesOfStoredDataAreSentOnceTheDataIsOnDisk) {
     const std::pair<const char*, json> changes[] = {{"scene.capture", {{"name", "Work"}}},
                                                     {"scene.rename", {{"scene", "Work"}, {"newName", "Desk"}}},
                                                     {"scene.open", {{"scene", "Study"}}},
@@ -96,7 +96,7 @@ TEST_F(AgentMethods, ChangesOfStoredDataAreAnsweredOnceTheyAreOnDisk) {
         for (const char* atOnce : {"scene.list", "shortcut.list", "arrange"}) {
             EXPECT_TRUE(call(other, atOnce).contains("result")) << atOnce << " waits for the disk";
         }
-        ASSERT_EQ(disk.waiting.size(), 1U) << method << " does not";
+        ASSERT_EQ(disk.waiting.size(), 1U) << method << " does not wait for the disk";
         std::exchange(disk.waiting, {}).front()(std::nullopt);
         json reply = connection.message();
         ASSERT_TRUE(reply.contains("result")) << method << reply;
@@ -118,7 +118,7 @@ TEST_F(AgentMethods, LayoutsAreFoundByIdNameOrPart) {
         return result("layout.select", std::move(parameters))["layout"]["id"];
     };
     EXPECT_EQ(selected({{"layout", "jarvis.quad-grid"}}), "jarvis.quad-grid");
-    EXPECT_EQ(selected({{"layout", "Six-Grid"}}), "jarvis.six-grid") << "the beginning of another one's id";
+    EXPECT_EQ(selected({{"layout", "Six-Grid"}}), "jarvis.six-grid") << "also the beginning of another id";
     EXPECT_EQ(selected({{"layout", "dual split (2)"}}), "jarvis.dual-split");
     EXPECT_EQ(selected({{"layout", "ULTRA"}, {"display", "2"}}), "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(selected({{"layout", "automatic"}, {"display", "beam"}}), "jarvis.compact-16-by-9");
@@ -264,7 +264,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     EXPECT_NE(error("explain", {{"window", "tip"}})["message"], "");
 }
 
-TEST_F(AgentMethods, ExplainSpeaksOfThePresent) {
+TEST_F(AgentMethods, ExplanationsDescribeThePresentState) {
     const auto explanation = [&] {
         std::string all;
         const json told = result("explain");
@@ -300,13 +300,13 @@ TEST_F(AgentMethods, ExplainSpeaksOfThePresent) {
     EXPECT_TRUE(says(explanation(), "it was stacked there (no longer: it is behind ")) << explanation();
     desk.settle();
     EXPECT_FALSE(says(result("explain", {{"window", "Film"}}).dump(), "left alone"))
-        << "a stacked window, which KOVA hides";
+        << "KOVA has hidden it because it is stacked";
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", true}})["isOn"], true);
     desk.settle();
-    EXPECT_EQ(desk.tiles(), "- | -") << "the setting applies from the next start on";
+    EXPECT_EQ(desk.tiles(), "- | -") << "the setting takes effect at the next start";
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], true);
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", false}})["isOn"], false);
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], false);
@@ -371,11 +371,11 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_EQ(divider["after"], json::array({"Secondary"}));
     const double least = divider["least"];
     result("zoom");
-    EXPECT_EQ(result("divider.drag", drag(least - 500))["points"], least) << "stops where a neighbor is smallest";
-    EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action begins with the display as it was";
+    EXPECT_EQ(result("divider.drag", drag(least - 500))["points"], least) << "stops at the minimum size of a neighbor";
+    EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action ends focus mode first";
     EXPECT_EQ(result("divider.list")["dividers"][0]["least"], 0);
     EXPECT_EQ(error("divider.drag", drag(-10))["message"], "The divider has no room to move that way");
-    EXPECT_EQ(result("history")["entries"].size(), 3u) << "an action that changed nothing is no step";
+    EXPECT_EQ(result("history")["entries"].size(), 3u) << "a drag that changed nothing is not an undo step";
     EXPECT_EQ(result("divider.drag", drag(0))["points"], 0);
     EXPECT_EQ(result("history")["entries"][0]["action"], "drag divider");
     desk.settle();

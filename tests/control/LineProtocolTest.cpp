@@ -24,22 +24,22 @@ namespace {
 using nlohmann::json;
 namespace fs = std::filesystem;
 
-/// Answers "echo" with its parameters, "large" with as many bytes as it says, "flood" with so many lines of so many
-/// bytes, "later" when it is let, "count" with the number of requests so far, and fails in every way.
+/// Responds to "echo" with its parameters, to "large" with the requested number of bytes, to "flood" with the requested
+/// lines, to "count" with the number of requests so far, to "later" when the test decides, to others with errors.
 class EchoingAgent : public ControlHandling {
   public:
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
-                ControlAnswer answer) override {
+                ControlResponder respond) override {
         ++count;
         if (request.method == "later") {
-            if (!request.parameters.empty()) peer->sendAfterAnswer(request.parameters["tells"].dump());
-            return held.push_back(std::move(answer));
+            if (!request.parameters.empty()) peer->sendAfterResponse(request.parameters["tells"].dump());
+            return held.push_back(std::move(respond));
         }
-        if (request.method == "count") return answer(json(count));
-        answer(reply(request, peer));
+        if (request.method == "count") return respond(json(count));
+        respond(reply(request, peer));
     }
     int count = 0;
-    std::vector<ControlAnswer> held;
+    std::vector<ControlResponder> held;
 
   private:
     static ControlReply reply(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
@@ -87,7 +87,7 @@ constexpr std::string_view kEcho = R"({"jsonrpc":"2.0","id":7,"method":"echo","p
 
 } // namespace
 
-TEST_F(LineProtocol, AnswersEachKindOfLineAsTheStandardSays) {
+TEST_F(LineProtocol, RespondsToEachKindOfLineAsJsonRpcRequires) {
     listen();
     struct Case {
         std::string line;
@@ -144,7 +144,7 @@ TEST_F(LineProtocol, AnswersEachKindOfLineAsTheStandardSays) {
               json({{"choices", {"a"}}}));
 }
 
-TEST_F(LineProtocol, CarriesOutBatchesInOrderAndAnswersNoNotification) {
+TEST_F(LineProtocol, CarriesOutBatchesInOrderAndDoesNotRespondToNotifications) {
     listen();
     auto connection = client();
     const std::string notification = R"({"jsonrpc":"2.0","method":"fail"})";
@@ -156,7 +156,7 @@ TEST_F(LineProtocol, CarriesOutBatchesInOrderAndAnswersNoNotification) {
     EXPECT_EQ(codeOf(replies[2]), controlCode::methodNotFound);
 
     connection.send(notification + "\n[" + notification + "]\n");
-    EXPECT_EQ(connection.ask(kEcho)["id"], 7) << "something answered the notifications";
+    EXPECT_EQ(connection.ask(kEcho)["id"], 7) << "a notification got a response";
     EXPECT_EQ(agent.count, 6);
 
     std::string large = "[" + notification;
@@ -189,7 +189,7 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     EXPECT_TRUE(silent[0].hungUp());
 }
 
-TEST_F(LineProtocol, AnswersAllPipelinedRequestsAndThenDisconnects) {
+TEST_F(LineProtocol, RespondsToAllPipelinedRequestsAndThenDisconnects) {
     listen();
     bool isAgentBusy = true;
     SocketClient connection(path(), [&] {
@@ -211,13 +211,13 @@ TEST_F(LineProtocol, AnswersAllPipelinedRequestsAndThenDisconnects) {
 
 TEST_F(LineProtocol, DropsOnlyClientsThatDoNotRead) {
     listen({.unsentBytes = 100'000});
-    auto deaf = client();
+    auto unreading = client();
     auto other = client();
-    deaf.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":1000,"lines":100000}})"
-              "\n");
+    unreading.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":1000,"lines":100000}})"
+                   "\n");
     EXPECT_EQ(echoed(other.ask(kEcho)), json({{"a", 1}}));
-    EXPECT_TRUE(deaf.hungUp());
-    // A client that reads gets everything, more than the queue holds included.
+    EXPECT_TRUE(unreading.hungUp());
+    // A client that reads gets everything, even more than the queue may hold.
     other.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":3000000,"lines":1}})"
                "\n");
     EXPECT_EQ(other.line()->size(), 3'000'000u);
@@ -243,17 +243,17 @@ TEST_F(LineProtocol, AcceptsOnlyThisUserUpToALimit) {
     EXPECT_TRUE(client().hungUp());
 }
 
-TEST_F(LineProtocol, ABatchIsAnsweredWithinItsBoundAndDelaysNoOtherClient) {
-    listen({.longestBatchAnswer = 100'000});
+TEST_F(LineProtocol, TheResponseToABatchIsLimitedAndABatchDelaysNoOtherClient) {
+    listen({.longestBatchResponse = 100'000});
     auto connection = client();
     const std::string large = R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":60000}})";
     json replies = connection.ask("[" + large + "," + large + "," + large + "," + std::string(kEcho) + "]");
     ASSERT_EQ(replies.size(), 4u);
-    EXPECT_EQ(replies[1]["result"].get<std::string>().size(), 60'000u) << "one may go beyond, as a single answer may";
+    EXPECT_EQ(replies[1]["result"].get<std::string>().size(), 60'000u) << "the response that reaches the limit is sent";
     for (const std::size_t i : {2u, 3u}) EXPECT_EQ(codeOf(replies[i]), controlCode::refused) << i;
     EXPECT_EQ(agent.count, 2);
 
-    // Another client's request comes after one of each client that is ahead, not after all they have sent.
+    // Another client's request waits for one batch of each earlier client, not for all of their batches.
     std::string batch = "[" + std::string(kEcho);
     for (int i = 1; i < 100; ++i) batch += "," + std::string(kEcho);
     std::vector<SocketClient> eager;
@@ -282,7 +282,7 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     };
     const std::string later = R"({"jsonrpc":"2.0","id":"later","method":"later"})";
     connection.send(later + "\n[" + later + "," + std::string(kEcho) + "]\n" + std::string(kEcho) + "\n");
-    ASSERT_TRUE(isHeld(1)) << "the next line waits for the answer: " << agent.held.size();
+    ASSERT_TRUE(isHeld(1)) << "the next line waits for the response: " << agent.held.size();
     agent.held[0](json("a"));
     EXPECT_EQ(connection.message()["result"], "a");
     ASSERT_TRUE(isHeld(2)) << agent.held.size();
@@ -295,7 +295,7 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     ASSERT_TRUE(isHeld(3)) << agent.held.size();
     agent.held[2](json("c"));
     EXPECT_EQ(connection.message()["result"], "c");
-    EXPECT_EQ(connection.message(), "news") << "not before the answer";
+    EXPECT_EQ(connection.message(), "news") << "not before the response";
 
     connection.send(later + "\n");
     ASSERT_TRUE(isHeld(4)) << agent.held.size();
@@ -306,18 +306,18 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
 
 TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
     listen({.totalUnsentBytes = 2'000'000});
-    std::vector<SocketClient> deaf;
+    std::vector<SocketClient> unreading;
     for (int i = 0; i < 40; ++i) {
-        deaf.push_back(client());
-        deaf.back().send(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":1000000}})"
-                         "\n");
+        unreading.push_back(client());
+        unreading.back().send(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":1000000}})"
+                              "\n");
         EXPECT_EQ(client().ask(kEcho)["id"], 7);
     }
     int ended = 0;
-    for (auto& each : deaf) ended += each.line() ? 0 : 1; // a dropped client does not get the whole line
+    for (auto& each : unreading) ended += each.line() ? 0 : 1; // a dropped client does not get the whole line
     EXPECT_GE(ended, 35);
     EXPECT_LE(ended, 39) << "no client is served";
-    // A larger answer than all that goes to a client that reads.
+    // A client that reads gets even a response that exceeds the limit.
     auto reading = client();
     EXPECT_EQ(echoed(reading.ask(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":5000000}})"))
                   .get<std::string>()
@@ -325,12 +325,12 @@ TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
               5'000'000u);
 }
 
-TEST_F(LineProtocol, AnswersOfBatchesThatAreNotCompleteCountAsUnread) {
+TEST_F(LineProtocol, ResponsesOfIncompleteBatchesCountAsUnread) {
     listen({.totalUnsentBytes = 3'000'000});
     const std::string batch = R"([{"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":900000}},)"
                               R"({"jsonrpc":"2.0","id":2,"method":"later"}])"
                               "\n";
-    // The second round finds nothing left of what the first one held.
+    // In the second round the first one no longer counts.
     for (int round = 0; round < 2; ++round) {
         agent.held.clear();
         std::vector<SocketClient> clients;
@@ -340,7 +340,7 @@ TEST_F(LineProtocol, AnswersOfBatchesThatAreNotCompleteCountAsUnread) {
             ASSERT_TRUE(waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() == i + 1; }));
         }
         for (std::size_t i = 0; i < 5; ++i) EXPECT_TRUE(clients[i].hungUp()) << i;
-        for (const auto& answer : std::vector(agent.held)) answer(json("done"));
+        for (const auto& respond : std::vector(agent.held)) respond(json("done"));
         for (std::size_t i = 5; i < 8; ++i) EXPECT_EQ(clients[i].message().size(), 2u) << i;
     }
 }
@@ -350,7 +350,7 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
     std::string objects = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":[{})";
     while (objects.size() < kLongestControlLine / 16) objects += ",{}";
     objects += "]}";
-    // In time of the processor, which other programs do not change.
+    // Measured in processor time, which does not depend on other programs.
     const auto timeOf = [](const auto& act) {
         const auto begun = std::clock();
         act();
@@ -389,7 +389,7 @@ TEST_F(LineProtocol, WaitsForDescriptorsWhenItHasNone) {
         return usage.ru_utime.tv_usec + usage.ru_stime.tv_usec +
                1'000'000 * (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec);
     };
-    EXPECT_LE(micros(after) - micros(before), 50'000) << "the server retries without a pause";
+    EXPECT_LE(micros(after) - micros(before), 50'000) << "the agent retries without a pause";
     EXPECT_EQ(present.ask(kEcho)["id"], 7);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
     EXPECT_EQ(waiting.ask(kEcho)["id"], 7);

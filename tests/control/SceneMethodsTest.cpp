@@ -59,7 +59,7 @@ TEST_F(SceneMethods, DeletedScenesComeBackToTheirPlacesUntilTheAgentEnds) {
     result("scene.delete", {{"scene", "Three"}});
     result("import", {{"text", text}});
     EXPECT_EQ(refusal("scene.undelete"), "No scene was deleted since the agent started")
-        << "the window is there already";
+        << "the import has restored it";
     EXPECT_EQ(names(), "One Two Three ");
 }
 
@@ -72,7 +72,7 @@ TEST_F(SceneMethods, AWaitingClientGetsTheFinalReportOfAScene) {
         return call(by, "scene.open", {{"scene", "Work"}, {"wait", true}})["result"]["report"]["state"];
     };
     EXPECT_EQ(open(connection), "waiting");
-    const auto told = [&](SocketClient& listener) {
+    const auto finalReport = [&](SocketClient& listener) {
         const json message = listener.message();
         EXPECT_EQ(message["method"], "sceneOpened") << message;
         EXPECT_EQ(schemaViolation(schema, "notification:sceneOpened", message["params"]), "");
@@ -80,9 +80,9 @@ TEST_F(SceneMethods, AWaitingClientGetsTheFinalReportOfAScene) {
     };
     auto other = client();
     EXPECT_EQ(open(other), "waiting");
-    EXPECT_EQ(told(connection)["state"], "abandoned");
+    EXPECT_EQ(finalReport(connection)["state"], "abandoned");
     desk.advance(Seconds(26));
-    const json report = told(other);
+    const json report = finalReport(other);
     EXPECT_EQ(report["state"], "finished");
     EXPECT_EQ(report["adopted"].size(), 1u);
     EXPECT_EQ(report["missing"], json::array({"Notes “Notes”"}));
@@ -119,8 +119,8 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
 
 TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatRevertsADeletion) {
     const auto undoOfMessage = [&] {
-        turn();
-        auto drawing = client(); // a new one, which has no notifications to read first
+        runAgentOnce();
+        auto drawing = client(); // a new client has no notifications to read first
         const json state = call(drawing, "subscribe", {{"topic", "overlay"}})["result"]["state"];
         EXPECT_EQ(schemaViolation(schema, "overlay:message", state["message"]), "");
         return state["message"]["undo"];
@@ -160,7 +160,7 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
     EXPECT_EQ(
         add({{"application", "org.example.Maps"}, {"disposition", "tile"}, {"slot", "secondary-3"}})["rule"]["slot"],
         "secondary-3")
-        << "of a layout that is not in force";
+        << "a slot of a layout that is not in force";
     EXPECT_EQ(ruleNames(), "Mail → secondary-1, Terminal floats, Maps → secondary-3");
 
     EXPECT_EQ(add({{"window", "inbox"}, {"disposition", "ignore"}})["message"], "Rule added for Mail");
@@ -168,8 +168,8 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
     EXPECT_EQ(rules[0]["windows"].size(), 1u);
     EXPECT_EQ(rules[0]["windows"][0]["application"], "Mail");
     EXPECT_EQ(rules[0]["windows"][0]["decides"], true);
-    EXPECT_EQ(rules[1]["windows"], json::array()) << "its title";
-    EXPECT_EQ(rules[3]["windows"][0]["decides"], false) << "the first rule does";
+    EXPECT_EQ(rules[1]["windows"], json::array()) << "the title does not match";
+    EXPECT_EQ(rules[3]["windows"][0]["decides"], false) << "the first rule decides";
     result("rule.delete", {{"rule", "4"}});
 
     const json asked = result("rule.test", {{"window", "mail"}});
@@ -181,7 +181,7 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
 
     const json changed = result("rule.change", {{"rule", "terminal"}, {"disposition", "tile"}, {"slot", "1"}})["rule"];
     EXPECT_EQ(changed["slot"], "focus-main");
-    EXPECT_EQ(changed["title"], "build") << "members that are not named stay";
+    EXPECT_EQ(changed["title"], "build") << "a property that is not given stays";
     const json unnamed = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
     EXPECT_TRUE(unnamed["title"].is_null());
     EXPECT_EQ(unnamed["slot"], "focus-main");
@@ -248,19 +248,19 @@ TEST_F(SceneMethods, TheDocumentIsTransferredInPieces) {
     EXPECT_EQ(result("export")["text"].get<std::string>().size() + std::string("  \"activeSceneID\": \"\",\n").size() +
                   36,
               text.size())
-        << "all but which scene is active came back";
+        << "everything was restored except which scene is active";
     const json again = result("import", {{"text", text}});
-    EXPECT_EQ(again["scenes"], 1) << "known ones are counted";
+    EXPECT_EQ(again["scenes"], 1) << "existing scenes are counted";
     EXPECT_EQ(again["added"]["scenes"], json::array());
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
 
-    // An import that another client has begun continues, and fails by its own text.
+    // The upload of the other client continues, and fails because of its own text.
     EXPECT_EQ(call(other, "import", {{"text", ": 1, \"scenes\": [{}], \"rules\": []}"}})["error"]["message"],
               "Import failed: scenes[0].id: is missing");
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
 }
 
-TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
+TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
     struct Peer final : ControlPeer {
         void send(const std::string&) override {}
         bool isConnected() const override { return isThere; }
@@ -282,7 +282,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, document, false), "Import failed: larger than 64 MiB");
-    EXPECT_EQ(send(one, half, true), "null") << "the transfer begins anew";
+    EXPECT_EQ(send(one, half, true), "null") << "a new upload begins";
     EXPECT_EQ(send(other, half + " ", true), "Import failed: too much is being imported at once");
     one->isThere = false;
     EXPECT_EQ(send(other, half, true), "null");
@@ -290,7 +290,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
 
     EXPECT_EQ(send(other, "{", true), "null");
     desk.advance(DocumentTransfer::kUploadTimeout + Seconds(2));
-    EXPECT_EQ(send(other, document, false), "0") << "a transfer that began so long ago was abandoned";
+    EXPECT_EQ(send(other, document, false), "0") << "the older upload was dropped";
 }
 
 } // namespace kova

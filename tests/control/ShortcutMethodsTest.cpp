@@ -14,7 +14,7 @@ constexpr std::uint64_t kControlOption = modifierFlag::control | modifierFlag::o
 class ShortcutsOverTheSocket : public MethodCalls {
   protected:
     /// The next notification of the agent: "recorded refused", with the message if there is one.
-    std::string told(SocketClient& by) {
+    std::string nextNotification(SocketClient& by) {
         const json message = by.message();
         if (!message.is_object()) return message.dump();
         const std::string name = message["method"];
@@ -44,7 +44,7 @@ class ShortcutsOverTheSocket : public MethodCalls {
 TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
     EXPECT_EQ(result("shortcut.list")["shortcuts"].size(), kShortcutActions.size());
     EXPECT_EQ(shown(result("shortcut.set", {{"action", "Focus-Left"}, {"keys", "super+f2"}})["shortcut"]), "Super+F2");
-    EXPECT_EQ(told(connection), "claimed Super+F2");
+    EXPECT_EQ(nextNotification(connection), "claimed Super+F2");
     EXPECT_EQ(shown(result("shortcut.clear", {{"action", "move window left"}})["shortcut"]), "-");
     EXPECT_FALSE(keyboard().claimed().contains({keyCode::h, kControlOption}));
     EXPECT_EQ(refusal("shortcut.set", {{"action", "undo"}, {"keys", "ctrl+alt+a"}}),
@@ -64,7 +64,7 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
     shortcuts.configuration.set(twice);
     EXPECT_EQ(shortcutOf("focusLeft")["conflict"], "undo");
     EXPECT_EQ(shortcutOf("undo")["conflict"], "focusLeft");
-    // Another layout: the same key, named by its present character.
+    // With another keyboard layout a key is named by its new character.
     keyboard().setLayout({{keyCode::a, "q"}, {keyCode::q, "a"}});
     EXPECT_EQ(shortcutOf("arrangeWindows")["keys"], "Ctrl+Alt+Q");
     EXPECT_EQ(shortcutOf("arrangeWindows")["label"], "A");
@@ -76,16 +76,16 @@ TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
     keyboard().holdByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
     result("shortcut.set", {{"action", "undo"}, {"keys", "super+g"}});
-    EXPECT_EQ(told(connection), "claimed Super+G held");
+    EXPECT_EQ(nextNotification(connection), "claimed Super+G held");
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json({"Super+G (Undo Window Action)"}));
-    bool isTold = false;
+    bool isReported = false;
     const json report = result("doctor");
     for (const json& check : report["checks"]) {
         if (check["subject"] != "shortcuts") continue;
-        isTold = check["verdict"] == "note" &&
-                 check["text"].get<std::string>().find("Super+G (Undo Window Action)") != std::string::npos;
+        isReported = check["verdict"] == "note" &&
+                     check["text"].get<std::string>().find("Super+G (Undo Window Action)") != std::string::npos;
     }
-    EXPECT_TRUE(isTold);
+    EXPECT_TRUE(isReported);
     keyboard().giveUpByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
 
@@ -96,11 +96,11 @@ TEST_F(ShortcutsOverTheSocket, OfAMacAreShownWithItsSymbolsAndHeldByTheSystem) {
     keyboard().setDelivery(SimulatedKeyboard::Delivery::observed);
     EXPECT_EQ(shown(shortcutOf("focusLeft")), "⌃⌥H");
     EXPECT_EQ(shown(result("shortcut.set", {{"action", "undo"}, {"keys", "⌃⌘←"}})["shortcut"]), "⌃⌘←");
-    EXPECT_EQ(told(connection), "claimed ⌃⌘←");
+    EXPECT_EQ(nextNotification(connection), "claimed ⌃⌘←");
     EXPECT_EQ(refusal("shortcut.set", {{"action", "undo"}, {"keys", "shift+u"}}),
               "A shortcut needs control, option or command: without them “⇧U” could not be typed any more");
     const auto says = [&](const std::string& text) { return result("doctor").dump().find(text) != std::string::npos; };
-    EXPECT_FALSE(says("No other program holds")) << "nothing is known of programs";
+    EXPECT_FALSE(says("No other program holds")) << "whether programs hold keys is unknown";
     keyboard().holdByOther({keyCode::left, modifierFlag::control | modifierFlag::command});
     EXPECT_TRUE(says("The system itself acts on these keys, too: ⌃⌘← (Undo Window Action)"));
     EXPECT_FALSE(says("nother program"));
@@ -111,19 +111,20 @@ TEST_F(ShortcutsOverTheSocket, OfAMacAreShownWithItsSymbolsAndHeldByTheSystem) {
 TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     EXPECT_EQ(result("shortcut.record", {{"action", "undo"}})["prompt"], "Type Shortcut…");
     EXPECT_TRUE(result("shortcut.list")["isRecording"].get<bool>());
-    keyboard().repeat(keyCode::returnKey, 0); // with which the command was entered
+    keyboard().repeat(keyCode::returnKey, 0); // the key that entered the command is still pressed
     keyboard().press(keyCode::u, modifierFlag::shift);
-    EXPECT_EQ(told(connection), "recorded refused");
+    EXPECT_EQ(nextNotification(connection), "recorded refused");
     keyboard().press(keyCode::h, kControlOption);
-    EXPECT_EQ(told(connection), "recorded refused: This shortcut is already used by “Focus Left”.");
+    EXPECT_EQ(nextNotification(connection), "recorded refused: This shortcut is already used by “Focus Left”.");
     disk.isHeld = true;
     keyboard().press(keyCode::u, modifierFlag::control | modifierFlag::shift);
     desk.settle();
-    EXPECT_EQ(connection.ask(R"({"jsonrpc": "2.0", "id": 9, "method": "query.focus"})")["id"], 9) << "not on disk yet";
+    EXPECT_EQ(connection.ask(R"({"jsonrpc": "2.0", "id": 9, "method": "query.focus"})")["id"], 9)
+        << "the change is not on disk yet";
     disk.isHeld = false;
     std::exchange(disk.waiting, {}).front()(std::nullopt);
-    EXPECT_EQ(told(connection), "recorded recorded");
-    EXPECT_EQ(told(connection), "claimed Ctrl+Shift+U");
+    EXPECT_EQ(nextNotification(connection), "recorded recorded");
+    EXPECT_EQ(nextNotification(connection), "claimed Ctrl+Shift+U");
     EXPECT_FALSE(*shortcuts.isRecording);
     EXPECT_TRUE(keyboard().takeTyped().empty());
 
@@ -133,14 +134,14 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     for (const auto& [pressed, outcome] : endings) {
         result("shortcut.record", {{"action", "undo"}});
         keyboard().press(pressed.keyCode, pressed.modifierFlags);
-        EXPECT_EQ(told(connection), outcome);
+        EXPECT_EQ(nextNotification(connection), outcome);
         EXPECT_FALSE(*shortcuts.isRecording);
     }
     EXPECT_EQ(shown(shortcutOf("undo")), "-");
     result("shortcut.record", {{"action", "undo"}});
     keyboard().press(keyCode::c, modifierFlag::control);
-    EXPECT_EQ(told(connection), "recorded recorded") << "at a terminal the command ends by its signal";
-    EXPECT_EQ(told(connection), "claimed Ctrl+C");
+    EXPECT_EQ(nextNotification(connection), "recorded recorded") << "at a terminal the command ends by its signal";
+    EXPECT_EQ(nextNotification(connection), "claimed Ctrl+C");
 }
 
 TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnects) {
@@ -148,38 +149,38 @@ TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnec
         desk.advance(Seconds(1));
         return !*shortcuts.isRecording && keyboard().claimed().contains({keyCode::h, kControlOption});
     };
-    std::optional<SocketClient> gone(client());
-    call(*gone, "shortcut.record", {{"action", "undo"}});
+    std::optional<SocketClient> disconnecting(client());
+    call(*disconnecting, "shortcut.record", {{"action", "undo"}});
     EXPECT_TRUE(*shortcuts.isRecording);
     EXPECT_TRUE(keyboard().claimed().empty());
-    gone.reset();
-    EXPECT_TRUE(waitUntil([&] { turn(); }, isBack));
+    disconnecting.reset();
+    EXPECT_TRUE(waitUntil([&] { runAgentOnce(); }, isBack));
 
     result("shortcut.record", {{"action", "undo"}});
     SocketClient other = client();
     call(other, "shortcut.record", {{"action", "focusUp"}});
-    EXPECT_EQ(told(connection), "recorded cancelled: Another shortcut is being recorded");
+    EXPECT_EQ(nextNotification(connection), "recorded cancelled: Another shortcut is being recorded");
     keyboard().press(keyCode::u, modifierFlag::command);
-    EXPECT_EQ(told(other), "recorded recorded");
+    EXPECT_EQ(nextNotification(other), "recorded recorded");
     EXPECT_TRUE(isBack());
     EXPECT_EQ(shown(shortcutOf("focusUp")), "Super+U");
 
     result("shortcut.record", {{"action", "undo"}});
     desk.advance(ShortcutMethods::kRecordingTimeout + Seconds(1));
-    EXPECT_EQ(told(connection), "recorded cancelled: Nothing was typed for a minute");
+    EXPECT_EQ(nextNotification(connection), "recorded cancelled: Nothing was typed for a minute");
     EXPECT_TRUE(isBack());
 
     keyboard().setKeyboardHeldByOther(true);
     result("shortcut.record", {{"action", "undo"}});
-    EXPECT_EQ(told(connection), "recorded failed: Another program holds the keyboard");
+    EXPECT_EQ(nextNotification(connection), "recorded failed: Another program holds the keyboard");
     EXPECT_TRUE(isBack());
     keyboard().setKeyboardHeldByOther(false);
 
-    // The lock screen needs the keyboard, and a password is no shortcut.
+    // The lock screen needs the keyboard, and a password must not become a shortcut.
     const std::string why = "Suspended while the screen is asleep, locked or another user's";
     result("shortcut.record", {{"action", "undo"}});
     desk.controller().suspendForSystemTransition();
-    EXPECT_EQ(told(connection), "recorded cancelled: " + why);
+    EXPECT_EQ(nextNotification(connection), "recorded cancelled: " + why);
     EXPECT_TRUE(isBack());
     EXPECT_EQ(refusal("shortcut.record", {{"action", "undo"}}), why);
     EXPECT_FALSE(*shortcuts.isRecording);

@@ -21,12 +21,13 @@
 
 namespace kova {
 
-/// Lets `turn` do a little work again and again until the condition holds; false when it does not within ten seconds.
-inline bool waitUntil(const std::function<void()>& turn, const std::function<bool()>& holds) {
+/// Calls `runAgentOnce`, which lets the agent handle its pending events, until the condition holds; false if it does
+/// not within ten seconds.
+inline bool waitUntil(const std::function<void()>& runAgentOnce, const std::function<bool()>& holds) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) return false;
-        turn();
+        runAgentOnce();
         std::this_thread::sleep_for(std::chrono::microseconds(100));
     }
     return true;
@@ -34,9 +35,9 @@ inline bool waitUntil(const std::function<void()>& turn, const std::function<boo
 
 class SocketClient {
   public:
-    SocketClient(const std::string& path, std::function<void()> turn,
+    SocketClient(const std::string& path, std::function<void()> runAgentOnce,
                  const std::function<void()>& beforeConnecting = {}) :
-        turn_(std::move(turn)) {
+        runAgentOnce_(std::move(runAgentOnce)) {
         const auto address = controlSocketAddress(path);
         if (!address) throw std::runtime_error("no such path: " + path);
         socket_ = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -51,11 +52,11 @@ class SocketClient {
     }
     SocketClient(SocketClient&& other) noexcept :
         socket_(std::exchange(other.socket_, -1)), received_(std::move(other.received_)),
-        turn_(std::move(other.turn_)) {}
+        runAgentOnce_(std::move(other.runAgentOnce_)) {}
 
-    /// Everything, as it is. Stops early when the agent hangs up.
+    /// Sends all bytes unchanged. Stops early if the agent closes the connection.
     void send(std::string_view bytes) {
-        waitUntil(turn_, [&] {
+        waitUntil(runAgentOnce_, [&] {
             const auto sent = ::send(socket_, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
             if (sent > 0) bytes.remove_prefix(static_cast<std::size_t>(sent));
             return bytes.empty() || (sent < 0 && errno != EAGAIN);
@@ -63,10 +64,10 @@ class SocketClient {
     }
     void endSending() { shutdown(socket_, SHUT_WR); }
 
-    /// The next line; absent when the agent hangs up, or says nothing for too long.
+    /// The next line; absent if the agent closes the connection, or sends nothing for ten seconds.
     std::optional<std::string> line() {
         std::optional<std::string> found;
-        waitUntil(turn_, [&] {
+        waitUntil(runAgentOnce_, [&] {
             receive();
             if (const auto end = received_.find('\n'); end != std::string::npos) {
                 found = received_.substr(0, end);
@@ -88,7 +89,7 @@ class SocketClient {
         return message();
     }
     bool hungUp() {
-        return waitUntil(turn_, [&] {
+        return waitUntil(runAgentOnce_, [&] {
             receive();
             return hasEnded_;
         });
@@ -105,7 +106,7 @@ class SocketClient {
     int socket_ = -1;
     std::string received_;
     bool hasEnded_ = false;
-    std::function<void()> turn_;
+    std::function<void()> runAgentOnce_;
 };
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// What clients that have subscribed are sent, and what the overlay among them may call.
+// Notifications to subscribers, and the methods that a client which draws the overlay calls.
 #include "tests/control/MethodCalls.h"
 
 namespace kova {
@@ -9,8 +9,8 @@ using nlohmann::json;
 
 class Subscriptions : public MethodCalls {};
 
-/// A section of the overlay with a change of it.
-void follow(json& section, const json& change) {
+/// Applies a change to a section of the overlay.
+void applyChange(json& section, const json& change) {
     if (!section.is_array()) {
         section = change;
         return;
@@ -80,7 +80,7 @@ TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     EXPECT_FALSE(changes.contains("displays")) << "an unchanged section is sent again";
 }
 
-TEST_F(Subscriptions, OverlaySubscribersGetItsChangesOnceATurn) {
+TEST_F(Subscriptions, OverlaySubscribersGetTheChangesOfAnActionTogether) {
     const json topic = {{"topic", "overlay"}};
     EXPECT_EQ(error("subscribe", {{"topic", "windows"}})["code"], controlCode::invalidParameters);
     auto drawing = client();
@@ -95,12 +95,12 @@ TEST_F(Subscriptions, OverlaySubscribersGetItsChangesOnceATurn) {
         EXPECT_EQ(schemaViolation(schema, "notification:changed", params), "");
         EXPECT_EQ(params.value("topic", ""), "overlay");
         EXPECT_EQ(params["sequence"], ++last);
-        for (const auto& [section, change] : params["changes"].items()) follow(state[section], change);
+        for (const auto& [section, change] : params["changes"].items()) applyChange(state[section], change);
         return params["changes"];
     };
     result("arrange");
     json changes = nextChanges();
-    EXPECT_TRUE(changes.contains("tiles") && changes.contains("message")) << "one turn, one line: " << changes;
+    EXPECT_TRUE(changes.contains("tiles") && changes.contains("message")) << "one notification: " << changes;
     EXPECT_FALSE(changes.contains("displays")) << changes;
     desk.settle();
     result("focus", {{"direction", "right"}});
@@ -148,20 +148,20 @@ TEST_F(Subscriptions, TheSettingsTopicReportsEveryChangeOfASetting) {
     for (const Case& each : cases) {
         SCOPED_TRACE(each.method);
         result(each.method, each.parameters);
-        const json told = window.message()["params"];
-        EXPECT_EQ(schemaViolation(schema, "notification:changed", told), "");
-        EXPECT_EQ(told["sequence"], ++last);
+        const json notification = window.message()["params"];
+        EXPECT_EQ(schemaViolation(schema, "notification:changed", notification), "");
+        EXPECT_EQ(notification["sequence"], ++last);
         std::set<std::string> sections;
-        for (const auto& [name, value] : told["changes"].items()) sections.insert(name);
+        for (const auto& [name, value] : notification["changes"].items()) sections.insert(name);
         EXPECT_EQ(sections, each.sections);
-        state.update(told["changes"]);
+        state.update(notification["changes"]);
     }
     EXPECT_EQ(state, call("subscribe", topic)["result"]["state"]);
     EXPECT_EQ(state["login"]["isOn"], true);
 }
 
 TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
-    EXPECT_EQ(error("settings.show")["code"], controlCode::refused) << "nothing is there to show them";
+    EXPECT_EQ(error("settings.show")["code"], controlCode::refused) << "no client can show the settings";
     auto drawing = client();
     const auto shown = [&] {
         auto other = client();
@@ -173,12 +173,12 @@ TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
     result("settings.show", {{"pane", "shortcuts"}});
     EXPECT_EQ(shown(), (json{{"pane", "shortcuts"}, {"request", 1}}));
     result("ui.show", {{"what", "settings"}});
-    EXPECT_EQ(shown(), (json{{"pane", nullptr}, {"request", 2}})) << "asked for again";
+    EXPECT_EQ(shown(), (json{{"pane", nullptr}, {"request", 2}})) << "requested again";
     result("ui.hide", {{"what", "settings"}});
     EXPECT_EQ(shown(), json());
     result("settings.show");
     result("ui.off");
-    EXPECT_EQ(shown(), json()) << "the end of kova-ui closes the windows; its restart does not open them";
+    EXPECT_EQ(shown(), json()) << "switching kova-ui off closes the settings for good";
 }
 
 TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
@@ -213,7 +213,7 @@ TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
     desk.settle();
     EXPECT_EQ(error("menu.choose", {{"id", "layout-reset"}})["code"], controlCode::refused) << "nothing to reset";
 
-    EXPECT_EQ(error("ui.show", {{"what", "menu"}})["code"], controlCode::refused) << "nothing is there to show it";
+    EXPECT_EQ(error("ui.show", {{"what", "menu"}})["code"], controlCode::refused) << "no client can show the menu";
     EXPECT_FALSE(result("theme.list")["isDrawn"].get<bool>());
     {
         auto drawing = client();

@@ -23,8 +23,8 @@ TEST(UnsentBudget, DropsTheClientThatHasReadNothingForTheLongestTime) {
     EXPECT_TRUE(b.isDropped());
     EXPECT_EQ(budget.bytesHeld(), 60U);
     b.hold(1000, at(5));
-    EXPECT_EQ(budget.bytesHeld(), 60U) << "dropped bytes are not counted any more";
-    c.hold(500, at(6)); // one answer may be larger than all that is allowed, once no other client holds anything
+    EXPECT_EQ(budget.bytesHeld(), 60U) << "a dropped client no longer counts";
+    c.hold(500, at(6)); // a single client may exceed the limit while no other holds anything
     EXPECT_EQ(dropped, "ba");
     EXPECT_EQ(budget.bytesHeld(), 500U);
     {

@@ -73,7 +73,7 @@ std::optional<ConnectionFailure> ControlClient::send(std::string line) {
     return std::nullopt;
 }
 
-/// Takes in what the agent sent before it closed the connection, which may be the reason.
+/// Reads the lines that the agent sent before it closed the connection, such as the reason.
 bool ControlClient::hasUnreadLine() {
     std::array<char, 4096> piece;
     for (ssize_t length; (length = recv(socket_, piece.data(), piece.size(), MSG_DONTWAIT)) > 0;) {

@@ -1,4 +1,4 @@
-// The agent's socket, and the user at the other end of a connection: only processes of one user talk over it.
+// The agent's socket, and the user at the other end of a connection: only processes of the same user communicate.
 #pragma once
 
 #include <sys/types.h>
