@@ -41,14 +41,14 @@ CommandError refusal(const json& error) {
     }
 }
 
-void warnIfUnsaved(const json& told) {
-    const std::string unsaved = told.is_object() ? told.value("unsaved", "") : "";
+void warnIfUnsaved(const json& result) {
+    const std::string unsaved = result.is_object() ? result.value("unsaved", "") : "";
     if (unsaved.empty()) return;
     std::fprintf(stderr, "kova: not saved yet: %s. The change is in memory only; writing is tried again.\n",
                  printable(unsaved).c_str());
 }
 
-CommandError unexpectedAnswer() {
+CommandError unexpectedResponse() {
     return {ExitCode::refused, "Unexpected response from the agent"};
 }
 
@@ -65,18 +65,18 @@ CommandResult<json> Agent::ask(std::string_view method, const json& parameters, 
     json request = {{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}};
     if (!parameters.empty()) request["params"] = parameters;
     client_.setTimeout(timeout);
-    // Words from a terminal need not be UTF-8; the agent then knows no such name and says so.
+    // Words from a terminal may not be UTF-8. Invalid bytes are replaced, and the agent reports an unknown name.
     if (const auto failure = client_.send(request.dump(-1, ' ', false, json::error_handler_t::replace)))
         return commandError(*failure);
     auto reply = receive();
-    // Notifications that arrive before the answer are kept for `next`.
+    // Notifications that arrive before the response are kept for `next`.
     while (reply && reply->contains("method")) {
         notifications_.push_back(std::move(*reply));
         reply = receive();
     }
     if (!reply) return reply;
     if (reply->contains("error")) return refusal((*reply)["error"]);
-    if (!reply->contains("result")) return unexpectedAnswer();
+    if (!reply->contains("result")) return unexpectedResponse();
     json& result = (*reply)["result"];
     warnIfUnsaved(result);
     return std::move(result);
@@ -102,7 +102,7 @@ CommandResult<json> Agent::receive() {
     const auto received = client_.receive();
     if (!received) return commandError(received.error());
     json message = json::parse(*received, nullptr, false);
-    if (!message.is_object()) return unexpectedAnswer();
+    if (!message.is_object()) return unexpectedResponse();
     return message;
 }
 

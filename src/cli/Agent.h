@@ -27,10 +27,11 @@ using CommandResult = Result<Value, CommandError>;
 class Agent {
   public:
     static CommandResult<Agent> connect();
-    /// The result of the agent's method.
+    /// Calls the agent's method and returns its result.
     CommandResult<nlohmann::json> ask(std::string_view method, const nlohmann::json& parameters,
                                       std::chrono::milliseconds timeout = std::chrono::seconds(10));
-    /// The parameters of the next notification of the method; others are skipped. A timeout of zero means none.
+    /// Waits for the next notification of the method and returns its parameters; skips other notifications. A timeout
+    /// of zero means no timeout.
     CommandResult<nlohmann::json> next(std::string_view method,
                                        std::chrono::milliseconds timeout = std::chrono::milliseconds::zero());
     const std::string& socketPath() const { return path_; }
@@ -41,10 +42,10 @@ class Agent {
 
     ControlClient client_;
     std::string path_;
-    std::deque<nlohmann::json> notifications_; // received before an answer
+    std::deque<nlohmann::json> notifications_; // received while waiting for a response
 };
 
-/// Connects and asks.
+/// Connects and calls one method.
 CommandResult<nlohmann::json> askAgent(std::string_view method, const nlohmann::json& parameters);
 
 } // namespace kova::cli

@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Below what a person notices; a longer delay would hold up the completion key.
+/// Too short for the user to notice a delay of the completion.
 constexpr std::chrono::milliseconds kNamesTimeout{300};
 
 std::string textOf(const json& value) {
@@ -21,12 +21,12 @@ std::string textOf(const json& value) {
     return value.is_number_integer() ? std::to_string(value.get<std::int64_t>()) : "";
 }
 
-/// The records of the agent's answer; empty without an agent and after the timeout.
+/// The records in the method's result; empty without an agent and after the timeout.
 json recordsFrom(std::string_view method, const char* records) {
     auto agent = Agent::connect();
     if (!agent) return json::array();
-    auto answer = agent->ask(method, json::object(), kNamesTimeout);
-    return answer && answer->contains(records) ? (*answer)[records] : json::array();
+    auto result = agent->ask(method, json::object(), kNamesTimeout);
+    return result && result->contains(records) ? (*result)[records] : json::array();
 }
 
 std::vector<Candidate> namesFrom(std::string_view method, const char* records, const char* name,
@@ -42,7 +42,7 @@ std::vector<Candidate> namesFrom(std::string_view method, const char* records, c
 
 std::vector<Candidate> layoutNames() {
     auto names = namesFrom("layout.list", "layouts", "id", "name");
-    // What follows the last dot of a layout's id is enough.
+    // The part of a layout's id after the last dot is enough.
     for (Candidate& name : names) name.text.erase(0, name.text.rfind('.') + 1);
     return names;
 }
@@ -57,7 +57,7 @@ std::vector<Candidate> windowNames() {
     const json windows = recordsFrom("query.windows", "windows");
     std::vector<Candidate> names;
     for (const json& window : windows) {
-        // By its application, or by its title where the application has several windows.
+        // A window is named by its application, or by its title if the application has several windows.
         const auto isOfTheSame = [&](const json& other) { return other.at("application") == window.at("application"); };
         const bool isAlone = std::count_if(windows.begin(), windows.end(), isOfTheSame) == 1;
         const std::string application = textOf(window.at("application"));

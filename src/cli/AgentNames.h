@@ -1,4 +1,4 @@
-// Names that the agent knows, for the completion of a parameter's value. No names when no agent answers at once.
+// Names that the agent knows, for the completion of a parameter's value. No names if no agent responds at once.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ std::vector<Candidate> tileNames();
 std::vector<Candidate> splitNames();
 std::vector<Candidate> boundaryNames();
 std::vector<Candidate> applicationNames();
-/// Of which something was learned.
+/// Applications about which data was learned.
 std::vector<Candidate> learnedApplicationNames();
 std::vector<Candidate> sceneNames();
 std::vector<Candidate> ruleNames();

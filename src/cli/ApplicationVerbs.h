@@ -9,7 +9,7 @@
 namespace kova::cli {
 
 ExitCode runLaunch(const Verb& verb, const Arguments& arguments);
-/// With --wait it ends when no window of the scene is awaited any more.
+/// With --wait it ends when no window of the scene is pending any more.
 ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments);
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments);
 

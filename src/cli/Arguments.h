@@ -13,7 +13,7 @@ enum class ExitCode { done = 0, refused = 1, wrongUsage = 2, noAgent = 3, noPerm
 struct Arguments {
     bool json = false;
     nlohmann::json request = nlohmann::json::object(); // the parameters of the agent's method
-    nlohmann::json own = nlohmann::json::object();     // what only the command line uses, by the same kind of keys
+    nlohmann::json own = nlohmann::json::object();     // parameters that only the command line uses
 
     bool has(const char* key) const { return request.contains(key) || own.contains(key); }
     /// The text of one of the command line's own parameters.

@@ -42,7 +42,7 @@ std::vector<Candidate> verbWords(std::string_view before) {
     return words;
 }
 
-/// What may follow the words of a verb.
+/// The candidates that may follow the words of a verb so far.
 class Position {
   public:
     explicit Position(const Verb& verb) {
@@ -104,7 +104,7 @@ class Position {
     const Parameter* awaited_ = nullptr; // an option whose value comes next
 };
 
-std::vector<Candidate> everything(std::span<const std::string> before, std::string_view current) {
+std::vector<Candidate> allCandidates(std::span<const std::string> before, std::string_view current) {
     while (!before.empty() && before.front() == "--json") before = before.subspan(1);
     const bool isHelp = !before.empty() && before.front() == "help";
     if (isHelp) before = before.subspan(1);
@@ -133,7 +133,7 @@ bool isSameLetter(char a, char b) {
     return lower(a) == lower(b);
 }
 
-/// A shell gets one candidate a line, and nothing that would steer the terminal.
+/// Candidates are printed one per line, and must not control the terminal.
 bool fits(const Candidate& candidate, std::string_view current) {
     const std::string& text = candidate.text;
     if (text.empty()) return candidate.description == "files";
@@ -148,7 +148,7 @@ std::vector<Candidate> candidatesFor(std::span<const std::string> words) {
     const std::string& current = words.back();
     std::vector<Candidate> found;
     try {
-        found = everything(words.first(words.size() - 1), current);
+        found = allCandidates(words.first(words.size() - 1), current);
     } catch (const nlohmann::json::exception&) {
         return {}; // an agent of another version
     }

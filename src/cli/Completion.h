@@ -1,5 +1,5 @@
 // Completion: the shells call `kova --complete WORD...`, with the word at the cursor as the last one. Verbs and options
-// come from the rows of the verbs, values from their parameters.
+// come from the tables of verbs, values from their parameters.
 #pragma once
 
 #include "cli/AgentNames.h"
@@ -11,10 +11,10 @@
 
 namespace kova::cli {
 
-/// Candidates that begin with the last word, in any case. A single one without text means names of files.
+/// Candidates that begin with the last word, in any case. A single candidate without text stands for file names.
 std::vector<Candidate> candidatesFor(std::span<const std::string> words);
 
-/// Prints them, one a line, each with its description after a tab.
+/// Prints the candidates, one per line, each with its description after a tab.
 ExitCode runComplete(std::span<char* const> words);
 
 } // namespace kova::cli

@@ -39,7 +39,7 @@ void addCheck(json& report, const char* subject, const char* verdict, const std:
     report["checks"].push_back({{"subject", subject}, {"verdict", verdict}, {"text", text}});
 }
 
-/// Takes over what the agent has found, and compares the versions.
+/// Adds the agent's findings to the report, and compares the versions.
 void addFindings(json& report, const Agent& agent, const json& found) {
     const std::string version = found.at("version");
     const bool isSame = version == KOVA_VERSION;
@@ -87,7 +87,7 @@ bool print(const std::vector<LogLine>& lines, const Arguments& arguments) {
     return out.empty() || writeAll(STDOUT_FILENO, out);
 }
 
-/// A file that grows, until it is set aside for another one of its name.
+/// Follows a file that grows, and its successor when it is replaced by a new file of its name.
 class FollowedFile {
   public:
     explicit FollowedFile(std::string path) : path_(std::move(path)) {}
@@ -95,19 +95,19 @@ class FollowedFile {
     FollowedFile(const FollowedFile&) = delete;
     FollowedFile& operator=(const FollowedFile&) = delete;
 
-    /// What has been added since.
+    /// The text that was added since the last call.
     std::string more() {
-        std::string text = readOn();
+        std::string text = readToEnd();
         struct stat now {};
         if (stat(path_.c_str(), &now) == 0 && (now.st_ino != opened_.st_ino || now.st_dev != opened_.st_dev)) {
             closeFile();
-            text += readOn();
+            text += readToEnd();
         }
         return text;
     }
 
   private:
-    std::string readOn() {
+    std::string readToEnd() {
         if (file_ < 0) {
             file_ = open(path_.c_str(), O_RDONLY | O_CLOEXEC);
             if (file_ >= 0) (void)fstat(file_, &opened_);
@@ -168,7 +168,7 @@ std::string systemSection() {
     return text;
 }
 
-/// Empty where they are in no file.
+/// Empty on systems that do not store preferences in a file.
 std::string preferencesFile() {
 #if defined(__APPLE__)
     return {};
@@ -189,7 +189,7 @@ std::string preferencesSection(Redactor& redactor) {
     return asText(redactor.applied(preferences), 2);
 }
 
-/// Detail is left out: names and titles are among it.
+/// Without lines of level detail, which may contain names and titles.
 std::string logSection() {
     const auto lines = readLog(LogSeverity::note);
     if (!lines) return "There is none.\n";

@@ -23,8 +23,8 @@ FileProblem problem(const std::string& what, const std::string& path, int error)
     return {"cannot " + what + " " + quoted(path) + ": " + std::strerror(error)};
 }
 
-/// A pipe is opened without waiting for the other end, so that reading has to find out whether there is one. True while
-/// more may come.
+/// A pipe is opened without waiting for a writer, so the reader must find out whether there is one. True while more
+/// text may come.
 bool waitForMore(int descriptor, bool hasWriter, bool hasText) {
     constexpr int kWriterTimeoutMilliseconds = 2000;
     constexpr int kPauseMilliseconds = 20;
@@ -34,7 +34,7 @@ bool waitForMore(int descriptor, bool hasWriter, bool hasText) {
     }
     if (hasText) return false;
     for (int waited = 0; waited < kWriterTimeoutMilliseconds; waited += kPauseMilliseconds) {
-        // Before the first writer nothing is reported at all, afterwards either text or its end.
+        // poll() reports nothing before the first writer, afterwards either text or the end of the text.
         pollfd readable{descriptor, POLLIN, 0};
         if (poll(&readable, 1, kPauseMilliseconds) > 0) return (readable.revents & POLLIN) != 0;
     }

@@ -17,13 +17,13 @@ struct FileProblem {
     std::string message; // names the file
 };
 
-/// Refuses a larger file, after reading little more than this limit.
+/// Fails for a file larger than `mostBytes`, without reading much more than that.
 Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
 
-/// The path of the file to write: in a folder, the file of that name; links are followed.
+/// The file that a document for `path` is written to: in a folder the file of that name; links are followed.
 std::string documentPath(const std::string& path, std::string_view nameInFolder);
 
-/// Whether writing there would replace a file that is there.
+/// Whether writing to the path would replace an existing file.
 bool wouldOverwrite(const std::string& path);
 
 /// Replaces the file atomically and keeps its mode. Anything but a regular file, such as a pipe, is written to

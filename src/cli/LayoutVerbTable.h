@@ -1,4 +1,4 @@
-// The rows of the verbs for layouts, and for looking at the workspace.
+// The rows of the verbs for layouts, and for querying the workspace.
 #pragma once
 
 #include "cli/LayoutOutput.h"

@@ -20,7 +20,7 @@ constexpr std::array<std::pair<std::string_view, LogSeverity>, 4> kWordsInFile =
                                                                                    {"warning", LogSeverity::warning},
                                                                                    {"error", LogSeverity::error}}};
 
-/// The line when it begins as the agent begins one: "2024-02-29 12:34:56.789 info: ".
+/// The line if it has the beginning that the agent writes: "2024-02-29 12:34:56.789 info: ".
 std::optional<LogLine> beginningOf(std::string_view text) {
     constexpr std::string_view kShape = "0000-00-00 00:00:00.000 ";
     if (text.size() < kShape.size()) return std::nullopt;

@@ -28,7 +28,7 @@ class LogReader {
 
   private:
     LogSeverity least_;
-    std::string rest_; // the beginning of a line
+    std::string rest_; // an incomplete line
     LogLine last_;
 };
 

@@ -88,7 +88,7 @@ std::string listed(const json& names) {
     return out.empty() ? "-" : out;
 }
 
-/// What a section of the state amounts to.
+/// A short text for a section of the state.
 std::string summary(const std::string& section, const json& value) {
     if (section == "windows") return counted(value.size(), "window", "windows");
     if (section == "displays") return counted(value.size(), "display", "displays");
@@ -200,7 +200,7 @@ std::string printExplanation(const json& result, const Arguments&) {
 
 namespace {
 
-/// What else there is to say of a setting of the system.
+/// The remarks about a setting of the system.
 std::string remarksOf(const json& result) {
     std::string out;
     for (const char* remark : {"problem", "guidance"}) {

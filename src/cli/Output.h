@@ -1,4 +1,4 @@
-// The agent's answers as text for the terminal.
+// Results of the agent's methods as text for the terminal.
 #pragma once
 
 #include "cli/Arguments.h"

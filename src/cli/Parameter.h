@@ -31,9 +31,9 @@ struct Parameter {
     std::string_view value{};                    // "DISPLAY", in the help
     std::string_view meaning{};                  // in the help
     std::string_view words{};                    // "left right": what the completion offers, besides names
-    std::vector<Candidate> (*names)() = nullptr; // known to the agent
+    std::vector<Candidate> (*names)() = nullptr; // names that the agent knows
     double least = 0;
-    double most = std::numeric_limits<int>::max(); // that much means: no limit
+    double most = std::numeric_limits<int>::max(); // this value means no limit
     bool isRequired = true;
     Use use = Use::request;
 
@@ -72,7 +72,7 @@ class ParameterList {
     std::size_t count_ = 0;
 };
 
-// The parameters of more than one verb.
+// Parameters of several verbs.
 
 inline constexpr Parameter kJson{.kind = Parameter::Kind::flag,
                                  .key = "json",

@@ -35,7 +35,7 @@ std::optional<json> wholeNumber(std::string_view text, double least, double most
     return isNumber && value >= least && value <= most ? std::optional<json>(value) : std::nullopt;
 }
 
-/// The same with a fraction or an exponent; neither words like “nan” nor hexadecimal digits count.
+/// Parses a number with a fraction or an exponent; neither words like “nan” nor hexadecimal digits are numbers.
 std::optional<json> number(std::string_view text, double least, double most) {
     if (text.empty() || text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return std::nullopt;
     const std::string terminated(text);

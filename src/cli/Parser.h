@@ -11,7 +11,8 @@
 
 namespace kova::cli {
 
-/// Nothing to carry out: the user asked for help (then the code is `done` and there is no text) or the words are wrong.
+/// Why there are no arguments: the user asked for help (then the code is `done` and the text empty), or a word is
+/// wrong.
 struct ParseEnd {
     ExitCode code = ExitCode::wrongUsage;
     std::string text{};

@@ -51,8 +51,8 @@ class SharedEdges {
         for (std::size_t edge = 0; edge < values_.size(); ++edge) places_.push_back(place(edge));
     }
 
-    /// The cells of each tile's two edges when the axis has about so many: as many more as it takes for every tile to
-    /// have an inside.
+    /// The cells of each tile's two edges on an axis of `count` cells, which is increased until every tile has an
+    /// inside.
     std::vector<std::pair<int, int>> cells(int& count) const {
         constexpr int kMostCells = 400;
         for (;; ++count) {
@@ -79,8 +79,8 @@ class SharedEdges {
 
     int cell(std::size_t edge, int count) const { return static_cast<int>(std::lround(places_[edge] * (count - 1))); }
 
-    /// Where the line of the edge is drawn, from 0 to 1: in the middle of its edges, and at the border of the picture
-    /// when it is the layout's own margin.
+    /// The position of the edge's line, from 0 to 1: the mean of the edges on that line, or the border of the picture
+    /// for an edge at the layout's margin.
     double place(std::size_t edge) const {
         double sum = 0;
         int members = 0;

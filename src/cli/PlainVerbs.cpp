@@ -29,7 +29,7 @@ ExitCode runOpen(const Verb& verb, const Arguments& arguments) {
         return result ? printAnswer(verb, arguments, *result) : fail(result.error());
     }
     if (auto agent = Agent::connect()) {
-        // KOVA was opened again: what there is to see of it are its settings, where a program shows them.
+        // The agent runs already: shows its settings or, without a program that draws them, its status.
         const auto shown = agent->ask("settings.show", json::object());
         return shown ? printAnswer(*verbNamed("settings"), arguments, *shown) : run(*verbNamed("status"), arguments);
     }

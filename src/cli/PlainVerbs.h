@@ -1,4 +1,4 @@
-// Verbs that send one request, and `kova open` without a URL, which becomes the agent.
+// Verbs that send one request, and `kova open` without a URL, which starts the agent.
 #pragma once
 
 #include "cli/Verbs.h"
@@ -7,7 +7,7 @@ namespace kova::cli {
 
 /// Runs the verb.
 ExitCode run(const Verb& verb, const Arguments& arguments);
-/// Prints the agent's answer to the verb, as JSON if asked.
+/// Prints the result of the verb's method, as JSON with --json.
 ExitCode printAnswer(const Verb& verb, const Arguments& arguments, const nlohmann::json& result);
 
 /// Without a URL the agent is started unless it runs; it takes the place of this process.

@@ -55,7 +55,7 @@ constexpr auto kHarmless = std::to_array<std::string_view>({
     "shortcutsHeldByOthers",
 });
 
-/// In the record of a session: ids of windows by those of tiles, or the other way round.
+/// Members of a session record that map ids of tiles to ids of windows, or the reverse.
 constexpr auto kMapsOfIDs = std::to_array<std::string_view>({"anchors", "assigned", "stacks"});
 
 bool isMapOfIDs(std::string_view key) {
@@ -94,7 +94,7 @@ json Redactor::applied(const json& value, std::string_view key) {
     if (value.is_object()) {
         for (auto& [name, member] : out.items()) member = applied(member, isMapOfIDs(key) ? key : name);
     } else if (value.is_array()) {
-        // Whole values under preference keys are choices of ours; lists of words need not be.
+        // A text that is a whole preference is one of KOVA's own choices; texts in a list may be private.
         for (json& element : out) element = applied(element, isPreferenceKey(key) ? "" : key);
     }
     return out;

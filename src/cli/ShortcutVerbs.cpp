@@ -16,7 +16,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Longer than the agent takes to notify, whether it found out or not.
+/// Longer than the agent takes to send the notification in any case.
 constexpr std::chrono::seconds kClaimTimeout{3};
 
 /// Why a shortcut may not work; may be empty.
@@ -34,7 +34,7 @@ std::string remark(const json& shortcut) {
     return out;
 }
 
-/// Waits until it is known whether another program holds the new combination, and adds that to the answer.
+/// Waits until it is known whether another program holds the new combination, and adds that to the result.
 ExitCode finish(Agent& agent, const Verb& verb, const Arguments& arguments, json result) {
     const auto claimed = agent.next("claimed", kClaimTimeout);
     if (!claimed) return fail(claimed.error());
@@ -81,7 +81,7 @@ ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments) {
     if (!agent) return fail(agent.error());
     const auto started = agent->ask(verb.method, arguments.request);
     if (!started) return fail(started.error());
-    complain(started->at("prompt").get<std::string>() + "\n"); // standard output is for the answer
+    complain(started->at("prompt").get<std::string>() + "\n"); // standard output is for the result
     while (true) {
         const auto recorded = agent->next("recorded");
         if (!recorded) return fail(recorded.error());

@@ -17,7 +17,7 @@ ExitCode print(std::string_view text);
 void complain(std::string_view text);
 /// Reports that standard output cannot be written, by `errno`, and returns the exit code.
 ExitCode failUnwritten();
-/// From now on `fail` writes one JSON document.
+/// Makes `fail` write errors as JSON documents from now on.
 void reportErrorsAsJson();
 /// Reports the error on standard error and returns its exit code.
 ExitCode fail(const CommandError& error);

@@ -20,7 +20,7 @@ class Table {
     /// One cell per column.
     void add(std::vector<std::string> cells);
     bool isEmpty() const { return rows_.size() == 1; }
-    /// On a terminal the last column is cut at its edge; elsewhere nothing is.
+    /// On a terminal the last column is cut at the terminal's edge.
     std::string text() const;
 
   private:

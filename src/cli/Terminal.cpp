@@ -68,8 +68,8 @@ int terminalWidth() {
     winsize size{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
     const char* columns = std::getenv("COLUMNS");
-    const int asked = columns ? std::atoi(columns) : 0;
-    return asked > 0 ? std::min(asked, 1000) : kDefaultWidth;
+    const int configured = columns ? std::atoi(columns) : 0;
+    return configured > 0 ? std::min(configured, 1000) : kDefaultWidth;
 }
 
 bool isUnicodeTerminal() {

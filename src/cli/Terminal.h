@@ -12,16 +12,16 @@ int terminalWidth();
 bool isTerminal();
 /// A terminal with colors, unless $NO_COLOR is set.
 bool isColorTerminal();
-/// Whether the environment asks for UTF-8; else drawings keep to ASCII.
+/// Whether the locale of the environment uses UTF-8; otherwise drawings are in ASCII.
 bool isUnicodeTerminal();
 
 /// One line: control characters and bytes that are not UTF-8 become “?”.
 std::string printable(std::string_view text);
 /// Columns that printable text takes.
 std::size_t columnsOf(std::string_view text);
-/// At most so many columns of it, with “…” where it was cut.
+/// The text, cut to `columns` with “…” at its end if it is longer.
 std::string clipped(std::string_view text, std::size_t columns);
-/// Characters of printable text, each with the marks that belong to it: calls `character(bytes, columns)`.
+/// Calls `character(bytes, columns)` for each character of printable text.
 template <class Visit>
 void eachCharacter(std::string_view text, Visit character);
 

@@ -40,7 +40,7 @@ std::string patch(const json& color) {
     return "\x1b[48;2;" + std::to_string(red) + ";" + std::to_string(green) + ";" + std::to_string(blue) + "m  \x1b[0m";
 }
 
-/// The table with patches before each of its rows: a row's colors, as many for each.
+/// The table with patches of color before each row: `colors` has a list for each row, all of the same length.
 std::string withPatches(const std::string& table, const std::vector<std::vector<json>>& colors) {
     if (!isColorTerminal() || colors.empty()) return table;
     std::string out;
@@ -65,7 +65,7 @@ std::string switched(const char* what, const json& isOn) {
     return std::string(what) + (isOn.get<bool>() ? "on.\n" : "off.\n");
 }
 
-/// What becomes of it.
+/// A remark if no program shows the change.
 std::string remarkOn(const json& result) {
     return result.at("isDrawn").get<bool>()
                ? ""
@@ -81,7 +81,7 @@ std::string chosen(const char* what, const json& record) {
 } // namespace
 
 std::string printThemes(const json& result, const Arguments&) {
-    // As many as fit into a line of 80 columns; the others are in the agent's answer, too.
+    // The colors that fit into a line of 80 columns; the JSON output has all.
     constexpr std::array kColors = {"background", "panel", "text", "accent"};
     Table table({{"NAME"}, {"ID"}, {"BACKGROUND"}, {"PANEL"}, {"TEXT"}, {"ACCENT"}});
     std::vector<std::vector<json>> colors;

@@ -1,4 +1,4 @@
-// What the verbs for single windows print, and `kova verify`.
+// The texts that verbs for single windows print, and `kova verify`.
 #pragma once
 
 #include "cli/Verbs.h"

@@ -53,7 +53,7 @@ std::string nearestVerb(const std::string& lead, const std::string& word) {
     return nearest ? ". Did you mean “kova " + lead + known[*nearest] + "”?" : "";
 }
 
-/// What the verbs are for, of the group or with an empty one of all.
+/// Prints the verbs of the group with their summaries; all verbs if it is empty.
 ExitCode printOverview(const std::string& group, Format format) {
     if (format == Format::text) return print(group.empty() ? overview() : groupOverview(group));
     nlohmann::json listed = nlohmann::json::array();
@@ -136,7 +136,7 @@ int main(int argc, char** argv) {
     try {
         return static_cast<int>(runCommand(words));
     } catch (const std::exception& error) {
-        // An answer of another version of the agent.
+        // The agent has another version, whose results have other members.
         return static_cast<int>(
             fail({ExitCode::refused, std::string("Unexpected response from the agent: ") + error.what()}));
     }

@@ -4,7 +4,7 @@ namespace kova {
 
 namespace {
 
-/// Everything but letters and digits of ASCII and “-._~”, which every reader of URLs takes as they are.
+/// Encodes all bytes except ASCII letters, digits and “-._~”, which have no other meaning in URLs.
 std::string percentEncoded(std::string_view text) {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";

@@ -19,7 +19,7 @@ struct TextAroundName {
 
 /// A text that the user enters before an intent runs.
 struct IntentParameter {
-    std::string_view name; // as it is called in a program
+    std::string_view name; // in the generated source code
     std::string_view title;
 };
 
@@ -27,7 +27,7 @@ struct Intent {
     std::string_view typeName;
     std::string_view title;
     std::string_view url;  // with a parameter, its percent-encoded value follows
-    TextAroundName dialog; // said once it runs, around the parameter's value; without a parameter `before` is all of it
+    TextAroundName dialog; // spoken when the intent runs, around the parameter's value; only `before` without one
     std::optional<IntentParameter> parameter;
 };
 
@@ -84,7 +84,7 @@ inline constexpr std::array<AppShortcut, 3> kAppShortcuts{{
     {kUndoIntent, kUndoPhrases, "Undo Window Action", "arrow.uturn.backward"},
 }};
 
-/// The URL that the intent opens; the value is that of its parameter, and ignored where it has none.
+/// The URL that the intent opens, with the value of its parameter; ignored for an intent without a parameter.
 std::string intentURL(const Intent& intent, std::string_view value = {});
 /// The sentence that an assistant speaks when it runs the intent.
 std::string intentDialog(const Intent& intent, std::string_view value = {});

@@ -78,7 +78,7 @@ constexpr std::array kNamedKeys = std::to_array<NamedKey>({
     {keyCode::mute, "", "Mute"},
 });
 
-/// Other names under which people know keys.
+/// Other common names of keys.
 struct OtherName {
     std::string_view typed; // in lower case
     std::uint16_t code;
@@ -129,7 +129,7 @@ std::optional<std::uint64_t> modifierNamed(std::string_view word) {
     return found == kModifierNames.end() ? std::nullopt : std::optional(found->flag);
 }
 
-/// Keys of the keypad write what others do, and are the last to be meant.
+/// Keypad keys write the same characters as other keys, which are preferred.
 bool isOnKeypad(std::uint16_t code) {
     return code >= keyCode::keypadDecimal && code <= keyCode::keypad9 && code != keyCode::f18 && code != keyCode::f19 &&
            code != keyCode::f20;
@@ -159,7 +159,7 @@ std::optional<std::uint16_t> keyNamed(const std::string& word, const CharactersO
     return keyThat([&](std::uint16_t code) { return americanCharacterOf(code) == word; });
 }
 
-/// Takes the modifiers off that the text begins with as symbols.
+/// Removes the symbols of modifiers at the beginning of the text; returns the modifiers.
 std::uint64_t takeSymbols(std::string& text) {
     std::uint64_t modifiers = 0;
     for (bool isSymbol = true; isSymbol;) {
@@ -174,7 +174,7 @@ std::uint64_t takeSymbols(std::string& text) {
     return modifiers;
 }
 
-/// The words between plus signs; a plus sign in the place of a key is that key.
+/// Splits the text at plus signs. A plus sign in the place of a key is the key “+”.
 std::vector<std::string> wordsOf(std::string_view text) {
     std::vector<std::string> words(1);
     for (const char c : text) {
@@ -239,7 +239,7 @@ std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, con
                "tab, space, home, end, pageup, pagedown, insert, f1 to f20";
     }
     std::string written = charactersOf(*code);
-    if (written.empty()) written = americanCharacterOf(*code); // which is how the key was found
+    if (written.empty()) written = americanCharacterOf(*code); // the key was found by this character
     return KovaShortcut{*code, modifiers, keyLabel({*code, modifiers, false, written})};
 }
 

@@ -23,9 +23,9 @@ std::string_view mainModifiers(ModifierNames names);
 /// The character of a key in the active keyboard layout.
 using CharactersOfKey = std::function<std::string(std::uint16_t keyCode)>;
 
-/// From what a user types, "ctrl+alt+h": names of modifiers and keys in any case, joined by “+”, or the symbols of a
-/// Mac, "⌃⌥H". A character means the key on which the active layout writes it; one that it writes nowhere, the key of
-/// an American keyboard. The text says what is wrong, with the names given.
+/// Parses what a user types, such as "ctrl+alt+h": names of modifiers and keys in any case, joined by “+”, or the
+/// symbols of a Mac, "⌃⌥H". A character means the key that writes it in the active layout, else on an American
+/// keyboard. On failure returns an error text, in which modifiers are called by `names`.
 std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, const CharactersOfKey& charactersOf,
                                                       ModifierNames names = ModifierNames::words);
 

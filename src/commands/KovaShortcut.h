@@ -46,7 +46,7 @@ enum class KovaShortcutAction : std::uint8_t {
     moveDown,
     focusZoom,
     cycleStack,
-    // From here on without a standard shortcut.
+    // The actions below have no default shortcut.
     previousInStack,
     swapLeft,
     swapRight,
@@ -70,7 +70,7 @@ enum class KovaShortcutAction : std::uint8_t {
     openPalette,
 };
 
-/// All of them, in the order of display and of the search for conflicts.
+/// All actions, in the order in which they are shown and searched for conflicts.
 inline constexpr std::array kShortcutActions = {
     KovaShortcutAction::commandCenter,
     KovaShortcutAction::previousLayout,

@@ -21,7 +21,7 @@ class KovaShortcutSettings {
 
     /// Every change is saved.
     Published<KovaShortcutConfiguration> configuration;
-    /// A key is being recorded: meanwhile no shortcut acts.
+    /// True while a shortcut is being recorded; meanwhile shortcuts have no effect.
     Published<bool> isRecording;
 
     std::optional<KovaShortcut> shortcut(KovaShortcutAction action) const;

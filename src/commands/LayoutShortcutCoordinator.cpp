@@ -24,7 +24,7 @@ bool actsWhilePaused(KovaShortcutAction action) {
     return action == pauseOrResume;
 }
 
-/// Absent for the shortcuts that are no operation of the workspace.
+/// Absent for shortcuts that do not stand for an operation of the workspace.
 std::optional<WorkspaceAction> operationOf(KovaShortcutAction wanted, bool isPaused) {
     using enum WorkspaceDirection;
     static const std::pair<KovaShortcutAction, WorkspaceAction> kOperations[] = {
@@ -128,7 +128,7 @@ void LayoutShortcutCoordinator::claim() {
     keys_.claim(combinationsOf(resuming));
 }
 
-/// In the log, once each, so that a user can find out why a key does nothing.
+/// Logs each held shortcut once, so that a user can find out why a key does nothing.
 void LayoutShortcutCoordinator::noteHeldByOthers() {
     if (*shortcuts_.isRecording) return; // nothing is claimed meanwhile
     const auto held = keys_.heldByOthers();
@@ -154,7 +154,8 @@ bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {
         if (openPalette_) openPalette_();
         return true;
     }
-    // An arrangement takes in windows opened a moment ago; the keys pressed after it come after it.
+    // An arrangement waits for a poll, to include windows opened a moment ago. Later shortcuts wait, too, to keep their
+    // order.
     const bool mayWait = *wanted == arrangeWindows || waiting_ > 0;
     const auto later = lifetime_.guard([this, action = *wanted] {
         --waiting_;

@@ -14,14 +14,14 @@ namespace kova {
 
 class LayoutShortcutCoordinator {
   public:
-    /// All of them outlive the coordinator. `openPalette` may be empty where there is none. It listens once its
-    /// monitors are installed.
+    /// All of them outlive the coordinator. `openPalette` is empty where there is no palette. The coordinator
+    /// gets no key presses before `installMonitors`.
     LayoutShortcutCoordinator(WorkspaceController& workspace, const KovaShortcutSettings& shortcuts,
                               KeyMonitorServicing& keys, MainQueue& queue, std::function<void()> openPalette = {});
 
-    /// Begins to listen, and claims the configured combinations; does nothing while there is a monitor already.
+    /// Begins to monitor key presses, and claims the configured combinations. No-op while monitors are installed.
     void installMonitors();
-    /// Stops listening and releases the claimed combinations. No-op without monitors.
+    /// Stops monitoring and releases the claimed combinations. No-op without monitors.
     void removeMonitors();
     bool hasMonitors() const { return globalKeyMonitor_ || localKeyMonitor_; }
 
@@ -41,7 +41,7 @@ class LayoutShortcutCoordinator {
     std::optional<Subscription> localKeyMonitor_;
     Subscription configurationChanges_;
     Subscription heldChanges_;
-    std::vector<KeyCombination> heldByOthers_; // as it was noted
+    std::vector<KeyCombination> heldByOthers_; // as last logged
     int waiting_ = 0;                          // pressed keys that wait for a poll
     Lifetime lifetime_;
 };

@@ -39,7 +39,7 @@ class ShortcutRecorder {
         bool beeps() const { return outcome == Outcome::refused; }
         bool operator==(const Step&) const = default;
     };
-    /// Changes the settings if the press is accepted; otherwise the recording goes on.
+    /// Changes the settings if the press is accepted; otherwise the recording continues.
     Step take(const KeyPress& press);
 
   private:

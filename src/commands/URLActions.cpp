@@ -55,7 +55,7 @@ std::optional<std::string> percentDecoded(std::string_view segment) {
     return validUtf8(out) == out ? std::optional(out) : std::nullopt;
 }
 
-/// Without user and port; absent for a port that is no number.
+/// The host of the authority, without user and port; absent if the port is not a number.
 std::optional<std::string_view> hostOf(std::string_view authority) {
     if (const auto at = authority.rfind('@'); at != std::string_view::npos) authority.remove_prefix(at + 1);
     const auto colon = authority.find(':');
@@ -64,7 +64,8 @@ std::optional<std::string_view> hostOf(std::string_view authority) {
     return std::all_of(port.begin(), port.end(), isDigit) ? std::optional(authority.substr(0, colon)) : std::nullopt;
 }
 
-/// The host and the parts of the path, those that are empty left out, as they are in the URL; none when it is not ours.
+/// The host and the parts of the path, percent-encoded as in the URL, without empty ones; none for an invalid URL or
+/// another scheme.
 std::vector<std::string_view> segmentsOf(std::string_view url) {
     if (url.size() > kLongestURL || std::any_of(url.begin(), url.end(), isControl)) return {};
     const auto colon = url.find(':');

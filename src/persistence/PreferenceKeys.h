@@ -22,10 +22,10 @@ inline constexpr std::string_view hideSystemDock = "KOVA.hideSystemDock.v2";
 inline constexpr std::string_view onboardingCompleted = "KOVA.onboarding.completed.v1";
 inline constexpr std::string_view userInterface = "KOVA.userInterface.v1"; // whether kova-ui is started
 inline constexpr std::string_view launchCounts = "KOVA.launchCounts.v1";   // by application, for launchers
-/// Of the Mac: processes that an agent has hidden, each as its number and its start.
+/// On a Mac: the processes that an agent has hidden, each by process id and start time.
 inline constexpr std::string_view hiddenApplications = "KOVA.hiddenApplications.v1";
 
-/// Any of these under a value marks an existing user.
+/// A value under any of these keys marks an existing user.
 inline constexpr std::array existingUserKeys = {workspaceProfile,    useThemeBackground, showBrain,
                                                 showTileBackgrounds, accentColor,        autoArrangeLearning};
 

@@ -10,7 +10,7 @@ namespace {
 
 using nlohmann::json;
 
-/// The sides at one place, null where there is nothing.
+/// The values of all sides at one place; null where a side has none.
 struct Sides {
     const json* base = nullptr;
     const json* ours = nullptr;
@@ -28,7 +28,8 @@ const json* member(const json* object, const std::string& key) {
     return found == object->end() ? nullptr : &*found;
 }
 
-/// An enumeration with a payload: an object whose one key is the case. Two cases must not be merged into one object.
+/// An enumeration with a payload is stored as an object whose only key is the case. Two cases must not be merged into
+/// one object.
 bool areDifferentCases(const Sides& sides) {
     return sides.base && sides.base->size() == 1 && sides.ours->size() == 1 && sides.theirs->size() == 1 &&
            sides.ours->begin().key() != sides.theirs->begin().key();
@@ -103,10 +104,10 @@ class Merger {
             return found == records.end() ? nullptr : found->second;
         };
         // The side that rearranged the records gives their order; new ones of the other side come last.
-        const bool haveWeMoved = order(sides.ours, *base) != order(sides.base, *ours);
-        auto ids = order(haveWeMoved ? sides.ours : sides.theirs, haveWeMoved ? *ours : *theirs);
+        const bool isOrderOurs = order(sides.ours, *base) != order(sides.base, *ours);
+        auto ids = order(isOrderOurs ? sides.ours : sides.theirs, isOrderOurs ? *ours : *theirs);
         const std::set<std::string> ordered(ids.begin(), ids.end());
-        for (auto& id : order(haveWeMoved ? sides.theirs : sides.ours, haveWeMoved ? *theirs : *ours)) {
+        for (auto& id : order(isOrderOurs ? sides.theirs : sides.ours, isOrderOurs ? *theirs : *ours)) {
             if (!ordered.contains(id)) ids.push_back(std::move(id));
         }
         json merged = json::array();

@@ -25,7 +25,7 @@ class PreferencesStore {
 
     /// Absent when nothing is stored under the key.
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-    /// Becomes durable soon after; `save` reports when, `synchronize` waits for that.
+    /// The value is written to disk soon after; `save` reports when, `synchronize` waits for that.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
     /// Sets a value that is expensive to make. A store may call `make` only when the value is read or written to disk,
     /// and never if another value replaces it first, so `make` must own all that it uses. The default calls it now.
@@ -37,16 +37,16 @@ class PreferencesStore {
     /// Begins to write all changes and returns. `done` is called when the write has succeeded or failed, immediately if
     /// there is nothing to write, and never if the store is destroyed first.
     virtual void save(Saved done) = 0;
-    /// Returns when everything set so far is on disk, or could not be written.
+    /// Waits until everything set so far is on disk, or could not be written.
     virtual void synchronize() = 0;
 
     /// Reports that the value under the key, or the part that the reason names, is unusable. The store keeps a copy
-    /// before the value is first overwritten. Reporting the same twice changes nothing.
+    /// before the value is first overwritten. No-op if the same was reported before.
     virtual void noteUnusable(std::string_view key, const std::string& reason) = 0;
     /// Problems of the store and its values, for the user; empty for none.
     virtual std::vector<std::string> problems() const = 0;
 
-    /// Whether anything is stored under the key, also a value of a type that is no `PreferenceValue`.
+    /// Whether anything is stored under the key, also a value of a type that `PreferenceValue` lacks.
     virtual bool contains(std::string_view key) const { return value(key).has_value(); }
     std::optional<bool> boolean(std::string_view key) const { return typed<bool>(key); }
     std::optional<std::string> string(std::string_view key) const { return typed<std::string>(key); }

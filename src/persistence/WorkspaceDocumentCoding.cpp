@@ -109,7 +109,7 @@ std::string write(const WorkspaceProductDocument& document, DateCoding dates, in
     return out.dump(indent, ' ', false, json::error_handler_t::replace);
 }
 
-/// As the reader counts them.
+/// The number of JSON values in the record, as the reader counts them.
 std::size_t valuesIn(const WorkspaceSceneDisplay& display) {
     constexpr std::size_t kScalars = 4, kWeights = 2; // "layoutWeights" and its "splits"
     std::size_t count = kScalars + kWeights;

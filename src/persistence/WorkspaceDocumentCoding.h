@@ -14,13 +14,13 @@
 
 namespace kova {
 
-/// The largest exported document, in bytes; reading and writing keep to it.
+/// The largest exported document, in bytes; reading and writing refuse a larger one.
 inline constexpr std::size_t kMaximumImportBytes = std::size_t{64} << 20;
 /// The most JSON values (members, elements, nested ones too) in one display or placement of a scene or in one rule;
-/// reading and writing keep to it.
+/// reading and writing refuse more.
 inline constexpr std::size_t kMaximumValuesPerRecord = 4096;
 
-/// Why the document could not be read again once it was written; absent when it can. `storedBytes` is the size of
+/// Why the document, once written, could not be read again; absent if it can be read. `storedBytes` is the size of
 /// `encodeStoredDocument(document)`, a cheap check that suffices for most documents.
 std::optional<DecodingError> whyUnreadable(const WorkspaceProductDocument& document, std::size_t storedBytes);
 

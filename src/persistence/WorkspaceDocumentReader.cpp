@@ -155,7 +155,7 @@ bool WorkspaceDocumentReader::open(json container) {
 void WorkspaceDocumentReader::openList(Record& record) {
     record.list = record.key;
     record.entries = 0;
-    record.members[record.list] = json::array(); // seen; its entries are kept elsewhere
+    record.members[record.list] = json::array(); // marks the list as present; its entries are stored elsewhere
     switch (entryKind(record.list)) {
     case Kind::scene:
         document_.scenes.clear();

@@ -18,7 +18,8 @@ enum class DateCoding { secondsSince2001, iso8601 };
 /// The error for a record at the path that exceeds `kMaximumValuesPerRecord`.
 DecodingError tooManyValues(const std::string& path);
 
-/// The parser's listener: the names of its calls are the library's. They throw `DecodingError`.
+/// Listens to the JSON library's parser, which prescribes the names of the event functions. These throw
+/// `DecodingError`.
 class WorkspaceDocumentReader {
   public:
     using json = nlohmann::json;
@@ -33,7 +34,7 @@ class WorkspaceDocumentReader {
     bool number_unsigned(json::number_unsigned_t value) { return scalar(value); }
     bool number_float(json::number_float_t value, const std::string&) { return scalar(value); }
     bool string(std::string& value);
-    bool binary(json::binary_t&) { return false; } // JSON has none
+    bool binary(json::binary_t&) { return false; } // does not occur in JSON
     bool start_object(std::size_t) { return open(json::object()); }
     bool start_array(std::size_t) { return open(json::array()); }
     bool key(std::string& name);
@@ -49,12 +50,12 @@ class WorkspaceDocumentReader {
 
         Kind kind;
         std::string path;
-        json members = json::object(); // those read so far, without its lists
+        json members = json::object(); // members read so far, without lists
         std::string key;               // of the next member
         std::vector<json*> containers; // inside that member, the innermost last
         std::size_t values = 0;
         std::string list;        // the list that is open, by its key; empty when none is
-        std::size_t entries = 0; // read in it
+        std::size_t entries = 0; // read from that list so far
     };
 
     static Kind entryKind(const std::string& list);
@@ -77,7 +78,7 @@ class WorkspaceDocumentReader {
 
     DateCoding dates_;
     WorkspaceProductDocument document_;
-    std::vector<WorkspaceSceneDisplay> displays_; // of the scene that is open
+    std::vector<WorkspaceSceneDisplay> displays_; // of the scene that is being read
     std::vector<WorkspaceScenePlacement> placements_;
     std::vector<Record> records_; // the innermost last
     int depth_ = 0;

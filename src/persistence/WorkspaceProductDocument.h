@@ -86,7 +86,7 @@ struct WorkspaceRule {
 };
 
 struct WorkspaceProductDocument {
-    std::int64_t version = 1;           // written as 1, and of no consequence when read
+    std::int64_t version = 1;           // always written as 1, ignored when read
     std::vector<WorkspaceScene> scenes; // the newest last
     std::vector<WorkspaceRule> rules;   // the first that matches decides
     std::optional<Uuid> activeSceneID;

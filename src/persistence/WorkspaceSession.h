@@ -21,7 +21,7 @@ namespace kova {
 struct WorkspaceSessionWindow {
     WindowID id;
     pid_t processIdentifier = 0;
-    std::optional<std::string> processStart{}; // distinguishes the process from others with its number
+    std::optional<std::string> processStart{}; // distinguishes the process from later ones with its id
     std::optional<BundleID> bundleIdentifier{};
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
@@ -46,7 +46,7 @@ struct WorkspaceSessionSpace {
     bool operator==(const WorkspaceSessionSpace&) const = default;
 };
 
-/// The window that owned its display.
+/// The window that owned its display in focus mode.
 struct WorkspaceSessionZoom {
     DisplayID displayID;
     TileTarget anchor;
@@ -62,7 +62,7 @@ struct WorkspaceSession {
     std::vector<WorkspaceSessionSpace> otherSpaces;
     std::set<WindowID> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;
-    std::set<WindowID> floatingWindowIDs{}; // by command
+    std::set<WindowID> floatingWindowIDs{}; // windows that a command made floating
     bool operator==(const WorkspaceSession&) const = default;
 };
 

@@ -59,7 +59,7 @@ class WorkspaceTheme {
     virtual const ThemeDescriptor& descriptor() const = 0;
 };
 
-/// Grays like the desktop's own.
+/// Grays similar to those of desktops.
 class NativeTheme final : public WorkspaceTheme {
   public:
     NativeTheme();
@@ -69,7 +69,7 @@ class NativeTheme final : public WorkspaceTheme {
     ThemeDescriptor descriptor_;
 };
 
-/// Neon on a night sky.
+/// Neon colors on a dark blue background.
 class JarvisTheme final : public WorkspaceTheme {
   public:
     JarvisTheme();
