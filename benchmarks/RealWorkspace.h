@@ -1,4 +1,4 @@
-// What the measurements on a private X server share: a workspace on real windows, without a window manager, and a
+// Shared by the measurements on a private X server: a workspace on real windows, without a window manager, and a
 // second client that can send the same requests.
 #pragma once
 
@@ -27,7 +27,7 @@ class UnansweredAlerts final : public AlertServicing {
 };
 
 struct RealWorkspace {
-    /// The requests that put windows where the frames say, buffered, and nothing else.
+    /// Only sends the requests that move the windows to the frames, in one buffer.
     void onlyConfigure(const std::vector<CGRect>& frames) {
         for (std::size_t i = 0; i < windows.size(); ++i) {
             const CGRect& frame = frames[i];

@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-extern char** environ; // only some systems declare it
+extern char** environ; // not declared in the headers of all systems
 
 namespace {
 
@@ -32,7 +32,7 @@ struct Command {
 
 constexpr int kRoundsNotCounted = 5;
 constexpr useconds_t kPause = 2'000;
-constexpr const char* kQuestion = R"({"jsonrpc":"2.0","id":1,"method":"status"})";
+constexpr const char* kRequest = R"({"jsonrpc":"2.0","id":1,"method":"status"})";
 
 /// Starts a process that echoes each line on a socket at the path; negative on failure.
 pid_t startEcho(const std::string& path) {
@@ -105,8 +105,8 @@ int main(int argc, char** argv) {
     const std::string echoPath = "/tmp/kova-echo-" + std::to_string(getpid());
     const pid_t echo = startEcho(echoPath);
     if (echo < 0) return std::fprintf(stderr, "no echo at %s\n", echoPath.c_str()), 1;
-    const int code = measure({{"trivial client, echo", {KOVA_TRIVIAL_CLIENT, echoPath, kQuestion}},
-                              {"trivial client, agent", {KOVA_TRIVIAL_CLIENT, agentPath, kQuestion}},
+    const int code = measure({{"trivial client, echo", {KOVA_TRIVIAL_CLIENT, echoPath, kRequest}},
+                              {"trivial client, agent", {KOVA_TRIVIAL_CLIENT, agentPath, kRequest}},
                               {"kova status", {KOVA_COMMAND, "status"}},
                               {"kova status --json", {KOVA_COMMAND, "status", "--json"}},
                               {"kova query tiles", {KOVA_COMMAND, "query", "tiles"}}},

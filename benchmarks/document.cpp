@@ -40,7 +40,7 @@ struct Session {
         controller.refresh();
         desktop.queue().runDue();
     }
-    /// The work of the main queue with the result.
+    /// The work of the main queue on the result.
     void takeResult() { desktop.queue().advance(kReadingTime); }
 
     SimulatedDesktop desktop;
@@ -48,7 +48,7 @@ struct Session {
     WorkspaceController controller{simulatedServices(desktop, preferences)};
 };
 
-/// Its windows are those that `openWindows` opens, from the first on.
+/// A scene of the first windows that `openWindows` opens.
 WorkspaceScene sceneOf(std::int64_t placements) {
     WorkspaceScene scene;
     scene.name = "Scene";
@@ -112,7 +112,7 @@ void CaptureWindows(benchmark::State& state) {
 }
 BENCHMARK(CaptureWindows)->Arg(200)->Arg(400)->Unit(benchmark::kMicrosecond);
 
-void PlaceAllThatWereAwaited(benchmark::State& state) {
+void PlaceAllPendingWindows(benchmark::State& state) {
     const std::int64_t pending = state.range(0), windows = state.range(1);
     WorkspaceProductDocument document;
     document.scenes.push_back(sceneOf(pending));
@@ -135,7 +135,7 @@ void PlaceAllThatWereAwaited(benchmark::State& state) {
         state.ResumeTiming();
     }
 }
-BENCHMARK(PlaceAllThatWereAwaited)->Args({200, 500})->Args({400, 1000})->Unit(benchmark::kMillisecond);
+BENCHMARK(PlaceAllPendingWindows)->Args({200, 500})->Args({400, 1000})->Unit(benchmark::kMillisecond);
 
 } // namespace
 

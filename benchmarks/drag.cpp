@@ -1,6 +1,6 @@
-// What one movement of a divider between two halves of six windows costs beside a program that only sends the same six
-// requests, on a private X server without a window manager: until the last request is sent, and until the server has
-// done it. The two take turns; quoted is the median of each. The handle in the gap moves along.
+// The time of one movement of a divider between two halves of six windows, compared with a program that only sends the
+// same six requests, on a private X server without a window manager: until the last request is sent, and until the
+// server has carried it out. They run alternately; the result is the median of each. The handle in the gap moves, too.
 //
 //   drag_benchmark [ROUNDS]
 #include "app/LayoutDividerWindowController.h"
@@ -21,7 +21,7 @@ std::chrono::steady_clock::time_point lastSent;
 
 } // namespace
 
-/// In place of the system's own, for the X library.
+/// Replaces the system's function for the X library.
 extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
     const auto written = syscall(SYS_writev, descriptor, parts, count);
     lastSent = std::chrono::steady_clock::now();
@@ -84,7 +84,7 @@ class Bench : private RealWorkspace {
         const auto start = std::chrono::steady_clock::now();
         work();
         const Microseconds sent = lastSent - start;
-        client->sync(); // the server serves its clients in turn; then it has done the agent's, too
+        client->sync(); // the server serves its clients in turn, so it has carried out the agent's requests, too
         const Microseconds done = std::chrono::steady_clock::now() - start;
         return {sent.count(), done.count()};
     }

@@ -1,6 +1,6 @@
-// The layout engine beside the least that its arithmetic can cost. `Floor` divides the same balanced trees with the
-// same minimum sizes in plain arrays of numbers, without names, slots or dividers; every `Solver` run reports how many
-// times longer it takes than the floor in the same run ("ratio").
+// The layout engine compared with the least time that its arithmetic can take. `Floor` divides the same balanced trees
+// with the same minimum sizes in plain arrays of numbers, without names, slots or dividers; every `Solver` run reports
+// how many times longer it takes than the floor in the same run ("ratio").
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
 #include "workspace/DisplayLayouts.h"
@@ -26,7 +26,7 @@ int nextWidth(int& tick) {
     return kWidth - (++tick & 1);
 }
 
-/// Every fifth tile wants more than its share, where there is room for that.
+/// Every fifth tile needs more than its share.
 CGSize minimumOfTile(int tile, int tiles) {
     return tile % 5 == 0 ? CGSize{static_cast<double>(3600 / tiles), static_cast<double>(1800 / tiles)} : CGSize{1, 1};
 }
@@ -132,8 +132,8 @@ LayoutNode balancedTree(int tiles, int firstTile, LayoutAxis axis) {
                         {static_cast<double>(tiles - before), balancedTree(tiles - before, firstTile + before, next)}}};
 }
 
-/// How many times longer a call of `work` takes than one of `floor`, in processor time, from the quickest of batches
-/// that take turns.
+/// How many times longer a call of `work` takes than one of `floor`, in processor time, from the quickest of
+/// alternating batches.
 template <class Work, class Floor>
 double ratioOf(Work work, Floor floor, int callsInBatch) {
     const char* fewer = std::getenv("KOVA_BENCHMARK_BATCHES");
@@ -210,7 +210,7 @@ void SpanInGridOf63(benchmark::State& state) {
     searchSpan(state, grid(9, 7), 31, everything ? CGSize{kWidth - 20, kHeight - 20} : CGSize{700, 500});
 }
 
-/// No two edges coincide, so every rectangle of them has to be looked at.
+/// No two edges coincide, so every rectangle of edges has to be examined.
 void SpanAmong63ScatteredSlots(benchmark::State& state) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> place(0, 0.95);
@@ -222,7 +222,7 @@ void SpanAmong63ScatteredSlots(benchmark::State& state) {
     searchSpan(state, slots, 0, {kWidth * 0.8, kHeight * 0.8});
 }
 
-/// What the agent does when a divider moves or a display changes: the display keeps its solver and its result.
+/// The agent's work when a divider moves or a display changes: the display reuses its solver and its result.
 void Display(benchmark::State& state) {
     const int tiles = static_cast<int>(state.range(0));
     const std::vector<LayoutDefinition> catalogue{

@@ -1,5 +1,5 @@
-// The least that a command can do: sends one line to a Unix socket, reads one answer, prints it. What `kova` is
-// measured against.
+// The smallest possible command, with which `kova` is compared: sends one line to a Unix socket, reads one response,
+// prints it.
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -19,6 +19,6 @@ int main(int argc, char** argv) {
     std::memcpy(text, argv[2], length);
     text[length] = '\n';
     if (write(agent, text, length + 1) != static_cast<ssize_t>(length + 1)) return 4;
-    const auto answered = read(agent, text, sizeof text);
-    return answered > 0 && write(STDOUT_FILENO, text, static_cast<std::size_t>(answered)) == answered ? 0 : 5;
+    const auto received = read(agent, text, sizeof text);
+    return received > 0 && write(STDOUT_FILENO, text, static_cast<std::size_t>(received)) == received ? 0 : 5;
 }

@@ -20,7 +20,7 @@ int writes = 0;
 
 } // namespace
 
-/// In place of the system's own, for the X library.
+/// Replaces the system's function for the X library.
 extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
     ++writes;
     return syscall(SYS_writev, descriptor, parts, count);
@@ -59,22 +59,23 @@ class Bench : private RealWorkspace {
     }
     bool isReady() const { return ready_; }
 
-    /// The agent has seen all windows somewhere else than where the step back will put them.
+    /// Moves all windows, and lets the agent notice that, so that the undo has to move them back.
     void prepare() {
         for (int i = 0; i < kWindows; ++i) client->configure(windows[index(i)], place(i, 0));
         client->sync();
         desk.runFor(Seconds(1.2));
-        controller.perform(action::SetTileInset{kOtherInset}); // any step at all; the step back takes it back
+        controller.perform(action::SetTileInset{kOtherInset}); // an arbitrary action for the undo to revert
         for (int i = 0; i < kWindows; ++i) client->configure(windows[index(i)], place(i, 30));
         client->sync();
         desk.runFor(Seconds(1.2));
     }
-    double stepBack() {
+    double undo() {
         writes = 0;
         const double time = timeOf([&] {
             controller.perform(action::Undo{});
             flushes_ = writes;
-            waitForServer(client->connection()); // it serves its clients in turn; then it has done the agent's, too
+            waitForServer(
+                client->connection()); // the server serves its clients in turn, so it has carried out the agent's, too
         });
         desk.runFor(Seconds(1));
         return time;
@@ -88,7 +89,7 @@ class Bench : private RealWorkspace {
         });
     }
     int flushes() const { return flushes_; }
-    bool areBack() const {
+    bool areWindowsBack() const {
         for (int i = 0; i < kWindows; ++i) {
             const CGPoint origin = client->outerFrame(windows[index(i)]).origin;
             if (origin == place(i, 0).origin) continue;
@@ -117,8 +118,8 @@ int main(int argc, char** argv) {
         floor.push_back(bench.onlyRequests(round % 2 == 0 ? 30 : 0));
         bench.rest();
         bench.prepare();
-        back.push_back(bench.stepBack());
-        if (!bench.areBack()) return std::fputs("the windows did not come back\n", stderr), 1;
+        back.push_back(bench.undo());
+        if (!bench.areWindowsBack()) return std::fputs("the windows did not come back\n", stderr), 1;
     }
     std::printf("only the requests   %7.3f ms\nkova undo           %7.3f ms  x %.2f, %d flush(es)\n", medianOf(floor),
                 medianOf(back), medianOf(back) / medianOf(floor), bench.flushes());

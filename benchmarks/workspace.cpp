@@ -1,5 +1,5 @@
 // The cost of the engine alone: a plan for many windows, a poll without changes, a change of layout up to the last
-// request. The desktop is the simulated one, so the figures contain nothing of an X server.
+// request. The desktop is the simulated one, so the times do not include an X server.
 #include "persistence/MemoryPreferencesStore.h"
 #include "tests/harness/SimulatedServices.h"
 

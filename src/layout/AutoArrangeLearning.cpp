@@ -61,7 +61,7 @@ bool isOneOf(std::string_view text, Words words) {
     return std::find(words.begin(), words.end(), text) != words.end();
 }
 
-/// Plain substrings, broad on purpose: the order of the rules decides where they overlap.
+/// Compares plain substrings, which match broadly on purpose: where roles overlap, the first one checked is taken.
 bool containsAny(std::string_view text, Words words) {
     return std::any_of(words.begin(), words.end(),
                        [text](std::string_view word) { return text.find(word) != std::string_view::npos; });

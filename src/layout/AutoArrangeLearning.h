@@ -43,7 +43,7 @@ struct AutoArrangeLearningModel {
     };
     std::map<std::string, LayoutLearning> layouts; // by layout id
 
-    /// From this weight on a slot counts as the application's habit: after three arrangements there, or a placement by
+    /// From this weight on a slot is a habit of the application: after three arrangements there, or a placement by
     /// the user. Larger stored weights count as this one.
     static constexpr double kHabitWeight = 3;
     /// The weight of a slot that the user chose. Counting arrangements never gives a quarter, so stored weights of
@@ -55,11 +55,13 @@ struct AutoArrangeLearningModel {
     double preference(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
     /// Whether the user has put the application into the slot, and not elsewhere on this layout since.
     bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
-    /// An arrangement has put windows of the application into the slots: their weights grow by 1 up to a habit. Weights
-    /// of the layout's other slots, except the user's choice, are multiplied by 0.7 and dropped below 0.001.
+    /// Call when an arrangement has put windows of the application into the slots: their weights grow by 1 up to a
+    /// habit. Weights of the layout's other slots, except the user's choice, are multiplied by 0.7 and dropped below
+    /// 0.001.
     void learnArrangement(const std::string& layoutID, const std::string& applicationKey,
                           const std::set<SlotID>& slotIDs);
-    /// The user has put a window of the application into the slot: it becomes the only habit on this layout.
+    /// Call when the user has put a window of the application into the slot, which becomes the only habit on this
+    /// layout.
     void learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID);
     /// Drops all weights of the application.
     void forget(const std::string& applicationKey);

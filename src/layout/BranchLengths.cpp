@@ -8,8 +8,8 @@ namespace kova {
 
 namespace {
 
-/// Divides the length that the pinned branches leave among the others, and pins those that get less than their minimum.
-/// Each pass but the last pins a branch.
+/// Divides the length that pinned branches leave among the other branches, and pins those that get less than their
+/// minimum. Each pass but the last pins a branch.
 void shareOutAroundMinimums(std::span<const double> weights, std::span<const double> minimums, double available,
                             double totalWeight, std::span<double> lengths, BranchLengthsScratch& scratch) {
     const std::size_t count = weights.size();
@@ -59,7 +59,8 @@ void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
     }
 }
 
-/// Most splits have two branches that miss one point at most; they need no order. False when more is missing.
+/// Rounds the two branches that most splits have, if at most one point is missing: that needs no sorting. False if more
+/// is missing.
 bool roundPair(double& first, double& second, double target) {
     const double a = std::max(first, 0.0), b = std::max(second, 0.0);
     const double wholeA = wholePart(a), wholeB = wholePart(b);

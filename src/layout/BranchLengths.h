@@ -36,7 +36,7 @@ inline double usableMinimum(double points) {
     return std::isnan(points) ? 0 : std::max(points, -kLongestLength);
 }
 
-/// Towards zero, without the call that rounding costs on processors that round by software. For usable lengths.
+/// A usable length rounded towards zero, without the function call that some processors need for rounding.
 inline double wholePart(double points) {
     return static_cast<double>(static_cast<std::int64_t>(points));
 }
@@ -55,13 +55,14 @@ struct RoundingCandidate {
     std::uint32_t branch;
 };
 
-/// Memory of one caller, used again from split to split.
+/// Memory of one caller, reused from split to split.
 struct BranchLengthsScratch {
     std::vector<unsigned char> pinned;
     std::vector<RoundingCandidate> rounding;
 };
 
-/// Fills `lengths`. The three spans are of one size; weights and minimums are usable ones, `available` a usable length.
+/// Fills `lengths`. The three spans have the same size; weights and minimums are usable ones, `available` a usable
+/// length.
 void distribute(std::span<const double> weights, std::span<const double> minimums, double available,
                 std::span<double> lengths, BranchLengthsScratch& scratch);
 /// Rounds usable lengths to whole points in place.

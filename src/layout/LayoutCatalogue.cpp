@@ -120,7 +120,7 @@ CGSize referenceSize(LayoutDisplayClass displayClass) {
 }
 
 LayoutDisplayClass classifyDisplay(CGSize frameSize, CGSize visibleSize) {
-    // By the whole frame, so that a panel does not change the class.
+    // Uses the whole frame, so that a panel does not change the class.
     if (frameSize.height > 0 && frameSize.width / frameSize.height >= kUltraWideAspect) {
         return LayoutDisplayClass::superUltraWide5120x1440;
     }
@@ -176,7 +176,7 @@ void solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes&
         result.frames.push_back(scaled(slot.normalizedFrame, area));
     }
     for (const auto& window : minimumSizes) {
-        std::size_t tile = result.slots.size(); // counted from 1; 0 when none has the id
+        std::size_t tile = result.slots.size(); // counted from 1; 0 if no tile has the id
         while (tile > 0 && result.slots[tile - 1].id != window.first) --tile;
         if (tile == 0 || !holdsWindow(result.frames[tile - 1], window.second, inset)) {
             result.unsatisfiedTileIDs.insert(window.first);

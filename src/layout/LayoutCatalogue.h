@@ -48,7 +48,7 @@ const LayoutDefinition* findLayout(const std::vector<LayoutDefinition>& catalogu
 /// (then without dividers).
 SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
                              double tileInset);
-/// Solves into an existing result, with a solver that is used again.
+/// Solves into an existing result, with a reusable solver.
 void solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
                      double tileInset, LayoutSolver& solver, SolvedLayout& result);
 

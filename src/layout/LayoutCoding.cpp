@@ -11,7 +11,7 @@ namespace {
 
 using nlohmann::json;
 
-/// JSON has no word for a number that is not finite; written as it is, it would make the whole record unreadable.
+/// JSON cannot express numbers that are not finite; they would make the whole record unreadable.
 double writable(double number) {
     return std::isfinite(number) ? number : 0;
 }
@@ -77,7 +77,7 @@ json encode(const CGRect& rect) {
 json encode(const LayoutWeightOverrides& overrides) {
     json splits = json::object();
     for (const auto& [id, weights] : overrides.splits) {
-        // Such weights count for nothing when they are applied.
+        // Weights that are not finite would be ignored when they are applied.
         if (std::all_of(weights.begin(), weights.end(), [](double w) { return std::isfinite(w); })) {
             splits[id] = weights;
         }
@@ -136,8 +136,8 @@ LayoutWeightOverrides decodeWeightOverrides(const JsonCursor& at) {
 DisplayLayoutSelection decodeLayoutSelection(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
     if (name == "layout") return DisplayLayoutSelection::layout(payload.required("id").string());
-    if (name != "automatic") at.fail("unknown case " + quoted(name) + ", expected “automatic” or “layout”");
-    (void)payload.members(); // an object, though an empty one
+    if (name != "automatic") at.fail("unknown case “" + name + "”, expected “automatic” or “layout”");
+    (void)payload.members(); // fails unless it is an object
     return DisplayLayoutSelection::automatic();
 }
 

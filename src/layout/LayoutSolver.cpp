@@ -32,13 +32,14 @@ struct SolveContext {
         minimumTileLength{usableMinimum(metrics.minimumTileSize.width), usableMinimum(metrics.minimumTileSize.height)},
         tileInset(usableLength(inset)) {}
 
-    /// What a tile needs along the axis to hold a window of the observed minimum length.
+    /// The length along the axis that a tile needs to hold a window of the observed minimum length.
     double minimumLengthOfTile(LayoutAxis axis, double observed) const {
         return std::max(usableMinimum(observed) + 2 * tileInset, minimumTileLength[index(axis)]);
     }
 };
 
-/// The part of the area that the root fills. An area too small for its margins loses them, and the last footer too.
+/// The part of the area that the root fills. An area that is too small for its margins gets none, and no
+/// last footer.
 CGRect contentArea(CGSize area, double outerMargin) {
     const double margin = usableLength(outerMargin);
     const double width = std::floor(area.width - 2 * margin);
@@ -46,8 +47,7 @@ CGRect contentArea(CGSize area, double outerMargin) {
     return width > 0 && height > 0 ? makeRect(margin, margin, width, height) : makeRect(0, 0, area.width, area.height);
 }
 
-/// The divisor that normalizes frames; an extent of nothing, or of so little that quotients would not be finite, counts
-/// as 1.
+/// The divisor that normalizes frames; 1 for a length that is 0, or so small that quotients would not be finite.
 CGSize normalizingSize(CGSize area) {
     const auto divisor = [](double length) { return std::abs(length) < 1e-200 ? 1 : length; };
     return {divisor(area.width), divisor(area.height)};
@@ -65,7 +65,7 @@ struct LayoutSolver::Scratch {
         std::uint32_t branchCount;
         LayoutAxis axis;
     };
-    /// Where a split hangs in the tree, which is what its id says.
+    /// The place of a split in the tree, from which its id is derived.
     struct SplitPlace {
         std::size_t parent; // among the splits; kNoParent for the root
         std::size_t branch;
@@ -92,11 +92,10 @@ struct LayoutSolver::Scratch {
 
     std::vector<Split> splits;
     std::vector<Tile> tiles;
-    std::vector<SplitPlace>
-        places; // of the splits; those of the last solve are valid while the tree's shape is the same
+    std::vector<SplitPlace> places; // of the splits; valid for the next solve if the tree has the same shape
     std::string splitIDs;
 
-    // One entry per node, those beyond `nodeCount` kept for their memory.
+    // One entry per node; entries beyond `nodeCount` only keep their memory.
     std::uint32_t nodeCount = 0;
     std::vector<double> weights;
     std::array<std::vector<double>, 2> minimums; // by axis
@@ -322,12 +321,12 @@ void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<SlotID>
         std::ranges::max_element(windowMinimums, {}, [](const auto& entry) { return entry.tileID->text().size(); });
     for (const SlotID* id : unsatisfied) {
         if (spareEntries.empty()) spareEntries.push_back(std::set<SlotID>{""}.extract(""));
-        spareEntries.back().value() = *longest->tileID; // so that it can hold any of them from now on
+        spareEntries.back().value() = *longest->tileID; // so that its memory suffices for any of the ids
         spareEntries.back().value() = *id;
         ids.insert(std::move(spareEntries.back()));
         spareEntries.pop_back();
     }
-    spareEntries.reserve(spareEntries.size() + ids.size()); // room to take them all out again
+    spareEntries.reserve(spareEntries.size() + ids.size()); // so that extracting all of them allocates nothing
 }
 
 LayoutSolver::LayoutSolver() : scratch_(std::make_unique<Scratch>()) {}

@@ -1,5 +1,5 @@
-// From a tree and an area to tile frames and dividers. Pure arithmetic; every frame is in layout space: points, origin
-// at the area's top left corner, y growing downwards.
+// Computes tile frames and dividers from a tree and an area. Pure arithmetic; every frame is in layout space: points,
+// origin at the area's top left corner, y growing downwards.
 #pragma once
 
 #include "layout/LayoutTree.h"
@@ -57,7 +57,7 @@ struct SolvedLayout {
     bool operator==(const SolvedLayout&) const = default;
 };
 
-/// Solves layouts into results that are used again: once its buffers have grown to the size of the tree, a solve
+/// Solves layouts into reusable results: once its buffers have grown to the size of the tree, a solve
 /// allocates nothing, which keeps a divider's movement cheap. Each display keeps one. One solver serves one thread.
 class LayoutSolver {
   public:
@@ -67,7 +67,7 @@ class LayoutSolver {
     LayoutSolver& operator=(LayoutSolver&&) noexcept;
 
     /// `referenceSize` is the area in points, `tileInset` the gap on each side between a tile's cell and its window.
-    /// Degenerate input degrades and never fails: an area too small for its margins loses them, minimums that do not
+    /// Never fails on degenerate input: an area that is too small for its margins gets none, minimums that do not
     /// fit (an infinite one never does) are ignored for their split, other lengths that are not finite count as 0.
     void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);

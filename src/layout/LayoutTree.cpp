@@ -15,7 +15,7 @@ bool isUsable(const std::vector<double>& weights, std::size_t branchCount) {
            std::all_of(weights.begin(), weights.end(), [](double w) { return std::isfinite(w) && w > 0; });
 }
 
-/// `id` is the split id of the node; it is lengthened for each branch and comes back as it was.
+/// `id` is the split id of the node; it is extended for each branch and restored afterwards.
 void putWeights(LayoutNode& node, const LayoutWeightOverrides& overrides, std::string& id) {
     auto* split = std::get_if<LayoutSplit>(&node);
     if (!split) return;

@@ -11,14 +11,14 @@ namespace kova {
 
 struct SlotName {
     SlotID id;
-    std::string name; // of no other slot
+    std::string name; // unique among the slots
     bool operator==(const SlotName&) const = default;
 };
 
-/// The slots of all layouts, in the order in which the catalogue first has them. Each has the longest of its names,
-/// with the layouts in which it is called so where other slots have that name, too.
+/// The slots of all layouts, in the order of their first occurrence in the catalogue. Each has the longest of its
+/// names; if other slots have that name, too, the layouts that use it for this slot are appended.
 std::vector<SlotName> slotNames(const std::vector<LayoutDefinition>& catalogue);
-/// The name of one of them; the id itself if no layout has it.
+/// The name of the slot; the id itself if no layout has it.
 std::string slotName(const std::vector<LayoutDefinition>& catalogue, const SlotID& slotID);
 
 } // namespace kova

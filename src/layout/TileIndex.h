@@ -39,7 +39,7 @@ class TileIndex {
     std::uint32_t lookUp(const SlotID& id) const;
     std::uint32_t& bucket(const SlotID& id);
 
-    std::vector<SlotID> ids_; // those beyond `count_` are kept for their memory
+    std::vector<SlotID> ids_; // entries beyond `count_` only keep their memory
     std::vector<std::uint32_t> next_;
     std::vector<std::uint32_t> buckets_; // open addressing, a power of two of at least twice the tiles
     std::uint32_t count_ = 0;

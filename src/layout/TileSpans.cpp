@@ -30,18 +30,18 @@ constexpr SlotSet withoutFirst(SlotSet set) {
     return set & (set - 1);
 }
 
-/// What a slot covers along one axis.
+/// The interval that a slot covers along one axis.
 struct Interval {
     double low;
     double high;
 };
 
-/// A possible side of the span: an edge of some slot, and how the slots lie to it.
+/// A possible side of the span: an edge of some slot, and the slots by their position relative to it.
 struct Side {
     double position = 0;
-    SlotSet within = 0;   // do not reach beyond it
-    SlotSet touching = 0; // end exactly on it
-    SlotSet reaching = 0; // have something on the span's side of it
+    SlotSet within = 0;   // slots that do not extend beyond the side
+    SlotSet touching = 0; // slots that end exactly on the side
+    SlotSet reaching = 0; // slots with a part on the span's side of it
 };
 
 struct Candidate {
@@ -59,7 +59,7 @@ Interval intervalOf(double origin, double length) {
     return {std::min(origin, origin + length), std::max(origin, origin + length)};
 }
 
-/// The sides at which a span around the anchor may begin, the nearest first.
+/// The sides at which a span around the anchor may begin, the nearest to the anchor first.
 std::vector<Side> beginnings(std::span<const Interval> slots, double anchorLow) {
     std::vector<Side> sides;
     for (const Interval& slot : slots) {
@@ -69,7 +69,7 @@ std::vector<Side> beginnings(std::span<const Interval> slots, double anchorLow) 
     return sides;
 }
 
-/// The sides at which it may end, the nearest first.
+/// The sides at which a span around the anchor may end, the nearest to the anchor first.
 std::vector<Side> ends(std::span<const Interval> slots, double anchorHigh) {
     std::vector<Side> sides;
     for (const Interval& slot : slots) {
@@ -84,8 +84,8 @@ void dropRepeated(std::vector<Side>& sides) {
     sides.erase(std::unique(sides.begin(), sides.end(), samePlace), sides.end());
 }
 
-/// A valid span is the bounding rectangle of its slots and everything in it that is larger than the tolerance. So the
-/// rectangles whose four sides are slot edges around the anchor are all there is to try.
+/// A valid span is the bounding rectangle of its slots and everything in it that is larger than the tolerance. So it
+/// suffices to try the rectangles around the anchor whose four sides are edges of slots.
 class SpanSearch {
   public:
     SpanSearch(std::span<const TileSlot> slots, std::size_t anchor, CGSize displaySize, double tileInset,
@@ -104,7 +104,7 @@ class SpanSearch {
     std::optional<TileSpan> preferred();
 
     CGRect frameOf(std::size_t slot) const;
-    /// How many slots the best candidates have; as many as there can be while there is none.
+    /// The number of slots of the best candidates; the largest possible number without a candidate.
     int fewestSlots() const {
         return candidates_.empty() ? static_cast<int>(kMostSlots) : std::popcount(candidates_.front().slots);
     }
@@ -120,7 +120,7 @@ class SpanSearch {
     CGSize minimumSize_;
     std::array<Interval, kMostSlots> columns_{}; // by slot
     std::array<Interval, kMostSlots> rows_{};
-    SlotSet solid_ = 0; // too large to be overlooked where a span covers them
+    SlotSet solid_ = 0; // slots larger than the tolerance: a span that covers them contains them
     SlotSet occupied_ = 0;
     std::vector<Side> lefts_, rights_, tops_, bottoms_;
     std::vector<Candidate> candidates_; // all with the fewest slots and, among these, the fewest occupied ones
@@ -199,8 +199,8 @@ bool SpanSearch::cutsASlot(const CGRect& frame, SlotSet crossing) const {
     return false;
 }
 
-/// Slots of next to no area belong to a span only where it needs them to reach its sides. Empty when they do not help,
-/// or when more than `most` slots would be needed.
+/// Slots with an area below the tolerance belong to a span only if it needs them to reach its sides. Empty if they do
+/// not suffice, or if more than `most` slots would be needed.
 SlotSet SpanSearch::smallestSetReaching(const Sides& sides, SlotSet slots, SlotSet tiny, int most) const {
     const auto missed =
         std::find_if(sides.begin(), sides.end(), [slots](const Side* side) { return !(side->touching & slots); });

@@ -1,4 +1,4 @@
-// Where a window goes: one tile of one display, or a span of neighboring tiles when its minimum size does not fit one.
+// Finds the span of neighboring tiles for a window whose minimum size does not fit into one tile.
 #pragma once
 
 #include "layout/LayoutSolver.h"

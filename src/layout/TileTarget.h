@@ -18,7 +18,7 @@ struct TileTarget {
 
     TileTarget() = default;
     TileTarget(DisplayID onDisplay, SlotID ofLayout) : display(std::move(onDisplay)), slot(std::move(ofLayout)) {}
-    /// A literal says at its place what it names, so it needs no conversion.
+    /// Implicit for literals only, whose meaning is visible in the code.
     template <std::size_t size>
     TileTarget(const char (&literal)[size]) : TileTarget(from(literal)) {}
 
@@ -37,7 +37,7 @@ struct TileTarget {
     friend void to_json(Json& json, const std::map<TileTarget, Value>& map) = delete;
 
     friend bool operator==(const TileTarget&, const TileTarget&) = default;
-    /// The order of the ids as texts, in which files list them and ties are decided.
+    /// Orders by the ids as texts, which is the order in files and decides ties.
     friend std::strong_ordering operator<=>(const TileTarget& left, const TileTarget& right);
     /// For the messages of failed tests.
     template <class Stream>

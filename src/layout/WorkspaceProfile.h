@@ -13,7 +13,7 @@
 
 namespace kova {
 
-/// The layout chosen for a display: the pick for its class, or a named one.
+/// The layout chosen for a display: automatic, by the display's class, or a certain layout.
 struct DisplayLayoutSelection {
     std::optional<std::string> layoutID; // absent: automatic
 
@@ -26,7 +26,7 @@ struct WorkspaceProfile {
     Uuid id = Uuid::random();
     std::string name = "My Workspace";
     std::string themeID = "kova.native";
-    std::string layoutID = "jarvis.command-center"; // where a display has no selection of its own
+    std::string layoutID = "jarvis.command-center"; // for displays without a selection of their own
     std::map<DisplayID, DisplayLayoutSelection> layoutSelectionsByDisplay;
     double tileInset = 5; // points on each side between a tile's cell and the window in it
     bool autoArrangeOnLaunch = false;
