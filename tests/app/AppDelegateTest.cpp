@@ -45,7 +45,7 @@ TEST(AppDelegate, StartsAndStopsTheWorkspaceOnceEach) {
         delegate.startWorkspace();
         EXPECT_TRUE(delegate.workspace().isRunning());
     }
-    EXPECT_EQ(preferences.synchronizations, 2); // its end stops it
+    EXPECT_EQ(preferences.synchronizations, 2); // the destructor stops the workspace
     desktop.queue().advance(Seconds(30));
     EXPECT_EQ(desktop.queue().pendingCount(), 0U);
 }
@@ -82,8 +82,8 @@ class SystemActivity : public ::testing::Test {
     bool monitorsThePointer() {
         const auto& window = desktop.window("Mail");
         const CGPoint title = {minX(window.frame) + 200, minY(window.frame) + 5};
-        int lit = 0;
-        const auto count = workspace.state().dropTarget.observe([&](const auto& slot) { lit += slot ? 1 : 0; });
+        int targets = 0;
+        const auto count = workspace.state().dropTarget.observe([&](const auto& slot) { targets += slot ? 1 : 0; });
         desktop.pressAt(title);
         passes(0.02);
         desktop.movePointer({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
@@ -91,8 +91,8 @@ class SystemActivity : public ::testing::Test {
         desktop.movePointer(title);
         desktop.releaseButton(ShiftKey::up);
         passes(3);
-        EXPECT_LE(lit, 1);
-        return lit > 0;
+        EXPECT_LE(targets, 1);
+        return targets > 0;
     }
 
     SimulatedDesktop desktop;
@@ -106,7 +106,7 @@ class SystemActivity : public ::testing::Test {
 using enum SystemActivityEvent;
 
 TEST_F(SystemActivity, AnyOfFourConditionsSuspendsAndAllResume) {
-    const std::vector<std::pair<std::vector<SystemActivityEvent>, bool>> nights = {
+    const std::vector<std::pair<std::vector<SystemActivityEvent>, bool>> steps = {
         {{systemWillSleep}, true},
         {{systemWillSleep}, true},
         {{screensDidSleep}, true},
@@ -121,13 +121,13 @@ TEST_F(SystemActivity, AnyOfFourConditionsSuspendsAndAllResume) {
         {{screensDidSleep, screensDidSleep, screensDidWake}, false},
     };
     startAndArrange();
-    for (std::size_t i = 0; i < nights.size(); ++i) {
-        simulate(nights[i].first);
-        EXPECT_EQ(delegate.isWorkspaceSuspended(), nights[i].second) << i;
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        simulate(steps[i].first);
+        EXPECT_EQ(delegate.isWorkspaceSuspended(), steps[i].second) << i;
         const int polls = desktop.pollingQueue().jobsBegun();
         desktop.setTitle("Mail", "Mail " + std::to_string(i));
         passes(1);
-        EXPECT_EQ(desktop.pollingQueue().jobsBegun() > polls, !nights[i].second) << i;
+        EXPECT_EQ(desktop.pollingQueue().jobsBegun() > polls, !steps[i].second) << i;
     }
 }
 
@@ -157,7 +157,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     EXPECT_EQ(shown.displays.size(), 1U);
     EXPECT_EQ(shown.tiles.size(), 2U);
     EXPECT_EQ(shown.dividers.size(), 1U);
-    // With a window being dragged, which the suspension ends.
+    // The suspension ends the drag of a window.
     const CGRect frame = desktop.window("Mail").frame;
     desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
     passes(0.02);
@@ -168,7 +168,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     desktop.releaseButton();
     EXPECT_FALSE(contents().drag);
     EXPECT_TRUE(contents().isSuspended);
-    EXPECT_EQ(contents().displays, shown.displays) << "left up";
+    EXPECT_EQ(contents().displays, shown.displays) << "the overlay stays";
     EXPECT_EQ(contents().tiles.size(), 2U);
     OverlaySections refreshed = 0;
     delegate.overlay().watch([&](OverlaySections sections) { refreshed |= sections; });
@@ -182,7 +182,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     EXPECT_EQ(contents(), OverlayContents{});
     delegate.startWorkspace();
     passes(1);
-    EXPECT_EQ(contents().tiles.size(), 2U) << "built anew";
+    EXPECT_EQ(contents().tiles.size(), 2U) << "the contents are computed again";
     delegate.overlay().watch({});
 }
 
@@ -303,11 +303,11 @@ TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
 TEST(FirstSteps, AreShownUntilTheFirstArrangement) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").start().settle();
-    const auto told = [&](UserHistory userHistory) { return firstSteps(userHistory, desk.controller()); };
-    EXPECT_EQ(told(UserHistory::existingUser), std::nullopt);
-    EXPECT_NE(told(UserHistory::newUser).value_or("").find("“kova arrange”"), std::string::npos);
+    const auto adviceFor = [&](UserHistory userHistory) { return firstSteps(userHistory, desk.controller()); };
+    EXPECT_EQ(adviceFor(UserHistory::existingUser), std::nullopt);
+    EXPECT_NE(adviceFor(UserHistory::newUser).value_or("").find("“kova arrange”"), std::string::npos);
     desk.arrange();
-    EXPECT_EQ(told(UserHistory::newUser), std::nullopt);
+    EXPECT_EQ(adviceFor(UserHistory::newUser), std::nullopt);
     Scenario wayland;
     wayland.desktop.setAbsence("This is a Wayland session.");
     wayland.start().settle();

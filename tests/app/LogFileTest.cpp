@@ -14,7 +14,7 @@ namespace {
 TEST(LogFile, KeepsTheRequestedLevelsAndAtMostTwoFiles) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "agent.log";
-    log(LogLevel::error, "before there is a log, this goes nowhere");
+    log(LogLevel::error, "dropped before the log is opened");
     ASSERT_EQ(openLog(file.string(), LogLevel::note, LogEcho::none), std::nullopt);
     EXPECT_FALSE(isLogged(LogLevel::detail));
     log(LogLevel::detail, "the title of a window");
@@ -34,7 +34,7 @@ TEST(LogFile, KeepsTheRequestedLevelsAndAtMostTwoFiles) {
     }
     for (auto& thread : threads) thread.join();
     closeLog();
-    log(LogLevel::error, "afterwards, too");
+    log(LogLevel::error, "dropped after the log is closed");
     std::uintmax_t bytes = 0;
     int files = 0;
     for (const auto& member : std::filesystem::directory_iterator(folder.path())) {
@@ -50,7 +50,7 @@ TEST(LogFile, SaysWhenItCannotWrite) {
     const TemporaryFolder folder;
     folder.write("a file", "");
     EXPECT_TRUE(openLog((folder.path() / "a file/agent.log").string(), LogLevel::note, LogEcho::none));
-    log(LogLevel::error, "nowhere to go, nothing breaks");
+    log(LogLevel::error, "dropped, since the file cannot be written");
     closeLog();
 }
 

@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-TEST(SystemArguments, PairsOfDefaultsAndSerialNumbersAreLeftOut) {
+TEST(SystemArguments, PairsOfDefaultsAndProcessSerialNumbersAreRemoved) {
     const struct {
         std::vector<std::string> given;
         std::vector<std::string> kept;

@@ -1,4 +1,4 @@
-// The menu-bar menu, opened and chosen from while windows come and go.
+// The entries of the menu-bar menu and their actions, while windows open and close.
 #include "app/KovaMenuBarContent.h"
 
 #include "app/DisplayLayoutMenu.h"
@@ -15,7 +15,7 @@
 namespace kova {
 namespace {
 
-class Panels final : public DocumentPanelServicing {
+class FakePanels final : public DocumentPanelServicing {
   public:
     void saveDocument(const std::string& proposedName, std::string,
                       std::function<void(const std::optional<FileProblem>&)>) override {
@@ -25,7 +25,7 @@ class Panels final : public DocumentPanelServicing {
     std::string calls;
 };
 
-class LoginItem final : public LaunchAtLoginServicing {
+class FakeLoginItem final : public LaunchAtLoginServicing {
   public:
     LaunchAtLoginStatus status() const override {
         return isOn ? LaunchAtLoginStatus::enabled : LaunchAtLoginStatus::notRegistered;
@@ -42,9 +42,9 @@ class LoginItem final : public LaunchAtLoginServicing {
     std::optional<std::string> problem;
 };
 
-class MenuDock final : public DockAutoHideServicing {
+class FakeDock final : public DockAutoHideServicing {
   public:
-    explicit MenuDock(MainQueue& queue) : queue_(queue) {}
+    explicit FakeDock(MainQueue& queue) : queue_(queue) {}
     std::optional<std::string> absence() const override { return missing; }
     void readAutoHide(ReadCompletion completion) override {
         queue_.post([this, completion] { completion(isHidden); });
@@ -101,7 +101,7 @@ class MenuBar : public ::testing::Test {
         return std::nullopt;
     }
     bool isEnabled(const std::string& title) { return entry(title).isEnabled && !entry(title).title.empty(); }
-    /// By its title, as the user does.
+    /// Chooses an entry by its title.
     bool choose(const std::string& title) {
         const bool chosen = menu.choose(entry(title).id);
         passes(2.4);
@@ -111,14 +111,14 @@ class MenuBar : public ::testing::Test {
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    LoginItem loginItem;
-    MenuDock dock{desktop.queue()};
+    FakeLoginItem loginItem;
+    FakeDock dock{desktop.queue()};
     AppDelegate delegate{
         {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
         {.launchAtLogin = &loginItem, .dockAutoHide = &dock}};
     WorkspaceController& workspace = delegate.workspace();
     KovaShortcutSettings& shortcuts = delegate.shortcutSettings();
-    Panels panels;
+    FakePanels panels;
     DocumentExchange documents{workspace, panels, desktop};
     SimulatedUpdates updates;
     int quits = 0;
@@ -127,7 +127,7 @@ class MenuBar : public ::testing::Test {
 };
 
 TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
-    passes(4.1); // that of the layout
+    passes(4.1); // the message of the layout
     int changes = 0;
     const auto subscription = menu.observeSymbol([&] { ++changes; });
     EXPECT_EQ(menu.symbol(), MenuBarSymbol::usual);
@@ -141,7 +141,7 @@ TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(MenuBar, EnablesTheCommandsThatAreAvailableNow) {
+TEST_F(MenuBar, EnablesTheEntriesThatArePossibleNow) {
     passes(4.1); // the message of the layout
     EXPECT_EQ(picture(menu.entries()), "(Arrange Windows into Zones)\n"
                                        "Undo Window Action\n"
@@ -230,7 +230,7 @@ TEST_F(MenuBar, HasTheCommandsForOneWindow) {
     EXPECT_TRUE(choose("Float Window"));
     EXPECT_TRUE(workspace.assignments().isAssigned(mail));
 
-    EXPECT_FALSE(isEnabled("Move Window to Next Display")) << "only one display is connected";
+    EXPECT_FALSE(isEnabled("Move Window to Next Display")) << "there is only one display";
     desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
     passes(3);
     EXPECT_TRUE(choose("Move Window to Next Display"));
@@ -252,7 +252,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
         return titles;
     };
     EXPECT_EQ(entry("Layout on Current Display").entries.size(), workspace.catalogue().size() + 1)
-        << "all layouts, and Automatic";
+        << "one more for automatic";
     EXPECT_EQ(checked("Layout on Current Display"),
               workspace.resolvedLayout(*workspace.currentDisplayID())->name + ";");
     const std::string other = entry("Layout on Current Display").entries.back().title;
@@ -289,7 +289,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
 
 TEST_F(MenuBar, ChoosesTheLayoutOfEachDisplay) {
     const std::string first = displayLayoutMenus(workspace).front().title;
-    EXPECT_FALSE(entryIn(menu.entries(), "Layout on " + first)) << "the current one is all there is";
+    EXPECT_FALSE(entryIn(menu.entries(), "Layout on " + first)) << "there is only one display";
     desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
     passes(3);
     const auto menuOfBeamer = [&] { return displayLayoutMenus(workspace).at(1); };
@@ -309,7 +309,7 @@ TEST_F(MenuBar, ChoosesTheLayoutOfEachDisplay) {
     EXPECT_FALSE(chooseLayout(workspace, "gone", "automatic"));
 }
 
-TEST_F(MenuBar, SaysWhyNothingCanBeDone) {
+TEST_F(MenuBar, ShowsWhyTheEntriesAreDisabled) {
     passes(4.1); // the message of the layout
     opens("Mail");
     desktop.setTrusted(false);
@@ -320,7 +320,7 @@ TEST_F(MenuBar, SaysWhyNothingCanBeDone) {
           "Move Window Down", "Capture Workspace as Scene"}) {
         EXPECT_FALSE(isEnabled(title)) << title;
     }
-    EXPECT_TRUE(isEnabled("Next Layout on Current Display")) << "a choice for later";
+    EXPECT_TRUE(isEnabled("Next Layout on Current Display")) << "a layout can be chosen without the permission";
     desktop.setTrusted(true);
     EXPECT_TRUE(choose("Recheck Accessibility"));
     EXPECT_TRUE(isEnabled("Arrange Windows into Zones"));
@@ -336,7 +336,7 @@ TEST_F(MenuBar, SaysWhyNothingCanBeDone) {
     EXPECT_TRUE(isEnabled("Arrange Windows into Zones"));
 }
 
-TEST_F(MenuBar, SwitchesTheirSettings) {
+TEST_F(MenuBar, EntriesChangeTheirSettings) {
     opens("Mail");
     for (const char* title :
          {"Use Theme Background", "Continuously apply window rules", "Automatically arrange after launch",
@@ -352,7 +352,7 @@ TEST_F(MenuBar, SwitchesTheirSettings) {
     EXPECT_TRUE(*workspace.state().continuousManagementEnabled);
     EXPECT_TRUE(updates.downloads);
     EXPECT_TRUE(choose("Check for Updates…"));
-    EXPECT_FALSE(isEnabled("Check for Updates…")) << "a check is under way";
+    EXPECT_FALSE(isEnabled("Check for Updates…")) << "a check is running";
     EXPECT_TRUE(choose("Export Scenes and Rules…"));
     EXPECT_TRUE(choose("Import Scenes and Rules…"));
     EXPECT_EQ(panels.calls, "save KOVA-Workspace.json open ");
@@ -368,7 +368,7 @@ TEST_F(MenuBar, SwitchesTheirSettings) {
     dock.missing = "There is no Dock.";
     EXPECT_FALSE(isEnabled("Hide the Dock Automatically"));
 
-    // The user is asked first, and nothing that runs is ended without that.
+    // Applications are only ended after the user's confirmation.
     EXPECT_TRUE(choose("Force Quit All Open Applications…"));
     ASSERT_EQ(desktop.takeAlerts().size(), 1u);
     EXPECT_TRUE(desktop.isRunning("Mail"));
@@ -400,7 +400,7 @@ TEST_F(MenuBar, ShowsShortcutsAsTheyAreSet) {
     for (const auto& [shortcut, character] : known) EXPECT_EQ(menuKeyEquivalent(shortcut), character);
 }
 
-TEST_F(MenuBar, LeavesOutMissingServices) {
+TEST_F(MenuBar, OmitsEntriesOfMissingServices) {
     KovaMenuBarContent bare({.delegate = delegate});
     for (const char* title :
          {"Check for Updates…", "Quit KOVA", "Export Scenes and Rules…", "Check for Updates Automatically"}) {

@@ -1,4 +1,4 @@
-// What the overlay shows, computed from the real workspace on the simulated desktop.
+// The overlay's contents, computed from the real workspace on the simulated desktop.
 #include "app/BackdropWindowController.h"
 #include "app/LayoutDividerWindowController.h"
 #include "app/OverlayBoard.h"
@@ -27,7 +27,7 @@ class Overlay : public ::testing::Test {
         footers.reset();
         dividers.reset();
         backdrop.reset();
-        EXPECT_EQ(contents(), OverlayContents{}) << "closed controllers leave nothing";
+        EXPECT_EQ(contents(), OverlayContents{}) << "closed controllers leave no contents";
     }
     const OverlayContents& contents() {
         board.update(current, kEveryOverlaySection);
@@ -96,10 +96,10 @@ TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
     EXPECT_NE(strips().find("_Codex"), std::string::npos) << strips();
     desk.desktop.setTrusted(false);
     desk.settle();
-    EXPECT_EQ(strips(), "") << "without the permission there are no tiles to speak of";
+    EXPECT_EQ(strips(), "") << "without the permission no tiles are shown";
 }
 
-TEST_F(Overlay, ATileIsShownWholeAlsoWhereItsWindowTakesLess) {
+TEST_F(Overlay, ATileIsShownAsAWholeEvenIfItsWindowIsSmaller) {
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Calculator", {.maximumSize = {{300, 400}}, .tellsSizeHints = true}).arrange();
     show();
@@ -129,7 +129,7 @@ TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
     EXPECT_TRUE(contents().tiles[0].notice);
     touched = 0;
     passes(0.2);
-    EXPECT_TRUE(holds(touched, OverlaySection::tiles)) << "its end is announced";
+    EXPECT_TRUE(holds(touched, OverlaySection::tiles)) << "watchers are notified of the notice's end";
     EXPECT_FALSE(contents().tiles[0].notice);
 }
 
@@ -148,7 +148,7 @@ TEST_F(Overlay, FocusModeTakesTheFootersOfItsDisplayAlone) {
     EXPECT_EQ(footerFrames(), before);
 }
 
-TEST_F(Overlay, ALaunchIsPendingUntilItsWindowLandsFailsOrIsAwaitedNoLonger) {
+TEST_F(Overlay, ALaunchIsPendingUntilItsWindowIsPlacedOrItFailsOrTimesOut) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     show();
     const auto launch = [&](const LaunchableApplication& application) {
@@ -191,7 +191,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
     desk.desktop.releaseButton();
     passes(0);
-    EXPECT_EQ(drag(), "none") << "at once, though the window may still be on its way";
+    EXPECT_EQ(drag(), "none") << "at once, although the window may still move";
     desk.settle();
     EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
     press({1268, 700}, WindowPart::rightEdge);
@@ -220,14 +220,14 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     };
     EXPECT_EQ(moves({1280, 700}), "hovered");
     EXPECT_EQ(moves({1281, 710}), "hovered");
-    EXPECT_EQ(touched, 0U) << "motion over it publishes nothing";
+    EXPECT_EQ(touched, 0U) << "movements on a divider change nothing";
     desk.desktop.pressAt({1280, 700});
     passes(0.02);
     EXPECT_EQ(hands(), "hovered+dragged");
     EXPECT_EQ(moves({1480, 700}), "hovered+dragged");
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1474,10 12x1392");
     EXPECT_EQ(describeFrame(contents().tiles[0].windowFrame), "15,15 1454x1382");
-    EXPECT_EQ(*contents().tiles[0].footerFrame, makeRect(10, 1402, 1464, 28)) << "the footer is where the window is";
+    EXPECT_EQ(*contents().tiles[0].footerFrame, makeRect(10, 1402, 1464, 28)) << "the footer moves with the window";
     desk.desktop.releaseButton();
     desk.settle();
     EXPECT_EQ(moves({300, 700}), "-");
@@ -259,7 +259,7 @@ TEST_F(Overlay, UndoIsOfferedBesideTheMessageOfTheNewestStep) {
     passes(5);
     ASSERT_TRUE(contents().message);
     EXPECT_EQ(contents().message->text, "Scene fully restored");
-    EXPECT_EQ(contents().message->undoMethod, "undo") << "of the scene, though it ended later";
+    EXPECT_EQ(contents().message->undoMethod, "undo") << "reverts the scene, although its opening ended later";
 }
 
 TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {

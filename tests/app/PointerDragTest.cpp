@@ -46,7 +46,7 @@ class PointerFixture : public ::testing::Test {
         return *this;
     }
     std::vector<DividerHandle> handleFrames() {
-        desk.advance(Seconds(0)); // they are updated after the operation that moved them
+        desk.advance(Seconds(0)); // handles are updated after the operation that moved them
         return desk.desktop.handles();
     }
     std::string handles() {
@@ -101,7 +101,7 @@ TEST_F(DividerHandles, LeaveTheDesktopIconsOfAnEmptyDisplayFree) {
 }
 
 /// A Mac moves all windows aside when its wallpaper is clicked.
-TEST_F(DividerHandles, AndGuardsCoverAllOfTheDesktopBetweenWindows) {
+TEST_F(DividerHandles, TogetherWithGuardsCoverTheDesktopBetweenWindows) {
     desk.desktop.coverDesktopIcons();
     const auto areaOf = [](const CGRect& frame) { return frame.size.width * frame.size.height; };
     for (const char* layout : {"jarvis.dual-stack", "jarvis.command-center", "jarvis.dual-split"}) {
@@ -117,7 +117,8 @@ TEST_F(DividerHandles, AndGuardsCoverAllOfTheDesktopBetweenWindows) {
         const double sum = std::accumulate(all.begin(), all.end(), 0.0,
                                            [&](double area, const CGRect& each) { return area + areaOf(each); });
         // Handles of nested splits end at those of the outer ones, beside which they overlap by the inset.
-        EXPECT_NEAR(sum, areaOf(desk.desktop.screens().front().visibleFrame), 500) << "no handle lies over a window";
+        EXPECT_NEAR(sum, areaOf(desk.desktop.screens().front().visibleFrame), 500)
+            << "no handle or guard covers a window";
     }
     desk.desktop.userFocuses("Mail");
     desk.zoom();
@@ -148,7 +149,7 @@ TEST_F(DividerHandles, AreRemovedDuringFocusMode) {
     EXPECT_EQ(handles(), "1274,38 12x1392 - | 3514,398 12x1032 -");
 }
 
-TEST_F(DividerHandles, OfAnotherDisplayEndTheZoomAndAreDraggedAllTheSame) {
+TEST_F(DividerHandles, OfAnotherDisplayEndFocusModeAndCanBeDragged) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
     desk.desktop.userFocuses("Mail");
     desk.zoom();
@@ -178,7 +179,7 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     desk.settle();
     desk.expectTiles("Codex 15,15 1054x1382 | Mail 1091,15 1454x1382");
     EXPECT_EQ(newUndoSteps(), 1U);
-    // Along the other axis the pointer's coordinates run against those of the layout.
+    // On the vertical axis the pointer's coordinates grow upwards, those of the layout downwards.
     desk.layout("jarvis.quad-grid");
     const CGRect across = handleFrames()[1].frame;
     ASSERT_EQ(handleFrames()[1].axis, LayoutAxis::vertical) << handles();
@@ -206,7 +207,8 @@ TEST_F(DividerHandles, ForgetTheirWeightsWithADoubleClick) {
     presses({1480, 700}).releases();
     waits(0.5).presses({1480, 700}).releases();
     desk.settle();
-    desk.expectTiles("Codex 15,15 1454x1382 | Mail 1491,15 1054x1382"); // neither after a drag nor after a pause
+    desk.expectTiles(
+        "Codex 15,15 1454x1382 | Mail 1491,15 1054x1382"); // a press after a drag or a pause is no double click
     presses({1480, 700}).releases().waits(0.1).presses({1480, 700}).moves({1700, 700}).releases();
     desk.settle();
     desk.expectTiles(kHalves);
@@ -237,7 +239,7 @@ TEST_F(DividerHandles, LieUnderTheWindowsThatOverlapThem) {
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Notes")), "Notes 1200,650 400x300");
 }
 
-TEST_F(DividerHandles, PassAThousandMovementsOnAtMostSixtyOneTimesASecond) {
+TEST_F(DividerHandles, UpdateTheLayoutAtMostSixtyOneTimesASecond) {
     presses({1280, 700});
     const auto revision = *desk.state().layoutRevision;
     for (int i = 1; i <= 1000; ++i) {
@@ -253,13 +255,12 @@ TEST_F(DividerHandles, PassAThousandMovementsOnAtMostSixtyOneTimesASecond) {
 
 TEST_F(DraggedWindows, LandInTheTileWhereTheyAreDropped) {
     presses({1400, 30}).moves({1300, 100});
-    EXPECT_EQ(*desk.state().dropTarget, std::nullopt) << "nothing would come of it over its own tile";
+    EXPECT_EQ(*desk.state().dropTarget, std::nullopt) << "a window cannot be dropped on its own tile";
     moves({500, 300});
     EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main"));
     EXPECT_EQ(newUndoSteps(), 0U);
     releases();
-    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main"))
-        << "the window may not have reached its frame yet";
+    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main")) << "the window may still follow the pointer";
     desk.settle();
     EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
@@ -305,7 +306,7 @@ TEST_F(DraggedWindows, FloatWithShiftUntilTheyAreDroppedOnATileOrArranged) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DraggedWindows, TakeTheDividerAlongWithinMinimumsWhenPulledAtAnEdge) {
+TEST_F(DraggedWindows, ResizedAtAnEdgeMoveTheDividerWithinMinimumSizes) {
     presses({1268, 700}, WindowPart::rightEdge).moves({1468, 900}).releases();
     desk.settle();
     desk.expectTiles("Codex 15,15 1454x1382 | Mail 1491,15 1054x1382");
@@ -368,14 +369,14 @@ TEST_F(DraggedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DraggedWindows, AreNotThoseThatMoveUnderAnUnmovedPointer) {
+TEST_F(DraggedWindows, AreNotWindowsThatMoveByThemselvesUnderAnUnmovedPointer) {
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(300, 300, 800, 600));
     moves({1401, 31}).releases();
     EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
     desk.settle();
     desk.expectTiles(kHalves);
-    // Nor do clicks and selected text move anything.
+    // Clicks and selections of text do not move windows either.
     presses({400, 400}, WindowPart::nothing).moves({1900, 500}).releases();
     desk.settle();
     desk.expectTiles(kHalves);

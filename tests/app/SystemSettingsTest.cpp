@@ -29,7 +29,7 @@ class ScriptedLoginItem final : public LaunchAtLoginServicing {
     std::optional<std::string> unregisterAtLogin() override { return change(LaunchAtLoginStatus::notRegistered); }
 
     LaunchAtLoginStatus now = LaunchAtLoginStatus::notRegistered;
-    LaunchAtLoginStatus registered = LaunchAtLoginStatus::enabled; // what registering leads to
+    LaunchAtLoginStatus registered = LaunchAtLoginStatus::enabled; // the status after registering
     std::optional<std::string> problem;
 
   private:
@@ -66,13 +66,13 @@ TEST(LaunchAtLogin, ShowsTheStateOfTheSystemAfterTheRequest) {
     controller.setStartsAtLogin(true);
     expect(false, "Allow KOVA under System Settings → General → Login Items.", true, "KOVA registered as a login item");
     controller.refreshStatus();
-    EXPECT_TRUE(*controller.errorMessage()) << "the user has not allowed it yet";
+    EXPECT_TRUE(*controller.errorMessage()) << "the user has not approved it yet";
     item.now = LaunchAtLoginStatus::enabled;
     controller.refreshStatus();
     expect(true, std::nullopt, true, "KOVA registered as a login item");
 }
 
-/// A Dock with simulated commands: records what was run and answers as each test says.
+/// A Dock with simulated commands: records the commands and returns the results that each test sets.
 class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
   protected:
     ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments, Seconds) override {
@@ -111,7 +111,7 @@ class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
     CapturedLog log;
     std::deque<std::function<void()>> jobs;
     std::string commands;
-    std::string failure; // the end of the program that fails
+    std::string failure; // the end of the name of the command that fails
     bool isHidden = false;
     bool isSet = false;
 };
@@ -161,7 +161,7 @@ TEST_F(Dock, IsChangedAtTheStartOnlyIfTheUserChoseToHideIt) {
         std::optional<bool> chosen;
         bool isHidden;
         const char* commands;
-        bool shown; // by the switch
+        bool shown; // state of the switch
     };
     const std::vector<Case> cases = {
         {std::nullopt, false, "", false}, {std::nullopt, true, "", true}, {false, true, "", true},
@@ -217,7 +217,7 @@ TEST_F(Dock, IsOfferedToANewUserAndChangedOnlyIfAccepted) {
     EXPECT_EQ(takeCommands(), kHide);
 }
 
-TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
+TEST(Onboarding, IsShownUntilThePermissionIsGrantedAndNeverAgain) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     ScriptedOnboarding onboarding;
@@ -256,7 +256,7 @@ TEST(Onboarding, ShowsTheSystemsDialogFirstAndThenItsSettings) {
     desktop.setTrusted(true);
     desktop.queue().advance(Seconds(1));
     EXPECT_TRUE(*delegate.onboarding().isCompleted());
-    EXPECT_EQ(onboarding.timesClosed, 1) << "the permission came while it was shown";
+    EXPECT_EQ(onboarding.timesClosed, 1) << "the permission was granted while the dialog was open";
 }
 
 } // namespace

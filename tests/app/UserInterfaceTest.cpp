@@ -11,7 +11,7 @@
 namespace kova {
 namespace {
 
-class StandIn final : public UserInterfaceServicing {
+class FakeUserInterface final : public UserInterfaceServicing {
   public:
     std::optional<std::string> absence() const override { return missing; }
     void start(std::function<void(UserInterfaceEnd)> ended) override {
@@ -53,7 +53,7 @@ class UserInterface : public ::testing::Test {
 
     VirtualMainQueue queue;
     MemoryPreferencesStore preferences;
-    StandIn program;
+    FakeUserInterface program;
     std::optional<UserInterfaceController> controller{std::in_place, program, preferences, queue};
 };
 
@@ -76,19 +76,19 @@ TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndItIsSwitchedOn) {
     EXPECT_EQ(program.starts, 1);
     controller->setOn(false);
     EXPECT_EQ(controller->status(), UserInterfaceStatus{});
-    EXPECT_FALSE(controller->restart()) << "a user interface that is switched off is not restarted";
+    EXPECT_FALSE(controller->restart()) << "a program that is switched off is not restarted";
     controller->stop();
     controller.emplace(program, preferences, queue);
     controller->start();
-    EXPECT_EQ(program.process(), std::nullopt) << "the user interface was switched off before";
+    EXPECT_EQ(program.process(), std::nullopt) << "the program was switched off before";
     controller->setOn(true);
     EXPECT_NE(program.process(), std::nullopt);
     controller.reset();
-    EXPECT_EQ(program.process(), std::nullopt) << "the user interface ends with the agent";
+    EXPECT_EQ(program.process(), std::nullopt) << "the program ends with the agent";
     EXPECT_EQ(startsWithin(100), 0);
 }
 
-TEST_F(UserInterface, ACrashIsFollowedByAStartLaterEachTimeUntilTheFifthWithinAMinute) {
+TEST_F(UserInterface, CrashesDelayTheNextStartAndTheFifthWithinAMinutePreventsIt) {
     controller->start();
     for (const double delay : {1.0, 2.0, 4.0, 8.0}) {
         program.ends(unexpectedly);
@@ -103,7 +103,7 @@ TEST_F(UserInterface, ACrashIsFollowedByAStartLaterEachTimeUntilTheFifthWithinAM
     EXPECT_TRUE(controller->restart());
     EXPECT_EQ(controller->status().problem, std::nullopt);
     program.ends(unexpectedly);
-    EXPECT_EQ(startsWithin(1.01), 1) << "restarted by the user, it begins anew";
+    EXPECT_EQ(startsWithin(1.01), 1) << "a restart by the user resets the count";
     // Crashes that are further apart are not counted together.
     for (int i = 0; i < 10; ++i) {
         queue.advance(Seconds(60));
@@ -112,7 +112,7 @@ TEST_F(UserInterface, ACrashIsFollowedByAStartLaterEachTimeUntilTheFifthWithinAM
     }
 }
 
-TEST_F(UserInterface, AReportedProblemCountsUntilTheReporterEndsOrIsStartedAgain) {
+TEST_F(UserInterface, AReportedProblemHoldsUntilTheReporterDisconnectsOrIsRestarted) {
     controller->start();
     const auto reporter = std::make_shared<Reporter>();
     const auto report = [&] {
@@ -130,10 +130,10 @@ TEST_F(UserInterface, AReportedProblemCountsUntilTheReporterEndsOrIsStartedAgain
     EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
     EXPECT_EQ(controller->status().problem, std::nullopt);
     controller->reportProblem("older", std::make_shared<Reporter>());
-    EXPECT_EQ(verdict(), DiagnosticVerdict::fine) << "of a client that is gone";
+    EXPECT_EQ(verdict(), DiagnosticVerdict::fine) << "the reporting client has disconnected";
 }
 
-TEST_F(UserInterface, IsNotStartedOnceItIsClosedMissingOrSwitchedOff) {
+TEST_F(UserInterface, AClosedMissingOrSwitchedOffProgramIsNotStarted) {
     controller->start();
     program.ends(byItself);
     EXPECT_EQ(startsWithin(100), 0);
@@ -149,8 +149,8 @@ TEST_F(UserInterface, IsNotStartedOnceItIsClosedMissingOrSwitchedOff) {
     controller->setOn(true);
     EXPECT_EQ(program.starts, 4);
     program.ends(unexpectedly);
-    EXPECT_TRUE(controller->restart()) << "while a start is due";
-    EXPECT_EQ(startsWithin(100), 0) << "not twice";
+    EXPECT_TRUE(controller->restart()) << "a start is scheduled";
+    EXPECT_EQ(startsWithin(100), 0) << "it is not started twice";
 
     program.missing = "kova-ui is not installed";
     program.end();

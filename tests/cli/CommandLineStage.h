@@ -26,20 +26,20 @@ class CommandLine : public testing::Test, public AgentStage {
     }
     Result run(const std::vector<std::string>& words) {
         auto command = begin(words);
-        pressWhatIsAwaited(words);
+        pressAwaitedKey(words);
         const int code = command->wait();
         return {code, command->out, command->err};
     }
 
-    /// Where a command waits for a key, as a user would.
-    void pressWhatIsAwaited(const std::vector<std::string>& words) {
+    /// Presses a key if the command waits for one, as a user would.
+    void pressAwaitedKey(const std::vector<std::string>& words) {
         const auto has = [&](const char* word) { return std::ranges::find(words, word) != words.end(); };
         if (!has("record") || has("help") || has("--help")) return;
         EXPECT_TRUE(waitUntil([this] { runAgentOnce(); }, [this] { return *shortcuts.isRecording; }));
         desk.desktop.keyboard().press(keyCode::g, modifierFlag::control | modifierFlag::option);
     }
 
-    /// Commands that write a file write it here.
+    /// Commands write their files to this folder.
     void SetUp() override {
         std::filesystem::current_path(files.path());
         for (const char* home : {"HOME=", "XDG_STATE_HOME="}) environment.push_back(home + state.path().string());

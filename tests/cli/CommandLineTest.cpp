@@ -22,7 +22,7 @@ using Words = std::vector<std::string>;
 constexpr std::string_view kSubscribeToOverlay =
     R"({"jsonrpc": "2.0", "id": 1, "method": "subscribe", "params": {"topic": "overlay"}})";
 
-/// The words of a command as a shell would cut it, without the first.
+/// The words of a command as a shell splits it, without the first.
 Words wordsOf(const std::string& command) {
     Words words;
     bool isQuoted = false;
@@ -63,21 +63,22 @@ TEST_F(CommandLine, SaysWhenAChangeIsInMemoryOnly) {
 }
 
 TEST_F(CommandLine, NotificationsBeforeTheResponseAreRead) {
-    struct Hasty final : ControlHandling {
+    struct NotifiesFirst final : ControlHandling {
         void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>& peer,
                     ControlResponder respond) override {
             json shortcut = {{"action", "undo"}, {"title", "Undo"},     {"keys", "Ctrl+Z"},
                              {"label", "Z"},     {"conflict", nullptr}, {"isHeldByOther", true}};
-            const json told = {{"jsonrpc", "2.0"}, {"method", "claimed"}, {"params", {{"shortcut", shortcut}}}};
-            peer->send(told.dump());
+            const json notification = {{"jsonrpc", "2.0"}, {"method", "claimed"}, {"params", {{"shortcut", shortcut}}}};
+            peer->send(notification.dump());
             shortcut["isHeldByOther"] = false;
             respond(json{{"shortcut", shortcut}});
         }
     } other;
     endServer();
-    ControlServer answers(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(), other);
-    ASSERT_EQ(answers.start(), std::nullopt);
-    answers.serve();
+    ControlServer otherServer(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(),
+                              other);
+    ASSERT_EQ(otherServer.start(), std::nullopt);
+    otherServer.serve();
     auto command = begin({"shortcut", "set", "undo", "ctrl+z"});
     EXPECT_EQ(command->wait(), 0) << command->err;
     EXPECT_NE(command->out.find("another program"), std::string::npos) << command->out;
@@ -90,9 +91,10 @@ TEST_F(CommandLine, ResponsesOfAnotherVersionAreHandled) {
         }
     } other;
     endServer();
-    ControlServer answers(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(), other);
-    ASSERT_EQ(answers.start(), std::nullopt);
-    answers.serve();
+    ControlServer otherServer(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(),
+                              other);
+    ASSERT_EQ(otherServer.start(), std::nullopt);
+    otherServer.serve();
     for (const Words& words : {Words{"status"}, {"layout", "list"}, {"shortcut", "record", "undo"}, {"subscribe"}}) {
         auto command = begin(words);
         EXPECT_EQ(command->wait(), 1) << words[0];
@@ -117,24 +119,26 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
         for (const auto& line : documentedLines(KOVA_README, "sh", "kova ")) examples.push_back(line);
     }
     for (auto& example : examples) example = "kova " + example;
-    examples.emplace_back("kova layout select dual-split"); // whatever the documents have left
+    examples.emplace_back(
+        "kova layout select dual-split"); // independent of the layout that the documents' examples selected
     for (const cli::Verb& verb : cli::verbs()) {
         EXPECT_FALSE(verb.examples.empty()) << verb.name;
         for (const auto& example : linesOf(verb.examples)) examples.push_back(example);
     }
     ASSERT_GT(examples.size(), 30u);
-    auto drawing = client(); // what “ui show” asks
+    auto drawing = client(); // “ui show” needs a client
     drawing.ask(kSubscribeToOverlay);
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
-        if (example == "kova focus right") (void)run({"swap", "1"}); // what was learned may have put it elsewhere
+        if (example == "kova focus right")
+            (void)run({"swap", "1"}); // learned tiles may have placed the window elsewhere
         auto command = begin(words);
         if (words[0] == "subscribe") {
             EXPECT_TRUE(command->waitForOutput("windows")) << example;
             continue;
         }
-        pressWhatIsAwaited(words);
+        pressAwaitedKey(words);
         EXPECT_EQ(command->wait(), 0) << example << "\n" << command->err;
         EXPECT_FALSE(command->out.empty()) << example;
         const bool hasPrompt = words[0] == "shortcut" && words[1] == "record";
@@ -149,7 +153,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
     EXPECT_EQ(json::parse(run({"help", "--json"}).out).at("verbs").size(), cli::verbs().size());
     EXPECT_EQ(json::parse(run({"--json", "layout", "help"}).out).at("verbs").at(0).at("name"), "layout list");
     EXPECT_TRUE(json::parse(run({"--version", "--json"}).out).at("version").is_string());
-    auto drawing = client(); // what “ui show” asks
+    auto drawing = client(); // “ui show” needs a client
     drawing.ask(kSubscribeToOverlay);
     for (const cli::Verb& verb : cli::verbs()) {
         const std::string name(verb.name);
@@ -164,11 +168,11 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
         EXPECT_NE(asOption.out.find(verb.description.substr(0, 20)), std::string::npos);
         for (const auto& example : linesOf(verb.examples)) EXPECT_NE(asOption.out.find(example), std::string::npos);
 
-        const json told = json::parse(run(wordsOf("kova help " + name + " --json")).out).at("verb");
-        EXPECT_EQ(told.at("name"), name);
-        EXPECT_EQ(told.at("examples").size(), linesOf(verb.examples).size());
+        const json record = json::parse(run(wordsOf("kova help " + name + " --json")).out).at("verb");
+        EXPECT_EQ(record.at("name"), name);
+        EXPECT_EQ(record.at("examples").size(), linesOf(verb.examples).size());
         words.emplace_back("--json");
-        EXPECT_EQ(json::parse(run(words).out).at("verb"), told);
+        EXPECT_EQ(json::parse(run(words).out).at("verb"), record);
 
         if (verb.name == "subscribe" || verb.method.empty()) continue;
         words = wordsOf(linesOf(verb.examples).front());
@@ -328,7 +332,7 @@ TEST_F(CommandLine, OutputThatCannotBeWrittenIsAnError) {
     }
 }
 
-TEST_F(CommandLine, OpeningNothingStartsAnAgentUnlessOneRuns) {
+TEST_F(CommandLine, OpenWithoutAURLStartsAnAgentUnlessOneRuns) {
     files.write("kova-agent", "#!/bin/sh\necho started $#\n");
     std::filesystem::permissions("kova-agent", std::filesystem::perms::owner_all);
     environment.push_back("PATH=" + files.path().string() + ":/bin:/usr/bin");

@@ -1,4 +1,4 @@
-// What `kova` prints.
+// The output of `kova`.
 #include "cli/Terminal.h"
 #include "tests/cli/CommandLineStage.h"
 
@@ -32,7 +32,7 @@ In no tile:
                                            "tile     display-UUID-OF-A::focus-main\n"
                                            "display  display-UUID-OF-A\n");
     EXPECT_EQ(run({"verify"}).out, "2 windows are where requested.\n");
-    desk.desktop.userMoves("Mail", makeRect(1500, 100, 500, 400)); // and no poll has seen it yet
+    desk.desktop.userMoves("Mail", makeRect(1500, 100, 500, 400)); // before the next poll
     const Result drifted = run({"verify"});
     EXPECT_EQ(drifted.code, 1);
     EXPECT_EQ(drifted.out, R"(WINDOW        TILE            REQUESTED          ACTUAL            STATE
@@ -91,7 +91,7 @@ in force on A (2560×1440 points)
 Focus + Utility, jarvis.command-center
 as it would be on A (2560×1440 points)
 )");
-    // On a small display the margins and gaps are wide, and not drawn all the same.
+    // Margins and gaps are not drawn, even on a small display, where they are relatively wide.
     desk.display(800, 600, "Small");
     EXPECT_EQ(run({"layout", "show", "dual-stack", "--display", "Small"}).out,
               R"(┌──────────────────────────────────────┐
@@ -204,7 +204,7 @@ Stored; nothing shows it, as kova-ui does not run (see “kova ui status”).
     const std::string accents = run({"accent", "list"}).out;
     EXPECT_NE(accents.find("* REACTOR AMBER  reactor-amber    #FF9E1F  #FFD161\n"), std::string::npos) << accents;
 
-    // Each under its key, when it has changed, and there again at the next start.
+    // Each change is stored under its key and read at the next start.
     EXPECT_EQ(desk.preferences.string("KOVA.accentColor.v1"), "reactor-amber");
     EXPECT_EQ(desk.preferences.boolean("KOVA.useThemeBackground.v1"), true);
     EXPECT_FALSE(desk.preferences.contains("KOVA.showBrain.v1"));

@@ -1,4 +1,4 @@
-// What the shells offer while a command is typed.
+// Completion of commands in shells.
 #include "tests/cli/CommandRun.h"
 #include "tests/control/AgentStage.h"
 
@@ -57,7 +57,7 @@ class Completion : public testing::Test, public AgentStage {
 
 } // namespace
 
-TEST_F(Completion, OffersTheArgumentsOfTheVerb) {
+TEST_F(Completion, OffersTheWordsThatTheVerbAllows) {
     const std::vector<std::pair<Words, std::string>> cases = {
         {{"sta"}, "stack|status"},
         {{"layout", ""}, "list|fit|show|next|previous|select|reset-sizes|prefer|inset"},
@@ -95,7 +95,7 @@ TEST_F(Completion, OffersTheArgumentsOfTheVerb) {
     }
     EXPECT_EQ(outputOf(KOVA_COMMAND, {"--complete", "import", ""}), "\tfiles\n");
 
-    // Titles are other people's text.
+    // Titles come from other programs and may contain control characters.
     desk.desktop.setTitle("Notes", "a\nb\x1b]0;c\x07");
     desk.settle();
     EXPECT_EQ(outputOf(KOVA_COMMAND, {"--complete", "explain", "No"}), "Notes\ta?b?]0;c?\n");

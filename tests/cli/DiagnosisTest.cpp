@@ -27,7 +27,7 @@ class Diagnosis : public testing::Test, public AgentStage {
     std::unique_ptr<RunningCommand> begin(const std::vector<std::string>& words) {
         return std::make_unique<RunningCommand>(words, environment, [this] { runAgentOnce(); });
     }
-    /// What it printed, and "!" with its exit code and complaint when it failed.
+    /// The output of the command; on failure followed by "!", its exit code and its error text.
     std::string run(const std::vector<std::string>& words) {
         auto command = begin(words);
         const int code = command->wait();
@@ -80,7 +80,7 @@ TEST_F(Diagnosis, TheLogIsReadWithItsOlderFileAndFollowed) {
 
     auto following = begin({"log", "-f", "--level", "error"});
     EXPECT_TRUE(following->waitForOutput("a fault"));
-    std::filesystem::rename(path(kLogFolder + "agent.log"), path(kLogFolder + "agent.1.log")); // it has grown
+    std::filesystem::rename(path(kLogFolder + "agent.log"), path(kLogFolder + "agent.1.log")); // as at the size limit
     files.write(kLogFolder + "agent.log", "2024-02-29 12:35:00.000 error: another fault\n");
     EXPECT_TRUE(following->waitForOutput("another fault")) << following->out;
 }
@@ -119,11 +119,11 @@ TEST_F(Diagnosis, AReportContainsNoTextOfTheUser) {
     endServer();
     EXPECT_EQ(run({"bugreport", path("alone.txt")}).front(), 'T');
     const std::string alone = contentsOf(path("alone.txt"));
-    EXPECT_NE(alone.find("~/x is full"), std::string::npos) << "the log is there without an agent";
+    EXPECT_NE(alone.find("~/x is full"), std::string::npos) << "the log is read without an agent";
     EXPECT_NE(alone.find("no agent could be asked"), std::string::npos);
 }
 
-TEST(Redactor, AreTheSameForTheSameTextInOneReportOnly) {
+TEST(Redactor, UsesTheSameWordForTheSameTextWithinOneReportOnly) {
     const json tiles = {{"assigned", {{"d::left", "7:8"}}}, {"stacks", {{"d::left", {"7:8", "7:9"}}}}};
     const json record = {
         {"title", "Inbox"}, {"id", "7:8"},         {"unknownKey", "Inbox"}, {"list", {"Inbox", "Mail", 3}},

@@ -1,4 +1,4 @@
-// The question that is asked before all applications are ended, at a real terminal.
+// The confirmation before all applications are ended, at a real terminal.
 #include "tests/control/AgentStage.h"
 
 #include <gtest/gtest.h>
@@ -19,10 +19,11 @@ namespace kova {
 
 namespace {
 
-/// `kova force-quit-all` with a person at its terminal.
-class Dialogue {
+/// `kova force-quit-all` at a terminal at which the test types.
+class TerminalCommand {
   public:
-    Dialogue(const std::string& socketPath, std::function<void()> turn) : turn_(std::move(turn)) {
+    TerminalCommand(const std::string& socketPath, std::function<void()> runAgentOnce) :
+        runAgentOnce_(std::move(runAgentOnce)) {
         const std::string socket = "KOVA_SOCKET=" + socketPath;
         std::array<char*, 3> words{const_cast<char*>("kova"), const_cast<char*>("force-quit-all"), nullptr};
         std::array<char*, 3> variables{const_cast<char*>(socket.c_str()), const_cast<char*>("LANG=C.UTF-8"), nullptr};
@@ -33,18 +34,18 @@ class Dialogue {
         }
         fcntl(terminal_, F_SETFL, O_NONBLOCK);
     }
-    ~Dialogue() {
+    ~TerminalCommand() {
         if (process_ > 0) kill(process_, SIGKILL);
         if (process_ > 0) waitpid(process_, nullptr, 0);
         close(terminal_);
     }
-    Dialogue(const Dialogue&) = delete;
-    Dialogue& operator=(const Dialogue&) = delete;
+    TerminalCommand(const TerminalCommand&) = delete;
+    TerminalCommand& operator=(const TerminalCommand&) = delete;
 
     bool waitFor(const std::string& text) {
-        return waitUntil(turn_, [&] {
-            listen();
-            return heard_.find(text) != std::string::npos;
+        return waitUntil(runAgentOnce_, [&] {
+            readOutput();
+            return output_.find(text) != std::string::npos;
         });
     }
     void type(const std::string& text) {
@@ -53,31 +54,31 @@ class Dialogue {
     /// The exit code; negative when it does not end.
     int wait() {
         int status = -1;
-        const bool hasEnded = waitUntil(turn_, [&] {
-            listen();
+        const bool hasEnded = waitUntil(runAgentOnce_, [&] {
+            readOutput();
             return waitpid(process_, &status, WNOHANG) == process_;
         });
         if (!hasEnded) return -1;
         process_ = 0;
-        listen();
+        readOutput();
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    const std::string& heard() const { return heard_; }
+    const std::string& output() const { return output_; }
 
   private:
-    void listen() {
+    void readOutput() {
         std::array<char, 4096> piece;
         for (ssize_t length; (length = read(terminal_, piece.data(), piece.size())) > 0;) {
             for (const char c : std::string_view(piece.data(), static_cast<std::size_t>(length))) {
-                if (c != '\r') heard_ += c;
+                if (c != '\r') output_ += c;
             }
         }
     }
 
     int terminal_ = -1;
     pid_t process_ = 0;
-    std::function<void()> turn_;
-    std::string heard_;
+    std::function<void()> runAgentOnce_;
+    std::string output_;
 };
 
 class ForceQuitAll : public testing::Test, public AgentStage {};
@@ -85,32 +86,32 @@ class ForceQuitAll : public testing::Test, public AgentStage {};
 } // namespace
 
 TEST_F(ForceQuitAll, AsksForConfirmationAtTheTerminal) {
-    desk.desktop.launch("evil\x1b[2J\nKOVA", {}); // a name is other people's text
+    desk.desktop.launch("evil\x1b[2J\nKOVA", {}); // names come from other programs
     desk.settle();
     for (const char* answer : {"\n", "no\n", "yes please\n", "\x04"}) {
-        Dialogue dialogue(socketPath(), [this] { runAgentOnce(); });
-        ASSERT_TRUE(dialogue.waitFor("to force quit all: ")) << dialogue.heard();
-        EXPECT_EQ(dialogue.heard(), "Force Quit All Open Applications?\n"
+        TerminalCommand command(socketPath(), [this] { runAgentOnce(); });
+        ASSERT_TRUE(command.waitFor("to force quit all: ")) << command.output();
+        EXPECT_EQ(command.output(), "Force Quit All Open Applications?\n"
                                     "This immediately closes 4 applications. Unsaved changes will be lost. KOVA and "
                                     "Finder will stay open.\n\nevil?[2J KOVA\nMail\nNotes\nTerminal\n\n"
                                     "Type “yes” to force quit all: ");
-        dialogue.type(answer);
-        EXPECT_EQ(dialogue.wait(), 1) << answer;
-        EXPECT_NE(dialogue.heard().find("Nothing was force quit\n"), std::string::npos) << dialogue.heard();
+        command.type(answer);
+        EXPECT_EQ(command.wait(), 1) << answer;
+        EXPECT_NE(command.output().find("Nothing was force quit\n"), std::string::npos) << command.output();
         desk.settle();
         EXPECT_TRUE(desk.desktop.isRunning("Mail"));
     }
-    Dialogue dialogue(socketPath(), [this] { runAgentOnce(); });
-    ASSERT_TRUE(dialogue.waitFor("to force quit all: ")) << dialogue.heard();
-    dialogue.type("Yes\n");
-    EXPECT_EQ(dialogue.wait(), 0);
-    EXPECT_NE(dialogue.heard().find("Force quit:\n"), std::string::npos) << dialogue.heard();
+    TerminalCommand command(socketPath(), [this] { runAgentOnce(); });
+    ASSERT_TRUE(command.waitFor("to force quit all: ")) << command.output();
+    command.type("Yes\n");
+    EXPECT_EQ(command.wait(), 0);
+    EXPECT_NE(command.output().find("Force quit:\n"), std::string::npos) << command.output();
     desk.settle();
     EXPECT_TRUE(desk.desktop.livingWindows().empty());
 
-    Dialogue withoutApplications(socketPath(), [this] { runAgentOnce(); });
+    TerminalCommand withoutApplications(socketPath(), [this] { runAgentOnce(); });
     EXPECT_EQ(withoutApplications.wait(), 0);
-    EXPECT_EQ(withoutApplications.heard(),
+    EXPECT_EQ(withoutApplications.output(),
               "No Open Applications\nThere are no regular applications to close. KOVA and Finder are "
               "always kept open.\n");
 }

@@ -1,5 +1,5 @@
-// The examples of docs/formats.md are what the agent writes: each decodes, and encoding it again gives the same
-// members.
+// The examples of docs/formats.md have the format that the agent writes: each can be decoded, and encoding it again
+// gives the same members.
 #include "commands/KovaShortcutConfiguration.h"
 #include "layout/AutoArrangeLearning.h"
 #include "layout/LayoutCoding.h"
@@ -20,7 +20,7 @@ namespace kova {
 
 namespace {
 
-/// The page's blocks of JSON by the word behind the language's name.
+/// The page's blocks of JSON, by the word after “json” in their first line.
 std::map<std::string, std::string> examples() {
     std::ifstream page(KOVA_DOCS "/formats.md");
     EXPECT_TRUE(page);
@@ -63,7 +63,7 @@ std::string layoutAgain(std::string_view text) {
 
 } // namespace
 
-TEST(FormatsPage, ShowsTheRecordsThatAreWritten) {
+TEST(FormatsPage, HasExamplesInTheWrittenFormat) {
     using Codec = std::function<std::string(std::string_view)>;
     const std::map<std::string_view, Codec> codecs = {
         {preferenceKey::workspaceProfile,

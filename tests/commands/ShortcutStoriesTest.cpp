@@ -22,7 +22,7 @@ class Keys : public ::testing::Test {
         coordinator.installMonitors();
         desk.settle();
     }
-    /// Pressed and released once.
+    /// Presses and releases the key once.
     void press(std::uint16_t code, std::uint64_t flags) {
         keyboard.press(code, flags);
         desk.settle();
@@ -69,7 +69,7 @@ TEST_F(Keys, ArrangeAWindowThatWasOpenedJustBeforeAndActInTheOrderOfTheirPresses
     keyboard.press(keyCode::a, kFocus);
     keyboard.press(keyCode::z, kFocus);
     desk.settle();
-    desk.expectMessage("Last window action undone"); // after the arrangement, which a poll held up
+    desk.expectMessage("Last window action undone"); // after the arrangement, which waited for a poll
 }
 
 TEST_F(Keys, OneOfThemPausesAndResumes) {
@@ -107,10 +107,10 @@ TEST_F(Keys, DriveTheWholeWorkspace) {
     desk.expectMessage("Windows arranged into zones — Undo is available");
     EXPECT_TRUE(keyboard.takeTyped().empty());
     press(keyCode::a, 0);
-    EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "keys without a shortcut are typed";
+    EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "a key without a shortcut is typed";
 }
 
-TEST_F(Keys, ChangeTheLayoutOfTheFocusedWindowsDisplayOnceWhileHeld) {
+TEST_F(Keys, HeldDownChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B");
     const DisplayID other = desk.displayIDOf("B");
     desk.desktop.movePointer(CGPoint{3000, 500}); // over the other display
@@ -123,22 +123,22 @@ TEST_F(Keys, ChangeTheLayoutOfTheFocusedWindowsDisplayOnceWhileHeld) {
     EXPECT_EQ(layout(), "jarvis.dual-split");
 }
 
-TEST_F(Keys, AreKeptFromOurOwnWindowsEvenWhenRefused) {
+TEST_F(Keys, AreNotTypedIntoOwnWindowsEvenIfRefused) {
     keyboard.setFocus(SimulatedKeyboard::Focus::ownWindow);
     desk.desktop.setLocked(true);
     desk.settle();
     press(keyCode::a, kFocus);
-    EXPECT_TRUE(keyboard.takeTyped().empty()) << "refused, and kept from the text field all the same";
+    EXPECT_TRUE(keyboard.takeTyped().empty()) << "the action is refused, and the key is not typed into the text field";
     press(keyCode::a, modifierFlag::shift);
     keyboard.repeat(keyCode::a, kFocus);
     EXPECT_EQ(keyboard.takeTyped().size(), 2U);
 }
 
-TEST_F(Keys, ArriveOnceEachWithOneSetOfMonitorsAndNotWithout) {
+TEST_F(Keys, ActOnceEachWithMonitorsAndNotWithoutThem) {
     coordinator.installMonitors();
     keyboard.press(keyCode::right, kFocus);
     desk.settle();
-    EXPECT_EQ(layout(), "jarvis.dual-stack") << "installed twice, heard once";
+    EXPECT_EQ(layout(), "jarvis.dual-stack") << "installed twice, the monitors report once";
     // A press that is delivered after the monitors were removed has no effect.
     keyboard.press(keyCode::right, kFocus);
     coordinator.removeMonitors();
@@ -152,11 +152,11 @@ TEST_F(Keys, ArriveOnceEachWithOneSetOfMonitorsAndNotWithout) {
     EXPECT_EQ(layout(), "jarvis.dual-split");
 }
 
-TEST_F(Keys, FollowTheConfigurationAndWaitWhileOneIsRecorded) {
+TEST_F(Keys, FollowTheConfigurationAndHaveNoEffectDuringARecording) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::f5, modifierFlag::command, "F5"}}, KovaShortcutAction::nextLayout));
     ASSERT_TRUE(settings.setShortcut({{keyCode::q, kFocus, "Q"}}, KovaShortcutAction::commandCenter));
     EXPECT_FALSE(keyboard.claimed().contains({keyCode::right, kFocus}));
-    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "no monitor would report it";
+    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "the action has no effect";
     press(keyCode::q, kFocus);
     press(keyCode::right, kFocus);
     EXPECT_EQ(keyboard.takeTyped().size(), 2U);
@@ -179,7 +179,7 @@ TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
     keyboard.holdByOther(right);
     coordinator.installMonitors();
     desk.settle();
-    // Neither a recording nor a new start is news.
+    // Neither a recording nor a new start is logged again.
     settings.isRecording.set(true);
     Subscription recording = keyboard.recordKeys([](const KeyPress&) { return false; }, [](const std::string&) {});
     desk.settle();
@@ -201,7 +201,7 @@ TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
     EXPECT_EQ(layout(), "jarvis.dual-stack");
 }
 
-TEST_F(Keys, AlsoReachTheFocusedWindowWhereMonitorsOnlyListen) {
+TEST_F(Keys, AlsoReachTheFocusedWindowIfMonitorsOnlyObserve) {
     keyboard.setDelivery(SimulatedKeyboard::Delivery::observed);
     press(keyCode::right, kFocus);
     EXPECT_EQ(layout(), "jarvis.dual-stack");

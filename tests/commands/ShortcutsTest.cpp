@@ -68,7 +68,7 @@ TEST(Shortcuts, AreStoredWithEveryChangeAndRestored) {
         for (const auto action : kShortcutActions) EXPECT_TRUE(settings.setShortcut(std::nullopt, action));
         EXPECT_EQ(storedText(store), R"({"additional":{}})");
         EXPECT_TRUE(settings.setShortcut({{0, kControlOption, "Q"}}, arrangeWindows));
-        EXPECT_TRUE(settings.setShortcut({{11, 0x180100, "B"}}, undo)); // with a bit that no shortcut asks for
+        EXPECT_TRUE(settings.setShortcut({{11, 0x180100, "B"}}, undo)); // with a bit that shortcuts do not use
         EXPECT_EQ(storedText(store),
                   R"({"additional":{"undo":{"keyCode":11,"keyLabel":"B","modifierFlagsRawValue":1572864}},)"
                   R"("arrangeWindows":{"keyCode":0,"keyLabel":"Q","modifierFlagsRawValue":786432}})");
@@ -82,7 +82,7 @@ TEST(Shortcuts, AreStoredWithEveryChangeAndRestored) {
     EXPECT_EQ(*KovaShortcutSettings(store).configuration, KovaShortcutConfiguration::standard());
 }
 
-TEST(Shortcuts, AreTheDefaultsIfTheStoredOnesCannotBeRead) {
+TEST(Shortcuts, AreTheDefaultsIfTheStoredConfigurationCannotBeRead) {
     const std::string good = R"({"keyCode":1,"modifierFlagsRawValue":262144,"keyLabel":"S"})";
     const std::vector<std::string> unreadable = {
         "{",
@@ -100,7 +100,7 @@ TEST(Shortcuts, AreTheDefaultsIfTheStoredOnesCannotBeRead) {
         store.setValue(kKey, PreferenceData{text});
         EXPECT_EQ(*KovaShortcutSettings(store).configuration, KovaShortcutConfiguration::standard()) << text;
     }
-    // Missing and unknown members are no errors; a missing action stays without a shortcut.
+    // Missing and unknown members are not errors; a missing action has no shortcut.
     MemoryPreferencesStore store;
     store.setValue(kKey, PreferenceData{R"({"nextLayout":)" + good + R"(,"previousLayout":null,"later":1})"});
     const KovaShortcutSettings settings(store);
@@ -126,7 +126,7 @@ TEST(Shortcuts, OfAnotherActionAreRefused) {
     const KovaShortcut ofFocusLeft{4, kControlOption, "H"};
     EXPECT_FALSE(settings.setShortcut(ofFocusLeft, undo));
     EXPECT_EQ(settings.shortcut(undo)->keyLabel, "Z");
-    EXPECT_TRUE(settings.setShortcut(ofFocusLeft, focusLeft)) << "its own";
+    EXPECT_TRUE(settings.setShortcut(ofFocusLeft, focusLeft)) << "the shortcut is its own";
     EXPECT_EQ(settings.conflictingAction({4, 0x40000, "H"}, undo), std::nullopt) << "with other modifiers";
     // Of several, the first in the order of the actions.
     KovaShortcutConfiguration twice = *settings.configuration;
@@ -159,7 +159,7 @@ TEST(ShortcutRecorder, RecordsClearsCancelsOrRefusesEachPress) {
         {{33, 0x40000, false, "å"}, {Outcome::recorded, ""}, {{33, 0x40000, "Å"}}},
         {{93, 0x40000, false, ""}, {Outcome::recorded, ""}, {{93, 0x40000, "Key (event.keyCode)"}}},
         {{76, 0x40000, false, "\x03\r"}, {Outcome::recorded, ""}, {{76, 0x40000, "Key (event.keyCode)"}}},
-        {{6, kControlOption, false, "z"}, {Outcome::recorded, ""}, before}, // its own
+        {{6, kControlOption, false, "z"}, {Outcome::recorded, ""}, before}, // the action's own shortcut
         {{4, kControlOption, false, "h"}, {Outcome::refused, "This shortcut is already used by “Focus Left”."}, before},
         {{0, kControlOption, false, "a"},
          {Outcome::refused, "This shortcut is already used by “Arrange Windows into Zones”."},
@@ -207,7 +207,7 @@ TEST(ShortcutMatching, PicksTheFirstActionWithTheSameKeyAndModifiers) {
     EXPECT_EQ(actionOf(37, kControlOption | 0x100000), std::nullopt);
     EXPECT_EQ(actionOf(37, 0x40000), std::nullopt);
     EXPECT_EQ(actionOf(6, kControlOptionShift), std::nullopt);
-    EXPECT_EQ(actionOf(8, 0x40000), std::nullopt) << "of an action that does nothing";
+    EXPECT_EQ(actionOf(8, 0x40000), std::nullopt) << "the action has no effect";
     EXPECT_EQ(actionOf(9, 0x180000), nextLayout) << "the first of three";
     configuration.setShortcut(std::nullopt, nextLayout);
     EXPECT_EQ(actionOf(9, 0x180000), focusLeft);

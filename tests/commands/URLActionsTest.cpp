@@ -1,4 +1,4 @@
-// URLs, well-meant and hostile ones, and the intents that are made of them.
+// Valid, invalid and hostile URLs, and the intents that use URLs.
 #include "commands/Intents.h"
 #include "commands/URLHandler.h"
 #include "support/Log.h"
@@ -13,7 +13,7 @@
 namespace kova {
 namespace {
 
-std::string describe(const WindowCommand& asked) {
+std::string describe(const WindowCommand& wanted) {
     const auto step = [](const DisplayChoice& display) {
         return std::get<DisplayStep>(display) == DisplayStep::next ? "next" : "previous";
     };
@@ -29,11 +29,11 @@ std::string describe(const WindowCommand& asked) {
             [](const command::Tile&) { return std::string("tile"); },
             [](const auto&) { return std::string("another command"); },
         },
-        asked);
+        wanted);
 }
 
 /// "arrange", "focus left", "scene Deep Work"; "-" for nothing.
-std::string asked(std::string_view url) {
+std::string actionOf(std::string_view url) {
     const auto parsed = parseURLAction(url);
     if (!parsed) return "-";
     if (const auto* scene = std::get_if<OpenSceneNamed>(&*parsed)) return "scene " + scene->name;
@@ -48,7 +48,7 @@ std::string asked(std::string_view url) {
                           [](const action::ToggleFocusZoom&) { return std::string("zoom"); },
                           [](const action::Arrange&) { return std::string("arrange"); },
                           [](const action::Undo&) { return std::string("undo"); },
-                          [](const auto&) { return std::string("what no URL may ask for"); },
+                          [](const auto&) { return std::string("an action that URLs must not have"); },
                       },
                       std::get<WorkspaceAction>(*parsed));
 }
@@ -73,7 +73,7 @@ TEST(URLActions, ActionOfEachURL) {
         {"kova://action/move/display/Previous", "move display previous"},
         {"kova://scene/Deep%20Work", "scene Deep Work"},
         {"kova://Scene/deep work", "scene deep work"},
-        // Ways of writing it that a person or a program may choose.
+        // Other spellings of valid URLs.
         {"kova:action/undo", "undo"},
         {"kova:/action/undo", "undo"},
         {"kova:///action/undo", "undo"},
@@ -90,7 +90,7 @@ TEST(URLActions, ActionOfEachURL) {
         {"kova://scene/M%C3%BCller", "scene Müller"},
         {"kova://scene/Müller", "scene Müller"},
         {"kova://scene/one%0Atwo", "scene one\ntwo"},
-        // Nothing that there is.
+        // Unknown actions.
         {"", "-"},
         {"kova", "-"},
         {"kova:", "-"},
@@ -123,7 +123,7 @@ TEST(URLActions, ActionOfEachURL) {
         {"kova://[::1]/undo", "-"},
         {"kova://act\u0130on/undo", "-"},
         {"\u212Aova://action/undo", "-"}, // the Kelvin sign becomes a k in Unicode's lower case
-        // Broken or treacherous.
+        // Malformed or misleading URLs.
         {"kova://scene/Deep%2", "-"},
         {"kova://scene/Deep%", "-"},
         {"kova://scene/Deep%2gWork", "-"},
@@ -142,18 +142,18 @@ TEST(URLActions, ActionOfEachURL) {
         {"kova://scene/" + std::string(4096 - 12, 'x'), "-"},
         {"kova://action/undo?" + std::string(1 << 20, 'x'), "-"},
     };
-    for (const auto& [url, expected] : cases) EXPECT_EQ(asked(url), expected) << url;
+    for (const auto& [url, expected] : cases) EXPECT_EQ(actionOf(url), expected) << url;
 }
 
-TEST(Intents, HaveTheEffectOfTheirURLs) {
-    EXPECT_EQ(asked(intentURL(kArrangeIntent)), "arrange");
-    EXPECT_EQ(asked(intentURL(kUndoIntent, "ignored")), "undo");
-    EXPECT_EQ(asked(intentURL(kFocusZoomIntent)), "zoom");
+TEST(Intents, HaveURLsWithTheirEffect) {
+    EXPECT_EQ(actionOf(intentURL(kArrangeIntent)), "arrange");
+    EXPECT_EQ(actionOf(intentURL(kUndoIntent, "ignored")), "undo");
+    EXPECT_EQ(actionOf(intentURL(kFocusZoomIntent)), "zoom");
     EXPECT_EQ(intentURL(kOpenSceneIntent, "Deep Work"), "kova://scene/Deep%20Work");
     EXPECT_EQ(intentDialog(kOpenSceneIntent, "Deep Work"), "KOVA is restoring “Deep Work”");
     EXPECT_EQ(intentDialog(kUndoIntent, "ignored"), "KOVA restored the previous workspace state.");
     for (const AppShortcut& shortcut : kAppShortcuts) {
-        EXPECT_FALSE(shortcut.intent.parameter) << "there is no dialog for it: " << shortcut.shortTitle;
+        EXPECT_FALSE(shortcut.intent.parameter) << "no dialog asks for a parameter: " << shortcut.shortTitle;
     }
 }
 
@@ -195,7 +195,7 @@ RC_GTEST_PROP(Intents, EverySceneIsReachedByItsURL, ()) {
                                                      "..", "\n", "\x7F", "ä", "漢", "😀", "“");
     std::string name;
     for (const auto& each : *rc::gen::nonEmpty(rc::gen::container<std::vector<std::string>>(piece))) name += each;
-    RC_ASSERT(asked(intentURL(kOpenSceneIntent, name)) == "scene " + name);
+    RC_ASSERT(actionOf(intentURL(kOpenSceneIntent, name)) == "scene " + name);
 }
 #endif
 
@@ -213,10 +213,10 @@ TEST(URLHandler, DrivesTheWorkspace) {
     desk.settle();
     EXPECT_EQ(desk.tiles(), arranged);
 
-    // What asks for nothing changes nothing and says nothing, focus mode included.
+    // A URL without a known action changes nothing and shows no message, even in focus mode.
     EXPECT_EQ(urls.handle("kova://action/zoom").verdict, done);
     desk.settle();
-    desk.advance(Seconds(5)); // what was said is no longer shown
+    desk.advance(Seconds(5)); // the message is no longer shown
     for (const char* url : {"kova://action/focus/diagonal", "kova://scene/Leisure", "mailto:a@example.org"}) {
         EXPECT_NE(urls.handle(url).verdict, done) << url;
     }
