@@ -38,11 +38,11 @@ TEST_F(AgentLife, ALimitOnFileSizesDoesNotEndTheAgent) {
     setrlimit(RLIMIT_FSIZE, &before);
     ASSERT_TRUE(session.agentAnswers());
     EXPECT_EQ(session.kova({"layout", "select", "dual-split"}).exitCode, 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1500)); // by then the change was to be written
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500)); // longer than the delay before the change is written
     EXPECT_EQ(session.kova({"status"}).exitCode, 0);
 }
 
-/// Each has a runtime folder, and so a socket, of its own.
+/// Each agent has its own runtime folder, and therefore its own socket.
 TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
     PrivateServer server("800x600", ClientProcessNumbers::told);
     Session session(server.folder(), server.displayName());
@@ -57,7 +57,7 @@ TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
                                  server.displayName() + "”\n");
     session.signalAgent(SIGKILL);
     ASSERT_TRUE(session.waitForAgent());
-    session.startAgent(); // the claim went with the agent
+    session.startAgent(); // the claim ended with the agent
     EXPECT_TRUE(session.agentAnswers());
 }
 
@@ -70,7 +70,7 @@ TEST_F(AgentLife, OnlyOneAgentManagesASessionAndSignalsEndItCleanly) {
         const auto second = session.run({KOVA_AGENT});
         EXPECT_EQ(second.exitCode, 5);
         EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages this session\n");
-        EXPECT_EQ(session.kova({"status"}).exitCode, 0); // the first one goes on
+        EXPECT_EQ(session.kova({"status"}).exitCode, 0); // the first agent still runs
 
         if (signal != 0) {
             session.signalAgent(signal);
@@ -92,7 +92,7 @@ TEST_F(AgentLife, TheFirstCommandFindsExistingWindows) {
     for (int i = 0; i < 40; ++i) client.open({.title = std::to_string(i)});
     for (int start = 0; start < 5; ++start) {
         const std::string home =
-            server.folder() + "/" + std::to_string(start); // a new home, so that no former session is restored
+            server.folder() + "/" + std::to_string(start); // a new home, so that no earlier session is restored
         std::filesystem::create_directory(home);
         Session session(home, server.displayName());
         session.startAgent();
@@ -104,7 +104,7 @@ TEST_F(AgentLife, TheFirstCommandFindsExistingWindows) {
     }
 }
 
-TEST_F(AgentLife, AKilledAgentIsFollowedByTheNext) {
+TEST_F(AgentLife, AnAgentStartsAfterAnotherWasKilled) {
     PrivateServer server("800x600");
     Session session(server.folder(), server.displayName());
     session.startAgent();
@@ -115,19 +115,19 @@ TEST_F(AgentLife, AKilledAgentIsFollowedByTheNext) {
     EXPECT_TRUE(session.agentAnswers());
 }
 
-TEST_F(AgentLife, AnAgentThatIsKilledHasKeptTheLastValueThatItAcknowledged) {
+TEST_F(AgentLife, AKilledAgentHasStoredTheLastValueThatItAcknowledged) {
     PrivateServer server("800x600");
     Session session(server.folder(), server.displayName());
     const auto seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    int value = 0; // the one that was acknowledged last
+    int value = 0; // acknowledged last
     for (int round = 0; round < 8; ++round) {
         session.startAgent();
         ASSERT_TRUE(session.agentAnswers());
         const std::string reported = session.query("state").at("settings").at("tileInset").dump();
         const double kept = std::stod(reported);
-        // A change that was on its way may have been kept as well.
+        // A change that was not acknowledged yet may have been stored as well.
         EXPECT_TRUE(round == 0 || kept == value || kept == (value + 1) % 100) << kept << " for " << value;
         const auto set = [&](int points) {
             return session.kova({"layout", "inset", std::to_string(points)}).exitCode == 0;
@@ -183,8 +183,8 @@ TEST_F(AgentLife, EndsWhenTheServerDoes) {
     EXPECT_FALSE(std::filesystem::exists(session.socket()));
 }
 
-TEST_F(AgentLife, WithoutXItSaysWhyNothingMoves) {
-    const PrivateServer elsewhere("640x480"); // for its folder
+TEST_F(AgentLife, WithoutXTheAgentSaysWhyItCannotMoveWindows) {
+    const PrivateServer elsewhere("640x480"); // only its folder is used
     {
         Session session(elsewhere.folder(), "");
         session.startAgent();
@@ -214,13 +214,13 @@ TEST_F(AgentLife, InAWaylandSessionStatusSaysThatOnlyXWindowsAreManaged) {
         session.startAgent();
         ASSERT_TRUE(session.agentAnswers());
         for (const char* verb : {"status", "doctor"}) {
-            const auto told = session.kova({verb}).output;
-            EXPECT_NE(told.find("This is a Wayland session: only windows of X11"), std::string::npos) << told;
+            const auto output = session.kova({verb}).output;
+            EXPECT_NE(output.find("This is a Wayland session: only windows of X11"), std::string::npos) << output;
         }
     }
 }
 
-TEST_F(AgentLife, ExplainsItself) {
+TEST_F(AgentLife, PrintsItsVersionItsHelpAndWrongArguments) {
     const PrivateServer elsewhere("640x480");
     const Session session(elsewhere.folder(), "");
     EXPECT_EQ(session.run({KOVA_AGENT, "--version"}).output, "kova-agent " KOVA_VERSION "\n");

@@ -120,17 +120,17 @@ class DarkScreens : public ::testing::Test {
         const auto finished = session_->run({"xset", "dpms", "force", level});
         ASSERT_EQ(finished.exitCode, 0) << finished.output;
     }
-    /// How often the agent has said so in its log.
+    /// How often the text occurs in the agent's log.
     int count(const std::string& text) const {
         const std::string log = contentsOf(server_->folder() + "/state/kova/agent.log");
         int count = 0;
         for (std::size_t at = 0; (at = log.find(text, at)) != std::string::npos; at += text.size()) ++count;
         return count;
     }
-    bool hasSlept(int times) const {
+    bool wasSuspended(int times) const {
         return eventually([&] { return count("workspace suspended") == times; });
     }
-    bool hasWoken(int times) const {
+    bool wasResumed(int times) const {
         return eventually([&] { return count("workspace resumed") == times; });
     }
     std::string picture() {
@@ -157,31 +157,31 @@ TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreOnAgain) {
     EXPECT_NE(session_->kova({"doctor"}).output.find("Dark screens are noticed"), std::string::npos);
     const std::string before = picture();
     power("standby");
-    ASSERT_TRUE(hasSlept(1));
+    ASSERT_TRUE(wasSuspended(1));
     EXPECT_EQ(session_->kova({"arrange"}).exitCode, 1);
-    power("off"); // another level of off is the same
+    power("off"); // a change between levels of off is ignored
     session_->run({"xdotool", "mousemove", "9", "9"});
-    ASSERT_TRUE(hasWoken(1));
+    ASSERT_TRUE(wasResumed(1));
     EXPECT_EQ(session_->kova({"arrange"}).exitCode, 0);
     settle();
     EXPECT_EQ(picture(), before);
 
-    // The screen saver was active before and stays so when the screens go on: no event reports either.
+    // The screen saver was active before and remains active when the screens are switched on: no event reports that.
     session_->run({"xset", "s", "activate"});
     power("off");
-    ASSERT_TRUE(hasSlept(2));
+    ASSERT_TRUE(wasSuspended(2));
     power("on");
-    ASSERT_TRUE(hasWoken(2));
+    ASSERT_TRUE(wasResumed(2));
 
     // An agent that starts while the screens are off.
     power("off");
-    ASSERT_TRUE(hasSlept(3));
+    ASSERT_TRUE(wasSuspended(3));
     session_->signalAgent(SIGKILL);
     ASSERT_TRUE(session_->waitForAgent());
     startAgent();
-    ASSERT_TRUE(hasSlept(4));
+    ASSERT_TRUE(wasSuspended(4));
     power("on");
-    ASSERT_TRUE(hasWoken(3));
+    ASSERT_TRUE(wasResumed(3));
     settle();
     EXPECT_EQ(picture(), before);
     EXPECT_EQ(count("workspace suspended"), 4);
@@ -191,13 +191,13 @@ TEST_F(DarkScreens, MayDisconnectAndReturnLate) {
     const std::string before = picture();
     drawing_->takeConfigureCount(windows_);
     power("off");
-    ASSERT_TRUE(hasSlept(1));
+    ASSERT_TRUE(wasSuspended(1));
     session_->run({"xrandr", "--delmonitor", "right"});
-    // Much longer than a display may be away from a workspace that is not suspended.
+    // Much longer than a workspace that is not suspended waits for a disconnected display.
     sleep(3);
     EXPECT_EQ(drawing_->takeConfigureCount(windows_), 0);
     power("on");
-    ASSERT_TRUE(hasWoken(1));
+    ASSERT_TRUE(wasResumed(1));
     ASSERT_TRUE(eventually([&] { return session_->query("displays").size() == 1; }));
     plugIn("right", "640/170x800/210+640+0");
     ASSERT_TRUE(eventually([&] { return session_->query("displays").size() == 2; }));

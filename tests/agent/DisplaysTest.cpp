@@ -42,7 +42,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
         std::string all;
         for (const auto window : windows_) {
             const CGRect frame = drawing_.outerFrame(window);
-            all += std::to_string(window) + (drawing_.isViewable(window) ? " at " : " away at ") +
+            all += std::to_string(window) + (drawing_.isViewable(window) ? " at " : " hidden at ") +
                    std::to_string(minX(frame)) + "," + std::to_string(minY(frame)) + " " +
                    std::to_string(frame.size.width) + "x" + std::to_string(frame.size.height) + "\n";
         }
@@ -69,7 +69,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
 };
 
 TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
-    // Standby looks like an unplugged cable: no window moves.
+    // Standby looks like an unplugged cable, so no window moves at once.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     plugIn("right", "960/254x1080/285+960+0");
@@ -86,7 +86,7 @@ TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
     ASSERT_TRUE(hasDisplays(2));
     EXPECT_TRUE(isAsBefore());
 
-    // Another resolution, and the old one again.
+    // The display gets another resolution, and then the old one again.
     unplug("right");
     plugIn("right", "640/170x720/190+960+0");
     EXPECT_TRUE(eventually([&] { return picture() != picture_; }));

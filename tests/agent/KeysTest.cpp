@@ -19,18 +19,19 @@ class Keyboard : public TwoWindows {
         return client_.isViewable(window) ? std::to_string(std::lround(minX(client_.outerFrame(window)))) : "away";
     }
     std::string places() const { return place(left_) + " " + place(right_); }
-    bool standAt(const std::string& expected) {
-        const bool does = eventually([&] { return places() == expected; });
-        if (!does) ADD_FAILURE() << places() << " instead of " << expected << session_.kova({"query", "tiles"}).output;
-        return does;
+    bool placesBecome(const std::string& expected) {
+        const bool isReached = eventually([&] { return places() == expected; });
+        if (!isReached)
+            ADD_FAILURE() << places() << " instead of " << expected << session_.kova({"query", "tiles"}).output;
+        return isReached;
     }
     std::string layout() const { return session_.query("displays")[0]["layout"]["id"]; }
     bool layoutBecomes(const std::string& expected) {
-        const bool does = eventually([&] { return layout() == expected; });
-        if (!does) ADD_FAILURE() << layout() << " instead of " << expected;
-        return does;
+        const bool isReached = eventually([&] { return layout() == expected; });
+        if (!isReached) ADD_FAILURE() << layout() << " instead of " << expected;
+        return isReached;
     }
-    /// `kova shortcut record`, with keys pressed once it listens; they are pressed again until it has ended.
+    /// Runs `kova shortcut record` and presses the keys while it records, repeatedly until it has ended.
     Finished record(const std::string& action, const std::string& keys) {
         auto recording = std::async(std::launch::async, [&] { return session_.kova({"shortcut", "record", action}); });
         const auto hasEnded = [&] { return recording.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
@@ -61,12 +62,12 @@ TEST_P(Keyboard, ArrangesMovesAndUndoesWithAnyLockOn) {
         press("ctrl+alt+Return");
         EXPECT_TRUE(eventually([&] { return client_.outerFrame(right_).size.width > 1200; })) << places();
         press("ctrl+alt+Return");
-        standAt("15 651");
+        placesBecome("15 651");
         press("ctrl+alt+shift+h");
-        standAt("away 15");
+        placesBecome("away 15");
         press("ctrl+alt+z");
-        standAt("15 651");
-        // The next round begins once the agent has seen that it is back.
+        placesBecome("15 651");
+        // The next round begins once the agent has noticed that the window is restored.
         EXPECT_TRUE(eventually([&] {
             return std::ranges::none_of(session_.query("windows"),
                                         [](const auto& w) { return w["isMinimized"] == true; });
@@ -74,8 +75,8 @@ TEST_P(Keyboard, ArrangesMovesAndUndoesWithAnyLockOn) {
     }
 }
 
-TEST_P(Keyboard, NamesCombinationsOfOtherProgramsAndTheOthersWork) {
-    // Openbox holds the arrows for its own desktops.
+TEST_P(Keyboard, NamesCombinationsThatOtherProgramsHold) {
+    // Openbox holds the combinations with arrows to switch desktops.
     const auto status = session_.kova({"status"}).output;
     EXPECT_EQ(status.find("Ctrl+Alt+Right (Next Layout) is held by another program") != std::string::npos, isManaged())
         << status;
@@ -96,7 +97,7 @@ TEST_P(Keyboard, NamesCombinationsOfOtherProgramsAndTheOthersWork) {
     layoutBecomes("jarvis.dual-stack");
 }
 
-TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
+TEST_P(Keyboard, RecordsAndStoresAShortcut) {
     auto recorded = record("nextLayout", "shift+n ctrl+alt+a super+n");
     EXPECT_EQ(recorded.exitCode, 0);
     EXPECT_NE(recorded.output.find("Type Shortcut…\n"), std::string::npos);
@@ -104,7 +105,8 @@ TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
               std::string::npos);
     EXPECT_NE(recorded.output.find("“Next Layout”: Super+N\n"), std::string::npos) << recorded.output;
     EXPECT_EQ(record("previousLayout", "Escape").exitCode, 1);
-    EXPECT_NE(record("focusZoom", "ctrl+c").output.find(": Ctrl+C\n"), std::string::npos) << "only Escape ends it";
+    EXPECT_NE(record("focusZoom", "ctrl+c").output.find(": Ctrl+C\n"), std::string::npos)
+        << "only Escape cancels the recording";
     EXPECT_NE(record("undo", "ctrl+Delete").output.find("“Undo Window Action” has no shortcut."), std::string::npos);
     press("super+n");
     layoutBecomes("jarvis.dual-stack");
@@ -113,7 +115,7 @@ TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
     ASSERT_TRUE(session_.waitForAgent());
     session_.startAgent();
     ASSERT_TRUE(session_.agentAnswers());
-    std::string list = session_.kova({"shortcut", "list"}).output; // without the widths of columns
+    std::string list = session_.kova({"shortcut", "list"}).output; // with the padding of columns removed
     const auto isSpace = [](char a, char b) { return a == ' ' && b == ' '; };
     list.erase(std::unique(list.begin(), list.end(), isSpace), list.end());
     EXPECT_NE(list.find("Super+N"), std::string::npos) << list;

@@ -1,4 +1,4 @@
-// From a desktop entry to a window in its tile, and to its end: the real agent, the real command line, real programs.
+// Launches and ends real programs with the real agent and command line: from a desktop entry to a window in its tile.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -33,7 +33,7 @@ class Launched : public ::testing::TestWithParam<Manager> {
         std::filesystem::create_directories(folder);
         std::ofstream(folder / (id + ".desktop")) << "[Desktop Entry]\nType=Application\n" << keys;
     }
-    /// "title, title, -, -" of the windows in the tiles.
+    /// The titles of the windows in the tiles: "title, title, -, -".
     std::string tiles() {
         std::map<std::string, std::string> titles;
         for (const auto& window : session_.query("windows")) titles[window.at("id")] = window.at("title");
@@ -54,7 +54,7 @@ class Launched : public ::testing::TestWithParam<Manager> {
     Session session_{server_.folder(), server_.displayName()};
 };
 
-TEST_P(Launched, ApplicationsLandInTheirTilesAndEndOnRequest) {
+TEST_P(Launched, ApplicationsArePlacedInTheirTilesAndEndOnRequest) {
     EXPECT_EQ(session_.kova({"launch", "my shell", "--tile", "2"}).exitCode, 0);
     ASSERT_TRUE(showsTiles("-, My Shell, -, -"));
     EXPECT_EQ(session_.kova({"launch", "stranger", "--tile", "secondary-3", "--display", "1"}).exitCode, 0);
@@ -68,7 +68,7 @@ TEST_P(Launched, ApplicationsLandInTheirTilesAndEndOnRequest) {
     EXPECT_EQ(session_.kova({"launch", "my shell", "--tile", "1"}).exitCode, 0);
     ASSERT_TRUE(showsTiles("My Shell, -, -, stranger"));
 
-    EXPECT_EQ(session_.kova({"force-quit-all"}).exitCode, 1) << "there is no terminal to ask at";
+    EXPECT_EQ(session_.kova({"force-quit-all"}).exitCode, 1) << "there is no terminal for the confirmation";
     EXPECT_EQ(session_.query("windows").size(), 2U);
     EXPECT_EQ(session_.kova({"force-quit-all", "--yes"}).output, "Force quit:\n  My Shell\n  XTerm\n");
     EXPECT_TRUE(eventually([&] { return session_.query("windows").empty(); }));

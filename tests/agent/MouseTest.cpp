@@ -22,7 +22,7 @@ class Mouse : public TwoWindows {
         if (!HasFailure()) return;
         const auto picture = std::filesystem::current_path() / "mouse.png";
         session_.run({"import", "-window", "root", picture.string()});
-        std::cerr << "The desktop was like this: " << picture << "\n"
+        std::cerr << "Screenshot of the desktop: " << picture << "\n"
                   << session_.kova({"query", "tiles"}).output << session_.kova({"query", "windows"}).output;
     }
 
@@ -31,21 +31,21 @@ class Mouse : public TwoWindows {
         const auto finished = session_.run(command);
         ASSERT_EQ(finished.exitCode, 0) << finished.output;
     }
-    /// In small steps, as a user does.
-    void movesBy(int x, int y) {
+    /// Moves the pointer in small steps, as a user does.
+    void moveBy(int x, int y) {
         mouse({"mousemove_relative", "--", std::to_string(x / 2), std::to_string(y / 2)});
         mouse({"mousemove_relative", "--", std::to_string(x - x / 2), std::to_string(y - y / 2)});
     }
-    void takesHoldAt(int x, int y) {
+    void pressAt(int x, int y) {
         mouse({"mousemove", std::to_string(x), std::to_string(y)});
         mouse({"mousedown", "1"});
     }
-    void letsGo() { mouse({"mouseup", "1"}); }
+    void release() { mouse({"mouseup", "1"}); }
     std::string frames() const { return text(client_.outerFrame(left_)) + " | " + text(client_.outerFrame(right_)); }
-    bool standsLike(const std::string& expected) {
-        const bool does = eventually([&] { return frames() == expected; });
-        if (!does) ADD_FAILURE() << frames() << " instead of " << expected;
-        return does;
+    bool framesBecome(const std::string& expected) {
+        const bool isReached = eventually([&] { return frames() == expected; });
+        if (!isReached) ADD_FAILURE() << frames() << " instead of " << expected;
+        return isReached;
     }
     /// The title of the window in front in each tile.
     std::string tiles() {
@@ -67,24 +67,24 @@ class Mouse : public TwoWindows {
         }
         return false;
     }
-    /// Takes the window by its title bar; without a window manager its own program moves it while the button is held.
-    void carries(xcb_window_t window, int x, int y) {
+    /// Presses on the window's title bar and moves the pointer; without a window manager the window's program moves it.
+    void drag(xcb_window_t window, int x, int y) {
         const CGRect before = client_.outerFrame(window);
-        takesHoldAt(static_cast<int>(minX(before)) + 200, static_cast<int>(minY(before)) + 9);
-        const auto goesTo = [&](int dx, int dy) {
-            movesBy(dx, dy);
+        pressAt(static_cast<int>(minX(before)) + 200, static_cast<int>(minY(before)) + 9);
+        const auto moveWith = [&](int dx, int dy) {
+            moveBy(dx, dy);
             if (isManaged()) return;
             const CGRect now = client_.outerFrame(window);
             client_.configure(window, makeRect(minX(now) + dx, minY(now) + dy, now.size.width, now.size.height));
         };
         // The window follows after a threshold of the window manager.
-        goesTo(40, 30);
+        moveWith(40, 30);
         EXPECT_TRUE(eventually([&] {
             if (client_.outerFrame(window).origin != before.origin) return true;
-            goesTo(2, 0);
+            moveWith(2, 0);
             return false;
         })) << "the window does not follow the mouse";
-        goesTo(x, y);
+        moveWith(x, y);
         const CGRect far = client_.outerFrame(window);
         EXPECT_TRUE(eventually([&] { return std::abs(minX(client_.outerFrame(window)) - minX(before)) > 100; }))
             << text(far);
@@ -95,33 +95,33 @@ class Mouse : public TwoWindows {
 };
 
 TEST_P(Mouse, DragsADividerAndBothNeighborsFollow) {
-    takesHoldAt(640, 400);
-    movesBy(100, 20);
-    EXPECT_TRUE(standsLike("15,15 714x742 | 751,15 514x742")) << "while the button is held";
-    movesBy(-200, 0);
-    EXPECT_TRUE(standsLike("15,15 514x742 | 551,15 714x742"));
+    pressAt(640, 400);
+    moveBy(100, 20);
+    EXPECT_TRUE(framesBecome("15,15 714x742 | 751,15 514x742")) << "while the button is held";
+    moveBy(-200, 0);
+    EXPECT_TRUE(framesBecome("15,15 514x742 | 551,15 714x742"));
     mouse({"key", "Escape"});
-    EXPECT_TRUE(standsLike(kHalves));
-    movesBy(50, 0);
-    letsGo();
-    EXPECT_TRUE(standsLike(kHalves)) << "Escape has let go of it";
+    EXPECT_TRUE(framesBecome(kHalves));
+    moveBy(50, 0);
+    release();
+    EXPECT_TRUE(framesBecome(kHalves)) << "Escape has ended the drag";
 
-    takesHoldAt(640, 400);
-    movesBy(120, 0);
-    letsGo();
-    EXPECT_TRUE(standsLike("15,15 734x742 | 771,15 494x742"));
-    // The windows are there before the button is up, and then there is nothing of the drag to undo yet.
+    pressAt(640, 400);
+    moveBy(120, 0);
+    release();
+    EXPECT_TRUE(framesBecome("15,15 734x742 | 771,15 494x742"));
+    // The windows have their frames before the button is released, but only then the drag can be undone.
     EXPECT_TRUE(
         eventually([&] { return session_.kova({"history"}).output.find("drag divider") != std::string::npos; }));
     EXPECT_EQ(session_.kova({"undo"}).exitCode, 0);
-    EXPECT_TRUE(standsLike(kHalves));
+    EXPECT_TRUE(framesBecome(kHalves));
 }
 
 TEST_P(Mouse, ResetsADividerWithADoubleClick) {
-    takesHoldAt(640, 400);
-    movesBy(120, 0);
-    letsGo();
-    EXPECT_TRUE(standsLike("15,15 734x742 | 771,15 494x742"));
+    pressAt(640, 400);
+    moveBy(120, 0);
+    release();
+    EXPECT_TRUE(framesBecome("15,15 734x742 | 771,15 494x742"));
     // On a busy machine two clicks may be too far apart.
     EXPECT_TRUE(eventually([&] {
         mouse({"mousemove", "760", "400", "click", "--repeat", "2", "--delay", "40", "1"});
@@ -132,14 +132,14 @@ TEST_P(Mouse, ResetsADividerWithADoubleClick) {
 TEST_P(Mouse, LeavesADividerUnderAWindowAlone) {
     client_.open({.title = "Question", .frame = makeRect(560, 300, 200, 150), .type = "DIALOG"});
     ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
-    takesHoldAt(640, 400);
-    movesBy(100, 0);
-    letsGo();
+    pressAt(640, 400);
+    moveBy(100, 0);
+    release();
     // Beside the dialog the divider can be pressed, and has not moved.
-    takesHoldAt(640, 600);
-    movesBy(100, 0);
-    EXPECT_TRUE(standsLike("15,15 714x742 | 751,15 514x742"));
-    letsGo();
+    pressAt(640, 600);
+    moveBy(100, 0);
+    EXPECT_TRUE(framesBecome("15,15 714x742 | 751,15 514x742"));
+    release();
 }
 
 TEST_P(Mouse, DragsAWindowToAnotherTile) {
@@ -147,9 +147,9 @@ TEST_P(Mouse, DragsAWindowToAnotherTile) {
     const std::string after = before.substr(before.find(' ') + 1) + " -";
     // On a busy machine the drag may be over before the agent has handled the press.
     for (int attempt = 0; attempt < 5 && tiles() != after; ++attempt) {
-        EXPECT_TRUE(standsLike(kHalves));
-        carries(right_, -500, 40);
-        letsGo();
+        EXPECT_TRUE(framesBecome(kHalves));
+        drag(right_, -500, 40);
+        release();
         eventually([&] { return tiles() == after; }, std::chrono::seconds(4));
     }
     EXPECT_EQ(tiles(), after);
@@ -158,14 +158,14 @@ TEST_P(Mouse, DragsAWindowToAnotherTile) {
     EXPECT_EQ(session_.kova({"undo"}).exitCode, 0);
     EXPECT_TRUE(eventually([&] { return tiles() == before; })) << tiles() << " instead of " << before;
     EXPECT_TRUE(eventually([&] { return client_.isViewable(left_) && !isMinimized(left_); }));
-    EXPECT_TRUE(standsLike(kHalves));
+    EXPECT_TRUE(framesBecome(kHalves));
 }
 
 TEST_P(Mouse, ReturnsAWindowThatIsDroppedElsewhere) {
     const std::string before = tiles();
-    carries(right_, 250, 200); // still over its own tile
-    letsGo();
-    EXPECT_TRUE(standsLike(kHalves));
+    drag(right_, 250, 200); // still over its own tile
+    release();
+    EXPECT_TRUE(framesBecome(kHalves));
     EXPECT_EQ(tiles(), before);
 }
 

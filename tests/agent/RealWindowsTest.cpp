@@ -37,7 +37,7 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         if (!HasFailure()) return;
         const auto picture = std::filesystem::current_path() / "real-windows.png";
         session_.run({"import", "-window", "root", picture.string()});
-        std::cerr << "The desktop was like this: " << picture << "\n" << session_.kova({"query", "tiles"}).output;
+        std::cerr << "Screenshot of the desktop: " << picture << "\n" << session_.kova({"query", "tiles"}).output;
     }
 
     void openTerminals(int count) {
@@ -50,7 +50,7 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         return eventually([&] { return session_.query("windows").size() == count; });
     }
 
-    /// With its decorations, or with the border that the server draws.
+    /// The window's frame with its decorations, or with the border that the server draws.
     CGRect visibleFrame(xcb_window_t window) {
         CGRect frame = client_.outerFrame(window);
         auto* const geometry =
@@ -61,8 +61,8 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         frame.size = {frame.size.width + 2 * border, frame.size.height + 2 * border};
         return frame;
     }
-    /// The windows that are not in their tiles; empty if each one's top left corner is that of its tile, and its size
-    /// that of the tile, less at most a part of one resize increment.
+    /// The windows that are not in their tiles; empty if each window has the top left corner of its tile and the tile's
+    /// size, less at most a part of one resize increment.
     std::string misplacedWindows() {
         std::map<std::string, CGRect> places;
         for (const auto& tile : session_.query("tiles")) {
@@ -85,7 +85,7 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
     void expectInPlace() {
         std::string wrong;
         EXPECT_TRUE(eventually([&] { return (wrong = misplacedWindows()).empty(); })) << wrong;
-        // The verifying passes are over by then, and nothing has moved again.
+        // Waits until placements were verified: no window must have moved again.
         std::this_thread::sleep_for(800ms);
         EXPECT_EQ(misplacedWindows(), "");
     }
@@ -96,7 +96,7 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
     std::vector<ChildProcess> terminals_;
 };
 
-TEST_P(RealWindows, StandInTheirTiles) {
+TEST_P(RealWindows, ArePlacedInTheirTiles) {
     openTerminals(6);
     ASSERT_TRUE(hasWindows(6));
     ASSERT_EQ(session_.kova({"layout", "select", "jarvis.six-grid"}).exitCode, 0);
@@ -116,7 +116,7 @@ TEST_P(RealWindows, StandInTheirTiles) {
     EXPECT_EQ(session_.query("windows").size(), 6U); // none was closed
 }
 
-TEST_P(RealWindows, MakeRoomForOneThatRefusesToShrink) {
+TEST_P(RealWindows, MakeRoomForAWindowThatRefusesToShrink) {
     const auto large = client_.open({.title = "Large", .minimumSize = CGSize{1100, 450}});
     openTerminals(3);
     ASSERT_TRUE(hasWindows(4));

@@ -14,7 +14,7 @@ namespace {
 
 enum class Manager { openbox, none };
 
-/// Three windows and two tiles, so that one is minimized; with a manager another one waits behind.
+/// Three windows and two tiles, so that one window is minimized; with a window manager another window is stacked.
 class Restart : public ::testing::TestWithParam<Manager> {
   protected:
     void SetUp() override {
@@ -22,7 +22,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
         const bool isManaged = GetParam() == Manager::openbox;
         if (isManaged) server_.startManager();
         for (int i = 0; i < 2; ++i) windows_.push_back(drawing_.open({.title = "Drawing " + std::to_string(i)}));
-        // Keeps to cells of its own, and so never quite fills its tile.
+        // Its size is a multiple of its cells, so it never fills its tile completely.
         waiting_ = writing_.open({.title = "Writing", .cells = CGSize{17, 31}});
         windows_.push_back(waiting_);
         start();
@@ -32,7 +32,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
         ASSERT_TRUE(!isManaged || putOneBehindTheOther());
         settle();
     }
-    /// Moves the window of one tile into the other, which has one already.
+    /// Moves the window of one tile into the other, occupied tile.
     bool putOneBehindTheOther() {
         for (const auto& tile : session_.query("tiles")) {
             if (!tile.at("window").is_string()) continue;
@@ -53,7 +53,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
         session_.startAgent();
         ASSERT_TRUE(session_.agentAnswers());
     }
-    /// Until nothing has moved for a while; by then everything is on record.
+    /// Waits until nothing has moved for a while; by then the session is stored.
     void settle() {
         EXPECT_TRUE(comesToRest([this] { return takeMoves(); }, std::chrono::milliseconds(3000)));
     }
@@ -84,7 +84,7 @@ TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
     const auto tiles = session_.query("tiles");
     const auto windows = session_.query("windows");
     const auto seen = shown();
-    EXPECT_NE(std::ranges::count(seen, false), 0) << "the hidden window is the one that could be lost";
+    EXPECT_NE(std::ranges::count(seen, false), 0) << "no window is hidden that the agent could lose";
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGKILL);
         ASSERT_TRUE(session_.waitForAgent());
@@ -120,8 +120,8 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGTERM);
         ASSERT_TRUE(session_.waitForAgent());
-        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one application was hidden";
-        start(); // while the window manager may still animate its return
+        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "the hidden window is shown";
+        start(); // while the window manager may still animate the restored window
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();
         EXPECT_EQ(shown(), seen);

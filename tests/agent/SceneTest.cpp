@@ -15,15 +15,15 @@
 namespace kova::testing {
 namespace {
 
-/// By slot, the title of the window in front, and whether it is there. Windows and tiles are asked for together, so
-/// that they belong to one moment.
+/// By slot: the title of the front window, and whether the window is in the tile's frame. Windows and tiles come from
+/// one query, so that they are consistent.
 using Picture = std::map<std::string, std::string>;
 
 class Scenes : public ::testing::TestWithParam<Manager> {
   protected:
     void SetUp() override {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-        eye_.emplace(server_.displayName(), "Watcher", static_cast<std::uint32_t>(getpid()));
+        observer_.emplace(server_.displayName(), "Watcher", static_cast<std::uint32_t>(getpid()));
         if (GetParam() == Manager::openbox) server_.startManager();
         for (const char* name : {"Mail", "Notes", "Music", "Plans"}) install(name);
         session_.setVariable("XDG_DATA_HOME", server_.folder() + "/data");
@@ -32,7 +32,7 @@ class Scenes : public ::testing::TestWithParam<Manager> {
         ASSERT_TRUE(session_.agentAnswers());
         ASSERT_EQ(session_.kova({"layout", "select", "quad-grid"}).exitCode, 0);
     }
-    /// Every start leaves a line behind.
+    /// Each start of the program appends a line to `startsFile`.
     void install(const std::string& name) {
         const auto folder = std::filesystem::path(server_.folder()) / "data/applications";
         std::filesystem::create_directories(folder);
@@ -70,9 +70,9 @@ class Scenes : public ::testing::TestWithParam<Manager> {
         EXPECT_EQ(seen, expected);
         return isSo;
     }
-    /// Where the X server has the window of that id, whatever the agent believes.
+    /// The frame of the window according to the X server, not to the agent.
     CGRect placeOf(const std::string& id) const {
-        return eye_->outerFrame(static_cast<xcb_window_t>(std::stoul(id.substr(id.find(':') + 1))));
+        return observer_->outerFrame(static_cast<xcb_window_t>(std::stoul(id.substr(id.find(':') + 1))));
     }
     std::map<std::string, CGRect> placesByWindow() {
         std::map<std::string, CGRect> places;
@@ -92,7 +92,7 @@ class Scenes : public ::testing::TestWithParam<Manager> {
     }
 
     PrivateServer server_{"1600x900"};
-    std::optional<TestClient> eye_;
+    std::optional<TestClient> observer_;
     Session session_{server_.folder(), server_.displayName()};
 };
 
@@ -118,7 +118,7 @@ TEST_P(Scenes, EndedApplicationsAreLaunchedAndAllWindowsAreInTheirTiles) {
 
     const auto places = placesByWindow();
     EXPECT_EQ(session_.kova({"scene", "open", "Work"}).output, "Scene “Work” restored\n");
-    // Once a later window is listed, earlier requests to move windows would show as well.
+    // Once a later window is listed, earlier requests to move windows would have had their effect.
     const auto late = server_.start({"xterm", "-T", "Late", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return placesByWindow().size() == 5; }));
     for (const auto& [id, place] : places) EXPECT_EQ(placeOf(id), place) << id;
@@ -137,7 +137,7 @@ TEST_P(Scenes, ScenesAndRulesOutliveTheAgent) {
     session_.startAgent();
     ASSERT_TRUE(session_.agentAnswers());
 
-    // Started by the user: the rule decides the tile.
+    // The user starts the application: the rule decides the tile.
     const auto notes = server_.start({"xterm", "-bw", "0", "-class", "Notes", "-T", "Notes", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return pictureIn(state())["secondary-3"] == "Notes"; }));
     ASSERT_EQ(session_.kova({"scene", "open", "Work"}).exitCode, 0);

@@ -36,11 +36,11 @@ bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout
 }
 
 bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor) {
-    constexpr std::chrono::milliseconds kBetweenLooks(100);
+    constexpr std::chrono::milliseconds kCheckInterval(100);
     std::chrono::milliseconds quiet(0);
     return eventually([&] {
-        std::this_thread::sleep_for(kBetweenLooks);
-        quiet = takeMoves() == 0 ? quiet + kBetweenLooks : std::chrono::milliseconds(0);
+        std::this_thread::sleep_for(kCheckInterval);
+        quiet = takeMoves() == 0 ? quiet + kCheckInterval : std::chrono::milliseconds(0);
         return quiet >= quietFor;
     });
 }

@@ -1,4 +1,4 @@
-// A login session of the test's own: folders, environment, the real agent and the real command line in it.
+// A private login session for a test: folders, environment, the real agent and the real command line in it.
 #pragma once
 
 #include "support/Geometry.h"
@@ -17,7 +17,7 @@
 namespace kova::testing {
 
 struct Finished {
-    int exitCode = -1;  // 128 and the signal when a signal ended it
+    int exitCode = -1;  // 128 + signal number if a signal ended it
     std::string output; // both streams
 };
 
@@ -38,11 +38,11 @@ class Session {
     nlohmann::json query(const std::string& what) const;
 
     pid_t startAgent(std::vector<std::string> arguments = {});
-    /// True once it answers; false when it does not within twenty seconds.
+    /// Waits until the agent responds; false if it does not within twenty seconds.
     bool agentAnswers() const;
     pid_t agent() const { return agent_; }
     void signalAgent(int signal) const;
-    /// Absent when it does not end within twenty seconds.
+    /// Waits for the end of the agent; absent if it does not end within twenty seconds.
     std::optional<Finished> waitForAgent();
 
     std::string preferences() const { return folder_ + "/config/kova/preferences.json"; }
@@ -56,7 +56,7 @@ class Session {
     pid_t agent_ = -1;
 };
 
-/// False when it does not hold within that time.
+/// Waits until the condition holds; false if it does not within the timeout.
 bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout = std::chrono::seconds(20));
 
 /// Waits until no window has moved for `quietFor`; `takeMoves` counts the moves since its last call. False when windows

@@ -80,8 +80,8 @@ TEST_F(SystemTest, ANewUserGetsAdviceAndTheAgentStartsWithTheSessionIfSwitchedOn
     EXPECT_EQ(session_.kova({"login", "on"}).exitCode, 0);
     const std::string entry = contentsOf(server_.folder() + "/config/autostart/kova-agent.desktop");
     EXPECT_NE(entry.find(std::string("Exec=") + KOVA_AGENT), std::string::npos) << entry;
-    for (const char* wish : {"on", "off", "status"}) {
-        const auto dock = session_.kova({"dock", wish});
+    for (const char* argument : {"on", "off", "status"}) {
+        const auto dock = session_.kova({"dock", argument});
         EXPECT_EQ(dock.exitCode, 1);
         EXPECT_NE(dock.output.find("no common preference"), std::string::npos) << dock.output;
     }

@@ -1,4 +1,4 @@
-// A program that a test runs beside it, and that does not outlive the test.
+// A program that a test runs, and that does not outlive the test.
 #pragma once
 
 #include <sys/types.h>
@@ -8,7 +8,7 @@
 
 namespace kova::testing {
 
-/// A child process; killed and waited for at the end.
+/// A child process; the destructor kills it and waits for its end.
 class ChildProcess {
   public:
     ChildProcess() = default;
@@ -19,7 +19,7 @@ class ChildProcess {
     ChildProcess& operator=(ChildProcess&& other) noexcept;
     ~ChildProcess();
     void end();
-    /// Until it ends by itself; its exit code, or -1 when something else ended it.
+    /// Waits until it ends; returns its exit code, or -1 if a signal ended it.
     int wait();
     pid_t process() const { return process_; }
 
@@ -27,7 +27,7 @@ class ChildProcess {
     pid_t process_ = -1;
 };
 
-/// For execve: valid as long as the texts are, and ended by a null pointer.
+/// Arguments for execve, ended by a null pointer; valid as long as the texts are.
 std::vector<char*> pointersTo(std::vector<std::string>& texts);
 
 } // namespace kova::testing

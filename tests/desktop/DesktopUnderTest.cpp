@@ -171,22 +171,23 @@ void DesktopUnderTest::place(const ManagedWindow& window, const CGRect& frame) {
                        [this](CGRect minimum) { reportedMinimums_.push_back(minimum); });
 }
 
-bool DesktopUnderTest::comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame) {
+bool DesktopUnderTest::reachesFrame(const std::string& title, const CGRect& requested,
+                                    const std::function<CGRect()>& frame) {
     const auto placed = window(title);
-    place(placed, wished);
+    place(placed, requested);
     return runUntil([&] {
-        if (text(frame()) == text(wished)) return true;
-        if (!service_->pendingFrame(placed.id)) place(window(title), wished);
+        if (text(frame()) == text(requested)) return true;
+        if (!service_->pendingFrame(placed.id)) place(window(title), requested);
         return false;
     });
 }
 
-bool DesktopUnderTest::comesTo(const std::string& title, const CGRect& wished, const TestClient& client,
-                               xcb_window_t window) {
-    return comesTo(title, wished, [&] { return client.outerFrame(window); });
+bool DesktopUnderTest::reachesFrame(const std::string& title, const CGRect& requested, const TestClient& client,
+                                    xcb_window_t window) {
+    return reachesFrame(title, requested, [&] { return client.outerFrame(window); });
 }
 
-bool DesktopUnderTest::readsAs(const std::string& title, const std::function<CGRect()>& frame) {
+bool DesktopUnderTest::isPolledAs(const std::string& title, const std::function<CGRect()>& frame) {
     return runUntil([&] {
         const auto polled = window(title).frame;
         return polled && text(*polled) == text(frame());

@@ -26,7 +26,7 @@ class TestLoop final : public MainQueue {
     Seconds uptime() const override;
 
     Subscription watch(int descriptor, std::function<void()> readable);
-    /// Runs due timers and reads available input, once; sleeps for a moment when there is neither.
+    /// Runs due timers and reads available input once; sleeps for a moment if there is neither.
     void turn();
     void dropAll();
     /// While true, no timer fires.
@@ -41,7 +41,7 @@ class TestLoop final : public MainQueue {
     std::vector<std::weak_ptr<std::pair<int, std::function<void()>>>> watched_;
 };
 
-/// Classes are their own names.
+/// A catalogue in which the window class is the application's name.
 class PlainCatalogue final : public ApplicationCatalogue {
   public:
     ApplicationIdentity identify(const ApplicationTraces& traces) override;
@@ -57,7 +57,7 @@ class DesktopUnderTest {
     X11Desktop& openDesktop();
     X11Desktop& desktop() { return *desktop_; }
     AccessibilityWindowService& service() { return *service_; }
-    /// Ends the desktop orderly.
+    /// Ends the desktop as at the end of the agent.
     void closeDesktop();
     /// Keeps the file of hidden windows as it is, as if the agent had been killed.
     void crash();
@@ -67,20 +67,20 @@ class DesktopUnderTest {
     /// The polled window of that title, once there is one; fails the test and is empty if none comes.
     ManagedWindow window(const std::string& title);
     std::vector<std::string> titles();
-    /// Sooner or later: windows of these titles and no others, all visible.
+    /// Waits until exactly the windows with these titles are listed, all of them visible.
     bool showsExactly(std::vector<std::string> titles);
     bool isMinimized(const std::string& title) { return window(title).isMinimized; }
     bool isHidden(pid_t process);
     void place(const ManagedWindow& window, const CGRect& frame);
     /// Places the window, and again after each verification, as polls do, until `frame` reads as requested.
-    bool comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame);
-    bool comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window);
+    bool reachesFrame(const std::string& title, const CGRect& requested, const std::function<CGRect()>& frame);
+    bool reachesFrame(const std::string& title, const CGRect& requested, const TestClient& client, xcb_window_t window);
 
-    /// Sooner or later the polled frame equals the server's.
-    bool readsAs(const std::string& title, const std::function<CGRect()>& frame);
+    /// Waits until the polled frame equals the frame that the server reports.
+    bool isPolledAs(const std::string& title, const std::function<CGRect()>& frame);
 
     void runFor(Seconds time);
-    /// False when it has not come true within 20 s: machines that run tests can be very busy.
+    /// False if it does not hold within 20 s: machines that run tests can be very busy.
     bool runUntil(const std::function<bool()>& condition);
     PrivateServer& server() { return server_; }
     TestLoop& loop() { return loop_; }
@@ -91,7 +91,6 @@ class DesktopUnderTest {
   private:
     const ClientProcessNumbers numbers_;
     PrivateServer server_;
-    // Stays connected: the next client would get its numbers, and its windows would be taken for the probe.
     TestLoop loop_;
     PlainCatalogue catalogue_;
     std::unique_ptr<X11Desktop> desktop_;

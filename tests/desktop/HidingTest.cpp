@@ -77,7 +77,7 @@ TEST_P(Hiding, IsOverriddenByALaterRequestToShow) {
 }
 
 // Window managers are slow: a window can be iconic and still mapped, or unmapped before its iconic state was read.
-TEST_P(Hiding, IsUndoneHoweverSoonTheRequestComes) {
+TEST_P(Hiding, IsUndoneEvenByAnImmediateRequest) {
     const auto window = desk->window("Inbox");
     const AttributeWrite minimized{AccessibilityAttribute::minimized, true},
         back{AccessibilityAttribute::minimized, false};
@@ -92,7 +92,7 @@ TEST_P(Hiding, IsUndoneHoweverSoonTheRequestComes) {
         desk->desktop().writeAttributes(window.element, {&back, 1});
         desk->runFor(Seconds(0.4));
         EXPECT_TRUE(areViewable(true)) << "minimized for " << pause;
-        // And hidden again before the effect of the last request was read.
+        // Hides it again before the effect of the last request was read.
         desk->desktop().hide(4001);
         desk->runFor(Seconds(pause));
         desk->desktop().unhide(4001);
@@ -137,7 +137,7 @@ TEST_P(Hiding, KeepsMinimizedWindowsApart) {
 }
 
 TEST_P(Hiding, ManyWindowsAreRecordedInOneWrite) {
-    if (GetParam() != Manager::none) GTEST_SKIP() << "each goes by itself";
+    if (GetParam() != Manager::none) GTEST_SKIP() << "a window manager minimizes each window separately";
     constexpr int kWindows = 40;
     std::vector<xcb_window_t> many;
     for (int i = 0; i < kWindows; ++i) many.push_back(notes->open({.title = "Note " + std::to_string(i)}));
@@ -168,7 +168,7 @@ TEST_P(Hiding, EndsWithTheAgent) {
     EXPECT_TRUE(areViewable(true));
     EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
 
-    // Hidden and ended at once: the window manager has not even begun.
+    // Hidden, and ended before the window manager has handled the request.
     desk->openDesktop();
     desk->desktop().hide(4001);
     desk->closeDesktop();
@@ -214,19 +214,19 @@ TEST(WindowManager, MayStartAndEnd) {
     desk.service().minimize(desk.window("Draft"));
     ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(draft); }));
 
-    // It does not know windows that were unmapped before it started, so they are mapped.
+    // A window manager does not know windows that were unmapped before its start, so they are mapped.
     desk.server().startManager();
     ASSERT_TRUE(desk.runUntil([&] { return mail->numbers(inbox, "_NET_FRAME_EXTENTS").size() == 4; }));
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
     EXPECT_TRUE(desk.runUntil([&] { return mail->isViewable(draft); }));
-    EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->outerFrame(inbox); }));
-    EXPECT_TRUE(desk.comesTo("Inbox", makeRect(10, 20, 600, 500), *mail, inbox));
+    EXPECT_TRUE(desk.isPolledAs("Inbox", [&] { return mail->outerFrame(inbox); }));
+    EXPECT_TRUE(desk.reachesFrame("Inbox", makeRect(10, 20, 600, 500), *mail, inbox));
 
     desk.desktop().hide(4001);
     ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(inbox); }));
     desk.server().endManager();
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
-    EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->area(inbox); }));
+    EXPECT_TRUE(desk.isPolledAs("Inbox", [&] { return mail->area(inbox); }));
 
     // Properties that the former window manager set are out of date.
     mail->setNumbers(inbox, "_NET_WM_DESKTOP", "CARDINAL", {3});
@@ -234,8 +234,8 @@ TEST(WindowManager, MayStartAndEnd) {
     desk.runFor(Seconds(0.1));
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
     EXPECT_FALSE(desk.window("Inbox").isFullScreen);
-    EXPECT_TRUE(desk.comesTo("Inbox", makeRect(30, 40, 500, 400), [&] { return mail->area(inbox); }));
-    // Applications end as well as windows.
+    EXPECT_TRUE(desk.reachesFrame("Inbox", makeRect(30, 40, 500, 400), [&] { return mail->area(inbox); }));
+    // Applications without windows are no longer listed.
     mail->destroy(draft);
     mail->destroy(inbox);
     EXPECT_TRUE(desk.showsExactly({}));
@@ -265,7 +265,7 @@ void replaceTheManager(bool hides) {
         }
     }
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox", "Pad"}));
-    EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->outerFrame(inbox); }));
+    EXPECT_TRUE(desk.isPolledAs("Inbox", [&] { return mail->outerFrame(inbox); }));
 }
 
 TEST(WindowManager, MayBeReplacedWithoutLosingAWindow) {
@@ -284,7 +284,7 @@ TEST(WindowManager, IsKnownWhenTheFormerOneDeletedItsListOfSupportedHints) {
     client->remove(client->root(), "_NET_SUPPORTED");
     ASSERT_TRUE(desk.runUntil([&] { return desk.desktop().changeCount() != before; }));
     EXPECT_TRUE(desk.showsExactly({"Inbox"}));
-    EXPECT_TRUE(desk.comesTo("Inbox", makeRect(20, 30, 500, 400), *client, inbox));
+    EXPECT_TRUE(desk.reachesFrame("Inbox", makeRect(20, 30, 500, 400), *client, inbox));
 }
 
 TEST(WindowManager, SizesDoNotCountForTwoSecondsAfterItIsReplaced) {
@@ -323,7 +323,8 @@ TEST(WindowManager, SizesDoNotCountIfItPlacesWindowsItself) {
     const auto check = mail->numbers(mail->root(), "_NET_SUPPORTING_WM_CHECK");
     ASSERT_EQ(check.size(), 1u);
     mail->setText(check.front(), "_NET_WM_NAME", "UTF8_STRING", "i3");
-    mail->setNumbers(mail->root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", check); // is read anew
+    mail->setNumbers(mail->root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW",
+                     check); // makes the desktop read the properties again
     EXPECT_TRUE(desk.runUntil([&] { return !isReliable(); }));
 }
 

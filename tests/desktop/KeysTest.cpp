@@ -22,9 +22,9 @@ class Keys : public ::testing::Test {
         desk->openDesktop();
     }
     /// Registers the combinations and records their presses.
-    void listen(const std::vector<KeyCombination>& combinations) {
+    void observeKeys(const std::vector<KeyCombination>& combinations) {
         known = desk->desktop().observeHeldByOthers([this] { ++notifications; });
-        monitor = desk->desktop().addGlobalMonitor([this](const KeyPress& press) { heard.push_back(press); });
+        monitor = desk->desktop().addGlobalMonitor([this](const KeyPress& press) { reported.push_back(press); });
         claim(combinations);
     }
     void claim(const std::vector<KeyCombination>& combinations) {
@@ -39,17 +39,17 @@ class Keys : public ::testing::Test {
     }
     void press(const std::string& keys) { run("xdotool key " + keys); }
     /// True once exactly this press was reported.
-    bool isHeard(const std::string& keys, const KeyCombination& combination) {
-        heard.clear();
+    bool isReported(const std::string& keys, const KeyCombination& combination) {
+        reported.clear();
         press(keys);
-        const bool any = desk->runUntil([&] { return !heard.empty(); });
-        return any && heard.size() == 1 && heard[0].keyCode == combination.keyCode && !heard[0].isRepeat &&
-               (heard[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
+        const bool any = desk->runUntil([&] { return !reported.empty(); });
+        return any && reported.size() == 1 && reported[0].keyCode == combination.keyCode && !reported[0].isRepeat &&
+               (reported[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
     }
     /// Another key, reported afterwards, shows that the first one will not be reported.
-    bool isNotHeard(const std::string& keys, const std::string& heardKeys, const KeyCombination& combination) {
+    bool isNotReported(const std::string& keys, const std::string& reportedKeys, const KeyCombination& combination) {
         press(keys);
-        return isHeard(heardKeys, combination);
+        return isReported(reportedKeys, combination);
     }
     void switchToGroup(std::uint8_t group) {
         xcb_xkb_use_extension(other->connection(), 1, 0);
@@ -75,7 +75,7 @@ class Keys : public ::testing::Test {
 
     std::unique_ptr<DesktopUnderTest> desk;
     std::unique_ptr<TestClient> other;
-    std::vector<KeyPress> heard;
+    std::vector<KeyPress> reported;
     int notifications = 0;
     Subscription known, monitor;
 };
@@ -86,18 +86,18 @@ constexpr xcb_keycode_t kServersH = 43, kServersLeft = 113;
 constexpr std::uint16_t kServersControlOption = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 
 TEST_F(Keys, ArriveWithAnyLocksWhileThereIsAnObserver) {
-    listen({kH, kJ, kLeft});
+    observeKeys({kH, kJ, kLeft});
     for (const char* lock : {"", "Caps_Lock", "Num_Lock", "Caps_Lock"}) {
         if (*lock) press(lock);
-        EXPECT_TRUE(isHeard("ctrl+alt+h", kH)) << lock;
-        EXPECT_TRUE(isHeard("ctrl+alt+shift+j", kJ)) << lock;
-        EXPECT_TRUE(isHeard("super+Left", kLeft)) << lock;
-        EXPECT_TRUE(isNotHeard("ctrl+alt+shift+h ctrl+h h alt+j super+alt+Left", "ctrl+alt+h", kH)) << lock;
+        EXPECT_TRUE(isReported("ctrl+alt+h", kH)) << lock;
+        EXPECT_TRUE(isReported("ctrl+alt+shift+j", kJ)) << lock;
+        EXPECT_TRUE(isReported("super+Left", kLeft)) << lock;
+        EXPECT_TRUE(isNotReported("ctrl+alt+shift+h ctrl+h h alt+j super+alt+Left", "ctrl+alt+h", kH)) << lock;
     }
-    EXPECT_EQ(heard[0].charactersIgnoringModifiers, "h");
+    EXPECT_EQ(reported[0].charactersIgnoringModifiers, "h");
     // A new registration replaces the former one.
     claim({kLeft});
-    EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft));
+    EXPECT_TRUE(isNotReported("ctrl+alt+h", "super+Left", kLeft));
     // Without an observer the keys are free for all programs again.
     monitor = {};
     EXPECT_TRUE(desk->runUntil([&] {
@@ -110,89 +110,90 @@ TEST_F(Keys, ArriveWithAnyLocksWhileThereIsAnObserver) {
     }));
 }
 
-TEST_F(Keys, HeldByAnotherProgramAreNamedAndTriedAgain) {
+TEST_F(Keys, HeldByAnotherProgramAreNamedAndGrabbedLater) {
     grabAsOther(kServersControlOption | XCB_MOD_MASK_2, kServersH); // with Num Lock only
-    listen({kH, kLeft});
+    observeKeys({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kH});
-    EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft)) << "a combination is grabbed completely or not at all";
+    EXPECT_TRUE(isNotReported("ctrl+alt+h", "super+Left", kLeft))
+        << "a combination that is only partly grabbed is released";
     xcb_ungrab_key(other->connection(), kServersH, other->root(), kServersControlOption | XCB_MOD_MASK_2);
     other->sync();
-    // A query tries to grab it again.
+    // A query tries to grab the combination again.
     EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
-    EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
+    EXPECT_TRUE(isReported("ctrl+alt+h", kH));
 
     // An XInput grab, which causes no error for a core grab.
     grabByInputExtension(XCB_MOD_MASK_4, kServersLeft);
     claim({kH});
     claim({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kLeft});
-    EXPECT_TRUE(isNotHeard("super+Left", "ctrl+alt+h", kH));
+    EXPECT_TRUE(isNotReported("super+Left", "ctrl+alt+h", kH));
 }
 
 TEST_F(Keys, StayOnTheirKeyWhenTheLayoutChanges) {
     const KeyCombination q{keyCode::q, kControlOption};
-    listen({q});
+    observeKeys({q});
     const auto writes = [&](const std::string& text) {
         return desk->runUntil([&] { return desk->desktop().charactersOf(keyCode::q) == text; });
     };
     EXPECT_TRUE(writes("q"));
-    EXPECT_TRUE(isHeard("ctrl+alt+q", q));
+    EXPECT_TRUE(isReported("ctrl+alt+q", q));
     run("setxkbmap fr");
     EXPECT_TRUE(writes("a"));
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::leftBracket), "^") << "a dead key";
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::keypad7), "7");
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::space), " ");
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::f1), "");
-    EXPECT_TRUE(isHeard("ctrl+alt+a", q));
-    EXPECT_EQ(heard[0].charactersIgnoringModifiers, "a");
+    EXPECT_TRUE(isReported("ctrl+alt+a", q));
+    EXPECT_EQ(reported[0].charactersIgnoringModifiers, "a");
     run("setxkbmap us -variant dvorak");
     EXPECT_TRUE(writes("'"));
-    EXPECT_TRUE(isHeard("ctrl+alt+apostrophe", q));
-    // Two layouts at once, of which the second is switched to.
+    EXPECT_TRUE(isReported("ctrl+alt+apostrophe", q));
+    // Two layouts at once; switches to the second.
     run("setxkbmap us,ru");
     EXPECT_TRUE(writes("q"));
     switchToGroup(1);
     EXPECT_TRUE(writes("й"));
-    EXPECT_TRUE(isHeard("ctrl+alt+24", q)); // by the server's number
+    EXPECT_TRUE(isReported("ctrl+alt+24", q)); // by the server's key code
     switchToGroup(0);
     EXPECT_TRUE(writes("q"));
-    // The modifier is another one.
+    // Alt is mapped to another modifier.
     run("setxkbmap us");
     run("xmodmap -e 'clear mod1' -e 'add mod3 = Alt_L'");
     EXPECT_TRUE(desk->runUntil([&] {
-        heard.clear();
+        reported.clear();
         press("ctrl+alt+q");
         desk->runFor(Seconds(0.1));
-        return !heard.empty();
+        return !reported.empty();
     }));
-    EXPECT_EQ(heard.back().modifierFlags, kControlOption);
+    EXPECT_EQ(reported.back().modifierFlags, kControlOption);
 }
 
 TEST_F(Keys, ThatAreHeldAreReportedAsRepetitions) {
-    listen({kH});
+    observeKeys({kH});
     run("xset r rate 150 30");
     for (int round = 0; round < 2; ++round) {
-        heard.clear();
+        reported.clear();
         run("xdotool keydown ctrl keydown alt keydown h");
-        EXPECT_TRUE(desk->runUntil([&] { return heard.size() > 3; })) << heard.size();
+        EXPECT_TRUE(desk->runUntil([&] { return reported.size() > 3; })) << reported.size();
         run("xdotool keyup h keyup alt keyup ctrl");
-        ASSERT_FALSE(heard.empty());
-        EXPECT_FALSE(heard.front().isRepeat);
-        EXPECT_EQ(std::ranges::count_if(heard, &KeyPress::isRepeat), std::ssize(heard) - 1);
+        ASSERT_FALSE(reported.empty());
+        EXPECT_FALSE(reported.front().isRepeat);
+        EXPECT_EQ(std::ranges::count_if(reported, &KeyPress::isRepeat), std::ssize(reported) - 1);
         desk->runFor(Seconds(0.1));
     }
     // Fast typing presses the next key before the last one is up, and the release of that goes to another
     // program.
     run("xset r rate 5000 30");
-    heard.clear();
+    reported.clear();
     claim({kH, kControlJ});
     run("xdotool keydown ctrl keydown alt keydown h keydown j keyup h keyup j key j key h keyup alt keyup ctrl");
-    EXPECT_TRUE(desk->runUntil([&] { return heard.size() >= 4; })) << heard.size();
-    EXPECT_EQ(std::ranges::count_if(heard, &KeyPress::isRepeat), 0);
+    EXPECT_TRUE(desk->runUntil([&] { return reported.size() >= 4; })) << reported.size();
+    EXPECT_EQ(std::ranges::count_if(reported, &KeyPress::isRepeat), 0);
 }
 
 TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
-    listen({kH});
+    observeKeys({kH});
     std::vector<KeyPress> recorded;
     std::string reason;
     const auto record = [&] {
@@ -217,18 +218,18 @@ TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
         desk->runFor(Seconds(0.05));
         return !recorded.empty();
     }));
-    heard.clear();
+    reported.clear();
     recorded.clear();
     press("shift+a ctrl+alt+h Escape");
     EXPECT_TRUE(desk->runUntil([&] { return recorded.size() == 3; })) << recorded.size();
     EXPECT_EQ(recorded[0], (KeyPress{keyCode::a, modifierFlag::shift, false, "a"}));
     EXPECT_EQ(recorded[1], (KeyPress{keyCode::h, kControlOption, false, "h"}));
-    EXPECT_TRUE(heard.empty());
+    EXPECT_TRUE(reported.empty());
     EXPECT_TRUE(desk->runUntil([&] {
         press("ctrl+alt+h");
         desk->runFor(Seconds(0.05));
-        return !heard.empty();
-    })) << "its end gives the keys back to the listeners";
+        return !reported.empty();
+    })) << "after the recording, observers get the keys again";
     EXPECT_EQ(recorded.size(), 3U);
 
     const auto grabbed = xcb_grab_keyboard(other->connection(), 0, other->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
@@ -239,35 +240,35 @@ TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
     EXPECT_NE(reason.find("Another program holds the keyboard"), std::string::npos) << reason;
     xcb_ungrab_keyboard(other->connection(), XCB_CURRENT_TIME);
     other->sync();
-    EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
+    EXPECT_TRUE(isReported("ctrl+alt+h", kH));
 }
 
 /// When the input connection is killed (xkill on a divider), windows are still managed.
 TEST_F(Keys, AreReportedAsLostWithTheConnection) {
     const auto topLevels = [&] {
-        const auto asked = xcb_query_tree(other->connection(), other->root());
-        auto* tree = xcb_query_tree_reply(other->connection(), asked, nullptr);
+        const auto request = xcb_query_tree(other->connection(), other->root());
+        auto* tree = xcb_query_tree_reply(other->connection(), request, nullptr);
         const xcb_window_t* children = xcb_query_tree_children(tree);
         std::vector<xcb_window_t> all(children, children + xcb_query_tree_children_length(tree));
         std::free(tree);
         return all;
     };
-    const auto isSaid = [&] {
+    const auto isDiagnosed = [&] {
         return std::ranges::any_of(desk->desktop().diagnose(), [](const DiagnosticLine& line) {
             return line.subject == "keys and dividers" && line.verdict == DiagnosticVerdict::wrong;
         });
     };
-    listen({kH});
-    ASSERT_TRUE(isHeard("ctrl+alt+h", kH));
+    observeKeys({kH});
+    ASSERT_TRUE(isReported("ctrl+alt+h", kH));
     const auto before = topLevels();
     desk->desktop().showHandles({{"divider", makeRect(400, 0, 10, 600), LayoutAxis::horizontal}});
     ASSERT_TRUE(desk->runUntil([&] { return topLevels().size() > before.size(); }));
-    EXPECT_FALSE(isSaid());
+    EXPECT_FALSE(isDiagnosed());
     for (const xcb_window_t window : topLevels()) {
         if (std::ranges::find(before, window) == before.end()) xcb_kill_client(other->connection(), window);
     }
     other->sync();
-    EXPECT_TRUE(desk->runUntil(isSaid));
+    EXPECT_TRUE(desk->runUntil(isDiagnosed));
     EXPECT_FALSE(desk->isConnectionLost());
     desk->desktop().claim({kH, kJ});
     desk->desktop().showHandles({});

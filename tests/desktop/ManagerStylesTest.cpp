@@ -1,4 +1,4 @@
-// What single window managers do differently from all others, shown by a window manager of the test's own.
+// Special behavior of certain window managers, simulated by a fake window manager.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include <algorithm>
@@ -8,18 +8,19 @@
 namespace kova::testing {
 namespace {
 
-/// Announces itself and the windows that are already open, and does nothing but what the test says.
+/// Announces itself and the open windows; apart from that it does only what the test tells it.
 class FakeManager {
   public:
     FakeManager(DesktopUnderTest& desk, const std::string& name, const std::vector<std::uint32_t>& windows) :
-        client_(desk.client("Manager", 4009)), sign_(client_->create({.title = name, .isOverrideRedirect = true})) {
+        client_(desk.client("Manager", 4009)),
+        checkWindow_(client_->create({.title = name, .isOverrideRedirect = true})) {
         const std::uint32_t redirect = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
         xcb_change_window_attributes(client_->connection(), root(), XCB_CW_EVENT_MASK, &redirect);
         client_->setNumbers(root(), "_NET_SUPPORTED", "ATOM",
                             {client_->atom("_NET_CLIENT_LIST"), client_->atom("_NET_WM_STATE_HIDDEN")});
         client_->setNumbers(root(), "_NET_CLIENT_LIST", "WINDOW", windows);
-        for (const auto window : {root(), sign_}) {
-            client_->setNumbers(window, "_NET_SUPPORTING_WM_CHECK", "WINDOW", {sign_});
+        for (const auto window : {root(), checkWindow_}) {
+            client_->setNumbers(window, "_NET_SUPPORTING_WM_CHECK", "WINDOW", {checkWindow_});
         }
     }
     void setMinimized(xcb_window_t window, bool isMinimized) {
@@ -28,24 +29,25 @@ class FakeManager {
         client_->setNumbers(window, "_NET_WM_STATE", "ATOM", isMinimized ? hidden : std::vector<std::uint32_t>{});
     }
     void setActive(xcb_window_t window) { client_->setNumbers(root(), "_NET_ACTIVE_WINDOW", "WINDOW", {window}); }
-    /// Whether such a message about the window was ever received.
-    bool wasAsked(const std::string& message, xcb_window_t window) {
+    /// Whether the manager has ever received this client message about the window.
+    bool hasReceived(const std::string& message, xcb_window_t window) {
         client_->sync();
         while (auto* event = xcb_poll_for_event(client_->connection())) {
-            const auto* asked = reinterpret_cast<const xcb_client_message_event_t*>(event);
-            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE) asked_.emplace(asked->type, asked->window);
+            const auto* received = reinterpret_cast<const xcb_client_message_event_t*>(event);
+            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE)
+                received_.emplace(received->type, received->window);
             std::free(event);
         }
-        return asked_.contains({client_->atom(message), window});
+        return received_.contains({client_->atom(message), window});
     }
     TestClient& client() { return *client_; }
     xcb_window_t root() const { return client_->root(); }
-    xcb_window_t sign() const { return sign_; }
+    xcb_window_t checkWindow() const { return checkWindow_; }
 
   private:
     std::unique_ptr<TestClient> client_;
-    xcb_window_t sign_;
-    std::set<std::pair<xcb_atom_t, xcb_window_t>> asked_;
+    xcb_window_t checkWindow_;
+    std::set<std::pair<xcb_atom_t, xcb_window_t>> received_;
 };
 
 class ManagerStyles : public ::testing::Test {
@@ -55,7 +57,7 @@ class ManagerStyles : public ::testing::Test {
     }
 };
 
-// No window manager reports the new focus before the request is sent, and a busy one long after it.
+// A busy window manager reports the new focus long after the request was sent.
 TEST_F(ManagerStyles, AFocusedWindowCountsAsFocusedAtOnceUnlessItIsRefused) {
     for (const bool isManaged : {true, false}) {
         SCOPED_TRACE(isManaged ? "managed" : "unmanaged");
@@ -86,7 +88,7 @@ TEST_F(ManagerStyles, AFocusedWindowCountsAsFocusedAtOnceUnlessItIsRefused) {
     }
 }
 
-// As Mutter does, which keeps minimized windows mapped.
+// Simulates Mutter, which keeps minimized windows mapped.
 TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) {
     DesktopUnderTest desk(Manager::none);
     const auto editor = desk.client("Editor", 4001), player = desk.client("Player", 4002);
@@ -100,14 +102,14 @@ TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) 
 
     desk.service().unminimize(desk.window("Film"));
     desk.service().flush();
-    ASSERT_TRUE(desk.runUntil([&] { return manager.wasAsked("_NET_ACTIVE_WINDOW", film); }));
+    ASSERT_TRUE(desk.runUntil([&] { return manager.hasReceived("_NET_ACTIVE_WINDOW", film); }));
     manager.setMinimized(film, false);
     manager.setActive(film);
     std::set<WindowID> focused;
     const auto note = [&] { focused.insert(desk.service().focusedWindowID().value_or("none")); };
     ASSERT_TRUE(desk.runUntil([&] {
         note();
-        return manager.wasAsked("_NET_ACTIVE_WINDOW", code);
+        return manager.hasReceived("_NET_ACTIVE_WINDOW", code);
     }));
     for (int polls = 0; polls < 3; ++polls) { // the manager is busy
         EXPECT_TRUE(desk.window("Film").isVisible);
@@ -134,14 +136,14 @@ TEST_F(ManagerStyles, OnlyUnderKWinKovaMinimizesModalDialogsItself) {
             desk.service().minimize(desk.window(title));
             desk.service().flush();
         }
-        ASSERT_TRUE(desk.runUntil([&] { return manager.wasAsked("WM_CHANGE_STATE", other); }));
-        EXPECT_TRUE(manager.wasAsked("WM_CHANGE_STATE", plan));
-        EXPECT_EQ(manager.wasAsked("WM_CHANGE_STATE", question), isKWin);
-        EXPECT_FALSE(manager.wasAsked("WM_CHANGE_STATE", colors));
+        ASSERT_TRUE(desk.runUntil([&] { return manager.hasReceived("WM_CHANGE_STATE", other); }));
+        EXPECT_TRUE(manager.hasReceived("WM_CHANGE_STATE", plan));
+        EXPECT_EQ(manager.hasReceived("WM_CHANGE_STATE", question), isKWin);
+        EXPECT_FALSE(manager.hasReceived("WM_CHANGE_STATE", colors));
     }
 }
 
-// As Metacity does when it is replaced.
+// Simulates Metacity when it is replaced.
 TEST_F(ManagerStyles, AManagerIsKnownAlthoughTheFormerOneDeletedThePropertyThatNamesIt) {
     DesktopUnderTest desk(Manager::none);
     const auto editor = desk.client("Editor", 4001);
@@ -168,9 +170,9 @@ TEST_F(ManagerStyles, AManagerIsKnownAlthoughTheFormerOneDeletedThePropertyThatN
     desk.openDesktop();
     EXPECT_TRUE(becomes("Mutter")) << named();
     const auto announce = [&] {
-        manager.client().setNumbers(manager.root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", {manager.sign()});
+        manager.client().setNumbers(manager.root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", {manager.checkWindow()});
     };
-    // Of another program: the property, the list and the sign may be left over.
+    // The selection belongs to another program: the manager's properties may be left over.
     own(*editor, code);
     editor->remove(manager.root(), "_NET_SUPPORTING_WM_CHECK");
     EXPECT_TRUE(becomes("One that does not speak EWMH")) << named();

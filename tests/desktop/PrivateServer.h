@@ -1,4 +1,4 @@
-// An X server of the test's own, without a screen, and the programs that live on it. All end with the object.
+// A private X server without a screen, and the programs that run on it. The destructor ends all of them.
 #pragma once
 
 #include "tests/desktop/ChildProcess.h"
@@ -9,8 +9,8 @@
 namespace kova::testing {
 
 enum class Manager { none, openbox };
-/// Whether the server reports the processes of its clients. If not, a test's clients may count as several programs,
-/// though all are of one process.
+/// Whether the server reports the processes of its clients. If not, the clients of a test can count as different
+/// programs although they are in one process.
 enum class ClientProcessNumbers { untold, told };
 
 class PrivateServer {
@@ -24,8 +24,8 @@ class PrivateServer {
     /// A folder for files of the test, removed at the end.
     const std::string& folder() const { return folder_; }
     ChildProcess start(const std::vector<std::string>& command) const;
-    /// In place of Openbox the command in KOVA_TEST_WINDOW_MANAGER, to try another one by hand. Returns when it takes
-    /// windows in.
+    /// Starts Openbox, or the command in KOVA_TEST_WINDOW_MANAGER, with which a developer can try another one. Returns
+    /// once it manages windows.
     void startManager();
     void endManager() { manager_.end(); }
     /// Stops the window manager with SIGSTOP, to simulate a busy machine; it handles requests after it was continued.

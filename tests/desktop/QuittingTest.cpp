@@ -13,20 +13,20 @@
 namespace kova::testing {
 namespace {
 
-/// A process that does nothing, to be ended; reaped with the object.
-class Victim {
+/// A process that does nothing until it is killed; the destructor reaps it.
+class IdleProcess {
   public:
-    Victim() : process_(fork()) {
+    IdleProcess() : process_(fork()) {
         if (process_ != 0) return;
         while (true) pause();
     }
-    ~Victim() {
+    ~IdleProcess() {
         if (isEnded_) return;
         kill(process_, SIGKILL);
         waitpid(process_, nullptr, 0);
     }
-    Victim(const Victim&) = delete;
-    Victim& operator=(const Victim&) = delete;
+    IdleProcess(const IdleProcess&) = delete;
+    IdleProcess& operator=(const IdleProcess&) = delete;
 
     pid_t process() const { return process_; }
     bool hasEnded() {
@@ -61,12 +61,12 @@ class Quitting : public ::testing::TestWithParam<Manager> {
 
 TEST_P(Quitting, EachWindowWithTheProtocolIsAskedToClose) {
     DesktopUnderTest desk(GetParam());
-    const auto polite = desk.client("Polite", 4001), deaf = desk.client("Deaf", 4002),
+    const auto polite = desk.client("Polite", 4001), withoutProtocol = desk.client("Deaf", 4002),
                other = desk.client("Other", 4003);
     const auto first = polite->open({.title = "First", .knowsDelete = true});
     const auto second = polite->open({.title = "Second", .knowsDelete = true});
     const auto third = polite->open({.title = "Third"});
-    const auto unknowing = deaf->open({.title = "Deaf"});
+    const auto unknowing = withoutProtocol->open({.title = "Deaf"});
     const auto bystander = other->open({.title = "Other", .knowsDelete = true});
     auto& desktop = desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"}));
@@ -76,21 +76,21 @@ TEST_P(Quitting, EachWindowWithTheProtocolIsAskedToClose) {
     EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 1 && polite->deleteCount(second) == 1; }));
     desk.poll();
     EXPECT_EQ(polite->deleteCount(third), 0);
-    EXPECT_EQ(deaf->deleteCount(unknowing), 0);
+    EXPECT_EQ(withoutProtocol->deleteCount(unknowing), 0);
     EXPECT_EQ(other->deleteCount(bystander), 0);
-    EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "nothing is torn down";
+    EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "no window is destroyed";
 
-    polite->destroy(second); // the close request reaches a window that is being destroyed
+    polite->destroy(second); // closed while the request is under way
     EXPECT_TRUE(desktop.terminate(4001));
     EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 2; }));
     EXPECT_FALSE(desktop.terminate(4999));
     EXPECT_FALSE(desk.isConnectionLost());
 }
 
-TEST_P(Quitting, WithoutTheServersConfirmationNothingIsKilled) {
+TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     DesktopUnderTest desk(GetParam());
-    Victim victim, distant, panel;
-    const auto number = [](const Victim& of) { return static_cast<std::uint32_t>(of.process()); };
+    IdleProcess victim, distant, panel;
+    const auto number = [](const IdleProcess& of) { return static_cast<std::uint32_t>(of.process()); };
     const auto mail = desk.client("Mail", number(victim)), remote = desk.client("Remote", number(distant)),
                init = desk.client("Init", 1), ours = desk.client("Ours", static_cast<std::uint32_t>(getpid())),
                parent = desk.client("Parent", static_cast<std::uint32_t>(getppid())),
@@ -125,10 +125,10 @@ TEST_P(Quitting, WithoutTheServersConfirmationNothingIsKilled) {
     EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
 }
 
-/// The number of such a process may have been reused.
+/// Its process id may have been reused.
 TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
-    Victim victim;
+    IdleProcess victim;
     const auto mail = desk.client("Mail", static_cast<std::uint32_t>(victim.process()));
     const auto window = mail->open({.title = "Mail"});
     auto& desktop = desk.openDesktop();
@@ -144,7 +144,7 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }
     ASSERT_TRUE(desk.showsExactly({}));
-    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "once the window is gone";
+    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "after the poll";
     EXPECT_FALSE(victim.hasEnded());
 }
 
@@ -161,11 +161,11 @@ TEST_P(Quitting, RealApplicationsEnd) {
     EXPECT_TRUE(desk.showsExactly({}));
 }
 
-/// The process number that the server knows counts, not the one that a window announces: here one window announces
-/// another process, two announce the same number, as programs in process namespaces do, and one announces none.
+/// Windows may name a wrong process: one window names an unrelated process, two the same id, as in separate process
+/// namespaces, and one names none. The server knows the right ones.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
     DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
-    Victim innocent;
+    IdleProcess innocent;
     std::map<std::string, ChildProcess> terminals;
     for (const char* title : {"Liar", "Box 1", "Box 2", "Silent"})
         terminals.emplace(title, desk.server().start({"xterm", "-T", title, "-e", "sleep", "1000"}));
@@ -173,7 +173,7 @@ TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
     const auto stagedBy = [&](const std::string& title) {
         return desk.runUntil([&] {
             const auto window = prober->windowTitled(title);
-            // It names its process itself a moment after it was made.
+            // The program sets the property a moment after it has created its window.
             if (window == 0 || prober->numbers(window, "_NET_WM_PID").empty()) return false;
             if (title == "Silent") {
                 prober->remove(window, "_NET_WM_PID");

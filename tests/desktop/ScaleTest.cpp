@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t kTwice = 192 * 1024;
 
-/// An XSETTINGS manager of the test's own: one setting, Xft/DPI.
+/// A fake XSETTINGS manager with one setting, Xft/DPI.
 class SettingsManager {
   public:
     explicit SettingsManager(TestClient& client) :
@@ -46,22 +46,22 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     const auto draft =
         client->open({.title = "Draft", .frame = makeRect(40, 50, 400, 300), .minimumSize = CGSize{240, 120}});
     auto& desktop = desk.openDesktop();
-    /// Whether no frame is pending. Needed before a change of scale, since pending frames are in points of the old one.
+    /// Waits until the placement was verified, so that no frame in the old scale is requested later.
     const auto isVerified = [&] {
         return desk.runUntil([&, id = desk.window("Draft").id] { return !desk.service().pendingFrame(id); });
     };
-    ASSERT_TRUE(desk.comesTo("Draft", makeRect(40, 60, 600, 400), *client, draft) && isVerified());
-    int told = 0;
-    const auto screens = desktop.observeScreens([&] { ++told; });
-    /// Whether screens and frames come to be reported in points of that scale, after exactly one notification.
+    ASSERT_TRUE(desk.reachesFrame("Draft", makeRect(40, 60, 600, 400), *client, draft) && isVerified());
+    int announcements = 0;
+    const auto screens = desktop.observeScreens([&] { ++announcements; });
+    /// Waits until the platform interfaces use the scale; it must have been announced once.
     const auto becomes = [&](double scale, const char* screen, const char* frame) {
         const bool isSo = desk.runUntil([&] {
             const auto all = desktop.screens();
             const auto window = desk.window("Draft");
-            return told > 0 && all.size() == 1 && all[0].scale == scale && text(all[0].frame) == screen &&
+            return announcements > 0 && all.size() == 1 && all[0].scale == scale && text(all[0].frame) == screen &&
                    window.frame && text(*window.frame) == frame;
         });
-        return isSo && std::exchange(told, 0) == 1;
+        return isSo && std::exchange(announcements, 0) == 1;
     };
     const CGSize before = *desk.window("Draft").minimumSize;
     const auto setResource = [&](const std::string& dpi) {
@@ -71,7 +71,7 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     setResource("192");
     EXPECT_TRUE(becomes(2, "0,0 640x400", "20,30 300x200"));
     EXPECT_EQ(desk.window("Draft").minimumSize->width, before.width / 2);
-    EXPECT_TRUE(desk.comesTo("Draft", makeRect(100, 50, 200, 150), [&] {
+    EXPECT_TRUE(desk.reachesFrame("Draft", makeRect(100, 50, 200, 150), [&] {
         const CGRect pixels = client->outerFrame(draft);
         return makeRect(minX(pixels) / 2, minY(pixels) / 2, pixels.size.width / 2, pixels.size.height / 2);
     }));
@@ -80,7 +80,7 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     setResource("144");
     EXPECT_TRUE(becomes(1.5, "0,0 853x533", "133,66 266x200"));
 
-    // The settings manager counts before the resources, for as long as it lives.
+    // The settings manager takes precedence over the resources while it runs.
     const auto panel = desk.client("Panel", 4002);
     SettingsManager manager(*panel);
     manager.write(96 * 1024);

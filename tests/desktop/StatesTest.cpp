@@ -30,9 +30,9 @@ TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
     ASSERT_TRUE(
         desk.runUntil([&] { return desk.window("Film").isFullScreen && client->area(code).size.width > 1200; }));
     EXPECT_FALSE(desk.window("Code").isFullScreen);
-    EXPECT_TRUE(desk.readsAs("Film", [] { return makeRect(0, 0, 1280, 800); }));
+    EXPECT_TRUE(desk.isPolledAs("Film", [] { return makeRect(0, 0, 1280, 800); }));
 
-    EXPECT_TRUE(desk.comesTo("Code", makeRect(20, 30, 500, 400), *client, code));
+    EXPECT_TRUE(desk.reachesFrame("Code", makeRect(20, 30, 500, 400), *client, code));
     EXPECT_EQ(client->numbers(code, "_NET_WM_STATE"), std::vector<std::uint32_t>{});
     const auto minimums = desk.reportedMinimums().size();
     desk.place(desk.window("Film"), makeRect(600, 30, 500, 400));
@@ -47,7 +47,7 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatEntersFullScreenBetweenTwoPolls) {
     const auto client = desk.client("Player", 4001);
     const auto film = client->open({.title = "Film"});
     desk.openDesktop();
-    ASSERT_TRUE(desk.comesTo("Film", makeRect(20, 30, 500, 400), *client, film));
+    ASSERT_TRUE(desk.reachesFrame("Film", makeRect(20, 30, 500, 400), *client, film));
     const auto window = desk.window("Film");
     const auto isFull = [&] { return text(client->area(film)) == "0,0 1280x800"; };
     for (const double pause : {0.0, 0.1, 0.4}) {
@@ -56,7 +56,7 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatEntersFullScreenBetweenTwoPolls) {
         client->demandState(film, "_NET_WM_STATE_FULLSCREEN");
         ASSERT_TRUE(desk.runUntil(isFull)) << pause;
         desk.runFor(Seconds(0.8));
-        // And one that was full screen before.
+        // The window is in full screen before the request.
         desk.place(window, makeRect(20, 30, 500, 400));
         desk.runFor(Seconds(0.8));
         EXPECT_TRUE(isFull()) << pause;
@@ -87,7 +87,7 @@ TEST_F(Desktop, DistinguishesMinimizedShadedAndOtherDesktopsWindows) {
         EXPECT_FALSE(window.isMinimized || window.isVisible) << window.title;
         EXPECT_EQ(window.space, 0u) << window.title;
     }
-    desk.desktop().hide(4001); // which concerns the windows that can be seen
+    desk.desktop().hide(4001); // hides only windows on the current desktop
     desk.runFor(Seconds(0.5));
     client->ask("_NET_WM_DESKTOP", plan, {0xFFFFFFFF});
     ASSERT_TRUE(desk.runUntil([&] { return desk.window("Plan").isVisible; }));
@@ -96,7 +96,7 @@ TEST_F(Desktop, DistinguishesMinimizedShadedAndOtherDesktopsWindows) {
     EXPECT_TRUE(desk.showsExactly({"Code", "Plan"}));
 }
 
-/// With a window manager that grants no other size than the window's own.
+/// Uses a fake window manager that refuses every change of a window's size.
 TEST_F(Desktop, MovesAWindowThatKeepsItsSizeIntoItsTile) {
     DesktopUnderTest desk(Manager::none);
     const auto client = desk.client("Player", 4001), manager = desk.client("Manager", 4002);
@@ -117,12 +117,12 @@ TEST_F(Desktop, MovesAWindowThatKeepsItsSizeIntoItsTile) {
     const auto manage = [&] {
         while (auto* event = xcb_poll_for_event(manager->connection())) {
             const auto* message = reinterpret_cast<const xcb_client_message_event_t*>(event);
-            const bool isWish = (event->response_type & 0x7F) == XCB_CLIENT_MESSAGE &&
-                                message->type == manager->atom("_NET_MOVERESIZE_WINDOW");
+            const bool isRequest = (event->response_type & 0x7F) == XCB_CLIENT_MESSAGE &&
+                                   message->type == manager->atom("_NET_MOVERESIZE_WINDOW");
             const auto& words = message->data.data32;
-            if (isWish && words[3] == 300 && words[4] == 200) {
+            if (isRequest && words[3] == 300 && words[4] == 200) {
                 manager->configure(film, makeRect(words[1], words[2], words[3], words[4]));
-            } else if (isWish) {
+            } else if (isRequest) {
                 ++refusals;
             }
             std::free(event);
@@ -134,9 +134,9 @@ TEST_F(Desktop, MovesAWindowThatKeepsItsSizeIntoItsTile) {
         if (!desk.service().pendingFrame(window.id)) desk.place(window, makeRect(150, 30, 500, 400));
         return text(client->area(film)) == "150,30 300x200";
     }));
-    // Only once it was asked for the whole place often enough.
+    // Its own size is requested only after several requests for the whole frame.
     EXPECT_GE(refusals, 2);
-    EXPECT_TRUE(desk.readsAs("Film", [&] { return client->area(film); }));
+    EXPECT_TRUE(desk.isPolledAs("Film", [&] { return client->area(film); }));
 }
 
 TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
@@ -145,22 +145,22 @@ TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
     const auto shell = client->open({.title = "Shell", .cells = CGSize{70, 50}});
     desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Shell"}));
-    const auto wish = [&] {
+    const auto placeShell = [&] {
         desk.place(desk.window("Shell"), makeRect(10, 10, 611, 433));
         desk.runFor(Seconds(0.75));
     };
     ASSERT_TRUE(desk.runUntil([&] {
-        wish();
+        placeShell();
         return minX(client->outerFrame(shell)) == 10;
     }));
     const CGRect settled = client->outerFrame(shell);
     EXPECT_EQ(minY(settled), 10);
     EXPECT_NE(settled.size.width, 611);
-    EXPECT_TRUE(desk.readsAs("Shell", [&] { return settled; }));
-    // The first of these may still send a request; after that the window's frame is accepted.
-    for (int i = 0; i < 3; ++i) wish();
+    EXPECT_TRUE(desk.isPolledAs("Shell", [&] { return settled; }));
+    // The first placement may still send a request; after that the window's frame is accepted.
+    for (int i = 0; i < 3; ++i) placeShell();
     client->takeConfigureCount(shell);
-    wish();
+    placeShell();
     EXPECT_EQ(client->takeConfigureCount(shell), 0);
 }
 
@@ -169,7 +169,7 @@ TEST_F(Desktop, IgnoresShadowsOutsideTheVisibleEdge) {
         DesktopUnderTest desk(manager);
         const auto client = desk.client("Photos", 4001);
         const auto album = client->create({.title = "Album"});
-        // As programs do that draw their own title bar.
+        // Like programs that draw their own title bar.
         client->setNumbers(album, "_MOTIF_WM_HINTS", "_MOTIF_WM_HINTS", {2, 0, 0, 0, 0});
         client->setNumbers(album, "_GTK_FRAME_EXTENTS", "CARDINAL", {26, 26, 23, 29});
         client->map(album);
@@ -179,9 +179,9 @@ TEST_F(Desktop, IgnoresShadowsOutsideTheVisibleEdge) {
             const CGRect area = client->area(album);
             return makeRect(minX(area) + 26, minY(area) + 23, area.size.width - 52, area.size.height - 52);
         };
-        EXPECT_TRUE(desk.readsAs("Album", visibleFrame));
-        EXPECT_TRUE(desk.comesTo("Album", makeRect(100, 90, 640, 480), visibleFrame));
-        EXPECT_TRUE(desk.readsAs("Album", visibleFrame));
+        EXPECT_TRUE(desk.isPolledAs("Album", visibleFrame));
+        EXPECT_TRUE(desk.reachesFrame("Album", makeRect(100, 90, 640, 480), visibleFrame));
+        EXPECT_TRUE(desk.isPolledAs("Album", visibleFrame));
     }
 }
 
@@ -262,7 +262,7 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
     divide("LEFT", false, 0, 1200);
     divide("RIGHT", true, 1200, 800);
     ASSERT_TRUE(desk.runUntil([&] {
-        desk.poll(); // the room was known by what the window manager leaves before the panel itself was
+        desk.poll(); // the window manager's work area may be known before the panel
         const auto screens = desktop.screens();
         return std::ranges::any_of(screens, [](const Screen& s) { return s.localizedName == "LEFT"; }) &&
                screens.front().localizedName == "RIGHT" && text(screens.front().visibleFrame) == "0,0 800x770";
@@ -280,8 +280,8 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
         const CGRect outer = client->outerFrame(window);
         return makeRect(minX(outer) - 1200, minY(outer), outer.size.width, outer.size.height);
     };
-    EXPECT_TRUE(desk.readsAs("Window", fromFirst));
-    EXPECT_TRUE(desk.comesTo("Window", makeRect(-1100, 50, 500, 400), fromFirst));
+    EXPECT_TRUE(desk.isPolledAs("Window", fromFirst));
+    EXPECT_TRUE(desk.reachesFrame("Window", makeRect(-1100, 50, 500, 400), fromFirst));
 }
 
 TEST_F(Desktop, KnowsTheFocusedWindowAndTheStackingOrder) {
@@ -311,7 +311,7 @@ TEST_F(Desktop, KnowsTheFocusedWindowAndTheStackingOrder) {
     }
 }
 
-// The desktop's connection is not read for a while after each change; without timers that is for good.
+// After each change the desktop's connection is not read for a while; without timers, never again.
 TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
@@ -344,20 +344,20 @@ TEST_F(Desktop, TheWindowUnderThePointerIsFocusedIfTheFocusFollowsThePointer) {
     mail->open({.title = "Inbox", .frame = makeRect(100, 100, 400, 300)});
     pointTo(150, 150);
     desk.openDesktop();
-    EXPECT_TRUE(isFocused("Inbox")) << "the pointer was there first";
+    EXPECT_TRUE(isFocused("Inbox")) << "the pointer was there before the start";
     notes->open({.title = "Pad", .frame = makeRect(50, 50, 300, 300)});
     EXPECT_TRUE(isFocused("Pad")) << "the window opened under the pointer";
     pointTo(450, 350);
     EXPECT_TRUE(isFocused("Inbox"));
 }
 
-TEST_F(Desktop, IsSilentWhileNothingHappens) {
+TEST_F(Desktop, CausesNoTrafficWhileNothingHappens) {
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Mail", 4001);
     const auto inbox = client->open({.title = "Inbox"});
     auto& desktop = desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Inbox"}));
-    ASSERT_TRUE(desk.comesTo("Inbox", makeRect(10, 10, 500, 400), *client, inbox));
+    ASSERT_TRUE(desk.reachesFrame("Inbox", makeRect(10, 10, 500, 400), *client, inbox));
     ASSERT_TRUE(desk.runUntil([&] {
         desk.poll();
         const auto before = desktop.changeCount();
@@ -369,12 +369,12 @@ TEST_F(Desktop, IsSilentWhileNothingHappens) {
     const auto count = desktop.changeCount();
     desktop.notifyWhenChanged(*count, [&] { ++calls; });
     pollfd readable{desktop.connectionDescriptor(), POLLIN, 0};
-    EXPECT_EQ(::poll(&readable, 1, 700), 0) << "the server had something to say";
-    // A poll of an unchanged desktop asks nothing, so nothing is answered.
+    EXPECT_EQ(::poll(&readable, 1, 700), 0) << "the server sent something";
+    // A poll of an unchanged desktop sends no request, so there is no reply.
     desk.poll();
     EXPECT_EQ(::poll(&readable, 1, 100), 0);
     EXPECT_EQ(desktop.changeCount(), count);
-    // Properties that no poll shows are no change.
+    // Changes of properties that polls do not use do not count.
     client->setNumbers(inbox, "_NET_WM_USER_TIME", "CARDINAL", {1});
     client->setText(inbox, "WM_NAME", "STRING", "Another name, behind the one that counts");
     desk.runFor(Seconds(0.1));

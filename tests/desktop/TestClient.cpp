@@ -48,8 +48,8 @@ bool TestClient::waitForManager() {
         return std::ranges::find(windows, window) != windows.end();
     };
     const xcb_window_t probe = create({.title = "Probe"});
-    // A manager that starts may miss the request to map, so it is repeated. One that is slow gets more time with each
-    // attempt; else it would always find the window unmapped again.
+    // A starting window manager may miss the request to map, so it is repeated. A slow one gets more time with each
+    // attempt; otherwise it would always find the window unmapped again.
     auto pause = std::chrono::milliseconds(20);
     const bool isReady = waitUntil([&] {
         unmap(probe);
@@ -61,8 +61,8 @@ bool TestClient::waitForManager() {
         return isListed(probe);
     });
     destroy(probe);
-    // A slow manager still has all that mapping to read. It would take it for that of the client that gets the number
-    // next.
+    // A slow manager still has to read those requests, and would attribute them to the next client that gets the same
+    // window ids.
     const xcb_window_t last = open({.title = "Probe"});
     const bool hasRead = isReady && waitUntil([&] { return isListed(last); });
     destroy(last);
@@ -227,7 +227,7 @@ CGRect TestClient::area(xcb_window_t window) const {
         if (!size || !place) return CGRect{};
         return makeRect(place->dst_x, place->dst_y, size->width, size->height);
     };
-    // Two questions: the window may have changed between them.
+    // Two requests: the window may have changed between them.
     CGRect area = read();
     for (CGRect again = read(); again != area; again = read()) area = again;
     return area;

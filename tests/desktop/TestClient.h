@@ -1,5 +1,5 @@
-// An application of the test: windows with any properties, true or false, and a record of their events. It has a
-// connection of its own and sees the desktop as any other program does.
+// A test application: windows with any properties, valid or not, and a record of their events. It has its own
+// connection to the server, like any other program.
 #pragma once
 
 #include "support/Geometry.h"
@@ -28,7 +28,7 @@ struct TestWindow {
 
 class TestClient {
   public:
-    /// A program of that class and process number; the number need not exist.
+    /// A program of that class and process id; such a process need not exist.
     TestClient(const std::string& displayName, const std::string& className, std::uint32_t process);
     ~TestClient();
     TestClient(const TestClient&) = delete;
@@ -39,14 +39,14 @@ class TestClient {
     bool waitForManager();
 
     xcb_window_t open(const TestWindow& window);
-    /// An opened window, not mapped yet.
+    /// Creates a window without mapping it.
     xcb_window_t create(const TestWindow& window);
     void map(xcb_window_t window);
     void unmap(xcb_window_t window);
-    /// Takes it back from its window manager, also when it is not mapped.
+    /// Withdraws the window from its window manager, also if it is not mapped.
     void withdraw(xcb_window_t window);
     void destroy(xcb_window_t window);
-    /// Moves and resizes it, as its own program.
+    /// Moves and resizes the window, as its own program does.
     void configure(xcb_window_t window, const CGRect& area);
 
     void setTitle(xcb_window_t window, const std::string& bytes);
@@ -54,7 +54,8 @@ class TestClient {
                     const std::vector<std::uint32_t>& numbers);
     void setText(xcb_window_t window, const std::string& property, const std::string& type, const std::string& bytes);
     void remove(xcb_window_t window, const std::string& property);
-    /// Asks the window manager by a client message to the root: "_NET_WM_DESKTOP" of a window, for example.
+    /// Sends a client message to the root, which requests something of the window manager: "_NET_WM_DESKTOP" of a
+    /// window, for example.
     void ask(const std::string& type, xcb_window_t window, const std::vector<std::uint32_t>& numbers);
     enum class Demand { remove, add };
     /// Asks the window manager to add these states to _NET_WM_STATE, or to remove them.
@@ -77,7 +78,7 @@ class TestClient {
     xcb_window_t focus() const;
     xcb_atom_t atom(const std::string& name) const;
     xcb_connection_t* connection() const { return connection_; }
-    /// Until the server has done all that was asked.
+    /// Waits until the server has carried out all requests.
     void sync() const;
 
   private:

@@ -33,7 +33,7 @@ TEST_P(Windows, AreListedWithTheirProperties) {
     EXPECT_EQ(window.bundleIdentifier, "test.Notes");
     EXPECT_TRUE(window.isVisible);
     ASSERT_TRUE(window.frame && window.minimumSize);
-    EXPECT_TRUE(desk.readsAs("Pad", [&] { return notes->outerFrame(pad); }));
+    EXPECT_TRUE(desk.isPolledAs("Pad", [&] { return notes->outerFrame(pad); }));
     const CGRect area = notes->area(pad);
     EXPECT_EQ(window.minimumSize->width, 420 + window.frame->size.width - area.size.width);
     EXPECT_EQ(window.minimumSize->height, 310 + window.frame->size.height - area.size.height);
@@ -66,25 +66,25 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
         desk.place(desk.window("Right"), makeRect(645, y, 630, 386));
         desk.service().flush();
         const auto hasArrived = [&](xcb_window_t window, double x, double border) {
-            const CGRect wished = makeRect(x + border, y + border, 630 - 2 * border, 386 - 2 * border);
-            return text(client->outerFrame(window)) == text(wished);
+            const CGRect requested = makeRect(x + border, y + border, 630 - 2 * border, 386 - 2 * border);
+            return text(client->outerFrame(window)) == text(requested);
         };
         // A window manager removes the borders of its windows.
         const double border = GetParam() == Manager::none ? 3 : 0;
         ASSERT_TRUE(desk.runUntil([&] { return hasArrived(left, 5, 0) && hasArrived(right, 645, border); }));
         wasPrompt = desk.loop().uptime() - start < Seconds(0.05);
         desk.runFor(Seconds(0.8));
-        const int toldLeft = client->takeConfigureCount(left), toldRight = client->takeConfigureCount(right);
-        EXPECT_TRUE(desk.readsAs("Left", [&] { return makeRect(5, y, 630, 386); }));
-        EXPECT_TRUE(desk.readsAs("Right", [&] { return makeRect(645, y, 630, 386); }));
+        const int eventsLeft = client->takeConfigureCount(left), eventsRight = client->takeConfigureCount(right);
+        EXPECT_TRUE(desk.isPolledAs("Left", [&] { return makeRect(5, y, 630, 386); }));
+        EXPECT_TRUE(desk.isPolledAs("Right", [&] { return makeRect(645, y, 630, 386); }));
         EXPECT_EQ(client->takeConfigureCount(large), 0);
         if (!wasPrompt) continue;
-        EXPECT_EQ(toldLeft, 1);
-        EXPECT_EQ(toldRight, 1);
+        EXPECT_EQ(eventsLeft, 1);
+        EXPECT_EQ(eventsRight, 1);
     }
     EXPECT_TRUE(wasPrompt);
 
-    // No request for a window that has the frame already.
+    // No request is sent for a window that has the frame already.
     desk.place(desk.window("Left"), *desk.window("Left").frame);
     desk.service().flush();
     desk.runFor(Seconds(0.2));
@@ -99,9 +99,9 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
         desk.service().cancelPlacement(desk.window("Left").id);
     }
 
-    // A window manager keeps minimum sizes, and what the window refuses is learned; the bare server keeps none.
+    // A window manager enforces minimum sizes, which are learned; the server alone does not.
     if (GetParam() == Manager::none) {
-        EXPECT_TRUE(desk.comesTo("Large", makeRect(10, 300, 300, 300), *client, large));
+        EXPECT_TRUE(desk.reachesFrame("Large", makeRect(10, 300, 300, 300), *client, large));
         return;
     }
     const auto ask = [&] {
@@ -131,12 +131,12 @@ TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
     const CGRect tile = makeRect(20, 30, 900, 250);
     for (const auto& [title, window] : {std::pair{"Film", film}, std::pair{"Shell", shell}}) {
         ASSERT_TRUE(desk.window(title).sizeHints);
-        const CGRect wished = largestFrameWithin(tile, *desk.window(title).sizeHints);
-        desk.place(desk.window(title), wished);
+        const CGRect requested = largestFrameWithin(tile, *desk.window(title).sizeHints);
+        desk.place(desk.window(title), requested);
         desk.service().flush();
         EXPECT_TRUE(desk.runUntil([&, id = window] {
             const CGRect frame = client->outerFrame(id);
-            return nearlyEqual(frame, wished, 2) && containsWithin(tile, frame, 0);
+            return nearlyEqual(frame, requested, 2) && containsWithin(tile, frame, 0);
         })) << title;
         desk.runFor(Seconds(0.8));
     }
@@ -168,7 +168,7 @@ TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
     const auto draft = client->open({.title = "Draft"});
     desk.openDesktop();
     const CGRect left = makeRect(20, 30, 500, 400), right = makeRect(600, 30, 400, 300);
-    ASSERT_TRUE(desk.comesTo("Draft", left, *client, draft));
+    ASSERT_TRUE(desk.reachesFrame("Draft", left, *client, draft));
     const auto window = desk.window("Draft");
     std::string seen; // every frame that a poll found, without repetitions
     const auto pollsUntil = [&](const auto& condition) {
@@ -189,9 +189,9 @@ TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
     for (int i = 0; i < 3; ++i) {
         desk.service().minimize(window);
         ASSERT_TRUE(pollsUntil(isAway));
-        pollsFor(Seconds(i * 0.2)); // until its return was animated, too
+        pollsFor(Seconds(i * 0.2)); // also while the restored window is animated
         desk.service().restoreAndFocus(window);
-        EXPECT_FALSE(desk.poll().at(0).isMinimized) << "before its manager has brought it back";
+        EXPECT_FALSE(desk.poll().at(0).isMinimized) << "before the window manager has restored it";
         ASSERT_TRUE(pollsUntil([&](const auto& windows) {
             return client->isViewable(draft) && text(client->outerFrame(draft)) == text(left) && windows.size() == 1 &&
                    !windows[0].isMinimized && client->focus() == draft;
@@ -218,7 +218,7 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
     desk.openDesktop();
     EXPECT_TRUE(desk.showsExactly({"Draft"}));
     const auto window = desk.window("Draft");
-    const auto isAsAsked = [&](char last) {
+    const auto isAsRequested = [&](char last) {
         const bool isAway = last == 'm' || last == 'h';
         return client->isViewable(draft) != isAway && desk.isMinimized("Draft") == (last == 'm') &&
                desk.isHidden(4001) == (last == 'h');
@@ -229,11 +229,11 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
         if (request == 'h') desk.desktop().hide(4001);
         if (request == 'u') desk.desktop().unhide(4001);
     };
-    // Of another application: one that has a window on the screen is not hidden.
+    // Belongs to another application, since an application with a visible window is not hidden.
     const auto other = desk.client("Probe", 4002);
     int probes = 0;
-    // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it; a poll reads the state in between, later
-    // than a result is taken on trust.
+    // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it. A poll between the requests reads the
+    // state, later than the time for which the effect of a request is assumed.
     for (const std::string requests : {"m", "r", "mr", "mrm", "rm", "r", "mrmr", "m", "rmr", "mrm", "rmrm", "rh", "u",
                                        "huh", "uh", "uhu", "m", "rhuh", "u"}) {
         desk.server().pauseManager();
@@ -244,10 +244,10 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
             desk.poll();
         }
         desk.server().resumeManager();
-        // Once the manager shows a later window it has done all before it.
+        // Once the manager shows a later window, it has handled all earlier requests.
         const auto probe = other->open({.title = "Probe " + std::to_string(probes++)});
         ASSERT_TRUE(desk.runUntil([&] { return other->isViewable(probe); })) << requests;
-        ASSERT_TRUE(desk.runUntil([&] { return isAsAsked(requests.back()); })) << requests;
+        ASSERT_TRUE(desk.runUntil([&] { return isAsRequested(requests.back()); })) << requests;
         other->destroy(probe);
     }
 }

@@ -1,4 +1,4 @@
-// Any bytes as a URL: the parsed action is one of the known ones, and its own URL is parsed to the same action
+// Parses any bytes as a URL: the action is one of the known ones, and the URL made from a scene is parsed to that scene
 // again.
 #include "commands/Intents.h"
 #include "commands/URLActions.h"
@@ -22,18 +22,18 @@ using NameableByURL = std::variant<WindowCommand, action::Focus, action::Move, a
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string url(reinterpret_cast<const char*>(data), size);
-    const auto asked = parseURLAction(url);
-    if (!asked) return 0;
+    const auto parsed = parseURLAction(url);
+    if (!parsed) return 0;
     require(size <= kLongestURL);
-    // A fragment does not count, as long as there is room for one.
-    if (size < kLongestURL) require(parseURLAction(url + "#")->index() == asked->index());
-    if (const auto* scene = std::get_if<OpenSceneNamed>(&*asked)) {
+    // A fragment does not change the action, unless it makes the URL too long.
+    if (size < kLongestURL) require(parseURLAction(url + "#")->index() == parsed->index());
+    if (const auto* scene = std::get_if<OpenSceneNamed>(&*parsed)) {
         require(!scene->name.empty() && scene->name.find('\0') == std::string::npos);
         const std::string ours = intentURL(kOpenSceneIntent, scene->name);
         if (ours.size() > kLongestURL) return 0;
         const auto again = parseURLAction(ours);
         require(again && std::get<OpenSceneNamed>(*again).name == scene->name);
-    } else if (const auto* known = std::get_if<WorkspaceAction>(&*asked)) {
+    } else if (const auto* known = std::get_if<WorkspaceAction>(&*parsed)) {
         const auto isOneOf = [&]<class... Kinds>(std::variant<Kinds...>*) {
             return (std::holds_alternative<Kinds>(*known) || ...);
         };

@@ -1,5 +1,5 @@
-// Any bytes as a workspace document: they are read or refused, and a document that was read stays the same when it is
-// written and read again.
+// Reads any bytes as a workspace document: either they are refused, or the document is the same after it was written
+// and read again.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <cstddef>

@@ -50,7 +50,7 @@ TEST(AutoArrangeLearning, Roles) {
     EXPECT_EQ(applicationKey("ÜBUNG", std::nullopt), "name:übung");
 }
 
-TEST(AutoArrangeLearning, EveryWordOfARole) {
+TEST(AutoArrangeLearning, EveryWordThatIdentifiesARole) {
     using enum AutoArrangeAppRole;
     enum class Where { bundle, partOfBundle, partOfName };
     const struct {
@@ -119,8 +119,7 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
         model.learnArrangement("grid", "mail", {"focus-main"});
         EXPECT_EQ(preferences(), Pair(expected, 0));
     }
-    EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main"))
-        << "although KOVA has placed the window there often";
+    EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main")) << "arrangements are not the user's choice";
     EXPECT_EQ(model.preference("grid", "chat", "focus-main"), 0);
     for (const Pair& expected : {Pair(0, 0), Pair(0, 0), Pair(0, 1)}) {
         model.learnArrangement("grid", "mail", {"secondary-1"});
@@ -135,9 +134,9 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
     EXPECT_EQ(preferences(), Pair(0, 0));
     EXPECT_EQ(model.layouts["grid"].applications["mail"].placementCount, 12);
     for (int round = 0; round < 30; ++round) model.learnArrangement("grid", "mail", {"secondary-2"});
-    EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "old places are forgotten";
+    EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "old slots are forgotten";
 
-    for (const double stored : {3.5, 4.0, 12.0, 1e9}) { // of a model without the limit
+    for (const double stored : {3.5, 4.0, 12.0, 1e9}) { // from a version without the limit
         auto& weights = model.layouts["grid"].applications["old"].slotWeights;
         weights = {{"focus-main", stored}};
         EXPECT_FALSE(model.isPlacedByUser("grid", "old", "focus-main")) << stored;
@@ -147,7 +146,7 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
     }
 
     for (int round = 0; round < 3; ++round) model.learnArrangement("grid", "term", {"secondary-1", "secondary-2"});
-    EXPECT_EQ(model.preference("grid", "term", "secondary-1"), 0.5) << "two windows of one application, two places";
+    EXPECT_EQ(model.preference("grid", "term", "secondary-1"), 0.5) << "two windows of one application in two slots";
     EXPECT_EQ(model.preference("grid", "term", "secondary-2"), 0.5);
 }
 
@@ -157,7 +156,7 @@ TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0.5);
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-2"), 0);
     model.learnPlacementByUser("six-grid", "mail", "secondary-2");
-    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "only places learned on this layout count";
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "only what was learned on this layout counts";
 
     auto& weights = model.layouts["absurd"].applications["mail"].slotWeights;
     weights = {{"a", std::numeric_limits<double>::infinity()},

@@ -87,7 +87,7 @@ TEST(LayoutCatalogue, Weights) {
     EXPECT_TRUE(applying(dualSplit, {}) == dualSplit);
     const auto& single = *findLayout(builtInLayouts(), "jarvis.focus-single");
     EXPECT_TRUE(applying(single, {{{"root", {3, 1}}}}) == single);
-    LayoutDefinition stored = dualSplit; // as it comes back from a file
+    LayoutDefinition stored = dualSplit; // as decoded from a file
     stored.tree.reset();
     EXPECT_TRUE(applying(stored, {{{"root", {3, 1}}}}) == stored);
 }
@@ -102,7 +102,7 @@ TEST(LayoutCatalogue, StoredSlotsAreScaled) {
     const double noNumber = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(solveDefinition(stored, {{"a", {500, 100}}, {"b", {501, 100}}}, {1000, 800}, noNumber).unsatisfiedTileIDs,
               std::set<SlotID>{"b"})
-        << "such an inset is none";
+        << "an inset that is not a number counts as 0";
     stored.slots[0].normalizedFrame.size.width = noNumber;
     EXPECT_EQ(print(solveDefinition(stored, {}, {1000, 800}, 5)), "a 0,0 0x0 | b 500,0 500x800");
 }

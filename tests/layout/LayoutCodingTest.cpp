@@ -100,7 +100,7 @@ TEST(WorkspaceProfile, ErrorsNameThePlace) {
     for (const auto& [text, expected] : cases) EXPECT_EQ(errorOf(text), expected) << text;
 }
 
-TEST(WorkspaceProfile, ValuesThatJsonCannotHoldDoNotMakeItUnreadable) {
+TEST(WorkspaceProfile, ValuesThatJsonCannotExpressDoNotMakeItUnreadable) {
     WorkspaceProfile profile;
     profile.tileInset = kNaN;
     profile.name = "\xff";

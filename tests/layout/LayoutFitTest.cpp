@@ -15,10 +15,10 @@ TEST(LayoutFit, ReportsByHowMuchTilesAreTooSmallOnceTheyHaveGrown) {
     const std::vector<Case> cases{
         {"jarvis.dual-split", {}, {}},
         {"jarvis.dual-split", {{900, 500}, {900, 500}}, {{}, {}}},
-        {"jarvis.dual-split", {{500, 500}, {1300, 500}}, {{}, {}}}, // one grows at the other's cost
+        {"jarvis.dual-split", {{500, 500}, {1300, 500}}, {{}, {}}}, // one tile grows at the cost of the other
         {"jarvis.dual-stack", {{1900, 300}, {1900, 600}}, {{}, {}}},
         {"jarvis.dual-stack", {{2600, 300}}, {{600, 0}}},
-        {"jarvis.focus-single", {{500, 500}, {2100, 500}}, {{}, {100, 0}}}, // one waits behind the other
+        {"jarvis.focus-single", {{500, 500}, {2100, 500}}, {{}, {100, 0}}}, // one window is stacked
         {"jarvis.focus-single", {{2100, 500}, {2100, 500}}, {{100, 0}, {100, 0}}},
     };
     for (const Case& each : cases) {

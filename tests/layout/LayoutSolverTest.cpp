@@ -23,7 +23,7 @@ std::size_t allocations = 0;
 
 } // namespace
 
-// Every allocation of this program is counted, so that a test can see that a solve makes none.
+// Counts every allocation of this program, so that a test can check that a solve makes none.
 void* operator new(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size ? size : 1)) return memory;
@@ -61,7 +61,7 @@ TEST(LayoutSolver, TilesTable) {
         {"fractional area", twoRows, {1000.7, 500.9}, kDefaults, "a 10,10 610x452 | b 632,10 358x452"},
         {"gaps wider than the area", twoRows, {30, 200}, {10, 12, {}}, "a 10,10 0x152 | b 22,10 0x152"},
         {"an empty split", row({{1, tile("a")}, {1, column({})}}), {52, 138}, kDefaults, "a 10,10 10x90"},
-        {"nothing at all", column({}), {100, 100}, kDefaults, ""},
+        {"an empty tree", column({}), {100, 100}, kDefaults, ""},
         {"equal ids share the last frame",
          same,
          {232, 138},
@@ -73,7 +73,7 @@ TEST(LayoutSolver, TilesTable) {
          kDefaults,
          "a 10,10 648x652 | b 670,10 320x652"},
         {"no size", twoRows, {0, 0}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
-        {"endless and not a number", twoRows, {kInfinity, kNaN}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
+        {"an infinite and an invalid size", twoRows, {kInfinity, kNaN}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
         {"metrics that are not numbers",
          twoColumns,
          {100, 128},
@@ -100,19 +100,25 @@ TEST(LayoutSolver, WindowsMinimumsTable) {
          {{"c", {690, 500}}},
          "a 10,10 468x652 | b 490,10 700x306 | c 490,356 700x306",
          "c "},
-        {"what fits both ways", {{"c", {690, 382}}}, "a 10,10 468x652 | b 490,10 700x220 | c 490,270 700x392", ""},
-        {"half a point is no lack", {{"c", {699.5, 1}}}, "a 10,10 459x652 | b 481,10 709x306 | c 481,356 709x306", ""},
+        {"a minimum that fits on both axes",
+         {{"c", {690, 382}}},
+         "a 10,10 468x652 | b 490,10 700x220 | c 490,270 700x392",
+         ""},
+        {"half a point too small still fits",
+         {{"c", {699.5, 1}}},
+         "a 10,10 459x652 | b 481,10 709x306 | c 481,356 709x306",
+         ""},
         {"too much for one axis", {{"a", {900, 100}}}, "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306", "a "},
         {"no such tile", {{"z", {1, 1}}}, "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306", "z "},
         {"not a number is never satisfied",
          {{"b", {kNaN, 10}}},
          "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306",
          "b "},
-        {"nor is endless",
+        {"an infinite minimum is never satisfied",
          {{"b", {kInfinity, 10}}, {"a", {700, 1}}},
          "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306",
          "a b "},
-        {"below nothing is nothing",
+        {"negative minimums count as 0",
          {{"b", {-kInfinity, -5}}},
          "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306",
          ""},
@@ -126,14 +132,15 @@ TEST(LayoutSolver, WindowsMinimumsTable) {
     }
     const auto nothing = solveSlots(column({}), {{"z", {1, 1}}}, {100, 100}, kDefaults, 5);
     EXPECT_TRUE(nothing.slots.empty());
-    EXPECT_EQ(nothing.unsatisfiedTileIDs, std::set<SlotID>{"z"}) << "nor in a tree without tiles";
+    EXPECT_EQ(nothing.unsatisfiedTileIDs, std::set<SlotID>{"z"})
+        << "unknown ids of a tree without tiles are reported, too";
 }
 
 TEST(LayoutSolver, DividersComeDepthFirst) {
     const LayoutNode tree = column({{1, row({{1, tile("a")}, {1, tile("b")}, {1, tile("c")}})},
                                     {1, tile("d")},
                                     {2, row({{1, column({{1, tile("e")}, {1, tile("f")}})}, {1, tile("g")}})}});
-    // As many splits as the tree above, the last of them in another place.
+    // As many splits as the tree above, with the last one in another place.
     const LayoutNode other = column({{1, row({{1, row({{1, tile("a")}, {1, tile("b")}})}, {1, tile("c")}})},
                                      {1, tile("d")},
                                      {1, row({{1, tile("e")}, {1, tile("f")}})}});
@@ -180,7 +187,7 @@ TEST(LayoutTree, WeightOverrides) {
 #ifdef KOVA_HAS_RAPIDCHECK
 namespace {
 
-/// Walks the tree as the reader of the rules would, and holds the result against it.
+/// Walks the tree by the rules for layouts, and compares the result with them.
 struct SplitChecker {
     const TileMinimumSizes& minimums;
     const LayoutMetrics& metrics;
@@ -285,7 +292,7 @@ RC_GTEST_PROP(LayoutSolver, AnyNumbersGiveFiniteFrames, ()) {
     const CGSize area{*any, *any};
     const double inset = *any;
 
-    // A solver and a result that have seen another tree answer as fresh ones do.
+    // A solver and a result that were used for another tree give the same result as new ones.
     LayoutSolver used;
     SolvedLayout solved;
     int others = 0;
@@ -326,7 +333,7 @@ LayoutNode balanced(int tiles, int first = 0, bool across = true) {
 
 } // namespace
 
-TEST(LayoutSolver, DeepAndWideTreesAreSolvedWhole) {
+TEST(LayoutSolver, DeepAndWideTreesAreSolvedCompletely) {
     LayoutSolver solver;
     SolvedLayout result;
     for (const auto& tree : {chain(100), chain(1000), balanced(100), balanced(1000)}) {

@@ -1,4 +1,4 @@
-// Numbers that no length can be.
+// Numbers that are not valid lengths.
 #pragma once
 
 #include <limits>

@@ -40,7 +40,7 @@ TileSlot slot(SlotID id, double x, double y, double width, double height) {
 #ifdef KOVA_HAS_RAPIDCHECK
 namespace {
 
-/// The rules to the letter: every subset with the anchor, the first in the candidate order.
+/// A literal search: of all valid subsets with the anchor, the first in the order of preference.
 std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor, double inset, CGSize minimum,
                                          const Occupied& occupied) {
     struct Candidate {
@@ -85,7 +85,7 @@ std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor,
     return best ? std::optional(best->span) : std::nullopt;
 }
 
-/// Cuts a rectangle in two, again and again, at twelfths; some of the pieces are then left out.
+/// Cuts a rectangle repeatedly in two, at twelfths; leaves out some of the pieces.
 void cut(const CGRect& whole, int depth, Slots& out) {
     const bool across = *rc::gen::arbitrary<bool>();
     const double length = across ? whole.size.width : whole.size.height;
@@ -104,8 +104,8 @@ void cut(const CGRect& whole, int depth, Slots& out) {
         depth - 1, out);
 }
 
-/// Anything at all: overlapping, touching, without area, on a coarse raster so that edges often coincide, and shifted
-/// by so little that overlaps stay below what counts.
+/// Arbitrary slots: overlapping, touching or without area, on a coarse raster so that edges often coincide, some
+/// shifted by less than the tolerance of overlaps.
 Slots scattered() {
     Slots out;
     const int count = *rc::gen::inRange(2, 9);
@@ -167,24 +167,24 @@ TEST(TileSpans, PreferenceTable) {
     const Case cases[] = {
         {"one slot is enough", quad, "q2", {490, 490}, {"q2"}, "q2"},
         {"width taken from the neighbor", quad, "q2", {600, 100}, {}, "q1 q2"},
-        {"both ways", quad, "q2", {600, 600}, {}, "q1 q2 q3 q4"},
+        {"width and height taken from neighbors", quad, "q2", {600, 600}, {}, "q1 q2 q3 q4"},
         {"larger than everything", quad, "q2", {991, 100}, {}, "none"},
-        {"just as large, and a little", quad, "q2", {990.0009, 100}, {}, "q1 q2"},
+        {"exceeds the span by less than the tolerance", quad, "q2", {990.0009, 100}, {}, "q1 q2"},
         {"one occupied slot beats two free ones", quad, "q1", {490, 490}, {"q1"}, "q1"},
         {"fewer occupied", row, "c", {600, 0}, {"a"}, "b c"},
-        {"as large and as far: the ids in layout order", row, "c", {600, 0}, {}, "b c"},
+        {"the same area and distance: the ids in layout order", row, "c", {600, 0}, {}, "b c"},
         {"areas within the tolerance are equal", nearTie, "mid", {600, 0}, {}, "mid a"},
         {"smaller area", uneven, "mid", {500, 0}, {}, "left mid"},
         {"an overlap too small to count", nearlyOverlapping, "a", {}, {}, "a"},
-        {"an overlap that counts: never alone", overlapping, "a", {}, {}, "a b"},
+        {"an overlap above the tolerance: never alone", overlapping, "a", {}, {}, "a b"},
         {"across a gap", gap, "b", {700, 0}, {}, "a b"},
-        {"a line without area can be the end", marked, "a", {600, 0}, {}, "a line"},
-        {"a dot too, taking what lies before it", marked, "a", {850, 0}, {}, "a dot"},
-        {"the dot itself", marked, "dot", {0, 0}, {}, "dot"},
-        {"not a number is no place for the anchor", hollow, "a", {}, {}, "none"},
-        {"nor in the way of others", hollow, "b", {600, 0}, {}, "b c"},
-        {"minimums that are none", quad, "q4", {kNaN, -3}, {}, "q4"},
-        {"endless is no minimum", quad, "q4", {std::numeric_limits<double>::infinity(), 600}, {}, "q2 q4"},
+        {"a line without area can be a side", marked, "a", {600, 0}, {}, "a line"},
+        {"a dot can be a side, with the slots before it", marked, "a", {850, 0}, {}, "a dot"},
+        {"the dot as the anchor", marked, "dot", {0, 0}, {}, "dot"},
+        {"an anchor with an invalid frame", hollow, "a", {}, {}, "none"},
+        {"an invalid frame does not block others", hollow, "b", {600, 0}, {}, "b c"},
+        {"invalid minimums count as 0", quad, "q4", {kNaN, -3}, {}, "q4"},
+        {"an infinite minimum counts as 0", quad, "q4", {std::numeric_limits<double>::infinity(), 600}, {}, "q2 q4"},
         {"no such anchor", quad, "q9", {}, {}, "none"},
         {"a single slot", {slot("a", 0, 0, 1, 1)}, "a", {}, {}, "none"},
         {"too many slots", Slots(64, slot("a", 0, 0, 1, 1)), "a", {}, {}, "none"},
@@ -209,7 +209,7 @@ TEST(TileSpans, ALayoutOfSixtyThreeSlots) {
     EXPECT_EQ(whole->slots, grid);
 }
 
-TEST(TileTarget, IsTheTextOfItsDisplayAndItsSlotAndSortsLikeIt) {
+TEST(TileTarget, HasATextOfDisplayAndSlotAndSortsLikeThatText) {
     const DisplayTileTarget tile{"display-0-0-2560x1440", slot("focus-main", 0, 0, 1, 1)};
     EXPECT_EQ(tile.id().text(), "display-0-0-2560x1440::focus-main");
     EXPECT_EQ(TileTarget::from("display-0-0-2560x1440::a::b"), TileTarget("display-0-0-2560x1440", "a::b"));
@@ -227,7 +227,7 @@ TEST(TileTarget, IsTheTextOfItsDisplayAndItsSlotAndSortsLikeIt) {
 }
 
 TEST(TileSpans, DistancesAndFitsHaveNarrowTolerances) {
-    // Flat tiles: that the left neighbor is wider by a hundred-thousandth shows in the distance, not in the area.
+    // In flat tiles a left neighbor that is wider by a hundred-thousandth changes the distance, but hardly the area.
     const Slots slots{slot("b", 0, 0, 0.30001, 0.05), slot("m", 0.30001, 0, 0.39999, 0.05),
                       slot("z", 0.7, 0, 0.3, 0.05)};
     EXPECT_EQ(ids(TileSpanPolicy::bestSpan(slots, "m", kDisplay, 0, {600, 0}, {})), "m z");

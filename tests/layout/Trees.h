@@ -1,4 +1,4 @@
-// Trees in few words, solved layouts in one line, and random ones.
+// Short functions that make trees, print solved layouts, and generate random trees.
 #pragma once
 
 #include "layout/BranchLengths.h"
@@ -51,8 +51,8 @@ inline std::string print(const LayoutDivider& divider) {
 }
 
 #ifdef KOVA_HAS_RAPIDCHECK
-/// A tree of `depth` levels at most, its tiles numbered from `nextTile` on; numbers from `distinctIDs` on begin anew.
-/// Some of its splits have no branches.
+/// A tree of `depth` levels at most, its tiles numbered from `nextTile` on; numbers from `distinctIDs` on start at 0
+/// again. Some of its splits have no branches.
 inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile, int distinctIDs = 1000) {
     const int branchCount = depth > 0 ? *rc::gen::inRange(0, 5) : 0;
     if (branchCount == 0 && *rc::gen::inRange(0, 8) == 0) return row({});
@@ -65,7 +65,7 @@ inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nex
 }
 #endif
 
-/// The smallest extent in points that the node needs along the axis, as the rules say it.
+/// The smallest length in points that the node needs along the axis, computed by the rules for layouts.
 inline double neededLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimums,
                            const LayoutMetrics& metrics, double inset) {
     const bool isAcross = axis == LayoutAxis::horizontal;

@@ -56,7 +56,7 @@ TEST(PreferenceMerge, MergesTheChangesOfBothSides) {
         std::string disputed;
         for (const auto& place : merged.disputed) disputed += place;
         EXPECT_EQ(disputed, c.disputed);
-        sides.seen = sides.theirs; // known since an earlier look: ours is the newer one, and nothing is lost unseen
+        sides.seen = sides.theirs; // read before our change was made, so overruling it is no dispute
         EXPECT_EQ(merge("k", sides).value, parsed(c.merged));
         EXPECT_TRUE(merge("k", sides).disputed.empty());
         sides.winner = MergeWinner::theirs;

@@ -1,4 +1,4 @@
-// The document in its two encodings, compared with files that were written by hand; and input that is refused.
+// The document in its two encodings, compared with files in the repository, and invalid input.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <nlohmann/json.hpp>
@@ -46,7 +46,7 @@ std::string importError(const std::string& text) {
     return error ? error->what() : "no error";
 }
 
-/// The exported file with one place, as a JSON pointer, changed; null removes it.
+/// The exported file with the value at a JSON pointer changed; null removes the value.
 std::string changed(const std::string& pointer, const json& value) {
     json document = json::parse(fileText("exported.json"));
     const json::json_pointer place(pointer);
@@ -79,12 +79,12 @@ TEST(WorkspaceDocument, ReadsAndWritesBothEncodingsExactly) {
     const std::string stored = fileText("stored.json");
     WorkspaceProductDocument withFraction = decoded(decodeStoredDocument(stored));
     EXPECT_EQ(encodeStoredDocument(withFraction) + "\n", stored);
-    EXPECT_EQ(exportOf(withFraction), exported) << "a fraction is dropped";
+    EXPECT_EQ(exportOf(withFraction), exported) << "the fraction of a second is dropped";
     withFraction.scenes.front().createdAt -= std::chrono::milliseconds(250);
     EXPECT_EQ(withFraction, document);
 }
 
-TEST(WorkspaceDocument, OneEncodingIsNotTheOther) {
+TEST(WorkspaceDocument, EachEncodingIsRefusedByTheOtherReader) {
     EXPECT_EQ(importError(fileText("stored.json")), "scenes[0].createdAt: expected a string");
     EXPECT_TRUE(std::holds_alternative<DecodingError>(decodeStoredDocument(fileText("exported.json"))));
 }
@@ -166,7 +166,7 @@ TEST(WorkspaceDocument, OfTwoMembersWithOneNameTheSecondCounts) {
     EXPECT_EQ(decoded(decodeExportedDocument(rule)).rules.front().name, "b");
 }
 
-// Memory: the test program counts its allocations.
+// The memory test counts the allocations of this test program.
 
 std::size_t liveBytes = 0;
 std::size_t peakBytes = 0;
@@ -180,7 +180,7 @@ std::string repeated(const std::string& text, std::size_t bytes) {
 
 TEST(WorkspaceDocument, MemoryStaysWithinASmallMultipleOfAnyText) {
     constexpr std::size_t kBytes = std::size_t{1} << 20;
-    constexpr std::size_t kMultiple = 10; // most of it the library's words for text that ends too early
+    constexpr std::size_t kMultiple = 10; // mostly for the library's error message about text that ends too early
     const std::string start = R"({"version":1,"rules":[],"scenes":[)";
     const std::string scene =
         R"({"id":"3F2504E0-4F89-41D3-9A0C-0305E82C3301","name":"","createdAt":"2026-11-14T18:12:26Z",)"
@@ -317,7 +317,7 @@ TEST(WorkspaceDocument, ExportsCanBeImported) {
     scene.displays.push_back({0, "", 1, "", {{{"root", std::vector<double>(4000, 1)}}}});
     document.scenes.assign(950, scene);
     const std::string stored = encodeStoredDocument(document);
-    ASSERT_LT(stored.size(), kMaximumImportBytes / 4) << "small as long as nothing is indented";
+    ASSERT_LT(stored.size(), kMaximumImportBytes / 4) << "it is small without indentation";
     EXPECT_STREQ(whyUnreadable(document, stored.size())->what(), "larger than 64 MiB");
     EXPECT_STREQ(std::get<DecodingError>(encodeExportedDocument(document)).what(), "larger than 64 MiB");
     document.scenes.resize(700);

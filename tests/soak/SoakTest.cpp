@@ -28,13 +28,13 @@ constexpr std::size_t kStepsReported = 40;
 constexpr std::chrono::seconds kLongEnoughForMemory{60};
 
 std::chrono::seconds duration() {
-    const char* told = std::getenv("KOVA_SOAK_SECONDS");
-    return std::chrono::seconds(told ? std::atoi(told) : 10);
+    const char* value = std::getenv("KOVA_SOAK_SECONDS");
+    return std::chrono::seconds(value ? std::atoi(value) : 10);
 }
 
 std::uint32_t seed() {
-    const char* told = std::getenv("KOVA_SOAK_SEED");
-    return told ? static_cast<std::uint32_t>(std::atol(told)) : std::random_device{}();
+    const char* value = std::getenv("KOVA_SOAK_SEED");
+    return value ? static_cast<std::uint32_t>(std::atol(value)) : std::random_device{}();
 }
 
 class Soak : public ::testing::TestWithParam<Manager> {
@@ -61,7 +61,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
                                                                  static_cast<std::uint32_t>(getpid())));
         }
         if (GetParam() == Manager::openbox) server_.startManager();
-        // Freed memory must not stay in the count.
+        // Freed memory must not be counted.
         session_.setVariable("ASAN_OPTIONS", "quarantine_size_mb=1:detect_leaks=1:malloc_context_size=8");
         agent_ = session_.startAgent();
         ASSERT_TRUE(session_.agentAnswers());
@@ -72,7 +72,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         return std::floor(std::uniform_real_distribution<double>(least, most)(random_));
     }
     std::string anyOf(std::vector<std::string> choices) { return choices[below(choices.size())]; }
-    /// Somewhere on the screen, for the most part.
+    /// A random frame, mostly on the screen.
     CGRect anyFrame() { return makeRect(between(0, 1500), between(0, 800), between(120, 1200), between(80, 900)); }
 
     // What programs do
@@ -105,15 +105,15 @@ class Soak : public ::testing::TestWithParam<Manager> {
             const auto state = client.numbers(window.number, "WM_STATE");
             return state.empty() || state.front() == 0;
         };
-        const auto isTakenIn = [&] { return GetParam() == Manager::none || isManaged(window); };
-        EXPECT_TRUE(eventually(isTakenIn)) << window.title;
+        const auto isManagedNow = [&] { return GetParam() == Manager::none || isManaged(window); };
+        EXPECT_TRUE(eventually(isManagedNow)) << window.title;
         for (int attempt = 0; attempt < 2; ++attempt) {
             client.withdraw(window.number);
             if (eventually(isWithdrawn, 1s)) break;
         }
         for (int attempt = 0; attempt < 3; ++attempt) {
             client.map(window.number);
-            if (eventually(isTakenIn, 1s)) break;
+            if (eventually(isManagedNow, 1s)) break;
         }
     }
     void startTerminal() {
@@ -153,17 +153,17 @@ class Soak : public ::testing::TestWithParam<Manager> {
     /// manages mapped windows only.
     void replaceManager() {
         if (GetParam() == Manager::none) return;
-        const auto areAllTakenIn = [this] {
+        const auto areAllManaged = [this] {
             return std::ranges::all_of(windows_, [this](const Window& window) { return isManaged(window); }) &&
                    unknownTerminals().empty();
         };
-        EXPECT_TRUE(eventually(areAllTakenIn)) << unknownTerminals();
+        EXPECT_TRUE(eventually(areAllManaged)) << unknownTerminals();
         server_.endManager();
         server_.startManager();
     }
 
     // What a user does
-    void says(const std::vector<std::string>& words) {
+    void runKova(const std::vector<std::string>& words) {
         const auto finished = session_.kova(words);
         if (finished.exitCode == 0 || finished.exitCode == 1) return; // done, or refused with a reason
         std::string command;
@@ -172,15 +172,15 @@ class Soak : public ::testing::TestWithParam<Manager> {
     }
     std::string anyTitle() { return windows_.empty() ? "nothing" : windows_[below(windows_.size())].title; }
     void dragDivider() {
-        const auto answer = session_.kova({"divider", "list", "--json"});
-        if (answer.exitCode != 0) return;
-        const auto dividers = nlohmann::json::parse(answer.output).at("dividers");
+        const auto listed = session_.kova({"divider", "list", "--json"});
+        if (listed.exitCode != 0) return;
+        const auto dividers = nlohmann::json::parse(listed.output).at("dividers");
         if (dividers.empty()) return;
         const auto& divider = dividers[below(dividers.size())];
-        says({"divider", "drag", divider.at("split"), std::to_string(divider.at("boundary").get<int>()),
-              std::to_string(static_cast<int>(between(-400, 400))), "--display", divider.at("display")});
+        runKova({"divider", "drag", divider.at("split"), std::to_string(divider.at("boundary").get<int>()),
+                 std::to_string(static_cast<int>(between(-400, 400))), "--display", divider.at("display")});
     }
-    void carryWithTheMouse() {
+    void dragWithTheMouse() {
         const auto place = [this] {
             return std::pair{std::to_string(static_cast<int>(between(0, 1919))),
                              std::to_string(static_cast<int>(between(0, 1079)))};
@@ -190,7 +190,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         session_.run({"xdotool", "mousemove", x, y, "mousedown", "1", "mousemove", toX, toY, "mouseup", "1"});
     }
 
-    /// Those with arrows and Tab belong to the window manager, where there is one.
+    /// Without the combinations with arrows and Tab, which belong to the window manager if there is one.
     void pressShortcuts() {
         std::vector<std::string> command{"xdotool", "key"};
         for (std::size_t left = 1 + below(3); left > 0; --left) {
@@ -231,71 +231,71 @@ class Soak : public ::testing::TestWithParam<Manager> {
             {2, "kill terminal", [this] { killTerminal(); }},
             {2, "change displays", [this] { changeDisplays(); }},
             {1, "replace window manager", [this] { replaceManager(); }},
-            {6, "mouse", [this] { carryWithTheMouse(); }},
+            {6, "mouse", [this] { dragWithTheMouse(); }},
             {6, "keyboard", [this] { pressShortcuts(); }},
-            {8, "arrange", [this] { says({"arrange"}); }},
+            {8, "arrange", [this] { runKova({"arrange"}); }},
             {4, "layout",
              [this] {
-                 says({"layout", anyOf({"next", "previous", "reset-sizes"})});
+                 runKova({"layout", anyOf({"next", "previous", "reset-sizes"})});
              }},
             {2, "inset",
              [this] {
-                 says({"layout", "inset", std::to_string(below(30))});
+                 runKova({"layout", "inset", std::to_string(below(30))});
              }},
             {8, "focus",
              [this, direction] {
-                 says({"focus", direction()});
+                 runKova({"focus", direction()});
              }},
             {8, "move",
              [this, direction] {
-                 says({"move", direction()});
+                 runKova({"move", direction()});
              }},
-            {5, "stack", [this] { says({"stack"}); }},
-            {4, "zoom", [this] { says({"zoom"}); }},
-            {6, "undo", [this] { says({"undo"}); }},
+            {5, "stack", [this] { runKova({"stack"}); }},
+            {4, "zoom", [this] { runKova({"zoom"}); }},
+            {6, "undo", [this] { runKova({"undo"}); }},
             {4, "drag divider", [this] { dragDivider(); }},
             {2, "capture",
              [this] {
-                 says({"scene", "capture", anyOf({"Work", "Home", "Play"})});
+                 runKova({"scene", "capture", anyOf({"Work", "Home", "Play"})});
              }},
             {3, "open scene",
              [this] {
-                 says({"scene", "open", anyOf({"Work", "Home", "Play"})});
+                 runKova({"scene", "open", anyOf({"Work", "Home", "Play"})});
              }},
             {1, "delete scene",
              [this] {
-                 says({"scene", "delete", anyOf({"Work", "Home", "Play"})});
+                 runKova({"scene", "delete", anyOf({"Work", "Home", "Play"})});
              }},
             {1, "rules",
              [this] {
-                 says({"rules", anyOf({"on", "off"})});
+                 runKova({"rules", anyOf({"on", "off"})});
              }},
             {1, "rule",
              [this] {
-                 says({"rule", "add", "--app", "Drawing1", anyOf({"float", "ignore"})});
+                 runKova({"rule", "add", "--app", "Drawing1", anyOf({"float", "ignore"})});
              }},
             {1, "forget rule",
              [this] {
-                 says({"rule", "delete", "1"});
+                 runKova({"rule", "delete", "1"});
              }},
             {3, "ask",
              [this] {
-                 says({"query", "state"});
+                 runKova({"query", "state"});
              }},
             {4, "open URL",
              [this] {
-                 says({"open", anyOf({"kova://action/arrange", "kova:action/stack", "KOVA://scene/work",
-                                      "kova://action/move/up", "kova://action/focus/nowhere", "kova://%"})});
+                 runKova({"open", anyOf({"kova://action/arrange", "kova:action/stack", "KOVA://scene/work",
+                                         "kova://action/move/up", "kova://action/focus/nowhere", "kova://%"})});
              }},
             {2, "explain",
              [this] {
-                 says({"explain", anyTitle()});
+                 runKova({"explain", anyTitle()});
              }},
         };
     }
 
     // What must be true
-    /// Tiles that one window covers have one frame.
+    /// Tiles must not overlap, except those that one window spans, which have the same frame.
     void expectNoOverlaps() {
         const auto tiles = session_.query("tiles");
         EXPECT_FALSE(tiles.empty());
@@ -311,13 +311,13 @@ class Soak : public ::testing::TestWithParam<Manager> {
             }
         }
     }
-    void expectNobodyWasClosed() {
+    void expectNoWindowWasClosed() {
         for (const auto& window : windows_) {
             EXPECT_EQ(applications_[window.application]->deleteCount(window.number), 0) << window.title;
         }
     }
-    /// The windows that are neither on the screen nor where a window manager keeps minimized ones.
-    std::string outOfReach() {
+    /// The windows that are neither visible on the screen nor minimized by a window manager.
+    std::string lostWindows() {
         std::string lost;
         for (const auto& window : windows_) {
             const auto& client = *applications_[window.application];
@@ -333,12 +333,12 @@ class Soak : public ::testing::TestWithParam<Manager> {
         }
         return lost;
     }
-    /// A terminal can be made as small as a palette, which is no window to manage.
+    /// A terminal can become so small that it is not managed.
     bool isSmall(const Terminal& terminal) const {
-        const auto told = session_.run({"xwininfo", "-name", terminal.title}).output;
+        const auto properties = session_.run({"xwininfo", "-name", terminal.title}).output;
         const auto isBelow = [&](const std::string& label, int least) {
-            const auto at = told.find(label);
-            return at != std::string::npos && std::atoi(told.c_str() + at + label.size()) < least;
+            const auto at = properties.find(label);
+            return at != std::string::npos && std::atoi(properties.c_str() + at + label.size()) < least;
         };
         return isBelow("Width:", 120) || isBelow("Height:", 80);
     }
@@ -352,7 +352,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         }
         return unknown;
     }
-    /// In KiB, as far as the agent has it for itself.
+    /// The private memory of the agent in KiB.
     long memory() const {
         std::ifstream rollup("/proc/" + std::to_string(agent_) + "/smaps_rollup");
         for (std::string line; std::getline(rollup, line);) {
@@ -381,21 +381,21 @@ class Soak : public ::testing::TestWithParam<Manager> {
     int opened_ = 0;
 };
 
-TEST_P(Soak, NothingIsLostAndNothingGrows) {
+TEST_P(Soak, NoWindowIsLostAndMemoryDoesNotGrow) {
     const auto steps = this->steps();
     std::vector<int> weights;
     for (const auto& step : steps) weights.push_back(step.weight);
     std::discrete_distribution<std::size_t> choose(weights.begin(), weights.end());
 
-    std::deque<std::string> story;
+    std::deque<std::string> lastSteps;
     std::vector<long> samples;
     const auto begin = SteadyClock::now();
     auto sampleDue = begin;
     long taken = 0;
     for (; SteadyClock::now() - begin < duration() && !HasFailure(); ++taken) {
         const auto& step = steps[choose(random_)];
-        story.push_back(step.name);
-        if (story.size() > kStepsReported) story.pop_front();
+        lastSteps.push_back(step.name);
+        if (lastSteps.size() > kStepsReported) lastSteps.pop_front();
         step.take();
         if (below(40) == 0) expectNoOverlaps();
         if (below(4) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(below(120)));
@@ -407,9 +407,9 @@ TEST_P(Soak, NothingIsLostAndNothingGrows) {
     // At the end all windows settle in their tiles.
     restoreDisplays();
     EXPECT_TRUE(eventually([&] { return unknownTerminals().empty(); })) << unknownTerminals();
-    says({"arrange"});
+    runKova({"arrange"});
     expectNoOverlaps();
-    expectNobodyWasClosed();
+    expectNoWindowWasClosed();
     if (duration() >= kLongEnoughForMemory) expectPlateau(samples);
 
     EXPECT_EQ(session_.kova({"quit"}).exitCode, 0);
@@ -417,11 +417,11 @@ TEST_P(Soak, NothingIsLostAndNothingGrows) {
     ASSERT_TRUE(finished) << "the agent does not end";
     EXPECT_EQ(finished->exitCode, 0) << finished->output;
     EXPECT_EQ(finished->output.find("Sanitizer"), std::string::npos) << finished->output;
-    EXPECT_TRUE(eventually([&] { return outOfReach().empty(); })) << outOfReach();
+    EXPECT_TRUE(eventually([&] { return lostWindows().empty(); })) << lostWindows();
 
     std::cerr << taken << " steps, seed " << seed_ << ", " << windows_.size() + terminals_.size() << " windows left\n";
     if (!HasFailure()) return;
-    for (const auto& name : story) std::cerr << name << "; ";
+    for (const auto& name : lastSteps) std::cerr << name << "; ";
     std::cerr << "\n";
 }
 
