@@ -19,6 +19,12 @@ QString titleOf(const std::string& utf8) {
     return QString::fromStdString(utf8).replace(u'&', QStringLiteral("&&"));
 }
 
+/// The slot of a tile id of the form display::slot.
+std::string slotOf(const std::string& tile) {
+    const auto separator = tile.rfind("::");
+    return separator == std::string::npos ? tile : tile.substr(separator + 2);
+}
+
 int iconSize() {
     return QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
 }
@@ -109,7 +115,7 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
         QObject::connect(action, &QAction::triggered, action, [this, parameters] {
-            link_.call("rule.add", parameters, [this](const Answer& added) {
+            link_.call("rule.add", parameters, [this](const Response& added) {
                 if (added.result.is_object() && !added.result.value("isOn", true)) offerRules();
             });
         });
@@ -120,7 +126,7 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
     add(tr("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
 }
 
-/// A rule was added that would have no effect.
+/// Called after a rule was added while rules are off: offers to enable them.
 void AgentActions::offerRules() {
     openWindow_("alert",
                 {{"title", tr("The rule is not applied yet").toStdString()},

@@ -18,7 +18,7 @@ class AgentActions final : public OverlayActions {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::AgentActions)
 
   public:
-    /// `styleMenus` is called before a menu is made or opens.
+    /// `styleMenus` is called before a menu is created or opened.
     AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus,
                  std::function<void(const std::string& what, const nlohmann::json& parameters)> openWindow) :
         link_(link),
@@ -36,10 +36,10 @@ class AgentActions final : public OverlayActions {
     void addMoves(const TileContents& tile, const std::string& window);
     void addRules(const TileContents& tile, const ApplicationName& application);
     void offerRules();
-    /// Asks the user first.
+    /// Opens an alert that asks for confirmation; it sends the request.
     void forceQuit(const std::string& window, const ApplicationName& application);
 
-    /// Without entries. Created at the first use, since a menu loads the toolkit's styles.
+    /// The menu, cleared. Created at the first use, since a menu loads the toolkit's styles.
     QMenu& emptyMenu();
 
     AgentLink& link_;

@@ -16,24 +16,24 @@ using nlohmann::json;
 
 constexpr std::chrono::milliseconds kTimeout{500};
 
-/// The result; null when it is refused or there is no answer.
-json ask(ControlClient& agent, const char* method) {
+/// The result of the request; null if the agent refuses it or does not respond.
+json query(ControlClient& agent, const char* method) {
     if (agent.send(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}}.dump())) return nullptr;
     const auto line = agent.receive();
-    const json answer = line ? json::parse(*line, nullptr, false) : json();
-    return answer.is_object() ? answer.value("result", json()) : json();
+    const json response = line ? json::parse(*line, nullptr, false) : json();
+    return response.is_object() ? response.value("result", json()) : json();
 }
 
 } // namespace
 
-bool isLeftToOtherInstance(const std::string& socketPath) {
+bool activateRunningInstance(const std::string& socketPath) {
     auto agent = ControlClient::connect(socketPath);
     if (!agent) return false;
     agent->setTimeout(kTimeout);
-    const json status = ask(*agent, "ui.status");
+    const json status = query(*agent, "ui.status");
     const json process = status.is_object() ? status.value("process", json()) : json();
     if (!process.is_number_integer() || process == QCoreApplication::applicationPid()) return false;
-    return ask(*agent, "settings.show").is_object();
+    return query(*agent, "settings.show").is_object();
 }
 
 } // namespace kova::ui

@@ -1,12 +1,12 @@
-// One kova-ui at a time draws for an agent.
+// Ensures that an agent has only one kova-ui.
 #pragma once
 
 #include <string>
 
 namespace kova::ui {
 
-/// True when another kova-ui, which the agent has started, runs already: it has received the request to show the
-/// settings. Waits for the agent, for half a second at most.
-bool isLeftToOtherInstance(const std::string& socketPath);
+/// If the agent already has another kova-ui, makes it show the settings and returns true; then this process should end.
+/// Waits at most half a second for each response of the agent.
+bool activateRunningInstance(const std::string& socketPath);
 
 } // namespace kova::ui

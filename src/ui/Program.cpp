@@ -24,7 +24,7 @@ namespace kova::ui {
 Program::Program(const std::string& socketPath) :
     link_(socketPath, {.contentsChanged =
                            [this] {
-                               // Not at once: a window's own event may be the cause, and the window may go.
+                               // Queued: an event of a window may have caused this, and the refresh may destroy it.
                                if (std::exchange(isRefreshDue_, true)) return;
                                QMetaObject::invokeMethod(
                                    this, [this] { contentsChanged(); }, Qt::QueuedConnection);
@@ -96,8 +96,9 @@ void Program::contentsChanged() {
     overlay_->show(contents);
     windows_.follow(contents ? contents->windows : std::map<std::string, ShownWindow>());
     if (contents && windows_.isAnyOpen() && contents->appearance != styledAppearance_) styleWidgets();
-    // After the overlay, which the user waits for.
-    if (std::exchange(isAgentThere_, contents.has_value()) != contents.has_value()) tray_.setAgentThere(isAgentThere_);
+    // Last, since the user notices a delay of the overlay first.
+    if (std::exchange(isAgentConnected_, contents.has_value()) != contents.has_value())
+        tray_.setAgentConnected(isAgentConnected_);
 }
 
 void Program::applyTaste() {

@@ -1,5 +1,5 @@
-// The user interface as a whole: the connection to the agent, the overlay, the status item, and the order in which they
-// begin. Main thread only.
+// The user interface as a whole: owns the connection to the agent, the overlay, the status item and the windows, and
+// starts them in order. Main thread only.
 #pragma once
 
 #include "ui/AgentActions.h"
@@ -34,10 +34,10 @@ class Program : public QObject {
     std::unique_ptr<Overlay> overlay_;
     Tray tray_;
     WindowHost windows_;
-    bool isAgentThere_ = false;
+    bool isAgentConnected_ = false;
     bool isRefreshDue_ = false;
     std::string lastComplaint_;
-    Appearance styledAppearance_; // what widgets were styled for last
+    Appearance styledAppearance_; // for which the widgets were last styled
 #if defined(Q_OS_MACOS)
     std::shared_ptr<const void> macAppearance_; // follows the system's settings
 #endif

@@ -26,19 +26,19 @@ shows the settings.
   --version       the version
 )";
 
-/// Sizes come from the agent, in points: the toolkit must not scale a second time. It needs no 3D, and no theme of
-/// another toolkit, whose libraries would take more memory than all the rest.
+/// The agent sends sizes in points, which kova-ui scales itself: the toolkit must not scale them again. OpenGL and the
+/// theme plugin of another toolkit are not loaded: their libraries would take more memory than the rest of kova-ui.
 void prepareToolkit() {
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"})
         qunsetenv(name);
     qputenv("QT_STYLE_OVERRIDE", "fusion");
 #if defined(Q_OS_MACOS)
-    // The toolkit makes a program active when it starts and whenever a window is raised, which would take the focus
-    // from the application that is used. Windows that need the focus request it themselves.
+    // The toolkit activates a program when it starts and when it raises a window, which would take the focus from the
+    // application in use. Windows that need the focus request it themselves.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
-#else // on a Mac the toolkit would do without the system's theme, and so without its dark appearance
+#else // not on a Mac: with these variables the toolkit would ignore the system's theme and its dark appearance
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
 #endif
@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "kova-ui: unknown argument: %s\n%s", argv[i], kHelp.data());
         return 2;
     }
-    if (kova::ui::isLeftToOtherInstance(socket)) return 0;
+    if (kova::ui::activateRunningInstance(socket)) return 0;
     prepareToolkit();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kova-ui"));

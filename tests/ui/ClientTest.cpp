@@ -78,11 +78,11 @@ TEST(OverlayMirror, ElementsOfAListChangeComeAndGo) {
     const auto tiles = [&](nlohmann::json change) {
         const nlohmann::json parameters{{"sequence", ++sequence}, {"changes", {{"tiles", std::move(change)}}}};
         mirror.receive(nlohmann::json{{"method", "changed"}, {"params", parameters}}.dump());
-        std::string told;
+        std::string updated;
         for (const TileContents& tile : mirror.contents()->tiles) {
-            told += (told.empty() ? "" : " ") + tile.name + ":" + std::to_string(tile.applications.size());
+            updated += (updated.empty() ? "" : " ") + tile.name + ":" + std::to_string(tile.applications.size());
         }
-        return told;
+        return updated;
     };
     nlohmann::json fifth = state["tiles"][0];
     fifth["id"] = "d1::fifth";
@@ -102,20 +102,20 @@ TEST(AgentLink, WaitsForAnAgentAndConnectsAgainWhenItIsLost) {
     talk.listen();
     ASSERT_TRUE(talk.until([&] { return talk.hasContents(); }));
     std::string error;
-    talk.link.call("undo", nlohmann::json::object(), [&](const Answer& answer) { error = answer.error; });
+    talk.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
     talk.agent.reset(); // before it answers
     ASSERT_TRUE(talk.until([&] { return !talk.hasContents(); }));
     EXPECT_EQ(error, "The agent has ended");
-    talk.link.call("undo", nlohmann::json::object(), [&](const Answer& answer) { error = answer.error; });
+    talk.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
     EXPECT_EQ(error, "The agent does not run");
     talk.listen();
     EXPECT_TRUE(talk.until([&] { return talk.hasContents(); }));
 }
 
 TEST(AgentLink, PausesBetweenAttemptsGrowToFiveSeconds) {
-    EXPECT_EQ(pauseBeforeAttempt(0), 100ms);
-    EXPECT_EQ(pauseBeforeAttempt(3), 800ms);
-    EXPECT_EQ(pauseBeforeAttempt(1000), 5000ms);
+    EXPECT_EQ(delayBeforeAttempt(0), 100ms);
+    EXPECT_EQ(delayBeforeAttempt(3), 800ms);
+    EXPECT_EQ(delayBeforeAttempt(1000), 5000ms);
 }
 
 TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
@@ -125,7 +125,7 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
         return state;
     };
     struct Case {
-        nlohmann::json answer;
+        nlohmann::json response;
         std::string complaint;
     };
     const nlohmann::json newer{{"contract", kOverlayContract + 1}, {"agent", "9.0"}};
@@ -144,8 +144,8 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
         OverlayMirror mirror({.contentsChanged = [] { ADD_FAILURE() << "nothing is shown"; },
                               .showRequested = nullptr,
                               .notUnderstood = [&](const std::string& reason) { complaints.push_back(reason); }});
-        each.answer["id"] = nlohmann::json::parse(mirror.connected())["id"];
-        const auto report = nlohmann::json::parse(mirror.receive(each.answer.dump()));
+        each.response["id"] = nlohmann::json::parse(mirror.connected())["id"];
+        const auto report = nlohmann::json::parse(mirror.receive(each.response.dump()));
         EXPECT_EQ(report["method"], "ui.report");
         EXPECT_EQ(report["params"], (nlohmann::json{{"problem", each.complaint}}));
         EXPECT_EQ(complaints, std::vector<std::string>{each.complaint});

@@ -104,8 +104,8 @@ TEST_F(Menus, TheTraysMenuIsAsTheAgentIsWhenItOpens) {
     std::vector<std::string> chosen;
     Tray tray(
         link, [] {}, [&](const std::string& id) { chosen.push_back(id); });
-    tray.setAgentThere(true);
-    EXPECT_FALSE(tray.item()) << "the desktop has no notification area";
+    tray.setAgentConnected(true);
+    EXPECT_FALSE(tray.item()) << "no place for it";
     tray.setHasTrayWindow(true);
     ASSERT_TRUE(tray.item());
     ASSERT_FALSE(tray.item()->contextMenu()) << "the toolkit would show it before it was asked for";

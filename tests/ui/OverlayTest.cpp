@@ -304,7 +304,8 @@ TEST(Footer, TheFrontWindowIsShownBeforeALaunchAndWaitingOnes) {
                 EXPECT_TRUE(width < 240 || !layout.entries[0].label.isEmpty()) << width;
                 EXPECT_EQ(!layout.pending.isEmpty(), isPending) << width;
                 const auto named = [](const FooterLayout::Entry& entry) { return !entry.label.isEmpty(); };
-                EXPECT_TRUE(std::ranges::is_partitioned(layout.entries, named)) << "the last ones lose their texts";
+                EXPECT_TRUE(std::ranges::is_partitioned(layout.entries, named))
+                    << "the last entries lose their texts first";
             }
         }
     }

@@ -6,8 +6,8 @@
 
 namespace kova::ui {
 
-std::chrono::milliseconds pauseBeforeAttempt(int attempts) {
-    return std::min(std::chrono::milliseconds(100) * (1 << std::clamp(attempts, 0, 10)),
+std::chrono::milliseconds delayBeforeAttempt(int failedAttempts) {
+    return std::min(std::chrono::milliseconds(100) * (1 << std::clamp(failedAttempts, 0, 10)),
                     std::chrono::milliseconds(5000));
 }
 
@@ -29,21 +29,21 @@ void AgentConnection::start() {
 void AgentConnection::read() {
     while (client_) {
         auto received = client_->receiveAvailable();
-        if (!received) return lose();
+        if (!received) return closeConnection();
         const std::optional<std::string>& line = *received;
         if (!line) return;
-        attempts_ = 0;
+        failedAttempts_ = 0;
         handlers_.received(*line);
     }
 }
 
 void AgentConnection::send(std::string lines) {
-    if (client_ && client_->send(std::move(lines))) lose();
+    if (client_ && client_->send(std::move(lines))) closeConnection();
 }
 
-void AgentConnection::lose() {
+void AgentConnection::closeConnection() {
     if (!client_) return;
-    // This may be called by the notifier: it is destroyed after it has returned.
+    // The caller may be the notifier itself, so it is destroyed later.
     readable_->setEnabled(false);
     readable_.release()->deleteLater();
     client_.reset();
@@ -52,7 +52,7 @@ void AgentConnection::lose() {
 }
 
 void AgentConnection::retry() {
-    retry_.start(pauseBeforeAttempt(attempts_++));
+    retry_.start(delayBeforeAttempt(failedAttempts_++));
 }
 
 } // namespace kova::ui

@@ -1,5 +1,5 @@
-// The connection to the agent, line by line: established again, after growing delays, whenever it is lost. Main thread
-// only.
+// The connection to the agent; it sends and receives lines. A lost connection is established again, after growing
+// delays. Main thread only.
 #pragma once
 
 #include "control/client/ControlClient.h"
@@ -28,10 +28,10 @@ class AgentConnection : public QObject {
     void start();
     bool isConnected() const { return client_ != nullptr; }
     const std::string& socketPath() const { return socketPath_; }
-    /// No-op without a connection; if the agent stops reading, the connection counts as lost.
+    /// No-op without a connection. If the agent does not read, the connection is closed.
     void send(std::string lines);
-    /// Ends the connection, if there is one, as if the agent had ended it.
-    void lose();
+    /// Closes the connection, if there is one: calls `lost`, and connects again later.
+    void closeConnection();
 
   private:
     void read();
@@ -42,10 +42,10 @@ class AgentConnection : public QObject {
     std::unique_ptr<ControlClient> client_;
     std::unique_ptr<QSocketNotifier> readable_;
     QTimer retry_;
-    int attempts_ = 0;
+    int failedAttempts_ = 0;
 };
 
-/// The delay before the next attempt, after `attempts` failed ones.
-std::chrono::milliseconds pauseBeforeAttempt(int attempts);
+/// The delay before the next attempt to connect, after `failedAttempts` failed ones.
+std::chrono::milliseconds delayBeforeAttempt(int failedAttempts);
 
 } // namespace kova::ui

@@ -14,7 +14,7 @@ AgentLink::AgentLink(std::string socketPath, OverlayMirror::Listener listener) :
                                             },
                                         .lost = [this] { mirror_.disconnected(); }}) {}
 
-void AgentLink::call(const std::string& method, nlohmann::json parameters, std::function<void(const Answer&)> done) {
+void AgentLink::call(const std::string& method, nlohmann::json parameters, std::function<void(const Response&)> done) {
     if (!isConnected()) {
         if (done) done({nullptr, "The agent does not run"});
         return;

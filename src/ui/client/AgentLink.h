@@ -12,14 +12,14 @@ class AgentLink {
   public:
     AgentLink(std::string socketPath, OverlayMirror::Listener listener);
 
-    /// Connects now; when that fails, after 0.1, 0.2, 0.4 … at most 5 s again.
+    /// Connects now; after a failure, retries after 0.1, 0.2, 0.4, … s, at most 5 s.
     void start() { connection_.start(); }
     bool isConnected() const { return connection_.isConnected(); }
     const std::optional<OverlayContents>& contents() const { return mirror_.contents(); }
 
-    /// Asks the agent; `done` may be empty. Without a connection it is called at once, with an error.
+    /// Sends a request; `done` may be empty. Without a connection `done` is called at once, with an error.
     void call(const std::string& method, nlohmann::json parameters = nlohmann::json::object(),
-              std::function<void(const Answer&)> done = nullptr);
+              std::function<void(const Response&)> done = nullptr);
 
   private:
     OverlayMirror mirror_;

@@ -10,7 +10,7 @@ namespace {
 
 using nlohmann::json;
 
-Answer answerIn(const json& message) {
+Response responseIn(const json& message) {
     if (!message.contains("error")) return {message.value("result", json()), {}};
     const json& error = message["error"];
     const std::string text = error.is_object() ? error.value("message", "") : "";
@@ -28,7 +28,7 @@ AgentSession::AgentSession(std::string socketPath, QObject* parent) :
 
 AgentSession::~AgentSession() {
     blockSignals(true);
-    connection_.lose();
+    connection_.closeConnection();
 }
 
 void AgentSession::connected() {
@@ -38,21 +38,22 @@ void AgentSession::connected() {
 
 void AgentSession::lost() {
     state_ = json::object();
-    const auto waiting = std::exchange(waiting_, {});
-    for (const auto& [id, done] : waiting) done({nullptr, "The agent has ended"});
+    const auto pending = std::exchange(pendingRequests_, {});
+    for (const auto& [id, done] : pending) done({nullptr, "The agent has ended"});
     Q_EMIT connectionChanged();
 }
 
 void AgentSession::call(const QObject* context, const std::string& method, json parameters,
-                        std::function<void(const Answer&)> done) {
+                        std::function<void(const Response&)> done) {
     if (!isConnected()) {
         if (done) done({nullptr, "The agent does not run"});
         return;
     }
     const std::uint64_t id = nextRequest_++;
     if (done) {
-        waiting_[id] = [context = QPointer<const QObject>(context), act = std::move(done)](const Answer& answer) {
-            if (context) act(answer);
+        pendingRequests_[id] = [context = QPointer<const QObject>(context),
+                                act = std::move(done)](const Response& response) {
+            if (context) act(response);
         };
     }
     const json message{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(parameters)}};
@@ -65,15 +66,15 @@ void AgentSession::follow(const std::string& topic) {
 
 void AgentSession::subscribe(const std::string& topic) {
     const json parameters = topic.empty() ? json::object() : json{{"topic", topic}};
-    call(this, "subscribe", parameters, [this](const Answer& answer) {
-        if (answer.result.is_object()) take(answer.result.value("state", json::object()));
+    call(this, "subscribe", parameters, [this](const Response& response) {
+        if (response.result.is_object()) applyChanges(response.result.value("state", json::object()));
     });
 }
 
-void AgentSession::take(const json& news) {
-    if (!news.is_object()) return;
+void AgentSession::applyChanges(const json& changes) {
+    if (!changes.is_object()) return;
     std::set<std::string> sections;
-    for (const auto& section : news.items()) {
+    for (const auto& section : changes.items()) {
         state_[section.key()] = section.value();
         sections.insert(section.key());
     }
@@ -86,13 +87,13 @@ void AgentSession::receive(const std::string& line) {
     const auto method = message.find("method");
     const json parameters = message.value("params", json::object());
     if (method == message.end()) {
-        const auto found = waiting_.find(message.value("id", std::uint64_t(0)));
-        if (found == waiting_.end()) return;
+        const auto found = pendingRequests_.find(message.value("id", std::uint64_t(0)));
+        if (found == pendingRequests_.end()) return;
         const auto done = std::move(found->second);
-        waiting_.erase(found);
-        done(answerIn(message));
+        pendingRequests_.erase(found);
+        done(responseIn(message));
     } else if (*method == "changed" && parameters.contains("changes")) {
-        take(parameters["changes"]);
+        applyChanges(parameters["changes"]);
     } else if (method->is_string()) {
         Q_EMIT notified(method->get<std::string>(), parameters);
     }

@@ -1,5 +1,5 @@
-// A connection to the agent for windows, beside the overlay's: errors are shown at the control that sent the request,
-// not in the overlay's message. Connects again when the agent comes back. Main thread only.
+// A connection to the agent for the windows of kova-ui; the overlay has its own. Errors are shown at the control that
+// sent the request, not in the overlay's message. Reconnects after the agent has restarted. Main thread only.
 #pragma once
 
 #include "ui/client/AgentConnection.h"
@@ -21,19 +21,20 @@ class AgentSession : public QObject {
     explicit AgentSession(std::string socketPath, QObject* parent = nullptr);
     ~AgentSession() override;
 
-    /// Sends a request. `done` may be empty; it is called once, with an error when there is no connection or the
-    /// connection ends, and not at all when `context` has been destroyed by then.
+    /// Sends a request. `done` may be empty. It is called once, with an error if there is no connection or the
+    /// connection ends; it is not called if `context` has been destroyed by then.
     void call(const QObject* context, const std::string& method, nlohmann::json parameters = nlohmann::json::object(),
-              std::function<void(const Answer&)> done = nullptr);
-    /// Subscribes to the topic, or without one to the state of the workspace, now and after each new connection.
+              std::function<void(const Response&)> done = nullptr);
+    /// Subscribes to the topic, or to the state of the workspace if the topic is empty, now and after each
+    /// reconnection.
     void follow(const std::string& topic = {});
-    /// The sections of all subscriptions; an empty object until they have arrived.
+    /// The sections of all subscribed topics; an empty object until the first state has arrived.
     const nlohmann::json& state() const { return state_; }
     const std::string& socketPath() const { return connection_.socketPath(); }
     bool isConnected() const { return connection_.isConnected(); }
 
   Q_SIGNALS:
-    /// The sections of the state that have changed; all of them after a new connection.
+    /// The sections of the state that have changed; after a reconnection, all of them.
     void changed(const std::set<std::string>& sections);
     /// Any other notification, such as `launched`.
     void notified(const std::string& method, const nlohmann::json& parameters);
@@ -43,14 +44,14 @@ class AgentSession : public QObject {
     void connected();
     void lost();
     void receive(const std::string& line);
-    void take(const nlohmann::json& news);
+    void applyChanges(const nlohmann::json& changes);
     void subscribe(const std::string& topic);
 
     AgentConnection connection_;
-    std::set<std::string> topics_; // subscribed; empty: the state of the workspace
+    std::set<std::string> topics_; // to subscribe to; an empty text stands for the state of the workspace
     nlohmann::json state_ = nlohmann::json::object();
     std::uint64_t nextRequest_ = 1;
-    std::map<std::uint64_t, std::function<void(const Answer&)>> waiting_;
+    std::map<std::uint64_t, std::function<void(const Response&)>> pendingRequests_;
 };
 
 } // namespace kova::ui

@@ -1,5 +1,5 @@
-// The agent's texts in the language of the user: titles of the menu, status messages, notices and alerts. The agent
-// composes them in English, with names in them; what is not known here stays English.
+// Translates texts of the agent for the user: titles of the menu, status messages, notices and alerts. The agent
+// composes them in English and inserts names; a text without a known pattern stays English.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -10,9 +10,9 @@
 
 namespace kova::ui {
 
-/// Names that the user or a layout gave, such as those of scenes and tiles, are left as they are.
+/// Names that the user or a layout gave, such as names of scenes and tiles, are not translated.
 QString titleInUsersLanguage(const MenuItem& item);
-/// Names and numbers in the text are left as they are.
+/// Names and numbers within the text are not translated.
 QString inUsersLanguage(const std::string& text);
 
 } // namespace kova::ui

@@ -81,7 +81,7 @@ ApplicationName application(const JsonCursor& at) {
 }
 
 StackEntry stackEntry(const JsonCursor& at) {
-    // Window ids are texts; a number is accepted as well, since other topics use numbers.
+    // The overlay topic sends window ids as text; numbers are accepted too, since other topics use them.
     const JsonCursor window = at.required("window");
     return {.window = window.value().is_number_integer() ? std::to_string(window.integer()) : window.string(),
             .application = application(at.required("application")),
@@ -158,7 +158,7 @@ std::map<std::string, ShownWindow> shownWindows(const JsonCursor& at) {
     return windows;
 }
 
-/// The element of that id; null when there is none.
+/// The element with that id; null if there is none.
 nlohmann::json* elementOf(nlohmann::json& list, const std::string& id) {
     const auto found = std::ranges::find_if(
         list, [&](const auto& element) { return element.is_object() && element.value("id", nlohmann::json()) == id; });

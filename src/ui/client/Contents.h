@@ -1,5 +1,5 @@
-// What the overlay shows, as the agent publishes it. Rectangles are in points in window-service space: the origin is
-// the top left of the first display, y grows downwards. Plain values without a toolkit.
+// The contents of the overlay, as the agent publishes them. Rectangles are in points in window-service space: the
+// origin is the top left of the first display, y grows downwards. Plain values, independent of the toolkit.
 #pragma once
 
 #include "support/Geometry.h"
@@ -26,7 +26,7 @@ struct AgentVersion {
 
 struct Appearance {
     std::string theme;
-    std::optional<bool> isDark; // absent: as the desktop prefers
+    std::optional<bool> isDark; // absent: the desktop's preference decides
     ThemePalette palette;
     bool useThemeBackground = false;
     bool showTileBackgrounds = false;
@@ -39,20 +39,20 @@ struct DisplayContents {
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{};
-    double scale = 1; // the toolkit's units in a point: pixels, but for the Mac
+    double scale = 1; // units of the toolkit per point; the units are pixels, on a Mac points
     bool isFocusMode = false;
     bool isCurrent = false;
     bool operator==(const DisplayContents&) const = default;
 };
 
 struct ApplicationName {
-    std::string id; // empty when it is not known
+    std::string id; // empty if unknown
     std::string name;
     bool operator==(const ApplicationName&) const = default;
 };
 
 struct StackEntry {
-    std::string window; // its id, as methods take it
+    std::string window; // the window's id, as parameters of methods contain it
     ApplicationName application;
     std::string title;
     bool isFront = false;
@@ -84,9 +84,9 @@ struct TileContents {
 struct DividerContents {
     std::string id;
     std::string display;
-    CGRect frame{};                   // the whole gap between the two sides
-    bool separatesSideBySide = false; // the line in it is vertical
-    bool isLit = false;               // under the pointer, or dragged
+    CGRect frame{};                   // the whole gap between the tiles
+    bool separatesSideBySide = false; // the divider's line is vertical
+    bool isLit = false;               // hovered or dragged
     bool operator==(const DividerContents&) const = default;
 };
 
@@ -99,14 +99,14 @@ struct WindowDrag {
 struct StatusMessage {
     std::string text;
     std::string display;
-    std::string undoMethod; // of the agent, which reverts the reported action; empty: it cannot be reverted
+    std::string undoMethod; // the agent's method that reverts the reported action; empty if it cannot be reverted
     bool operator==(const StatusMessage&) const = default;
 };
 
-/// A window that is to be open.
+/// A window of kova-ui that the agent wants to be open.
 struct ShownWindow {
-    std::optional<std::string> pane; // absent: the one that it showed last
-    std::int64_t request = 0;        // another number: a new request to show it
+    std::optional<std::string> pane; // absent: the pane that was shown last
+    std::int64_t request = 0;        // changes with each request to show the window
     bool operator==(const ShownWindow&) const = default;
 };
 
@@ -119,21 +119,21 @@ struct OverlayContents {
     std::vector<DividerContents> dividers;
     std::optional<WindowDrag> drag;
     std::optional<StatusMessage> message;
-    std::map<std::string, ShownWindow> windows; // by name, as `show` names them
+    std::map<std::string, ShownWindow> windows; // by the name that the notification `show` uses
     bool operator==(const OverlayContents&) const = default;
 
-    /// Null when there is no such display.
+    /// Null if there is no such display or tile.
     const DisplayContents* display(std::string_view id) const;
     const TileContents* tile(std::string_view id) const;
 };
 
-/// Updates the sections of the first state (`sections`, an object) with the changed ones. A changed list has its
-/// changed elements with their new members and, if it is another one, the order of all. Throws `DecodingError`, and
-/// `sections` may then be half changed.
+/// Merges `changes` into `sections`, the sections of the whole state. The change of a list contains its new and
+/// changed elements (of these at least the changed members) and, if elements came, went or moved, all ids in order.
+/// Throws `DecodingError`; `sections` may then be partly changed.
 void mergeChanges(nlohmann::json& sections, const JsonCursor& changes);
 
-/// Replaces the sections that are members of `sections`; unknown members are ignored. Throws
-/// `DecodingError`, and `contents` may then be half changed.
+/// Replaces the parts of `contents` that are members of `sections`; unknown members are ignored. Throws
+/// `DecodingError`; `contents` may then be partly changed.
 void applySections(OverlayContents& contents, const JsonCursor& sections);
 
 struct MenuItem {
@@ -143,7 +143,7 @@ struct MenuItem {
     std::string title;
     bool isEnabled = true;
     bool isChecked = false;
-    std::string shortcut;          // shown only; empty when there is none
+    std::string shortcut;          // only shown, not handled here; empty if there is none
     std::vector<MenuItem> entries; // of a submenu
     bool operator==(const MenuItem&) const = default;
 };

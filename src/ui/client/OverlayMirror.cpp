@@ -25,8 +25,8 @@ std::string OverlayMirror::connected() {
 
 void OverlayMirror::disconnected() {
     subscription_ = 0;
-    const auto waiting = std::exchange(waiting_, {});
-    for (const auto& [id, done] : waiting) done({nullptr, "The agent has ended"});
+    const auto pending = std::exchange(pendingRequests_, {});
+    for (const auto& [id, done] : pending) done({nullptr, "The agent has ended"});
     if (!contents_) return;
     contents_.reset();
     listener_.contentsChanged();
@@ -38,9 +38,9 @@ std::string OverlayMirror::subscribe() {
 }
 
 std::string OverlayMirror::request(const std::string& method, nlohmann::json parameters,
-                                   std::function<void(const Answer&)> done) {
+                                   std::function<void(const Response&)> done) {
     const std::uint64_t id = nextRequest_++;
-    if (done) waiting_[id] = std::move(done);
+    if (done) pendingRequests_[id] = std::move(done);
     const nlohmann::json message{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(parameters)}};
     return message.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
@@ -49,82 +49,84 @@ std::string OverlayMirror::receive(std::string_view line) {
     const nlohmann::json message = nlohmann::json::parse(line, nullptr, false);
     if (!message.is_object()) return {};
     const std::string method = textIn(message, "method");
-    if (method == "changed") return takeChanges(memberOf(message, "params"));
+    if (method == "changed") return receiveChanges(memberOf(message, "params"));
     if (method == "show") {
         const nlohmann::json parameters = memberOf(message, "params");
         listener_.showRequested(textIn(parameters, "what"), parameters);
         return {};
     }
-    return method.empty() ? takeAnswer(message) : std::string();
+    return method.empty() ? receiveResponse(message) : std::string();
 }
 
-std::string OverlayMirror::takeAnswer(const nlohmann::json& message) {
+std::string OverlayMirror::receiveResponse(const nlohmann::json& message) {
     const nlohmann::json id = memberOf(message, "id");
     if (!id.is_number_unsigned()) return {};
-    Answer answer{memberOf(message, "result"), {}};
+    Response response{memberOf(message, "result"), {}};
     if (const nlohmann::json error = memberOf(message, "error"); !error.is_null()) {
-        answer.error = textIn(error, "message");
-        if (answer.error.empty()) answer.error = "The agent refused the request";
+        response.error = textIn(error, "message");
+        if (response.error.empty()) response.error = "The agent refused the request";
     }
     const auto number = id.get<std::uint64_t>();
-    if (number == subscription_) return takeState(answer);
-    if (const auto found = waiting_.find(number); found != waiting_.end()) {
+    if (number == subscription_) return receiveState(response);
+    if (const auto found = pendingRequests_.find(number); found != pendingRequests_.end()) {
         const auto done = std::move(found->second);
-        waiting_.erase(found);
-        done(answer);
+        pendingRequests_.erase(found);
+        done(response);
     }
     return {};
 }
 
-std::string OverlayMirror::takeState(const Answer& answer) {
+std::string OverlayMirror::receiveState(const Response& response) {
     subscription_ = 0;
-    if (!answer.error.empty()) return refuse("The agent publishes no overlay: " + answer.error);
+    if (!response.error.empty()) return rejectContents("The agent publishes no overlay: " + response.error);
     try {
-        const JsonCursor result(answer.result, "");
-        OverlayContents told;
+        const JsonCursor result(response.result, "");
+        OverlayContents updated;
         const JsonCursor state = result.required("state");
-        // First, since another version may have sections that cannot be decoded.
+        // The version first, since sections of another version may not be decodable.
         const nlohmann::json version{{"version", state.required("version").value()}};
-        applySections(told, JsonCursor(version, "state"));
-        if (told.version.contract != kOverlayContract) {
-            return refuse("kova-ui " KOVA_VERSION " does not fit kova-agent " + told.version.agent +
-                          ". Install the same version of both, then run “kova ui restart”");
+        applySections(updated, JsonCursor(version, "state"));
+        if (updated.version.contract != kOverlayContract) {
+            return rejectContents("kova-ui " KOVA_VERSION " does not fit kova-agent " + updated.version.agent +
+                                  ". Install the same version of both, then run “kova ui restart”");
         }
-        applySections(told, state);
+        applySections(updated, state);
         sequence_ = static_cast<std::uint64_t>(result.required("sequence").integer());
-        contents_ = std::move(told);
+        contents_ = std::move(updated);
         sections_ = state.value();
     } catch (const DecodingError& error) {
-        return refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
+        return rejectContents(std::string("The overlay contents that the agent sent cannot be decoded: ") +
+                              error.what());
     }
     listener_.contentsChanged();
     return {};
 }
 
-std::string OverlayMirror::takeChanges(const nlohmann::json& parameters) {
+std::string OverlayMirror::receiveChanges(const nlohmann::json& parameters) {
     if (const std::string topic = textIn(parameters, "topic"); !topic.empty() && topic != "overlay") return {};
-    // Until the state is there, changes are older than it.
+    // Changes that arrive before the requested state are already part of it.
     if (!contents_ || subscription_ != 0) return {};
     try {
         const JsonCursor at(parameters, "");
         if (static_cast<std::uint64_t>(at.required("sequence").integer()) != sequence_ + 1) return subscribe();
         const JsonCursor changes = at.required("changes");
         mergeChanges(sections_, changes);
-        nlohmann::json renewed = nlohmann::json::object();
-        for (const auto& [name, change] : changes.members()) renewed[name] = sections_[name];
-        OverlayContents told = *contents_;
-        applySections(told, JsonCursor(renewed, "changes"));
+        nlohmann::json changedSections = nlohmann::json::object();
+        for (const auto& [name, change] : changes.members()) changedSections[name] = sections_[name];
+        OverlayContents updated = *contents_;
+        applySections(updated, JsonCursor(changedSections, "changes"));
         ++sequence_;
-        if (told == *contents_) return {};
-        contents_ = std::move(told);
+        if (updated == *contents_) return {};
+        contents_ = std::move(updated);
     } catch (const DecodingError& error) {
-        return refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
+        return rejectContents(std::string("The overlay contents that the agent sent cannot be decoded: ") +
+                              error.what());
     }
     listener_.contentsChanged();
     return {};
 }
 
-std::string OverlayMirror::refuse(const std::string& reason) {
+std::string OverlayMirror::rejectContents(const std::string& reason) {
     const bool hadContents = contents_.has_value();
     contents_.reset();
     if (hadContents) listener_.contentsChanged();

@@ -1,5 +1,5 @@
-// The overlay's contents updated by the agent's numbered changes. Parses and builds messages; does not use the socket.
-// Main thread only.
+// Keeps a copy of the overlay's contents up to date with the agent's numbered changes. Parses and builds messages, but
+// does not use the socket. Main thread only.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -16,50 +16,51 @@
 namespace kova::ui {
 
 /// The result of a request, or its error.
-struct Answer {
+struct Response {
     nlohmann::json result;
-    std::string error; // empty when it was carried out
+    std::string error; // empty if the request succeeded
 };
 
 class OverlayMirror {
   public:
     struct Listener {
         std::function<void()> contentsChanged;
-        /// `parameters` are those of the notification.
+        /// `parameters` are the parameters of the notification `show`.
         std::function<void(const std::string& what, const nlohmann::json& parameters)> showRequested;
-        /// The agent has another version of the contract, or a message cannot be decoded. The text is for the user;
-        /// the agent is told as well.
+        /// The agent has another version of the contract, or a message cannot be decoded. `reason` is a text for the
+        /// user; it is also reported to the agent.
         std::function<void(const std::string& reason)> notUnderstood;
     };
     explicit OverlayMirror(Listener listener) : listener_(std::move(listener)) {}
 
     /// Resets the contents for a new connection. Returns the lines to send.
     std::string connected();
-    /// The connection has ended: requests that wait get an error, contents are reset.
+    /// Call when the connection has ended: resets the contents and calls `done` of pending requests with an error.
     void disconnected();
-    /// Takes one line of the agent. Returns the lines to send in response; mostly none.
+    /// Handles one line from the agent. Returns the line to send in return, usually none.
     std::string receive(std::string_view line);
-    /// The line to send for a request; `done` is called with its answer.
-    std::string request(const std::string& method, nlohmann::json parameters, std::function<void(const Answer&)> done);
+    /// Returns the line to send for a request; `done` is called with the response.
+    std::string request(const std::string& method, nlohmann::json parameters,
+                        std::function<void(const Response&)> done);
 
-    /// Absent before the first state, and without a connection, and while there is no connection.
+    /// Absent before the first state has arrived, and while there is no connection.
     const std::optional<OverlayContents>& contents() const { return contents_; }
 
   private:
     std::string subscribe();
-    std::string takeAnswer(const nlohmann::json& message);
-    std::string takeState(const Answer& answer);
-    std::string takeChanges(const nlohmann::json& parameters);
-    /// Drops the contents. Returns the line that reports the reason to the agent, whose `doctor` says it.
-    std::string refuse(const std::string& reason);
+    std::string receiveResponse(const nlohmann::json& message);
+    std::string receiveState(const Response& response);
+    std::string receiveChanges(const nlohmann::json& parameters);
+    /// Drops the contents. Returns the line that reports the reason to the agent, which shows it in `doctor`.
+    std::string rejectContents(const std::string& reason);
 
     Listener listener_;
     std::optional<OverlayContents> contents_;
-    nlohmann::json sections_; // the sections that `contents_` was made of
+    nlohmann::json sections_; // from which `contents_` was decoded
     std::uint64_t sequence_ = 0;
     std::uint64_t nextRequest_ = 1;
-    std::uint64_t subscription_ = 0; // the request whose answer is the state; 0: none is under way
-    std::map<std::uint64_t, std::function<void(const Answer&)>> waiting_;
+    std::uint64_t subscription_ = 0; // id of the pending request to subscribe; 0: none is pending
+    std::map<std::uint64_t, std::function<void(const Response&)>> pendingRequests_;
 };
 
 } // namespace kova::ui

@@ -21,8 +21,8 @@ namespace {
 
 using nlohmann::json;
 
-constexpr int kAlertColumns = 52; // of letters, wide
-constexpr int kMostRows = 9;      // of the list, before it scrolls
+constexpr int kAlertColumns = 52; // width, in average letters
+constexpr int kMostRows = 9;      // a longer list of applications scrolls
 
 const WindowRegistration alertRegistration({"alert", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
                                                 return std::make_unique<AlertWindow>(services);
@@ -137,9 +137,9 @@ void AlertWindow::confirm() {
 }
 
 void AlertWindow::answer(bool isConfirmed) {
-    const json answered = std::exchange(alert_, nullptr);
-    if (!answered.is_object() || !answered.contains("id")) return;
-    services_.agent.call(this, "ui.answer", {{"id", answered["id"]}, {"isConfirmed", isConfirmed}});
+    const json alert = std::exchange(alert_, nullptr);
+    if (!alert.is_object() || !alert.contains("id")) return;
+    services_.agent.call(this, "ui.answer", {{"id", alert["id"]}, {"isConfirmed", isConfirmed}});
 }
 
 void AlertWindow::closeEvent(QCloseEvent* event) {

@@ -1,5 +1,5 @@
-// A message, or a question with the applications that it is about. Cancel is the default: Enter, Escape and the end of
-// the agent confirm nothing.
+// A message, or a question that may list the applications it concerns. Cancel is the default button: Enter, Escape and
+// the end of the agent do not confirm.
 #pragma once
 
 #include "ui/windows/FieldError.h"
@@ -11,8 +11,9 @@
 
 namespace kova::ui {
 
-/// Parameters: "title", "text", "confirm", "cancel" (empty for a message), "applications" [{name, bundleIdentifier}],
-/// and where the answer goes: "id" of a question of the agent, or "method" with "parameters" for the confirmation.
+/// Parameters: "title", "text", "confirm", "cancel" (empty for a message), "applications" [{name, bundleIdentifier}];
+/// and either "id", if the agent waits for the user's answer, or the "method" to call with "parameters" on
+/// confirmation.
 class AlertWindow final : public HostedWindow {
     Q_OBJECT
 
@@ -35,7 +36,7 @@ class AlertWindow final : public HostedWindow {
     FieldError* error_;
     QPushButton* confirm_;
     QPushButton* cancel_;
-    nlohmann::json alert_; // null once it is answered
+    nlohmann::json alert_; // the parameters; null once the user has answered
 };
 
 } // namespace kova::ui

@@ -15,16 +15,16 @@ namespace kova::ui {
 
 namespace {
 
-constexpr qint64 kLargestDocument = 64 * 1024 * 1024; // bytes, as the agent takes it
+constexpr qint64 kLargestDocument = 64 * 1024 * 1024; // bytes; the limit of the agent
 
 struct DocumentFile {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::DocumentFile)
 };
 
-/// In JSON a byte takes up to six bytes (“\u0000”), and a message has other members.
+/// Bytes. In JSON one byte takes up to six (“\u0000”), and a message has further members.
 constexpr qsizetype kLargestPiece = kLongestControlLine / 8;
 
-/// The number of bytes of the first piece; no character is cut.
+/// The number of bytes of the first piece, which ends at the end of a character.
 qsizetype lengthOfPiece(const QByteArray& text) {
     if (text.size() <= kLargestPiece) return text.size();
     qsizetype end = kLargestPiece;
@@ -55,18 +55,18 @@ std::variant<QByteArray, QString> readDocument(const QString& path) {
 }
 
 void sendDocument(AgentSession& agent, const QObject* context, QByteArray text, Importing importing,
-                  std::function<void(const Answer&)> done) {
+                  std::function<void(const Response&)> done) {
     const QByteArray piece = text.left(lengthOfPiece(text));
     text.remove(0, piece.size());
     const bool hasMore = !text.isEmpty();
     const nlohmann::json parameters{
         {"text", piece.toStdString()}, {"more", hasMore}, {"dryRun", importing == Importing::dryRun}};
-    agent.call(
-        context, "import", parameters,
-        [&agent, context, text = std::move(text), importing, hasMore, done = std::move(done)](const Answer& answer) {
-            if (!hasMore || !answer.error.empty()) return done(answer);
-            sendDocument(agent, context, text, importing, done);
-        });
+    agent.call(context, "import", parameters,
+               [&agent, context, text = std::move(text), importing, hasMore,
+                done = std::move(done)](const Response& response) {
+                   if (!hasMore || !response.error.empty()) return done(response);
+                   sendDocument(agent, context, text, importing, done);
+               });
 }
 
 } // namespace kova::ui

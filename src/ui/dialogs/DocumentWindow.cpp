@@ -22,7 +22,7 @@ std::unique_ptr<HostedWindow> make(WindowServices& services) {
 const WindowRegistration exporting({"exportDocument", make<Exchange::exportDocument>});
 const WindowRegistration importing({"importDocument", make<Exchange::importDocument>});
 
-/// Stays until the window has written or read the file.
+/// Does not close when a file is chosen: the window closes once the file has been written or read.
 class Panel final : public QFileDialog {
   public:
     explicit Panel(QWidget* parent) : QFileDialog(parent) {
@@ -69,17 +69,22 @@ DocumentWindow::DocumentWindow(WindowServices& services, Exchange exchange) :
 void DocumentWindow::exportTo(const QString& path) {
     callFor(*error_, services_.agent, "export", json::object(), {.done = [this, path](const json& result) {
         const auto problem = writeDocument(path, result.value("text", ""));
-        problem ? error_->say(*problem) : void(close());
+        if (problem) {
+            error_->showReason(*problem);
+        } else {
+            close();
+        }
     }});
 }
 
 void DocumentWindow::importFrom(const QString& path) {
     const auto read = readDocument(path);
-    if (const auto* problem = std::get_if<QString>(&read)) return error_->say(*problem);
-    sendDocument(services_.agent, this, std::get<QByteArray>(read), Importing::forReal, [this](const Answer& answer) {
-        error_->say(QString::fromStdString(answer.error));
-        if (answer.error.empty()) close();
-    });
+    if (const auto* problem = std::get_if<QString>(&read)) return error_->showReason(*problem);
+    sendDocument(services_.agent, this, std::get<QByteArray>(read), Importing::forReal,
+                 [this](const Response& response) {
+                     error_->showReason(QString::fromStdString(response.error));
+                     if (response.error.empty()) close();
+                 });
 }
 
 } // namespace kova::ui

@@ -1,4 +1,4 @@
-// Export and import of scenes and rules, chosen from the menu: a file panel, with the reason below it when the file
+// The window of the menu's export and import of scenes and rules: a file panel, and below it the reason if the file
 // cannot be written or read.
 #pragma once
 

@@ -142,9 +142,9 @@ void CommandPalette::ask() {
     offer({});
     const std::string method = methodOf(asked.subject);
     if (method.empty()) return;
-    services().agent.call(this, method, nlohmann::json::object(), [this, generation](const Answer& answer) {
+    services().agent.call(this, method, nlohmann::json::object(), [this, generation](const Response& answer) {
         if (generation != generation_ || !question()) return;
-        error().say(QString::fromStdString(answer.error));
+        error().showReason(QString::fromStdString(answer.error));
         offer(answersIn(answer.result, *question()));
     });
 }
@@ -198,12 +198,12 @@ void CommandPalette::load() {
     offer(target ? commandEntries(target->display) : std::vector<LauncherEntry>());
     const auto add = [this, generation](const char* method, auto&& entriesOf) {
         services().agent.call(this, method, nlohmann::json::object(),
-                              [this, generation, entriesOf](const Answer& answer) {
+                              [this, generation, entriesOf](const Response& answer) {
                                   if (answer.error.empty() && generation == generation_)
                                       offerMore(entriesOf(answer.result));
                               });
     };
-    services().agent.call(this, "query.focus", nlohmann::json::object(), [this](const Answer& answer) {
+    services().agent.call(this, "query.focus", nlohmann::json::object(), [this](const Response& answer) {
         const nlohmann::json last = answer.result.is_object() ? answer.result.value("last", nlohmann::json()) : nullptr;
         focused_ = last.is_object() ? last.value("id", nlohmann::json()) : nullptr;
     });

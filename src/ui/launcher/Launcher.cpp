@@ -23,8 +23,8 @@ Launcher::Launcher(WindowServices& services) : SearchWindow(services) {
 }
 
 void Launcher::load() {
-    services().agent.call(this, "app.list", nlohmann::json::object(), [this](const Answer& answer) {
-        if (answer.error.empty()) offer(applicationEntries(answer.result, tile()));
+    services().agent.call(this, "app.list", nlohmann::json::object(), [this](const Response& response) {
+        if (response.error.empty()) offer(applicationEntries(response.result, tile()));
     });
 }
 

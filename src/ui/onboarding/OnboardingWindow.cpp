@@ -191,7 +191,7 @@ void OnboardingWindow::showOffers(const json& state) {
         offer->setVisible(setting.is_object());
         if (!setting.is_object()) return;
         offer->showState(setting.value("isOn", false));
-        offer->error().say(memberText(setting, "problem"));
+        offer->error().showReason(memberText(setting, "problem"));
     };
     show(login_, "login");
     show(dock_, "dock");

@@ -123,8 +123,8 @@ QWidget* AboutPane::logGroup() {
 }
 
 void AboutPane::opened() {
-    agent_.call(this, "status", json::object(), [this](const Answer& answer) {
-        const std::string agent = answer.result.is_object() ? answer.result.value("version", "") : "";
+    agent_.call(this, "status", json::object(), [this](const Response& response) {
+        const std::string agent = response.result.is_object() ? response.result.value("version", "") : "";
         const QString ours = QStringLiteral(KOVA_VERSION);
         const QString theirs = QString::fromStdString(agent);
         version_->setText(theirs.isEmpty() || theirs == ours ? tr("KOVA %1").arg(ours)
@@ -169,7 +169,7 @@ void AboutPane::askForReportFile() {
 void AboutPane::runCommand(const QStringList& arguments, std::function<void(const QString& printed)> done) {
     const QString program = commandLineProgram();
     said_->clear();
-    if (program.isEmpty()) return error_->say(tr("The command line “kova” is not installed."));
+    if (program.isEmpty()) return error_->showReason(tr("The command line “kova” is not installed."));
     auto* process = new QProcess(this);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("KOVA_SOCKET"), QString::fromStdString(agent_.socketPath()));
@@ -180,7 +180,7 @@ void AboutPane::runCommand(const QStringList& arguments, std::function<void(cons
         const bool isDone = hasRun && process->exitCode() == 0;
         const QByteArray printed = isDone ? process->readAllStandardOutput() : process->readAllStandardError();
         const QString text = QString::fromUtf8(printed).trimmed();
-        error_->say(isDone ? QString() : text.isEmpty() ? tr("The command line ended unexpectedly.") : text);
+        error_->showReason(isDone ? QString() : text.isEmpty() ? tr("The command line ended unexpectedly.") : text);
         if (isDone) done(text);
         process->deleteLater();
     };

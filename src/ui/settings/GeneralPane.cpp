@@ -140,7 +140,7 @@ void GeneralPane::showSystemSetting(SettingSwitch& control, const json& setting)
     if (setting.at("guidance").is_string())
         control.setText(QString::fromStdString(setting.at("guidance").get<std::string>()));
     if (setting.at("problem").is_string())
-        control.error().say(QString::fromStdString(setting.at("problem").get<std::string>()));
+        control.error().showReason(QString::fromStdString(setting.at("problem").get<std::string>()));
     else
         control.error().clear();
 }

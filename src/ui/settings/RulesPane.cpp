@@ -69,8 +69,8 @@ RulesPane::RulesPane(WindowServices& services) : services_(services) {
 void RulesPane::opened() {
     services_.agent.follow();
     services_.agent.follow("settings");
-    services_.agent.call(this, "layout.list", json::object(), [this](const Answer& answer) {
-        if (answer.error.empty()) fillDispositions(answer.result.value("slots", json::array()));
+    services_.agent.call(this, "layout.list", json::object(), [this](const Response& response) {
+        if (response.error.empty()) fillDispositions(response.result.value("slots", json::array()));
     });
     showRules();
     fillWindowMenu();
@@ -291,7 +291,7 @@ void RulesPane::addForFocused(json disposition) {
     callFor(*newError_, services_.agent, "query.focus", json::object(),
             {.done = [this, wanted = std::move(disposition)](const json& focus) {
                 const json last = focus.value("last", json());
-                if (!last.is_object()) return newError_->say(tr("No focused application window found"));
+                if (!last.is_object()) return newError_->showReason(tr("No focused application window found"));
                 addForWindow(last.value("id", ""), wanted);
             }});
 }
@@ -310,7 +310,7 @@ void RulesPane::addForWindowAt(QPoint pixels) {
     callFor(*newError_, services_.agent, "query.windowAt", {{"x", at.x() / scale}, {"y", at.y() / scale}},
             {.done = [this](const json& result) {
                 const json window = result.value("window", json());
-                if (!window.is_object()) return newError_->say(tr("No window that KOVA manages is there"));
+                if (!window.is_object()) return newError_->showReason(tr("No window that KOVA manages is there"));
                 addForWindow(window.value("id", ""), dispositionOf(*newDisposition_, newDisposition_->currentIndex()));
             }});
 }

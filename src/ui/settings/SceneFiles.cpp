@@ -38,7 +38,7 @@ void ScenesPane::chooseExport() {
 
 void ScenesPane::exportTo(const QString& path) {
     callFor(*fileError_, services_.agent, "export", json::object(), {.done = [this, path](const json& result) {
-        if (const auto problem = writeDocument(path, result.value("text", ""))) fileError_->say(*problem);
+        if (const auto problem = writeDocument(path, result.value("text", ""))) fileError_->showReason(*problem);
     }});
 }
 
@@ -52,12 +52,12 @@ void ScenesPane::chooseImport() {
 void ScenesPane::readImport(const QString& path) {
     import_->hide();
     const auto read = readDocument(path);
-    if (const auto* problem = std::get_if<QString>(&read)) return fileError_->say(*problem);
+    if (const auto* problem = std::get_if<QString>(&read)) return fileError_->showReason(*problem);
     document_ = std::get<QByteArray>(read);
     sendDocument(services_.agent, this, document_, Importing::dryRun,
-                 [this, name = QFileInfo(path).fileName()](const Answer& answer) {
-                     fileError_->say(QString::fromStdString(answer.error));
-                     if (answer.error.empty()) showImport(name, answer.result);
+                 [this, name = QFileInfo(path).fileName()](const Response& response) {
+                     fileError_->showReason(QString::fromStdString(response.error));
+                     if (response.error.empty()) showImport(name, response.result);
                  });
 }
 
@@ -85,8 +85,8 @@ void ScenesPane::showImport(const QString& fileName, const json& result) {
 }
 
 void ScenesPane::addImport() {
-    sendDocument(services_.agent, this, document_, Importing::forReal, [this](const Answer& answer) {
-        fileError_->say(QString::fromStdString(answer.error));
+    sendDocument(services_.agent, this, document_, Importing::forReal, [this](const Response& response) {
+        fileError_->showReason(QString::fromStdString(response.error));
         import_->hide();
         document_.clear();
     });

@@ -242,9 +242,9 @@ void ScenesPane::readPicture(const json& scene) {
     const std::string id = scene.value("id", ""), changed = scene.value("updatedAt", "");
     if (read_[id] == changed) return;
     read_[id] = changed;
-    services_.agent.call(this, "scene.show", {{"scene", id}}, [this, id](const Answer& answer) {
-        if (!answer.error.empty()) return;
-        pictures_->setScene(QString::fromStdString(id), answer.result);
+    services_.agent.call(this, "scene.show", {{"scene", id}}, [this, id](const Response& response) {
+        if (!response.error.empty()) return;
+        pictures_->setScene(QString::fromStdString(id), response.result);
         list_->viewport()->update();
     });
 }
@@ -268,18 +268,18 @@ void ScenesPane::readDifferences() {
         noDifference_->show();
         return;
     }
-    services_.agent.call(this, "scene.diff", {{"scene", id.toStdString()}}, [this, id](const Answer& answer) {
+    services_.agent.call(this, "scene.diff", {{"scene", id.toStdString()}}, [this, id](const Response& response) {
         if (id != selectedID()) return; // another one was selected meanwhile
         differences_->clear();
         for (const json& each :
-             answer.result.is_object() ? answer.result.value("differences", json::array()) : json()) {
+             response.result.is_object() ? response.result.value("differences", json::array()) : json()) {
             new QTreeWidgetItem(differences_,
                                 {memberText(each, "what"), memberText(each, "inScene"), memberText(each, "now")});
         }
         const bool isSame = differences_->topLevelItemCount() == 0;
-        noDifference_->setText(!answer.error.empty() ? QString::fromStdString(answer.error)
-                               : isSame              ? tr("Nothing: the workspace is as in the scene.")
-                                                     : QString());
+        noDifference_->setText(!response.error.empty() ? QString::fromStdString(response.error)
+                               : isSame                ? tr("Nothing: the workspace is as in the scene.")
+                                                       : QString());
         noDifference_->setVisible(!noDifference_->text().isEmpty());
     });
 }

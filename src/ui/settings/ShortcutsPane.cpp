@@ -185,8 +185,8 @@ void ShortcutsPane::endRecording() {
 void ShortcutsPane::heard(const std::string& method, const json& parameters) {
     if (method != "recorded") return;
     try {
-        error_->say(memberText(parameters, "message"));
-        if (parameters.at("outcome") == "refused") return; // the recording continues
+        error_->showReason(memberText(parameters, "message"));
+        if (parameters.at("outcome") == "refused") return; // and goes on
         endRecording();
         const json& shortcut = parameters.at("shortcut");
         if (QTreeWidgetItem* item = itemOf(shortcut.at("action"))) showShortcut(*item, shortcut);

@@ -6,7 +6,7 @@ namespace kova::ui {
 
 namespace {
 
-/// Titles are texts, without letters to underline; a tab sets off the shortcut, which the agent listens for.
+/// The title, in which `&` marks no mnemonic; after a tab the shortcut, which is only shown: the agent handles it.
 QString labelOf(const MenuItem& item) {
     QString label = titleInUsersLanguage(item);
     label.replace(u'&', QStringLiteral("&&"));

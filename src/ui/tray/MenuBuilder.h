@@ -1,4 +1,4 @@
-// Builds a menu of the toolkit from the agent's entries.
+// Builds a menu from the agent's menu entries.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -11,7 +11,7 @@
 
 namespace kova::ui {
 
-/// Replaces the entries of `menu`; `choose` is called with the id of the one that is chosen.
+/// Replaces the entries of `menu`; `choose` is called with the id of the chosen entry.
 void fillMenu(QMenu& menu, const std::vector<MenuItem>& items, const std::function<void(const std::string&)>& choose);
 
 } // namespace kova::ui

@@ -20,9 +20,9 @@ namespace kova::ui {
 namespace {
 
 const QString kWatcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
-constexpr std::chrono::milliseconds kHostPause{1000};
+constexpr std::chrono::milliseconds kHostDelay{1000};
 
-/// A desktop of three tiles, in a gray that shows on light and dark panels.
+/// Three tiles in a gray that is visible on light and dark panels.
 QIcon statusIcon() {
     QIcon icon;
     for (const int size : {22, 44}) {
@@ -52,26 +52,27 @@ Tray::Tray(AgentLink& link, std::function<void()> styleMenus, std::function<void
 void Tray::watchBus() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
-    // A panel names the watcher first and itself as its host after that. The toolkit looks for a host only once.
+    // A panel registers the watcher service first and itself as a host later. The toolkit looks for a host only once,
+    // so the item is created after a delay.
     const auto found = [this] {
-        QTimer::singleShot(kHostPause, this, [this] {
+        QTimer::singleShot(kHostDelay, this, [this] {
             hasHost_ = true;
             update();
         });
     };
     auto* watcher = new QDBusServiceWatcher(kWatcherService, bus, QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, found);
-    auto* question =
+    auto* query =
         new QDBusPendingCallWatcher(bus.interface()->asyncCall(QStringLiteral("NameHasOwner"), kWatcherService), this);
-    connect(question, &QDBusPendingCallWatcher::finished, this, [found](QDBusPendingCallWatcher* done) {
+    connect(query, &QDBusPendingCallWatcher::finished, this, [found](QDBusPendingCallWatcher* done) {
         const QDBusPendingReply<bool> reply = *done;
         if (!reply.isError() && reply.value()) found();
         done->deleteLater();
     });
 }
 
-void Tray::setAgentThere(bool isThere) {
-    isAgentThere_ = isThere;
+void Tray::setAgentConnected(bool isConnected) {
+    isAgentConnected_ = isConnected;
     update();
 }
 
@@ -81,7 +82,7 @@ void Tray::setHasTrayWindow(bool hasWindow) {
 }
 
 void Tray::update() {
-    if (!isAgentThere_ || !(hasHost_ || hasTrayWindow_)) {
+    if (!isAgentConnected_ || !(hasHost_ || hasTrayWindow_)) {
         if (item_) item_->hide();
         return;
     }
@@ -96,17 +97,18 @@ void Tray::update() {
             if (why == QSystemTrayIcon::Trigger || isForMenu) openMenu(QCursor::pos());
         });
     }
-    // A host shows the menu by itself, after it was refreshed. An item in a window of the tray would show it before.
+    // A host opens the menu itself and shows the refreshed entries. An item in a tray window would show the old
+    // entries, so there `openMenu` opens the menu.
     if (hasHost_ && !item_->contextMenu()) item_->setContextMenu(menu_.get());
     refresh(nullptr);
     item_->show();
 }
 
 void Tray::refresh(std::function<void()> done) {
-    link_.call("menu", nlohmann::json::object(), [this, done](const Answer& answer) {
-        if (!answer.error.empty()) return;
+    link_.call("menu", nlohmann::json::object(), [this, done](const Response& response) {
+        if (!response.error.empty()) return;
         try {
-            const auto items = decodeMenu(JsonCursor(answer.result, ""));
+            const auto items = decodeMenu(JsonCursor(response.result, ""));
             if (menu_ && items != items_) fillMenu(*menu_, items, choose_);
             items_ = items;
             if (done) fillMenu(*popup_, items, choose_);

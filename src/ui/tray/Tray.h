@@ -1,5 +1,5 @@
-// The status item of the desktop's panel, with the agent's menu. The entries are requested whenever the menu opens. No
-// menu and no item of the toolkit is created before the panel has a place for it.
+// The status item of the desktop's panel, with the agent's menu. The entries are requested whenever the menu opens.
+// Menu and item are not created before the panel can show the item.
 #pragma once
 
 #include "ui/client/AgentLink.h"
@@ -17,16 +17,16 @@ namespace kova::ui {
 
 class Tray : public QObject {
   public:
-    /// `styleMenus` is called before a menu is made or opens, `choose` with the id of an entry that is chosen.
+    /// `styleMenus` is called before a menu is created or opened, `choose` with the id of the chosen entry.
     Tray(AgentLink& link, std::function<void()> styleMenus, std::function<void(const std::string& id)> choose);
 
-    /// The item is shown while the agent is connected, as soon as the desktop has a place for status items.
-    void setAgentThere(bool isThere);
-    /// A window that takes status items has appeared on the X server, or has disappeared.
+    /// The item is shown while the agent is connected and the panel can show status items.
+    void setAgentConnected(bool isConnected);
+    /// Whether a system tray window exists on the X server.
     void setHasTrayWindow(bool hasWindow);
-    /// The menu at that point of the screen, in pixels.
+    /// Opens the menu at that point of the screen, in pixels.
     void openMenu(QPoint at);
-    /// Null where there is no place for it yet.
+    /// Null until the panel can show the item.
     QSystemTrayIcon* item() { return item_.get(); }
 
   private:
@@ -37,11 +37,11 @@ class Tray : public QObject {
     AgentLink& link_;
     std::function<void()> styleMenus_;
     std::function<void(const std::string&)> choose_;
-    std::unique_ptr<QMenu> menu_;  // of the item, where a host of the panel shows it
-    std::vector<MenuItem> items_;  // in it
-    std::unique_ptr<QMenu> popup_; // of its own, since a panel may keep the other one
+    std::unique_ptr<QMenu> menu_;  // the item's menu, which a host shows
+    std::vector<MenuItem> items_;  // the entries of `menu_`
+    std::unique_ptr<QMenu> popup_; // for `openMenu`; separate, since a panel may keep `menu_` open
     std::unique_ptr<QSystemTrayIcon> item_;
-    bool isAgentThere_ = false, hasTrayWindow_ = false, hasHost_ = false;
+    bool isAgentConnected_ = false, hasTrayWindow_ = false, hasHost_ = false;
 };
 
 } // namespace kova::ui

@@ -14,7 +14,7 @@ FieldError::FieldError(QWidget* parent) : QLabel(parent) {
     hide();
 }
 
-void FieldError::say(const QString& reason) {
+void FieldError::showReason(const QString& reason) {
     setText(reason);
     setVisible(!reason.isEmpty());
     if (reason.isEmpty()) return;
@@ -24,14 +24,15 @@ void FieldError::say(const QString& reason) {
 
 void callFor(FieldError& error, AgentSession& agent, const std::string& method, nlohmann::json parameters,
              Reactions reactions) {
-    agent.call(&error, method, std::move(parameters), [&error, reactions = std::move(reactions)](const Answer& answer) {
-        error.say(QString::fromStdString(answer.error));
-        if (!answer.error.empty()) {
-            if (reactions.refused) reactions.refused();
-        } else if (reactions.done) {
-            reactions.done(answer.result);
-        }
-    });
+    agent.call(&error, method, std::move(parameters),
+               [&error, reactions = std::move(reactions)](const Response& response) {
+                   error.showReason(QString::fromStdString(response.error));
+                   if (!response.error.empty()) {
+                       if (reactions.refused) reactions.refused();
+                   } else if (reactions.done) {
+                       reactions.done(response.result);
+                   }
+               });
 }
 
 } // namespace kova::ui

@@ -1,4 +1,4 @@
-// Sends requests of a window's controls to the agent and shows refusals. Main thread only.
+// Sends requests for the controls of windows, and shows the errors. Main thread only.
 #pragma once
 
 #include "ui/client/AgentSession.h"
@@ -10,23 +10,23 @@
 
 namespace kova::ui {
 
-/// The line below a control with the agent's reason for refusing its request. It takes no room while there is nothing
-/// to say.
+/// The line below a control that shows why the agent refused the control's request. Hidden while empty.
 class FieldError : public QLabel {
     Q_OBJECT
 
   public:
     explicit FieldError(QWidget* parent = nullptr);
-    void say(const QString& reason);
-    void clear() { say({}); }
+    void showReason(const QString& reason);
+    void clear() { showReason({}); }
 };
 
 struct Reactions {
     std::function<void(const nlohmann::json& result)> done{};
-    std::function<void()> refused{}; // after the reason was shown: to put the control back
+    std::function<void()> refused{}; // called after the reason was shown, to reset the control
 };
 
-/// Calls the method. `error` is cleared when it is carried out; nothing happens any more once `error` is destroyed.
+/// Sends the request and shows its error in `error`, or clears `error` on success. No effect on the response once
+/// `error` has been destroyed.
 void callFor(FieldError& error, AgentSession& agent, const std::string& method,
              nlohmann::json parameters = nlohmann::json::object(), Reactions reactions = {});
 

@@ -1,4 +1,4 @@
-// The interface of a window of kova-ui, and the services that it gets. Main thread only.
+// The interface of a window of kova-ui, and the services that each window gets. Main thread only.
 #pragma once
 
 #include "ui/client/AgentSession.h"
@@ -17,26 +17,26 @@ namespace kova::ui {
 struct WindowServices {
     AgentSession& agent;
     IconSource icon{};
-    std::function<const OverlayContents*()> overlay{}; // null while the agent is away
+    std::function<const OverlayContents*()> overlay{}; // null while there is no connection to the agent
     std::function<Palette()> palette{};
-    std::function<QPoint()> origin{}; // of the agent's points, in pixels on the screen
-    /// Opens a window by its name, as the notification `show` does.
+    std::function<QPoint()> origin{}; // the screen position, in pixels, of the agent's point (0, 0)
+    /// Opens a window by the name that the notification `show` uses.
     std::function<void(const std::string& what, const nlohmann::json& parameters)> show{};
 };
 
-/// A window without parent. It is made when it is opened and destroyed after it was closed.
+/// A top-level window. It is created when it is opened, and destroyed after it was closed.
 class HostedWindow : public QWidget {
     Q_OBJECT
 
   public:
     using QWidget::QWidget;
-    /// Before the window is shown, and again at a request while it is open. `parameters` are those of the notification
-    /// `show`.
+    /// Called before the window is shown, and at each further request to show it. `parameters` are the parameters of
+    /// the notification `show`.
     virtual void present(const nlohmann::json& parameters) { (void)parameters; }
 };
 
 struct WindowKind {
-    const char* name; // the `what` of the notification
+    const char* name; // the parameter `what` of the notification `show`
     std::unique_ptr<HostedWindow> (*make)(WindowServices& services);
 };
 using WindowRegistration = Registry<WindowKind>::Addition;

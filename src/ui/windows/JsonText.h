@@ -1,4 +1,4 @@
-// Texts of the agent's answers.
+// Texts in the agent's messages.
 #pragma once
 
 #include <QString>

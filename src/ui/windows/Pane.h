@@ -13,15 +13,15 @@ class Pane : public QWidget {
 
   public:
     using QWidget::QWidget;
-    /// The page is about to be shown: reads from the agent what it shows.
+    /// Called each time before the page is shown, to query its contents from the agent.
     virtual void opened() {}
 };
 
 struct PaneKind {
-    int order;        // among the pages, ascending
-    const char* name; // the member `pane` of the notification
+    int order;        // pages are sorted by it
+    const char* name; // the parameter `pane` of the notification `show`
     QString (*title)();
-    Pane* (*make)(WindowServices& services); // the window becomes its parent
+    Pane* (*make)(WindowServices& services); // the settings window owns the pane
 };
 using PaneRegistration = Registry<PaneKind>::Addition;
 

@@ -1,5 +1,5 @@
-// A list to which source files add entries of their own before main() begins, so that a new window or pane changes no
-// other file.
+// A list to which source files add entries before main() begins, so that adding a window or pane needs no change of
+// another file.
 #pragma once
 
 #include <utility>
@@ -10,7 +10,7 @@ namespace kova::ui {
 template <class Entry>
 class Registry {
   public:
-    /// A constant of a source file: `const Registry<WindowKind>::Addition registration({...});`
+    /// Adds an entry by a constant at namespace scope: `const Registry<WindowKind>::Addition registration({...});`
     struct Addition {
         explicit Addition(Entry entry) { list().push_back(std::move(entry)); }
     };

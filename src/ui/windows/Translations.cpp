@@ -22,7 +22,7 @@ void install(const QLocale& locale, const QString& name, const QString& folder) 
 } // namespace
 
 void installTranslations(const QLocale& locale) {
-    // English is the language of the texts themselves, and no language after it in the user's list may take its place.
+    // The texts in the code are English, so a user who prefers English gets no translation into a later language.
     const QStringList languages = locale.uiLanguages();
     if (languages.isEmpty() || locale.language() == QLocale::C || languages.first().startsWith(QLatin1String("en")))
         return;

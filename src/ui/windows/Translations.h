@@ -1,12 +1,12 @@
-// The texts of kova-ui in the language of the user's locale.
+// Translates the texts of kova-ui into the language of the user's locale.
 #pragma once
 
 #include <QLocale>
 
 namespace kova::ui {
 
-/// Installs the translations that there are for the locale's languages, ours and the toolkit's; texts without one stay
-/// English. After the application object was made, before the first text.
+/// Installs KOVA's and the toolkit's translations for the locale's languages; texts without a translation stay English.
+/// Call after the application object was created and before the first text is shown.
 void installTranslations(const QLocale& locale);
 
 } // namespace kova::ui

@@ -1,4 +1,4 @@
-// Focuses a window that is opened on request of the agent, which window managers would otherwise treat as focus
+// Focuses windows that are opened on request of the agent; window managers would otherwise treat this as focus
 // stealing. Main thread only.
 #pragma once
 
@@ -9,16 +9,16 @@ namespace kova::ui {
 class WindowFocus {
   public:
     virtual ~WindowFocus() = default;
-    /// Before the window is shown. Remembers which window has the focus, unless it is one of this program.
+    /// Call before the window is shown. Remembers the focused window, unless it belongs to this program.
     virtual void prepare(QWidget& window) { (void)window; }
-    /// The window is shown: brings it to the front and focuses it.
+    /// Call after the window is shown. Brings the window to the front and focuses it.
     virtual void take(QWidget& window) {
         window.raise();
         window.activateWindow();
     }
-    /// Focuses the window that had the focus at the last `prepare`; no-op if it was closed.
+    /// Focuses the remembered window; no-op if that window was closed.
     virtual void giveBack() {}
-    /// No window was open for a while: forgets which window had the focus.
+    /// Call when no window has been open for a while. Forgets the remembered window.
     virtual void forget() {}
 };
 

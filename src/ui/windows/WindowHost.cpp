@@ -14,7 +14,7 @@ namespace kova::ui {
 
 namespace {
 
-// A window that is opened again soon finds its connection; later the memory goes back to the system.
+// A window that is opened within this time reuses the connection; after it, unused memory is released to the system.
 constexpr std::chrono::seconds kRest{3};
 
 } // namespace
@@ -92,7 +92,7 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
     }
     // Some systems take the focus from a window before the toolkit reports that it is hidden.
     if (event->type() == QEvent::Close) closing_ = {window, window->isActiveWindow()};
-    // The window's own close event may still refuse; a hidden window has been closed.
+    // A window may ignore its close event, so only a hidden window has been closed.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
         const Closing closing = std::exchange(closing_, {});
         const bool hadKeyboard = window->isActiveWindow() || (closing.window == window && closing.hadKeyboard);

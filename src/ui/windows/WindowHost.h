@@ -1,5 +1,5 @@
-// Opens the windows of kova-ui by name, one of each kind at a time, and destroys them after they were closed. While
-// none is open there is neither a window nor a connection for windows. Main thread only.
+// Opens the windows of kova-ui by name, at most one of each kind, and destroys them after they were closed. Soon after
+// the last window was closed, the connection that they share is closed too. Main thread only.
 #pragma once
 
 #include "ui/windows/HostedWindow.h"
@@ -24,28 +24,28 @@ class WindowHost : public QObject {
         std::function<const OverlayContents*()> overlay{};
         std::function<Palette()> palette{};
         std::function<QPoint()> origin{};
-        std::function<void()> styleWidgets{}; // before the first window is made
+        std::function<void()> styleWidgets{}; // called before the first window is created
         /// The user has closed a window that the agent wants to be open.
         std::function<void(const std::string& what)> closedByUser{};
     };
     explicit WindowHost(Surroundings surroundings);
     ~WindowHost() override;
 
-    /// Absent: windows are activated as the toolkit does.
+    /// Without this call, windows are focused as the toolkit does it.
     void setFocus(std::unique_ptr<WindowFocus> focus);
-    /// False when there is no such window.
+    /// False if there is no window of that name.
     bool show(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
-    /// Opens the windows that the agent has newly listed as open, and closes those that it lists no more. Windows
-    /// opened by `show` stay.
+    /// Opens the windows that are new in the agent's list `wanted`, and closes those that are no longer in it. Windows
+    /// opened by `show` stay open.
     void follow(const std::map<std::string, ShownWindow>& wanted);
-    /// Null when it is not open.
+    /// Null if the window is not open.
     HostedWindow* window(const std::string& what) const;
-    /// The connection of the windows to the agent; null when none was open lately.
+    /// The connection that the windows share; null if no window has been open for a while.
     const AgentSession* session() const { return agent_.get(); }
     bool isAnyOpen() const { return !windows_.empty(); }
 
   protected:
-    /// Escape closes a window whose controls do not use the key themselves.
+    /// Closes a window at Escape unless one of its controls handles the key, and notices closed windows.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
