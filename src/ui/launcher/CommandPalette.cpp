@@ -16,7 +16,7 @@ const WindowRegistration paletteRegistration({"palette", [](WindowServices& serv
                                                   return std::make_unique<CommandPalette>(services);
                                               }});
 
-/// Objects of the array under `key` that have an id.
+/// The objects with an id in the array `result[key]`.
 std::vector<nlohmann::json> identified(const nlohmann::json& result, const char* key) {
     std::vector<nlohmann::json> found;
     for (const auto& each : result.value(key, nlohmann::json::array())) {
@@ -67,7 +67,7 @@ void TilePicture::paintEvent(QPaintEvent*) {
 
 CommandPalette::CommandPalette(WindowServices& services) : SearchWindow(services), picture_(new TilePicture(services)) {
     setWindowTitle(tr("Palette"));
-    putAbove(picture_);
+    insertAbove(picture_);
     field().setAccessibleDescription(tr("Type a part of what you want; arrow keys choose, Enter carries it out"));
     list().setAccessibleName(tr("Results"));
     list().setAccessibleDescription(tr("Applications, windows, scenes, layouts and commands, the best match first"));
@@ -127,44 +127,48 @@ const Question* CommandPalette::question() const {
 }
 
 void CommandPalette::filter() {
-    const Question* asked = question();
-    const bool isTyped = asked && (asked->subject == Subject::text || asked->subject == Subject::number);
-    isTyped ? offerOnly(typedAnswer(*asked, field().text())) : SearchWindow::filter();
+    const Question* current = question();
+    const bool isTyped = current && (current->subject == Subject::text || current->subject == Subject::number);
+    if (isTyped) {
+        showOnly(typedAnswer(*current, field().text()));
+    } else {
+        SearchWindow::filter();
+    }
 }
 
-/// The field asks for what the command needs next. Titles of commands that ask end with “…”.
-void CommandPalette::ask() {
-    const Question& asked = *question();
-    field().setPlaceholderText(tr("%1: %2").arg(command_->title.chopped(1), asked.prompt));
+/// Asks for the next argument of the command in the field. Titles of commands with arguments end with “…”.
+void CommandPalette::askNext() {
+    const Question& current = *question();
+    field().setPlaceholderText(tr("%1: %2").arg(command_->title.chopped(1), current.prompt));
     field().setAccessibleName(field().placeholderText());
     field().clear();
     const unsigned generation = ++generation_;
-    offer({});
-    const std::string method = methodOf(asked.subject);
+    setEntries({});
+    const std::string method = methodOf(current.subject);
     if (method.empty()) return;
-    services().agent.call(this, method, nlohmann::json::object(), [this, generation](const Response& answer) {
+    services().agent.call(this, method, nlohmann::json::object(), [this, generation](const Response& response) {
         if (generation != generation_ || !question()) return;
-        error().showReason(QString::fromStdString(answer.error));
-        offer(answersIn(answer.result, *question()));
+        error().showReason(QString::fromStdString(response.error));
+        setEntries(answersIn(response.result, *question()));
     });
 }
 
-void CommandPalette::take(const LauncherEntry& entry) {
-    if (const Question* asked = question()) {
+void CommandPalette::entryChosen(const LauncherEntry& entry) {
+    if (const Question* current = question()) {
         command_->parameters.update(entry.parameters);
-        if (asked->subject == Subject::window) command_->application = entry.application;
+        if (current->subject == Subject::window) command_->application = entry.application;
         ++answered_;
     } else {
         command_ = entry;
         answered_ = 0;
     }
-    if (question()) return ask();
-    // While the palette has the focus, no window of an application has it.
-    if (focused_.is_string() && actsOnFocusedWindow(command_->method) && !command_->parameters.contains("window"))
-        command_->parameters["window"] = focused_;
+    if (question()) return askNext();
+    // Without a window in the parameters the agent would act on the focused window, but now the palette has the focus.
+    if (lastFocused_.is_string() && actsOnFocusedWindow(command_->method) && !command_->parameters.contains("window"))
+        command_->parameters["window"] = lastFocused_;
     if (!command_->isConfirmedFirst) {
         perform(*command_);
-        if (answered_ > 0) --answered_; // another answer, should this one be refused
+        if (answered_ > 0) --answered_; // if the agent refuses the request, the last question can be answered again
         return;
     }
     const nlohmann::json listed{{"name", command_->application.name}, {"bundleIdentifier", command_->application.id}};
@@ -182,7 +186,7 @@ void CommandPalette::goBack() {
     if (!command_) return;
     if (answered_ == 0) return load();
     --answered_;
-    ask();
+    askNext();
 }
 
 void CommandPalette::load() {
@@ -195,17 +199,18 @@ void CommandPalette::load() {
     picture_->setAccessibleName(tr("Acts on the tile %1").arg(tileName()));
     const OverlayContents* contents = services().overlay ? services().overlay() : nullptr;
     const TileContents* target = contents ? contents->tile(tile()) : nullptr;
-    offer(target ? commandEntries(target->display) : std::vector<LauncherEntry>());
+    setEntries(target ? commandEntries(target->display) : std::vector<LauncherEntry>());
     const auto add = [this, generation](const char* method, auto&& entriesOf) {
         services().agent.call(this, method, nlohmann::json::object(),
-                              [this, generation, entriesOf](const Response& answer) {
-                                  if (answer.error.empty() && generation == generation_)
-                                      offerMore(entriesOf(answer.result));
+                              [this, generation, entriesOf](const Response& response) {
+                                  if (response.error.empty() && generation == generation_)
+                                      addEntries(entriesOf(response.result));
                               });
     };
-    services().agent.call(this, "query.focus", nlohmann::json::object(), [this](const Response& answer) {
-        const nlohmann::json last = answer.result.is_object() ? answer.result.value("last", nlohmann::json()) : nullptr;
-        focused_ = last.is_object() ? last.value("id", nlohmann::json()) : nullptr;
+    services().agent.call(this, "query.focus", nlohmann::json::object(), [this](const Response& response) {
+        const nlohmann::json last =
+            response.result.is_object() ? response.result.value("last", nlohmann::json()) : nullptr;
+        lastFocused_ = last.is_object() ? last.value("id", nlohmann::json()) : nullptr;
     });
     add("app.list", [this](const nlohmann::json& result) {
         auto entries = applicationEntries(result, tile());

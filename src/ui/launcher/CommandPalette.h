@@ -1,5 +1,5 @@
 // The palette: one field that searches applications, open windows, scenes, layouts and commands. A small picture shows
-// the tile that it acts on. A command that needs an argument asks for it in the same field.
+// the tile on which the palette acts. The arguments of a command are typed into the same field.
 #pragma once
 
 #include "ui/launcher/SearchWindow.h"
@@ -34,10 +34,10 @@ class CommandPalette final : public SearchWindow {
 
   private:
     void load() override;
-    void take(const LauncherEntry& entry) override;
+    void entryChosen(const LauncherEntry& entry) override;
     void filter() override;
     void goBack() override;
-    void ask();
+    void askNext();
     const Question* question() const;
     QString tileName() const;
     std::vector<LauncherEntry> windowEntries(const nlohmann::json& result) const;
@@ -45,10 +45,10 @@ class CommandPalette final : public SearchWindow {
     std::vector<LauncherEntry> layoutEntries(const nlohmann::json& result) const;
 
     TilePicture* picture_;
-    std::optional<LauncherEntry> command_; // whose arguments are being asked for
-    nlohmann::json focused_;               // the window with the focus when this opened; it is what commands act on
-    std::size_t answered_ = 0;             // of its questions
-    unsigned generation_ = 0;              // of the list; answers for an older one are dropped
+    std::optional<LauncherEntry> command_; // the chosen command, whose questions are asked
+    nlohmann::json lastFocused_;           // id of the window that had the focus before the palette; commands act on it
+    std::size_t answered_ = 0;             // number of questions of `command_` that are answered
+    unsigned generation_ = 0;              // counts the lists of entries; responses for an older list are dropped
 };
 
 } // namespace kova::ui

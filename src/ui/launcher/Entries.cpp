@@ -11,7 +11,7 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kMostUsesThatCount = 50; // of entries that fit equally well, those used more often come first
+constexpr int kMostUsesThatCount = 50; // among equally good matches, frequently used entries come first
 
 } // namespace
 
@@ -55,18 +55,18 @@ void EntryList::sort() {
 }
 
 std::vector<std::size_t> EntryList::matching(const QString& query) const {
-    const FuzzyQuery wanted(query);
+    const FuzzyQuery fuzzy(query);
     std::vector<std::size_t> indexes;
-    if (wanted.isEmpty()) {
+    if (fuzzy.isEmpty()) {
         indexes.resize(entries_.size());
         std::iota(indexes.begin(), indexes.end(), std::size_t{0});
         return indexes;
     }
     std::vector<int> scores(entries_.size());
     for (std::size_t i = 0; i < entries_.size(); ++i) {
-        auto score = wanted.score(folded_[i]);
+        auto score = fuzzy.score(folded_[i]);
         if (!score && !entries_[i].words.isEmpty()) {
-            score = wanted.score(folded(entries_[i].words));
+            score = fuzzy.score(folded(entries_[i].words));
             if (score) *score /= 2; // a match in the visible text counts more
         }
         if (!score) continue;

@@ -1,4 +1,4 @@
-// The entries that the launcher and the palette offer, and their order. Plain values.
+// The entries that the launcher and the palette setEntries, and their order. Plain values.
 #pragma once
 
 #include "ui/launcher/FuzzyMatch.h"
@@ -13,7 +13,7 @@
 
 namespace kova::ui {
 
-/// What a command asks for before it is carried out.
+/// What a question of a command asks for.
 enum class Subject {
     text,
     number,
@@ -22,7 +22,7 @@ enum class Subject {
     window,
     application, // of an open window
     tile,
-    slot, // of a tile of the layouts in force
+    slot, // of the layouts in force
     display,
     divider,
     theme,
@@ -32,42 +32,43 @@ enum class Subject {
 };
 
 struct Question {
-    std::string key; // of the parameter; unused where an answer brings several
+    std::string key; // of the parameter; unused if the answer sets several parameters
     Subject subject = Subject::text;
     QString prompt;
 };
 
 struct LauncherEntry {
     QString title;
-    QString kind{};                // shown beside the title; empty in a list of one kind
-    ApplicationName application{}; // whose icon it has
-    QString iconName{};            // of the icon theme, or a file; empty: found by the application
-    QString words{};               // further words by which it is found
+    QString kind{};                // shown beside the title; empty if all entries are of one kind
+    ApplicationName application{}; // whose icon is shown
+    QString iconName{};            // in the icon theme, or a file path; empty: the icon is found by `application`
+    QString words{};               // further words that the search finds
     int uses = 0;
-    std::string method{}; // of the agent, for choosing it
+    std::string method{}; // the agent's method to call when the entry is chosen
     nlohmann::json parameters = nlohmann::json::object();
-    std::vector<Question> questions{}; // asked in this order; an answer is an entry with the parameters to add
-    bool isConfirmedFirst = false;     // an alert asks before it is carried out
+    std::vector<Question> questions{}; // asked in order; each answer is an entry with further parameters
+    bool isConfirmedFirst = false;     // an alert asks for confirmation before the method is called
 };
 
-/// The entries of `app.list`: each launches into the tile. Does not throw; invalid entries are left out.
+/// The applications in the result of `app.list`, each as an entry that launches it into the tile. Does not throw;
+/// invalid elements are left out.
 std::vector<LauncherEntry> applicationEntries(const nlohmann::json& result, const std::string& tile);
 
-/// Entries with their texts folded once, in the order for an empty query: most used first, then by title.
+/// Entries, most used first, then by title. Their titles are folded for searching once and not at each query.
 class EntryList {
   public:
     void set(std::vector<LauncherEntry> entries);
     void add(std::vector<LauncherEntry> entries);
     const LauncherEntry& at(std::size_t index) const { return entries_[index]; }
     std::size_t size() const { return entries_.size(); }
-    /// Indexes of the entries that fit the query, best first; all of them for an empty one.
+    /// Indexes of the entries that match the query, best match first; all entries for an empty query.
     std::vector<std::size_t> matching(const QString& query) const;
 
   private:
     void sort();
 
     std::vector<LauncherEntry> entries_;
-    std::vector<QString> folded_; // beside the entries
+    std::vector<QString> folded_; // the title of the entry with the same index
 };
 
 } // namespace kova::ui

@@ -7,13 +7,14 @@ namespace kova::ui {
 namespace {
 
 constexpr int kWholeName = 1000, kBeginning = 400, kWordBeginning = 250, kScattered = 100;
-constexpr int kMostLength = 60; // a shorter name fits better, up to this length
+constexpr int kMostLength = 60; // up to this length, a shorter name scores better
 
 bool beginsWord(const QString& name, qsizetype at) {
     return at == 0 || !name[at - 1].isLetterOrNumber();
 }
 
-/// Characters of the word that are skipped on the way when it begins at that place; absent when it does not fit.
+/// The number of characters of the name that are skipped if the word's characters are searched in order from `begin`;
+/// absent if they are not all found.
 std::optional<int> skippedFrom(const QString& name, qsizetype begin, const QString& word) {
     qsizetype at = begin;
     for (const QChar wanted : word) {
@@ -29,10 +30,10 @@ std::optional<int> scoreOfWord(const QString& name, const QString& word) {
     for (qsizetype at = name.indexOf(word[0]); at >= 0; at = name.indexOf(word[0], at + 1)) {
         if (!beginsWord(name, at)) continue;
         const auto skipped = skippedFrom(name, at, word);
-        if (!skipped) break; // nor does it fit from any later place
-        const int whole =
+        if (!skipped) break; // then the word does not match from a later position either
+        const int score =
             *skipped > 0 ? kScattered - std::min(*skipped, kScattered - 1) : (at > 0 ? kWordBeginning : kBeginning);
-        best = std::max(best.value_or(0), whole);
+        best = std::max(best.value_or(0), score);
     }
     return best;
 }
@@ -53,9 +54,9 @@ FuzzyQuery::FuzzyQuery(const QString& query) : words_(folded(query).split(u' ', 
 std::optional<int> FuzzyQuery::score(const QString& name) const {
     int sum = name == words_.join(u' ') ? kWholeName : 0;
     for (const QString& word : words_) {
-        const auto fits = scoreOfWord(name, word);
-        if (!fits) return std::nullopt;
-        sum += *fits;
+        const auto score = scoreOfWord(name, word);
+        if (!score) return std::nullopt;
+        sum += *score;
     }
     return sum + kMostLength - static_cast<int>(std::min<qsizetype>(name.size(), kMostLength));
 }

@@ -1,5 +1,5 @@
-// How well what is typed fits a name: "ffx" finds "Firefox", "res libre" finds "LibreOffice Réseau". Case and accents
-// do not matter. Pure arithmetic on texts.
+// Scores how well a typed text matches a name: "ffx" matches "Firefox", "res libre" matches "LibreOffice Réseau". Case
+// and accents are ignored. Pure functions on texts.
 #pragma once
 
 #include <QString>
@@ -10,17 +10,17 @@
 
 namespace kova::ui {
 
-/// In lower case and without accents, one character for each of the text's where possible.
+/// The text with case folded and without accents.
 QString folded(const QString& text);
 
-/// A query, taken apart once for many names.
+/// A query, split into words once for many names.
 class FuzzyQuery {
   public:
     explicit FuzzyQuery(const QString& query);
 
     bool isEmpty() const { return words_.isEmpty(); }
-    /// Greater is better; absent when a word of the query does not fit. Each word fits where its characters come in
-    /// their order, the first one at the beginning of a word of the name. `name` is folded.
+    /// Greater is better; absent if a word of the query does not match. A word matches if its characters occur in the
+    /// name in order and the first of them begins a word of the name. `name` must be folded.
     std::optional<int> score(const QString& name) const;
 
   private:

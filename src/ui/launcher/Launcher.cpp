@@ -24,7 +24,7 @@ Launcher::Launcher(WindowServices& services) : SearchWindow(services) {
 
 void Launcher::load() {
     services().agent.call(this, "app.list", nlohmann::json::object(), [this](const Response& response) {
-        if (response.error.empty()) offer(applicationEntries(response.result, tile()));
+        if (response.error.empty()) setEntries(applicationEntries(response.result, tile()));
     });
 }
 

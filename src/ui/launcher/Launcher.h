@@ -1,4 +1,4 @@
-// The launcher of a tile: lists the installed applications, most used first, and launches the one that is chosen into
+// The launcher of a tile: lists the installed applications, most used first, and launches the chosen application into
 // the tile.
 #pragma once
 

@@ -8,11 +8,11 @@
 
 namespace kova::ui {
 
-/// The agent's method that lists the answers; empty where the answer is typed.
+/// The agent's method that lists the possible answers; empty if the user types the answer.
 std::string methodOf(Subject subject);
-/// The answers in the method's result. Does not throw; invalid entries are left out.
+/// The possible answers in the method's result. Does not throw; invalid elements are left out.
 std::vector<LauncherEntry> answersIn(const nlohmann::json& result, const Question& question);
-/// The typed text as an answer.
+/// The answer that consists of the typed text.
 LauncherEntry typedAnswer(const Question& question, const QString& typed);
 
 } // namespace kova::ui

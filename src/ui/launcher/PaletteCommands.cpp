@@ -12,22 +12,22 @@ namespace {
 struct Command {
     const char* title; // translated where it is shown
     const char* method;
-    const char* key = nullptr; // of its one parameter
+    const char* key = nullptr; // of the only parameter
     const char* value = nullptr;
     enum class Value { kText, kOn, kOff, kDisplay } kind = Value::kText;
 };
 
-/// Asked for one after the other.
-struct Asked {
+/// An argument of a command, for which a question asks.
+struct Argument {
     const char* key = nullptr;
     Subject subject = Subject::text;
     const char* prompt = nullptr; // translated where it is shown
 };
-struct AskingCommand {
+struct CommandWithArguments {
     const char* title;
     const char* method;
-    std::array<Asked, 2> asked;
-    const char* key = nullptr; // of a parameter that is not asked for
+    std::array<Argument, 2> arguments;
+    const char* key = nullptr; // of a further parameter, with the fixed value `value`
     const char* value = nullptr;
     bool isConfirmedFirst = false;
 };
@@ -126,7 +126,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Quit KOVA"), "quit"},
 });
 
-constexpr auto kAskingCommands = std::to_array<AskingCommand>({
+constexpr auto kCommandsWithArguments = std::to_array<CommandWithArguments>({
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Show a window"),
      "focus.window",
      {{{"window", Subject::window, QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Which window?")}}}},
@@ -268,13 +268,14 @@ std::vector<LauncherEntry> commandEntries(const std::string& display) {
         }
         entries.push_back(std::move(entry));
     }
-    for (const AskingCommand& command : kAskingCommands) {
+    for (const CommandWithArguments& command : kCommandsWithArguments) {
         LauncherEntry entry = entryOf(command.title, command.method);
         entry.title += QStringLiteral("…");
         entry.isConfirmedFirst = command.isConfirmedFirst;
         if (command.key) entry.parameters[command.key] = command.value;
-        for (const Asked& each : command.asked) {
-            if (each.prompt) entry.questions.push_back({each.key, each.subject, translated(each.prompt)});
+        for (const Argument& argument : command.arguments) {
+            if (argument.prompt)
+                entry.questions.push_back({argument.key, argument.subject, translated(argument.prompt)});
         }
         entries.push_back(std::move(entry));
     }

@@ -17,14 +17,14 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kSearchColumns = 64; // of letters, wide
+constexpr int kSearchColumns = 64; // width, in average letters
 constexpr int kRows = 10;
 
 int iconSizeOf(const QWidget& widget) {
     return widget.fontMetrics().height() * 3 / 2;
 }
 
-/// The title beside the icon, and what kind of thing it is at the other end.
+/// Draws the icon, the title beside it, and the entry's kind at the right.
 class EntryDelegate final : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -38,7 +38,7 @@ class EntryDelegate final : public QStyledItemDelegate {
         const int kindWidth = kind.isEmpty() ? 0 : option.fontMetrics.horizontalAdvance(kind) + 2 * margin;
         QStyleOptionViewItem item = option;
         initStyleOption(&item, index);
-        if (item.icon.isNull()) { // titles are aligned with those of entries that have an icon
+        if (item.icon.isNull()) { // an empty icon aligns the title with titles beside an icon
             QPixmap none(item.decorationSize);
             none.fill(Qt::transparent);
             item.icon = none;
@@ -56,10 +56,10 @@ class EntryDelegate final : public QStyledItemDelegate {
     }
 };
 
-/// Closes the window at a press on another window of this program, such as a footer, which takes no focus.
-class OutsidePress final : public QObject {
+/// Closes the window at a press on another window of this program. A footer, for example, does not take the focus.
+class OutsidePressFilter final : public QObject {
   public:
-    explicit OutsidePress(QWidget& window) : QObject(&window), window_(window) { qApp->installEventFilter(this); }
+    explicit OutsidePressFilter(QWidget& window) : QObject(&window), window_(window) { qApp->installEventFilter(this); }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -115,7 +115,7 @@ QVariant EntryModel::data(const QModelIndex& index, int role) const {
             picture = QIcon::fromTheme(entry->iconName).pixmap(size, size);
         }
         if (picture.isNull() && icon_) picture = icon_(entry->application, size);
-        if (picture.isNull()) { // an empty square keeps titles below each other
+        if (picture.isNull()) { // an empty square keeps the titles aligned
             picture = QPixmap(size, size);
             picture.fill(Qt::transparent);
         }
@@ -147,12 +147,12 @@ SearchWindow::SearchWindow(WindowServices& services) :
     layout->addWidget(error_);
     layout->addWidget(list_, 1);
     setFocusProxy(field_);
-    new OutsidePress(*this);
+    new OutsidePressFilter(*this);
     connect(field_, &QLineEdit::textChanged, this, [this] { filter(); });
     connect(list_, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
 }
 
-void SearchWindow::putAbove(QWidget* widget) {
+void SearchWindow::insertAbove(QWidget* widget) {
     static_cast<QVBoxLayout*>(layout())->insertWidget(0, widget);
 }
 
@@ -168,7 +168,7 @@ void SearchWindow::present(const nlohmann::json& parameters) {
     load();
 }
 
-/// In the middle of its tile, within the display.
+/// Places the window in the middle of its tile, but within the display.
 void SearchWindow::placeAtTile() {
     const QFontMetrics letters = fontMetrics();
     QSize size(letters.averageCharWidth() * kSearchColumns, letters.height() * 2 * (kRows + 2));
@@ -189,17 +189,17 @@ void SearchWindow::placeAtTile() {
     setGeometry(place);
 }
 
-void SearchWindow::offer(std::vector<LauncherEntry> entries) {
+void SearchWindow::setEntries(std::vector<LauncherEntry> entries) {
     entries_.set(std::move(entries));
     filter();
 }
 
-void SearchWindow::offerMore(std::vector<LauncherEntry> entries) {
+void SearchWindow::addEntries(std::vector<LauncherEntry> entries) {
     entries_.add(std::move(entries));
     filter();
 }
 
-void SearchWindow::offerOnly(LauncherEntry entry) {
+void SearchWindow::showOnly(LauncherEntry entry) {
     std::vector<LauncherEntry> entries;
     entries.push_back(std::move(entry));
     entries_.set(std::move(entries));
@@ -214,21 +214,21 @@ void SearchWindow::filter() {
 
 void SearchWindow::choose(const QModelIndex& index) {
     const LauncherEntry* entry = model_->entryAt(index);
-    if (entry && !isAsking_) take(LauncherEntry(*entry)); // taking it may replace the list
+    if (entry && !isRequestPending_) entryChosen(LauncherEntry(*entry)); // a copy, since this may replace the list
 }
 
 void SearchWindow::perform(const LauncherEntry& entry) {
-    isAsking_ = true;
+    isRequestPending_ = true;
     callFor(*error_, services_.agent, entry.method, entry.parameters,
             {.done =
                  [this](const nlohmann::json&) {
-                     isAsking_ = false;
+                     isRequestPending_ = false;
                      close();
                  },
-             .refused = [this] { isAsking_ = false; }});
+             .refused = [this] { isRequestPending_ = false; }});
 }
 
-/// The keyboard stays in the field: keys that move in the list reach it from there.
+/// The field keeps the keyboard focus and forwards the keys that move the selection to the list.
 bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return HostedWindow::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
@@ -253,7 +253,8 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
     }
 }
 
-/// A click outside focuses another window. Not before it was here once: window managers give it when they like.
+/// Closes the window when another window takes the focus, as after a click there. A window manager may focus this
+/// window late, so only a window that has had the focus is closed.
 void SearchWindow::changeEvent(QEvent* event) {
     HostedWindow::changeEvent(event);
     if (event->type() != QEvent::ActivationChange) return;

@@ -1,5 +1,6 @@
-// A text field above a list: typing filters, arrow keys select, Enter carries out, Escape or the loss of the focus
-// closes. The launcher and the palette are such windows, at the tile they act on.
+// A text field above a list: typing filters the list, arrow keys select an entry, Enter chooses it, Escape or losing
+// the focus closes the window. The launcher and the palette are such windows; they open over the tile on which they
+// act.
 #pragma once
 
 #include "ui/launcher/Entries.h"
@@ -21,7 +22,7 @@ class EntryModel : public QAbstractListModel {
   public:
     EntryModel(EntryList& entries, IconSource icon, QObject* parent);
     void filter(const QString& query);
-    /// Null when the row is none.
+    /// Null if the index is invalid.
     const LauncherEntry* entryAt(const QModelIndex& index) const;
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -39,7 +40,8 @@ class SearchWindow : public HostedWindow {
 
   public:
     explicit SearchWindow(WindowServices& services);
-    /// `tile` is the tile to act on; without it, the first tile of the overlay's contents.
+    /// The parameter `tile` is the id of the tile to act on; if absent, the first tile of the overlay's contents is
+    /// used.
     void present(const nlohmann::json& parameters) override;
 
   protected:
@@ -47,23 +49,23 @@ class SearchWindow : public HostedWindow {
     const std::string& tile() const { return tile_; }
     QLineEdit& field() { return *field_; }
     QListView& list() { return *list_; }
-    /// A row above the field; the window owns the widget.
-    void putAbove(QWidget* widget);
-    /// Replaces the entries; the row that is chosen is the first one.
-    void offer(std::vector<LauncherEntry> entries);
-    void offerMore(std::vector<LauncherEntry> entries);
-    /// The list shows this entry whatever is typed.
-    void offerOnly(LauncherEntry entry);
-    /// Sends the request of the entry to the agent, and closes once it was carried out.
+    /// Inserts a row above the field; the window owns the widget.
+    void insertAbove(QWidget* widget);
+    /// Replaces the entries and selects the first row.
+    void setEntries(std::vector<LauncherEntry> entries);
+    void addEntries(std::vector<LauncherEntry> entries);
+    /// Shows only this entry, whatever is typed.
+    void showOnly(LauncherEntry entry);
+    /// Sends the entry's request to the agent, and closes the window when the request has succeeded.
     void perform(const LauncherEntry& entry);
     FieldError& error() { return *error_; }
-    /// Asks the agent for the entries.
+    /// Requests the entries from the agent.
     virtual void load() = 0;
-    /// The entry was chosen.
-    virtual void take(const LauncherEntry& entry) { perform(entry); }
-    /// The typed text has changed.
+    /// Called when the user has chosen the entry.
+    virtual void entryChosen(const LauncherEntry& entry) { perform(entry); }
+    /// Called when the typed text has changed.
     virtual void filter();
-    /// Backspace in an empty field.
+    /// Called at Backspace in an empty field.
     virtual void goBack() {}
 
     void changeEvent(QEvent* event) override;
@@ -80,7 +82,7 @@ class SearchWindow : public HostedWindow {
     QLineEdit* field_;
     QListView* list_;
     FieldError* error_;
-    bool isAsking_ = false, wasActive_ = false;
+    bool isRequestPending_ = false, wasActive_ = false;
 };
 
 } // namespace kova::ui
