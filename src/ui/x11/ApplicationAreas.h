@@ -1,6 +1,6 @@
-// The parts of the screen that windows of applications cover. Some window managers that composite draw unmanaged
-// windows above all others, whatever their order; there the overlay is cut out where applications are. Pixels. Plain
-// values, without a server.
+// The parts of the screen that windows of applications cover, in pixels. Some compositing window managers draw
+// unmanaged windows above all others whatever their stacking order; under these the overlay's shape excludes
+// applications. Plain values, independent of the X server.
 #pragma once
 
 #include "ui/x11/StackOrder.h"
@@ -15,15 +15,15 @@ namespace kova::ui {
 
 class ApplicationAreas {
   public:
-    /// `frame` is the root's child, `drawn` the part without its invisible borders and shadow.
+    /// `frame` is the frame of the root window's child, `drawn` the part without invisible borders and shadow.
     void shown(WindowNumber window, const QRect& frame, const QRect& drawn);
-    /// False when its size is not the known one, so that its borders may be others.
+    /// Returns false if the size has changed, since then the borders may have changed too and must be read again.
     bool moved(WindowNumber window, const QRect& frame);
     void removed(WindowNumber window) { areas_.erase(window); }
     void clear() { areas_.clear(); }
     bool knows(WindowNumber window) const { return areas_.contains(window); }
 
-    /// Of the windows that are shown: a guard hides those below it.
+    /// The area that the applications in `order` cover, except those that a guard window hides.
     QRegion covered(const StackOrder& order) const;
 
   private:

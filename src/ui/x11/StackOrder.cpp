@@ -61,7 +61,8 @@ std::vector<WindowNumber> StackOrder::shownApplications() const {
 }
 
 StackOrder::Place StackOrder::placeFor(const std::vector<WindowNumber>& ours) const {
-    // From the hidden windows up to the lowest application; a desktop window above one is not corrected.
+    // Considers the windows between the guard and the lowest application. A desktop window above an application is not
+    // corrected.
     const auto is = [&](RootChild kind) {
         return [this, kind](WindowNumber window) { return kindOf(window) == kind; };
     };

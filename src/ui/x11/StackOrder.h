@@ -1,5 +1,5 @@
-// The order of the root window's children, bottom first, followed by the server's events, and whether the overlay's
-// windows have their places in it. Plain values, without a server.
+// The stacking order of the root window's children, kept up to date by the server's events, and where the overlay's
+// windows belong in it. Plain values, independent of the X server.
 #pragma once
 
 #include <cstdint>
@@ -11,40 +11,40 @@ namespace kova::ui {
 using WindowNumber = std::uint32_t;
 
 enum class RootChild {
-    other,       // not shown, or of no consequence: menus, tooltips, support windows
-    application, // or the frame around one
+    other,       // not shown, or irrelevant for the order: menus, tooltips, support windows
+    application, // a window of an application, or the frame around it
     desktop,     // a window with wallpaper and icons, below all applications
-    guard,       // hides the windows below it, and takes their clicks
-    ours,
+    guard,       // a window of the window manager that hides the windows below it and receives their clicks
+    ours,        // a window of the overlay
 };
 
 class StackOrder {
   public:
     /// All children, bottom first.
     void reset(std::vector<WindowNumber> bottomFirst);
-    void created(WindowNumber window); // on top
+    void created(WindowNumber window); // as the topmost
     void removed(WindowNumber window);
-    /// The window is now directly above `sibling`; 0: at the bottom.
+    /// The window is now directly above `sibling`, or at the bottom if `sibling` is 0.
     void configured(WindowNumber window, WindowNumber sibling);
     void raised(WindowNumber window);
     void lowered(WindowNumber window);
     void classify(WindowNumber window, RootChild kind);
     RootChild kindOf(WindowNumber window) const;
     const std::vector<WindowNumber>& bottomFirst() const { return order_; }
-    /// Applications that no guard hides.
+    /// The applications that no guard hides, bottom first.
     std::vector<WindowNumber> shownApplications() const;
 
-    /// Where `ours` (bottom first) belong: together, below every application that is not hidden, above the desktops
-    /// that are below those. `above` is the window right above which the first of them belongs, 0: the bottom.
+    /// Where `ours` (bottom first) belong: directly above each other, below every application that is not hidden, above
+    /// the desktop windows that are below the applications.
     struct Place {
-        bool isKept = false; // nothing is to be done
-        WindowNumber above = 0;
+        bool isKept = false;    // `ours` are there already
+        WindowNumber above = 0; // the window directly above which the first of `ours` belongs; 0: at the bottom
     };
     Place placeFor(const std::vector<WindowNumber>& ours) const;
 
   private:
     std::vector<WindowNumber> order_;
-    std::map<WindowNumber, RootChild> kinds_; // `other` is not kept
+    std::map<WindowNumber, RootChild> kinds_; // a window without an entry is `other`
 };
 
 } // namespace kova::ui

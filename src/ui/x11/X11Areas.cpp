@@ -1,4 +1,4 @@
-// Where the overlay is cut out because its order does not keep it below applications.
+// Cuts applications out of the overlay's shape where the stacking order does not keep the overlay below them.
 #include "ui/x11/X11Platform.h"
 #include "ui/x11/X11Requests.h"
 
@@ -17,7 +17,7 @@ void shapeWindow(xcb_connection_t* connection, WindowNumber window, xcb_shape_ki
                          window, 0, 0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 
-/// Their compositors show the windows that they do not manage in a layer of its own.
+/// Whether the window manager is one whose compositor draws unmanaged windows in a layer above all others.
 bool X11Platform::drawsUnmanagedWindowsOnTop() const {
     const auto check = owned(xcb_get_property_reply(
         watch_, xcb_get_property(watch_, 0, screen_->root, atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1),
@@ -27,13 +27,13 @@ bool X11Platform::drawsUnmanagedWindowsOnTop() const {
     const auto name = owned(xcb_get_property_reply(
         watch_, xcb_get_property(watch_, 0, manager, atom("_NET_WM_NAME"), XCB_GET_PROPERTY_TYPE_ANY, 0, 16), nullptr));
     if (!name) return false;
-    const std::string_view is(static_cast<const char*>(xcb_get_property_value(name.get())),
-                              static_cast<std::size_t>(xcb_get_property_value_length(name.get())));
-    return is == "KWin" || is == "GNOME Shell" || is.starts_with("Mutter");
+    const std::string_view text(static_cast<const char*>(xcb_get_property_value(name.get())),
+                                static_cast<std::size_t>(xcb_get_property_value_length(name.get())));
+    return text == "KWin" || text == "GNOME Shell" || text.starts_with("Mutter");
 }
 
-/// Without invisible borders, which the manager tells by the visible ones, and without a shadow that the application
-/// draws itself.
+/// The part of the frame that is drawn: the client's area plus the visible borders that the window manager announces,
+/// minus the shadow that an application draws itself.
 QRect X11Platform::drawnArea(WindowNumber window, const QRect& frame) const {
     const auto known = clients_.find(window);
     const WindowNumber client = known != clients_.end() ? known->second : clientOf(window, 2);
@@ -45,7 +45,7 @@ QRect X11Platform::drawnArea(WindowNumber window, const QRect& frame) const {
         const auto reply = owned(xcb_get_property_reply(watch_, cookie, nullptr));
         if (!reply || xcb_get_property_value_length(reply.get()) < 16) return QMargins();
         const auto* sides = static_cast<const std::int32_t*>(xcb_get_property_value(reply.get()));
-        return QMargins(sides[0], sides[2], sides[1], sides[3]); // left, right, top, bottom there
+        return QMargins(sides[0], sides[2], sides[1], sides[3]); // the property's order is left, right, top, bottom
     };
     const auto visible = extents(frameExtents_), shadow = extents(shadowExtents_);
     const auto size = xcb_get_geometry(watch_, client);
@@ -59,7 +59,7 @@ QRect X11Platform::drawnArea(WindowNumber window, const QRect& frame) const {
         .marginsRemoved(drawnShadow);
 }
 
-void X11Platform::findArea(WindowNumber window) {
+void X11Platform::readArea(WindowNumber window) {
     if (!isCutOut_ || order_.kindOf(window) != RootChild::application) return areas_.removed(window);
     const auto at = owned(xcb_get_geometry_reply(watch_, xcb_get_geometry(watch_, window), nullptr));
     if (!at) return areas_.removed(window);
@@ -71,21 +71,21 @@ void X11Platform::cutOutApplications() {
     const QRegion covered = isCutOut_ ? areas_.covered(order_) : QRegion();
     if (covered == covered_) return;
     covered_ = covered;
-    for (auto& [window, picture] : pictures_) shapeSeen(*window, picture);
+    for (auto& [window, picture] : pictures_) applyShape(*window, picture);
     xcb_flush(connection_);
 }
 
-/// Shapes the windows below a layer again, after something in it has changed.
-void X11Platform::shapeLower(Layer layer) {
+/// Updates the shapes of the windows below a layer after a change in this layer.
+void X11Platform::reshapeLowerWindows(Layer layer) {
     if (!isCutOut_ || !isBelowApplications(layer)) return;
     for (auto& [window, picture] : pictures_) {
-        if (window->layer() < layer) shapeSeen(*window, picture);
+        if (window->layer() < layer) applyShape(*window, picture);
     }
 }
 
-/// Where applications are cut out, so are the higher windows of the overlay: Mutter draws those last that were shown
-/// last.
-void X11Platform::shapeSeen(OverlayWindow& window, Picture& picture) {
+/// Applies the requested shape, minus the applications and the higher windows of the overlay where they must be cut
+/// out. Mutter ignores the order of the overlay's windows too: it draws the window on top that was shown last.
+void X11Platform::applyShape(OverlayWindow& window, Picture& picture) {
     QRegion region = picture.seen;
     if (isBelowApplications(window.layer())) region -= covered_.translated(-window.position());
     for (const auto& [other, shown] : pictures_) {

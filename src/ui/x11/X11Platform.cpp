@@ -53,7 +53,7 @@ X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, 
     readOrder();
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(watch_), QSocketNotifier::Read);
     QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
-    // Replies read so far may have brought events along.
+    // While replies were read, events may have been queued, for which the socket does not become readable again.
     readEvents();
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
@@ -64,12 +64,12 @@ X11Platform::~X11Platform() {
     xcb_disconnect(watch_);
 }
 
-/// For each move of a window the toolkit asks the server where it is now, and waits while the server is busy with the
-/// applications that have moved as well. Nothing but kova-ui moves its windows.
+/// Hides moves of the overlay's windows from the toolkit, which would query the new position and wait for a server that
+/// is busy with moving applications. Only kova-ui moves these windows, so the position is known.
 bool X11Platform::nativeEventFilter(const QByteArray& kind, void* event, qintptr*) {
     if (kind != "xcb_generic_event_t") return false;
-    const auto* told = static_cast<const xcb_configure_notify_event_t*>(event);
-    return (told->response_type & 0x7f) == XCB_CONFIGURE_NOTIFY && order_.kindOf(told->window) == RootChild::ours;
+    const auto* notify = static_cast<const xcb_configure_notify_event_t*>(event);
+    return (notify->response_type & 0x7f) == XCB_CONFIGURE_NOTIFY && order_.kindOf(notify->window) == RootChild::ours;
 }
 
 std::uint32_t X11Platform::atom(std::string_view name) const {
@@ -90,15 +90,15 @@ void X11Platform::watchSelections() {
                                                   XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
         }
     }
-    lookAtSelections();
+    readSelections();
 }
 
-void X11Platform::lookAtSelections() {
+void X11Platform::readSelections() {
     const bool wasComposited = std::exchange(isComposited_, hasOwner(compositorSelection_));
     const bool wasCutOut = std::exchange(isCutOut_, isComposited_ && drawsUnmanagedWindowsOnTop());
     if (wasCutOut != isCutOut_) {
         areas_.clear();
-        for (const WindowNumber window : order_.bottomFirst()) findArea(window);
+        for (const WindowNumber window : order_.bottomFirst()) readArea(window);
         cutOutApplications();
     }
     const bool hadTray = std::exchange(hasTray_, hasOwner(traySelection_));
@@ -125,8 +125,8 @@ void X11Platform::watchMonitors() {
     readMonitors();
 }
 
-/// The first display is the same as the agent's: the primary monitor, else the first one that has an area. While all
-/// are off the last place holds.
+/// Finds the first display by the agent's rule: the primary monitor, else the first monitor with an area. While no
+/// monitor has an area, the last position is kept.
 void X11Platform::readMonitors() {
     const auto monitors =
         owned(xcb_randr_get_monitors_reply(watch_, xcb_randr_get_monitors(watch_, screen_->root, 1), nullptr));
@@ -153,7 +153,7 @@ void X11Platform::readOrder() {
     cutOutApplications();
 }
 
-/// The window itself or the one inside of its frame that a window manager has taken in; 0: none.
+/// The client that the window manager manages: the window itself, or a window within this frame; 0 if there is none.
 WindowNumber X11Platform::clientOf(WindowNumber window, int depth) const {
     const auto state = owned(xcb_get_property_reply(
         watch_, xcb_get_property(watch_, 0, window, wmState_, XCB_GET_PROPERTY_TYPE_ANY, 0, 0), nullptr));
@@ -177,7 +177,7 @@ bool X11Platform::isDesktopType(WindowNumber window) const {
     return std::find(atoms, atoms + count, typeDesktop_) != atoms + count;
 }
 
-/// A window manager's own, below which it keeps minimized windows mapped.
+/// Whether this is the window of Mutter below which it keeps minimized windows mapped.
 bool X11Platform::isGuard(WindowNumber window) const {
     constexpr std::string_view kName = "mutter guard window";
     const auto name = owned(xcb_get_property_reply(
@@ -192,8 +192,7 @@ RootChild X11Platform::kindOf(WindowNumber window) const {
         owned(xcb_get_window_attributes_reply(watch_, xcb_get_window_attributes(watch_, window), nullptr));
     if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED) return RootChild::other;
     if (attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) return isGuard(window) ? RootChild::guard : RootChild::other;
-    // Frames bypass the window manager as menus do; their children distinguish them. A new client may not bear its mark
-    // yet.
+    // Frames have override-redirect set as menus do, but contain a client. A new client may not have WM_STATE yet.
     const auto known = clients_.find(window);
     WindowNumber client = known != clients_.end() ? known->second : clientOf(window, 2);
     if (client == 0 && !attributes->override_redirect) client = window;
@@ -204,11 +203,11 @@ RootChild X11Platform::kindOf(WindowNumber window) const {
 void X11Platform::classify(WindowNumber window) {
     if (order_.kindOf(window) == RootChild::ours) return;
     order_.classify(window, kindOf(window));
-    findArea(window);
+    readArea(window);
 }
 
 void X11Platform::readEvents() {
-    bool mayBeDisturbed = false, haveSelectionsChanged = false, haveMonitorsChanged = false;
+    bool mayOrderBeWrong = false, haveSelectionsChanged = false, haveMonitorsChanged = false;
     for (Owned<xcb_generic_event_t> event = owned(xcb_poll_for_event(watch_)); event;
          event = owned(xcb_poll_for_event(watch_))) {
         const auto kind = event->response_type & 0x7f;
@@ -221,41 +220,41 @@ void X11Platform::readEvents() {
             areas_.removed(window);
             clients_.erase(window);
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
-            const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
-            if (told->window == screen_->root) {
+            const auto* notify = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
+            if (notify->window == screen_->root) {
                 haveMonitorsChanged = true; // the only notification for user-defined monitors
                 continue;
             }
-            order_.configured(told->window, told->above_sibling);
-            const QRect frame(told->x, told->y, told->width + 2 * told->border_width,
-                              told->height + 2 * told->border_width);
-            if (!areas_.moved(told->window, frame)) findArea(told->window);
-            mayBeDisturbed = true;
+            order_.configured(notify->window, notify->above_sibling);
+            const QRect frame(notify->x, notify->y, notify->width + 2 * notify->border_width,
+                              notify->height + 2 * notify->border_width);
+            if (!areas_.moved(notify->window, frame)) readArea(notify->window);
+            mayOrderBeWrong = true;
         } else if (kind == XCB_CIRCULATE_NOTIFY) {
-            const auto* told = reinterpret_cast<const xcb_circulate_notify_event_t*>(raw);
-            told->place == XCB_PLACE_ON_TOP ? order_.raised(told->window) : order_.lowered(told->window);
-            mayBeDisturbed = true;
+            const auto* notify = reinterpret_cast<const xcb_circulate_notify_event_t*>(raw);
+            notify->place == XCB_PLACE_ON_TOP ? order_.raised(notify->window) : order_.lowered(notify->window);
+            mayOrderBeWrong = true;
         } else if (kind == XCB_MAP_NOTIFY) {
             classify(reinterpret_cast<const xcb_map_notify_event_t*>(raw)->window);
-            mayBeDisturbed = true;
+            mayOrderBeWrong = true;
         } else if (kind == XCB_UNMAP_NOTIFY) {
             const WindowNumber window = reinterpret_cast<const xcb_unmap_notify_event_t*>(raw)->window;
             if (order_.kindOf(window) != RootChild::ours) order_.classify(window, RootChild::other);
             areas_.removed(window);
-            mayBeDisturbed = true;
+            mayOrderBeWrong = true;
         } else if (kind == XCB_REPARENT_NOTIFY) {
-            const auto* told = reinterpret_cast<const xcb_reparent_notify_event_t*>(raw);
-            if (told->parent == screen_->root) {
-                order_.created(told->window);
-                std::erase_if(clients_, [&](const auto& frame) { return frame.second == told->window; });
-                classify(told->window);
+            const auto* notify = reinterpret_cast<const xcb_reparent_notify_event_t*>(raw);
+            if (notify->parent == screen_->root) {
+                order_.created(notify->window);
+                std::erase_if(clients_, [&](const auto& frame) { return frame.second == notify->window; });
+                classify(notify->window);
             } else {
-                order_.removed(told->window);
-                areas_.removed(told->window);
-                clients_[told->parent] = told->window;
-                classify(told->parent);
+                order_.removed(notify->window);
+                areas_.removed(notify->window);
+                clients_[notify->parent] = notify->window;
+                classify(notify->parent);
             }
-            mayBeDisturbed = true;
+            mayOrderBeWrong = true;
         } else if (firstXFixesEvent_ != 0 && kind == firstXFixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
             haveSelectionsChanged = true;
         } else if (firstRandrEvent_ != 0 && (kind == firstRandrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
@@ -263,13 +262,13 @@ void X11Platform::readEvents() {
             haveMonitorsChanged = true;
         }
     }
-    if (mayBeDisturbed) {
+    if (mayOrderBeWrong) {
         keepOrder();
         cutOutApplications();
     }
-    if (haveSelectionsChanged) lookAtSelections();
+    if (haveSelectionsChanged) readSelections();
     if (haveMonitorsChanged && firstRandrEvent_ != 0) readMonitors();
-    // The answers may have brought further events along.
+    // While replies were read, further events may have been queued.
     if (haveSelectionsChanged || haveMonitorsChanged) readEvents();
 }
 
@@ -312,14 +311,14 @@ void X11Platform::leave(OverlayWindow& window) {
     dropPixmap(found->second);
     if (found->second.context != 0) xcb_free_gc(connection_, found->second.context);
     pictures_.erase(found);
-    shapeLower(window.layer());
+    reshapeLowerWindows(window.layer());
 }
 
 void X11Platform::stack(OverlayWindow& window) {
     const WindowNumber number = numberOf(window);
     order_.classify(number, RootChild::ours);
     if (isBelowApplications(window.layer())) {
-        // Never for a moment above an application: lowest first, then into its place.
+        // To the bottom first, then `keepOrder` moves it up, so that the window is never above an application.
         const std::uint32_t below = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_, number, XCB_CONFIG_WINDOW_STACK_MODE, &below);
         xcb_flush(connection_);
@@ -329,21 +328,21 @@ void X11Platform::stack(OverlayWindow& window) {
     }
 }
 
-/// Without the toolkit, which would wait for the server.
+/// Does not use the toolkit, which would wait for the server.
 void X11Platform::conceal(OverlayWindow& window) {
     const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
     xcb_unmap_window(connection_, numberOf(window));
     xcb_change_window_attributes(connection_, numberOf(window), XCB_CW_BACK_PIXMAP, &none);
     dropPixmap(pictures_.at(&window));
     pictures_.at(&window).isConcealed = true;
-    shapeLower(window.layer());
+    reshapeLowerWindows(window.layer());
     xcb_flush(connection_);
 }
 
 void X11Platform::reveal(OverlayWindow& window) {
     if (!isBelowApplications(window.layer())) stack(window);
     pictures_.at(&window).isConcealed = false;
-    shapeLower(window.layer());
+    reshapeLowerWindows(window.layer());
     xcb_map_window(connection_, numberOf(window));
     xcb_flush(connection_);
 }
@@ -357,8 +356,8 @@ void X11Platform::dropPixmap(Picture& picture) {
 void X11Platform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
     Picture& picture = pictures_.at(&window);
     picture.seen = seen;
-    shapeSeen(window, picture);
-    shapeLower(window.layer());
+    applyShape(window, picture);
+    reshapeLowerWindows(window.layer());
     shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_INPUT, clickable);
 }
 
@@ -392,7 +391,7 @@ void X11Platform::flush() {
     xcb_flush(connection_);
 }
 
-/// Drawn and sent in strips, so that a picture of a whole display costs no memory of its size.
+/// Draws and sends the part in strips, so that this process needs no memory for a picture of a whole display.
 void X11Platform::putPart(const Picture& picture, OverlayWindow& window, const QRect& part) {
     constexpr int kStripBytes = 128 * 1024;
     const int rows = std::max(1, kStripBytes / (part.width() * 4));

@@ -1,7 +1,7 @@
-// Overlay windows on X11. No window manager knows them (override-redirect), so their order is kept here: a connection
-// of its own follows the order of the root window's children, and puts the overlay back below the applications when
-// something came in between. The pictures are kept by the X server, as the windows' backgrounds; this process keeps
-// none. Main thread only.
+// Overlay windows on X11. Window managers do not manage them (override-redirect), so this class keeps their order: on a
+// separate connection it follows the order of the root window's children, and moves the overlay below the applications
+// again after a change. The X server keeps the drawn pictures, as window backgrounds; this process keeps none. Main
+// thread only.
 #pragma once
 
 #include "ui/overlay/OverlayWindow.h"
@@ -24,13 +24,13 @@ namespace kova::ui {
 
 class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFilter {
   public:
-    /// `connection` is the toolkit's; null when a connection of our own cannot be made.
+    /// `connection` is the toolkit's connection. Returns null if a second connection cannot be opened.
     static std::unique_ptr<X11Platform> create(xcb_connection_t* connection);
     ~X11Platform() override;
 
     void whenCompositingChanges(std::function<void()> call) { compositingChanged_ = std::move(call); }
     void whenFirstDisplayMoves(std::function<void()> call) { firstDisplayMoved_ = std::move(call); }
-    /// Whether a window takes in the items of a panel.
+    /// Whether a system tray window exists.
     bool hasTray() const { return hasTray_; }
     void whenTrayChanges(std::function<void(bool hasTray)> call) { trayChanged_ = std::move(call); }
 
@@ -52,7 +52,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
         std::uint32_t context = 0;
         QSize size;
         std::uint8_t depth = 0;
-        QRegion seen, shaped; // as requested, and after cutting out the applications
+        QRegion seen, shaped; // the visible part as requested, and after cutting out the applications
         bool isShaped = false, isConcealed = false;
     };
 
@@ -60,7 +60,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     bool nativeEventFilter(const QByteArray& kind, void* event, qintptr* result) override;
     void dropPixmap(Picture& picture);
     void watchSelections();
-    void lookAtSelections();
+    void readSelections();
     void watchMonitors();
     void readMonitors();
     void readEvents();
@@ -73,10 +73,10 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     void keepOrder();
     bool drawsUnmanagedWindowsOnTop() const;
     QRect drawnArea(WindowNumber window, const QRect& frame) const;
-    void findArea(WindowNumber window);
+    void readArea(WindowNumber window);
     void cutOutApplications();
-    void shapeLower(Layer layer);
-    void shapeSeen(OverlayWindow& window, Picture& picture);
+    void reshapeLowerWindows(Layer layer);
+    void applyShape(OverlayWindow& window, Picture& picture);
     void putPart(const Picture& picture, OverlayWindow& window, const QRect& part);
     std::uint32_t atom(std::string_view name) const;
     bool hasOwner(std::uint32_t selection) const;
@@ -90,15 +90,15 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     std::unique_ptr<QSocketNotifier> readable_;
     std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, frameExtents_, shadowExtents_,
         compositorSelection_, traySelection_;
-    std::uint8_t firstXFixesEvent_ = 0, firstRandrEvent_ = 0; // 0: the server has none
+    std::uint8_t firstXFixesEvent_ = 0, firstRandrEvent_ = 0; // 0: the server lacks the extension
     QPoint firstDisplay_;
     bool isComposited_ = false, hasTray_ = false;
-    bool isCutOut_ = false; // where applications are, since the window manager draws the overlay above them
+    bool isCutOut_ = false; // applications are cut out, since the window manager draws the overlay above them
     StackOrder order_;
     ApplicationAreas areas_;
-    QRegion covered_;
-    std::map<WindowNumber, WindowNumber> clients_;      // by the frame that a window manager has put around them
-    std::map<Layer, std::vector<WindowNumber>> layers_; // of those below applications
+    QRegion covered_;                                   // by applications, while they are cut out
+    std::map<WindowNumber, WindowNumber> clients_;      // by the window manager's frame around the client
+    std::map<Layer, std::vector<WindowNumber>> layers_; // the overlay's windows below applications
     std::map<OverlayWindow*, Picture> pictures_;
 };
 

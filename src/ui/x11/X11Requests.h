@@ -1,4 +1,4 @@
-// Small helpers for talking to the X server. Names are those of its library.
+// Helpers for requests to the X server.
 #pragma once
 
 #include "ui/x11/StackOrder.h"
@@ -13,7 +13,7 @@
 
 namespace kova::ui {
 
-/// Frees the result of a function of the X library.
+/// A result of the X library, freed with `std::free`.
 template <class Reply>
 using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 template <class Reply>
@@ -21,7 +21,7 @@ Owned<Reply> owned(Reply* reply) {
     return {reply, &std::free};
 }
 
-/// Gives a window a shape: the part that is seen, or the part that takes clicks.
+/// Sets the shape of a window: by `kind` the visible part, or the part that receives clicks.
 void shapeWindow(xcb_connection_t* connection, WindowNumber window, xcb_shape_kind_t kind, const QRegion& region);
 
 } // namespace kova::ui

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint32_t kSourcePager = 2;
 
-/// The server's clock now, by an event on a connection of its own; 0 if unknown.
+/// The current time of the server's clock; 0 if unknown. Waits for an event on a temporary connection.
 std::uint32_t serverTime() {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(xcb_connect(nullptr, nullptr),
                                                                               &xcb_disconnect);
@@ -61,8 +61,9 @@ std::uint32_t X11WindowFocus::activeWindow() const {
 }
 
 void X11WindowFocus::prepare(QWidget& window) {
-    if (const std::uint32_t active = activeWindow()) before_ = active;
-    // The request comes from the user, so its time is now; 0 or a missing time would not say that.
+    if (const std::uint32_t active = activeWindow()) formerFocus_ = active;
+    // The user has just requested the window, so the time of the user's last action is now. With 0 or without a time a
+    // window manager might not focus the window.
     window.winId();
     const std::uint32_t time = serverTime();
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()), userTime_,
@@ -71,13 +72,13 @@ void X11WindowFocus::prepare(QWidget& window) {
 
 void X11WindowFocus::take(QWidget& window) {
     window.raise();
-    window.activateWindow(); // without a window manager
+    window.activateWindow(); // for a desktop without a window manager
     activate(static_cast<std::uint32_t>(window.winId()));
 }
 
 void X11WindowFocus::giveBack() {
-    // Remembered further on: another window may be on its way, as after a command of the palette.
-    if (before_ != 0 && activeWindow() == 0) activate(before_);
+    // The window stays remembered, since another window of kova-ui may open next, as after a command of the palette.
+    if (formerFocus_ != 0 && activeWindow() == 0) activate(formerFocus_);
 }
 
 void X11WindowFocus::activate(std::uint32_t window) {
