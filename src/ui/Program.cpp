@@ -39,7 +39,7 @@ Program::Program(const std::string& socketPath) :
                                if (std::exchange(lastComplaint_, reason) == reason) return;
                                qWarning("kova-ui: %s", reason.c_str());
                            }}),
-    preferences_([this] { applyTaste(); }),
+    preferences_([this] { applyDesktopStyle(); }),
     actions_(
         link_, [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
         [this] { styleWidgets(); },
@@ -82,10 +82,11 @@ Program::Program(const std::string& socketPath) :
 
 void Program::start() {
 #if defined(Q_OS_MACOS)
-    macAppearance_ =
-        followAppearance([this](Brightness brightness, bool mayMove) { preferences_.set(brightness, mayMove); });
+    macAppearance_ = followAppearance([this](Brightness brightness, bool areAnimationsEnabled) {
+        preferences_.set(brightness, areAnimationsEnabled);
+    });
 #endif
-    applyTaste();
+    applyDesktopStyle();
     link_.start();
     preferences_.start();
 }
@@ -101,12 +102,12 @@ void Program::contentsChanged() {
         tray_.setAgentConnected(isAgentConnected_);
 }
 
-void Program::applyTaste() {
+void Program::applyDesktopStyle() {
     icons_.clear();
     if (windows_.isAnyOpen()) styleWidgets();
     overlay_->setTaste(
         {.brightness = preferences_.brightness(),
-         .mayMove = preferences_.mayMove(),
+         .areAnimationsEnabled = preferences_.areAnimationsEnabled(),
          .fontFamily = QApplication::font().family(),
          .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); }});
 }

@@ -22,7 +22,7 @@ class Program : public QObject {
 
   private:
     void contentsChanged();
-    void applyTaste();
+    void applyDesktopStyle();
     Palette palette() const;
     void styleWidgets();
 

@@ -16,13 +16,13 @@ TEST(Decoration, MovesOnlyWhileItIsSeenAndWanted) {
     struct Case {
         const char* what;
         bool isMoving;
-        std::function<void(nlohmann::json&, DesktopTaste&)> change;
+        std::function<void(nlohmann::json&, DesktopStyle&)> change;
     };
     const std::vector<Case> cases{
         {"between empty tiles", true, [](auto&, auto&) {}},
         {"switched off", false, [](auto& state, auto&) { state["appearance"]["showBrain"] = false; }},
         {"suspended", false, [](auto& state, auto&) { state["isSuspended"] = true; }},
-        {"reduced motion", false, [](auto&, auto& taste) { taste.mayMove = false; }},
+        {"reduced motion", false, [](auto&, auto& style) { style.areAnimationsEnabled = false; }},
         {"focus mode", false, [](auto& state, auto&) { state["displays"][0]["isFocusMode"] = true; }},
         {"covered by tiles", false,
          [](auto& state, auto&) {
@@ -35,13 +35,13 @@ TEST(Decoration, MovesOnlyWhileItIsSeenAndWanted) {
     for (const Case& each : cases) {
         auto state = sampleState({.windows = 0, .hasMessage = false});
         state["appearance"]["showBrain"] = true;
-        DesktopTaste taste = tasteOf(Look::dark);
-        taste.mayMove = true;
-        each.change(state, taste);
+        DesktopStyle style = tasteOf(Look::dark);
+        style.areAnimationsEnabled = true;
+        each.change(state, style);
         PicturePlatform platform;
         NotedActions actions;
         Overlay overlay(platform, actions);
-        overlay.setTaste(taste);
+        overlay.setTaste(style);
         overlay.show(contentsOf(state));
         EXPECT_EQ(overlay.isMoving(), each.isMoving) << each.what;
     }
@@ -52,7 +52,7 @@ TEST(Decoration, TheDesktopIsIdleAMinuteAfterTheLastChangeOfWindowsOrFocus) {
     DesktopActivity activity;
     auto state = sampleState();
     const auto isIdleAfter = [&](DesktopActivity::Time now) {
-        activity.note(contentsOf(state), now);
+        activity.update(contentsOf(state), now);
         return activity.isIdle(now);
     };
     EXPECT_FALSE(isIdleAfter(10s));

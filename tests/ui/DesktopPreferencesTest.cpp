@@ -70,9 +70,13 @@ TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesAndStartsAnew) {
 
     int changes = 0;
     DesktopPreferences preferences([&] { ++changes; }, *bus);
-    const auto becomes = [&](Brightness brightness, bool mayMove) {
+    const auto becomes = [&](Brightness brightness, bool areAnimationsEnabled) {
         return QTest::qWaitFor(
-            [&] { return preferences.brightness() == brightness && preferences.mayMove() == mayMove; }, 30'000);
+            [&] {
+                return preferences.brightness() == brightness &&
+                       preferences.areAnimationsEnabled() == areAnimationsEnabled;
+            },
+            30'000);
     };
     const Brightness before = preferences.brightness();
     const Brightness other = before == Brightness::dark ? Brightness::light : Brightness::dark;
@@ -105,7 +109,7 @@ TEST(DesktopPreferences, WithoutAPortalAreToldWhenTheyChange) {
     preferences.set(Brightness::light, false);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(preferences.brightness(), Brightness::light);
-    EXPECT_FALSE(preferences.mayMove());
+    EXPECT_FALSE(preferences.areAnimationsEnabled());
 }
 
 } // namespace kova::ui

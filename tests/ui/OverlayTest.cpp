@@ -210,15 +210,15 @@ TEST(Overlay, MessageHighlightAndDividerAppearGraduallyWhereThatIsWantedAndCanBe
                           {"frame", {{"x", 490}, {"y", 10}, {"width", 12}, {"height", 450}}},
                           {"isHovered", true},
                           {"isDragged", false}}};
-    for (const auto& [mayMove, isComposited] : {std::pair(true, true), {true, false}, {false, true}}) {
+    for (const auto& [areAnimationsEnabled, isComposited] : {std::pair(true, true), {true, false}, {false, true}}) {
         PicturePlatform platform(isComposited);
         NotedActions actions;
         Overlay overlay(platform, actions);
-        DesktopTaste taste = tasteOf(Look::dark);
-        taste.mayMove = mayMove;
-        overlay.setTaste(taste);
+        DesktopStyle style = tasteOf(Look::dark);
+        style.areAnimationsEnabled = areAnimationsEnabled;
+        overlay.setTaste(style);
         overlay.show(contentsOf(state));
-        const bool isGradual = mayMove && isComposited;
+        const bool isGradual = areAnimationsEnabled && isComposited;
         for (const auto& [window, shown] : platform.shown()) {
             const bool isTransient = !isBelowApplications(window->layer()) || window->layer() == Layer::divider;
             EXPECT_EQ(window->opacity() < 1, isGradual && isTransient) << window->title().toStdString();

@@ -165,9 +165,9 @@ OverlayContents contentsOf(const json& state) {
     return contents;
 }
 
-DesktopTaste tasteOf(Look look) {
+DesktopStyle tasteOf(Look look) {
     return {.brightness = look == Look::light ? Brightness::light : Brightness::dark,
-            .mayMove = false,
+            .areAnimationsEnabled = false,
             .fontFamily = QStringLiteral("DejaVu Sans"),
             .icon = nullptr};
 }

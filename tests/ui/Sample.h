@@ -30,7 +30,7 @@ struct Sample {
 /// A display of 800 by 500 points with four tiles, "utility" empty; `windows` are shared among the other three.
 nlohmann::json sampleState(const Sample& sample = {});
 OverlayContents contentsOf(const nlohmann::json& state);
-DesktopTaste tasteOf(Look look);
+DesktopStyle tasteOf(Look look);
 
 /// Keeps each window's picture, and counts how often it was drawn.
 class PicturePlatform final : public OverlayPlatform {

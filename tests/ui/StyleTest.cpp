@@ -30,11 +30,11 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
                     const Palette palette = paletteFor(appearance, brightness, compositing);
                     for (const QColor& wallpaper : {QColor(Qt::white), QColor(Qt::black)}) {
                         const QColor panel = over(wallpaper, palette.panel);
-                        for (const QColor& ground : {panel, over(panel, palette.hovered), palette.raised,
-                                                     over(palette.raised, palette.hovered), palette.backdropTop,
-                                                     over(palette.backdropBottom, palette.tileFill)}) {
-                            EXPECT_GE(contrast(palette.text, ground), 4.5);
-                            EXPECT_GE(contrast(palette.mutedText, ground), 4.5);
+                        for (const QColor& background : {panel, over(panel, palette.hovered), palette.raised,
+                                                         over(palette.raised, palette.hovered), palette.backdropTop,
+                                                         over(palette.backdropBottom, palette.tileFill)}) {
+                            EXPECT_GE(contrast(palette.text, background), 4.5);
+                            EXPECT_GE(contrast(palette.mutedText, background), 4.5);
                         }
                         EXPECT_GE(contrast(palette.accentLine, panel), 3);
                     }
@@ -43,7 +43,7 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
                     for (const char* name : {"Mail", "Calendar", "Музыка", "متصفح الويب"}) {
                         for (const IconTone tone : {IconTone::full, IconTone::dim}) {
                             const LetterTile tile = letterTile(name, palette, tone);
-                            EXPECT_GE(contrast(tile.letter, tile.ground), 4.5) << name;
+                            EXPECT_GE(contrast(tile.letter, tile.background), 4.5) << name;
                         }
                     }
                 }

@@ -9,6 +9,7 @@
 namespace kova::ui {
 
 /// Calls back at once, and whenever the user changes one of the settings, until the result is destroyed.
-[[nodiscard]] std::shared_ptr<const void> followAppearance(std::function<void(Brightness, bool mayMove)> follower);
+[[nodiscard]] std::shared_ptr<const void>
+followAppearance(std::function<void(Brightness, bool areAnimationsEnabled)> follower);
 
 } // namespace kova::ui

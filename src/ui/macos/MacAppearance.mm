@@ -66,7 +66,7 @@ struct Observation {
 
 } // namespace
 
-std::shared_ptr<const void> followAppearance(std::function<void(Brightness, bool mayMove)> follower) {
+std::shared_ptr<const void> followAppearance(std::function<void(Brightness, bool areAnimationsEnabled)> follower) {
     const auto tell = [follower = std::move(follower)] {
         follower(brightness(), !NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion);
     };

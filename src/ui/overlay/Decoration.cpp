@@ -49,14 +49,14 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
         fields_.clear();
         return timer_.stop();
     }
-    bool isSeen = false, mayMove = true;
+    bool isSeen = false, areAnimationsEnabled = true;
     std::map<std::string, std::unique_ptr<Field>> kept;
     for (const DisplayContents& display : contents->displays) {
         const auto field = particleField(display);
         const Style style = styleOf(display.id);
-        // Particles alone need a compositor: they have no shape.
-        const bool hasGround = contents->appearance.useThemeBackground || style.isComposited;
-        if (!field || !hasGround || display.isFocusMode) continue;
+        // Without a backdrop the window is translucent, which needs a compositor.
+        const bool canBeShown = contents->appearance.useThemeBackground || style.isComposited;
+        if (!field || !canBeShown || display.isFocusMode) continue;
         auto& window = kept[display.id];
         window = std::move(fields_[display.id]);
         if (!window) window = std::make_unique<Field>(platform_, particles_);
@@ -64,11 +64,11 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
         const QRect backdrop = contents->appearance.useThemeBackground ? style.px(display.frame) : QRect();
         window->show(style.px(*field), backdrop, isHidden, style);
         isSeen = isSeen || !isHidden;
-        mayMove = mayMove && style.mayMove;
+        areAnimationsEnabled = areAnimationsEnabled && style.areAnimationsEnabled;
     }
     fields_ = std::move(kept);
-    activity_.note(*contents, now());
-    if (!isSeen || !mayMove || contents->isSuspended || activity_.isIdle(now())) return timer_.stop();
+    activity_.update(*contents, now());
+    if (!isSeen || !areAnimationsEnabled || contents->isSuspended || activity_.isIdle(now())) return timer_.stop();
     if (timer_.isActive()) return;
     framesUntilLookAtPower_ = 0;
     timer_.start();

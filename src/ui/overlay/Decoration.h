@@ -23,7 +23,7 @@ class Decoration {
     ~Decoration();
 
     using StyleOf = std::function<Style(const std::string& display)>;
-    /// New contents from the agent. Null: nothing is shown.
+    /// Shows the agent's new contents. Null: shows nothing.
     void show(const OverlayContents* contents, const StyleOf& styleOf);
     bool isMoving() const { return timer_.isActive(); }
 

@@ -1,5 +1,5 @@
-// Whether the desktop is used: windows, tiles, focus or pointer have changed within the last minute. Titles do not
-// count, since programs change them by themselves, also at night. A value; times are those of any steady clock.
+// Whether the desktop is in use: windows, tiles, the focus, a drag or a hovered divider have changed within the last
+// minute. Changes of titles do not count, since unused programs make them too. Times are of any steady clock.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -13,20 +13,20 @@ class DesktopActivity {
     using Time = std::chrono::milliseconds;
     static constexpr Time kIdleAfter{60'000};
 
-    void note(const OverlayContents& contents, Time now) {
+    void update(const OverlayContents& contents, Time now) {
         OverlayContents next = contents;
         for (TileContents& tile : next.tiles) {
             for (StackEntry& entry : tile.applications) entry.title.clear();
         }
         if (next == last_) return;
         last_ = std::move(next);
-        since_ = now;
+        lastChange_ = now;
     }
-    bool isIdle(Time now) const { return now - since_ > kIdleAfter; }
+    bool isIdle(Time now) const { return now - lastChange_ > kIdleAfter; }
 
   private:
     OverlayContents last_;
-    Time since_{0}; // of the last change
+    Time lastChange_{0};
 };
 
 } // namespace kova::ui

@@ -12,9 +12,9 @@ namespace kova::ui {
 
 namespace {
 
-constexpr double kDimOpacity = 0.6; // of pictures, whose colors are not known
+constexpr double kDimOpacity = 0.6; // of icons from the theme, whose colors cannot be adapted
 
-/// The same at every start, which the toolkit's own hashes are not.
+/// The same for a name at every start; the toolkit's own hashes are not.
 int hueOf(std::string_view name) {
     std::uint32_t hash = 2166136261u;
     for (const char byte : name) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
@@ -64,10 +64,10 @@ QString firstGrapheme(const QString& text) {
 }
 
 LetterTile letterTile(std::string_view name, const Palette& palette, IconTone tone) {
-    // The hue follows from the name, so that an application has the same tile everywhere.
+    // The hue depends on the name only, so that an application looks the same everywhere.
     const QColor full = QColor::fromHsl(hueOf(name), 115, palette.isDark ? 95 : 120);
-    const QColor ground = tone == IconTone::full ? full : mixed(over(palette.raised, palette.panel), full, 0.4);
-    return {ground, legible(tone == IconTone::full ? QColor(Qt::white) : palette.mutedText, {ground}, 4.5)};
+    const QColor background = tone == IconTone::full ? full : mixed(over(palette.raised, palette.panel), full, 0.4);
+    return {background, legible(tone == IconTone::full ? QColor(Qt::white) : palette.mutedText, {background}, 4.5)};
 }
 
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
@@ -80,7 +80,7 @@ void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& appli
         painter.drawPixmap(area, icon);
     } else {
         const LetterTile tile = letterTile(application.name, style.palette, tone);
-        drawPanel(painter, area, area.width() / 4.0, tile.ground, QColor(), 0);
+        drawPanel(painter, area, area.width() / 4.0, tile.background, QColor(), 0);
         const QString letter = firstGrapheme(textOf(application.name)).toUpper();
         QFont font(style.fontFamily);
         font.setPixelSize(std::max(1, area.height() * 10 / 16));

@@ -15,28 +15,28 @@ inline QString textOf(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// A rounded rectangle whose line is inside of it, sharp on the pixel grid. Invalid colors are left out.
+/// Draws a rounded rectangle with its line inside the area. An invalid color draws no fill, or no line.
 void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColor& fill, const QColor& line,
                double lineWidth);
-/// One line of text, elided at its end, vertically centered. Whatever its writing direction, it starts at the left.
+/// Draws one line of text, elided at its end and vertically centered. Left alignment also holds for right-to-left text.
 void drawText(QPainter& painter, const QRect& area, const QString& text, const QFont& font, const QColor& color,
               Qt::Alignment alignment = Qt::AlignLeft);
 int widthOf(const QString& text, const QFont& font);
-/// The text on one line, or on two, broken between words; the second one may be wider than `width`.
+/// The text as one line, or broken between words into two lines, of which the second may be wider than `width`.
 QStringList upToTwoLines(const QString& text, const QFont& font, int width);
-/// The first character as it is read, which may be several code points; empty without one.
+/// The first character as a user sees it, which may be several code points; empty for a blank text.
 QString firstGrapheme(const QString& text);
 
-/// Windows that wait behind another one are dim.
+/// Icons of stacked windows are dim.
 enum class IconTone { full, dim };
 struct LetterTile {
-    QColor ground, letter; // with a contrast of at least 4.5
+    QColor background, letter; // their contrast is at least 4.5
 };
 LetterTile letterTile(std::string_view applicationName, const Palette& palette, IconTone tone);
-/// The application's icon, else a tile with the first letter of its name.
+/// Draws the application's icon; if it has none, a tile with the first letter of its name.
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
               IconTone tone = IconTone::full);
-/// A cross of two lines.
+/// Draws a plus sign.
 void drawPlus(QPainter& painter, const QRect& area, const Style& style, const QColor& color);
 
 } // namespace kova::ui

@@ -12,9 +12,9 @@ namespace kova::ui {
 
 namespace {
 
-const QString kContinued = QStringLiteral(" …"); // after a part of a notice that is not the last
+const QString kContinued = QStringLiteral(" …"); // follows each part of a notice but the last
 
-/// The application's name; the window's title where several windows of the tile are of one application.
+/// The application's name, or the window's title if the tile has several windows of the application.
 QString labelOf(const TileContents& tile, const StackEntry& entry) {
     const auto sameName = [&](const StackEntry& other) { return other.application.name == entry.application.name; };
     const bool isAmbiguous = std::ranges::count_if(tile.applications, sameName) > 1;
@@ -30,8 +30,8 @@ int entryWidth(int textWidth, const Style& style) {
     return textWidth == 0 ? icon + 2 * style.px(4) : padding + icon + style.px(points::iconGap) + textWidth + padding;
 }
 
-/// How wide each entry's text is. Tries, in this order: all as they are; elided ever more; only icons for the last
-/// ones.
+/// The width of each entry's text. Tries in this order: all texts in full; texts elided more and more; only the icon
+/// for the last entries.
 std::vector<int> textWidths(const std::vector<QString>& labels, int available, const Style& style) {
     std::vector<int> natural;
     for (const QString& label : labels) natural.push_back(widthOf(label, smallFont(style)) + 1);
@@ -50,7 +50,7 @@ std::vector<int> textWidths(const std::vector<QString>& labels, int available, c
     return widths;
 }
 
-/// The least width for the front window and for the others: an icon, and the number of those that are hidden.
+/// The least width of the entries: the icon of the front window, and the number of the other entries.
 int leastWidth(std::size_t entries, const Style& style) {
     if (entries == 0) return 0;
     return entryWidth(0, style) + (entries > 1 ? style.px(points::entryGap + points::hiddenChip) : 0);
@@ -87,8 +87,8 @@ int ringWidth(const Style& style) {
     return entryWidth(0, style);
 }
 
-/// Puts what is being launched behind the entries. The front window comes first: in a narrow strip the launch is
-/// only a ring.
+/// Lays out the entries and, after them, the application that is being launched. Entries take precedence: in a narrow
+/// strip only the ring of the launch indicator is shown.
 void layOutPending(FooterLayout& layout, const TileContents& tile, QRect strip, const Style& style) {
     const int gap = style.px(points::entryGap);
     const int labelled = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
@@ -161,7 +161,7 @@ int noticeIconWidth(const Style& style) {
     return style.px(points::entryPadding / 2 + points::iconSize + points::iconGap);
 }
 
-/// Breaks a text between words into as many parts as it needs, three at most; the last one may be too wide.
+/// Breaks a text between words into as few parts as possible, at most three; the last part may be too wide.
 QStringList upToThreeParts(const QString& text, int width, const Style& style) {
     QStringList parts{text};
     while (parts.size() < 3) {
@@ -173,7 +173,7 @@ QStringList upToThreeParts(const QString& text, int width, const Style& style) {
     return parts;
 }
 
-/// Beside the tile's name where there is room, else instead of it, in parts if need be.
+/// Places the notice beside the tile's name; if it is too wide, instead of the name; if still too wide, in parts.
 void layOutNotice(FooterLayout& layout, const QString& text, QRect strip, const Style& style) {
     const int needed = widthOf(text, smallFont(style)) + 1 + noticeIconWidth(style);
     layout.notice = {strip, {text}};

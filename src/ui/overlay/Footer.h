@@ -1,6 +1,6 @@
-// A tile's footer: its name, the strip of its applications, what is being launched, the notice of a placement. Computes
-// where its parts are and which part is at a point, and draws it. Coordinates are pixels in the footer's window, which
-// is the panel that is seen.
+// A tile's footer: the tile's name, an entry for each of its windows, the application that is being launched, the
+// notice of a placement. Lays the parts out, finds the part at a point, and draws them. Coordinates are pixels in the
+// footer's window.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -27,32 +27,32 @@ struct FooterHit {
 struct FooterLayout {
     struct Entry {
         QRect area;
-        QString label; // empty: only the icon
+        QString label; // empty if only the icon is shown
         std::size_t index = 0;
     };
     QRect panel;
-    QRect name; // empty where a notice needs its place
+    QRect name; // empty if a notice needs the space
     std::vector<Entry> entries;
-    QRect more; // empty when all entries fit
+    QRect more; // the number of hidden entries; empty if all entries fit
     std::size_t hiddenEntries = 0;
-    QRect pending; // empty when nothing is being launched, or nothing fits
-    QRect remark;  // what is left, for saying that the tile is empty or how the entry under the pointer is named
+    QRect pending; // the application that is being launched; empty if there is none, or no space for it
+    QRect remark;  // the remaining space, for “Empty” or the name of the hovered entry
     struct Notice {
         QRect area;
-        QStringList parts; // shown one after the other; mostly one
+        QStringList parts; // shown one after the other; usually one
     };
-    Notice notice; // without parts when there is none
+    Notice notice; // no parts if the tile has no notice
     QRect launch;
 
     FooterHit at(QPoint point) const;
 };
 
-/// The name of the entry under the pointer, where the strip shows only its icon or the beginning.
+/// The name of the entry under the pointer, if the entry itself shows only its icon or the name's beginning.
 struct HoveredName {
-    QRect area; // either the one of the remark or the one of the tile's name
+    QRect area; // the layout's `remark` or `name`
     QString name;
 };
-/// Absent where no entry is hovered, or its name is shown whole.
+/// Absent if no entry is hovered, or the entry shows its whole name.
 std::optional<HoveredName> hoveredName(const TileContents& tile, const FooterLayout& layout, FooterHit hovered,
                                        const Style& style);
 
@@ -71,7 +71,7 @@ struct FooterState {
 void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout& layout, const FooterState& state,
                  const Style& style);
 
-/// The part of a tile that its footer shows; a change of anything else needs no repaint.
+/// Whether the footers of both tiles look the same, apart from the state of the pointer.
 bool looksTheSame(const TileContents& one, const TileContents& other);
 
 } // namespace kova::ui

@@ -16,11 +16,11 @@ constexpr int kNoticeMilliseconds = 6000; // the time for which the agent shows 
 constexpr double kDragStartPoints = 5;
 } // namespace
 
-FooterWindow::FooterWindow(OverlayPlatform& platform, OverlayActions& actions, CarryEntry carry) :
-    OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), carry_(std::move(carry)) {
-    QObject::connect(&noticePartEnd_, &QTimer::timeout, this, [this] {
+FooterWindow::FooterWindow(OverlayPlatform& platform, OverlayActions& actions, DragEntry dragEntry) :
+    OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), dragEntry_(std::move(dragEntry)) {
+    QObject::connect(&noticePartTimer_, &QTimer::timeout, this, [this] {
         FooterState state = state_;
-        if (++state.noticePart + 1 >= layout_.notice.parts.size()) noticePartEnd_.stop();
+        if (++state.noticePart + 1 >= layout_.notice.parts.size()) noticePartTimer_.stop();
         setState(state);
     });
 }
@@ -32,18 +32,18 @@ void FooterWindow::show(const TileContents& tile, const QRect& area, const Style
     const bool isFirst = tile_.id.empty();
     if (tile.notice != tile_.notice) {
         state_.noticePart = 0;
-        noticePartEnd_.stop();
+        noticePartTimer_.stop();
     }
     tile_ = tile;
     style_ = style;
-    if (std::ranges::find(tile_.applications, carried_, &StackEntry::window) == tile_.applications.end()) cancelCarry();
+    if (std::ranges::find(tile_.applications, dragged_, &StackEntry::window) == tile_.applications.end()) cancelDrag();
     if (!isSame || isFirst) {
         layout_ = layOutFooter(tile_, area.size(), style_);
         if (state_.hovered.part == FooterHit::Part::entry && !entryAt(state_.hovered)) state_.hovered = {};
         const auto parts = layout_.notice.parts.size();
         state_.noticePart = std::max<qsizetype>(0, std::min(state_.noticePart, parts - 1));
-        if (state_.noticePart + 1 < parts && !noticePartEnd_.isActive())
-            noticePartEnd_.start(static_cast<int>(kNoticeMilliseconds / parts));
+        if (state_.noticePart + 1 < parts && !noticePartTimer_.isActive())
+            noticePartTimer_.start(static_cast<int>(kNoticeMilliseconds / parts));
     }
     const QRegion shape = roundedRegion(QRect(QPoint(0, 0), area.size()), style.px(points::footerRadius));
     const bool isNewSize = area.size() != size();
@@ -55,9 +55,9 @@ void FooterWindow::forget() {
     tile_ = {};
     state_ = {};
     pressedAt_.reset();
-    carried_.clear();
-    wheelRest_ = 0;
-    noticePartEnd_.stop();
+    dragged_.clear();
+    wheelAngle_ = 0;
+    noticePartTimer_.stop();
 }
 
 void FooterWindow::setState(const FooterState& state) {
@@ -72,9 +72,9 @@ void FooterWindow::setDropTarget(bool isDropTarget) {
     setState(state);
 }
 
-void FooterWindow::cancelCarry() {
-    if (carried_.empty()) return;
-    carried_.clear();
+void FooterWindow::cancelDrag() {
+    if (dragged_.empty()) return;
+    dragged_.clear();
     pressedAt_.reset();
 }
 
@@ -101,7 +101,7 @@ const StackEntry* FooterWindow::entryAt(FooterHit hit) const {
 }
 
 bool FooterWindow::event(QEvent* event) {
-    if (event->type() == QEvent::Leave && carried_.empty()) hover({});
+    if (event->type() == QEvent::Leave && dragged_.empty()) hover({});
     return OverlayWindow::event(event);
 }
 
@@ -109,10 +109,10 @@ void FooterWindow::mouseMoveEvent(QMouseEvent* event) {
     const QPoint at = event->position().toPoint();
     if (!pressedAt_) return hover(layout_.at(at));
     const StackEntry* entry = entryAt(pressed_);
-    if (carried_.empty() && entry && (at - *pressedAt_).manhattanLength() > style_.px(kDragStartPoints)) {
-        carried_ = entry->window;
+    if (dragged_.empty() && entry && (at - *pressedAt_).manhattanLength() > style_.px(kDragStartPoints)) {
+        dragged_ = entry->window;
     }
-    if (!carried_.empty()) carry_(carried_, event->globalPosition().toPoint(), Carry::over);
+    if (!dragged_.empty()) dragEntry_(dragged_, event->globalPosition().toPoint(), EntryDrag::over);
 }
 
 void FooterWindow::mousePressEvent(QMouseEvent* event) {
@@ -120,11 +120,11 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         pressedAt_ = event->position().toPoint();
         pressed_ = hit;
-    } else if (event->button() == Qt::RightButton && isCarrying()) {
-        // The overlay has no focus, and so no Escape key.
-        const std::string carried = carried_;
-        cancelCarry();
-        carry_(carried, event->globalPosition().toPoint(), Carry::cancelled);
+    } else if (event->button() == Qt::RightButton && isDragging()) {
+        // The secondary button cancels a drag, since the overlay never has the focus and so gets no Escape key.
+        const std::string dragged = dragged_;
+        cancelDrag();
+        dragEntry_(dragged, event->globalPosition().toPoint(), EntryDrag::cancelled);
     } else if (event->button() == Qt::RightButton) {
         const StackEntry* entry = entryAt(hit);
         if (!entry && hit.part == FooterHit::Part::name && !tile_.applications.empty())
@@ -136,8 +136,8 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
 void FooterWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !pressedAt_) return;
     pressedAt_.reset();
-    if (const std::string carried = std::exchange(carried_, {}); !carried.empty()) {
-        return carry_(carried, event->globalPosition().toPoint(), Carry::dropped);
+    if (const std::string dragged = std::exchange(dragged_, {}); !dragged.empty()) {
+        return dragEntry_(dragged, event->globalPosition().toPoint(), EntryDrag::dropped);
     }
     const FooterHit hit = layout_.at(event->position().toPoint());
     if (hit == pressed_) click(hit, event->globalPosition().toPoint());
@@ -161,10 +161,10 @@ void FooterWindow::click(FooterHit hit, QPoint at) {
 }
 
 void FooterWindow::wheelEvent(QWheelEvent* event) {
-    wheelRest_ += event->angleDelta().y();
-    if (std::abs(wheelRest_) < kWheelStep) return;
-    const StackStep step = wheelRest_ < 0 ? StackStep::next : StackStep::previous;
-    wheelRest_ %= kWheelStep;
+    wheelAngle_ += event->angleDelta().y();
+    if (std::abs(wheelAngle_) < kWheelStep) return;
+    const StackStep step = wheelAngle_ < 0 ? StackStep::next : StackStep::previous;
+    wheelAngle_ %= kWheelStep;
     if (tile_.applications.size() > 1) actions_.stepStack(tile_.id, step);
 }
 

@@ -14,19 +14,19 @@ namespace kova::ui {
 
 class FooterWindow final : public OverlayWindow {
   public:
-    enum class Carry { over, dropped, cancelled };
-    /// The window's entry is dragged; `at` is the pointer's position on the screen, in pixels.
-    using CarryEntry = std::function<void(const std::string& window, QPoint at, Carry how)>;
+    enum class EntryDrag { over, dropped, cancelled };
+    /// Called while the entry of `window` is dragged; `at` is the pointer's position on the screen, in pixels.
+    using DragEntry = std::function<void(const std::string& window, QPoint at, EntryDrag how)>;
 
-    FooterWindow(OverlayPlatform& platform, OverlayActions& actions, CarryEntry carry);
+    FooterWindow(OverlayPlatform& platform, OverlayActions& actions, DragEntry dragEntry);
 
     void show(const TileContents& tile, const QRect& area, const Style& style);
     void setDropTarget(bool isDropTarget);
-    /// Whether an entry of this footer is being dragged. The drag ends with the footer and with the entry.
-    bool isCarrying() const { return !carried_.empty(); }
+    /// Whether an entry of this footer is being dragged. Removing the footer or the entry ends the drag.
+    bool isDragging() const { return !dragged_.empty(); }
     /// No-op unless an entry is being dragged.
-    void cancelCarry();
-    /// The launch indicator, 0 to 1.
+    void cancelDrag();
+    /// Turns the launch indicator; `turn` is from 0 to 1.
     void turnSpinner(double turn);
     const FooterLayout& layoutInWindow() const { return layout_; }
 
@@ -47,16 +47,16 @@ class FooterWindow final : public OverlayWindow {
     void click(FooterHit hit, QPoint at);
 
     OverlayActions& actions_;
-    CarryEntry carry_;
+    DragEntry dragEntry_;
     TileContents tile_;
     Style style_;
     FooterLayout layout_;
     FooterState state_;
     std::optional<QPoint> pressedAt_;
     FooterHit pressed_;
-    std::string carried_; // the window whose entry is dragged; empty: none
-    QTimer noticePartEnd_;
-    int wheelRest_ = 0;
+    std::string dragged_; // the window whose entry is dragged; empty if there is none
+    QTimer noticePartTimer_;
+    int wheelAngle_ = 0; // turned since the last step, in eighths of a degree
 };
 
 } // namespace kova::ui

@@ -25,9 +25,9 @@ void keepOnly(Windows& windows, const std::set<std::string>& ids) {
 Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
     platform_(platform), actions_(actions),
     emptyTiles_([this] { return std::make_unique<EmptyTileWindow>(platform_, actions_); }), footers_([this] {
-        return std::make_unique<FooterWindow>(
-            platform_, actions_,
-            [this](const std::string& carried, QPoint at, FooterWindow::Carry how) { carryEntry(carried, at, how); });
+        return std::make_unique<FooterWindow>(platform_, actions_,
+                                              [this](const std::string& dragged, QPoint at,
+                                                     FooterWindow::EntryDrag how) { dragEntry(dragged, at, how); });
     }),
     decoration_(platform) {
     spinner_.setInterval(kSpinnerMilliseconds);
@@ -39,8 +39,8 @@ Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
 
 Overlay::~Overlay() = default;
 
-void Overlay::setTaste(DesktopTaste taste) {
-    taste_ = std::move(taste);
+void Overlay::setTaste(DesktopStyle style) {
+    desktopStyle_ = std::move(style);
     refresh();
 }
 
@@ -62,18 +62,18 @@ void Overlay::compositingChanged() {
 Style Overlay::styleFor(const std::string& display) const {
     const DisplayContents* shown = contents_->display(display);
     const Compositing compositing = platform_.isComposited() ? Compositing::running : Compositing::absent;
-    return {.palette = paletteFor(contents_->appearance, taste_.brightness, compositing),
+    return {.palette = paletteFor(contents_->appearance, desktopStyle_.brightness, compositing),
             .scale = shown ? shown->scale : 1,
             .firstDisplay = platform_.firstDisplay(),
-            .fontFamily = taste_.fontFamily,
-            .icon = taste_.icon,
+            .fontFamily = desktopStyle_.fontFamily,
+            .icon = desktopStyle_.icon,
             .isComposited = compositing == Compositing::running,
-            .mayMove = taste_.mayMove};
+            .areAnimationsEnabled = desktopStyle_.areAnimationsEnabled};
 }
 
 void Overlay::refresh() {
     if (!contents_) {
-        carriedEntry_.reset();
+        draggedEntry_.reset();
         message_.reset();
         highlights_.clear();
         dividers_.clear();
@@ -83,7 +83,7 @@ void Overlay::refresh() {
         decoration_.show(nullptr, {});
         return spinner_.stop();
     }
-    // Footers first: they are what a person works with.
+    // Footers first, since the user works with them.
     refreshFooters();
     refreshHighlights();
     refreshDividers();
@@ -142,19 +142,19 @@ void Overlay::refreshFooters() {
         FooterWindow& window = footers_.of(tile.id);
         window.show(tile, *footerArea(tile, style), style);
     }
-    endLostCarry();
-    for (const auto& [id, footer] : footers_.shown()) footer->setDropTarget(carriedEntry_ && carriedEntry_->tile == id);
+    endLostDrag();
+    for (const auto& [id, footer] : footers_.shown()) footer->setDropTarget(draggedEntry_ && draggedEntry_->tile == id);
 }
 
-/// The release of the button is not reported to a footer that was removed.
-void Overlay::endLostCarry() {
-    if (!carriedEntry_) return;
-    bool isCarried = false;
+/// A footer that was removed gets no release of the button, so its drag is ended here.
+void Overlay::endLostDrag() {
+    if (!draggedEntry_) return;
+    bool isDragged = false;
     for (const auto& [id, footer] : footers_.shown()) {
-        if (contents_->isSuspended) footer->cancelCarry();
-        isCarried = isCarried || footer->isCarrying();
+        if (contents_->isSuspended) footer->cancelDrag();
+        isDragged = isDragged || footer->isDragging();
     }
-    if (!isCarried) carriedEntry_.reset();
+    if (!isDragged) draggedEntry_.reset();
 }
 
 void Overlay::refreshDividers() {
@@ -174,7 +174,7 @@ void Overlay::refreshDividers() {
 
 void Overlay::refreshHighlights() {
     std::set<std::string> shown;
-    const auto& drag = carriedEntry_ ? carriedEntry_ : contents_->drag;
+    const auto& drag = draggedEntry_ ? draggedEntry_ : contents_->drag;
     const DisplayContents* display = drag && drag->display ? contents_->display(*drag->display) : nullptr;
     if (display && !contents_->isSuspended) {
         const Style style = styleFor(display->id);
@@ -183,7 +183,7 @@ void Overlay::refreshHighlights() {
         for (const TileContents& tile : contents_->tiles) {
             if (tile.display != display->id) continue;
             const bool isTarget =
-                carriedEntry_ ? carriedEntry_->tile == tile.id : tile.isDropTarget || drag->tile == tile.id;
+                draggedEntry_ ? draggedEntry_->tile == tile.id : tile.isDropTarget || drag->tile == tile.id;
             tiles.push_back({style.px(tile.frame).translated(-area.topLeft()), textOf(tile.name), isTarget});
         }
         auto& window = highlights_[display->id];
@@ -219,7 +219,7 @@ void Overlay::refreshMessage() {
 void Overlay::refreshSpinner() {
     const bool isPending =
         std::ranges::any_of(contents_->tiles, [](const TileContents& tile) { return tile.pending.has_value(); });
-    const bool mayTurn = isPending && taste_.mayMove && !contents_->isSuspended;
+    const bool mayTurn = isPending && desktopStyle_.areAnimationsEnabled && !contents_->isSuspended;
     if (!mayTurn) {
         spinner_.stop();
     } else if (!spinner_.isActive()) {
@@ -243,22 +243,22 @@ const TileContents* Overlay::tileAt(QPoint pixels) const {
     return nullptr;
 }
 
-void Overlay::carryEntry(const std::string& window, QPoint at, FooterWindow::Carry how) {
+void Overlay::dragEntry(const std::string& window, QPoint at, FooterWindow::EntryDrag how) {
     if (!contents_) return;
     const TileContents* tile = tileAt(at);
     const auto holds = [&](const StackEntry& entry) { return entry.window == window; };
     const bool isElsewhere = tile && std::ranges::none_of(tile->applications, holds);
     const std::optional<std::string> target = isElsewhere ? std::optional(tile->id) : std::nullopt;
     std::optional<WindowDrag> drag;
-    if (how == FooterWindow::Carry::over) {
+    if (how == FooterWindow::EntryDrag::over) {
         drag.emplace().tile = target;
         if (const DisplayContents* display = displayAt(at)) drag->display = display->id;
     }
-    if (std::exchange(carriedEntry_, drag) != drag) {
+    if (std::exchange(draggedEntry_, drag) != drag) {
         refreshFooters();
         refreshHighlights();
     }
-    if (how == FooterWindow::Carry::dropped && target) actions_.place(window, *target);
+    if (how == FooterWindow::EntryDrag::dropped && target) actions_.place(window, *target);
 }
 
 } // namespace kova::ui

@@ -1,5 +1,4 @@
-// All windows of the overlay: creates, changes and removes them so that they show the agent's contents. Main thread
-// only.
+// Creates, changes and removes the windows of the overlay so that they show the agent's contents. Main thread only.
 #pragma once
 
 #include "ui/overlay/Decoration.h"
@@ -18,10 +17,10 @@
 
 namespace kova::ui {
 
-/// What the desktop prefers.
-struct DesktopTaste {
+/// The desktop's preferences for drawing.
+struct DesktopStyle {
     Brightness brightness = Brightness::dark;
-    bool mayMove = true; // no reduced motion
+    bool areAnimationsEnabled = true;
     QString fontFamily;
     IconSource icon;
 };
@@ -31,12 +30,12 @@ class Overlay {
     Overlay(OverlayPlatform& platform, OverlayActions& actions);
     ~Overlay();
 
-    void setTaste(DesktopTaste taste);
-    /// Absent: nothing is shown, as without an agent.
+    void setTaste(DesktopStyle style);
+    /// Shows the agent's new contents. Absent, as without an agent: shows nothing.
     void show(const std::optional<OverlayContents>& contents);
-    /// Windows must be created again, since a compositor has started or ended.
+    /// Call after a compositor has started or ended: creates all windows again.
     void compositingChanged();
-    /// The platform has another position for it on the screen.
+    /// Call after the platform's `firstDisplay` has changed.
     void firstDisplayMoved();
 
     const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_.shown(); }
@@ -53,16 +52,16 @@ class Overlay {
     void refreshHighlights();
     void refreshMessage();
     void refreshSpinner();
-    void carryEntry(const std::string& window, QPoint at, FooterWindow::Carry how);
-    void endLostCarry();
+    void dragEntry(const std::string& window, QPoint at, FooterWindow::EntryDrag how);
+    void endLostDrag();
     const DisplayContents* displayAt(QPoint pixels) const;
     const TileContents* tileAt(QPoint pixels) const;
 
     OverlayPlatform& platform_;
     OverlayActions& actions_;
-    DesktopTaste taste_;
+    DesktopStyle desktopStyle_;
     std::optional<OverlayContents> contents_;
-    std::optional<WindowDrag> carriedEntry_;                             // an entry of a footer that is dragged
+    std::optional<WindowDrag> draggedEntry_;                             // an entry of a footer that is dragged
     std::map<std::string, std::unique_ptr<BackdropWindow>> backdrops_;   // by display
     WindowSet<EmptyTileWindow> emptyTiles_;                              // by tile
     WindowSet<FooterWindow> footers_;                                    // by tile

@@ -1,4 +1,4 @@
-// The user's actions on the overlay, as the overlay reports them; points are pixels on the screen.
+// The interface to which the overlay reports the user's actions; points are pixels on the screen.
 #pragma once
 
 #include <QPoint>
@@ -15,12 +15,12 @@ class OverlayActions {
     virtual void bringForward(const std::string& window) = 0;
     virtual void stepStack(const std::string& tile, StackStep step) = 0;
     virtual void place(const std::string& window, const std::string& tile) = 0;
-    /// By the method of the agent that the message names.
+    /// `method` is the `undoMethod` of the status message.
     virtual void undo(const std::string& method) = 0;
-    /// Lists the applications, to launch one in the tile.
+    /// Lets the user choose an application to launch in the tile.
     virtual void chooseApplication(const std::string& tile) = 0;
     virtual void showEntryMenu(const std::string& tile, const std::string& window, QPoint at) = 0;
-    /// Lists all windows of the tile.
+    /// Shows a menu of all windows of the tile.
     virtual void showStackMenu(const std::string& tile, QPoint at) = 0;
 };
 

@@ -1,5 +1,5 @@
-// A window of the overlay, and what a window system has to do for it. Such a window never takes the focus, is in no
-// list of windows, and keeps its place among the others: see `Layer`. Areas and regions are pixels.
+// The base class of the overlay's windows, and the interface to the window system. An overlay window never takes the
+// focus, is in no list of windows, and keeps its place in the stacking order (see `Layer`). Areas are in pixels.
 #pragma once
 
 #include <QPainter>
@@ -35,18 +35,18 @@ class OverlayPlatform {
     virtual void leave(OverlayWindow& window) = 0;
     /// Call before the window is shown: puts it into its place in the stacking order.
     virtual void stack(OverlayWindow& window) = 0;
-    /// Takes a window off the screen that will be shown again.
+    /// Takes a window off the screen; it will be shown again.
     virtual void conceal(OverlayWindow& window);
-    /// Shows a concealed window; it has been drawn.
+    /// Shows a concealed window, which has been drawn before.
     virtual void reveal(OverlayWindow& window);
-    /// The visible parts, and those that take clicks; a click elsewhere reaches the window below. Also called after
+    /// Sets the visible parts and the parts that receive clicks; other clicks reach the window below. Also called after
     /// each move.
     virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
     /// Draws the region of the window and shows it on the screen.
     virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;
-    /// Flushes changes of windows that the toolkit keeps until its next event.
+    /// Sends changes that the toolkit would otherwise buffer until its next event.
     virtual void flush() {}
-    /// The system wants the window's contents.
+    /// Called when the system needs the window's contents drawn.
     virtual void exposed(OverlayWindow& window) = 0;
 };
 
@@ -56,13 +56,13 @@ class OverlayWindow : public QWindow {
     ~OverlayWindow() override;
 
     Layer layer() const { return layer_; }
-    /// Whether the window, when it is shown next, becomes opaque over a short time. Only a compositor can show that.
+    /// Whether the window fades in when it is shown next. No effect without a compositor.
     void setAppearsGradually(bool isGradual) { appearsGradually_ = isGradual; }
-    /// Shows the window there, or changes it. Draws it if any of this has changed.
+    /// Shows the window, or changes it if it is shown. Draws it if it was not shown or its size has changed.
     void present(const QRect& area, const QRegion& seen, const QRegion& clickable);
     /// Takes the window off the screen, until it is presented again.
     void retire();
-    /// Draws a part, or all of it, again; nothing while it is not shown.
+    /// Draws the window, or a part of it, again; no-op while the window is not shown.
     void redraw();
     void redraw(const QRegion& dirty);
 
@@ -71,7 +71,7 @@ class OverlayWindow : public QWindow {
 
   protected:
     void exposeEvent(QExposeEvent* event) override;
-    /// Called when the window is retired: its contents and the state of the pointer in it are dropped.
+    /// Called when the window is retired. Drops its contents and the state of the pointer.
     virtual void forget() {}
 
   private:

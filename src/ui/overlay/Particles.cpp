@@ -11,8 +11,8 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kCount = 42;
-constexpr double kNearPoints = 64;
+constexpr int kParticleCount = 42;
+constexpr double kLineLengthPoints = 64; // lines connect particles that are nearer
 constexpr double kCoveredShare = 0.9;
 
 QByteArray contentsOf(const QString& path) {
@@ -25,7 +25,7 @@ QByteArray contentsOf(const QString& path) {
 Particles::Particles() {
     QRandomGenerator random(20260); // the same picture at every start
     const double middle = kParticleFieldPoints / 2;
-    for (int i = 0; i < kCount; ++i) {
+    for (int i = 0; i < kParticleCount; ++i) {
         const double angle = random.generateDouble() * 2 * M_PI,
                      distance = std::sqrt(random.generateDouble()) * (middle - 12);
         const double course = random.generateDouble() * 2 * M_PI, speed = 0.15 + random.generateDouble() * 0.35;
@@ -35,14 +35,14 @@ Particles::Particles() {
 }
 
 void Particles::step() {
-    const double middle = kParticleFieldPoints / 2, rim = middle - 12;
+    const double middle = kParticleFieldPoints / 2, radius = middle - 12;
     for (Particle& particle : particles_) {
         particle.x += particle.dx;
         particle.y += particle.dy;
         const double x = particle.x - middle, y = particle.y - middle, distance = std::hypot(x, y);
         const double outward = (particle.dx * x + particle.dy * y) / std::max(distance, 1.0);
-        if (distance < rim || outward < 0) continue;
-        // Thrown back at the rim of the circle.
+        if (distance < radius || outward < 0) continue;
+        // Reflected at the edge of the circle.
         particle.dx -= 2 * outward * x / distance;
         particle.dy -= 2 * outward * y / distance;
     }
@@ -57,8 +57,8 @@ void Particles::paint(QPainter& painter, const Style& style) const {
         for (std::size_t j = 0; j < i; ++j) {
             const Particle& other = particles_[j];
             const double distance = std::hypot(one.x - other.x, one.y - other.y);
-            if (distance >= kNearPoints) continue;
-            color.setAlphaF(opacity * static_cast<float>(0.45 * (1 - distance / kNearPoints)));
+            if (distance >= kLineLengthPoints) continue;
+            color.setAlphaF(opacity * static_cast<float>(0.45 * (1 - distance / kLineLengthPoints)));
             painter.setPen(QPen(color, style.scale));
             painter.drawLine(QPointF(one.x, one.y) * style.scale, QPointF(other.x, other.y) * style.scale);
         }

@@ -1,5 +1,5 @@
-// The decoration of the backdrop: particles that drift, with lines between those that are near each other. A value that
-// is stepped; positions are in points, from the top left of a square of `kParticleFieldPoints`.
+// The decoration of the backdrop: drifting particles, with lines between particles that are near each other. Positions
+// are in points from the top left of a square with sides of `kParticleFieldPoints`.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -17,21 +17,20 @@ inline constexpr int kParticleFrameMilliseconds = 66; // 15 frames a second
 class Particles {
   public:
     Particles();
-    /// Moves all by one frame.
+    /// Moves all particles by one frame.
     void step();
     void paint(QPainter& painter, const Style& style) const;
 
   private:
     struct Particle {
         double x, y;   // points
-        double dx, dy; // points in a frame
+        double dx, dy; // points per frame
         double radius; // points
     };
     std::vector<Particle> particles_;
 };
 
-/// Where the decoration lies on the display: in the middle of what panels leave free. Absent on displays that are too
-/// small.
+/// The area of the decoration, in the middle of the display's visible frame. Absent if the display is too small.
 std::optional<CGRect> particleField(const DisplayContents& display);
 
 /// Whether windows in tiles cover so much of the field that its motion would hardly be visible.

@@ -76,7 +76,7 @@ void EmptyTileWindow::mouseReleaseEvent(QMouseEvent* event) {
 
 void DividerWindow::show(const QRect& line, const Style& style) {
     style_ = style;
-    setAppearsGradually(style.mayMove);
+    setAppearsGradually(style.areAnimationsEnabled);
     present(line, wholeOf(line.size()), QRegion());
 }
 
@@ -87,7 +87,7 @@ void DividerWindow::paint(QPainter& painter) {
 void HighlightWindow::show(std::vector<CarriedOver> tiles, const QRect& area, const Style& style) {
     const bool isNewSize = area.size() != size();
     const bool isSame = tiles == tiles_ && drawsAlike(style, style_);
-    // Only the tiles that are drawn otherwise than before.
+    // Only the tiles whose drawing has changed.
     QRegion dirty;
     for (std::size_t i = 0; i < std::max(tiles.size(), tiles_.size()); ++i) {
         const bool isKept = i < tiles.size() && i < tiles_.size() && tiles[i] == tiles_[i];
@@ -96,7 +96,7 @@ void HighlightWindow::show(std::vector<CarriedOver> tiles, const QRect& area, co
     }
     tiles_ = std::move(tiles);
     style_ = style;
-    setAppearsGradually(style.mayMove);
+    setAppearsGradually(style.areAnimationsEnabled);
     present(area, dropTargetShape(tiles_, style_), QRegion());
     if (!isSame && !isNewSize) redraw(dirty);
 }
@@ -116,7 +116,7 @@ void MessageWindow::show(const StatusMessage& message, QPoint bottomCenter, int 
     area.moveBottom(bottomCenter.y());
     const bool isNewSize = area.size() != size();
     const QRegion shape = roundedRegion(wholeOf(area.size()), style.px(points::messageHeight) / 2);
-    setAppearsGradually(style.mayMove);
+    setAppearsGradually(style.areAnimationsEnabled);
     present(area, shape, roundedRegion(layout_.undo, layout_.undo.height() / 2));
     if (!isSame && !isNewSize) redraw();
 }

@@ -7,7 +7,7 @@
 
 namespace kova::ui {
 
-/// True when pictures drawn with one style look like those drawn with the other.
+/// Whether pictures look the same in both styles.
 bool drawsAlike(const Style& one, const Style& other);
 
 class BackdropWindow final : public OverlayWindow {
@@ -57,7 +57,7 @@ class DividerWindow final : public OverlayWindow {
     Style style_;
 };
 
-/// The tiles of a display over which a window is dragged. Clicks pass through.
+/// The outlines of the tiles of a display while a window is dragged over the display. Clicks pass through.
 class HighlightWindow final : public OverlayWindow {
   public:
     explicit HighlightWindow(OverlayPlatform& platform) :

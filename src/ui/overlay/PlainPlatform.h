@@ -1,5 +1,5 @@
-// Overlay windows by the toolkit's own means only, for window systems without one of ours: contents are kept in a
-// backing store for each window, the order of windows is left to the system.
+// Overlay windows that use only the toolkit, for window systems without an own implementation. Each window has a
+// backing store for its contents; the stacking order is left to the system.
 #pragma once
 
 #include "ui/overlay/OverlayWindow.h"

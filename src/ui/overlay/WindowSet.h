@@ -1,5 +1,5 @@
-// The windows of the tiles by id. A window that is not needed is kept for the next tile, since a layout often replaces
-// another, and each new window takes several requests to the window system. Main thread only.
+// The windows of the tiles, by tile id. A window that is no longer needed is reused for the next tile, since layouts
+// often change and each new window takes several requests to the window system. Main thread only.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ class WindowSet {
   public:
     explicit WindowSet(std::function<std::unique_ptr<Window>()> make) : make_(std::move(make)) {}
 
-    /// Takes the windows of all other ids off the screen.
+    /// Takes the windows of all other ids off the screen, for reuse.
     void keepOnly(const std::set<std::string>& ids) {
         for (auto shown = shown_.begin(); shown != shown_.end();) {
             if (ids.contains(shown->first)) {
@@ -30,6 +30,7 @@ class WindowSet {
             shown = shown_.erase(shown);
         }
     }
+    /// The window of the id; reused or created if there is none.
     Window& of(const std::string& id) {
         auto& window = shown_[id];
         if (window) return *window;

@@ -11,16 +11,16 @@ namespace kova::ui {
 
 class ApplicationIcons {
   public:
-    /// Null when the theme has none for the application. Sizes are pixels.
+    /// A null pixmap if the theme has no icon for the application.
     QPixmap icon(const ApplicationName& application, int sizePixels);
-    /// Forgets all, as after a change of the theme.
+    /// Drops the cached icons; call after a change of the theme.
     void clear() { known_.clear(); }
 
   private:
     QHash<QString, QPixmap> known_;
 };
 
-/// The value of "Icon" in the "[Desktop Entry]" group; empty when there is none.
+/// The value of "Icon" in the "[Desktop Entry]" group; empty if there is none.
 QString iconNameIn(const QByteArray& desktopEntry);
 
 } // namespace kova::ui

@@ -15,9 +15,9 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-double leastContrast(const QColor& color, std::initializer_list<QColor> grounds) {
+double leastContrast(const QColor& color, std::initializer_list<QColor> backgrounds) {
     double least = 21;
-    for (const QColor& ground : grounds) least = std::min(least, contrast(color, ground));
+    for (const QColor& background : backgrounds) least = std::min(least, contrast(color, background));
     return least;
 }
 
@@ -28,9 +28,10 @@ QColor colorOf(const RGBAColor& color) {
     return QColor::fromRgbF(part(color.red), part(color.green), part(color.blue), part(color.alpha));
 }
 
-QColor mixed(const QColor& ground, const QColor& other, double share) {
+QColor mixed(const QColor& background, const QColor& other, double share) {
     const auto part = [&](int one, int two) { return static_cast<int>(std::lround(one + (two - one) * share)); };
-    return {part(ground.red(), other.red()), part(ground.green(), other.green()), part(ground.blue(), other.blue())};
+    return {part(background.red(), other.red()), part(background.green(), other.green()),
+            part(background.blue(), other.blue())};
 }
 
 QColor withAlpha(QColor color, double alpha) {
@@ -38,8 +39,8 @@ QColor withAlpha(QColor color, double alpha) {
     return color;
 }
 
-QColor over(const QColor& ground, const QColor& cover) {
-    return mixed(ground, cover, cover.alphaF());
+QColor over(const QColor& background, const QColor& foreground) {
+    return mixed(background, foreground, foreground.alphaF());
 }
 
 double contrast(const QColor& one, const QColor& other) {
@@ -47,15 +48,15 @@ double contrast(const QColor& one, const QColor& other) {
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
-QColor legible(const QColor& wanted, std::initializer_list<QColor> grounds, double ratio) {
-    if (leastContrast(wanted, grounds) >= ratio) return wanted;
+QColor legible(const QColor& wanted, std::initializer_list<QColor> backgrounds, double ratio) {
+    if (leastContrast(wanted, backgrounds) >= ratio) return wanted;
     const QColor white(Qt::white), black(Qt::black);
-    const QColor end = leastContrast(white, grounds) >= leastContrast(black, grounds) ? white : black;
+    const QColor extreme = leastContrast(white, backgrounds) >= leastContrast(black, backgrounds) ? white : black;
     for (double share = 0.02; share < 1; share += 0.02) {
-        const QColor candidate = mixed(wanted, end, share);
-        if (leastContrast(candidate, grounds) >= ratio) return candidate;
+        const QColor candidate = mixed(wanted, extreme, share);
+        if (leastContrast(candidate, backgrounds) >= ratio) return candidate;
     }
-    return end;
+    return extreme;
 }
 
 } // namespace kova::ui

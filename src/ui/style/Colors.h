@@ -1,4 +1,4 @@
-// Arithmetic on colors: drawing one over another, and the contrast ratio of two (from 1 to 21).
+// Arithmetic on colors: mixing and blending them, and their contrast ratio (from 1 to 21).
 #pragma once
 
 #include "themes/ThemeRegistry.h"
@@ -10,14 +10,14 @@
 namespace kova::ui {
 
 QColor colorOf(const RGBAColor& color);
-/// The first color with `share` (0 to 1) of the second one in it; opaque.
-QColor mixed(const QColor& ground, const QColor& other, double share);
+/// Mixes the background with `share` (0 to 1) of the other color; the result is opaque.
+QColor mixed(const QColor& background, const QColor& other, double share);
 QColor withAlpha(QColor color, double alpha);
-/// The visible color where a translucent color covers an opaque one.
-QColor over(const QColor& ground, const QColor& cover);
+/// The visible color where a translucent foreground covers an opaque background.
+QColor over(const QColor& background, const QColor& foreground);
 double contrast(const QColor& one, const QColor& other);
-/// The color nearest to `wanted`, on the way to white or to black, whose contrast with every ground is at least
-/// `ratio`; white or black itself when none reaches it.
-QColor legible(const QColor& wanted, std::initializer_list<QColor> grounds, double ratio);
+/// Mixes `wanted` with as little white or black as needed for a contrast of at least `ratio` with every background.
+/// Returns white or black itself if no mixture has that contrast.
+QColor legible(const QColor& wanted, std::initializer_list<QColor> backgrounds, double ratio);
 
 } // namespace kova::ui

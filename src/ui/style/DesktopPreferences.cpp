@@ -20,7 +20,7 @@ const QString kSettings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
 const QString kInterface = QStringLiteral("org.gnome.desktop.interface");
 
-/// Values come wrapped once or twice.
+/// The portal wraps values in one or two variants.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     return value;
@@ -37,49 +37,50 @@ DesktopPreferences::DesktopPreferences(std::function<void()> changed, const QDBu
 
 void DesktopPreferences::start() {
     if (!bus_.isConnected()) return;
-    // Connecting finds the slot's parameter by its name, which the bus library registers only with its first value.
+    // `connect` looks the slot's parameter type up by name, but the bus library registers the type only at its first
+    // use.
     qRegisterMetaType<QDBusVariant>();
     if (!bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
                       SLOT(settingChanged(QString, QString, QDBusVariant)))) {
         qWarning("kova-ui: changes of the desktop's settings cannot be followed");
     }
-    // The portal may start after this program, or start again with other values.
+    // The portal may start after this program, or restart with other values.
     auto* watcher = new QDBusServiceWatcher(kPortal, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { askAll(); });
-    askAll();
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { queryAll(); });
+    queryAll();
 }
 
-void DesktopPreferences::set(Brightness brightness, bool mayMove) {
-    const bool isOther = brightness != brightness_ || mayMove != mayMove_;
+void DesktopPreferences::set(Brightness brightness, bool areAnimationsEnabled) {
+    const bool hasChanged = brightness != brightness_ || areAnimationsEnabled != areAnimationsEnabled_;
     brightness_ = brightness;
-    mayMove_ = mayMove;
-    if (isOther) changed_();
+    areAnimationsEnabled_ = areAnimationsEnabled;
+    if (hasChanged) changed_();
 }
 
-void DesktopPreferences::askAll() {
-    ask(kAppearance, QStringLiteral("color-scheme"));
-    ask(kInterface, QStringLiteral("enable-animations"));
-    ask(kInterface, QStringLiteral("icon-theme"));
+void DesktopPreferences::queryAll() {
+    query(kAppearance, QStringLiteral("color-scheme"));
+    query(kInterface, QStringLiteral("enable-animations"));
+    query(kInterface, QStringLiteral("icon-theme"));
 }
 
-void DesktopPreferences::ask(const QString& group, const QString& key) {
+void DesktopPreferences::query(const QString& group, const QString& key) {
     QDBusMessage message = QDBusMessage::createMethodCall(kPortal, kPath, kSettings, QStringLiteral("Read"));
     message.setArguments({group, key});
-    // A desktop without a portal is not made to start one for this.
+    // This query must not start a portal on a desktop that runs none.
     message.setAutoStartService(false);
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, group, key](QDBusPendingCallWatcher* done) {
         const QDBusPendingReply<QDBusVariant> reply = *done;
-        if (!reply.isError() && take(group, key, unwrapped(reply.value().variant()))) changed_();
+        if (!reply.isError() && apply(group, key, unwrapped(reply.value().variant()))) changed_();
         done->deleteLater();
     });
 }
 
 void DesktopPreferences::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    if (take(group, key, unwrapped(value.variant()))) changed_();
+    if (apply(group, key, unwrapped(value.variant()))) changed_();
 }
 
-bool DesktopPreferences::take(const QString& group, const QString& key, const QVariant& value) {
+bool DesktopPreferences::apply(const QString& group, const QString& key, const QVariant& value) {
     if (group == kAppearance && key == QStringLiteral("color-scheme")) {
         const uint scheme = value.toUInt(); // 1: dark, 2: light, 0: no preference
         const Brightness wanted = scheme == 1   ? Brightness::dark
@@ -88,7 +89,8 @@ bool DesktopPreferences::take(const QString& group, const QString& key, const QV
         return std::exchange(brightness_, wanted) != wanted;
     }
     if (group != kInterface) return false;
-    if (key == QStringLiteral("enable-animations")) return std::exchange(mayMove_, value.toBool()) != value.toBool();
+    if (key == QStringLiteral("enable-animations"))
+        return std::exchange(areAnimationsEnabled_, value.toBool()) != value.toBool();
     if (key == QStringLiteral("icon-theme") && !value.toString().isEmpty() && QIcon::themeName() != value.toString()) {
         QIcon::setThemeName(value.toString());
         return true;

@@ -1,6 +1,6 @@
-// The desktop's preferences from its settings portal: light or dark, animations, the icon theme. Nothing waits for the
-// portal: defaults hold until it answers, and where there is none. A Mac has no portal; there they come from the
-// system. Main thread only.
+// The desktop's preferences from its settings portal: light or dark, animations, the icon theme. Never waits for the
+// portal: defaults are used until it replies, and on a desktop without a portal. On a Mac, which has none, the system's
+// preferences are passed to `set`. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"
@@ -20,27 +20,27 @@ class DesktopPreferences : public QObject {
   public:
     explicit DesktopPreferences(std::function<void()> changed,
                                 const QDBusConnection& bus = QDBusConnection::sessionBus());
-    /// Asks the portal as soon as there is one, and follows its changes.
+    /// Queries the portal as soon as it runs, and follows its changes.
     void start();
-    /// The preferences on a desktop without a portal.
-    void set(Brightness brightness, bool mayMove);
+    /// Sets the preferences on a system without a portal.
+    void set(Brightness brightness, bool areAnimationsEnabled);
 
     Brightness brightness() const { return brightness_; }
-    bool mayMove() const { return mayMove_; }
+    bool areAnimationsEnabled() const { return areAnimationsEnabled_; }
 
   private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
   private:
-    void askAll();
-    void ask(const QString& group, const QString& key);
-    /// False when the value changes nothing.
-    bool take(const QString& group, const QString& key, const QVariant& value);
+    void queryAll();
+    void query(const QString& group, const QString& key);
+    /// Returns whether the value changes a preference.
+    bool apply(const QString& group, const QString& key, const QVariant& value);
 
     std::function<void()> changed_;
     QDBusConnection bus_;
     Brightness brightness_;
-    bool mayMove_ = true;
+    bool areAnimationsEnabled_ = true;
 };
 
 } // namespace kova::ui

@@ -18,7 +18,7 @@ void drawTiles(QPainter& painter, const QRectF& area, const std::vector<PictureT
     for (const PictureTile& tile : tiles) {
         const QRectF cell(area.x() + tile.frame.x() * area.width(), area.y() + tile.frame.y() * area.height(),
                           tile.frame.width() * area.width(), tile.frame.height() * area.height());
-        // The line is drawn inside, and a gap never takes all of a tile.
+        // The outline is drawn inside the tile; the gap is limited so that some of the tile remains.
         const double most = (std::min(cell.width(), cell.height()) - 2) / 2;
         const double around = std::clamp(gap, 0.0, std::max(0.0, most)) + 0.5;
         const QRectF window = cell.adjusted(around, around, -around, -around);

@@ -1,4 +1,4 @@
-// A small picture of tiles: of a layout, a scene or a setting. Main thread only.
+// A small picture of the tiles of a layout, a scene or a setting. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"
@@ -30,7 +30,7 @@ class LayoutPicture final : public QWidget {
     void setTiles(std::vector<PictureTile> tiles);
     /// The aspect ratio (width by height) of the area that the unit square represents.
     void setAspectRatio(double ratio);
-    /// As a share of the width.
+    /// The gap around each tile, as a share of the width.
     void setInset(double inset);
 
   protected:

@@ -1,5 +1,5 @@
-// The colors of the overlay, made of a theme's palette and the accent. Text has a contrast of at least 4.5 with every
-// background that it is drawn on, lines and icons that carry meaning at least 3.
+// The colors of the overlay, computed from a theme's palette and the accent. Text has a contrast of at least 4.5 with
+// every background on which it is drawn; lines and icons that carry meaning have at least 3.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -9,14 +9,14 @@
 namespace kova::ui {
 
 enum class Brightness { light, dark };
-/// Whether panels may let the desktop shine through: only a compositor mixes windows.
+/// Whether a compositor runs, without which windows cannot be translucent.
 enum class Compositing { absent, running };
 
 struct Palette {
     bool isDark = true;
     bool isNeon = false;
     QColor backdropTop, backdropBottom;
-    QColor grid;               // translucent; invalid where there is none
+    QColor grid;               // translucent; invalid if the backdrop has no grid
     QColor panel, panelLine;   // of footers and cards; translucent with a compositor
     QColor raised, raisedLine; // of the front window's entry, buttons and the message
     QColor hovered;            // translucent, over panel and raised
@@ -29,7 +29,7 @@ struct Palette {
     bool operator==(const Palette&) const = default;
 };
 
-/// `desktop` decides where the theme leaves it to the desktop.
+/// `desktop` is the desktop's preference, used if the theme does not choose between light and dark itself.
 Palette paletteFor(const Appearance& appearance, Brightness desktop, Compositing compositing);
 
 } // namespace kova::ui

@@ -7,12 +7,12 @@
 
 namespace kova::ui {
 
-/// For windows and their controls; menus differ only in the background.
+/// The colors of windows and their controls; menus have other background colors.
 QPalette widgetPalette(const Palette& colors);
 /// Applies the colors to all widgets, existing and new.
 void applyWidgetPalette(const Palette& colors);
-/// The font of all widgets, at least one pixel high. It is set in typographic points: SVG icons with text stay blank
-/// while the application's font has its size in pixels.
+/// Sets the height of the font of all widgets, at least one pixel. The size is set in typographic points: if it were
+/// set in pixels, the toolkit would not draw the text in SVG icons.
 void applyWidgetFontHeight(int pixels);
 
 } // namespace kova::ui
