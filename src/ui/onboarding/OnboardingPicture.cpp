@@ -12,7 +12,7 @@ namespace kova::ui {
 
 namespace {
 
-/// Of one display, in units of its width and height.
+/// The tiles of a display, in units of its width and height.
 struct Layout {
     std::vector<QRectF> tiles;
 };
@@ -26,36 +26,38 @@ class Sketch {
     void display(const QRectF& area) {
         drawPanel(painter_, area, 4 * line_, colors_.backdropBottom, colors_.raisedLine, line_);
     }
-    /// A window with its title bar.
+    /// Draws a window with a title bar.
     void window(const QRectF& frame, const QColor& title) {
         drawPanel(painter_, frame, 2 * line_, colors_.raised, colors_.raisedLine, line_);
         const double height = std::min(5 * line_, frame.height() / 4);
         drawPanel(painter_, QRectF(frame.topLeft(), QSizeF(frame.width(), height)), 2 * line_, title, QColor(), line_);
     }
-    void tiled(const QRectF& area, const Layout& layout) {
+    /// Draws a display whose tiles contain windows.
+    void tiledDisplay(const QRectF& area, const Layout& layout) {
         display(area);
         bool isFirst = true;
         for (const QRectF& tile : layout.tiles)
             window(within(tile, area), std::exchange(isFirst, false) ? accent() : muted());
     }
+    /// Scales a frame in the unit square to the area, with a gap around it.
     QRectF within(const QRectF& unit, const QRectF& area) const {
         const double gap = 1.5 * line_;
         return QRectF(area.x() + unit.x() * area.width(), area.y() + unit.y() * area.height(),
                       unit.width() * area.width(), unit.height() * area.height())
             .adjusted(gap, gap, -gap, -gap);
     }
-    /// From one point to the other, with a head at its end, or at both.
+    /// Draws an arrow with a head at its end, or at both ends.
     void arrow(QPointF from, QPointF to, bool hasTwoHeads = false) {
         painter_.setPen(QPen(accent(), 2 * line_, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter_.drawLine(from, to);
-        head(from, to);
-        if (hasTwoHeads) head(to, from);
+        arrowhead(from, to);
+        if (hasTwoHeads) arrowhead(to, from);
     }
     QColor accent() const { return colors_.accentLine; }
     QColor muted() const { return colors_.mutedText; }
 
   private:
-    void head(QPointF from, QPointF to) {
+    void arrowhead(QPointF from, QPointF to) {
         const QLineF shaft(to, from);
         for (const double angle : {35.0, -35.0}) {
             QLineF side = shaft;
@@ -70,7 +72,7 @@ class Sketch {
     const double line_;
 };
 
-/// Windows that lie about become tiles.
+/// Overlapping windows are placed into tiles.
 void drawTiles(Sketch& sketch, const QRectF& area) {
     const double width = area.width() * 0.42, top = area.y() + area.height() * 0.2, height = area.height() * 0.6;
     const QRectF before(area.x(), top, width, height), after(area.right() - width, top, width, height);
@@ -79,25 +81,25 @@ void drawTiles(Sketch& sketch, const QRectF& area) {
          {QRectF(0.35, 0.35, 0.6, 0.6), QRectF(0.05, 0.05, 0.5, 0.6), QRectF(0.2, 0.3, 0.5, 0.55)}) {
         sketch.window(sketch.within(unit, before), sketch.muted());
     }
-    sketch.tiled(after, kThreeTiles);
+    sketch.tiledDisplay(after, kThreeTiles);
     const double gap = after.left() - before.right();
     sketch.arrow({before.right() + gap * 0.2, area.center().y()}, {after.left() - gap * 0.2, area.center().y()});
 }
 
 /// The divider between two tiles is dragged.
 void drawDividers(Sketch& sketch, const QRectF& area) {
-    sketch.tiled(area, kThreeTiles);
+    sketch.tiledDisplay(area, kThreeTiles);
     const double x = area.x() + 0.6 * area.width(), reach = area.width() * 0.13;
     sketch.arrow({x - reach, area.center().y()}, {x + reach, area.center().y()}, true);
 }
 
-/// One scene takes the place of the other.
+/// One scene replaces another.
 void drawScenes(Sketch& sketch, const QRectF& area) {
     const QSizeF size(area.width() * 0.62, area.height() * 0.62);
     const QRectF back(area.topLeft(), size);
     const QRectF front(area.bottomRight() - QPointF(size.width(), size.height()), size);
-    sketch.tiled(back, kTwoTiles);
-    sketch.tiled(front, kThreeTiles);
+    sketch.tiledDisplay(back, kTwoTiles);
+    sketch.tiledDisplay(front, kThreeTiles);
     sketch.arrow({area.right() - area.width() * 0.06, area.y() + area.height() * 0.08},
                  {area.right() - area.width() * 0.06, area.y() + area.height() * 0.3});
 }
@@ -121,7 +123,7 @@ void OnboardingPicture::paintEvent(QPaintEvent*) {
     const Palette colors = palette_();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    // As large as the room allows, in the shape of a display.
+    // As large as possible, with the aspect ratio of a display.
     QSizeF size(16, 10);
     size.scale(QSizeF(rect().size()) * 0.94, Qt::KeepAspectRatio);
     QRectF area(QPointF(), size);

@@ -14,7 +14,7 @@ class OnboardingPicture : public QWidget {
 
   public:
     enum class Subject { tiles, dividers, scenes };
-    /// `palette` is called at each drawing.
+    /// `palette` is called each time the picture is drawn.
     OnboardingPicture(Subject subject, std::function<Palette()> palette, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;

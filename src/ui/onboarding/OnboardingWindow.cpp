@@ -20,7 +20,7 @@ const WindowRegistration onboardingRegistration({"onboarding",
                                                  }});
 
 enum Page { introduction, permission, setUp, arrange, pageCount };
-constexpr int kWidthInLines = 50, kHeightInLines = 25; // of the window, in heights of a line of text
+constexpr int kWidthInLines = 50, kHeightInLines = 25; // of the window; the unit is the height of a line of text
 
 QLabel* heading(const QString& text) {
     auto* label = new QLabel(text);
@@ -141,23 +141,23 @@ QWidget* OnboardingWindow::setUpPage() {
                                  "option. Changing it briefly restarts the Dock."),
                               [](bool isOn) { return AgentRequest{isOn ? "dock.on" : "dock.off"}; });
     dock_->box().setObjectName(QStringLiteral("dock"));
-    noOffer_ = paragraph(tr("There is nothing to set up on this desktop."));
+    nothingToSetUp_ = paragraph(tr("There is nothing to set up on this desktop."));
     return pageOf({heading(tr("Set Up")), paragraph(tr("You can change this at any time in the settings.")), login_,
-                   dock_, noOffer_});
+                   dock_, nothingToSetUp_});
 }
 
 QWidget* OnboardingWindow::arrangePage() {
     arrange_ = pageButton(tr("&Arrange Now"), "arrange", tr("Puts every open window into a tile"));
     undo_ = pageButton(tr("&Undo"), "undo", tr("Puts the windows back to where they were"));
     undo_->setEnabled(false);
-    arranged_ = paragraph({});
-    arranged_->setObjectName(QStringLiteral("arranged"));
-    arranged_->setTextFormat(Qt::PlainText);
+    arrangementResult_ = paragraph({});
+    arrangementResult_->setObjectName(QStringLiteral("arranged"));
+    arrangementResult_->setTextFormat(Qt::PlainText);
     arrangeError_ = new FieldError;
     arrangeError_->setObjectName(QStringLiteral("arrangeError"));
     const auto done = [this](bool canUndo) {
         return Reactions{.done = [this, canUndo](const json& result) {
-            arranged_->setText(memberText(result, "message"));
+            arrangementResult_->setText(memberText(result, "message"));
             undo_->setEnabled(canUndo);
         }};
     };
@@ -167,12 +167,12 @@ QWidget* OnboardingWindow::arrangePage() {
             [this, done] { callFor(*arrangeError_, services_.agent, "undo", json::object(), done(false)); });
     return pageOf({heading(tr("Try It")),
                    paragraph(tr("Put the windows that are open into tiles. One click on Undo puts all of them back.")),
-                   rowOf({arrange_, undo_}), arranged_, arrangeError_});
+                   rowOf({arrange_, undo_}), arrangementResult_, arrangeError_});
 }
 
 void OnboardingWindow::showState(const json& state) {
     showPermission(sectionOf(state, "permission"));
-    showOffers(state);
+    showSettings(state);
     pageChanged();
 }
 
@@ -185,27 +185,27 @@ void OnboardingWindow::showPermission(const json& permission) {
     if (problem.isEmpty()) permissionError_->clear();
 }
 
-void OnboardingWindow::showOffers(const json& state) {
-    const auto show = [&](SettingSwitch* offer, const char* section) {
+void OnboardingWindow::showSettings(const json& state) {
+    const auto show = [&](SettingSwitch* control, const char* section) {
         const json& setting = sectionOf(state, section);
-        offer->setVisible(setting.is_object());
+        control->setVisible(setting.is_object());
         if (!setting.is_object()) return;
-        offer->showState(setting.value("isOn", false));
-        offer->error().showReason(memberText(setting, "problem"));
+        control->showState(setting.value("isOn", false));
+        control->error().showReason(memberText(setting, "problem"));
     };
     show(login_, "login");
     show(dock_, "dock");
     login_->setText(memberText(sectionOf(state, "login"), "guidance"));
-    noOffer_->setVisible(!sectionOf(state, "login").is_object() && !sectionOf(state, "dock").is_object());
+    nothingToSetUp_->setVisible(!sectionOf(state, "login").is_object() && !sectionOf(state, "dock").is_object());
 }
 
-bool OnboardingWindow::isWanted(int page) const {
+bool OnboardingWindow::isApplicable(int page) const {
     return page != permission || lacksPermission_;
 }
 
 void OnboardingWindow::step(int direction) {
     int page = pages_->currentIndex() + direction;
-    while (page >= 0 && page < pageCount && !isWanted(page)) page += direction;
+    while (page >= 0 && page < pageCount && !isApplicable(page)) page += direction;
     if (page == pageCount) {
         close();
     } else if (page >= 0) {

@@ -1,4 +1,5 @@
-// What a new user sees: what KOVA does, the permission that it needs, what can be set up, and a first arrangement.
+// The introduction for new users: what KOVA does, the permission that it needs, a few settings, and a first
+// arrangement.
 #pragma once
 
 #include "ui/onboarding/OnboardingPicture.h"
@@ -30,10 +31,10 @@ class OnboardingWindow : public HostedWindow {
 
     void showState(const nlohmann::json& state);
     void showPermission(const nlohmann::json& permission);
-    void showOffers(const nlohmann::json& state);
-    /// From the current page, skipping pages that do not apply here.
+    void showSettings(const nlohmann::json& state);
+    /// Shows the next (1) or previous (-1) applicable page; after the last page, closes the window.
     void step(int direction);
-    bool isWanted(int page) const;
+    bool isApplicable(int page) const;
     void pageChanged();
 
     WindowServices& services_;
@@ -45,12 +46,12 @@ class OnboardingWindow : public HostedWindow {
     FieldError* permissionError_ = nullptr;
     SettingSwitch* login_ = nullptr;
     SettingSwitch* dock_ = nullptr;
-    QLabel* noOffer_ = nullptr;
+    QLabel* nothingToSetUp_ = nullptr;
     QPushButton* arrange_ = nullptr;
     QPushButton* undo_ = nullptr;
-    QLabel* arranged_ = nullptr;
+    QLabel* arrangementResult_ = nullptr;
     FieldError* arrangeError_ = nullptr;
-    bool lacksPermission_ = false; // since the window was opened: the page stays once it was shown
+    bool lacksPermission_ = false; // at any time since the window was opened: a page that was shown stays available
 };
 
 } // namespace kova::ui

@@ -85,7 +85,7 @@ void FooterWindow::turnSpinner(double turn) {
 }
 
 void FooterWindow::paint(QPainter& painter) {
-    fillUnmixed(painter, size(), style_);
+    fillOpaqueBackground(painter, size(), style_);
     paintFooter(painter, tile_, layout_, state_, style_);
 }
 

@@ -51,7 +51,7 @@ void EmptyTileWindow::show(const TileContents& tile, const QRect& area, const QR
 }
 
 void EmptyTileWindow::paint(QPainter& painter) {
-    fillUnmixed(painter, size(), style_);
+    fillOpaqueBackground(painter, size(), style_);
     if (ground() == Ground::theme) paintBackdrop(painter, backdrop_, style_);
     paintEmptyTile(painter, tile_, layout_, ground(), isHovered_, style_);
 }
@@ -102,7 +102,7 @@ void HighlightWindow::show(std::vector<CarriedOver> tiles, const QRect& area, co
 }
 
 void HighlightWindow::paint(QPainter& painter) {
-    fillUnmixed(painter, size(), style_);
+    fillOpaqueBackground(painter, size(), style_);
     paintDropTargets(painter, tiles_, style_);
 }
 
@@ -122,7 +122,7 @@ void MessageWindow::show(const StatusMessage& message, QPoint bottomCenter, int 
 }
 
 void MessageWindow::paint(QPainter& painter) {
-    fillUnmixed(painter, size(), style_);
+    fillOpaqueBackground(painter, size(), style_);
     paintMessage(painter, message_, layout_, isHovered_, style_);
 }
 

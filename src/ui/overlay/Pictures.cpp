@@ -63,7 +63,7 @@ QRegion roundedRegion(const QRect& area, int radius) {
     return region;
 }
 
-void fillUnmixed(QPainter& painter, QSize size, const Style& style) {
+void fillOpaqueBackground(QPainter& painter, QSize size, const Style& style) {
     if (!style.isComposited) painter.fillRect(QRect(QPoint(0, 0), size), style.palette.panelLine);
 }
 

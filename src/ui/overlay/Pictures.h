@@ -1,5 +1,5 @@
-// The other pictures of the overlay: backdrop, empty tiles, the tiles while a window is dragged, divider lines, the
-// message. Areas are pixels, with the origin at the top left of the window that is drawn.
+// The pictures of the overlay other than the footers: backdrop, empty tiles, outlines of tiles during a drag, divider
+// lines, the message. Areas are in pixels, with the origin at the top left of the window that is drawn.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -16,23 +16,23 @@ namespace kova::ui {
 /// The theme's background: a quiet gradient, with a grid in the neon theme.
 void paintBackdrop(QPainter& painter, QRect area, const Style& style);
 
-/// Whether the theme's background is drawn behind an empty tile; otherwise the desktop shows there.
+/// What is behind an empty tile: the theme's background, which its window draws, or the desktop.
 enum class Ground { theme, desktop };
 
 struct EmptyTileLayout {
     QRect panel;
-    QRect card; // around name and button; drawn where the ground is the desktop's
+    QRect card; // around name and button; drawn only on the desktop
     QRect name;
     QRect button;
-    bool hasButton = true; // not in tiles that are too small for it
+    bool hasButton = true; // false if the tile is too small for it
 };
 EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Style& style);
 void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout, Ground ground,
                     bool isButtonHovered, const Style& style);
-/// The visible parts of the window without a compositor: everything on the theme's background, else outline and card.
+/// The visible parts of the window: all of it, but without a compositor on the desktop only the outline and the card.
 QRegion emptyTileShape(const EmptyTileLayout& layout, Ground ground, const Style& style);
 
-/// A tile as it is shown while a window is dragged over its display.
+/// A tile whose outline is shown while a window is dragged over the tile's display.
 struct CarriedOver {
     QRect area; // in the window
     QString name;
@@ -40,28 +40,28 @@ struct CarriedOver {
     bool operator==(const CarriedOver&) const = default;
 };
 void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, const Style& style);
-/// Without a compositor: the outlines and the label of the target.
+/// The visible parts of the window: all tiles, but without a compositor only their outlines and the target's label.
 QRegion dropTargetShape(const std::vector<CarriedOver>& tiles, const Style& style);
 
-/// The line inside the gap of a divider, in the coordinates of the gap.
+/// The divider's line inside `gap`, in the same coordinates.
 QRect dividerLine(const QRect& gap, bool isVertical, const Style& style);
 void paintDividerLine(QPainter& painter, QSize size, const Style& style);
 
 struct MessageLayout {
     QSize size;
     QRect text;
-    QRect undo; // empty when there is nothing to undo
+    QRect undo; // the button; empty if the action cannot be undone
 };
-/// At most `widestPixels` wide.
+/// The layout of the message, at most `widestPixels` wide.
 MessageLayout layOutMessage(const StatusMessage& message, int widestPixels, const Style& style);
 void paintMessage(QPainter& painter, const StatusMessage& message, const MessageLayout& layout, bool isUndoHovered,
                   const Style& style);
 
-/// Without a compositor, gives the corners that the shape of a window cuts off the color of its line, since the edges
-/// of lines are blended with the pixels below them. No-op with a compositor.
-void fillUnmixed(QPainter& painter, QSize size, const Style& style);
+/// Without a compositor, fills the window with the color of outlines before it is drawn: the antialiased edges of its
+/// rounded shape blend with this color. No-op with a compositor.
+void fillOpaqueBackground(QPainter& painter, QSize size, const Style& style);
 
-/// A rounded rectangle as a region, for windows that are shaped.
+/// A rounded rectangle as a region, for the shape of a window.
 QRegion roundedRegion(const QRect& area, int radius);
 
 } // namespace kova::ui

@@ -25,8 +25,8 @@ const PaneRegistration aboutRegistration({80, "about", [] { return AboutPane::tr
 
 constexpr int kLogLines = 200;
 
-/// Where it is installed: beside this program, two folders up, or on a Mac beside the application, else wherever the
-/// shell finds it.
+/// The path of `kova`: beside this program, in bin two folders up (on a Mac beside the application), else in the PATH.
+/// Empty if it is not found.
 QString commandLineProgram() {
     const QDir here(QCoreApplication::applicationDirPath());
 #if defined(Q_OS_MACOS)
@@ -102,8 +102,8 @@ QWidget* AboutPane::logGroup() {
     buttons->addWidget(report_);
     buttons->addStretch(1);
     column->addLayout(buttons);
-    said_ = explanation({}, group);
-    said_->setObjectName(QStringLiteral("said"));
+    result_ = explanation({}, group);
+    result_->setObjectName(QStringLiteral("said"));
     error_ = new FieldError(group);
     log_ = new QPlainTextEdit(group);
     log_->setObjectName(QStringLiteral("log"));
@@ -114,7 +114,7 @@ QWidget* AboutPane::logGroup() {
     log_->setAccessibleName(tr("Log"));
     log_->setAccessibleDescription(tr("The newest lines of the agent's log, the last one at the end"));
     log_->hide();
-    column->addWidget(said_);
+    column->addWidget(result_);
     column->addWidget(error_);
     column->addWidget(log_, 1);
     connect(showLog_, &QPushButton::clicked, this, &AboutPane::showLog);
@@ -161,14 +161,14 @@ void AboutPane::askForReportFile() {
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the command line overwrites nothing
     dialog->selectFile(QStringLiteral("KOVA-report.txt"));
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
-        runCommand({QStringLiteral("bugreport"), path}, [this](const QString& printed) { said_->setText(printed); });
+        runCommand({QStringLiteral("bugreport"), path}, [this](const QString& printed) { result_->setText(printed); });
     });
     dialog->open();
 }
 
 void AboutPane::runCommand(const QStringList& arguments, std::function<void(const QString& printed)> done) {
     const QString program = commandLineProgram();
-    said_->clear();
+    result_->clear();
     if (program.isEmpty()) return error_->showReason(tr("The command line “kova” is not installed."));
     auto* process = new QProcess(this);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -1,4 +1,4 @@
-// Which version runs, its log, a report for developers, and updates if the agent checks for them.
+// The version, the log, a report for developers, and updates if the agent checks for them.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
@@ -27,8 +27,8 @@ class AboutPane final : public Pane {
     void showUpdates(const nlohmann::json& updates);
     void showLog();
     void askForReportFile();
-    /// Runs the command line with the arguments; `done` gets its output if it succeeds; its
-    /// error is shown below the buttons.
+    /// Runs the command line with the arguments. Calls `done` with the output on success, else shows the error below
+    /// the buttons.
     void runCommand(const QStringList& arguments, std::function<void(const QString& printed)> done);
 
     AgentSession& agent_;
@@ -36,7 +36,7 @@ class AboutPane final : public Pane {
     QPlainTextEdit* log_ = nullptr;
     QPushButton* showLog_ = nullptr;
     QPushButton* report_ = nullptr;
-    QLabel* said_ = nullptr;
+    QLabel* result_ = nullptr;
     FieldError* error_ = nullptr;
     QGroupBox* updates_ = nullptr;
     SettingSwitch* checksForUpdates_ = nullptr;

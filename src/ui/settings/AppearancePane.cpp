@@ -22,7 +22,7 @@ QColor colorFrom(const json& color) {
     return QColor::fromRgbF(part("red"), part("green"), part("blue"));
 }
 
-/// Both of its colors side by side.
+/// Both colors of the accent, side by side.
 QPixmap swatchOf(const json& accent, int size) {
     QPixmap picture(size * 2, size);
     picture.fill(Qt::transparent);
@@ -37,7 +37,7 @@ QPixmap swatchOf(const json& accent, int size) {
     return picture;
 }
 
-/// A panel with a line of text on the theme's background.
+/// A panel with a line of text, on the theme's background.
 QPixmap themePicture(const json& palette, int size) {
     QPixmap picture(size * 2, size * 5 / 4);
     picture.fill(colorFrom(palette.at("background")));

@@ -13,7 +13,7 @@
 
 namespace kova::ui {
 
-/// A row of choices of which one holds, each with a picture.
+/// A list of options with pictures, of which one is active.
 class PictureChoice final : public QGroupBox {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ class PictureChoice final : public QGroupBox {
         QPixmap picture;
         bool isActive = false;
     };
-    /// `request` builds the request to send when the option of that id is chosen.
+    /// `request` builds the request to send when the option with the id is chosen.
     PictureChoice(AgentSession& agent, const QString& title, const QString& text,
                   std::function<AgentRequest(const std::string& id)> request, QWidget* parent = nullptr);
     void showOptions(const std::vector<Option>& options);

@@ -37,7 +37,7 @@ QString roleText(const QString& role) {
     return ApplicationsPane::tr("Other");
 }
 
-/// A window may have refused to shrink in one direction only.
+/// A dash for 0: a window may have refused to shrink in one direction only.
 QString lengthText(double points) {
     return points > 0 ? QString::number(qRound(points)) : QStringLiteral("–");
 }
@@ -47,7 +47,7 @@ QString sizeText(const json& size) {
     return QStringLiteral("%1 × %2").arg(lengthText(size.value("width", 0.0)), lengthText(size.value("height", 0.0)));
 }
 
-/// A line for each tile: what the user preferred, then where the application is kept.
+/// One line per tile: first the tiles that the user prefers, then the tiles where the application was kept.
 QStringList tileTexts(const json& application) {
     QStringList lines;
     for (const json& name : application.value("preferredTiles", json::array())) {

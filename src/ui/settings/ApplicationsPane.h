@@ -1,4 +1,4 @@
-// What KOVA has learned of each application, and forgetting it.
+// Shows what KOVA has learned about each application, and lets the user delete it.
 #pragma once
 
 #include "ui/windows/FieldError.h"

@@ -16,7 +16,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr double kPreviewWidth = 960; // points of the display that the preview stands for
+constexpr double kPreviewWidth = 960; // points; the size of the display that the preview represents
 constexpr double kPreviewHeight = 540;
 
 const PaneRegistration
@@ -125,14 +125,14 @@ void GeneralPane::showState(const json& state) {
     if (!settings.is_object()) return;
     arrangeAfterLaunch_->showState(settings.at("autoArrangeOnLaunch"));
     bringForward_->showState(settings.at("bringsNextForward"));
-    // A value that is being typed is newer than the agent's.
-    if (isInsetUnderWay_) return;
+    // While a request is pending, the typed value is newer than the agent's.
+    if (isInsetPending_) return;
     const QSignalBlocker blocker(inset_);
     inset_->setValue(static_cast<int>(std::lround(settings.at("tileInset").get<double>())));
     showInset(inset_->value());
 }
 
-/// A desktop without the setting has no control for it.
+/// Hides the control on a desktop without the setting.
 void GeneralPane::showSystemSetting(SettingSwitch& control, const json& setting) {
     control.setVisible(setting.is_object());
     if (!setting.is_object()) return;
@@ -147,14 +147,14 @@ void GeneralPane::showSystemSetting(SettingSwitch& control, const json& setting)
 
 void GeneralPane::insetChanged(int insetPoints) {
     showInset(insetPoints);
-    insetToSend_ = insetPoints;
-    if (!isInsetUnderWay_) sendInset();
+    nextInset_ = insetPoints;
+    if (!isInsetPending_) sendInset();
 }
 
-/// One at a time: a wheel turns faster than windows are placed.
+/// Only one request is pending at a time, since the wheel changes the value faster than windows can be placed.
 void GeneralPane::sendInset() {
-    const auto points = std::exchange(insetToSend_, std::nullopt);
-    isInsetUnderWay_ = points.has_value();
+    const auto points = std::exchange(nextInset_, std::nullopt);
+    isInsetPending_ = points.has_value();
     if (!points) return showState(services_.agent.state());
     const auto next = [this] { sendInset(); };
     callFor(*insetError_, services_.agent, "layout.setInset", {{"points", *points}},

@@ -37,8 +37,8 @@ class GeneralPane final : public Pane {
     QSpinBox* inset_ = nullptr;
     LayoutPicture* preview_ = nullptr;
     FieldError* insetError_ = nullptr;
-    std::optional<int> insetToSend_; // while an earlier one is under way
-    bool isInsetUnderWay_ = false;
+    std::optional<int> nextInset_; // points; to be sent after the pending request
+    bool isInsetPending_ = false;  // a request to set the inset is pending
 };
 
 } // namespace kova::ui

@@ -1,4 +1,5 @@
-// The layouts of each display as pictures: which one is in force, and which are too small for the windows there.
+// The layouts of each display as pictures, with marks for the layout in force and for layouts that are too small for
+// the windows on the display.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
@@ -20,7 +21,7 @@ class LayoutsPane final : public Pane {
     explicit LayoutsPane(WindowServices& services);
 
   protected:
-    /// The pictures are drawn in the palette.
+    /// Draws the pictures again when the palette has changed.
     void changeEvent(QEvent* event) override;
 
   private:
@@ -29,7 +30,7 @@ class LayoutsPane final : public Pane {
     void showLayouts(const nlohmann::json& display, bool isAutomatic);
     void addLayout(const nlohmann::json& layout, const nlohmann::json& area);
     QPixmap pictureOf(const nlohmann::json& layout, const nlohmann::json& area) const;
-    /// Empty while there is none.
+    /// The id of the chosen display; empty if there is no display.
     std::string chosenDisplay() const;
     void select(const QListWidgetItem* item);
 

@@ -43,7 +43,7 @@ RuleTable::RuleTable(QWidget* parent) : QTreeWidget(parent) {
     });
 }
 
-/// Rows stay as they are while the same rules are shown, since windows come and go during a drag, too.
+/// Keeps the rows if their rules are the same: the list is also updated when a window opens or closes during a drag.
 void RuleTable::show(const nlohmann::json& rules) {
     isFilling_ = true;
     if (!hasRowsOf(rules)) rebuild(static_cast<int>(rules.size()));
@@ -61,7 +61,7 @@ void RuleTable::show(const nlohmann::json& rules) {
         item->setData(kRuleName, kRuleIDRole, memberText(rule, "id"));
     }
     if (!selectShown(awaited_)) (void)selectShown(before);
-    if (selectedRow() < 0 && rowBefore >= 0 && row > 0) { // it was deleted: its neighbor is next
+    if (selectedRow() < 0 && rowBefore >= 0 && row > 0) { // the selected rule was deleted: selects its neighbor
         setCurrentItem(topLevelItem(std::min(rowBefore, row - 1)));
     }
     isFilling_ = false;
@@ -104,7 +104,7 @@ void RuleTable::select(const QString& id) {
     if (!selectShown(id)) awaited_ = id;
 }
 
-/// False if the rule is not in the list.
+/// Returns false if the rule is not in the list.
 bool RuleTable::selectShown(const QString& id) {
     for (int row = 0; row < topLevelItemCount(); ++row) {
         if (id.isEmpty() || idAt(row) != id) continue;
@@ -128,7 +128,7 @@ int RuleTable::gapAt(QPoint position) const {
     return position.y() < visualItemRect(item).center().y() ? row : row + 1;
 }
 
-/// The rows stay as they are until the agent has moved the rule.
+/// Requests the move only; the rows change after the agent has moved the rule.
 void RuleTable::dropEvent(QDropEvent* event) {
     const int row = selectedRow(), gap = gapAt(event->position().toPoint());
     event->setDropAction(Qt::IgnoreAction);
@@ -143,7 +143,7 @@ void RuleTable::keyPressEvent(QKeyEvent* event) {
     if (hasAlt && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
         return moveSelected(event->key() == Qt::Key_Up ? -1 : 1);
     }
-    if (event->key() == Qt::Key_Space && currentItem()) { // in whatever column
+    if (event->key() == Qt::Key_Space && currentItem()) { // whichever column is current
         const bool isChecked = currentItem()->checkState(kRuleName) == Qt::Checked;
         return currentItem()->setCheckState(kRuleName, isChecked ? Qt::Unchecked : Qt::Checked);
     }

@@ -1,5 +1,5 @@
-// The list of rules: ordered by dragging, by Alt with an arrow key, or by buttons. It never changes its own contents:
-// the user's changes are signals, and it shows the list that the agent sends.
+// The list of rules. The user moves rules by dragging, by Alt with an arrow key, or by buttons. The list never changes
+// its own contents: it emits a signal for each change by the user, and shows the rules that the agent sends.
 #pragma once
 
 #include <QTreeWidget>
@@ -14,19 +14,19 @@ class RuleTable : public QTreeWidget {
   public:
     explicit RuleTable(QWidget* parent = nullptr);
 
-    /// The `rules` of `rule.list`, an array. The selected rule stays selected wherever it is then.
+    /// Shows the array `rules` of `rule.list`. The selected rule stays selected, also in another row.
     void show(const nlohmann::json& rules);
-    /// The selected rule's id; empty when none is selected.
+    /// The selected rule's id; empty if no rule is selected.
     QString selectedID() const;
-    /// At once, or as soon as the agent has sent the rule.
+    /// Selects the rule, at once or as soon as the agent has sent it.
     void select(const QString& id);
-    /// Moves the selected rule by so many places.
+    /// Requests to move the selected rule by `places` rows; negative values are upwards.
     void moveSelected(int places);
 
     void dropEvent(QDropEvent* event) override;
 
   Q_SIGNALS:
-    void moveWanted(const QString& id, int place); // from 1
+    void moveWanted(const QString& id, int place); // `place` is counted from 1
     void switchWanted(const QString& id, bool isEnabled);
     void deletionWanted(const QString& id);
     void selectionMoved();
@@ -42,9 +42,9 @@ class RuleTable : public QTreeWidget {
     int selectedRow() const;
     int gapAt(QPoint position) const;
 
-    QString awaited_;        // to be selected
-    QString selectedBefore_; // while the rows are created again
-    int rowBefore_ = -1;
+    QString awaited_;        // id of a rule to be selected when it arrives
+    QString selectedBefore_; // while rows are created again: id of the rule that was selected
+    int rowBefore_ = -1;     // its row; -1: none
     bool isFilling_ = false;
 };
 

@@ -1,4 +1,4 @@
-// Rules as the settings show them.
+// The texts by which the settings describe rules.
 #pragma once
 
 #include <QCoreApplication>
@@ -14,13 +14,13 @@ class RuleTexts {
   public:
     /// The action of a rule, from its member `disposition` and, for “tile”, `slot`.
     static QString action(const nlohmann::json& rule);
-    /// Which windows it is for.
+    /// The windows to which the rule applies.
     static QString criterion(const nlohmann::json& rule);
     /// Application and title of an open window.
     static QString window(const nlohmann::json& window);
-    /// The open windows for which the rule decides, and those that an earlier rule takes from it, a line each.
+    /// The open windows that match the rule, one per line; those for which an earlier rule decides are marked.
     static QString windows(const nlohmann::json& rule);
-    /// How many windows it decides for; a dash where that is not known.
+    /// The number of windows for which the rule decides; a dash if unknown.
     static QString windowCount(const nlohmann::json& rule);
 };
 

@@ -32,7 +32,7 @@ void addDisposition(QComboBox& box, const QString& text, const json& disposition
     box.setItemData(box.count() - 1, QByteArray::fromStdString(disposition.dump()), kDispositionRole);
 }
 
-/// The entry for the disposition, which is added when there is none, as of a slot that no layout has.
+/// The index of the disposition's entry. The entry is added if missing, as for a slot that no layout has.
 int indexOf(QComboBox& box, const json& disposition, const QString& text) {
     for (int index = 0; index < box.count(); ++index) {
         if (dispositionOf(box, index) == disposition) return index;
@@ -286,7 +286,7 @@ void RulesPane::changeDisposition(int index) {
             {.refused = [this] { showSelected(); }});
 }
 
-/// The settings window has the focus now, so the window that was focused before is used.
+/// Uses the window that was focused last, since now the settings window has the focus.
 void RulesPane::addForFocused(json disposition) {
     callFor(*newError_, services_.agent, "query.focus", json::object(),
             {.done = [this, wanted = std::move(disposition)](const json& focus) {
@@ -305,7 +305,7 @@ void RulesPane::addForWindow(const std::string& window, json disposition) {
 void RulesPane::addForWindowAt(QPoint pixels) {
     const OverlayContents* overlay = services_.overlay ? services_.overlay() : nullptr;
     const double scale = overlay && !overlay->displays.empty() ? overlay->displays.front().scale : 1;
-    // The agent counts from the top left of the first display.
+    // The origin of the agent's coordinates is the top left of the first display.
     const QPoint at = pixels - QGuiApplication::primaryScreen()->geometry().topLeft();
     callFor(*newError_, services_.agent, "query.windowAt", {{"x", at.x() / scale}, {"y", at.y() / scale}},
             {.done = [this](const json& result) {

@@ -1,4 +1,4 @@
-// The rules for new windows: the list, adding a rule, and switching all of them on or off.
+// The pane of rules for new windows: lists, adds, changes and deletes rules, and switches all of them on or off.
 #pragma once
 
 #include "ui/settings/RuleTable.h"

@@ -1,4 +1,4 @@
-// Scenes and rules as a file: the part of the pane that writes and reads it.
+// The part of the pane that exports scenes and rules to a file and imports them.
 #include "ui/settings/ScenesPane.h"
 
 #include <QDir>

@@ -19,7 +19,8 @@ QRectF within(const json& unitFrame, const QRectF& area) {
             unitFrame.value("width", 0.0) * area.width(), unitFrame.value("height", 0.0) * area.height()};
 }
 
-/// The application in front of the tile on the display of that number; without a name when the tile is empty.
+/// The application of the front window in the tile of that slot and display number; without a name if the tile is
+/// empty.
 ApplicationName frontOf(const json& scene, const json& number, const json& slot) {
     for (const json& placement : scene.value("placements", json::array())) {
         if (placement.value("display", json()) != number || !placement.value("isFront", false)) continue;
@@ -71,7 +72,7 @@ void drawScene(QPainter& painter, const QRectF& area, const json& scene, const W
 }
 
 void ScenePictures::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    QStyledItemDelegate::paint(painter, option, index); // the selection
+    QStyledItemDelegate::paint(painter, option, index); // draws the selection
     const auto shown = scenes_.find(index.data(kIDRole).toString());
     if (shown == scenes_.end()) return;
     painter->save();

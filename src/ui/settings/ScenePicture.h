@@ -1,4 +1,4 @@
-// A scene as a small picture: its displays side by side with their tiles and the applications in them. Main thread
+// A small picture of a scene: its displays side by side, with their tiles and the applications in them. Main thread
 // only.
 #pragma once
 
@@ -20,7 +20,7 @@ class ScenePictures : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
-    /// The scene's id in the items of the column.
+    /// The role of the scene's id in the items of the column.
     static constexpr int kIDRole = Qt::UserRole;
 
     ScenePictures(const WindowServices& services, QObject* parent) : QStyledItemDelegate(parent), services_(services) {}

@@ -92,7 +92,7 @@ void ScenesPane::buildList(QVBoxLayout& column) {
     list_->header()->setStretchLastSection(false);
     list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     list_->header()->setSectionResizeMode(kSceneName, QHeaderView::Stretch);
-    // The pane is as high as the window, whatever is in the lists.
+    // The lists scroll, so that their contents do not make the pane higher than the window.
     list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     list_->setMinimumHeight(9 * fontMetrics().lineSpacing());
     pictures_ = new ScenePictures(services_, list_);
@@ -240,8 +240,8 @@ void ScenesPane::showScenes() {
 
 void ScenesPane::readPicture(const json& scene) {
     const std::string id = scene.value("id", ""), changed = scene.value("updatedAt", "");
-    if (read_[id] == changed) return;
-    read_[id] = changed;
+    if (pictureVersions_[id] == changed) return;
+    pictureVersions_[id] = changed;
     services_.agent.call(this, "scene.show", {{"scene", id}}, [this, id](const Response& response) {
         if (!response.error.empty()) return;
         pictures_->setScene(QString::fromStdString(id), response.result);
@@ -269,7 +269,7 @@ void ScenesPane::readDifferences() {
         return;
     }
     services_.agent.call(this, "scene.diff", {{"scene", id.toStdString()}}, [this, id](const Response& response) {
-        if (id != selectedID()) return; // another one was selected meanwhile
+        if (id != selectedID()) return; // another scene has been selected since the request
         differences_->clear();
         for (const json& each :
              response.result.is_object() ? response.result.value("differences", json::array()) : json()) {

@@ -1,4 +1,5 @@
-// The scenes: capturing, opening, renaming, deleting, exporting and importing them, and what opening one would change.
+// The pane of scenes: captures, opens, renames, deletes, exports and imports them, and lists what opening the selected
+// scene would change.
 #pragma once
 
 #include "ui/dialogs/DocumentFile.h"
@@ -70,8 +71,9 @@ class ScenesPane : public Pane {
     QLabel* importText_ = nullptr;
     QPushButton* add_ = nullptr;
 
-    QByteArray document_;                     // that the summary is about
-    std::map<std::string, std::string> read_; // of each scene whose picture is known, when it was changed last
+    QByteArray document_; // the file that the shown summary describes
+    /// By id of each scene whose picture was requested: when the scene was last changed.
+    std::map<std::string, std::string> pictureVersions_;
     bool isFilling_ = false;
 };
 

@@ -1,4 +1,4 @@
-// The controls of the panes of the settings. Main thread only.
+// Controls that the panes of the settings share. Main thread only.
 #pragma once
 
 #include "ui/windows/FieldError.h"
@@ -14,15 +14,15 @@
 
 namespace kova::ui {
 
-/// Calls `show` with the current state, if any, and after each change of one of the sections, as long as `context`
-/// lives. If `show` throws on a state, that is reported and the update is dropped.
+/// Calls `show` with the current state, if it has arrived, and after each change of one of the sections, as long as
+/// `context` lives. If `show` throws a JSON exception, a warning is printed and the update is ignored.
 void followSections(AgentSession& agent, QObject* context, std::set<std::string> sections,
                     std::function<void(const nlohmann::json& state)> show);
 
-/// The member of the state, null when it is not there.
+/// The member of the state; null if absent.
 const nlohmann::json& sectionOf(const nlohmann::json& state, const char* name);
 
-/// Text that explains a control: smaller room, muted by the palette, wrapped.
+/// A label that explains a control, in the muted text color, wrapped.
 QLabel* explanation(const QString& text, QWidget* parent = nullptr);
 
 struct AgentRequest {
@@ -30,12 +30,12 @@ struct AgentRequest {
     nlohmann::json parameters = nlohmann::json::object();
 };
 
-/// A check box with a text that explains it and, below, what the agent refused.
+/// A check box for a setting, with an explanation and the agent's last error below it.
 class SettingSwitch final : public QWidget {
     Q_OBJECT
 
   public:
-    /// `request` builds the request to send when the user switches.
+    /// `request` builds the request to send when the user switches the setting.
     SettingSwitch(AgentSession& agent, const QString& title, const QString& text,
                   std::function<AgentRequest(bool isOn)> request, QWidget* parent = nullptr);
 

@@ -15,7 +15,7 @@ namespace kova::ui {
 
 namespace {
 
-// In heights of a line of text.
+// The unit is the height of a line of text.
 constexpr int kWindowWidth = 54, kWindowHeight = 40, kListWidth = 11;
 
 std::string& lastPane() {
@@ -65,7 +65,7 @@ void SettingsWindow::addPanes() {
         auto* page = new QScrollArea(pages_);
         page->setWidgetResizable(true);
         page->setFrameShape(QFrame::NoFrame);
-        page->setFocusPolicy(Qt::NoFocus); // the controls in it scroll it
+        page->setFocusPolicy(Qt::NoFocus); // the page scrolls when a control in it gets the focus
         page->setAccessibleName(kind.title());
         pages_->addWidget(page);
     }

@@ -1,4 +1,4 @@
-// The settings: a list of panes, and the one that is chosen. A pane is made when it is first shown.
+// The settings: a list of panes, and beside it the chosen pane. A pane is created when it is first shown.
 #pragma once
 
 #include "ui/windows/Pane.h"
@@ -16,7 +16,7 @@ class SettingsWindow final : public HostedWindow {
 
   public:
     explicit SettingsWindow(WindowServices& services);
-    /// `pane` names the pane to show; without one it is the one that was shown last.
+    /// The parameter `pane` names the pane to show; if absent, the pane that was shown last is shown.
     void present(const nlohmann::json& parameters) override;
 
   private:
@@ -27,7 +27,7 @@ class SettingsWindow final : public HostedWindow {
     WindowServices& services_;
     std::vector<PaneKind> kinds_; // in the order of the list
     QListWidget* list_;
-    QStackedWidget* pages_; // a page for each pane, empty until it is shown
+    QStackedWidget* pages_; // one page per pane, empty until the pane is first shown
 };
 
 } // namespace kova::ui

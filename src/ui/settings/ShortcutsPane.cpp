@@ -82,7 +82,7 @@ QWidget* ShortcutsPane::buttons() {
 void ShortcutsPane::showState(const json& state) {
     const json& section = sectionOf(state, "shortcuts");
     if (!section.is_object()) return;
-    canHearKeys_ = section.at("canHearKeys");
+    canRecord_ = section.at("canHearKeys");
     for (const json& shortcut : section.at("shortcuts")) {
         const std::string action = shortcut.at("action");
         QTreeWidgetItem* item = itemOf(action);
@@ -100,8 +100,8 @@ void ShortcutsPane::showShortcut(QTreeWidgetItem& item, const json& shortcut) {
     const QString name = memberText(shortcut, "title"), typed = memberText(shortcut, "keys"),
                   about = remarkOn(shortcut);
     item.setText(kShortcutTitle, name);
-    const bool isRecorded = recorder_ && shortcut.at("action") == recorded_ && !shownInsteadOfKeys_.isEmpty();
-    item.setText(kShortcutKeys, isRecorded ? shownInsteadOfKeys_ : typed);
+    const bool isRecorded = recorder_ && shortcut.at("action") == recorded_ && !recordingPrompt_.isEmpty();
+    item.setText(kShortcutKeys, isRecorded ? recordingPrompt_ : typed);
     item.setText(kShortcutRemark, about);
     item.setData(kShortcutKeys, Qt::AccessibleTextRole, typed.isEmpty() ? tr("Keyboard shortcut not set") : typed);
 }
@@ -142,7 +142,7 @@ void ShortcutsPane::filter(const QString& text) {
         item->setHidden(!fits);
         if (fits && !first) first = item;
     }
-    // The arrow keys cannot select a row if it is the only one.
+    // Selects the first row, since arrow keys cannot select a row if it is the only one.
     const bool isChosenShown = table_->currentItem() && !table_->currentItem()->isHidden();
     if (!words.isEmpty() && first && !isChosenShown) table_->setCurrentItem(first);
     updateButtons();
@@ -153,13 +153,13 @@ void ShortcutsPane::record() {
     if (action.empty() || recorder_) return;
     recorder_ = std::make_unique<AgentSession>(agent_.socketPath());
     recorded_ = action;
-    shownInsteadOfKeys_.clear();
-    connect(recorder_.get(), &AgentSession::notified, this, &ShortcutsPane::heard);
+    recordingPrompt_.clear();
+    connect(recorder_.get(), &AgentSession::notified, this, &ShortcutsPane::notified);
     connect(recorder_.get(), &AgentSession::connectionChanged, this, &ShortcutsPane::cancelRecording);
     callFor(*error_, *recorder_, "shortcut.record", {{"action", action}},
             {.done =
                  [this](const json& result) {
-                     shownInsteadOfKeys_ = memberText(result, "prompt");
+                     recordingPrompt_ = memberText(result, "prompt");
                      prompt_->setText(tr("Type the keys. Delete takes the shortcut away, Escape leaves it as it is."));
                      showState(agent_.state());
                  },
@@ -173,7 +173,7 @@ void ShortcutsPane::cancelRecording() {
 }
 
 void ShortcutsPane::endRecording() {
-    // The recorder may be the sender of the signal that is being handled, so it is deleted later.
+    // `recorder_` may be the sender of the signal that is being handled, so it is destroyed later.
     if (recorder_) {
         recorder_->disconnect(this);
         recorder_.release()->deleteLater();
@@ -182,11 +182,11 @@ void ShortcutsPane::endRecording() {
     updateButtons();
 }
 
-void ShortcutsPane::heard(const std::string& method, const json& parameters) {
+void ShortcutsPane::notified(const std::string& method, const json& parameters) {
     if (method != "recorded") return;
     try {
         error_->showReason(memberText(parameters, "message"));
-        if (parameters.at("outcome") == "refused") return; // and goes on
+        if (parameters.at("outcome") == "refused") return; // the recording continues
         endRecording();
         const json& shortcut = parameters.at("shortcut");
         if (QTreeWidgetItem* item = itemOf(shortcut.at("action"))) showShortcut(*item, shortcut);
@@ -198,7 +198,7 @@ void ShortcutsPane::heard(const std::string& method, const json& parameters) {
 void ShortcutsPane::updateButtons() {
     const std::string action = chosenAction();
     record_->setText(recorder_ ? tr("&Cancel") : tr("&Record…"));
-    record_->setEnabled(recorder_ || (canHearKeys_ && !action.empty()));
+    record_->setEnabled(recorder_ || (canRecord_ && !action.empty()));
     clear_->setEnabled(!recorder_ && !action.empty() && !table_->currentItem()->text(kShortcutKeys).isEmpty());
     restore_->setEnabled(!recorder_);
 }

@@ -1,5 +1,6 @@
-// The keyboard shortcuts: the keys of each action, which of them have no effect and why, and changing them. The agent
-// records new keys, since it gets key presses whichever window has the focus, and knows which keys are in use.
+// The pane of keyboard shortcuts: shows the keys of each action, and why keys have no effect, and changes them. The
+// agent records new keys, since it receives pressed keys whichever window has the focus, and knows which keys are in
+// use.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
@@ -26,13 +27,13 @@ class ShortcutsPane final : public Pane {
     void showShortcut(QTreeWidgetItem& item, const nlohmann::json& shortcut);
     QString remarkOn(const nlohmann::json& shortcut) const;
     QTreeWidgetItem* itemOf(const std::string& action) const;
-    /// Empty when none is chosen.
+    /// The id of the chosen action; empty if none is chosen.
     std::string chosenAction() const;
     void filter(const QString& text);
     void record();
     void cancelRecording();
     void endRecording();
-    void heard(const std::string& method, const nlohmann::json& parameters);
+    void notified(const std::string& method, const nlohmann::json& parameters);
     void updateButtons();
 
     AgentSession& agent_;
@@ -43,12 +44,12 @@ class ShortcutsPane final : public Pane {
     QPushButton* record_ = nullptr;
     QPushButton* clear_ = nullptr;
     QPushButton* restore_ = nullptr;
-    /// While a shortcut is recorded: the agent ends a recording, and releases the keyboard, when the connection of the
-    /// client that asked for it ends.
+    /// The connection for a recording, null if there is none: closing it makes the agent end the recording and release
+    /// the keyboard.
     std::unique_ptr<AgentSession> recorder_;
-    std::string recorded_;       // the action
-    QString shownInsteadOfKeys_; // of that action, once the agent listens
-    bool canHearKeys_ = true;
+    std::string recorded_;    // the action whose keys are recorded
+    QString recordingPrompt_; // shown instead of the keys of `recorded_`
+    bool canRecord_ = true;
 };
 
 } // namespace kova::ui

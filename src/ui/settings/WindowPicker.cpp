@@ -44,7 +44,7 @@ bool WindowPicker::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     case QEvent::ShortcutOverride:
-        event->accept(); // Escape is for this and not for the window
+        event->accept(); // so that Escape ends the picking and does not close the window
         return true;
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {

@@ -1,5 +1,5 @@
-// Lets the user point at a window on the screen: the next click, wherever it is, picks the window there. Escape or
-// another button ends it. Main thread only.
+// Lets the user pick a window on the screen with a click of the left button. Escape or another button cancels. Main
+// thread only.
 #pragma once
 
 #include <QObject>
@@ -16,14 +16,14 @@ class WindowPicker : public QObject {
     using QObject::QObject;
     ~WindowPicker() override { end(); }
 
-    /// Whether the system gives a program the clicks on other programs' windows: not on a Mac.
+    /// Whether the system lets a program grab clicks on other programs' windows. False on a Mac.
     static bool isPossible();
-    /// Takes the pointer and the keyboard; `owner` is a visible widget.
+    /// Grabs the pointer and the keyboard for `owner`, a visible widget.
     void start(QWidget* owner);
     bool isActive() const { return owner_ != nullptr; }
 
   Q_SIGNALS:
-    /// In pixels of the screen, from the top left of the first display.
+    /// `position` is in pixels on the screen.
     void picked(QPoint position);
     void cancelled();
 
@@ -33,7 +33,7 @@ class WindowPicker : public QObject {
   private:
     void end();
 
-    QPointer<QWidget> owner_; // while it is active
+    QPointer<QWidget> owner_; // null while the picker is not active
 };
 
 } // namespace kova::ui
