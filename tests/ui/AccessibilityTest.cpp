@@ -1,4 +1,4 @@
-// Every window and every settings page, as the accessibility interface presents it.
+// Tests what the accessibility interface reports about every window and every page of the settings.
 #include "tests/ui/WindowStage.h"
 #include "ui/windows/Pane.h"
 #include "ui/windows/Translations.h"
@@ -24,8 +24,9 @@ bool holdsItems(QAccessible::Role role) {
     }
 }
 
-/// Controls that lack a name or a description, one a line. Items of lists are named by their texts.
-std::string nameless(QAccessibleInterface* at) {
+/// Controls that lack a name or a description, one per line. Items of lists are not checked: their texts are their
+/// names.
+std::string controlsWithoutTexts(QAccessibleInterface* at) {
     if (!at || at->state().invisible) return {};
     std::string found;
     if (at->state().focusable && !at->state().disabled && at->role() != QAccessible::Window) {
@@ -37,14 +38,14 @@ std::string nameless(QAccessibleInterface* at) {
                      (name.isEmpty() ? "no name" : "no description") + "\n";
         }
     }
-    for (int i = 0; !holdsItems(at->role()) && i < at->childCount(); ++i) found += nameless(at->child(i));
+    for (int i = 0; !holdsItems(at->role()) && i < at->childCount(); ++i) found += controlsWithoutTexts(at->child(i));
     return found;
 }
 
 void expectAccessible(QWidget* window, const std::string& what) {
     ASSERT_TRUE(window) << what;
     EXPECT_FALSE(window->windowTitle().isEmpty()) << what;
-    EXPECT_EQ(nameless(QAccessible::queryAccessibleInterface(window)), "") << what;
+    EXPECT_EQ(controlsWithoutTexts(QAccessible::queryAccessibleInterface(window)), "") << what;
     EXPECT_LE(window->width(), 1280) << what;
     EXPECT_LE(window->height(), 720) << what;
 }

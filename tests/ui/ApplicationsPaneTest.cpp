@@ -1,4 +1,4 @@
-// The pane of learned preferences of applications, in the settings window.
+// The pane of the settings that shows what was learned about applications.
 #include "tests/ui/WindowStage.h"
 
 #include <QLabel>
@@ -19,7 +19,7 @@ class ApplicationsInSettings : public WindowStage {
         window = open("settings", {{"pane", "applications"}});
         list = control<QTreeWidget>(window, "applications");
     }
-    /// Of that column of the application's row; empty without a row.
+    /// The text in the column of the application's row; empty if there is no such row.
     std::string shown(const char* application, int column) const {
         const auto found = list->findItems(application, Qt::MatchExactly);
         return found.isEmpty() ? "" : found.front()->text(column).toStdString();
@@ -40,7 +40,7 @@ TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     ask("place", {{"window", "zoom"}, {"tile", "2"}});
     desk.rest();
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).starts_with("1500 ×"); }))
-        << "learned meanwhile: " << shown("Zoom", 2);
+        << "learned while the pane is open: " << shown("Zoom", 2);
 
     list->setCurrentItem(list->findItems("Notes", Qt::MatchExactly).front());
     QTest::mouseClick(control<QPushButton>(window, "forget"), Qt::LeftButton);
@@ -51,7 +51,8 @@ TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).empty() || shown("Zoom", 2) == "–"; }));
     ask("app.forget", {{"application", "Terminal"}});
-    EXPECT_TRUE(until([&] { return shown("Terminal", 3).find("preferred") == std::string::npos; })) << "by a command";
+    EXPECT_TRUE(until([&] { return shown("Terminal", 3).find("preferred") == std::string::npos; }))
+        << "forgotten by a command";
 }
 
 class GoldenApplicationsInSettings : public ApplicationsInSettings {};

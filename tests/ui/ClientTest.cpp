@@ -17,10 +17,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Conversation {
-    Conversation() { agent = std::make_unique<FakeAgent>(path); }
+struct LinkStage {
+    LinkStage() { agent = std::make_unique<FakeAgent>(path); }
 
-    void listen() {
+    void startAgent() {
         agent = std::make_unique<FakeAgent>(path);
         agent->setState(sampleState());
     }
@@ -39,35 +39,35 @@ struct Conversation {
     QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("agent.sock")).toStdString();
     std::unique_ptr<FakeAgent> agent;
-    std::vector<std::string> shown, complaints;
+    std::vector<std::string> shown, problems;
     int changes = 0;
     AgentLink link{path,
                    {.contentsChanged = [this] { ++changes; },
                     .showRequested = [this](const std::string& what, const nlohmann::json&) { shown.push_back(what); },
-                    .notUnderstood = [this](const std::string& reason) { complaints.push_back(reason); }}};
+                    .notUnderstood = [this](const std::string& reason) { problems.push_back(reason); }}};
 };
 
 } // namespace
 
-TEST(AgentLink, MirrorsChangesAndTakesAWholeStateAfterAGap) {
-    Conversation talk;
-    talk.agent->setState(sampleState());
-    talk.link.start();
-    ASSERT_TRUE(talk.until([&] { return talk.hasContents(); }));
-    EXPECT_EQ(talk.link.contents()->tiles.size(), 4u);
-    talk.agent->change("message", nullptr);
-    ASSERT_TRUE(talk.until([&] { return !talk.link.contents()->message; }));
-    talk.agent->change("isSuspended", true, 3);
-    ASSERT_TRUE(talk.until([&] { return talk.link.contents()->isSuspended; }));
-    EXPECT_EQ(talk.agent->subscriptions(), 2) << "numbers were missing, so the whole was asked for again";
-    talk.agent->change("isSuspended", false);
-    ASSERT_TRUE(talk.until([&] { return !talk.link.contents()->isSuspended; }));
-    EXPECT_EQ(talk.agent->subscriptions(), 2);
-    EXPECT_EQ(talk.changes, 4);
-    EXPECT_TRUE(talk.complaints.empty());
+TEST(AgentLink, MirrorsChangesAndRequestsTheWholeStateAfterAGap) {
+    LinkStage stage;
+    stage.agent->setState(sampleState());
+    stage.link.start();
+    ASSERT_TRUE(stage.until([&] { return stage.hasContents(); }));
+    EXPECT_EQ(stage.link.contents()->tiles.size(), 4u);
+    stage.agent->change("message", nullptr);
+    ASSERT_TRUE(stage.until([&] { return !stage.link.contents()->message; }));
+    stage.agent->change("isSuspended", true, 3);
+    ASSERT_TRUE(stage.until([&] { return stage.link.contents()->isSuspended; }));
+    EXPECT_EQ(stage.agent->subscriptions(), 2) << "numbers were missing, so the whole state was requested again";
+    stage.agent->change("isSuspended", false);
+    ASSERT_TRUE(stage.until([&] { return !stage.link.contents()->isSuspended; }));
+    EXPECT_EQ(stage.agent->subscriptions(), 2);
+    EXPECT_EQ(stage.changes, 4);
+    EXPECT_TRUE(stage.problems.empty());
 }
 
-TEST(OverlayMirror, ElementsOfAListChangeComeAndGo) {
+TEST(OverlayMirror, AppliesChangedNewAndRemovedElementsOfLists) {
     OverlayMirror mirror({.contentsChanged = [] {},
                           .showRequested = nullptr,
                           .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
@@ -94,25 +94,25 @@ TEST(OverlayMirror, ElementsOfAListChangeComeAndGo) {
     EXPECT_EQ(tiles({{"order", nlohmann::json::array()}}), "");
 }
 
-TEST(AgentLink, WaitsForAnAgentAndConnectsAgainWhenItIsLost) {
-    Conversation talk;
-    talk.agent.reset();
-    talk.link.start();
-    EXPECT_FALSE(talk.link.isConnected());
-    talk.listen();
-    ASSERT_TRUE(talk.until([&] { return talk.hasContents(); }));
+TEST(AgentLink, ConnectsWhenTheAgentStartsAndWhenItRestarts) {
+    LinkStage stage;
+    stage.agent.reset();
+    stage.link.start();
+    EXPECT_FALSE(stage.link.isConnected());
+    stage.startAgent();
+    ASSERT_TRUE(stage.until([&] { return stage.hasContents(); }));
     std::string error;
-    talk.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
-    talk.agent.reset(); // before it answers
-    ASSERT_TRUE(talk.until([&] { return !talk.hasContents(); }));
+    stage.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
+    stage.agent.reset(); // before it has responded
+    ASSERT_TRUE(stage.until([&] { return !stage.hasContents(); }));
     EXPECT_EQ(error, "The agent has ended");
-    talk.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
+    stage.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
     EXPECT_EQ(error, "The agent does not run");
-    talk.listen();
-    EXPECT_TRUE(talk.until([&] { return talk.hasContents(); }));
+    stage.startAgent();
+    EXPECT_TRUE(stage.until([&] { return stage.hasContents(); }));
 }
 
-TEST(AgentLink, PausesBetweenAttemptsGrowToFiveSeconds) {
+TEST(AgentLink, DelaysBetweenAttemptsGrowToFiveSeconds) {
     EXPECT_EQ(delayBeforeAttempt(0), 100ms);
     EXPECT_EQ(delayBeforeAttempt(3), 800ms);
     EXPECT_EQ(delayBeforeAttempt(1000), 5000ms);
@@ -126,7 +126,7 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
     };
     struct Case {
         nlohmann::json response;
-        std::string complaint;
+        std::string problem;
     };
     const nlohmann::json newer{{"contract", kOverlayContract + 1}, {"agent", "9.0"}};
     const std::vector<Case> cases{
@@ -140,25 +140,26 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
          "The overlay contents that the agent sent cannot be decoded: state.tiles: expected an array"},
     };
     for (Case each : cases) {
-        std::vector<std::string> complaints;
-        OverlayMirror mirror({.contentsChanged = [] { ADD_FAILURE() << "nothing is shown"; },
+        std::vector<std::string> problems;
+        OverlayMirror mirror({.contentsChanged = [] { ADD_FAILURE() << "the contents must stay absent"; },
                               .showRequested = nullptr,
-                              .notUnderstood = [&](const std::string& reason) { complaints.push_back(reason); }});
+                              .notUnderstood = [&](const std::string& reason) { problems.push_back(reason); }});
         each.response["id"] = nlohmann::json::parse(mirror.connected())["id"];
         const auto report = nlohmann::json::parse(mirror.receive(each.response.dump()));
         EXPECT_EQ(report["method"], "ui.report");
-        EXPECT_EQ(report["params"], (nlohmann::json{{"problem", each.complaint}}));
-        EXPECT_EQ(complaints, std::vector<std::string>{each.complaint});
+        EXPECT_EQ(report["params"], (nlohmann::json{{"problem", each.problem}}));
+        EXPECT_EQ(problems, std::vector<std::string>{each.problem});
         EXPECT_EQ(mirror.receive(R"({"method":"changed","params":{"sequence":1,"changes":{"message":null}}})"), "");
     }
 }
 
-TEST(OverlayMirror, IgnoresNotificationsOfOtherTopics) {
+TEST(OverlayMirror, IgnoresUnknownMessagesTopicsAndSections) {
     int changes = 0;
-    std::string asked;
-    OverlayMirror mirror({.contentsChanged = [&] { ++changes; },
-                          .showRequested = [&](const std::string& what, const nlohmann::json&) { asked = what; },
-                          .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
+    std::string requestedWindow;
+    OverlayMirror mirror(
+        {.contentsChanged = [&] { ++changes; },
+         .showRequested = [&](const std::string& what, const nlohmann::json&) { requestedWindow = what; },
+         .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
     const auto id = nlohmann::json::parse(mirror.connected())["id"];
     mirror.receive(nlohmann::json{{"id", id}, {"result", {{"sequence", 7}, {"state", sampleState()}}}}.dump());
     EXPECT_EQ(changes, 1);
@@ -169,8 +170,9 @@ TEST(OverlayMirror, IgnoresNotificationsOfOtherTopics) {
     }
     EXPECT_EQ(changes, 1);
     mirror.receive(R"({"method":"show","params":{"what":"menu"}})");
-    EXPECT_EQ(asked, "menu");
-    EXPECT_NE(mirror.receive(R"({"method":"changed","params":{"sequence":10,"changes":{}}})"), "") << "9 is missing";
+    EXPECT_EQ(requestedWindow, "menu");
+    EXPECT_NE(mirror.receive(R"({"method":"changed","params":{"sequence":10,"changes":{}}})"), "")
+        << "change 9 is missing, so the state is requested";
 }
 
 } // namespace kova::ui::testing

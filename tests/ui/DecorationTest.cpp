@@ -12,7 +12,7 @@
 
 namespace kova::ui::testing {
 
-TEST(Decoration, MovesOnlyWhileItIsSeenAndWanted) {
+TEST(Decoration, MovesOnlyWhileItIsVisibleAndAnimationsAreEnabled) {
     struct Case {
         const char* what;
         bool isMoving;
@@ -58,20 +58,20 @@ TEST(Decoration, TheDesktopIsIdleAMinuteAfterTheLastChangeOfWindowsOrFocus) {
     EXPECT_FALSE(isIdleAfter(10s));
     EXPECT_FALSE(isIdleAfter(70s));
     state["tiles"][0]["applications"][1]["title"] = "make: 7 of 9";
-    EXPECT_TRUE(isIdleAfter(71s)) << "a program changes its title by itself";
+    EXPECT_TRUE(isIdleAfter(71s)) << "a changed title does not count";
     state["tiles"][0]["applications"][0]["isFocused"] = false;
     EXPECT_FALSE(isIdleAfter(72s));
     EXPECT_TRUE(isIdleAfter(133s));
 }
 
-TEST(Decoration, KnowsWhenTheMachineRunsOnItsBattery) {
+TEST(Decoration, DetectsThatTheMachineRunsOnBattery) {
     QTemporaryDir folder;
     const std::string path = folder.path().toStdString();
     const auto write = [&](const std::string& supply, const std::string& name, const std::string& text) {
         std::filesystem::create_directories(path + "/" + supply);
         std::ofstream(path + "/" + supply + "/" + name) << text << "\n";
     };
-    EXPECT_FALSE(runsOnBattery(path)) << "a desktop computer";
+    EXPECT_FALSE(runsOnBattery(path)) << "a computer without a battery";
     write("AC", "type", "Mains");
     write("mouse", "type", "Battery");
     write("mouse", "scope", "Device");

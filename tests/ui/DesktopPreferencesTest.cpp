@@ -1,4 +1,4 @@
-// The desktop's preferences, with a message bus of the test's own and a settings portal played on it.
+// The desktop's preferences, tested with a private message bus and a fake settings portal on it.
 #include "ui/style/DesktopPreferences.h"
 #include "tests/desktop/ChildProcess.h"
 
@@ -20,9 +20,9 @@ const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString kSettings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kName = QStringLiteral("org.freedesktop.portal.Desktop");
 
-class Portal final : public QDBusVirtualObject {
+class FakePortal final : public QDBusVirtualObject {
   public:
-    explicit Portal(QDBusConnection bus) : bus_(std::move(bus)) {
+    explicit FakePortal(QDBusConnection bus) : bus_(std::move(bus)) {
         EXPECT_TRUE(bus_.registerVirtualObject(kPath, this));
     }
     bool start() { return bus_.registerService(kName); }
@@ -51,8 +51,8 @@ class Portal final : public QDBusVirtualObject {
 
 } // namespace
 
-// The first test of its process: nothing has used the bus before, as in kova-ui.
-TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesAndStartsAnew) {
+// Must be the first test of its process: as in kova-ui, nothing has used the bus before.
+TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesItsValuesAndRestarts) {
     const QTemporaryDir folder;
     const QString address = QStringLiteral("unix:path=") + folder.filePath(QStringLiteral("bus"));
     const kova::testing::ChildProcess daemon(
@@ -82,24 +82,24 @@ TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesAndStartsAnew) {
     const Brightness other = before == Brightness::dark ? Brightness::light : Brightness::dark;
     const auto scheme = [](Brightness brightness) { return brightness == Brightness::dark ? 1U : 2U; };
     preferences.start();
-    Portal portal(*portalBus);
+    FakePortal portal(*portalBus);
     portal.set(QStringLiteral("color-scheme"), scheme(other));
     portal.set(QStringLiteral("enable-animations"), false);
     ASSERT_TRUE(portal.start());
-    EXPECT_TRUE(becomes(other, false)) << "as the portal says when it starts";
+    EXPECT_TRUE(becomes(other, false)) << "the values of a portal that has just started";
     portal.set(QStringLiteral("color-scheme"), scheme(before));
-    EXPECT_TRUE(becomes(before, false)) << "a change";
+    EXPECT_TRUE(becomes(before, false)) << "a changed value";
     portal.set(QStringLiteral("enable-animations"), true);
     EXPECT_TRUE(becomes(before, true));
     EXPECT_EQ(changes, 4);
     ASSERT_TRUE(portal.stop());
     portal.set(QStringLiteral("color-scheme"), scheme(other));
     ASSERT_TRUE(portal.start());
-    EXPECT_TRUE(becomes(other, true)) << "a portal that was started again";
+    EXPECT_TRUE(becomes(other, true)) << "the values of a portal that was restarted";
     for (const char* name : {"preferences", "portal"}) QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
 }
 
-TEST(DesktopPreferences, WithoutAPortalAreToldWhenTheyChange) {
+TEST(DesktopPreferences, WithoutAPortalReportChangedValuesOnly) {
     int changes = 0;
     DesktopPreferences preferences([&] { ++changes; }, QDBusConnection(QStringLiteral("none")));
     preferences.set(Brightness::dark, false);

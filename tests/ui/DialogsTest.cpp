@@ -1,4 +1,4 @@
-// Questions of the agent and of the menus, and the file panels of the menu.
+// Alerts of the agent and of the overlay's menus, and the file panels that the menu opens.
 #include "tests/ui/WindowStage.h"
 
 #include <QFileDialog>
@@ -29,7 +29,7 @@ class Dialogs : public WindowStage {
         HostedWindow* window = shown(what);
         ASSERT_TRUE(window);
         ASSERT_TRUE(window->findChild<QFileDialog*>()->isVisible());
-        // As when the user has chosen: whether the panel's button is enabled depends on when it has read the folder.
+        // Emits the signal directly, since the panel enables its button only after it has read the folder.
         Q_EMIT window->findChild<QFileDialog*>()->fileSelected(QString::fromStdString(path.string()));
     }
     QString errorOf(const char* what) {
@@ -45,36 +45,36 @@ class Dialogs : public WindowStage {
 
 TEST_F(Dialogs, OnlyTheButtonConfirmsAQuestionOfTheAgent) {
     std::optional<bool> answer;
-    const auto question = [&] {
+    const auto openQuestion = [&] {
         answer.reset();
         dialogs.confirm({.title = "Sure?", .text = "All goes.", .confirmButton = "Do It", .cancelButton = "Leave It"},
                         [&](bool isConfirmed) { answer = isConfirmed; });
         return shown("alert");
     };
-    const auto ends = [&](bool expected) {
+    const auto expectAnswer = [&](bool expected) {
         EXPECT_TRUE(until([&] { return answer.has_value(); }));
         EXPECT_EQ(answer, expected);
     };
-    HostedWindow* window = question();
+    HostedWindow* window = openQuestion();
     EXPECT_EQ(window->focusWidget(), control<QPushButton>(window, "cancel"));
     QTest::keyClick(window->focusWidget(), Qt::Key_Space);
-    ends(false);
+    expectAnswer(false);
     ASSERT_TRUE(isClosed("alert"));
-    QTest::keyClick(question(), Qt::Key_Escape);
-    ends(false);
+    QTest::keyClick(openQuestion(), Qt::Key_Escape);
+    expectAnswer(false);
     ASSERT_TRUE(isClosed("alert"));
-    QTest::mouseClick(control<QPushButton>(question(), "confirm"), Qt::LeftButton);
-    ends(true);
+    QTest::mouseClick(control<QPushButton>(openQuestion(), "confirm"), Qt::LeftButton);
+    expectAnswer(true);
     ASSERT_TRUE(isClosed("alert"));
 
-    question();
+    openQuestion();
     dialogs.inform({.title = "Known", .text = "So it is.", .confirmButton = "OK", .cancelButton = {}});
-    ends(false);
+    expectAnswer(false);
     ASSERT_TRUE(until([&] { return !control<QPushButton>(host.window("alert"), "confirm")->isVisible(); }));
     EXPECT_EQ(control<QPushButton>(host.window("alert"), "cancel")->text(), QStringLiteral("OK"));
 }
 
-TEST_F(Dialogs, ForceQuitAllOfTheMenuNamesTheApplicationsThatWouldEndAndEndsOnlyThose) {
+TEST_F(Dialogs, ForceQuitAllListsTheApplicationsAndEndsOnlyThose) {
     chooseFromMenu("force-quit-all");
     HostedWindow* window = shown("alert");
     auto* list = control<QListWidget>(window, "applications");
@@ -89,10 +89,10 @@ TEST_F(Dialogs, ForceQuitAllOfTheMenuNamesTheApplicationsThatWouldEndAndEndsOnly
         desk.settle();
         return !desk.desktop.isRunning("Mail");
     }));
-    EXPECT_TRUE(desk.desktop.isRunning("Later")) << "the question did not name this application";
+    EXPECT_TRUE(desk.desktop.isRunning("Later")) << "an application that was not listed keeps running";
 }
 
-TEST_F(Dialogs, AQuestionOfTheOverlayIsCarriedOutByTheMethodItNamesAndShowsItsRefusal) {
+TEST_F(Dialogs, AnAlertOfTheOverlayCallsItsMethodAndShowsTheError) {
     HostedWindow* window = open("alert", {{"title", "Force Mail to quit?"},
                                           {"confirm", "Force Quit"},
                                           {"cancel", "Cancel"},
@@ -106,7 +106,7 @@ TEST_F(Dialogs, AQuestionOfTheOverlayIsCarriedOutByTheMethodItNamesAndShowsItsRe
     EXPECT_TRUE(isClosed("alert"));
 }
 
-TEST_F(Dialogs, ScenesAndRulesTravelByTheMenusFilePanels) {
+TEST_F(Dialogs, ScenesAndRulesAreExportedAndImportedByTheMenusFilePanels) {
     ask("scene.capture", {{"name", "Work"}});
     const auto file = files.path() / "desk.json";
     chooseFromMenu("export");

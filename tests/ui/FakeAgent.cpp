@@ -21,12 +21,12 @@ FakeAgent::FakeAgent(std::string path) : path_(std::move(path)) {
 }
 
 FakeAgent::~FakeAgent() {
-    hangUp();
+    disconnect();
     close(listener_);
     unlink(path_.c_str());
 }
 
-void FakeAgent::hangUp() {
+void FakeAgent::disconnect() {
     if (client_ >= 0) close(client_);
     client_ = -1;
     received_.clear();
@@ -43,12 +43,12 @@ void FakeAgent::serve() {
     for (auto end = received_.find('\n'); end != std::string::npos; end = received_.find('\n')) {
         const std::string line = received_.substr(0, end);
         received_.erase(0, end + 1);
-        answer(line);
+        respond(line);
     }
-    if (length == 0) hangUp();
+    if (length == 0) disconnect();
 }
 
-void FakeAgent::answer(const std::string& line) {
+void FakeAgent::respond(const std::string& line) {
     const nlohmann::json request = nlohmann::json::parse(line);
     const std::string method = request["method"];
     nlohmann::json result = nlohmann::json::object();
@@ -57,26 +57,26 @@ void FakeAgent::answer(const std::string& line) {
         result = {{"topic", "overlay"}, {"sequence", sequence_}, {"state", state_}};
     } else if (method == "menu") {
         result = {{"entries", nlohmann::json::array()}};
-    } else if (method != "ui.status") { // kova-ui looks for another instance before it begins
+    } else if (method != "ui.status") { // kova-ui looks for another instance when it starts
         calls_.emplace_back(method, request.value("params", nlohmann::json::object()));
     }
-    tell({{"id", request["id"]}, {"result", result}});
+    sendMessage({{"id", request["id"]}, {"result", result}});
 }
 
 void FakeAgent::change(const std::string& section, nlohmann::json value, int skipped) {
     state_[section] = std::move(value);
     sequence_ += 1 + skipped;
-    nlohmann::json told = state_[section];
-    if (told.is_array()) {
+    nlohmann::json published = state_[section];
+    if (published.is_array()) {
         nlohmann::json order = nlohmann::json::array();
-        for (const auto& element : told) order.push_back(element["id"]);
-        told = {{"changed", told}, {"order", order}};
+        for (const auto& element : published) order.push_back(element["id"]);
+        published = {{"changed", published}, {"order", order}};
     }
-    tell({{"method", "changed"},
-          {"params", {{"topic", "overlay"}, {"sequence", sequence_}, {"changes", {{section, told}}}}}});
+    sendMessage({{"method", "changed"},
+                 {"params", {{"topic", "overlay"}, {"sequence", sequence_}, {"changes", {{section, published}}}}}});
 }
 
-void FakeAgent::tell(const nlohmann::json& message) {
+void FakeAgent::sendMessage(const nlohmann::json& message) {
     nlohmann::json whole = message;
     whole["jsonrpc"] = "2.0";
     const std::string line = whole.dump() + "\n";

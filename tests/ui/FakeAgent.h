@@ -1,4 +1,4 @@
-// An agent's socket for tests: it sends the messages that the test chooses, without a workspace and without a thread.
+// An agent's socket for tests: sends the messages that the test chooses. It has neither a workspace nor a thread.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -15,21 +15,21 @@ class FakeAgent {
     FakeAgent(const FakeAgent&) = delete;
     FakeAgent& operator=(const FakeAgent&) = delete;
 
-    /// Accepts connections and answers requests: `subscribe` with the state, all others with an empty result.
+    /// Accepts connections and responds to requests: to `subscribe` with the state, to others with an empty result.
     void serve();
     void setState(nlohmann::json state) { state_ = std::move(state); }
-    /// Changes a section of the state (of a list all elements) and sends the change under the next number plus
-    /// `skipped`.
+    /// Replaces a section of the state and sends the change, of a list as a change of all elements. Skips `skipped`
+    /// sequence numbers before.
     void change(const std::string& section, nlohmann::json value, int skipped = 0);
-    void tell(const nlohmann::json& message);
-    void hangUp();
+    void sendMessage(const nlohmann::json& message);
+    void disconnect();
 
     int subscriptions() const { return subscriptions_; }
-    /// Methods and parameters, without `subscribe` and `menu`.
+    /// The methods and parameters of the requests, except `subscribe`, `menu` and `ui.status`.
     std::vector<std::pair<std::string, nlohmann::json>> calls() const { return calls_; }
 
   private:
-    void answer(const std::string& line);
+    void respond(const std::string& line);
 
     std::string path_;
     int listener_ = -1;

@@ -1,4 +1,4 @@
-// Controls send requests to a whole agent, and show its refusals.
+// Controls send requests to a complete agent and show its errors.
 #include "ui/windows/FieldError.h"
 #include "tests/ui/WindowStage.h"
 #include "ui/windows/Translations.h"
@@ -13,7 +13,7 @@ using Controls = WindowStage;
 
 } // namespace
 
-TEST_F(Controls, ShowRefusalsInTheAgentsWords) {
+TEST_F(Controls, ShowTheAgentsErrors) {
     desk.arrange();
     AgentSession agent(socketPath());
     FieldError error;
@@ -24,18 +24,18 @@ TEST_F(Controls, ShowRefusalsInTheAgentsWords) {
     EXPECT_TRUE(error.text().startsWith(QStringLiteral("There is no tile “basement”."))) << error.text().toStdString();
     EXPECT_FALSE(error.isHidden());
     const auto& message = link.contents()->message;
-    EXPECT_FALSE(message && message->text == error.text().toStdString()) << "the screen reader reads the error once";
+    EXPECT_FALSE(message && message->text == error.text().toStdString()) << "the overlay does not show the error too";
 
     callFor(error, agent, "layout.setInset", {{"points", 20}}, reactions);
     ASSERT_TRUE(until([&] { return done == 1; }));
     EXPECT_TRUE(error.isHidden());
 
-    auto gone = std::make_unique<FieldError>();
-    callFor(*gone, agent, "launch", {{"application", "maps"}, {"tile", "basement"}}, reactions);
-    gone.reset();
+    auto destroyed = std::make_unique<FieldError>();
+    callFor(*destroyed, agent, "launch", {{"application", "maps"}, {"tile", "basement"}}, reactions);
+    destroyed.reset();
     callFor(error, agent, "status", nlohmann::json::object(), reactions);
     ASSERT_TRUE(until([&] { return done == 2; }));
-    EXPECT_EQ(refused, 1) << "a control that is gone hears nothing";
+    EXPECT_EQ(refused, 1) << "a destroyed control gets no response";
 
     agent.follow();
     ASSERT_TRUE(until([&] { return agent.state().contains("settings"); }));

@@ -11,12 +11,12 @@ namespace kova::ui::testing {
 
 namespace {
 
-constexpr int kSameWithin = 12; // of 255, each component
-// In points, so that they hold at each scale. The smallest sign of the overlay, a plus, has 17 points.
-constexpr double kBlock = 12, kBlockStep = 4, kMostOtherPoints = 8;
+constexpr int kColorTolerance = 12; // of 255, for each component
+// Independent of the scale. The smallest shape of the overlay, a plus, covers 17 square points.
+constexpr double kBlockPoints = 12, kBlockStepPoints = 4, kMostDifferentSquarePoints = 8;
 
-/// Whether the pixel lies within the colors that the picture has there and one pixel around: edges of letters differ
-/// between versions of fonts by at most that.
+/// Whether the pixel's color lies between the colors that the picture has at that position and one pixel around it.
+/// Edges of letters differ no more than that between versions of a font.
 bool isWithin(const QImage& picture, QPoint at, QRgb pixel) {
     int least[3] = {255, 255, 255}, most[3] = {};
     for (int y = std::max(0, at.y() - 1); y <= std::min(picture.height() - 1, at.y() + 1); ++y) {
@@ -31,37 +31,38 @@ bool isWithin(const QImage& picture, QPoint at, QRgb pixel) {
     }
     const int parts[3] = {qRed(pixel), qGreen(pixel), qBlue(pixel)};
     for (int i = 0; i < 3; ++i) {
-        if (parts[i] < least[i] - kSameWithin || parts[i] > most[i] + kSameWithin) return false;
+        if (parts[i] < least[i] - kColorTolerance || parts[i] > most[i] + kColorTolerance) return false;
     }
     return true;
 }
 
-/// Pixels of the block, and of the block of the other picture that lies `shift` beside it, that the other one has not.
-int otherPixels(const QImage& one, const QImage& other, const QRect& block, QPoint shift) {
+/// The number of pixels that differ between the block of `one` and the block of `other` that is moved by `shift`.
+int differentPixels(const QImage& one, const QImage& other, const QRect& block, QPoint shift) {
     const QRect compared = block & one.rect() & one.rect().translated(-shift);
-    int others = 0;
+    int count = 0;
     for (int y = compared.top(); y <= compared.bottom(); ++y) {
         for (int x = compared.left(); x <= compared.right(); ++x) {
             const QPoint at(x, y), there = at + shift;
             const QRgb a = one.pixel(at), b = other.pixel(there);
-            if (a != b) others += !isWithin(other, there, a) || !isWithin(one, at, b);
+            if (a != b) count += !isWithin(other, there, a) || !isWithin(one, at, b);
         }
     }
-    return others;
+    return count;
 }
 
 } // namespace
 
-/// Each block is like the one at the same place or, as letters drift along a line, one pixel to the left or right.
+/// Compares each block with the block at the same position and with the blocks one pixel to the left and right, since
+/// letters may move within a line.
 bool looksAlike(const QImage& one, const QImage& other, double scale) {
     if (one == other) return true;
     if (one.size() != other.size()) return false;
-    const int side = static_cast<int>(kBlock * scale), step = static_cast<int>(kBlockStep * scale);
+    const int side = static_cast<int>(kBlockPoints * scale), step = static_cast<int>(kBlockStepPoints * scale);
     for (int y = 0; y < one.height(); y += step) {
         for (int x = 0; x < one.width(); x += step) {
             const QRect block(x, y, side, side);
             const auto isLike = [&](int shift) {
-                return otherPixels(one, other, block, {shift, 0}) <= kMostOtherPoints * scale * scale;
+                return differentPixels(one, other, block, {shift, 0}) <= kMostDifferentSquarePoints * scale * scale;
             };
             if (!isLike(0) && !isLike(-1) && !isLike(1)) return false;
         }

@@ -1,4 +1,4 @@
-// Compares pictures with those under golden/. After a change of the drawing look at the new pictures, then replace the
+// Compares pictures with those under golden/. After a change of the drawing, check the new pictures, then replace the
 // stored ones: KOVA_RENEW_GOLDEN=1 ui_tests --gtest_filter='Golden*'
 #pragma once
 
@@ -8,10 +8,10 @@
 
 namespace kova::ui::testing {
 
-/// Whether one is the other, but for letters that are drawn up to two pixels beside; a single sign that is missing
-/// makes a difference. `scale`: pixels in a point.
+/// Whether the pictures show the same: letters may be drawn up to two pixels to the side, but no shape may be missing.
+/// `scale`: pixels per point.
 bool looksAlike(const QImage& one, const QImage& other, double scale);
-/// Fails the test when the picture differs from the kept one of that name, and says where the new one is.
+/// Fails the test if the picture differs from the stored one of that name, and saves the new picture for inspection.
 void compareWithGolden(const QImage& seen, const std::string& name, double scale);
 
 } // namespace kova::ui::testing

@@ -1,4 +1,4 @@
-// Each pane of the settings as it is drawn, compared with the pictures under golden/.
+// Compares each pane of the settings with the pictures under golden/.
 #include "tests/ui/WindowStage.h"
 
 #include <QLabel>

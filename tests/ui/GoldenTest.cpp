@@ -1,5 +1,5 @@
-// The overlay as a person sees it, compared with the pictures under golden/. After a change of the drawing look at the
-// new pictures, then renew the kept ones: KOVA_RENEW_GOLDEN=1 ui_tests --gtest_filter='Golden*'
+// Compares the overlay on the screen with the pictures under golden/. After a change of the drawing, check the new
+// pictures, then replace the stored ones: KOVA_RENEW_GOLDEN=1 ui_tests --gtest_filter='Golden*'
 #include "tests/ui/GoldenPicture.h"
 #include "tests/ui/Sample.h"
 
@@ -88,7 +88,7 @@ TEST_F(Golden, TilesWithOneSixAndTwelveWindows) {
     }
 }
 
-TEST_F(Golden, CarriedWindowsAndBareDesktops) {
+TEST_F(Golden, DragsNoticesLaunchesAndDesktopsWithoutBackdrop) {
     compare({.isDragging = true, .hasMessage = false}, true, "dark-drag");
     compare({.look = Look::light, .isDragging = true, .hasMessage = false}, true, "light-drag");
     compare({.look = Look::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");

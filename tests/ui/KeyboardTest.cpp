@@ -1,4 +1,4 @@
-// All windows of kova-ui on a real desktop, used with the keyboard alone: from the palette to the settings and back.
+// All windows of kova-ui on a real desktop, used only with the keyboard: from the palette to the settings and back.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -33,12 +33,12 @@ class KeyboardAlone : public ::testing::Test {
         ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
         ASSERT_EQ(session_.kova({"shortcut", "set", "openPalette", "ctrl+alt+shift+p"}).exitCode, 0);
         // The palette is refused until kova-ui has connected.
-        ASSERT_TRUE(eventually([&] { return answer({"theme", "list"})["isDrawn"] == true; }));
+        ASSERT_TRUE(eventually([&] { return response({"theme", "list"})["isDrawn"] == true; }));
         client_.ask("_NET_ACTIVE_WINDOW", left_, {2, 0, 0});
         ASSERT_TRUE(eventually([&] { return client_.focus() == left_; }));
     }
 
-    json answer(std::vector<std::string> arguments) const {
+    json response(std::vector<std::string> arguments) const {
         arguments.push_back("--json");
         return json::parse(session_.kova(std::move(arguments)).output, nullptr, false);
     }
@@ -49,8 +49,8 @@ class KeyboardAlone : public ::testing::Test {
     void type(const std::string& text) const {
         ASSERT_EQ(session_.run({"xdotool", "type", "--delay", "20", text}).exitCode, 0);
     }
-    /// Presses the keys until it holds. A key that comes before a list is filled, or before a shortcut is registered,
-    /// does nothing, and what it does may take long on a busy machine.
+    /// Presses the keys until `holds` is true. Keys that arrive before a list is filled or a shortcut is registered
+    /// have no effect, and the effect of others may take long on a busy machine.
     bool pressUntil(const std::string& keys, const std::function<bool()>& holds) const {
         for (int attempt = 0; attempt < 3; ++attempt) {
             press(keys);
@@ -63,13 +63,13 @@ class KeyboardAlone : public ::testing::Test {
         const xcb_window_t window = client_.windowTitled(title);
         return window != 0 && !active.empty() && active[0] == window && client_.isViewable(window);
     }
-    bool isBackAtLeft() const {
+    bool isLeftFocusedAgain() const {
         return eventually([&] { return client_.focus() == left_; });
     }
     void openPalette() const {
         ASSERT_TRUE(pressUntil("ctrl+alt+shift+p", [&] { return hasKeyboard("Palette"); }));
     }
-    /// Chooses by the palette; the window of that title opens.
+    /// Types into the palette, presses Enter and waits until the window with the title `opened` has the focus.
     void choose(const std::string& typed, const std::string& opened) const {
         openPalette();
         type(typed);
@@ -85,9 +85,9 @@ class KeyboardAlone : public ::testing::Test {
         const json before = value();
         EXPECT_TRUE(pressUntil(keys, [&] { return value() != before; })) << what << " is still " << before;
     }
-    json setting(const std::string& name) const { return answer({"query", "state"})["state"]["settings"][name]; }
+    json setting(const std::string& name) const { return response({"query", "state"})["state"]["settings"][name]; }
     json keysOf(const std::string& action) const {
-        const json list = answer({"shortcut", "list"});
+        const json list = response({"shortcut", "list"});
         for (const json& each : list["shortcuts"]) {
             if (each["action"] == action) return each["keys"];
         }
@@ -95,7 +95,7 @@ class KeyboardAlone : public ::testing::Test {
     }
     json sceneNames() const {
         json names;
-        const json list = answer({"scene", "list"});
+        const json list = response({"scene", "list"});
         for (const json& each : list["scenes"]) names.push_back(each["name"]);
         return names;
     }
@@ -108,7 +108,7 @@ class KeyboardAlone : public ::testing::Test {
 };
 
 TEST_F(KeyboardAlone, ChangesASettingInEachPane) {
-    ASSERT_EQ(session_.kova({"place", "Left", "2"}).exitCode, 0); // so that something was learned
+    ASSERT_EQ(session_.kova({"place", "Left", "2"}).exitCode, 0); // so that a tile is learned
     choose("settings general", "KOVA Settings");
     expectChange(
         "alt+a", [&] { return setting("autoArrangeOnLaunch"); }, "arrange after launch");
@@ -122,7 +122,7 @@ TEST_F(KeyboardAlone, ChangesASettingInEachPane) {
     expectChange(
         "alt+c",
         [&] {
-            return answer({"rule", "list"})["isOn"];
+            return response({"rule", "list"})["isOn"];
         },
         "continuous management");
     showPane(4);
@@ -136,29 +136,29 @@ TEST_F(KeyboardAlone, ChangesASettingInEachPane) {
     expectChange(
         "alt+p Tab Home alt+f",
         [&] {
-            return answer({"app", "learned"});
+            return response({"app", "learned"});
         },
         "what was learned");
     showPane(7);
     EXPECT_TRUE(hasKeyboard("KOVA Settings"));
     press("Escape");
-    EXPECT_TRUE(isBackAtLeft()) << "the window before has the keyboard again";
+    EXPECT_TRUE(isLeftFocusedAgain()) << "the previous window has the focus again";
 }
 
 TEST_F(KeyboardAlone, LaunchesAnApplicationAndWalksThroughTheIntroduction) {
     choose("launch an application into", "Launch an app in this tile");
     type("zeb");
     EXPECT_TRUE(pressUntil("Return", [&] { return std::filesystem::exists(launched_); }));
-    EXPECT_TRUE(isBackAtLeft()) << "the window before has the keyboard again";
+    EXPECT_TRUE(isLeftFocusedAgain()) << "the previous window has the focus again";
 
     choose("open the intro", "Welcome to KOVA");
     press("alt+c");
-    // The first one is the button's own while it is drawn as pressed.
+    // While the button is still drawn as pressed, it handles the first Escape itself.
     EXPECT_TRUE(pressUntil("Escape", [&] { return client_.focus() == left_; }));
 
     openPalette();
     press("Escape");
-    EXPECT_TRUE(isBackAtLeft());
+    EXPECT_TRUE(isLeftFocusedAgain());
 }
 
 } // namespace

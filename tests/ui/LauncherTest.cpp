@@ -40,7 +40,7 @@ class Launching : public WindowStage {
             found.push_back(entries->model()->index(row, 0).data().toString().toStdString());
         return found;
     }
-    bool lists(std::size_t least) {
+    bool listsAtLeast(std::size_t least) {
         return until([&] { return titles().size() >= least; });
     }
     bool isClosed(const char* what) {
@@ -86,7 +86,7 @@ TEST(FuzzyQuery, MatchesLettersInOrderFromTheBeginningOfAWord) {
 TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
     ask("launch", {{"application", "Maps"}, {"tile", "1"}});
     HostedWindow* window = openAt("launcher", "secondary-1");
-    ASSERT_TRUE(window && lists(5));
+    ASSERT_TRUE(window && listsAtLeast(5));
     EXPECT_EQ(titles(), (Titles{"Maps", "Files", "Firefox", "Fuzz", "LibreOffice Réseau"}));
     const CGRect tile = link.contents()->tile(desk.target("A", "secondary-1").text())->frame;
     EXPECT_TRUE(QRectF(tile.origin.x, tile.origin.y, tile.size.width, tile.size.height).contains(window->geometry()));
@@ -109,7 +109,7 @@ TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
 
 TEST_F(Launching, ShowsTheReasonOfARefusalAndClosesByEscapeOrWhenItLosesTheFocus) {
     HostedWindow* window = openAt("launcher", "focus-main");
-    ASSERT_TRUE(window && lists(5));
+    ASSERT_TRUE(window && listsAtLeast(5));
     desk.desktop.setTrusted(false);
     desk.settle();
     QTest::keyClick(field, Qt::Key_Return);
@@ -124,11 +124,11 @@ TEST_F(Launching, ShowsTheReasonOfARefusalAndClosesByEscapeOrWhenItLosesTheFocus
     QWidget other;
     other.show();
     other.activateWindow();
-    EXPECT_TRUE(isClosed("launcher")) << "a click elsewhere";
+    EXPECT_TRUE(isClosed("launcher")) << "a click offeredAsLists";
 }
 
-/// As on a Mac, where a window has lost the focus by the time the toolkit reports that it is hidden.
-class KeyboardLostFirst : public QObject {
+/// Removes the focus when a window is hidden, as on a Mac, before the toolkit reports that the window is hidden.
+class FocusLostBeforeHide : public QObject {
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() == QEvent::Hide) QApplication::setActiveWindow(nullptr);
         return false;
@@ -141,15 +141,15 @@ TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
         void giveBack() override { ++count_; }
         int& count_;
     };
-    int given = 0;
-    host.setFocus(std::make_unique<CountingFocus>(given));
-    KeyboardLostFirst system;
+    int restored = 0;
+    host.setFocus(std::make_unique<CountingFocus>(restored));
+    FocusLostBeforeHide system;
     HostedWindow* window = openAt("launcher", "focus-main");
     ASSERT_TRUE(window && until([&] { return window->isActiveWindow(); }));
     window->installEventFilter(&system);
     QTest::keyClick(field, Qt::Key_Escape);
     ASSERT_TRUE(isClosed("launcher"));
-    EXPECT_EQ(given, 1);
+    EXPECT_EQ(restored, 1);
 
     window = openAt("launcher", "focus-main");
     ASSERT_TRUE(window && until([&] { return window->isActiveWindow(); }));
@@ -157,7 +157,7 @@ TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
     other.show();
     other.activateWindow();
     ASSERT_TRUE(isClosed("launcher"));
-    EXPECT_EQ(given, 1) << "the user has chosen another window";
+    EXPECT_EQ(restored, 1) << "the user has focused another window";
 }
 
 // As footers do, it takes no focus.
@@ -169,7 +169,7 @@ TEST_F(Launching, APressOnAnotherWindowOfThisProgramCloses) {
     footer.show();
     QTest::mouseClick(host.window("launcher")->windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
     QCoreApplication::processEvents();
-    EXPECT_TRUE(host.window("launcher")) << "a press inside does not";
+    EXPECT_TRUE(host.window("launcher")) << "a press inside does not close the launcher";
     QTest::mouseClick(&footer, Qt::LeftButton);
     EXPECT_TRUE(isClosed("launcher"));
 }
@@ -183,7 +183,7 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     }
     const auto run = [&](const char* typed, const char* expected) {
         ASSERT_TRUE(openAt("palette", "secondary-1"));
-        ASSERT_TRUE(lists(count));
+        ASSERT_TRUE(listsAtLeast(count));
         QTest::keyClicks(field, QString::fromUtf8(typed));
         ASSERT_FALSE(titles().empty()) << typed;
         EXPECT_EQ(titles().front(), expected);
@@ -207,7 +207,7 @@ TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened)
     desk.settle();
     ASSERT_NE(desk.tiles().find("Terminal"), std::string::npos) << desk.tiles();
     ASSERT_TRUE(openAt("palette", "secondary-1"));
-    ASSERT_TRUE(lists(commandEntries({}).size() + 1));
+    ASSERT_TRUE(listsAtLeast(commandEntries({}).size() + 1));
     desk.desktop.userFocuses("Notes");
     desk.settle();
     QTest::keyClicks(field, QStringLiteral("float the w"));
@@ -219,7 +219,7 @@ TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened)
     EXPECT_NE(desk.tiles().find("Notes"), std::string::npos) << desk.tiles();
 }
 
-TEST_F(Launching, ThePaletteAsksForParametersInTheSameField) {
+TEST_F(Launching, ThePaletteAsksForTheArgumentsOfACommandInTheSameField) {
     ask("scene.capture", {{"name", "Writing"}});
     ask("scene.capture", {{"name", "Reading"}});
     const auto answer = [&](const char* typed, const char* expected) {
@@ -236,7 +236,7 @@ TEST_F(Launching, ThePaletteAsksForParametersInTheSameField) {
     answer("rename sc", "Rename a scene…");
     EXPECT_EQ(field->text(), QString());
     answer("wri", "Writing");
-    QTest::keyClick(field, Qt::Key_Backspace); // back to the question before
+    QTest::keyClick(field, Qt::Key_Backspace); // back to the previous question
     answer("read", "Reading");
     answer("Evening", "New name: “Evening”");
     ends();
@@ -246,7 +246,7 @@ TEST_F(Launching, ThePaletteAsksForParametersInTheSameField) {
     answer("set the tile in", "Set the tile inset…");
     answer("200", "Points from 0 to 100: “200”");
     auto* error = host.window("palette")->findChild<FieldError*>();
-    ASSERT_TRUE(until([&] { return error->isVisible(); })) << "refused";
+    ASSERT_TRUE(until([&] { return error->isVisible(); })) << "the value is refused";
     field->clear();
     answer("12", "Points from 0 to 100: “12”");
     ends();
@@ -273,7 +273,7 @@ TEST_F(Launching, ThePaletteAsksForParametersInTheSameField) {
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
 }
 
-TEST_F(Launching, EveryCommandOfThePaletteIsUnderstoodWithItsParameters) {
+TEST_F(Launching, TheAgentAcceptsTheParametersOfEveryCommandOfThePalette) {
     ask("scene.capture", {{"name", "Writing"}});
     for (const auto& disposition : {"float", "ignore"})
         ask("rule.add", {{"window", "mail"}, {"disposition", disposition}});
@@ -290,12 +290,12 @@ TEST_F(Launching, EveryCommandOfThePaletteIsUnderstoodWithItsParameters) {
         if (!entry.parameters.contains("window")) {
             nlohmann::json onAnother = entry.parameters;
             onAnother["window"] = "no such window";
-            const bool takesWindow = ask(entry.method, onAnother)["error"]["code"] > 0; // refused, but understood
+            const bool takesWindow = ask(entry.method, onAnother)["error"]["code"] > 0; // not an invalid parameter
             EXPECT_EQ(actsOnFocusedWindow(entry.method), takesWindow) << entry.method;
         }
         const nlohmann::json reply = ask(entry.method, entry.parameters);
         if (reply.contains("error")) {
-            EXPECT_GT(reply["error"]["code"], 0) << entry.method << ": " << reply; // refused, but understood
+            EXPECT_GT(reply["error"]["code"], 0) << entry.method << ": " << reply; // not an invalid parameter
         }
         ask("resume");
         reopen();
@@ -303,27 +303,28 @@ TEST_F(Launching, EveryCommandOfThePaletteIsUnderstoodWithItsParameters) {
 }
 
 TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
-    const std::set<std::string> elsewhere{"launch", "layout.select",
-                                          "scene.open"}; // listed by application, layout, scene
-    const std::set<std::string> toRead{"app.learned",    "app.list",          "accent.list",
-                                       "divider.list",   "dock.status",       "doctor",
-                                       "explain",        "history",           "layout.fit",
-                                       "layout.list",    "layout.show",       "login.status",
-                                       "menu",           "permission.status", "query.displays",
-                                       "query.focus",    "query.state",       "query.tiles",
-                                       "query.windowAt", "query.windows",     "rule.list",
-                                       "rule.test",      "scene.diff",        "scene.list",
-                                       "scene.show",     "shortcut.list",     "status",
-                                       "subscribe",      "theme.list",        "ui.status",
-                                       "updates.status", "windows",           ""};
+    const std::set<std::string> offeredAsLists{"launch", "layout.select",
+                                               "scene.open"}; // listed by application, layout, scene
+    const std::set<std::string> readOnly{"app.learned",    "app.list",          "accent.list",
+                                         "divider.list",   "dock.status",       "doctor",
+                                         "explain",        "history",           "layout.fit",
+                                         "layout.list",    "layout.show",       "login.status",
+                                         "menu",           "permission.status", "query.displays",
+                                         "query.focus",    "query.state",       "query.tiles",
+                                         "query.windowAt", "query.windows",     "rule.list",
+                                         "rule.test",      "scene.diff",        "scene.list",
+                                         "scene.show",     "shortcut.list",     "status",
+                                         "subscribe",      "theme.list",        "ui.status",
+                                         "updates.status", "windows",           ""};
     // forceQuitAll, export and import are menu entries; keys are recorded in the settings; ui.palette and ui.on have no
     // effect while the palette is open.
-    const std::set<std::string> otherwise{"forceQuitAll", "export", "import", "shortcut.record", "ui.palette", "ui.on"};
-    std::set<std::string> offered = elsewhere;
+    const std::set<std::string> notOffered{"forceQuitAll",    "export",     "import",
+                                           "shortcut.record", "ui.palette", "ui.on"};
+    std::set<std::string> offered = offeredAsLists;
     for (const LauncherEntry& entry : commandEntries("display")) offered.insert(entry.method);
     for (const cli::Verb& verb : cli::verbs()) {
         const std::string method(verb.method);
-        if (toRead.contains(method) || otherwise.contains(method)) continue;
+        if (readOnly.contains(method) || notOffered.contains(method)) continue;
         EXPECT_TRUE(offered.contains(method)) << verb.name;
     }
 }
@@ -332,7 +333,7 @@ TEST_F(Launching, GoldenPictures) {
     desk.opens("Letters", {.title = "A title that is far too long for the row that it has in the palette's list"})
         .settle();
     HostedWindow* window = openAt("launcher", "focus-main");
-    ASSERT_TRUE(window && lists(5));
+    ASSERT_TRUE(window && listsAtLeast(5));
     compareWithGoldens(*window, "launcher");
     QTest::keyClick(field, Qt::Key_Escape);
     ASSERT_TRUE(isClosed("launcher"));

@@ -1,4 +1,4 @@
-// The context menu of footers and the menu of the tray, in front of a whole agent on the simulated desktop.
+// The context menu of footers and the menu of the tray, connected to a complete agent on the simulated desktop.
 #include "tests/ui/WindowStage.h"
 
 #include "ui/AgentActions.h"
@@ -35,7 +35,7 @@ class Menus : public WindowStage {
         ADD_FAILURE() << application;
         return {};
     }
-    /// The menu that is open; null, and a failure, without one.
+    /// Waits for an open menu; null, and a failure, if none opens.
     QMenu* shown() {
         EXPECT_TRUE(until([] { return QApplication::activePopupWidget() != nullptr; }));
         return qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -47,7 +47,7 @@ class Menus : public WindowStage {
         ADD_FAILURE() << "no entry " << title.toStdString();
         return nullptr;
     }
-    /// Opens the context menu of a window's entry and chooses.
+    /// Opens the context menu of the application's entry in a footer and chooses the menu entry at `path`.
     void choose(std::size_t index, const char* application, const QStringList& path) {
         actions.showEntryMenu(tile(index).id, windowIn(index, application), {});
         QMenu* level = shown();
@@ -80,7 +80,7 @@ TEST_F(Menus, TheContextMenuOfAFooterActsOnItsWindow) {
     EXPECT_TRUE(until([&] { return tile(1).applications.size() == 1; }));
 
     choose(1, "Notes", {QStringLiteral("Rule for Notes"), QStringLiteral("Always in Secondary")});
-    ASSERT_TRUE(until([&] { return !opened.empty(); })) << "rules are off, so this one would do nothing";
+    ASSERT_TRUE(until([&] { return !opened.empty(); })) << "rules are off, so an alert offers to enable them";
     EXPECT_EQ(opened[0].first, "alert");
     EXPECT_EQ(opened[0].second["method"], "rules.on");
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
@@ -91,24 +91,24 @@ TEST_F(Menus, TheContextMenuOfAFooterActsOnItsWindow) {
 
     choose(1, "Notes", {QStringLiteral("Force Quit Notes…")});
     ASSERT_EQ(opened.size(), 2U);
-    EXPECT_TRUE(desk.desktop.isRunning("Notes")) << "asks first";
+    EXPECT_TRUE(desk.desktop.isRunning("Notes")) << "the alert asks for confirmation first";
     ask(opened[1].second["method"], opened[1].second["parameters"]);
     EXPECT_FALSE(desk.desktop.isRunning("Notes"));
     choose(0, "Terminal", {QStringLiteral("Quit Terminal")});
     ASSERT_TRUE(until([&] { return desk.state().lastActionMessage->value_or("") == "Quit requested for Terminal"; }));
-    desk.settle(); // it takes a moment to end
+    desk.settle(); // the application takes a moment to end
     EXPECT_FALSE(desk.desktop.isRunning("Terminal"));
 }
 
-TEST_F(Menus, TheTraysMenuIsAsTheAgentIsWhenItOpens) {
+TEST_F(Menus, TheTraysMenuShowsTheAgentsStateAtTheTimeOfOpening) {
     std::vector<std::string> chosen;
     Tray tray(
         link, [] {}, [&](const std::string& id) { chosen.push_back(id); });
     tray.setAgentConnected(true);
-    EXPECT_FALSE(tray.item()) << "no place for it";
+    EXPECT_FALSE(tray.item()) << "the panel cannot show the item yet";
     tray.setHasTrayWindow(true);
     ASSERT_TRUE(tray.item());
-    ASSERT_FALSE(tray.item()->contextMenu()) << "the toolkit would show it before it was asked for";
+    ASSERT_FALSE(tray.item()->contextMenu()) << "the toolkit would open the menu before its entries have arrived";
     for (const auto why : {QSystemTrayIcon::Context, QSystemTrayIcon::Trigger}) {
         for (const bool isPaused : {true, false}) {
             desk.controller().perform(action::Switch{action::Setting::isPaused, isPaused});
@@ -141,13 +141,13 @@ TEST_F(Menus, TitlesAndMessagesAreInTheUsersLanguage) {
         }
     };
     check(check, items);
-    EXPECT_EQ(english, std::set<std::string>()) << "neither names nor translated";
+    EXPECT_EQ(english, std::set<std::string>()) << "titles that are neither names nor translated";
 
     const std::pair<const char*, const char*> texts[]{
         {"Last window action undone", "Letzte Fensteraktion rückgängig gemacht"},
         {"Moved Mail to the left zone", "Mail in die linke Zone verschoben"},
         {"Moved Mail to Primary", "Mail nach Primary verschoben"},
-        {"Moved How to cook to Primary", "Moved How to cook to Primary"}, // which part is the name?
+        {"Moved How to cook to Primary", "Moved How to cook to Primary"}, // ambiguous: contains “to” twice
         {"Scene “50 %1” captured", "Szene „50 %1“ festgehalten"},
         {"Mail did not fit in the selected tile, so KOVA automatically claimed 2 additional tiles",
          "Mail passte nicht in die gewählte Kachel, daher hat KOVA 2 weitere Kacheln hinzugenommen"},

@@ -23,7 +23,7 @@ class Onboarding : public WindowStage {
     QStackedWidget* pages = nullptr;
 };
 
-TEST_F(Onboarding, FollowsThePermissionByItself) {
+TEST_F(Onboarding, ShowsAtOnceThatThePermissionWasGranted) {
     permission.isAskable = true;
     desk.desktop.setTrusted(false);
     desk.settle();
@@ -37,14 +37,14 @@ TEST_F(Onboarding, FollowsThePermissionByItself) {
     desk.settle();
     EXPECT_TRUE(until([&] { return text("permissionState") == "KOVA has the permission."; }));
     EXPECT_FALSE(control<QPushButton>(window, "askForPermission")->isEnabled());
-    EXPECT_EQ(pages->currentIndex(), 1) << "the user goes to the next page";
+    EXPECT_EQ(pages->currentIndex(), 1) << "only the user changes the page";
 }
 
 TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
     openWindow();
     ASSERT_TRUE(until([&] { return text("permissionState") == "KOVA has the permission."; }));
     click("next");
-    EXPECT_EQ(pages->currentIndex(), 2) << "no page about a permission that is there";
+    EXPECT_EQ(pages->currentIndex(), 2) << "the page about a granted permission is skipped";
     auto* login = control<QCheckBox>(window, "login");
     auto* dock = control<QCheckBox>(window, "dock");
     ASSERT_TRUE(until([&] { return login->isVisible() && dock->isVisible(); }));
@@ -53,9 +53,9 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
               "briefly restarts the Dock.");
     QTest::mouseClick(dock, Qt::LeftButton, {}, {5, 5});
     EXPECT_TRUE(until([&] { return ask("dock.status")["result"]["isOn"] == true; }));
-    EXPECT_EQ(ask("login.status")["result"]["isOn"], false) << "a setting that is not changed stays";
+    EXPECT_EQ(ask("login.status")["result"]["isOn"], false) << "only the clicked setting changes";
     ask("login.on");
-    EXPECT_TRUE(until([&] { return login->isChecked(); })) << "changed elsewhere";
+    EXPECT_TRUE(until([&] { return login->isChecked(); })) << "changed by a command";
 
     const std::string before = desk.tiles();
     click("next");
@@ -72,7 +72,7 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
     EXPECT_EQ(pages->currentIndex(), 2);
     click("next");
     click("next");
-    EXPECT_TRUE(until([&] { return !host.window("onboarding"); })) << "Done closes it";
+    EXPECT_TRUE(until([&] { return !host.window("onboarding"); })) << "Done closes the window";
 }
 
 class GoldenOnboarding : public Onboarding {};

@@ -71,7 +71,7 @@ TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
     const auto dragTo = [&](QPoint onScreen) {
         QTest::mousePress(&footer, Qt::LeftButton, {}, start);
         QTest::mouseMove(&footer, start + QPoint(3, 0));
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << "a hand that trembles drags nothing";
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << "a movement of a few pixels starts no drag";
         QTest::mouseMove(&footer, onScreen - footer.position());
     };
     dragTo(QPoint(600, 300)); // over the tile "secondary"
@@ -85,11 +85,11 @@ TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
     EXPECT_EQ(stage.actions.noted, (Strings{"place 1 d1::secondary", "place 1 d1::utility"}));
 }
 
-TEST(Overlay, ADraggedEntryKeepsTheOutlinesBetweenTilesAndLosesThemWithItsFooter) {
+TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
     struct Case {
         const char* what;
-        std::function<void(Stage&)> happens;
-        bool isOver = true;
+        std::function<void(Stage&)> act;
+        bool endsDrag = true;
     };
     const auto change = [](auto&& edit) {
         return [edit](Stage& stage) {
@@ -105,7 +105,7 @@ TEST(Overlay, ADraggedEntryKeepsTheOutlinesBetweenTilesAndLosesThemWithItsFooter
         {"suspension", change([](auto& state) { state["isSuspended"] = true; })},
         {"the agent ends", [](Stage& stage) { stage.overlay.show(std::nullopt); }},
         {"a compositor starts", [](Stage& stage) { stage.overlay.compositingChanged(); }},
-        {"the other button",
+        {"the secondary button is pressed",
          [](Stage& stage) { QTest::mousePress(&stage.footer("primary"), Qt::RightButton, {}, QPoint(200, 10)); }}};
     for (const Case& each : cases) {
         Stage stage;
@@ -116,19 +116,19 @@ TEST(Overlay, ADraggedEntryKeepsTheOutlinesBetweenTilesAndLosesThemWithItsFooter
         QTest::mouseMove(&footer, QPoint(496, 300) - footer.position());
         EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1) << each.what << ": between two tiles";
         const nlohmann::json before = stage.state;
-        each.happens(stage);
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.isOver ? 0 : 1) << each.what;
+        each.act(stage);
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1) << each.what;
         stage.state = before;
         stage.show();
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.isOver ? 0 : 1) << each.what << ", undone";
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1) << each.what << ", undone";
         QTest::mouseMove(&stage.footer("primary"), target);
         QTest::mouseRelease(&stage.footer("primary"), Qt::LeftButton, {}, target);
         EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << each.what;
-        EXPECT_EQ(stage.actions.noted, each.isOver ? Strings() : Strings{"place 1 d1::secondary"}) << each.what;
+        EXPECT_EQ(stage.actions.noted, each.endsDrag ? Strings() : Strings{"place 1 d1::secondary"}) << each.what;
     }
 }
 
-TEST(Overlay, MessageAndEmptyTileTakeClicksOnTheirButtonsOnly) {
+TEST(Overlay, MessageAndEmptyTileReceiveClicksOnlyOnTheirButtons) {
     Stage stage;
     for (const Layer layer : {Layer::message, Layer::emptyTile}) {
         OverlayWindow* window = stage.windowOf(layer);
@@ -156,7 +156,7 @@ TEST(Overlay, OnlyChangedPartsAreDrawn) {
     EXPECT_EQ(stage.platform.drawings(), before + 1) << "a footer that only moves keeps its picture";
 }
 
-TEST(Overlay, AWindowOfATileThatIsGoneIsUsedForTheNext) {
+TEST(Overlay, TheWindowOfARemovedTileIsReused) {
     Stage stage;
     const auto windows = stage.platform.shown().size();
     const QImage before = stage.platform.screen(QSize(800, 500));
@@ -169,8 +169,8 @@ TEST(Overlay, AWindowOfATileThatIsGoneIsUsedForTheNext) {
     EXPECT_EQ(stage.platform.windowsOf(Layer::footer), 3);
     stage.state["tiles"] = tiles;
     stage.show();
-    EXPECT_EQ(stage.platform.shown().size(), windows) << "none is made anew";
-    EXPECT_EQ(stage.platform.screen(QSize(800, 500)), before) << "nothing of the former tile is left";
+    EXPECT_EQ(stage.platform.shown().size(), windows) << "no window is created";
+    EXPECT_EQ(stage.platform.screen(QSize(800, 500)), before) << "a reused window shows nothing of its former tile";
 }
 
 TEST(Overlay, ShowsOnlyTheContentsThatTheAgentPublishes) {
@@ -184,7 +184,7 @@ TEST(Overlay, ShowsOnlyTheContentsThatTheAgentPublishes) {
     EXPECT_EQ(stage.platform.windowsOf(Layer::message), 0);
     EXPECT_EQ(stage.platform.windowsOf(Layer::backdrop), 1);
     stage.overlay.show(std::nullopt);
-    EXPECT_TRUE(stage.platform.shown().empty()) << "without an agent there is nothing";
+    EXPECT_TRUE(stage.platform.shown().empty()) << "nothing is shown without an agent";
 }
 
 TEST(Overlay, HighlightVanishesWithSuspensionAndTheEndOfTheDrag) {
@@ -202,7 +202,7 @@ TEST(Overlay, HighlightVanishesWithSuspensionAndTheEndOfTheDrag) {
     EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
 }
 
-TEST(Overlay, MessageHighlightAndDividerAppearGraduallyWhereThatIsWantedAndCanBeSeen) {
+TEST(Overlay, MessageHighlightAndDividerFadeInWithAnimationsAndACompositor) {
     auto state = sampleState({.isDragging = true});
     state["dividers"] = {{{"id", "v"},
                           {"display", "d1"},
@@ -229,7 +229,7 @@ TEST(Overlay, MessageHighlightAndDividerAppearGraduallyWhereThatIsWantedAndCanBe
     }
 }
 
-TEST(Footer, NoticeIsReadWholeInNarrowFooters) {
+TEST(Footer, LongNoticeIsSplitIntoPartsInNarrowFooters) {
     auto contents = contentsOf(sampleState());
     TileContents& tile = contents.tiles.front();
     const QString text =
@@ -292,7 +292,7 @@ TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
     }
 }
 
-TEST(Footer, TheFrontWindowIsShownBeforeALaunchAndWaitingOnes) {
+TEST(Footer, TheFrontWindowTakesPrecedenceOverALaunchAndStackedWindows) {
     TileContents tile = contentsOf(sampleState({.windows = 12})).tiles.front();
     for (const double scale : {1.0, 2.0}) {
         const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
@@ -323,10 +323,11 @@ TEST(Footer, TheNameOfAnIconIsShownUnderThePointer) {
         for (const auto& shown : layout.entries) EXPECT_FALSE(name->area.intersects(shown.area)) << width;
         return name->name;
     };
-    EXPECT_EQ(nameAt(470, 0), QString()) << "shown whole in its entry";
+    EXPECT_EQ(nameAt(470, 0), QString()) << "the entry shows the whole name";
     EXPECT_EQ(nameAt(470, 4), QStringLiteral("Запись"));
-    EXPECT_EQ(nameAt(300, 1), QStringLiteral("Terminal")) << "where the tile's name is, for want of another place";
-    EXPECT_EQ(nameAt(300, 7), QString()) << "not shown at all";
+    EXPECT_EQ(nameAt(300, 1), QStringLiteral("Terminal"))
+        << "in place of the tile's name, since no other space is free";
+    EXPECT_EQ(nameAt(300, 7), QString()) << "the entry is not shown";
 }
 
 TEST(Footer, WindowsOfOneApplicationAreDistinguishedByTheirTitles) {

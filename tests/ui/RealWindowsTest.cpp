@@ -1,5 +1,4 @@
-// What holds of the overlay's windows on a real X server, under several window
-// managers and without one.
+// The overlay's windows on a real X server, under several window managers and without one.
 #include "tests/desktop/PrivateServer.h"
 #include "tests/desktop/TestClient.h"
 #include "tests/ui/FakeAgent.h"
@@ -33,8 +32,8 @@ struct Session {
     std::string name;
     std::vector<std::string> manager;    // empty: none
     std::vector<std::string> compositor; // empty: none
-    bool needsBus = false;               // a session bus, on which nothing is started by its name
-    bool drawsUnmanagedOnTop = false;    // whatever the order of the windows is
+    bool needsBus = false;               // a session bus, which starts no services
+    bool drawsUnmanagedOnTop = false;    // whatever the stacking order is
 };
 void PrintTo(const Session& session, std::ostream* out) {
     *out << session.name;
@@ -112,7 +111,7 @@ class Desktop {
         std::free(reply);
         return title;
     }
-    /// Mapped windows of the overlay whose title begins so, bottom first.
+    /// The mapped windows of the overlay whose title begins with `title`, bottom first.
     Windows overlay(const std::string& title = "KOVA ") const {
         Windows found;
         for (const xcb_window_t window : children(client.root())) {
@@ -120,8 +119,7 @@ class Desktop {
         }
         return found;
     }
-    /// Where a window, or the frame around it, stands among the root's children;
-    /// from 0 at the bottom.
+    /// The position of a window, or of the frame around it, among the root window's children; 0 is the bottom.
     std::size_t height(xcb_window_t window) const {
         for (;;) {
             auto* tree =
@@ -134,7 +132,7 @@ class Desktop {
         const Windows all = children(client.root());
         return static_cast<std::size_t>(std::ranges::find(all, window) - all.begin());
     }
-    /// Whether a window's shape has that point of the screen.
+    /// Whether a window's shape contains that point of the screen.
     bool hasPoint(xcb_window_t window, CGPoint point) const {
         auto* reply = xcb_shape_get_rectangles_reply(
             client.connection(), xcb_shape_get_rectangles(client.connection(), window, XCB_SHAPE_SK_BOUNDING), nullptr);
@@ -149,7 +147,7 @@ class Desktop {
         std::free(reply);
         return has;
     }
-    /// Whether nothing of the overlay is drawn over these windows, which are inside of the screen.
+    /// Whether no part of the overlay is drawn over these windows, which must be within the screen.
     bool showsWhole(const Windows& applications) const {
         if (!session_.drawsUnmanagedOnTop) return true;
         return std::ranges::all_of(applications, [&](xcb_window_t window) {
@@ -165,7 +163,7 @@ class Desktop {
             return std::ranges::all_of(upper, [&](xcb_window_t high) { return height(low) < height(high); });
         });
     }
-    /// The child of the root that a click at that point goes to.
+    /// The child of the root window that receives a click at that point.
     xcb_window_t clickedAt(int x, int y) const {
         auto* reply = xcb_translate_coordinates_reply(
             client.connection(),
@@ -181,7 +179,7 @@ class Desktop {
         xcb_configure_window(client.connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
         xcb_flush(client.connection());
     }
-    /// Below applications, that is: all but the message.
+    /// The overlay's windows below applications: all except the message.
     Windows underlay() const {
         Windows windows = overlay();
         std::erase_if(windows, [&](xcb_window_t window) { return titleOf(window) == "KOVA message"; });
@@ -223,11 +221,11 @@ class RealWindows : public ::testing::TestWithParam<Session> {
     }
 };
 
-class RealManagers : public RealWindows {}; // without the session that has none
+class RealManagers : public RealWindows {}; // only the sessions with a window manager
 
 } // namespace
 
-TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfListsAndOutOfTheWay) {
+TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus) {
     Desktop desktop(GetParam());
     const TestClient& seen = desktop.client;
     const Windows wallpaper{
@@ -237,39 +235,39 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfListsAndOutOfTheWay) {
     for (const xcb_window_t window : applications) {
         ASSERT_TRUE(desktop.until([&] { return seen.isViewable(window); }));
     }
-    const auto stands = [&] {
+    const auto isInOrder = [&] {
         return desktop.underlay().size() == 6 && desktop.isBelow(wallpaper, desktop.underlay()) &&
                desktop.isBelow(desktop.underlay(), applications) && desktop.showsWhole(applications);
     };
-    ASSERT_TRUE(desktop.until(stands)) << desktop.underlay().size()
-                                       << " windows: a backdrop, four footers, an empty tile";
+    ASSERT_TRUE(desktop.until(isInOrder))
+        << desktop.underlay().size() << " windows: a backdrop, four footers, an empty tile";
     EXPECT_EQ(desktop.overlay("KOVA message").size(), 1u);
 
-    // An application is put below all others.
+    // An application is lowered below all other windows.
     desktop.lower(applications[1]);
     desktop.lower(wallpaper[0]);
     ASSERT_TRUE(desktop.until([&] { return desktop.height(applications[1]) < desktop.height(applications[0]); }));
-    EXPECT_TRUE(desktop.until(stands));
+    EXPECT_TRUE(desktop.until(isInOrder));
     const xcb_window_t late = desktop.client.open({.title = "late", .frame = makeRect(500, 200, 200, 200)});
     ASSERT_TRUE(desktop.until([&] { return seen.isViewable(late); }));
     EXPECT_TRUE(desktop.until(
-        [&] { return stands() && desktop.isBelow(desktop.underlay(), {late}) && desktop.showsWhole({late}); }));
+        [&] { return isInOrder() && desktop.isBelow(desktop.underlay(), {late}) && desktop.showsWhole({late}); }));
 
-    // Lists and focus.
-    const Windows mine = desktop.overlay();
+    // Window lists and focus.
+    const Windows overlayWindows = desktop.overlay();
     if (desktop.hasManager()) {
         EXPECT_TRUE(desktop.until(
             [&] { return std::ranges::count(seen.numbers(seen.root(), "_NET_CLIENT_LIST_STACKING"), late) == 1; }));
     }
     for (const char* list : {"_NET_CLIENT_LIST", "_NET_CLIENT_LIST_STACKING"}) {
         const auto listed = seen.numbers(seen.root(), list);
-        for (const xcb_window_t window : mine) EXPECT_EQ(std::ranges::count(listed, window), 0) << list;
+        for (const xcb_window_t window : overlayWindows) EXPECT_EQ(std::ranges::count(listed, window), 0) << list;
     }
     const xcb_window_t focus = seen.focus();
     desktop.server.start({"/usr/bin/xdotool", "mousemove", "30", "303", "mousemove", "90", "476", "click", "1"}).wait();
     desktop.server.start({"/usr/bin/xdotool", "mousemove", "725", "229", "click", "1"}).wait();
     EXPECT_TRUE(desktop.until([&] { return !desktop.agent.calls().empty(); })) << "an entry of a footer was clicked";
-    EXPECT_EQ(std::ranges::count(mine, seen.focus()), 0) << "the focus was with " << focus;
+    EXPECT_EQ(std::ranges::count(overlayWindows, seen.focus()), 0) << "the focus was with " << focus;
 
     // Clicks: on the button of the empty tile, beside it, on the backdrop, on a footer.
     const Windows emptyTile = desktop.overlay("KOVA empty tile"), footers = desktop.overlay("KOVA footer");
@@ -280,47 +278,47 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfListsAndOutOfTheWay) {
     EXPECT_TRUE(desktop.until([&] { return std::ranges::count(footers, desktop.clickedAt(300, 475)) == 1; }));
     EXPECT_TRUE(desktop.until([&] { return desktop.clickedAt(250, 412) == emptyTile[0]; }));
     for (const auto& [x, y] : {std::pair(30, 340), std::pair(300, 100), std::pair(3, 3), std::pair(496, 200)}) {
-        EXPECT_EQ(std::ranges::count(mine, desktop.clickedAt(x, y)), 0) << x << ", " << y;
+        EXPECT_EQ(std::ranges::count(overlayWindows, desktop.clickedAt(x, y)), 0) << x << ", " << y;
     }
 
-    desktop.agent.hangUp();
-    desktop.agent.setState(nullptr); // what follows is not understood
+    desktop.agent.disconnect();
+    desktop.agent.setState(nullptr); // which kova-ui cannot decode
     EXPECT_TRUE(desktop.until([&] { return desktop.overlay().empty(); })) << "without an agent nothing is shown";
 }
 
-TEST_P(RealManagers, OverlayKeepsItsPlaceWhenTheWindowManagerStartsAnew) {
+TEST_P(RealManagers, OverlayKeepsItsOrderWhenTheWindowManagerRestarts) {
     Desktop desktop(GetParam());
     const Windows applications{desktop.client.open({.title = "editor", .frame = makeRect(20, 150, 300, 200)}),
                                desktop.client.open({.title = "mail", .frame = makeRect(100, 180, 300, 250)})};
-    const auto stands = [&] {
+    const auto isInOrder = [&] {
         return desktop.underlay().size() == 6 &&
                std::ranges::all_of(applications,
                                    [&](xcb_window_t window) { return desktop.client.isViewable(window); }) &&
                desktop.isBelow(desktop.underlay(), applications);
     };
-    ASSERT_TRUE(desktop.until([&] { return stands() && desktop.showsWhole(applications); }));
+    ASSERT_TRUE(desktop.until([&] { return isInOrder() && desktop.showsWhole(applications); }));
     desktop.endManager();
-    EXPECT_TRUE(desktop.until(stands));
+    EXPECT_TRUE(desktop.until(isInOrder));
     desktop.startManager();
-    EXPECT_TRUE(desktop.until([&] { return stands() && desktop.showsWhole(applications); }));
+    EXPECT_TRUE(desktop.until([&] { return isInOrder() && desktop.showsWhole(applications); }));
 
     // The screen is locked and unlocked: overlay windows stay where they are.
     for (const bool isSuspended : {true, false}) {
         desktop.agent.change("isSuspended", isSuspended);
         const xcb_window_t late = desktop.client.open({.title = "late", .frame = makeRect(500, 200, 200, 200)});
-        EXPECT_TRUE(desktop.until([&] { return stands() && desktop.client.isViewable(late); }));
+        EXPECT_TRUE(desktop.until([&] { return isInOrder() && desktop.client.isViewable(late); }));
         desktop.client.destroy(late);
     }
-    // The display is unplugged and comes back.
+    // The display is disconnected and connected again.
     const auto displays = sampleState()["displays"], tiles = sampleState()["tiles"];
     for (const char* section : {"tiles", "displays"}) desktop.agent.change(section, nlohmann::json::array());
     EXPECT_TRUE(desktop.until([&] { return desktop.overlay().empty(); }));
     desktop.agent.change("displays", displays);
     desktop.agent.change("tiles", tiles);
-    EXPECT_TRUE(desktop.until(stands));
+    EXPECT_TRUE(desktop.until(isInOrder));
 }
 
-TEST_P(RealWindows, HighlightIsAboveAndTransparentToClicks) {
+TEST_P(RealWindows, HighlightIsAboveApplicationsAndTransparentToClicks) {
     Desktop desktop(GetParam());
     const xcb_window_t editor = desktop.client.open({.title = "editor", .frame = makeRect(20, 60, 300, 200)});
     ASSERT_TRUE(desktop.until([&] { return desktop.client.isViewable(editor) && desktop.underlay().size() == 6; }));
@@ -337,7 +335,7 @@ TEST(RealDisplays, OverlayIsWhereTheFirstDisplayIs) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is missing";
     Desktop desktop(kSessions.front(), "1600x500");
     const auto run = [&](std::vector<std::string> command) { ASSERT_EQ(desktop.server.start(command).wait(), 0); };
-    const auto stands = [&](double left) {
+    const auto isInOrder = [&](double left) {
         const Windows overlay = desktop.overlay();
         const bool isThere = std::ranges::all_of(overlay, [&](xcb_window_t window) {
             const CGRect area = desktop.client.area(window);
@@ -345,12 +343,12 @@ TEST(RealDisplays, OverlayIsWhereTheFirstDisplayIs) {
         });
         return overlay.size() == 7 && isThere;
     };
-    EXPECT_TRUE(desktop.until([&] { return stands(0); })) << "one display";
+    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "one display";
     run({"xrandr", "--setmonitor", "left", "800/200x500/125+0+0", "screen"});
     run({"xrandr", "--setmonitor", "*right", "800/200x500/125+800+0", "none"});
-    EXPECT_TRUE(desktop.until([&] { return stands(800); })) << "the primary one is on the right";
+    EXPECT_TRUE(desktop.until([&] { return isInOrder(800); })) << "the primary display is on the right";
     run({"xrandr", "--delmonitor", "right"});
-    EXPECT_TRUE(desktop.until([&] { return stands(0); })) << "the left one alone";
+    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "only the left display";
 }
 
 const auto nameOf = [](const auto& session) {

@@ -24,7 +24,7 @@ class RulesInSettings : public WindowStage {
     }
     void add(json parameters) { ask("rule.add", parameters); }
     json rules() { return ask("rule.list")["result"]["rules"]; }
-    /// Names in the list that is shown, each with a star when it is enabled.
+    /// The names of the listed rules; a star marks an enabled rule.
     std::string shown() const {
         std::string names;
         for (int row = 0; row < table->topLevelItemCount(); ++row) {
@@ -41,7 +41,7 @@ class RulesInSettings : public WindowStage {
     }
     void select(int row) { table->setCurrentItem(table->topLevelItem(row)); }
     void click(const char* button) { QTest::mouseClick(control<QPushButton>(window, button), Qt::LeftButton); }
-    /// Drops the row at that height of another one, from 0 to 1.
+    /// Drops a row onto another row, at `height` within that row, from 0 (top) to 1.
     void drop(int row, int onto, double height) {
         select(row);
         const QRect place = table->visualItemRect(table->topLevelItem(onto));
@@ -62,7 +62,7 @@ class RulesInSettings : public WindowStage {
 
 constexpr const char* kThree = "Mail floats*, Notes → Primary*, Terminal ignored*";
 
-TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowChangesElsewhere) {
+TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowCommands) {
     addThree();
     openPane();
     ASSERT_TRUE(untilShown(kThree));
@@ -70,7 +70,7 @@ TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowChangesElsewhere)
     ASSERT_TRUE(untilShown("Terminal ignored*, Mail floats*, Notes → Primary*"));
     drop(0, 1, 0.8);
     ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → Primary*"));
-    drop(1, 1, 0.8); // where it is already
+    drop(1, 1, 0.8); // no change: the row is already there
     QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier);
     ASSERT_TRUE(untilShown(kThree));
     EXPECT_EQ(table->currentItem()->text(0), "Terminal ignored") << "the moved rule stays selected";
@@ -82,7 +82,7 @@ TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowChangesElsewhere)
     EXPECT_EQ(rules()[1]["isEnabled"], false);
     QTest::keyClick(table, Qt::Key_Delete);
     ASSERT_TRUE(untilShown("Mail floats*, Notes → Primary*"));
-    EXPECT_EQ(table->currentItem()->text(0), "Notes → Primary") << "the neighbor of what was deleted";
+    EXPECT_EQ(table->currentItem()->text(0), "Notes → Primary") << "the neighbor of the deleted rule is selected";
 
     ask("rule.disable", {{"rule", "1"}});
     ask("rules.on");
@@ -98,14 +98,14 @@ TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowChangesElsewhere)
     ASSERT_TRUE(untilShown("Notes → Primary*"));
     add({{"application", "terminal"}, {"disposition", "ignore"}});
     ask("rule.move", {{"rule", "2"}, {"to", 1}});
-    EXPECT_TRUE(untilShown("Terminal ignored*, Notes → Primary*")) << "by a command";
+    EXPECT_TRUE(untilShown("Terminal ignored*, Notes → Primary*")) << "moved by a command";
     ask("rule.change", {{"rule", "1"}, {"disposition", "tile"}, {"slot", "secondary-1"}});
-    EXPECT_TRUE(until([&] { return table->topLevelItem(0)->text(2) == "Tile Secondary 1"; })) << "by a command";
+    EXPECT_TRUE(until([&] { return table->topLevelItem(0)->text(2) == "Tile Secondary 1"; })) << "changed by a command";
     ask("rule.delete", {{"rule", "1"}});
-    EXPECT_TRUE(untilShown("Notes → Primary*")) << "by a command";
+    EXPECT_TRUE(untilShown("Notes → Primary*")) << "deleted by a command";
 }
 
-TEST_F(RulesInSettings, AreAddedForTheLastFocusedAndForOpenWindows) {
+TEST_F(RulesInSettings, AreAddedForTheLastFocusedWindowAndForOtherOpenWindows) {
     openPane();
     auto* disposition = control<QComboBox>(window, "newDisposition");
     ASSERT_TRUE(until([&] { return disposition->count() > 3; })) << "the slots of the layouts";
@@ -122,7 +122,7 @@ TEST_F(RulesInSettings, AreAddedForTheLastFocusedAndForOpenWindows) {
     ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*, Mail → Primary*"));
     EXPECT_EQ(table->currentItem()->text(0), "Mail → Primary");
 
-    // The next click picks, wherever it is.
+    // The next click picks the window under the pointer.
     desk.arrange();
     const json tile = ask("query.tiles")["result"]["tiles"][0];
     const std::string there = tile["application"];
@@ -134,10 +134,10 @@ TEST_F(RulesInSettings, AreAddedForTheLastFocusedAndForOpenWindows) {
     EXPECT_EQ(rules()[3]["name"], there + " → focus-main");
     openWindows->actions().front()->trigger();
     QTest::keyClick(window, Qt::Key_Escape);
-    EXPECT_TRUE(window->isVisible()) << "Escape ended the picking only";
+    EXPECT_TRUE(window->isVisible()) << "Escape only cancels the picking";
 }
 
-TEST_F(RulesInSettings, TheSelectedRuleShowsItsWindowsAndTakesChanges) {
+TEST_F(RulesInSettings, TheSelectedRuleShowsItsWindowsAndCanBeChanged) {
     addThree();
     add({{"application", "mail"}, {"disposition", "ignore"}});
     openPane();

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <memory>
 
-/// Leaks inside Qt and its libraries are suppressed.
+/// Suppresses reports of leaks inside Qt and its libraries.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libfontconfig\nleak:libQt6\nleak:libglib\nleak:libdbus\n";

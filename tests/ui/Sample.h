@@ -1,4 +1,4 @@
-// Contents of an overlay for tests, as the agent would send them, and a platform that draws windows as pictures.
+// Sample contents of an overlay, as the agent would send them, and a platform that draws windows into pictures.
 #pragma once
 
 #include "ui/overlay/Overlay.h"
@@ -22,17 +22,17 @@ struct Sample {
     bool useThemeBackground = true;
     bool isDragging = false;
     bool hasMessage = true;
-    bool hasNotice = false;     // in two footers, one of them too narrow for one line
-    bool isRightToLeft = false; // names and the message are Arabic and Hebrew, and some too long
+    bool hasNotice = false;     // in two footers, of which one is too narrow for the whole notice
+    bool isRightToLeft = false; // names and the message are Arabic and Hebrew; some do not fit
     bool hasBrain = false;
     bool isBusy = false; // applications are being launched into two tiles, the pointer is on a divider
 };
-/// A display of 800 by 500 points with four tiles, "utility" empty; `windows` are shared among the other three.
+/// A display of 800 by 500 points with four tiles. Tile "utility" is empty; the windows are in the other three.
 nlohmann::json sampleState(const Sample& sample = {});
 OverlayContents contentsOf(const nlohmann::json& state);
 DesktopStyle tasteOf(Look look);
 
-/// Keeps each window's picture, and counts how often it was drawn.
+/// Stores each window's picture, and counts how often the window was drawn.
 class PicturePlatform final : public OverlayPlatform {
   public:
     struct Shown {
@@ -53,7 +53,7 @@ class PicturePlatform final : public OverlayPlatform {
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void exposed(OverlayWindow&) override {}
 
-    /// Concealed ones, too.
+    /// All windows, including concealed ones.
     const std::map<OverlayWindow*, Shown>& shown() const { return shown_; }
     int drawings() const;
     int windowsOf(Layer layer) const;

@@ -59,7 +59,7 @@ class ScenesInSettings : public WindowStage {
     QTreeWidget* list = nullptr;
 };
 
-TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
+TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndRestored) {
     openPane();
     auto* name = control<QLineEdit>(window, "sceneName");
     EXPECT_EQ(name->placeholderText(), "Scene name (optional)");
@@ -68,7 +68,7 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
     ASSERT_TRUE(untilShown("Work"));
     EXPECT_EQ(name->text(), "");
     ask("scene.capture", {{"name", "Play"}});
-    ASSERT_TRUE(untilShown("Work, Play")) << "captured elsewhere";
+    ASSERT_TRUE(untilShown("Work, Play")) << "captured by a command";
 
     select(0);
     list->setFocus();
@@ -82,7 +82,7 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
     EXPECT_TRUE(until([&] { return ask("scene.list")["result"]["scenes"][0]["name"] == "Desk"; }));
     list->topLevelItem(0)->setText(1, "  ");
     EXPECT_TRUE(until([&] { return text("listError") == "A scene needs a name"; }));
-    EXPECT_TRUE(untilShown("Desk, Play")) << "the name is put back";
+    EXPECT_TRUE(untilShown("Desk, Play")) << "the former name is shown again";
 
     QTest::keyClick(list, Qt::Key_Delete);
     ASSERT_TRUE(untilShown("Play"));
@@ -98,14 +98,14 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
     click("deleteScene");
     ASSERT_TRUE(untilShown("Play"));
     ask("scene.rename", {{"scene", "Play"}, {"newName", "Games"}});
-    EXPECT_TRUE(untilShown("Games")) << "by a command";
+    EXPECT_TRUE(untilShown("Games")) << "renamed by a command";
     ask("scene.undelete");
-    EXPECT_TRUE(until([&] { return list->topLevelItemCount() == 2; })) << "by a command";
+    EXPECT_TRUE(until([&] { return list->topLevelItemCount() == 2; })) << "restored by a command";
     for (const char* scene : {"Games", "Desk"}) ask("scene.delete", {{"scene", scene}});
-    EXPECT_TRUE(untilShown("")) << "by a command";
+    EXPECT_TRUE(untilShown("")) << "deleted by a command";
 }
 
-TEST_F(ScenesInSettings, ShowTheChangesOfOpeningAndOpen) {
+TEST_F(ScenesInSettings, ListWhatOpeningWouldChangeAndAreOpened) {
     ask("scene.capture", {{"name", "Work"}});
     const std::string before = desk.tiles();
     openPane();
@@ -126,7 +126,7 @@ TEST_F(ScenesInSettings, ShowTheChangesOfOpeningAndOpen) {
     EXPECT_TRUE(until([&] { return text("listError") == "Accessibility permission is required"; }));
 }
 
-TEST_F(ScenesInSettings, TravelAsAFileThatIsSummedUpFirst) {
+TEST_F(ScenesInSettings, AreExportedAndAreImportedAfterASummary) {
     ask("scene.capture", {{"name", "Work"}});
     ask("rule.add", {{"application", "mail"}, {"disposition", "float"}});
     openPane();

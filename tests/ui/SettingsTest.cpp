@@ -1,4 +1,4 @@
-// The settings window with a whole agent: choices take effect, and changes made elsewhere are shown.
+// The settings window with a complete agent: choices take effect, and changes by commands are shown.
 #include "support/Version.h"
 #include "tests/ui/WindowStage.h"
 #include "ui/settings/SettingsWindow.h"
@@ -40,11 +40,11 @@ class Settings : public WindowStage {
     }
     json section(const std::string& name) { return host.session()->state().value(name, json()); }
     json settings() { return ask("query.state")["result"]["state"]["settings"]; }
-    /// Whether the check box shows that state, after it is waited for.
+    /// Waits until the check box shows that state; false if it does not.
     bool shows(HostedWindow* window, const char* box, bool isOn) {
         return until([&] { return control<QCheckBox>(window, box)->isChecked() == isOn; });
     }
-    /// The refusal that is shown below some control of the pane; empty when there is none.
+    /// The error that is shown below a control of the pane; empty if there is none.
     static std::string refusalIn(const QWidget* window) {
         for (const auto* error : window->findChildren<FieldError*>()) {
             if (error->isVisible()) return error->text().toStdString();
@@ -59,8 +59,8 @@ TEST_F(Settings, EachSwitchOfTheGeneralPaneIsASettingOfTheAgent) {
     HostedWindow* window = openAt("general");
     struct Switch {
         const char* box;
-        const char* elsewhere; // the method by which a command changes it
-        json off;
+        const char* method; // by which a command switches the setting off
+        json parameters;
         std::function<bool()> isOn;
     };
     const auto systemSetting = [&](const char* method) {
@@ -76,7 +76,7 @@ TEST_F(Settings, EachSwitchOfTheGeneralPaneIsASettingOfTheAgent) {
     };
     for (const Switch& each : switches) {
         SCOPED_TRACE(each.box);
-        ask(each.elsewhere, each.off);
+        ask(each.method, each.parameters);
         EXPECT_TRUE(shows(window, each.box, false)) << "switched by a command";
         auto* box = control<QCheckBox>(window, each.box);
         box->setFocus();
@@ -128,7 +128,7 @@ TEST_F(Settings, PanesAreChosenByKeyboardAndTheLastOneIsShownAgain) {
     EXPECT_EQ(control<QListWidget>(open("settings"), "panes")->currentItem()->text(), last);
 }
 
-/// The agent says which windows are open; the window says when the user has closed it.
+/// The agent's state contains the windows that shall be open; the window reports that the user has closed it.
 TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
     const auto follow = [&] {
         return until([&] {
@@ -142,7 +142,7 @@ TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
     host.window("settings")->close();
     EXPECT_TRUE(until([&] { return !closedByUser.empty(); }));
     host.follow(link.contents()->windows);
-    EXPECT_EQ(host.window("settings"), nullptr) << "the window stays closed until the next request";
+    EXPECT_EQ(host.window("settings"), nullptr) << "the window stays closed until a new request";
     ask("ui.show", {{"what", "settings"}});
     EXPECT_TRUE(until([&] {
         host.follow(link.contents()->windows);
@@ -214,11 +214,11 @@ class ShortcutSettings : public Settings {
     }
 };
 
-TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndShown) {
+TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
     record("Focus Left");
-    desk.desktop.keyboard().press(37, modifierFlag::control | modifierFlag::option); // that of Focus Right
+    desk.desktop.keyboard().press(37, modifierFlag::control | modifierFlag::option); // the keys of Focus Right
     EXPECT_TRUE(until([&] { return refusalIn(window).find("Focus Right") != std::string::npos; })) << refusalIn(window);
-    EXPECT_TRUE(isRecording()) << "another combination can be typed";
+    EXPECT_TRUE(isRecording()) << "other keys can still be typed";
     desk.desktop.keyboard().press(5, modifierFlag::control | modifierFlag::option);
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
     EXPECT_EQ(keysOf("focusLeft"), "Ctrl+Alt+G");
@@ -234,18 +234,18 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndSho
     EXPECT_TRUE(until([&] {
         desk.advance(Seconds(0.3));
         return !isRecording();
-    })) << "the keyboard is given back";
+    })) << "the keyboard is released";
     QTest::mouseClick(control<QPushButton>(window, "clearShortcut"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") == "none" && row("Focus Left")->text(1).isEmpty(); }));
     QTest::mouseClick(control<QPushButton>(window, "restoreShortcuts"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") != "none" && !row("Focus Left")->text(1).isEmpty(); }));
     ask("shortcut.clear", {{"action", "focusLeft"}});
-    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1).isEmpty(); })) << "by a command";
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1).isEmpty(); })) << "cleared by a command";
     ask("shortcut.restoreDefaults");
-    EXPECT_TRUE(until([&] { return !row("Focus Left")->text(1).isEmpty(); })) << "by a command";
+    EXPECT_TRUE(until([&] { return !row("Focus Left")->text(1).isEmpty(); })) << "restored by a command";
 }
 
-TEST_F(ShortcutSettings, ShowCombinationsOfOtherProgramsAndAreFoundByNameAndKeys) {
+TEST_F(ShortcutSettings, ShowConflictsWithOtherProgramsAndAreFoundByNameAndKeys) {
     desk.desktop.keyboard().holdByOther({5, modifierFlag::control | modifierFlag::option});
     ask("shortcut.set", {{"action", "focusLeft"}, {"keys", "ctrl+alt+g"}});
     desk.settle();
@@ -270,11 +270,10 @@ TEST_F(ShortcutSettings, ShowCombinationsOfOtherProgramsAndAreFoundByNameAndKeys
     EXPECT_EQ(found("alt+g"), std::set<std::string>{"Focus Left"});
     EXPECT_GT(found("").size(), 15u);
     EXPECT_TRUE(found("no such action").empty());
-    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled())
-        << "a row that is not shown is not chosen";
+    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled()) << "a hidden action is not chosen";
 }
 
-TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatAreTooSmall) {
+TEST_F(Settings, LayoutsAreChosenByPicturesThatMarkTilesThatAreTooSmall) {
     desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     HostedWindow* window = openAt("layouts");
     auto* layouts = control<QListWidget>(window, "layouts");
@@ -284,7 +283,7 @@ TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatA
         return found.isEmpty() ? nullptr : found.front();
     };
     const auto inForce = [&] { return ask("query.displays")["result"]["displays"][0]["layout"]["name"]; };
-    EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue, and automatic";
+    EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue and “Automatic”";
     EXPECT_EQ(row("Dual Stack")->text(), QStringLiteral("Dual Stack (2)"));
     EXPECT_TRUE(row("Dual Split")->text().contains(u'−')) << "the windows do not fit side by side";
     EXPECT_TRUE(row("Dual Split")->toolTip().contains(QStringLiteral("Too small for ")));
@@ -305,7 +304,7 @@ TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatA
     EXPECT_TRUE(until([&] { return control<QComboBox>(window, "displays")->count() == 2; }));
 }
 
-TEST_F(Settings, AReportIsWrittenByTheCommandLineAndItsErrorIsShown) {
+TEST_F(Settings, AReportIsWrittenByTheCommandLineWhoseErrorsAreShown) {
     qputenv("PATH", QFileInfo(QStringLiteral(KOVA_UI_PROGRAM)).path().toLocal8Bit());
     HostedWindow* window = openAt("about");
     auto* version = control<QLabel>(window, "version");
@@ -330,7 +329,7 @@ TEST_F(Settings, AReportIsWrittenByTheCommandLineAndItsErrorIsShown) {
     EXPECT_TRUE(until([&] { return refusalIn(window).find("is there already") != std::string::npos; }));
 }
 
-TEST_F(Settings, UpdatesAreSwitchedAndCheckedForWhereKovaUpdatesItself) {
+TEST_F(Settings, UpdatesCanBeCheckedAndSwitchedWhereKovaUpdatesItself) {
     HostedWindow* window = openAt("about");
     ASSERT_TRUE(shows(window, "checksForUpdates", true));
     const auto click = [&](const char* box) {
@@ -340,15 +339,16 @@ TEST_F(Settings, UpdatesAreSwitchedAndCheckedForWhereKovaUpdatesItself) {
     EXPECT_TRUE(until([&] { return updates.downloads; }));
     click("checksForUpdates");
     EXPECT_TRUE(until([&] { return !updates.checks && !control<QCheckBox>(window, "downloadsUpdates")->isEnabled(); }));
-    EXPECT_TRUE(ask("updates.download", {{"isOn", false}}).contains("error")) << "nothing looks for updates";
+    EXPECT_TRUE(ask("updates.download", {{"isOn", false}}).contains("error"))
+        << "without checks there is nothing to download";
     ask("updates.automatic", {{"isOn", true}});
-    EXPECT_TRUE(shows(window, "checksForUpdates", true)) << "by a command";
+    EXPECT_TRUE(shows(window, "checksForUpdates", true)) << "switched on by a command";
     QTest::mouseClick(control<QPushButton>(window, "checkNow"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return updates.isChecking && !control<QPushButton>(window, "checkNow")->isEnabled(); }));
-    EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "a check is under way";
+    EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "a check is pending";
 }
 
-TEST_F(Settings, KovaUIStartedTwiceShowsThem) {
+TEST_F(Settings, StartingKovaUITwiceShowsTheSettings) {
     QProcess second;
     second.start(QStringLiteral(KOVA_UI_PROGRAM), {QStringLiteral("--socket"), QString::fromStdString(socketPath())});
     EXPECT_TRUE(until([&] { return second.state() == QProcess::NotRunning && !link.contents()->windows.empty(); }));

@@ -41,8 +41,11 @@ TEST(StackOrder, OverlayBelongsAboveTheDesktopAndBelowEveryApplication) {
         {"the desktop came in between", {kBackdrop, kDesktop, kFooter, kEditor}, false, kDesktop},
         {"in the wrong order", {kDesktop, kFooter, kBackdrop, kEditor}, false, kDesktop},
         {"no desktop, no application", {kMenu, kBackdrop, kFooter}, true, 0},
-        {"above what is hidden", {kMail, kGuard, kDesktop, kBackdrop, kFooter, kEditor}, true, kDesktop},
-        {"hidden themselves", {kBackdrop, kFooter, kGuard, kEditor}, false, kGuard},
+        {"an application below the guard does not count",
+         {kMail, kGuard, kDesktop, kBackdrop, kFooter, kEditor},
+         true,
+         kDesktop},
+        {"the overlay is below the guard", {kBackdrop, kFooter, kGuard, kEditor}, false, kGuard},
         {"new windows are on top", {kDesktop, kEditor, kBackdrop, kFooter}, false, kDesktop},
     };
     for (const Case& each : cases) {
@@ -65,10 +68,10 @@ TEST(StackOrder, FollowsTheServersEvents) {
     EXPECT_EQ(stack.bottomFirst(), (std::vector<WindowNumber>{kFooter, kDesktop, kBackdrop, kEditor}));
     EXPECT_EQ(stack.kindOf(kMail), RootChild::other);
     stack.configured(99, kEditor);
-    EXPECT_EQ(stack.bottomFirst().size(), 4u) << "a window that is not known is none of the root's";
+    EXPECT_EQ(stack.bottomFirst().size(), 4u) << "an unknown window is not added";
 }
 
-TEST(ApplicationAreas, AreTheVisiblePartsOfWindowsThatNoGuardHides) {
+TEST(ApplicationAreas, CoverTheDrawnPartsOfApplicationsThatNoGuardHides) {
     StackOrder order;
     order.reset({1, 2, 3, 4});
     order.classify(2, RootChild::guard);
@@ -80,7 +83,7 @@ TEST(ApplicationAreas, AreTheVisiblePartsOfWindowsThatNoGuardHides) {
     EXPECT_EQ(areas.covered(order), QRegion(100, 100, 200, 100));
     EXPECT_TRUE(areas.moved(3, QRect(0, 0, 220, 120)));
     EXPECT_EQ(areas.covered(order), QRegion(10, 10, 200, 100));
-    EXPECT_FALSE(areas.moved(3, QRect(0, 0, 800, 600))) << "a full screen has no borders";
+    EXPECT_FALSE(areas.moved(3, QRect(0, 0, 800, 600))) << "a window that enters full screen loses its borders";
     order.lowered(3);
     EXPECT_TRUE(areas.covered(order).isEmpty()) << "minimized";
 }

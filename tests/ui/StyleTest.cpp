@@ -15,7 +15,7 @@
 
 namespace kova::ui {
 
-// A translucent panel is judged over the worst wallpaper: white, or black.
+// The contrast on a translucent panel is tested over the extreme wallpapers, white and black.
 TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
     const ThemeRegistry registry;
     for (const auto& theme : registry.themes()) {
@@ -56,8 +56,9 @@ TEST(Colors, ContrastIsThatOfTheWebGuidelines) {
     EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 0.01);
     EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
     EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22))
-        << "a color that does is kept";
-    EXPECT_EQ(legible(Qt::gray, {Qt::lightGray}, 20), QColor(Qt::black)) << "none does: the farther end";
+        << "a color with enough contrast is returned unchanged";
+    EXPECT_EQ(legible(Qt::gray, {Qt::lightGray}, 20), QColor(Qt::black))
+        << "no mixture has enough contrast: returns the better extreme";
 }
 
 TEST(Drawing, TheFirstLetterIsAWholeCharacter) {
@@ -97,7 +98,7 @@ TEST(WidgetFont, LeavesTheTextOfIconsVisible) {
     EXPECT_GT(drawn, 200) << "pixels of " << image.width() * image.height();
 }
 
-TEST(ApplicationIcons, TheEntrysOwnIconCounts) {
+TEST(ApplicationIcons, TheIconOfTheDesktopEntryGroupIsUsed) {
     EXPECT_EQ(iconNameIn("[Desktop Entry]\nName=A\nIcon = editor \n[Desktop Action x]\nIcon=other\n"),
               QStringLiteral("editor"));
     EXPECT_EQ(iconNameIn("[Desktop Action x]\nIcon=other\n[Desktop Entry]\nIconName=no\n"), QString());

@@ -1,6 +1,6 @@
-// A window of kova-ui in front of a whole agent on the simulated desktop, over the agent's real socket. One thread
-// plays both: `until` serves the agent and the toolkit in turn. The desktop's time stands still unless a test advances
-// it.
+// A window of kova-ui connected to a complete agent on the simulated desktop, over the agent's real socket. Both run on
+// one thread: `until` lets the agent and the toolkit handle their events alternately. The time of the desktop stands
+// still unless a test advances it.
 #pragma once
 
 #include "tests/control/AgentStage.h"
@@ -22,28 +22,28 @@ class WindowStage : public ::testing::Test, public AgentStage {
     WindowStage();
     ~WindowStage() override;
 
-    /// Opens the window and waits until it is shown; null, and a failure, when it is not.
+    /// Opens the window and waits until it is shown; null, and a failure, if it is not shown.
     HostedWindow* open(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
-    /// False when it does not hold within ten seconds.
+    /// Waits until `holds` is true; false if it is not within ten seconds.
     bool until(const std::function<bool()>& holds);
-    /// The control of that object name in a window; null, and a failure, when there is none.
+    /// The control with that object name in a window; null, and a failure, if there is none.
     template <class Control>
     static Control* control(const QWidget* window, const char* objectName) {
         auto* found = window ? window->findChild<Control*>(QString::fromLatin1(objectName)) : nullptr;
         EXPECT_TRUE(found) << "no control " << objectName;
         return found;
     }
-    /// What the agent answers to a method, asked on another connection: {"result"} or {"error"}.
+    /// Sends a request on another connection and returns the response: {"result"} or {"error"}.
     nlohmann::json ask(const std::string& method, const nlohmann::json& parameters = nlohmann::json::object());
 
     void style(Brightness brightness);
-    /// The window as it is drawn at so many pixels a point; without text cursor.
+    /// Draws the window at `scale` pixels per point, without text cursor.
     static QImage picture(QWidget& window, int scale);
     /// Compares the window in light and dark, at scale 1 and 2, with golden/NAME-dark@2.png and so on. Skips the
     /// comparison where the font of the golden pictures is missing.
     void compareWithGoldens(QWidget& window, const std::string& name);
 
-    std::vector<std::string> closedByUser; // windows that the agent wants to be open
+    std::vector<std::string> closedByUser; // windows that the user closed while the agent wanted them to be open
     AgentLink link;
     Brightness brightness = Brightness::dark;
     WindowHost host;
