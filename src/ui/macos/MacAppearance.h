@@ -1,4 +1,4 @@
-// Light or dark, and whether animations are allowed, from the Mac's own settings. Main thread only.
+// The Mac's settings for light or dark and for animations. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"
@@ -8,7 +8,7 @@
 
 namespace kova::ui {
 
-/// Calls back at once, and whenever the user changes one of the settings, until the result is destroyed.
+/// Calls `follower` now, and whenever the user changes one of the settings, until the returned object is destroyed.
 [[nodiscard]] std::shared_ptr<const void>
 followAppearance(std::function<void(Brightness, bool areAnimationsEnabled)> follower);
 

@@ -67,11 +67,11 @@ struct Observation {
 } // namespace
 
 std::shared_ptr<const void> followAppearance(std::function<void(Brightness, bool areAnimationsEnabled)> follower) {
-    const auto tell = [follower = std::move(follower)] {
+    const auto notify = [follower = std::move(follower)] {
         follower(brightness(), !NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion);
     };
-    tell();
-    return std::make_shared<Observation>(tell);
+    notify();
+    return std::make_shared<Observation>(notify);
 }
 
 } // namespace kova::ui

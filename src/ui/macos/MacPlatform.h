@@ -1,5 +1,5 @@
-// Overlay windows on a Mac: panels above the desktop's icons or above all windows, on every Space, in no list of
-// windows, that never make this program active. Main thread only.
+// Overlay windows on a Mac: panels above the desktop's icons or above all windows. They are on every Space and in no
+// list of windows, and never activate this program. Main thread only.
 #pragma once
 
 #include "ui/overlay/PlainPlatform.h"
@@ -23,13 +23,13 @@ class MacPlatform final : public OverlayPlatform {
     Qt::WindowType windowType() const override { return Qt::Tool; }
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
-    /// Its click area goes with it.
+    /// Also hides the window's click area.
     void conceal(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
-    /// A window takes clicks everywhere or nowhere. Where a part of it takes some, an invisible window lies over that
-    /// part and passes them on.
+    /// A Mac window receives clicks either everywhere or nowhere. If only a part must receive clicks, an invisible
+    /// window over that part receives them and passes them on.
     void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
-    /// The agent's handle draws the line of a divider itself.
+    /// Draws no divider line: the agent draws it in the divider's handle.
     void draw(OverlayWindow& window, const QRegion& dirty) override {
         if (window.layer() != Layer::divider) plain_.draw(window, dirty);
     }
@@ -37,7 +37,7 @@ class MacPlatform final : public OverlayPlatform {
 
   private:
     class ClickArea;
-    /// A click may cause the removal of its own area.
+    /// Destroys the area later, since a click in it may cause its removal.
     struct RemoveLater {
         void operator()(ClickArea* area) const;
     };
@@ -46,8 +46,9 @@ class MacPlatform final : public OverlayPlatform {
     std::map<OverlayWindow*, std::unique_ptr<ClickArea, RemoveLater>> clickAreas_;
 };
 
-/// This program is hardly ever active: a window gets the focus only with its program, a panel without a title bar also
-/// by itself. An activation while no window is open is given back.
+/// A Mac focuses a window only if its program is active, which kova-ui usually is not; only a panel without a title bar
+/// gets the focus without that. If kova-ui is activated while no window is open, the previous application is activated
+/// again.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();
@@ -61,10 +62,10 @@ class MacWindowFocus final : public WindowFocus {
     std::unique_ptr<Parts> parts_;
 };
 
-/// Null when no application has the bundle identifier.
+/// The icon of the application; null if no application has the bundle identifier.
 QPixmap applicationIcon(const std::string& bundleIdentifier, int sizePoints);
 
-/// Ends this program when the agent that started it ends, however that happens. Nothing when the user started it.
+/// Makes this program quit when the agent that started it ends for any reason. No-op if the user started this program.
 void endWithAgent();
 
 } // namespace kova::ui

@@ -18,7 +18,7 @@ namespace kova::ui {
 
 namespace {
 
-/// The window is created where it was not.
+/// The native window of the view; created if it did not exist yet.
 NSWindow* nativeWindow(WId view) {
     return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
 }
@@ -27,7 +27,7 @@ NSWindow* nativeWindow(const QWindow& window) {
     return nativeWindow(window.winId());
 }
 
-/// Between the levels of the agent's divider handles and the windows of applications; the backdrop below the handles.
+/// The divider handles of the agent have the level `icons + 2`.
 NSWindowLevel levelOf(Layer layer) {
     const NSWindowLevel icons = CGWindowLevelForKey(kCGDesktopIconWindowLevelKey);
     switch (layer) {
@@ -51,7 +51,7 @@ void configure(NSWindow* window, NSWindowLevel level) {
                                 NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenNone;
     window.styleMask |= NSWindowStyleMaskNonactivatingPanel;
     window.hidesOnDeactivate = NO;
-    window.canHide = NO; // "Hide Others" of another application leaves it where it is
+    window.canHide = NO; // "Hide Others" of another application does not hide the window
     window.excludedFromWindowsMenu = YES;
     window.hasShadow = NO;
     window.animationBehavior = NSWindowAnimationBehaviorNone;
@@ -59,13 +59,13 @@ void configure(NSWindow* window, NSWindowLevel level) {
 
 } // namespace
 
-/// Invisible, over the part of a window that takes clicks.
+/// An invisible window over the part of an overlay window that receives clicks.
 class MacPlatform::ClickArea final : public QWindow {
   public:
     explicit ClickArea(OverlayWindow& target) : target_(&target) {
         setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
         QSurfaceFormat transparent;
-        transparent.setAlphaBufferSize(8); // the toolkit makes any other window opaque: black until something is drawn
+        transparent.setAlphaBufferSize(8); // without it the toolkit makes the window opaque, which shows as black
         setFormat(transparent);
         const auto follow = [this] { place(part_); };
         for (const auto moved : {&QWindow::xChanged, &QWindow::yChanged}) connect(&target, moved, this, follow);
@@ -79,7 +79,7 @@ class MacPlatform::ClickArea final : public QWindow {
         create();
         NSWindow* native = nativeWindow(*this);
         configure(native, std::max(levelOf(target_->layer()), levelOf(Layer::footer)) + 1);
-        native.ignoresMouseEvents = NO; // set explicitly, so that it takes clicks although nothing is drawn
+        native.ignoresMouseEvents = NO; // set explicitly, so that the window receives clicks although nothing is drawn
         setVisible(true);
     }
 
@@ -92,13 +92,13 @@ class MacPlatform::ClickArea final : public QWindow {
         case QEvent::MouseMove: {
             const auto* mouse = static_cast<QMouseEvent*>(event);
             const QPointF place = mouse->position() + part_.topLeft();
-            QMouseEvent told(mouse->type(), place, place, mouse->globalPosition(), mouse->button(), mouse->buttons(),
-                             mouse->modifiers());
-            return QCoreApplication::sendEvent(target_, &told);
+            QMouseEvent forwarded(mouse->type(), place, place, mouse->globalPosition(), mouse->button(),
+                                  mouse->buttons(), mouse->modifiers());
+            return QCoreApplication::sendEvent(target_, &forwarded);
         }
         case QEvent::Leave: {
-            QEvent told(QEvent::Leave);
-            return QCoreApplication::sendEvent(target_, &told);
+            QEvent forwarded(QEvent::Leave);
+            return QCoreApplication::sendEvent(target_, &forwarded);
         }
         default:
             return QWindow::event(event);
@@ -106,7 +106,7 @@ class MacPlatform::ClickArea final : public QWindow {
     }
 
   private:
-    QPointer<OverlayWindow> target_; // null while the area waits for its own deletion
+    QPointer<OverlayWindow> target_; // null if the target was destroyed before this area
     QRect part_;
 };
 
@@ -116,8 +116,8 @@ void MacPlatform::RemoveLater::operator()(ClickArea* area) const {
 }
 
 MacPlatform::MacPlatform() {
-    // Held for as long as this program runs. Without it the system slows down an application whose windows are covered
-    // (App Nap), and windows and footers would show late.
+    // Held as long as this program runs. Without it the system slows down an application whose windows are covered (App
+    // Nap), which would delay windows and footers.
     static const id<NSObject> activity =
         [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
                                                      reason:@"Footers and windows follow the agent"];
@@ -158,11 +158,11 @@ void MacPlatform::shape(OverlayWindow& window, const QRegion& seen, const QRegio
     const bool isNew = !area;
     if (isNew) area.reset(new ClickArea(window));
     area->place(clickable.boundingRect());
-    if (isNew && window.isVisible()) area->present(); // else `stack` does, over the window
+    if (isNew && window.isVisible()) area->present(); // else `stack` shows it above the window
 }
 
 void MacPlatform::exposed(OverlayWindow& window) {
-    // The toolkit has levels of its own, and may set them when it shows a window.
+    // The toolkit may set its own level when it shows a window.
     NSWindow* native = nativeWindow(window);
     if (native.level != levelOf(window.layer())) configure(native, levelOf(window.layer()));
     if (window.layer() != Layer::divider) plain_.exposed(window);
@@ -180,8 +180,8 @@ void activate(NSRunningApplication* application) {
     }
 }
 
-/// The application that is active, or was before this program; this one has no menu in the menu bar. Nil when there is
-/// none.
+/// The application that owns the menu bar: the active one, or the one that was active before this program, which shows no
+/// menu there. Nil if there is none.
 NSRunningApplication* applicationInFront() {
     NSRunningApplication* front = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
     return [front isEqual:NSRunningApplication.currentApplication] ? nil : front;
@@ -192,15 +192,16 @@ bool showsAnyWidget() {
     return std::any_of(widgets.begin(), widgets.end(), [](const QWidget* each) { return each->isVisible(); });
 }
 
-/// Some systems make this program active by a click on its overlay. Key presses would then reach no window.
+/// On some systems a click on the overlay activates this program, and pressed keys would reach no window: activates the
+/// previous application again.
 void returnUnusedActivation() {
     NSRunningApplication* front = applicationInFront();
     if (NSApp.active && front && !showsAnyWidget()) activate(front);
 }
 
-/// The window is in front and visible even where the system declines the activation.
+/// Activates this program and focuses the window. If the system declines the activation, the window is still in front.
 void bringToFront(NSWindow* window) {
-    // The newer call without the argument is only a request, which the system often declines.
+    // The newer `activate` is only a request, which the system often declines.
     [NSApp activateIgnoringOtherApps:YES];
     [window orderFrontRegardless];
     [window makeKeyWindow];
@@ -220,12 +221,12 @@ MacWindowFocus::MacWindowFocus() : parts_(std::make_unique<Parts>()) {
                                                         object:nil
                                                          queue:nil
                                                     usingBlock:^(NSNotification*) {
-                                                      // Not at once: a window that is opened now shows a moment later.
+                                                      // Later, since a window that is being opened is not visible yet.
                                                       dispatch_async(dispatch_get_main_queue(), ^{
                                                         returnUnusedActivation();
                                                       });
                                                     }];
-    // The toolkit's menu has Quit, which would end the footers too.
+    // Quit in the toolkit's menu would end this program and so remove the footers: it closes the window instead.
     for (NSMenuItem* item in NSApp.mainMenu.itemArray.firstObject.submenu.itemArray) {
         if (![item.keyEquivalent isEqualToString:@"q"]) continue;
         item.target = nil;
@@ -239,9 +240,9 @@ MacWindowFocus::~MacWindowFocus() {
 
 void MacWindowFocus::prepare(QWidget& window) {
     parts_->wasOurs = NSApp.active && NSApp.keyWindow != nil;
-    // Not the active application: that may be the agent, which has no window, after KOVA was opened once more.
+    // Not the active application: after KOVA was opened again, that may be the agent, which has no window.
     if (NSRunningApplication* front = applicationInFront()) parts_->before = front;
-    // A panel of this kind gets the focus although its application is not active.
+    // A nonactivating panel gets the focus although its application is not active.
     NSWindow* native = nativeWindow(window.winId());
     const bool isPanel = [native isKindOfClass:NSPanel.class] && window.windowFlags().testFlag(Qt::FramelessWindowHint);
     if (isPanel) native.styleMask |= NSWindowStyleMaskNonactivatingPanel;
@@ -251,7 +252,7 @@ void MacWindowFocus::take(QWidget& window) {
     WindowFocus::take(window);
     NSWindow* native = nativeWindow(window.winId());
     bringToFront(native);
-    // Once more when the activation has been carried out or declined.
+    // Again after the system has carried out or declined the activation.
     __weak NSWindow* shown = native;
     dispatch_async(dispatch_get_main_queue(), ^{
       if (shown.visible && !shown.keyWindow) bringToFront(shown);
@@ -259,9 +260,9 @@ void MacWindowFocus::take(QWidget& window) {
 }
 
 void MacWindowFocus::giveBack() {
-    if (std::exchange(parts_->wasOurs, false)) return; // the system gives the focus to that window
+    if (std::exchange(parts_->wasOurs, false)) return; // the system focuses that window
     NSRunningApplication* before = std::exchange(parts_->before, nil);
-    if (!NSApp.active) return; // another application is, by a click or an action
+    if (!NSApp.active) return; // the user or an action has already activated another application
     if (!before || before.terminated) before = applicationInFront();
     if (before) activate(before);
 }
@@ -303,8 +304,8 @@ void endWithAgent() {
         QMetaObject::invokeMethod(
             qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
     };
-    if (getppid() != agent) return end(); // the agent was faster
-    // Held for as long as this program runs.
+    if (getppid() != agent) return end(); // the agent has already ended
+    // Held as long as this program runs.
     static dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_PROC, static_cast<uintptr_t>(agent),
                                                              DISPATCH_PROC_EXIT, dispatch_get_main_queue());
     dispatch_source_set_event_handler(source, ^{

@@ -144,7 +144,7 @@ void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, 
     const double radius = style.px(points::tileRadius);
     for (const CarriedOver& tile : tiles) {
         if (!tile.isTarget) {
-            // Opaque, since it lies on the dashed line of an empty tile.
+            // Opaque, since it covers the dashed outline of an empty tile.
             const QColor quiet = mixed(palette.raised, palette.accentLine, style.isComposited ? 0.5 : 1);
             drawPanel(painter, tile.area, radius, QColor(), quiet, style.line(1.5));
             continue;

@@ -1,4 +1,4 @@
-// The settings of the program itself, and those of all tiles.
+// The pane of general settings: of the program and of all tiles.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
