@@ -180,8 +180,8 @@ void activate(NSRunningApplication* application) {
     }
 }
 
-/// The application that owns the menu bar: the active one, or the one that was active before this program, which shows no
-/// menu there. Nil if there is none.
+/// The application that owns the menu bar: the active application or, while this program is active (which shows no menu
+/// there), the application that was active before. Nil if there is none.
 NSRunningApplication* applicationInFront() {
     NSRunningApplication* front = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
     return [front isEqual:NSRunningApplication.currentApplication] ? nil : front;
