@@ -83,19 +83,19 @@ void AgentActions::showEntryMenu(const std::string& tileID, const std::string& w
         QObject::connect(action, &QAction::triggered, action, act);
     };
     add(tr("Bring to Front"), [this, window] { bringForward(window); });
-    addMoves(*tile, window);
+    addMoveMenu(*tile, window);
     add(tr("Float"), [this, window] { link_.call("float", {{"window", window}}); });
     menu.addSeparator();
-    addRules(*tile, entry->application);
+    addRuleMenu(*tile, entry->application);
     menu.addSeparator();
     const std::string name = entry->application.name;
     add(tr("Quit %1").arg(titleOf(name)), [this, window] { link_.call("app.quit", {{"window", window}}); });
     add(tr("Force Quit %1…").arg(titleOf(name)),
-        [this, window, application = entry->application] { forceQuit(window, application); });
+        [this, window, application = entry->application] { confirmForceQuit(window, application); });
     menu.popup(at);
 }
 
-void AgentActions::addMoves(const TileContents& tile, const std::string& window) {
+void AgentActions::addMoveMenu(const TileContents& tile, const std::string& window) {
     QMenu* tiles = menu_->addMenu(tr("Move to"));
     const OverlayContents& contents = *link_.contents();
     for (const DisplayContents& display : contents.displays) {
@@ -109,14 +109,14 @@ void AgentActions::addMoves(const TileContents& tile, const std::string& window)
     }
 }
 
-void AgentActions::addRules(const TileContents& tile, const ApplicationName& application) {
+void AgentActions::addRuleMenu(const TileContents& tile, const ApplicationName& application) {
     QMenu* rules = menu_->addMenu(tr("Rule for %1").arg(titleOf(application.name)));
     const std::string named = application.id.empty() ? application.name : application.id;
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
         QObject::connect(action, &QAction::triggered, action, [this, parameters] {
             link_.call("rule.add", parameters, [this](const Response& added) {
-                if (added.result.is_object() && !added.result.value("isOn", true)) offerRules();
+                if (added.result.is_object() && !added.result.value("isOn", true)) offerToEnableRules();
             });
         });
     };
@@ -127,7 +127,7 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
 }
 
 /// Called after a rule was added while rules are off: offers to enable them.
-void AgentActions::offerRules() {
+void AgentActions::offerToEnableRules() {
     openWindow_("alert",
                 {{"title", tr("The rule is not applied yet").toStdString()},
                  {"text", tr("Rules run only when continuous management is enabled. Enable it now?").toStdString()},
@@ -137,7 +137,7 @@ void AgentActions::offerRules() {
                  {"parameters", json::object()}});
 }
 
-void AgentActions::forceQuit(const std::string& window, const ApplicationName& application) {
+void AgentActions::confirmForceQuit(const std::string& window, const ApplicationName& application) {
     const json listed{{"name", application.name}, {"bundleIdentifier", application.id}};
     openWindow_("alert",
                 {{"title", tr("Force %1 to quit?").arg(QString::fromStdString(application.name)).toStdString()},

@@ -33,11 +33,11 @@ class AgentActions final : public OverlayActions {
     void showStackMenu(const std::string& tile, QPoint at) override;
 
   private:
-    void addMoves(const TileContents& tile, const std::string& window);
-    void addRules(const TileContents& tile, const ApplicationName& application);
-    void offerRules();
+    void addMoveMenu(const TileContents& tile, const std::string& window);
+    void addRuleMenu(const TileContents& tile, const ApplicationName& application);
+    void offerToEnableRules();
     /// Opens an alert that asks for confirmation; it sends the request.
-    void forceQuit(const std::string& window, const ApplicationName& application);
+    void confirmForceQuit(const std::string& window, const ApplicationName& application);
 
     /// The menu, cleared. Created at the first use, since a menu loads the toolkit's styles.
     QMenu& emptyMenu();

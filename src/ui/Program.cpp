@@ -25,7 +25,7 @@ Program::Program(const std::string& socketPath) :
     link_(socketPath, {.contentsChanged =
                            [this] {
                                // Queued: an event of a window may have caused this, and the refresh may destroy it.
-                               if (std::exchange(isRefreshDue_, true)) return;
+                               if (std::exchange(isRefreshScheduled_, true)) return;
                                QMetaObject::invokeMethod(
                                    this, [this] { contentsChanged(); }, Qt::QueuedConnection);
                            },
@@ -36,7 +36,7 @@ Program::Program(const std::string& socketPath) :
                            },
                        .notUnderstood =
                            [this](const std::string& reason) {
-                               if (std::exchange(lastComplaint_, reason) == reason) return;
+                               if (std::exchange(lastProblem_, reason) == reason) return;
                                qWarning("kova-ui: %s", reason.c_str());
                            }}),
     preferences_([this] { applyDesktopStyle(); }),
@@ -92,7 +92,7 @@ void Program::start() {
 }
 
 void Program::contentsChanged() {
-    isRefreshDue_ = false;
+    isRefreshScheduled_ = false;
     const auto& contents = link_.contents();
     overlay_->show(contents);
     windows_.follow(contents ? contents->windows : std::map<std::string, ShownWindow>());

@@ -35,8 +35,8 @@ class Program : public QObject {
     Tray tray_;
     WindowHost windows_;
     bool isAgentConnected_ = false;
-    bool isRefreshDue_ = false;
-    std::string lastComplaint_;
+    bool isRefreshScheduled_ = false;
+    std::string lastProblem_;
     Appearance styledAppearance_; // for which the widgets were last styled
 #if defined(Q_OS_MACOS)
     std::shared_ptr<const void> macAppearance_; // follows the system's settings

@@ -124,7 +124,7 @@ TEST_F(Launching, ShowsTheReasonOfARefusalAndClosesByEscapeOrWhenItLosesTheFocus
     QWidget other;
     other.show();
     other.activateWindow();
-    EXPECT_TRUE(isClosed("launcher")) << "a click offeredAsLists";
+    EXPECT_TRUE(isClosed("launcher")) << "a click on another window closes the launcher";
 }
 
 /// Removes the focus when a window is hidden, as on a Mac, before the toolkit reports that the window is hidden.

@@ -47,7 +47,7 @@ TEST(Overlay, ClicksOnAFooterCallTheMatchingMethod) {
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().name.center());
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().launch.center());
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().remark.center());
-    EXPECT_EQ(stage.actions.noted,
+    EXPECT_EQ(stage.actions.recorded,
               (Strings{"bringForward 1", "menu d1::primary 2", "bringForward 0", "choose d1::primary"}));
 }
 
@@ -61,7 +61,7 @@ TEST(Overlay, WheelStepsThroughAStackByWholeNotches) {
     turn("primary", 60);
     turn("primary", 60);
     turn("utility", -120); // nothing to step through
-    EXPECT_EQ(stage.actions.noted, (Strings{"next d1::primary", "previous d1::primary"}));
+    EXPECT_EQ(stage.actions.recorded, (Strings{"next d1::primary", "previous d1::primary"}));
 }
 
 TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
@@ -82,7 +82,7 @@ TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
     QTest::mouseRelease(&footer, Qt::LeftButton, {}, stage.footer("utility").geometry().center() - footer.position());
     dragTo(QPoint(100, 100)); // its own tile
     QTest::mouseRelease(&footer, Qt::LeftButton, {}, QPoint(100, 100) - footer.position());
-    EXPECT_EQ(stage.actions.noted, (Strings{"place 1 d1::secondary", "place 1 d1::utility"}));
+    EXPECT_EQ(stage.actions.recorded, (Strings{"place 1 d1::secondary", "place 1 d1::utility"}));
 }
 
 TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
@@ -124,7 +124,7 @@ TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
         QTest::mouseMove(&stage.footer("primary"), target);
         QTest::mouseRelease(&stage.footer("primary"), Qt::LeftButton, {}, target);
         EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << each.what;
-        EXPECT_EQ(stage.actions.noted, each.endsDrag ? Strings() : Strings{"place 1 d1::secondary"}) << each.what;
+        EXPECT_EQ(stage.actions.recorded, each.endsDrag ? Strings() : Strings{"place 1 d1::secondary"}) << each.what;
     }
 }
 
@@ -137,7 +137,7 @@ TEST(Overlay, MessageAndEmptyTileReceiveClicksOnlyOnTheirButtons) {
         EXPECT_LT(clickable.boundingRect().width(), window->width() / 2);
         QTest::mouseClick(window, Qt::LeftButton, {}, clickable.boundingRect().center());
     }
-    EXPECT_EQ(stage.actions.noted, (Strings{"undo", "choose d1::utility"}));
+    EXPECT_EQ(stage.actions.recorded, (Strings{"undo", "choose d1::utility"}));
     for (const auto& [window, shown] : stage.platform.shown()) {
         EXPECT_EQ(shown.clickable.isEmpty(), window->layer() == Layer::backdrop);
     }

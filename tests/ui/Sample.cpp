@@ -109,12 +109,12 @@ json sampleState(const Sample& sample) {
                                   {"reference", "Reference", 502, 10, 288, 206},
                                   {"secondary", "Secondary", 502, 256, 288, 206}};
     for (std::size_t i = 0; i < cells.size(); ++i) tiles.push_back(tile(cells[i], stacks[i], i == 0));
-    for (const int noted : {0, 2}) {
+    for (const int index : {0, 2}) {
         if (!sample.hasNotice) break;
-        tiles[static_cast<std::size_t>(noted)]["notice"] = {
-            {"text", kNames[static_cast<std::size_t>(noted)] +
+        tiles[static_cast<std::size_t>(index)]["notice"] = {
+            {"text", kNames[static_cast<std::size_t>(index)] +
                          " did not fit in the selected tile, so KOVA automatically claimed 2 additional tiles"},
-            {"application", {{"id", nullptr}, {"name", kNames[static_cast<std::size_t>(noted)]}}}};
+            {"application", {{"id", nullptr}, {"name", kNames[static_cast<std::size_t>(index)]}}}};
     }
     json dividers = json::array();
     if (sample.isBusy) {
@@ -172,8 +172,8 @@ DesktopStyle tasteOf(Look look) {
             .icon = nullptr};
 }
 
-void PicturePlatform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
-    shown_.at(&window).seen = seen;
+void PicturePlatform::shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) {
+    shown_.at(&window).visible = visible;
     shown_.at(&window).clickable = clickable;
 }
 
@@ -208,7 +208,7 @@ QImage PicturePlatform::screen(QSize size) const {
     QPainter painter(&screen);
     for (OverlayWindow* window : windows) {
         const Shown& shown = shown_.at(window);
-        painter.setClipRegion(shown.seen.translated(window->position()));
+        painter.setClipRegion(shown.visible.translated(window->position()));
         painter.drawImage(window->position(), shown.picture);
     }
     return screen;

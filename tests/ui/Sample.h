@@ -37,7 +37,7 @@ class PicturePlatform final : public OverlayPlatform {
   public:
     struct Shown {
         QImage picture;
-        QRegion seen, clickable;
+        QRegion visible, clickable;
         int drawings = 0;
         bool isConcealed = false;
     };
@@ -49,7 +49,7 @@ class PicturePlatform final : public OverlayPlatform {
     void stack(OverlayWindow&) override {}
     void conceal(OverlayWindow& window) override { shown_.at(&window).isConcealed = true; }
     void reveal(OverlayWindow& window) override { shown_.at(&window).isConcealed = false; }
-    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void exposed(OverlayWindow&) override {}
 
@@ -68,21 +68,21 @@ class PicturePlatform final : public OverlayPlatform {
 /// Records the requested actions, as "bringForward 3".
 class NotedActions final : public OverlayActions {
   public:
-    void bringForward(const std::string& window) override { noted.push_back("bringForward " + window); }
+    void bringForward(const std::string& window) override { recorded.push_back("bringForward " + window); }
     void stepStack(const std::string& tile, StackStep step) override {
-        noted.push_back((step == StackStep::next ? "next " : "previous ") + tile);
+        recorded.push_back((step == StackStep::next ? "next " : "previous ") + tile);
     }
     void place(const std::string& window, const std::string& tile) override {
-        noted.push_back("place " + window + " " + tile);
+        recorded.push_back("place " + window + " " + tile);
     }
-    void undo(const std::string& method) override { noted.push_back(method); }
-    void chooseApplication(const std::string& tile) override { noted.push_back("choose " + tile); }
+    void undo(const std::string& method) override { recorded.push_back(method); }
+    void chooseApplication(const std::string& tile) override { recorded.push_back("choose " + tile); }
     void showEntryMenu(const std::string& tile, const std::string& window, QPoint) override {
-        noted.push_back("menu " + tile + " " + window);
+        recorded.push_back("menu " + tile + " " + window);
     }
-    void showStackMenu(const std::string& tile, QPoint) override { noted.push_back("stack " + tile); }
+    void showStackMenu(const std::string& tile, QPoint) override { recorded.push_back("stack " + tile); }
 
-    std::vector<std::string> noted;
+    std::vector<std::string> recorded;
 };
 
 } // namespace kova::ui::testing

@@ -31,7 +31,7 @@ std::vector<Value> all(const JsonCursor& at, Value (*decode)(const JsonCursor&))
 }
 
 template <class Value>
-std::optional<Value> ifAny(const JsonCursor& at, Value (*decode)(const JsonCursor&)) {
+std::optional<Value> unlessNull(const JsonCursor& at, Value (*decode)(const JsonCursor&)) {
     if (at.value().is_null()) return std::nullopt;
     return decode(at);
 }
@@ -225,9 +225,9 @@ void applySections(OverlayContents& contents, const JsonCursor& sections) {
         } else if (name == "dividers") {
             contents.dividers = all(at, divider);
         } else if (name == "drag") {
-            contents.drag = ifAny(at, drag);
+            contents.drag = unlessNull(at, drag);
         } else if (name == "message") {
-            contents.message = ifAny(at, message);
+            contents.message = unlessNull(at, message);
         } else if (name == "windows") {
             contents.windows = shownWindows(at);
         }

@@ -1,4 +1,4 @@
-// The entries that the launcher and the palette setEntries, and their order. Plain values.
+// The entries that the launcher and the palette offer, and their order. Plain values.
 #pragma once
 
 #include "ui/launcher/FuzzyMatch.h"

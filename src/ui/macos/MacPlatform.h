@@ -28,7 +28,7 @@ class MacPlatform final : public OverlayPlatform {
     void stack(OverlayWindow& window) override;
     /// A Mac window receives clicks either everywhere or nowhere. If only a part must receive clicks, an invisible
     /// window over that part receives them and passes them on.
-    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     /// Draws no divider line: the agent draws it in the divider's handle.
     void draw(OverlayWindow& window, const QRegion& dirty) override {
         if (window.layer() != Layer::divider) plain_.draw(window, dirty);

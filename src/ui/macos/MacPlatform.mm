@@ -147,8 +147,8 @@ void MacPlatform::stack(OverlayWindow& window) {
     if (found != clickAreas_.end()) found->second->present();
 }
 
-void MacPlatform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
-    const bool isWhole = !clickable.isEmpty() && clickable == seen;
+void MacPlatform::shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) {
+    const bool isWhole = !clickable.isEmpty() && clickable == visible;
     nativeWindow(window).ignoresMouseEvents = isWhole ? NO : YES;
     if (isWhole || clickable.isEmpty()) {
         clickAreas_.erase(&window);

@@ -44,9 +44,9 @@ OverlayWindow::~OverlayWindow() {
     if (isPresented_) platform_.leave(*this);
 }
 
-void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegion& clickable) {
+void OverlayWindow::present(const QRect& area, const QRegion& visible, const QRegion& clickable) {
     const bool wasRetired = std::exchange(isRetired_, false);
-    if (isPresented_ && !wasRetired && area == geometry() && seen == seen_ && clickable == clickable_) return;
+    if (isPresented_ && !wasRetired && area == geometry() && visible == visible_ && clickable == clickable_) return;
     const bool hasMoved = area.topLeft() != position();
     const bool mustBeDrawn = !isPresented_ || wasRetired || area.size() != size();
     setGeometry(area);
@@ -54,8 +54,9 @@ void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegio
         create();
         platform_.adopt(*this);
     }
-    if (!isPresented_ || hasMoved || seen != seen_ || clickable != clickable_) platform_.shape(*this, seen, clickable);
-    seen_ = seen;
+    if (!isPresented_ || hasMoved || visible != visible_ || clickable != clickable_)
+        platform_.shape(*this, visible, clickable);
+    visible_ = visible;
     clickable_ = clickable;
     const bool wasPresented = std::exchange(isPresented_, true);
     if (mustBeDrawn) redraw();

@@ -41,7 +41,7 @@ class OverlayPlatform {
     virtual void reveal(OverlayWindow& window);
     /// Sets the visible parts and the parts that receive clicks; other clicks reach the window below. Also called after
     /// each move.
-    virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
+    virtual void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) = 0;
     /// Draws the region of the window and shows it on the screen.
     virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;
     /// Sends changes that the toolkit would otherwise buffer until its next event.
@@ -59,7 +59,7 @@ class OverlayWindow : public QWindow {
     /// Whether the window fades in when it is shown next. No effect without a compositor.
     void setAppearsGradually(bool isGradual) { appearsGradually_ = isGradual; }
     /// Shows the window, or changes it if it is shown. Draws it if it was not shown or its size has changed.
-    void present(const QRect& area, const QRegion& seen, const QRegion& clickable);
+    void present(const QRect& area, const QRegion& visible, const QRegion& clickable);
     /// Takes the window off the screen, until it is presented again.
     void retire();
     /// Draws the window, or a part of it, again; no-op while the window is not shown.
@@ -77,7 +77,7 @@ class OverlayWindow : public QWindow {
   private:
     OverlayPlatform& platform_;
     const Layer layer_;
-    QRegion seen_, clickable_;
+    QRegion visible_, clickable_;
     bool isPresented_ = false, isRetired_ = false, appearsGradually_ = false;
     QVariantAnimation appearing_;
 };

@@ -18,9 +18,9 @@ void PlainPlatform::stack(OverlayWindow& window) {
     }
 }
 
-void PlainPlatform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
+void PlainPlatform::shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) {
     window.setFlag(Qt::WindowTransparentForInput, clickable.isEmpty());
-    window.setMask(seen);
+    window.setMask(visible);
 }
 
 void PlainPlatform::draw(OverlayWindow& window, const QRegion& dirty) {

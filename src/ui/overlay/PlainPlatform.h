@@ -17,7 +17,7 @@ class PlainPlatform final : public OverlayPlatform {
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
-    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void exposed(OverlayWindow& window) override;
 

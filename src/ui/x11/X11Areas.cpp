@@ -86,11 +86,11 @@ void X11Platform::reshapeLowerWindows(Layer layer) {
 /// Applies the requested shape, minus the applications and the higher windows of the overlay where they must be cut
 /// out. Mutter ignores the order of the overlay's windows too: it draws the window on top that was shown last.
 void X11Platform::applyShape(OverlayWindow& window, Picture& picture) {
-    QRegion region = picture.seen;
+    QRegion region = picture.visible;
     if (isBelowApplications(window.layer())) region -= covered_.translated(-window.position());
     for (const auto& [other, shown] : pictures_) {
         const bool isAbove = isCutOut_ && other->layer() > window.layer() && isBelowApplications(other->layer());
-        if (isAbove && !shown.isConcealed) region -= shown.seen.translated(other->position() - window.position());
+        if (isAbove && !shown.isConcealed) region -= shown.visible.translated(other->position() - window.position());
     }
     if (picture.isShaped && region == picture.shaped) return;
     picture.shaped = region;

@@ -353,9 +353,9 @@ void X11Platform::dropPixmap(Picture& picture) {
     picture.size = {};
 }
 
-void X11Platform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
+void X11Platform::shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) {
     Picture& picture = pictures_.at(&window);
-    picture.seen = seen;
+    picture.visible = visible;
     applyShape(window, picture);
     reshapeLowerWindows(window.layer());
     shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_INPUT, clickable);

@@ -41,7 +41,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     void stack(OverlayWindow& window) override;
     void conceal(OverlayWindow& window) override;
     void reveal(OverlayWindow& window) override;
-    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void flush() override;
     void exposed(OverlayWindow&) override {} // the server paints backgrounds itself
@@ -52,7 +52,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
         std::uint32_t context = 0;
         QSize size;
         std::uint8_t depth = 0;
-        QRegion seen, shaped; // the visible part as requested, and after cutting out the applications
+        QRegion visible, shaped; // the visible part as requested, and after cutting out the applications
         bool isShaped = false, isConcealed = false;
     };
 
@@ -81,8 +81,8 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     std::uint32_t atom(std::string_view name) const;
     bool hasOwner(std::uint32_t selection) const;
 
-    xcb_connection_t* const connection_;
-    xcb_connection_t* const watch_;
+    xcb_connection_t* const connection_; // the toolkit's
+    xcb_connection_t* const watch_;      // the second one, for events of other windows and for queries
     xcb_screen_t* screen_ = nullptr;
     std::function<void()> compositingChanged_;
     std::function<void()> firstDisplayMoved_;
