@@ -24,8 +24,7 @@ bool holdsItems(QAccessible::Role role) {
     }
 }
 
-/// Controls that lack a name or a description, one per line. Items of lists are not checked: their texts are their
-/// names.
+/// Controls that lack a name or a description, one per line. Items of lists are not checked.
 std::string controlsWithoutTexts(QAccessibleInterface* at) {
     if (!at || at->state().invisible) return {};
     std::string found;

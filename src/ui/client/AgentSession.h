@@ -25,8 +25,7 @@ class AgentSession : public QObject {
     /// connection ends; it is not called if `context` has been destroyed by then.
     void call(const QObject* context, const std::string& method, nlohmann::json parameters = nlohmann::json::object(),
               std::function<void(const Response&)> done = nullptr);
-    /// Subscribes to the topic, or to the state of the workspace if the topic is empty, now and after each
-    /// reconnection.
+    /// Subscribes to the topic, if empty to the state of the workspace, now and after each reconnection.
     void follow(const std::string& topic = {});
     /// The sections of all subscribed topics; an empty object until the first state has arrived.
     const nlohmann::json& state() const { return state_; }

@@ -12,8 +12,7 @@
 namespace kova::ui {
 
 /// Parameters: "title", "text", "confirm", "cancel" (empty for a message), "applications" [{name, bundleIdentifier}];
-/// and either "id", if the agent waits for the user's answer, or the "method" to call with "parameters" on
-/// confirmation.
+/// and either "id", if the agent waits for the user's answer, or "method" and "parameters" to call on confirmation.
 class AlertWindow final : public HostedWindow {
     Q_OBJECT
 

@@ -1,6 +1,5 @@
-// A text field above a list: typing filters the list, arrow keys select an entry, Enter chooses it, Escape or losing
-// the focus closes the window. The launcher and the palette are such windows; they open over the tile on which they
-// act.
+// The base of launcher and palette, which open over the tile on which they act. A text field above a list: typing
+// filters the list, arrow keys select an entry, Enter chooses it, Escape or losing the focus closes the window.
 #pragma once
 
 #include "ui/launcher/Entries.h"
@@ -40,8 +39,7 @@ class SearchWindow : public HostedWindow {
 
   public:
     explicit SearchWindow(WindowServices& services);
-    /// The parameter `tile` is the id of the tile to act on; if absent, the first tile of the overlay's contents is
-    /// used.
+    /// The parameter `tile` is the id of the tile to act on; the default is the first tile of the overlay's contents.
     void present(const nlohmann::json& parameters) override;
 
   protected:

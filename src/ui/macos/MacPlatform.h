@@ -47,8 +47,8 @@ class MacPlatform final : public OverlayPlatform {
 };
 
 /// A Mac focuses a window only if its program is active, which kova-ui usually is not; only a panel without a title bar
-/// gets the focus without that. If kova-ui is activated while no window is open, the previous application is activated
-/// again.
+/// gets the focus without that. If kova-ui is activated while it shows no window, it activates the previous
+/// application.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();

@@ -1,5 +1,4 @@
-// The introduction for new users: what KOVA does, the permission that it needs, a few settings, and a first
-// arrangement.
+// The introduction for new users: what KOVA does, the permission that it needs, settings, and a first arrangement.
 #pragma once
 
 #include "ui/onboarding/OnboardingPicture.h"

@@ -1,6 +1,6 @@
 // A tile's footer: the tile's name, an entry for each of its windows, the application that is being launched, the
-// notice of a placement. Lays the parts out, finds the part at a point, and draws them. Coordinates are pixels in the
-// footer's window.
+// notice of a placement. Lays out and draws the parts, and finds the part at a point. Coordinates are pixels in the
+// window.
 #pragma once
 
 #include "ui/client/Contents.h"

@@ -27,8 +27,7 @@ class AboutPane final : public Pane {
     void showUpdates(const nlohmann::json& updates);
     void showLog();
     void askForReportFile();
-    /// Runs the command line with the arguments. Calls `done` with the output on success, else shows the error below
-    /// the buttons.
+    /// Runs the command line with the arguments. Calls `done` with the output on success, else shows the error.
     void runCommand(const QStringList& arguments, std::function<void(const QString& printed)> done);
 
     AgentSession& agent_;

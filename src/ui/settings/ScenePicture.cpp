@@ -19,8 +19,7 @@ QRectF within(const json& unitFrame, const QRectF& area) {
             unitFrame.value("width", 0.0) * area.width(), unitFrame.value("height", 0.0) * area.height()};
 }
 
-/// The application of the front window in the tile of that slot and display number; without a name if the tile is
-/// empty.
+/// The application of the front window in the tile of that slot and display number; no name if the tile is empty.
 ApplicationName frontOf(const json& scene, const json& number, const json& slot) {
     for (const json& placement : scene.value("placements", json::array())) {
         if (placement.value("display", json()) != number || !placement.value("isFront", false)) continue;

@@ -1,6 +1,5 @@
-// The pane of keyboard shortcuts: shows the keys of each action, and why keys have no effect, and changes them. The
-// agent records new keys, since it receives pressed keys whichever window has the focus, and knows which keys are in
-// use.
+// The pane of keyboard shortcuts: shows and changes the keys of each action, and shows why keys have no effect. The
+// agent records new keys: it receives pressed keys whichever window has the focus, and knows which keys are in use.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
@@ -44,8 +43,7 @@ class ShortcutsPane final : public Pane {
     QPushButton* record_ = nullptr;
     QPushButton* clear_ = nullptr;
     QPushButton* restore_ = nullptr;
-    /// The connection for a recording, null if there is none: closing it makes the agent end the recording and release
-    /// the keyboard.
+    /// The connection for a recording; null if there is none. When it is closed, the agent ends the recording.
     std::unique_ptr<AgentSession> recorder_;
     std::string recorded_;    // the action whose keys are recorded
     QString recordingPrompt_; // shown instead of the keys of `recorded_`

@@ -1,5 +1,5 @@
-// Lets the user pick a window on the screen with a click of the left button. Escape or another button cancels. Main
-// thread only.
+// Lets the user pick a window on the screen with a click of the left button. Escape or another button cancels.
+// Main thread only.
 #pragma once
 
 #include <QObject>

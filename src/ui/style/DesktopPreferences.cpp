@@ -37,8 +37,7 @@ DesktopPreferences::DesktopPreferences(std::function<void()> changed, const QDBu
 
 void DesktopPreferences::start() {
     if (!bus_.isConnected()) return;
-    // `connect` looks the slot's parameter type up by name, but the bus library registers the type only at its first
-    // use.
+    // `connect` finds the slot's parameter type by name, but the bus library registers the type only at its first use.
     qRegisterMetaType<QDBusVariant>();
     if (!bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
                       SLOT(settingChanged(QString, QString, QDBusVariant)))) {

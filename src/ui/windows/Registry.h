@@ -1,5 +1,5 @@
-// A list to which source files add entries before main() begins, so that adding a window or pane needs no change of
-// another file.
+// A list to which source files add entries before main() begins, so that a new window or pane changes no other
+// file.
 #pragma once
 
 #include <utility>

@@ -1,7 +1,6 @@
 // Overlay windows on X11. Window managers do not manage them (override-redirect), so this class keeps their order: on a
 // separate connection it follows the order of the root window's children, and moves the overlay below the applications
-// again after a change. The X server keeps the drawn pictures, as window backgrounds; this process keeps none. Main
-// thread only.
+// again after a change. The X server keeps the drawn pictures as window backgrounds. Main thread only.
 #pragma once
 
 #include "ui/overlay/OverlayWindow.h"

@@ -1,6 +1,6 @@
 // Focuses windows that are opened on request of the agent, on X11: sets the time of the user's last action on the
-// window, and requests the focus as a pager does. Window managers do not treat this as focus stealing. Main thread
-// only.
+// window, and requests the focus as a pager does. Window managers do not treat this as focus stealing.
+// Main thread only.
 #pragma once
 
 #include "ui/windows/WindowFocus.h"
