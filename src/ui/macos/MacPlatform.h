@@ -47,8 +47,7 @@ class MacPlatform final : public OverlayPlatform {
 };
 
 /// A Mac focuses a window only if its program is active, which kova-ui usually is not; only a panel without a title bar
-/// gets the focus without that. If kova-ui is activated while it shows no window, it activates the previous
-/// application.
+/// gets the focus without that. If kova-ui is activated without a window, it activates the former application.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();
