@@ -11,13 +11,13 @@
 namespace kova::ui {
 
 namespace {
-constexpr int kWheelStep = 120;
-constexpr int kNoticeMilliseconds = 6000; // the time for which the agent shows a notice
+constexpr int kWheelStep = 120;           // one notch, in eighths of a degree
+constexpr int kNoticeMilliseconds = 6000; // the time for which the agent publishes a notice
 constexpr double kDragStartPoints = 5;
 } // namespace
 
-FooterWindow::FooterWindow(OverlayPlatform& platform, OverlayActions& actions, DragEntry dragEntry) :
-    OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), dragEntry_(std::move(dragEntry)) {
+FooterWindow::FooterWindow(OverlayPlatform& platform, OverlayActions& actions, DragHandler dragHandler) :
+    OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), dragHandler_(std::move(dragHandler)) {
     QObject::connect(&noticePartTimer_, &QTimer::timeout, this, [this] {
         FooterState state = state_;
         if (++state.noticePart + 1 >= layout_.notice.parts.size()) noticePartTimer_.stop();
@@ -112,7 +112,7 @@ void FooterWindow::mouseMoveEvent(QMouseEvent* event) {
     if (dragged_.empty() && entry && (at - *pressedAt_).manhattanLength() > style_.px(kDragStartPoints)) {
         dragged_ = entry->window;
     }
-    if (!dragged_.empty()) dragEntry_(dragged_, event->globalPosition().toPoint(), EntryDrag::over);
+    if (!dragged_.empty()) dragHandler_(dragged_, event->globalPosition().toPoint(), DragEvent::moved);
 }
 
 void FooterWindow::mousePressEvent(QMouseEvent* event) {
@@ -124,7 +124,7 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
         // The secondary button cancels a drag, since the overlay never has the focus and so gets no Escape key.
         const std::string dragged = dragged_;
         cancelDrag();
-        dragEntry_(dragged, event->globalPosition().toPoint(), EntryDrag::cancelled);
+        dragHandler_(dragged, event->globalPosition().toPoint(), DragEvent::cancelled);
     } else if (event->button() == Qt::RightButton) {
         const StackEntry* entry = entryAt(hit);
         if (!entry && hit.part == FooterHit::Part::name && !tile_.applications.empty())
@@ -137,7 +137,7 @@ void FooterWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !pressedAt_) return;
     pressedAt_.reset();
     if (const std::string dragged = std::exchange(dragged_, {}); !dragged.empty()) {
-        return dragEntry_(dragged, event->globalPosition().toPoint(), EntryDrag::dropped);
+        return dragHandler_(dragged, event->globalPosition().toPoint(), DragEvent::dropped);
     }
     const FooterHit hit = layout_.at(event->position().toPoint());
     if (hit == pressed_) click(hit, event->globalPosition().toPoint());

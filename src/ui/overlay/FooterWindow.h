@@ -14,11 +14,11 @@ namespace kova::ui {
 
 class FooterWindow final : public OverlayWindow {
   public:
-    enum class EntryDrag { over, dropped, cancelled };
+    enum class DragEvent { moved, dropped, cancelled };
     /// Called while the entry of `window` is dragged; `at` is the pointer's position on the screen, in pixels.
-    using DragEntry = std::function<void(const std::string& window, QPoint at, EntryDrag how)>;
+    using DragHandler = std::function<void(const std::string& window, QPoint at, DragEvent dragEvent)>;
 
-    FooterWindow(OverlayPlatform& platform, OverlayActions& actions, DragEntry dragEntry);
+    FooterWindow(OverlayPlatform& platform, OverlayActions& actions, DragHandler dragHandler);
 
     void show(const TileContents& tile, const QRect& area, const Style& style);
     void setDropTarget(bool isDropTarget);
@@ -47,7 +47,7 @@ class FooterWindow final : public OverlayWindow {
     void click(FooterHit hit, QPoint at);
 
     OverlayActions& actions_;
-    DragEntry dragEntry_;
+    DragHandler dragHandler_;
     TileContents tile_;
     Style style_;
     FooterLayout layout_;

@@ -25,9 +25,10 @@ void keepOnly(Windows& windows, const std::set<std::string>& ids) {
 Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
     platform_(platform), actions_(actions),
     emptyTiles_([this] { return std::make_unique<EmptyTileWindow>(platform_, actions_); }), footers_([this] {
-        return std::make_unique<FooterWindow>(platform_, actions_,
-                                              [this](const std::string& dragged, QPoint at,
-                                                     FooterWindow::EntryDrag how) { dragEntry(dragged, at, how); });
+        return std::make_unique<FooterWindow>(
+            platform_, actions_, [this](const std::string& dragged, QPoint at, FooterWindow::DragEvent dragEvent) {
+                dragEntry(dragged, at, dragEvent);
+            });
     }),
     decoration_(platform) {
     spinner_.setInterval(kSpinnerMilliseconds);
@@ -243,14 +244,14 @@ const TileContents* Overlay::tileAt(QPoint pixels) const {
     return nullptr;
 }
 
-void Overlay::dragEntry(const std::string& window, QPoint at, FooterWindow::EntryDrag how) {
+void Overlay::dragEntry(const std::string& window, QPoint at, FooterWindow::DragEvent dragEvent) {
     if (!contents_) return;
     const TileContents* tile = tileAt(at);
     const auto holds = [&](const StackEntry& entry) { return entry.window == window; };
     const bool isElsewhere = tile && std::ranges::none_of(tile->applications, holds);
     const std::optional<std::string> target = isElsewhere ? std::optional(tile->id) : std::nullopt;
     std::optional<WindowDrag> drag;
-    if (how == FooterWindow::EntryDrag::over) {
+    if (dragEvent == FooterWindow::DragEvent::moved) {
         drag.emplace().tile = target;
         if (const DisplayContents* display = displayAt(at)) drag->display = display->id;
     }
@@ -258,7 +259,7 @@ void Overlay::dragEntry(const std::string& window, QPoint at, FooterWindow::Entr
         refreshFooters();
         refreshHighlights();
     }
-    if (how == FooterWindow::EntryDrag::dropped && target) actions_.place(window, *target);
+    if (dragEvent == FooterWindow::DragEvent::dropped && target) actions_.place(window, *target);
 }
 
 } // namespace kova::ui

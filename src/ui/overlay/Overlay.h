@@ -52,7 +52,8 @@ class Overlay {
     void refreshHighlights();
     void refreshMessage();
     void refreshSpinner();
-    void dragEntry(const std::string& window, QPoint at, FooterWindow::EntryDrag how);
+    /// Handles the drag of a footer's entry; `at` is in pixels on the screen.
+    void dragEntry(const std::string& window, QPoint at, FooterWindow::DragEvent dragEvent);
     void endLostDrag();
     const DisplayContents* displayAt(QPoint pixels) const;
     const TileContents* tileAt(QPoint pixels) const;
@@ -61,7 +62,7 @@ class Overlay {
     OverlayActions& actions_;
     DesktopStyle desktopStyle_;
     std::optional<OverlayContents> contents_;
-    std::optional<WindowDrag> draggedEntry_;                             // an entry of a footer that is dragged
+    std::optional<WindowDrag> draggedEntry_;                             // the drag of a footer's entry
     std::map<std::string, std::unique_ptr<BackdropWindow>> backdrops_;   // by display
     WindowSet<EmptyTileWindow> emptyTiles_;                              // by tile
     WindowSet<FooterWindow> footers_;                                    // by tile

@@ -29,11 +29,11 @@ class OverlayPlatform {
     /// The top left corner of the first display, in pixels on the screen.
     virtual QPoint firstDisplay() const { return {}; }
     virtual Qt::WindowType windowType() const { return Qt::Window; }
-    /// The window has been created and is not yet shown.
+    /// Call after the window was created and before it is shown.
     virtual void adopt(OverlayWindow& window) = 0;
-    /// The window will be destroyed.
+    /// Call before the window is destroyed.
     virtual void leave(OverlayWindow& window) = 0;
-    /// Call before the window is shown: puts it into its place in the stacking order.
+    /// Call before the window is shown. Moves it to its place in the stacking order.
     virtual void stack(OverlayWindow& window) = 0;
     /// Takes a window off the screen; it will be shown again.
     virtual void conceal(OverlayWindow& window);

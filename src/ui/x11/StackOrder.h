@@ -22,6 +22,7 @@ class StackOrder {
   public:
     /// All children, bottom first.
     void reset(std::vector<WindowNumber> bottomFirst);
+    // Call the next five functions at the server's events.
     void created(WindowNumber window); // as the topmost
     void removed(WindowNumber window);
     /// The window is now directly above `sibling`, or at the bottom if `sibling` is 0.
