@@ -37,7 +37,8 @@ void WindowDragCoordinator::removeMonitor() {
 
 std::optional<OverlayDrag> WindowDragCoordinator::dragAt(CGPoint location) const {
     const bool isMoving = press_ && !release_ && press_->movement == action::WindowDragKind::move;
-    if (!isMoving) return std::nullopt;
+    // No tile takes a window that will float.
+    if (!isMoving || press_->mode == action::DropMode::floating) return std::nullopt;
     return OverlayDrag{press_->windowID, displayUnder(location), *workspace_.state().dropTarget};
 }
 
@@ -55,14 +56,15 @@ std::optional<DisplayID> WindowDragCoordinator::displayUnder(CGPoint location) c
 }
 
 void WindowDragCoordinator::handle(const PointerEvent& event) {
+    const auto mode = event.isShiftDown ? action::DropMode::floating : action::DropMode::intoTile;
     switch (event.kind) {
     case PointerEvent::Kind::pressed:
         return pressed(event.location);
     case PointerEvent::Kind::moved:
-        moved(event.location);
+        moved(event.location, mode);
         return showDrag(dragAt(event.location));
     case PointerEvent::Kind::released:
-        return released(event.location, event.isShiftDown);
+        return released(event.location, mode);
     }
 }
 
@@ -123,7 +125,7 @@ std::optional<action::WindowDragKind> WindowDragCoordinator::movement() const {
     return isResized ? action::WindowDragKind::resize : action::WindowDragKind::move;
 }
 
-void WindowDragCoordinator::moved(CGPoint location) {
+void WindowDragCoordinator::moved(CGPoint location, action::DropMode mode) {
     if (!press_) beginPressByContent(location);
     if (!press_) return;
     // If only the window moves, another program moves it.
@@ -133,18 +135,18 @@ void WindowDragCoordinator::moved(CGPoint location) {
     if (!press_->isDragging)
         press_->isDragging = workspace_.perform(action::BeginWindowDrag{press_->windowID, press_->frame});
     if (!press_->isDragging) return;
-    workspace_.perform(action::UpdateWindowDrag{location, *what});
+    workspace_.perform(action::UpdateWindowDrag{location, *what, mode});
     press_->movement = *what;
+    press_->mode = mode;
 }
 
-void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
-    moved(location);
+void WindowDragCoordinator::released(CGPoint location, action::DropMode mode) {
+    moved(location, mode);
     contentPress_.reset();
     showDrag(std::nullopt);
     if (!press_) return;
     if (!press_->isDragging && isUnmoved(location)) return endUnmovedPress(); // a click
-    const auto lettingGo = isShiftDown ? action::DropMode::floating : action::DropMode::intoTile;
-    release_ = Release{location, lettingGo};
+    release_ = Release{location, mode};
     queue_.after(kSettlingTime, lifetime_.guard([this] { finishRelease(); }));
 }
 
@@ -157,7 +159,7 @@ void WindowDragCoordinator::endUnmovedPress() {
 void WindowDragCoordinator::finishRelease() {
     if (!press_ || !release_) return;
     const Release where = *std::exchange(release_, std::nullopt);
-    moved(where.location); // a slow window may have followed a quick drag only now
+    moved(where.location, where.lettingGo); // a slow window may have followed a quick drag only now
     if (!press_->isDragging) return endUnmovedPress();
     const auto what = movement().value_or(action::WindowDragKind::move);
     press_.reset();

@@ -41,11 +41,13 @@ class WindowDragCoordinator {
         CGPoint pointer{}; // screen space, at the same moment
         bool isDragging = false;
         std::optional<action::WindowDragKind> movement{}; // while dragging
+        action::DropMode mode = action::DropMode::intoTile;
     };
     void handle(const PointerEvent& event);
     void pressed(CGPoint location);
-    void moved(CGPoint location);
-    void released(CGPoint location, bool isShiftDown);
+    /// `mode`: of a drop at the location.
+    void moved(CGPoint location, action::DropMode mode);
+    void released(CGPoint location, action::DropMode mode);
     bool isNearKnownTitleOrEdge(CGPoint location) const;
     void beginPress(CGPoint location);
     void beginPressByContent(CGPoint location);

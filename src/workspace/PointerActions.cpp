@@ -209,12 +209,12 @@ Outcome PointerActions::beginWindowDrag(const WindowID& windowID, const CGRect& 
     return Outcome::done();
 }
 
-void PointerActions::updateWindowDrag(CGPoint pointer, action::WindowDragKind kind) {
+void PointerActions::updateWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode) {
     const auto dragged = pointer_.draggedWindow();
     if (!dragged) return;
     pointer_.noteMovement();
-    state_.dropTarget.set(kind == action::WindowDragKind::move ? geometry_.dropTarget(*dragged, pointer)
-                                                               : std::nullopt);
+    const bool takesTile = kind == action::WindowDragKind::move && mode == action::DropMode::intoTile;
+    state_.dropTarget.set(takesTile ? geometry_.dropTarget(*dragged, pointer) : std::nullopt);
 }
 
 void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode) {

@@ -48,7 +48,7 @@ class PointerActions {
     void pressWindow(const WindowID& windowID);
     void releaseWindow();
     Outcome beginWindowDrag(const WindowID& windowID, const CGRect& frameBefore);
-    void updateWindowDrag(CGPoint pointer, action::WindowDragKind kind);
+    void updateWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode);
     void endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode);
     void cancelWindowDrag();
 

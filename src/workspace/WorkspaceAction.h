@@ -197,6 +197,7 @@ struct BeginWindowDrag {
 struct UpdateWindowDrag {
     CGPoint pointer{};
     WindowDragKind kind = WindowDragKind::move;
+    DropMode mode = DropMode::intoTile; // of a drop now
 };
 struct EndWindowDrag {
     CGPoint pointer{};

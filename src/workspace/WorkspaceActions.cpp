@@ -68,7 +68,7 @@ Outcome WorkspaceController::carryOut(const WorkspaceAction& wanted) {
                 return ops_.pointerActions.beginWindowDrag(drag.windowID, drag.frameBefore);
             },
             [&](const UpdateWindowDrag& drag) {
-                return unrefused([&] { ops_.pointerActions.updateWindowDrag(drag.pointer, drag.kind); });
+                return unrefused([&] { ops_.pointerActions.updateWindowDrag(drag.pointer, drag.kind, drag.mode); });
             },
             [&](const EndWindowDrag& drag) {
                 return unrefused([&] { ops_.pointerActions.endWindowDrag(drag.pointer, drag.kind, drag.mode); });

@@ -175,8 +175,8 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
     const std::string over = "Mail over " + desk.displayIDOf("A").text();
-    const auto drags_ = [&](CGPoint point) {
-        desk.desktop.movePointer(point);
+    const auto drags_ = [&](CGPoint point, ShiftKey shift = ShiftKey::up) {
+        desk.desktop.movePointer(point, shift);
         passes(0.02);
         return drag();
     };
@@ -189,6 +189,9 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     EXPECT_EQ(drags_({1500, 300}), over + " no tile") << "its own tile is no target";
     EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
+    EXPECT_EQ(drags_({510, 300}, ShiftKey::down), "none") << "dropped now it would float";
+    EXPECT_EQ(strips(), "Primary: *Codex | Secondary: *!Mail");
+    EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
     desk.desktop.releaseButton();
     passes(0);
     EXPECT_EQ(drag(), "none") << "at once, although the window may still move";

@@ -160,7 +160,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Presses the main button on the handle there when no window lies over it, else on the window there.
     void pressAt(CGPoint point, WindowPart grip = WindowPart::titleBar);
     /// Moves the pointer; the dragged window or handle follows.
-    void movePointer(CGPoint point);
+    void movePointer(CGPoint point, ShiftKey shift = ShiftKey::up);
     void releaseButton(ShiftKey shift = ShiftKey::up);
     /// Releases a handle that is held.
     void pressEscape();

@@ -70,7 +70,7 @@ void SimulatedDesktop::pressAt(CGPoint point, WindowPart grip) {
          point);
 }
 
-void SimulatedDesktop::movePointer(CGPoint point) {
+void SimulatedDesktop::movePointer(CGPoint point, ShiftKey shift) {
     const auto handleIDAt = [&](CGPoint place) {
         const DividerHandle* handle = handleAt(place);
         return handle ? std::optional(handle->id) : std::nullopt;
@@ -89,7 +89,7 @@ void SimulatedDesktop::movePointer(CGPoint point) {
         setFrameOf(*window, pulled(hold_->frame, hold_->grip, dx, dy));
     }
     if (hold_->handleID && !hold_->isUsedUp) tell(DividerHandleEvent::Kind::moved, *hold_->handleID, point);
-    tell(PointerEvent::Kind::moved, point);
+    tell(PointerEvent::Kind::moved, point, shift);
 }
 
 void SimulatedDesktop::releaseButton(ShiftKey shift) {
