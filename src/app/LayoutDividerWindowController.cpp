@@ -33,6 +33,9 @@ LayoutDividerWindowController::LayoutDividerWindowController(WorkspaceController
     subscriptions_.push_back(state.focusMode.observe([this](const auto&) { refreshSoon(); }));
     subscriptions_.push_back(state.assignedWindowIDs.observe([this](const auto&) { refreshSoon(); }));
     subscriptions_.push_back(state.permissionState.observe([this](auto) { refreshSoon(); }));
+    subscriptions_.push_back(state.isSuspended.observe([this](bool isSuspended) {
+        if (isSuspended) forgetPointer();
+    }));
     subscriptions_.push_back(handles_.observeHandles([this](const DividerHandleEvent& event) { handle(event); }));
     refresh();
 }
@@ -123,6 +126,13 @@ std::vector<OverlayDivider> LayoutDividerWindowController::contents() const {
 
 void LayoutDividerWindowController::hover(const std::optional<std::string>& handleID) {
     if (std::exchange(hoveredID_, handleID) != handleID) board_.refresh(OverlaySection::dividers);
+}
+
+/// The workspace has cancelled a drag. The pointer's next events may come after the suspension, or never.
+void LayoutDividerWindowController::forgetPointer() {
+    held_.reset();
+    hoveredID_.reset();
+    board_.refresh(OverlaySection::dividers);
 }
 
 std::optional<DisplayLayoutDivider> LayoutDividerWindowController::dividerOf(const std::string& id) const {

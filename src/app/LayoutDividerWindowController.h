@@ -44,6 +44,7 @@ class LayoutDividerWindowController {
     void guardDesktop(Guards guards);
     void handle(const DividerHandleEvent& event);
     void hover(const std::optional<std::string>& handleID);
+    void forgetPointer();
     std::vector<OverlayDivider> contents() const;
     std::optional<DisplayLayoutDivider> dividerOf(const std::string& handleID) const;
     double translation(const Held& held, CGPoint location) const;

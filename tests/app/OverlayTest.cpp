@@ -234,6 +234,17 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     desk.desktop.releaseButton();
     desk.settle();
     EXPECT_EQ(moves({300, 700}), "-");
+
+    desk.desktop.movePointer({1480, 700});
+    desk.desktop.pressAt({1480, 700});
+    moves({1380, 700});
+    EXPECT_EQ(hands(), "hovered+dragged");
+    desk.simulate(SystemActivityEvent::screenDidLock);
+    EXPECT_EQ(hands(), "-") << "the release may come while the screen is locked, or never";
+    desk.simulate(SystemActivityEvent::screenDidUnlock);
+    EXPECT_EQ(moves({1360, 700}), "-") << "the drag has ended";
+    desk.desktop.releaseButton();
+    desk.settle();
 }
 
 TEST_F(Overlay, UndoIsOfferedBesideTheMessageOfTheNewestStep) {
