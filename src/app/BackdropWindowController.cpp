@@ -21,6 +21,17 @@ OverlayAppearance appearanceOf(const WorkspaceController& workspace) {
             .showBrain = *state.showBrain};
 }
 
+/// Frames of the windows that are shown on the display outside its tiles: floating ones, and those in full screen.
+std::vector<CGRect> floatingFrames(const WorkspaceController& workspace, const CGRect& display) {
+    std::vector<CGRect> frames;
+    for (const ManagedWindow& window : workspace.liveWindows()) {
+        const bool isShown = window.isVisible && !window.isMinimized && !window.isElsewhere && window.frame;
+        const bool isInTile = !window.isFullScreen && workspace.assignments().isInAnyTile(window.id);
+        if (isShown && !isInTile && intersectionArea(*window.frame, display) > 0) frames.push_back(*window.frame);
+    }
+    return frames;
+}
+
 std::vector<OverlayDisplay> displaysOf(const WorkspaceController& workspace) {
     const WorkspaceState& state = workspace.state();
     const auto current = workspace.currentDisplayID();
@@ -39,6 +50,7 @@ std::vector<OverlayDisplay> displaysOf(const WorkspaceController& workspace) {
         }
         display.isFocusMode = *state.focusMode && (*state.focusMode)->displayID == display.id;
         display.isCurrent = display.id == current;
+        if (*state.showBrain) display.floatingFrames = floatingFrames(workspace, display.frame);
         out.push_back(std::move(display));
     }
     return out;
@@ -75,6 +87,10 @@ void BackdropWindowController::show() {
     watch(state.focusMode, Section::displays);
     watch(state.focusedWindowID, Section::displays);
     watch(state.assignedWindowIDs, Section::displays);
+    watch(state.showBrain, Section::displays);
+    subscriptions_.push_back(state.windows.observe([this](const auto&) {
+        if (*workspace_.state().showBrain) board_.refresh(Section::displays);
+    }));
     watch(state.lastActionMessage, Section::message);
     watch(state.canUndo, Section::message);
 }

@@ -164,6 +164,7 @@ void WindowDragCoordinator::finishRelease() {
     const auto what = movement().value_or(action::WindowDragKind::move);
     press_.reset();
     workspace_.perform(action::EndWindowDrag{where.location, what, where.lettingGo});
+    board_.refresh(OverlaySection::displays); // has the frames of floating windows
 }
 
 } // namespace kova

@@ -87,6 +87,12 @@ json appearance(const OverlayAppearance& shown) {
             {"showBrain", shown.showBrain}};
 }
 
+json rects(const std::vector<CGRect>& frames) {
+    json out = json::array();
+    for (const CGRect& frame : frames) out.push_back(rect(frame));
+    return out;
+}
+
 json display(const OverlayDisplay& now, const OverlayDisplay* before) {
     using Display = OverlayDisplay;
     json out = Record(now, before)
@@ -98,6 +104,7 @@ json display(const OverlayDisplay& now, const OverlayDisplay* before) {
                    .add("scale", &Display::scale, controlRecord::number)
                    .add("isFocusMode", &Display::isFocusMode)
                    .add("isCurrent", &Display::isCurrent)
+                   .add("floatingFrames", &Display::floatingFrames, rects)
                    .take();
     if (!before || now.layoutID != before->layoutID || now.layoutName != before->layoutName)
         out["layout"] = {{"id", now.layoutID}, {"name", now.layoutName}};

@@ -290,6 +290,12 @@ TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     EXPECT_TRUE(contents().appearance.showBrain);
     ASSERT_EQ(contents().displays.size(), 2U);
     EXPECT_EQ(describeFrame(contents().displays[1].frame), "2560,0 1920x1080");
+    EXPECT_EQ(contents().displays[0].floatingFrames, std::vector<CGRect>());
+    desk.perform(command::Float{desk.desktop.windowIDOf("Mail")});
+    ASSERT_EQ(contents().displays[0].floatingFrames.size(), 1U) << "it may cover the decoration";
+    EXPECT_EQ(contents().displays[1].floatingFrames, std::vector<CGRect>());
+    workspace.perform(action::Switch{action::Setting::showBrain, false});
+    EXPECT_EQ(contents().displays[0].floatingFrames, std::vector<CGRect>());
 
     desk.arrange();
     const auto message = contents().message;

@@ -1,5 +1,6 @@
 #include "tests/ui/Sample.h"
 
+#include "ui/overlay/Battery.h"
 #include "ui/overlay/DesktopActivity.h"
 #include "ui/tray/MenuBuilder.h"
 
@@ -18,6 +19,9 @@ TEST(Decoration, MovesOnlyWhileItIsVisibleAndAnimationsAreEnabled) {
         bool isMoving;
         std::function<void(nlohmann::json&, DesktopStyle&)> change;
     };
+    const auto frame = [](int x, int y, int width, int height) {
+        return nlohmann::json{{"x", x}, {"y", y}, {"width", width}, {"height", height}};
+    };
     const std::vector<Case> cases{
         {"between empty tiles", true, [](auto&, auto&) {}},
         {"switched off", false, [](auto& state, auto&) { state["appearance"]["showBrain"] = false; }},
@@ -25,11 +29,21 @@ TEST(Decoration, MovesOnlyWhileItIsVisibleAndAnimationsAreEnabled) {
         {"reduced motion", false, [](auto&, auto& style) { style.areAnimationsEnabled = false; }},
         {"focus mode", false, [](auto& state, auto&) { state["displays"][0]["isFocusMode"] = true; }},
         {"covered by tiles", false,
-         [](auto& state, auto&) {
+         [&](auto& state, auto&) {
              for (auto& tile : state["tiles"]) {
                  tile["isEmpty"] = false;
-                 tile["frame"] = {{"x", 0}, {"y", 0}, {"width", 800}, {"height", 500}};
+                 tile["frame"] = frame(0, 0, 800, 500);
              }
+         }},
+        {"covered by a window in full screen", false,
+         [&](auto& state, auto&) { state["displays"][0]["floatingFrames"] = {frame(0, 0, 800, 500)}; }},
+        {"covered by floating windows together", false,
+         [&](auto& state, auto&) {
+             state["displays"][0]["floatingFrames"] = {frame(0, 0, 420, 500), frame(410, 0, 390, 500)};
+         }},
+        {"half covered by two windows, one above the other", true,
+         [&](auto& state, auto&) {
+             state["displays"][0]["floatingFrames"] = {frame(0, 0, 410, 500), frame(0, 0, 400, 500)};
          }},
     };
     for (const Case& each : cases) {

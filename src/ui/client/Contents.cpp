@@ -69,6 +69,7 @@ DisplayContents display(const JsonCursor& at) {
                             .isFocusMode = flag(at, "isFocusMode"),
                             .isCurrent = flag(at, "isCurrent")};
     if (const auto scale = at.optional("scale")) decoded.scale = scale->number();
+    if (const auto frames = at.optional("floatingFrames")) decoded.floatingFrames = all(*frames, rectangle);
     if (!(decoded.scale >= 0.25 && decoded.scale <= 16)) at.fail("scale is out of range");
 #if defined(__APPLE__)
     decoded.scale = 1; // the toolkit counts in points there, and the system scales what is drawn

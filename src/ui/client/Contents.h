@@ -42,6 +42,7 @@ struct DisplayContents {
     double scale = 1; // units of the toolkit per point; the units are pixels, on a Mac points
     bool isFocusMode = false;
     bool isCurrent = false;
+    std::vector<CGRect> floatingFrames{}; // of windows outside tiles, while the decoration is shown
     bool operator==(const DisplayContents&) const = default;
 };
 

@@ -19,6 +19,7 @@ class MacPlatform final : public OverlayPlatform {
     ~MacPlatform() override;
 
     bool isComposited() const override { return true; }
+    bool isOnBattery() const override;
     /// Overlay windows are panels.
     Qt::WindowType windowType() const override { return Qt::Tool; }
     void adopt(OverlayWindow& window) override;

@@ -7,6 +7,8 @@
 #include <QSurfaceFormat>
 
 #import <AppKit/AppKit.h>
+#import <IOKit/ps/IOPSKeys.h>
+#import <IOKit/ps/IOPowerSources.h>
 
 #include <unistd.h>
 
@@ -125,6 +127,13 @@ MacPlatform::MacPlatform() {
 }
 
 MacPlatform::~MacPlatform() = default;
+
+bool MacPlatform::isOnBattery() const {
+    const id sources = CFBridgingRelease(IOPSCopyPowerSourcesInfo());
+    if (!sources) return false;
+    NSString* source = (__bridge NSString*)IOPSGetProvidingPowerSourceType((__bridge CFTypeRef)sources);
+    return [source isEqualToString:@kIOPSBatteryPowerValue];
+}
 
 void MacPlatform::adopt(OverlayWindow& window) {
     plain_.adopt(window);

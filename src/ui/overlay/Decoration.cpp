@@ -60,7 +60,7 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
         auto& window = kept[display.id];
         window = std::move(fields_[display.id]);
         if (!window) window = std::make_unique<Field>(platform_, particles_);
-        const bool isHidden = isCovered(*field, contents->tiles, display.id);
+        const bool isHidden = isCovered(*field, display, contents->tiles);
         const QRect backdrop = contents->appearance.useThemeBackground ? style.px(display.frame) : QRect();
         window->show(style.px(*field), backdrop, isHidden, style);
         isSeen = isSeen || !isHidden;
@@ -77,7 +77,7 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
 void Decoration::move() {
     const bool isPowerDue = framesUntilLookAtPower_-- <= 0;
     if (isPowerDue) framesUntilLookAtPower_ = kFramesPerLookAtPower;
-    if (activity_.isIdle(now()) || (isPowerDue && runsOnBattery())) return timer_.stop();
+    if (activity_.isIdle(now()) || (isPowerDue && platform_.isOnBattery())) return timer_.stop();
     particles_.step();
     for (const auto& [display, field] : fields_) {
         if (!field->isCovered()) field->redraw();

@@ -1,6 +1,6 @@
 // The particle decoration of all displays and the one timer that moves it. It stands still, without a wake-up, while it
-// is covered by tiles or the workspace is suspended, when nothing happened on the desktop for a minute, on battery, and
-// where animations are switched off.
+// is covered by windows or the workspace is suspended, when nothing happened on the desktop for a minute, on battery,
+// and where animations are switched off.
 #pragma once
 
 #include "ui/overlay/DesktopActivity.h"

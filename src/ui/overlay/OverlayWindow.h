@@ -26,6 +26,8 @@ class OverlayPlatform {
     virtual ~OverlayPlatform() = default;
     /// Whether translucent windows are blended with the windows below them.
     virtual bool isComposited() const = 0;
+    /// Whether a battery powers the machine; may read small files.
+    virtual bool isOnBattery() const { return false; }
     /// The top left corner of the first display, in pixels on the screen.
     virtual QPoint firstDisplay() const { return {}; }
     virtual Qt::WindowType windowType() const { return Qt::Window; }

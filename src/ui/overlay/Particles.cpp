@@ -1,8 +1,7 @@
 #include "ui/overlay/Particles.h"
 
-#include <QDir>
-#include <QFile>
 #include <QRandomGenerator>
+#include <QRegion>
 
 #include <algorithm>
 #include <cmath>
@@ -14,11 +13,6 @@ namespace {
 constexpr int kParticleCount = 42;
 constexpr double kLineLengthPoints = 64; // lines connect particles that are nearer
 constexpr double kCoveredShare = 0.9;
-
-QByteArray contentsOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(64).trimmed() : QByteArray();
-}
 
 } // namespace
 
@@ -80,27 +74,18 @@ std::optional<CGRect> particleField(const DisplayContents& display) {
                     kParticleFieldPoints);
 }
 
-bool isCovered(const CGRect& field, const std::vector<TileContents>& tiles, const std::string& display) {
-    double covered = 0;
+bool isCovered(const CGRect& field, const DisplayContents& display, const std::vector<TileContents>& tiles) {
+    const auto pixels = [](const CGRect& rect) {
+        return QRectF(minX(rect), minY(rect), rect.size.width, rect.size.height).toAlignedRect();
+    };
+    QRegion covering; // windows may overlap
     for (const TileContents& tile : tiles) {
-        const bool isSeenThrough = tile.display != display || tile.isEmpty;
-        if (!isSeenThrough) covered += intersectionArea(field, tile.frame);
+        if (tile.display == display.id && !tile.isEmpty) covering += pixels(tile.frame);
     }
+    for (const CGRect& frame : display.floatingFrames) covering += pixels(frame);
+    double covered = 0;
+    for (const QRect& part : covering& pixels(field)) covered += static_cast<double>(part.width()) * part.height();
     return covered >= kCoveredShare * field.size.width * field.size.height;
-}
-
-bool runsOnBattery(const std::string& powerSupplyFolder) {
-    bool isDischarging = false;
-    const QDir folder(QString::fromStdString(powerSupplyFolder));
-    for (const QString& supply : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const QString path = folder.filePath(supply) + u'/';
-        // Batteries of mice and the like are of another scope.
-        if (contentsOf(path + QStringLiteral("type")) != "Battery" ||
-            contentsOf(path + QStringLiteral("scope")) == "Device")
-            continue;
-        isDischarging = isDischarging || contentsOf(path + QStringLiteral("status")) == "Discharging";
-    }
-    return isDischarging;
 }
 
 } // namespace kova::ui

@@ -33,10 +33,7 @@ class Particles {
 /// The area of the decoration, in the middle of the display's visible frame. Absent if the display is too small.
 std::optional<CGRect> particleField(const DisplayContents& display);
 
-/// Whether windows in tiles cover so much of the field that its motion would hardly be visible.
-bool isCovered(const CGRect& field, const std::vector<TileContents>& tiles, const std::string& display);
-
-/// True when the machine runs on battery. Reads a few small files of the system.
-bool runsOnBattery(const std::string& powerSupplyFolder = "/sys/class/power_supply");
+/// Whether windows cover so much of the display's field that its motion would hardly be visible.
+bool isCovered(const CGRect& field, const DisplayContents& display, const std::vector<TileContents>& tiles);
 
 } // namespace kova::ui

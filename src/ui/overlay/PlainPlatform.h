@@ -2,6 +2,7 @@
 // backing store for its contents; the stacking order is left to the system.
 #pragma once
 
+#include "ui/overlay/Battery.h"
 #include "ui/overlay/OverlayWindow.h"
 
 #include <QBackingStore>
@@ -14,6 +15,7 @@ namespace kova::ui {
 class PlainPlatform final : public OverlayPlatform {
   public:
     bool isComposited() const override { return true; }
+    bool isOnBattery() const override { return runsOnBattery(); }
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;

@@ -3,6 +3,7 @@
 // again after a change. The X server keeps the drawn pictures as window backgrounds. Main thread only.
 #pragma once
 
+#include "ui/overlay/Battery.h"
 #include "ui/overlay/OverlayWindow.h"
 #include "ui/x11/ApplicationAreas.h"
 #include "ui/x11/StackOrder.h"
@@ -34,6 +35,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     void whenTrayChanges(std::function<void(bool hasTray)> call) { trayChanged_ = std::move(call); }
 
     bool isComposited() const override { return isComposited_; }
+    bool isOnBattery() const override { return runsOnBattery(); }
     QPoint firstDisplay() const override { return firstDisplay_; }
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
