@@ -26,6 +26,20 @@ void compare(const Sample& sample, bool isComposited, const std::string& name) {
     compareWithGolden(pictureOf(sample, isComposited), name, sample.scale);
 }
 
+/// On a picture that is black at the left and white at the right.
+QImage pictureOverWallpaper(const Sample& sample) {
+    PicturePlatform platform;
+    NotedActions actions;
+    Overlay overlay(platform, actions);
+    overlay.setTaste(tasteOf(sample.look));
+    overlay.show(contentsOf(sampleState(sample)));
+    const QSize size = QSize(800, 500) * sample.scale;
+    QLinearGradient wallpaper(0, 0, size.width() * 0.6, 0);
+    wallpaper.setColorAt(0, Qt::black);
+    wallpaper.setColorAt(1, Qt::white);
+    return platform.screen(size, wallpaper);
+}
+
 /// The pointer is on icons in a wide and in a narrow footer.
 QImage pictureWithHoveredIcon(const Sample& sample) {
     PicturePlatform platform;
@@ -92,11 +106,15 @@ TEST_F(Golden, DragsNoticesLaunchesAndDesktopsWithoutBackdrop) {
     compare({.isDragging = true, .hasMessage = false}, true, "dark-drag");
     compare({.look = Look::light, .isDragging = true, .hasMessage = false}, true, "light-drag");
     compare({.look = Look::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");
-    compare({.useThemeBackground = false}, true, "dark-over-wallpaper");
     compare({.hasNotice = true}, true, "dark-notice");
     compare({.look = Look::light, .isRightToLeft = true}, true, "light-right-to-left");
     compare({.windows = 1, .hasMessage = false, .hasBrain = true}, true, "dark-brain");
     for (const int scale : {1, 2}) {
+        for (const auto& [look, name] : {std::pair(Look::dark, "dark"), std::pair(Look::light, "light")}) {
+            compareWithGolden(
+                pictureOverWallpaper({.scale = static_cast<double>(scale), .look = look, .useThemeBackground = false}),
+                std::string(name) + "-over-wallpaper@" + std::to_string(scale), scale);
+        }
         compareWithGolden(pictureWithHoveredIcon({.windows = 12, .scale = static_cast<double>(scale)}),
                           "dark-hovered@" + std::to_string(scale), scale);
     }

@@ -143,7 +143,33 @@ TEST(Overlay, MessageAndEmptyTileReceiveClicksOnlyOnTheirButtons) {
     }
 }
 
-TEST(Overlay, OnlyChangedPartsAreDrawn) {
+TEST(Overlay, TheMessageLeavesFootersAndTheButtonsOfEmptyTilesFree) {
+    struct Case {
+        const char* what;
+        int bottom; // of the message, where 500 is that of the display
+        std::function<void(nlohmann::json&)> change;
+    };
+    const std::vector<Case> cases{
+        {"above the button of a short tile", 384, [](auto&) {}},
+        {"above the footers", 450, [](auto& state) { state["tiles"][1]["isEmpty"] = false; }},
+        {"no buttons", 450, [](auto& state) { state["appearance"]["showTileBackgrounds"] = false; }},
+        {"no footers", 488,
+         [](auto& state) {
+             for (auto& tile : state["tiles"]) tile["footerFrame"] = nullptr;
+             state["displays"][0]["isFocusMode"] = true;
+         }},
+        {"no room above it", 488, [](auto& state) {
+             state["displays"][0]["visibleFrame"] = {{"x", 0}, {"y", 420}, {"width", 800}, {"height", 80}};
+         }}};
+    for (const Case& each : cases) {
+        Stage stage;
+        each.change(stage.state);
+        stage.show();
+        EXPECT_NEAR(stage.windowOf(Layer::message)->geometry().bottom() + 1, each.bottom, 2) << each.what;
+    }
+}
+
+TEST(Overlay, OnlyWhatChangedIsDrawn) {
     Stage stage;
     const int before = stage.platform.drawings();
     stage.show();

@@ -197,15 +197,15 @@ int PicturePlatform::windowsOf(Layer layer) const {
         shown_, [&](const auto& shown) { return shown.first->layer() == layer && !shown.second.isConcealed; }));
 }
 
-QImage PicturePlatform::screen(QSize size) const {
+QImage PicturePlatform::screen(QSize size, const QBrush& wallpaper) const {
     std::vector<OverlayWindow*> windows;
     for (const auto& [window, shown] : shown_) {
         if (!shown.isConcealed) windows.push_back(window);
     }
     std::ranges::sort(windows, {}, [](const OverlayWindow* window) { return window->layer(); });
     QImage screen(size, QImage::Format_RGB32);
-    screen.fill(QColor(0x6b, 0x7f, 0x95));
     QPainter painter(&screen);
+    painter.fillRect(screen.rect(), wallpaper);
     for (OverlayWindow* window : windows) {
         const Shown& shown = shown_.at(window);
         painter.setClipRegion(shown.visible.translated(window->position()));

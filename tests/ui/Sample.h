@@ -3,6 +3,7 @@
 
 #include "ui/overlay/Overlay.h"
 
+#include <QBrush>
 #include <QImage>
 
 #include <nlohmann/json.hpp>
@@ -58,7 +59,7 @@ class PicturePlatform final : public OverlayPlatform {
     int drawings() const;
     int windowsOf(Layer layer) const;
     /// All windows, mixed in their order over a wallpaper.
-    QImage screen(QSize size) const;
+    QImage screen(QSize size, const QBrush& wallpaper = QColor(0x6b, 0x7f, 0x95)) const;
 
   private:
     bool isComposited_;

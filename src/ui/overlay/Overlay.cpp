@@ -1,6 +1,5 @@
 #include "ui/overlay/Overlay.h"
 
-#include "support/Limits.h"
 #include "ui/overlay/Drawing.h"
 
 #include <algorithm>
@@ -13,6 +12,24 @@ namespace kova::ui {
 namespace {
 
 constexpr int kSpinnerMilliseconds = 80;
+
+/// A panel at the bottom of the room, in its middle, as far up as the controls require; at the bottom if the room is
+/// too small for that.
+QRect clearOf(const std::vector<QRect>& controls, QSize panel, const QRect& room, int margin) {
+    QRect lowest(QPoint(0, 0), panel);
+    lowest.moveCenter(room.center());
+    lowest.moveBottom(room.bottom() - margin);
+    QRect area = lowest;
+    const auto covered = [&] {
+        return std::ranges::find_if(
+            controls, [&](const QRect& control) { return control.adjusted(0, -margin, 0, margin).intersects(area); });
+    };
+    for (auto control = covered(); control != controls.end(); control = covered()) {
+        area.moveBottom(control->top() - margin - 1);
+        if (area.top() < room.top()) return lowest;
+    }
+    return area;
+}
 
 /// Windows of objects that are not listed any more are removed.
 template <class Windows>
@@ -117,17 +134,20 @@ void Overlay::refreshBackdrops() {
     keepOnly(backdrops_, shown);
 }
 
+bool Overlay::showsEmptyTile(const TileContents& tile) const {
+    const DisplayContents* display = contents_->display(tile.display);
+    if (!contents_->appearance.showTileBackgrounds || !tile.isEmpty || !display) return false;
+    return !display->isFocusMode && tile.frame.size.width >= 24 && tile.frame.size.height >= 24;
+}
+
 void Overlay::refreshEmptyTiles() {
-    const auto display = [&](const TileContents& tile) { return contents_->display(tile.display); };
-    const auto isShown = [&](const TileContents& tile) {
-        if (!contents_->appearance.showTileBackgrounds || !tile.isEmpty || !display(tile)) return false;
-        return !display(tile)->isFocusMode && tile.frame.size.width >= 24 && tile.frame.size.height >= 24;
-    };
+    const auto isShown = [&](const TileContents& tile) { return showsEmptyTile(tile); };
     emptyTiles_.keepOnly(idsOfTiles(isShown));
     for (const TileContents& tile : contents_->tiles) {
         if (!isShown(tile)) continue;
         const Style style = styleFor(tile.display);
-        const QRect backdrop = contents_->appearance.useThemeBackground ? style.px(display(tile)->frame) : QRect();
+        const QRect display = style.px(contents_->display(tile.display)->frame);
+        const QRect backdrop = contents_->appearance.useThemeBackground ? display : QRect();
         emptyTiles_.of(tile.id).show(tile, style.px(tile.frame), backdrop, style);
     }
 }
@@ -203,18 +223,27 @@ void Overlay::refreshMessage() {
         if (message_) message_->retire();
         return;
     }
-    // Above the lowest row of footers.
-    double bottom = maxY(display->visibleFrame);
-    for (const TileContents& tile : contents_->tiles) {
-        const bool isLowest = tile.display == display->id && tile.footerFrame &&
-                              maxY(*tile.footerFrame) > maxY(display->visibleFrame) - 2 * kFooterHeight;
-        if (isLowest) bottom = std::min(bottom, minY(*tile.footerFrame));
-    }
     const Style style = styleFor(display->id);
-    const CGPoint bottomCenter{center(display->visibleFrame).x, bottom - points::messageMargin};
+    const QRect room = style.px(display->visibleFrame);
+    const int widest = style.px(display->visibleFrame.size.width - 2 * points::messageMargin);
+    const QRect area = clearOf(controlsOn(*display, style), layOutMessage(*message, widest, style).size, room,
+                               style.px(points::messageMargin));
     if (!message_) message_ = std::make_unique<MessageWindow>(platform_, actions_);
-    message_->show(*message, style.px(bottomCenter) - QPoint(0, 1),
-                   style.px(display->visibleFrame.size.width - 2 * points::messageMargin), style);
+    message_->show(*message, area, widest, style);
+}
+
+/// Footers and the buttons of empty tiles, on the screen.
+std::vector<QRect> Overlay::controlsOn(const DisplayContents& display, const Style& style) const {
+    std::vector<QRect> controls;
+    for (const TileContents& tile : contents_->tiles) {
+        if (tile.display != display.id) continue;
+        if (const auto footer = footerArea(tile, style)) controls.push_back(*footer);
+        if (!showsEmptyTile(tile)) continue;
+        const QRect area = style.px(tile.frame);
+        const EmptyTileLayout layout = layOutEmptyTile(tile, area.size(), style);
+        if (layout.hasButton) controls.push_back(layout.button.translated(area.topLeft()));
+    }
+    return controls;
 }
 
 void Overlay::refreshSpinner() {

@@ -14,6 +14,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace kova::ui {
 
@@ -43,6 +44,8 @@ class Overlay {
 
   private:
     Style styleFor(const std::string& display) const;
+    bool showsEmptyTile(const TileContents& tile) const;
+    std::vector<QRect> controlsOn(const DisplayContents& display, const Style& style) const;
     std::set<std::string> idsOfTiles(const std::function<bool(const TileContents&)>& isMeant) const;
     void refresh();
     void refreshBackdrops();

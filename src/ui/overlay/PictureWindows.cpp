@@ -106,14 +106,11 @@ void HighlightWindow::paint(QPainter& painter) {
     paintDropTargets(painter, tiles_, style_);
 }
 
-void MessageWindow::show(const StatusMessage& message, QPoint bottomCenter, int widestPixels, const Style& style) {
+void MessageWindow::show(const StatusMessage& message, const QRect& area, int widestPixels, const Style& style) {
     const bool isSame = message == message_ && drawsAlike(style, style_);
     message_ = message;
     style_ = style;
     layout_ = layOutMessage(message, widestPixels, style);
-    QRect area(QPoint(0, 0), layout_.size);
-    area.moveCenter(bottomCenter);
-    area.moveBottom(bottomCenter.y());
     const bool isNewSize = area.size() != size();
     const QRegion shape = roundedRegion(wholeOf(area.size()), style.px(points::messageHeight) / 2);
     setAppearsGradually(style.areAnimationsEnabled);

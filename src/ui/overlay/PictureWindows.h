@@ -74,8 +74,8 @@ class MessageWindow final : public OverlayWindow {
   public:
     MessageWindow(OverlayPlatform& platform, OverlayActions& actions) :
         OverlayWindow(platform, Layer::message, "KOVA message"), actions_(actions) {}
-    /// `bottomCenter`: the center of the panel's bottom edge, in pixels on the screen.
-    void show(const StatusMessage& message, QPoint bottomCenter, int widestPixels, const Style& style);
+    /// `area`: of the size that the message has by `layOutMessage`, in pixels on the screen.
+    void show(const StatusMessage& message, const QRect& area, int widestPixels, const Style& style);
     void paint(QPainter& painter) override;
 
   protected:

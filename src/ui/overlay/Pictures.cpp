@@ -37,6 +37,20 @@ QRegion outline(const QRect& area, int radius, int width) {
            roundedRegion(area.adjusted(width, width, -width, -width), std::max(0, radius - width));
 }
 
+double edgeOnDesktop(const Style& style) {
+    return style.line(2);
+}
+
+/// Along the inside of a rounded rectangle. `dash`: the length of the dashes and of the gaps, in pixels.
+void drawDashes(QPainter& painter, const QRectF& area, double radius, QPen pen, double dash) {
+    const double half = pen.widthF() / 2;
+    pen.setDashPattern({dash / pen.widthF(), dash / pen.widthF()});
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(pen);
+    painter.drawRoundedRect(area.adjusted(half, half, -half, -half), radius, radius);
+}
+
 QRect labelArea(const CarriedOver& tile, const Style& style) {
     const int height = style.px(points::buttonHeight);
     const int width = std::min(widthOf(dropText(tile), largeFont(style, QFont::DemiBold)) + 2 * style.px(20),
@@ -110,16 +124,16 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
                     bool isButtonHovered, const Style& style) {
     const Palette& palette = style.palette;
     const double line = style.line(1), radius = style.px(points::tileRadius);
-    QColor fill = palette.tileFill;
-    if (ground == Ground::desktop) fill = withAlpha(palette.panel, style.isComposited ? 0.3 : 1);
-    drawPanel(painter, layout.panel, radius, fill, QColor(), 0);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    QPen pen(palette.tileLine, line);
-    pen.setDashPattern({4 * style.scale / line, 4 * style.scale / line});
-    painter.setPen(pen);
-    painter.drawRoundedRect(QRectF(layout.panel).adjusted(line / 2, line / 2, -line / 2, -line / 2), radius, radius);
-    if (ground == Ground::desktop) {
+    if (ground == Ground::theme) {
+        drawPanel(painter, layout.panel, radius, palette.tileFill, QColor(), 0);
+        drawDashes(painter, layout.panel, radius, QPen(palette.tileLine, line), 4 * style.scale);
+    } else {
+        // An edge of two colors, one of which differs from any picture.
+        const double edge = edgeOnDesktop(style);
+        drawPanel(painter, layout.panel, radius, withAlpha(palette.panel, style.isComposited ? 0.3 : 1),
+                  withAlpha(palette.panel, 1), edge);
+        drawDashes(painter, layout.panel, radius, QPen(palette.mutedText, edge, Qt::SolidLine, Qt::FlatCap),
+                   6 * style.scale);
         drawPanel(painter, layout.card, style.px(12), palette.panel, palette.panelLine, line);
     }
     drawText(painter, layout.name, textOf(tile.name), largeFont(style, QFont::Medium), palette.mutedText,
@@ -136,7 +150,8 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
 QRegion emptyTileShape(const EmptyTileLayout& layout, Ground ground, const Style& style) {
     const int radius = style.px(points::tileRadius);
     if (ground == Ground::theme || style.isComposited) return roundedRegion(layout.panel, radius);
-    return outline(layout.panel, radius, static_cast<int>(style.line(1))) + roundedRegion(layout.card, style.px(12));
+    return outline(layout.panel, radius, static_cast<int>(edgeOnDesktop(style))) +
+           roundedRegion(layout.card, style.px(12));
 }
 
 void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, const Style& style) {
