@@ -160,6 +160,33 @@ TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
     EXPECT_EQ(restored, 1) << "the user has focused another window";
 }
 
+TEST_F(Launching, TheSettingsHaveTheFocusAgainAfterThePaletteThatTheyOpened) {
+    struct NotedFocus : WindowFocus {
+        explicit NotedFocus(std::vector<std::string>& noted) : noted_(noted) {}
+        void take(QWidget& window) override {
+            noted_.push_back(window.objectName().toStdString());
+            WindowFocus::take(window);
+        }
+        void giveBack() override { noted_.push_back("given back"); }
+        std::vector<std::string>& noted_;
+    };
+    std::vector<std::string> noted;
+    host.setFocus(std::make_unique<NotedFocus>(noted));
+    HostedWindow* settings = open("settings");
+    settings->setObjectName("settings");
+    ASSERT_TRUE(until([&] { return settings->isActiveWindow(); }));
+    ASSERT_TRUE(openAt("palette", "focus-main"));
+    ASSERT_TRUE(until([&] { return host.window("palette")->isActiveWindow(); }));
+    noted.clear();
+    QTest::keyClick(field, Qt::Key_Escape);
+    ASSERT_TRUE(isClosed("palette"));
+    EXPECT_EQ(noted, std::vector<std::string>{"settings"});
+    ASSERT_TRUE(until([&] { return settings->isActiveWindow(); }));
+    settings->close();
+    ASSERT_TRUE(isClosed("settings"));
+    EXPECT_EQ(noted, (std::vector<std::string>{"settings", "given back"})) << "the application's turn";
+}
+
 // As footers do, it takes no focus.
 TEST_F(Launching, APressOnAnotherWindowOfThisProgramCloses) {
     ASSERT_TRUE(openAt("launcher", "focus-main"));

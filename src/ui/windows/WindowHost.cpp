@@ -42,6 +42,14 @@ HostedWindow* WindowHost::window(const std::string& what) const {
     return found == windows_.end() ? nullptr : found->second.get();
 }
 
+/// The name of our window that has the focus.
+std::optional<std::string> WindowHost::focusedWindow() const {
+    for (const auto& [name, window] : windows_) {
+        if (window && window->isActiveWindow()) return name;
+    }
+    return std::nullopt;
+}
+
 bool WindowHost::show(const std::string& what, const nlohmann::json& parameters) {
     const auto& kinds = Registry<WindowKind>::entries();
     const auto kind = std::ranges::find(kinds, what, [](const WindowKind& each) { return std::string(each.name); });
@@ -64,7 +72,10 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
         window->installEventFilter(this);
     }
     window->present(parameters);
-    if (!window->isVisible()) focus_->prepare(*window);
+    if (!window->isVisible()) {
+        if (const auto opener = focusedWindow()) openers_[what] = *opener;
+        focus_->prepare(*window);
+    }
     window->show();
     newest_ = window.get();
     focus_->take(*window);
@@ -109,8 +120,16 @@ void WindowHost::closed(const HostedWindow* window, bool hadKeyboard) {
     const auto shown = [this](const auto& entry) { return entry.second.get() == newest_; };
     const bool isReplaced = newest_ != window && std::ranges::any_of(windows_, shown);
     windows_.erase(found);
+    const auto opener = openers_.extract(what);
     if (wanted_.contains(what) && surroundings_.closedByUser) surroundings_.closedByUser(what);
-    if (hadKeyboard && !isReplaced) focus_->giveBack();
+    if (hadKeyboard && !isReplaced) {
+        HostedWindow* before = opener ? this->window(opener.mapped()) : nullptr;
+        if (before && before->isVisible()) {
+            focus_->take(*before);
+        } else {
+            focus_->giveBack();
+        }
+    }
     if (windows_.empty()) rest_.start(kRest);
 }
 

@@ -54,12 +54,14 @@ class WindowHost : public QObject {
         bool hadKeyboard = false;
     };
     void closed(const HostedWindow* window, bool hadKeyboard);
+    std::optional<std::string> focusedWindow() const;
 
     Surroundings surroundings_;
     std::unique_ptr<AgentSession> agent_;
     std::optional<WindowServices> services_;
     std::unique_ptr<WindowFocus> focus_;
     std::map<std::string, std::unique_ptr<HostedWindow>> windows_;
+    std::map<std::string, std::string> openers_; // of an open window the one that had the focus before, if any
     const HostedWindow* newest_ = nullptr;      // shown last; compared only
     std::map<std::string, ShownWindow> wanted_; // by the agent
     Closing closing_;                           // from a window's request to close until it is hidden
