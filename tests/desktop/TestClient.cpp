@@ -257,20 +257,25 @@ std::vector<std::uint32_t> TestClient::numbers(xcb_window_t window, const std::s
 }
 
 xcb_window_t TestClient::windowTitled(const std::string& title) const {
-    std::vector<xcb_window_t> windows = {root_};
+    const auto found = windowsTitled(title);
+    return found.empty() ? 0 : found.front();
+}
+
+std::vector<xcb_window_t> TestClient::windowsTitled(const std::string& title) const {
+    std::vector<xcb_window_t> windows = {root_}, found;
     for (std::size_t at = 0; at < windows.size(); ++at) {
         const auto name = owned(xcb_get_property_reply(
             connection_, xcb_get_property(connection_, 0, windows[at], XCB_ATOM_WM_NAME, XCB_ATOM_ANY, 0, 64),
             nullptr));
         if (name && title == std::string_view(static_cast<const char*>(xcb_get_property_value(name.get())),
                                               static_cast<std::size_t>(xcb_get_property_value_length(name.get()))))
-            return windows[at];
+            found.push_back(windows[at]);
         const auto tree = owned(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, windows[at]), nullptr));
         if (!tree) continue;
         const xcb_window_t* children = xcb_query_tree_children(tree.get());
         windows.insert(windows.end(), children, children + xcb_query_tree_children_length(tree.get()));
     }
-    return 0;
+    return found;
 }
 
 xcb_window_t TestClient::focus() const {

@@ -74,6 +74,7 @@ class TestClient {
     std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property) const;
     /// Any program's window of that WM_NAME, wherever a window manager has put it; 0 when there is none.
     xcb_window_t windowTitled(const std::string& title) const;
+    std::vector<xcb_window_t> windowsTitled(const std::string& title) const;
     xcb_window_t root() const { return root_; }
     xcb_window_t focus() const;
     xcb_atom_t atom(const std::string& name) const;
