@@ -116,10 +116,10 @@ std::string printLayoutList(const json& result, const Arguments&) {
 }
 
 std::string printPreference(const json& result, const Arguments&) {
-    const std::string slot = result.at("slot").get<std::string>();
+    const std::string tile = result.at("name").get<std::string>();
     const json& application = result.at("application");
-    if (application.is_null()) return printable("The tile " + slot + " is offered to no application first.") + "\n";
-    return printable("The tile " + slot + " is offered to " + application.get<std::string>() + " first.") + "\n";
+    if (application.is_null()) return printable("The tile " + tile + " is offered to no application first.") + "\n";
+    return printable("The tile " + tile + " is offered to " + application.get<std::string>() + " first.") + "\n";
 }
 
 std::string printLayoutChange(const json& result, const Arguments&) {

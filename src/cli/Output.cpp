@@ -98,7 +98,7 @@ std::string summary(const std::string& section, const json& value) {
         return std::to_string(occupied) + " of " + counted(value.size(), "tile", "tiles") + " taken";
     }
     if (section == "explanation") return counted(value.size(), "line", "lines");
-    if (section == "focusMode") return value.is_null() ? "off" : value.at("window").get<std::string>();
+    if (section == "focusMode") return value.is_null() ? "off" : textOr(value.at("application"), "on");
     if (section == "notice") {
         return value.is_null() ? "-"
                                : value.at("application").get<std::string>() + " takes " +
@@ -228,7 +228,7 @@ std::string printStatus(const json& result, const Arguments&) {
     out += "displays    " + number(result.at("displays")) + "\n";
     out += "windows     " + number(result.at("windows")) + ", " + number(result.at("windowsInTiles")) + " in tiles\n";
     if (!result.at("focusMode").is_null())
-        out += "focus mode  " + line(result.at("focusMode").at("window").get<std::string>());
+        out += "focus mode  " + line(textOr(result.at("focusMode").at("application"), "on"));
     const json& held = result.at("shortcutsHeldByOthers");
     const char* holder = result.value("shortcutHolder", "program") == "system" ? "the system" : "another program";
     for (const json& shortcut : held)

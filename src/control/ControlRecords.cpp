@@ -257,7 +257,10 @@ json plan(ArrangementPlan plan) {
 json focusMode(const WorkspaceController& controller) {
     const auto& mode = *controller.state().focusMode;
     if (!mode) return nullptr;
-    return {{"display", mode->displayID}, {"tile", mode->anchor}, {"window", mode->windowID}};
+    return {{"display", mode->displayID},
+            {"tile", mode->anchor},
+            {"window", mode->windowID},
+            {"application", applicationOf(controller, mode->windowID)}};
 }
 
 json notice(const WorkspaceController& controller) {

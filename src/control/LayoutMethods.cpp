@@ -3,6 +3,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "layout/SlotNames.h"
 #include "support/Limits.h"
 #include "workspace/WindowNames.h"
 
@@ -135,16 +136,17 @@ ControlReply preferApplication(WorkspaceController& controller, const JsonCursor
     const auto slot = lookUpSlotOfAnyLayout(controller, parameters.required("tile").string());
     if (!slot) return slot.error();
     const auto& slotID = *slot;
+    const std::string shown = slotName(controller.catalogue(), slotID);
     const auto wanted = parameters.optional("application");
     if (!wanted) {
         controller.perform(action::PreferApplication{slotID, std::nullopt});
-        return json{{"slot", slotID}, {"application", nullptr}};
+        return json{{"slot", slotID}, {"name", shown}, {"application", nullptr}};
     }
     const auto found = lookUpApplicationForRule(controller, wanted->string());
     if (!found) return found.error();
     const auto& [name, bundleIdentifier] = *found;
     controller.perform(action::PreferApplication{slotID, applicationKey(name, bundleIdentifier)});
-    return json{{"slot", slotID}, {"application", name}};
+    return json{{"slot", slotID}, {"name", shown}, {"application", name}};
 }
 
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters) {

@@ -3,7 +3,8 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
-#include "support/Quoted.h"
+#include "layout/AutoArrangeLearning.h"
+#include "layout/SlotNames.h"
 #include "workspace/WindowNames.h"
 
 #include <algorithm>
@@ -100,6 +101,14 @@ const WorkspaceRule* excludingRule(const WorkspaceController& controller, const 
     return &rules[*decidingRule(rules, window)];
 }
 
+/// The name of the application with that key in the preferences; the key itself while it has no window.
+std::string applicationWith(const WorkspaceController& controller, const std::string& key) {
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        if (applicationKey(window.applicationName, window.bundleIdentifier) == key) return window.applicationName;
+    }
+    return key;
+}
+
 } // namespace
 
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller) {
@@ -123,7 +132,8 @@ std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController&
 std::vector<std::string> explainStandingChoices(const WorkspaceController& controller) {
     std::vector<std::string> lines;
     for (const auto& [slotID, application] : controller.state().profile->preferredApplications) {
-        lines.push_back("The tile " + slotID.text() + " is offered to " + application + " first.");
+        lines.push_back("The tile " + slotName(controller.catalogue(), slotID) + " is offered to " +
+                        applicationWith(controller, application) + " first.");
     }
     if (!controller.state().rules->empty() && !*controller.state().continuousManagementEnabled) {
         lines.emplace_back("Rules are off; “kova rules on” lets them act.");
@@ -131,8 +141,8 @@ std::vector<std::string> explainStandingChoices(const WorkspaceController& contr
     for (const ManagedWindow& window : controller.liveWindows()) {
         const auto* rule = excludingRule(controller, window);
         if (!rule) continue;
-        lines.push_back(nameOf(window) + " is left alone: the rule " + quoted(rule->name) + " says " +
-                        describe(rule->disposition) + ".");
+        lines.push_back(nameOf(window) + " is left alone: the rule “" + rule->name + "” says " +
+                        describe(rule->disposition, controller.catalogue()) + ".");
     }
     return lines;
 }

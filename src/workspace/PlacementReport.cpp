@@ -43,7 +43,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.isFloating = floating_.contains(window.id);
     if (arrangement_.isExcludedByRules(window)) {
         const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];
-        situation.rule = quoted(rule.name) + " says " + kova::describe(rule.disposition);
+        situation.rule = "“" + rule.name + "” says " + kova::describe(rule.disposition, geometry_.catalogue());
     }
     situation.isDisplayAwaited = displays_.isAwaited(window.id);
     const bool isInTile = assignments_.isInAnyTile(window.id);

@@ -79,7 +79,7 @@ std::optional<RuleExplanation> RuleActions::explainRules(const WindowID& windowI
     } else if (tileMemory_.isHandledByRules(windowID)) {
         remarks.push_back("the window was seen already and is not moved again");
     }
-    return kova::explainRules(*state_.rules, *window, remarks);
+    return kova::explainRules(*state_.rules, *window, remarks, geometry_.catalogue());
 }
 
 } // namespace kova

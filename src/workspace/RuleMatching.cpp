@@ -1,5 +1,6 @@
 #include "workspace/RuleMatching.h"
 
+#include "layout/SlotNames.h"
 #include "support/Overloaded.h"
 #include "support/Quoted.h"
 #include "support/text/Text.h"
@@ -14,10 +15,11 @@ bool hasTitleCriterion(const WorkspaceRule& rule) {
     return rule.titleContains && !rule.titleContains->empty();
 }
 
-std::string reasonText(RuleVerdict verdict, const WorkspaceRule& rule, const ManagedWindow& window) {
+std::string reasonText(RuleVerdict verdict, const WorkspaceRule& rule, const ManagedWindow& window,
+                       const std::vector<LayoutDefinition>& catalogue) {
     switch (verdict) {
     case RuleVerdict::matches:
-        return "matches: " + describe(rule.disposition);
+        return "matches: " + describe(rule.disposition, catalogue);
     case RuleVerdict::disabled:
         return "is disabled";
     case RuleVerdict::withoutCriterion:
@@ -79,26 +81,29 @@ bool isExcluded(const std::vector<WorkspaceRule>& rules, const ManagedWindow& wi
 }
 
 RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window,
-                             const std::vector<std::string>& remarks) {
+                             const std::vector<std::string>& remarks, const std::vector<LayoutDefinition>& catalogue) {
     RuleExplanation explanation;
     for (std::size_t i = 0; i < rules.size(); ++i) {
         const RuleVerdict verdict = explanation.deciding ? RuleVerdict::notConsulted : verdictOf(rules[i], window);
         if (verdict == RuleVerdict::matches) explanation.deciding = i;
-        explanation.reasons.push_back({rules[i].id, rules[i].name, verdict, reasonText(verdict, rules[i], window)});
+        explanation.reasons.push_back(
+            {rules[i].id, rules[i].name, verdict, reasonText(verdict, rules[i], window, catalogue)});
     }
-    explanation.summary = explanation.deciding ? "Rule " + quoted(rules[*explanation.deciding].name) +
-                                                     " decides: " + describe(rules[*explanation.deciding].disposition)
-                                               : "No rule matches";
+    explanation.summary = explanation.deciding
+                              ? "Rule " + quoted(rules[*explanation.deciding].name) +
+                                    " decides: " + describe(rules[*explanation.deciding].disposition, catalogue)
+                              : "No rule matches";
     if (awaitsTitle(rules, window)) explanation.summary = "The window has no title yet, and a rule needs it";
     for (const auto& remark : remarks) explanation.summary += "; " + remark;
     return explanation;
 }
 
-std::string describe(const WorkspaceRuleDisposition& disposition) {
-    return std::visit(Overloaded{[](const disposition::Tile& tile) { return "tile " + tile.slotID.text(); },
-                                 [](const disposition::Float&) { return std::string("float"); },
-                                 [](const disposition::Ignore&) { return std::string("ignore"); }},
-                      disposition);
+std::string describe(const WorkspaceRuleDisposition& disposition, const std::vector<LayoutDefinition>& catalogue) {
+    return std::visit(
+        Overloaded{[&](const disposition::Tile& tile) { return "tile " + slotName(catalogue, tile.slotID); },
+                   [](const disposition::Float&) { return std::string("float"); },
+                   [](const disposition::Ignore&) { return std::string("ignore"); }},
+        disposition);
 }
 
 std::string ruleName(std::string_view applicationName, const WorkspaceRuleDisposition& disposition) {

@@ -1,6 +1,7 @@
 // Which rule decides for a window, and why.
 #pragma once
 
+#include "layout/LayoutCatalogue.h"
 #include "persistence/WorkspaceProductDocument.h"
 #include "windowing/ManagedWindow.h"
 
@@ -48,12 +49,13 @@ struct RuleExplanation {
     std::string summary;                 // one line in plain words
 };
 
-/// `remarks` are lines about the present state, such as that rules are switched off; they end the summary.
+/// `remarks` are lines about the present state, such as that rules are switched off; they end the summary. The
+/// catalogue has the names of tiles.
 RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window,
-                             const std::vector<std::string>& remarks);
+                             const std::vector<std::string>& remarks, const std::vector<LayoutDefinition>& catalogue);
 
-/// "tile focus-main", "float", "ignore".
-std::string describe(const WorkspaceRuleDisposition& disposition);
+/// "tile Secondary 1", "float", "ignore".
+std::string describe(const WorkspaceRuleDisposition& disposition, const std::vector<LayoutDefinition>& catalogue);
 /// The name of a new rule: "Mail → focus-main", "Mail floats", "Mail ignored".
 std::string ruleName(std::string_view applicationName, const WorkspaceRuleDisposition& disposition);
 

@@ -252,7 +252,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     result("rules.on");
     desk.settle();
     EXPECT_NE(explanation().find(" (no longer: it is closed)\n"), std::string::npos) << explanation();
-    EXPECT_NE(explanation().find("The tile secondary-1 is offered to sim.film first.\n"), std::string::npos);
+    EXPECT_NE(explanation().find("The tile Secondary 1 is offered to Film first.\n"), std::string::npos);
     EXPECT_NE(explanation().find("Film “Film” is left alone: the rule “Film floats” says float.\n"), std::string::npos);
     EXPECT_NE(explained("film").find("Rule “Film floats” decides: float"), std::string::npos);
     result("layout.prefer", {{"tile", "secondary-1"}});

@@ -349,14 +349,14 @@ TEST_F(Rules, SayWhyTheyDecide) {
     opensQuietly("Mail");
     const auto explain = [&] { return *desk.controller().explainRules(desk.desktop.windowIDOf("Mail")); };
     EXPECT_EQ(explain().deciding, 3u);
-    EXPECT_EQ(explain().summary, "Rule “Mail to the right” decides: tile secondary-1; rules are off, and “kova "
+    EXPECT_EQ(explain().summary, "Rule “Mail to the right” decides: tile Secondary 1; rules are off, and “kova "
                                  "rules on” lets them act");
     std::string reasons;
     for (const auto& reason : explain().reasons) reasons += reason.name + " " + reason.text + "\n";
     EXPECT_EQ(reasons, "Off is disabled\n"
                        "Notes is for sim.notes, the window belongs to sim.mail\n"
                        "Drafts asks for “Drafts” in the title, which is “Mail”\n"
-                       "Mail to the right matches: tile secondary-1\n"
+                       "Mail to the right matches: tile Secondary 1\n"
                        "Later is not consulted, an earlier rule decides\n");
     manageContinuously();
     desk.settle();
