@@ -15,6 +15,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* kNoInterface = "This agent has no program that draws the overlay";
+constexpr std::size_t kLongestProblem = 1000; // bytes of UTF-8, since the agent keeps it
 constexpr const char* kNoMenu = "This agent has no menu";
 
 const char* word(MenuEntry::Kind kind) {
@@ -71,7 +72,10 @@ ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& contro
 
 ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
                                       const std::shared_ptr<ControlPeer>& reporter) {
-    const std::string problem = parameters.required("problem").string();
+    const JsonCursor given = parameters.required("problem");
+    const std::string problem = given.string();
+    if (problem.size() > kLongestProblem)
+        given.fail("expected a text of at most " + std::to_string(kLongestProblem) + " bytes");
     if (!interface) return refusal(kNoInterface);
     interface->reportProblem(problem, reporter);
     return recordOf(interface->status());

@@ -38,6 +38,7 @@ Program::Program(const std::string& socketPath) :
                            [this](const std::string& reason) {
                                if (std::exchange(lastProblem_, reason) == reason) return;
                                qWarning("kova-ui: %s", reason.c_str());
+                               windows_.show("alert", {{"title", "KOVA cannot show the overlay"}, {"text", reason}});
                            }}),
     preferences_([this] { applyDesktopStyle(); }),
     actions_(

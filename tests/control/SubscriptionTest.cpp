@@ -228,6 +228,8 @@ TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
     }
     result("ui.report", {{"problem", "It does not fit"}});
     EXPECT_EQ(result("ui.status")["problem"], "It does not fit");
+    EXPECT_EQ(error("ui.report", {{"problem", std::string(1001, 'x')}})["message"],
+              "problem: expected a text of at most 1000 bytes");
     result("ui.off");
     EXPECT_EQ(error("ui.restart")["message"], "kova-ui is switched off. Switch it on with “kova ui on”");
 }

@@ -284,6 +284,10 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     desktop.agent.disconnect();
     desktop.agent.setState(nullptr); // which kova-ui cannot decode
     EXPECT_TRUE(desktop.until([&] { return desktop.overlay().empty(); })) << "without an agent nothing is shown";
+    EXPECT_TRUE(desktop.until([&] {
+        const xcb_window_t alert = seen.windowTitled("KOVA");
+        return alert != 0 && seen.isViewable(alert);
+    })) << "the user is told why";
 }
 
 TEST_P(RealManagers, OverlayKeepsItsOrderWhenTheWindowManagerRestarts) {

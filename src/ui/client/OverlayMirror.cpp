@@ -6,6 +6,9 @@ namespace kova::ui {
 
 namespace {
 
+/// The agent takes 1000 bytes; a character that is cut is replaced by another one.
+constexpr std::size_t kLongestReport = 990;
+
 nlohmann::json memberOf(const nlohmann::json& object, const char* key) {
     const auto found = object.is_object() ? object.find(key) : object.end();
     return found == object.end() ? nlohmann::json() : *found;
@@ -131,7 +134,7 @@ std::string OverlayMirror::rejectContents(const std::string& reason) {
     contents_.reset();
     if (hadContents) listener_.contentsChanged();
     listener_.notUnderstood(reason);
-    return request("ui.report", {{"problem", reason}}, nullptr);
+    return request("ui.report", {{"problem", reason.substr(0, kLongestReport)}}, nullptr);
 }
 
 } // namespace kova::ui
