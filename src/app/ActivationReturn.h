@@ -9,7 +9,7 @@
 namespace kova {
 
 enum class OwnDialog { none, shown };
-/// The window that an opening shows. kova-ui is a separate application.
+/// The windows that opening KOVA again shows. kova-ui is an application of its own.
 enum class OpenedWindow { none, ofUserInterface };
 enum class ActivationUse { keep, giveBack, passToUserInterface };
 

@@ -20,7 +20,7 @@ struct FileProblem {
 /// Fails for a file larger than `mostBytes`, without reading much more than that.
 Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
 
-/// The file that a document for `path` is written to: in a folder the file of that name; links are followed.
+/// The path of the file to write: in a folder, the file of that name; links are followed.
 std::string documentPath(const std::string& path, std::string_view nameInFolder);
 
 /// Whether writing to the path would replace an existing file.

@@ -72,7 +72,7 @@ class ParameterList {
     std::size_t count_ = 0;
 };
 
-// Parameters of several verbs.
+// The parameters of more than one verb.
 
 inline constexpr Parameter kJson{.kind = Parameter::Kind::flag,
                                  .key = "json",

@@ -1,5 +1,5 @@
-// One message of a client. Its requests are carried out in order, each as a separate task of the main queue, so that a
-// long batch does not delay other clients. Responses may be asynchronous. Main thread only.
+// One message of a client on the main queue: its requests are carried out in order, one per turn, so that a long batch
+// delays no other client. A response may come later. Main thread only.
 #pragma once
 
 #include "control/ControlConnection.h"

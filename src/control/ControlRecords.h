@@ -37,7 +37,7 @@ nlohmann::json displays(const WorkspaceController& controller);
 nlohmann::json windows(const WorkspaceController& controller);
 nlohmann::json tiles(const WorkspaceController& controller);
 nlohmann::json layouts(const WorkspaceController& controller);
-/// Without the dividers of displays that a window in focus mode owns.
+/// All dividers, except those of displays that a window in focus mode owns.
 nlohmann::json dividers(const WorkspaceController& controller);
 nlohmann::json plan(ArrangementPlan plan);
 nlohmann::json focusMode(const WorkspaceController& controller);

@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// Lists the dividers of the display that the parameters name, else of all displays.
+/// The dividers of the display that the parameters name, else of all displays.
 ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters);
 
 /// Moves one divider as the pointer does, from press to release: one undo step, within the minimum sizes of its

@@ -1,4 +1,4 @@
-// Observes the values that the sections of the settings topic depend on.
+// The changes that concern the settings topic.
 #pragma once
 
 #include "control/ControlMethods.h"
@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// Calls back when contents of the settings window may have changed other than by a request.
+/// Calls `changed` when values that the settings window shows may have changed, other than by a request.
 std::vector<Subscription> observeSettings(const ControlContext& context, const std::function<void()>& changed);
 
 } // namespace kova

@@ -35,7 +35,7 @@ class ShortcutMethods {
     ControlReply restoreDefaults();
     /// The shortcuts that another program or the system holds, as a user reads them: "Ctrl+Alt+H (Focus Left)".
     std::vector<std::string> heldByOthers() const;
-    /// Which of the two it can be in this session: "program" or "system".
+    /// What can hold a combination on this desktop: another "program", or the "system".
     std::string_view possibleHolder() const;
 
     std::string textOf(KovaShortcut shortcut) const;

@@ -31,7 +31,7 @@ ControlReply userInterfaceStatus(const UserInterfaceControl* interface);
 enum class UserInterfaceSwitch { on, off, restart };
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change);
 
-/// The objects that show windows; null where the agent has none.
+/// The objects that show windows of kova-ui; null where the desktop has none.
 struct UserInterfaceWindows {
     OverlayBroadcast* overlay = nullptr;
     SettingsWindowControl* settings = nullptr;

@@ -120,8 +120,8 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGTERM);
         ASSERT_TRUE(session_.waitForAgent());
-        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "the hidden window is shown";
-        start(); // while the window manager may still animate the restored window
+        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one application was hidden";
+        start(); // while the window manager may still animate its return
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();
         EXPECT_EQ(shown(), seen);

@@ -141,7 +141,7 @@ TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(MenuBar, EnablesTheEntriesThatArePossibleNow) {
+TEST_F(MenuBar, EnablesTheCommandsThatAreAvailableNow) {
     passes(4.1); // the message of the layout
     EXPECT_EQ(picture(menu.entries()), "(Arrange Windows into Zones)\n"
                                        "Undo Window Action\n"
@@ -230,7 +230,7 @@ TEST_F(MenuBar, HasTheCommandsForOneWindow) {
     EXPECT_TRUE(choose("Float Window"));
     EXPECT_TRUE(workspace.assignments().isAssigned(mail));
 
-    EXPECT_FALSE(isEnabled("Move Window to Next Display")) << "there is only one display";
+    EXPECT_FALSE(isEnabled("Move Window to Next Display")) << "only one display is connected";
     desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
     passes(3);
     EXPECT_TRUE(choose("Move Window to Next Display"));
@@ -252,7 +252,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
         return titles;
     };
     EXPECT_EQ(entry("Layout on Current Display").entries.size(), workspace.catalogue().size() + 1)
-        << "one more for automatic";
+        << "all layouts, and Automatic";
     EXPECT_EQ(checked("Layout on Current Display"),
               workspace.resolvedLayout(*workspace.currentDisplayID())->name + ";");
     const std::string other = entry("Layout on Current Display").entries.back().title;
@@ -352,7 +352,7 @@ TEST_F(MenuBar, EntriesChangeTheirSettings) {
     EXPECT_TRUE(*workspace.state().continuousManagementEnabled);
     EXPECT_TRUE(updates.downloads);
     EXPECT_TRUE(choose("Check for Updates…"));
-    EXPECT_FALSE(isEnabled("Check for Updates…")) << "a check is running";
+    EXPECT_FALSE(isEnabled("Check for Updates…")) << "a check is under way";
     EXPECT_TRUE(choose("Export Scenes and Rules…"));
     EXPECT_TRUE(choose("Import Scenes and Rules…"));
     EXPECT_EQ(panels.calls, "save KOVA-Workspace.json open ");
@@ -400,7 +400,7 @@ TEST_F(MenuBar, ShowsShortcutsAsTheyAreSet) {
     for (const auto& [shortcut, character] : known) EXPECT_EQ(menuKeyEquivalent(shortcut), character);
 }
 
-TEST_F(MenuBar, OmitsEntriesOfMissingServices) {
+TEST_F(MenuBar, LeavesOutMissingServices) {
     KovaMenuBarContent bare({.delegate = delegate});
     for (const char* title :
          {"Check for Updates…", "Quit KOVA", "Export Scenes and Rules…", "Check for Updates Automatically"}) {

@@ -223,7 +223,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     };
     EXPECT_EQ(moves({1280, 700}), "hovered");
     EXPECT_EQ(moves({1281, 710}), "hovered");
-    EXPECT_EQ(touched, 0U) << "movements on a divider change nothing";
+    EXPECT_EQ(touched, 0U) << "motion over it publishes nothing";
     desk.desktop.pressAt({1280, 700});
     passes(0.02);
     EXPECT_EQ(hands(), "hovered+dragged");

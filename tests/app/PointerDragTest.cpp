@@ -117,8 +117,7 @@ TEST_F(DividerHandles, TogetherWithGuardsCoverTheDesktopBetweenWindows) {
         const double sum = std::accumulate(all.begin(), all.end(), 0.0,
                                            [&](double area, const CGRect& each) { return area + areaOf(each); });
         // Handles of nested splits end at those of the outer ones, beside which they overlap by the inset.
-        EXPECT_NEAR(sum, areaOf(desk.desktop.screens().front().visibleFrame), 500)
-            << "no handle or guard covers a window";
+        EXPECT_NEAR(sum, areaOf(desk.desktop.screens().front().visibleFrame), 500) << "no handle lies over a window";
     }
     desk.desktop.userFocuses("Mail");
     desk.zoom();
@@ -260,7 +259,8 @@ TEST_F(DraggedWindows, LandInTheTileWhereTheyAreDropped) {
     EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main"));
     EXPECT_EQ(newUndoSteps(), 0U);
     releases();
-    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main")) << "the window may still follow the pointer";
+    EXPECT_EQ(*desk.state().dropTarget, desk.target("A", "focus-main"))
+        << "the window may not have reached its frame yet";
     desk.settle();
     EXPECT_EQ(*desk.state().dropTarget, std::nullopt);
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");

@@ -76,15 +76,15 @@ TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndItIsSwitchedOn) {
     EXPECT_EQ(program.starts, 1);
     controller->setOn(false);
     EXPECT_EQ(controller->status(), UserInterfaceStatus{});
-    EXPECT_FALSE(controller->restart()) << "a program that is switched off is not restarted";
+    EXPECT_FALSE(controller->restart()) << "a user interface that is switched off is not restarted";
     controller->stop();
     controller.emplace(program, preferences, queue);
     controller->start();
-    EXPECT_EQ(program.process(), std::nullopt) << "the program was switched off before";
+    EXPECT_EQ(program.process(), std::nullopt) << "the user interface was switched off before";
     controller->setOn(true);
     EXPECT_NE(program.process(), std::nullopt);
     controller.reset();
-    EXPECT_EQ(program.process(), std::nullopt) << "the program ends with the agent";
+    EXPECT_EQ(program.process(), std::nullopt) << "the user interface ends with the agent";
     EXPECT_EQ(startsWithin(100), 0);
 }
 
@@ -133,7 +133,7 @@ TEST_F(UserInterface, AReportedProblemHoldsUntilTheReporterDisconnectsOrIsRestar
     EXPECT_EQ(verdict(), DiagnosticVerdict::fine) << "the reporting client has disconnected";
 }
 
-TEST_F(UserInterface, AClosedMissingOrSwitchedOffProgramIsNotStarted) {
+TEST_F(UserInterface, IsNotStartedOnceItIsClosedMissingOrSwitchedOff) {
     controller->start();
     program.ends(byItself);
     EXPECT_EQ(startsWithin(100), 0);

@@ -57,7 +57,7 @@ class Completion : public testing::Test, public AgentStage {
 
 } // namespace
 
-TEST_F(Completion, OffersTheWordsThatTheVerbAllows) {
+TEST_F(Completion, OffersTheArgumentsOfTheVerb) {
     const std::vector<std::pair<Words, std::string>> cases = {
         {{"sta"}, "stack|status"},
         {{"layout", ""}, "list|fit|show|next|previous|select|reset-sizes|prefer|inset"},

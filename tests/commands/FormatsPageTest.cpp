@@ -63,7 +63,7 @@ std::string layoutAgain(std::string_view text) {
 
 } // namespace
 
-TEST(FormatsPage, HasExamplesInTheWrittenFormat) {
+TEST(FormatsPage, ShowsTheRecordsThatAreWritten) {
     using Codec = std::function<std::string(std::string_view)>;
     const std::map<std::string_view, Codec> codecs = {
         {preferenceKey::workspaceProfile,

@@ -107,7 +107,7 @@ TEST_F(Keys, DriveTheWholeWorkspace) {
     desk.expectMessage("Windows arranged into zones — Undo is available");
     EXPECT_TRUE(keyboard.takeTyped().empty());
     press(keyCode::a, 0);
-    EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "a key without a shortcut is typed";
+    EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "keys without a shortcut are typed";
 }
 
 TEST_F(Keys, HeldDownChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {

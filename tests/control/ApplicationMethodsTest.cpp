@@ -56,7 +56,7 @@ TEST_F(ApplicationMethods, LaunchesAreCountedAndTheLauncherPrefersAnEmptyTile) {
     EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "the counts are in another store";
     EXPECT_EQ(LaunchCounts(disk).of("/Applications/Maps"), 2) << "the counts are stored";
     disk.setValue(preferenceKey::launchCounts, PreferenceData{R"({"a": -1})"});
-    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an invalid count is ignored";
+    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an impossible count is not used";
 
     EXPECT_EQ(refusal("ui.launcher"), "No program that could show it is connected. Start it with “kova ui restart”");
     auto drawing = client();

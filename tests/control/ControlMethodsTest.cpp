@@ -300,13 +300,13 @@ TEST_F(AgentMethods, ExplanationsDescribeThePresentState) {
     EXPECT_TRUE(says(explanation(), "it was stacked there (no longer: it is behind ")) << explanation();
     desk.settle();
     EXPECT_FALSE(says(result("explain", {{"window", "Film"}}).dump(), "left alone"))
-        << "KOVA has hidden it because it is stacked";
+        << "a stacked window, which KOVA hides";
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", true}})["isOn"], true);
     desk.settle();
-    EXPECT_EQ(desk.tiles(), "- | -") << "the setting takes effect at the next start";
+    EXPECT_EQ(desk.tiles(), "- | -") << "the setting applies from the next start on";
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], true);
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", false}})["isOn"], false);
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], false);
@@ -375,7 +375,7 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action ends focus mode first";
     EXPECT_EQ(result("divider.list")["dividers"][0]["least"], 0);
     EXPECT_EQ(error("divider.drag", drag(-10))["message"], "The divider has no room to move that way");
-    EXPECT_EQ(result("history")["entries"].size(), 3u) << "a drag that changed nothing is not an undo step";
+    EXPECT_EQ(result("history")["entries"].size(), 3u) << "an action that changed nothing is no step";
     EXPECT_EQ(result("divider.drag", drag(0))["points"], 0);
     EXPECT_EQ(result("history")["entries"][0]["action"], "drag divider");
     desk.settle();

@@ -389,7 +389,7 @@ TEST_F(LineProtocol, WaitsForDescriptorsWhenItHasNone) {
         return usage.ru_utime.tv_usec + usage.ru_stime.tv_usec +
                1'000'000 * (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec);
     };
-    EXPECT_LE(micros(after) - micros(before), 50'000) << "the agent retries without a pause";
+    EXPECT_LE(micros(after) - micros(before), 50'000) << "the server retries without a pause";
     EXPECT_EQ(present.ask(kEcho)["id"], 7);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
     EXPECT_EQ(waiting.ask(kEcho)["id"], 7);

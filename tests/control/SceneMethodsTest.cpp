@@ -181,7 +181,7 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
 
     const json changed = result("rule.change", {{"rule", "terminal"}, {"disposition", "tile"}, {"slot", "1"}})["rule"];
     EXPECT_EQ(changed["slot"], "focus-main");
-    EXPECT_EQ(changed["title"], "build") << "a property that is not given stays";
+    EXPECT_EQ(changed["title"], "build") << "members that are not named stay";
     const json unnamed = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
     EXPECT_TRUE(unnamed["title"].is_null());
     EXPECT_EQ(unnamed["slot"], "focus-main");
@@ -282,7 +282,7 @@ TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, document, false), "Import failed: larger than 64 MiB");
-    EXPECT_EQ(send(one, half, true), "null") << "a new upload begins";
+    EXPECT_EQ(send(one, half, true), "null") << "the transfer begins anew";
     EXPECT_EQ(send(other, half + " ", true), "Import failed: too much is being imported at once");
     one->isThere = false;
     EXPECT_EQ(send(other, half, true), "null");
@@ -290,7 +290,7 @@ TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
 
     EXPECT_EQ(send(other, "{", true), "null");
     desk.advance(DocumentTransfer::kUploadTimeout + Seconds(2));
-    EXPECT_EQ(send(other, document, false), "0") << "the older upload was dropped";
+    EXPECT_EQ(send(other, document, false), "0") << "a transfer that began so long ago was abandoned";
 }
 
 } // namespace kova

@@ -178,7 +178,7 @@ TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
     EXPECT_EQ(shown(), json());
     result("settings.show");
     result("ui.off");
-    EXPECT_EQ(shown(), json()) << "switching kova-ui off closes the settings for good";
+    EXPECT_EQ(shown(), json()) << "the end of kova-ui closes the windows; its restart does not open them";
 }
 
 TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {

@@ -80,7 +80,7 @@ TEST_P(Quitting, EachWindowWithTheProtocolIsAskedToClose) {
     EXPECT_EQ(other->deleteCount(bystander), 0);
     EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "no window is destroyed";
 
-    polite->destroy(second); // closed while the request is under way
+    polite->destroy(second); // the close request reaches a window that is being destroyed
     EXPECT_TRUE(desktop.terminate(4001));
     EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 2; }));
     EXPECT_FALSE(desktop.terminate(4999));
@@ -125,7 +125,7 @@ TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
 }
 
-/// Its process id may have been reused.
+/// The number of such a process may have been reused.
 TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
     IdleProcess victim;
@@ -144,7 +144,7 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }
     ASSERT_TRUE(desk.showsExactly({}));
-    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "after the poll";
+    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "once the window is gone";
     EXPECT_FALSE(victim.hasEnded());
 }
 
@@ -161,8 +161,8 @@ TEST_P(Quitting, RealApplicationsEnd) {
     EXPECT_TRUE(desk.showsExactly({}));
 }
 
-/// Windows may name a wrong process: one window names an unrelated process, two the same id, as in separate process
-/// namespaces, and one names none. The server knows the right ones.
+/// The process number that the server knows counts, not the one that a window announces: here one window announces
+/// another process, two announce the same number, as programs in process namespaces do, and one announces none.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
     DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
     IdleProcess innocent;

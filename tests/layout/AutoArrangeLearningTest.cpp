@@ -119,7 +119,8 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
         model.learnArrangement("grid", "mail", {"focus-main"});
         EXPECT_EQ(preferences(), Pair(expected, 0));
     }
-    EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main")) << "arrangements are not the user's choice";
+    EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main"))
+        << "although KOVA has placed the window there often";
     EXPECT_EQ(model.preference("grid", "chat", "focus-main"), 0);
     for (const Pair& expected : {Pair(0, 0), Pair(0, 0), Pair(0, 1)}) {
         model.learnArrangement("grid", "mail", {"secondary-1"});
@@ -156,7 +157,7 @@ TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0.5);
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-2"), 0);
     model.learnPlacementByUser("six-grid", "mail", "secondary-2");
-    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "only what was learned on this layout counts";
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "only places learned on this layout count";
 
     auto& weights = model.layouts["absurd"].applications["mail"].slotWeights;
     weights = {{"a", std::numeric_limits<double>::infinity()},

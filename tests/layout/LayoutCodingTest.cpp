@@ -100,7 +100,7 @@ TEST(WorkspaceProfile, ErrorsNameThePlace) {
     for (const auto& [text, expected] : cases) EXPECT_EQ(errorOf(text), expected) << text;
 }
 
-TEST(WorkspaceProfile, ValuesThatJsonCannotExpressDoNotMakeItUnreadable) {
+TEST(WorkspaceProfile, ValuesThatJsonCannotHoldDoNotMakeItUnreadable) {
     WorkspaceProfile profile;
     profile.tileInset = kNaN;
     profile.name = "\xff";

@@ -36,7 +36,7 @@ TEST(ThemeRegistry, EveryThemeIsLegibleWithEveryAccentColor) {
             EXPECT_EQ(palette.secondaryAccent, option.secondaryAccent);
             EXPECT_EQ(palette.text, theme.palette.text);
             for (const auto& behind : {palette.background, palette.panel}) {
-                EXPECT_EQ(behind.alpha, 1) << "a translucent background would change the contrast";
+                EXPECT_EQ(behind.alpha, 1) << "a translucent color would change the contrast";
                 EXPECT_GE(contrast(palette.text, behind), 4.5) << theme.id;
                 EXPECT_GE(contrast(palette.mutedText, behind), 4.5) << theme.id;
                 EXPECT_GE(contrast(palette.accent, behind), 3) << theme.id << " " << option.id;
@@ -53,7 +53,7 @@ TEST(ThemeRegistry, EveryThemeIsLegibleWithEveryAccentColor) {
     EXPECT_EQ(registry.palette("no such theme", "plaid"), registry.palette("kova.native", "system-blue"));
 }
 
-TEST(ThemeRegistry, AThemeIsRestoredFromItsJson) {
+TEST(ThemeRegistry, ThemesTravelAsJson) {
     const ThemeDescriptor jarvis = JarvisTheme().descriptor();
     const auto read = [](const nlohmann::json& json) {
         return decodeJson(json.dump(), [](const JsonCursor& at) { return decodePalette(at); });
