@@ -256,7 +256,7 @@ TEST_F(Overlay, UndoIsOfferedBesideTheMessageOfTheNewestStep) {
         return message ? message->undoMethod : "no message";
     };
     EXPECT_EQ(after(action::Arrange{}), "undo");
-    EXPECT_EQ(after(action::ShowMessage{"Something else"}), "");
+    EXPECT_EQ(after(action::ShowMessage{"There is nothing to undo"}), "");
     WorkspaceRule rule;
     rule.applicationName = "Mail";
     EXPECT_EQ(after(action::AddRule{rule}), "");

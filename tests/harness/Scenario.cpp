@@ -28,6 +28,9 @@ AppDelegate& Scenario::delegate() {
     if (!delegate_) {
         delegate_ = std::make_unique<AppDelegate>(simulatedServices(desktop, preferences),
                                                   ShellServices{.systemActivity = {&desktop}});
+        messages_ = delegate_->workspace().state().lastActionMessage.observe([this](const auto& message) {
+            if (message) checkCanBeTranslated(*message);
+        });
     }
     return *delegate_;
 }

@@ -4,9 +4,9 @@
 // invariants: tiles fill their display and do not overlap, no window is in two tiles except as a span, stacks and
 // anchors agree with the assignments, published values equal the state, and every call obeys the platform interface.
 // After settling also: only live windows have tiles, every window that accepts its frame is in its tile, none lies
-// outside all displays, and tiled windows with their minimum sizes do not overlap. At the end of the scenario no work
-// is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop answers and announces as a Mac does, unless a scenario
-// says otherwise.
+// outside all displays, and tiled windows with their minimum sizes do not overlap. Each message is known to kova-ui,
+// which translates it. At the end of the scenario no work is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop
+// answers and announces as a Mac does, unless a scenario says otherwise.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -109,7 +109,10 @@ class Scenario {
     enum class MinimumSizes { told, all };
     void checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered);
 
+    void checkCanBeTranslated(const std::string& message);
+
     std::unique_ptr<AppDelegate> delegate_;
+    Subscription messages_;
     std::string lastDisplay_;
     int displayCount_ = 0;
     bool wasStarted_ = false;

@@ -1,6 +1,8 @@
 // The invariants that every step of a scenario checks.
 #include "tests/harness/Scenario.h"
 
+#include "ui/client/AgentTextPatterns.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -53,6 +55,19 @@ void Scenario::checkPromises() {
         }
     }
     for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
+}
+
+void Scenario::checkCanBeTranslated(const std::string& message) {
+    const bool isKnown =
+        std::ranges::any_of(ui::kAgentTexts, [&](const char* text) { return ui::namesIn(message, text).has_value(); });
+    // "Dual Split on A" has names only; a refusal that lists choices begins differently each time.
+    const bool isListed = message.find('\n') != std::string::npos;
+    const bool hasNamesOnly = std::ranges::any_of(
+        desktop.screens(), [&](const Screen& screen) { return message.ends_with(" on " + screen.localizedName); });
+    // What the simulated desktop reports.
+    const bool isOfDesktop = message.ends_with("is broken") || message == "Give the permission anew";
+    EXPECT_TRUE(isKnown || isListed || hasNamesOnly || isOfDesktop)
+        << "kova-ui cannot translate the message “" << message << "”: add it to src/ui/client/AgentTextPatterns.h";
 }
 
 void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {

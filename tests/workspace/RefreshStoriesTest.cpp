@@ -239,14 +239,14 @@ TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
     Scenario desk;
     desk.display(2560, 1440).start();
     auto& controller = desk.controller();
-    controller.perform(action::ShowMessage{"first"});
+    controller.perform(action::ShowMessage{"There is no such tile"});
     desk.advance(Seconds(3));
-    controller.perform(action::ShowMessage{"second"});
+    controller.perform(action::ShowMessage{"There is no such window"});
     desk.advance(Seconds(3.9));
-    desk.expectMessage("second");
-    controller.perform(action::ShowMessage{"second"});
+    desk.expectMessage("There is no such window");
+    controller.perform(action::ShowMessage{"There is no such window"});
     desk.advance(Seconds(3.9));
-    desk.expectMessage("second");
+    desk.expectMessage("There is no such window");
     desk.advance(Seconds(0.2));
     EXPECT_EQ(*controller.state().lastActionMessage, std::nullopt);
 }

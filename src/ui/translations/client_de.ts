@@ -443,5 +443,149 @@
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>There is no such window</source>
+        <translation>Dieses Fenster gibt es nicht</translation>
+    </message>
+    <message>
+        <source>There is no such tile</source>
+        <translation>Diese Kachel gibt es nicht</translation>
+    </message>
+    <message>
+        <source>There is no tile %1 in this layout</source>
+        <translation>In diesem Layout gibt es keine Kachel %1</translation>
+    </message>
+    <message>
+        <source>There is no tile to the left of %1</source>
+        <translation>Links von %1 gibt es keine Kachel</translation>
+    </message>
+    <message>
+        <source>There is no tile to the right of %1</source>
+        <translation>Rechts von %1 gibt es keine Kachel</translation>
+    </message>
+    <message>
+        <source>There is no tile above %1</source>
+        <translation>Über %1 gibt es keine Kachel</translation>
+    </message>
+    <message>
+        <source>There is no tile below %1</source>
+        <translation>Unter %1 gibt es keine Kachel</translation>
+    </message>
+    <message>
+        <source>There is no tile for %1</source>
+        <translation>Für %1 gibt es keine Kachel</translation>
+    </message>
+    <message>
+        <source>There is no other display</source>
+        <translation>Es gibt keinen anderen Bildschirm</translation>
+    </message>
+    <message>
+        <source>There is no such display</source>
+        <translation>Diesen Bildschirm gibt es nicht</translation>
+    </message>
+    <message>
+        <source>%1 has no tile</source>
+        <translation>%1 hat keine Kachel</translation>
+    </message>
+    <message>
+        <source>%1 is too large to trade places with %2</source>
+        <translation>%1 ist zu groß, um mit %2 den Platz zu tauschen</translation>
+    </message>
+    <message>
+        <source>No window on %1 can be focused</source>
+        <translation>Auf %1 kann kein Fenster den Fokus erhalten</translation>
+    </message>
+    <message>
+        <source>%1 is on %2 already</source>
+        <translation>%1 ist bereits auf %2</translation>
+    </message>
+    <message>
+        <source>%1 is in %2 already</source>
+        <translation>%1 ist bereits in %2</translation>
+    </message>
+    <message>
+        <source>%1 is on another desktop; go there first</source>
+        <translation>%1 ist auf einer anderen Arbeitsfläche; zuerst dorthin wechseln</translation>
+    </message>
+    <message>
+        <source>%1 is in full screen; end that first</source>
+        <translation>%1 ist im Vollbild; dieses zuerst beenden</translation>
+    </message>
+    <message>
+        <source>%1 is in no tile. Put it into one with “kova tile” or “kova place”</source>
+        <translation>%1 ist in keiner Kachel. „kova tile“ oder „kova place“ legt es in eine</translation>
+    </message>
+    <message>
+        <source>%1 waits behind another window. Bring it to the front with “kova focus window”</source>
+        <translation>%1 wartet hinter einem anderen Fenster. „kova focus window“ holt es nach vorn</translation>
+    </message>
+    <message>
+        <source>No other window waits in that tile</source>
+        <translation>In dieser Kachel wartet kein anderes Fenster</translation>
+    </message>
+    <message>
+        <source>No other window waits behind it in its tile</source>
+        <translation>Dahinter wartet in der Kachel kein anderes Fenster</translation>
+    </message>
+    <message>
+        <source>No focused application window found</source>
+        <translation>Kein Programmfenster hat den Fokus</translation>
+    </message>
+    <message>
+        <source>The window lies on no display</source>
+        <translation>Das Fenster liegt auf keinem Bildschirm</translation>
+    </message>
+    <message>
+        <source>The screen is locked</source>
+        <translation>Der Bildschirm ist gesperrt</translation>
+    </message>
+    <message>
+        <source>Suspended while the screen is asleep, locked or another user&apos;s</source>
+        <translation>Ausgesetzt, solange der Bildschirm ausgeschaltet oder gesperrt ist oder jemand anders angemeldet ist</translation>
+    </message>
+    <message>
+        <source>A scene needs a name</source>
+        <translation>Eine Szene braucht einen Namen</translation>
+    </message>
+    <message>
+        <source>A rule needs an application or a part of a title</source>
+        <translation>Eine Regel braucht ein Programm oder einen Teil eines Titels</translation>
+    </message>
+    <message>
+        <source>Not changed, because it could not be stored: %1</source>
+        <translation>Nicht geändert, da es nicht gespeichert werden konnte: %1</translation>
+    </message>
+    <message>
+        <source>%1 belongs to the desktop and stays open</source>
+        <translation>%1 gehört zum Desktop und bleibt offen</translation>
+    </message>
+    <message>
+        <source>%1 was not force quit: %2</source>
+        <translation>%1 wurde nicht sofort beendet: %2</translation>
+    </message>
+    <message>
+        <source>%1 places windows itself, so they stay where it puts them. Only windows that float there can be arranged; use KOVA with a window manager that lets windows float.</source>
+        <translation>%1 ordnet Fenster selbst an, daher bleiben sie dort. Nur schwebende Fenster können angeordnet werden; KOVA braucht einen Fenstermanager, der Fenster schweben lässt.</translation>
+    </message>
+    <message>
+        <source>No window goes where it is sent: the window manager places them itself. Only windows that float there can be arranged; use KOVA with a window manager that lets windows float.</source>
+        <translation>Kein Fenster geht an seinen Platz: Der Fenstermanager ordnet sie selbst an. Nur schwebende Fenster können angeordnet werden; KOVA braucht einen Fenstermanager, der Fenster schweben lässt.</translation>
+    </message>
+    <message>
+        <source>KOVA cannot show the overlay</source>
+        <translation>KOVA kann nichts anzeigen</translation>
+    </message>
+    <message>
+        <source>kova-ui %1 does not fit kova-agent %2. Install the same version of both, then run “kova ui restart”</source>
+        <translation>kova-ui %1 passt nicht zu kova-agent %2. Beide in derselben Version installieren und dann „kova ui restart“ aufrufen</translation>
+    </message>
+    <message>
+        <source>%1 cannot be started: %2</source>
+        <translation>%1 kann nicht gestartet werden: %2</translation>
+    </message>
+    <message>
+        <source>This is a Wayland session. Log in to an X11 session instead.</source>
+        <translation>Dies ist eine Wayland-Sitzung. KOVA braucht eine X11-Sitzung.</translation>
+    </message>
 </context>
 </TS>
