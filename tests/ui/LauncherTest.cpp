@@ -228,7 +228,7 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     EXPECT_EQ(ask("status")["result"]["isPaused"], true);
 }
 
-// On a real desktop the palette itself has the focus then, and no window of an application.
+// On a real desktop the palette has the focus when a command is chosen, so the window is remembered.
 TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened) {
     desk.desktop.userFocuses("Terminal");
     desk.settle();
@@ -305,7 +305,7 @@ TEST_F(Launching, TheAgentAcceptsTheParametersOfEveryCommandOfThePalette) {
     for (const auto& disposition : {"float", "ignore"})
         ask("rule.add", {{"window", "mail"}, {"disposition", disposition}});
     for (LauncherEntry& entry : commandEntries(desk.displayIDOf("A").text())) {
-        if (entry.method == "quit" || entry.method == "ui.off") continue; // ends the agent or this program
+        if (entry.method == "quit" || entry.method == "ui.off") continue; // these end the agent or this program
         for (const Question& question : entry.questions) {
             const std::string method = methodOf(question.subject);
             const auto answers = method.empty() ? std::vector{typedAnswer(question, QStringLiteral("1"))}

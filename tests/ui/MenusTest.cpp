@@ -22,7 +22,7 @@ class Menus : public WindowStage {
   protected:
     Menus() {
         desk.arrange();
-        // Terminal, Notes and Mail, of which Terminal has the focus.
+        // The windows are Terminal, which has the focus, Notes and Mail.
         ask("place", {{"window", "Mail"}, {"tile", "1"}});
         desk.settle();
         EXPECT_TRUE(until([&] { return tile(0).applications.size() == 2 && tile(1).applications.size() == 1; }));

@@ -59,7 +59,7 @@ constexpr const char* kBusConfiguration =
 class Desktop {
   public:
     explicit Desktop(const Session& session, const std::string& size = "800x500") :
-        server(size, ClientProcessNumbers::told), session_(session) { // Mutter crashes without them
+        server(size, ClientProcessNumbers::told), session_(session) { // without process numbers Mutter crashes
         agent.setState(sampleState({.hasMessage = true}));
         if (session.needsBus) startBus();
         startManager();
@@ -269,7 +269,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     EXPECT_TRUE(desktop.until([&] { return !desktop.agent.calls().empty(); })) << "an entry of a footer was clicked";
     EXPECT_EQ(std::ranges::count(overlayWindows, seen.focus()), 0) << "the focus was with " << focus;
 
-    // Clicks: on the button of the empty tile, beside it, on the backdrop, on a footer.
+    // Clicks on a footer, on the button of the empty tile, beside the button, and on the backdrop.
     const Windows emptyTile = desktop.overlay("KOVA empty tile"), footers = desktop.overlay("KOVA footer");
     ASSERT_EQ(emptyTile.size(), 1u);
     desktop.client.unmap(late);

@@ -35,7 +35,7 @@ class AgentSession : public QObject {
   Q_SIGNALS:
     /// The sections of the state that have changed; after a reconnection, all of them.
     void changed(const std::set<std::string>& sections);
-    /// Any other notification, such as `launched`.
+    /// A notification other than `changed`, for example `launched`.
     void notified(const std::string& method, const nlohmann::json& parameters);
     void connectionChanged();
 

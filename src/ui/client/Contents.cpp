@@ -72,7 +72,7 @@ DisplayContents display(const JsonCursor& at) {
     if (const auto frames = at.optional("floatingFrames")) decoded.floatingFrames = all(*frames, rectangle);
     if (!(decoded.scale >= 0.25 && decoded.scale <= 16)) at.fail("scale is out of range");
 #if defined(__APPLE__)
-    decoded.scale = 1; // the toolkit counts in points there, and the system scales what is drawn
+    decoded.scale = 1; // the toolkit's unit is a point on a Mac; the system scales the drawing
 #endif
     return decoded;
 }

@@ -33,7 +33,7 @@ class OverlayMirror {
     };
     explicit OverlayMirror(Listener listener) : listener_(std::move(listener)) {}
 
-    /// Resets the contents for a new connection. Returns the lines to send.
+    /// Call when a connection is established: resets the contents. Returns the line to send.
     std::string connected();
     /// Call when the connection has ended: resets the contents and calls `done` of pending requests with an error.
     void disconnected();

@@ -81,7 +81,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
 }
 
 void AlertWindow::present(const json& parameters) {
-    answer(false); // a newer alert replaces one that is open
+    answer(false); // a new alert replaces and so cancels one that is open
     alert_ = parameters;
     const QString confirm = alertText(parameters, "confirm"), cancel = alertText(parameters, "cancel");
     const QString close = confirm.isEmpty() ? tr("Close") : confirm;

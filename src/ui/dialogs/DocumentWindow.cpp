@@ -26,7 +26,7 @@ const WindowRegistration importing({"importDocument", make<Exchange::importDocum
 class Panel final : public QFileDialog {
   public:
     explicit Panel(QWidget* parent) : QFileDialog(parent) {
-        setWindowFlags(Qt::Widget); // a part of the window; the constructor would make a dialog of it
+        setWindowFlags(Qt::Widget); // a part of this window, not a dialog
         setOption(DontUseNativeDialog);
         setSizeGripEnabled(false);
         setDirectory(QDir::homePath());

@@ -67,7 +67,7 @@ std::vector<std::size_t> EntryList::matching(const QString& query) const {
         auto score = fuzzy.score(folded_[i]);
         if (!score && !entries_[i].words.isEmpty()) {
             score = fuzzy.score(folded(entries_[i].words));
-            if (score) *score /= 2; // a match in the visible text counts more
+            if (score) *score /= 2; // a match in the title, which is visible, scores higher
         }
         if (!score) continue;
         scores[i] = *score + std::min(entries_[i].uses, kMostUsesThatCount);

@@ -284,7 +284,7 @@ QPixmap applicationIcon(const std::string& bundleIdentifier, int sizePoints) {
                             : nil;
         if (!bundle) return {};
         NSImage* icon = [NSWorkspace.sharedWorkspace iconForFile:bundle.path];
-        const int pixels = 2 * sizePoints; // sharp on every display
+        const int pixels = 2 * sizePoints; // enough for displays of scale 2
         QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         CGColorSpaceRef colors = CGColorSpaceCreateWithName(kCGColorSpaceSRGB);

@@ -200,7 +200,7 @@ void paintNotice(QPainter& painter, const ApplicationName& application, const Fo
 
 std::optional<QRect> footerArea(const TileContents& tile, const Style& style) {
     if (!tile.footerFrame) return std::nullopt;
-    // In line with the window above it, which keeps an inset inside the tile.
+    // As wide as the window above it, which is inset within the tile.
     const CGRect& strip = *tile.footerFrame;
     const double left = std::max(minX(strip), minX(tile.frame)), right = std::min(maxX(strip), maxX(tile.frame));
     const double margin = (strip.size.height - points::footerPanelHeight) / 2;

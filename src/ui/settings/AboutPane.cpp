@@ -88,7 +88,7 @@ QWidget* AboutPane::updatesGroup() {
 
 QWidget* AboutPane::logGroup() {
     auto* group = new QGroupBox(tr("Log and report"), this);
-    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // until it shows the log
+    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // not expanding until the log is shown
     auto* column = new QVBoxLayout(group);
     auto* buttons = new QHBoxLayout;
     showLog_ = new QPushButton(tr("Show &Log"), group);
@@ -158,7 +158,7 @@ void AboutPane::askForReportFile() {
     dialog->setObjectName(QStringLiteral("reportFile"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setOption(QFileDialog::DontConfirmOverwrite); // the command line overwrites nothing
+    dialog->setOption(QFileDialog::DontConfirmOverwrite); // the command line does not overwrite files
     dialog->selectFile(QStringLiteral("KOVA-report.txt"));
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
         runCommand({QStringLiteral("bugreport"), path}, [this](const QString& printed) { result_->setText(printed); });

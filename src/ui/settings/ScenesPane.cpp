@@ -19,7 +19,7 @@ const PaneRegistration scenesRegistration({50, "scenes", [] { return ScenesPane:
                                            [](WindowServices& services) -> Pane* { return new ScenesPane(services); }});
 
 enum SceneColumn { kScenePicture, kSceneName, kSceneWindows, kSceneCaptured, kSceneColumnCount };
-constexpr int kNameRole = Qt::UserRole + 1; // the name as the agent knows it
+constexpr int kNameRole = Qt::UserRole + 1; // the name in the agent's state, while the item's text is edited
 
 QString timeOf(const json& scene) {
     const QDateTime time = QDateTime::fromString(memberText(scene, "createdAt"), Qt::ISODate);

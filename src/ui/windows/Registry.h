@@ -14,7 +14,7 @@ class Registry {
     struct Addition {
         explicit Addition(Entry entry) { list().push_back(std::move(entry)); }
     };
-    /// In no particular order.
+    /// All entries, in no particular order.
     static const std::vector<Entry>& entries() { return list(); }
 
   private:

@@ -222,7 +222,7 @@ void X11Platform::readEvents() {
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* notify = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
             if (notify->window == screen_->root) {
-                haveMonitorsChanged = true; // the only notification for user-defined monitors
+                haveMonitorsChanged = true; // a change of user-defined monitors causes no other event
                 continue;
             }
             order_.configured(notify->window, notify->above_sibling);
@@ -294,7 +294,7 @@ void X11Platform::keepOrder() {
 
 void X11Platform::adopt(OverlayWindow& window) {
     const WindowNumber number = numberOf(window);
-    // Compositors draw no shadows under these types.
+    // Compositors draw no shadows around windows of these types.
     const std::uint32_t type = isBelowApplications(window.layer()) ? typeDesktop_ : typeNotification_;
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, number, windowType_, XCB_ATOM_ATOM, 32, 1, &type);
     Picture& picture = pictures_[&window];
