@@ -79,7 +79,7 @@ class ContractDesktop {
     virtual void plugInPrimaryDisplay() = 0;
     /// Withdraws the permission to use the desktop.
     virtual void withdrawPermission() = 0;
-    /// Destroys the agent's desktop object while the queue goes on; no interface may be used afterwards.
+    /// Destroys the agent's desktop object while the queue continues to run; no interface may be used afterwards.
     virtual void destroyDesktop() = 0;
     virtual void press(CGPoint point) = 0;
     virtual void movePointer(CGPoint point) = 0;
@@ -100,7 +100,7 @@ class ContractDesktop {
     virtual DividerHandleServicing& handles() = 0;
     virtual KeyMonitorServicing& keys() = 0;
 
-    /// Runs the job on the polling queue and returns when it is done; the main queue goes on meanwhile.
+    /// Runs the job on the polling queue and returns when it is done; the main queue runs meanwhile.
     virtual void onPollingQueue(const std::function<void()>& job) = 0;
     /// Lets time pass until the condition holds; false when it has not within 20 s.
     virtual bool runUntil(const std::function<bool()>& condition) = 0;

@@ -68,7 +68,7 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     });
     applications().launch(abacus, LaunchActivation::inBackground,
                           [&](const LaunchResult& result) { results.push_back(result); });
-    EXPECT_TRUE(results.empty() && failures == 0) << "told before the call has returned";
+    EXPECT_TRUE(results.empty() && failures == 0) << "the completion was called before the call returned";
     ASSERT_TRUE(until([&] { return results.size() == 1 && failures == 1; }));
     EXPECT_EQ(results[0].error, std::nullopt);
     ASSERT_TRUE(results[0].processIdentifier);
@@ -92,7 +92,7 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
 
 TEST_P(DesktopContract, AReleasedDesktopCallsNothingBack) {
     if (!stage().can(Ability::lettingGo) || !stage().can(Ability::launching))
-        GTEST_SKIP() << "this desktop ends with its queue";
+        GTEST_SKIP() << "this desktop cannot be destroyed before its queue";
     stage().open(kPlan);
     element("Plan");
     const auto late = stage().install("Late"), gone = stage().install("Gone");
@@ -209,7 +209,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
         {"a closed window", [&] { stage().close("Draft"); }},
         {"a hidden application", [&] { applications().hide(mail); }, true},
         {"an application that comes back", [&] { applications().unhide(mail); }, true},
-        {"a wish that is granted",
+        {"a request that is fulfilled",
          [&] {
              write(plan, {{Attribute::position, CGPoint{130, 140}}, {Attribute::size, CGSize{460, 340}}});
          },
@@ -225,7 +225,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
         EXPECT_TRUE(calls == 0 || !isOurCall) << name << " was called back inside a call";
         EXPECT_TRUE(until([&] { return calls == 1 && *changes.changeCount() > last; })) << name;
         ASSERT_TRUE(rests()) << "after " << name;
-        EXPECT_EQ(calls, 1) << name << " was told twice";
+        EXPECT_EQ(calls, 1) << name << " was announced twice";
         EXPECT_EQ(callsBefore, 0) << name << " was called after it was cancelled";
     }
     int calls = 0;
@@ -235,7 +235,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     EXPECT_TRUE(until([&] { return *changes.changeCount() > last; }));
     ASSERT_TRUE(rests());
     EXPECT_EQ(calls, 0);
-    // A count that has passed already leads to a callback at once, but after the call has returned.
+    // For an old count the callback is posted at once; it runs after the call has returned.
     changes.notifyWhenChanged(last - 1, [&] { ++calls; });
     EXPECT_EQ(calls, 0);
     EXPECT_TRUE(until([&] { return calls == 1; }));
@@ -301,7 +301,7 @@ TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
     stage().press({200, 500});
     stage().releaseButton();
     stage().runFor(Seconds(0.3));
-    EXPECT_EQ(pointed, "press ") << "told after the subscription was dropped";
+    EXPECT_EQ(pointed, "press ") << "an event was reported after the subscription was dropped";
     EXPECT_EQ(told, "");
 }
 

@@ -62,7 +62,7 @@ TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
     EXPECT_EQ(first.keys, "hjh");
     EXPECT_EQ(once.keys, "h");
     EXPECT_EQ(keys.charactersOf(4), "h");
-    EXPECT_EQ(keys.charactersOf(123), "") << "an arrow is no character";
+    EXPECT_EQ(keys.charactersOf(123), "") << "an arrow key has no character";
     EXPECT_EQ(keys.charactersOf(999), "");
 }
 
@@ -115,7 +115,7 @@ TEST_P(DesktopContract, OnlyTheRecorderGetsPressesWhileRecording) {
     stage().pressKey(kH);
     EXPECT_TRUE(until([&] { return shortcuts.keys == "h"; })) << shortcuts.keys;
     EXPECT_EQ(recorded, "hhj");
-    EXPECT_EQ(former, "") << "a later recorder ends the former";
+    EXPECT_EQ(former, "") << "a new recorder ends the former one";
 }
 
 } // namespace

@@ -58,7 +58,7 @@ TEST_P(PreferencesContract, TheLastWriteCountsAndRemovedKeysAreAbsent) {
     EXPECT_EQ(store().boolean("KOVA.gone.v1"), false);
 }
 
-TEST_P(PreferencesContract, APromisedValueIsMadeWhenItIsRead) {
+TEST_P(PreferencesContract, ADeferredValueIsMadeWhenItIsRead) {
     int made = 0;
     const auto promise = [&](const char* key, PreferenceValue value) {
         store().setValueLater(key, [&made, value] {

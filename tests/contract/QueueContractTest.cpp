@@ -77,7 +77,7 @@ TEST_P(QueueContract, CancelledWorkDoesNotStart) {
     keeper->cancel(); // harmless when it has run
     keeper.reset();
     stage().runFor(Seconds(0.05));
-    EXPECT_EQ(held.use_count(), 1) << "work that has run is let go";
+    EXPECT_EQ(held.use_count(), 1) << "work that has run is destroyed";
 }
 
 TEST_P(QueueContract, PostsFromOtherThreadsKeepTheirOrder) {

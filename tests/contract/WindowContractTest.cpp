@@ -88,7 +88,7 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     stage().open(kDraft);
     const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
     const std::vector<AttributeValue> nothing(kEverything.size());
-    const auto wishInVain = [&](const AccessibilityElement& gone) {
+    const auto writeWithoutEffect = [&](const AccessibilityElement& gone) {
         write(gone, {{Attribute::position, CGPoint{1, 2}},
                      {Attribute::size, CGSize{300, 200}},
                      {Attribute::minimized, true},
@@ -101,7 +101,7 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     EXPECT_TRUE(until([&] { return read(plan, kEverything) == nothing; }));
     EXPECT_EQ(read(accessibility().applicationElement(editor), Attribute::windows), AttributeValue(Elements{draft}));
     const auto before = frameOf(draft);
-    wishInVain(plan);
+    writeWithoutEffect(plan);
 
     const auto presenceOf = [&](const AccessibilityElement& window) {
         auto presence = WindowPresence::noAnswer;
@@ -120,13 +120,13 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     EXPECT_EQ(read(inbox, kEverything), nothing);
     EXPECT_EQ(read(accessibility().applicationElement(mail), kEverything), nothing);
     EXPECT_EQ(applications().runningApplication(mail), std::nullopt);
-    wishInVain(inbox);
-    wishInVain(accessibility().applicationElement(mail));
+    writeWithoutEffect(inbox);
+    writeWithoutEffect(accessibility().applicationElement(mail));
     applications().hide(mail);
     applications().unhide(mail);
     applications().activate(mail);
     EXPECT_FALSE(applications().terminate(mail));
-    EXPECT_TRUE(applications().forceTerminate(mail)) << "the reason why not";
+    EXPECT_TRUE(applications().forceTerminate(mail)) << "the reason of the refusal";
 
     stage().runFor(Seconds(0.3));
     EXPECT_EQ(text(frameOf(draft)), text(before)) << "a request for another window";
@@ -137,7 +137,7 @@ TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
     stage().open(kPlan);
     const auto plan = element("Plan");
     // A desktop may need a second request, as the verification of a placement sends it.
-    const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& wished) {
+    const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& requested) {
         Seconds nextTry{0}, passed{0};
         return until([&] {
             if (passed >= nextTry) {
@@ -146,7 +146,7 @@ TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
             }
             stage().runFor(Seconds(0.06));
             passed += Seconds(0.06);
-            return text(stage().frame("Plan")) == text(wished) && text(frameOf(plan)) == text(wished);
+            return text(stage().frame("Plan")) == text(requested) && text(frameOf(plan)) == text(requested);
         });
     };
     EXPECT_TRUE(becomes({{Attribute::position, CGPoint{60, 70}}, {Attribute::size, CGSize{640, 420}}},
@@ -197,7 +197,7 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) 
     write(plan, {{Attribute::minimized, true}});
     EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized) && countOf(editor) == 1; }));
     EXPECT_FALSE(flag(draft, Attribute::minimized));
-    EXPECT_FALSE(polled(editor)->isHidden) << "a minimized window hides no application";
+    EXPECT_FALSE(polled(editor)->isHidden) << "an application with a minimized window is not hidden";
 
     // Hiding takes all that is left, and it is not minimized for that; unhiding brings back exactly those.
     applications().hide(editor);

@@ -67,7 +67,7 @@ TEST_F(AutostartEntryTest, RespectsEditsOfTheUser) {
     for (const Case& c : cases) {
         folder.write(kEntry, c.before);
         EXPECT_EQ(item().status(), c.status) << c.name;
-        EXPECT_EQ(entry(), c.before) << c.name << ": looking changes nothing";
+        EXPECT_EQ(entry(), c.before) << c.name << ": a query of the status changes no file";
         EXPECT_EQ(item().registerAtLogin(), std::nullopt) << c.name;
         EXPECT_EQ(entry(), c.on) << c.name;
         folder.write(kEntry, c.before);
@@ -81,7 +81,7 @@ TEST_F(AutostartEntryTest, CountsOtherWaysToStartTheAgent) {
     folder.write(kShared, kOurs);
     EXPECT_EQ(item().status(), Status::enabled);
     EXPECT_EQ(item().unregisterAtLogin(), std::nullopt);
-    EXPECT_NE(entry().find("Hidden=true"), std::string::npos) << "the user's hides that of the machine";
+    EXPECT_NE(entry().find("Hidden=true"), std::string::npos) << "the user's entry hides the system-wide entry";
     EXPECT_EQ(item().status(), Status::notRegistered);
     EXPECT_EQ(item().registerAtLogin(), std::nullopt);
     EXPECT_EQ(item().status(), Status::enabled);

@@ -100,7 +100,7 @@ TEST(DesktopEntries, NamesAreInTheUsersLanguage) {
     }
 }
 
-TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
+TEST(DesktopEntries, AnEntryHidesLaterOnesOfItsIdAndInvalidFilesAreSkipped) {
     Scenario desk;
     desk.installForAll("editor.desktop", entry("Editor of all", "StartupWMClass=Editor"));
     desk.install("editor.desktop", entry("My editor", "StartupWMClass=Editor"));

@@ -59,7 +59,7 @@ class Launching : public ::testing::Test {
             result = told;
             ++calls;
         });
-        EXPECT_FALSE(result) << "told before the call has returned";
+        EXPECT_FALSE(result) << "the completion was called before the call returned";
         EXPECT_TRUE(runUntil([&] { return result.has_value(); }));
         EXPECT_EQ(calls, 1);
         return result.value_or(LaunchResult{});
@@ -113,7 +113,7 @@ TEST_F(Launching, StartsAProgramInANewSessionWithoutOurDescriptors) {
 
     std::filesystem::remove(out_);
     EXPECT_EQ(launch("org.example.Mail", LaunchActivation::inBackground).error, std::nullopt);
-    EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "the window manager must not move the focus";
+    EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "window managers must not move the focus";
 }
 
 TEST_F(Launching, ReportsErrors) {

@@ -44,7 +44,7 @@ TEST(EventLoop, TimersAreNeverEarlyAndStayCancelled) {
     std::shared_ptr<ScheduledWork> own;
     own = loop.after(5ms, [&] { own->cancel(); });
     loop.after(30ms, [&] { loop.quit(0); });
-    // Busy beyond the moment it was due: it waits for its turn now, and must not get it.
+    // The loop was busy when the timer became due: the timer is queued now, and must not run.
     loop.post([&] {
         while (loop.uptime() - start < 20ms) {
         }
@@ -78,7 +78,7 @@ TEST(EventLoop, WatchesADescriptorUntilTheSubscriptionIsDropped) {
     close(ends[1]);
 }
 
-TEST(EventLoop, SignalsAskItToStop) {
+TEST(EventLoop, SignalsCallTheStopFunction) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         EventLoop loop;
         loop.onStopSignal([&] { loop.quit(3); });
@@ -114,7 +114,7 @@ long sleepsSoFar() {
     return usage.ru_nvcsw;
 }
 
-TEST(EventLoop, SleepsThroughWhenNothingIsDue) {
+TEST(EventLoop, DoesNotWakeUpWhileNothingIsDue) {
     EventLoop loop;
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
@@ -133,7 +133,7 @@ TEST(EventLoop, SleepsThroughWhenNothingIsDue) {
     close(ends[1]);
 }
 
-TEST(SerialWorkQueue, RunsJobsInTurnAndDropsThoseNotBegunAtItsEnd) {
+TEST(SerialWorkQueue, RunsJobsInOrderAndDropsUnstartedJobsAtItsEnd) {
     std::string order;
     std::promise<void> begun, release;
     {

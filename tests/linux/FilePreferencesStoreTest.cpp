@@ -132,7 +132,7 @@ TEST(FilePreferencesStore, ChangesAreCollectedAndUnknownKeysAreKept) {
     EXPECT_EQ(inodeOf(home.file()), before); // the same value again is no change
 }
 
-TEST(FilePreferencesStore, APromisedValueIsMadeWhenNeededUnlessReplaced) {
+TEST(FilePreferencesStore, ADeferredValueIsMadeWhenNeededUnlessReplaced) {
     Home home;
     auto store = home.store();
     int made = 0;
@@ -143,7 +143,7 @@ TEST(FilePreferencesStore, APromisedValueIsMadeWhenNeededUnlessReplaced) {
     store.setValueLater("KOVA.accentColor.v1", promise("overtaken"));
     store.setValueLater("KOVA.accentColor.v1", promise("green"));
     EXPECT_EQ(made, 0);
-    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "readers get it before it is written";
+    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "a read returns the value before it is written";
     home.wait();
     EXPECT_EQ(accentInFile(), "green");
 
@@ -308,7 +308,7 @@ TEST(FilePreferencesStore, NothingUnreadableIsWritten) {
     EXPECT_EQ(home.store().boolean("a"), true);
 }
 
-TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadGoesOn) {
+TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadRuns) {
     TemporaryFolder folder;
     const auto file = folder.path() / "kova/preferences.json";
     EventLoop loop;

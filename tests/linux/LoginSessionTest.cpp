@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t kSomebodyElse = 4711;
+constexpr std::uint32_t kOtherUser = 4711;
 
 std::string nameOf(SystemActivityEvent event) {
     using enum SystemActivityEvent;
@@ -38,11 +38,11 @@ std::string nameOf(SystemActivityEvent event) {
     return {};
 }
 
-TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
+TEST(ActivityConditions, CauseEventsOnlyWhenTheSessionChangesForTheWorkspace) {
     using Facts = ActivityFacts;
     struct Step {
         const char* what;
-        std::function<Facts(Facts)> heard;
+        std::function<Facts(Facts)> received;
         const char* events;
     };
     const auto hint = [](bool isSet) { return [isSet](Facts f) { return afterLockedHint(f, isSet); }; };
@@ -52,38 +52,38 @@ TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
     const std::vector<std::vector<Step>> stories = {
         {{"a desktop confirms the lock", afterLockSignal, "locked "},
          {"by the hint", hint(true), ""},
-         {"is asked to unlock", afterUnlockSignal, ""},
-         {"and has unlocked", hint(false), "unlocked "}},
-        {{"a locker that says nothing", afterLockSignal, "locked "},
-         {"is asked twice", afterLockSignal, ""},
-         {"and ended, or the timeout is over", afterUnlockSignal, "unlocked "}},
-        {{"a saver and the hint", saver("a", true), "locked "},
-         {"one after the other", hint(true), ""},
-         {"asked while it is locked", afterLockSignal, ""},
-         {"the saver goes first", saver("a", false), ""},
-         {"the hint decides", hint(false), "unlocked "}},
-        {{"a saver that is only started by the lock", afterLockSignal, "locked "},
-         {"tells that it hides nothing yet", saver("a", false), ""},
-         {"then hides all", saver("a", true), ""},
-         {"and is through", saver("a", false), "unlocked "}},
-        {{"two names of one saver", saver("a", true), "locked "},
-         {"tell the same", saver("b", true), ""},
-         {"and again", saver("b", true), ""},
-         {"one is through", saver("a", false), ""},
-         {"both are", saver("b", false), "unlocked "}},
-        {{"all at once",
+         {"an unlock is requested", afterUnlockSignal, ""},
+         {"the desktop has unlocked", hint(false), "unlocked "}},
+        {{"a locker that confirms nothing", afterLockSignal, "locked "},
+         {"a lock is requested again", afterLockSignal, ""},
+         {"an unlock is requested, or the timeout is over", afterUnlockSignal, "unlocked "}},
+        {{"a screen saver is active", saver("a", true), "locked "},
+         {"then the hint is set", hint(true), ""},
+         {"a lock is requested while locked", afterLockSignal, ""},
+         {"the screen saver ends first", saver("a", false), ""},
+         {"the hint is reset", hint(false), "unlocked "}},
+        {{"a screen saver that the lock request starts", afterLockSignal, "locked "},
+         {"reports that it is not active yet", saver("a", false), ""},
+         {"reports that it is active", saver("a", true), ""},
+         {"ends", saver("a", false), "unlocked "}},
+        {{"a screen saver with two names is active", saver("a", true), "locked "},
+         {"its second name reports that", saver("b", true), ""},
+         {"its second name reports that again", saver("b", true), ""},
+         {"its first name reports the end", saver("a", false), ""},
+         {"its second name reports the end", saver("b", false), "unlocked "}},
+        {{"all conditions begin together",
           [](Facts f) {
               f.isPreparingForSleep = f.isLockedHintSet = true;
               f.isSessionActive = false;
               return f;
           },
           "asleep inactive locked "},
-         {"logind goes", withoutLogind, "awake active unlocked "}},
+         {"logind disconnects", withoutLogind, "awake active unlocked "}},
     };
     for (const auto& story : stories) {
         Facts facts;
         for (const Step& step : story) {
-            const Facts next = step.heard(facts);
+            const Facts next = step.received(facts);
             std::string events;
             for (const auto event : eventsBetween(facts, next)) events += nameOf(event);
             EXPECT_EQ(events, step.events) << story.front().what << ": " << step.what;
@@ -101,8 +101,8 @@ class LoginSessionTest : public ::testing::Test {
                                                   SessionHints{sessionID, getpid(), getuid()}, timeouts);
         watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { reported_ += nameOf(event); });
     }
-    bool turnUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }
-    void turn(Seconds duration) { letPass(loop_, duration); }
+    bool runLoopUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }
+    void runLoop(Seconds duration) { letPass(loop_, duration); }
     std::string lineOf(const std::string& subject) const {
         for (const auto& line : session_->diagnose()) {
             if (line.subject == subject) return line.text;
@@ -112,7 +112,7 @@ class LoginSessionTest : public ::testing::Test {
     bool isListening() const { return lineOf("login session").starts_with("logind tells"); }
     /// Expects the next event, and no other.
     void expectReported(const std::string& expected) {
-        turnUntil([&] { return reported_.size() >= expected.size(); });
+        runLoopUntil([&] { return reported_.size() >= expected.size(); });
         EXPECT_EQ(std::exchange(reported_, {}), expected);
     }
 
@@ -159,7 +159,7 @@ TEST_F(LoginSessionTest, ReportsEventsOfLogind) {
               "logind tells of sleep, the lock and a switch to another user; this is session c1 (x11).");
 }
 
-TEST_F(LoginSessionTest, FindsItsSessionHoweverItWasStarted) {
+TEST_F(LoginSessionTest, FindsItsSessionByEnvironmentProcessOrUser) {
     struct Case {
         const char* name;
         std::optional<std::string> id;
@@ -169,25 +169,25 @@ TEST_F(LoginSessionTest, FindsItsSessionHoweverItWasStarted) {
     const std::uint32_t me = getuid();
     const std::vector<Case> cases = {
         {"named", "c2", {{"c1", me, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
-        {"named one is over", "c9", {{"c1", me, "wayland"}}, "session c1 (wayland)"},
-        {"named one is of a terminal", "c2", {{"c1", me, "x11"}, {"c2", me, "tty"}}, "session c1 (x11)"},
+        {"named session has ended", "c9", {{"c1", me, "wayland"}}, "session c1 (wayland)"},
+        {"named session is on a terminal", "c2", {{"c1", me, "x11"}, {"c2", me, "tty"}}, "session c1 (x11)"},
         {"startx", "c1", {{"c1", me, "tty"}}, "session c1 (tty)"},
-        {"not named", {}, {{"c1", kSomebodyElse, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
-        {"none of ours", "c1", {{"c1", kSomebodyElse, "x11"}}, "logind knows no session of this user"},
+        {"not named", {}, {{"c1", kOtherUser, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
+        {"none of ours", "c1", {{"c1", kOtherUser, "x11"}}, "logind knows no session of this user"},
     };
     bus_.start();
     for (const Case& c : cases) {
         bus_.startLogind();
         for (const auto& [id, user, type] : c.sessions) bus_.addSession(id, user, type);
         open(c.id);
-        EXPECT_TRUE(turnUntil([&] { return lineOf("login session").find(c.found) != std::string::npos; }))
+        EXPECT_TRUE(runLoopUntil([&] { return lineOf("login session").find(c.found) != std::string::npos; }))
             << c.name << ": " << lineOf("login session");
         session_.reset();
         bus_.stopLogind();
     }
 }
 
-TEST_F(LoginSessionTest, SurvivesThatLogindRestarts) {
+TEST_F(LoginSessionTest, SurvivesARestartOfLogind) {
     bus_.start();
     bus_.startLogind("{\"PreparingForSleep\": true}");
     bus_.addSession("c1", getuid(), "x11");
@@ -195,7 +195,7 @@ TEST_F(LoginSessionTest, SurvivesThatLogindRestarts) {
     open("c1");
     expectReported("asleep locked ");
     bus_.stopLogind();
-    bus_.startLogind(); // has lost its memory: there is no session yet
+    bus_.startLogind(); // the restarted logind knows no session yet
     expectReported("awake ");
     bus_.addSession("c1", getuid(), "x11");
     bus_.emit(
@@ -208,10 +208,10 @@ TEST_F(LoginSessionTest, ADisconnectedServiceDoesNotSuspendForever) {
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
-    open("c1", {.withLock = 50ms, .withSilence = 50ms});
-    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    open("c1", {.unconfirmedLock = 50ms, .disconnectedLogind = 50ms});
+    ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
     bus_.call("c1", "Lock");
-    expectReported("locked unlocked "); // it is never confirmed
+    expectReported("locked unlocked "); // the lock is never confirmed
     bus_.startScreenSaver();
     bus_.setScreenSaver(true);
     expectReported("locked ");
@@ -229,7 +229,7 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
     open("c1");
-    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
     bus_.forgeScreenSaver(true); // nothing owns the name
     bus_.startScreenSaver();
     bus_.forgeScreenSaver(true);
@@ -237,7 +237,7 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     expectReported("locked ");
     bus_.forgeScreenSaver(false);
     bus_.forgeOwner("org.gnome.ScreenSaver", "");
-    turn(100ms);
+    runLoop(100ms);
     expectReported("");
     bus_.setScreenSaver(false);
     expectReported("unlocked ");
@@ -248,19 +248,19 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     bus_.forge(session, "org.freedesktop.DBus.Properties", "PropertiesChanged", std::string(PrivateBus::kSession),
                std::map<std::string, sdbus::Variant>{{"Active", sdbus::Variant(false)}}, std::vector<std::string>());
     bus_.forgeOwner("org.freedesktop.login1", "");
-    turn(200ms);
+    runLoop(200ms);
     expectReported("");
     EXPECT_TRUE(isListening());
     bus_.call("c1", "Lock"); // signals of logind itself are still handled
     expectReported("locked ");
 }
 
-TEST_F(LoginSessionTest, AScreenSaverThatCannotConfirmItsSignalLocksNothing) {
+TEST_F(LoginSessionTest, AnUnconfirmedSignalOfAScreenSaverDoesNotKeepTheSessionLocked) {
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
     open("c1");
-    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
     bus_.playSaverWithoutState("org.mate.ScreenSaver");
     expectReported("locked unlocked ");
 }
@@ -270,8 +270,8 @@ TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
-    open("c1", {.withFlood = 200ms});
-    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    open("c1", {.floodPeriod = 200ms});
+    ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
     // No signal is handled before the loop runs again: by then all of them are queued.
     for (int i = 0; i < kChanges; ++i) bus_.set("c1", "LockedHint", sdbus::Variant(i % 2 == 0));
     // Other work of the loop is not held up meanwhile.
@@ -283,16 +283,16 @@ TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
         loop_.post(tick);
     };
     tick();
-    ASSERT_TRUE(turnUntil([&] { return reported_.size() > 100; })) << reported_;
-    turn(1500ms);
+    ASSERT_TRUE(runLoopUntil([&] { return reported_.size() > 100; })) << reported_;
+    runLoop(1500ms);
     EXPECT_TRUE(reported_.ends_with("locked ") && !reported_.ends_with("unlocked ")) << reported_;
-    EXPECT_LT(std::ranges::count(reported_, ' '), kChanges / 10) << "each of them stops or starts the workspace";
+    EXPECT_LT(std::ranges::count(reported_, ' '), kChanges / 10) << "each report suspends or resumes the workspace";
     EXPECT_LT(longestPause, 250ms);
 }
 
 TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWhenItStarts) {
-    open("c1", {.withLock = 50ms, .withSilence = 50ms});
-    ASSERT_TRUE(turnUntil([&] { return lineOf("login session").find("not connected yet") == std::string::npos; }));
+    open("c1", {.unconfirmedLock = 50ms, .disconnectedLogind = 50ms});
+    ASSERT_TRUE(runLoopUntil([&] { return lineOf("login session").find("not connected yet") == std::string::npos; }));
     EXPECT_TRUE(lineOf("login session").starts_with("There is no system bus (")) << lineOf("login session");
     EXPECT_TRUE(lineOf("screen saver").starts_with("There is no session bus (")) << lineOf("screen saver");
     for (int life = 0; life < 2; ++life) {
@@ -302,10 +302,12 @@ TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWhenItStarts) {
         bus_.startScreenSaver();
         bus_.setScreenSaver(true);
         bus_.set("c1", "Active", sdbus::Variant(false));
-        ASSERT_TRUE(turnUntil([&] { return reported_.size() >= std::string("inactive locked ").size(); })) << reported_;
+        ASSERT_TRUE(runLoopUntil([&] { return reported_.size() >= std::string("inactive locked ").size(); }))
+            << reported_;
         reported_.clear();
         bus_.stop();
-        ASSERT_TRUE(turnUntil([&] { return reported_.size() >= std::string("active unlocked ").size(); })) << reported_;
+        ASSERT_TRUE(runLoopUntil([&] { return reported_.size() >= std::string("active unlocked ").size(); }))
+            << reported_;
         EXPECT_FALSE(isListening());
         reported_.clear();
     }

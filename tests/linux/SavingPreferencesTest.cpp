@@ -89,7 +89,7 @@ class SavingPreferences : public testing::Test {
     std::string log;
 };
 
-TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskWithoutBlocking) {
+TEST_F(SavingPreferences, ASaveCompletesOnceItIsOnDiskWithoutBlocking) {
     auto store = this->store();
     std::string answers;
     const auto save = [&](const char* name) {
@@ -104,7 +104,7 @@ TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskWithoutBlocking) {
     ASSERT_EQ(disk.jobs.size(), 1U);
     disk.run();
     EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
-    EXPECT_EQ(answers, "") << "the main queue has not heard of it";
+    EXPECT_EQ(answers, "") << "the result has not reached the main queue";
     queue.runDue();
     EXPECT_EQ(answers, "a");
     disk.run();
@@ -135,7 +135,7 @@ TEST_F(SavingPreferences, AFailedWriteIsReportedAndRetriedUntilItSucceeds) {
         queue.runDue();
     }
     EXPECT_EQ(tries, "1 3 7 15 31 63 123 183 ");
-    EXPECT_EQ(std::ranges::count(log, '\n'), 1) << "said once";
+    EXPECT_EQ(std::ranges::count(log, '\n'), 1) << "the problem is reported once";
     fs::remove(obstacle);
     queue.advance(FilePreferencesStore::kLongestRetry);
     disk.run();
@@ -195,7 +195,7 @@ TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsKeptAndLaterTakesPrecedence)
     EXPECT_EQ(inFile(),
               json::parse(R"({"KOVA.workspaceProfile.v1": {"name": "Mine", "themeID": "x"}, "both": "theirs"})"));
     EXPECT_EQ(store->string("both"), "theirs");
-    EXPECT_EQ(all(*store), "") << "the file could be read after all";
+    EXPECT_EQ(all(*store), "") << "the file can be read again";
 
     // An edit is not lost either because it could not be looked at.
     given(R"({"both": "edited", "new": true})");
@@ -227,7 +227,7 @@ TEST_F(SavingPreferences, AnUnusableValueIsCopiedBeforeItIsOverwritten) {
         store.setValue("bad", PreferenceData{value});
         EXPECT_EQ(saved(store), "on disk");
     }
-    EXPECT_EQ(copies("damaged"), std::vector{before}) << "once";
+    EXPECT_EQ(copies("damaged"), std::vector{before}) << "one copy is made";
     EXPECT_NE(all(store).find("What was stored is kept as " + file().string() + ".damaged-"), std::string::npos)
         << all(store);
 
@@ -250,7 +250,7 @@ TEST_F(SavingPreferences, ADamagedFileBehindALinkKeepsItsName) {
     EXPECT_EQ(saved(store), "on disk");
     EXPECT_EQ(contentsOf(foreign), "alias ll=ls");
     EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
-    EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"}) << "the link";
+    EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"}) << "the link still exists";
 }
 
 TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {

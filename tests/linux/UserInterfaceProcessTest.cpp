@@ -54,7 +54,7 @@ TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
     for (const char* place :
          {"path/kova-ui", "Helpers/kova-ui.app/Contents/MacOS/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
         const std::string expected = program(place, "");
-        EXPECT_EQ(findUserInterface(agent, findProgram), expected) << "each place has precedence over the former ones";
+        EXPECT_EQ(findUserInterface(agent, findProgram), expected) << "each place has precedence over those before";
     }
     setenv("KOVA_UI", program("other", "").c_str(), 1);
     EXPECT_EQ(findUserInterface(agent, findProgram), (folder_.path() / "other").string());
@@ -107,7 +107,7 @@ TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnc
     EXPECT_NE(first, second);
     EXPECT_TRUE(letPassUntil(loop_, [&] { return isGone(first); }));
     EXPECT_EQ(process.process(), second);
-    EXPECT_TRUE(ends_.empty()) << "an end that was asked for is none to tell of";
+    EXPECT_TRUE(ends_.empty()) << "a requested end is not reported";
     process.end();
     EXPECT_TRUE(letPassUntil(loop_, [&] { return isGone(second); }));
 }

@@ -74,7 +74,7 @@ TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
     ask(AccessibilityOutcome::answered, Seconds(0.1));
     EXPECT_TRUE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now));
     ask(kSilent, Seconds(0.25));
-    EXPECT_TRUE(pollAsksAfter(1)) << "an answer makes up for what was before";
+    EXPECT_TRUE(pollAsksAfter(1)) << "a response resets the count of failures";
 
     // Out of reach at once is not the same as hanging: it may be about to show its first window.
     ask(kSilent, Seconds(0.01));
@@ -118,10 +118,11 @@ TEST(AccessibilityErrors, APermissionIsIgnoredWhenNoApplicationHonorsIt) {
         }
         return permission.isIgnored();
     };
-    EXPECT_FALSE(polls(9, {{7, kDisabled}})) << "a single application may fail for a reason of its own";
+    EXPECT_FALSE(polls(9, {{7, kDisabled}})) << "the refusal of one application proves nothing";
     EXPECT_FALSE(polls(9, {{9, kNoValue}, {7, kDisabled}, {8, kDisabled}, {7, kDisabled}, {8, kDisabled}}))
-        << "two may, too, while another one responds";
-    EXPECT_TRUE(polls(3, {{7, kDisabled}, {8, kDisabled}, {9, kCannotComplete}})) << "no answer says nothing";
+        << "two refusals prove nothing while another application responds";
+    EXPECT_TRUE(polls(3, {{7, kDisabled}, {8, kDisabled}, {9, kCannotComplete}}))
+        << "a missing response proves nothing";
     EXPECT_FALSE(polls(1, {{9, kNoValue}}));
 }
 

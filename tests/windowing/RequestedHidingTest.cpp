@@ -14,17 +14,17 @@ TEST(RequestedHiding, CountsAsDoneUntilTheDesktopHasHadTimeToReport) {
 
     hiding.hide(kMail, Seconds(100));
     EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(100)));
-    EXPECT_FALSE(hiding.isHidden(kEditor, kShown, Seconds(100))) << "nothing was asked of it";
+    EXPECT_FALSE(hiding.isHidden(kEditor, kShown, Seconds(100))) << "nothing was requested";
     hiding.show(kMail, Seconds(100.2));
-    EXPECT_FALSE(hiding.isHidden(kMail, kHidden, Seconds(100.2))) << "the desktop still tells of the former request";
+    EXPECT_FALSE(hiding.isHidden(kMail, kHidden, Seconds(100.2))) << "the desktop still reports the former request";
     hiding.hide(kMail, Seconds(100.4));
     EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(100.4)));
 
     hiding.show(kEditor, Seconds(101.2));
-    EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(101.3))) << "each has its own time";
-    EXPECT_FALSE(hiding.isHidden(kMail, kShown, Seconds(101.4))) << "the application has refused the request";
+    EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(101.3))) << "each application has its own timeout";
+    EXPECT_FALSE(hiding.isHidden(kMail, kShown, Seconds(101.4))) << "the application has refused";
     EXPECT_FALSE(hiding.isHidden(kEditor, kHidden, Seconds(102.1)));
-    EXPECT_TRUE(hiding.isHidden(kEditor, kHidden, Seconds(102.3))) << "its user has hidden it";
+    EXPECT_TRUE(hiding.isHidden(kEditor, kHidden, Seconds(102.3))) << "the user has hidden the application";
 }
 
 } // namespace

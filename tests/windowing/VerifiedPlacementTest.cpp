@@ -130,7 +130,7 @@ TEST(VerifiedPlacement, TallWindowIsReportedAndAnUnreadableOneCountsAsOff) {
     PlacementBench unreadable({.unreadable = {AccessibilityAttribute::size}});
     EXPECT_EQ(unreadable.journalUntil(5),
               std::string(kPositionFirst) + kSizeFirst + kPositionFirst + kSizeFirst + kPositionFirst)
-        << "its frame is unknown: it is written four times more, and not drawn in";
+        << "without a known frame the frame is written four more times, and the window is not moved into the tile";
     EXPECT_EQ(unreadable.reported, "");
 }
 
@@ -142,7 +142,7 @@ TEST(VerifiedPlacement, MovesIntoTheTileOnlyIfItFits) {
     };
     EXPECT_EQ(moved(makeRect(50, 450, 500, 300)), "100,200 500x300");
     EXPECT_EQ(moved(makeRect(300, 90, 500, 300)), "200,100 500x300");
-    EXPECT_EQ(moved(makeRect(150, 150, 500, 300)), "stays") << "the window is inside its tile";
+    EXPECT_EQ(moved(makeRect(150, 150, 500, 300)), "stays") << "the window is inside the tile";
     EXPECT_EQ(moved(makeRect(50, 50, 601, 300)), "stays") << "too wide";
     EXPECT_EQ(moved(makeRect(50, 50, 500, 401)), "stays") << "too tall";
 }
@@ -189,7 +189,7 @@ TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) 
     EXPECT_FALSE(bench.desktop.window("Mail").isMinimized);
     EXPECT_EQ(bench.journalUntil(10),
               std::string(kPositionFirst) + "Mail: unhide\nMail: AXMinimized false\nMail: AXRaise\nMail: activate\n")
-        << "on target on the last pass: not raised again";
+        << "not raised again if the frame is correct in the last pass";
 }
 
 TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {

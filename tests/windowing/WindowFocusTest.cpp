@@ -93,8 +93,8 @@ TEST(WindowUnderPoint, FindsTheWindowOfTheElementOnAnyDisplay) {
     EXPECT_EQ(labelAt(10, 1430), "Mail") << "the upper left corner of a display 1440 points high";
     EXPECT_EQ(labelAt(10, 10), "nothing") << "the bare desktop";
     EXPECT_EQ(labelAt(150, 1440 + 650), "Mail 2") << "the display above";
-    EXPECT_EQ(labelAt(1000, 1400), "nothing") << "parents in a circle";
-    EXPECT_EQ(labelAt(1600, 1400), "nothing") << "no parent to be read";
+    EXPECT_EQ(labelAt(1000, 1400), "nothing") << "a cycle of parents";
+    EXPECT_EQ(labelAt(1600, 1400), "nothing") << "the parent cannot be read";
     desktop.setTrusted(false);
     EXPECT_EQ(labelAt(10, 1430), "nothing");
 }

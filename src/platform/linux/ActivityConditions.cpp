@@ -45,12 +45,12 @@ bool isLocked(const ActivityFacts& facts) {
 std::vector<SystemActivityEvent> eventsBetween(const ActivityFacts& before, const ActivityFacts& after) {
     using enum SystemActivityEvent;
     std::vector<SystemActivityEvent> events;
-    const auto tell = [&events](bool was, bool is, SystemActivityEvent begins, SystemActivityEvent ends) {
+    const auto addIfChanged = [&events](bool was, bool is, SystemActivityEvent begins, SystemActivityEvent ends) {
         if (was != is) events.push_back(is ? begins : ends);
     };
-    tell(before.isPreparingForSleep, after.isPreparingForSleep, systemWillSleep, systemDidWake);
-    tell(!before.isSessionActive, !after.isSessionActive, sessionDidResignActive, sessionDidBecomeActive);
-    tell(isLocked(before), isLocked(after), screenDidLock, screenDidUnlock);
+    addIfChanged(before.isPreparingForSleep, after.isPreparingForSleep, systemWillSleep, systemDidWake);
+    addIfChanged(!before.isSessionActive, !after.isSessionActive, sessionDidResignActive, sessionDidBecomeActive);
+    addIfChanged(isLocked(before), isLocked(after), screenDidLock, screenDidUnlock);
     return events;
 }
 

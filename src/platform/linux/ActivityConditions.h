@@ -1,5 +1,5 @@
-// Computes whether a Linux session is asleep, inactive or locked from several sources, of which each desktop has some.
-// Values and arithmetic only.
+// Computes from several sources whether a Linux session is asleep, inactive or locked. Each desktop has only some of
+// the sources. Values and arithmetic only.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"
@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// The last report of each source; initially, and for a disconnected source, no condition.
+/// The last report of each source. The defaults apply to a source that has not reported yet or is disconnected.
 struct ActivityFacts {
     bool isPreparingForSleep = false;
     bool isSessionActive = true;
@@ -23,15 +23,15 @@ struct ActivityFacts {
     bool operator==(const ActivityFacts&) const = default;
 };
 
-/// logind's Lock signal is a request. Desktops confirm it by the hint or by their screen saver; some screen lockers do
-/// neither, and then there would be no event for the unlock. So an unconfirmed lock counts for a limited time.
+/// logind's Lock signal is a request. Desktops confirm it by the hint or by their screen saver. Some screen lockers do
+/// neither, so that no event would report the unlock; so an unconfirmed lock counts for a limited time only.
 ActivityFacts afterLockSignal(ActivityFacts facts);
-/// logind's Unlock signal is a request to the desktop, which reports when it has unlocked. Only an unconfirmed lock
-/// ends at once.
+/// logind's Unlock signal is a request to the desktop, which reports when it has unlocked. Therefore the signal itself
+/// only ends an unconfirmed lock.
 ActivityFacts afterUnlockSignal(ActivityFacts facts);
 ActivityFacts afterLockedHint(ActivityFacts facts, bool isSet);
 ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, bool isActive);
-/// logind has disconnected.
+/// Resets everything that logind has reported.
 ActivityFacts withoutLogind(ActivityFacts facts);
 
 /// An active screen saver counts as a lock: it covers the windows, and most desktops lock with it.

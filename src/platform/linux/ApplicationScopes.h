@@ -21,7 +21,8 @@ class ApplicationScopes {
     /// Connects to the session bus at the first call of `moveToOwnScope`.
     ApplicationScopes(std::string busAddress, EventLoop& loop);
 
-    /// Asks the user manager to move the process into a scope. What the process starts later follows it.
+    /// Requests that the user manager moves the process into a scope. Processes that it starts later are in the scope,
+    /// too.
     void moveToOwnScope(pid_t process, const std::string& applicationIdentifier, const std::string& applicationName);
 
   private:
@@ -36,7 +37,7 @@ class ApplicationScopes {
     EventLoop& loop_;
     MessageBus bus_;
     bool isOpen_ = false;
-    std::vector<Launched> waiting_; // for the connection
+    std::vector<Launched> waiting_; // requests to send once the bus is connected
 };
 
 } // namespace kova

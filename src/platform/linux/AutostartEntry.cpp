@@ -105,7 +105,7 @@ std::string execWord(const std::string& program) {
     std::string word = "\"";
     for (const char c : program) {
         if (c == '%') word += '%';
-        // One backslash for the quotes, and that one once more for the value of a key.
+        // Within quotes the character needs a backslash, and in the value of a key the backslash needs another one.
         if (c == '"' || c == '`' || c == '$') word += "\\\\";
         if (c == '\\') word += "\\\\\\";
         word += c;
@@ -117,7 +117,7 @@ bool isSwitchedOff(const std::vector<Line>& lines) {
     return valueOf(lines, kHidden) == "true" || valueOf(lines, kEnabled) == "false";
 }
 
-/// Whether what the entry starts is there.
+/// Whether the program that the entry starts exists.
 bool isStartable(const fs::path& file) {
     const auto entry = readDesktopEntry(file.string(), "");
     if (!entry) return false;
@@ -150,7 +150,7 @@ std::optional<std::string> AutostartEntry::registerAtLogin() {
     if (program_.empty()) return "where kova-agent is installed cannot be found out";
     const auto present = contents(entry_);
     if (!present || isAsWritten(*present)) return replace(writtenEntry());
-    // The user had disabled it in the file and wants it again; other lines stay.
+    // Enables an entry that the user had disabled; other lines stay.
     std::string text = withValue(withValue(*present, kHidden, std::nullopt), kEnabled, std::nullopt);
     if (!isStartable(entry_)) {
         text = withValue(withValue(text, "TryExec", keyValue(program_)), "Exec", execWord(program_));
@@ -220,7 +220,7 @@ std::string AutostartEntry::writtenEntry() const {
            "\nExec=" + execWord(program_) + "\nNoDisplay=true\nTerminal=false\n";
 }
 
-/// Also with another path of the program.
+/// Whether KOVA wrote the text, possibly with another path of the program.
 bool AutostartEntry::isAsWritten(const std::string& text) const {
     const auto exec = valueOf(linesOf(text), "Exec");
     const auto withoutProgram = [](const std::string& entry) {

@@ -17,7 +17,7 @@ class AutostartEntry final : public LaunchAtLoginServicing {
     AutostartEntry(const XdgFolders& folders, std::string program,
                    std::filesystem::path systemUnits = "/etc/systemd/user");
 
-    /// `notRegistered` for an entry with Hidden=true or X-GNOME-Autostart-enabled=false; `notFound` for one whose
+    /// `notRegistered` if the entry has Hidden=true or X-GNOME-Autostart-enabled=false; `notFound` if the entry's
     /// program does not exist.
     LaunchAtLoginStatus status() const override;
     std::optional<std::string> registerAtLogin() override;

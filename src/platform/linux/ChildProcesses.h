@@ -16,7 +16,7 @@ namespace kova {
 class ChildProcesses final : public ChildStarting {
   public:
     explicit ChildProcesses(EventLoop& loop);
-    /// Started programs go on; pending callbacks are not called.
+    /// Started programs continue to run; pending callbacks are not called.
     ~ChildProcesses() override;
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;

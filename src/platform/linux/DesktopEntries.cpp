@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kLargestEntryBytes = 1 << 20;
 constexpr int kDeepestFolder = 8;
-constexpr std::size_t kMostAnswers = 1024; // windows can use any number of names
+constexpr std::size_t kMostIdentities = 1024; // windows can use any number of names
 constexpr std::string_view kSuffix = ".desktop";
 
 char asciiLower(char c) {
@@ -245,9 +245,9 @@ std::string DesktopEntries::localeOfMessages() {
 
 ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
     const MutexLock lock(mutex_);
-    if (const auto known = answers_.find(traces); known != answers_.end()) return known->second;
+    if (const auto known = identities_.find(traces); known != identities_.end()) return known->second;
     if (!isScanned_ || hasChanged()) scan();
-    if (answers_.size() >= kMostAnswers) answers_.clear();
+    if (identities_.size() >= kMostIdentities) identities_.clear();
 
     ApplicationIdentity identity;
     if (const Entry* entry = find(traces)) {
@@ -261,7 +261,7 @@ ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
         identity.bundleIdentifier = BundleID(lowercased(name));
         identity.localizedName = name;
     }
-    return answers_.emplace(traces, std::move(identity)).first->second;
+    return identities_.emplace(traces, std::move(identity)).first->second;
 }
 
 const DesktopEntries::Entry* DesktopEntries::find(const ApplicationTraces& traces) const {
@@ -330,7 +330,7 @@ void DesktopEntries::scan() {
     texts_.clear();
     entries_.clear();
     folders_.clear();
-    answers_.clear();
+    identities_.clear();
     for (const auto& root : roots_) scanFolder(root, "", 0);
     // The first entry of an id replaces later ones, also if it is hidden.
     std::erase_if(entries_, [](const Entry& entry) { return entry.isHidden; });

@@ -50,12 +50,12 @@ class DesktopEntries final : public ApplicationCatalogue {
     /// The locale of messages, from the environment.
     static std::string localeOfMessages();
 
-    /// The entry of the application's own ID; else the one whose StartupWMClass is the class, or the instance; else the
-    /// one whose file name or last component of a reverse domain name is the class; each exactly, then without regard
-    /// to case. Entries that are kept out of menus come last.
+    /// Finds an entry by the application's own ID; else by a StartupWMClass that is the class or the instance; else by
+    /// a file name, or its last component after a reverse domain name, that is the class. Each comparison is made
+    /// exactly, then without regard to case. Entries that menus do not show are considered last.
     ApplicationIdentity identify(const ApplicationTraces& traces) override;
 
-    /// What menus show, by name.
+    /// The applications that menus show, sorted by name.
     std::vector<LaunchableApplication> launchableApplications();
     /// The entry of that id, shown in menus or not.
     std::optional<LaunchableApplication> launchableApplication(const BundleID& id);
@@ -95,7 +95,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     std::string texts_ KOVA_GUARDED_BY(mutex_);
     std::vector<Entry> entries_ KOVA_GUARDED_BY(mutex_); // displayed ones first, then in the order of the folders
     std::vector<Folder> folders_ KOVA_GUARDED_BY(mutex_);
-    std::map<ApplicationTraces, ApplicationIdentity> answers_ KOVA_GUARDED_BY(mutex_);
+    std::map<ApplicationTraces, ApplicationIdentity> identities_ KOVA_GUARDED_BY(mutex_);
 };
 
 } // namespace kova

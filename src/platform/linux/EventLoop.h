@@ -20,18 +20,18 @@ class EventLoop final : public MainQueue {
     void post(std::function<void()> work) override;
     std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) override;
     WallTime now() const override;
-    /// The clock of the timers: it stands still while the machine sleeps, as it does on the Mac.
+    /// The clock of the timers, which stops while the machine sleeps, as on the Mac.
     Seconds uptime() const override;
 
     /// Calls back while the descriptor has something to read, or was closed at its other end, until the subscription is
     /// dropped. The descriptor stays the caller's and must outlive the subscription. Main thread only.
     [[nodiscard]] Subscription watchReadable(int descriptor, std::function<void()> readable);
 
-    /// Calls back instead of ending the process when SIGTERM, SIGINT or SIGHUP arrives. Once per loop, before `run`.
+    /// When SIGTERM, SIGINT or SIGHUP arrives, calls `stop` instead of ending the process. Call once, before `run`.
     void onStopSignal(std::function<void()> stop);
 
-    /// Runs until `quit` and returns its exit code. Work that is left runs when `run` is called again, if ever. The
-    /// thread that calls it is the main thread.
+    /// Runs until `quit` and returns its exit code. Posted work that has not run by then runs if `run` is called again.
+    /// The calling thread becomes the main thread.
     int run();
     /// Ends `run` after the work that runs now; the first call decides the exit code. Main thread only.
     void quit(int exitCode);

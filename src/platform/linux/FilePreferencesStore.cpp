@@ -19,24 +19,24 @@ FilePreferencesStore::FilePreferencesStore(std::filesystem::path file, MainQueue
 }
 
 std::optional<PreferenceValue> FilePreferencesStore::value(std::string_view key) const {
-    if (const auto promise = promised_.find(key); promise != promised_.end()) return promise->second();
+    if (const auto promise = deferred_.find(key); promise != deferred_.end()) return promise->second();
     const auto found = values_.find(key);
     if (found == values_.end() || found->second == PreferenceValue(PreferenceData{"null"})) return std::nullopt;
     return found->second;
 }
 
 void FilePreferencesStore::setValue(std::string_view key, PreferenceValue value) {
-    if (const auto promise = promised_.find(key); promise != promised_.end()) promised_.erase(promise);
+    if (const auto promise = deferred_.find(key); promise != deferred_.end()) deferred_.erase(promise);
     store(key, std::move(value));
 }
 
 void FilePreferencesStore::setValueLater(std::string_view key, std::function<PreferenceValue()> make) {
-    promised_.insert_or_assign(std::string(key), std::move(make));
+    deferred_.insert_or_assign(std::string(key), std::move(make));
     writeWithin(kGatheringTime);
 }
 
-void FilePreferencesStore::takePromised() {
-    for (const auto& [key, make] : std::exchange(promised_, {})) store(key, make());
+void FilePreferencesStore::makeDeferredValues() {
+    for (const auto& [key, make] : std::exchange(deferred_, {})) store(key, make());
 }
 
 void FilePreferencesStore::store(std::string_view key, PreferenceValue value) {
@@ -52,7 +52,7 @@ void FilePreferencesStore::store(std::string_view key, PreferenceValue value) {
 }
 
 void FilePreferencesStore::removeValue(std::string_view key) {
-    if (const auto promise = promised_.find(key); promise != promised_.end()) promised_.erase(promise);
+    if (const auto promise = deferred_.find(key); promise != deferred_.end()) deferred_.erase(promise);
     const auto found = values_.find(key);
     if (found == values_.end()) return;
     values_.erase(found);
@@ -83,7 +83,7 @@ PreferencesFile::Request FilePreferencesStore::request() const {
 
 /// Changes during a write are written after it.
 void FilePreferencesStore::writeNow() {
-    takePromised();
+    makeDeferredValues();
     if (isWriting_ || isWritten()) return;
     if (scheduledWrite_) scheduledWrite_->cancel();
     scheduledWrite_.reset();
@@ -92,7 +92,7 @@ void FilePreferencesStore::writeNow() {
         lifetime_.guard([this](const PreferencesFile::Request& asked, const PreferencesFile::Written& written) {
             isWriting_ = false;
             finish(asked, written);
-            if (!waiting_.empty()) writeNow();
+            if (!pendingSaves_.empty()) writeNow();
         });
     diskQueue_.post([file = file_, asked = std::make_shared<const PreferencesFile::Request>(request()),
                      now = queue_.now(), &queue = queue_, finishLater] {
@@ -102,14 +102,14 @@ void FilePreferencesStore::writeNow() {
 }
 
 void FilePreferencesStore::save(Saved done) {
-    takePromised();
+    makeDeferredValues();
     if (isWritten()) return done(std::nullopt);
-    waiting_.push_back({version_, std::move(done)});
+    pendingSaves_.push_back({version_, std::move(done)});
     writeNow();
 }
 
 void FilePreferencesStore::synchronize() {
-    takePromised();
+    makeDeferredValues();
     const auto asked = request();
     finish(asked, file_->write(asked, queue_.now()));
 }
@@ -133,7 +133,7 @@ void FilePreferencesStore::finish(const PreferencesFile::Request& asked, const P
         writeWithin(retryDelay_);
         retryDelay_ = std::min(2 * retryDelay_, kLongestRetry);
     }
-    answerWaiting(asked.version);
+    completeSaves(asked.version);
 }
 
 void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& asked) {
@@ -150,14 +150,15 @@ void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, c
     }
 }
 
-/// Clients are answered after a failed write as well: the change is in memory, and the write will be retried.
-void FilePreferencesStore::answerWaiting(std::uint64_t version) {
+/// Clients are finished after a failed write as well: the change is in memory, and the write will be retried.
+void FilePreferencesStore::completeSaves(std::uint64_t version) {
     const auto firstLeft =
-        std::ranges::find_if(waiting_, [version](const Waiting& waiting) { return waiting.version > version; });
-    std::vector<Waiting> answered(std::make_move_iterator(waiting_.begin()), std::make_move_iterator(firstLeft));
-    waiting_.erase(waiting_.begin(), firstLeft);
+        std::ranges::find_if(pendingSaves_, [version](const PendingSave& save) { return save.version > version; });
+    std::vector<PendingSave> finished(std::make_move_iterator(pendingSaves_.begin()),
+                                      std::make_move_iterator(firstLeft));
+    pendingSaves_.erase(pendingSaves_.begin(), firstLeft);
     const auto problem = writeProblem_.empty() ? std::nullopt : std::optional(writeProblem_);
-    for (const Waiting& waiting : answered) waiting.done(problem);
+    for (const PendingSave& save : finished) save.done(problem);
 }
 
 void FilePreferencesStore::noteUnusable(std::string_view key, const std::string& reason) {

@@ -1,5 +1,6 @@
-// Preferences in a file. Reads are answered from memory; changes are written on a work queue, collected for a second or
-// at once by `save`, so that the main queue never waits for the disk. Failed writes are retried at growing intervals.
+// Preferences in a file. Reads use the values in memory. Changes are collected for a second, or until `save`, and
+// written on a work queue, so that the main queue never waits for the disk. Failed writes are retried at growing
+// intervals.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -21,7 +22,7 @@ class FilePreferencesStore final : public PreferencesStore {
   public:
     /// Changes within this time after the first are written together, unless a save is requested.
     static constexpr Seconds kGatheringTime{1.0};
-    /// After a failed write the next one comes this much later, twice as late each time up to the longest.
+    /// The pause after a failed write; it doubles with each further failure up to `kLongestRetry`.
     static constexpr Seconds kFirstRetry{1.0};
     static constexpr Seconds kLongestRetry{60.0};
 
@@ -40,12 +41,12 @@ class FilePreferencesStore final : public PreferencesStore {
     std::vector<std::string> problems() const override;
 
   private:
-    struct Waiting {
+    struct PendingSave {
         std::uint64_t version;
         Saved done;
     };
 
-    void takePromised();
+    void makeDeferredValues();
     void store(std::string_view key, PreferenceValue value);
     void noteChange();
     bool isWritten() const { return version_ == writtenVersion_; }
@@ -54,7 +55,7 @@ class FilePreferencesStore final : public PreferencesStore {
     PreferencesFile::Request request() const;
     void finish(const PreferencesFile::Request& request, const PreferencesFile::Written& written);
     void takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& asked);
-    void answerWaiting(std::uint64_t version);
+    void completeSaves(std::uint64_t version);
     void report(const std::string& text);
 
     MainQueue& queue_;
@@ -62,14 +63,14 @@ class FilePreferencesStore final : public PreferencesStore {
     std::function<void(const std::string&)> problemFound_;
     std::shared_ptr<PreferencesFile> file_; // a job on the work queue may outlive the store
     PreferenceValues values_;
-    std::map<std::string, std::function<PreferenceValue()>, std::less<>> promised_; // newer than `values_`
+    std::map<std::string, std::function<PreferenceValue()>, std::less<>> deferred_; // newer than `values_`
     std::uint64_t version_ = 0;
     std::uint64_t writtenVersion_ = 0;
     bool isWriting_ = false; // on the work queue
     std::shared_ptr<ScheduledWork> scheduledWrite_;
     Seconds scheduledFor_{0}; // uptime
     Seconds retryDelay_{kFirstRetry};
-    std::vector<Waiting> waiting_; // oldest first
+    std::vector<PendingSave> pendingSaves_; // oldest first
     UnusableValues unusable_;
     std::vector<std::string> notices_; // stay until the agent ends
     std::string writeProblem_;         // stays until a write succeeds

@@ -29,69 +29,70 @@ LoginSession::LoginSession(EventLoop& loop, const BusAddresses& addresses, Sessi
                            LoginSessionTimeouts timeouts) :
     loop_(loop),
     timeouts_(timeouts), logind_(addresses.system, std::move(hints), loop, listener()),
-    screenSavers_(addresses.session, loop,
-                  [this](const std::string& name, bool isActive) { hear(afterScreenSaver(facts_, name, isActive)); }) {}
+    screenSavers_(addresses.session, loop, [this](const std::string& name, bool isActive) {
+        update(afterScreenSaver(facts_, name, isActive));
+    }) {}
 
 Subscription LoginSession::observeSystemActivity(std::function<void(SystemActivityEvent)> observer) {
     return observers_.add(std::move(observer));
 }
 
 LogindClient::Listener LoginSession::listener() {
-    const auto known = [this] {
-        if (silenceTimeout_) std::exchange(silenceTimeout_, nullptr)->cancel();
+    const auto noteConnected = [this] {
+        if (disconnectTimeout_) std::exchange(disconnectTimeout_, nullptr)->cancel();
     };
     LogindClient::Listener listener;
     listener.sleep = [this](bool isPreparing) {
         auto facts = facts_;
         facts.isPreparingForSleep = isPreparing;
-        hear(std::move(facts));
+        update(std::move(facts));
     };
-    listener.active = [this, known](bool isActive) {
-        known();
+    listener.active = [this, noteConnected](bool isActive) {
+        noteConnected();
         auto facts = facts_;
         facts.isSessionActive = isActive;
-        hear(std::move(facts));
+        update(std::move(facts));
     };
-    listener.lockedHint = [this, known](bool isSet) {
-        known();
-        hear(afterLockedHint(facts_, isSet));
+    listener.lockedHint = [this, noteConnected](bool isSet) {
+        noteConnected();
+        update(afterLockedHint(facts_, isSet));
     };
-    listener.lockSignal = [this] { hear(afterLockSignal(facts_)); };
-    listener.unlockSignal = [this] { hear(afterUnlockSignal(facts_)); };
-    listener.silence = [this] {
-        if (silenceTimeout_ || withoutLogind(facts_) == facts_) return;
-        silenceTimeout_ = loop_.after(timeouts_.withSilence, lifetime_.guard([this] {
-            silenceTimeout_.reset();
-            hear(withoutLogind(facts_));
+    listener.lockSignal = [this] { update(afterLockSignal(facts_)); };
+    listener.unlockSignal = [this] { update(afterUnlockSignal(facts_)); };
+    listener.disconnected = [this] {
+        if (disconnectTimeout_ || withoutLogind(facts_) == facts_) return;
+        disconnectTimeout_ = loop_.after(timeouts_.disconnectedLogind, lifetime_.guard([this] {
+            disconnectTimeout_.reset();
+            update(withoutLogind(facts_));
         }));
     };
     return listener;
 }
 
-void LoginSession::hear(ActivityFacts facts) {
+void LoginSession::update(ActivityFacts facts) {
     const auto before = std::exchange(facts_, std::move(facts));
     isLockedHintSet_ = facts_.isLockedHintSet;
     if (facts_.isLockAwaited != before.isLockAwaited) {
         if (lockTimeout_) std::exchange(lockTimeout_, nullptr)->cancel();
         if (facts_.isLockAwaited) {
             lockTimeout_ =
-                loop_.after(timeouts_.withLock, lifetime_.guard([this] { hear(afterUnlockSignal(facts_)); }));
+                loop_.after(timeouts_.unconfirmedLock, lifetime_.guard([this] { update(afterUnlockSignal(facts_)); }));
         }
     }
-    if (reportedInARow_ < LoginSessionTimeouts::changesAtOnce) tell();
+    if (reportedInARow_ < LoginSessionTimeouts::changesAtOnce) report();
 }
 
 /// Each change suspends or resumes the workspace, so of a flood of changes only the last state is reported.
-void LoginSession::tell() {
+void LoginSession::report() {
     const auto events = eventsBetween(reported_, facts_);
     reported_ = facts_;
     if (events.empty()) return;
     ++reportedInARow_;
     if (!floodTimer_) {
-        floodTimer_ = loop_.after(timeouts_.withFlood, lifetime_.guard([this] {
+        floodTimer_ = loop_.after(timeouts_.floodPeriod, lifetime_.guard([this] {
             floodTimer_.reset();
             reportedInARow_ = 0;
-            tell();
+            report();
         }));
     }
     for (const auto event : events) observers_.notify(event);

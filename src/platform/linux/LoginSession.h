@@ -18,7 +18,7 @@
 
 namespace kova {
 
-/// Where the buses are, as D-Bus writes addresses; empty for one that is not named.
+/// D-Bus addresses of the buses; empty if unknown.
 struct BusAddresses {
     std::string system;
     std::string session;
@@ -29,12 +29,12 @@ struct BusAddresses {
 struct LoginSessionTimeouts {
     static constexpr int changesAtOnce = 16;
     /// An unconfirmed lock counts for this long: until a desktop has drawn its lock screen.
-    Seconds withLock{10};
+    Seconds unconfirmedLock{10};
     /// logind's last state holds for this long after it has disconnected, since it may be restarting.
-    Seconds withSilence{10};
-    /// Changes are reported one by one, but at most `changesAtOnce` within `withFlood`; after these only the state at
-    /// the end of that time.
-    Seconds withFlood{1};
+    Seconds disconnectedLogind{10};
+    /// At most `changesAtOnce` changes are reported individually within this time; of further changes only the state at
+    /// its end is reported.
+    Seconds floodPeriod{1};
 };
 
 /// Main thread only, unless a function says otherwise.
@@ -44,15 +44,15 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
                  LoginSessionTimeouts timeouts = {});
 
-    /// Any thread; logind's last state.
+    /// The last state that logind reported. Any thread.
     bool isLoginSessionScreenLocked() const override { return isLockedHintSet_; }
     Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
     std::vector<DiagnosticLine> diagnose() const override;
 
   private:
     LogindClient::Listener listener();
-    void hear(ActivityFacts facts);
-    void tell();
+    void update(ActivityFacts facts);
+    void report();
 
     EventLoop& loop_;
     LoginSessionTimeouts timeouts_;
@@ -63,7 +63,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     std::atomic<bool> isLockedHintSet_ = false;
     Observers<SystemActivityEvent> observers_;
     std::shared_ptr<ScheduledWork> lockTimeout_;
-    std::shared_ptr<ScheduledWork> silenceTimeout_;
+    std::shared_ptr<ScheduledWork> disconnectTimeout_;
     Lifetime lifetime_;
     LogindClient logind_;
     ScreenSavers screenSavers_;

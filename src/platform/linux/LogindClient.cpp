@@ -99,7 +99,7 @@ std::vector<BusSignal> LogindClient::signals() {
 void LogindClient::begin() {
     const Number round = ++round_;
     candidate_.reset();
-    bus_.askForOwner(kService, [this, round](const std::string& owner) {
+    bus_.queryOwner(kService, [this, round](const std::string& owner) {
         if (round != round_) return;
         if (owner.empty()) return onDisconnected("logind does not run");
         bus_.ask({kService, kManagerPath, kProperties, "Get"}, {kManager, "PreparingForSleep"},
@@ -118,7 +118,7 @@ void LogindClient::onDisconnected(std::string problem) {
     if (problem != problem_) log(LogLevel::note, problem);
     problem_ = std::move(problem);
     sessionPath_.clear();
-    listener_.silence();
+    listener_.disconnected();
 }
 
 void LogindClient::search(Search place) {
@@ -129,21 +129,16 @@ void LogindClient::search(Search place) {
         if (reply) *reply >> path;
         examine(path.empty() ? std::vector<std::string>() : std::vector<std::string>{path}, place);
     };
-    const BusQuestion manager{kService, kManagerPath, kManager, {}};
-    const auto asking = [&](const char* method) {
-        BusQuestion question = manager;
-        question.method = method;
-        return question;
-    };
+    const auto managerMethod = [](const char* method) { return BusMethod{kService, kManagerPath, kManager, method}; };
     switch (place) {
     case Search::namedByEnvironment:
         if (!hints_.sessionID) return search(Search::ofProcess);
-        return bus_.ask(asking("GetSession"), MessageBus::Words{*hints_.sessionID}, onePath);
+        return bus_.ask(managerMethod("GetSession"), MessageBus::Words{*hints_.sessionID}, onePath);
     case Search::ofProcess:
-        return bus_.ask(asking("GetSessionByPID"), static_cast<std::uint32_t>(hints_.process), onePath);
+        return bus_.ask(managerMethod("GetSessionByPID"), static_cast<std::uint32_t>(hints_.process), onePath);
     case Search::displayOfUser:
         return bus_.ask(
-            asking("GetUser"), static_cast<std::uint32_t>(hints_.user), [this, round](sdbus::Message* reply) {
+            managerMethod("GetUser"), static_cast<std::uint32_t>(hints_.user), [this, round](sdbus::Message* reply) {
                 if (round != round_) return;
                 if (!reply) return examine({}, Search::displayOfUser);
                 sdbus::ObjectPath user;
@@ -162,7 +157,7 @@ void LogindClient::search(Search place) {
                          });
             });
     case Search::anyOfUser:
-        return bus_.ask(asking("ListSessions"), MessageBus::Words{}, [this, round](sdbus::Message* reply) {
+        return bus_.ask(managerMethod("ListSessions"), MessageBus::Words{}, [this, round](sdbus::Message* reply) {
             if (round != round_) return;
             using Listed = sdbus::Struct<std::string, std::uint32_t, std::string, std::string, sdbus::ObjectPath>;
             std::vector<Listed> listed;
@@ -184,7 +179,7 @@ void LogindClient::examine(std::vector<std::string> paths, Search place) {
     const std::string path = paths.front();
     paths.erase(paths.begin());
     const auto round = round_;
-    askForSession(path, [this, round, place, rest = std::move(paths)](const std::optional<Session>& session) {
+    querySession(path, [this, round, place, rest = std::move(paths)](const std::optional<Session>& session) {
         if (round != round_) return;
         if (session && session->isOurs) {
             if (session->isGraphical()) return take(*session);
@@ -194,10 +189,10 @@ void LogindClient::examine(std::vector<std::string> paths, Search place) {
     });
 }
 
-void LogindClient::askForSession(const std::string& path, std::function<void(std::optional<Session>)> answer) {
+void LogindClient::querySession(const std::string& path, std::function<void(std::optional<Session>)> known) {
     bus_.ask({kService, path, kProperties, "GetAll"}, {kSession},
-             [this, path, answer = std::move(answer)](sdbus::Message* reply) {
-                 if (!reply) return answer(std::nullopt);
+             [this, path, known = std::move(known)](sdbus::Message* reply) {
+                 if (!reply) return known(std::nullopt);
                  Properties properties;
                  *reply >> properties;
                  using User = sdbus::Struct<std::uint32_t, sdbus::ObjectPath>;
@@ -211,7 +206,7 @@ void LogindClient::askForSession(const std::string& path, std::function<void(std
                                   property<std::string>(properties, "State") != "closing";
                  session.isActive = property<bool>(properties, "Active").value_or(true);
                  session.isLocked = property<bool>(properties, "LockedHint").value_or(false);
-                 answer(session);
+                 known(session);
              });
 }
 
@@ -240,12 +235,12 @@ void LogindClient::propertiesChanged(sdbus::Message& message) {
     if (const auto isActive = property<bool>(changed, "Active")) listener_.active(*isActive);
     if (const auto isLocked = property<bool>(changed, "LockedHint")) listener_.lockedHint(*isLocked);
     for (const std::string& name : withoutValue) {
-        if (name == "Active" || name == "LockedHint") return askAgain();
+        if (name == "Active" || name == "LockedHint") return querySessionAgain();
     }
 }
 
-void LogindClient::askAgain() {
-    askForSession(sessionPath_, [this, round = round_](const std::optional<Session>& session) {
+void LogindClient::querySessionAgain() {
+    querySession(sessionPath_, [this, round = round_](const std::optional<Session>& session) {
         if (session && round == round_) take(*session);
     });
 }

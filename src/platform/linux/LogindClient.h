@@ -1,5 +1,5 @@
-// Reads from logind when the machine sleeps, which session is the agent's, and whether that is active and locked.
-// logind may start late, restart or be missing; the session may appear late as well.
+// Learns from logind when the machine sleeps, which session is the agent's, and whether that session is active and
+// locked. logind may start late, restart or be missing; the session may appear late as well.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
@@ -33,7 +33,7 @@ class LogindClient {
         std::function<void(bool isSet)> lockedHint;
         std::function<void()> lockSignal;
         std::function<void()> unlockSignal;
-        std::function<void()> silence; // disconnected; earlier reports may be out of date
+        std::function<void()> disconnected; // earlier reports may be out of date
     };
 
     LogindClient(std::string busAddress, SessionHints hints, EventLoop& loop, Listener listener);
@@ -63,9 +63,9 @@ class LogindClient {
     void examine(std::vector<std::string> paths, Search place);
     void take(const Session& session);
     void conclude();
-    void askForSession(const std::string& path, std::function<void(std::optional<Session>)> answer);
+    void querySession(const std::string& path, std::function<void(std::optional<Session>)> known);
     void propertiesChanged(sdbus::Message& message);
-    void askAgain();
+    void querySessionAgain();
 
     SessionHints hints_;
     MessageBus bus_;
@@ -74,7 +74,7 @@ class LogindClient {
     std::string sessionName_; // for messages
     std::string problem_;
     std::optional<Session> candidate_; // a session without a screen, used if no better one is found
-    Number round_ = 0;                 // of the search; replies to an older one are ignored
+    Number round_ = 0;                 // number of the search; replies to requests of an older search are ignored
     Lifetime lifetime_;
 };
 

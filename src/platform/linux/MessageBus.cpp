@@ -28,7 +28,7 @@ constexpr Seconds kFirstPause{1};
 constexpr Seconds kLongestPause{600};
 constexpr std::chrono::seconds kCallTimeout{5}; // for a method call
 /// Other work of the event loop runs after this many messages, so that a flood does not block it.
-constexpr int kMessagesPerTurn = 64;
+constexpr int kMessagesPerCall = 64;
 
 constexpr const char* kBusService = "org.freedesktop.DBus";
 
@@ -69,14 +69,14 @@ std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, con
         std::shared_ptr<sdbus::IConnection> connection = sdbus::createSessionBusConnectionWithAddress(address);
         connection->setMethodCallTimeout(kCallTimeout);
         for (const BusSignal& signal : signals) {
-            const auto heard = [hear = signal.heard](sdbus::Message& message) {
+            const auto received = [receive = signal.received](sdbus::Message& message) {
                 try {
-                    hear(message);
+                    receive(message);
                 } catch (const sdbus::Error&) {
                     // A message of an unexpected type is ignored.
                 }
             };
-            connection->addMatch("type='signal',sender='" + signal.sender + "'," + signal.rule, heard,
+            connection->addMatch("type='signal',sender='" + signal.sender + "'," + signal.rule, received,
                                  sdbus::floating_slot);
         }
         return connection;
@@ -88,13 +88,13 @@ std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, con
 
 } // namespace
 
-BusSignal ownerChange(const std::string& service, std::function<void(const std::string&)> heard) {
+BusSignal ownerChange(const std::string& service, std::function<void(const std::string&)> received) {
     return {kBusService,
             std::string("interface='") + kBusService + "',member='NameOwnerChanged',arg0='" + service + "'",
-            [heard = std::move(heard)](sdbus::Message& message) {
+            [received = std::move(received)](sdbus::Message& message) {
                 std::string name, before, after;
                 message >> name >> before >> after;
-                heard(after);
+                received(after);
             }};
 }
 
@@ -102,9 +102,9 @@ BusSignal ownerChange(const std::string& service, std::function<void(const std::
 struct MessageBus::Attempt {
     Mutex mutex;
     MessageBus* bus; // null once the connection is not needed any more; set and read on the main thread only
-    MainQueue* queue KOVA_GUARDED_BY(mutex); // the same
+    MainQueue* queue KOVA_GUARDED_BY(mutex); // null once the connection is not needed any more
 
-    Attempt(MessageBus& wanting, MainQueue& wantingQueue) : bus(&wanting), queue(&wantingQueue) {}
+    Attempt(MessageBus& owner, MainQueue& ownerQueue) : bus(&owner), queue(&ownerQueue) {}
 };
 
 MessageBus::MessageBus(std::string name, std::string address, EventLoop& loop) :
@@ -129,8 +129,9 @@ void MessageBus::open(std::vector<BusSignal> signals, std::function<void()> conn
     }
     std::ranges::move(signals, std::back_inserter(signals_));
     for (BusSignal& signal : signals_) {
-        signal.heard = [this, sender = signal.sender, heard = std::move(signal.heard)](sdbus::Message& message) {
-            if (isGenuine(message, sender)) heard(message);
+        signal.received = [this, sender = signal.sender,
+                           received = std::move(signal.received)](sdbus::Message& message) {
+            if (isGenuine(message, sender)) received(message);
         };
     }
     connected_ = std::move(connected);
@@ -141,7 +142,7 @@ void MessageBus::open(std::vector<BusSignal> signals, std::function<void()> conn
 void MessageBus::connect() {
     if (address_.empty()) {
         problem_ = "its address is not known";
-        return; // and will not be
+        return; // a retry would not help
     }
     attempt_ = std::make_shared<Attempt>(*this, loop_);
     // The handshake and each subscription wait for the bus, which may be slow.
@@ -169,18 +170,19 @@ void MessageBus::arrived(std::shared_ptr<sdbus::IConnection> connection, const s
     watch_ = loop_.watchReadable(connection_->getEventLoopPollData().fd, [this] { process(); });
 }
 
-void MessageBus::send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer) {
+void MessageBus::send(const BusMethod& method, const std::function<void(sdbus::MethodCall&)>& fill,
+                      ReplyHandler handler) {
     if (!connection_) return;
     try {
-        auto& proxy = proxies_[question.service + question.path];
-        if (!proxy) proxy = sdbus::createProxy(*connection_, question.service, question.path);
-        auto call = proxy->createMethodCall(question.interface, question.method);
+        auto& proxy = proxies_[method.service + method.path];
+        if (!proxy) proxy = sdbus::createProxy(*connection_, method.service, method.path);
+        auto call = proxy->createMethodCall(method.interface, method.method);
         fill(call);
-        proxy->callMethod(call, [answer = std::move(answer)](sdbus::MethodReply& reply, const sdbus::Error* refusal) {
+        proxy->callMethod(call, [handler = std::move(handler)](sdbus::MethodReply& reply, const sdbus::Error* refusal) {
             try {
-                answer(refusal ? nullptr : &reply);
+                handler(refusal ? nullptr : &reply);
             } catch (const sdbus::Error&) {
-                answer(nullptr); // a reply to another call
+                handler(nullptr); // a reply to another call
             }
         });
     } catch (const sdbus::Error& error) {
@@ -190,28 +192,28 @@ void MessageBus::send(const BusQuestion& question, const std::function<void(sdbu
     waitForDeadline();
 }
 
-void MessageBus::ask(const BusQuestion& question, const Words& words, Answer answer) {
+void MessageBus::ask(const BusMethod& method, const Words& words, ReplyHandler handler) {
     send(
-        question,
+        method,
         [&](sdbus::MethodCall& call) {
             for (const std::string& word : words) call << word;
         },
-        std::move(answer));
+        std::move(handler));
 }
 
-void MessageBus::ask(const BusQuestion& question, std::uint32_t number, Answer answer) {
+void MessageBus::ask(const BusMethod& method, std::uint32_t number, ReplyHandler handler) {
     send(
-        question, [&](sdbus::MethodCall& call) { call << number; }, std::move(answer));
+        method, [&](sdbus::MethodCall& call) { call << number; }, std::move(handler));
 }
 
-void MessageBus::askForOwner(const std::string& service, std::function<void(const std::string&)> answer) {
+void MessageBus::queryOwner(const std::string& service, std::function<void(const std::string&)> handler) {
     ask({kBusService, "/org/freedesktop/DBus", kBusService, "GetNameOwner"}, {service},
-        [this, service, answer = std::move(answer)](sdbus::Message* reply) {
+        [this, service, handler = std::move(handler)](sdbus::Message* reply) {
             std::string owner;
             if (reply) *reply >> owner;
             // A missing reply does not mean that a known owner has left; the bus announces that.
             if (!owner.empty()) setOwner(service, owner);
-            answer(owner);
+            handler(owner);
         });
 }
 
@@ -223,8 +225,8 @@ void MessageBus::setOwner(const std::string& service, const std::string& owner) 
     }
 }
 
-/// Match rules do not keep forged signals out: a signal that is addressed to this connection alone is delivered without
-/// the bus's matching. The bus itself writes the sender into each message.
+/// Match rules do not exclude forged signals: a signal that is addressed to this connection alone is delivered without
+/// matching. But the bus itself writes the true sender into each message.
 bool MessageBus::isGenuine(const sdbus::Message& signal, const std::string& sender) const {
     if (sender == kBusService) return signal.getSender() == kBusService;
     const auto owner = owners_.find(sender);
@@ -235,11 +237,11 @@ void MessageBus::process() {
     try {
         int handled = 0;
         while (connection_ && connection_->processPendingRequest()) {
-            if (++handled < kMessagesPerTurn) continue;
+            if (++handled < kMessagesPerCall) continue;
             // Messages may have been read already, for which the descriptor does not become readable.
-            if (!std::exchange(isTurnDue_, true)) {
+            if (!std::exchange(isProcessDue_, true)) {
                 loop_.post(lifetime_.guard([this] {
-                    isTurnDue_ = false;
+                    isProcessDue_ = false;
                     process();
                 }));
             }

@@ -20,19 +20,19 @@ class MethodCall;
 
 namespace kova {
 
-/// A signal to subscribe to. `heard` is called on the main thread, and only for signals from the current owner of the
-/// name `sender`.
+/// A signal to subscribe to. `received` is called on the main thread, and only for signals from the current owner of
+/// the name `sender`.
 struct BusSignal {
     std::string sender;
     std::string rule; // further conditions of the bus's match rule: "interface='...',member='...'"
-    std::function<void(sdbus::Message&)> heard;
+    std::function<void(sdbus::Message&)> received;
 };
 
 /// The bus's signal that `service` has another owner; `owner` is empty when it has none any more.
-BusSignal ownerChange(const std::string& service, std::function<void(const std::string& owner)> heard);
+BusSignal ownerChange(const std::string& service, std::function<void(const std::string& owner)> received);
 
 /// A method call.
-struct BusQuestion {
+struct BusMethod {
     std::string service;
     std::string path;
     std::string interface;
@@ -44,7 +44,7 @@ class MessageBus {
   public:
     using Words = std::vector<std::string>;
     /// Null if the call failed or timed out.
-    using Answer = std::function<void(sdbus::Message*)>;
+    using ReplyHandler = std::function<void(sdbus::Message*)>;
 
     /// `name` is for messages: "system bus". Nothing happens before `open`.
     MessageBus(std::string name, std::string address, EventLoop& loop);
@@ -52,22 +52,23 @@ class MessageBus {
     MessageBus(const MessageBus&) = delete;
     MessageBus& operator=(const MessageBus&) = delete;
 
-    /// Connects now, and again after ever longer pauses, up to ten minutes, whenever there is no connection. Once.
+    /// Connects now; after a failure or a lost connection, retries after growing pauses, at most ten minutes. Call
+    /// once.
     void open(std::vector<BusSignal> signals, std::function<void()> connected, std::function<void()> lost);
     bool isConnected() const { return connection_ != nullptr; }
     /// Why there is no connection; empty while there is one.
     const std::string& problem() const { return problem_; }
     const std::string& name() const { return name_; }
 
-    /// Calls without waiting. The reply arrives later, or never if the connection is lost first.
-    void ask(const BusQuestion& question, const Words& words, Answer answer);
+    /// Calls a method without waiting. `handler` is called with the reply, or never if the connection is lost first.
+    void ask(const BusMethod& method, const Words& words, ReplyHandler handler);
     /// Calls a method with a number as its argument.
-    void ask(const BusQuestion& question, std::uint32_t number, Answer answer);
-    /// With arguments of any types, which `fill` writes before this returns.
-    void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);
-    /// Queries the owner of the name; empty if there is none. Starts no service. Signals of a service are passed on
-    /// only after this query on the current connection, or after the service has appeared on it.
-    void askForOwner(const std::string& service, std::function<void(const std::string& owner)> answer);
+    void ask(const BusMethod& method, std::uint32_t number, ReplyHandler handler);
+    /// Calls a method with arguments of any types, which `fill` writes before this function returns.
+    void send(const BusMethod& method, const std::function<void(sdbus::MethodCall&)>& fill, ReplyHandler handler);
+    /// Queries the owner of the name; empty if there is none. Does not start the service. Signals of a service are only
+    /// passed on after this query, or after the service has appeared, on the current connection.
+    void queryOwner(const std::string& service, std::function<void(const std::string& owner)> handler);
     /// Whether the name is known to have an owner.
     bool hasOwner(const std::string& service) const { return owners_.contains(service); }
 
@@ -97,7 +98,7 @@ class MessageBus {
     Subscription watch_;
     std::shared_ptr<ScheduledWork> deadline_; // of calls without a reply
     std::shared_ptr<ScheduledWork> retry_;
-    bool isTurnDue_ = false;
+    bool isProcessDue_ = false;
     Lifetime lifetime_;
 };
 

@@ -28,7 +28,7 @@ namespace fs = std::filesystem;
 /// more indentation.
 constexpr off_t kLargestFileBytes = 96 << 20;
 /// The longest wait for another agent's lock; an agent that holds it longer hangs.
-constexpr auto kLongestTurn = std::chrono::seconds(1);
+constexpr auto kLongestLockWait = std::chrono::seconds(1);
 constexpr int kMostLinks = 40;
 
 std::string reasonOf(int error) {
@@ -62,7 +62,7 @@ PreferenceValue valueOf(const nlohmann::json& json) {
     return PreferenceData{json.dump()};
 }
 
-/// Discarded for a record that is no JSON.
+/// Discarded if the record is not JSON.
 nlohmann::json jsonOf(const PreferenceValue& value) {
     if (const auto* boolean = std::get_if<bool>(&value)) return *boolean;
     if (const auto* string = std::get_if<std::string>(&value)) return *string;
@@ -145,7 +145,7 @@ int readAll(const fs::path& file, std::string& text) {
     }
 }
 
-/// Drafts of a killed process.
+/// Removes temporary files that a killed process left.
 void removeAbandonedDrafts(const fs::path& target) {
     const auto prefix = draftPrefix(target);
     std::error_code error;
@@ -160,10 +160,10 @@ void removeAbandonedDrafts(const fs::path& target) {
 
 /// Locks the folder against agents of other sessions while it exists. Best effort: a folder that cannot be locked, as
 /// on some network file systems, is used without a lock.
-class FolderTurn {
+class FolderLock {
   public:
-    explicit FolderTurn(const fs::path& folder) : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        const auto end = std::chrono::steady_clock::now() + kLongestTurn;
+    explicit FolderLock(const fs::path& folder) : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        const auto end = std::chrono::steady_clock::now() + kLongestLockWait;
         while (folder_.isOpen() && flock(folder_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK &&
                std::chrono::steady_clock::now() < end) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -321,7 +321,7 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
         written.problem = path_.string() + " is a link that leads back to itself";
         return written;
     }
-    const FolderTurn turn(target->parent_path());
+    const FolderLock folderLock(target->parent_path());
     const auto present = fingerprint(*target);
     if (!present && errno != ENOENT && errno != ENOTDIR) {
         written.problem = notNow(*target, errno);

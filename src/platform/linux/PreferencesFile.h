@@ -102,8 +102,8 @@ class PreferencesFile {
     const std::filesystem::path path_;
     const FolderSync syncFolder_;
     Mutex mutex_;
-    PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // in the file, as far as we know
-    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // this agent's last write, or what it read at the start
+    PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // in the file when it was last read or written
+    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // of this agent's last write; before that, as read at the start
     // The file could not be read at the start; its values take precedence once it can be read.
     bool isUnread_ KOVA_GUARDED_BY(mutex_) = false;
     std::optional<Fingerprint> knownFingerprint_ KOVA_GUARDED_BY(mutex_);

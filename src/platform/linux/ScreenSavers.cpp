@@ -66,7 +66,7 @@ std::vector<BusSignal> ScreenSavers::signals() {
 void ScreenSavers::begin() {
     for (const std::string name : kNames) {
         // A query of the state would start a screen saver that does not run.
-        bus_.askForOwner(name, [this, name](const std::string& owner) {
+        bus_.queryOwner(name, [this, name](const std::string& owner) {
             if (!owner.empty()) confirm(name);
         });
     }

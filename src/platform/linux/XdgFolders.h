@@ -1,5 +1,5 @@
-// Where a Linux desktop keeps a program's files. Every folder is absolute; a variable that names a relative one is
-// ignored, as the desktop's conventions demand.
+// The folders for a program's files on a Linux desktop. Every folder is absolute; a variable with a relative path is
+// ignored, as the XDG base directory specification requires.
 #pragma once
 
 #include <filesystem>
@@ -17,7 +17,7 @@ struct XdgFolders {
     /// XDG_RUNTIME_DIR; absent outside a login session.
     std::optional<std::filesystem::path> runtime;
 
-    /// As the environment of this process says.
+    /// From the environment of this process.
     static XdgFolders fromEnvironment();
 };
 
