@@ -19,12 +19,6 @@ QString titleOf(const std::string& utf8) {
     return QString::fromStdString(utf8).replace(u'&', QStringLiteral("&&"));
 }
 
-/// The slot of a tile id of the form display::slot.
-std::string slotOf(const std::string& tile) {
-    const auto separator = tile.rfind("::");
-    return separator == std::string::npos ? tile : tile.substr(separator + 2);
-}
-
 int iconSize() {
     return QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
 }

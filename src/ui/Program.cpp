@@ -34,7 +34,7 @@ Program::Program(const std::string& socketPath) :
                                if (what == "menu") return tray_.openMenu(QCursor::pos());
                                windows_.show(what, parameters);
                            },
-                       .notUnderstood =
+                       .contentsRejected =
                            [this](const std::string& reason) {
                                if (std::exchange(lastProblem_, reason) == reason) return;
                                qWarning("kova-ui: %s", reason.c_str());
@@ -106,7 +106,7 @@ void Program::contentsChanged() {
 void Program::applyDesktopStyle() {
     icons_.clear();
     if (windows_.isAnyOpen()) styleWidgets();
-    overlay_->setTaste(
+    overlay_->setDesktopStyle(
         {.brightness = preferences_.brightness(),
          .areAnimationsEnabled = preferences_.areAnimationsEnabled(),
          .fontFamily = QApplication::font().family(),

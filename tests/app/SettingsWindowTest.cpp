@@ -29,7 +29,7 @@ class FakeUserInterface final : public UserInterfaceServicing {
     std::function<void(UserInterfaceEnd)> ended_;
 };
 
-class FakeLoginItem final : public LaunchAtLoginServicing {
+class SwitchableLoginItem final : public LaunchAtLoginServicing {
   public:
     LaunchAtLoginStatus status() const override { return now; }
     std::optional<std::string> registerAtLogin() override { return "not here"; }
@@ -49,7 +49,7 @@ class SettingsWindow : public ::testing::Test {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     FakeUserInterface program;
-    FakeLoginItem loginItem;
+    SwitchableLoginItem loginItem;
     AppDelegate delegate{
         {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
         {.launchAtLogin = &loginItem, .userInterface = &program}};

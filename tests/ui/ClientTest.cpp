@@ -44,7 +44,7 @@ struct LinkStage {
     AgentLink link{path,
                    {.contentsChanged = [this] { ++changes; },
                     .showRequested = [this](const std::string& what, const nlohmann::json&) { shown.push_back(what); },
-                    .notUnderstood = [this](const std::string& reason) { problems.push_back(reason); }}};
+                    .contentsRejected = [this](const std::string& reason) { problems.push_back(reason); }}};
 };
 
 } // namespace
@@ -70,7 +70,7 @@ TEST(AgentLink, MirrorsChangesAndRequestsTheWholeStateAfterAGap) {
 TEST(OverlayMirror, AppliesChangedNewAndRemovedElementsOfLists) {
     OverlayMirror mirror({.contentsChanged = [] {},
                           .showRequested = nullptr,
-                          .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
+                          .contentsRejected = [](const std::string& reason) { ADD_FAILURE() << reason; }});
     const auto id = nlohmann::json::parse(mirror.connected())["id"];
     const nlohmann::json state = sampleState();
     mirror.receive(nlohmann::json{{"id", id}, {"result", {{"sequence", 0}, {"state", state}}}}.dump());
@@ -143,7 +143,7 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
         std::vector<std::string> problems;
         OverlayMirror mirror({.contentsChanged = [] { ADD_FAILURE() << "the contents must stay absent"; },
                               .showRequested = nullptr,
-                              .notUnderstood = [&](const std::string& reason) { problems.push_back(reason); }});
+                              .contentsRejected = [&](const std::string& reason) { problems.push_back(reason); }});
         each.response["id"] = nlohmann::json::parse(mirror.connected())["id"];
         const auto report = nlohmann::json::parse(mirror.receive(each.response.dump()));
         EXPECT_EQ(report["method"], "ui.report");
@@ -159,7 +159,7 @@ TEST(OverlayMirror, IgnoresUnknownMessagesTopicsAndSections) {
     OverlayMirror mirror(
         {.contentsChanged = [&] { ++changes; },
          .showRequested = [&](const std::string& what, const nlohmann::json&) { requestedWindow = what; },
-         .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
+         .contentsRejected = [](const std::string& reason) { ADD_FAILURE() << reason; }});
     const auto id = nlohmann::json::parse(mirror.connected())["id"];
     mirror.receive(nlohmann::json{{"id", id}, {"result", {{"sequence", 7}, {"state", sampleState()}}}}.dump());
     EXPECT_EQ(changes, 1);

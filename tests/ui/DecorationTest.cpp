@@ -49,13 +49,13 @@ TEST(Decoration, MovesOnlyWhileItIsVisibleAndAnimationsAreEnabled) {
     for (const Case& each : cases) {
         auto state = sampleState({.windows = 0, .hasMessage = false});
         state["appearance"]["showBrain"] = true;
-        DesktopStyle style = tasteOf(Look::dark);
+        DesktopStyle style = desktopStyleOf(Look::dark);
         style.areAnimationsEnabled = true;
         each.change(state, style);
         PicturePlatform platform;
-        NotedActions actions;
+        RecordedActions actions;
         Overlay overlay(platform, actions);
-        overlay.setTaste(style);
+        overlay.setDesktopStyle(style);
         overlay.show(contentsOf(state));
         EXPECT_EQ(overlay.isMoving(), each.isMoving) << each.what;
     }

@@ -15,9 +15,9 @@ namespace {
 
 QImage pictureOf(const Sample& sample, bool isComposited = true) {
     PicturePlatform platform(isComposited);
-    NotedActions actions;
+    RecordedActions actions;
     Overlay overlay(platform, actions);
-    overlay.setTaste(tasteOf(sample.look));
+    overlay.setDesktopStyle(desktopStyleOf(sample.look));
     overlay.show(contentsOf(sampleState(sample)));
     return platform.screen(QSize(800, 500) * sample.scale);
 }
@@ -29,9 +29,9 @@ void compare(const Sample& sample, bool isComposited, const std::string& name) {
 /// On a picture that is black at the left and white at the right.
 QImage pictureOverWallpaper(const Sample& sample) {
     PicturePlatform platform;
-    NotedActions actions;
+    RecordedActions actions;
     Overlay overlay(platform, actions);
-    overlay.setTaste(tasteOf(sample.look));
+    overlay.setDesktopStyle(desktopStyleOf(sample.look));
     overlay.show(contentsOf(sampleState(sample)));
     const QSize size = QSize(800, 500) * sample.scale;
     QLinearGradient wallpaper(0, 0, size.width() * 0.6, 0);
@@ -40,12 +40,12 @@ QImage pictureOverWallpaper(const Sample& sample) {
     return platform.screen(size, wallpaper);
 }
 
-/// The pointer is on icons in a wide and in a narrow footer.
+/// With the pointer on an icon, in a wide and in a narrow footer.
 QImage pictureWithHoveredIcon(const Sample& sample) {
     PicturePlatform platform;
-    NotedActions actions;
+    RecordedActions actions;
     Overlay overlay(platform, actions);
-    overlay.setTaste(tasteOf(sample.look));
+    overlay.setDesktopStyle(desktopStyleOf(sample.look));
     overlay.show(contentsOf(sampleState(sample)));
     for (const char* tile : {"d1::primary", "d1::reference"}) {
         FooterWindow& footer = *overlay.footers().at(tile);

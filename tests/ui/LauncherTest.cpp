@@ -138,7 +138,7 @@ class FocusLostBeforeHide : public QObject {
 TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
     struct CountingFocus : WindowFocus {
         explicit CountingFocus(int& count) : count_(count) {}
-        void giveBack() override { ++count_; }
+        void restoreFocus() override { ++count_; }
         int& count_;
     };
     int restored = 0;
@@ -167,7 +167,7 @@ TEST_F(Launching, TheSettingsHaveTheFocusAgainAfterThePaletteThatTheyOpened) {
             noted_.push_back(window.objectName().toStdString());
             WindowFocus::take(window);
         }
-        void giveBack() override { noted_.push_back("given back"); }
+        void restoreFocus() override { noted_.push_back("given back"); }
         std::vector<std::string>& noted_;
     };
     std::vector<std::string> noted;
@@ -187,7 +187,7 @@ TEST_F(Launching, TheSettingsHaveTheFocusAgainAfterThePaletteThatTheyOpened) {
     EXPECT_EQ(noted, (std::vector<std::string>{"settings", "given back"})) << "the application's turn";
 }
 
-// As footers do, it takes no focus.
+// The other window takes no focus, as footers do.
 TEST_F(Launching, APressOnAnotherWindowOfThisProgramCloses) {
     ASSERT_TRUE(openAt("launcher", "focus-main"));
     QWindow footer;

@@ -16,7 +16,7 @@ using Strings = std::vector<std::string>;
 
 struct Stage {
     explicit Stage(nlohmann::json shown = sampleState()) : state(std::move(shown)) {
-        overlay.setTaste(tasteOf(Look::dark));
+        overlay.setDesktopStyle(desktopStyleOf(Look::dark));
         show();
     }
     void show() { overlay.show(contentsOf(state)); }
@@ -33,7 +33,7 @@ struct Stage {
 
     nlohmann::json state;
     PicturePlatform platform;
-    NotedActions actions;
+    RecordedActions actions;
     Overlay overlay{platform, actions};
 };
 
@@ -238,11 +238,11 @@ TEST(Overlay, MessageHighlightAndDividerFadeInWithAnimationsAndACompositor) {
                           {"isDragged", false}}};
     for (const auto& [areAnimationsEnabled, isComposited] : {std::pair(true, true), {true, false}, {false, true}}) {
         PicturePlatform platform(isComposited);
-        NotedActions actions;
+        RecordedActions actions;
         Overlay overlay(platform, actions);
-        DesktopStyle style = tasteOf(Look::dark);
+        DesktopStyle style = desktopStyleOf(Look::dark);
         style.areAnimationsEnabled = areAnimationsEnabled;
-        overlay.setTaste(style);
+        overlay.setDesktopStyle(style);
         overlay.show(contentsOf(state));
         const bool isGradual = areAnimationsEnabled && isComposited;
         for (const auto& [window, shown] : platform.shown()) {

@@ -165,7 +165,7 @@ OverlayContents contentsOf(const json& state) {
     return contents;
 }
 
-DesktopStyle tasteOf(Look look) {
+DesktopStyle desktopStyleOf(Look look) {
     return {.brightness = look == Look::light ? Brightness::light : Brightness::dark,
             .areAnimationsEnabled = false,
             .fontFamily = QStringLiteral("DejaVu Sans"),

@@ -31,7 +31,7 @@ struct Sample {
 /// A display of 800 by 500 points with four tiles. Tile "utility" is empty; the windows are in the other three.
 nlohmann::json sampleState(const Sample& sample = {});
 OverlayContents contentsOf(const nlohmann::json& state);
-DesktopStyle tasteOf(Look look);
+DesktopStyle desktopStyleOf(Look look);
 
 /// Stores each window's picture, and counts how often the window was drawn.
 class PicturePlatform final : public OverlayPlatform {
@@ -67,7 +67,7 @@ class PicturePlatform final : public OverlayPlatform {
 };
 
 /// Records the requested actions, as "bringForward 3".
-class NotedActions final : public OverlayActions {
+class RecordedActions final : public OverlayActions {
   public:
     void bringForward(const std::string& window) override { recorded.push_back("bringForward " + window); }
     void stepStack(const std::string& tile, StackStep step) override {

@@ -16,7 +16,7 @@ WindowStage::WindowStage() :
     link(socketPath(),
          {.contentsChanged = [] {},
           .showRequested = [this](const auto& what, const auto& parameters) { host.show(what, parameters); },
-          .notUnderstood = [](const auto&) {}}),
+          .contentsRejected = [](const auto&) {}}),
     host({.socketPath = socketPath(),
           .overlay = [this] { return link.contents() ? &*link.contents() : nullptr; },
           .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); },

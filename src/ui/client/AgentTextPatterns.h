@@ -16,7 +16,7 @@
 
 namespace kova::ui {
 
-/// A text is translated by the first one that it fits.
+/// A text is translated by the first pattern that it matches.
 inline constexpr std::array kAgentTexts{
     // Titles of the menu
     QT_TRANSLATE_NOOP("AgentTexts", "Allow Accessibility Access…"),
@@ -182,8 +182,8 @@ inline constexpr std::array kAgentTexts{
 #undef KOVA_WITHOUT_TOOLKIT
 #endif
 
-/// What stands in the text for %1 and %2 of the pattern, empty if it has none. Absent if the text does not fit, or fits
-/// in several ways.
+/// The parts of the text that %1 and %2 of the pattern stand for; empty if the pattern has neither. Absent if the text
+/// does not match the pattern, or matches it in several ways.
 inline std::optional<std::vector<std::string>> namesIn(std::string_view text, std::string_view pattern) {
     using Names = std::vector<std::string>;
     constexpr auto kNone = std::string_view::npos;

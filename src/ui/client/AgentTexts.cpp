@@ -10,7 +10,7 @@ namespace kova::ui {
 
 namespace {
 
-/// By its id: the titles of these entries are names.
+/// Whether the title of the menu entry is a name.
 bool isNamedByUser(const MenuItem& item) {
     const auto isOf = [&](std::string_view prefix) { return item.id.starts_with(prefix); };
     return isOf("scene.") || isOf("layout.") || isOf("place.");

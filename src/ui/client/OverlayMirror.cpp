@@ -133,7 +133,7 @@ std::string OverlayMirror::rejectContents(const std::string& reason) {
     const bool hadContents = contents_.has_value();
     contents_.reset();
     if (hadContents) listener_.contentsChanged();
-    listener_.notUnderstood(reason);
+    listener_.contentsRejected(reason);
     return request("ui.report", {{"problem", reason.substr(0, kLongestReport)}}, nullptr);
 }
 

@@ -29,7 +29,7 @@ class OverlayMirror {
         std::function<void(const std::string& what, const nlohmann::json& parameters)> showRequested;
         /// The agent has another version of the contract, or a message cannot be decoded. `reason` is a text for the
         /// user; it is also reported to the agent.
-        std::function<void(const std::string& reason)> notUnderstood;
+        std::function<void(const std::string& reason)> contentsRejected;
     };
     explicit OverlayMirror(Listener listener) : listener_(std::move(listener)) {}
 

@@ -55,7 +55,7 @@ class MacWindowFocus final : public WindowFocus {
     ~MacWindowFocus() override;
     void prepare(QWidget& window) override;
     void take(QWidget& window) override;
-    void giveBack() override;
+    void restoreFocus() override;
 
   private:
     struct Parts;

@@ -268,7 +268,7 @@ void MacWindowFocus::take(QWidget& window) {
     });
 }
 
-void MacWindowFocus::giveBack() {
+void MacWindowFocus::restoreFocus() {
     if (std::exchange(parts_->wasOurs, false)) return; // the system focuses that window
     NSRunningApplication* before = std::exchange(parts_->before, nil);
     if (!NSApp.active) return; // the user or an action has already activated another application

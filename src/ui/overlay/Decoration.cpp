@@ -7,7 +7,7 @@
 namespace kova::ui {
 
 namespace {
-constexpr int kFramesPerLookAtPower = 30'000 / kParticleFrameMilliseconds;
+constexpr int kFramesPerPowerCheck = 30'000 / kParticleFrameMilliseconds;
 } // namespace
 
 class Decoration::Field final : public OverlayWindow {
@@ -70,14 +70,14 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
     activity_.update(*contents, now());
     if (!isSeen || !areAnimationsEnabled || contents->isSuspended || activity_.isIdle(now())) return timer_.stop();
     if (timer_.isActive()) return;
-    framesUntilLookAtPower_ = 0;
+    framesUntilPowerCheck_ = 0;
     timer_.start();
 }
 
 void Decoration::move() {
-    const bool isPowerDue = framesUntilLookAtPower_-- <= 0;
-    if (isPowerDue) framesUntilLookAtPower_ = kFramesPerLookAtPower;
-    if (activity_.isIdle(now()) || (isPowerDue && platform_.isOnBattery())) return timer_.stop();
+    const bool isPowerCheckDue = framesUntilPowerCheck_-- <= 0;
+    if (isPowerCheckDue) framesUntilPowerCheck_ = kFramesPerPowerCheck;
+    if (activity_.isIdle(now()) || (isPowerCheckDue && platform_.isOnBattery())) return timer_.stop();
     particles_.step();
     for (const auto& [display, field] : fields_) {
         if (!field->isCovered()) field->redraw();

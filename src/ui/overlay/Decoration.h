@@ -38,7 +38,7 @@ class Decoration {
     QTimer timer_;
     QElapsedTimer clock_;
     DesktopActivity activity_;
-    int framesUntilLookAtPower_ = 0;
+    int framesUntilPowerCheck_ = 0;
 };
 
 } // namespace kova::ui

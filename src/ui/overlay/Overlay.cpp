@@ -31,7 +31,7 @@ QRect clearOf(const std::vector<QRect>& controls, QSize panel, const QRect& room
     return area;
 }
 
-/// Windows of objects that are not listed any more are removed.
+/// Removes the windows whose ids are not in `ids`.
 template <class Windows>
 void keepOnly(Windows& windows, const std::set<std::string>& ids) {
     std::erase_if(windows, [&](const auto& window) { return !ids.contains(window.first); });
@@ -57,7 +57,7 @@ Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
 
 Overlay::~Overlay() = default;
 
-void Overlay::setTaste(DesktopStyle style) {
+void Overlay::setDesktopStyle(DesktopStyle style) {
     desktopStyle_ = std::move(style);
     refresh();
 }
@@ -112,10 +112,10 @@ void Overlay::refresh() {
     refreshSpinner();
 }
 
-std::set<std::string> Overlay::idsOfTiles(const std::function<bool(const TileContents&)>& isMeant) const {
+std::set<std::string> Overlay::idsOfTiles(const std::function<bool(const TileContents&)>& isIncluded) const {
     std::set<std::string> ids;
     for (const TileContents& tile : contents_->tiles) {
-        if (isMeant(tile)) ids.insert(tile.id);
+        if (isIncluded(tile)) ids.insert(tile.id);
     }
     return ids;
 }
@@ -200,7 +200,7 @@ void Overlay::refreshHighlights() {
     if (display && !contents_->isSuspended) {
         const Style style = styleFor(display->id);
         const QRect area = style.px(display->visibleFrame);
-        std::vector<CarriedOver> tiles;
+        std::vector<OutlinedTile> tiles;
         for (const TileContents& tile : contents_->tiles) {
             if (tile.display != display->id) continue;
             const bool isTarget =

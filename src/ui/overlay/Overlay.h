@@ -31,7 +31,7 @@ class Overlay {
     Overlay(OverlayPlatform& platform, OverlayActions& actions);
     ~Overlay();
 
-    void setTaste(DesktopStyle style);
+    void setDesktopStyle(DesktopStyle style);
     /// Shows the agent's new contents. Absent, as without an agent: shows nothing.
     void show(const std::optional<OverlayContents>& contents);
     /// Call after a compositor has started or ended: creates all windows again.
@@ -46,7 +46,7 @@ class Overlay {
     Style styleFor(const std::string& display) const;
     bool showsEmptyTile(const TileContents& tile) const;
     std::vector<QRect> controlsOn(const DisplayContents& display, const Style& style) const;
-    std::set<std::string> idsOfTiles(const std::function<bool(const TileContents&)>& isMeant) const;
+    std::set<std::string> idsOfTiles(const std::function<bool(const TileContents&)>& isIncluded) const;
     void refresh();
     void refreshBackdrops();
     void refreshEmptyTiles();

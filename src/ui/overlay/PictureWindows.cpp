@@ -38,7 +38,7 @@ void EmptyTileWindow::show(const TileContents& tile, const QRect& area, const QR
         tile.name == tile_.name && drawsAlike(style, style_) && backdropInWindow == backdrop_ && area.size() == size();
     if (isSame) {
         tile_ = tile;
-        return present(area, emptyTileShape(layout_, ground(), style_),
+        return present(area, emptyTileShape(layout_, background(), style_),
                        roundedRegion(layout_.button, layout_.button.height() / 2));
     }
     tile_ = tile;
@@ -46,14 +46,15 @@ void EmptyTileWindow::show(const TileContents& tile, const QRect& area, const QR
     backdrop_ = backdropInWindow;
     layout_ = layOutEmptyTile(tile, area.size(), style);
     const bool isNewSize = area.size() != size();
-    present(area, emptyTileShape(layout_, ground(), style), roundedRegion(layout_.button, layout_.button.height() / 2));
+    present(area, emptyTileShape(layout_, background(), style),
+            roundedRegion(layout_.button, layout_.button.height() / 2));
     if (!isNewSize) redraw();
 }
 
 void EmptyTileWindow::paint(QPainter& painter) {
     fillOpaqueBackground(painter, size(), style_);
-    if (ground() == Ground::theme) paintBackdrop(painter, backdrop_, style_);
-    paintEmptyTile(painter, tile_, layout_, ground(), isHovered_, style_);
+    if (background() == TileBackground::theme) paintBackdrop(painter, backdrop_, style_);
+    paintEmptyTile(painter, tile_, layout_, background(), isHovered_, style_);
 }
 
 void EmptyTileWindow::hover(bool isHovered) {
@@ -84,7 +85,7 @@ void DividerWindow::paint(QPainter& painter) {
     paintDividerLine(painter, size(), style_);
 }
 
-void HighlightWindow::show(std::vector<CarriedOver> tiles, const QRect& area, const Style& style) {
+void HighlightWindow::show(std::vector<OutlinedTile> tiles, const QRect& area, const Style& style) {
     const bool isNewSize = area.size() != size();
     const bool isSame = tiles == tiles_ && drawsAlike(style, style_);
     // Only the tiles whose drawing has changed.

@@ -37,7 +37,7 @@ class EmptyTileWindow final : public OverlayWindow {
 
   private:
     void hover(bool isHovered);
-    Ground ground() const { return backdrop_.isEmpty() ? Ground::desktop : Ground::theme; }
+    TileBackground background() const { return backdrop_.isEmpty() ? TileBackground::desktop : TileBackground::theme; }
 
     OverlayActions& actions_;
     TileContents tile_;
@@ -62,12 +62,12 @@ class HighlightWindow final : public OverlayWindow {
   public:
     explicit HighlightWindow(OverlayPlatform& platform) :
         OverlayWindow(platform, Layer::highlight, "KOVA drop target") {}
-    void show(std::vector<CarriedOver> tiles, const QRect& area, const Style& style);
+    void show(std::vector<OutlinedTile> tiles, const QRect& area, const Style& style);
     void paint(QPainter& painter) override;
 
   private:
     Style style_;
-    std::vector<CarriedOver> tiles_;
+    std::vector<OutlinedTile> tiles_;
 };
 
 class MessageWindow final : public OverlayWindow {

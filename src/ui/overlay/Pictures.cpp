@@ -24,7 +24,7 @@ QString undoText() {
     return QCoreApplication::translate("Overlay", "Undo");
 }
 
-QString dropText(const CarriedOver& tile) {
+QString dropText(const OutlinedTile& tile) {
     return QCoreApplication::translate("Overlay", "Drop on %1").arg(tile.name);
 }
 
@@ -51,7 +51,7 @@ void drawDashes(QPainter& painter, const QRectF& area, double radius, QPen pen, 
     painter.drawRoundedRect(area.adjusted(half, half, -half, -half), radius, radius);
 }
 
-QRect labelArea(const CarriedOver& tile, const Style& style) {
+QRect labelArea(const OutlinedTile& tile, const Style& style) {
     const int height = style.px(points::buttonHeight);
     const int width = std::min(widthOf(dropText(tile), largeFont(style, QFont::DemiBold)) + 2 * style.px(20),
                                std::max(0, tile.area.width() - 2 * style.px(8)));
@@ -120,11 +120,11 @@ EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Styl
     return layout;
 }
 
-void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout, Ground ground,
-                    bool isButtonHovered, const Style& style) {
+void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout,
+                    TileBackground background, bool isButtonHovered, const Style& style) {
     const Palette& palette = style.palette;
     const double line = style.line(1), radius = style.px(points::tileRadius);
-    if (ground == Ground::theme) {
+    if (background == TileBackground::theme) {
         drawPanel(painter, layout.panel, radius, palette.tileFill, QColor(), 0);
         drawDashes(painter, layout.panel, radius, QPen(palette.tileLine, line), 4 * style.scale);
     } else {
@@ -147,17 +147,17 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
              launchText(), style.font(points::smallText), palette.text);
 }
 
-QRegion emptyTileShape(const EmptyTileLayout& layout, Ground ground, const Style& style) {
+QRegion emptyTileShape(const EmptyTileLayout& layout, TileBackground background, const Style& style) {
     const int radius = style.px(points::tileRadius);
-    if (ground == Ground::theme || style.isComposited) return roundedRegion(layout.panel, radius);
+    if (background == TileBackground::theme || style.isComposited) return roundedRegion(layout.panel, radius);
     return outline(layout.panel, radius, static_cast<int>(edgeOnDesktop(style))) +
            roundedRegion(layout.card, style.px(12));
 }
 
-void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, const Style& style) {
+void paintDropTargets(QPainter& painter, const std::vector<OutlinedTile>& tiles, const Style& style) {
     const Palette& palette = style.palette;
     const double radius = style.px(points::tileRadius);
-    for (const CarriedOver& tile : tiles) {
+    for (const OutlinedTile& tile : tiles) {
         if (!tile.isTarget) {
             // Opaque, since it covers the dashed outline of an empty tile.
             const QColor quiet = mixed(palette.raised, palette.accentLine, style.isComposited ? 0.5 : 1);
@@ -173,10 +173,10 @@ void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, 
     }
 }
 
-QRegion dropTargetShape(const std::vector<CarriedOver>& tiles, const Style& style) {
+QRegion dropTargetShape(const std::vector<OutlinedTile>& tiles, const Style& style) {
     const int radius = style.px(points::tileRadius);
     QRegion region;
-    for (const CarriedOver& tile : tiles) {
+    for (const OutlinedTile& tile : tiles) {
         if (style.isComposited) {
             region += roundedRegion(tile.area, radius);
             continue;

@@ -17,7 +17,7 @@ namespace kova::ui {
 void paintBackdrop(QPainter& painter, QRect area, const Style& style);
 
 /// What is behind an empty tile: the theme's background, which its window draws, or the desktop.
-enum class Ground { theme, desktop };
+enum class TileBackground { theme, desktop };
 
 struct EmptyTileLayout {
     QRect panel;
@@ -27,21 +27,21 @@ struct EmptyTileLayout {
     bool hasButton = true; // false if the tile is too small for it
 };
 EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Style& style);
-void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout, Ground ground,
-                    bool isButtonHovered, const Style& style);
+void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout,
+                    TileBackground background, bool isButtonHovered, const Style& style);
 /// The visible parts of the window: all of it, but without a compositor on the desktop only the outline and the card.
-QRegion emptyTileShape(const EmptyTileLayout& layout, Ground ground, const Style& style);
+QRegion emptyTileShape(const EmptyTileLayout& layout, TileBackground background, const Style& style);
 
 /// A tile whose outline is shown while a window is dragged over the tile's display.
-struct CarriedOver {
+struct OutlinedTile {
     QRect area; // in the window
     QString name;
     bool isTarget = false;
-    bool operator==(const CarriedOver&) const = default;
+    bool operator==(const OutlinedTile&) const = default;
 };
-void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, const Style& style);
+void paintDropTargets(QPainter& painter, const std::vector<OutlinedTile>& tiles, const Style& style);
 /// The visible parts of the window: all tiles, but without a compositor only their outlines and the target's label.
-QRegion dropTargetShape(const std::vector<CarriedOver>& tiles, const Style& style);
+QRegion dropTargetShape(const std::vector<OutlinedTile>& tiles, const Style& style);
 
 /// The divider's line inside `gap`, in the same coordinates.
 QRect dividerLine(const QRect& gap, bool isVertical, const Style& style);

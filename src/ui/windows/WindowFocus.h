@@ -17,7 +17,7 @@ class WindowFocus {
         window.activateWindow();
     }
     /// Focuses the remembered window; no-op if that window was closed.
-    virtual void giveBack() {}
+    virtual void restoreFocus() {}
     /// Call when no window has been open for a while. Forgets the remembered window.
     virtual void forget() {}
 };

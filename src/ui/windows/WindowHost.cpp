@@ -15,14 +15,14 @@ namespace kova::ui {
 namespace {
 
 // A window that is opened within this time reuses the connection; after it, unused memory is released to the system.
-constexpr std::chrono::seconds kRest{3};
+constexpr std::chrono::seconds kIdleDelay{3};
 
 } // namespace
 
-WindowHost::WindowHost(Surroundings surroundings) :
-    surroundings_(std::move(surroundings)), focus_(std::make_unique<WindowFocus>()) {
-    rest_.setSingleShot(true);
-    connect(&rest_, &QTimer::timeout, this, [this] {
+WindowHost::WindowHost(Environment environment) :
+    environment_(std::move(environment)), focus_(std::make_unique<WindowFocus>()) {
+    idleTimer_.setSingleShot(true);
+    connect(&idleTimer_, &QTimer::timeout, this, [this] {
         services_.reset();
         agent_.reset();
         focus_->forget();
@@ -54,16 +54,16 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
     const auto& kinds = Registry<WindowKind>::entries();
     const auto kind = std::ranges::find(kinds, what, [](const WindowKind& each) { return std::string(each.name); });
     if (kind == kinds.end()) return false;
-    rest_.stop();
+    idleTimer_.stop();
     if (!agent_) {
-        if (surroundings_.styleWidgets) surroundings_.styleWidgets();
-        agent_ = std::make_unique<AgentSession>(surroundings_.socketPath);
+        if (environment_.styleWidgets) environment_.styleWidgets();
+        agent_ = std::make_unique<AgentSession>(environment_.socketPath);
         services_.emplace(WindowServices{
             .agent = *agent_,
-            .icon = surroundings_.icon,
-            .overlay = surroundings_.overlay,
-            .palette = surroundings_.palette,
-            .origin = surroundings_.origin,
+            .icon = environment_.icon,
+            .overlay = environment_.overlay,
+            .palette = environment_.palette,
+            .origin = environment_.origin,
             .show = [this](const std::string& other, const nlohmann::json& with) { show(other, with); }});
     }
     std::unique_ptr<HostedWindow>& window = windows_[what];
@@ -77,7 +77,7 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
         focus_->prepare(*window);
     }
     window->show();
-    newest_ = window.get();
+    lastShown_ = window.get();
     focus_->take(*window);
     return true;
 }
@@ -106,31 +106,31 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
     // A window may ignore its close event, so only a hidden window has been closed.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
         const Closing closing = std::exchange(closing_, {});
-        const bool hadKeyboard = window->isActiveWindow() || (closing.window == window && closing.hadKeyboard);
+        const bool hadFocus = window->isActiveWindow() || (closing.window == window && closing.hadFocus);
         QMetaObject::invokeMethod(
-            this, [this, window, hadKeyboard] { closed(window, hadKeyboard); }, Qt::QueuedConnection);
+            this, [this, window, hadFocus] { closed(window, hadFocus); }, Qt::QueuedConnection);
     }
     return false;
 }
 
-void WindowHost::closed(const HostedWindow* window, bool hadKeyboard) {
+void WindowHost::closed(const HostedWindow* window, bool hadFocus) {
     const auto found = std::ranges::find_if(windows_, [&](const auto& entry) { return entry.second.get() == window; });
     if (found == windows_.end() || found->second->isVisible()) return;
     const std::string what = found->first;
-    const auto shown = [this](const auto& entry) { return entry.second.get() == newest_; };
-    const bool isReplaced = newest_ != window && std::ranges::any_of(windows_, shown);
+    const auto shown = [this](const auto& entry) { return entry.second.get() == lastShown_; };
+    const bool isReplaced = lastShown_ != window && std::ranges::any_of(windows_, shown);
     windows_.erase(found);
     const auto opener = openers_.extract(what);
-    if (wanted_.contains(what) && surroundings_.closedByUser) surroundings_.closedByUser(what);
-    if (hadKeyboard && !isReplaced) {
+    if (wanted_.contains(what) && environment_.closedByUser) environment_.closedByUser(what);
+    if (hadFocus && !isReplaced) {
         HostedWindow* before = opener ? this->window(opener.mapped()) : nullptr;
         if (before && before->isVisible()) {
             focus_->take(*before);
         } else {
-            focus_->giveBack();
+            focus_->restoreFocus();
         }
     }
-    if (windows_.empty()) rest_.start(kRest);
+    if (windows_.empty()) idleTimer_.start(kIdleDelay);
 }
 
 } // namespace kova::ui

@@ -18,7 +18,7 @@ class WindowHost : public QObject {
     Q_OBJECT
 
   public:
-    struct Surroundings {
+    struct Environment {
         std::string socketPath;
         IconSource icon{};
         std::function<const OverlayContents*()> overlay{};
@@ -28,7 +28,7 @@ class WindowHost : public QObject {
         /// The user has closed a window that the agent wants to be open.
         std::function<void(const std::string& what)> closedByUser{};
     };
-    explicit WindowHost(Surroundings surroundings);
+    explicit WindowHost(Environment environment);
     ~WindowHost() override;
 
     /// Without this call, windows are focused as the toolkit does it.
@@ -51,21 +51,22 @@ class WindowHost : public QObject {
   private:
     struct Closing {
         const HostedWindow* window = nullptr;
-        bool hadKeyboard = false;
+        bool hadFocus = false;
     };
-    void closed(const HostedWindow* window, bool hadKeyboard);
+    void closed(const HostedWindow* window, bool hadFocus);
     std::optional<std::string> focusedWindow() const;
 
-    Surroundings surroundings_;
+    Environment environment_;
     std::unique_ptr<AgentSession> agent_;
     std::optional<WindowServices> services_;
     std::unique_ptr<WindowFocus> focus_;
     std::map<std::string, std::unique_ptr<HostedWindow>> windows_;
-    std::map<std::string, std::string> openers_; // of an open window the one that had the focus before, if any
-    const HostedWindow* newest_ = nullptr;      // shown last; compared only
+    std::map<std::string, std::string>
+        openers_; // by name of an open window: the window of kova-ui that had the focus when it was opened
+    const HostedWindow* lastShown_ = nullptr;   // shown last; compared only
     std::map<std::string, ShownWindow> wanted_; // by the agent
     Closing closing_;                           // from a window's request to close until it is hidden
-    QTimer rest_;                               // after the last window was closed
+    QTimer idleTimer_;                          // after the last window was closed
 };
 
 } // namespace kova::ui

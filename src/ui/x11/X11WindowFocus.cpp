@@ -76,7 +76,7 @@ void X11WindowFocus::take(QWidget& window) {
     activate(static_cast<std::uint32_t>(window.winId()));
 }
 
-void X11WindowFocus::giveBack() {
+void X11WindowFocus::restoreFocus() {
     // The window stays remembered, since another window of kova-ui may open next, as after a command of the palette.
     if (formerFocus_ != 0 && activeWindow() == 0) activate(formerFocus_);
 }
