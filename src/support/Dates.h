@@ -13,12 +13,12 @@ using Date = std::chrono::time_point<std::chrono::system_clock, std::chrono::mic
 
 /// Seconds, with their fraction, since 2001-01-01T00:00:00Z.
 double secondsSince2001(Date date);
-/// To the nearest microsecond; absent for what is not a number or lies outside the years 0000 to 9999.
+/// Rounded to a microsecond; absent if the value is not a number or lies outside the years 0000 to 9999.
 std::optional<Date> dateFromSecondsSince2001(double seconds);
 
 /// YYYY-MM-DDTHH:MM:SSZ; a fraction of a second is dropped downwards.
 std::string iso8601(Date date);
-/// From exactly that form and a date that exists; absent for anything else.
+/// Reads exactly that form; absent for any other text, and for a date that does not exist.
 std::optional<Date> dateFromIso8601(std::string_view text);
 
 /// The moment on the clocks of the user's time zone, as in "Nov 14, 18:12".

@@ -11,8 +11,8 @@ enum class LogLevel { detail, note, warning, error };
 
 using LogWriter = std::function<void(LogLevel, const std::string&)>;
 
-/// Everything logged from `lowest` on goes to `writer`, which is called from any thread; an empty one silences the log,
-/// as at the start. Call it while no other thread logs.
+/// From now on passes lines of the level `lowest` and above to `writer`, which is called from any thread. An empty
+/// `writer` turns the log off, as at the start. Call while no other thread logs.
 void setLogWriter(LogWriter writer, LogLevel lowest);
 
 /// False when a text of this level would not be written, so that it need not be composed.

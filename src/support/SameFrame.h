@@ -1,4 +1,4 @@
-// When two frames count as the same.
+// Decides whether two frames count as equal.
 #pragma once
 
 #include "support/Geometry.h"

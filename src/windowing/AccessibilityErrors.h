@@ -1,4 +1,4 @@
-// What the error numbers of a Mac's accessibility interface mean.
+// Interprets the error numbers of a Mac's accessibility interface.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"
@@ -11,14 +11,14 @@ namespace kova {
 enum class AccessibilityOutcome {
     answered, // done, or refused
     gone,     // the element or its application does not exist any more
-    silent    // the application did not answer
+    silent    // the application did not respond
 };
 
 /// `error` as the Mac numbers it; 0 is success.
 AccessibilityOutcome accessibilityOutcome(int error);
 
-/// What the error of a request to an unlisted window says about its presence. A disabled interface, and a failure
-/// without a reason, say nothing.
+/// The presence of an unlisted window by the error of a request to it. A disabled interface, or a failure without a
+/// reason, proves nothing about the presence.
 WindowPresence windowPresence(int error);
 
 /// Combines the errors of requests for several announcements of one element: it announces if any of them succeeded. A

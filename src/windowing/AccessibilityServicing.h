@@ -82,7 +82,7 @@ struct OnScreenWindow {
 enum class WindowPresence {
     present,  // it exists and is not shown: on another Space, in full screen there, or behind another tab
     gone,     // it was closed
-    noAnswer, // its application did not answer in time
+    noAnswer, // its application did not respond in time
 };
 
 /// A dialog is a window whose parent is a window. It stays above that window and is hidden and shown with it; a desktop
@@ -168,8 +168,8 @@ class DesktopChangeServicing {
     /// A number that grows with every change that a poll could see (windows, titles, frames, focus,
     /// applications, permission, lock); absent if the desktop does not announce all changes. Any thread.
     virtual std::optional<std::uint64_t> changeCount() const = 0;
-    /// Calls back once, on the main queue, when the count differs from `count`: at once if it does already. A new call
-    /// replaces the one before; an empty function cancels it. Main thread.
+    /// Calls `callback` once, on the main queue, as soon as the count differs from `count`, which may be the case
+    /// already. A new callback replaces the former one; an empty function cancels that. Main thread.
     virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
 
     /// False if each application and each window must be requested to announce its changes (`requestAnnouncements`).

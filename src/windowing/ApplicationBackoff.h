@@ -1,5 +1,5 @@
-// Limits requests to unresponsive applications, so that one that hangs costs a timeout now and then instead of one with
-// every request. While it hangs only polls send it requests, at growing intervals, until it responds again.
+// Limits requests to unresponsive applications, so that not every request to such an application costs a timeout. While
+// an application hangs, only polls send requests to it, at growing intervals, until it responds again.
 #pragma once
 
 #include "support/MainQueue.h"

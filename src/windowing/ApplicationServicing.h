@@ -15,8 +15,8 @@ namespace kova {
 
 enum class ApplicationActivationPolicy { regular = 0, accessory = 1, prohibited = 2 };
 
-/// An application's icon: a name in the desktop's icon theme, a file, or the platform's object. Empty if all of these
-/// are.
+/// An application's icon: a name in the desktop's icon theme, a file, or the platform's object. There is no icon if all
+/// of these are empty.
 struct ApplicationIcon {
     std::string name;
     std::shared_ptr<const void> image;
@@ -105,7 +105,7 @@ class ApplicationServicing {
     /// Whether a process that `launch` has started has ended with status 0, as programs do that pass their request to
     /// another process. False while it runs, after a failure, and if its status is unknown. Main thread; never waits.
     virtual bool hasLaunchedProcessSucceeded(pid_t) const { return false; }
-    /// Asks the application to quit. It may ask for confirmation, take its time, or refuse. False if the process has
+    /// Requests the application to quit. It may show a confirmation, quit later, or refuse. False if the process has
     /// ended. Main thread; never waits.
     virtual bool terminate(pid_t processIdentifier) = 0;
     /// Kills the application's process; unsaved data is lost. Absent if the process was signaled, otherwise the reason,

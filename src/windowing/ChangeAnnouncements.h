@@ -13,16 +13,16 @@ namespace kova {
 
 class ChangeAnnouncements {
   public:
-    /// Polls go on for this long after an application stopped responding, since its changes are not announced. Later
+    /// Polls continue for this long after an application stopped responding, since its changes are not announced. Later
     /// changes are found by the polls of `DesktopChangeServicing::longestIdleTime`.
     static constexpr Seconds kPollingAfterTimeout{60};
 
     /// The desktop outlives it.
     explicit ChangeAnnouncements(DesktopChangeServicing& desktop) : desktop_(desktop) {}
 
-    /// Sends requests to new elements and ends those of closed ones. False while polls must go on: an element got its
-    /// request just now and may have changed before, an application with windows refuses, or one has not responded for
-    /// less than `kPollingAfterTimeout`. `now` in uptime.
+    /// Requests announcements of new elements and ends those of closed elements. False while polls must continue: an
+    /// element got its request just now and may have changed before, an application with windows refuses, or an
+    /// application stopped responding less than `kPollingAfterTimeout` ago. `now` is the uptime.
     bool follow(const WindowEnumeration& found, Seconds now);
     /// Ends all announcements; the next `follow` observes every element again.
     void endAll();

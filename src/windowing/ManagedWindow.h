@@ -31,13 +31,13 @@ struct ManagedWindow {
     bool isFullScreen = false;
     bool isMaximized = false;            // by the window manager
     bool isFocusedOfApplication = false; // has the focus when its application is active
-    bool isElsewhere = false;            // it exists and is not shown: on another Space, or behind another tab
-    bool isAnswering = true;             // false: its application does not respond, and these are older values
-    std::optional<std::uint64_t> space;  // its Space (virtual desktop); absent: on every one, or not known
-    std::optional<CGRect> frame;         // window-service space
-    std::optional<CGSize> minimumSize;   // points
+    bool isElsewhere = false;            // the window exists but is not shown: on another Space, or behind another tab
+    bool isAnswering = true; // false: the application does not respond, and the values are from earlier polls
+    std::optional<std::uint64_t> space; // its Space (virtual desktop); absent: on every one, or not known
+    std::optional<CGRect> frame;        // window-service space
+    std::optional<CGSize> minimumSize;  // points
     std::optional<WindowSizeHints> sizeHints;
-    /// Of a dialog: the id of its window, which is no dialog itself. Absent for other windows.
+    /// For a dialog the id of the ordinary window to which it belongs; absent for other windows.
     std::optional<WindowID> parentID{};
 
     bool operator==(const ManagedWindow&) const = default;

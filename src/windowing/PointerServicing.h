@@ -53,8 +53,8 @@ class DividerHandleServicing {
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
     /// Whether handles cover the desktop's icons, so that they are shown only on displays with a window in a tile.
     virtual bool coversDesktopIcons() const { return false; }
-    /// Where presses of the main button must not reach the desktop, in place of the areas named before; everything else
-    /// reaches it. Screen space; only where `coversDesktopIcons`. Main thread; never waits.
+    /// Sets the areas (screen space) where presses of the main button must not reach the desktop; replaces the former
+    /// areas. Only has an effect if `coversDesktopIcons`. Main thread; never waits.
     virtual void guardDesktop(const std::vector<CGRect>&) {}
     /// Events of handles. A pressed handle gets all movements until the release or Escape, wherever the pointer goes. A
     /// handle is entered and left when the pointer crosses its edge; a back end may report that late, or only the

@@ -12,7 +12,7 @@ namespace kova {
 
 class RequestedHiding {
   public:
-    /// How long the requested state counts; after that the reported one.
+    /// How long the requested state counts; after that time the reported state counts.
     static constexpr Seconds kReportingTime{1};
 
     /// All times are uptimes.

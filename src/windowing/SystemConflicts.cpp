@@ -56,7 +56,8 @@ std::string stalePermissionRemedy(const std::string& bundleIdentifier) {
     const std::string remedy =
         "macOS ignores the Accessibility permission of KOVA, as it does after an update with another signature: remove "
         "KOVA from the list under System Settings → Privacy & Security → Accessibility and add it again";
-    if (bundleIdentifier.empty()) return remedy + "."; // “tccutil reset” without one would reset all applications
+    if (bundleIdentifier.empty())
+        return remedy + "."; // “tccutil reset” without an identifier would reset all applications
     return remedy + ", or run “tccutil reset Accessibility " + bundleIdentifier + "” and start KOVA anew.";
 }
 

@@ -15,16 +15,16 @@ namespace kova {
 struct SystemConflicts {
     bool isSecureInputOn = false;       // keys are not reported to other programs
     bool tilesWindowsAtEdges = false;   // a window dropped at an edge of the display fills a half of it
-    bool tilesWindowsAtMenuBar = false; // and at the menu bar the whole
+    bool tilesWindowsAtMenuBar = false; // a window dropped at the menu bar fills the display
     bool isStageManagerOn = false;
     bool isVoiceOverOn = false;
 };
 
-/// A line for each that is on.
+/// One line for each conflict.
 std::vector<DiagnosticLine> diagnosticLines(const SystemConflicts& conflicts);
 
-/// What to do about a permission that the system shows as given and ignores. The identifier is that of the application;
-/// empty for a program that runs outside of one.
+/// What to do about a permission that the system shows as granted but ignores. `bundleIdentifier`: of the application;
+/// empty for a program that is not part of an application.
 std::string stalePermissionRemedy(const std::string& bundleIdentifier);
 
 /// A shortcut of the system itself.

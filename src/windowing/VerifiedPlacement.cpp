@@ -110,7 +110,7 @@ std::optional<CGRect> AccessibilityWindowService::pendingFrame(const WindowID& w
 
 void AccessibilityWindowService::verify(Placement& placement, int pass) {
     if (placementGenerations_[placement.windowID] != placement.generation) return;
-    // Before observers are notified: one of a minimum size may request a new frame at once.
+    // Done before observers are notified: the observer of a minimum size may request a new frame in its callback.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 
     const auto frame = readFrame(placement.element);

@@ -5,8 +5,8 @@
 
 namespace kova {
 
-/// In points. Sizes are those of the window's content; `around` is what its frame has beyond that. A component that is
-/// 0 restricts nothing.
+/// In points. Sizes are those of the window's content; `around` is how much larger the frame is. A component that is 0
+/// restricts nothing.
 struct WindowSizeHints {
     CGSize around{};
     CGSize minimum{};

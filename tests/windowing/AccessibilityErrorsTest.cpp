@@ -76,7 +76,7 @@ TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
     ask(kSilent, Seconds(0.25));
     EXPECT_TRUE(pollAsksAfter(1)) << "a response resets the count of failures";
 
-    // Out of reach at once is not the same as hanging: it may be about to show its first window.
+    // A failure without a delay is not a timeout: the application may be about to show its first window.
     ask(kSilent, Seconds(0.01));
     EXPECT_TRUE(pollAsksAfter(0));
     ask(kSilent, Seconds(0.25));

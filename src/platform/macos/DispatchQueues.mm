@@ -29,7 +29,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         dispatch_resume(source_);
     }
     void cancel() override {
-        work_ = nullptr; // also when it is due already and only waits for its turn
+        work_ = nullptr; // also if it is due and queued already
         release();
     }
 

@@ -35,7 +35,7 @@ class MacAccessibility final : public AccessibilityServicing {
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
-    /// Requests are sent at once.
+    /// No-op: each request is sent immediately.
     void flush() override {}
 
     /// Sends a request to the process and returns its error number; absent when the process gets no requests now. Waits

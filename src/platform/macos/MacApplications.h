@@ -28,7 +28,8 @@ class MacApplications final : public ApplicationServicing {
     pid_t ownProcessIdentifier() const override;
     std::vector<RunningApplication> runningApplications() const override;
     std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
-    /// The one whose menu is in the menu bar: KOVA itself, which has none there, can be active without being it.
+    /// The application whose menu is in the menu bar. KOVA has no menu there, so KOVA can be active while another
+    /// application owns the menu bar.
     std::optional<pid_t> frontmostApplication() const override;
     /// The wall-clock time at which the process began.
     std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;

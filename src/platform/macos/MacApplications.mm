@@ -92,7 +92,7 @@ void MacApplications::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindo
 
 bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
-    const bool isReportedHidden = application.hidden != NO; // the same until the main run loop goes on
+    const bool isReportedHidden = application.hidden != NO; // does not change before the main run loop continues
     const MutexLock lock(mutex_);
     return requestedHiding_.isHidden(application.processIdentifier, isReportedHidden, queue_.uptime());
 }

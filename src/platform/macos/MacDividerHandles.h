@@ -41,7 +41,7 @@ class MacDividerHandles final : public DividerHandleServicing {
     DividerGestureRecognizer grip_;
     std::map<std::string, std::unique_ptr<Handle>> handles_; // by id
     std::vector<std::unique_ptr<Panel>> guards_;
-    Subscription escape_;                          // while one is held
+    Subscription escape_;                          // while a handle is pressed
     std::optional<Subscription> pressesElsewhere_; // while there are panels
     Observers<const DividerHandleEvent&> observers_;
     Lifetime lifetime_;

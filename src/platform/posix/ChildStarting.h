@@ -15,10 +15,10 @@ struct Command {
     std::vector<std::string> words;       // the first one is the program, by its absolute path
     std::string folder;                   // to start in
     std::vector<std::string> environment; // all of it, as NAME=value
-    bool endsWithParent = false;          // the program is killed when this thread ends, where the kernel does that
+    bool endsWithParent = false;          // the program is killed when this thread ends, if the kernel supports that
 };
 
-/// Why there is no such process.
+/// The reason why the program was not started.
 struct StartFailure {
     enum class Step { creatingProcess, enteringFolder, running };
     Step step = Step::running;
@@ -29,9 +29,9 @@ class ChildStarting {
   public:
     virtual ~ChildStarting() = default;
 
-    /// Calls `started` once, after this has returned: with the process once the program runs in it.
+    /// Called once, after `start` has returned; on success with the process, once the program runs in it.
     using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
-    /// Called after `started`, once the process has ended and was reaped, with what waitpid gave.
+    /// Called after `started`, once the process has ended and was reaped, with the status from waitpid.
     using Ended = std::function<void(pid_t, int waitStatus)>;
     /// Starts the program in a session of its own, without descriptors of ours and without waiting. Returns the
     /// process, which may still fail to run the program; absent when there is none. Main thread.

@@ -53,7 +53,7 @@ Spawned spawn(const SpawnPlan& plan) {
     Attributes with;
     sigset_t none;
     sigemptyset(&none);
-    sigset_t changed; // what an agent ignores or handles
+    sigset_t changed; // the signals that an agent ignores or handles
     sigemptyset(&changed);
     for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&changed, signal);
     posix_spawnattr_setsigmask(&with.attributes, &none);

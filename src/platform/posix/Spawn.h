@@ -1,4 +1,4 @@
-// Starts a program with the system's own call for that.
+// Starts a program with posix_spawn.
 #pragma once
 
 #include <sys/types.h>
@@ -20,8 +20,8 @@ struct Spawned {
     int error = 0; // errno; 0 when the program runs
 };
 
-/// The program begins with the usual signals, without input, and in the present folder. It gets the descriptors named
-/// and, where the system can, no others; else those that are not closed on exec.
+/// The program begins with default signals, without input, and in the current folder. It gets only the given
+/// descriptors if the system supports that, otherwise also those that are not marked to be closed on exec.
 Spawned spawn(const SpawnPlan& plan);
 
 /// The environment of this process, as NAME=value.

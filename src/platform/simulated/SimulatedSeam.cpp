@@ -186,10 +186,10 @@ void SimulatedDesktop::writeAttributes(const AccessibilityElement& element, std:
             if (flag && write.attribute == AccessibilityAttribute::enhancedUserInterface) owner->isEnhanced = *flag;
         }
         const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
-        const bool wished = std::any_of(writes.begin(), writes.end(), [&](const auto& write) {
+        const bool isRequested = std::any_of(writes.begin(), writes.end(), [&](const auto& write) {
             return write.attribute == frontmost.attribute && write.value == frontmost.value;
         });
-        if (wished && element.hash == 0 && !owner->record.isHidden) frontmost_ = element.processIdentifier;
+        if (isRequested && element.hash == 0 && !owner->record.isHidden) frontmost_ = element.processIdentifier;
         return;
     }
     window->writeCount += 1;

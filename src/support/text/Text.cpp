@@ -1,6 +1,6 @@
 #include "support/text/Text.h"
 
-// The C interface: it is the one that a Mac ships.
+// The C interface, since a Mac has only that.
 #include <unicode/uchar.h>
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>

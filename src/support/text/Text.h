@@ -15,11 +15,11 @@ int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
 /// For searching a part of a text in any case: each letter is folded by itself, while its lower case can depend on its
 /// neighbors (a Greek sigma at the end of a word is another letter).
 std::string caseFolded(std::string_view text);
-/// Whether `part`, in its case or another, occurs in the text; an empty one does.
+/// Whether `part` occurs in the text, in any case; true for an empty part.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
-/// Without the white space and line breaks (all that Unicode knows) at both ends.
+/// The text without white space and line breaks, as Unicode defines them, at both ends.
 std::string trimmed(std::string_view text);
-/// Without what Unicode counts as control and format characters at both ends.
+/// The text without Unicode's control and format characters at both ends.
 std::string withoutControlCharactersAround(std::string_view text);
 /// The text with every byte sequence that is not UTF-8 replaced by U+FFFD, and without NUL.
 std::string validUtf8(std::string_view bytes);
