@@ -337,7 +337,7 @@ void SimulatedDesktop::setMinimized(SimulatedWindow& window, bool minimized) {
 void SimulatedDesktop::setMinimizedAlone(SimulatedWindow& window, bool minimized) {
     if (window.isMinimized == minimized) return;
     window.isMinimized = minimized;
-    // An application of which something can be seen is not hidden, where hiding means iconifying.
+    // Where hiding means iconifying, an application with a visible window is not hidden.
     if (!minimized && hidingStyle_ == HidingStyle::iconifiesWindows) {
         window.wasIconifiedByHiding = false;
         findApplication(window.processIdentifier())->record.isHidden = false;

@@ -82,7 +82,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// The application animates its windows while its enhanced user interface is on.
     void setEnhancedUserInterface(std::string_view application, bool isOn);
     bool hasEnhancedUserInterface(std::string_view application) const;
-    /// Once, as soon as another application is activated, this one takes the focus back.
+    /// When another application is activated, this application takes the focus back; once.
     void stealNextActivation(std::string_view application);
     /// From now on the desktop places windows itself, and gives its name if it has one: writes of frames are lost.
     void placeWindowsItself(std::optional<std::string> name) {
@@ -114,9 +114,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     void userFocuses(std::string_view label);
     void setTitle(std::string_view label, std::string title);
     void setMinimumSize(std::string_view label, CGSize size);
-    /// For the duration windows keep their sizes, and for two seconds more they are not to be relied on.
+    /// For the duration windows keep their sizes, and their sizes are unreliable until two seconds later.
     void replaceWindowManager(Seconds duration) { managerComesAt_ = queue_.uptime() + duration; }
-    /// For so long windows keep their sizes although nothing says why.
+    /// For the duration windows keep their sizes although the sizes count as reliable.
     void stallResizing(Seconds duration) { stalledUntil_ = queue_.uptime() + duration; }
     // Spaces and native tabs (SimulatedSpaces.cpp)
     void setSpaceStyle(SpaceStyle style) { spaceStyle_ = style; }
@@ -148,7 +148,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// A change of the machine or the login session, delivered on the queue.
     void simulate(SystemActivityEvent event);
     void setTrusted(bool trusted);
-    /// No window can be managed here at all, for that reason.
+    /// From now on no window of the session can be managed, for this reason.
     void setAbsence(std::string reason);
     void setAnswerToPrompt(bool trusted) { answerToPrompt_ = trusted; }
     int promptCount() const { return promptCount_; }
@@ -321,11 +321,11 @@ class SimulatedDesktop : public AccessibilityServicing,
 
     void changed(); // what the system itself announces: applications, Spaces, displays, the session
     void changed(const SimulatedWindow& window);
-    void changed(const Application& application); // its windows, and which of them has its focus
+    void changed(const Application& application); // its windows changed, or which of them has its focus
     void announce();
     void announceLater();
     void announceChange();
-    /// Costs a poll the time that the application takes to answer, or the deadline.
+    /// Costs a poll the time that the application takes to respond, or the deadline.
     bool hasAnswer(const Application& application) const;
     bool isInTime(const Application& application) const;
     void note(std::string line);
@@ -334,7 +334,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
     /// The window whose dialog it is; null when there is none.
     const SimulatedWindow* ownerOf(const SimulatedWindow& window) const;
-    /// A window, its dialogs and theirs leave the screen and come back together, whichever of them gets the request.
+    /// A window, its dialogs and their dialogs are hidden and shown together, whichever of them gets the request.
     std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
     void setMinimized(SimulatedWindow& window, bool minimized);
     void setMinimizedAlone(SimulatedWindow& window, bool minimized);
@@ -386,7 +386,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     int lastOwnSpace_ = 1000; // of a window in full screen; higher than any that scenarios use
     std::uint64_t spaceChanges_ = 0;
     Seconds spaceNotificationDelay_{0};
-    std::map<std::uint64_t, SimulatedWindow> retained_; // closed, and still answering
+    std::map<std::uint64_t, SimulatedWindow> retained_; // closed, but still responding
     bool strandsWindows_ = false;
     bool isTrusted_ = true;
     std::optional<std::string> absence_;

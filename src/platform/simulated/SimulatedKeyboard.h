@@ -35,8 +35,8 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     /// What was typed into a window since the last call.
     std::vector<KeyPress> takeTyped() { return std::exchange(typed_, {}); }
 
-    /// Another program, or where keys are observed the system, takes a combination unless it is claimed; or gives it
-    /// up.
+    /// Another program (the system, where keys are observed) claims a combination unless it is claimed already, or
+    /// releases it.
     void holdByOther(KeyCombination combination);
     void giveUpByOther(KeyCombination combination);
     void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }

@@ -33,7 +33,7 @@ void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
 
 void SimulatedDesktop::setAnnouncesAllChanges(bool announcesAll) {
     announcesAllChanges_ = announcesAll;
-    // A cycle that rests must learn that no announcement will come.
+    // If polling has stopped, it must learn that no announcement will come.
     if (!announcesAll) announceChange();
 }
 

@@ -1,4 +1,4 @@
-// What a scenario chooses of the simulated desktop: traits of displays, applications and installed programs, and the
+// The traits that a scenario sets: of displays, applications and installed programs of the simulated desktop, and the
 // styles of the whole desktop.
 #pragma once
 
@@ -30,7 +30,7 @@ struct ApplicationTraits {
     bool isVerified = true; // nothing contradicts that its windows belong to its process
     bool hasBundleIdentifier = true;
     bool listsWindowsTwice = false;
-    bool lingersWhenHidden = false; // its windows stay on the screen all the same
+    bool lingersWhenHidden = false; // its windows stay on the screen although it is hidden
 };
 
 /// An application that can be launched, and what happens when it is.
@@ -54,8 +54,8 @@ enum class QuittingHabit { quits, refuses };
 
 /// What hiding an application does to its windows.
 enum class HidingStyle {
-    hidesApplication, // they leave the screen and stay as they are
-    iconifiesWindows, // each is minimized, and exactly these come back
+    hidesApplication, // they leave the screen and keep their state
+    iconifiesWindows, // each is minimized; showing the application restores exactly these windows
 };
 
 /// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.

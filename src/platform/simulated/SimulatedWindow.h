@@ -18,7 +18,7 @@ inline constexpr int kEveryVirtualDesktop = -1;
 /// What is inside a window, as reported for the element under the pointer.
 enum class InnerElements {
     nested,   // a button in a group in the window
-    cyclic,   // parents that lead round in a circle
+    cyclic,   // a cycle of parents
     orphaned, // no parent can be read
 };
 

@@ -21,7 +21,7 @@ class VirtualMainQueue : public MainQueue {
 
     /// Runs all that becomes due within the duration, in order; the clock then stands at its end.
     void advance(Seconds duration);
-    /// Runs all that is due now, and what that posts. Throws std::logic_error when that does not end.
+    /// Runs the work that is due now and the work that it posts. Throws std::logic_error if that does not end.
     void runDue();
     /// Work that is still to run.
     std::size_t pendingCount() const;
