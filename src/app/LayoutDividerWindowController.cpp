@@ -128,7 +128,7 @@ void LayoutDividerWindowController::hover(const std::optional<std::string>& hand
     if (std::exchange(hoveredID_, handleID) != handleID) board_.refresh(OverlaySection::dividers);
 }
 
-/// The workspace has cancelled a drag. The pointer's next events may come after the suspension, or never.
+/// The workspace has cancelled the drag. The next event of the pointer may arrive only after the suspension, or never.
 void LayoutDividerWindowController::forgetPointer() {
     held_.reset();
     hoveredID_.reset();

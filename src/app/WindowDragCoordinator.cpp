@@ -159,12 +159,12 @@ void WindowDragCoordinator::endUnmovedPress() {
 void WindowDragCoordinator::finishRelease() {
     if (!press_ || !release_) return;
     const Release where = *std::exchange(release_, std::nullopt);
-    moved(where.location, where.lettingGo); // a slow window may have followed a quick drag only now
+    moved(where.location, where.mode); // a window may follow the pointer with a delay
     if (!press_->isDragging) return endUnmovedPress();
     const auto what = movement().value_or(action::WindowDragKind::move);
     press_.reset();
-    workspace_.perform(action::EndWindowDrag{where.location, what, where.lettingGo});
-    board_.refresh(OverlaySection::displays); // has the frames of floating windows
+    workspace_.perform(action::EndWindowDrag{where.location, what, where.mode});
+    board_.refresh(OverlaySection::displays); // the section contains the frames of floating windows
 }
 
 } // namespace kova

@@ -45,7 +45,7 @@ class WindowDragCoordinator {
     };
     void handle(const PointerEvent& event);
     void pressed(CGPoint location);
-    /// `mode`: of a drop at the location.
+    /// `mode`: what a release of the button at the location would do.
     void moved(CGPoint location, action::DropMode mode);
     void released(CGPoint location, action::DropMode mode);
     bool isNearKnownTitleOrEdge(CGPoint location) const;
@@ -68,7 +68,7 @@ class WindowDragCoordinator {
     /// The button is up, and the window may still be moving to its final frame.
     struct Release {
         CGPoint location{};
-        action::DropMode lettingGo = action::DropMode::intoTile;
+        action::DropMode mode = action::DropMode::intoTile;
     };
     std::optional<CGPoint> contentPress_; // screen space; until the pointer has moved by kContentDragPoints
     std::optional<Press> press_;

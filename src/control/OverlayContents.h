@@ -39,7 +39,7 @@ struct OverlayDisplay {
     std::string layoutName{};
     bool isFocusMode = false; // one window owns the display
     bool isCurrent = false;   // as of the last change of this section
-    /// Of windows that are shown outside tiles, as far as they cover the display's decoration; none while it is off.
+    /// Frames of windows that are shown outside tiles and can cover the display's decoration; empty while it is off.
     std::vector<CGRect> floatingFrames{};
     bool operator==(const OverlayDisplay&) const = default;
 };

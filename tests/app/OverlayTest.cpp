@@ -189,7 +189,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     EXPECT_EQ(drags_({1500, 300}), over + " no tile") << "its own tile is no target";
     EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
-    EXPECT_EQ(drags_({510, 300}, ShiftKey::down), "none") << "dropped now it would float";
+    EXPECT_EQ(drags_({510, 300}, ShiftKey::down), "none") << "a window dropped with Shift would float";
     EXPECT_EQ(strips(), "Primary: *Codex | Secondary: *!Mail");
     EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
     desk.desktop.releaseButton();
@@ -240,7 +240,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     moves({1380, 700});
     EXPECT_EQ(hands(), "hovered+dragged");
     desk.simulate(SystemActivityEvent::screenDidLock);
-    EXPECT_EQ(hands(), "-") << "the release may come while the screen is locked, or never";
+    EXPECT_EQ(hands(), "-") << "the release of the button may never be reported";
     desk.simulate(SystemActivityEvent::screenDidUnlock);
     EXPECT_EQ(moves({1360, 700}), "-") << "the drag has ended";
     desk.desktop.releaseButton();
@@ -292,7 +292,7 @@ TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     EXPECT_EQ(describeFrame(contents().displays[1].frame), "2560,0 1920x1080");
     EXPECT_EQ(contents().displays[0].floatingFrames, std::vector<CGRect>());
     desk.perform(command::Float{desk.desktop.windowIDOf("Mail")});
-    ASSERT_EQ(contents().displays[0].floatingFrames.size(), 1U) << "it may cover the decoration";
+    ASSERT_EQ(contents().displays[0].floatingFrames.size(), 1U) << "the floating window may cover the decoration";
     EXPECT_EQ(contents().displays[1].floatingFrames, std::vector<CGRect>());
     workspace.perform(action::Switch{action::Setting::showBrain, false});
     EXPECT_EQ(contents().displays[0].floatingFrames, std::vector<CGRect>());
