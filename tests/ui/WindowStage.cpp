@@ -45,7 +45,7 @@ HostedWindow* WindowStage::open(const std::string& what, const nlohmann::json& p
 bool WindowStage::until(const std::function<bool()>& holds) {
     return waitUntil(
         [this] {
-            turn();
+            runAgentOnce();
             QCoreApplication::processEvents();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         },
