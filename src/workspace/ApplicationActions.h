@@ -1,4 +1,4 @@
-// Launching applications into tiles, and ending them.
+// Launches applications into tiles, and ends applications.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -35,8 +35,9 @@ class ApplicationActions {
     ApplicationActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
                        TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps);
 
-    /// The applications for menus, by name; and any installed application by its bundle identifier.
+    /// The applications that menus list, sorted by name.
     std::vector<LaunchableApplication> launchableApplications() const;
+    /// Any installed application; absent if none has the identifier.
     std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const;
     Outcome launchApplication(const action::LaunchApplication& launch);
     void noteStarted(const LaunchableApplication& application, const LaunchResult& result);

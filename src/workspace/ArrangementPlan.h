@@ -1,4 +1,4 @@
-// Deciding which window goes to which tile. A plan is made of values only: the same plan is carried out, explained and
+// Decides which window goes to which tile. A plan consists of values only: the same plan is carried out, explained and
 // printed by a dry run.
 #pragma once
 
@@ -25,7 +25,7 @@ struct ArrangementDisplay {
     std::set<SlotID> reservedSlotIDs; // held by windows that are not moved, such as full-screen ones
 };
 
-/// The tile that the rule deciding for a window names.
+/// The tile named by the rule that decides for a window.
 struct RuleTile {
     SlotID slotID;
     std::string name; // of the rule
@@ -42,8 +42,8 @@ struct ArrangementCandidate {
     std::optional<TileTarget> stackedBehindID; // the tile in which it is stacked
     CGSize minimumSize{};                      // points, 0 where none is known
     std::optional<RuleTile> rule;              // while rules are on
-    bool isDeferred = false;                   // minimized or hidden: needs time to come back
-    bool isComingBack = false;                 // it was, and is being restored: needs the time, but ranks as visible
+    bool isDeferred = false;                   // minimized or hidden, so that showing the window takes time
+    bool isComingBack = false;                 // about to be shown after that; ranks as visible
     std::optional<std::size_t> useRank;        // 0 for the window used last; absent for one never used
     bool isFixedSize = false;
 };
@@ -68,7 +68,7 @@ struct AutoArrangePlacement {
     ManagedWindow window;
     DisplayTileTarget target;
     bool isPrimary = true;                         // front window; false: stacked
-    std::vector<DisplayTileTarget> claimedTargets; // every tile that it covers, the anchor first; empty behind
+    std::vector<DisplayTileTarget> claimedTargets; // the covered tiles, the anchor first; empty for a stacked window
     std::optional<WindowID> behindID;              // the front window of the tile; absent for a full-screen one
     bool isDeferred = false;
     std::string explanation; // one line in plain words
@@ -80,7 +80,7 @@ struct ArrangementSurplus {
 };
 
 struct ArrangementPlan {
-    std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then those behind them
+    std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then stacked windows
     std::vector<ArrangementSurplus> surplus;      // to be minimized
     std::vector<ArrangementLeftAlone> leftAlone;
 

@@ -7,8 +7,8 @@ namespace kova {
 
 namespace {
 
-// Learned slots weigh most; then the present tile, so that arranging again moves nothing without a reason; then the
-// role; among equals the nearest tile.
+// Learned slots weigh most, then the present tile, so that a repeated arrangement moves nothing without a reason, then
+// the role. The distance decides between equal scores.
 constexpr double kLearnedWeight = 100;
 constexpr double kPresentTile = 25;
 constexpr double kDistanceWeight = 15;
@@ -16,7 +16,7 @@ constexpr double kDistanceWeight = 15;
 constexpr std::string_view kPrimarySlot = kPrimarySlotID;
 constexpr std::string_view kUtilitySlot = "focus-utility";
 
-/// Which windows come first when there are fewer tiles than windows; the same for every tile.
+/// Decides which windows get tiles when there are fewer tiles than windows; does not depend on the tile.
 double precedence(AutoArrangeAppRole role) {
     return 4 * static_cast<double>(role);
 }
@@ -37,7 +37,7 @@ double primaryAffinity(AutoArrangeAppRole role) {
     return 0;
 }
 
-/// `position` is the slot's place in its layout, from 0 for the first to 1 for the last.
+/// `position` is the slot's relative position in the layout's order, from 0 for the first to 1 for the last.
 double roleAffinity(AutoArrangeAppRole role, const SlotID& slotID, double position) {
     if (canonicalSlotID(slotID) == kPrimarySlot) return primaryAffinity(role);
     if (role != AutoArrangeAppRole::utility) return slotID.text() == kUtilitySlot ? 8 : 18 - 2 * position;

@@ -1,5 +1,5 @@
-// How well a window fits a tile: one number per pair, from what was learned, the application's role, the window's
-// present tile, and the distance on the screen.
+// Scores how well a window fits a tile, by the learned slots, the application's role, the window's present tile and the
+// distance on the screen.
 #pragma once
 
 #include "workspace/ArrangementPlan.h"

@@ -1,6 +1,6 @@
-// The last arrangement's plan, what was learned from all of them, whether one has remaining steps, and the arrangement
-// after the start. Always true: the remaining steps of an arrangement are dropped as soon as another arrangement, an
-// undo or another layout supersedes it.
+// Holds the plan of the last arrangement, what was learned from all arrangements, and whether the arrangement after the
+// start is due. Always true: the remaining steps of an arrangement are dropped as soon as another arrangement, an undo
+// or another layout supersedes it.
 #pragma once
 
 #include "layout/AutoArrangeLearning.h"
@@ -35,16 +35,16 @@ class Arranger : public PartWithoutPolls {
     /// Returns whether the arrangement after the start is due, and marks it as done.
     bool takeStartupArrangement(bool wasPermissionJustGranted);
     void skipStartupArrangement() { hadStartupArrangement_ = true; }
-    /// Marks it as due again, if it could not be carried out.
+    /// Marks the arrangement after the start as due again, after it could not be carried out.
     void postponeStartupArrangement() { hadStartupArrangement_ = false; }
 
     const Learning& learning() const { return *learning_; }
     const Published<Learning>& publishedLearning() const { return learning_; }
-    /// As read from the preferences.
+    /// Takes over the model that was read from the preferences.
     void loadLearning(AutoArrangeLearningModel model);
-    /// Saves with a delay, after the requests to the windows.
+    /// Saves the model only after the requests to windows that are due now.
     void setLearning(Learning learning);
-    /// Changes a copy by `edit`.
+    /// Replaces the model by a copy that `edit` has changed.
     template <class Edit>
     void learn(Edit edit) {
         AutoArrangeLearningModel model = **learning_;

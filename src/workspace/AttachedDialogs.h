@@ -1,5 +1,5 @@
-// Dialogs that belong to a window. They are no candidates for tiles, rules, scenes or stacks: they stay where their
-// program put them, and move with their window. Frames are in window-service space.
+// Dialogs that belong to a window. Tiles, rules, scenes and stacks ignore them: they stay where their application put
+// them, and move with their window. Frames are in window-service space.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -22,7 +22,7 @@ class AttachedDialogs {
     const std::vector<ManagedWindow>& all() const { return dialogs_; }
     /// Null when no dialog has the id.
     const ManagedWindow* find(const WindowID& id) const;
-    /// The window that a dialog belongs to; the id itself when it is no dialog's.
+    /// The window to which the dialog belongs; for the id of an ordinary window that id.
     WindowID ownerOf(const WindowID& id) const;
 
     struct Move {
@@ -30,12 +30,12 @@ class AttachedDialogs {
         CGPoint origin{};
     };
     /// The new origins of the window's dialogs when the window moves to `frame`: by the same amount, but inside
-    /// `visibleArea` as far as they fit. Records these origins; dialogs that are there already are left out.
+    /// `visibleArea` as far as they fit. Records these origins; leaves out dialogs that have theirs already.
     std::vector<Move> follow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:
     struct Place {
-        CGPoint offset{}; // from the window's origin, as the user or the program chose it
+        CGPoint offset{}; // from the window's origin, as the user or the application chose it
         CGPoint origin{}; // where the dialog was seen or put last
     };
 

@@ -15,10 +15,10 @@ namespace kova {
 
 struct ReturnedWindows {
     TileAssignments assignments;
-    std::vector<WindowID> returnedFronts;  // front windows again, after they lost their tiles meanwhile
-    std::vector<WindowID> returnedWaiting; // stacked again, and were not meanwhile
+    std::vector<WindowID> returnedFronts;  // front windows again, after they had lost their tiles
+    std::vector<WindowID> returnedWaiting; // stacked again, after they had left their stacks
 };
-/// The assignments with the windows of `held` in their tiles there, in front of windows placed there since.
+/// Puts the windows of `held` back into their tiles, in front of windows placed there since.
 ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignments assignments);
 
 struct AbsenceKey {
@@ -42,7 +42,6 @@ class DisplayAbsence {
     void forget(const WindowID& windowID);
     void forgetAll() { homes_.clear(); }
     void forgetDisplay(const DisplayID& displayID);
-    /// Renames the display.
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);

@@ -54,7 +54,7 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
         if (!kept.solvedKey) kept.solvedKey = SolvedKey{};
         kept.solvedKey->visibleSize = screen.visibleFrame.size;
         kept.solvedKey->tileInset = profile.tileInset;
-        // Comparing costs less than copying, and mostly only the size has changed.
+        // Comparing is faster than copying, and usually only the size has changed.
         if (kept.solvedKey->minimumSizes != minimumSizes) kept.solvedKey->minimumSizes = minimumSizes;
     }
     return kept.solved;

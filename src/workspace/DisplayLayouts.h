@@ -1,5 +1,4 @@
-// The layout in force on each display, and the frames of its tiles. Resolved and solved again only when their inputs
-// have changed.
+// Caches the layout in force on each display and the frames of its tiles, until their inputs change.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -13,20 +12,19 @@
 
 namespace kova {
 
-/// The layout id of the display's selection on its screen: an explicit choice as it is, `automatic` by the display's
-/// class, and without a selection the profile's own layout.
+/// The layout that is selected for the display: the chosen one, the one for the display's class if the selection is
+/// `automatic`, or the profile's own layout without a selection.
 std::string resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen);
 
 class DisplayLayouts {
   public:
-    /// The definition in force, weights applied. An id that is not in the catalogue falls back to the catalogue's
-    /// first.
+    /// The definition in force, weights applied. The catalogue's first layout replaces an id that is not in it.
     const LayoutDefinition& resolve(const Screen& screen, const WorkspaceProfile& profile,
                                     const std::vector<LayoutDefinition>& catalogue);
     /// The tiles on the screen's visible frame, in layout space.
     const SolvedLayout& solve(const Screen& screen, const WorkspaceProfile& profile,
                               const std::vector<LayoutDefinition>& catalogue, const TileMinimumSizes& minimumSizes);
-    /// Weights in force while a divider is dragged, instead of the profile's.
+    /// Replaces the profile's weights while a divider is dragged.
     void setTransientWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     void clearTransientWeights(const DisplayID& displayID);
     void clearAllTransientWeights();

@@ -1,10 +1,7 @@
-// What is remembered of displays:
-// - the windows of disconnected displays, and the assignments of connected ones before an arrangement used their tiles
-//   for such windows;
-// - the layout that each display showed last, and the windows in the layouts that it had at other sizes;
-// - the new id of a display that was resized.
-// Always true: a window is remembered for at most one disconnected display; displays count as changing until they have
-// not changed for `kSettleTime`, since standby looks like unplugging. Times are uptimes.
+// Remembers what displays need when they change: the windows of disconnected displays, the assignments before an
+// arrangement put those windows on connected displays, and for each display the layout shown last and the windows in
+// the layouts that it had at other sizes. Always true: a window is remembered for at most one disconnected display;
+// displays count as changing until they have not changed for `kSettleTime`, since a standby looks like an unplugging.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -38,7 +35,7 @@ class DisplayMemory : public PartWithoutPolls {
         DisplayID newID;
     };
     /// Records the windows of displays that were disconnected, and returns windows to those that were connected again.
-    /// Returns displays that only changed their id; the caller renames them everywhere.
+    /// Returns the displays that only changed their id; the caller renames these everywhere.
     [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<DisplayID>& before, const std::set<DisplayID>& now,
                                                       TileAssignments& assignments);
     /// Remembers the windows assigned to the display.
@@ -59,20 +56,20 @@ class DisplayMemory : public PartWithoutPolls {
 
     /// Call before an arrangement puts windows of disconnected displays into tiles of connected ones.
     void noteArrangement(const TileAssignments& assignments);
-    /// Once all displays are connected: windows that lost their tile to such an arrangement, have no tile now and are
-    /// hidden, return to their tile, or to another one freed in the same way.
+    /// Once all displays are connected: hidden windows that lost their tile to such an arrangement and have none now
+    /// return to that tile, or to another free tile that had a window before the arrangement.
     void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                       const std::function<bool(const WindowID& windowID)>& isPutAway);
     StrandedFloats& strandedFloats() { return strandedFloats_; }
 
-    /// The display changes from one layout to another because of its size, not by choice.
+    /// Remembers the windows of a layout that the display leaves because its size has changed.
     void leaveLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
     void takeBackLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
     /// Forgets former layouts of the display, whose layout the user has chosen.
     void forgetLayouts(const DisplayID& displayID);
 
-    /// Returns and forgets the windows that got their tiles back, to be shown, and those that are stacked again, to be
-    /// hidden.
+    /// Records windows that have their tiles again and must be shown, and windows that are stacked again and must be
+    /// hidden; `takeReturned` returns and forgets them.
     void noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
     bool hasReturned() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
     struct Returned {
@@ -85,19 +82,18 @@ class DisplayMemory : public PartWithoutPolls {
     const ShownLayout* shown(const DisplayID& displayID) const;
     /// Whether tiles of the display have moved since the last time.
     bool noteShown(const DisplayID& displayID, const std::string& layoutID, const SolvedLayout& solved);
-    /// Copies the chosen layout to the display's new id. Intermediate ids lose their copy; the id for which it was
-    /// chosen keeps it.
+    /// Copies the chosen layout to the display's new id. The former id keeps the layout only if it was chosen for it.
     void carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID);
 
-    /// Starts the settle time anew; `settled` is called at its end.
+    /// Restarts the settle time; `settled` is called at its end.
     void beginSettling();
     /// Whether the window's display was disconnected within the settle time.
     bool isAwaited(const WindowID& windowID) const { return isSettling() && belongsToDisconnectedDisplay(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
-    /// Displays that are disconnected now are not matched to later ones with another id.
+    /// From now on the displays that were disconnected are not matched to new ones with another id.
     void forgetRecentlyGone() { recentlyGone_.clear(); }
 
-    /// Whether focus mode kept windows of disconnected displays from free tiles.
+    /// Records whether focus mode kept windows of disconnected displays out of free tiles.
     void noteHeldBackByZoom(bool isHeldBack) { isHeldBackByZoom_ = isHeldBack; }
     bool takeHeldBackByZoom() { return std::exchange(isHeldBackByZoom_, false); }
 
@@ -115,12 +111,12 @@ class DisplayMemory : public PartWithoutPolls {
     std::function<void()> settled_;
     DisplayAbsence absence_;
     DisplayAbsence formerLayouts_; // by display and layout
-    TileAssignments crowded_;      // as they were before the first arrangement with a disconnected display
+    TileAssignments crowded_;      // as before the first arrangement with a disconnected display
     StrandedFloats strandedFloats_;
     std::set<WindowID> windowsToShow_;
     std::set<WindowID> windowsToHide_;
     std::map<DisplayID, ShownLayout> shown_; // also of disconnected displays
-    std::set<DisplayID> recentlyGone_;       // displays without another name than their frame
+    std::set<DisplayID> recentlyGone_;       // disconnected displays that are named by their frame
     std::set<DisplayID> inheritedLayouts_;   // ids that have a copy of the former id's layout
     Seconds settledAt_{0};
     bool isHeldBackByZoom_ = false;

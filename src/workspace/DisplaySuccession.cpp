@@ -8,7 +8,7 @@ namespace kova {
 
 namespace {
 
-/// "1920x1080" of "display-0-0-1920x1080"; empty for a device's name.
+/// "1920x1080" for "display-0-0-1920x1080"; empty for an id derived from the device.
 std::string sizeInName(const DisplayID& displayID) {
     const std::string size = displayID.text().substr(displayID.text().rfind('-') + 1);
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };

@@ -1,5 +1,5 @@
-// Displays that are named by their frame, and therefore have another id after every change of it: those of virtual
-// machines, and monitors without identification.
+// Displays that are named by their frame, such as those of virtual machines and monitors without identification. Their
+// id changes with the frame.
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
@@ -13,8 +13,8 @@ namespace kova {
 /// Whether the display id is derived from the frame instead of the device.
 bool isNamedByFrame(const DisplayID& displayID);
 
-/// Matches disconnected displays to new ones; keys are the former ids. A pair matches if each is the only one of its
-/// size, or if exactly one display remains on each side.
+/// Matches disconnected displays to new ones; keys are the former ids. Two displays match if no other disconnected or
+/// new display has their size, or if they are the only ones that remain unmatched.
 std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come);
 
 /// Copies the chosen layout of the display, and its weights, to the other one.

@@ -36,10 +36,9 @@ void DividerDrag::update(double translationPoints) {
     if (!active_) return;
     pendingTranslation_ = translationPoints;
     if (scheduledUpdate_) return;
-    // A fraction of a nanosecond is rounding, not waiting.
-    constexpr Seconds kNothing{1e-9};
+    constexpr Seconds kRoundingError{1e-9};
     const Seconds delay = lastUpdateUptime_ - queue_.uptime() + kUpdateInterval;
-    if (delay < kNothing) return apply_();
+    if (delay < kRoundingError) return apply_();
     scheduledUpdate_ = queue_.after(delay, lifetime_.guard([this] {
         scheduledUpdate_.reset();
         apply_();

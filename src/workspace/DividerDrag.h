@@ -19,7 +19,7 @@ bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b)
 struct ActiveDividerDrag {
     DisplayLayoutDivider target;
     LayoutWeightOverrides startingOverrides;
-    LayoutWeightOverrides overrides; // being dragged
+    LayoutWeightOverrides overrides; // as dragged so far
     bool didChange() const { return overrides != startingOverrides; }
 };
 
@@ -36,10 +36,10 @@ class DividerDrag {
 
     void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
-    /// Points along the divider's axis from where it was at the beginning.
+    /// Points along the divider's axis from its position at the beginning.
     void update(double translationPoints);
-    /// Takes the pending translation and moves the weights by it; true when there was one. Where the divider cannot
-    /// move the weights stay; a divider that is back where it began has its starting weights.
+    /// Changes the weights by the pending translation; false if none is pending. The weights do not change if the
+    /// divider cannot move; at its starting position the divider gets its starting weights.
     bool takePendingTranslation();
     /// Ends the drag, cancels scheduled updates and returns the dragged divider.
     std::optional<ActiveDividerDrag> end();

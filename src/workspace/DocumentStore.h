@@ -30,7 +30,7 @@ class DocumentStore {
     Outcome deleteScene(const Uuid& id);
     Outcome insertScene(WorkspaceScene scene, std::size_t index);
     std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;
-    /// By its exact name, else the first of that name in another case.
+    /// The scene with exactly this name, else the first whose name differs only in case.
     std::optional<Uuid> findScene(const std::string& name) const;
     Outcome addRule(WorkspaceRule rule);
     Outcome appendRule(WorkspaceRule rule, const std::string& subject);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kTouchingPoints = 1;
 
-/// A rectangle's extent along an axis, and across it.
+/// The extent of a rectangle along an axis and across it.
 struct Extent {
     double start;
     double end;

@@ -1,4 +1,4 @@
-// When the user resizes a window at its tile's edge, the divider at that edge follows.
+// Moves the dividers at the edges of a tile when the user resizes the tile's window.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -13,9 +13,8 @@ struct DividerMove {
     bool operator==(const DividerMove&) const = default;
 };
 
-/// The dividers along the edges of a tile that the window's new frame has moved by more than two points, and by how
-/// far. All frames are in layout space; `cell` is the tile (or the span), `before` and `after` the window's frame in
-/// it.
+/// The dividers at the window edges that have moved by more than two points, and how far. All frames are in layout
+/// space; `cell` is the tile or the span, `before` and `after` are the window's frames in it.
 std::vector<DividerMove> dividersMovedBy(const CGRect& cell, const CGRect& before, const CGRect& after,
                                          const std::vector<LayoutDivider>& dividers);
 

@@ -17,12 +17,13 @@ namespace kova {
 class ExpectedApplications {
   public:
     static constexpr Seconds kLifetime{25};
-    /// Whether the launched process, given its number and its start identity, can show no window any more.
+    /// Whether the launched process, given by its id and its start identity, cannot show a window any more.
     using HasFailed = std::function<bool(pid_t, const std::string&)>;
 
     /// A launch was requested at the uptime `now`.
     void expect(const BundleID& bundleID, Seconds now);
-    /// The launch worked. Without an identity nothing is known of the process, and only time ends the expectation.
+    /// The launch worked. Without a start identity the end of the process goes unnoticed: only the lifetime ends the
+    /// expectation.
     void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity);
     void forget(const BundleID& bundleID) { launches_.erase(bundleID); }
     /// Forgets applications that have a window now.

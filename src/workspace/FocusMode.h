@@ -35,8 +35,8 @@ class FocusMode : public PartWithoutPolls {
     /// The display that the window is zoomed on; absent for every other window.
     std::optional<DisplayID> displayOf(const WindowID& windowID) const;
     const std::optional<WorkspaceFocusMode>& mode() const { return *published_; }
-    /// Null when focus mode is off. Changes on other displays are entered here, so that the end of focus mode keeps
-    /// them.
+    /// Null when focus mode is off. Changes on other displays are written into this snapshot, so that the end of focus
+    /// mode keeps them.
     WorkspaceUndoSnapshot* snapshot() { return before_ ? &before_->snapshot : nullptr; }
     const WorkspaceUndoSnapshot* snapshot() const { return before_ ? &before_->snapshot : nullptr; }
 

@@ -19,11 +19,10 @@ class FocusOrder {
     void keepOnly(const std::function<bool(const WindowID&)>& isLive) {
         std::erase_if(windowIDs_, [&](const WindowID& id) { return !isLive(id); });
     }
-    /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID) {
         std::replace(windowIDs_.begin(), windowIDs_.end(), windowID, newID);
     }
-    /// Without windows that were never focused since the agent started.
+    /// Only windows that were focused since the agent started.
     const std::vector<WindowID>& windowIDs() const { return windowIDs_; }
 
   private:

@@ -1,4 +1,4 @@
-// The applications that "force quit all" ends, and its texts for the user.
+// Chooses the applications that "force quit all" ends, and words its texts for the user.
 #pragma once
 
 #include "windowing/AlertServicing.h"
@@ -13,22 +13,21 @@ namespace kova {
 /// Applications that belong to the desktop, such as the file manager; the message says that they stay open.
 bool isKeptOpen(const RunningApplication& application);
 
-/// The regular applications that run and are neither this program nor kept open, in their order.
+/// The running regular applications in their order, except this program and those that are kept open.
 std::vector<RunningApplication> forceQuitCandidates(const std::vector<RunningApplication>& running,
                                                     pid_t ownProcessIdentifier);
-/// Sorted by name as people sort; those without one come last.
+/// Sorts by name without regard to case; applications without a name come last.
 void sortByName(std::vector<RunningApplication>& applications);
 
-/// The result for the applications that were to be ended by force.
 struct ForceQuitOutcome {
     std::vector<RunningApplication> ended;
-    std::vector<std::string> refusals; // a sentence for each that got no signal
+    std::vector<std::string> refusals; // one sentence for each application that was not ended
 };
 
-/// The sentence for an application that was not ended; `reason` is a sentence without its end.
+/// The sentence for an application that was not ended; `reason` is a sentence without its full stop.
 std::string notForceQuitMessage(const std::string& applicationName, const std::string& reason);
 
-/// "Unknown Application" for one without a name.
+/// The name, or "Unknown Application" without one.
 std::string displayedName(const RunningApplication& application);
 
 /// The message when there is nothing to end.

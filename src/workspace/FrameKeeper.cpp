@@ -15,7 +15,7 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         sizes_.endRetry(window.id);
     }
     const double tolerance = straying == Straying::any ? kRoundingPoints : kFrameTolerancePoints;
-    // A placement that is still being verified is left to its passes.
+    // Does not interfere with a placement that is still being verified.
     if (pending) noteRequest(window.id); // the poll after the last pass decides again
     if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::leave : Decision::ask;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {

@@ -1,6 +1,6 @@
-// Per display, the tiles that windows had in the layouts that the user replaced, so that a layout with fewer tiles
-// loses no placement: with each new layout, windows move from these tiles. Always true: a window is remembered for one
-// layout per display ("at home" in it).
+// Remembers for each display the tiles that windows had in the layouts that the user replaced, so that no placement is
+// lost while a layout with fewer tiles is in force: each new layout is filled from these tiles. Always true: per
+// display, a window is remembered for one layout, its home.
 #pragma once
 
 #include "workspace/LayoutMigration.h"
@@ -16,10 +16,10 @@ namespace kova {
 
 class LayoutHomes {
   public:
-    /// Call before the display's layout is replaced: remembers its windows that have no former layout yet. If the
-    /// replaced layout is the first one, forgets all others before.
+    /// Call before the display's layout is replaced: remembers the windows that have no home yet. First forgets all
+    /// homes if the replaced layout is the oldest remembered one.
     void leave(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments);
-    /// The windows that are still on the display, by the layout for which they are remembered, the newest first.
+    /// The remembered windows that are still on the display, per layout, the newest layout first.
     std::vector<LayoutHome> of(const DisplayID& displayID, const TileAssignments& assignments) const;
 
     /// Forgets the window, which the user has moved.
@@ -36,7 +36,7 @@ class LayoutHomes {
   private:
     void keepIf(const std::function<bool(const WindowID& windowID)>& isKept);
 
-    std::map<DisplayID, std::vector<LayoutHome>> homes_; // by display, the newest layout first
+    std::map<DisplayID, std::vector<LayoutHome>> homes_; // the newest layout first
 };
 
 } // namespace kova

@@ -12,7 +12,7 @@ namespace kova {
 
 namespace {
 
-/// A tile of the old layout that holds something.
+/// A tile of the old layout with its windows.
 struct Occupant {
     SlotID slotID;
     std::optional<WindowID> front;
@@ -22,7 +22,7 @@ struct Occupant {
     std::optional<SlotID> newSlotID;
 };
 
-/// The front's old cell if the old layout is known; in the order of the old layout, unknown slots last.
+/// In the order of the old layout, with unknown slots last; places are known for the slots of the old layout only.
 std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& displayID, const DisplayTiles& tiles) {
     std::set<SlotID> slotIDs;
     const auto collect = [&](const TileTarget& target) {
@@ -98,7 +98,7 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
 
 namespace {
 
-/// Restores spans whose tiles are free and belong to one layout.
+/// Restores spans whose tiles are free and exist in the new layout.
 void giveSpans(std::vector<Occupant>& all, std::vector<SlotID>& free) {
     const auto isFree = [&](const SlotID& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
     for (Occupant& occupant : all) {
@@ -166,8 +166,8 @@ LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayI
     return result;
 }
 
-/// A window that came forward from its remembered stack stays in front; a stack whose front window has left continues
-/// with its next one.
+/// Makes the window that came forward in a remembered stack its front window; if the remembered front window has left
+/// the stack, the next one.
 void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
     for (Occupant& occupant : all) {
         if (occupant.front && now.isAssigned(*occupant.front)) continue;

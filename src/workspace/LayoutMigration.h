@@ -36,18 +36,18 @@ DisplayTiles tilesOf(const SolvedLayout& solved);
 struct LayoutMigration {
     TileAssignments assignments;
     std::vector<WindowID> displacedWindowIDs; // lost their tile and are stacked behind another window
-    std::vector<WindowID> returnedWindowIDs;  // front a tile, and did not before
+    std::vector<WindowID> returnedWindowIDs;  // became front windows
 };
 
-/// A front window stays in the slot with the same id, else it goes to the slot with the same canonical id, else to the
-/// first free slot. Without a free slot it is stacked in the nearest tile. Stacks follow their front window. Other
-/// displays do not change.
+/// A front window stays in the slot with the same id; otherwise it moves to the slot with the same canonical id, to the
+/// first free slot, or onto the stack of the nearest tile, in this order of preference. Stacks follow their front
+/// window. Other displays do not change.
 LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles);
 
-/// Like `migrateAssignments`, for windows remembered in several former layouts; earlier entries have precedence. If
-/// `next` is a remembered layout, its windows return to their tiles and spans there. A stacked window that came forward
-/// since it was remembered stays in front.
+/// Like `migrateAssignments`, for windows that are remembered in several former layouts; earlier entries have
+/// precedence. If `next` is a remembered layout, its windows return to their tiles and spans there. A window that was
+/// remembered as stacked and is a front window now stays in front.
 LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& displayID,
                              const std::vector<LayoutHome>& homes, const ShownLayout& next);
 

@@ -1,4 +1,4 @@
-// Reasons why a window is not moved to its tile for now. It keeps the tile and is moved once the reason ends.
+// Reasons why a window is not moved to its tile for now. The window keeps the tile and is moved once the reason ends.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -19,7 +19,7 @@ enum class LeftAlone {
     applicationHidden,
 };
 
-/// Facts about the window beside its own attributes.
+/// Facts about the window that are not among its attributes.
 struct LeftAloneFacts {
     bool isZoomed = false;
     bool isHeldByPointer = false;

@@ -11,35 +11,35 @@ namespace kova {
 
 namespace {
 
-/// A window that is not minimized by then has refused the request.
-constexpr Seconds kTimeToLeave{2};
+/// A window that is not minimized after this time has refused the request.
+constexpr Seconds kTimeToMinimize{2};
 
 } // namespace
 
 void MinimizedWindows::note(const WindowID& windowID, Seconds now) {
-    away_[windowID] = {now, false};
+    minimized_[windowID] = {now, false};
 }
 
 void MinimizedWindows::follow(const std::vector<ManagedWindow>& live, Seconds now) {
-    for (auto entry = away_.begin(); entry != away_.end();) {
-        auto& [id, away] = *entry;
+    for (auto entry = minimized_.begin(); entry != minimized_.end();) {
+        auto& [id, request] = *entry;
         const auto window = std::ranges::find(live, id, &ManagedWindow::id);
         const bool isMinimized = window != live.end() && window->isMinimized;
-        away.wasSeen |= isMinimized;
-        const bool isLeaving = !away.wasSeen && now - away.since <= kTimeToLeave;
-        const bool isOver = window == live.end() || !(isMinimized || isLeaving);
-        entry = isOver ? away_.erase(entry) : std::next(entry);
+        request.isConfirmed |= isMinimized;
+        const bool isPending = !request.isConfirmed && now - request.since <= kTimeToMinimize;
+        const bool isOver = window == live.end() || !(isMinimized || isPending);
+        entry = isOver ? minimized_.erase(entry) : std::next(entry);
     }
 }
 
 void MinimizedWindows::rename(const WindowID& windowID, const WindowID& newID) {
-    renameKey(away_, windowID, newID);
+    renameKey(minimized_, windowID, newID);
     renameKey(expected_, windowID, newID);
 }
 
 std::vector<WindowID> MinimizedWindows::takeAll() {
     std::vector<WindowID> ids;
-    for (const auto& [id, away] : std::exchange(away_, {})) ids.push_back(id);
+    for (const auto& [id, request] : std::exchange(minimized_, {})) ids.push_back(id);
     return ids;
 }
 
@@ -54,14 +54,14 @@ std::vector<WindowID> MinimizedWindows::takeReturned(const std::vector<ManagedWi
         const auto& [id, expected] = entry;
         const auto window = std::ranges::find(live, id, &ManagedWindow::id);
         if (window == live.end()) return true;
-        const bool isLastLook = now >= expected.deadline;
+        const bool isOverdue = now >= expected.deadline;
         if (window->isMinimized) {
             if (!contains(id)) note(id, now);
-            return isLastLook;
+            return isOverdue;
         }
         const bool isInPlace =
             !expected.frame || !window->frame || nearlyEqual(*window->frame, *expected.frame, kFrameTolerancePoints);
-        if (!window->isVisible || !isInPlace || id == focusedWindowID) return isLastLook;
+        if (!window->isVisible || !isInPlace || id == focusedWindowID) return isOverdue;
         returned.push_back(id);
         return true;
     });

@@ -35,7 +35,7 @@ std::optional<TileTarget> neighbourTarget(const CGRect& source, WorkspaceDirecti
     const CGPoint from = center(source);
     std::optional<TileTarget> best;
     double bestScore = 0;
-    for (const auto& [key, frame] : frames) { // in key order, so that the smaller key keeps a tie
+    for (const auto& [key, frame] : frames) { // in key order, so that the smaller key wins a tie
         const CGPoint to = center(frame);
         const Offset offset = along(direction, to.x - from.x, to.y - from.y);
         if (!(offset.primary > kSameLine)) continue;

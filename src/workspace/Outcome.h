@@ -1,5 +1,5 @@
-// The result of an operation: done, with a message and further results, or refused, with the reason and a code.
-// Converts to whether it was done.
+// The result of an operation: done, with a message and further results, or refused, with the reason and a code. An
+// outcome converts to true if the operation was done.
 #pragma once
 
 #include "workspace/ForceQuitting.h"
@@ -14,12 +14,12 @@
 namespace kova {
 
 enum class RefusalCode {
-    impossible,   // as things are now
+    impossible,   // in the present state
     noPermission, // windows may not be managed, or cannot be in this session
 };
 
 struct DividerMovement {
-    double points = 0; // how far the divider went
+    double points = 0; // how far the divider moved
 };
 struct ForgottenApplications {
     std::vector<std::string> names;
@@ -52,7 +52,7 @@ class Outcome {
     const std::optional<std::string>& message() const { return message_; }
     /// Absent when the operation was done.
     std::optional<RefusalCode> code() const { return code_; }
-    /// Null if the action has no such result.
+    /// Null if the outcome has no details of this type.
     template <class Details>
     const Details* details() const {
         return std::get_if<Details>(&details_);

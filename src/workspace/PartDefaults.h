@@ -1,4 +1,4 @@
-// For parts of the workspace's state that polls do not concern.
+// Default implementations for parts of the workspace's state that do not depend on polls.
 #pragma once
 
 #include "workspace/PollContext.h"

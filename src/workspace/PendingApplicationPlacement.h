@@ -17,11 +17,11 @@ struct PendingApplicationPlacement {
     LaunchableApplication application;
     DisplayID displayID;
     SlotID slotID;
-    TileTarget requestedTile;               // as at the launch; the display may have another id by now
+    TileTarget requestedTile;               // with the display's id at the launch, even after the display is renamed
     Seconds expiresAt{0};                   // uptime
-    std::optional<pid_t> processIdentifier; // once it was started
+    std::optional<pid_t> processIdentifier; // absent until the process has started
 
-    /// By the bundle identifier or, for an application without one, by the started process.
+    /// Whether the window belongs to the application, by its bundle identifier or its process.
     bool isAwaiting(const ManagedWindow& window) const {
         const bool isSameBundle =
             application.bundleIdentifier && window.bundleIdentifier == application.bundleIdentifier;
@@ -29,10 +29,9 @@ struct PendingApplicationPlacement {
     }
 };
 
-/// The applications that are launched into tiles.
+/// The launched applications, by tile.
 std::map<TileTarget, LaunchableApplication>
 applicationsOf(const std::map<TileTarget, PendingApplicationPlacement>& placements);
-/// Renames the display in the placements.
 void renameDisplay(std::map<TileTarget, PendingApplicationPlacement>& placements, const DisplayID& formerID,
                    const DisplayID& newID);
 

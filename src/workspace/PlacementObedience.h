@@ -1,4 +1,4 @@
-// Recognizes a window manager that places windows itself, by refused placements.
+// Recognizes by refused placements that a window manager places windows itself.
 #pragma once
 
 #include "support/Geometry.h"
@@ -11,11 +11,11 @@ namespace kova {
 struct PlacedWindow {
     CGRect wanted{};
     CGRect actual{};
-    bool hasRefusedAllAttempts = false; // all attempts were refused
+    bool hasRefusedAllAttempts = false;
 };
 
-/// True if there are several windows, all of them refused every attempt, and none has its origin at the origin of its
-/// tile: a window that only refuses a size has it there.
+/// True if there are at least two windows, each of which refused every attempt and is not at the origin of its tile. A
+/// window that refuses only a size would be at that origin.
 bool isPlacingIgnored(const std::vector<PlacedWindow>& windows);
 
 } // namespace kova

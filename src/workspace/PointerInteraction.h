@@ -1,6 +1,6 @@
-// The state of the pointer: idle, a button is down on a window, a window is dragged, or a divider is. Always true: one
-// of these at a time; a drag has a snapshot of the state before it. Drags pause polls, which would move the dragged
-// window; the pause ends shortly after the drag, or when the pointer stops moving.
+// The state of the pointer: idle, a button is down on a window, a window is being dragged, or a divider is being
+// dragged. Always true: exactly one of these; each drag has a snapshot of the state before it. Drags pause polls, which
+// would move the dragged window; the pause ends shortly after the drag, or when the pointer stops moving.
 #pragma once
 
 #include "workspace/DividerDrag.h"
@@ -18,7 +18,7 @@ namespace kova {
 
 class PointerInteraction : public PartWithoutPolls {
   public:
-    /// A button is down on a window, which may begin to move before that is noticed.
+    /// A button is down on a window, which may move before a drag is detected.
     struct Press {
         WindowID windowID;
         std::optional<CGRect> frame; // at the press, in window-service space
@@ -36,19 +36,19 @@ class PointerInteraction : public PartWithoutPolls {
     /// `moveDivider` is called when a movement of the divider is due, `resumed` when polls may move windows again.
     PointerInteraction(MainQueue& queue, std::function<void()> moveDivider, std::function<void()> resumed);
 
-    /// Whether the window must not be moved by anything but the pointer.
+    /// Whether only the pointer may move the window.
     bool isHolding(const WindowID& windowID) const { return isPressing(windowID) || isDragging(windowID); }
     bool isPressing(const WindowID& windowID) const;
     bool isDragging(const WindowID& windowID) const;
-    /// A window or a divider is being dragged.
+    /// Whether any window or divider is being dragged.
     bool isDragging() const;
-    /// A button is down on a window, or a window is being dragged.
+    /// Whether a button is down on any window, or any window is being dragged.
     bool isOnWindow() const;
     bool isPausingPolls() const { return pause_.isSuspended(); }
 
     /// Without effect during a drag.
     void press(WindowID windowID, const std::optional<CGRect>& frame);
-    /// Ends the press and returns the pressed window, unless it is dragged by now.
+    /// Ends the press and returns the pressed window; absent if a drag has begun.
     std::optional<Press> release();
 
     void beginWindowDrag(WindowID windowID, WorkspaceUndoSnapshot before);
@@ -62,13 +62,13 @@ class PointerInteraction : public PartWithoutPolls {
     const ActiveDividerDrag* dividerDrag() const;
     bool isDragging(const DisplayLayoutDivider& divider) const { return divider_.concerns(divider); }
     void moveDivider(double translationPoints) { divider_.update(translationPoints); }
-    /// Moves the weights by the pending translation; true when there was one.
+    /// Changes the weights by the pending translation; false if none is pending.
     bool takeDividerTranslation() { return divider_.takePendingTranslation(); }
-    /// Whether the frame differs from what the drag last wrote for the window; it counts as written from now on.
+    /// Records the frame as written. True if it differs from the frame that the drag last wrote for the window.
     bool noteDividerFrame(const WindowID& windowID, const CGRect& frame);
     std::optional<DividerMove> endDividerDrag();
 
-    /// The pointer moved during a drag: polls stay paused.
+    /// Prolongs the pause of polls, after a movement of the pointer.
     void noteMovement() { pause_.noteMovement(); }
     void resumePollsAfter(Seconds delay) { pause_.endAfter(delay); }
     /// Resets to idle. True if polls were paused, so that the caller must poll again.
@@ -84,7 +84,7 @@ class PointerInteraction : public PartWithoutPolls {
     };
 
     std::variant<std::monostate, Press, WindowDrag, DraggingDivider> now_;
-    DividerDrag divider_; // active exactly while `now_` drags a divider
+    DividerDrag divider_; // active exactly while `now_` is a `DraggingDivider`
     PresentationSuspension pause_;
 };
 

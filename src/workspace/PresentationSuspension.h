@@ -1,5 +1,4 @@
-// While the pointer drags windows, polls leave them alone. The pause ends by itself soon after the last
-// movement.
+// Pauses polls while the pointer drags windows. The pause ends by itself soon after the last movement.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -19,11 +18,11 @@ class PresentationSuspension {
 
     bool isSuspended() const { return isSuspended_; }
     void suspend();
-    /// The pointer still moves: begins the pause, or prolongs it.
+    /// Begins or prolongs the pause, after a movement of the pointer.
     void noteMovement();
     /// Ends the present pause after the delay, unless a new one has begun by then.
     void endAfter(Seconds delay);
-    /// Ends it without a notification.
+    /// Ends the pause without calling `ended`.
     void abandon();
 
   private:

@@ -19,7 +19,7 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     result.permissionState = service.permissionState();
     const bool isReadable = result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked;
     if (isReadable) result.windows = service.enumerateWindows(known);
-    // A stale permission is detected from the responses of applications, so this comes after the enumeration.
+    // The responses of applications reveal a stale permission, so it is checked after the enumeration.
     if (isReadable && service.stalePermission()) result.permissionState = AccessibilityPermissionState::denied;
     if (!announcements) return result;
     // The system drops all observers when the permission is withdrawn.
@@ -71,7 +71,7 @@ void RefreshCycle::resume() {
 
 void RefreshCycle::invalidateOlderPolls() {
     if (generation_ == std::numeric_limits<std::int64_t>::max())
-        std::abort(); // a wrapped counter would revive old polls
+        std::abort(); // after an overflow the results of old polls would count as current
     ++generation_;
     isPollInFlight_ = false;
     appliedChangeCount_.reset();
@@ -164,7 +164,7 @@ void RefreshCycle::tick() {
         scheduleTick();
         return;
     }
-    // Nothing has changed, so polls are idle until the next change; then they go on in the same rhythm.
+    // Nothing has changed, so no poll runs until the next change; polls then keep to the same times.
     timer_.reset();
     isIdle_ = true;
     if (const auto longest = changes_.longestIdleTime()) {
@@ -173,7 +173,7 @@ void RefreshCycle::tick() {
     changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] { resumeTicking(); }));
 }
 
-/// An announcement may have been lost.
+/// Polls although no change was announced, since an announcement may have been lost.
 void RefreshCycle::pollAfterIdleTime() {
     wake();
     refresh();

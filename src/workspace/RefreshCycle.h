@@ -1,5 +1,5 @@
-// Schedules polls: twice a second while running, one at a time. Polls are idle while a desktop that announces its
-// changes has announced none; where announcements can get lost, one follows after the longest idle time. A generation
+// Schedules polls: twice a second while running, one at a time. No poll runs while a desktop that announces its changes
+// has announced none; where announcements can get lost, a poll follows after the longest idle time. A generation
 // counter, not a lock, keeps late results from being applied. Main thread only, except for the poll itself.
 #pragma once
 
@@ -21,8 +21,8 @@ struct PollResult {
     AccessibilityPermissionState permissionState = AccessibilityPermissionState::denied;
     WindowEnumeration windows;
     bool isSessionLocked = false;
-    std::optional<std::uint64_t> changeCount; // before the desktop was read
-    Seconds begun{0};                         // uptime at which it was requested
+    std::optional<std::uint64_t> changeCount; // as counted before the desktop was read
+    Seconds begun{0};                         // uptime at which the poll was requested
 };
 
 class RefreshCycle {
@@ -32,10 +32,10 @@ class RefreshCycle {
     static constexpr Seconds kLongestWait{0.3};
 
     struct Callbacks {
-        std::function<void(PollResult)> apply; // a current result; the cycle is running and not suspended
+        std::function<void(PollResult)> apply; // receives current results; called only while running and not suspended
         std::function<bool()> isWaiting;       // true: keep polling, since an object has a timeout or awaits something
         std::function<std::vector<KnownWindow>()>
-            knownWindows; // whose presence is queried if a poll does not list them
+            knownWindows; // windows whose presence is queried if a poll does not list them
     };
 
     RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,
@@ -44,20 +44,21 @@ class RefreshCycle {
     RefreshCycle(const RefreshCycle&) = delete;
     RefreshCycle& operator=(const RefreshCycle&) = delete;
 
-    /// Running; results of older polls are dropped. The timer starts with `startTimer`.
+    /// Begins running and drops the results of older polls. The timer starts with `startTimer`.
     void begin();
     void startTimer();
-    /// Stopped; no timer, no result will be applied.
+    /// Stops the timer and drops the results of polls.
     void end();
     /// Refuses polls until `resume`; a poll in flight is dropped.
     void suspend();
     void resume();
-    /// One poll now, unless one is in flight, or not running, or suspended.
+    /// Polls now. No-op while a poll is in flight, while suspended, or when not running.
     void refresh();
     /// Ends idle polls, since an object has begun to wait.
     void wake();
-    /// Has the work run after a poll that begins now or later, in the order of the calls, and after `kLongestWait` in
-    /// any case. False, and the work is not kept, when no work waits and the last result is current, or no poll comes.
+    /// Runs the work after a poll that begins now or later, but after `kLongestWait` at the latest, in the order of the
+    /// calls. Returns false and drops the work if no other work waits and either the last result is current or no poll
+    /// will come.
     [[nodiscard]] bool awaitCurrent(std::function<void()> work);
 
     bool isRunning() const { return isRunning_; }
@@ -100,9 +101,9 @@ class RefreshCycle {
     Seconds nextTick_{0};    // uptime
     std::shared_ptr<ScheduledWork> timer_;
     std::deque<Waiting> waiting_;
-    std::shared_ptr<ScheduledWork> waitingDeadline_; // while something waits
+    std::shared_ptr<ScheduledWork> waitingDeadline_; // while any work waits
     std::optional<std::uint64_t> appliedChangeCount_;
-    std::shared_ptr<ChangeAnnouncements> announcements_; // of the polling queue; null where changes announce themselves
+    std::shared_ptr<ChangeAnnouncements> announcements_; // used on the polling queue; null if `announcesUnasked()`
     Lifetime lifetime_;
 };
 

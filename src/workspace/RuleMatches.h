@@ -17,7 +17,7 @@ struct RuleMatch {
     bool operator==(const RuleMatch&) const = default;
 };
 
-/// Upper limit of the rules that are matched; longer lists are generated, and matching them would take too long.
+/// The largest number of rules that are matched: only generated lists are longer, and matching them would take too long.
 inline constexpr std::size_t kMostRulesMatched = 500;
 
 /// For each of the first `kMostRulesMatched` rules the windows that it matches, in the order of the windows.

@@ -21,14 +21,14 @@ std::string plain(double number) {
     return text.str();
 }
 
-/// Four digits tell a tile that differs by one pixel.
+/// Four digits distinguish shares that differ by one pixel.
 std::string percentage(double share) {
     std::ostringstream text;
     text << std::setprecision(4) << share * 100;
     return text.str();
 }
 
-/// By its id if another slot of the layout has the same name.
+/// The slot's name, or its id if another slot of the layout has the same name.
 std::string nameOfSlot(const std::vector<TileSlot>& slots, const SlotID& id) {
     const auto slot = std::ranges::find(slots, id, &TileSlot::id);
     if (slot == slots.end() || std::ranges::count(slots, slot->name, &TileSlot::name) > 1) return id.text();
@@ -65,7 +65,7 @@ class Comparison {
   private:
     struct WantedWindow {
         const WorkspaceScenePlacement* placement = nullptr;
-        WindowID id; // of the live window; one of its own for a window that is not there
+        WindowID id; // of the live window; an invented id for a window that is not open
         bool isOpen = false;
     };
 
@@ -78,7 +78,7 @@ class Comparison {
         return isThere ? &now_.displays[static_cast<std::size_t>(ordinal)] : nullptr;
     }
 
-    /// The scene's entry that decides about the display: the last with a layout that is available; null without one.
+    /// The scene's entry that takes effect on the display: the last one whose layout is available; null if none is.
     const WorkspaceSceneDisplay* inScene(std::int64_t ordinal) const {
         const WorkspaceSceneDisplay* deciding = nullptr;
         for (const auto& display : scene_.displays) {
@@ -100,7 +100,7 @@ class Comparison {
              describeSizes(layout, present->layoutWeights));
     }
 
-    /// Of the layout that the display will show once the scene is opened; empty when it is not known.
+    /// The slots of the layout that the display will show once the scene is opened; empty if the layout is unknown.
     std::vector<TileSlot> slotsOnceOpened(std::int64_t ordinal) const {
         const auto* display = inScene(ordinal);
         if (!display) display = displayNow(ordinal);
@@ -113,7 +113,7 @@ class Comparison {
         return place(captured, layout ? layout->slots : std::vector<TileSlot>{});
     }
 
-    /// `slots` are those of the layout that the display has with the placement.
+    /// Describes the tiles of the placement; `slots` belong to the layout of its display.
     std::string place(const WorkspaceScenePlacement& captured, const std::vector<TileSlot>& slots) const {
         std::string text = nameOfSlot(slots, captured.slotID);
         if (captured.isActive.value_or(false)) {
@@ -126,8 +126,8 @@ class Comparison {
         return text + ", behind as number " + std::to_string(countedFromOne(captured.stackIndex));
     }
 
-    /// The placements that opening the scene would lead to, in the form of a capture, by window id. The first display
-    /// replaces one that is not connected. `wanted` gets the placements that have a tile.
+    /// The places that windows would have after opening the scene, as a capture would describe them, by window id. The
+    /// first display replaces a display that is not connected. Adds the placements that have a tile to `wanted`.
     std::map<WindowID, std::string> placesOnceOpened(std::vector<WantedWindow>& wanted) {
         std::vector<CapturedDisplay> displays;
         std::vector<std::vector<TileSlot>> slots;

@@ -13,7 +13,7 @@ namespace kova {
 
 struct SceneDifference {
     std::string what;    // "theme", "layout of Display 1", "Mail “Inbox”"
-    std::string inScene; // in the names that the user sees, each
+    std::string inScene; // these two in the names that the user sees
     std::string now;
     bool operator==(const SceneDifference&) const = default;
 };
@@ -26,11 +26,12 @@ struct WorkspaceNow {
     std::vector<WorkspaceSceneDisplay> displays;
     std::vector<CapturedPlacement> placements;
     const std::vector<ManagedWindow>& windows;    // in the order in which they were enumerated
-    const std::vector<LayoutDefinition>& layouts; // that the scene's theme has
+    const std::vector<LayoutDefinition>& layouts; // of the scene's theme
 };
 
-/// Theme, accent color and inset first, then displays, windows of the scene in its order, and windows that are not in
-/// it. Windows are matched as opening the scene would match them. Empty if opening it would change nothing.
+/// Lists theme, accent color and inset first, then displays, the windows of the scene in the scene's order, and windows
+/// that are not in the scene. Matches windows like the opening of the scene does. Empty if the opening would change
+/// nothing.
 std::vector<SceneDifference> sceneDifferences(const WorkspaceScene& scene, const WorkspaceNow& now);
 
 } // namespace kova

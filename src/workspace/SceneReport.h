@@ -17,10 +17,10 @@ struct SceneReport {
     };
     Uuid opening = Uuid::random(); // identifies this opening
     State state = State::waiting;
-    std::vector<std::string> adopted;     // windows that were there, as "Mail “Inbox”"
+    std::vector<std::string> adopted;     // windows that were open already, as "Mail “Inbox”"
     std::vector<std::string> launched;    // names of applications
     std::vector<std::string> placed;      // windows that appeared later
-    std::vector<std::string> withoutTile; // windows whose tile the layout in force does not have
+    std::vector<std::string> withoutTile; // windows whose tile the layout in force lacks
     std::vector<std::string> missing;     // windows that did not appear in time
     bool operator==(const SceneReport&) const = default;
 };

@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// Whether the slots cover a rectangle of their own, so that a window over them covers no other tile.
+/// Whether the slots form a rectangle that no other slot overlaps.
 bool isCleanSpan(const std::vector<TileSlot>& slots, const std::vector<SlotID>& claimed) {
     const auto isClaimed = [&](const TileSlot& slot) {
         return std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
@@ -77,7 +77,7 @@ TileAssignments withRestored(TileAssignments before, const std::vector<RestoredP
         TileTarget target = placement.targets.front();
         const auto holder = after.assignedWindowIDs.find(target);
         const bool isFree = holder == after.assignedWindowIDs.end();
-        // Behind a window that spans several tiles one waits in the stack of its anchor.
+        // A window behind a spanning window belongs to the stack of the span's anchor.
         if (!isFree && !placement.isFront) target = *after.targetOf(holder->second);
         auto& stack = after.stackWindowIDsByTarget[target];
         if (stack.empty() && !isFree && after.targetOf(holder->second) == target) stack.push_back(holder->second);
@@ -97,7 +97,7 @@ TileAssignments withRestored(TileAssignments before, const std::vector<RestoredP
     };
     for (const auto& target : changedStacks) {
         const auto stack = after.stackWindowIDsByTarget.find(target);
-        if (stack == after.stackWindowIDsByTarget.end()) continue; // a span took it over
+        if (stack == after.stackWindowIDsByTarget.end()) continue; // a span took the stack over
         const auto behindFront = stack->second.begin() + (after.assignedWindowIDs.contains(target) ? 1 : 0);
         std::vector<std::pair<std::int64_t, WindowID>> waiting;
         for (auto id = behindFront; id != stack->second.end(); ++id) waiting.emplace_back(indexOf(*id), std::move(*id));

@@ -35,23 +35,23 @@ struct SceneRestoration {
     std::vector<PendingSceneWindowPlacement> pending; // in the order in which they were deferred
     std::set<BundleID> launchedBundleIDs;             // each application is launched at most once
     std::map<WindowID, std::int64_t> stackIndexByID;  // of the restored windows
-    std::set<WindowID> movedByUser;                   // meanwhile: floated or placed, so no longer the scene's to place
+    std::set<WindowID> movedByUser;                   // since the opening; the scene does not place these any more
     SceneReport report;
     std::uint64_t undoNumber = 0; // of the entry in the undo history that reverts the scene
 };
 
-/// A tile inset as it takes effect, in points: 0 to 100.
+/// Limits a tile inset to the valid range, 0 to 100 points.
 double clampedTileInset(double points);
 
-/// The slots of the layout that a placement uses, its own first. Claimed slots are used only if they and the own slot
-/// form a rectangle that contains no other slot. Empty if the layout lacks its own slot; such a placement is skipped.
+/// The slots of the layout that a placement uses, `slotID` first. Claimed slots are used only if they and `slotID` form
+/// a rectangle that contains no other slot. Empty if the layout lacks `slotID`; such a placement is skipped.
 std::vector<SlotID> slotsTaken(const std::vector<TileSlot>& slots, const SlotID& slotID,
                                const std::optional<std::vector<SlotID>>& claimedSlotIDs);
 
 /// The placements in the order of restoration: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);
 
-/// Whether the window of the placement is a front window; if `isActive` is absent, the first of the stack is.
+/// Whether the window of the placement is a front window: as `isActive` says or, without it, the first of the stack.
 bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
 
 /// A live window and its tiles in the scene.
@@ -62,8 +62,8 @@ struct RestoredPlacement {
     bool isFront = true;
 };
 
-/// Adds the windows, which have no tile yet, to the assignments. A stacked window is the front window until the one
-/// before it appears, so that the tile is not empty meanwhile. Stacks are ordered by stack index; windows without one
+/// Adds the windows, which have no tile yet, to the assignments. A stacked window is the front window until the window
+/// before it appears, so that the tile is never empty. Stacks are ordered by stack index; windows without a stack index
 /// are last.
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
                              const std::map<WindowID, std::int64_t>& stackIndexByID);

@@ -20,7 +20,7 @@ std::optional<WorkspaceSession> SessionKeeper::kept() const {
 
 void SessionKeeper::noteChange() {
     if (std::exchange(isDue_, true)) return;
-    // Never within the operation that changes the session: moving windows comes first.
+    // Stores after the operation that changes the session, so that moving windows is not delayed.
     const Seconds earliest = lastSave_ ? *lastSave_ + kInterval : queue_.uptime();
     queue_.after(std::max(Seconds(0), earliest - queue_.uptime()), lifetime_.guard([this] {
         if (isDue_) save();

@@ -1,4 +1,4 @@
-// Stores the session soon after each change, and at most once a second.
+// Stores the session soon after each change, but at most once a second.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -15,7 +15,7 @@ class SessionKeeper {
   public:
     static constexpr Seconds kInterval{1};
 
-    /// `describe` returns the present session; absent if the stored one must not be replaced.
+    /// `describe` returns the present session; absent while the stored session must not be replaced.
     SessionKeeper(MainQueue& queue, PreferencesStore& store, std::function<std::optional<WorkspaceSession>()> describe);
 
     /// The session that the former agent stored; absent if it cannot be read.

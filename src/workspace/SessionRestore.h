@@ -1,4 +1,4 @@
-// Stores the session while it changes, and restores that of the former agent. Always true: the stored session is
+// Stores the session while it changes, and restores the session of the former agent. Always true: the stored session is
 // restored at most once, with the first poll; until then it is not overwritten. Times are uptimes.
 #pragma once
 
@@ -17,8 +17,8 @@ namespace kova {
 
 class SessionRestore {
   public:
-    /// How long a window may take to return to its frame after its agent has ended: some window managers animate it and
-    /// focus it first.
+    /// How long a window may take to return to its frame after the agent that hid it has ended: some window managers
+    /// animate and focus the window first.
     static constexpr Seconds kReturnTakesAtMost{3};
 
     SessionRestore(MainQueue& queue, PreferencesStore& store,
@@ -29,22 +29,22 @@ class SessionRestore {
     void save() { keeper_.save(); }
     /// True until the session of the former agent was restored or dropped.
     bool isUnread() const { return kept_.has_value(); }
-    /// The first call returns the stored session, or an empty one; later calls nothing.
+    /// The first call returns the stored session, or an empty one; later calls return nothing.
     std::optional<WorkspaceSession> takeKept();
     /// Drops the stored session without restoring it.
     void dropKept() { kept_.reset(); }
 
-    /// Distinguishes the process from others that had or will have its id. A process on record is still running, so it
-    /// is not read again.
+    /// A text that distinguishes the process from other processes with the same id at other times. Calls `read` only
+    /// for a process that is not recorded: a recorded one is still running.
     std::optional<std::string> processStart(pid_t process, const ProcessStartOf& read);
     void keepProcesses(const std::set<pid_t>& recorded);
 
-    /// Awaits windows that are not listed although their processes run.
+    /// Begins to await windows that are not listed although their processes run.
     void await(std::set<WindowID> windowIDs, Seconds now);
     /// Windows that may still appear.
     const std::set<WindowID>& awaited(const std::vector<ManagedWindow>& live, Seconds now);
 
-    /// The window was stacked when the former agent ended, which then showed it at the frame.
+    /// Records a window that was stacked when the former agent ended; that agent then showed it at the frame.
     void expectReturn(const WindowID& windowID, const std::optional<CGRect>& formerFrame);
     /// Starts `kReturnTakesAtMost` for returning windows, and returns the uptime of its end.
     Seconds beginReturns(Seconds now);
@@ -54,17 +54,17 @@ class SessionRestore {
     std::optional<CGRect> formerFrame(const WindowID& windowID) const;
     using IsThere = std::function<bool(const WindowID& windowID)>;
     using HasReturned = std::function<bool(const ManagedWindow& window, const std::optional<CGRect>& formerFrame)>;
-    /// Windows that have returned and are to be hidden again. An application is hidden as a whole, so its windows are
-    /// returned together, unless time runs out. Forgets windows for which `isWaiting` is false.
+    /// Windows that have returned to their frames; the caller hides them again. An application is hidden as a whole, so
+    /// all its windows are returned together, or at the timeout. Forgets windows for which `isWaiting` is false.
     std::set<WindowID> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
                                     const HasReturned& hasReturned, Seconds now);
     void forgetReturns() { returning_.clear(); }
 
-    /// Whether a timeout is pending, so that polls must go on.
+    /// Whether a timeout is pending, so that polls must continue.
     bool isWaiting() const { return !awaited_.empty() || !returning_.empty(); }
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const DisplayID&, const DisplayID&) {} // the stored session is compared with its own displays
-    void onPoll(const PollContext&) {}                        // ends by its deadlines
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // the stored session keeps its own display ids
+    void onPoll(const PollContext&) {}                        // only deadlines end the waiting
 
   private:
     SessionKeeper keeper_;

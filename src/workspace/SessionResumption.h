@@ -15,26 +15,26 @@
 
 namespace kova {
 
-/// Distinguishes a process from every other that had or will have its id; absent if unknown.
+/// A text that distinguishes a process from other processes with the same id at other times; absent if unknown.
 using ProcessStartOf = std::function<std::optional<std::string>(pid_t)>;
 
-/// How long a window is awaited that is not listed although its process runs.
+/// How long the agent awaits a window that is not listed although its process runs.
 inline constexpr Seconds kResumptionTimeout{10};
 
-/// By the ids of the former session.
+/// Windows by their ids in the former session.
 struct ResumedWindows {
     std::map<WindowID, WindowID> idNow;
     std::set<WindowID> awaited;
 };
 
-/// A window is the same if its id and the start of its process are; if no start is known, bundle identifier and title
-/// must be the same, too. A window with a new id is recognized by its title and frame. Windows of another process are
-/// not recognized.
+/// Recognizes a window if its id and the start of its process are unchanged; if no start is known, bundle identifier
+/// and title must be unchanged, too. A window with a new id is recognized by its title and frame. Windows of another
+/// process are not recognized.
 ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector<ManagedWindow>& liveWindows,
                               const ProcessStartOf& processStartOf);
 
-/// The tiles with the windows that still exist, under their present ids, and with the awaited ones; empty if the record
-/// is inconsistent.
+/// The recorded tiles with the windows that still exist, under their present ids, and with the awaited windows; empty
+/// if the record is inconsistent.
 TileAssignments resumedTiles(const WorkspaceSessionTiles& tiles, const ResumedWindows& windows);
 WorkspaceSessionTiles sessionTiles(const TileAssignments& assignments);
 

@@ -3,7 +3,7 @@
 
 namespace kova {
 
-/// Where Spaces have no numbers, a window that appears without a change of Spaces was sent to the Space that is shown.
+/// Needed where Spaces have no numbers: a window that appears without a change of Spaces was sent to the shown Space.
 enum class SpaceChange { none, possible };
 
 } // namespace kova

@@ -27,16 +27,16 @@ class SpaceMemory {
 
     /// Removes the windows that are elsewhere from the assignments and remembers their tiles.
     void store(const std::vector<ManagedWindow>& windows, TileAssignments& assignments);
-    /// Does so only for windows in these tiles, in front or stacked.
+    /// Like `store`, but only for windows in these tiles, in front or stacked.
     void storeFrom(const std::vector<TileTarget>& targets, const std::vector<ManagedWindow>& windows,
                    TileAssignments& assignments);
-    /// Returns windows whose Space is shown again to their tiles, in front of windows placed there since. Windows that
-    /// are elsewhere now are removed. A window that moved to another Space, or has a tile by now, is not returned. True
-    /// if any was returned.
+    /// Returns windows whose Space is shown again to their tiles, in front of windows placed there since. First removes
+    /// windows that are elsewhere from the assignments. Windows that moved to another Space or have a tile are not
+    /// returned. True if any window was returned.
     bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
                  TileAssignments& assignments);
 
-    /// Remembers the frame (window-service space) for when the window is shown and its application responds.
+    /// Remembers the frame (window-service space) until the window is shown and its application responds.
     void setPendingFrame(const WindowID& windowID, const CGRect& frame) { pendingFrames_[windowID] = frame; }
     /// Returns and removes the pending frames of windows that are shown and whose application responds.
     std::map<WindowID, CGRect> takeAppliableFrames(const std::vector<ManagedWindow>& windows);

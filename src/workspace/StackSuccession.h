@@ -21,7 +21,7 @@ class StackSuccession {
   public:
     /// Records the tile that a window lost to a span, if it differs from the tile in which the window is stacked now.
     void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& waitingTarget);
-    /// Forgets the window, which is a front window again.
+    /// Forgets the window, because it is a front window again.
     void forget(const WindowID& windowID) { lostTargets_.erase(windowID); }
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
@@ -29,8 +29,7 @@ class StackSuccession {
 
     /// For each tile that had a front window in `before` and has none in `now`: the windows that may come forward, the
     /// best first. These are the windows of the tile's stack in its order, then windows stacked elsewhere that were
-    /// displaced from that tile. Windows that were front windows in `before` are not candidates: they were displaced
-    /// just now.
+    /// displaced from that tile. Front windows of `before` are no candidates, since they were displaced just now.
     std::vector<std::vector<Promotion>> candidates(const TileAssignments& before, const TileAssignments& now) const;
 
   private:

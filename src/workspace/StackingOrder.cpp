@@ -17,11 +17,11 @@ bool shows(const OnScreenWindow& shown, const ManagedWindow& window) {
 
 std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const ManagedWindow*>& windows,
                                                   const std::vector<OnScreenWindow>& onScreen) {
-    std::vector<CGRect> others; // in front of the present window
+    std::vector<CGRect> others; // in front of the window under consideration
     std::vector<const ManagedWindow*> unseen = windows;
     std::vector<const ManagedWindow*> covered;
     for (const auto& shown : onScreen) {
-        if (shown.layer != 0) continue; // panels and menus lie above all windows anyway
+        if (shown.layer != 0) continue; // panels and menus are above all windows in any case
         const auto found =
             std::find_if(unseen.begin(), unseen.end(), [&](const auto* window) { return shows(shown, *window); });
         if (found == unseen.end()) {

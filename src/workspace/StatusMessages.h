@@ -1,5 +1,5 @@
-// The status message: one at a time, for 4 seconds or until the next one. It knows whether undo would revert what it
-// reports.
+// Shows status messages, each for 4 seconds or until the next one, and records whether undo would revert what the last
+// message reports.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -18,7 +18,8 @@ class StatusMessages {
     StatusMessages(MainQueue& queue, WorkspaceState& state, const UndoHistory& undo) :
         queue_(queue), state_(state), undo_(undo) {}
 
-    /// While it lives, an action is carried out; undo reverts what its messages report if it has added to the history.
+    /// Exists while an action is carried out. Undo reverts what the action's messages report if the action has added an
+    /// entry to the history.
     class Action {
       public:
         explicit Action(StatusMessages& messages) : messages_(messages), outer_(messages.newestBefore_) {
@@ -34,7 +35,7 @@ class StatusMessages {
     };
 
     void show(const std::string& text);
-    /// The number of the entry that the present action has added to the history; 0 if it has added none.
+    /// The number of the history's entry that the present action has added; 0 if it has added none.
     std::uint64_t addedByAction() const;
     /// Shows the result of an earlier action, which added the entry of that number.
     void showResult(const std::string& text, std::uint64_t undoNumber);

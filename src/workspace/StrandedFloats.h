@@ -1,5 +1,5 @@
-// Windows in no tile that were on a display that was disconnected, with their frames there: they return with the
-// display, unless they were moved meanwhile. Frames are in window-service space. A plain value.
+// Remembers windows without a tile on displays that were disconnected, with their frames there. The windows return with
+// the display, unless they were moved meanwhile. Frames are in window-service space. A plain value.
 #pragma once
 
 #include "windowing/ManagedWindow.h"

@@ -1,7 +1,7 @@
 // Which window is in which tile: fronts, stacks and the anchors of windows that span several tiles.
-// Always true: a window is assigned either to one tile or to all the tiles of one span, whose anchor is then known; the
-// front window of a tile is the first of its stack where the tile has one; no stack is empty and none holds a window
-// twice.
+// Always true: a window is assigned either to one tile or to all tiles of one span, whose anchor is then recorded; the
+// front window of a tile is also the first of the tile's stack, if there is a stack; no stack is empty or holds a
+// window twice.
 #pragma once
 
 #include "layout/TileSpans.h"
@@ -36,7 +36,7 @@ struct TileAssignments {
     std::set<WindowID> windows() const;
     /// The part of the assignments that belongs to one display.
     TileAssignments onDisplay(const DisplayID& displayID) const;
-    /// Whether the invariants of assignments hold; they may not for an edited file.
+    /// Whether the invariants of assignments hold. For a file that was edited they may not.
     bool isSound() const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
@@ -62,7 +62,7 @@ struct TileAssignments {
     void rename(const WindowID& windowID, const WindowID& newID);
     /// Renames the display; the new id must have no tiles yet.
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
-    /// Keeps only windows in `liveWindowIDs`, in their order. A tile that loses its front window gets no new one.
+    /// Keeps only windows in `liveWindowIDs`. A tile that loses its front window gets no new one.
     void keepOnly(const std::set<WindowID>& liveWindowIDs);
 
     bool operator==(const TileAssignments&) const = default;

@@ -1,5 +1,5 @@
-// Tiles that windows get before any score is compared: first those that a rule names, then those for which the user
-// prefers an application.
+// Claims of windows to tiles, which are settled before any score is compared: first tiles that a rule names, then tiles
+// for which the user prefers an application.
 #pragma once
 
 #include "workspace/ArrangementPlan.h"
@@ -19,8 +19,9 @@ struct TileClaim {
     std::string reason;        // in plain words
 };
 
-/// In the order of precedence: of several windows that claim a tile, its front window comes first, then visible
-/// windows. A rule names a tile of the window's display; a preference also applies to other displays, after its own.
+/// In the order of precedence: first the claims of rules; of these, and of the others, first those of visible windows,
+/// then those of windows that front the tile. A rule claims a tile on the window's display only; a preference claims
+/// tiles on other displays, too, but with lower precedence.
 std::vector<TileClaim> tileClaims(const ArrangementInput& input);
 
 } // namespace kova

@@ -167,7 +167,7 @@ const Screen* TileGeometry::screenOfWindow(const ManagedWindow& window) const {
     }
     if (!window.frame) return nullptr;
     const CGRect frame = flipped(*window.frame, firstScreenMaxY());
-    const Screen* holding = nullptr; // the one that shows most of it, if no display shows its middle
+    const Screen* holding = nullptr; // shows most of the window; used if no display shows the window's middle
     double mostShown = 0;
     for (const auto& screen : *state_.screens) {
         if (containsPoint(screen.frame, center(frame))) return &screen;
@@ -191,7 +191,6 @@ std::optional<CGSize> TileGeometry::minimumOfApplication(const ManagedWindow& wi
     return found == remembered.end() ? std::nullopt : std::optional(found->second);
 }
 
-/// The frame that the window accepts in a tile with that frame, in window-service space.
 CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
     return window.sizeHints ? largestFrameWithin(tileFrame, *window.sizeHints) : tileFrame;
 }
@@ -220,7 +219,6 @@ std::optional<Covering> TileGeometry::coveringFor(const ManagedWindow& window, c
     return coveringOn(*screen, roomOn(*screen).tilesFor(window.id, minimumSizeOf(window), target.slot));
 }
 
-/// Absent for no slot at all.
 std::optional<Covering> TileGeometry::coveringOn(const Screen& screen, const std::vector<SlotID>& slotIDs) const {
     const auto& slots = solvedTiles(screen).slots;
     Covering covering;
@@ -232,7 +230,6 @@ std::optional<Covering> TileGeometry::coveringOn(const Screen& screen, const std
     return covering;
 }
 
-/// The first free tile, or span of free tiles, that has room for the window.
 std::optional<Covering> TileGeometry::freeCoveringOn(const Screen& screen, const ManagedWindow& window) const {
     const TileRoom room = roomOn(screen);
     for (const auto& slot : solvedTiles(screen).slots) {
@@ -246,7 +243,6 @@ std::optional<Covering> TileGeometry::freeCoveringOn(const Screen& screen, const
     return std::nullopt;
 }
 
-/// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
 std::vector<TileTarget> TileGeometry::targetsFor(const Screen& screen, const SlotID& slotID,
                                                  const std::optional<std::vector<SlotID>>& claimedSlotIDs) const {
     const auto& slots = layoutOn(screen).slots;
@@ -278,7 +274,6 @@ std::optional<CGRect> TileGeometry::zoomFrame(const DisplayID& id) const {
     return flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
 }
 
-/// The tile into which the window would move if it were dropped there; absent over its own, too.
 std::optional<TileTarget> TileGeometry::dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const {
     for (const auto& tile : tiles()) {
         if (!containsPoint(tile.frameOnScreen, pointOnScreen)) continue;

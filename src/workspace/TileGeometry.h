@@ -24,7 +24,7 @@ struct WorkspaceParts;
 struct Covering {
     std::vector<DisplayTileTarget> targets;
 };
-/// A tile as arrangements remember it.
+/// A tile as the learning of arrangements records it.
 struct LearnedPlace {
     std::string layoutID;
     SlotID slotID;
@@ -49,14 +49,14 @@ class TileGeometry {
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     /// Absent when the layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const TileTarget& target) const;
-    /// The frame of the window by its tiles, in window-service space.
+    /// The frame that the window's tiles give it, in window-service space; absent for a window without a tile.
     std::optional<CGRect> frameForWindow(const WindowID& windowID) const;
-    /// The frames of all front windows by their tiles, by window id, in window-service space.
+    /// The frames that tiles give to their front windows, by window id, in window-service space.
     std::map<WindowID, CGRect> framesOfTiledWindows() const;
     std::map<WindowID, CGRect> framesOfTiledWindows(const Screen& screen) const;
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
-    /// The display of the window's tile, else the one that shows most of it; null if none does.
+    /// The display of the window's tile, else the display that shows most of the window; null if none shows any of it.
     const Screen* screenOfWindow(const ManagedWindow& window) const;
     /// The minimum size in points, 0 if unknown.
     CGSize minimumSizeOf(const ManagedWindow& window,
@@ -64,7 +64,7 @@ class TileGeometry {
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
     /// The largest frame in the tile that the size hints of the window allow, both in window-service space.
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
-    /// Which windows hold which tiles of the display, and how much room they need.
+    /// The windows in front of the display's tiles, and the room that they need.
     TileRoom roomOn(const Screen& screen) const;
     /// The tiles that the window covers if it is put into this one; absent for an unknown tile.
     std::optional<Covering> coveringFor(const ManagedWindow& window, const TileTarget& target) const;
@@ -72,7 +72,7 @@ class TileGeometry {
     std::optional<Covering> coveringOn(const Screen& screen, const std::vector<SlotID>& slotIDs) const;
     /// The first free tile, or span of free tiles, with room for the window; absent when there is none.
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
-    /// The dividers of one display, in focus mode, too.
+    /// The dividers of one display, even in focus mode.
     std::vector<DisplayLayoutDivider> dividersOn(const DisplayID& displayID) const;
     /// The gutter of the divider, in screen space; absent if its display is disconnected.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
@@ -83,9 +83,9 @@ class TileGeometry {
     std::optional<CGRect> zoomFrame(const DisplayID& displayID) const;
     /// Absent when the display of the tile is not connected.
     std::optional<LearnedPlace> learnedPlace(const TileTarget& target) const;
-    /// The tile into which the window would move if it were dropped there (screen space); absent over its own.
+    /// The tile under the point (screen space); absent if it is the tile of the window itself.
     std::optional<TileTarget> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
-    /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
+    /// The applications of the windows in the display's tiles, each once; without a display, of all live windows.
     std::vector<std::string> applicationsOn(const std::optional<DisplayID>& displayID) const;
     /// The layout in force, weights applied.
     const LayoutDefinition& layoutOn(const Screen& screen) const {

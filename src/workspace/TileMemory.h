@@ -1,6 +1,6 @@
-// Placements remembered beside the present assignments: on Spaces that are not shown, in layouts that the user has
-// replaced, of windows displaced by others; and the windows that rules have already handled. Always true: a closed
-// window is in none of them.
+// Remembers placements that are not among the present assignments: on Spaces that are not shown, in layouts that the
+// user has replaced, and of windows that others displaced; also the windows that rules have already handled. Always
+// true: closed windows are forgotten.
 #pragma once
 
 #include "workspace/LayoutHomes.h"
@@ -22,8 +22,7 @@ class TileMemory : public PartWithoutPolls {
     const LayoutHomes& homes() const { return homes_; }
     StackSuccession& succession() { return succession_; }
 
-    /// Windows that rules do not move any more: a rule was evaluated for them, or they were put into a tile in another
-    /// way.
+    /// Windows that rules do not move any more: the rules were evaluated for them, or another operation placed them.
     bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }
     void noteHandledByRules(const WindowID& windowID) { handledByRules_.insert(windowID); }
     void keepHandledByRules(const std::function<bool(const WindowID& windowID)>& isLive);

@@ -48,7 +48,7 @@ std::set<WindowID> TileRoom::holdersOf(const std::vector<SlotID>& slotIDs, const
     return found;
 }
 
-/// As the display shows it: only the minimum sizes of windows in a single tile affect the solved sizes.
+/// Solves like `TileGeometry`: only the minimum sizes of windows in a single tile affect the solved sizes.
 SolvedLayout TileRoom::solved() const {
     TileMinimumSizes sizes;
     for (const auto& holder : holders_) {
@@ -108,8 +108,8 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
     };
     if (!isCrampedIn(others, slots)) return slots;
 
-    // Tiles change their sizes as windows leave them, so that a span may prove too small once it is taken. Beside a
-    // window that made its tile larger, tiles no longer line up; those of the layout itself may still be a span then.
+    // Tiles change their sizes when windows leave them, so that a span may become too small once the window takes it.
+    // Tiles beside an enlarged one do not line up and form no span; in the layout without any windows they may.
     for (;;) {
         std::vector<std::vector<SlotID>> spans;
         for (const SolvedLayout& solved : {others.solved(), with({}).solved()}) {

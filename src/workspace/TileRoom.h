@@ -1,5 +1,5 @@
-// Whether the windows in the tiles of one display have the room that they need, and which tiles a window takes that
-// does not fit a single one. Values only: an arrangement and every single placement decide by the same rules.
+// Decides whether the windows in the tiles of one display have the room that they need, and which tiles a window covers
+// that does not fit into one. Works on values, so that arrangements and single placements follow the same rules.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -24,12 +24,12 @@ class TileRoom {
     /// `layout` must outlive the object; `visibleSize` and `tileInset` are in points.
     TileRoom(const LayoutDefinition& layout, CGSize visibleSize, double tileInset, std::vector<TileHolder> holders);
 
-    /// The holders whose tiles leave them less than they need. A window that needs more than all tiles together offer
-    /// counts as one that needs just these.
+    /// The holders whose tiles are smaller than their minimum size. A minimum size that is larger than all tiles
+    /// together is reduced to that area.
     std::vector<WindowID> cramped() const;
-    /// The tiles that the window covers if it is put into the slot, anchor first: the slot alone if every holder keeps
-    /// its room, otherwise the preferred span in which the window fits. The present holders of these tiles lose them.
-    /// Empty if the layout has no such slot.
+    /// The tiles that the window covers if it is put into the slot, anchor first: the slot alone if no window becomes
+    /// cramped by that, otherwise the preferred span in which the window fits. The present holders of these tiles lose
+    /// them. Empty if the layout has no such slot.
     std::vector<SlotID> tilesFor(const WindowID& windowID, CGSize minimumSize, const SlotID& slotID) const;
     /// The holders, other than the window, of any of the slots.
     std::set<WindowID> holdersOf(const std::vector<SlotID>& slotIDs, const WindowID& exceptWindowID) const;

@@ -28,21 +28,20 @@ struct WorkspaceUndoSnapshot {
     std::set<WindowID> minimizedWindowIDs;
     std::set<WindowID> maximizedWindowIDs;
     std::set<WindowID> visibleWindowIDs;
-    std::set<pid_t> hiddenProcessIdentifiers; // applications that were hidden
+    std::set<pid_t> hiddenProcessIdentifiers; // of hidden applications
     std::set<WindowID> floatingWindowIDs;     // by command
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
     LayoutHomes layoutHomes;
-    std::shared_ptr<const AutoArrangeLearningModel> learning; // undo also undoes learning
+    std::shared_ptr<const AutoArrangeLearningModel> learning; // undo reverts learning, too
     /// Whether the window existed when the snapshot was taken.
     bool knows(const WindowID& windowID) const {
         return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
                visibleWindowIDs.contains(windowID);
     }
-    /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID);
-    /// Renames the display, with its layout.
+    /// Renames the display, also in the profile.
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     /// Removes what was learned of the application, so that undo does not restore it.
     void forgetApplication(const std::string& applicationKey);
@@ -74,15 +73,14 @@ class UndoHistory : public PartWithoutPolls {
     std::optional<UndoEntry> takeNewest();
     bool isEmpty() const { return entries_.empty(); }
     std::size_t size() const { return entries_.size(); }
-    /// Of the newest entry; 0 when there is none.
+    /// The number of the newest entry; 0 when there is none.
     std::uint64_t newestNumber() const { return isEmpty() ? 0 : entries_.back().number; }
 
-    /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void forgetApplication(const std::string& applicationKey);
 
-    /// The whole history, to be restored by the end of focus mode, which must not drop the oldest entry.
+    /// The whole history. The end of focus mode restores it, so that focus mode does not cost the oldest entry.
     const std::vector<UndoEntry>& entries() const { return entries_; }
     void restore(std::vector<UndoEntry> entries) { entries_ = std::move(entries); }
 

@@ -1,5 +1,5 @@
-// Measures how long the workspace was suspended: the screen asleep, locked or another user's. Deadlines of awaited
-// windows stand still meanwhile, since no window is placed.
+// Measures how long the workspace was suspended because the screen was asleep, locked or used by another user. Deadlines
+// of awaited windows are extended by that time, since no window was placed.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -10,11 +10,11 @@ namespace kova {
 
 class UnseenTime {
   public:
-    /// Begins at `now` (uptime), unless it has begun already.
+    /// Begins the measurement at `now` (uptime), unless it has begun already.
     void begin(Seconds now) {
         if (!since_) since_ = now;
     }
-    /// Ends it and returns its length; 0 if it had not begun.
+    /// Ends the measurement and returns its length; 0 if it had not begun.
     Seconds end(Seconds now) {
         const Seconds duration = since_ ? now - *since_ : Seconds{0};
         since_.reset();

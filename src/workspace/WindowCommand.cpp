@@ -52,7 +52,7 @@ class CommandPlanner {
             const ManagedWindow* other = tile->windowID ? windowWith(*tile->windowID) : nullptr;
             if (!other || other == &window || other->isElsewhere) return into(window, *tile, "swap");
             if (other->isFullScreen) return WindowRefusal{isFullScreen(*other)};
-            // Of a spanning window the anchor is the tile that is exchanged.
+            // A spanning window is exchanged as if it were only in its anchor.
             const TileTarget theirs = input_.assignments.targetOf(other->id).value_or(tile->target);
             for (const auto& [moved, target, left] :
                  {std::tuple{&window, theirs, *own}, std::tuple{other, *own, theirs}}) {
@@ -257,8 +257,8 @@ class CommandPlanner {
         return any == input_.windows.end() ? nullptr : &*any;
     }
 
-    /// Free tiles first; among these the one of the window's own slot, then the first of the layout. Without a free one
-    /// the tile of the same slot, else the first.
+    /// The tile of the same slot if it is free, else the first free tile; without a free tile the tile of the same slot,
+    /// else the first tile.
     const WorkspaceTile* landingTile(const ManagedWindow& window, const DisplayID& display) const {
         const auto own = input_.assignments.targetOf(window.id);
         const WorkspaceTile* ownTile = own ? tileWith(*own) : nullptr;

@@ -1,4 +1,4 @@
-// Commands for one window: what each would do is planned from values, so that a dry run prints what the command does.
+// Plans commands for one window from values, so that a dry run prints exactly what the command would do.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -21,7 +21,7 @@ struct WindowStep {
     enum class Kind { place, wait, focus, floating };
     Kind kind = Kind::place;
     WindowID windowID;
-    std::optional<TileTarget> target; // the tile into which it is put or stacked; absent for the other kinds
+    std::optional<TileTarget> target; // the tile into which the window is put or stacked; absent for the other kinds
     bool operator==(const WindowStep&) const = default;
 };
 
@@ -29,8 +29,8 @@ struct WindowStep {
 std::string_view describe(WindowStep::Kind kind);
 
 struct WindowPlan {
-    std::string action;            // the name of the undo step; empty when there is nothing to undo
-    std::string message;           // the message after the command
+    std::string action;            // the name of the undo step; empty if the command adds none
+    std::string message;           // shown after the command
     std::vector<WindowStep> steps; // empty if nothing has to change
     bool operator==(const WindowPlan&) const = default;
 };

@@ -45,7 +45,7 @@ std::vector<KnownWindow> knownWindows(const std::vector<ManagedWindow>& windows)
 std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const std::vector<ManagedWindow>& before,
                                                ShownSpace shownSpace) {
     const bool isSameList = std::ranges::equal(found.listed, before, {}, &ManagedWindow::id, &ManagedWindow::id);
-    if (isSameList) return {}; // as nearly always
+    if (isSameList) return {}; // the most frequent case
     const WindowsByID known = byID(before);
     std::vector<const ManagedWindow*> newcomers;
     std::unordered_set<WindowID> there;
@@ -54,7 +54,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         if (window.isVisible && !window.parentID && !known.contains(window.id)) newcomers.push_back(&window);
     }
     if (newcomers.empty()) return {};
-    std::unordered_set<WindowID> existing; // and not listed any more
+    std::unordered_set<WindowID> existing; // windows that still exist but are not listed any more
     for (const auto& window : found.unlisted) (window.answers ? existing : there).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
     for (const auto& window : before) {
@@ -83,7 +83,7 @@ std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vect
     if (found.unlisted.empty()) return windows;
     std::unordered_map<WindowID, const UnlistedWindow*> unlisted;
     for (const auto& window : found.unlisted) unlisted.emplace(window.id, &window);
-    // Each is inserted after the window that it followed in the former list, so that the order does not change.
+    // Inserts each window after its predecessor in the former list, so that the order does not change.
     const auto behind = [&windows](const std::optional<WindowID>& id) {
         const auto place = id ? std::ranges::find(windows, *id, &ManagedWindow::id) : windows.end();
         return place == windows.end() ? windows.begin() : place + 1;

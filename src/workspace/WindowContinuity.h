@@ -1,4 +1,5 @@
-// From one poll to the next: a window leaves the list only if the desktop says that it was closed.
+// Keeps the list of windows continuous from poll to poll: a window leaves it only once the desktop reports the window
+// as closed.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -8,20 +9,20 @@
 
 namespace kova {
 
-/// What a poll needs of the windows of the previous poll.
+/// The data of the previous poll's windows that a poll needs.
 std::vector<KnownWindow> knownWindows(const std::vector<ManagedWindow>& windows);
 
-/// Removes from `found` the renamed tabs of a native tab group and returns the renamings. A new window is the renamed
-/// one if it has the process and the frame (within 2 points) of a window that left the list, and neither has another
-/// candidate. If the former window still exists, this holds only while the same Space is shown, since another Space may
-/// have a window with that frame. If another existing window left the list without a successor, another Space counts as
-/// shown, since `shownSpace` may be late.
+/// Removes from `found` the former tabs that other tabs of a native tab group replace, and returns the replacements. A
+/// new window replaces a window that left the list if both have the same process and frame (within 2 points) and
+/// neither has another candidate. If the former window still exists, this holds only while the same Space is shown: a
+/// window of another Space may have that frame. `shownSpace` may be outdated, so another Space also counts as shown if
+/// a further existing window left the list without a successor.
 enum class ShownSpace { same, another };
 std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const std::vector<ManagedWindow>& before,
                                                ShownSpace shownSpace);
 
-/// The listed windows, and at their former positions the windows that are not listed and were not closed: one that
-/// responds is elsewhere and not visible; one whose application does not respond keeps its last state.
+/// The listed windows and, at their former positions, the windows that are not listed but were not closed. Such a
+/// window is elsewhere and not visible; if its application does not respond, the window keeps its last state.
 std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vector<ManagedWindow>& before);
 
 } // namespace kova

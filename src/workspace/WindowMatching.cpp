@@ -9,7 +9,7 @@ namespace kova {
 
 namespace {
 
-/// Both case-folded, neither empty.
+/// The texts are case-folded and not empty.
 bool containOneAnother(const std::string& title, const std::string& hint) {
     return title.find(hint) != std::string::npos || hint.find(title) != std::string::npos;
 }

@@ -14,21 +14,21 @@
 
 namespace kova {
 
-/// Returns each window at most once. The windows must outlive it unchanged.
+/// Returns each window at most once. The windows must outlive the matcher and not change.
 class WindowMatcher {
   public:
-    /// `windows` in the order in which they were enumerated; those in `used` match nothing.
+    /// `windows` are in the order of enumeration; windows in `used` match nothing.
     WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<WindowID>& used);
 
-    /// The first window of the application whose title and the reference's hint contain one another, else the first of
-    /// the application; null when there is none. An application is known by its bundle identifier, to the letter, or
-    /// else by its name as people read it.
+    /// The first window of the reference's application whose title contains the reference's hint or is contained in it,
+    /// else the application's first window; null when there is none. Bundle identifiers are compared exactly; without
+    /// one, application names are compared regardless of case.
     const ManagedWindow* take(const WorkspaceWindowReference& reference);
 
   private:
     struct Candidate {
         const ManagedWindow* window;
-        std::optional<std::string> foldedTitle; // once it was needed
+        std::optional<std::string> foldedTitle; // absent until first needed
         bool isUsed = false;
     };
     /// The windows of one application, in the order of enumeration.
@@ -46,7 +46,7 @@ class WindowMatcher {
 
     std::vector<Candidate> candidates_;
     std::map<BundleID, Group> byBundleIdentifier_;
-    std::optional<std::vector<NameGroup>> byName_; // in the order of names; made when the first reference needs it
+    std::optional<std::vector<NameGroup>> byName_; // sorted by name; absent until first needed
 };
 
 } // namespace kova

@@ -34,11 +34,11 @@ bool isSameFrame(const CGRect& a, const CGRect& b) {
 
 using Fits = std::function<bool(const ManagedWindowRecoveryIdentity&, const ManagedWindow&)>;
 
-/// Takes pairs out of both lists in which each is the only one for the other.
+/// Moves each missing window and candidate that fit only each other from both lists to `successors`.
 void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vector<const ManagedWindow*>& candidates,
             const Fits& fits, std::vector<WindowSuccessor>& successors) {
     std::map<const ManagedWindowRecoveryIdentity*, std::vector<const ManagedWindow*>> choices;
-    std::map<const ManagedWindow*, int> askedFor;
+    std::map<const ManagedWindow*, int> fitCounts;
     for (const auto* identity : missing) {
         for (const auto* window : candidates) {
             if (!fits(*identity, *window)) continue;
@@ -50,7 +50,7 @@ void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vec
         const auto choice = choices.find(identity);
         if (choice == choices.end()) return false;
         const ManagedWindow* only = choice->second.front();
-        if (choice->second.size() > 1 || askedFor[only] > 1) return true; // ambiguous
+        if (choice->second.size() > 1 || fitCounts[only] > 1) return true; // ambiguous
         successors.push_back({identity->id, only->id});
         std::erase(candidates, only);
         return true;

@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// The data of a window that are remembered at the beginning of a transition.
+/// The data of a window that is remembered at the beginning of a transition.
 struct ManagedWindowRecoveryIdentity {
     WindowID id;
     pid_t processIdentifier = 0;
@@ -29,14 +29,13 @@ struct WindowSuccessor {
     bool operator==(const WindowSuccessor&) const = default;
 };
 
-/// Matches the live `candidates` to missing windows. Process, bundle identifier and title must be the same, and the
-/// frame equal within 2 points; if no candidate has the frame, the same origin or size is enough, since a transition
-/// moves or resizes windows, but seldom both. Ambiguous matches are dropped.
+/// Matches the live `candidates` to missing windows by process, bundle identifier, title and frame (within 2 points). If
+/// no candidate has the frame, the same origin or size is enough, since a transition moves or resizes windows, but
+/// seldom both. Ambiguous matches are dropped.
 std::vector<WindowSuccessor> recognizeWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);
 
-/// Matches the tabs of a native tab group: a window of the same process with the same frame within 2 points, whatever
-/// its title.
+/// Matches the tabs of a native tab group by process and frame (within 2 points), whatever their titles.
 std::vector<WindowSuccessor> recognizeTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                            const std::vector<const ManagedWindow*>& candidates);
 

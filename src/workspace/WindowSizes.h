@@ -1,7 +1,7 @@
-// The minimum size of each window: the announced one, the one observed when it refused to shrink or, if neither is
-// known, the one learned of its application. Always true: an observed minimum is forgotten as soon as the window is
-// seen smaller; one that contradicts the announced minimum counts only until the next arrangement, and permanently once
-// that arrangement confirms it.
+// The minimum size of each window: announced by the window, observed when it refused to shrink or, if neither is known,
+// learned for its application. Always true: an observed minimum size is forgotten as soon as the window is seen smaller.
+// An observed minimum size that contradicts the announced one counts only until the next arrangement, unless that
+// arrangement confirms it.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -23,25 +23,26 @@ class WindowSizes {
     static constexpr Seconds kRetryAfter{10};
 
     enum class Purpose { present, nextArrangement };
-    /// Points, 0 if unknown. `ofApplication` is the minimum learned of the window's application: a first guess, which
-    /// the window's real size corrects.
+    /// In points, 0 if unknown. `ofApplication` is the minimum size learned for the window's application, a first guess
+    /// that the window's real size corrects.
     CGSize minimumOf(const ManagedWindow& window, const std::optional<CGSize>& ofApplication,
                      Purpose purpose = Purpose::present) const;
-    /// The minimum sizes observed of windows that count now, by window id.
+    /// The observed minimum sizes that count now, by window id.
     std::map<WindowID, CGSize> shown() const;
-    /// The part of them that a later session may use.
+    /// The observed minimum sizes that a later session may use.
     std::map<WindowID, CGSize> confirmed() const;
 
     /// Records that the pointer has pressed or released a window.
     void notePointer(Seconds uptime) { pointerMovedAt_ = uptime; }
-    /// Begins an arrangement: windows with an observed minimum get requests for their plain tiles, to confirm it.
+    /// Begins an arrangement: forgets observed minimum sizes that are not confirmed, so that the windows get requests for
+    /// their tiles again.
     void beginArrangement();
 
     enum class Refusal { unreliable, known, changed };
-    /// Records that the window kept `actual` after a request for `wanted`. A change counts once it is applied.
+    /// Records that the window kept `actual` after a request for `wanted`. A change counts after `applyChange`.
     Refusal noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual, Seconds uptime);
     bool hasPendingChange(const WindowID& windowID) const;
-    /// Returns whether it is certain enough to be remembered for the application.
+    /// Applies the pending change. True if the minimum size is certain enough to be learned for the application.
     bool applyChange(const WindowID& windowID);
 
     struct Disproof {
@@ -51,7 +52,7 @@ class WindowSizes {
     /// Records a size that the window has without a pending request.
     Disproof noteSeen(const ManagedWindow& window, CGSize size, const std::optional<CGSize>& ofApplication);
 
-    /// Whether an arrangement should request once a size below the learned minimum.
+    /// Whether an arrangement should request a size below the learned minimum once.
     bool isRetryDue(const ManagedWindow& window, const std::optional<CGSize>& ofApplication, Seconds uptime) const;
     void beginRetry(const WindowID& windowID);
     void endRetry(const WindowID& windowID);
@@ -67,9 +68,9 @@ class WindowSizes {
     struct Known {
         CGSize shown{};                 // observed minimum; 0 in a direction without a refusal
         std::optional<CGSize> pending;  // not applied yet
-        std::optional<CGSize> smallest; // at rest
+        std::optional<CGSize> smallest; // without a pending request
         bool contradictsAnnouncement = false;
-        int arrangements = 0; // in how many it was observed
+        int arrangements = 0; // the number of arrangements in which the minimum was observed
         std::int64_t lastArrangement = -1;
         Seconds shownAt{0};
         bool wasRetried = false; // by the present arrangement

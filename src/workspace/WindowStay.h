@@ -1,4 +1,4 @@
-// All reasons why a window is not moved to its tile or by an arrangement, as sentences.
+// Words all reasons why a window is not moved to its tile, or not moved by an arrangement.
 #pragma once
 
 #include "workspace/LeftAlone.h"
@@ -14,21 +14,21 @@ namespace kova {
 struct WindowSituation {
     std::optional<std::string> obstacle{}; // why no window is moved now, as a sentence without its full stop
     bool isDragUnderWay = false;           // of any window or divider
-    bool hasTile = false;                  // it is in front of one
+    bool hasTile = false;                  // as its front window
     std::optional<LeftAlone> leftAlone{};
     const Refusal* refusal = nullptr; // null without a refusal
     int attempts = 0;                 // the number of requests for one frame
     bool isPlacementPending = false;
-    bool isOffScreen = false;             // it is shown nowhere although it is neither minimized nor hidden
-    std::optional<std::string> manager{}; // why windows do not go where they are sent, as a sentence
+    bool isOffScreen = false;             // no display shows the window although it is neither minimized nor hidden
+    std::optional<std::string> manager{}; // why the window manager refuses placements, as a sentence
     bool isFloating = false;              // by command
-    std::optional<std::string> rule{};    // that excludes it from arrangements, as in: “Notes float” says float
+    std::optional<std::string> rule{};    // the rule that keeps the window out of arrangements: “Notes float” says float
     bool isDisplayAwaited = false;        // its display was just disconnected
     bool isAwaitedByLaunch = false;       // a tile waits for a window of its application
-    bool isAwaitedByScene = false;        // a scene waits for one
+    bool isAwaitedByScene = false;        // a scene waits for a window of its application
 };
 
-/// Empty if the window is in its tile, or will get a request for its frame.
+/// Empty if the window is in its tile or will get a request for its frame.
 std::vector<std::string> whyItStays(const WindowSituation& situation);
 
 } // namespace kova

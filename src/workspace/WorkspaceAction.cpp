@@ -10,7 +10,7 @@ ActionTraits traitsOfKind(const Action&) {
     return {};
 }
 
-/// All of them move or raise windows.
+/// All window commands move or raise windows.
 ActionTraits traitsOfKind(const WindowCommand&) {
     return {.needs = ActionTraits::Needs::windowAccess, .focusMode = ActionTraits::FocusMode::closes};
 }

@@ -33,14 +33,14 @@ using TileChoice = std::variant<WorkspaceDirection, TileTarget>;
 
 struct ActionTraits {
     enum class Needs {
-        nothing,       // or the action checks it itself, if it has something to change
-        visibleScreen, // neither paused, nor locked, nor suspended
-        windowAccess,  // that, and the permission to manage windows
+        nothing,       // the action itself checks what it needs
+        visibleScreen, // KOVA is not paused, and the screen is neither locked nor asleep
+        windowAccess,  // a visible screen and the permission to manage windows
     };
     enum class FocusMode { stays, closes };
     Needs needs = Needs::nothing;
-    FocusMode focusMode = FocusMode::stays; // layout changes end it in any case, with the undo step
-    std::string_view undoLabel{}; // of the step that it adds to the history; empty when the step names details, or none
+    FocusMode focusMode = FocusMode::stays; // layout changes end focus mode in any case, when they add their undo step
+    std::string_view undoLabel{}; // of the action's undo step; empty if the label depends on details or there is no step
 };
 
 /// Commands for one window, which can be planned without being carried out. An absent window id stands for the focused
@@ -65,7 +65,7 @@ struct Swap {
 struct FocusWindow {
     std::optional<WindowID> windowID;
 };
-/// Focuses the window of the display that was focused last, else its first front window.
+/// Focuses the window that was focused last on the display, else the display's first front window.
 struct FocusDisplay {
     DisplayChoice display;
 };
@@ -78,7 +78,7 @@ struct MoveToDisplay {
 struct Float {
     std::optional<WindowID> windowID;
 };
-/// Puts the window into the free tile nearest to it on its display, else into the one under its middle.
+/// Puts the window into the nearest free tile of its display, else into the tile under the window's middle.
 struct Tile {
     std::optional<WindowID> windowID;
 };
@@ -111,8 +111,8 @@ struct Move {
 struct CycleStack {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "cycle stack"};
     StackStep step = StackStep::next;
-    std::optional<WindowID> windowID{}; // whose tile is meant
-    std::optional<TileTarget> target{}; // the tile itself
+    std::optional<WindowID> windowID{}; // in the tile whose stack is cycled
+    std::optional<TileTarget> target{}; // or that tile itself
 };
 /// Begins or ends focus mode.
 struct ToggleFocusZoom {
@@ -134,12 +134,12 @@ struct SelectLayout {
     DisplayID displayID;
     DisplayLayoutSelection selection;
 };
-/// Through the whole catalogue in its order, with wrap-around; on the current display when none is named.
+/// Selects the next layout of the whole catalogue, with wrap-around; on the current display when none is named.
 struct CycleLayout {
     LayoutStep step = LayoutStep::next;
     std::optional<DisplayID> displayID{};
 };
-/// Drops the weights of every layout on the display; of the current display when none is named.
+/// Drops the weights of every layout on the display; on the current display when none is named.
 struct ResetLayoutSizes {
     static constexpr ActionTraits kTraits{.undoLabel = "reset layout sizes"};
     std::optional<DisplayID> displayID{};
@@ -150,7 +150,7 @@ struct SetTileInset {
     double points = 0;
 };
 
-// Dividers. Translations are in points from where the divider was at the beginning: to the right, and downwards.
+// Dividers. Translations are in points from the divider's position at the beginning: to the right, and downwards.
 /// Refused if the display is disconnected or shows another layout.
 struct BeginDividerDrag {
     static constexpr ActionTraits kTraits{.needs = visibleScreen, .focusMode = closes};
@@ -166,7 +166,7 @@ struct EndDividerDrag {
 };
 /// Returns the divider to its position before the drag.
 struct CancelDividerDrag {};
-/// The whole of a drag at once; the divider is found by its display, split and boundary. The outcome's details are a
+/// Carries out a whole drag at once. Only the divider's display, split and boundary count. The outcome's details are a
 /// `DividerMovement`.
 struct MoveDivider {
     static constexpr ActionTraits kTraits{.needs = visibleScreen, .focusMode = closes};
@@ -182,8 +182,8 @@ struct ResetDivider {
 // Windows under the pointer. Points are in screen space, frames in window-service space.
 enum class WindowDragKind { move, resize };
 enum class DropMode { intoTile, floating };
-/// The button is down on a managed window, which may begin to move before the drag is detected: until the release,
-/// neither polls nor passes of a placement move it.
+/// The button is down on a managed window, which may move before a drag is detected: until the release, neither polls
+/// nor the verification of a placement move the window.
 struct PressWindow {
     WindowID windowID;
 };
@@ -208,8 +208,8 @@ struct EndWindowDrag {
 struct CancelWindowDrag {};
 
 // Applications
-/// The first window of the application that appears within 20 s, or is there without a tile, is put into the tile.
-/// Another launch into the tile replaces this one. `completion` is called once the launch has worked or failed.
+/// Launches the application and puts its first window that appears within 20 s, or that exists without a tile, into the
+/// tile. Another launch into the tile replaces this one. `completion` is called once the launch has worked or failed.
 struct LaunchApplication {
     static constexpr ActionTraits kTraits{.needs = windowAccess};
     LaunchableApplication application;
@@ -217,8 +217,8 @@ struct LaunchApplication {
     SlotID slotID;
     LaunchCompletion completion{};
 };
-/// Requests the application that owns the window to quit. Refused if there is no such window, or it belongs to the
-/// desktop.
+/// Requests the application that owns the window to quit. Refused if there is no such window, or the application belongs
+/// to the desktop.
 struct QuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
     WindowID windowID;
@@ -234,14 +234,14 @@ struct ForceQuitAll {};
 struct ForceQuit {
     std::vector<RunningApplication> confirmed;
 };
-/// Drops what was learned of an application, given by its name, its identifier or a part of them that no other
-/// application has: minimum sizes and usual tiles. The outcome's details are `ForgottenApplications`.
+/// Drops what was learned of an application: minimum sizes and usual tiles. `name` is its name, its identifier or a part
+/// of them that no other application has. The outcome's details are `ForgottenApplications`.
 struct ForgetApplication {
     std::string name;
 };
 
 // Scenes and rules
-/// Saves the workspace under the name, or under one made of the time. Refused if it could not be read back.
+/// Saves the workspace under the name, or under a name made from the time. Refused if the scene could not be read back.
 struct CaptureScene {
     std::optional<std::string> name{};
 };
@@ -258,16 +258,16 @@ struct RenameScene {
 struct DeleteScene {
     Uuid id;
 };
-/// Inserts a deleted scene into the list again; an index beyond the end is the last place.
+/// Inserts a deleted scene into the list again; an index beyond the end means the last place.
 struct InsertScene {
     WorkspaceScene scene;
     std::size_t index = 0;
 };
-/// An empty name is made from the application. Refused for a rule without any criterion.
+/// Adds the rule; an empty name is replaced by one made from the application. Refused for a rule without a criterion.
 struct AddRule {
     WorkspaceRule rule;
 };
-/// For all windows of the application of the window, the focused one when none is named.
+/// Adds a rule for all windows of the application that owns the window (the focused window when none is named).
 struct AddRuleForWindow {
     WorkspaceRuleDisposition disposition;
     std::optional<WindowID> windowID{};
@@ -282,20 +282,20 @@ struct ChangeRule {
 struct DeleteRule {
     Uuid id;
 };
-/// Moves the rule to the place in the list, counted from 0; beyond the end is the last.
+/// Moves the rule to the index in the list; an index beyond the end means the last place.
 struct MoveRule {
     Uuid id;
     std::size_t index = 0;
 };
-/// Adds the scenes and rules of an exported document that are new. On an error nothing changes. The outcome's details
-/// are `WorkspaceImportCounts`.
+/// Adds the new scenes and rules of an exported document. On an error nothing changes. The outcome's details are
+/// `WorkspaceImportCounts`.
 struct ImportDocument {
     std::string data;
 };
 
-// Settings. Each is stored at once; none of them moves a window.
+// Settings. Each change is stored at once and moves no window.
 enum class Setting {
-    isPaused, // no window is moved, no rule applied and no other shortcut handled; ends with the agent
+    isPaused, // no window is moved, no rule is applied and no other shortcut works; not stored
     continuousManagement,
     autoArrangeOnLaunch,
     bringsNextForward,
@@ -315,12 +315,12 @@ struct SelectTheme {
 struct SelectAccentColor {
     std::string id;
 };
-/// Arrangements prefer the application (by its key) for tiles of this slot; absent: none is preferred.
+/// Makes arrangements prefer the application (by its key) for tiles of this slot; absent: none is preferred.
 struct PreferApplication {
     SlotID slotID;
     std::optional<std::string> applicationKey{};
 };
-/// Shows the text for 4 seconds, or until the next one.
+/// Shows the text as the status message.
 struct ShowMessage {
     std::string text;
 };

@@ -32,12 +32,13 @@ class WorkspaceController {
     void stop();
     /// Starts a poll now; ignored while one is in flight.
     void refresh();
-    /// For operations that need windows opened just before; see `RefreshCycle::awaitCurrent`.
+    /// For operations on windows that were opened just before; see `RefreshCycle::awaitCurrent`.
     [[nodiscard]] bool awaitCurrent(std::function<void()> work) { return refreshCycle_.awaitCurrent(std::move(work)); }
     void recheckAccessibility();
     bool isRunning() const { return refreshCycle_.isRunning(); }
     bool hasPolled() const { return refreshCycle_.hasResult(); } // true after the first applied poll
-    /// For sleep, lock and session switches: no polls and no window moves until `resume`.
+    /// For sleep, lock and session switches: stops polls and movements of windows until
+    /// `resumeAfterSystemTransition`.
     void suspendForSystemTransition();
     void resumeAfterSystemTransition();
 
@@ -45,7 +46,7 @@ class WorkspaceController {
     /// refusals marked silent, such as an undo with an empty history.
     Outcome perform(const WorkspaceAction& action);
 
-    // Queries; documented at the objects that answer them.
+    // Queries; documented at the objects that carry them out.
     const WorkspaceState& state() const { return parts_.state; }
     /// The last enumeration, unfiltered.
     const std::vector<ManagedWindow>& liveWindows() const { return parts_.liveWindows.all(); }
@@ -111,8 +112,8 @@ class WorkspaceController {
         return ops_.finder.findWindow(reference, excluded);
     }
 
-    /// The plan that the action would carry out now.
     bool hasWindowToArrange() const { return ops_.arrangement.hasWindowToArrange(); }
+    /// The plan that an arrangement would carry out now.
     ArrangementPlan planArrangement() const { return ops_.arrangement.planArrangement(); }
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const {
         return ops_.commands.planCommand(command);

@@ -1,5 +1,4 @@
-// The operations of the workspace, each with the objects that it works on, in the order in which they build on one
-// another.
+// The operations of the workspace. Each one uses only operations above it.
 #pragma once
 
 #include "workspace/ApplicationActions.h"

@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// Everything the controller reads once, when it is created.
+/// The preferences that the controller reads once, when it is created.
 struct WorkspacePreferences {
     WorkspaceProfile profile;
     AutoArrangeLearningModel learning;
@@ -23,8 +23,8 @@ struct WorkspacePreferences {
     WorkspaceProductDocument document;
 };
 
-/// A value that cannot be read or is out of range counts as absent and is reported to the store. On the first start
-/// with an empty store the profile and the theme background are written at once, so that the next start finds an
+/// Reports values that cannot be read or are out of range to the store, and treats them as absent. If the store is
+/// empty (the first start), writes the profile and the theme background at once, so that the next start finds an
 /// existing user with the same appearance.
 WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store);
 

@@ -17,8 +17,8 @@ struct WorkspaceTile {
     TileTarget target;
     DisplayID displayID;
     TileSlot slot;
-    CGRect frameOnScreen{};         // screen space, the tile's cell
-    CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)
+    CGRect frameOnScreen{};         // the tile's cell, in screen space
+    CGRect frameForWindowService{}; // of a window in this tile (inset applied), in window-service space
     std::optional<WindowID> windowID;
     std::vector<WindowID> stack; // front first
 };
@@ -27,19 +27,19 @@ struct WorkspaceTile {
 struct WorkspaceImportCounts {
     std::size_t scenes = 0; // in the file, also those that exist already
     std::size_t rules = 0;
-    std::vector<std::string> newScenes{}; // names of those that are added, in their order
+    std::vector<std::string> newScenes{}; // names of the scenes that are added, in the order of the file
     std::vector<std::string> newRules{};
-    std::string message; // the message for the user
+    std::string message; // for the user
 };
 
 enum class PlacementVerdict {
     asRequested,
     drifted,
     underWay,  // the request is not verified yet
-    leftAlone, // zoomed, minimized, in full screen, hidden or being dragged
+    leftAlone, // see `LeftAlone`
 };
 
-/// Where the front window of a tile should be, and where it is; frames in window-service space.
+/// The requested and the actual frame of a tile's front window, in window-service space.
 struct PlacementFinding {
     WindowID windowID;
     TileTarget target;

@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-/// True when the setting had another value.
+/// Changes and stores the setting; false if it had the value already.
 bool change(Published<bool>& setting, bool value, PreferencesStore& preferences, std::string_view key) {
     if (*setting == value) return false;
     setting.set(value);

@@ -1,4 +1,4 @@
-// Settings that move no window: theme, accent color, what the overlay shows, and what later arrangements do.
+// Changes settings that move no window: theme, accent color, the parts of the overlay, and preferences of arrangements.
 #pragma once
 
 #include "workspace/Outcome.h"

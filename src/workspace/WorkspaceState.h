@@ -18,7 +18,7 @@
 
 namespace kova {
 
-/// A window claimed more tiles than the one selected, because its minimum size did not fit.
+/// Tells the user that a window claimed further tiles, because its minimum size did not fit the selected one.
 struct WindowPlacementNotice {
     Uuid id = Uuid::random();
     CGRect claimedFrame{}; // screen space
@@ -36,7 +36,7 @@ struct WorkspaceFocusMode {
 
 struct WorkspaceState {
     Published<AccessibilityPermissionState> permissionState{AccessibilityPermissionState::unknown};
-    Published<bool> isSuspended{false}; // the screen cannot be seen; windows are left alone
+    Published<bool> isSuspended{false}; // no window is moved, since the screen cannot be seen
     Published<std::vector<ManagedWindow>> windows;
     Published<std::int64_t> titleRevision{
         0}; // incremented when a title changes, because a title alone does not republish the window list
@@ -52,7 +52,7 @@ struct WorkspaceState {
     Published<std::optional<std::string>> lastActionMessage;
     Published<std::vector<std::string>> lastArrangeExplanation;
     Published<std::vector<WorkspaceScene>> scenes; // the newest last
-    Published<std::vector<WorkspaceRule>> rules;   // the first that matches decides
+    Published<std::vector<WorkspaceRule>> rules;   // the first matching rule decides
     Published<std::optional<Uuid>> activeSceneID;
     Published<std::optional<SceneReport>> sceneReport; // of the scene opened last; absent before the first
     Published<bool> continuousManagementEnabled{false};
@@ -65,7 +65,7 @@ struct WorkspaceState {
     Published<std::vector<Screen>> screens;
     Published<std::optional<WindowID>> focusedWindowID; // as of the last poll; absent when none is managed
     Published<std::set<WindowID>> floatingWindowIDs;    // by command, until they are put into a tile
-    Published<bool> isPaused{false};                    // by the user: no window is moved
+    Published<bool> isPaused{false};                    // by the user; no window is moved
 };
 
 } // namespace kova
