@@ -29,7 +29,7 @@ std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, con
     return options;
 }
 
-void complain(const AgentOptions& options, const std::string& text) {
+void reportProblem(const AgentOptions& options, const std::string& text) {
     log(LogLevel::error, text);
     if (options.echo == LogEcho::none) std::fprintf(stderr, "kova-agent: %s\n", text.c_str());
 }

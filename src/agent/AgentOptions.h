@@ -24,7 +24,7 @@ struct AgentOptions {
 std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, const char* help);
 
 /// Writes to standard error and to the log.
-void complain(const AgentOptions& options, const std::string& text);
+void reportProblem(const AgentOptions& options, const std::string& text);
 
 /// Opens the log "agent.log" in the folder; reports an error if it cannot be written.
 void openAgentLog(const std::string& folder, const AgentOptions& options);

@@ -124,15 +124,15 @@ MacAgent::~MacAgent() {
 }
 
 std::optional<int> MacAgent::start() {
-    const auto complaint = [this](const std::string& problem) {
-        complain(options_, problem);
+    const auto report = [this](const std::string& problem) {
+        reportProblem(options_, problem);
         startProblem_ = problem;
     };
-    auto claim = SessionAgent::claimSession(complaint);
+    auto claim = SessionAgent::claimSession(report);
     if (!claim) return kExitSessionNotTaken;
     parts_ = std::make_unique<Parts>();
     if (const auto problem = parts_->agent.start(std::move(*claim))) {
-        complaint(*problem);
+        report(*problem);
         parts_.reset();
         return kExitFailed;
     }

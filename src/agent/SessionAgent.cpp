@@ -66,11 +66,11 @@ SessionAgent::SessionAgent(const AgentServices& services) :
     });
 }
 
-std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(const std::string&)>& complain) {
+std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(const std::string&)>& reportProblem) {
     auto claim = AgentClaim::take(controlSocketPlace());
     if (const auto* refusal = std::get_if<AgentClaimRefusal>(&claim)) {
-        complain(refusal->holder ? "process " + std::to_string(*refusal->holder) + " already manages this session"
-                                 : refusal->message);
+        reportProblem(refusal->holder ? "process " + std::to_string(*refusal->holder) + " already manages this session"
+                                      : refusal->message);
         return std::nullopt;
     }
     return std::get<AgentClaim>(std::move(claim));

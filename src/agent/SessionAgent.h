@@ -35,8 +35,8 @@ class SessionAgent {
     SessionAgent(const SessionAgent&) = delete;
     SessionAgent& operator=(const SessionAgent&) = delete;
 
-    /// Claims the session; call before anything else. Absent on failure, with the reason passed to `complain`.
-    static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
+    /// Claims the session; call before anything else. Absent on failure, with the reason passed to `reportProblem`.
+    static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& reportProblem);
 
     /// Listens at the socket and begins to manage windows; clients are served after the first poll. Absent on success,
     /// else the error for the user.

@@ -61,7 +61,7 @@ class Desktop {
             return desktop;
         }
         const auto& failure = std::get<X11Desktop::Failure>(opened);
-        complain(options, failure.reason);
+        reportProblem(options, failure.reason);
         if (failure.isClaimedByOther) return kExitSessionNotTaken;
         if (!isWaylandOnly()) return kExitFailed;
         desktop.absent_ = std::make_unique<UnavailableDesktop>(failure.reason, loop);
@@ -110,8 +110,8 @@ int manageSession(const AgentOptions& options) {
     const auto stateFolder = folders.stateHome / "kova";
     createPrivateFolder(stateFolder);
     openAgentLog(stateFolder, options);
-    const auto complaint = [&options](const std::string& text) { complain(options, text); };
-    auto claim = SessionAgent::claimSession(complaint);
+    const auto report = [&options](const std::string& text) { reportProblem(options, text); };
+    auto claim = SessionAgent::claimSession(report);
     if (!claim) return kExitSessionNotTaken;
 
     EventLoop loop;
@@ -144,13 +144,13 @@ int manageSession(const AgentOptions& options) {
             return loop.watchReadable(descriptor, std::move(readable));
         };
         x11->listen(watch, [&loop, &options] {
-            complain(options, "the X server has ended, or has closed the connection");
+            reportProblem(options, "the X server has ended, or has closed the connection");
             loop.quit(kExitFailed);
         });
     }
 
     if (const auto problem = agent.start(std::move(*claim))) {
-        complain(options, *problem);
+        reportProblem(options, *problem);
         return kExitFailed;
     }
     if (const auto text = agent.firstSteps(); text && isTerminal())

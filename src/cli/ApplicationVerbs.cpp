@@ -23,9 +23,9 @@ std::string lowercasedAscii(std::string text) {
 
 /// Asks the user at the terminal, on standard error: standard output is for the result.
 bool isConfirmedAtTerminal(const json& question) {
-    complain(
+    printToStandardError(
         printableLines(question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>() + "\n"));
-    complain("\nType “yes” to " + lowercasedAscii(question.at("confirm").get<std::string>()) + ": ");
+    printToStandardError("\nType “yes” to " + lowercasedAscii(question.at("confirm").get<std::string>()) + ": ");
     const auto answer = readLine();
     return answer && lowercasedAscii(*answer) == "yes";
 }

@@ -44,8 +44,8 @@ ExitCode finish(Agent& agent, const Verb& verb, const Arguments& arguments, json
 
 /// Rings the terminal's bell, where there is a terminal.
 void refuse(const json& message) {
-    if (isatty(STDERR_FILENO)) complain("\a");
-    if (message.is_string()) complain(printableLines(message.get<std::string>() + "\n"));
+    if (isatty(STDERR_FILENO)) printToStandardError("\a");
+    if (message.is_string()) printToStandardError(printableLines(message.get<std::string>() + "\n"));
 }
 
 } // namespace
@@ -81,7 +81,7 @@ ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments) {
     if (!agent) return fail(agent.error());
     const auto started = agent->ask(verb.method, arguments.request);
     if (!started) return fail(started.error());
-    complain(started->at("prompt").get<std::string>() + "\n"); // standard output is for the result
+    printToStandardError(started->at("prompt").get<std::string>() + "\n"); // standard output is for the result
     while (true) {
         const auto recorded = agent->next("recorded");
         if (!recorded) return fail(recorded.error());

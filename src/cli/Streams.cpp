@@ -52,7 +52,7 @@ ExitCode failUnwritten() {
     return fail({ExitCode::refused, std::string("cannot write to standard output: ") + std::strerror(errno)});
 }
 
-void complain(std::string_view text) {
+void printToStandardError(std::string_view text) {
     (void)writeAll(STDERR_FILENO, text);
 }
 
@@ -66,10 +66,10 @@ ExitCode fail(const CommandError& error) {
                                          {"exitCode", static_cast<int>(error.code)},
                                          {"message", error.message},
                                          {"choices", error.choices}};
-        complain(asText({{"error", document}}, 2));
+        printToStandardError(asText({{"error", document}}, 2));
     } else {
         // The agent may quote the title of a window.
-        complain(printableLines(error.message));
+        printToStandardError(printableLines(error.message));
     }
     return error.code;
 }

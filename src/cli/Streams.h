@@ -14,7 +14,7 @@ namespace kova::cli {
 /// Writes the result to standard output. If that fails, reports the error and returns its exit code.
 ExitCode print(std::string_view text);
 /// Writes to standard error; a failure cannot be reported anywhere.
-void complain(std::string_view text);
+void printToStandardError(std::string_view text);
 /// Reports that standard output cannot be written, by `errno`, and returns the exit code.
 ExitCode failUnwritten();
 /// Makes `fail` write errors as JSON documents from now on.

@@ -107,7 +107,7 @@ ExitCode runCommand(std::span<char* const> words) {
     if (format == Format::json && !isCompletion) reportErrorsAsJson();
     if (words.empty()) {
         if (format == Format::json) return fail({ExitCode::wrongUsage, "A verb is missing", wordsAfter("")});
-        return complain(overview()), ExitCode::wrongUsage;
+        return printToStandardError(overview()), ExitCode::wrongUsage;
     }
     if (std::string_view(words[0]) == "--version") {
         return print(format == Format::json ? asText({{"version", KOVA_VERSION}}, 2) : "kova " KOVA_VERSION "\n");

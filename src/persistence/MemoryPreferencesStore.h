@@ -14,7 +14,7 @@ class MemoryPreferencesStore : public PreferencesStore {
     std::optional<PreferenceValue> value(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
-    void save(Saved done) override { done(std::nullopt); }
+    void save(SaveHandler done) override { done(std::nullopt); }
     void synchronize() override {}
     void noteUnusable(std::string_view key, const std::string& reason) override { unusable_.note(key, reason); }
     std::vector<std::string> problems() const override { return unusable_.texts(); }

@@ -33,10 +33,10 @@ class PreferencesStore {
     virtual void removeValue(std::string_view key) = 0;
 
     /// Called with the result of a save: absent if everything is on disk, else why changes are in memory only.
-    using Saved = std::function<void(const std::optional<std::string>& problem)>;
+    using SaveHandler = std::function<void(const std::optional<std::string>& problem)>;
     /// Begins to write all changes and returns. `done` is called when the write has succeeded or failed, immediately if
     /// there is nothing to write, and never if the store is destroyed first.
-    virtual void save(Saved done) = 0;
+    virtual void save(SaveHandler done) = 0;
     /// Waits until everything set so far is on disk, or could not be written.
     virtual void synchronize() = 0;
 

@@ -41,7 +41,7 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
     const DisplayTiles after =
         tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
     LayoutMigration migration =
-        migrateHomes(assignments_, id, tileMemory_.homes().of(id, assignments_), {layout.id, after});
+        migrateRemembered(assignments_, id, tileMemory_.homes().of(id, assignments_), {layout.id, after});
     if (const auto focused = finder_.focusedWindowID()) keepInFront(migration, *focused);
     assignments_ = std::move(migration.assignments);
     displays_.noteReturned(migration.returnedWindowIDs, migration.displacedWindowIDs);

@@ -191,10 +191,10 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayI
     return migrate(before, displayID, std::move(all), newTiles);
 }
 
-LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& displayID,
-                             const std::vector<LayoutHome>& homes, const ShownLayout& next) {
+LayoutMigration migrateRemembered(const TileAssignments& before, const DisplayID& displayID,
+                                  const std::vector<RememberedLayout>& homes, const ShownLayout& next) {
     std::vector<Occupant> all;
-    for (const LayoutHome& home : homes) {
+    for (const RememberedLayout& home : homes) {
         auto some = occupants(home.assignments, displayID, home.shown.tiles);
         for (Occupant& occupant : some) {
             if (home.shown.layoutID != next.layoutID) occupant.spanSlotIDs.clear();

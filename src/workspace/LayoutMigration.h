@@ -25,10 +25,10 @@ struct ShownLayout {
 };
 
 /// The windows in the tiles of a layout that a display showed earlier.
-struct LayoutHome {
+struct RememberedLayout {
     ShownLayout shown;
     TileAssignments assignments;
-    bool operator==(const LayoutHome&) const = default;
+    bool operator==(const RememberedLayout&) const = default;
 };
 
 DisplayTiles tilesOf(const SolvedLayout& solved);
@@ -48,8 +48,8 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayI
 /// Like `migrateAssignments`, for windows that are remembered in several former layouts; earlier entries have
 /// precedence. If `next` is a remembered layout, its windows return to their tiles and spans there. A window that was
 /// remembered as stacked and is a front window now stays in front.
-LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& displayID,
-                             const std::vector<LayoutHome>& homes, const ShownLayout& next);
+LayoutMigration migrateRemembered(const TileAssignments& before, const DisplayID& displayID,
+                                  const std::vector<RememberedLayout>& homes, const ShownLayout& next);
 
 /// If the migration stacked this window, which was a front window before, it changes places with the front window of
 /// its new tile. No-op if that front window spans several tiles.

@@ -3,8 +3,8 @@
 // true: closed windows are forgotten.
 #pragma once
 
-#include "workspace/LayoutHomes.h"
 #include "workspace/PartDefaults.h"
+#include "workspace/RememberedLayouts.h"
 #include "workspace/SpaceMemory.h"
 #include "workspace/StackSuccession.h"
 
@@ -18,8 +18,8 @@ class TileMemory : public PartWithoutPolls {
   public:
     SpaceMemory& spaces() { return spaces_; }
     const SpaceMemory& spaces() const { return spaces_; }
-    LayoutHomes& homes() { return homes_; }
-    const LayoutHomes& homes() const { return homes_; }
+    RememberedLayouts& homes() { return homes_; }
+    const RememberedLayouts& homes() const { return homes_; }
     StackSuccession& succession() { return succession_; }
 
     /// Windows that rules do not move any more: the rules were evaluated for them, or another operation placed them.
@@ -33,7 +33,7 @@ class TileMemory : public PartWithoutPolls {
 
   private:
     SpaceMemory spaces_;
-    LayoutHomes homes_;
+    RememberedLayouts homes_;
     StackSuccession succession_;
     std::set<WindowID> handledByRules_;
 };

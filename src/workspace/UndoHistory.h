@@ -4,8 +4,8 @@
 #include "layout/AutoArrangeLearning.h"
 #include "layout/WorkspaceProfile.h"
 #include "support/MainQueue.h"
-#include "workspace/LayoutHomes.h"
 #include "workspace/PartDefaults.h"
+#include "workspace/RememberedLayouts.h"
 #include "workspace/SpaceMemory.h"
 #include "workspace/TileAssignments.h"
 
@@ -33,7 +33,7 @@ struct WorkspaceUndoSnapshot {
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
-    LayoutHomes layoutHomes;
+    RememberedLayouts layoutHomes;
     std::shared_ptr<const AutoArrangeLearningModel> learning; // undo reverts learning, too
     /// Whether the window existed when the snapshot was taken.
     bool knows(const WindowID& windowID) const {

@@ -83,7 +83,7 @@ class AgentStage {
     /// A store of which the test decides when a save ends, and with which result.
     class Disk final : public MemoryPreferencesStore {
       public:
-        void save(Saved done) override {
+        void save(SaveHandler done) override {
             if (!isHeld) return done(problem);
             waiting.push_back(std::move(done));
         }
@@ -92,7 +92,7 @@ class AgentStage {
         }
         bool isHeld = false;
         std::optional<std::string> problem;
-        std::vector<Saved> waiting;
+        std::vector<SaveHandler> waiting;
     };
 
     /// A fake kova-ui, which runs while it is switched on.

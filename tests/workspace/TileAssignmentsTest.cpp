@@ -1,6 +1,6 @@
 #include "workspace/TileAssignments.h"
-#include "workspace/TileMemory.h"
 #include "workspace/LayoutMigration.h"
+#include "workspace/TileMemory.h"
 #include "workspace/UndoHistory.h"
 
 #include <gtest/gtest.h>
@@ -125,7 +125,8 @@ TEST(LayoutMigration, AWindowWithoutATileBesideASpanIsStackedInItsAnchor) {
     (void)before.assign("wide", {"D::only"});
     before.stackWindowIDsByTarget["D::only"] = {"wide", "other"};
     const auto result =
-        migrateHomes(before, "D", {{next, wide}, {{"another three", row({"d", "e", "c"})}, other}}, next).assignments;
+        migrateRemembered(before, "D", {{next, wide}, {{"another three", row({"d", "e", "c"})}, other}}, next)
+            .assignments;
     EXPECT_EQ(result.targetsAnchorFirst("wide"), (Targets{"D::a", "D::b", "D::c"}));
     EXPECT_EQ(result.stackWindowIDsByTarget, (std::map<TileTarget, IDs>{{"D::a", {"wide", "other"}}}));
 }

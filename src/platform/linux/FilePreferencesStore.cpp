@@ -101,7 +101,7 @@ void FilePreferencesStore::writeNow() {
     });
 }
 
-void FilePreferencesStore::save(Saved done) {
+void FilePreferencesStore::save(SaveHandler done) {
     makeDeferredValues();
     if (isWritten()) return done(std::nullopt);
     pendingSaves_.push_back({version_, std::move(done)});

@@ -35,7 +35,7 @@ class FilePreferencesStore final : public PreferencesStore {
     void setValue(std::string_view key, PreferenceValue value) override;
     void setValueLater(std::string_view key, std::function<PreferenceValue()> make) override;
     void removeValue(std::string_view key) override;
-    void save(Saved done) override;
+    void save(SaveHandler done) override;
     void synchronize() override;
     void noteUnusable(std::string_view key, const std::string& reason) override;
     std::vector<std::string> problems() const override;
@@ -43,7 +43,7 @@ class FilePreferencesStore final : public PreferencesStore {
   private:
     struct PendingSave {
         std::uint64_t version;
-        Saved done;
+        SaveHandler done;
     };
 
     void makeDeferredValues();

@@ -18,7 +18,7 @@ class UserDefaultsStore final : public PreferencesStore {
     bool contains(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
-    void save(Saved done) override;
+    void save(SaveHandler done) override;
     void synchronize() override;
     /// The copy is kept in the same domain, under the key with ".damaged-" and the date behind it.
     void noteUnusable(std::string_view key, const std::string& reason) override;

@@ -63,7 +63,7 @@ void UserDefaultsStore::removeValue(std::string_view key) {
     }
 }
 
-void UserDefaultsStore::save(Saved done) {
+void UserDefaultsStore::save(SaveHandler done) {
     const auto answer =
         std::make_shared<std::function<void(bool)>>(lifetime_.guard([this, done = std::move(done)](bool isWritten) {
             noteWritten(isWritten);

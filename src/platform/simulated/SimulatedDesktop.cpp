@@ -351,7 +351,7 @@ bool SimulatedDesktop::isMinimizedByItself(const SimulatedWindow& window) const 
 }
 
 /// Where hiding means iconifying, a window of a hidden application only changes whether it comes back with the others.
-void SimulatedDesktop::setMinimizedByWish(SimulatedWindow& window, bool minimized) {
+void SimulatedDesktop::setMinimizedByRequest(SimulatedWindow& window, bool minimized) {
     Application& owner = *findApplication(window.processIdentifier());
     if (hidingStyle_ == HidingStyle::hidesApplication || !owner.record.isHidden || !window.isMinimized) {
         return setMinimized(window, minimized);

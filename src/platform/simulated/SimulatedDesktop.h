@@ -338,7 +338,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
     void setMinimized(SimulatedWindow& window, bool minimized);
     void setMinimizedAlone(SimulatedWindow& window, bool minimized);
-    void setMinimizedByWish(SimulatedWindow& window, bool minimized);
+    void setMinimizedByRequest(SimulatedWindow& window, bool minimized);
     /// Whether the window was minimized by a request of its own, not hidden together with its application.
     bool isMinimizedByItself(const SimulatedWindow& window) const;
     void setHidden(Application& application, bool hidden);

@@ -236,7 +236,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
         if (queue_.uptime() < std::max(stalledUntil_, managerComesAt_.value_or(Seconds{0}))) return;
         setFrameOf(window, window.frameResizedTo(*size, display));
     } else if (const auto* flag = std::get_if<bool>(&write.value)) {
-        if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByWish(window, *flag);
+        if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByRequest(window, *flag);
         if (write.attribute == AccessibilityAttribute::maximized) setMaximized(window.label(), *flag);
         if (*flag &&
             (write.attribute == AccessibilityAttribute::main || write.attribute == AccessibilityAttribute::focused)) {

@@ -1,14 +1,15 @@
-#include "workspace/LayoutHomes.h"
+#include "workspace/RememberedLayouts.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace kova {
 
-void LayoutHomes::leave(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
+void RememberedLayouts::leave(const DisplayID& displayID, const ShownLayout& layout,
+                              const TileAssignments& assignments) {
     auto& homes = homes_[displayID];
     if (!homes.empty() && homes.back().shown.layoutID == layout.layoutID) homes.clear();
-    LayoutHome home{layout, assignments.onDisplay(displayID)};
+    RememberedLayout home{layout, assignments.onDisplay(displayID)};
     for (const auto& other : homes) {
         for (const auto& window : other.assignments.windows()) home.assignments.remove(window);
     }
@@ -16,49 +17,50 @@ void LayoutHomes::leave(const DisplayID& displayID, const ShownLayout& layout, c
     if (homes.empty()) homes_.erase(displayID);
 }
 
-std::vector<LayoutHome> LayoutHomes::of(const DisplayID& displayID, const TileAssignments& assignments) const {
+std::vector<RememberedLayout> RememberedLayouts::of(const DisplayID& displayID,
+                                                    const TileAssignments& assignments) const {
     const auto found = homes_.find(displayID);
     if (found == homes_.end()) return {};
     const auto present = assignments.onDisplay(displayID).windows();
-    std::vector<LayoutHome> homes = found->second;
+    std::vector<RememberedLayout> homes = found->second;
     for (auto& home : homes) home.assignments.keepOnly(present);
     return homes;
 }
 
-void LayoutHomes::keepIf(const std::function<bool(const WindowID&)>& isKept) {
+void RememberedLayouts::keepIf(const std::function<bool(const WindowID&)>& isKept) {
     for (auto& [display, homes] : homes_) {
         for (auto& home : homes) {
             for (const auto& window : home.assignments.windows()) {
                 if (!isKept(window)) home.assignments.remove(window);
             }
         }
-        std::erase_if(homes, [](const LayoutHome& home) { return home.assignments == TileAssignments{}; });
+        std::erase_if(homes, [](const RememberedLayout& home) { return home.assignments == TileAssignments{}; });
     }
     std::erase_if(homes_, [](const auto& entry) { return entry.second.empty(); });
 }
 
-void LayoutHomes::forget(const WindowID& windowID) {
+void RememberedLayouts::forget(const WindowID& windowID) {
     keepIf([&](const WindowID& window) { return window != windowID; });
 }
 
-void LayoutHomes::keepOnlyWaiting(const TileAssignments& assignments) {
+void RememberedLayouts::keepOnlyWaiting(const TileAssignments& assignments) {
     keepIf([&](const WindowID& window) {
         return !assignments.isAssigned(window) && assignments.stackTargetOf(window).has_value();
     });
 }
 
-void LayoutHomes::keepOnly(const std::set<WindowID>& windowIDs) {
+void RememberedLayouts::keepOnly(const std::set<WindowID>& windowIDs) {
     if (homes_.empty()) return;
     keepIf([&](const WindowID& window) { return windowIDs.contains(window); });
 }
 
-void LayoutHomes::rename(const WindowID& windowID, const WindowID& newID) {
+void RememberedLayouts::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& [display, homes] : homes_) {
         for (auto& home : homes) home.assignments.rename(windowID, newID);
     }
 }
 
-void LayoutHomes::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+void RememberedLayouts::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     auto homes = homes_.extract(displayID);
     if (homes.empty()) return;
     homes.key() = newID;

@@ -14,13 +14,13 @@
 
 namespace kova {
 
-class LayoutHomes {
+class RememberedLayouts {
   public:
     /// Call before the display's layout is replaced: remembers the windows that have no home yet. First forgets all
     /// homes if the replaced layout is the oldest remembered one.
     void leave(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments);
     /// The remembered windows that are still on the display, per layout, the newest layout first.
-    std::vector<LayoutHome> of(const DisplayID& displayID, const TileAssignments& assignments) const;
+    std::vector<RememberedLayout> of(const DisplayID& displayID, const TileAssignments& assignments) const;
 
     /// Forgets the window, which the user has moved.
     void forget(const WindowID& windowID);
@@ -31,12 +31,12 @@ class LayoutHomes {
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
-    bool operator==(const LayoutHomes&) const = default;
+    bool operator==(const RememberedLayouts&) const = default;
 
   private:
     void keepIf(const std::function<bool(const WindowID& windowID)>& isKept);
 
-    std::map<DisplayID, std::vector<LayoutHome>> homes_; // the newest layout first
+    std::map<DisplayID, std::vector<RememberedLayout>> homes_; // the newest layout first
 };
 
 } // namespace kova
