@@ -43,7 +43,7 @@ void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vec
         for (const auto* window : candidates) {
             if (!fits(*identity, *window)) continue;
             choices[identity].push_back(window);
-            ++askedFor[window];
+            ++fitCounts[window];
         }
     }
     std::erase_if(missing, [&](const auto* identity) {
