@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-/// Puts the hidden windows of `held` that have no tile into free tiles of `held`, if possible each into its own. Returns
-/// the ids of these windows.
+/// Puts the hidden windows of `held` that have no tile into free tiles of `held`, if possible each into its own.
+/// Returns the ids of these windows.
 std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
                                         const std::function<bool(const WindowID& windowID)>& isPutAway) {
     std::vector<WindowID> returned;

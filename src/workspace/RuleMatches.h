@@ -17,7 +17,8 @@ struct RuleMatch {
     bool operator==(const RuleMatch&) const = default;
 };
 
-/// The largest number of rules that are matched: only generated lists are longer, and matching them would take too long.
+/// The largest number of rules that are matched: only generated lists are longer, and matching them would take too
+/// long.
 inline constexpr std::size_t kMostRulesMatched = 500;
 
 /// For each of the first `kMostRulesMatched` rules the windows that it matches, in the order of the windows.

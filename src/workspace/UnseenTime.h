@@ -1,5 +1,5 @@
-// Measures how long the workspace was suspended because the screen was asleep, locked or used by another user. Deadlines
-// of awaited windows are extended by that time, since no window was placed.
+// Measures how long the workspace was suspended because the screen was asleep, locked or used by another user.
+// Deadlines of awaited windows are extended by that time, since no window was placed.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -257,8 +257,8 @@ class CommandPlanner {
         return any == input_.windows.end() ? nullptr : &*any;
     }
 
-    /// The tile of the same slot if it is free, else the first free tile; without a free tile the tile of the same slot,
-    /// else the first tile.
+    /// The tile of the same slot if it is free, else the first free tile; without a free tile the tile of the same
+    /// slot, else the first tile.
     const WorkspaceTile* landingTile(const ManagedWindow& window, const DisplayID& display) const {
         const auto own = input_.assignments.targetOf(window.id);
         const WorkspaceTile* ownTile = own ? tileWith(*own) : nullptr;

@@ -29,8 +29,8 @@ struct WindowSuccessor {
     bool operator==(const WindowSuccessor&) const = default;
 };
 
-/// Matches the live `candidates` to missing windows by process, bundle identifier, title and frame (within 2 points). If
-/// no candidate has the frame, the same origin or size is enough, since a transition moves or resizes windows, but
+/// Matches the live `candidates` to missing windows by process, bundle identifier, title and frame (within 2 points).
+/// If no candidate has the frame, the same origin or size is enough, since a transition moves or resizes windows, but
 /// seldom both. Ambiguous matches are dropped.
 std::vector<WindowSuccessor> recognizeWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);

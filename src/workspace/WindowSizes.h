@@ -1,7 +1,7 @@
 // The minimum size of each window: announced by the window, observed when it refused to shrink or, if neither is known,
-// learned for its application. Always true: an observed minimum size is forgotten as soon as the window is seen smaller.
-// An observed minimum size that contradicts the announced one counts only until the next arrangement, unless that
-// arrangement confirms it.
+// learned for its application. Always true: an observed minimum size is forgotten as soon as the window is seen
+// smaller. An observed minimum size that contradicts the announced one counts only until the next arrangement, unless
+// that arrangement confirms it.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -34,8 +34,8 @@ class WindowSizes {
 
     /// Records that the pointer has pressed or released a window.
     void notePointer(Seconds uptime) { pointerMovedAt_ = uptime; }
-    /// Begins an arrangement: forgets observed minimum sizes that are not confirmed, so that the windows get requests for
-    /// their tiles again.
+    /// Begins an arrangement: forgets observed minimum sizes that are not confirmed, so that the windows get requests
+    /// for their tiles again.
     void beginArrangement();
 
     enum class Refusal { unreliable, known, changed };

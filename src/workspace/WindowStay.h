@@ -22,10 +22,10 @@ struct WindowSituation {
     bool isOffScreen = false;             // no display shows the window although it is neither minimized nor hidden
     std::optional<std::string> manager{}; // why the window manager refuses placements, as a sentence
     bool isFloating = false;              // by command
-    std::optional<std::string> rule{};    // the rule that keeps the window out of arrangements: “Notes float” says float
-    bool isDisplayAwaited = false;        // its display was just disconnected
-    bool isAwaitedByLaunch = false;       // a tile waits for a window of its application
-    bool isAwaitedByScene = false;        // a scene waits for a window of its application
+    std::optional<std::string> rule{}; // the rule that keeps the window out of arrangements: “Notes float” says float
+    bool isDisplayAwaited = false;     // its display was just disconnected
+    bool isAwaitedByLaunch = false;    // a tile waits for a window of its application
+    bool isAwaitedByScene = false;     // a scene waits for a window of its application
 };
 
 /// Empty if the window is in its tile or will get a request for its frame.

@@ -40,7 +40,8 @@ struct ActionTraits {
     enum class FocusMode { stays, closes };
     Needs needs = Needs::nothing;
     FocusMode focusMode = FocusMode::stays; // layout changes end focus mode in any case, when they add their undo step
-    std::string_view undoLabel{}; // of the action's undo step; empty if the label depends on details or there is no step
+    std::string_view
+        undoLabel{}; // of the action's undo step; empty if the label depends on details or there is no step
 };
 
 /// Commands for one window, which can be planned without being carried out. An absent window id stands for the focused
@@ -217,8 +218,8 @@ struct LaunchApplication {
     SlotID slotID;
     LaunchCompletion completion{};
 };
-/// Requests the application that owns the window to quit. Refused if there is no such window, or the application belongs
-/// to the desktop.
+/// Requests the application that owns the window to quit. Refused if there is no such window, or the application
+/// belongs to the desktop.
 struct QuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
     WindowID windowID;
@@ -234,8 +235,8 @@ struct ForceQuitAll {};
 struct ForceQuit {
     std::vector<RunningApplication> confirmed;
 };
-/// Drops what was learned of an application: minimum sizes and usual tiles. `name` is its name, its identifier or a part
-/// of them that no other application has. The outcome's details are `ForgottenApplications`.
+/// Drops what was learned of an application: minimum sizes and usual tiles. `name` is its name, its identifier or a
+/// part of them that no other application has. The outcome's details are `ForgottenApplications`.
 struct ForgetApplication {
     std::string name;
 };
