@@ -72,6 +72,9 @@ bool FrameKeeper::isWaiting() const {
 }
 
 void FrameKeeper::rename(const WindowID& windowID, const WindowID& newID) {
+    // The new id may be that of another tab, which may accept the frame.
+    const auto found = refusals_.find(windowID);
+    if (found != refusals_.end() && !found->second.isAccepted) refusals_.erase(found);
     renameKey(refusals_, windowID, newID);
     sizes_.rename(windowID, newID);
     reflow_.rename(windowID, newID);

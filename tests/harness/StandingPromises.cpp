@@ -197,7 +197,11 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
         // A restart moves no window: one that is off its tile stays there until its tile changes or all are arranged.
-        const auto found = foundAtRestart_.find(window.label());
+        auto found = foundAtRestart_.find(window.label());
+        for (const auto* tab : desktop.livingWindows()) { // another tab takes over the place
+            const bool isInGroup = window.tabGroup != 0 && tab->tabGroup == window.tabGroup;
+            if (found == foundAtRestart_.end() && isInGroup) found = foundAtRestart_.find(tab->label());
+        }
         if (found != foundAtRestart_.end()) {
             if (!found->second.tile) found->second.tile = tile.frameForWindowService;
             if (found->second.frame == frame && found->second.tile == tile.frameForWindowService) continue;
