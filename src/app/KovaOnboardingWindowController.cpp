@@ -22,7 +22,8 @@ void KovaOnboardingWindowController::showIfNeeded() {
     if (*services_.state.isCompleted()) return;
     if (*services_.workspace.state().permissionState == AccessibilityPermissionState::granted) {
         services_.state.complete();
-    } else if (services_.dialog && show().has_value()) { // kova-ui cannot show it
+    } else if (services_.dialog) {
+        if (!show().has_value()) return; // kova-ui shows it
         services_.dialog->showOnboarding(dockOffer(), [this] { services_.permission.ask(); });
     }
 }

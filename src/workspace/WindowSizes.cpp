@@ -10,9 +10,9 @@ namespace kova {
 
 namespace {
 
-constexpr int kArrangementsToBelieve = 2; // that show a size which contradicts the announced minimum
+constexpr int kArrangementsToConfirm = 2; // how many must observe a minimum size that contradicts the announced one
 
-bool isAny(CGSize size) {
+bool isKnownInAnyDirection(CGSize size) {
     return size.width > 0 || size.height > 0;
 }
 
@@ -31,7 +31,7 @@ CGSize smaller(CGSize a, CGSize b) {
 } // namespace
 
 bool WindowSizes::Known::isConfirmed() const {
-    return !contradictsAnnouncement || arrangements >= kArrangementsToBelieve;
+    return !contradictsAnnouncement || arrangements >= kArrangementsToConfirm;
 }
 
 const WindowSizes::Known* WindowSizes::find(const WindowID& windowID) const {
@@ -43,7 +43,8 @@ CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<C
                               Purpose purpose) const {
     const Known* known = find(window.id);
     const CGSize announced = window.minimumSize.value_or(CGSize{});
-    const bool counts = known && isAny(known->shown) && (purpose == Purpose::present || known->isConfirmed());
+    const bool counts =
+        known && isKnownInAnyDirection(known->shown) && (purpose == Purpose::present || known->isConfirmed());
     if (counts) return larger(announced, known->shown);
     if (window.minimumSize || !ofApplication) return announced;
     return known && known->smallest ? smaller(*ofApplication, *known->smallest) : *ofApplication;
@@ -52,7 +53,7 @@ CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<C
 std::map<WindowID, CGSize> WindowSizes::shown() const {
     std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
-        if (isAny(known.shown)) sizes[id] = known.shown;
+        if (isKnownInAnyDirection(known.shown)) sizes[id] = known.shown;
     }
     return sizes;
 }
@@ -60,7 +61,7 @@ std::map<WindowID, CGSize> WindowSizes::shown() const {
 std::map<WindowID, CGSize> WindowSizes::confirmed() const {
     std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
-        if (isAny(known.shown) && known.isConfirmed()) sizes[id] = known.shown;
+        if (isKnownInAnyDirection(known.shown) && known.isConfirmed()) sizes[id] = known.shown;
     }
     return sizes;
 }
@@ -82,7 +83,7 @@ WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSiz
     CGSize shown = known.shown;
     if (actual.width > wanted.width + kFrameTolerancePoints) shown.width = actual.width;
     if (actual.height > wanted.height + kFrameTolerancePoints) shown.height = actual.height;
-    if (!isAny(shown)) return Refusal::unreliable;
+    if (!isKnownInAnyDirection(shown)) return Refusal::unreliable;
     const CGSize announced = window.minimumSize.value_or(shown);
     known.contradictsAnnouncement = shown.width > announced.width + kFrameTolerancePoints ||
                                     shown.height > announced.height + kFrameTolerancePoints;
@@ -127,7 +128,8 @@ WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize 
         known.arrangements = 0;
         known.lastArrangement = -1;
     }
-    // Another window of the application may simply be a small one.
+    // Disproves the minimum size of the application only together with that of this window: otherwise this window may
+    // just be a small one.
     disproof.ofApplication =
         ofApplication && (disproof.ofWindow || known.wasRetried) &&
         (isSmaller(size.width, ofApplication->width) || isSmaller(size.height, ofApplication->height));
@@ -142,7 +144,7 @@ bool WindowSizes::isRetryDue(const ManagedWindow& window, const std::optional<CG
     const CGSize least = minimumOf(window, ofApplication);
     const bool isRemembered = least.width > announced.width + kFrameTolerancePoints ||
                               least.height > announced.height + kFrameTolerancePoints;
-    const bool wasShownLately = known && isAny(known->shown) && uptime - known->shownAt < kRetryAfter;
+    const bool wasShownLately = known && isKnownInAnyDirection(known->shown) && uptime - known->shownAt < kRetryAfter;
     return isRemembered && !wasShownLately;
 }
 
@@ -174,7 +176,7 @@ void WindowSizes::rename(const WindowID& windowID, const WindowID& newID) {
 void WindowSizes::restore(const WindowID& windowID, CGSize size) {
     Known& known = known_[windowID];
     known.shown = size;
-    known.arrangements = kArrangementsToBelieve;
+    known.arrangements = kArrangementsToConfirm;
 }
 
 } // namespace kova

@@ -22,9 +22,9 @@ class Restart : public ::testing::TestWithParam<Manager> {
         const bool isManaged = GetParam() == Manager::openbox;
         if (isManaged) server_.startManager();
         for (int i = 0; i < 2; ++i) windows_.push_back(drawing_.open({.title = "Drawing " + std::to_string(i)}));
-        // Its size is a multiple of its cells, so it never fills its tile completely.
-        waiting_ = writing_.open({.title = "Writing", .cells = CGSize{17, 31}});
-        windows_.push_back(waiting_);
+        // The size of this window is a multiple of its cell size, so it never fills its tile completely.
+        cellSizedWindow_ = writing_.open({.title = "Writing", .cells = CGSize{17, 31}});
+        windows_.push_back(cellSizedWindow_);
         start();
         ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
         ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
@@ -62,7 +62,8 @@ class Restart : public ::testing::TestWithParam<Manager> {
         writing_.sync();
         int moves = 0;
         for (const auto window : windows_) {
-            moves += window == waiting_ ? writing_.takeConfigureCount(window) : drawing_.takeConfigureCount(window);
+            moves +=
+                window == cellSizedWindow_ ? writing_.takeConfigureCount(window) : drawing_.takeConfigureCount(window);
         }
         return moves;
     }
@@ -77,14 +78,14 @@ class Restart : public ::testing::TestWithParam<Manager> {
     TestClient drawing_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
     TestClient writing_{server_.displayName(), "Writing", static_cast<std::uint32_t>(getppid())};
     std::vector<xcb_window_t> windows_;
-    xcb_window_t waiting_ = 0;
+    xcb_window_t cellSizedWindow_ = 0;
 };
 
 TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
     const auto tiles = session_.query("tiles");
     const auto windows = session_.query("windows");
     const auto seen = shown();
-    EXPECT_NE(std::ranges::count(seen, false), 0) << "no window is hidden that the agent could lose";
+    EXPECT_NE(std::ranges::count(seen, false), 0) << "at least one window must be hidden before the agent is killed";
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGKILL);
         ASSERT_TRUE(session_.waitForAgent());
@@ -101,12 +102,12 @@ TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
     EXPECT_NE(undo.output.find("nothing to undo"), std::string::npos) << undo.output;
 }
 
-/// Only with a window manager, where windows can be stacked here.
+/// Runs only with a window manager: without one these tests stack no window.
 class Upgrade : public Restart {};
 
 /// The end of an agent shows hidden windows without changing the focus; the next agent hides them again.
 TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
-    // Of two applications with a window each, the stacked one is hidden as an application.
+    // Each application now has one window, so stacking a window hides its whole application instead of minimizing it.
     drawing_.destroy(windows_[1]);
     windows_.erase(windows_.begin() + 1);
     ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
@@ -120,7 +121,8 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGTERM);
         ASSERT_TRUE(session_.waitForAgent());
-        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one application was hidden";
+        EXPECT_TRUE(eventually([&] { return shown() != seen; }))
+            << "the agent that ended did not show the application that it had hidden";
         start(); // while the window manager may still animate its return
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();

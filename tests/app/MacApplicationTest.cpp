@@ -1,4 +1,4 @@
-// Arguments that a Mac adds, and activations by an opening.
+// Command-line arguments that macOS adds, and activations that follow when the user opens KOVA or one of its URLs.
 #include "app/ActivationReturn.h"
 #include "app/SystemArguments.h"
 
@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-TEST(SystemArguments, PairsOfDefaultsAndProcessSerialNumbersAreRemoved) {
+TEST(SystemArguments, ProcessSerialNumbersAndPairsOfUserDefaultsAreRemoved) {
     const struct {
         std::vector<std::string> given;
         std::vector<std::string> kept;
@@ -30,7 +30,7 @@ TEST(SystemArguments, PairsOfDefaultsAndProcessSerialNumbersAreRemoved) {
     }
 }
 
-TEST(ActivationReturn, OnlyAnActivationSoonAfterAnOpeningIsReturned) {
+TEST(ActivationReturn, GivesBackOrPassesOnActivationsSoonAfterKovaWasOpenedUnlessADialogIsShown) {
     ActivationReturn activation;
     EXPECT_EQ(activation.use(Seconds(10), OwnDialog::none), ActivationUse::keep) << "the user clicked on KOVA";
     activation.noteOpened(Seconds(10), OpenedWindow::none);

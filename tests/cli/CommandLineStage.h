@@ -39,7 +39,7 @@ class CommandLine : public testing::Test, public AgentStage {
         desk.desktop.keyboard().press(keyCode::g, modifierFlag::control | modifierFlag::option);
     }
 
-    /// Commands write their files to this folder.
+    /// Makes `files` the current folder, to which commands write their files.
     void SetUp() override {
         std::filesystem::current_path(files.path());
         for (const char* home : {"HOME=", "XDG_STATE_HOME="}) environment.push_back(home + state.path().string());

@@ -107,7 +107,7 @@ void EventLoop::onStopSignal(std::function<void()> stop) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) loop_->signals.add(signal);
     loop_->signals.async_wait([this, stop = std::move(stop)](const asio::error_code& error, int) {
         if (error) return;
-        // A second signal ends the process at once, as it would any other.
+        // Restores the default action, so that a second signal ends the process at once.
         loop_->signals.clear();
         stop();
     });
