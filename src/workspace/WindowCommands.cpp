@@ -123,6 +123,7 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
     for (const auto& step : plan.steps) {
         if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
     }
+    bool hasFocused = true;
     for (const auto& step : plan.steps) {
         const ManagedWindow* live = liveWindows_.find(step.windowID);
         if (!live) continue;
@@ -135,16 +136,15 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
         case WindowStep::Kind::wait: // done by placing the other window
             break;
         case WindowStep::Kind::focus:
-            if (!presenter_.focus(window)) return access_.refuseSilently("The window could not be focused");
+            hasFocused = presenter_.focus(window);
             break;
         case WindowStep::Kind::floating:
             floatByCommand(window);
             break;
         }
     }
-    if (plan.steps.empty() || plan.action.empty()) return Outcome::done();
-    keeper_.commit({.before = before});
-    return Outcome::done();
+    if (!plan.steps.empty() && !plan.action.empty()) keeper_.commit({.before = before});
+    return hasFocused ? Outcome::done() : access_.refuseSilently("The window could not be focused");
 }
 
 const WindowStep* WindowCommands::lastPlacement(const WindowPlan& plan) {

@@ -45,7 +45,7 @@ class WindowPresenter {
     /// False if the window was closed or its application has ended.
     bool focus(const ManagedWindow& window);
     void requestPresentation(const WindowID& windowID, WindowPresentation presentation);
-    /// Hides windows that lost their tile: the application where none of its windows stays visible, else the window.
+    /// Hides windows that lost their tile: the application if none of its windows stays in a tile, else the window.
     void presentDisplaced(const std::vector<WindowID>& displacedWindowIDs);
     /// Requests the frames of windows that are off their tiles.
     void reapplyTileFrames(Straying straying);

@@ -57,6 +57,17 @@ TEST_F(WindowCommandStories, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
     EXPECT_FALSE(desk.wasCarriedOut());
 }
 
+TEST_F(WindowCommandStories, AStackedWindowThatWasClosedUnnoticedIsNotFocusedAndTheNextOneComesForward) {
+    desk.opens("Notes").settle();
+    desk.perform(command::Place{id("Notes"), tile("secondary-1")}).settle();
+    const WindowID mail = id("Mail");
+    desk.desktop.close("Mail");
+    EXPECT_FALSE(desk.controller().perform(command::FocusWindow{mail}));
+    EXPECT_EQ(*desk.controller().state().assignedWindowIDs, desk.controller().assignments().assignedWindowIDs);
+    desk.settle();
+    desk.expectTiles("Codex 15,15 1254x1382 | Notes 1291,15 1254x1382");
+}
+
 TEST_F(WindowCommandStories, TwoWindowsTradePlacesAndTheirStacksStay) {
     desk.opens("Notes").opens("Viewer").settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
