@@ -98,7 +98,7 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
 
 namespace {
 
-/// Restores spans whose tiles are free and exist in the new layout.
+/// Restores spans all of whose tiles are among the free ones.
 void giveSpans(std::vector<Occupant>& all, std::vector<SlotID>& free) {
     const auto isFree = [&](const SlotID& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
     for (Occupant& occupant : all) {
@@ -166,8 +166,8 @@ LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayI
     return result;
 }
 
-/// Makes the window that came forward in a remembered stack its front window; if the remembered front window has left
-/// the stack, the next one.
+/// Keeps a stacked window in front that came forward since its stack was remembered. A stack without a front window
+/// gets its first window as front window.
 void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
     for (Occupant& occupant : all) {
         if (occupant.front && now.isAssigned(*occupant.front)) continue;

@@ -30,9 +30,9 @@ class SpaceMemory {
     /// Like `store`, but only for windows in these tiles, in front or stacked.
     void storeFrom(const std::vector<TileTarget>& targets, const std::vector<ManagedWindow>& windows,
                    TileAssignments& assignments);
-    /// Returns windows whose Space is shown again to their tiles, in front of windows placed there since. First removes
-    /// windows that are elsewhere from the assignments. Windows that moved to another Space or have a tile are not
-    /// returned. True if any window was returned.
+    /// Returns windows whose Space is shown again to their tiles, in front of windows placed there since, unless they
+    /// moved to another Space or have a tile. If any window returns, stores the windows that are elsewhere now and
+    /// returns true.
     bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
                  TileAssignments& assignments);
 

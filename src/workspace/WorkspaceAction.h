@@ -198,7 +198,7 @@ struct BeginWindowDrag {
 struct UpdateWindowDrag {
     CGPoint pointer{};
     WindowDragKind kind = WindowDragKind::move;
-    DropMode mode = DropMode::intoTile; // of a drop now
+    DropMode mode = DropMode::intoTile; // what a drop at this moment would do
 };
 struct EndWindowDrag {
     CGPoint pointer{};

@@ -1,4 +1,4 @@
-// The operations of the workspace. Each one uses only operations above it.
+// The operations of the workspace. Each operation is constructed from operations above it.
 #pragma once
 
 #include "workspace/ApplicationActions.h"
