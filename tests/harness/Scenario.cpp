@@ -16,10 +16,10 @@ Scenario::Scenario() {
 
 Scenario::~Scenario() {
     if (delegate_) {
-        delegate_->workspace().stop(); // also where it was started without its delegate
+        delegate_->workspace().stop(); // also if the test started the controller without its delegate
         delegate_.reset();
     }
-    // Longer than every delay in the agent; work still queued after it would repeat forever.
+    // Longer than every delay in the agent: work that is still queued afterwards would repeat forever.
     desktop.queue().advance(Seconds(30));
     EXPECT_EQ(desktop.queue().pendingCount(), 0u) << "work is left in the queue";
 }
@@ -100,7 +100,7 @@ Scenario& Scenario::restart(const std::function<void()>& beforeTheFirstPoll) {
 }
 
 Scenario& Scenario::simulate(SystemActivityEvent event) {
-    (void)isRecovering(); // from when it was still away
+    (void)isRecovering(); // records a suspension that the event may end
     desktop.simulate(event);
     desktop.queue().runDue();
     return *this;
@@ -111,13 +111,13 @@ bool Scenario::isManaging() {
            !desktop.stalePermission() && !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
 }
 
-/// After sleep and lock, windows that are missing are awaited for 10 s from the first poll, which may be slow.
+/// After sleep and lock, the agent awaits missing windows for 10 s from the first poll, which may be slow.
 bool Scenario::isRecovering() {
     if (isSuspended() || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
     return desktop.queue().uptime() < recoveryEnd_;
 }
 
-/// After a restart it is the same for windows that closed while no agent was looking.
+/// After a restart, the agent awaits in the same way windows that closed while no agent was running.
 bool Scenario::isResuming() {
     return desktop.queue().uptime() < resumptionEnd_;
 }
@@ -132,7 +132,7 @@ Scenario& Scenario::perform(const WorkspaceAction& action) {
 }
 
 Scenario& Scenario::arrange() {
-    // A poll sees windows that were just opened.
+    // Waits for a poll that sees windows that were just opened.
     const Seconds late = desktop.announcesUnasked() ? Seconds(0) : Seconds(0.1);
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
     foundAtRestart_.clear();
@@ -173,7 +173,7 @@ Scenario& Scenario::advance(Seconds duration) {
     noteLosses();
     desktop.queue().advance(duration);
     noteLosses();
-    // A window that closed itself meanwhile may be noticed only by the next poll.
+    // Perhaps only the next poll notices a window that closed itself meanwhile.
     isSettled_ = duration >= needed && desktop.closedCount() == closedBefore;
     isSettled_ = isSettled_ && desktop.queue().uptime() >= lossesNoticed_;
     checkPromises();

@@ -3,10 +3,10 @@
 // desk.arrange(); desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372"); Every step checks these
 // invariants: tiles fill their display and do not overlap, no window is in two tiles except as a span, stacks and
 // anchors agree with the assignments, published values equal the state, and every call obeys the platform interface.
-// After settling also: only live windows have tiles, every window that accepts its frame is in its tile, none lies
+// Once settled: only live windows have tiles, every window that accepts its frame is in its tile, no window lies
 // outside all displays, and tiled windows with their minimum sizes do not overlap. Each message is known to kova-ui,
 // which translates it. At the end of the scenario no work is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop
-// answers and announces as a Mac does, unless a scenario says otherwise.
+// responds and announces changes like a Mac, unless a scenario sets another style.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -24,10 +24,10 @@ namespace kova {
 
 class Scenario {
   public:
-    /// Long enough for an arrangement, its second pass and the verification of both, and for the polls that repair
-    /// drift; too short for a status message to end.
+    /// Long enough for an arrangement, its second pass, the verification of both, and the polls that repair drift; too
+    /// short for a status message to end.
     static constexpr Seconds kSettlingTime{2.4};
-    /// Longer while an application does not respond, since each poll waits for it.
+    /// `kSettlingTime`, or longer while an application does not respond, since each poll waits for it.
     Seconds settlingTime() const;
 
     Scenario();
@@ -37,12 +37,12 @@ class Scenario {
 
     // Displays and windows. Displays are called "A", "B", and so on, unless they are named.
     Scenario& display(double width, double height, std::string name = {});
-    /// Of the display added last, unless one is named.
+    /// Selects the layout of the named display; without a name, of the display added last.
     Scenario& layout(std::string_view layoutID, std::string_view displayName = {});
     /// Opens a window, launching its application when it does not run yet.
     Scenario& opens(const std::string& application, WindowTraits traits = {});
 
-    // Lifecycle; every action starts the controller if nothing else did.
+    // Lifecycle; every action starts the controller if it has not been started.
     Scenario& start(const std::function<void()>& beforeTheFirstPoll = {});
     Scenario& stop();
     /// Destroys the controller and starts a new one with the present preferences.
@@ -68,12 +68,12 @@ class Scenario {
     // Time
     Scenario& advance(Seconds duration);
     Scenario& settle() { return advance(settlingTime()); }
-    /// Long enough for windows to show minimum sizes that they have not announced, and for others to make room.
+    /// Advances until windows have revealed minimum sizes that they do not announce, and others have made room.
     Scenario& rest();
 
     // Expectations, as one line of text each. A failure prints the whole screen.
-    /// Per tile in layout order the window in front with its frame in window-service space, then those behind it:
-    /// "Mail 15,15 600x400 + Notes | - | (Mail)"; "-" is an empty tile, "(Mail)" one that a spanning window covers.
+    /// Per tile in layout order the front window with its frame in window-service space, then the stacked windows:
+    /// "Mail 15,15 600x400 + Notes | - | (Mail)". "-" is an empty tile, "(Mail)" a tile that the span of Mail covers.
     /// Displays are separated by " || ".
     std::string tiles();
     void expectTiles(std::string_view expected);
@@ -81,9 +81,9 @@ class Scenario {
     void expectFocus(std::string_view label);
     /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
-    /// The number of polls that an idle desktop may see within the duration: 0, if no announcement can get lost.
+    /// The largest permitted number of polls of an idle desktop within the duration: 0 if no announcement can get lost.
     int mostPollsAtRest(Seconds duration) const;
-    /// The last arrangement's lines.
+    /// The lines of the last arrangement's explanation.
     std::string explanation();
 
     AppDelegate& delegate();
@@ -106,7 +106,7 @@ class Scenario {
     void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
     void checkAssignments(std::vector<std::string>& broken);
     void checkWindowsAreAtRest(std::vector<std::string>& broken);
-    enum class MinimumSizes { told, all };
+    enum class MinimumSizes { announced, all };
     void checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered);
 
     void checkCanBeTranslated(const std::string& message);
@@ -120,13 +120,13 @@ class Scenario {
     bool isSettled_ = false;
     Seconds recoveryEnd_{0}; // uptime
     Seconds resumptionEnd_{0};
-    Seconds lossesNoticed_{0}; // uptime by which a poll has found what was not announced
+    Seconds lossesNoticed_{0}; // uptime by which a poll has found all changes whose announcements were lost
     int lossesKnown_ = 0;
     struct Found {
         CGRect frame;
-        std::optional<CGRect> tile; // at the first look at it
+        std::optional<CGRect> tile; // as first checked
     };
-    std::map<std::string, Found> foundAtRestart_; // by label, window-service space; until the next arrangement
+    std::map<std::string, Found> foundAtRestart_; // by label, in window-service space; until the next arrangement
 };
 
 } // namespace kova

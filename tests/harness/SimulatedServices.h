@@ -1,4 +1,4 @@
-// The workspace's services, all by a simulated desktop.
+// The workspace's services, all provided by a simulated desktop.
 #pragma once
 
 #include "platform/simulated/SimulatedDesktop.h"
@@ -6,7 +6,7 @@
 
 namespace kova {
 
-/// The services refer to both, which outlive every user of the services.
+/// The services refer to the desktop and the preferences, which must outlive every user of the services.
 inline WorkspaceServices simulatedServices(SimulatedDesktop& desktop, PreferencesStore& preferences) {
     return {
         .accessibility = desktop,

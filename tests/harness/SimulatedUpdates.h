@@ -1,4 +1,4 @@
-// A check for newer versions that never ends.
+// A fake update checker whose check never ends.
 #pragma once
 
 #include "app/UpdateChecker.h"

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kTolerance = 2;       // points, as in the verification of placements
 constexpr int kProbesPerSide = 24;     // points of a display that are checked for gaps
-constexpr double kSmallestTiled = 400; // points; smaller displays give up margins and gutters
+constexpr double kSmallestTiled = 400; // points; layouts of smaller displays have no margins and gutters
 
 bool overlap(const CGRect& a, const CGRect& b) {
     return intersectionArea(insetBy(a, 0.5), insetBy(b, 0.5)) > 0;
@@ -51,7 +51,7 @@ void Scenario::checkPromises() {
         checkTilesFillTheirDisplays(broken);
         if (isSettled_ && !recovers) {
             checkWindowsAreAtRest(broken);
-            checkTiledWindowsDoNotOverlap(broken, MinimumSizes::told);
+            checkTiledWindowsDoNotOverlap(broken, MinimumSizes::announced);
         }
     }
     for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
@@ -60,11 +60,11 @@ void Scenario::checkPromises() {
 void Scenario::checkCanBeTranslated(const std::string& message) {
     const bool isKnown =
         std::ranges::any_of(ui::kAgentTexts, [&](const char* text) { return ui::namesIn(message, text).has_value(); });
-    // "Dual Split on A" has names only; a refusal that lists choices begins differently each time.
+    // "Dual Split on A" consists of names only; the beginning of a refusal that lists choices varies.
     const bool isListed = message.find('\n') != std::string::npos;
     const bool hasNamesOnly = std::ranges::any_of(
         desktop.screens(), [&](const Screen& screen) { return message.ends_with(" on " + screen.localizedName); });
-    // What the simulated desktop reports.
+    // Texts of the simulated desktop.
     const bool isOfDesktop = message.ends_with("is broken") || message == "Give the permission anew";
     EXPECT_TRUE(isKnown || isListed || hasNamesOnly || isOfDesktop)
         << "kova-ui cannot translate the message “" << message << "”: add it to src/ui/client/AgentTextPatterns.h";
@@ -84,7 +84,7 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
             cells.push_back(tile.frameOnScreen);
             surroundings.push_back(withSurroundings(tile.frameOnScreen, layout->metrics));
             if (!containsWithin(screen.visibleFrame, tile.frameOnScreen, kTolerance)) {
-                broken.push_back("tile sticks out of its display: " + tile.target.text());
+                broken.push_back("tile exceeds its display: " + tile.target.text());
             }
         }
         const bool isLarge =
@@ -103,31 +103,32 @@ void Scenario::checkAssignments(std::vector<std::string>& broken) {
     for (const auto& [window, targets] : tilesOfWindow) {
         const auto anchor = assignments.anchorsByWindowID.find(window);
         const bool spans = anchor != assignments.anchorsByWindowID.end();
-        if (targets.size() > 1 && !spans) broken.push_back("in two tiles: " + desktop.labelOfID(window));
+        if (targets.size() > 1 && !spans)
+            broken.push_back("window in two tiles without an anchor: " + desktop.labelOfID(window));
         if (spans && !targets.contains(anchor->second)) {
-            broken.push_back("anchored where it is not: " + desktop.labelOfID(window));
+            broken.push_back("anchor is not among the window's tiles: " + desktop.labelOfID(window));
         }
     }
     std::set<WindowID> stacked;
     for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) {
         if (stack.empty()) broken.push_back("empty stack at " + target.text());
         for (const auto& window : stack) {
-            if (!stacked.insert(window).second) broken.push_back("stacked twice: " + desktop.labelOfID(window));
+            if (!stacked.insert(window).second) broken.push_back("window stacked twice: " + desktop.labelOfID(window));
         }
         const auto front = assignments.assignedWindowIDs.find(target);
         if (front != assignments.assignedWindowIDs.end() && !stack.empty() && stack.front() != front->second) {
-            broken.push_back("not first of its stack: " + desktop.labelOfID(front->second));
+            broken.push_back("front window is not the first of its stack: " + desktop.labelOfID(front->second));
         }
     }
     const auto& published = controller().state();
     if (*published.assignedWindowIDs != assignments.assignedWindowIDs ||
         *published.stackWindowIDsByTarget != assignments.stackWindowIDsByTarget) {
-        broken.push_back("what is published differs from what is so");
+        broken.push_back("the published assignments differ from the present ones");
     }
 }
 
-/// For windows that accept every frame down to their minimum size. A window larger than its whole display always
-/// overlaps.
+/// Checks windows that accept every frame down to their minimum size, except windows larger than their display, which
+/// always overlap others.
 void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
     std::map<std::string, std::pair<DisplayID, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
@@ -164,30 +165,31 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     std::set<WindowID> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        // A window that does not move may shrink off its display; a late response may return to a disconnected one.
+        // A display may shrink away from a window that refuses to move; a slow application may move its window to a
+        // display that is disconnected by then.
         const auto& habits = window->traits();
-        const bool goesWhereItIsTold = !habits.refusesToMove && habits.answersAfter <= Seconds(0);
-        if (goesWhereItIsTold && !desktop.isOnSomeDisplay(*window)) {
-            broken.push_back("outside all displays: " + window->label());
+        const bool movesAtOnce = !habits.refusesToMove && habits.answersAfter <= Seconds(0);
+        if (movesAtOnce && !desktop.isOnSomeDisplay(*window)) {
+            broken.push_back("window outside all displays: " + window->label());
         }
     }
-    // Windows closed by an unresponsive application are unknown until it responds, and some closed windows go on
-    // responding.
+    // KOVA does not notice that an unresponsive application has closed a window, and some closed windows continue to
+    // respond.
     for (const auto& window : controller().liveWindows()) {
         if (desktop.isSilent(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
     }
     const auto& zoomed = *controller().state().focusMode;
-    if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");
+    if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a closed window");
     for (const auto& [target, stack] : controller().assignments().stackWindowIDsByTarget) {
         for (const auto& windowID : stack) {
             if (!living.contains(windowID) && !isResuming())
-                broken.push_back("a dead window waits in " + target.text());
+                broken.push_back("a closed window is stacked in " + target.text());
         }
     }
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || (zoomed && zoomed->windowID == *tile.windowID)) continue;
         if (!living.contains(*tile.windowID)) {
-            if (!isResuming()) broken.push_back("a dead window holds " + tile.target.text());
+            if (!isResuming()) broken.push_back("a closed window fronts " + tile.target.text());
             continue;
         }
         const std::string label = desktop.labelOfID(*tile.windowID);
@@ -196,9 +198,9 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
-        // A restart moves no window: one that is off its tile stays there until its tile changes or all are arranged.
+        // A restart moves no window: a window beside its tile stays there until its tile changes or an arrangement.
         auto found = foundAtRestart_.find(window.label());
-        for (const auto* tab : desktop.livingWindows()) { // another tab takes over the place
+        for (const auto* tab : desktop.livingWindows()) { // another tab takes over the frame
             const bool isInGroup = window.tabGroup != 0 && tab->tabGroup == window.tabGroup;
             if (found == foundAtRestart_.end() && isInGroup) found = foundAtRestart_.find(tab->label());
         }
