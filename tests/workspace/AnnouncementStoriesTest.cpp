@@ -1,4 +1,4 @@
-// A desktop on which applications answer and announce, as on a Mac: how often each one is asked.
+// A desktop like a Mac, where applications respond to queries and announce changes: how often they are queried.
 #include "app/WindowDragCoordinator.h"
 #include "tests/harness/Scenario.h"
 #include "windowing/WindowHold.h"
@@ -36,7 +36,7 @@ TEST_F(Announcements, PollsAreIdleOnceEachApplicationAndWindowIsObserved) {
     EXPECT_EQ(desk.desktop.announcements().requestCount(), 6);
     EXPECT_EQ(desk.controller().liveWindows().size(), 3u);
     EXPECT_LE(polls(Seconds(100)), 10);
-    desk.desktop.setTitle("Maps", "Paris"); // a window opened later is observed, too
+    desk.desktop.setTitle("Maps", "Paris"); // announced by a window that was opened later
     desk.advance(Seconds(0.7));
     EXPECT_EQ(desk.controller().liveWindows().back().title, "Paris");
     desk.desktop.close("Maps");
@@ -65,13 +65,13 @@ TEST_F(Announcements, EachChangeIsFollowedByAPollWithinASecond) {
     for (const auto& [what, change] : changes) {
         desk.advance(Seconds(15));
         for (int waited = 0; polls(Seconds(0.1)) == 0; ++waited) ASSERT_LT(waited, 110) << "before " << what;
-        ASSERT_EQ(polls(Seconds(2)), 0) << "polls do not rest before " << what;
-        change(); // the next poll without it is eight seconds away
+        ASSERT_EQ(polls(Seconds(2)), 0) << "polls are not idle before " << what;
+        change(); // without the change the next poll would follow only after eight seconds
         EXPECT_GE(polls(Seconds(1)), 1) << what;
     }
 }
 
-TEST_F(Announcements, AnAnnouncementThatIsLostIsMadeUpForByTheNextPoll) {
+TEST_F(Announcements, TheNextPollNoticesAChangeWhoseAnnouncementWasLost) {
     const std::string picture = desk.tiles();
     desk.desktop.announcements().lose(1);
     desk.desktop.userMoves("Mail", makeRect(300, 300, 500, 400));
@@ -79,7 +79,7 @@ TEST_F(Announcements, AnAnnouncementThatIsLostIsMadeUpForByTheNextPoll) {
     EXPECT_EQ(desk.tiles(), picture);
 }
 
-TEST_F(Announcements, AnApplicationThatRefusesIsPolledOnlyWhileItHasWindows) {
+TEST_F(Announcements, AnApplicationThatRefusesToBeObservedIsPolledOnlyWhileItHasWindows) {
     desk.desktop.announcements().refuse(desk.desktop.launch("Paint"));
     desk.advance(Seconds(3));
     EXPECT_LE(polls(Seconds(100)), 10);
@@ -91,7 +91,7 @@ TEST_F(Announcements, AnApplicationThatRefusesIsPolledOnlyWhileItHasWindows) {
     EXPECT_LE(polls(Seconds(100)), 10);
 }
 
-TEST_F(Announcements, AnApplicationThatDoesNotAnswerIsPolledForAWhile) {
+TEST_F(Announcements, AnApplicationThatDoesNotRespondIsPolledForAWhile) {
     desk.desktop.setAnswering("Mail", false);
     desk.advance(Seconds(11));
     EXPECT_GE(polls(Seconds(40)), 30) << "the window may return at any moment";
@@ -103,7 +103,7 @@ TEST_F(Announcements, AnApplicationThatDoesNotAnswerIsPolledForAWhile) {
     EXPECT_LE(polls(Seconds(100)), 10);
 }
 
-TEST_F(Announcements, APermissionThatIsIgnoredIsSaidAndFoundGoodAgain) {
+TEST_F(Announcements, AStalePermissionIsReportedAndItsRecoveryIsNoticed) {
     desk.desktop.setPermissionStale(true);
     desk.advance(Seconds(2));
     EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::denied);
@@ -125,7 +125,7 @@ TEST_F(Announcements, AreRequestedAgainAfterThePermissionWasTakenAwayAndGivenBac
     EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox");
 }
 
-TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
+TEST_F(Announcements, AnEnhancedUserInterfaceIsSwitchedOffOnceForASeriesOfFrames) {
     desk.desktop.setEnhancedUserInterface("Mail", true);
     (void)desk.desktop.takeJournal();
     const auto divider = desk.controller().dividers().front();
@@ -145,27 +145,27 @@ TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
     EXPECT_EQ(journal.find("Notes: AXEnhanced"), std::string::npos);
 }
 
-TEST_F(Announcements, APressQueriesOnlyNearATitleOrAnEdge) {
+TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleOrAnEdge) {
     OverlayBoard board;
     WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
     drags.installMonitor();
-    const auto questions = [&](CGPoint press, CGPoint release, WindowPart grip = WindowPart::nothing) {
+    const auto readsOf = [&](CGPoint press, CGPoint release, WindowPart grip = WindowPart::nothing) {
         const int before = desk.desktop.readCount();
         desk.desktop.pressAt(press, grip);
         desk.desktop.movePointer(release);
         desk.desktop.queue().runDue();
-        const int asked = desk.desktop.readCount() - before;
+        const int reads = desk.desktop.readCount() - before;
         desk.desktop.releaseButton();
         desk.advance(Seconds(0.2));
-        return asked;
+        return reads;
     };
-    EXPECT_EQ(questions({600, 700}, {600, 700}), 0) << "a click inside";
-    EXPECT_EQ(questions({600, 700}, {615, 710}), 0) << "a short selection";
-    EXPECT_GT(questions({600, 700}, {900, 700}), 0) << "the window might follow";
-    EXPECT_GT(questions({600, 20}, {600, 20}), 0) << "a title";
-    EXPECT_GT(questions({16, 700}, {16, 700}), 0) << "an edge";
-    EXPECT_EQ(questions({600, 1430}, {600, 1430}), 0) << "the desktop";
-    // One that is dragged by its content is dropped like any other.
+    EXPECT_EQ(readsOf({600, 700}, {600, 700}), 0) << "a click inside a window";
+    EXPECT_EQ(readsOf({600, 700}, {615, 710}), 0) << "a short selection inside a window";
+    EXPECT_GT(readsOf({600, 700}, {900, 700}), 0) << "a long movement, which the window might follow";
+    EXPECT_GT(readsOf({600, 20}, {600, 20}), 0) << "a title";
+    EXPECT_GT(readsOf({16, 700}, {16, 700}), 0) << "an edge";
+    EXPECT_EQ(readsOf({600, 1430}, {600, 1430}), 0) << "the desktop";
+    // A window that is dragged by its content is dropped like any other.
     desk.desktop.pressAt({1900, 700}, WindowPart::titleBar);
     for (double x = 1880; x >= 500; x -= 40) {
         desk.desktop.movePointer({x, 700});

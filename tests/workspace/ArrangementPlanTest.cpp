@@ -61,7 +61,7 @@ TEST(ArrangementPlan, RolesDecideWhichWindowGetsThePrimaryTile) {
                             "Mail:focus-right-bottom Viewer:surplus");
 }
 
-TEST(ArrangementPlan, EqualsGoByNameWithoutRegardToCaseThenByOrder) {
+TEST(ArrangementPlan, EqualScoresAreOrderedByNameRegardlessOfCaseThenByEnumeration) {
     Table table;
     table.display("D", "jarvis.triple-strip");
     for (const char* name : {"zeta", "beta", "Alpha"}) table.window(name);
@@ -87,7 +87,7 @@ TEST(ArrangementPlan, LearnedTilesPrecedeThePresentTileAndThatPrecedesTheRole) {
         EXPECT_EQ(lines.front().find("usually keep") != std::string::npos, round == 3) << lines.front();
     }
     table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:mail", "focus-main");
-    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1") << "two habits: the role decides";
+    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1") << "the tile is usual for both: the role decides";
     table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:firefox", "secondary-1");
     EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "the user's own choice counts at once";
 }
@@ -100,7 +100,7 @@ TEST(ArrangementPlan, AmongEqualTilesTheNearestIsTaken) {
     EXPECT_EQ(table.plan(), "Codex:focus-main Viewer:secondary-3");
 }
 
-TEST(ArrangementPlan, TilesThatRulesOrTheUserNameComeBeforeAllScores) {
+TEST(ArrangementPlan, RulesAndPreferencesPrecedeAllScores) {
     const struct {
         const char* why;
         std::function<void(Table&)> change;
@@ -117,13 +117,13 @@ TEST(ArrangementPlan, TilesThatRulesOrTheUserNameComeBeforeAllScores) {
              t.input.candidates[2].rule = RuleTile{"secondary-9", "R"};
          },
          "Codex:focus-main Firefox:secondary-1 Viewer:surplus"},
-        {"two with a rule for one tile: the one in front there",
+        {"two windows with a rule for one tile: its front window gets it",
          [](Table& t) {
              t.input.candidates[1].rule = t.input.candidates[2].rule = RuleTile{"focus-main", "R"};
              t.input.candidates[2].currentTarget = "D::focus-main";
          },
          "Viewer:focus-main Codex:secondary-1 Firefox:surplus"},
-        {"one that would have to be brought back does not take the place of one that is visible",
+        {"a hidden window does not take the tile of a visible window",
          [](Table& t) {
              t.input.candidates[2].rule = RuleTile{"focus-main", "R"};
              t.input.candidates[2].isDeferred = true;
@@ -137,7 +137,7 @@ TEST(ArrangementPlan, TilesThatRulesOrTheUserNameComeBeforeAllScores) {
              t.input.candidates[0].rule = RuleTile{"secondary-1", "R"};
          },
          "Firefox:focus-main Codex:secondary-1 Viewer:surplus"},
-        {"a window too large for its tiles neither takes nor covers one that was claimed",
+        {"a window too large for its tiles neither takes nor covers a claimed tile",
          [](Table& t) {
              t.input.preferredApplications["secondary-1"] = "name:viewer";
              t.input.candidates[0].minimumSize = {2300, 400};
@@ -173,7 +173,7 @@ TEST(ArrangementPlan, HiddenWindowsRankAfterVisibleOnes) {
     EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex behind:secondary-1");
 }
 
-TEST(ArrangementPlan, WithFewerTilesThanWindowsTheOnesInUseHaveThem) {
+TEST(ArrangementPlan, WithFewerTilesThanWindowsTheWindowsUsedLastGetThem) {
     Table table;
     table.display("D", "jarvis.dual-split");
     table.window("Console").useRank = 0; // a utility, but it has the focus
@@ -188,7 +188,7 @@ TEST(ArrangementPlan, WithFewerTilesThanWindowsTheOnesInUseHaveThem) {
     table.input.candidates[3].isDeferred = true;
     EXPECT_EQ(table.plan(), "Viewer:focus-main Console:secondary-1 Codex:surplus Firefox:surplus");
 
-    Table large; // has no right to the tile of the window in use
+    Table large; // a large window does not take the tile of the window in use
     large.display("D", "jarvis.dual-split");
     large.window("Mail").useRank = 0;
     large.window("Codex").minimumSize = {2300, 400};
@@ -196,7 +196,7 @@ TEST(ArrangementPlan, WithFewerTilesThanWindowsTheOnesInUseHaveThem) {
     EXPECT_EQ(large.plan(), "Mail:focus-main Viewer:secondary-1 Codex:surplus");
 }
 
-TEST(ArrangementPlan, AWindowAloneHasThePrimaryTileUnlessTheUserPutItElsewhere) {
+TEST(ArrangementPlan, ASingleWindowGetsThePrimaryTileUnlessTheUserPutItElsewhere) {
     Table table;
     table.display("D", "jarvis.command-center");
     auto& alone = table.window("Console");
@@ -211,7 +211,7 @@ TEST(ArrangementPlan, AWindowAloneHasThePrimaryTileUnlessTheUserPutItElsewhere) 
     EXPECT_EQ(table.plan(), "Console:focus-right-bottom");
 }
 
-TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
+TEST(ArrangementPlan, TheTileOfAFullScreenWindowIsNotGivenToAnotherWindow) {
     Table table;
     table.display("D", "jarvis.dual-split");
     table.input.displays[0].reservedSlotIDs = {"focus-main"};
@@ -222,7 +222,7 @@ TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
     EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "the stacked window stays stacked";
 }
 
-TEST(ArrangementPlan, ATallWindowGetsATileThatIsTallEnoughWhereOneIsFree) {
+TEST(ArrangementPlan, ATallWindowGetsAFreeTileThatIsTallEnough) {
     Table table;
     table.display("D", "jarvis.command-center");
     table.window("Codex");
@@ -239,7 +239,7 @@ TEST(ArrangementPlan, NeitherOfTwoLargeWindowsIsCoveredByTheOther) {
     table.window("Mail").minimumSize = {1002, 400};
     table.input.candidates.back().currentTarget = "D::secondary-1";
     EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-2") << "the windows do not fit side by side";
-    // A spanning window is no less in need of its room than one in a single tile.
+    // A spanning window keeps its room like a window in a single tile.
     table.input.candidates.back().minimumSize = {700, 1300};
     table.window("Firefox").minimumSize = {2000, 300};
     EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-1+secondary-3 Firefox:surplus");
@@ -268,7 +268,7 @@ TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbor) {
         << "the window covers the whole display in any case";
 }
 
-TEST(ArrangementPlan, ALargeWindowPushesASmallerOneAsideOnceAndItFindsAnotherTile) {
+TEST(ArrangementPlan, ALargeWindowMayDisplaceASmallerOneWhichThenGetsAnotherTile) {
     Table table;
     table.display("D", "jarvis.quad-grid");
     table.window("Codex");
@@ -276,7 +276,7 @@ TEST(ArrangementPlan, ALargeWindowPushesASmallerOneAsideOnceAndItFindsAnotherTil
     EXPECT_EQ(table.plan(), "Codex:focus-main Firefox:secondary-2+secondary-3");
 }
 
-TEST(ArrangementPlan, ExplainsEveryDecisionAndTheSurplusOnlyWhenThereIsSome) {
+TEST(ArrangementPlan, ExplainsEveryDecisionAndAnySurplus) {
     Table table;
     table.display("D", "jarvis.focus-single");
     table.window("Codex").window.title = "main.cpp";

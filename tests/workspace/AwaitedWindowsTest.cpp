@@ -49,7 +49,7 @@ TEST(AwaitedWindows, ATileWaitsForItsNewestLaunch) {
         LaunchResult result;
         if (hasFailed) result.error = "not found";
         if (!hasFailed) result.processIdentifier = 7;
-        awaited.windows.noteLaunched("D::a", identifier, result); // known by its tile at the launch
+        awaited.windows.noteLaunched("D::a", identifier, result); // identified by its tile at the launch
         EXPECT_EQ(awaited.windows.isWaiting(), isWaiting) << what;
         EXPECT_EQ(awaited.launches->size(), isWaiting ? 1U : 0U) << what;
         const auto launch = awaited.windows.launches().find("E::a");
@@ -59,7 +59,7 @@ TEST(AwaitedWindows, ATileWaitsForItsNewestLaunch) {
     }
 }
 
-TEST(AwaitedWindows, TimeDoesNotPassWhileNothingCanBeSeen) {
+TEST(AwaitedWindows, ASuspensionPostponesAllDeadlines) {
     Awaited awaited;
     awaited.windows.awaitLaunch(application("maps"), "D", "a", Seconds{0});
     awaited.windows.awaitForScene(placement("Mail", 0, Seconds{25}));
@@ -103,10 +103,10 @@ TEST(AwaitedWindows, ASceneTakesItsWindowsInTheOrderOfTheirStacksAndReportsEachO
     EXPECT_EQ(report.placed, (std::vector<std::string>{"Front", "Back"}));
     EXPECT_EQ(report.missing, std::vector<std::string>{"Late"});
     windows.abandonScene();
-    EXPECT_EQ(report.state, SceneReport::State::finished) << "it was not waiting any more";
+    EXPECT_EQ(report.state, SceneReport::State::finished) << "the scene was not waiting any more";
 }
 
-TEST(AwaitedWindows, AnAbandonedSceneSaysSoAndForgetsEverything) {
+TEST(AwaitedWindows, AnAbandonedSceneIsReportedAsSuchAndForgotten) {
     Awaited awaited;
     awaited.windows.beginScene(4);
     awaited.windows.noteMovedByUser("early");

@@ -1,4 +1,4 @@
-// Days at the desk, from the poll to the last verification pass.
+// Whole sequences of events on a desktop, from the poll to the last verification of a placement.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ TEST(DesktopStories, TwoWindowsShareADisplayAndComeBack) {
     desk.expectMessage("Last window action undone");
 }
 
-TEST(DesktopStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysOnScreen) {
+TEST(DesktopStories, AWindowBeingMovedToADisplayThatIsUnpluggedStaysOnScreen) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});
@@ -49,14 +49,14 @@ TEST(DesktopStories, UnpluggingTheDisplayInFocusModeKeepsAllWindowsReachable) {
     EXPECT_FALSE(*desk.state().focusMode);
 }
 
-TEST(DesktopStories, DragsEndWhenAbandonedOrWhenFocusModeBegins) {
+TEST(DesktopStories, DragsEndWhenCancelledOrWhenFocusModeBegins) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
     const std::string atRest = desk.tiles();
     const CGRect before = desk.desktop.window("Mail").frame;
     ASSERT_TRUE(desk.controller().perform(action::BeginWindowDrag{desk.desktop.windowIDOf("Mail"), before}));
     desk.desktop.userMoves("Mail", kRightHalf);
-    desk.advance(Seconds(0.6)); // polls have seen it there
+    desk.advance(Seconds(0.6)); // until a poll has seen the window there
     desk.controller().perform(action::CancelWindowDrag{});
     desk.settle().expectTiles(atRest);
 
@@ -67,7 +67,7 @@ TEST(DesktopStories, DragsEndWhenAbandonedOrWhenFocusModeBegins) {
     desk.controller().perform(action::EndDividerDrag{divider});
     desk.desktop.quit("Mail");
     desk.settle();
-    EXPECT_FALSE(*desk.state().focusMode) << "its window is gone";
+    EXPECT_FALSE(*desk.state().focusMode) << "the zoomed window has closed";
 }
 
 TEST(DesktopStories, UndoAfterDisplaysWereRearrangedKeepsAllWindowsOnScreen) {
@@ -79,7 +79,7 @@ TEST(DesktopStories, UndoAfterDisplaysWereRearrangedKeepsAllWindowsOnScreen) {
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
-TEST(DesktopStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
+TEST(DesktopStories, AnArrangementIsPlannedForTheStateAfterFocusMode) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Viewer", {.frame = makeRect(1500, 800, 900, 600)})
@@ -95,7 +95,7 @@ TEST(DesktopStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
     }
 }
 
-TEST(DesktopStories, PollsLeaveAPlacementToItsPasses) {
+TEST(DesktopStories, PollsDoNotRepeatRequestsThatAreBeingVerified) {
     // If every poll repeated the request, the window would never reach the last pass, which shows its minimum size.
     Scenario desk;
     desk.desktop.setAnnouncesAllChanges(false);
@@ -110,8 +110,7 @@ TEST(DesktopStories, PollsLeaveAPlacementToItsPasses) {
     EXPECT_EQ(desk.state().observedMinimumSizes->size(), 1u);
 }
 
-TEST(DesktopStories, HidingThatIconifiesBringsBackTheSameWindows) {
-    // As on desktops where hiding an application minimizes each of its windows.
+TEST(DesktopStories, WindowsReturnOnDesktopsWhereHidingAnApplicationMinimizesItsWindows) {
     Scenario desk;
     desk.desktop.setHidingStyle(HidingStyle::iconifiesWindows);
     desk.display(2560, 1440).layout("jarvis.dual-split");

@@ -1,4 +1,4 @@
-// Dialogs stay with their windows; a window that the user maximized is left to the user.
+// Dialogs stay with their windows; KOVA does not move a window that the user maximized.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@ namespace {
 
 const CGRect kQuestion = makeRect(400, 300, 300, 150);
 
-/// Mail with a dialog, Notes and Viewer, the windows at one place.
+/// Mail with a dialog, Notes and Viewer; the three windows have the same frame.
 void openMailWithDialog(Scenario& desk) {
     desk.opens("Mail", {.frame = makeRect(200, 200, 800, 600)});
     desk.opens("Mail", {.frame = kQuestion, .title = "Save?", .subrole = "AXDialog", .dialogOf = "Mail"});
@@ -29,12 +29,12 @@ TEST(DialogStories, ADialogTakesNoTileAndMovesAlongByTheSameAmount) {
     EXPECT_EQ(desk.explanation().find("Save?"), std::string::npos) << desk.explanation();
     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 215,115 300x150");
-    desk.desktop.userFocuses("Mail 2"); // its window counts as the one in use
+    desk.desktop.userFocuses("Mail 2"); // counts as a focus of the dialog's window
     desk.move(WorkspaceDirection::right);
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 1491,115 300x150");
     desk.undo();
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 215,115 300x150");
-    // Where the user puts it is where it belongs from now on; a window that snaps back into its tile leaves it there.
+    // The dialog stays where the user moves it, even when its window returns to its tile.
     desk.desktop.userMoves("Mail 2", makeRect(900, 1200, 300, 150));
     desk.settle();
     desk.desktop.userMoves("Mail", makeRect(300, 300, 1254, 1382));
@@ -56,7 +56,7 @@ TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 3284,618 300x150"); // in the lower right corner
 }
 
-TEST(DialogStories, ASurplusWindowGoesWithItsDialogAndBothComeBack) {
+TEST(DialogStories, ASurplusWindowIsMinimizedAndRestoredWithItsDialog) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.focus-single");
     desk.opens("Codex");
@@ -69,7 +69,7 @@ TEST(DialogStories, ASurplusWindowGoesWithItsDialogAndBothComeBack) {
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 400,300 300x150");
 }
 
-TEST(DialogStories, RulesAndScenesPassDialogsBy) {
+TEST(DialogStories, RulesAndScenesIgnoreDialogs) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     WorkspaceRule rule;
@@ -84,20 +84,20 @@ TEST(DialogStories, RulesAndScenesPassDialogsBy) {
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 400,300 300x150");
     desk.controller().perform(action::CaptureScene{"work"});
     EXPECT_EQ(desk.state().scenes->back().placements.size(), 2u);
-    // Left behind by its window it is a window like any other.
+    // Once its window has closed, the dialog is treated as an ordinary window.
     desk.desktop.close("Mail");
     desk.settle().arrange();
     EXPECT_NE(desk.tiles().find("Mail 2"), std::string::npos) << desk.tiles();
 }
 
-TEST(DialogStories, AMaximizedWindowIsLeftAloneUntilThatEndsOrAllAreArranged) {
+TEST(DialogStories, AMaximizedWindowIsLeftAloneUntilItIsRestoredOrAnArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string tiles = desk.tiles();
     desk.desktop.setMaximized("Mail", true);
     EXPECT_EQ(desk.framesWrittenWithin(Scenario::kSettlingTime), 0);
     desk.layout("jarvis.quad-grid").layout("jarvis.dual-split");
-    EXPECT_TRUE(desk.desktop.window("Mail").isMaximized) << "a change of the layout is about the others";
+    EXPECT_TRUE(desk.desktop.window("Mail").isMaximized) << "a change of the layout moves only the other windows";
     desk.desktop.setMaximized("Mail", false);
     desk.settle().expectTiles(tiles);
 

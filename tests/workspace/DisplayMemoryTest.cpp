@@ -18,7 +18,7 @@ struct DisplayMemoryTest : testing::Test {
     TileAssignments tiles;
 };
 
-TEST_F(DisplayMemoryTest, ADisplayThatComesBackHasItsWindowsInFrontOfOthers) {
+TEST_F(DisplayMemoryTest, AReturningDisplayGetsItsWindowsBackInFrontOfOthers) {
     (void)tiles.assign("mail", {"D::a"});
     EXPECT_TRUE(memory.noteConnected({"C", "D"}, {"C"}, tiles).empty());
     EXPECT_TRUE(memory.belongsToDisconnectedDisplay("mail"));
@@ -74,7 +74,7 @@ TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
     EXPECT_EQ(now.targetOf("mail2"), "E::a");
 }
 
-TEST_F(DisplayMemoryTest, SettlesOnceNothingChangesAnyMore) {
+TEST_F(DisplayMemoryTest, SettlesOnceDisplaysStopChanging) {
     memory.beginSettling();
     queue.advance(Seconds{1});
     memory.beginSettling();
@@ -86,7 +86,7 @@ TEST_F(DisplayMemoryTest, SettlesOnceNothingChangesAnyMore) {
     EXPECT_EQ(settled, 1);
 }
 
-TEST_F(DisplayMemoryTest, OnlyTheFirstNameOfADisplayKeepsTheLayoutThatWasChosenForIt) {
+TEST_F(DisplayMemoryTest, OnlyTheFirstIdOfADisplayKeepsTheLayoutThatWasChosenForIt) {
     WorkspaceProfile profile;
     profile.layoutSelectionsByDisplay["800"] = DisplayLayoutSelection::layout("quad");
     memory.carryLayout(profile, "800", "1024");

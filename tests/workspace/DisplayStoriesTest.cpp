@@ -1,4 +1,4 @@
-// Displays that are unplugged, stand by, change their size or their order, and what windows do meanwhile.
+// Displays that are unplugged, on standby, resized or reordered, and where their windows are meanwhile.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 #include "workspace/DisplaySuccession.h"
@@ -35,14 +35,14 @@ class Displays : public ::testing::Test {
 };
 
 TEST_F(Displays, AStandbyMovesNoWindowToAnotherDisplay) {
-    desk.desktop.close("Mail"); // a free tile, wherever it is
+    desk.desktop.close("Mail"); // frees a tile on any display
     desk.settle().arrange();
     const auto assigned = *desk.state().assignedWindowIDs;
     for (const char* name : {"A", "B", "C"}) {
         SCOPED_TRACE(name);
         const auto display = takeOut(desk, name);
         desk.advance(Seconds(0.5));
-        desk.controller().perform(action::Arrange{}); // not even then
+        desk.controller().perform(action::Arrange{}); // does not move the windows of the missing display either
         desk.advance(Seconds(1.4));
         EXPECT_EQ(*desk.state().assignedWindowIDs, assigned);
         desk.desktop.addDisplay(display);
@@ -60,14 +60,14 @@ TEST_F(Displays, AWindowWithoutAFreeTileIsMovedOntoAConnectedDisplay) {
     const auto shown = [&](const char* label) { return desk.desktop.describeWindow(desk.desktop.window(label)); };
     const auto display = takeOut(desk, "C");
     desk.advance(Seconds(1));
-    const auto said = desk.controller().planArrangement().explanation();
-    EXPECT_TRUE(std::ranges::find(said, "Console “Console” is left alone for a moment: its display was unplugged just "
-                                        "now and may come back") != said.end());
+    const auto lines = desk.controller().planArrangement().explanation();
+    EXPECT_TRUE(std::ranges::find(lines, "Console “Console” is left alone for a moment: its display was unplugged just "
+                                         "now and may come back") != lines.end());
     desk.advance(Seconds(1.1));
     EXPECT_EQ(shown("Console"), "Console 3866,15 1254x1382");
     EXPECT_EQ(shown("Viewer"), "Viewer 3866,15 1254x1382");
     EXPECT_EQ(shown("Floating"), "Floating 4220,300 900x700");
-    EXPECT_EQ(shown("Peeking"), "Peeking 4400,900 900x700") << "the user has put it there";
+    EXPECT_EQ(shown("Peeking"), "Peeking 4400,900 900x700") << "a connected display shows a part of the window";
     desk.settle().desktop.userMoves("Moved", makeRect(3000, 100, 900, 700));
     desk.settle();
     desk.desktop.addDisplay(display);
@@ -131,7 +131,7 @@ TEST_F(Displays, AWindowThatTheUserMovedMeanwhileStaysThere) {
     EXPECT_EQ(desk.controller().assignments().targetOf(onC), tile.target);
 }
 
-TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
+TEST_F(Displays, TheReturnOfADisplayRevertsAnArrangementMadeWithoutIt) {
     const std::string before = desk.tiles();
     const auto display = takeOut(desk, "B");
     desk.advance(Seconds(3)).arrange();
@@ -145,10 +145,11 @@ TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
         EXPECT_EQ(tile.stack, std::vector{*tile.windowID});
         EXPECT_FALSE(desk.desktop.window(desk.desktop.labelOfID(*tile.windowID)).isMinimized);
     }
-    EXPECT_EQ(desk.desktop.picture().find("minimized"), std::string::npos) << "the tiles that it freed are taken again";
+    EXPECT_EQ(desk.desktop.picture().find("minimized"), std::string::npos)
+        << "the surplus windows of that arrangement have their tiles again";
 }
 
-TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
+TEST_F(Displays, PlacementsReturnWithALayoutThatADisplayCouldNotShowForAWhile) {
     Scenario one;
     one.display(5120, 1440);
     (void)one.controller().perform(action::SelectLayout{one.displayIDOf("A"), DisplayLayoutSelection{}});
@@ -165,25 +166,25 @@ TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
     }
 }
 
-TEST_F(Displays, ALayoutThatADisplayCannotShowLeavesNoWindowWithoutATileOfNow) {
+TEST_F(Displays, WindowsGetTilesOfThePresentLayoutWhileADisplayCannotShowTheirs) {
     struct Way {
         const char* what;
         std::function<void(Scenario&)> shrinks;
-        bool isForgotten; // what was in which tile of the layout before
+        bool isForgotten; // the placements in the former layout are not restored
     };
     const std::vector<Way> ways = {
-        {"while one is zoomed",
+        {"while a window is zoomed",
          [](Scenario& one) {
              one.zoom().desktop.resizeDisplay("A", {1280, 800});
          },
          false},
-        {"asleep, while one is zoomed",
+        {"asleep, while a window is zoomed",
          [](Scenario& one) {
              one.zoom().sleep().desktop.resizeDisplay("A", {1280, 800});
              one.wake();
          },
          false},
-        {"and the step back is to before",
+        {"undone to the state before the change",
          [](Scenario& one) {
              one.arrange().desktop.resizeDisplay("A", {1280, 800});
              one.settle().undo();
@@ -237,15 +238,15 @@ TEST_F(Displays, FocusModeEndsIfDisplaysChangeBeforeALockIsReported) {
     desk.zoom();
     ASSERT_TRUE(desk.state().focusMode->has_value());
     desk.desktop.setLocked(true);
-    desk.advance(Seconds(1)); // a poll has seen it
+    desk.advance(Seconds(1)); // until a poll has seen the lock
     for (const char* name : {"A", "B", "C"}) desk.desktop.resizeDisplay(name, {1920, 1080});
     desk.simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
     desk.simulate(SystemActivityEvent::screenDidUnlock).advance(Seconds(12));
     EXPECT_FALSE(desk.state().focusMode->has_value());
 }
 
-/// A window that waits in a stack must be in the stack of a connected display, where it can be reached.
-TEST_F(Displays, AWindowBehindADisplacedOneCanBeReachedMeanwhile) {
+/// A stacked window must be in a stack on a connected display, where the user can reach it.
+TEST_F(Displays, AWindowStackedBehindADisplacedWindowCanBeReached) {
     const auto onC = desk.controller().tiles().back();
     const WindowID waiting = *onC.windowID;
     const TileTarget namesake{desk.displayIDOf("A"), onC.slot.id};
@@ -309,7 +310,7 @@ TEST_F(Displays, AZoomedWindowDelaysButDoesNotPreventPlacement) {
     }
 }
 
-/// As a virtual machine's, which has no name but its frame.
+/// A display that is named only by its frame, such as that of a virtual machine.
 class NamelessDisplay : public ::testing::Test {
   protected:
     NamelessDisplay() {
@@ -325,7 +326,7 @@ class NamelessDisplay : public ::testing::Test {
         desk.desktop.addDisplay({.name = "VM", .size = size, .origin = CGPoint{0, 0}, .canTellUUID = false});
         desk.desktop.queue().runDue();
     }
-    /// Per tile, the front window and those that wait.
+    /// Per tile, the front window and the stacked windows.
     std::string windowsInTiles() {
         std::string text;
         for (const auto& tile : desk.controller().tiles()) {
@@ -343,7 +344,7 @@ class NamelessDisplay : public ::testing::Test {
 TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
     const std::vector<std::pair<const char*, std::function<void(CGSize)>>> ways = {
         {"at once", [&](CGSize size) { desk.desktop.resizeDisplay("VM", size); }},
-        {"gone for a moment",
+        {"disconnected for a moment",
          [&](CGSize size) {
              desk.desktop.removeDisplay("VM");
              desk.advance(Seconds(0.5));
@@ -357,7 +358,7 @@ TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
              plugIn(size);
              desk.wake().advance(Seconds(15));
          }},
-        {"while no agent ran",
+        {"while no agent is running",
          [&](CGSize size) {
              desk.stop();
              desk.desktop.resizeDisplay("VM", size);
@@ -372,7 +373,7 @@ TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
         desk.settle().settle();
         EXPECT_EQ(windowsInTiles(), before);
         const auto profile = *desk.state().profile;
-        EXPECT_LE(profile.layoutSelectionsByDisplay.size(), 3u) << "sizes that are over are forgotten";
+        EXPECT_LE(profile.layoutSelectionsByDisplay.size(), 3u) << "layouts of former sizes are forgotten";
     }
     desk.move(WorkspaceDirection::left);
     EXPECT_NE(windowsInTiles(), before);
@@ -399,7 +400,7 @@ TEST_F(NamelessDisplay, TheLastArrangementAndDisplacedWindowsFollowIt) {
     EXPECT_EQ(candidates[0], (std::vector<Promotion>{{"notes", "E::left"}}));
 }
 
-TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
+TEST(DisplaySuccession, MatchesOnlyUnambiguousDisplays) {
     const DisplayID a = "display-0-0-1920x1080", b = "display--1920-0-1920x1080", c = "display-0-0-1280x800";
     const DisplayID other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";
     using Ids = std::set<DisplayID>;
@@ -413,9 +414,9 @@ TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
     EXPECT_EQ(matchRenamedDisplays(Ids{a}, Ids{c, other}), Pairs{});
 }
 
-/// Disconnects all displays and connects them again, in any order, fast or slowly, awake or asleep, also in another
-/// order or at other positions: the arrangement is the same.
-TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSameArrangement) {
+/// Disconnects all displays and connects them again in any order, fast or slowly, awake or asleep, and perhaps at other
+/// positions.
+TEST(DisplayWalk, ReconnectingAllDisplaysRestoresTheArrangement) {
     forEachSeed(60, [](std::uint32_t seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);

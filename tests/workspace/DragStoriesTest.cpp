@@ -1,4 +1,4 @@
-// Drags: of dividers, of windows from tile to tile, and of a window's edge.
+// Drags of dividers, of windows from tile to tile, and of a window's edge.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 #include "workspace/EdgeResize.h"
@@ -45,8 +45,7 @@ TEST_F(DragStories, BothNeighborsFollowTheDividerAndUndoPutsItBack) {
     EXPECT_EQ(kova().dividerFrameOnScreen(divider), makeRect(1274, 38, 12, 1392));
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 200});
-    EXPECT_EQ(desk.tiles(), "Codex 15,15 1454x1382 | Mail 1491,15 1054x1382")
-        << "the first update goes through at once";
+    EXPECT_EQ(desk.tiles(), "Codex 15,15 1454x1382 | Mail 1491,15 1054x1382") << "the first update is applied at once";
     kova().perform(action::UpdateDividerDrag{divider, 400});
     kova().perform(action::EndDividerDrag{divider});
     desk.settle();
@@ -67,7 +66,7 @@ TEST_F(DragStories, ADividerStopsWhereTheNeighborCannotShrink) {
     desk.expectTiles("Codex 15,15 2198x1382 | Mail 2235,15 310x1382");
 }
 
-TEST_F(DragStories, ABurstOfUpdatesReachesTheWindowsSixtyTimesASecondAndEndsOnTheLast) {
+TEST_F(DragStories, UpdatesAreAppliedAtMostSixtyTimesASecondAndTheLastOneAlways) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     const auto revision = *desk.state().layoutRevision;
     for (int i = 1; i <= 100; ++i) {
@@ -113,21 +112,21 @@ TEST_F(DragStories, PollsDoNotMoveADraggedWindow) {
     kova().perform(action::UpdateDividerDrag{other, -300});
     kova().perform(action::EndDividerDrag{other});
     desk.advance(Seconds(0.1));
-    EXPECT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382") << "another divider is another matter";
+    EXPECT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382") << "a drag of another divider is ignored";
     kova().perform(action::EndDividerDrag{divider});
 }
 
-TEST_F(DragStories, ADoubleClickForgetsTheWeightsAndAForeignDividerIsRefused) {
-    EXPECT_FALSE(kova().perform(action::ResetDivider{divider})) << "nothing to forget";
+TEST_F(DragStories, ResettingADividerDropsItsWeightsAndAnUnknownDividerIsRefused) {
+    EXPECT_FALSE(kova().perform(action::ResetDivider{divider})) << "there are no weights to drop";
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     kova().perform(action::EndDividerDrag{divider});
     EXPECT_TRUE(kova().perform(action::ResetDivider{divider}));
     desk.settle();
     desk.expectTiles(kHalves);
-    DisplayLayoutDivider gone = divider;
-    gone.displayID = "display-gone";
-    EXPECT_FALSE(kova().perform(action::BeginDividerDrag{gone}));
+    DisplayLayoutDivider unknown = divider;
+    unknown.displayID = "display-unknown";
+    EXPECT_FALSE(kova().perform(action::BeginDividerDrag{unknown}));
     desk.layout("jarvis.dual-stack");
     EXPECT_FALSE(kova().perform(action::BeginDividerDrag{divider}));
 }
@@ -160,7 +159,7 @@ TEST_F(DragStories, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DragStories, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
+TEST_F(DragStories, AWindowDroppedOnItsOwnTileOrBetweenTilesReturns) {
     for (const CGPoint pointer : {CGPoint{2000, 700}, CGPoint{1280, 700}}) {
         takes("Mail");
         letsGo("Mail", makeRect(1000, 300, 1254, 1382), pointer);
@@ -180,7 +179,7 @@ TEST_F(DragStories, AWindowUnderAPressedButtonIsNotMoved) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DragStories, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile) {
+TEST_F(DragStories, AWindowDroppedWithShiftFloatsUntilAnArrangementOrADropOnATile) {
     takes("Mail");
     letsGo("Mail", makeRect(1000, 300, 1254, 1000), {2000, 700}, action::DropMode::floating);
     desk.expectTiles("Codex 15,15 1254x1382 | -");
@@ -191,7 +190,7 @@ TEST_F(DragStories, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOn
     EXPECT_EQ(newUndoSteps(), 2u);
 }
 
-TEST_F(DragStories, AWindowPulledWiderTakesTheDividerAlong) {
+TEST_F(DragStories, WideningAWindowMovesTheDivider) {
     takes("Codex");
     letsGo("Codex", makeRect(15, 15, 1554, 1382), {1569, 700}, action::DropMode::intoTile,
            action::WindowDragKind::resize);
@@ -207,7 +206,7 @@ TEST_F(DragStories, AWindowPulledWiderTakesTheDividerAlong) {
     desk.expectTiles(kHalves); // there is no divider at the display's edge
 }
 
-TEST_F(DragStories, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
+TEST_F(DragStories, ADraggedCornerMovesBothDividersWhateverWeightsTheirSplitsHave) {
     desk.layout("jarvis.quad-grid").opens("Notes").opens("Viewer").arrange();
     for (const auto& each : kova().dividers()) {
         if (each.divider.splitID != "root.1") continue;
@@ -227,7 +226,7 @@ TEST_F(DragStories, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad)
     EXPECT_NEAR(minY(corner()), minY(before) - 50, 1);
 }
 
-TEST_F(DragStories, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
+TEST_F(DragStories, AnotherActionCancelsTheDrag) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.perform(action::Arrange{});
@@ -246,7 +245,7 @@ TEST_F(DragStories, ResizingAFloatingWindowIsNoDrop) {
     EXPECT_EQ(newUndoSteps(), 0u);
 }
 
-TEST_F(DragStories, TakingAnotherWindowEndsTheZoom) {
+TEST_F(DragStories, DraggingAnotherWindowEndsFocusMode) {
     desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
     desk.desktop.userFocuses("Mail");
     desk.zoom();
@@ -256,7 +255,7 @@ TEST_F(DragStories, TakingAnotherWindowEndsTheZoom) {
     desk.expectTiles("Codex 15,15 1254x1382 | Notes 1291,15 1254x1382 + Mail");
 }
 
-TEST(EdgeResize, OnlyDividersThatRunAlongThePulledEdgeMove) {
+TEST(EdgeResize, OnlyDividersAlongTheDraggedEdgeMove) {
     const auto solved = solveDefinition(*findLayout(builtInLayouts(), "jarvis.quad-grid"), {}, {2560, 1440}, 5);
     const CGRect cell = solved.frames[3]; // lower right
     const CGRect window = insetBy(cell, 5);

@@ -13,7 +13,7 @@ WorkspaceUndoSnapshot snapshotWith(const WindowID& windowID, const TileTarget& t
     return snapshot;
 }
 
-TEST(FocusMode, ReturnsTheSnapshotOfItsBeginningOnce) {
+TEST(FocusMode, ReturnsTheSnapshotFromItsBeginningOnce) {
     FocusMode::PublishedMode published;
     FocusMode mode(published);
     EXPECT_FALSE(mode.leave());
@@ -30,7 +30,7 @@ TEST(FocusMode, ReturnsTheSnapshotOfItsBeginningOnce) {
     EXPECT_FALSE(mode.isOn() || mode.snapshot() || mode.leave());
 }
 
-TEST(FocusMode, FollowsNewNamesOfItsWindowAndDisplay) {
+TEST(FocusMode, FollowsNewIdsOfItsWindowAndDisplay) {
     FocusMode::PublishedMode published;
     FocusMode mode(published);
     mode.enter({"D", "D::a", "mail"}, {snapshotWith("mail", "D::a"), {{snapshotWith("mail", "D::b"), {}, {}}}});

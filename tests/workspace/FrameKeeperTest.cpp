@@ -28,7 +28,7 @@ struct FrameKeeperTest : testing::Test {
     }
 };
 
-TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
+TEST_F(FrameKeeperTest, RequestsTheSameFrameALimitedNumberOfTimes) {
     const auto window = windowAt(makeRect(50, 0, 100, 100));
     refuse(window, FrameKeeper::kAttempts - 1);
     EXPECT_EQ(frames.refusal("mail"), nullptr);
@@ -52,7 +52,7 @@ TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
     EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
 }
 
-TEST_F(FrameKeeperTest, FramesThatCountAsDrifted) {
+TEST_F(FrameKeeperTest, DecidesWhichFramesHaveDrifted) {
     const struct {
         const char* title;
         double off;
@@ -61,9 +61,9 @@ TEST_F(FrameKeeperTest, FramesThatCountAsDrifted) {
         FrameKeeper::Decision expected;
     } cases[] = {
         {"a point or two are tolerated", 1.5, Straying::noticeable, {}, leave},
-        {"not when the user changed the tiles", 1.5, Straying::any, {}, askAgain},
-        {"a request that is being verified is left to that", 50, Straying::any, kTile, leave},
-        {"unless it was for another place", 50, Straying::any, makeRect(9, 9, 100, 100), ask},
+        {"except after the user changed the tiles", 1.5, Straying::any, {}, askAgain},
+        {"a request that is being verified is not repeated", 50, Straying::any, kTile, leave},
+        {"unless it was for another frame", 50, Straying::any, makeRect(9, 9, 100, 100), ask},
     };
     for (const auto& each : cases) {
         const auto window = windowAt(makeRect(each.off, 0, 100, 100));
@@ -71,22 +71,22 @@ TEST_F(FrameKeeperTest, FramesThatCountAsDrifted) {
     }
 }
 
-TEST_F(FrameKeeperTest, APlacementOfAWindowThatWasHeldMeanwhileIsWaitedFor) {
+TEST_F(FrameKeeperTest, AwaitsAPlacementDuringWhichThePointerHeldTheWindow) {
     const auto window = windowAt(makeRect(0, 0, 150, 100));
     frames.noteRequest("mail");
     frames.noteWithoutTarget(window); // held by the pointer
     EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, kTile), leave);
-    EXPECT_TRUE(frames.isWaiting()) << "its outcome is not known yet";
+    EXPECT_TRUE(frames.isWaiting()) << "the placement is not verified yet";
     EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
 }
 
-TEST_F(FrameKeeperTest, AWindowThatIsThereRefusesNothing) {
+TEST_F(FrameKeeperTest, ForgetsTheRefusalOfAWindowThatReachedItsTile) {
     refuse(windowAt(makeRect(50, 0, 100, 100)));
     EXPECT_EQ(frames.decide(windowAt(kTile), kTile, Straying::noticeable, std::nullopt), leave);
     EXPECT_EQ(frames.refusal("mail"), nullptr);
 }
 
-TEST_F(FrameKeeperTest, OnAnotherDesktopARefusalIsKept) {
+TEST_F(FrameKeeperTest, KeepsTheRefusalOfAWindowOnAnotherDesktop) {
     auto window = windowAt(makeRect(50, 0, 100, 100));
     refuse(window);
     window.isElsewhere = true;
@@ -97,7 +97,7 @@ TEST_F(FrameKeeperTest, OnAnotherDesktopARefusalIsKept) {
     EXPECT_FALSE(frames.refusal("mail"));
 }
 
-TEST_F(FrameKeeperTest, APollWaitsForAFrameThatItHasNotSeen) {
+TEST_F(FrameKeeperTest, WaitsForAPollThatSeesTheRequestedFrame) {
     frames.accept("mail", kTile, makeRect(50, 0, 100, 100));
     EXPECT_TRUE(frames.refusal("mail")->isAccepted);
     EXPECT_FALSE(frames.isWaiting());
@@ -106,11 +106,11 @@ TEST_F(FrameKeeperTest, APollWaitsForAFrameThatItHasNotSeen) {
     const auto yes = [](const WindowID&) { return true; };
     const auto no = [](const WindowID&) { return false; };
     frames.onPoll({{}, Seconds{0}, yes, yes});
-    EXPECT_TRUE(frames.isWaiting()) << "its frame is still being verified";
+    EXPECT_TRUE(frames.isWaiting()) << "the frame is still being verified";
     frames.onPoll({{}, Seconds{0}, yes, no});
     EXPECT_FALSE(frames.isWaiting());
     frames.onPoll({{}, Seconds{0}, no, no});
-    EXPECT_FALSE(frames.refusal("mail")) << "the window is gone";
+    EXPECT_FALSE(frames.refusal("mail")) << "the window has closed";
 }
 
 TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsReportedOnce) {

@@ -32,7 +32,7 @@ class Launching : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Launching, TheFirstWindowLandsInTheTile) {
+TEST_F(Launching, TheFirstWindowIsPutIntoTheTile) {
     launch(
         desk.desktop.install("Notes", {.startsAfter = Seconds(1), .windowCount = 2, .window = {.frame = kSomewhere}}),
         kRight);
@@ -42,12 +42,12 @@ TEST_F(Launching, TheFirstWindowLandsInTheTile) {
     desk.settle().expectTiles(kBoth);
     EXPECT_EQ(waiting(), 0u);
     desk.expectMessage("");
-    EXPECT_EQ(desk.desktop.window("Notes 2").frame, kSomewhere) << "only the first one was asked for";
+    EXPECT_EQ(desk.desktop.window("Notes 2").frame, kSomewhere) << "only the first window goes into the tile";
     desk.undo();
-    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "launching is no step of its own";
+    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "a launch adds no undo step";
 }
 
-TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
+TEST_F(Launching, AnExistingWindowWithoutATileIsPutIntoTheTile) {
     struct Case {
         const char* how;
         std::function<void(SimulatedDesktop&)> before;
@@ -56,7 +56,7 @@ TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
         {"open", [](auto&) {}},
         {"minimized", [](auto& desktop) { desktop.userMinimizes("Notes"); }},
         {"hidden", [](auto& desktop) { desktop.userHides("Notes"); }},
-        {"beside one in full screen",
+        {"beside a full-screen window",
          [](auto& desktop) {
              desktop.close("Notes");
              desktop.setFullScreen(desktop.open("Notes"), true);
@@ -78,7 +78,7 @@ TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
     }
 }
 
-TEST_F(Launching, ItDisplacesTheFrontWindowAndLeavesItsOwnTilesAlone) {
+TEST_F(Launching, TheNewWindowDisplacesTheFrontWindowButNotOthersOfItsApplication) {
     desk.opens("Notes", {.frame = kSomewhere}).arrange();
     desk.expectTiles(kBoth);
     launch(desk.desktop.install("Notes", {.opensWhenRunning = true}), kLeft);
@@ -95,7 +95,7 @@ TEST_F(Launching, TheLastLaunchIntoATileCounts) {
     EXPECT_EQ(desk.desktop.window("Maps").frame, kSomewhere);
 }
 
-TEST_F(Launching, TwoTilesGetAWindowEachInTheOrderOfTheirKeys) {
+TEST_F(Launching, TwoAwaitingTilesGetOneWindowEachInTheOrderOfTheirKeys) {
     desk.desktop.quit("Mail");
     const auto notes = desk.desktop.install("Notes", {.windowCount = 3, .window = {.frame = kSomewhere}});
     launch(notes, kRight);
@@ -137,7 +137,7 @@ TEST_F(Launching, ATileWaitsForTwentySeconds) {
         desk.advance(Seconds(19));
         EXPECT_EQ(waiting(), 1u);
         desk.advance(Seconds(1.6));
-        EXPECT_EQ(waiting(), 0u) << "nothing else has happened, and yet the time is over";
+        EXPECT_EQ(waiting(), 0u) << "the time is over although no other event occurred";
         desk.settle();
         const std::string tiles = desk.tiles();
         if (desk.desktop.isRunning("Late")) desk.desktop.quit("Late");
@@ -151,10 +151,10 @@ TEST_F(Launching, ATileWaitsForTwentySeconds) {
     const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
     EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), before + desk.mostPollsAtRest(Seconds(60)))
-        << "the poll rests again";
+        << "polls are idle again";
 }
 
-TEST_F(Launching, ADisplayThatIsAwayOrALayoutWithoutTheTileMayComeBack) {
+TEST_F(Launching, TheWindowWaitsForADisconnectedDisplayOrAMissingTile) {
     desk.display(1920, 1080).layout("jarvis.dual-split");
     const auto notes = desk.desktop.install("Notes", {.window = {.frame = kSomewhere}});
     launch(notes, kRight, "B");
@@ -199,11 +199,11 @@ TEST_F(Launching, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
     desk.advance(Seconds(15)).sleep().advance(Seconds(300)).wake().advance(Seconds(4));
     EXPECT_EQ(waiting(), 1u);
     desk.advance(Seconds(2));
-    EXPECT_EQ(waiting(), 0u) << "the rest of the 20 s is over";
+    EXPECT_EQ(waiting(), 0u) << "the remaining part of the 20 s is over";
     desk.advance(Seconds(120));
 }
 
-TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
+TEST(LaunchingOnANamelessDisplay, TheTileIsFoundAfterTheDisplayChangedItsSize) {
     Scenario desk;
     desk.desktop.addDisplay({.name = "VM", .size = {1920, 1080}, .origin = CGPoint{0, 0}, .canTellUUID = false});
     desk.layout("jarvis.dual-split", "VM").opens("Mail").arrange();
@@ -219,7 +219,7 @@ TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
     EXPECT_TRUE(desk.state().pendingLaunches->empty());
 }
 
-TEST_F(Launching, AZoomedWindowMakesWay) {
+TEST_F(Launching, PlacingTheWindowEndsFocusMode) {
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(3)}), kRight);
     desk.desktop.userFocuses("Mail");
     desk.zoom();
@@ -257,10 +257,10 @@ TEST(ArrangingAfterTheStart, DoesNotMoveWindowsThatARuleHasPlaced) {
     desk.settle().opens("Mail", {.frame = kSomewhere}).opens("Mail", {.frame = kSomewhere});
     desk.restart().expectTiles("- | Mail 2 1291,15 1254x1382 + Mail");
     desk.undo();
-    EXPECT_TRUE(desk.state().profile->autoArrangeOnLaunch) << "a setting is no step of a window";
+    EXPECT_TRUE(desk.state().profile->autoArrangeOnLaunch) << "undo does not revert a setting";
 }
 
-TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
+TEST(ArrangingAfterTheStart, HappensOncePerProcess) {
     const PreferenceData stored = arrangingProfile();
     Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", stored);
@@ -271,7 +271,7 @@ TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
     desk.stop().start().settle();
     desk.expectTiles("Mail 15,15 1254x1382 | -");
 
-    // A user faster than the delay has arranged already.
+    // The user may arrange before the delay has passed.
     Scenario other;
     other.preferences.setValue("KOVA.workspaceProfile.v1", stored);
     other.display(2560, 1440).opens("Mail").controller().start(false);

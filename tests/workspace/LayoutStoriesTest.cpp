@@ -1,4 +1,4 @@
-// Choosing layouts, undoing, zooming, and walking between tiles.
+// Choosing layouts, undo, focus mode, and moving the focus between tiles.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
@@ -21,13 +21,13 @@ TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBac
     desk.expectTiles("Codex 15,15 2530x666 | Mail 15,731 2530x666");
     desk.layout("jarvis.focus-single");
     desk.expectTiles("Mail 15,15 2530x1382 + Codex");
-    EXPECT_TRUE(desk.desktop.isHidden("Codex")) << "stacked behind the window that has the focus";
+    EXPECT_TRUE(desk.desktop.isHidden("Codex")) << "the window is stacked behind the focused one";
     desk.undo().undo();
     desk.expectTiles(kHalves);
     EXPECT_FALSE(desk.desktop.isHidden("Codex"));
 }
 
-TEST(LayoutStories, TheFocusedWindowStaysInFrontWhereALayoutHasTooFewTiles) {
+TEST(LayoutStories, TheFocusedWindowStaysInFrontInALayoutWithTooFewTiles) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").opens("Maps");
     desk.arrange();
@@ -45,7 +45,7 @@ TEST(LayoutStories, TheFocusedWindowStaysInFrontWhereALayoutHasTooFewTiles) {
     }
 }
 
-TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
+TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndWrapsAround) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.super-ultrawide-5120x1440").start();
     auto& controller = desk.controller();
@@ -58,7 +58,7 @@ TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
     EXPECT_EQ(current(), "jarvis.super-ultrawide-5120x1440");
 }
 
-TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusThenOfThePointerThenTheFirst) {
+TEST(LayoutStories, TheCurrentDisplayHasTheFocusedWindowElseThePointerElseIsTheFirst) {
     Scenario desk;
     desk.display(2560, 1440).display(1920, 1080);
     desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).start();
@@ -70,10 +70,10 @@ TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusThenOfThePointerThenTheFirs
     EXPECT_EQ(desk.controller().currentDisplayID(), desk.displayIDOf("B"));
 }
 
-TEST(LayoutStories, AutomaticPicksByTheDisplay) {
+TEST(LayoutStories, TheAutomaticLayoutDependsOnTheShapeOfTheDisplay) {
     Scenario desk;
     desk.display(2560, 1440).display(1920, 1080).display(5120, 1440).display(4200, 1440);
-    desk.desktop.setPanels("D", makeRect(0, 60, 0, 0)); // what it leaves free is more than 3 to 1
+    desk.desktop.setPanels("D", makeRect(0, 60, 0, 0)); // the visible frame is wider than 3 to 1
     auto& controller = desk.controller();
     const auto automatic = [&](const char* name) {
         EXPECT_EQ(controller.perform(action::SelectLayout{desk.displayIDOf(name), DisplayLayoutSelection::automatic()}),
@@ -90,7 +90,7 @@ TEST(LayoutStories, AutomaticPicksByTheDisplay) {
         false);
 }
 
-TEST(LayoutStories, WeightsShapeTheTilesUntilTheyAreReset) {
+TEST(LayoutStories, WeightsDetermineTheSizesOfTilesUntilTheyAreReset) {
     Scenario desk;
     desk.display(2560, 1440);
     WorkspaceProfile profile;
@@ -126,18 +126,18 @@ TEST(LayoutStories, TheInsetIsTheGapAroundWindows) {
     EXPECT_FALSE(desk.controller().perform(action::SetTileInset{std::nan("")}));
 }
 
-TEST(FocusModeStories, OneWindowTakesTheDisplayAndGivesItBack) {
+TEST(FocusModeStories, OneWindowGetsTheDisplayUntilFocusModeEnds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");
     desk.zoom();
     desk.expectMessage("Focus Mode — Mail owns this display");
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 15,15 2530x1382");
-    EXPECT_EQ(desk.framesWrittenWithin(Seconds(30)), 0) << "polls leave the zoomed window its zoom";
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(30)), 0) << "polls do not move the zoomed window";
     desk.zoom();
     desk.expectMessage("Focus Mode closed — workspace restored");
     desk.expectTiles(kHalves);
-    EXPECT_EQ(desk.controller().undoHistory().size(), 2u) << "the layout and the arrangement, as before";
+    EXPECT_EQ(desk.controller().undoHistory().size(), 2u) << "only the layout and the arrangement, as before";
 }
 
 TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
@@ -151,7 +151,7 @@ TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
     desk.expectTiles(kHalves);
 }
 
-TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong) {
+TEST(LayoutStories, WindowsFollowWhenADisplayGetsAnotherLayoutByItsSize) {
     Scenario desk;
     desk.display(1920, 1080);
     desk.controller().perform(action::SelectLayout{desk.displayIDOf("A"), DisplayLayoutSelection::automatic()});
@@ -161,7 +161,8 @@ TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong)
     desk.settle();
     EXPECT_EQ(desk.controller().resolvedLayout(desk.displayIDOf("A"))->id, "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 3u);
-    EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.target("A", "secondary-1")), 1u) << "its namesake";
+    EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.target("A", "secondary-1")), 1u)
+        << "the tile with the same name";
     EXPECT_EQ(desk.controller().undoHistory().size(), steps);
 }
 
@@ -179,11 +180,10 @@ TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesFollowEach
     revision = *desk.state().layoutRevision;
     desk.desktop.close("Mail");
     desk.settle();
-    EXPECT_GT(*desk.state().layoutRevision, revision)
-        << "its minimum size moves with the window, and so does the divider";
+    EXPECT_GT(*desk.state().layoutRevision, revision) << "the minimum size, and so the divider, follows the window";
 }
 
-TEST(LayoutStories, ASpanKeepsClearOfTheTilesNextToItWhenTheseGrow) {
+TEST(LayoutStories, ASpanDoesNotOverlapTheTilesBesideItWhenTheyGrow) {
     Scenario desk;
     desk.display(2560, 1440)
         .layout("jarvis.six-grid-portrait")
@@ -233,7 +233,7 @@ TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDispla
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,90 600x400");
 }
 
-TEST(FocusModeStories, AnActionThatIsRefusedWhileTheScreenIsNotSeenLeavesTheZoomAsItIs) {
+TEST(FocusModeStories, AnActionThatIsRefusedWithoutAVisibleScreenDoesNotEndFocusMode) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.perform(action::CaptureScene{});
@@ -285,7 +285,7 @@ TEST(FocusModeStories, HiddenWindowsStayHidden) {
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
 }
 
-TEST(FocusModeStories, ItEndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing) {
+TEST(FocusModeStories, EndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Codex");
@@ -301,7 +301,7 @@ TEST(FocusModeStories, ItEndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing)
     desk.expectMessage("This display already uses a single-pane layout");
 }
 
-TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
+TEST(FocusModeStories, StoppingEndsFocusModeAndAFullHistoryLosesNoEntry) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     for (int i = 0; i < 40; ++i) desk.controller().perform(action::Arrange{});
@@ -314,7 +314,7 @@ TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
     EXPECT_EQ(desk.controller().undoHistory().entries(), history);
 }
 
-TEST(UndoStories, MinimizedStateAndFramesComeBackAndClosedWindowsAreSkipped) {
+TEST(UndoStories, MinimizedStatesAndFramesAreRestoredAndClosedWindowsAreSkipped) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(20, 20, 600, 400)}).opens("Mail", {.frame = makeRect(80, 80, 600, 400)});
@@ -333,14 +333,14 @@ TEST(UndoStories, MinimizedStateAndFramesComeBackAndClosedWindowsAreSkipped) {
     EXPECT_EQ(desk.desktop.livingWindows().size(), 2u);
 }
 
-TEST(UndoStories, AnEmptyHistoryIsSilent) {
+TEST(UndoStories, AnEmptyHistoryIsRefusedWithoutAMessage) {
     Scenario desk;
     desk.display(2560, 1440).opens("Codex").undo();
     EXPECT_FALSE(desk.wasCarriedOut());
     EXPECT_EQ(*desk.state().lastActionMessage, std::nullopt);
 }
 
-TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
+TEST(NavigationStories, TheFocusMovesBetweenOccupiedTilesAndReportsWhenThereIsNone) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").arrange();
     desk.desktop.userFocuses("Codex");
@@ -348,7 +348,7 @@ TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
     desk.expectFocus("Mail");
     desk.expectMessage("Focused Mail");
     desk.focus(down);
-    desk.expectFocus("Notes"); // the tile below is empty; the one beside it is the nearest that is not
+    desk.expectFocus("Notes"); // the tile below is empty, so the tile beside that one is the nearest occupied tile
     desk.focus(left);
     EXPECT_FALSE(desk.wasCarriedOut());
     desk.expectMessage("No occupied zone left of the focused window");
@@ -374,7 +374,7 @@ TEST(NavigationStories, CyclingOntoASpanKeepsAllWindowsInStacks) {
     EXPECT_EQ(desk.state().stackWindowIDsByTarget->at(anchor).size(), 5u);
 }
 
-TEST(NavigationStories, AStackIsCycledRound) {
+TEST(NavigationStories, CyclingAStackWrapsAround) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");

@@ -20,18 +20,18 @@ TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
     EXPECT_FALSE(windows.request("gone", WindowPresentation::shown, Seconds{1}));
     windows.requestHidden(1, Seconds{1});
     EXPECT_TRUE(windows.request("c", WindowPresentation::minimized, Seconds{1}));
-    const auto isAsAsked = [&] {
+    const auto isAsRequested = [&] {
         return !windows.find("a")->isVisible && !windows.find("b")->isVisible && windows.find("c")->isMinimized;
     };
-    EXPECT_TRUE(isAsAsked() && windows.isWaiting());
+    EXPECT_TRUE(isAsRequested() && windows.isWaiting());
     (void)windows.take({live("a", 1), live("b", 1), live("c", 2)}, Seconds{0.9});
-    EXPECT_TRUE(isAsAsked()) << "the poll began before the request";
+    EXPECT_TRUE(isAsRequested()) << "the poll began before the request";
     (void)windows.take({live("a", 1), live("c", 2)}, Seconds{9});
-    EXPECT_FALSE(isAsAsked() || windows.isWaiting()) << "the windows did not follow the request";
+    EXPECT_FALSE(isAsRequested() || windows.isWaiting()) << "the windows did not follow the request";
     EXPECT_EQ(windows.find("b"), nullptr);
 }
 
-TEST(LiveWindows, ARenamedWindowIsStillTheOneThatWasMinimizedAndUsed) {
+TEST(LiveWindows, ARenamedWindowStaysRecordedAsMinimizedAndUsed) {
     LiveWindows windows;
     windows.minimized().note("a", Seconds{0});
     windows.noteFocus("a");
