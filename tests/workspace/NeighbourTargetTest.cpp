@@ -20,7 +20,7 @@ std::map<TileTarget, CGRect> quad() {
             {"upper-right", makeRect(100, 100, 100, 100)}};
 }
 
-TEST(NeighbourTarget, GoesStraightRatherThanAside) {
+TEST(NeighbourTarget, PrefersTheTileStraightAhead) {
     const CGRect source = makeRect(10, 10, 80, 80);
     EXPECT_EQ(neighbourTarget(source, right, quad()), "lower-right");
     EXPECT_EQ(neighbourTarget(source, up, quad()), "upper-left");
@@ -29,7 +29,7 @@ TEST(NeighbourTarget, GoesStraightRatherThanAside) {
     EXPECT_EQ(neighbourTarget(quad().at("upper-right"), left, quad()), "upper-left");
 }
 
-TEST(NeighbourTarget, WeighsTheSidewaysDistanceTwoAndAQuarterTimes) {
+TEST(NeighbourTarget, MultipliesTheDistanceAcrossTheDirectionByTwoAndAQuarter) {
     const auto frames = [](double aside) {
         return std::map<TileTarget, CGRect>{{"ahead", makeRect(325, 0, 0, 0)}, {"aside", makeRect(100, aside, 0, 0)}};
     };
@@ -39,19 +39,19 @@ TEST(NeighbourTarget, WeighsTheSidewaysDistanceTwoAndAQuarterTimes) {
     EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(100)), "ahead") << "a tie goes to the smaller key";
 }
 
-TEST(NeighbourTarget, OnePointIsStillTheSameLine) {
+TEST(NeighbourTarget, ATileAtMostOnePointFurtherIsNoNeighbor) {
     const std::map<TileTarget, CGRect> one{{"near", makeRect(1, 0, 0, 0)}};
     EXPECT_EQ(neighbourTarget(CGRect{}, right, one), std::nullopt);
     const std::map<TileTarget, CGRect> more{{"near", makeRect(1.5, 0, 0, 0)}};
     EXPECT_EQ(neighbourTarget(CGRect{}, right, more), "near");
 }
 
-TEST(NeighbourTarget, TheTilesOfASpanAreNoNeighborsOfIt) {
+TEST(NeighbourTarget, TheTilesOfASpanAreNotItsNeighbors) {
     struct Case {
         CGSize least; // of a window that spans two tiles of the grid
         std::size_t at;
         WorkspaceDirection direction;
-        std::vector<std::size_t> to; // of several at the same distance the one with the smaller id
+        std::vector<std::size_t> to; // of several tiles at the same distance the one with the smaller id
     };
     const Case cases[] = {
         {{2300, 400}, 0, up, {}},       {{2300, 400}, 0, left, {2}},    {{2300, 400}, 0, right, {3}},

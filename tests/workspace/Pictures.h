@@ -1,4 +1,4 @@
-// What several stories of the workspace begin with.
+// Start states that several tests of the workspace share.
 #pragma once
 
 #include "support/Geometry.h"
@@ -7,7 +7,7 @@ namespace kova {
 
 /// Codex and Mail side by side on a display of 2560x1440.
 inline constexpr const char* kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
-/// In no tile.
+/// A frame outside all tiles.
 inline const CGRect kSomewhere = makeRect(300, 300, 800, 600);
 
 } // namespace kova

@@ -1,4 +1,5 @@
-// Which windows get a tile, which give way and how, and what large and stubborn windows do to a layout.
+// Which windows get a tile, which are displaced and how, and how windows that are large or refuse frames affect a
+// layout.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,7 @@ namespace kova {
 
 namespace {
 
-TEST(PlacementStories, SurplusWindowsAreMinimizedNeverClosedAndStayWhereTheyAreNextTime) {
+TEST(PlacementStories, SurplusWindowsAreMinimizedAndTheNextArrangementDoesNotChangeThem) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     for (const char* name : {"Codex", "Mail", "Viewer", "Firefox"}) desk.opens(name);
@@ -19,10 +20,10 @@ TEST(PlacementStories, SurplusWindowsAreMinimizedNeverClosedAndStayWhereTheyAreN
     EXPECT_EQ(desk.desktop.livingWindows().size(), 4u);
     const std::string before = desk.desktop.picture();
     desk.arrange();
-    EXPECT_EQ(desk.desktop.picture(), before) << "arranging again moves nothing without a reason";
+    EXPECT_EQ(desk.desktop.picture(), before) << "a repeated arrangement moves nothing without a reason";
 }
 
-TEST(PlacementStories, ADesktopThatPlacesWindowsItselfIsNamedOrFoundOut) {
+TEST(PlacementStories, AWindowManagerThatPlacesWindowsIsReportedByNameOrAfterRefusals) {
     const std::string wayOut =
         "Only windows that float there can be arranged; use KOVA with a window manager that lets "
         "windows float.";
@@ -38,7 +39,7 @@ TEST(PlacementStories, ADesktopThatPlacesWindowsItselfIsNamedOrFoundOut) {
     nameless.settle().arrange();
     nameless.expectMessage("No window goes where it is sent: the window manager places them itself. " + wayOut);
 
-    Scenario obedient; // but for one window
+    Scenario obedient; // except for one window
     obedient.display(2560, 1440).opens("Mail", {.refusesToMove = true}).opens("Notes");
     obedient.arrange().settle().arrange();
     obedient.expectMessage("Windows arranged into zones — Undo is available");
@@ -61,12 +62,12 @@ TEST(PlacementStories, TheFootersLieBelowTheirTilesAndPrimaryIsTopLeft) {
     desk.opens("Mail", {.frame = makeRect(100, 800, 800, 500)})
         .opens("Viewer", {.frame = makeRect(1400, 800, 800, 500)});
     desk.arrange();
-    // 1392 points high, a gap of 12 and 28 between the rows; 28 more under the last row.
+    // 1392 points high, with a gap of 12 and a footer of 28 between the rows, and a footer below the last row.
     desk.expectTiles("Codex 15,15 1254x666 | Firefox 1291,15 1254x666 | "
                      "Mail 15,731 1254x666 | Viewer 1291,731 1254x666");
 }
 
-TEST(PlacementStories, MinimizedAndHiddenWindowsAreBroughtBackInASecondPass) {
+TEST(PlacementStories, MinimizedAndHiddenWindowsAreShownInASecondPass) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.isMinimized = true}).opens("Mail").start();
@@ -77,7 +78,7 @@ TEST(PlacementStories, MinimizedAndHiddenWindowsAreBroughtBackInASecondPass) {
     EXPECT_FALSE(desk.desktop.isHidden("Mail"));
 }
 
-TEST(PlacementStories, ANewerArrangementEndsTheSecondPassOfTheOlder) {
+TEST(PlacementStories, ANewerOperationCancelsTheSecondPassOfAnArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).start();
     auto& controller = desk.controller();
@@ -99,10 +100,10 @@ TEST(PlacementStories, TheSecondPassDoesNotRevertChangesByTheUser) {
     desk.settle();
     desk.expectTiles("- | Codex 1291,15 1254x1382 + Mail");
     EXPECT_FALSE(desk.desktop.isHidden("Codex"));
-    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "a window that waits is not seen";
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "a stacked window is hidden";
 }
 
-TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {
+TEST(PlacementStories, AChangeOfLayoutDoesNotHideAFullScreenWindow) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.setFullScreen("Mail", true);
@@ -111,7 +112,7 @@ TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {
     EXPECT_FALSE(desk.desktop.isHidden("Mail"));
 }
 
-TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeepsAnotherTile) {
+TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatHasAnotherTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
     desk.opens("Mail", {.frame = makeRect(50, 50, 600, 800)}).opens("Mail", {.frame = makeRect(900, 50, 600, 800)});
@@ -126,7 +127,7 @@ TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeeps
     desk.desktop.userFocuses("Mail");
     desk.move(WorkspaceDirection::right).move(WorkspaceDirection::right);
     desk.expectTiles("- | - | Mail 1717,15 828x1382 + Mail 2 + Viewer");
-    EXPECT_TRUE(desk.desktop.window("Mail 2").isMinimized) << "its application keeps a tile";
+    EXPECT_TRUE(desk.desktop.window("Mail 2").isMinimized) << "the application has another tile";
     EXPECT_FALSE(desk.desktop.isHidden("Mail"));
 }
 
@@ -138,7 +139,7 @@ TEST(PlacementStories, AnAnnouncedMinimumEnlargesTheTile) {
     EXPECT_EQ(*desk.state().placementNotice, std::nullopt);
 }
 
-TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighborAndSaysSo) {
+TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighborWithANotice) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
@@ -150,28 +151,28 @@ TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighborAndSaysSo) {
     EXPECT_EQ(notice->claimedFrame, makeRect(10, 1440 - 10 - 676, 2540, 676)) << "screen space";
 }
 
-TEST(PlacementStories, AWindowThatRefusesToShrinkIsRememberedAndGivenItsRoom) {
+TEST(PlacementStories, AWindowThatRefusesToShrinkGetsTheRoomThatItNeeds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
     EXPECT_EQ(desk.state().observedMinimumSizes->begin()->second, (CGSize{1500, 0}))
-        << "only the direction in which it refused";
+        << "only in the direction in which the window refused";
     EXPECT_EQ(desk.state().profile->applicationMinimumSizes.at("sim.mail"), (CGSize{1500, 0}));
-    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << "no frame is written any more";
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << "the desktop has settled";
 }
 
-TEST(PlacementStories, AWindowThatRefusesItsFrameIsRequestedThreeTimes) {
+TEST(PlacementStories, AFrameThatAWindowRefusesIsRequestedThreeTimes) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex").opens("Mail", {.frame = makeRect(40, 40, 500, 400), .refusesToMove = true}).arrange();
     desk.advance(Seconds(10));
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0);
     desk.desktop.setAnnouncesAllChanges(false);
-    EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0) << "nor by polls that come all the same";
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0) << "later polls do not request the frame either";
 }
 
-TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAnUnmovedOneIsNotWritten) {
+TEST(PlacementStories, AWindowMovedOffItsTileReturnsAndOtherWindowsGetNoRequest) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     const std::string before = desk.tiles();
@@ -182,7 +183,7 @@ TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAnUnmovedOneIsNotWritte
     EXPECT_EQ(desk.desktop.window("Codex").frameWriteCount, writes);
 }
 
-TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
+TEST(PlacementStories, WindowsInFullScreenOrOnOtherVirtualDesktopsAreNotArranged) {
     Scenario desk;
     desk.desktop.setSpaceStyle(SpaceStyle::listsAll);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
@@ -191,7 +192,8 @@ TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
     desk.desktop.userFocuses("Mail");
     desk.arrange();
     const auto& assigned = *desk.state().assignedWindowIDs;
-    EXPECT_EQ(assigned.at(desk.target("A", "focus-main")), desk.desktop.windowIDOf("Codex")) << "keeps its tile";
+    EXPECT_EQ(assigned.at(desk.target("A", "focus-main")), desk.desktop.windowIDOf("Codex"))
+        << "the full-screen window keeps its tile";
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Elsewhere")).substr(0, 23), "Elsewhere 10,10 640x480");
     EXPECT_TRUE(desk.desktop.window("Viewer").isMinimized);
     desk.desktop.setFullScreen("Codex", false);
@@ -199,7 +201,7 @@ TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, AWindowThatVanishesBetweenPlanAndPlacementIsSkipped) {
+TEST(PlacementStories, AWindowThatClosesBetweenPlanAndPlacementIsSkipped) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.vanishesAtWrite = 1}).opens("Mail").arrange();

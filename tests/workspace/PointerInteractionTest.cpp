@@ -14,14 +14,14 @@ struct PointerInteractionTest : testing::Test {
     PointerInteraction pointer{queue, [] {}, [this] { ++resumed; }};
 };
 
-TEST_F(PointerInteractionTest, DoesOneThingAtATime) {
+TEST_F(PointerInteractionTest, HasOneStateAtATime) {
     pointer.press("mail", std::nullopt);
     EXPECT_TRUE(pointer.isPressing("mail") && pointer.isHolding("mail") && pointer.isOnWindow());
     EXPECT_FALSE(pointer.isDragging() || pointer.isPausingPolls());
     pointer.beginWindowDrag("mail", {});
     pointer.press("notes", std::nullopt);
     EXPECT_TRUE(pointer.isDragging("mail") && pointer.isHolding("mail") && pointer.isPausingPolls());
-    EXPECT_FALSE(pointer.isHolding("notes")) << "a press during a drag is none of ours";
+    EXPECT_FALSE(pointer.isHolding("notes")) << "a press during a drag is ignored";
     EXPECT_FALSE(pointer.release());
     pointer.beginDividerDrag({"D", "layout", {}}, {}, {}, {});
     EXPECT_TRUE(pointer.isDragging() && pointer.dividerDrag());
@@ -38,14 +38,14 @@ TEST_F(PointerInteractionTest, ADragPausesPollsUntilShortlyAfterItsEnd) {
     queue.advance(Seconds{0.2});
     EXPECT_FALSE(pointer.isPausingPolls());
     EXPECT_EQ(resumed, 1);
-    EXPECT_FALSE(pointer.abandon()) << "nothing was held back";
+    EXPECT_FALSE(pointer.abandon()) << "polls were not paused";
     pointer.beginWindowDrag("mail", {});
     EXPECT_TRUE(pointer.abandon());
     queue.advance(Seconds{2});
     EXPECT_EQ(resumed, 1) << "an abandoned drag ends its pause silently";
 }
 
-TEST_F(PointerInteractionTest, FollowsNewNamesInEveryState) {
+TEST_F(PointerInteractionTest, FollowsNewIdsInEveryState) {
     pointer.press("mail", std::nullopt);
     pointer.rename("mail", "mail2");
     EXPECT_EQ(pointer.release()->windowID, "mail2");

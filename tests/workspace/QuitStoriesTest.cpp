@@ -1,4 +1,4 @@
-// Applications that are ended on request, one or all.
+// Ending one application or all of them on request.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ class Quitting : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.desktop.takeJournal();
     }
-    /// The lines of the journal that say which applications were ended and how.
+    /// The lines of the journal that report how applications were ended.
     std::string asked() {
         std::string lines;
         std::string journal = desk.desktop.takeJournal();
@@ -29,14 +29,14 @@ class Quitting : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Quitting, AnApplicationIsAskedToQuitAndItsTileIsFreeSoonAfter) {
+TEST_F(Quitting, AnApplicationIsRequestedToQuitAndItsTileIsFreeSoonAfter) {
     EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Mail")}));
     desk.expectMessage("Quit requested for Mail");
     EXPECT_EQ(asked(), "Mail: terminate");
     desk.settle();
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
-    EXPECT_FALSE(desk.controller().perform(action::QuitApplication{"101:16"})) << "it is gone";
+    EXPECT_FALSE(desk.controller().perform(action::QuitApplication{"101:16"})) << "the window has closed";
     EXPECT_FALSE(desk.controller().perform(action::ForceQuitApplication{"unknown"}));
     desk.expectMessage("Quit requested for Mail");
 }
@@ -54,7 +54,7 @@ TEST_F(Quitting, AnApplicationThatRefusesToQuitStaysManaged) {
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
 }
 
-TEST_F(Quitting, AnApplicationWhoseProcessIsUncertainIsNotForced) {
+TEST_F(Quitting, AnApplicationWhoseProcessIsNotVerifiedIsNotKilled) {
     desk.desktop.launch("Maps", {.isVerified = false});
     desk.opens("Maps").settle();
     EXPECT_FALSE(desk.controller().perform(action::ForceQuitApplication{desk.desktop.windowIDOf("Maps")}));
@@ -66,10 +66,10 @@ TEST_F(Quitting, AnApplicationWhoseProcessIsUncertainIsNotForced) {
     EXPECT_EQ(outcome.refusals, std::vector<std::string>{"Maps was not force quit: its process is not known"});
     EXPECT_EQ(asked(), "Mail: force terminate, Notes: force terminate");
     EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Maps")}))
-        << "asking harms no other process";
+        << "a request to quit cannot harm another process";
 }
 
-TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
+TEST_F(Quitting, FocusModeEndsBeforeItsApplicationQuits) {
     desk.desktop.userFocuses("Mail");
     const std::string before = desk.tiles();
     desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
@@ -100,7 +100,7 @@ TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
     desk.desktop.launch("Clock", {.activationPolicy = ApplicationActivationPolicy::accessory});
     desk.desktop.launch("Helper", {.activationPolicy = ApplicationActivationPolicy::prohibited});
     desk.desktop.launch("nameless", {.hasName = false});
-    desk.desktop.launch("finder", {.bundleIdentifier = "com.apple.Finder"}); // only the one is meant
+    desk.desktop.launch("finder", {.bundleIdentifier = "com.apple.Finder"}); // another identifier, so it is ended
     desk.desktop.launch("Ähre");
     desk.desktop.launch("Leaving");
     desk.desktop.beginTerminating("Leaving");
@@ -121,7 +121,7 @@ TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
     desk.settle();
     EXPECT_EQ(asked(), "");
 
-    // Applications that start or are replaced while the question is open were not asked about.
+    // Applications that start or are replaced while the dialog is open are not ended: the user has not confirmed them.
     desk.controller().perform(action::ForceQuitAll{});
     desk.desktop.takeAlerts();
     desk.desktop.quit("Notes");

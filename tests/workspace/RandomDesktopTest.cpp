@@ -1,5 +1,5 @@
-// Anything that a user, an application or the machine can do, in any order and at any moment: the promises of every
-// scenario hold, windows that are not listed for a moment lose nothing, and in the end the desktop comes to rest.
+// Random events of users, applications and the machine, in any order and at any moment: the invariants of every
+// scenario hold, windows that are not listed for a moment keep their tiles, and at the end the desktop settles.
 #include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>
@@ -38,11 +38,11 @@ class RandomDay : public RandomWalk {
     void step(const std::string& name) override {
         if (chance(2)) endTrouble();
         perform(name);
-        // At once, in the midst of the passes, between two polls, or when all is at rest.
+        // The next event comes at once, during the passes of a placement, between two polls, or after settling.
         const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), desk_.settlingTime()});
         chance(12) ? desk_.rest() : desk_.advance(pause);
     }
-    /// When all applications respond again and nothing interferes, the desktop comes to rest and stays there.
+    /// Once all applications respond again and no more events occur, the desktop settles for good.
     void end() override {
         auto& desktop = desk_.desktop;
         for (const auto& application : desktop.runningApplications())
@@ -50,10 +50,10 @@ class RandomDay : public RandomWalk {
         endTrouble();
         desk_.rest().arrange();
         withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); });
-        desk_.rest(); // a window that refuses its tile is asked more than once
+        desk_.rest(); // a frame that a window refuses is requested more than once
         (void)desktop.takeJournal();
         EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0)
-            << "frames are written forever: " << desktop.picture() << "\n"
+            << "frames are written although the desktop should have settled: " << desktop.picture() << "\n"
             << desktop.takeJournal().substr(0, 600);
     }
     WindowTraits anyTraits() override {
@@ -100,7 +100,7 @@ class RandomDay : public RandomWalk {
         }
         return traits;
     }
-    /// Something else may happen while the button is still down.
+    /// Another event may occur while the button is still down.
     void holdOn() override {
         desk_.advance(anyOf({Seconds(0), Seconds(0.02), Seconds(0.6)}));
         if (!chance(4) || isInterrupted_) return;
@@ -133,26 +133,25 @@ class RandomDay : public RandomWalk {
         story_ += " " + std::to_string(static_cast<int>(event));
         desk_.simulate(event);
     }
-    /// As the window server does around sleep.
+    /// Stops listing a window, as the window server does around sleep.
     void loseAnyWindow() {
         if (!desk_.isSuspended()) desk_.sleep();
         withAnyWindow([&](const auto& label) { desk_.desktop.loseWindow(label); });
     }
-    /// Windows that are not listed for a while, with nothing else happening, keep
-    /// their tiles.
+    /// Windows that are not listed for a while keep their tiles if no other event occurs.
     void expectNoLoss(const std::function<void()>& away, const std::function<void()>& back) {
         auto& desktop = desk_.desktop;
         if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() ||
             desktop.isLoginSessionScreenLocked() || !desktop.isProcessTrusted())
             return;
-        desk_.rest(); // what was done before may still move windows
+        desk_.rest(); // earlier operations may still move windows
         const auto& controller = desk_.controller();
         bool mayChangeAnyway =
             !controller.state().pendingLaunches->empty() || !controller.pendingSceneWindowPlacements().empty();
         const auto before = controller.assignments();
-        std::set<WindowID> here; // one that was sent to the other Space has its tile there
+        std::set<WindowID> here; // windows of the shown Space
         for (const auto& window : controller.liveWindows()) {
-            // One that did not respond cannot tell its Space, and may claim more tiles once it takes its frame.
+            // The Space of an unresponsive window is unknown, and the window may claim more tiles once it responds.
             if (!window.isAnswering) mayChangeAnyway = true;
             if (!window.isElsewhere && window.isAnswering) here.insert(window.id);
         }
@@ -163,7 +162,7 @@ class RandomDay : public RandomWalk {
         const auto& after = controller.assignments();
         for (const auto* window : desktop.livingWindows()) {
             const auto id = desktop.windowIDOf(window->label());
-            // A tab group has the tile of the tab that it shows.
+            // Only the shown tab of a tab group has a tile.
             if (!before.isInAnyTile(id) || !here.contains(id) || window->isBackgroundTab) continue;
             EXPECT_TRUE(after.isInAnyTile(id)) << window->label();
             if (mayChangeAnyway) continue;
@@ -187,7 +186,7 @@ class RandomDay : public RandomWalk {
         if (chance(3)) rule.titleContains = "draft";
         (void)desk_.controller().perform(action::AddRule{rule});
     }
-    /// What happens on a Mac only; a person elsewhere goes on with the work.
+    /// Events that occur only on a Mac; an arrangement on other desktops.
     void haveMacTrouble() {
         if (!isMac()) return act(action::Arrange{});
         switch (below(3)) {
@@ -199,7 +198,7 @@ class RandomDay : public RandomWalk {
             return desk_.desktop.announcements().lose(static_cast<int>(1 + below(4)));
         }
     }
-    /// A day of sleep, locks and missing displays would show little.
+    /// Ends sleep, locks and other conditions in which KOVA does little.
     void endTrouble() {
         auto& desktop = desk_.desktop;
         using enum SystemActivityEvent;
@@ -216,7 +215,7 @@ class RandomDay : public RandomWalk {
     }
     void addTrouble();
 
-    /// Named more than once: taken as much more often.
+    /// Operations that are listed repeatedly are drawn more often.
     static constexpr std::array kWork = {
         "opens",
         "opens",
@@ -296,10 +295,11 @@ void RandomDay::addTrouble() {
         {"shows desktop", [this] { desk_.desktop.showVirtualDesktop(static_cast<int>(below(2))); }},
         {"hangs", toWindow([this](const auto& label) { desk_.desktop.setAnswering(applicationOf(label), chance(2)); })},
         {"hangs for a moment", toWindow([this](const auto& label) {
-             const auto setAnswering = [&](bool answers) { // one that was requested to quit may end meanwhile
-                 const std::string application = applicationOf(label);
-                 if (desk_.desktop.isRunning(application)) desk_.desktop.setAnswering(application, answers);
-             };
+             const auto setAnswering =
+                 [&](bool answers) { // an application that was requested to quit may end meanwhile
+                     const std::string application = applicationOf(label);
+                     if (desk_.desktop.isRunning(application)) desk_.desktop.setAnswering(application, answers);
+                 };
              expectNoLoss([&] { setAnswering(false); }, [&] { setAnswering(true); });
          })},
         {"visits a desktop",

@@ -1,5 +1,5 @@
-// Any workspace can be captured, and comes back as it was after anything was done to it; opening it once more moves
-// nothing.
+// Random workspaces: a captured scene restores the workspace after random changes, and opening the scene once more
+// moves nothing.
 #include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +71,7 @@ class RandomScene : public RandomWalk {
     TileAssignments captured_;
 };
 
-TEST(RandomScene, ComesBackAndStays) {
+TEST(RandomScene, IsRestoredAndASecondOpeningMovesNothing) {
     takeWalks<RandomScene>(kUsualScenes, "RandomScene");
 }
 

@@ -60,7 +60,7 @@ void RandomWalk::take(const Operations& operations, const std::function<bool()>&
 // Draws
 
 Operations RandomWalk::draw(std::size_t count, const std::function<std::string()>& anyName) {
-    constexpr std::size_t kNumbers = 100000; // short enough to be read
+    constexpr std::size_t kNumbers = 100000; // keeps the numbers in the story short
     Operations operations;
     while (operations.size() < count) {
         std::string name = anyName();
@@ -126,7 +126,7 @@ void RandomWalk::openScene() {
     if (!scenes.empty()) act(action::ActivateScene{scenes[below(scenes.size())].id});
 }
 
-/// Any of the commands for one window, the focused one or another.
+/// Any command for the focused window or another one.
 void RandomWalk::commandWindow() {
     std::optional<WindowID> window;
     if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
@@ -157,7 +157,7 @@ void RandomWalk::dragDivider(const DisplayLayoutDivider& divider) {
     chance(4) ? act(action::CancelDividerDrag{}) : act(action::EndDividerDrag{divider});
 }
 
-/// The controller may be another one after every pause.
+/// Each pause may replace the controller, so no reference to it is kept.
 void RandomWalk::dragWindow(const std::string& label) {
     using enum action::WindowDragKind;
     using enum action::DropMode;
@@ -197,7 +197,7 @@ struct Failure {
     std::string story;
 };
 
-/// The first failure of the walk, its end included.
+/// The first failure of the walk, including the checks at its end.
 std::optional<Failure> failureOf(const MakeWalk& make, std::uint32_t seed, const Operations& operations) {
     testing::TestPartResultArray results;
     Failure failure;
@@ -219,7 +219,7 @@ std::optional<Failure> failureOf(const MakeWalk& make, std::uint32_t seed, const
     return failure;
 }
 
-/// Leaves out operations, and takes smaller numbers for others, as long as the same check fails.
+/// Removes operations and reduces the numbers of others, as long as the same check fails.
 std::pair<Operations, Failure> shortened(const MakeWalk& make, std::uint32_t seed, Operations operations,
                                          Failure failure) {
 #ifdef KOVA_HAS_RAPIDCHECK

@@ -1,8 +1,8 @@
-// Random walks over a scenario. A walk is a list of operations, each a name and a number from which it draws all
-// else (which window, which frame) out of what exists then, so that an operation can be taken when others are left
-// out. A walk that fails is shortened, and printed so that it can be pasted into a story:
-// replay<RandomDay>(1570, {{"opens", 4711}, {"zoom", 12}});
-// KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
+// Random walks over a scenario. A walk is a list of operations, each with a name and a number. The number is the seed
+// for all choices of the operation (which window, which frame) among the windows and displays that exist at that
+// moment, so that the operation still works after others were removed. A failing walk is shortened and printed in a
+// form that can be pasted into a test: replay<RandomDay>(1570, {{"opens", 4711}, {"zoom", 12}}); KOVA_RANDOM_SEED
+// selects the first seed, KOVA_RANDOM_DAYS the number of seeds.
 #pragma once
 
 #include "tests/harness/Scenario.h"
@@ -32,22 +32,22 @@ class RandomWalk {
     RandomWalk& operator=(const RandomWalk&) = delete;
 
     virtual Operations anyOperations() = 0;
-    /// Ends with the first operation after which `hasFailed`.
+    /// Carries out the operations up to the first after which `hasFailed` returns true.
     void take(const Operations& operations, const std::function<bool()>& hasFailed);
-    /// What happened, with the screen after each operation.
+    /// The operations so far, with the screen after each of them.
     const std::string& story() const { return story_; }
 
   protected:
     virtual void begin() = 0;
-    /// Carries an operation out, waits and checks.
+    /// Carries out an operation, waits and checks.
     virtual void step(const std::string& name) = 0;
     /// Checks after the last operation.
     virtual void end() = 0;
-    // What a user does
+    // Choices for operations of the user
     virtual CGRect anyFrameFor(const std::string& /*label*/) { return anyFrame(); }
     virtual WindowTraits anyTraits() { return {.frame = anyFrame()}; }
     virtual bool mayDrag(const std::string& /*label*/) { return true; }
-    /// The pointer rests during a drag.
+    /// Called during a drag, while the pointer does not move.
     virtual void holdOn() {}
 
     void perform(const std::string& name) { kinds_.at(name)(); }
@@ -65,9 +65,9 @@ class RandomWalk {
     }
     Operations draw(std::size_t count, const std::function<std::string()>& anyName);
     WorkspaceDirection anyDirection();
-    /// With its corner on some display, where there is one.
+    /// A frame whose corner is on a display, if there is one.
     CGRect anyFrame();
-    // Nothing when there is none.
+    // These do nothing if there is no window, display or divider.
     using UseName = std::function<void(const std::string&)>; // a window's label, a display's name
     void withAnyWindow(const UseName& use);
     void withAnyDisplay(const UseName& use);
@@ -94,7 +94,8 @@ class RandomWalk {
 
 using MakeWalk = std::function<std::unique_ptr<RandomWalk>(std::uint32_t seed)>;
 
-/// Fails with the shortest list of operations found that fails at the same check. `name` is that of the walk.
+/// After a failure, reports the shortest list of operations that was found to fail at the same check. `name` is the
+/// name of the walk's class.
 void takeWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make);
 void replay(const MakeWalk& make, std::uint32_t seed, const Operations& operations);
 

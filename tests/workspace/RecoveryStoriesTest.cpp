@@ -1,4 +1,4 @@
-// Sleep, lock and session switches: what the window server does to windows meanwhile, and how they get back.
+// Sleep, lock and session switches: how the window server changes windows meanwhile, and how KOVA restores them.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ class Recovery : public ::testing::Test {
     std::string picture;
 };
 
-TEST_F(Recovery, WindowsComeBackOneByOneAndEachIsPutBackOnce) {
+TEST_F(Recovery, WindowsReappearOneByOneAndEachIsPutBackOnce) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.desktop.userMoves("Notes", makeRect(5, 5, 640, 480));
@@ -31,7 +31,8 @@ TEST_F(Recovery, WindowsComeBackOneByOneAndEachIsPutBackOnce) {
     desk.settle();
     desk.expectTiles(picture);
     EXPECT_GT(desk.desktop.window("Mail").frameWriteCount, writes);
-    EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0) << "seen on many polls, put back once";
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0)
+        << "many polls have listed the windows, but each is put back only once";
 }
 
 TEST_F(Recovery, AWindowThatIsMissingAfterTenSecondsLosesItsTileAndOneThatVanishesAgainLosesItAtOnce) {
@@ -50,7 +51,8 @@ TEST_F(Recovery, AWindowThatIsMissingAfterTenSecondsLosesItsTileAndOneThatVanish
     desk.advance(Seconds(1));
     desk.desktop.loseWindow("Notes");
     desk.advance(Seconds(1));
-    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u) << "Notes had been back; Mail is still awaited";
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u)
+        << "Notes had returned before it vanished; Mail is still awaited";
     desk.desktop.loseWindow("Mail", false);
     desk.advance(Seconds(12));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
@@ -104,7 +106,7 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsRecognized) {
     EXPECT_EQ(desk.desktop.labelOfID((*desk.state().focusMode)->windowID), zoomed);
     desk.zoom();
     desk.expectTiles(picture);
-    desk.undo(); // of the arrangement: what was remembered of them is still theirs
+    desk.undo(); // of the arrangement: the snapshot has the new ids
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 
@@ -122,8 +124,8 @@ TEST_F(Recovery, AmbiguousWindowsAreNotRecognized) {
          },
          2},
         {"moved and resized", [](auto& desktop) { desktop.userMoves("Mail", makeRect(900, 300, 500, 400)); }, 1},
-        {"of another title", [](auto& desktop) { desktop.setTitle("Mail", "Drafts"); }, 1},
-        {"one of two that fit",
+        {"with another title", [](auto& desktop) { desktop.setTitle("Mail", "Drafts"); }, 1},
+        {"two windows match",
          [](auto& desktop) { desktop.setTitle(desktop.open("Mail", {.frame = desktop.window("Mail").frame}), "Mail"); },
          1},
     };
@@ -148,7 +150,7 @@ TEST_F(Recovery, WhileSuspendedEveryCommandIsRefusedWithAReason) {
     desk.advance(Seconds(3)).simulate(screensDidSleep);
     EXPECT_TRUE(*desk.state().isSuspended);
     const auto tile = kova.tiles().front();
-    const std::vector<std::pair<const char*, std::function<bool()>>> wishes = {
+    const std::vector<std::pair<const char*, std::function<bool()>>> commands = {
         {"arrange", [&] { return kova.perform(action::Arrange{}); }},
         {"focus", [&] { return kova.perform(action::Focus{WorkspaceDirection::right}); }},
         {"move", [&] { return kova.perform(action::Move{WorkspaceDirection::right}); }},
@@ -166,9 +168,9 @@ TEST_F(Recovery, WhileSuspendedEveryCommandIsRefusedWithAReason) {
                  action::LaunchApplication{desk.desktop.install("Codex"), tile.displayID, tile.slot.id});
          }},
     };
-    for (const auto& [name, wish] : wishes) {
+    for (const auto& [name, command] : commands) {
         desk.advance(Seconds(5));
-        EXPECT_FALSE(wish()) << name;
+        EXPECT_FALSE(command()) << name;
         desk.expectMessage("Suspended while the screen is asleep, locked or another user's");
     }
     EXPECT_FALSE(kova.perform(action::BeginWindowDrag{desk.desktop.windowIDOf("Mail"), makeRect(0, 0, 100, 100)}));
@@ -183,13 +185,13 @@ TEST_F(Recovery, WhileSuspendedEveryCommandIsRefusedWithAReason) {
 TEST_F(Recovery, SuspensionEndsDragsAndVerifications) {
     auto& kova = desk.controller();
     const auto divider = kova.dividers().front();
-    for (const bool isTold : {true, false}) { // or a poll sees the lock
-        SCOPED_TRACE(isTold);
+    for (const bool isAnnounced : {true, false}) { // if not announced, a poll notices the lock
+        SCOPED_TRACE(isAnnounced);
         ASSERT_TRUE(kova.perform(action::BeginDividerDrag{divider}));
         kova.perform(action::UpdateDividerDrag{divider, 300});
         desk.advance(Seconds(0.1));
         desk.desktop.takeJournal();
-        if (isTold) {
+        if (isAnnounced) {
             desk.sleep();
         } else {
             desk.desktop.setLocked(true);
@@ -200,7 +202,7 @@ TEST_F(Recovery, SuspensionEndsDragsAndVerifications) {
         desk.advance(Seconds(5));
         EXPECT_EQ(desk.desktop.takeJournal(), "");
         EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
-        if (isTold) {
+        if (isAnnounced) {
             desk.wake();
         } else {
             desk.desktop.setLocked(false);
@@ -210,17 +212,17 @@ TEST_F(Recovery, SuspensionEndsDragsAndVerifications) {
     }
 }
 
-TEST_F(Recovery, IsOverInTimeWithoutThePermissionToo) {
+TEST_F(Recovery, EndsInTimeEvenWithoutThePermission) {
     desk.desktop.setTrusted(false);
     desk.settle().sleep().wake().advance(Seconds(12));
     const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(30));
-    // A Mac does not announce a permission that is given, so it is looked for twice a second.
+    // A Mac does not announce the grant of the permission, so KOVA polls it twice a second.
     const int polls = desk.desktop.announcesUnasked() ? 0 : 60;
-    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun() - before, polls) << "nothing else is waited for";
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun() - before, polls) << "no window is awaited any more";
 }
 
-TEST_F(Recovery, StoppingWhileSuspendedGivesTheZoomedDisplayBack) {
+TEST_F(Recovery, StoppingWhileSuspendedEndsFocusMode) {
     desk.zoom().sleep().stop();
     EXPECT_FALSE(desk.state().focusMode->has_value());
     EXPECT_FALSE(*desk.state().isSuspended);

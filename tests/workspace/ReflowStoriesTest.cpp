@@ -1,4 +1,4 @@
-// Windows that refuse: every desktop comes to rest, and what fits does not overlap.
+// Windows that refuse frames: every desktop settles, and windows that fit do not overlap.
 #include "tests/harness/Scenario.h"
 #include "workspace/ReflowPolicy.h"
 
@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-TEST(ReflowPolicy, OncePerSecondAndDisplayAndThreeTimesPerWindow) {
+TEST(ReflowPolicy, AllowsOneReflowPerSecondAndDisplayAndThreePerWindow) {
     ReflowPolicy policy;
     EXPECT_EQ(policy.nextReflow("D", "a", Seconds(10)), Seconds(10));
     policy.noteReflow("D", "a", Seconds(10));
@@ -23,7 +23,7 @@ TEST(ReflowPolicy, OncePerSecondAndDisplayAndThreeTimesPerWindow) {
     EXPECT_EQ(policy.nextReflow("D", "a", Seconds(90)), Seconds(90));
 }
 
-TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
+TEST(ReflowStories, ReflowsEndForAWindowThatAlwaysTakesMoreThanItsTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex");
     desk.opens("Mail", {.secretMinimumSize = {{2400, 300}}}).opens("Notes").opens("Viewer").arrange();
@@ -34,7 +34,7 @@ TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(120)), 0);
 }
 
-TEST(ReflowStories, ASpanIsGivenBackWhenItsWindowNeedsItNoMore) {
+TEST(ReflowStories, ASpanIsGivenBackWhenItsWindowNeedsLessRoom) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2500, 300}}}).arrange();
     desk.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
@@ -81,7 +81,7 @@ TEST(ReflowStories, EveryArrangementSettlesAndWindowsThatFitDoNotOverlap) {
         }
         desk.arrange().advance(Seconds(30));
         EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << desk.desktop.picture();
-        if (!isTame) continue; // windows that do not move cannot be kept apart
+        if (!isTame) continue; // windows that refuse to move may overlap
         const auto frames = tiledFrames(desk);
         for (std::size_t a = 0; a < frames.size(); ++a) {
             for (std::size_t b = a + 1; b < frames.size(); ++b) {

@@ -1,4 +1,4 @@
-// When the desktop is asked, what an answer changes, and which answers come too late.
+// When the desktop is polled, what the result changes, and which results are dropped because they come too late.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 
 const CGRect kSomewhere = makeRect(100, 100, 700, 500);
 
-/// What a person can ask of windows when there is something to step back to.
+/// Actions that move windows, and undo.
 const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
                                                      action::Focus{WorkspaceDirection::right},
                                                      action::Move{WorkspaceDirection::right},
@@ -28,7 +28,7 @@ TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
     EXPECT_LE(jobsAtRest, jobs + desk.mostPollsAtRest(Seconds(600)));
     desk.desktop.setTitle("Mail", "Inbox (1)");
     desk.advance(Seconds(0.6));
-    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobsAtRest + 1) << "noticed with the next tick";
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobsAtRest + 1) << "the next tick notices the change";
     EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox (1)");
 }
 
@@ -41,7 +41,7 @@ TEST(RefreshStories, ADesktopWithoutAnnouncementsIsPolledTwiceASecond) {
     EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 20);
 }
 
-TEST(RefreshStories, AWindowThatRoundsItsSizeIsKnownByItsRealFrame) {
+TEST(RefreshStories, TheListHasTheRealFrameOfAWindowThatRoundsItsSize) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
     desk.advance(Seconds(30));
@@ -54,7 +54,7 @@ TEST(RefreshStories, AWindowThatRoundsItsSizeIsKnownByItsRealFrame) {
         << "polls are idle again";
 }
 
-TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
+TEST(RefreshStories, OnlyOnePollRunsAtATimeHoweverSlowItIs) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").start();
     desk.desktop.pollingQueue().setJobDuration(Seconds(3));
@@ -81,7 +81,7 @@ TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
     order.clear();
 
     desk.desktop.pollingQueue().setJobDuration(Seconds(0.05));
-    desk.controller().refresh(); // does not see what comes now
+    desk.controller().refresh(); // does not see the window that opens next
     desk.advance(Seconds(0.01));
     desk.opens("Notes");
     EXPECT_TRUE(awaits("first") && awaits("second"));
@@ -93,18 +93,18 @@ TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
     desk.opens("Codex");
     EXPECT_TRUE(awaits("slow"));
     desk.advance(RefreshCycle::kLongestWait);
-    EXPECT_EQ(order, std::vector<std::string>{"slow 2"}) << "a slow poll holds it up for a moment only";
+    EXPECT_EQ(order, std::vector<std::string>{"slow 2"}) << "the work waits for a slow poll only for a limited time";
 
     order.clear();
     desk.opens("Firefox");
     EXPECT_TRUE(awaits("asleep"));
     desk.sleep();
-    EXPECT_EQ(order.size(), 1u) << "no poll comes: it is refused then";
+    EXPECT_EQ(order.size(), 1u) << "no poll will come, so the work runs at once and is refused";
     desk.desktop.pollingQueue().setJobDuration(Seconds(0));
     desk.wake().settle();
 }
 
-TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
+TEST(RefreshStories, TheResultOfAPollFromBeforeAStopOrASleepIsDropped) {
     Scenario desk;
     desk.display(2560, 1440).start();
     desk.desktop.pollingQueue().setJobDuration(Seconds(0.4));
@@ -115,7 +115,7 @@ TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
     desk.controller().start(false);
     desk.desktop.close("Mail");
     desk.advance(Seconds(0.35));
-    EXPECT_TRUE(desk.controller().liveWindows().empty()) << "the old poll saw a window that is gone";
+    EXPECT_TRUE(desk.controller().liveWindows().empty()) << "the old poll saw a window that has closed";
     desk.settle();
 
     desk.desktop.open("Mail");
@@ -141,7 +141,7 @@ TEST(RefreshStories, OnlyVisibleChangesRepublishTheWindows) {
     EXPECT_EQ(published, 1);
 }
 
-TEST(RefreshStories, WithdrawnPermissionEmptiesTheTilesAndGrantedAgainArranges) {
+TEST(RefreshStories, WithdrawingThePermissionEmptiesTheTilesAndGrantingItArranges) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setTrusted(false);
@@ -193,16 +193,16 @@ TEST(RefreshStories, ArrangeAfterLaunchWaitsWhenALockIsReportedLate) {
     const std::string arranged = desk.tiles();
     desk.opens("Codex").simulate(SystemActivityEvent::screenDidLock).simulate(SystemActivityEvent::screenDidUnlock);
     desk.settle();
-    EXPECT_EQ(desk.tiles(), arranged) << "once is enough";
+    EXPECT_EQ(desk.tiles(), arranged) << "the arrangement happens only once";
 }
 
-TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
+TEST(RefreshStories, PlacementsAreKeptWhileTheScreenIsLocked) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string before = desk.tiles();
     desk.desktop.setLocked(true);
     desk.advance(Seconds(1));
-    desk.desktop.userMoves("Mail", makeRect(0, 0, 640, 480)); // the lock screen shuffles windows
+    desk.desktop.userMoves("Mail", makeRect(0, 0, 640, 480)); // as a lock screen may move windows
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     const std::string strewn = desk.tiles();

@@ -1,4 +1,4 @@
-// An agent that ends, in whatever way, and the one after it.
+// An agent that ends in various ways, and the next agent.
 #include "tests/harness/Scenario.h"
 #include "workspace/SessionResumption.h"
 
@@ -10,7 +10,7 @@
 namespace kova {
 namespace {
 
-/// Two tiles, three windows, one of which waits behind another.
+/// Two tiles and three windows, one of which is stacked.
 class Restart : public ::testing::Test {
   protected:
     Restart() {
@@ -26,9 +26,9 @@ class Restart : public ::testing::Test {
     std::string nameOfWaiting() {
         return kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
     }
-    /// Ends without a chance to do or to save anything more, and the next one starts.
-    Scenario& isKilledAndFollowed() {
-        desk.desktop.setTrusted(false); // so that nothing of its end reaches the windows or the record
+    /// Kills the agent, which cannot restore or save anything, and starts the next one.
+    Scenario& killAndRestart() {
+        desk.desktop.setTrusted(false); // the end of the agent changes neither windows nor the stored session
         desk.advance(Seconds(0.6));
         meanwhile();
         desk.desktop.takeJournal();
@@ -44,7 +44,7 @@ class Restart : public ::testing::Test {
 
 TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     desk.advance(Seconds(1));
-    isKilledAndFollowed().advance(Seconds(30));
+    killAndRestart().advance(Seconds(30));
     EXPECT_EQ(desk.desktop.takeJournal(), "");
     EXPECT_EQ(desk.desktop.picture(), picture);
     EXPECT_EQ(kova().assignments(), assignments);
@@ -59,12 +59,12 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
 }
 
-/// On a desktop that shows hidden windows again when the agent ends.
+/// The agent shows stacked windows again when it ends.
 TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;
         std::function<void()> meanwhile;
-        bool isPutAway;
+        bool isHiddenAgain;
     };
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
@@ -73,27 +73,27 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     const std::vector<Case> cases = {
         {"nothing", [] {}, true},
         {"another window of the waiting application", [&] { second = desk.desktop.open(waiting); }, true},
-        {"the user works in it", [&] { desk.desktop.userFocuses(waiting); }, false},
-        {"the user has moved it", [&] { desk.desktop.userMoves(waiting, makeRect(700, 300, 500, 400)); }, false},
-        {"it is drawn on its way back",
+        {"the user focuses the window", [&] { desk.desktop.userFocuses(waiting); }, false},
+        {"the user moves the window", [&] { desk.desktop.userMoves(waiting, makeRect(700, 300, 500, 400)); }, false},
+        {"the window is still moving to its frame",
          [&] {
              desk.desktop.userMoves(waiting, makeRect(900, 1300, 500, 400));
              soon([&] { desk.desktop.userMoves(waiting, tile); });
          },
          true},
-        {"it is not back yet",
+        {"the window is not shown yet",
          [&] {
              desk.desktop.userHides(waiting, true);
              soon([&] { desk.desktop.userHides(waiting, false); });
          },
          true},
-        {"it has the keyboard at first",
+        {"the window is focused at first",
          [&] {
              desk.desktop.userFocuses(waiting);
              soon([&] { desk.desktop.userFocuses("Notes"); });
          },
          true},
-        {"no window is in front of it any more", [&] { desk.desktop.quit("Notes"); }, false},
+        {"the front window of its tile has closed", [&] { desk.desktop.quit("Notes"); }, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -105,8 +105,8 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
         c.meanwhile();
         desk.desktop.takeJournal();
         desk.restart();
-        EXPECT_EQ(desk.desktop.isOnScreen(desk.desktop.window(waiting)), !c.isPutAway);
-        EXPECT_NE(desk.desktop.takeJournal().empty(), c.isPutAway);
+        EXPECT_EQ(desk.desktop.isOnScreen(desk.desktop.window(waiting)), !c.isHiddenAgain);
+        EXPECT_NE(desk.desktop.takeJournal().empty(), c.isHiddenAgain);
         if (!second.empty()) {
             EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(second)));
             desk.desktop.close(std::exchange(second, ""));
@@ -120,25 +120,25 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     }
 }
 
-/// The return takes a moment, in which the user may focus the window or the agent may end.
-TEST_F(Restart, AReturningWindowCanBeFocusedOrIsLeftToTheNextAgent) {
+/// While a window is returning to its frame, the user may focus it or the agent may end.
+TEST_F(Restart, AReturningWindowCanBeFocusedOrIsHiddenByTheNextAgent) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
-    const auto isUpgraded = [&] {
+    const auto upgrade = [&] {
         desk.stop();
         desk.desktop.userHides(waiting, false);
         desk.desktop.userMoves(waiting, makeRect(900, 1300, 500, 400));
         desk.desktop.userFocuses("Notes");
     };
-    isUpgraded();
+    upgrade();
     meanwhile = [&] { desk.desktop.userMoves(waiting, tile); };
     desk.desktop.queue().after(Seconds(0.3), [&] { desk.stop(); });
     desk.restart();
-    isKilledAndFollowed();
+    killAndRestart();
     EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
     EXPECT_EQ(kova().assignments(), assignments);
 
-    isUpgraded();
+    upgrade();
     desk.desktop.queue().after(Seconds(0.3), [&] { kova().perform(action::CycleStack{}); });
     desk.restart().advance(Seconds(5));
     EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
@@ -150,7 +150,7 @@ TEST_F(Restart, AZoomedWindowStaysZoomedAndGoesBack) {
     const std::string before = desk.tiles();
     desk.zoom().advance(Seconds(1));
     const std::string zoomed = desk.desktop.picture();
-    isKilledAndFollowed();
+    killAndRestart();
     EXPECT_EQ(desk.desktop.picture(), zoomed);
     desk.zoom();
     desk.expectTiles(before);
@@ -162,12 +162,12 @@ TEST_F(Restart, ArrangeAfterLaunchLeavesRestoredWindowsInPlace) {
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
     desk.advance(Seconds(1));
     meanwhile = [this] { desk.opens("Codex"); };
-    isKilledAndFollowed();
+    killAndRestart();
     EXPECT_EQ(kova().assignments(), assignments);
 }
 
-/// Whether the windows of the other display stand where the desktop has put them or in tiles that were free.
-TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsHasItsWindowsBack) {
+/// The windows of the disconnected display are either where the desktop has put them or in free tiles.
+TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsGetsItsWindowsBack) {
     for (const bool isTileFree : {false, true}) {
         SCOPED_TRACE(isTileFree);
         desk.display(2560, 1440, "B").layout("jarvis.dual-split");
@@ -180,7 +180,7 @@ TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsHasItsWindowsBack) {
         desk.advance(Seconds(5));
         EXPECT_NE(desk.tiles(), before);
         meanwhile = [&] { desk.desktop.addDisplay({.name = "B", .size = frame.size, .origin = frame.origin}); };
-        isKilledAndFollowed().settle();
+        killAndRestart().settle();
         EXPECT_EQ(desk.tiles(), before);
         desk.desktop.close("Codex");
         desk.desktop.removeDisplay("B");
@@ -196,7 +196,7 @@ TEST_F(Restart, ADisplayUnpluggedWhileNoAgentRunsLeavesNoWindowWithoutATile) {
     const std::string before = desk.tiles();
     const CGRect frame = desk.desktop.frameOfDisplay("B");
     meanwhile = [&] { desk.desktop.removeDisplay("B"); };
-    isKilledAndFollowed().settle();
+    killAndRestart().settle();
     EXPECT_TRUE(kova().assignments().isAssigned(desk.desktop.windowIDOf("Codex")));
     for (const auto& tile : kova().tiles()) EXPECT_TRUE(tile.windowID) << desk.tiles();
     desk.desktop.addDisplay({.name = "B", .size = frame.size, .origin = frame.origin});
@@ -211,14 +211,14 @@ TEST_F(Restart, ClosedWindowsAreForgottenAndUnresponsiveOnesAreAwaited) {
         desk.desktop.quit("Notes");
         desk.desktop.loseWindow("Terminal");
     };
-    isKilledAndFollowed();
+    killAndRestart();
     desk.desktop.loseWindow("Terminal", false);
     desk.settle();
     EXPECT_TRUE(kova().assignments().isInAnyTile(desk.desktop.windowIDOf("Terminal")));
     EXPECT_FALSE(kova().assignments().isInAnyTile(notes));
 }
 
-TEST_F(Restart, NoSaveIsSoonerThanASecondAfterTheOther) {
+TEST_F(Restart, TheSessionIsStoredAtMostOnceASecond) {
     const auto saves = [&] {
         const auto data = desk.preferences.data("KOVA.workspaceSession.v1");
         return data ? data->json : "";
@@ -258,11 +258,11 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
         bool isAwaited;
     };
     const std::vector<Case> cases = {
-        {"the same", "boot 1/100", window("7:1", 7, "RequestQueue", here), {{"7:1", "7:1"}}, false},
+        {"the same window", "boot 1/100", window("7:1", 7, "Drafts", here), {{"7:1", "7:1"}}, false},
         {"after a reboot", "boot 2/100", window("7:1", 7, "Inbox", here), {}, false},
-        {"a process that cannot tell any more", std::nullopt, window("7:1", 7, "Inbox", here), {}, false},
+        {"the start of the process is unknown now", std::nullopt, window("7:1", 7, "Inbox", here), {}, false},
         {"another id", "boot 1/100", window("7:2", 7, "Inbox", here), {{"7:1", "7:2"}}, false},
-        {"another id and title", "boot 1/100", window("7:2", 7, "RequestQueue", here), {}, true},
+        {"another id and title", "boot 1/100", window("7:2", 7, "Drafts", here), {}, true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -276,8 +276,8 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
                     return std::nullopt;
                 }).idNow.empty();
     };
-    EXPECT_TRUE(byTitle("Inbox")) << "where no start is known";
-    EXPECT_FALSE(byTitle("RequestQueue"));
+    EXPECT_TRUE(byTitle("Inbox")) << "no start was ever known";
+    EXPECT_FALSE(byTitle("Drafts"));
 }
 
 TEST(Resumption, WindowsThatKovaMinimizedAreRestoredAtItsEndAndMinimizedByTheNextAgent) {
@@ -295,18 +295,18 @@ TEST(Resumption, WindowsThatKovaMinimizedAreRestoredAtItsEndAndMinimizedByTheNex
     EXPECT_EQ(minimized(), "Mail Viewer Wiki Zip ");
     desk.desktop.userMinimizes("Wiki", false);
     desk.settle();
-    desk.desktop.userMinimizes("Wiki"); // now it is the user's doing
+    desk.desktop.userMinimizes("Wiki"); // counts as minimized by the user from now on
     desk.settle().stop();
     EXPECT_EQ(minimized(), "Wiki Zip ");
     desk.desktop.userFocuses("Codex");
     desk.desktop.userMoves("Viewer", makeRect(900, 700, 500, 400));
     desk.restart();
-    EXPECT_EQ(minimized(), "Mail Wiki Zip ") << "the user has moved the other one meanwhile";
+    EXPECT_EQ(minimized(), "Mail Wiki Zip ") << "the user has moved Viewer meanwhile";
     desk.settle().restart().stop();
     EXPECT_EQ(minimized(), "Wiki Zip ");
 }
 
-TEST(RestartStories, PlacesOnTheOtherSpaceOutliveTheAgent) {
+TEST(RestartStories, TilesOnTheOtherSpaceAreRestored) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string here = desk.tiles();

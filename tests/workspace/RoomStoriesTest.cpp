@@ -1,4 +1,5 @@
-// Windows with minimum sizes: no two of them overlap; what does not fit takes a span or waits in a stack.
+// Windows with minimum sizes: no two of them overlap; a window that does not fit into its tile covers a span or is
+// stacked.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 #include "workspace/TileRoom.h"
@@ -13,7 +14,7 @@ namespace {
 
 using enum WorkspaceDirection;
 
-TEST(RoomStories, AWindowPlacedBesideALargeOneClaimsASpanAndTheNoticeSaysSo) {
+TEST(RoomStories, AWindowPlacedBesideALargeOneClaimsASpanWithANotice) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{1702, 300}}}).arrange();
@@ -74,7 +75,7 @@ TEST(RoomStories, AWindowThatLosesItsSpanIsStackedBehindTheNewFrontWindow) {
     EXPECT_TRUE(desk.wasCarriedOut());
 }
 
-TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
+TEST(RoomStories, AnArrangementDoesNotMoveAWindowStackedBehindAFullScreenWindow) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.focus-single").opens("Mail").opens("Codex").arrange();
     (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", "focus-main")});
@@ -85,7 +86,7 @@ TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
     EXPECT_FALSE(desk.desktop.window("Codex").isMinimized);
 }
 
-TEST(RoomStories, ASpanIsGivenBackWhenItsWindowCameToNeedLessDuringAZoom) {
+TEST(RoomStories, ASpanIsGivenBackWhenItsWindowNeedsLessRoomAfterFocusMode) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2500, 300}}}).arrange();
     desk.zoom();
@@ -94,7 +95,7 @@ TEST(RoomStories, ASpanIsGivenBackWhenItsWindowCameToNeedLessDuringAZoom) {
     desk.expectTiles("Mail 15,15 1254x666 | - | - | -");
 }
 
-TEST(RoomStories, ADividerHandleOfBeforeKeepsToTheMinimumsOfNow) {
+TEST(RoomStories, ADragThroughAnOldHandleObeysThePresentMinimumSizes) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{400, 300}}}).opens("Mail").arrange();
@@ -110,8 +111,8 @@ TEST(RoomStories, ADividerHandleOfBeforeKeepsToTheMinimumsOfNow) {
     desk.expectTiles("Codex 15,15 1200x1382 | Mail 1237,15 1308x1382");
 }
 
-/// Whatever is put where, in whatever order: no window is cramped that was not before.
-TEST(TileRoom, APlacementLeavesEveryWindowItsRoom) {
+/// Puts random windows into random slots.
+TEST(TileRoom, APlacementMakesNoFurtherWindowCramped) {
     const auto& layouts = builtInLayouts();
     forEachSeed(300, [&](std::uint32_t seed) {
         std::mt19937 random(seed);

@@ -1,4 +1,4 @@
-// Rules: which one decides, when they are asked, and how they are edited.
+// Rules: which rule decides, when rules are evaluated, and how they are edited.
 #include "tests/harness/Scenario.h"
 
 #include "persistence/PreferenceKeys.h"
@@ -29,7 +29,7 @@ ManagedWindow windowOf(std::optional<BundleID> bundle, std::string application, 
     return window;
 }
 
-TEST(RuleMatching, AllCriteriaMustHoldAndOneMustBeThere) {
+TEST(RuleMatching, AllCriteriaMustHoldAndThereMustBeAtLeastOne) {
     const auto mail = windowOf("org.example.mail", "Mail", "Inbox – Mail");
     const auto plain = windowOf(std::nullopt, "safari", "");
     const struct {
@@ -98,7 +98,7 @@ TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     opensQuietly("Mail").settle().expectTiles(kPlaced);
 }
 
-TEST_F(Rules, RunOnlyWhileManagementIsContinuous) {
+TEST_F(Rules, AreAppliedOnlyDuringContinuousManagement) {
     add(tileMail());
     opensQuietly("Mail").settle().expectTiles(kNothing);
     manageContinuously();
@@ -112,7 +112,7 @@ TEST_F(Rules, RunOnlyWhileManagementIsContinuous) {
     opensQuietly("Mail").settle().expectTiles(kPlaced);
 }
 
-TEST_F(Rules, TheFirstThatMatchesDecides) {
+TEST_F(Rules, TheFirstMatchingRuleDecides) {
     WorkspaceRule first = rule("Mail floats", "sim.mail", std::nullopt, std::nullopt);
     add(first);
     add(tileMail());
@@ -156,7 +156,7 @@ TEST_F(Rules, RulesApplyToAHiddenWindowOnceItIsShown) {
     desk.settle().expectTiles(kPlaced);
 }
 
-TEST_F(Rules, AWindowMostlyOffTheScreenIsOnTheDisplayThatShowsSomeOfIt) {
+TEST_F(Rules, AWindowMostlyOffTheScreenBelongsToTheDisplayThatShowsAPartOfIt) {
     desk.display(1920, 1080).layout("jarvis.dual-split", "B");
     add(tileMail());
     manageContinuously();
@@ -164,7 +164,7 @@ TEST_F(Rules, AWindowMostlyOffTheScreenIsOnTheDisplayThatShowsSomeOfIt) {
     desk.expectTiles("- | - || - | Mail 3531,15 934x1022");
 }
 
-TEST_F(Rules, AreInertWithoutTheirSlot) {
+TEST_F(Rules, DoNothingInALayoutWithoutTheirSlot) {
     add(tileMail("no-such-slot"));
     manageContinuously();
     opensQuietly("Mail");
@@ -220,7 +220,7 @@ TEST_F(Rules, AllRulesAreMatchedBeforeAnyWindowMoves) {
     }
 }
 
-TEST_F(Rules, TakePartInArrangements) {
+TEST_F(Rules, DetermineTilesInArrangements) {
     desk.opens("Notes").arrange().expectTiles("Notes 15,15 1254x1382 | -"); // learned
     add(rule("Notes aside", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{kRight}));
     desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
@@ -233,7 +233,7 @@ TEST_F(Rules, TakePartInArrangements) {
     desk.arrange().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
 }
 
-TEST_F(Rules, YieldToASceneThatNamesTheWindow) {
+TEST_F(Rules, DoNotApplyToAWindowThatASceneNames) {
     opensQuietly("Mail").arrange().expectTiles("Mail 15,15 1254x1382 | -");
     desk.controller().perform(action::CaptureScene{"Work"});
     const Uuid scene = desk.state().scenes->front().id;
@@ -246,10 +246,10 @@ TEST_F(Rules, YieldToASceneThatNamesTheWindow) {
     desk.expectTiles("Mail 15,15 1254x1382 | -");
     desk.desktop.takeJournal();
     desk.perform(action::ActivateScene{scene});
-    EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second time moves nothing";
+    EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second opening moves nothing";
 }
 
-TEST_F(Rules, WaitUntilFocusModeEnds) {
+TEST_F(Rules, AreAppliedOnlyAfterFocusMode) {
     add(tileMail());
     manageContinuously();
     opensQuietly("Notes").arrange();
@@ -261,7 +261,7 @@ TEST_F(Rules, WaitUntilFocusModeEnds) {
     desk.zoom().settle().expectTiles("Notes 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
-TEST_F(Rules, OfTheFocusedApplication) {
+TEST_F(Rules, CanBeAddedForTheFocusedApplication) {
     auto& controller = desk.controller();
     EXPECT_FALSE(controller.perform(action::AddRuleForWindow{disposition::Float{}}));
     desk.expectMessage("No focused application window found");
@@ -338,7 +338,7 @@ TEST_F(Rules, AreEditedAndSavedWithoutAMessage) {
     desk.expectMessage("");
 }
 
-TEST_F(Rules, SayWhyTheyDecide) {
+TEST_F(Rules, ExplainTheirDecisions) {
     WorkspaceRule off = rule("Off", "sim.mail", std::nullopt, std::nullopt);
     off.isEnabled = false;
     add(off);

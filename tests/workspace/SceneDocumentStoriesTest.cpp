@@ -71,12 +71,12 @@ TEST(SceneDocumentStories, ImportAddsNewRecordsAndCountsAllInTheFile) {
     EXPECT_EQ(std::get<WorkspaceProductDocument>(decodeExportedDocument(exported)).rules, *desk.state().rules);
 }
 
-TEST(SceneDocumentStories, ASceneThatCouldNotBeReadBackIsNotTaken) {
+TEST(SceneDocumentStories, ASceneThatCouldNotBeReadBackIsRefused) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     captureScene(desk, "Mine");
     auto scene = sceneOf({});
-    // As many values as a display may have; a divider that is dragged adds those of its own split.
+    // The largest number of values of a display; the drag of a divider adds the values of its split.
     scene.displays[0].layoutWeights.splits["of another layout"].assign(4089, 1.0);
     openScene(desk, importScene(desk, scene));
     const auto before = *desk.state().scenes;
@@ -93,14 +93,15 @@ TEST(SceneDocumentStories, ASceneThatCouldNotBeReadBackIsNotTaken) {
     EXPECT_EQ(*desk.state().scenes, before);
 }
 
-TEST(SceneDocumentStories, AStoredDocumentThatCannotBeReadCountsAsNone) {
+TEST(SceneDocumentStories, AStoredDocumentThatCannotBeReadCountsAsAbsent) {
     for (const char* stored : {R"({"version":1,"scenes":[{}],"rules":[]})", "[", "{}"}) {
         Scenario desk;
         desk.preferences.setValue(preferenceKey::workspaceProduct, PreferenceData{stored});
         desk.display(2560, 1440).start();
         EXPECT_TRUE(desk.state().scenes->empty());
         desk.expectMessage("");
-        EXPECT_EQ(desk.preferences.data(preferenceKey::workspaceProduct)->json, stored) << "until the next change";
+        EXPECT_EQ(desk.preferences.data(preferenceKey::workspaceProduct)->json, stored)
+            << "the stored document is kept until the next change";
         captureScene(desk);
         EXPECT_EQ(storedDocument(desk).scenes.size(), 1u);
     }

@@ -10,7 +10,7 @@ TileSlot slot(const std::string& id, double x, double y, double width, double he
     return {decltype(TileSlot::id)(id), "", makeRect(x, y, width, height)};
 }
 
-TEST(SceneRestoration, ASpanTakesItsSlotsOnlyWhereTheyCoverNoOther) {
+TEST(SceneRestoration, ASpanUsesItsSlotsOnlyIfTheyFormARectangleWithoutOtherSlots) {
     const std::vector slots{slot("a", 0, 0, .5, .5), slot("b", .5, 0, .5, .5), slot("c", 0, .5, .5, .5),
                             slot("d", .5, .5, .5, .5)};
     using IDs = decltype(slotsTaken(slots, "a", std::nullopt));
@@ -23,13 +23,13 @@ TEST(SceneRestoration, ASpanTakesItsSlotsOnlyWhereTheyCoverNoOther) {
         {"a row", IDs{"a", "b"}, {"b", "a"}},
         {"all", IDs{"a", "b", "c", "d"}, {"b", "a", "c", "d"}},
         {"a corner is left out", IDs{"a", "b", "c"}, {"b"}},
-        {"one that the layout lacks", IDs{"b", "z"}, {"b"}},
+        {"a slot that the layout lacks", IDs{"b", "z"}, {"b"}},
     };
     for (const auto& each : cases) EXPECT_EQ(slotsTaken(slots, "b", each.claimed), each.taken) << each.name;
-    EXPECT_TRUE(slotsTaken(slots, "z", IDs{"a"}).empty()) << "its own slot is missing";
+    EXPECT_TRUE(slotsTaken(slots, "z", IDs{"a"}).empty()) << "the layout lacks the slot of the placement";
 }
 
-TEST(SceneRestoration, WindowsTakeTheirPlacesInTheStackWheneverTheyCome) {
+TEST(SceneRestoration, StacksGetTheSameOrderInWhateverOrderWindowsAppear) {
     const auto restored = [](TileAssignments before, const std::vector<RestoredPlacement>& placements) {
         return withRestored(std::move(before), placements, {{"first", 0}, {"second", 1}, {"third", 2}});
     };
@@ -41,7 +41,7 @@ TEST(SceneRestoration, WindowsTakeTheirPlacesInTheStackWheneverTheyCome) {
     EXPECT_EQ(stack, (std::remove_cvref_t<decltype(stack)>{"first", "second", "third"}));
     EXPECT_EQ(whole.targetOf("first"), "D::a");
     EXPECT_EQ(restored(restored({}, {third}), {second, first}), whole) << "in another order";
-    EXPECT_TRUE(restored({}, {third}).isAssigned("third")) << "no tile stays empty for one that may never come";
+    EXPECT_TRUE(restored({}, {third}).isAssigned("third")) << "no tile stays empty for a window that may never appear";
 }
 
 TEST(SceneRestoration, AReturningSpanTakesOverTheStacksOfItsTiles) {
@@ -52,7 +52,7 @@ TEST(SceneRestoration, AReturningSpanTakesOverTheStacksOfItsTiles) {
     EXPECT_EQ(after.targetsOf("mail").size(), 2u);
     EXPECT_EQ(after.stackTargetOf("notes"), "D::a");
     const auto behind = withRestored(after, {{"codex", {"D::b"}, 1, false}}, {});
-    EXPECT_EQ(behind.stackTargetOf("codex"), "D::a") << "behind a span is behind its anchor";
+    EXPECT_EQ(behind.stackTargetOf("codex"), "D::a") << "a window behind a span is in the stack of the anchor";
 }
 
 TEST(SceneRestoration, PlacementsAreRestoredByDisplayTileAndStack) {

@@ -1,4 +1,4 @@
-// Steps of stories about scenes.
+// Functions that tests of scenes share.
 #pragma once
 
 #include "persistence/PreferenceKeys.h"
@@ -33,7 +33,7 @@ inline WorkspaceProductDocument storedDocument(Scenario& desk) {
     return std::get<WorkspaceProductDocument>(decodeStoredDocument(data->json));
 }
 
-/// A scene of a display with windows that are written as "application|title|slot|stack index".
+/// A scene with one display; its windows are written as "application|title|slot|stack index".
 inline WorkspaceScene sceneOf(const std::vector<std::string>& windows,
                               const std::string& layoutID = "jarvis.dual-split") {
     WorkspaceScene scene;

@@ -1,4 +1,4 @@
-// Scenes: what is captured, which windows are restored, and the message about the others.
+// Scenes: what a capture records, which windows are restored, and the messages about missing windows.
 #include "tests/workspace/SceneSteps.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ std::string sceneDifferencesOf(Scenario& desk, const Uuid& id) {
     return text;
 }
 
-TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
+TEST(SceneStories, EveryWindowReturnsToItsTileAndStack) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.display(1920, 1080).layout("jarvis.dual-split");
@@ -64,7 +64,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     EXPECT_EQ(sceneDifferencesOf(desk, scene.id), "");
 }
 
-TEST(SceneStories, DifferencesAreToldInTheNamesThatTheUserSees) {
+TEST(SceneStories, DifferencesUseTheNamesThatTheUserSees) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").opens("Maps").arrange();
     auto scene = sceneOf({"Notes||focus-main|0", "Mail||secondary-1|0"});
@@ -149,7 +149,7 @@ TEST(SceneStories, AStartingApplicationIsNotLaunchedAgain) {
     desk.advance(Seconds(1));
     desk.controller().perform(action::ActivateScene{scene});
     EXPECT_EQ(journalOfLaunches(desk), "Mail: launch in the background\n")
-        << "the second opening waits for the first's";
+        << "the second opening waits for the application that the first opening has launched";
     desk.advance(Seconds(5));
     desk.expectTiles("Mail 15,15 1254x1382 | -");
 
@@ -169,12 +169,12 @@ TEST(SceneStories, AStartingApplicationIsNotLaunchedAgain) {
     const auto broken = importScene(desk, sceneOf({"Broken||focus-main|0"}));
     for (int round = 0; round < 2; ++round) {
         desk.controller().perform(action::ActivateScene{broken});
-        EXPECT_EQ(journalOfLaunches(desk), "Broken: launch in the background\n") << "another try may work";
+        EXPECT_EQ(journalOfLaunches(desk), "Broken: launch in the background\n") << "a failed launch is tried again";
         desk.advance(Seconds(1));
     }
 }
 
-TEST(SceneStories, RunningItTwiceMovesNothing) {
+TEST(SceneStories, OpeningASceneTwiceMovesNothing) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Mail").opens("Viewer").arrange();
@@ -187,12 +187,12 @@ TEST(SceneStories, RunningItTwiceMovesNothing) {
     const std::string tilesBefore = desk.tiles();
     desk.desktop.takeJournal();
     openScene(desk, lastScene(desk)).expectMessage("Scene “Work” restored");
-    EXPECT_EQ(desk.desktop.takeJournal(), "") << "nothing was asked of any window";
+    EXPECT_EQ(desk.desktop.takeJournal(), "") << "no window got a request";
     EXPECT_EQ(desk.desktop.picture(), before);
     desk.expectTiles(tilesBefore);
 }
 
-TEST(SceneStories, WindowsOfOneApplicationGoByTitleThenByOrder) {
+TEST(SceneStories, WindowsOfOneApplicationAreMatchedByTitleThenByOrder) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
     desk.opens("Mail").opens("Mail").opens("Mail").start();
@@ -207,7 +207,7 @@ TEST(SceneStories, WindowsOfOneApplicationGoByTitleThenByOrder) {
     desk.expectTiles("Mail 3 15,15 829x1382 | Mail 866,15 829x1382 | Mail 2 1717,15 828x1382");
 }
 
-TEST(SceneStories, AnApplicationIsKnownByItsBundleElseByItsName) {
+TEST(SceneStories, AnApplicationIsIdentifiedByItsBundleElseByItsName) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     desk.desktop.launch("Tool", {.hasBundleIdentifier = false});
@@ -218,8 +218,8 @@ TEST(SceneStories, AnApplicationIsKnownByItsBundleElseByItsName) {
     };
     EXPECT_EQ(window(std::nullopt, "tOOL"), "Tool");
     EXPECT_EQ(window("sim.mail", "Another"), "Mail");
-    EXPECT_EQ(window("sim.Mail", "Mail"), "none") << "to the letter";
-    EXPECT_EQ(window("sim.tool", "Tool"), "none") << "the window has no bundle";
+    EXPECT_EQ(window("sim.Mail", "Mail"), "none") << "bundle identifiers are case-sensitive";
+    EXPECT_EQ(window("sim.tool", "Tool"), "none") << "the window has no bundle identifier";
     EXPECT_EQ(desk.controller().findWindow({"sim.mail", "", std::nullopt}, {desk.desktop.windowIDOf("Mail")}),
               std::nullopt);
 }
@@ -249,11 +249,11 @@ TEST(SceneStories, MissingWindowsAreCountedWhenTheWaitEnds) {
         const int jobs = desk.desktop.pollingQueue().jobsBegun();
         desk.advance(Seconds(600));
         EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsAtRest(Seconds(600)))
-            << "then the polls rest";
+            << "polls are idle again";
     }
 }
 
-TEST(SceneStories, WhileTheFrontIsAwaitedTheNextOfItsStackStandsIn) {
+TEST(SceneStories, TheNextWindowOfAStackIsInFrontWhileTheFrontWindowIsAwaited) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Viewer").opens("Mail").start();
     openScene(desk, importScene(desk, sceneOf({"Notes||focus-main|0", "Mail||focus-main|1", "Viewer||focus-main|2"})));
@@ -284,7 +284,7 @@ TEST(SceneStories, TheFirstDisplayReplacesAMissingOne) {
     desk.expectTiles("- | - || Mail 2575,15 934x1022 | -");
     captureScene(desk);
     desk.desktop.removeDisplay("B");
-    desk.advance(Seconds(1)); // it may be back in a moment
+    desk.advance(Seconds(1)); // within the settle time of displays
     EXPECT_EQ(sceneDifferencesOf(desk, lastScene(desk)), "display B: connected / not connected\n"
                                                          "Mail “Mail”: Primary on A / in no tile\n");
     openScene(desk, lastScene(desk)).expectTiles("Mail 15,15 1254x1382 | -");
@@ -313,7 +313,7 @@ TEST(SceneStories, StackIndicesOfAnySizeCanBePrinted) {
     auto scene = sceneOf({"Mail||focus-main|1"});
     scene.placements.front().stackIndex = INT64_MAX;
     EXPECT_EQ(sceneDifferencesOf(desk, importScene(desk, scene)), "Mail: Primary on A / in no tile\n")
-        << "without a window before it, it is in front";
+        << "the window is in front, since no other window precedes it";
 }
 
 TEST(SceneStories, UndoRestoresTheStateBefore) {
@@ -336,7 +336,7 @@ TEST(SceneStories, UndoRestoresTheStateBefore) {
     openScene(desk, other);
     desk.controller().perform(action::DeleteScene{desk.state().scenes->front().id});
     desk.undo();
-    EXPECT_EQ(*desk.state().activeSceneID, std::nullopt) << "it is gone";
+    EXPECT_EQ(*desk.state().activeSceneID, std::nullopt) << "the scene that was active before has been deleted";
 }
 
 TEST(SceneStories, RefusalsChangeNothing) {
@@ -357,7 +357,7 @@ TEST(SceneStories, RefusalsChangeNothing) {
     EXPECT_FALSE(desk.wasCarriedOut());
 }
 
-TEST(SceneStories, AZoomedWindowIsGivenBackFirst) {
+TEST(SceneStories, OpeningASceneFirstEndsFocusMode) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     captureScene(desk);

@@ -18,11 +18,11 @@ class WaitingScene : public ::testing::Test {
   protected:
     WaitingScene() { desk.display(2560, 1440).layout("jarvis.dual-split"); }
 
-    /// Adds a scene with a window of each application, in the slots of the dual split.
+    /// Adds a scene with one window of each application, in the slots of the dual split.
     Uuid scene(const std::vector<std::string>& applications) {
         WorkspaceScene made;
         made.name = "Told";
-        made.themeID = "plaid"; // there is none, so the default one is used
+        made.themeID = "plaid"; // does not exist, so the default theme is used
         made.displays.push_back(
             {.ordinal = 0, .name = "A", .aspectRatio = 1.8, .layoutID = "jarvis.dual-split", .layoutWeights = {}});
         for (const auto& application : applications) {
@@ -42,17 +42,17 @@ class WaitingScene : public ::testing::Test {
     }
     Scenario& open(const Uuid& id) { return desk.perform(action::ActivateScene{id}); }
     std::string report() {
-        const auto& told = *desk.state().sceneReport;
-        if (!told) return "none";
-        std::string text(describe(told->state));
+        const auto& last = *desk.state().sceneReport;
+        if (!last) return "none";
+        std::string text(describe(last->state));
         const auto list = [&](const char* what, const std::vector<std::string>& names) {
             for (const auto& name : names) text += std::string(", ") + what + " " + name;
         };
-        list("adopted", told->adopted);
-        list("launched", told->launched);
-        list("placed", told->placed);
-        list("without a tile", told->withoutTile);
-        list("missing", told->missing);
+        list("adopted", last->adopted);
+        list("launched", last->launched);
+        list("placed", last->placed);
+        list("without a tile", last->withoutTile);
+        list("missing", last->missing);
         return text;
     }
     Scenario desk;
@@ -86,7 +86,7 @@ TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
     }
 }
 
-TEST_F(WaitingScene, AWindowThatTheUserLetsFloatMeanwhileIsNotTaken) {
+TEST_F(WaitingScene, DoesNotUseAWindowThatTheUserMadeFloatMeanwhile) {
     desk.opens("mail", {.frame = kSomewhere}).start();
     open(scene({"mail", "mail"})).expectTiles("mail 15,15 1254x1382 | -");
     const WindowID mail = desk.desktop.windowIDOf("mail");
@@ -109,14 +109,14 @@ TEST_F(WaitingScene, AnApplicationThatEndedBeforeItsWindowIsLaunchedByTheNextOpe
     open(id);
     EXPECT_TRUE(launches());
     open(id);
-    EXPECT_FALSE(launches()) << "its window may still come";
+    EXPECT_FALSE(launches()) << "the launched application may still show its window";
     desk.desktop.quit("mail");
     open(id);
     EXPECT_TRUE(launches());
     desk.advance(Seconds(6)).expectTiles("mail 15,15 1254x1382 | -");
 }
 
-TEST_F(WaitingScene, AProgramThatLeavesItsWindowsToAnotherProcessIsLaunchedOnce) {
+TEST_F(WaitingScene, AnApplicationThatShowsItsWindowsInAnotherProcessIsLaunchedOnce) {
     desk.start();
     desk.desktop.install("mail", {.opensAfter = Seconds(3), .forks = true});
     const Uuid id = scene({"mail"});
@@ -128,7 +128,7 @@ TEST_F(WaitingScene, AProgramThatLeavesItsWindowsToAnotherProcessIsLaunchedOnce)
     desk.advance(Seconds(8)).expectTiles("mail 15,15 1254x1382 | -");
 }
 
-TEST_F(WaitingScene, OpenedBeforeTheFirstPollItKeepsItsPlaceFromTheSessionBefore) {
+TEST_F(WaitingScene, OpenedBeforeTheFirstPollPrecedesTheStoredSession) {
     desk.opens("mail").opens("notes").start();
     open(scene({"mail", "notes"})).expectTiles("mail 15,15 1254x1382 | notes 1291,15 1254x1382");
     const Uuid other = scene({"notes", "mail"});
@@ -155,10 +155,10 @@ TEST_F(WaitingScene, WindowsAreRaisedAboveThoseThatDoNotBelongToTheScene) {
     desk.expectFocus("viewer");
     desk.desktop.takeJournal();
     open(id);
-    EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second time raises nothing";
+    EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second opening raises nothing";
 }
 
-TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
+TEST(StackingOrder, TheWindowFocusedLastIsRaisedLast) {
     struct Case {
         std::string onScreen; // front to back; "x" covers all of them
         std::vector<WindowID> focusOrder;
@@ -189,7 +189,7 @@ TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
     }
 }
 
-TEST_F(WaitingScene, StatesThatWouldNotChangeAreNoDifference) {
+TEST_F(WaitingScene, OnlyStatesThatWouldChangeAreDifferences) {
     desk.opens("mail").start();
     WorkspaceScene strange;
     strange.name = "Strange";
@@ -204,13 +204,13 @@ TEST_F(WaitingScene, StatesThatWouldNotChangeAreNoDifference) {
     left.slotID = "focus-main";
     strange.placements = {nowhere, left};
     const Uuid id = add(strange);
-    EXPECT_EQ(desk.controller().diffScene(id)->size(), 2u) << "the inset and the window";
+    EXPECT_EQ(desk.controller().diffScene(id)->size(), 2u) << "only the inset and the window differ";
     open(id);
     EXPECT_TRUE(desk.controller().diffScene(id)->empty());
     EXPECT_EQ(report(), "finished, adopted mail “mail”, without a tile mail");
 }
 
-TEST_F(WaitingScene, OnceOpenedThereIsNoDifferenceHoweverTheSceneIsWritten) {
+TEST_F(WaitingScene, AnOpenedSceneHasNoDifferencesWhateverItsRecordContains) {
     desk.opens("mail").opens("notes").opens("maps").layout("jarvis.quad-grid").start();
     struct Case {
         const char* how;
@@ -219,13 +219,13 @@ TEST_F(WaitingScene, OnceOpenedThereIsNoDifferenceHoweverTheSceneIsWritten) {
         std::optional<bool> isActive{};
     };
     const Case cases[] = {
-        {"a slot that is missing", {{"focus-main", "secondary-9"}}, {0, 1, 2}},
+        {"a slot that the layout lacks", {{"focus-main", "secondary-9"}}, {0, 1, 2}},
         {"unsorted", {{"secondary-1", "focus-main"}}, {0, 1, 2}},
         {"twice", {{"focus-main", "focus-main", "secondary-1", "secondary-1"}}, {0, 1, 2}},
-        {"without its own", {{"secondary-1"}}, {0, 1, 2}},
+        {"without the slot of the placement", {{"secondary-1"}}, {0, 1, 2}},
         {"across other tiles", {{"focus-main", "secondary-3"}}, {0, 1, 2}},
-        {"gaps between stack numbers", {}, {0, 3, 7}},
-        {"negative stack numbers", {}, {-5, -5, 0}},
+        {"gaps between stack indices", {}, {0, 3, 7}},
+        {"negative stack indices", {}, {-5, -5, 0}},
         {"no front", {}, {0, 1, 1}, false},
         {"three fronts", {}, {2, 1, 0}, true},
     };

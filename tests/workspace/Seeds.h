@@ -1,4 +1,4 @@
-// Which seeds a random test runs: the usual ones from 1 on, or those that KOVA_RANDOM_SEED and KOVA_RANDOM_DAYS name.
+// The seeds of a random test: from 1 on, or as given by KOVA_RANDOM_SEED (the first) and KOVA_RANDOM_DAYS (how many).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ inline std::uint32_t numberFrom(const char* variable, std::uint32_t otherwise) {
     return text ? static_cast<std::uint32_t>(std::strtoul(text, nullptr, 10)) : otherwise;
 }
 
-/// Up to the first that fails.
+/// Runs all seeds up to the first failure.
 template <class Run>
 void forEachSeed(std::uint32_t usualCount, Run run) {
     const bool isOneSeed = std::getenv("KOVA_RANDOM_SEED") != nullptr;

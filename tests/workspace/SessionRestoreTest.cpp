@@ -38,10 +38,10 @@ TEST_F(SessionRestoreTest, AStoredSessionIsRestoredOnce) {
     EXPECT_TRUE(next.isUnread());
     EXPECT_EQ(next.takeKept()->floatingWindowIDs, session.floatingWindowIDs);
     EXPECT_FALSE(next.isUnread() || next.takeKept());
-    EXPECT_EQ(restore.takeKept(), WorkspaceSession{}) << "nothing was kept";
+    EXPECT_EQ(restore.takeKept(), WorkspaceSession{}) << "no session was stored";
 }
 
-TEST_F(SessionRestoreTest, AwaitedWindowsAreGivenUpInTime) {
+TEST_F(SessionRestoreTest, TheWaitForWindowsEndsAtItsTimeout) {
     restore.await({"mail", "notes"}, Seconds{0});
     EXPECT_TRUE(restore.isWaiting());
     EXPECT_EQ(restore.awaited({windowOf("mail", 1)}, Seconds{9}), std::set<WindowID>{"notes"});
@@ -51,23 +51,23 @@ TEST_F(SessionRestoreTest, AwaitedWindowsAreGivenUpInTime) {
     EXPECT_FALSE(restore.isWaiting());
 }
 
-TEST_F(SessionRestoreTest, AnApplicationLeavesAsAWhole) {
+TEST_F(SessionRestoreTest, TheWindowsOfAnApplicationReturnTogether) {
     (void)restore.beginReturns(Seconds{0});
     for (const auto& id : std::vector<WindowID>{"a1", "a2", "b"}) restore.expectReturn(id, makeRect(0, 0, 10, 10));
     const std::vector live{windowOf("a1", 1), windowOf("a2", 1), windowOf("b", 2)};
-    EXPECT_EQ(returned(live, {"a1", "b"}, Seconds{1}), std::set<WindowID>{"b"}) << "a2 is still on its way";
+    EXPECT_EQ(returned(live, {"a1", "b"}, Seconds{1}), std::set<WindowID>{"b"}) << "a2 has not returned to its frame";
     EXPECT_TRUE(restore.isReturning("a1") && !restore.isReturning("b"));
-    EXPECT_EQ(returned(live, {"a1"}, Seconds{3}), std::set<WindowID>{"a1"}) << "a2 did not come in time";
+    EXPECT_EQ(returned(live, {"a1"}, Seconds{3}), std::set<WindowID>{"a1"}) << "the timeout has passed without a2";
     EXPECT_FALSE(restore.hasReturns());
 }
 
-TEST_F(SessionRestoreTest, AProcessIsReadOnceWhileItIsOnRecord) {
+TEST_F(SessionRestoreTest, TheStartOfAProcessIsReadOnceWhileItIsRecorded) {
     int reads = 0;
     const auto read = [&](pid_t) { return std::optional("start " + std::to_string(++reads)); };
     EXPECT_EQ(restore.processStart(7, read), "start 1");
     EXPECT_EQ(restore.processStart(7, read), "start 1");
     restore.keepProcesses({});
-    EXPECT_EQ(restore.processStart(7, read), "start 2") << "the number may belong to another process by now";
+    EXPECT_EQ(restore.processStart(7, read), "start 2") << "the id may belong to another process by now";
 }
 
 } // namespace

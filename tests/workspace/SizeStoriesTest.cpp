@@ -11,7 +11,7 @@ std::size_t learnedOfApplications(Scenario& desk) {
     return desk.state().profile->applicationMinimumSizes.size();
 }
 
-TEST(SizeStories, ASmallSecondWindowOfAnApplicationKeepsToOneTile) {
+TEST(SizeStories, ASmallSecondWindowOfAnApplicationGetsOnlyOneTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
     EXPECT_EQ(learnedOfApplications(desk), 1u);
@@ -31,12 +31,12 @@ TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
     EXPECT_EQ(learnedOfApplications(desk), 0u);
 
-    // A minimum that the window confirms stays, and no frame is written again.
-    Scenario honest;
-    honest.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
-    honest.rest().arrange();
-    honest.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
-    EXPECT_EQ(honest.framesWrittenWithin(Seconds(60)), 0);
+    // A minimum size that the window confirms is kept, and no further frame is written.
+    Scenario real;
+    real.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
+    real.rest().arrange();
+    real.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
+    EXPECT_EQ(real.framesWrittenWithin(Seconds(60)), 0);
 }
 
 TEST(SizeStories, ASizeThatContradictsTheAnnouncedMinimumCountsUntilTheNextArrangement) {
@@ -76,7 +76,7 @@ TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
     desk.expectTiles("Codex 15,15 854x1382 | Mail 891,15 1654x1382");
 }
 
-TEST(SizeStories, AWindowNeverCoversMoreThanItsTileAndRestsInItsMiddle) {
+TEST(SizeStories, AWindowThatCannotFillItsTileIsCenteredInIt) {
     Scenario desk;
     desk.display(1920, 1080).layout("jarvis.triple-stack");
     desk.opens("Viewer", {.aspect = 16.0 / 9, .tellsSizeHints = true});
@@ -108,7 +108,7 @@ TEST(SizeStories, LearnedSizesOfAnApplicationCanBeForgotten) {
         ASSERT_EQ(learnedOfApplications(desk), 1u);
         (void)desk.controller().perform(action::ForgetApplication{"mail"});
         desk.controller().perform(comingBack);
-        EXPECT_EQ(learnedOfApplications(desk), 0u) << "forgotten for good";
+        EXPECT_EQ(learnedOfApplications(desk), 0u) << "neither undo nor the end of focus mode restores the sizes";
     }
 }
 

@@ -1,5 +1,5 @@
-// Windows that an application does not list for a while: on another Space, in full screen, behind a tab, hanging.
-// They keep their tiles, closed windows do not.
+// Windows that an application does not list for a while: on another Space, in full screen, behind a tab, or while the
+// application does not respond. They keep their tiles; closed windows do not.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -65,7 +65,7 @@ TEST_P(Spaces, AWindowThatKeepsItsOwnSizeGetsNoNewRequestAtEachReturn) {
     EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, asked);
 }
 
-TEST_P(Spaces, AnArrangementOnAnotherSpaceChangesNoneHere) {
+TEST_P(Spaces, AnArrangementChangesOnlyTheShownSpace) {
     show(1).opens("Maps").opens("Codex").arrange();
     const std::string there = desk.tiles();
     EXPECT_EQ(there.find("Mail"), std::string::npos) << there;
@@ -80,7 +80,7 @@ TEST_P(Spaces, AnArrangementOnAnotherSpaceChangesNoneHere) {
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, AThirdSpaceIsRememberedBesideTheOthers) {
+TEST_P(Spaces, ThreeSpacesKeepTheirTiles) {
     std::vector<std::string> pictures{picture};
     for (int space = 1; space <= 2; ++space) {
         show(space).opens("App" + std::to_string(space)).opens("Tool" + std::to_string(space)).arrange();
@@ -92,7 +92,7 @@ TEST_P(Spaces, AThirdSpaceIsRememberedBesideTheOthers) {
     }
 }
 
-TEST_P(Spaces, StacksComeBackWithTheirOrder) {
+TEST_P(Spaces, StacksKeepTheirOrder) {
     desk.opens("Maps").settle();
     const auto tile = desk.controller().tiles().front();
     ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.target}));
@@ -100,14 +100,15 @@ TEST_P(Spaces, StacksComeBackWithTheirOrder) {
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + "), std::string::npos);
     show(1);
-    if (GetParam() == SpaceStyle::listsAll) desk.opens("Codex").arrange(); // else hidden windows are on every Space
+    if (GetParam() == SpaceStyle::listsAll)
+        desk.opens("Codex").arrange(); // on the other desktop hidden windows are on every Space
     show(0).settle();
     desk.expectTiles(picture);
     desk.cycleStack();
     EXPECT_TRUE(desk.wasCarriedOut());
 }
 
-TEST_P(Spaces, ATileTakenByAMoveThereIsTheFormerWindowsAgainHere) {
+TEST_P(Spaces, AWindowReturnsToATileThatAWindowOfAnotherSpaceTook) {
     show(1).opens("Maps").settle();
     const auto tiles = desk.controller().tiles();
     for (const auto& tile : tiles) {
@@ -121,7 +122,7 @@ TEST_P(Spaces, ATileTakenByAMoveThereIsTheFormerWindowsAgainHere) {
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, FocusModeLastsAndIsLeftProperly) {
+TEST_P(Spaces, FocusModeLastsOnAnotherSpaceAndItsEndRestoresTheTiles) {
     desk.desktop.userFocuses("Notes");
     desk.zoom();
     const std::string zoomed = desk.desktop.picture();
@@ -134,13 +135,13 @@ TEST_P(Spaces, FocusModeLastsAndIsLeftProperly) {
 
     desk.desktop.userFocuses("Notes");
     desk.zoom();
-    show(1).opens("Maps").arrange(); // ends focus mode: its window gets its tile frame once it is shown
+    show(1).opens("Maps").arrange(); // ends focus mode: the zoomed window gets the frame of its tile once it is shown
     EXPECT_FALSE(desk.state().focusMode->has_value());
     show(0).settle();
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, FocusModeThatEndsElsewhereLeavesTheWindowsThereInTilesOfTheLayoutOfNow) {
+TEST_P(Spaces, FocusModeOfAnotherSpaceEndsWithoutChangingTheShownTiles) {
     show(1).opens("Maps").opens("Codex").arrange().layout("jarvis.command-center").zoom();
     ASSERT_TRUE(desk.state().focusMode->has_value());
     show(0).settle();
@@ -150,7 +151,7 @@ TEST_P(Spaces, FocusModeThatEndsElsewhereLeavesTheWindowsThereInTilesOfTheLayout
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, AWindowWithoutATileGetsItsFrameBackWhenFocusModeEndedElsewhere) {
+TEST_P(Spaces, AWindowWithoutATileGetsItsFrameBackAfterFocusModeEndedOnAnotherSpace) {
     desk.opens("Maps", {.frame = makeRect(300, 300, 800, 600)}).settle();
     desk.desktop.userFocuses("Maps");
     desk.zoom();
@@ -159,7 +160,7 @@ TEST_P(Spaces, AWindowWithoutATileGetsItsFrameBackWhenFocusModeEndedElsewhere) {
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Maps")), "Maps 300,300 800x600");
 }
 
-TEST_P(Spaces, FullScreenAndBack) {
+TEST_P(Spaces, AWindowReturnsToItsTileAfterFullScreen) {
     desk.desktop.setFullScreen("Notes", true);
     desk.advance(Seconds(20));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
@@ -168,7 +169,7 @@ TEST_P(Spaces, FullScreenAndBack) {
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, WindowsClosedThereAreForgotten) {
+TEST_P(Spaces, WindowsClosedOnAnotherSpaceAreForgotten) {
     show(1);
     desk.desktop.close("Mail");
     desk.settle();
@@ -180,7 +181,7 @@ TEST_P(Spaces, WindowsClosedThereAreForgotten) {
     EXPECT_EQ(desk.tiles().find("Notes"), std::string::npos) << desk.tiles();
 }
 
-TEST_P(Spaces, UndoOnAnotherSpaceChangesNoneHere) {
+TEST_P(Spaces, UndoChangesOnlyTheShownSpace) {
     show(1).opens("Maps", {.frame = makeRect(300, 300, 800, 600)}).arrange();
     desk.undo();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Maps")), "Maps 300,300 800x600");
@@ -188,7 +189,7 @@ TEST_P(Spaces, UndoOnAnotherSpaceChangesNoneHere) {
     desk.expectTiles(picture);
 }
 
-TEST(ListedSpaces, AWindowSentToTheOtherSpaceCountsAsNewThere) {
+TEST(ListedSpaces, AWindowSentToAnotherSpaceIsANewWindowOfThatSpace) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.showVirtualDesktop(1);
@@ -200,9 +201,9 @@ TEST(ListedSpaces, AWindowSentToTheOtherSpaceCountsAsNewThere) {
     EXPECT_FALSE(desk.desktop.window("Maps").isMinimized || desk.desktop.isHidden("Maps"));
 }
 
-// An application that does not answer
+// An application that does not respond
 
-TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
+TEST(SilentApplication, KeepsItsTilesAsLongAsItsProcessRuns) {
     Scenario desk;
     desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
@@ -226,19 +227,19 @@ TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
 }
 
-TEST(SilentApplication, FollowsAnArrangementOnceItAnswers) {
+TEST(SilentApplication, FollowsAnArrangementOnceItResponds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setAnswering("Mail", false);
     desk.layout("jarvis.command-center").advance(Seconds(30));
     desk.desktop.setAnswering("Mail", true);
-    desk.settle(); // the invariants check that it is in its tile
+    desk.settle(); // checks that the window is in its tile
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(10)), 0);
 }
 
 // Native tabs
 
-TEST(NativeTabs, TheShownTabIsTheWindowEverywhere) {
+TEST(NativeTabs, EveryOperationAffectsTheShownTab) {
     for (const auto style : {SpaceStyle::listsAll, SpaceStyle::listsShown}) {
         Scenario desk;
         desk.desktop.setSpaceStyle(style);
@@ -265,12 +266,12 @@ TEST(NativeTabs, TheShownTabIsTheWindowEverywhere) {
         desk.desktop.close("Terminal"); // the other tab comes forward
         desk.settle();
         EXPECT_EQ(tilesOf(), picture);
-        desk.undo(); // of the arrangement: the history knows the window by its new id
+        desk.undo(); // of the arrangement: the history has the window's new id
         EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     }
 }
 
-TEST(NativeTabs, RulesDoNotRunAgain) {
+TEST(NativeTabs, RulesAreNotAppliedAgain) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
@@ -294,7 +295,7 @@ TEST(NativeTabs, WindowsWithEqualFramesAreNotTabsOfOneGroup) {
         std::size_t assigned;
     };
     const Case cases[] = {
-        {"one renumbered", [](Scenario& desk) { desk.desktop.renumber("Mail"); }, 2},
+        {"a window with a new id", [](Scenario& desk) { desk.desktop.renumber("Mail"); }, 2},
         {"a point and a half off",
          [](Scenario& desk) {
              CGRect frame = desk.desktop.window("Mail").frame;
@@ -333,17 +334,17 @@ TEST(NativeTabs, WindowsWithEqualFramesAreNotTabsOfOneGroup) {
     }
 }
 
-TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
+TEST(NativeTabs, AWindowOfAnotherSpaceWithTheSameFrameIsNoTab) {
     struct Case {
         const char* what;
-        Seconds toldAfter;
+        Seconds reportedAfter;
         Seconds pollDuration;
         bool hasOther; // another window on the Space that is left
     };
     const Case cases[] = {
-        {"told at once", Seconds(0), Seconds(0), false},
-        {"told while windows are listed", Seconds(0.3), Seconds(0.6), false},
-        {"told long after they were", Seconds(0.9), Seconds(0), true},
+        {"the change of the Space is reported at once", Seconds(0), Seconds(0), false},
+        {"the change is reported while windows are listed", Seconds(0.3), Seconds(0.6), false},
+        {"the change is reported long after windows were listed", Seconds(0.9), Seconds(0), true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -356,7 +357,7 @@ TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
         const std::string picture = desk.tiles();
         desk.desktop.open("Mail", {.frame = desk.desktop.window("Mail").frame, .virtualDesktop = 1});
         desk.settle();
-        desk.desktop.delaySpaceNotifications(c.toldAfter);
+        desk.desktop.delaySpaceNotifications(c.reportedAfter);
         desk.desktop.pollingQueue().setJobDuration(c.pollDuration);
         desk.controller().refresh();
         desk.desktop.showVirtualDesktop(1);
@@ -368,14 +369,14 @@ TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
     }
 }
 
-TEST(ClosedWindows, ThatGoOnAnsweringKeepNoTileOnceTheyHaveNoSizeOrAllAreArranged) {
+TEST(ClosedWindows, ThatStillRespondLoseTheirTilesOnceTheirSizeIsEmptyOrAtAnArrangement) {
     for (const auto frame : {SimulatedDesktop::RetainedFrame::empty, SimulatedDesktop::RetainedFrame::asItWas}) {
         Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.desktop.closeAndRetain("Notes", frame);
         desk.settle();
-        const bool isKept = frame == SimulatedDesktop::RetainedFrame::asItWas; // as a window of another Space
+        const bool isKept = frame == SimulatedDesktop::RetainedFrame::asItWas; // looks like a window of another Space
         EXPECT_EQ(desk.state().assignedWindowIDs->size(), isKept ? 2u : 1u);
         desk.opens("Maps").arrange();
         desk.expectTiles("Maps 15,15 1254x1382 | Mail 1291,15 1254x1382");

@@ -27,7 +27,7 @@ struct Leaving {
     const char* tilesWhenOff;
 };
 
-TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
+TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontWindowLeaves) {
     using action::DropMode;
     const Leaving ways[] = {
         {"closed", [](Scenario& desk) { desk.desktop.close("Codex"); },
@@ -67,7 +67,7 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
     }
 }
 
-TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
+TEST(StackStories, AnArrangementRightAfterAMoveCountsTheNextWindowAsShown) {
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
         std::string pictures[2];
         for (const bool isAtOnce : {false, true}) {
@@ -95,7 +95,7 @@ TEST(StackStories, AStackedWindowThatTheUserJustShowedTakesPartInAnArrangement) 
     for (const char* label : {"Codex", "Mail"}) {
         if (desk.desktop.isHidden(label)) desk.desktop.userHides(label, false);
     }
-    desk.controller().perform(action::Arrange{}); // no poll has seen it
+    desk.controller().perform(action::Arrange{}); // before a poll has seen the change
     desk.settle();
     for (const char* label : {"Codex", "Mail"}) {
         EXPECT_TRUE(desk.controller().assignments().isInAnyTile(desk.desktop.windowIDOf(label))) << desk.tiles();
@@ -127,10 +127,10 @@ TEST(StackStories, WindowsDisplacedByASpanReturnToTheirTiles) {
     desk.move(down).expectTiles("- | - | Codex 15,731 2530x666 + Mail + Notes | (Codex)");
     desk.move(up).expectTiles(start);
     desk.move(down).cycleStack();
-    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "its tile is free: " << desk.tiles();
+    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "the window's tile is free: " << desk.tiles();
 }
 
-TEST(StackStories, BehindAZoomedWindowTheNextComesForwardWhenFocusModeEnds) {
+TEST(StackStories, TheWindowBehindAZoomedOneComesForwardWhenFocusModeEnds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Viewer").opens("Mail").opens("Codex").arrange();
     desk.desktop.userFocuses("Codex");
@@ -166,11 +166,11 @@ TEST(LayoutCycle, CyclingThroughAllLayoutsRestoresTheFirstArrangement) {
         for (int step = 0; step < 5; ++step) desk.undo();
         EXPECT_EQ(shownCount(desk), std::min<std::size_t>(4, desk.controller().tiles().size())) << desk.tiles();
         desk.layout("jarvis.quad-grid");
-        EXPECT_EQ(desk.desktop.picture(), start) << "the steps that were undone do not count";
+        EXPECT_EQ(desk.desktop.picture(), start) << "steps that were undone have no effect on later ones";
     }
 }
 
-TEST(LayoutCycle, ChangesByTheUserMeanwhileStay) {
+TEST(LayoutCycle, ChangesByTheUserDuringTheCycleAreKept) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Viewer", {.frame = makeRect(1400, 800, 900, 500)})
