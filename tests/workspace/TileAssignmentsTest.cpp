@@ -13,7 +13,7 @@ using enum TileAssignments::StackPosition;
 using IDs = std::vector<WindowID>;
 using Targets = std::vector<TileTarget>;
 
-TEST(TileAssignments, ADisplacedWindowIsStackedWhereAFrontWindowIs) {
+TEST(TileAssignments, ADisplacedWindowMovesToAStackWithAFrontWindow) {
     TileAssignments tiles;
     (void)tiles.assign("wide", {"D::a", "D::b"});
     tiles.insertIntoStack("D::a", "wide", TileAssignments::StackPosition::front);
@@ -28,7 +28,8 @@ TEST(TileAssignments, AssigningDisplacesTheFrontWindowIntoTheStack) {
     TileAssignments tiles;
     EXPECT_TRUE(tiles.assign("mail", {"D::a"}).empty());
     tiles.insertIntoStack("D::a", "notes", front);
-    EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (IDs{"notes", "mail"})) << "a front without a stack is kept";
+    EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (IDs{"notes", "mail"}))
+        << "a front window without a stack becomes a member";
     EXPECT_EQ(tiles.assign("notes", {"D::a"}), IDs{"mail"});
     EXPECT_EQ(tiles.targetOf("mail"), std::nullopt);
     EXPECT_EQ(tiles.stackTargetOf("mail"), "D::a");
@@ -44,7 +45,7 @@ TEST(TileAssignments, ASpanningWindowHasOneAnchorAndDisplacedWindowsLoseAllTheir
     EXPECT_TRUE(tiles.anchorsByWindowID.empty());
 }
 
-TEST(TileAssignments, ASpanGathersTheStacksOfItsTiles) {
+TEST(TileAssignments, TheStacksOfTheTilesOfASpanAreMerged) {
     TileAssignments tiles;
     (void)tiles.assign("left", {"D::a"});
     (void)tiles.assign("right", {"D::b"});
@@ -82,10 +83,10 @@ DisplayTiles row(std::vector<SlotID> ids) {
     return tiles;
 }
 
-TEST(LayoutMigration, WindowsKeepTheirSlotThenItsNamesakeThenTheOrder) {
+TEST(LayoutMigration, WindowsPreferTheirSlotThenTheSlotWithItsNameThenTheFirstFreeSlot) {
     TileAssignments before;
     (void)before.assign("editor", {"D::focus-main"});
-    (void)before.assign("mail", {"D::focus-right-top"}); // is called secondary-1 elsewhere
+    (void)before.assign("mail", {"D::focus-right-top"}); // has the canonical id secondary-1
     (void)before.assign("notes", {"D::odd"});
     (void)before.assign("other display", {"E::focus-main"});
     before.stackWindowIDsByTarget["D::focus-right-top"] = {"mail", "chat"};

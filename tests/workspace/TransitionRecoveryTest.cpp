@@ -15,7 +15,7 @@ ManagedWindow windowOf(const std::string& id, const std::string& title) {
     return window;
 }
 
-/// Mail in front of a tile, Notes behind it, Codex in no tile.
+/// Mail is the front window of a tile, Notes is stacked behind it, and Codex has no tile.
 struct TransitionRecoveryTest : testing::Test {
     TransitionRecoveryTest() {
         tiles.insertIntoStack("D::a", "notes", TileAssignments::StackPosition::front);
@@ -38,15 +38,15 @@ TEST_F(TransitionRecoveryTest, LastsTenSeconds) {
     EXPECT_FALSE(recovery.isWaiting());
 }
 
-TEST_F(TransitionRecoveryTest, EachWindowIsPutBackOnceAndOnlyToTilesThatItFronts) {
+TEST_F(TransitionRecoveryTest, EachFrontWindowIsPutBackOnce) {
     EXPECT_EQ(recovery.takeRecovered({mail, notes, codex}, tiles).size(), 1u);
     EXPECT_TRUE(recovery.takeRecovered({mail, notes, codex}, tiles).empty());
-    EXPECT_FALSE(recovery.isComplete(tiles)) << "the window behind is still awaited";
+    EXPECT_FALSE(recovery.isComplete(tiles)) << "the stacked window is still awaited";
     EXPECT_TRUE(recovery.takeSuccessors({mail, notes}, tiles).empty());
     EXPECT_TRUE(recovery.isComplete(tiles));
 }
 
-TEST_F(TransitionRecoveryTest, AWindowWithAnotherIdIsKnownAgainUnlessItWasThereBefore) {
+TEST_F(TransitionRecoveryTest, AWindowWithANewIdIsRecognizedUnlessThatIdExistedBefore) {
     const auto another = windowOf("mail2", "Inbox");
     const auto successors = recovery.takeSuccessors({another, notes}, tiles);
     ASSERT_EQ(successors.size(), 1u);
@@ -57,11 +57,11 @@ TEST_F(TransitionRecoveryTest, AWindowWithAnotherIdIsKnownAgainUnlessItWasThereB
     recovery.remember({another, notes, codex}, tiles);
     recovery.begin(Seconds{200});
     codex.title = "Inbox";
-    EXPECT_TRUE(recovery.takeSuccessors({notes, codex}, tiles).empty()) << "Codex was there before";
+    EXPECT_TRUE(recovery.takeSuccessors({notes, codex}, tiles).empty()) << "Codex existed before the transition";
     EXPECT_EQ(recovery.awaitedWindowIDs().size(), 1u);
 }
 
-TEST_F(TransitionRecoveryTest, WindowsStillMissingAtTheNextSleepStayAwaited) {
+TEST_F(TransitionRecoveryTest, WindowsThatAreStillMissingAtTheNextSleepRemainAwaited) {
     EXPECT_TRUE(recovery.takeSuccessors({mail}, tiles).empty());
     recovery.remember({mail}, tiles);
     recovery.begin(Seconds{200});
@@ -69,7 +69,7 @@ TEST_F(TransitionRecoveryTest, WindowsStillMissingAtTheNextSleepStayAwaited) {
     tiles.remove("notes");
     recovery.remember({mail}, tiles);
     recovery.begin(Seconds{300});
-    EXPECT_EQ(recovery.awaitedWindowIDs().size(), 1u) << "Notes has no tile any more";
+    EXPECT_EQ(recovery.awaitedWindowIDs().size(), 1u) << "Notes has lost its tile";
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Stepping back and focus mode when windows, displays and the permission changed meanwhile, and when one command
-// follows the other at once.
+// Undo and focus mode when windows, displays or the permission have changed meanwhile, and commands without a pause
+// between them.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -22,18 +22,18 @@ TEST_P(UndoStories, AWindowOpenedMeanwhileStaysVisibleWhenItsApplicationIsHidden
         desk.move(WorkspaceDirection::right);
         ASSERT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
         desk.zoom();
-        desk.desktop.userHides("Mail", false); // as an application does that opens a window
+        desk.desktop.userHides("Mail", false); // an application that opens a window also shows its hidden windows
         desk.opens("Mail").settle();
         byUndo ? desk.undo() : desk.zoom();
         EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail 2"))) << desk.desktop.picture();
         EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
         desk.desktop.userFocuses("Codex");
         desk.cycleStack();
-        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "the window is reached as before";
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "the user can reach the window as before";
     }
 }
 
-TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
+TEST_P(UndoStories, AWindowThatIsBeingRestoredCountsAsRestored) {
     for (const Seconds pollDuration : {Seconds(0), Seconds(0.3)}) {
         Scenario desk;
         desk.desktop.setHidingStyle(GetParam());
@@ -56,7 +56,7 @@ TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
     }
 }
 
-TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
+TEST_P(UndoStories, ThePollBeforeARequestDoesNotOverruleIt) {
     Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
     desk.desktop.setAnnouncesAllChanges(false);
@@ -72,7 +72,7 @@ TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
     EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
-TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFixed) {
+TEST_P(UndoStories, EachCommandStartsFromTheStateThatThePreviousOneRequested) {
     Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
     desk.display(2560, 1440).layout("jarvis.quad-grid");
@@ -94,8 +94,8 @@ TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFix
     }
 }
 
-TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainByADesktopThatTakesItsTime) {
-    for (int i = 0; i < 10; ++i) { // so that a poll comes before the desktop has done it
+TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainOnASlowDesktop) {
+    for (int i = 0; i < 10; ++i) { // in some cases a poll comes before the desktop has changed the window
         const bool byUndo = i % 2 == 0;
         Scenario desk;
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
@@ -175,7 +175,7 @@ TEST(UndoAndFocusStories, PanelsAndWindowsOnAnotherDisplayDoNotEndFocusMode) {
     desk.desktop.userFocuses("Mail");
     desk.zoom().desktop.setPanels("A", makeRect(0, 40, 0, 0));
     desk.settle();
-    EXPECT_FALSE(*desk.state().focusMode) << "its own display is another now";
+    EXPECT_FALSE(*desk.state().focusMode) << "the zoomed window's own display has changed";
 }
 
 TEST(UndoAndFocusStories, LeavingFocusModeNeedsThePermission) {
@@ -213,7 +213,7 @@ TEST(UndoAndFocusStories, RefusalsGiveTheReason) {
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     const auto steps = desk.controller().undoHistory().size();
     desk.arrange().expectMessage("There is no window to arrange");
-    EXPECT_EQ(desk.controller().undoHistory().size(), steps) << "no step for nothing";
+    EXPECT_EQ(desk.controller().undoHistory().size(), steps) << "a refused action adds no undo step";
     const WorkspaceAction fromTheFocusedTile[] = {action::Focus{WorkspaceDirection::left},
                                                   action::Move{WorkspaceDirection::left}, action::CycleStack{}};
     for (const auto& action : fromTheFocusedTile) {

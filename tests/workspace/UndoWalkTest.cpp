@@ -1,5 +1,5 @@
-// Whatever a user does, each step back brings back what was before that step: tiles, stacks, anchors, frames, what was
-// minimized or hidden, the profile and the accent color.
+// Random actions of a user: each undo restores the state before the undone action: tiles, stacks, anchors, frames,
+// minimized and hidden windows, the profile and the accent color.
 #include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t kUsualWalks = 30;
 constexpr std::size_t kStepsPerWalk = 45;  // more than the history keeps
 constexpr double kLongestHastyPause = 0.6; // seconds
-constexpr CGSize kCell{17, 31};            // users and programs choose whole cells
+constexpr CGSize kCell{17, 31};            // all frames are multiples of this cell, which some windows round to
 
 enum class Pace { calm, hasty };
 
@@ -53,17 +53,17 @@ class UndoWalk : public RandomWalk {
     }
     void step(const std::string& name) override {
         const bool wasZoomed = desk_.state().focusMode->has_value();
-        // Every step begins with the display as it was before it was given to one window.
+        // The state before a step in focus mode is the state before focus mode, which most actions end.
         const Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : isHasty_ ? requestedPicture() : picture();
         std::set<WallTime> knownEntries;
         for (const auto& entry : desk_.controller().undoHistory().entries()) knownEntries.insert(entry.time);
         desk_.advance(Seconds(0.001));
-        areDisplaysOthers_ = false;
+        haveDisplaysChanged_ = false;
         perform(name);
         if (isHasty_ && chance(4)) expectCarriedOut();
         if (name == "opens a scene") desk_.advance(Seconds(26)); // until no window is awaited any more
         desk_.advance(isHasty_ ? Seconds(kLongestHastyPause * number(7) / 6) : Seconds(4));
-        if (areDisplaysOthers_) { // frames and tiles of other displays cannot come back
+        if (haveDisplaysChanged_) { // frames and tiles on former displays cannot be restored
             before_.clear();
             beforeZoom_.reset();
             return;
@@ -74,7 +74,7 @@ class UndoWalk : public RandomWalk {
             ++added;
             before_.insert_or_assign(entry.time, before);
         }
-        EXPECT_LE(added, 1) << "one step of a user is one step back";
+        EXPECT_LE(added, 1) << "each action adds at most one undo step";
         const bool isZoomed = desk_.state().focusMode->has_value();
         const bool isBack = wasZoomed && !isZoomed && added == 0 && beforeZoom_ && name == "zoom";
         if (isBack && isHasty_) expectCarriedOut();
@@ -84,7 +84,7 @@ class UndoWalk : public RandomWalk {
     }
     void end() override {
         if (isHasty_) desk_.settle();
-        story_ += "\n  and all of it back";
+        story_ += "\n  undo of all steps";
         isWalkedBack_ = true;
         for (std::size_t i = desk_.controller().undoHistory().size(); i > 0 && *desk_.state().canUndo; --i) stepBack();
     }
@@ -95,7 +95,7 @@ class UndoWalk : public RandomWalk {
             const WindowID id = desk_.desktop.windowIDOf(window->label());
             std::string& text = out.windows[id] = desk_.desktop.describeWindow(*window);
             if (isHasty_) text = desk_.desktop.isOnScreen(*window) ? "shown" : "away";
-            // Where hiding means iconifying, an application is hidden by those of its windows that left with it.
+            // On desktops that hide an application by minimizing its windows, a minimized window may count as hidden.
             constexpr std::string_view kBoth = " minimized hidden";
             if (const auto at = text.find(kBoth); at != std::string::npos) text.replace(at, kBoth.size(), " minimized");
             const bool isElsewhere = window->virtualDesktop != desk_.desktop.shownVirtualDesktop();
@@ -104,8 +104,8 @@ class UndoWalk : public RandomWalk {
         return out;
     }
 
-    /// What was requested of the windows, which the desktop may not have carried out yet. Where a window in a tile is
-    /// to be follows from the tiles alone; another one is where the last command left it.
+    /// The requested state, which the desktop may not have reached yet. Windows in tiles are shown if they are front
+    /// windows; other windows keep the state that the last command requested.
     Picture requestedPicture() {
         Picture out = picture();
         const auto& assignments = out.assignments;
@@ -118,15 +118,15 @@ class UndoWalk : public RandomWalk {
         return out;
     }
 
-    /// Every window, also one in no tile, comes to be where the commands have requested it.
+    /// Every window, also without a tile, reaches the state that the commands have requested.
     void expectCarriedOut() {
         const Picture requested = requestedPicture();
         desk_.settle();
         EXPECT_EQ(picture().windows, requested.windows);
     }
 
-    /// Windows that opened since do as they like; the others are where they were. Where one has closed, the tiles may
-    /// have become others, and their windows with them.
+    /// Expects all windows of the former state in that state again; windows opened since are ignored. If a window has
+    /// closed since, the others may be in other tiles.
     void expectAgain(Picture before) {
         Picture now = picture();
         std::set<WindowID> leftOut = displacedIn(before);
@@ -140,7 +140,7 @@ class UndoWalk : public RandomWalk {
         const auto hasClosed = [&](const auto& window) { return !living.contains(window.first); };
         const bool haveTilesMoved = std::any_of(before.windows.begin(), before.windows.end(), hasClosed);
         before.assignments.keepOnly(living);
-        // Where a front window has closed, the next of its stack has come forward, and its application with it.
+        // After a front window has closed, the next window of its stack is in front, so its application is shown.
         std::set<std::string> broughtBack;
         for (const auto& id : living) {
             if (now.assignments.isAssigned(id) && !before.assignments.isAssigned(id)) broughtBack.insert(processOf(id));
@@ -162,7 +162,7 @@ class UndoWalk : public RandomWalk {
             const bool mayBeBack = haveTilesMoved && broughtBack.contains(processOf(id));
             if (!living.contains(id) || isLeftAlone || mayBeBack || (haveTilesMoved && now.assignments.isAssigned(id)))
                 continue;
-            // Where a window was opened since, the others of its hidden application are minimized instead.
+            // After an application has opened a window, its stacked windows are minimized instead of hidden.
             const auto isNewSibling = [&, process = processOf(id)](const WindowID& other) {
                 return !before.windows.contains(other) && processOf(other) == process;
             };
@@ -171,7 +171,7 @@ class UndoWalk : public RandomWalk {
                       hasNewSibling ? minimizedForHidden(description) : description);
         }
     }
-    /// With the undo, windows whose display was disconnected before the step take free tiles, or are stacked.
+    /// Windows of displays that are disconnected now: undo puts them into free tiles or stacks.
     std::set<WindowID> displacedIn(const Picture& before) {
         TileAssignments displaced = before.assignments;
         for (const auto& screen : desk_.desktop.screens()) {
@@ -180,8 +180,8 @@ class UndoWalk : public RandomWalk {
         }
         return displaced.windows();
     }
-    /// Full screen is a Space of its own on a Mac, and a step back restores the tiles of the Space that is shown. A
-    /// window that comes from another Space takes its tile back, and what was in that tile waits behind it.
+    /// On a Mac a full-screen window has a Space of its own, and undo restores only the tiles of the shown Space. A
+    /// window that returns from another Space gets its tile back, in front of the windows there.
     static std::set<WindowID> ofOtherSpacesIn(const Picture& picture) {
         std::set<WindowID> windows = picture.leftAlone;
         for (const auto& id : picture.leftAlone) {
@@ -200,7 +200,7 @@ class UndoWalk : public RandomWalk {
             from.leftAlone.insert(window);
         }
         if (windows.empty()) return;
-        // A window that nothing waits behind may be listed as the only one of its stack.
+        // A stack that contains only the front window is the same as no stack.
         std::erase_if(from.assignments.stackWindowIDsByTarget, [&](const auto& entry) {
             return entry.second.size() == 1 && from.assignments.isAssigned(entry.second.front());
         });
@@ -234,7 +234,7 @@ class UndoWalk : public RandomWalk {
         if (expected) expectAgain(*expected);
     }
 
-    /// As large as a user could make the window.
+    /// Any frame that is not smaller than the window's minimum size.
     CGRect anyFrameFor(const std::string& label) override {
         const auto minimum = desk_.desktop.window(label).traits().minimumSize.value_or(CGSize{});
         CGRect frame = wholeCells();
@@ -257,8 +257,8 @@ class UndoWalk : public RandomWalk {
         }
         return traits;
     }
-    /// The pointer takes no window that is not visible, and one that it takes while another one is zoomed comes back to
-    /// where it was taken.
+    /// The pointer cannot drag a hidden window. Undo of a drag during focus mode restores the frame at the beginning of
+    /// the drag, not the one before focus mode.
     bool mayDrag(const std::string& label) override {
         return desk_.desktop.isOnScreen(desk_.desktop.window(label)) && !*desk_.state().focusMode;
     }
@@ -272,7 +272,7 @@ class UndoWalk : public RandomWalk {
     }
     void changeDisplays() {
         if (!chance(6)) return;
-        areDisplaysOthers_ = true;
+        haveDisplaysChanged_ = true;
         if (desk_.desktop.screens().size() > 1) {
             desk_.desktop.removeDisplay("B");
         } else {
@@ -280,7 +280,7 @@ class UndoWalk : public RandomWalk {
         }
     }
 
-    /// Of KOVA, which may follow each other at once. Named more than once: taken as much more often.
+    /// Commands of KOVA, between which there may be no pause. Commands that are listed repeatedly are drawn more often.
     static constexpr std::array kCommands = {
         "arrange",     "arrange", "zoom",           "zoom",        "cycle stack",
         "cycle stack", "focus",   "move",           "move",        "move",
@@ -312,9 +312,9 @@ class UndoWalk : public RandomWalk {
     };
     const bool isHasty_;
     bool isWalkedBack_ = false;
-    std::map<WallTime, Picture> before_; // by the entry of the history that brings it back
+    std::map<WallTime, Picture> before_; // by the time of the entry of the history that restores the state
     std::optional<Picture> beforeZoom_;
-    bool areDisplaysOthers_ = false;
+    bool haveDisplaysChanged_ = false;
 };
 
 class HastyUndoWalk : public UndoWalk {
@@ -322,11 +322,11 @@ class HastyUndoWalk : public UndoWalk {
     explicit HastyUndoWalk(std::uint32_t seed) : UndoWalk(seed, Pace::hasty) {}
 };
 
-TEST(UndoWalk, EachStepBackRestoresTheStateBeforeIt) {
+TEST(UndoWalk, EachUndoRestoresTheStateBeforeTheAction) {
     takeWalks<UndoWalk>(kUsualWalks, "UndoWalk");
 }
 
-TEST(UndoWalk, CommandsThatFollowEachOtherAtOnceLoseNoStep) {
+TEST(UndoWalk, CommandsWithoutAPauseLoseNoUndoStep) {
     takeWalks<HastyUndoWalk>(kUsualWalks, "HastyUndoWalk");
 }
 

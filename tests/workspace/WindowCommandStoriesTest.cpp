@@ -1,4 +1,4 @@
-// Commands for one window: into a tile, out of it, to another display, and what a dry run says of each.
+// Commands that move one window into a tile, out of its tile or to another display, and their dry runs.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
@@ -18,7 +18,7 @@ class WindowCommandStories : public ::testing::Test {
     }
     WindowID id(const char* label) { return desk.desktop.windowIDOf(label); }
     TileTarget tile(const SlotID& slot, const char* display = "A") { return desk.target(display, slot); }
-    /// "place Mail A1, wait Codex A1"
+    /// The steps of the plan: "place Mail A1, wait Codex A1".
     std::string steps(const WindowCommand& command) {
         const auto planned = desk.controller().planCommand(command);
         if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return refusal->reason;
@@ -37,7 +37,7 @@ class WindowCommandStories : public ::testing::Test {
 
 } // namespace
 
-TEST_F(WindowCommandStories, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
+TEST_F(WindowCommandStories, AWindowWithoutATileIsPutIntoTheNamedTile) {
     desk.opens("Notes").settle();
     desk.desktop.userMinimizes("Notes");
     desk.desktop.userFocuses("Codex");
@@ -68,7 +68,7 @@ TEST_F(WindowCommandStories, AStackedWindowThatWasClosedUnnoticedIsNotFocusedAnd
     desk.expectTiles("Codex 15,15 1254x1382 | Notes 1291,15 1254x1382");
 }
 
-TEST_F(WindowCommandStories, TwoWindowsTradePlacesAndTheirStacksStay) {
+TEST_F(WindowCommandStories, TwoWindowsSwapTheirTilesAndTheStacksStay) {
     desk.opens("Notes").opens("Viewer").settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(command::Place{id("Viewer"), tile("secondary-1")});
@@ -110,7 +110,7 @@ TEST_F(WindowCommandStories, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgai
     desk.expectTiles(kHalves);
 }
 
-TEST_F(WindowCommandStories, AFloatingWindowFloatsOnAfterASleepAndARestart) {
+TEST_F(WindowCommandStories, AFloatingWindowStillFloatsAfterASleepAndARestart) {
     desk.perform(command::Float{}).sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(1));
@@ -163,7 +163,7 @@ TEST_F(WindowCommandStories, TheNamedWindowIsUsedInsteadOfTheFocusedOne) {
     EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
 }
 
-TEST_F(WindowCommandStories, AFocusedDialogMeansItsWindow) {
+TEST_F(WindowCommandStories, AFocusedDialogStandsForItsWindow) {
     desk.opens("Codex", {.frame = makeRect(300, 300, 400, 200), .title = "Save?", .dialogOf = "Codex"}).settle();
     desk.desktop.userFocuses("Codex 2");
     desk.settle();
@@ -172,7 +172,7 @@ TEST_F(WindowCommandStories, AFocusedDialogMeansItsWindow) {
     desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
 }
 
-TEST_F(WindowCommandStories, WindowsThatDriftedAreFoundAndSentBack) {
+TEST_F(WindowCommandStories, DriftedWindowsAreFoundAndMovedBack) {
     const auto verdictOf = [&](const char* label) {
         for (const auto& finding : desk.controller().verifyPlacements()) {
             if (finding.windowID == id(label)) return finding.verdict;
@@ -182,8 +182,7 @@ TEST_F(WindowCommandStories, WindowsThatDriftedAreFoundAndSentBack) {
     EXPECT_EQ(verdictOf("Mail"), PlacementVerdict::asRequested);
     desk.opens("Notes", {.frame = makeRect(100, 100, 700, 500), .springsBackTimes = 40}).settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")}).advance(Seconds(10));
-    EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::drifted)
-        << "the window was requested as often as a poll requests it";
+    EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::drifted) << "polls have made all their requests for this frame";
     for (int i = 0; i < 20 && verdictOf("Notes") != PlacementVerdict::asRequested; ++i) {
         ASSERT_TRUE(desk.controller().perform(action::RepairPlacements{}));
         desk.settle();

@@ -25,7 +25,7 @@ struct Bench {
     bool isConfirmed = false;
 };
 
-TEST(WindowSizes, AWindowShowsTheDirectionsInWhichItRefusesAndForgetsThemOnceItIsSeenSmaller) {
+TEST(WindowSizes, AMinimumIsObservedPerDirectionAndForgottenOnceTheWindowIsSmaller) {
     Bench bench;
     const auto window = windowCalled("a");
     EXPECT_EQ(bench.refuses(window, {1500, 600}), changed);
@@ -37,17 +37,18 @@ TEST(WindowSizes, AWindowShowsTheDirectionsInWhichItRefusesAndForgetsThemOnceItI
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), CGSize{});
 }
 
-TEST(WindowSizes, ASizeThatContradictsTheAnnouncementIsBelievedAfterTwoArrangements) {
+TEST(WindowSizes, ASizeThatContradictsTheAnnouncementIsConfirmedByTheSecondArrangement) {
     Bench bench;
     const auto window = windowCalled("xterm", CGSize{10, 17});
     bench.sizes.beginArrangement();
     EXPECT_EQ(bench.refuses(window, {1500, 900}), changed);
     EXPECT_FALSE(bench.isConfirmed);
-    EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 900})) << "there is room for it, for now";
+    EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 900})) << "the size counts until the next arrangement";
     EXPECT_TRUE(bench.sizes.confirmed().empty());
     EXPECT_EQ(bench.sizes.minimumOf(window, {}, WindowSizes::Purpose::nextArrangement), (CGSize{10, 17}));
     bench.sizes.beginArrangement();
-    EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{10, 17})) << "asked for its plain tile once more";
+    EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{10, 17}))
+        << "the arrangement requests the frame of the tile once more";
     EXPECT_EQ(bench.refuses(window, {1500, 900}), changed);
     EXPECT_TRUE(bench.isConfirmed);
     bench.sizes.beginArrangement();
@@ -68,14 +69,14 @@ TEST(WindowSizes, TheApplicationsLearnedSizeIsOnlyAFirstGuess) {
     EXPECT_EQ(bench.sizes.minimumOf(window, guess), guess);
     EXPECT_EQ(bench.sizes.minimumOf(windowCalled("b", CGSize{300, 200}), guess), (CGSize{300, 200}));
     EXPECT_FALSE(bench.sizes.noteSeen(window, {800, 900}, guess).ofApplication)
-        << "this window may be a small one of its application";
+        << "other windows of the application may need more room";
     EXPECT_EQ(bench.sizes.minimumOf(window, guess), (CGSize{800, 400}));
 
-    const auto asked = windowCalled("c");
-    EXPECT_TRUE(bench.sizes.isRetryDue(asked, guess, Seconds(100)));
+    const auto retried = windowCalled("c");
+    EXPECT_TRUE(bench.sizes.isRetryDue(retried, guess, Seconds(100)));
     bench.sizes.beginRetry("c");
-    EXPECT_FALSE(bench.sizes.isRetryDue(asked, guess, Seconds(100))) << "once for each arrangement";
-    EXPECT_TRUE(bench.sizes.noteSeen(asked, {1254, 676}, guess).ofApplication);
+    EXPECT_FALSE(bench.sizes.isRetryDue(retried, guess, Seconds(100))) << "once for each arrangement";
+    EXPECT_TRUE(bench.sizes.noteSeen(retried, {1254, 676}, guess).ofApplication);
 }
 
 TEST(WindowSizes, RememberedSizesAreRetriedOncePerArrangementAfterADelay) {

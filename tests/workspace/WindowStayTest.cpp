@@ -6,7 +6,7 @@ using namespace kova;
 
 namespace {
 
-TEST(WindowStay, EveryCauseHasItsSentence) {
+TEST(WindowStay, EachReasonHasASentence) {
     const Refusal refusing{makeRect(0, 0, 300.4, 200), makeRect(10, 20, 640, 480), 3};
     Refusal accepted = refusing;
     accepted.isAccepted = true;
@@ -45,7 +45,7 @@ TEST(WindowStay, EveryCauseHasItsSentence) {
     for (const auto& row : rows) EXPECT_EQ(whyItStays(row.situation), row.expected);
 }
 
-TEST(LeftAlone, TheCauseThatTheUserSeesFirstIsNamed) {
+TEST(LeftAlone, TheReasonThatTheUserSeesFirstIsGiven) {
     ManagedWindow window;
     window.isVisible = true;
     EXPECT_FALSE(whyLeftAlone(window, {}));

@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-TEST(WorkspacePreferences, AFirstStartKeepsTheAppearanceOfAnExistingUser) {
+TEST(WorkspacePreferences, TheAppearanceOfTheFirstStartIsKept) {
     MemoryPreferencesStore store;
     const auto first = loadWorkspacePreferences(store);
     EXPECT_EQ(first.profile.themeID, "kova.native");
@@ -30,7 +30,7 @@ TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
          {"KOVA.workspaceProfile.v1", "KOVA.useThemeBackground.v1", "KOVA.showBrain.v1", "KOVA.showTileBackgrounds.v1",
           "KOVA.accentColor.v1", "KOVA.autoArrangeLearning.v1"}) {
         MemoryPreferencesStore store;
-        store.setValue(key, false); // of the wrong type for some: it is there all the same
+        store.setValue(key, false); // the wrong type for some keys, but present
         const auto loaded = loadWorkspacePreferences(store);
         EXPECT_EQ(loaded.profile.themeID, "jarvis.neon-cyan") << key;
         EXPECT_EQ(loaded.useThemeBackground, key != preferenceKey::useThemeBackground) << key;
@@ -38,15 +38,15 @@ TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
     }
 }
 
-TEST(WorkspacePreferences, AValueOfAForeignTypeMarksAnExistingUserToo) {
+TEST(WorkspacePreferences, AValueOfAnotherTypeAlsoMarksAnExistingUser) {
     struct Store final : MemoryPreferencesStore {
-        // A number, as another program may have written it.
+        // The key has a number, which another program may have written.
         bool contains(std::string_view key) const override { return key == preferenceKey::showBrain; }
     } store;
     EXPECT_EQ(loadWorkspacePreferences(store).profile.themeID, "jarvis.neon-cyan");
 }
 
-TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
+TEST(WorkspacePreferences, ReadsTheKeysUnderWhichValuesOfUsersAreStored) {
     using namespace preferenceKey;
     const std::pair<std::string_view, std::string_view> keys[] = {
         {workspaceProfile, "KOVA.workspaceProfile.v1"},
@@ -80,7 +80,7 @@ TEST(WorkspacePreferences, UnreadableValuesCountAsAbsent) {
     EXPECT_TRUE(loaded.showTileBackgrounds);
     EXPECT_EQ(loaded.accentColorID, "system-blue");
     const auto problems = store.problems();
-    ASSERT_EQ(problems.size(), 4U) << "each is told";
+    ASSERT_EQ(problems.size(), 4U) << "each unreadable value is reported";
     EXPECT_NE(problems[0].find("workspaceProfile.v1 is not used as stored: id: expected a string"), std::string::npos)
         << problems[0];
     EXPECT_NE(problems[3].find("there is no accent color “no such color”; “system-blue” is used"), std::string::npos)
@@ -89,7 +89,7 @@ TEST(WorkspacePreferences, UnreadableValuesCountAsAbsent) {
     EXPECT_FALSE(loadWorkspacePreferences(store).showTileBackgrounds);
 }
 
-TEST(WorkspacePreferences, ValuesOutOfRangeAreRefusedOneByOne) {
+TEST(WorkspacePreferences, EachValueOutOfRangeIsReplacedAndReported) {
     WorkspaceProfile profile;
     profile.themeID = "plaid";
     profile.layoutID = "jarvis.nope";
@@ -97,7 +97,7 @@ TEST(WorkspacePreferences, ValuesOutOfRangeAreRefusedOneByOne) {
                                          {"B", DisplayLayoutSelection::layout("jarvis.quad-grid")}};
     profile.tileInset = 5000;
     profile.applicationMinimumSizes = {{"good", {600, 0}}, {"low", {-1, 100}}, {"vast", {1e9, 100}}};
-    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {0, -1}; // such weights have a floor
+    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {0, -1}; // limited only when used
     MemoryPreferencesStore store;
     saveProfile(store, profile);
     const auto loaded = loadWorkspacePreferences(store).profile;
@@ -118,7 +118,7 @@ TEST(WorkspacePreferences, ValuesOutOfRangeAreRefusedOneByOne) {
     profile.layoutSelectionsByDisplay["A"] = DisplayLayoutSelection::automatic();
     profile.tileInset = 5;
     profile.applicationMinimumSizes = {{"good", {600, 0}}};
-    EXPECT_EQ(loaded, profile) << "the rest is used";
+    EXPECT_EQ(loaded, profile) << "all other values are used";
 }
 
 } // namespace
