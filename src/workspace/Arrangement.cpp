@@ -155,7 +155,7 @@ void Arrangement::arrangeWindows() {
     carryOutArrangement(plan);
     std::vector<WindowID> behind;
     for (const auto& placement : plan.placements) {
-        if (!placement.isDeferred && !placement.isPrimary) behind.push_back(placement.window.id);
+        if (!placement.isPrimary) behind.push_back(placement.window.id);
     }
     keeper_.commit(
         {.displaced = std::move(behind), .resetsLimits = true, .endsArrangement = true, .straying = kFramesStay});
@@ -213,27 +213,22 @@ void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const 
     keeper_.retryMinimum(placement.window.id);
 }
 
-void Arrangement::takeDeferred(const AutoArrangePlacement& placement) {
-    const ManagedWindow* live = liveWindows_.find(placement.window.id);
-    if (!live) return;
-    if (placement.isPrimary) return keeper_.place(*live, {placement.claimedTargets}, BringToFront::no);
-    assignments_.insertIntoStack(placement.target.id(), live->id, TileAssignments::StackPosition::behind);
-}
-
 void Arrangement::carryOutDeferred(std::int64_t generation) {
     if (!arranger_.isNewest(generation) || !access_.mayMoveWindows()) return;
     steps_.changeLater([&] {
-        std::vector<WindowID> fronts, behind;
+        std::vector<WindowID> placed;
         for (const auto& placement : arranger_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
             // Meanwhile the user may have put another window into its tile, or may be dragging it.
             const WindowID& id = placement.window.id;
             if (assignments_.targetOf(id) != placement.target.id() || pointer_.isHolding(id)) continue;
-            takeDeferred(placement);
-            (placement.isPrimary ? fronts : behind).push_back(id);
+            const ManagedWindow* live = liveWindows_.find(id);
+            if (!live) continue;
+            keeper_.place(*live, {placement.claimedTargets}, BringToFront::no);
+            placed.push_back(id);
         }
-        keeper_.commit({.displaced = std::move(behind), .straying = kFramesStay});
-        for (const auto& id : fronts) keeper_.retryMinimum(id);
+        keeper_.commit({.straying = kFramesStay});
+        for (const auto& id : placed) keeper_.retryMinimum(id);
     });
 }
 

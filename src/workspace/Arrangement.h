@@ -61,7 +61,6 @@ class Arrangement {
     void arrangeWindows();
     void carryOutArrangement(const ArrangementPlan& plan);
     void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
-    void takeDeferred(const AutoArrangePlacement& placement);
     void carryOutDeferred(std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
     TileAssignments assignmentsOnAbsentDisplays() const;

@@ -70,8 +70,8 @@ struct AutoArrangePlacement {
     bool isPrimary = true;                         // front window; false: stacked
     std::vector<DisplayTileTarget> claimedTargets; // the covered tiles, the anchor first; empty for a stacked window
     std::optional<WindowID> behindID;              // the front window of the tile; absent for a full-screen one
-    bool isDeferred = false;
-    std::string explanation; // one line in plain words
+    bool isDeferred = false;                       // placed once it had time to come back; never a stacked window
+    std::string explanation;                       // one line in plain words
 };
 
 struct ArrangementSurplus {
