@@ -4,6 +4,7 @@
 
 #include "control/client/ControlSocket.h"
 #include "support/Version.h"
+#include "ui/style/WindowStyle.h"
 #include "ui/windows/Translations.h"
 
 #include <QApplication>
@@ -65,6 +66,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kova-ui"));
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setStyle(new kova::ui::WindowStyle); // owned by the application
     kova::ui::installTranslations(QLocale::system());
     kova::ui::Program program(socket);
     program.start();

@@ -4,14 +4,18 @@
 #include "ui/style/ApplicationIcons.h"
 #include "ui/style/Colors.h"
 #include "ui/style/WidgetPalette.h"
+#include "ui/style/WindowStyle.h"
 
 #include <QApplication>
 #include <QFontInfo>
 #include <QIcon>
+#include <QListWidget>
+#include <QtTest>
 
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <memory>
 
 namespace kova::ui {
 
@@ -96,6 +100,30 @@ TEST(WidgetFont, LeavesTheTextOfIconsVisible) {
         for (int x = 0; x < image.width(); ++x) drawn += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
     }
     EXPECT_GT(drawn, 200) << "pixels of " << image.width() * image.height();
+}
+
+TEST(WindowStyle, AClickSelectsWhereTheDesktopLetsItActivate) {
+    struct SingleClickStyle : QProxyStyle {
+        int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                      QStyleHintReturn* result) const override {
+            return hint == SH_ItemView_ActivateItemOnSingleClick ? 1
+                                                                 : QProxyStyle::styleHint(hint, option, widget, result);
+        }
+    };
+    for (const bool isOurs : {false, true}) {
+        std::unique_ptr<QStyle> style = std::make_unique<SingleClickStyle>();
+        if (isOurs) style = std::make_unique<WindowStyle>(style.release());
+        QListWidget list;
+        list.setStyle(style.get());
+        list.addItem(QStringLiteral("Scene"));
+        int activated = 0;
+        QObject::connect(&list, &QListWidget::itemActivated, [&] { ++activated; });
+        list.show();
+        const QPoint middle = list.visualItemRect(list.item(0)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, middle);
+        EXPECT_EQ(activated, isOurs ? 0 : 1);
+        EXPECT_EQ(list.currentRow(), 0);
+    }
 }
 
 TEST(ApplicationIcons, TheIconOfTheDesktopEntryGroupIsUsed) {

@@ -2,6 +2,7 @@
 
 #include "tests/ui/GoldenPicture.h"
 #include "ui/style/WidgetPalette.h"
+#include "ui/style/WindowStyle.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -22,7 +23,7 @@ WindowStage::WindowStage() :
           .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); },
           .closedByUser = [this](const std::string& what) { closedByUser.push_back(what); }}) {
     qputenv("TZ", "UTC"); // pictures show times
-    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setStyle(new WindowStyle);
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans")));
     applyWidgetFontHeight(static_cast<int>(points::smallText) + 1);
     QApplication::setCursorFlashTime(0);
