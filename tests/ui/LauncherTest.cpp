@@ -208,6 +208,13 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
                                       std::pair("scene.list", "scenes"), std::pair("layout.list", "layouts")}) {
         count += ask(method)["result"][key].size();
     }
+    ASSERT_TRUE(openAt("palette", "secondary-1"));
+    QTest::keyClick(field, Qt::Key_Down);
+    const QString selected = entries->currentIndex().data().toString();
+    ASSERT_TRUE(titles().size() < count && listsAtLeast(count));
+    EXPECT_EQ(entries->currentIndex().data().toString(), selected) << "entries that arrive later leave it selected";
+    QTest::keyClick(field, Qt::Key_Escape);
+    ASSERT_TRUE(isClosed("palette"));
     const auto run = [&](const char* typed, const char* expected) {
         ASSERT_TRUE(openAt("palette", "secondary-1"));
         ASSERT_TRUE(listsAtLeast(count));

@@ -203,8 +203,9 @@ void CommandPalette::load() {
     const auto add = [this, generation](const char* method, auto&& entriesOf) {
         services().agent.call(this, method, nlohmann::json::object(),
                               [this, generation, entriesOf](const Response& response) {
-                                  if (response.error.empty() && generation == generation_)
-                                      addEntries(entriesOf(response.result));
+                                  if (generation != generation_) return;
+                                  if (response.error.empty()) return addEntries(entriesOf(response.result));
+                                  error().showReason(QString::fromStdString(response.error));
                               });
     };
     services().agent.call(this, "query.focus", nlohmann::json::object(), [this](const Response& response) {

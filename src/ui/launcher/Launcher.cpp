@@ -24,6 +24,7 @@ Launcher::Launcher(WindowServices& services) : SearchWindow(services) {
 
 void Launcher::load() {
     services().agent.call(this, "app.list", nlohmann::json::object(), [this](const Response& response) {
+        error().showReason(QString::fromStdString(response.error));
         if (response.error.empty()) setEntries(applicationEntries(response.result, tile()));
     });
 }

@@ -195,8 +195,17 @@ void SearchWindow::setEntries(std::vector<LauncherEntry> entries) {
 }
 
 void SearchWindow::addEntries(std::vector<LauncherEntry> entries) {
+    const QModelIndex current = list_->currentIndex();
+    const LauncherEntry* chosen = current.row() > 0 ? model_->entryAt(current) : nullptr;
+    const auto kept = chosen ? std::optional(*chosen) : std::nullopt;
     entries_.add(std::move(entries));
     filter();
+    for (int row = 0; kept && row < model_->rowCount({}); ++row) {
+        const LauncherEntry* entry = model_->entryAt(model_->index(row, 0));
+        if (entry->title != kept->title || entry->method != kept->method || entry->parameters != kept->parameters)
+            continue;
+        return list_->setCurrentIndex(model_->index(row, 0));
+    }
 }
 
 void SearchWindow::showOnly(LauncherEntry entry) {

@@ -51,6 +51,7 @@ class SearchWindow : public HostedWindow {
     void insertAbove(QWidget* widget);
     /// Replaces the entries and selects the first row.
     void setEntries(std::vector<LauncherEntry> entries);
+    /// The entry that was selected with the arrow keys stays selected.
     void addEntries(std::vector<LauncherEntry> entries);
     /// Shows only this entry, whatever is typed.
     void showOnly(LauncherEntry entry);
