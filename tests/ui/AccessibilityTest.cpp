@@ -3,10 +3,17 @@
 #include "ui/windows/Pane.h"
 #include "ui/windows/Translations.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QLabel>
+#include <QRadioButton>
 #include <QTranslator>
+
+#include <algorithm>
+#include <map>
+#include <string>
 
 namespace kova::ui::testing {
 
@@ -41,6 +48,39 @@ std::string controlsWithoutTexts(QAccessibleInterface* at) {
     return found;
 }
 
+/// Controls that Tab reaches after one that stands wholly below them, one per line.
+std::string controlsAgainstReadingOrder(QWidget* window) {
+    std::string found;
+    int topOfLast = -1;
+    for (QWidget* each = window->nextInFocusChain(); each != window; each = each->nextInFocusChain()) {
+        const bool isReached = each->isVisible() && each->isEnabled() && (each->focusPolicy() & Qt::TabFocus) != 0;
+        const bool isInPane = std::ranges::any_of(window->findChildren<Pane*>(),
+                                                  [&](const Pane* pane) { return pane->isAncestorOf(each); });
+        if (!isReached || !isInPane) continue;
+        const int top = each->mapTo(window, QPoint()).y(), bottom = top + each->height();
+        if (topOfLast >= 0 && bottom <= topOfLast) found += "  " + each->objectName().toStdString() + "\n";
+        topOfLast = top;
+    }
+    return found;
+}
+
+/// Letters that several visible buttons and labels have for Alt, one per line.
+std::string repeatedMnemonics(QWidget* window) {
+    std::map<QString, int> uses;
+    for (auto* each : window->findChildren<QAbstractButton*>()) {
+        if (each->isVisible() && !each->shortcut().isEmpty()) ++uses[each->shortcut().toString()];
+    }
+    for (auto* each : window->findChildren<QLabel*>()) {
+        const QKeySequence keys = each->buddy() ? QKeySequence::mnemonic(each->text()) : QKeySequence();
+        if (each->isVisible() && !keys.isEmpty()) ++uses[keys.toString()];
+    }
+    std::string found;
+    for (const auto& [keys, count] : uses) {
+        if (count > 1) found += "  " + keys.toStdString() + "\n";
+    }
+    return found;
+}
+
 void expectAccessible(QWidget* window, const std::string& what) {
     ASSERT_TRUE(window) << what;
     EXPECT_FALSE(window->windowTitle().isEmpty()) << what;
@@ -66,6 +106,14 @@ TEST_P(AccessibilityIn, EveryControlHasANameAndADescriptionAndFitsASmallDisplay)
     for (const PaneKind& pane : Registry<PaneKind>::entries()) {
         QWidget* window = open("settings", {{"pane", pane.name}});
         expectAccessible(window, std::string("settings: ") + pane.name);
+        if (std::string(pane.name) == "appearance") { // its options come with the state
+            EXPECT_TRUE(until([&] {
+                const auto* option = window->findChild<QRadioButton*>();
+                return option && option->isVisible();
+            }));
+        }
+        EXPECT_EQ(controlsAgainstReadingOrder(window), "") << pane.name;
+        EXPECT_EQ(repeatedMnemonics(window), "") << pane.name;
         EXPECT_EQ(window->windowTitle() == QStringLiteral("KOVA-Einstellungen"), GetParam() == QLocale::German);
     }
 }

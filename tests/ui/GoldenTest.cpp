@@ -13,13 +13,18 @@ namespace kova::ui::testing {
 
 namespace {
 
-QImage pictureOf(const Sample& sample, bool isComposited = true) {
-    PicturePlatform platform(isComposited);
+struct ShownSample {
+    explicit ShownSample(const Sample& sample, bool isComposited = true) : platform(isComposited) {
+        overlay.setDesktopStyle(desktopStyleOf(sample.look));
+        overlay.show(contentsOf(sampleState(sample)));
+    }
+    PicturePlatform platform;
     RecordedActions actions;
-    Overlay overlay(platform, actions);
-    overlay.setDesktopStyle(desktopStyleOf(sample.look));
-    overlay.show(contentsOf(sampleState(sample)));
-    return platform.screen(QSize(800, 500) * sample.scale);
+    Overlay overlay{platform, actions};
+};
+
+QImage pictureOf(const Sample& sample, bool isComposited = true) {
+    return ShownSample(sample, isComposited).platform.screen(QSize(800, 500) * sample.scale);
 }
 
 void compare(const Sample& sample, bool isComposited, const std::string& name) {
@@ -28,30 +33,22 @@ void compare(const Sample& sample, bool isComposited, const std::string& name) {
 
 /// On a picture that is black at the left and white at the right.
 QImage pictureOverWallpaper(const Sample& sample) {
-    PicturePlatform platform;
-    RecordedActions actions;
-    Overlay overlay(platform, actions);
-    overlay.setDesktopStyle(desktopStyleOf(sample.look));
-    overlay.show(contentsOf(sampleState(sample)));
+    const ShownSample shown(sample);
     const QSize size = QSize(800, 500) * sample.scale;
     QLinearGradient wallpaper(0, 0, size.width() * 0.6, 0);
     wallpaper.setColorAt(0, Qt::black);
     wallpaper.setColorAt(1, Qt::white);
-    return platform.screen(size, wallpaper);
+    return shown.platform.screen(size, wallpaper);
 }
 
 /// With the pointer on an icon, in a wide and in a narrow footer.
 QImage pictureWithHoveredIcon(const Sample& sample) {
-    PicturePlatform platform;
-    RecordedActions actions;
-    Overlay overlay(platform, actions);
-    overlay.setDesktopStyle(desktopStyleOf(sample.look));
-    overlay.show(contentsOf(sampleState(sample)));
+    const ShownSample shown(sample);
     for (const char* tile : {"d1::primary", "d1::reference"}) {
-        FooterWindow& footer = *overlay.footers().at(tile);
+        FooterWindow& footer = *shown.overlay.footers().at(tile);
         QTest::mouseMove(&footer, footer.layoutInWindow().entries.back().area.center());
     }
-    return platform.screen(QSize(800, 500) * sample.scale);
+    return shown.platform.screen(QSize(800, 500) * sample.scale);
 }
 
 } // namespace

@@ -35,8 +35,8 @@ QString alertText(const json& alert, const char* key) {
 } // namespace
 
 AlertWindow::AlertWindow(WindowServices& services) :
-    services_(services), title_(new QLabel), text_(new QLabel), list_(new QListWidget), error_(new FieldError),
-    confirm_(new QPushButton), cancel_(new QPushButton) {
+    services_(services), icon_(new QLabel), title_(new QLabel), text_(new QLabel), list_(new QListWidget),
+    error_(new FieldError), confirm_(new QPushButton), cancel_(new QPushButton) {
     setWindowFlags(Qt::Dialog);
     setWindowTitle(QStringLiteral("KOVA"));
     QFont bold = title_->font();
@@ -47,9 +47,6 @@ AlertWindow::AlertWindow(WindowServices& services) :
         label->setWordWrap(true);
         label->setMinimumWidth(fontMetrics().averageCharWidth() * kAlertColumns);
     }
-    auto* sign = new QLabel;
-    const int size = fontMetrics().height() * 3;
-    sign->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size, size));
     list_->setObjectName(QStringLiteral("applications"));
     list_->setAccessibleName(tr("Applications that would end"));
     list_->setAccessibleDescription(tr("They would be ended without asking them"));
@@ -68,7 +65,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
     for (QWidget* each : std::initializer_list<QWidget*>{title_, text_, list_, error_}) texts->addWidget(each);
     auto* above = new QHBoxLayout;
     above->setSpacing(fontMetrics().height());
-    above->addWidget(sign, 0, Qt::AlignTop);
+    above->addWidget(icon_, 0, Qt::AlignTop);
     above->addLayout(texts, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -88,6 +85,9 @@ void AlertWindow::present(const json& parameters) {
     const bool isQuestion = !cancel.isEmpty();
     title_->setText(alertText(parameters, "title"));
     text_->setText(alertText(parameters, "text"));
+    const int size = fontMetrics().height() * 3;
+    const auto icon = isQuestion ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
+    icon_->setPixmap(style()->standardIcon(icon).pixmap(size, size));
     confirm_->setText(confirm);
     confirm_->setVisible(isQuestion);
     cancel_->setText(isQuestion ? cancel : close);

@@ -29,6 +29,7 @@ class AlertWindow final : public HostedWindow {
     void answer(bool isConfirmed);
 
     WindowServices& services_;
+    QLabel* icon_;
     QLabel* title_;
     QLabel* text_;
     QListWidget* list_;

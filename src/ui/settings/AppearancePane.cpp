@@ -153,6 +153,13 @@ void AppearancePane::showState(const json& state) {
         for (const json& accent : accents.at("accentColors")) options.push_back(option(accent, swatchOf(accent, size)));
         accents_->showOptions(options);
     }
+    QWidget* previous = nullptr; // the buttons of options are created after the switches, which stand below them
+    for (QWidget* group : {static_cast<QWidget*>(themes_), static_cast<QWidget*>(accents_), brain_->parentWidget()}) {
+        for (auto* button : group->findChildren<QAbstractButton*>()) {
+            if (previous) setTabOrder(previous, button);
+            previous = button;
+        }
+    }
 }
 
 } // namespace kova::ui

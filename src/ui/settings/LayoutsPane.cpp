@@ -41,6 +41,8 @@ LayoutsPane::LayoutsPane(WindowServices& services) :
     column->addWidget(layouts_, 1);
     column->addWidget(fit_);
     column->addWidget(error_);
+    setTabOrder(displays_, reset_);
+    setTabOrder(reset_, layouts_);
 
     displays_->setObjectName(QStringLiteral("displays"));
     displays_->setAccessibleDescription(tr("The display whose layouts are shown"));

@@ -600,7 +600,7 @@
     </message>
     <message>
         <source>&amp;Open</source>
-        <translation>Ö&amp;ffnen</translation>
+        <translation>&amp;Öffnen</translation>
     </message>
     <message>
         <source>Brings the layouts, windows and theme of the selected scene back</source>

@@ -22,7 +22,8 @@ void install(const QLocale& locale, const QString& name, const QString& folder) 
 } // namespace
 
 void installTranslations(const QLocale& locale) {
-    // The texts in the code are English, so a user who prefers English gets no translation into a later language.
+    // The texts in the code are English. If English comes first in the list of languages, a translation into a later
+    // language of the list is not used.
     const QStringList languages = locale.uiLanguages();
     if (languages.isEmpty() || locale.language() == QLocale::C || languages.first().startsWith(QLatin1String("en")))
         return;
