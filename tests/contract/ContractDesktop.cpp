@@ -18,19 +18,19 @@ std::string nameOf(const ::testing::TestParamInfo<Backend>& info) {
 
 void DesktopContract::SetUp() {
     if (!GetParam().missing.empty()) GTEST_SKIP() << GetParam().missing;
-    stage_ = GetParam().open();
-    ASSERT_TRUE(stage_) << "the desktop could not be opened";
+    desktop_ = GetParam().open();
+    ASSERT_TRUE(desktop_) << "the desktop could not be opened";
 }
 
 void DesktopContract::TearDown() {
-    if (!stage_) return;
-    for (const auto& complaint : stage_->complaints()) ADD_FAILURE() << complaint;
+    if (!desktop_) return;
+    for (const auto& error : desktop_->recordedErrors()) ADD_FAILURE() << error;
 }
 
 std::vector<AttributeValue> DesktopContract::read(const AccessibilityElement& element,
                                                   const std::vector<Attribute>& attributes) {
     std::vector<AttributeValue> values;
-    stage_->onPollingQueue([&] {
+    desktop_->onPollingQueue([&] {
         static_cast<void>(applications().runningApplications());
         values = accessibility().readAttributes(element, attributes);
     });
@@ -57,7 +57,7 @@ bool DesktopContract::flag(const AccessibilityElement& element, Attribute attrib
 
 std::vector<RunningApplication> DesktopContract::poll() {
     std::vector<RunningApplication> running;
-    stage_->onPollingQueue([&] { running = applications().runningApplications(); });
+    desktop_->onPollingQueue([&] { running = applications().runningApplications(); });
     return running;
 }
 
@@ -91,7 +91,7 @@ std::optional<RunningApplication> DesktopContract::polled(pid_t process) {
 
 std::optional<AccessibilityElement> DesktopContract::find(const std::string& title) {
     std::optional<AccessibilityElement> found;
-    stage_->onPollingQueue([&] {
+    desktop_->onPollingQueue([&] {
         for (const auto& application : applications().runningApplications()) {
             const auto process = accessibility().applicationElement(application.processIdentifier);
             const auto windows = accessibility().readAttributes(process, std::vector{Attribute::windows});
@@ -108,7 +108,7 @@ std::optional<AccessibilityElement> DesktopContract::find(const std::string& tit
 
 AccessibilityElement DesktopContract::element(const std::string& title) {
     std::optional<AccessibilityElement> found;
-    EXPECT_TRUE(until([&] { return (found = find(title)).has_value(); })) << "no window is called " << title;
+    EXPECT_TRUE(until([&] { return (found = find(title)).has_value(); })) << "no window has the title " << title;
     return found.value_or(AccessibilityElement{});
 }
 
@@ -127,10 +127,10 @@ std::string DesktopContract::titleAt(CGPoint point) {
     return {};
 }
 
-std::vector<OnScreenWindow> DesktopContract::shown() {
+std::vector<OnScreenWindow> DesktopContract::windowsOnScreen() {
     std::vector<OnScreenWindow> windows;
     std::vector<pid_t> regular;
-    stage_->onPollingQueue([&] {
+    desktop_->onPollingQueue([&] {
         for (const auto& running : applications().runningApplications()) regular.push_back(running.processIdentifier);
         windows = accessibility().onScreenWindows();
     });

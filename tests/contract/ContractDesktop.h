@@ -1,6 +1,6 @@
-// Tests of the platform interfaces that every desktop must pass. A back end implements `ContractDesktop`, which acts as
-// the user and the applications, and registers itself with INSTANTIATE_TEST_SUITE_P.
-// Frames and points are in window-service space. Windows are called by their titles, applications by their names.
+// Tests of the platform interfaces that every desktop must pass. Each back end implements `ContractDesktop`, with which
+// a test acts as the user and as the applications, and registers it with INSTANTIATE_TEST_SUITE_P.
+// Frames and points are in window-service space. Tests name a window by its title and an application by its name.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-// What failures print.
+// How googletest prints these types in failures.
 inline void PrintTo(const CGPoint& point, std::ostream* stream) {
     *stream << point.x << "," << point.y;
 }
@@ -35,28 +35,29 @@ inline void PrintTo(const AccessibilityElement& element, std::ostream* stream) {
 
 namespace kova::contract {
 
-struct Opening {
+/// A window that `ContractDesktop::open` opens.
+struct NewWindow {
     std::string application;
     std::string title;
     CGRect frame{};
-    std::optional<CGSize> minimumSize{};   // announced by the window, and enforced if the desktop does so
-    std::optional<std::string> dialogOf{}; // the title of the window that it belongs to
+    std::optional<CGSize> minimumSize{};   // announced by the window; some desktops enforce it
+    std::optional<std::string> dialogOf{}; // for a dialog: the title of the window to which it belongs
 };
 
-inline const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
-inline const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
+inline const NewWindow kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
+inline const NewWindow kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
-/// What this back end can do for a test.
+/// Abilities that a back end may lack; tests skip what needs them.
 enum class Ability {
     minimizingByUser,
-    keepingMinimumSizes,
+    enforcingMinimumSizes,
     pluggingInDisplays,
     withdrawingPermission,
     usingTheMouse,
-    claimingKeys,
+    grabbingKeys,
     launching,
-    endingByForce, // its windows are known to be their process's
-    lettingGo,
+    forcingToEnd, // `forceTerminate` works: each application has a process of its own
+    destroyingDesktop,
     openingDialogs
 };
 
@@ -65,30 +66,31 @@ class ContractDesktop {
     virtual ~ContractDesktop() = default;
     virtual bool can(Ability) const { return true; }
 
-    /// Opens a window and returns its application's process, which begins with its first window.
-    virtual pid_t open(const Opening& opening) = 0;
+    /// Opens a window and returns the process of its application. The first window of an application starts it.
+    virtual pid_t open(const NewWindow& newWindow) = 0;
     virtual void retitle(const std::string& title, const std::string& newTitle) = 0;
     virtual void close(const std::string& title) = 0;
     virtual void userMoves(const std::string& title, const CGRect& frame) = 0;
     virtual void userMinimizes(const std::string& title) = 0;
     /// Ends the application and all its windows at once, as a crash does.
     virtual void crash(const std::string& application) = 0;
-    /// Where the desktop has the window, decorations included.
+    /// The actual frame of the window, decorations included.
     virtual CGRect frame(const std::string& title) = 0;
-    /// One more display, which is the primary one from now on.
+    /// Connects another display, which becomes the primary display.
     virtual void plugInPrimaryDisplay() = 0;
     /// Withdraws the permission to use the desktop.
     virtual void withdrawPermission() = 0;
-    /// Destroys the agent's desktop object while the queue continues to run; no interface may be used afterwards.
+    /// Destroys the implementations of the platform interfaces while the queue continues to run. Tests must not use the
+    /// interfaces afterwards.
     virtual void destroyDesktop() = 0;
     virtual void press(CGPoint point) = 0;
     virtual void movePointer(CGPoint point) = 0;
     virtual void releaseButton() = 0;
-    /// Presses and releases a key while another application has the focus; H and J with modifiers are enough.
+    /// Presses and releases a key while another application has the focus. Only the keys H and J must be supported.
     virtual void pressKey(KeyCombination combination) = 0;
-    /// Another program grabs the combination; call before it is registered here.
+    /// Lets another program grab the combination. Call this before `KeyMonitorServicing::claim`.
     virtual void claimForOther(KeyCombination combination) = 0;
-    /// Installs an application that opens a window of its name; `uninstall` removes it.
+    /// Installs an application that opens a window with its name as the title; `uninstall` removes the application.
     virtual LaunchableApplication install(const std::string& name) = 0;
     virtual void uninstall(const std::string& name) = 0;
 
@@ -102,17 +104,17 @@ class ContractDesktop {
 
     /// Runs the job on the polling queue and returns when it is done; the main queue runs meanwhile.
     virtual void onPollingQueue(const std::function<void()>& job) = 0;
-    /// Lets time pass until the condition holds; false when it has not within 20 s.
+    /// Lets time pass until the condition holds; false if it does not hold within 20 s.
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;
-    /// Errors that the desktop has recorded about calls.
-    virtual std::vector<std::string> complaints() const { return {}; }
+    /// Invalid calls that the desktop has recorded.
+    virtual std::vector<std::string> recordedErrors() const { return {}; }
 };
 
-/// A desktop to be compared, by its name in the list of tests.
+/// A back end on which the tests run.
 struct Backend {
-    std::string name;
-    std::string missing; // why it cannot be tested here; empty if it can
+    std::string name;    // part of the tests' names
+    std::string missing; // why the back end cannot be tested here; empty if it can
     std::function<std::unique_ptr<ContractDesktop>()> open;
 };
 std::ostream& operator<<(std::ostream& stream, const Backend& backend);
@@ -123,32 +125,33 @@ class DesktopContract : public ::testing::TestWithParam<Backend> {
     void SetUp() override;
     void TearDown() override;
 
-    ContractDesktop& stage() { return *stage_; }
-    AccessibilityServicing& accessibility() { return stage_->accessibility(); }
-    ApplicationServicing& applications() { return stage_->applications(); }
-    bool until(const std::function<bool()>& condition) { return stage_->runUntil(condition); }
+    ContractDesktop& desktop() { return *desktop_; }
+    AccessibilityServicing& accessibility() { return desktop_->accessibility(); }
+    ApplicationServicing& applications() { return desktop_->applications(); }
+    bool until(const std::function<bool()>& condition) { return desktop_->runUntil(condition); }
 
-    /// As a poll does it: the applications first, then the attributes.
+    /// Reads in the order of a poll: first the applications, then the attributes.
     std::vector<AttributeValue> read(const AccessibilityElement& element,
                                      const std::vector<AccessibilityAttribute>& attributes);
     AttributeValue read(const AccessibilityElement& element, AccessibilityAttribute attribute);
     std::optional<CGRect> frameOf(const AccessibilityElement& element);
     bool flag(const AccessibilityElement& element, AccessibilityAttribute attribute);
-    /// The applications and their windows, as far as `ChangeAnnouncements` needs them. Polling queue.
+    /// The applications and their windows, with the members that `ChangeAnnouncements` needs. Polling queue.
     WindowEnumeration enumeration();
     std::vector<RunningApplication> poll();
     std::optional<RunningApplication> polled(pid_t process);
-    /// The window of that title, once it is there; the test fails when it does not come.
+    /// Waits for the window with that title; the test fails if it does not appear.
     AccessibilityElement element(const std::string& title);
     std::optional<AccessibilityElement> find(const std::string& title);
-    /// The title of the window under the point, found as the window service does it; empty when there is none.
+    /// The title of the window under the point, found by the calls that the window service makes; empty if there is no
+    /// window.
     std::string titleAt(CGPoint point);
-    /// Of the listed applications' ordinary windows on the screen, front to back.
-    std::vector<OnScreenWindow> shown();
+    /// The ordinary windows of the listed applications that are on the screen, front to back.
+    std::vector<OnScreenWindow> windowsOnScreen();
     void write(const AccessibilityElement& element, const std::vector<AttributeWrite>& writes);
 
   private:
-    std::unique_ptr<ContractDesktop> stage_;
+    std::unique_ptr<ContractDesktop> desktop_;
 };
 
 std::string text(const CGRect& r);

@@ -9,27 +9,27 @@ namespace {
 using Attribute = AccessibilityAttribute;
 
 TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndIdentity) {
-    const pid_t editor = stage().open(kPlan);
+    const pid_t editor = desktop().open(kPlan);
     ASSERT_TRUE(until([&] { return polled(editor).has_value(); }));
     const auto own = applications().ownProcessIdentifier();
-    const auto places = [&](std::vector<pid_t> wanted) {
-        std::vector<std::ptrdiff_t> found;
+    const auto indexesOf = [&](std::vector<pid_t> processes) {
+        std::vector<std::ptrdiff_t> indexes;
         const auto running = poll();
-        for (const pid_t process : wanted) {
-            const auto place = std::ranges::find(running, process, &RunningApplication::processIdentifier);
-            found.push_back(place == running.end() ? -1 : place - running.begin());
+        for (const pid_t process : processes) {
+            const auto found = std::ranges::find(running, process, &RunningApplication::processIdentifier);
+            indexes.push_back(found == running.end() ? -1 : found - running.begin());
         }
-        return found;
+        return indexes;
     };
-    const pid_t mail = stage().open(kInbox);
+    const pid_t mail = desktop().open(kInbox);
     ASSERT_TRUE(until([&] { return polled(mail).has_value(); }));
     EXPECT_NE(editor, mail);
-    const auto before = places({editor, mail});
+    const auto before = indexesOf({editor, mail});
     applications().activate(editor);
-    stage().retitle("Inbox", "Sent");
-    stage().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});
+    desktop().retitle("Inbox", "Sent");
+    desktop().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});
     element("Draft");
-    EXPECT_EQ(places({editor, mail}), before);
+    EXPECT_EQ(indexesOf({editor, mail}), before);
     const auto known = polled(editor);
     ASSERT_TRUE(known);
     EXPECT_EQ(applications().runningApplication(editor), known);
@@ -40,16 +40,17 @@ TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndIdentity) {
     EXPECT_NE(own, editor);
     EXPECT_EQ(applications().runningApplication(-7), std::nullopt);
     EXPECT_EQ(applications().processStartIdentity(-7), std::nullopt);
-    stage().crash("Editor");
+    desktop().crash("Editor");
     EXPECT_TRUE(until([&] { return !polled(editor); }));
     EXPECT_TRUE(polled(mail));
 }
 
 TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
-    if (!stage().can(Ability::launching)) GTEST_SKIP() << "nothing can be launched here";
-    stage().open(kPlan);
+    if (!desktop().can(Ability::launching)) GTEST_SKIP() << "nothing can be launched here";
+    desktop().open(kPlan);
     element("Plan");
-    const auto zebra = stage().install("Zebra"), abacus = stage().install("Abacus"), gone = stage().install("Gone");
+    const auto zebra = desktop().install("Zebra"), abacus = desktop().install("Abacus"),
+               uninstalled = desktop().install("Gone");
     std::vector<std::string> names;
     for (const auto& application : applications().launchableApplications()) names.push_back(application.name);
     EXPECT_TRUE(std::ranges::is_sorted(names));
@@ -58,10 +59,10 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     EXPECT_EQ(applications().launchableApplication(*abacus.bundleIdentifier), abacus);
     EXPECT_EQ(applications().launchableApplication("no.such.application"), std::nullopt);
 
-    stage().uninstall("Gone");
+    desktop().uninstall("Gone");
     std::vector<LaunchResult> results;
     int failures = 0;
-    applications().launch(gone, LaunchActivation::activates, [&](const LaunchResult& result) {
+    applications().launch(uninstalled, LaunchActivation::activates, [&](const LaunchResult& result) {
         ++failures;
         EXPECT_TRUE(result.error && !result.error->empty());
         EXPECT_FALSE(result.processIdentifier);
@@ -79,7 +80,7 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     EXPECT_TRUE(until([&] { return !polled(window.processIdentifier); }));
     applications().launch(zebra, LaunchActivation::activates, [](const LaunchResult&) {});
     const pid_t process = element("Zebra").processIdentifier;
-    const bool isForced = stage().can(Ability::endingByForce);
+    const bool isForced = desktop().can(Ability::forcingToEnd);
     EXPECT_EQ(applications().forceTerminate(process).has_value(), !isForced);
     EXPECT_TRUE(isForced || applications().terminate(process));
     EXPECT_TRUE(until([&] { return !polled(process); }));
@@ -90,32 +91,32 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     EXPECT_EQ(failures, 1);
 }
 
-TEST_P(DesktopContract, AReleasedDesktopCallsNothingBack) {
-    if (!stage().can(Ability::lettingGo) || !stage().can(Ability::launching))
+TEST_P(DesktopContract, ADestroyedDesktopCallsNothingBack) {
+    if (!desktop().can(Ability::destroyingDesktop) || !desktop().can(Ability::launching))
         GTEST_SKIP() << "this desktop cannot be destroyed before its queue";
-    stage().open(kPlan);
+    desktop().open(kPlan);
     element("Plan");
-    const auto late = stage().install("Late"), gone = stage().install("Gone");
-    stage().uninstall("Gone");
+    const auto late = desktop().install("Late"), uninstalled = desktop().install("Gone");
+    desktop().uninstall("Gone");
     int calls = 0;
-    for (const auto& application : {late, gone}) {
+    for (const auto& application : {late, uninstalled}) {
         applications().launch(application, LaunchActivation::inBackground, [&](const LaunchResult&) { ++calls; });
     }
-    const auto count = stage().changes().changeCount();
-    if (count) stage().changes().notifyWhenChanged(*count - 1, [&] { ++calls; });
-    const auto keys = stage().keys().addGlobalMonitor([&](const KeyPress&) { ++calls; });
-    const auto pointer = stage().pointer().observePointer([&](const PointerEvent&) { ++calls; });
-    stage().destroyDesktop();
-    stage().retitle("Plan", "Plan B");
-    stage().runFor(Seconds(1));
+    const auto count = desktop().changes().changeCount();
+    if (count) desktop().changes().notifyWhenChanged(*count - 1, [&] { ++calls; });
+    const auto keys = desktop().keys().addGlobalMonitor([&](const KeyPress&) { ++calls; });
+    const auto pointer = desktop().pointer().observePointer([&](const PointerEvent&) { ++calls; });
+    desktop().destroyDesktop();
+    desktop().retitle("Plan", "Plan B");
+    desktop().runFor(Seconds(1));
     EXPECT_EQ(calls, 0);
 }
 
 TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
-    const auto screens = [&] { return stage().screens().screens(); };
+    const auto screens = [&] { return desktop().screens().screens(); };
     ASSERT_FALSE(screens().empty());
-    const auto expectSound = [&] {
-        EXPECT_EQ(screens().front().frame.origin, (CGPoint{0, 0})) << "screen space begins at the first display";
+    const auto expectValidScreens = [&] {
+        EXPECT_EQ(screens().front().frame.origin, (CGPoint{0, 0})) << "the first display is the origin of screen space";
         std::vector<DisplayID> ids;
         for (const Screen& screen : screens()) {
             EXPECT_TRUE(containsWithin(screen.frame, screen.visibleFrame, 0)) << screen.localizedName;
@@ -125,76 +126,76 @@ TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
         std::ranges::sort(ids);
         EXPECT_EQ(std::ranges::adjacent_find(ids), ids.end()) << "two displays share an id";
     };
-    expectSound();
+    expectValidScreens();
     EXPECT_EQ(displayID(screens().front()), displayID(screens().front()));
-    if (!stage().can(Ability::pluggingInDisplays)) return;
-    stage().open(kPlan);
+    if (!desktop().can(Ability::pluggingInDisplays)) return;
+    desktop().open(kPlan);
     const auto plan = element("Plan");
 
     int calls = 0, callsOnce = 0, callsDropped = 0;
-    bool isInOurCall = false;
-    const auto subscription = stage().screens().observeScreens([&] {
-        EXPECT_FALSE(isInOurCall) << "called back inside a call";
+    bool isInsideCall = false;
+    const auto subscription = desktop().screens().observeScreens([&] {
+        EXPECT_FALSE(isInsideCall) << "the observer was called inside the call";
         ++calls;
     });
-    Subscription once = stage().screens().observeScreens([&] {
+    Subscription once = desktop().screens().observeScreens([&] {
         ++callsOnce;
         once = Subscription();
     });
     {
-        const auto dropped = stage().screens().observeScreens([&] { ++callsDropped; });
+        const auto dropped = desktop().screens().observeScreens([&] { ++callsDropped; });
     }
     const auto before = screens();
-    isInOurCall = true;
-    stage().plugInPrimaryDisplay();
-    isInOurCall = false;
+    isInsideCall = true;
+    desktop().plugInPrimaryDisplay();
+    isInsideCall = false;
     EXPECT_TRUE(until([&] {
         poll();
         return calls > 0 && screens().size() > before.size() &&
                displayID(screens().front()) != displayID(before.front());
     }));
-    expectSound();
-    // Where windows are counts from the new first display.
-    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(stage().frame("Plan")); }))
-        << text(frameOf(plan)) << " and not " << text(stage().frame("Plan"));
+    expectValidScreens();
+    // Frames of windows are relative to the new first display.
+    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(desktop().frame("Plan")); }))
+        << "read " << text(frameOf(plan)) << ", actual frame " << text(desktop().frame("Plan"));
     EXPECT_EQ(callsOnce, 1);
     EXPECT_EQ(callsDropped, 0);
 }
 
 TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
-    if (!stage().changes().changeCount()) GTEST_SKIP() << "this desktop does not announce changes";
-    stage().open(kPlan);
-    const pid_t mail = stage().open(kInbox);
+    if (!desktop().changes().changeCount()) GTEST_SKIP() << "this desktop does not announce changes";
+    desktop().open(kPlan);
+    const pid_t mail = desktop().open(kInbox);
     const auto plan = element("Plan");
     element("Inbox");
-    auto& changes = stage().changes();
+    auto& changes = desktop().changes();
     std::uint64_t last = 0;
     ChangeAnnouncements announcements(changes);
-    const auto allAnnounce = [&] {
+    const auto allAnnounceChanges = [&] {
         if (changes.announcesUnasked()) return true;
-        bool allDo = false;
-        stage().onPollingQueue([&] { allDo = announcements.follow(enumeration(), Seconds(0)); });
-        return allDo;
+        bool allAnnounce = false;
+        desktop().onPollingQueue([&] { allAnnounce = announcements.follow(enumeration(), Seconds(0)); });
+        return allAnnounce;
     };
-    const auto rests = [&] {
+    const auto becomesIdle = [&] {
         return until([&] {
             poll();
             last = *changes.changeCount();
-            if (!allAnnounce()) return false;
-            stage().runFor(Seconds(0.3));
+            if (!allAnnounceChanges()) return false;
+            desktop().runFor(Seconds(0.3));
             poll();
             return *changes.changeCount() == last;
         });
     };
-    struct Happening {
+    struct Change {
         const char* name;
-        std::function<void()> happens;
-        bool isOurCall = false;
+        std::function<void()> cause;
+        bool isCausedByCall = false;
     };
-    const std::vector<Happening> happenings = {
-        {"a title", [&] { stage().retitle("Plan", "Plan B"); }},
-        {"a frame", [&] { stage().userMoves("Plan B", makeRect(90, 110, 430, 330)); }},
-        {"the keyboard at another window",
+    const std::vector<Change> cases = {
+        {"a changed title", [&] { desktop().retitle("Plan", "Plan B"); }},
+        {"a changed frame", [&] { desktop().userMoves("Plan B", makeRect(90, 110, 430, 330)); }},
+        {"the focus on another window",
          [&] {
              write(plan, {{Attribute::main, true}});
              accessibility().performAction(plan, AccessibilityAction::raise);
@@ -204,105 +205,106 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
          true},
         {"a new window",
          [&] {
-             stage().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});
+             desktop().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});
          }},
-        {"a closed window", [&] { stage().close("Draft"); }},
+        {"a closed window", [&] { desktop().close("Draft"); }},
         {"a hidden application", [&] { applications().hide(mail); }, true},
-        {"an application that comes back", [&] { applications().unhide(mail); }, true},
-        {"a request that is fulfilled",
+        {"an unhidden application", [&] { applications().unhide(mail); }, true},
+        {"a requested frame",
          [&] {
              write(plan, {{Attribute::position, CGPoint{130, 140}}, {Attribute::size, CGSize{460, 340}}});
          },
          true},
-        {"a crash", [&] { stage().crash("Mail"); }},
+        {"a crash", [&] { desktop().crash("Mail"); }},
     };
-    for (const auto& [name, happens, isOurCall] : happenings) {
-        ASSERT_TRUE(rests()) << "before " << name;
+    for (const auto& [name, cause, isCausedByCall] : cases) {
+        ASSERT_TRUE(becomesIdle()) << "before " << name;
         int calls = 0, callsBefore = 0;
         changes.notifyWhenChanged(last, [&] { ++callsBefore; });
         changes.notifyWhenChanged(last, [&] { ++calls; });
-        happens();
-        EXPECT_TRUE(calls == 0 || !isOurCall) << name << " was called back inside a call";
+        cause();
+        EXPECT_TRUE(calls == 0 || !isCausedByCall) << name << " was announced inside the call that caused it";
         EXPECT_TRUE(until([&] { return calls == 1 && *changes.changeCount() > last; })) << name;
-        ASSERT_TRUE(rests()) << "after " << name;
+        ASSERT_TRUE(becomesIdle()) << "after " << name;
         EXPECT_EQ(calls, 1) << name << " was announced twice";
-        EXPECT_EQ(callsBefore, 0) << name << " was called after it was cancelled";
+        EXPECT_EQ(callsBefore, 0) << name << " was announced to a callback that another one has replaced";
     }
     int calls = 0;
     changes.notifyWhenChanged(last, [&] { ++calls; });
     changes.notifyWhenChanged(last, {});
-    stage().retitle("Plan B", "Plan C");
+    desktop().retitle("Plan B", "Plan C");
     EXPECT_TRUE(until([&] { return *changes.changeCount() > last; }));
-    ASSERT_TRUE(rests());
+    ASSERT_TRUE(becomesIdle());
     EXPECT_EQ(calls, 0);
-    // For an old count the callback is posted at once; it runs after the call has returned.
+    // If the count has changed already, the callback is posted at once; it runs after the call has returned.
     changes.notifyWhenChanged(last - 1, [&] { ++calls; });
     EXPECT_EQ(calls, 0);
     EXPECT_TRUE(until([&] { return calls == 1; }));
 }
 
 TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
-    if (!stage().can(Ability::usingTheMouse)) GTEST_SKIP() << "there is no mouse to move";
-    stage().open({"Editor", "Plan", makeRect(40, 50, 300, 300)});
+    if (!desktop().can(Ability::usingTheMouse)) GTEST_SKIP() << "there is no mouse to move";
+    desktop().open({"Editor", "Plan", makeRect(40, 50, 300, 300)});
     element("Plan");
-    const double height = stage().screens().screens().front().frame.size.height;
-    std::string told, pointed;
+    const double height = desktop().screens().screens().front().frame.size.height;
+    std::string handleEvents, pointerEvents;
     const char* const words[] = {"press", "move", "release", "cancel", "double"};
     const auto word = [&](auto kind) { return std::string(words[static_cast<int>(kind)]) + " "; };
-    const auto handles = stage().handles().observeHandles([&](const DividerHandleEvent& event) {
+    const auto handles = desktop().handles().observeHandles([&](const DividerHandleEvent& event) {
         using Kind = DividerHandleEvent::Kind;
         if (event.kind == Kind::entered || event.kind == Kind::left) return;
-        if (told.ends_with(word(event.kind)) && event.kind == DividerHandleEvent::Kind::moved) return;
-        told += (told.empty() ? event.handleID + ": " : "") + word(event.kind);
+        if (handleEvents.ends_with(word(event.kind)) && event.kind == DividerHandleEvent::Kind::moved) return;
+        handleEvents += (handleEvents.empty() ? event.handleID + ": " : "") + word(event.kind);
     });
     CGPoint last{};
-    Subscription pointer = stage().pointer().observePointer([&](const PointerEvent& event) {
+    Subscription pointer = desktop().pointer().observePointer([&](const PointerEvent& event) {
         last = event.location;
-        if (pointed.ends_with(word(event.kind)) && event.kind == PointerEvent::Kind::moved) return;
-        pointed += word(event.kind);
+        if (pointerEvents.ends_with(word(event.kind)) && event.kind == PointerEvent::Kind::moved) return;
+        pointerEvents += word(event.kind);
     });
     // A thin divider has a wider handle; part of it is below the window.
-    stage().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
-    stage().runFor(Seconds(0.2));
-    stage().movePointer({197, 500});
-    stage().press({197, 500});
-    EXPECT_TRUE(until([&] { return told == "divider: press "; })) << told;
-    for (const double x : {260.0, 700.0}) stage().movePointer({x, 420});
-    EXPECT_TRUE(until([&] { return told == "divider: press move "; })) << told;
-    stage().releaseButton();
-    EXPECT_TRUE(until([&] { return told == "divider: press move release "; })) << told;
+    desktop().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
+    desktop().runFor(Seconds(0.2));
+    desktop().movePointer({197, 500});
+    desktop().press({197, 500});
+    EXPECT_TRUE(until([&] { return handleEvents == "divider: press "; })) << handleEvents;
+    for (const double x : {260.0, 700.0}) desktop().movePointer({x, 420});
+    EXPECT_TRUE(until([&] { return handleEvents == "divider: press move "; })) << handleEvents;
+    desktop().releaseButton();
+    EXPECT_TRUE(until([&] { return handleEvents == "divider: press move release "; })) << handleEvents;
 
-    // Movements count only while the button is down, in screen space; a window over the handle takes the press.
-    told.clear();
-    EXPECT_TRUE(until([&] { return pointed.ends_with("release "); })) << pointed;
-    pointed.clear();
-    stage().movePointer({150, 150});
-    stage().movePointer({199, 200});
-    stage().press({199, 200});
-    EXPECT_TRUE(until([&] { return pointed == "press "; })) << pointed;
+    // The pointer monitor reports movements only while the button is down, in screen space. A window above the handle
+    // gets the press.
+    handleEvents.clear();
+    EXPECT_TRUE(until([&] { return pointerEvents.ends_with("release "); })) << pointerEvents;
+    pointerEvents.clear();
+    desktop().movePointer({150, 150});
+    desktop().movePointer({199, 200});
+    desktop().press({199, 200});
+    EXPECT_TRUE(until([&] { return pointerEvents == "press "; })) << pointerEvents;
     EXPECT_EQ(text({last, {}}), text({flipped(CGPoint{199, 200}, height), {}}));
     pointer = Subscription();
-    stage().releaseButton();
+    desktop().releaseButton();
 
-    // Another divider's handle at another place reports that divider only.
-    stage().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
-    stage().runFor(Seconds(0.2));
+    // The new set of handles replaces the old one: a press at the first handle's position is not reported.
+    desktop().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
+    desktop().runFor(Seconds(0.2));
     for (const double x : {200.0, 500.0}) {
-        stage().movePointer({x, 500});
-        stage().press({x, 500});
-        stage().releaseButton();
+        desktop().movePointer({x, 500});
+        desktop().press({x, 500});
+        desktop().releaseButton();
     }
-    EXPECT_TRUE(until([&] { return told == "other: press release "; })) << told;
-    told.clear();
-    stage().handles().showHandles({});
-    stage().runFor(Seconds(0.1));
-    stage().movePointer({500, 600});
-    stage().movePointer({200, 500});
-    stage().press({200, 500});
-    stage().releaseButton();
-    stage().runFor(Seconds(0.3));
-    EXPECT_EQ(pointed, "press ") << "an event was reported after the subscription was dropped";
-    EXPECT_EQ(told, "");
+    EXPECT_TRUE(until([&] { return handleEvents == "other: press release "; })) << handleEvents;
+    handleEvents.clear();
+    desktop().handles().showHandles({});
+    desktop().runFor(Seconds(0.1));
+    desktop().movePointer({500, 600});
+    desktop().movePointer({200, 500});
+    desktop().press({200, 500});
+    desktop().releaseButton();
+    desktop().runFor(Seconds(0.3));
+    EXPECT_EQ(pointerEvents, "press ") << "an event was reported after the subscription was dropped";
+    EXPECT_EQ(handleEvents, "");
 }
 
 } // namespace

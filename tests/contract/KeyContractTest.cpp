@@ -1,4 +1,4 @@
-// The keyboard: which presses are reported to which observer.
+// The keyboard: which key presses each monitor and each recorder gets.
 #include "tests/contract/ContractDesktop.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace {
 constexpr std::uint64_t kModifiers = modifierFlag::control | modifierFlag::option;
 constexpr KeyCombination kH{4, kModifiers}, kJ{38, kModifiers}, kBareH{4, modifierFlag::control};
 
-/// Reported presses, as "h" and "j", others as "?".
+/// The reported presses as a text: "h" for `kH`, "j" for `kJ`, "?" for any other.
 class KeyLog {
   public:
     void record(const KeyPress& press) {
@@ -22,13 +22,13 @@ class KeyLog {
 };
 
 TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
-    stage().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
+    desktop().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
     element("Plan");
-    auto& keys = stage().keys();
+    auto& keys = desktop().keys();
     KeyLog first, second, once;
-    bool isInOurCall = false;
+    bool isInsideCall = false;
     Subscription monitor = keys.addGlobalMonitor([&](const KeyPress& press) {
-        EXPECT_FALSE(isInOurCall) << "called back inside a call";
+        EXPECT_FALSE(isInsideCall) << "the monitor was called inside the call";
         first.record(press);
     });
     Subscription other = keys.addGlobalMonitor([&](const KeyPress& press) { second.record(press); });
@@ -37,27 +37,27 @@ TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
         once.record(press);
         single = Subscription();
     });
-    int settled = 0;
-    const auto settling = keys.observeHeldByOthers([&] { ++settled; });
-    isInOurCall = true;
+    int notifications = 0;
+    const auto subscription = keys.observeHeldByOthers([&] { ++notifications; });
+    isInsideCall = true;
     keys.claim({kH, kJ});
-    EXPECT_EQ(settled, 0) << "notified inside the call";
-    isInOurCall = false;
-    EXPECT_TRUE(until([&] { return settled > 0; }));
+    EXPECT_EQ(notifications, 0) << "the observer was called inside `claim`";
+    isInsideCall = false;
+    EXPECT_TRUE(until([&] { return notifications > 0; }));
     EXPECT_TRUE(keys.heldByOthers().empty());
-    for (const KeyCombination& pressed : {kH, kJ, kH}) stage().pressKey(pressed);
+    for (const KeyCombination& pressed : {kH, kJ, kH}) desktop().pressKey(pressed);
     EXPECT_TRUE(until([&] { return first.keys == "hjh" && second.keys == "hjh" && once.keys == "h"; }))
         << first.keys << " " << second.keys << " " << once.keys;
 
     monitor = Subscription();
-    if (stage().can(Ability::claimingKeys)) {
-        // The new claim takes the place of the old one.
-        settled = 0;
+    if (desktop().can(Ability::grabbingKeys)) {
+        // The new combinations replace the former ones.
+        notifications = 0;
         keys.claim({kJ});
-        EXPECT_TRUE(until([&] { return settled > 0; }));
-        stage().pressKey(kH);
+        EXPECT_TRUE(until([&] { return notifications > 0; }));
+        desktop().pressKey(kH);
     }
-    stage().pressKey(kJ);
+    desktop().pressKey(kJ);
     EXPECT_TRUE(until([&] { return second.keys == "hjhj"; })) << second.keys;
     EXPECT_EQ(first.keys, "hjh");
     EXPECT_EQ(once.keys, "h");
@@ -67,35 +67,35 @@ TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
 }
 
 TEST_P(DesktopContract, KeysOfAnotherProgramAreListedAndNotReported) {
-    if (!stage().can(Ability::claimingKeys)) GTEST_SKIP() << "keys cannot be grabbed here";
-    stage().claimForOther(kJ);
-    auto& keys = stage().keys();
-    KeyLog ear;
-    const auto monitor = keys.addGlobalMonitor([&](const KeyPress& press) { ear.record(press); });
-    int settled = 0;
-    const auto settling = keys.observeHeldByOthers([&] { ++settled; });
+    if (!desktop().can(Ability::grabbingKeys)) GTEST_SKIP() << "keys cannot be grabbed here";
+    desktop().claimForOther(kJ);
+    auto& keys = desktop().keys();
+    KeyLog log;
+    const auto monitor = keys.addGlobalMonitor([&](const KeyPress& press) { log.record(press); });
+    int notifications = 0;
+    const auto subscription = keys.observeHeldByOthers([&] { ++notifications; });
     keys.claim({kH, kJ});
-    EXPECT_TRUE(until([&] { return settled > 0 && keys.heldByOthers() == std::vector{kJ}; }));
-    stage().pressKey(kJ);
-    stage().pressKey(kH);
-    EXPECT_TRUE(until([&] { return ear.keys == "h"; })) << ear.keys;
+    EXPECT_TRUE(until([&] { return notifications > 0 && keys.heldByOthers() == std::vector{kJ}; }));
+    desktop().pressKey(kJ);
+    desktop().pressKey(kH);
+    EXPECT_TRUE(until([&] { return log.keys == "h"; })) << log.keys;
     keys.claim({kH});
     EXPECT_TRUE(until([&] { return keys.heldByOthers().empty(); }));
 }
 
 TEST_P(DesktopContract, OnlyTheRecorderGetsPressesWhileRecording) {
-    stage().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
+    desktop().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
     element("Plan");
-    auto& keys = stage().keys();
+    auto& keys = desktop().keys();
     KeyLog shortcuts;
-    std::string former, recorded;
+    std::string replaced, recorded;
     const auto monitor = keys.addGlobalMonitor([&](const KeyPress& press) { shortcuts.record(press); });
     keys.claim({kH});
-    stage().runFor(Seconds(0.1));
+    desktop().runFor(Seconds(0.1));
     const auto failed = [](const std::string& reason) { ADD_FAILURE() << reason; };
     const auto first = keys.recordKeys(
         [&](const KeyPress&) {
-            former += "x";
+            replaced += "x";
             return false;
         },
         failed);
@@ -105,17 +105,17 @@ TEST_P(DesktopContract, OnlyTheRecorderGetsPressesWhileRecording) {
             return recorded == "hhj";
         },
         failed);
-    stage().runFor(Seconds(0.2));
-    for (const KeyCombination& pressed : {kH, kBareH, kJ}) stage().pressKey(pressed);
+    desktop().runFor(Seconds(0.2));
+    for (const KeyCombination& pressed : {kH, kBareH, kJ}) desktop().pressKey(pressed);
     EXPECT_TRUE(until([&] { return recorded == "hhj"; })) << recorded;
-    stage().runFor(Seconds(0.2));
-    EXPECT_TRUE(shortcuts.keys.empty() || !stage().can(Ability::claimingKeys)) << shortcuts.keys;
+    desktop().runFor(Seconds(0.2));
+    EXPECT_TRUE(shortcuts.keys.empty() || !desktop().can(Ability::grabbingKeys)) << shortcuts.keys;
     shortcuts.keys.clear();
     // The recording has ended, and shortcuts are reported again.
-    stage().pressKey(kH);
+    desktop().pressKey(kH);
     EXPECT_TRUE(until([&] { return shortcuts.keys == "h"; })) << shortcuts.keys;
     EXPECT_EQ(recorded, "hhj");
-    EXPECT_EQ(former, "") << "a new recorder ends the former one";
+    EXPECT_EQ(replaced, "") << "a replaced recorder got a press";
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// Tests that every preferences store must pass. A back end registers a stage that opens it.
+// Tests that every preferences store must pass. Each back end registers a stage: the environment in which the test
+// opens the store.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -16,7 +17,7 @@ class PreferencesStage {
   public:
     virtual ~PreferencesStage() = default;
     virtual PreferencesStore& store() = 0;
-    /// As the next start of the agent finds it; where nothing is kept, the same store.
+    /// Opens the store again as the next start of the agent does. A store in memory stays as it is.
     virtual void reopen() = 0;
 };
 

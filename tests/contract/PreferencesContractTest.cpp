@@ -37,49 +37,49 @@ TEST_P(PreferencesContract, ValuesKeepTheirTypeAndAWrongTypeCountsAsAbsent) {
     for (int i = 0; i < 2; ++i) store().noteUnusable("KOVA.record.v1", "a: expected a number");
     ASSERT_EQ(store().problems().size(), 1U);
     EXPECT_TRUE(store().problems()[0].starts_with("KOVA.record.v1 is not used as stored: a: expected a number"));
-    store().setValue("KOVA.record.v1", PreferenceData{"{}"}); // with a copy kept of what was there
+    store().setValue("KOVA.record.v1", PreferenceData{"{}"}); // a store on disk keeps a copy of the unusable value
     EXPECT_EQ(store().data("KOVA.record.v1"), PreferenceData{"{}"});
 }
 
 TEST_P(PreferencesContract, TheLastWriteCountsAndRemovedKeysAreAbsent) {
     store().setValue(kKey, std::string("first"));
     store().setValue(kKey, true);
-    store().setValue("KOVA.gone.v1", true);
+    store().setValue("KOVA.removed.v1", true);
     restart();
     EXPECT_EQ(store().boolean(kKey), true);
     EXPECT_EQ(store().string(kKey), std::nullopt);
-    store().removeValue("KOVA.gone.v1");
+    store().removeValue("KOVA.removed.v1");
     store().removeValue("KOVA.neverThere.v1");
-    EXPECT_FALSE(store().contains("KOVA.gone.v1"));
+    EXPECT_FALSE(store().contains("KOVA.removed.v1"));
     restart();
-    EXPECT_FALSE(store().contains("KOVA.gone.v1"));
+    EXPECT_FALSE(store().contains("KOVA.removed.v1"));
     EXPECT_TRUE(store().contains(kKey));
-    store().setValue("KOVA.gone.v1", false);
-    EXPECT_EQ(store().boolean("KOVA.gone.v1"), false);
+    store().setValue("KOVA.removed.v1", false);
+    EXPECT_EQ(store().boolean("KOVA.removed.v1"), false);
 }
 
-TEST_P(PreferencesContract, ADeferredValueIsMadeWhenItIsRead) {
+TEST_P(PreferencesContract, ADeferredValueIsMadeBeforeItIsReadOrStored) {
     int made = 0;
-    const auto promise = [&](const char* key, PreferenceValue value) {
+    const auto setLater = [&](const char* key, PreferenceValue value) {
         store().setValueLater(key, [&made, value] {
             ++made;
             return value;
         });
     };
-    promise(kKey, true);
+    setLater(kKey, true);
     EXPECT_EQ(store().boolean(kKey), true);
     EXPECT_TRUE(store().contains(kKey));
-    promise(kKey, std::string("newer"));
+    setLater(kKey, std::string("newer"));
     EXPECT_EQ(store().string(kKey), "newer");
     store().setValue(kKey, false); // newer still
     EXPECT_EQ(store().boolean(kKey), false);
-    promise("KOVA.gone.v1", true);
-    store().removeValue("KOVA.gone.v1");
-    EXPECT_FALSE(store().contains("KOVA.gone.v1"));
-    promise("KOVA.later.v1", PreferenceData{"{\"a\":1}"});
+    setLater("KOVA.removed.v1", true);
+    store().removeValue("KOVA.removed.v1");
+    EXPECT_FALSE(store().contains("KOVA.removed.v1"));
+    setLater("KOVA.later.v1", PreferenceData{"{\"a\":1}"});
     restart();
     EXPECT_EQ(store().boolean(kKey), false);
-    EXPECT_FALSE(store().contains("KOVA.gone.v1"));
+    EXPECT_FALSE(store().contains("KOVA.removed.v1"));
     EXPECT_EQ(store().data("KOVA.later.v1"), PreferenceData{"{\"a\":1}"});
     EXPECT_GT(made, 0);
 }

@@ -1,4 +1,5 @@
-// Tests that every main queue and work queue must pass. A back end registers a stage that lets time pass.
+// Tests that every main queue and work queue must pass. Each back end registers a stage, which makes the queues and
+// lets time pass.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -17,9 +18,8 @@ class QueueStage {
     virtual MainQueue& queue() = 0;
     /// Runs the queue for that time.
     virtual void runFor(Seconds time) = 0;
-    /// A worker beside the queue.
-    virtual std::unique_ptr<WorkQueue> worker() = 0;
-    /// Lets so much time pass inside a piece of work, while nothing else can run.
+    virtual std::unique_ptr<WorkQueue> makeWorker() = 0;
+    /// Lets that much time pass within one piece of work, so that no other work can run meanwhile.
     virtual void beBusyFor(Seconds time) = 0;
 };
 
@@ -36,9 +36,9 @@ class QueueContract : public ::testing::TestWithParam<QueueBackend> {
     QueueContract() : stage_(GetParam().open()) {}
     QueueStage& stage() { return *stage_; }
     MainQueue& queue() { return stage_->queue(); }
-    /// Lets time pass until the story is long enough, or it is too late.
-    void runUntilToldAtLeast(const std::string& story, std::size_t length) {
-        for (int i = 0; i < 400 && story.size() < length; ++i) stage_->runFor(Seconds(0.05));
+    /// Lets time pass until the log has that length, at most 20 s.
+    void runUntilLength(const std::string& log, std::size_t length) {
+        for (int i = 0; i < 400 && log.size() < length; ++i) stage_->runFor(Seconds(0.05));
     }
 
   private:

@@ -7,112 +7,112 @@
 namespace kova::contract {
 namespace {
 
-TEST_P(QueueContract, PostsRunInTheirOrderAndADelayOfNothingIsAPost) {
-    std::string story;
-    const auto tell = [&](char letter) { return [&story, letter] { story += letter; }; };
-    queue().post(tell('a'));
-    queue().after(Seconds(0), tell('b'));
+TEST_P(QueueContract, PostsRunInOrderAndADelayOfZeroOrLessIsAPost) {
+    std::string log;
+    const auto append = [&](char letter) { return [&log, letter] { log += letter; }; };
+    queue().post(append('a'));
+    queue().after(Seconds(0), append('b'));
     queue().post([&] {
-        story += 'c';
-        queue().post(tell('f'));
-        queue().after(Seconds(-5), tell('g'));
+        log += 'c';
+        queue().post(append('f'));
+        queue().after(Seconds(-5), append('g'));
     });
-    queue().after(Seconds(-std::numeric_limits<double>::infinity()), tell('d'));
-    queue().post(tell('e'));
-    EXPECT_EQ(story, "") << "the task ran inside the call";
-    runUntilToldAtLeast(story, 7);
-    EXPECT_EQ(story, "abcdefg");
+    queue().after(Seconds(-std::numeric_limits<double>::infinity()), append('d'));
+    queue().post(append('e'));
+    EXPECT_EQ(log, "") << "the task ran inside the call";
+    runUntilLength(log, 7);
+    EXPECT_EQ(log, "abcdefg");
 }
 
-TEST_P(QueueContract, DelaysEndInTheOrderInWhichTheyAreDueAndNeverEarly) {
-    std::string story;
+TEST_P(QueueContract, DelayedWorkRunsInTheOrderOfItsDueTimesAndNeverEarly) {
+    std::string log;
     const Seconds start = queue().uptime();
     const auto at = [&](double delay, char letter) {
-        return queue().after(Seconds(delay), [&story, &queue = queue(), start, delay, letter] {
+        return queue().after(Seconds(delay), [&log, &queue = queue(), start, delay, letter] {
             EXPECT_GE(queue.uptime() - start, Seconds(delay - 1e-6)) << letter;
-            story += letter;
+            log += letter;
         });
     };
     at(std::numeric_limits<double>::infinity(), 'x');
     at(1e12, 'x');
     at(0.12, 'd');
     at(0.04, 'a');
-    at(0.08, 'b'); // dropping the handle changes nothing
+    at(0.08, 'b'); // dropping the returned handle does not cancel the work
     at(0.08, 'c');
-    // No work runs while other work is running; then the work that was due first runs first.
+    // All four are overdue after this work; then the one that was due first runs first.
     queue().post([&] { stage().beBusyFor(Seconds(0.2)); });
-    runUntilToldAtLeast(story, 4);
-    EXPECT_EQ(story, "abcd");
+    runUntilLength(log, 4);
+    EXPECT_EQ(log, "abcd");
     const auto wallBefore = queue().now();
     stage().runFor(Seconds(0.1));
     EXPECT_TRUE(queue().now() > wallBefore);
-    EXPECT_EQ(story, "abcd");
+    EXPECT_EQ(log, "abcd");
 }
 
 TEST_P(QueueContract, CancelledWorkDoesNotStart) {
-    std::string story;
-    const auto tell = [&](char letter) { return [&story, letter] { story += letter; }; };
-    const auto posted = queue().after(Seconds(0), tell('x')), delayed = queue().after(Seconds(0.02), tell('x')),
-               overdue = queue().after(Seconds(0.01), tell('x'));
+    std::string log;
+    const auto append = [&](char letter) { return [&log, letter] { log += letter; }; };
+    const auto posted = queue().after(Seconds(0), append('x')), delayed = queue().after(Seconds(0.02), append('x')),
+               overdue = queue().after(Seconds(0.01), append('x'));
     posted->cancel();
     delayed->cancel();
     delayed->cancel();
     queue().post([&] {
         stage().beBusyFor(Seconds(0.05));
-        overdue->cancel(); // due already, and queued
-        story += 'a';
+        overdue->cancel(); // already due and queued, but not started
+        log += 'a';
     });
     std::shared_ptr<ScheduledWork> own;
     own = queue().after(Seconds(0.06), [&] {
         own->cancel();
-        story += 'b';
+        log += 'b';
     });
-    // What the work holds may go with the handle.
+    // The queue must not keep work that has run: what the work captured is freed with its handle at the latest.
     auto held = std::make_shared<int>(1);
     auto keeper = queue().after(Seconds(0.07), [held] { *held += 1; });
-    runUntilToldAtLeast(story, 2);
+    runUntilLength(log, 2);
     stage().runFor(Seconds(0.1));
-    EXPECT_EQ(story, "ab");
+    EXPECT_EQ(log, "ab");
     EXPECT_EQ(*held, 2);
-    keeper->cancel(); // harmless when it has run
+    keeper->cancel(); // no-op, since the work has run
     keeper.reset();
     stage().runFor(Seconds(0.05));
-    EXPECT_EQ(held.use_count(), 1) << "work that has run is destroyed";
+    EXPECT_EQ(held.use_count(), 1) << "work that has run was not destroyed";
 }
 
 TEST_P(QueueContract, PostsFromOtherThreadsKeepTheirOrder) {
-    std::string story;
+    std::string log;
     std::thread poster([&] {
-        for (char letter = 'a'; letter <= 'j'; ++letter) queue().post([&story, letter] { story += letter; });
+        for (char letter = 'a'; letter <= 'j'; ++letter) queue().post([&log, letter] { log += letter; });
     });
     poster.join();
-    runUntilToldAtLeast(story, 10);
-    EXPECT_EQ(story, "abcdefghij");
+    runUntilLength(log, 10);
+    EXPECT_EQ(log, "abcdefghij");
 }
 
-TEST_P(QueueContract, AWorkerDoesOneJobAfterTheOtherAndDropsTheRestAtItsEnd) {
-    std::string story; // of the main queue
+TEST_P(QueueContract, AWorkerRunsOneJobAtATimeAndDropsPendingJobsWhenItIsDestroyed) {
+    std::string log; // written on the main queue
     std::atomic<int> inside = 0, done = 0;
-    auto worker = stage().worker();
+    auto worker = stage().makeWorker();
     for (char letter = 'a'; letter <= 'e'; ++letter) {
         worker->post([&, letter] {
             EXPECT_EQ(++inside, 1) << "two jobs at once";
-            if (letter == 'e') worker->post([&] { queue().post([&] { story += 'z'; }); });
-            queue().post([&story, letter] { story += letter; });
+            if (letter == 'e') worker->post([&] { queue().post([&] { log += 'z'; }); });
+            queue().post([&log, letter] { log += letter; });
             --inside;
             ++done;
         });
     }
-    runUntilToldAtLeast(story, 6);
-    EXPECT_EQ(story, "abcdez") << "a job may post another";
+    runUntilLength(log, 6);
+    EXPECT_EQ(log, "abcdez") << "a job may post another job";
     EXPECT_EQ(done, 5);
 
-    // A worker that ends waits for the job that runs, and for no other.
+    // The destructor of a worker waits for the job that runs, and drops all others.
     std::atomic<int> afterTheEnd = 0;
     worker->post([] {});
     worker.reset();
     stage().runFor(Seconds(0.05));
-    auto other = stage().worker();
+    auto other = stage().makeWorker();
     std::atomic<bool> hasEnded = false;
     for (int i = 0; i < 100; ++i) {
         other->post([&] {

@@ -1,4 +1,5 @@
-// Tests that every login session must pass. A back end registers a stage that can cause events.
+// Tests that every login session must pass. Each back end registers a stage, which opens the session and simulates the
+// events of the system.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -19,9 +20,8 @@ class SessionStage {
     virtual ~SessionStage() = default;
     virtual SystemActivityServicing& activity() = 0;
     virtual SessionServicing& session() = 0;
-    /// False for events that cannot be caused or are not reported here.
-    virtual bool canUndergo(SystemActivityEvent) const { return true; }
-    /// Causes the event.
+    /// False for events that cannot be simulated here, or that this session does not report.
+    virtual bool canSimulate(SystemActivityEvent) const { return true; }
     virtual void simulate(SystemActivityEvent event) = 0;
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;
@@ -29,7 +29,7 @@ class SessionStage {
 
 struct SessionBackend {
     std::string name;
-    std::string missing; // why it cannot be tried here; empty when it can
+    std::string missing; // why the back end cannot be tested here; empty if it can
     std::function<std::unique_ptr<SessionStage>()> open;
 };
 inline std::ostream& operator<<(std::ostream& stream, const SessionBackend& backend) {

@@ -9,45 +9,46 @@ using Event = SystemActivityEvent;
 using Events = std::vector<Event>;
 
 TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
-    Events told, toldOnce, toldLate;
-    bool isInOurCall = false;
+    Events reported, reportedOnce, reportedToDropped;
+    bool isInsideCall = false;
     const auto watch = stage().activity().observeSystemActivity([&](Event event) {
-        EXPECT_FALSE(isInOurCall) << "called back inside a call";
-        told.push_back(event);
+        EXPECT_FALSE(isInsideCall) << "the observer was called inside the call";
+        reported.push_back(event);
     });
     Subscription once;
     once = stage().activity().observeSystemActivity([&](Event event) {
-        toldOnce.push_back(event);
+        reportedOnce.push_back(event);
         once = Subscription();
     });
-    Subscription dropped = stage().activity().observeSystemActivity([&](Event event) { toldLate.push_back(event); });
+    Subscription dropped =
+        stage().activity().observeSystemActivity([&](Event event) { reportedToDropped.push_back(event); });
     stage().runFor(Seconds(0.2));
-    EXPECT_TRUE(told.empty()) << "nothing has happened since";
+    EXPECT_TRUE(reported.empty()) << "an event was reported although nothing has happened";
     EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
 
-    // At the end a sleep with a lock, which outlasts it.
-    Events happened = {Event::systemWillSleep, Event::systemDidWake,          Event::screensDidSleep,
-                       Event::screensDidWake,  Event::sessionDidResignActive, Event::sessionDidBecomeActive,
-                       Event::systemWillSleep, Event::screenDidLock,          Event::systemDidWake};
-    std::erase_if(happened, [&](Event event) { return !stage().canUndergo(event); });
-    for (std::size_t i = 0; i < happened.size(); ++i) {
-        isInOurCall = true;
-        stage().simulate(happened[i]);
-        isInOurCall = false;
-        EXPECT_TRUE(stage().runUntil([&] { return told.size() == i + 1; })) << i;
+    // The last three: the screen is locked during sleep and is still locked after waking.
+    Events events = {Event::systemWillSleep, Event::systemDidWake,          Event::screensDidSleep,
+                     Event::screensDidWake,  Event::sessionDidResignActive, Event::sessionDidBecomeActive,
+                     Event::systemWillSleep, Event::screenDidLock,          Event::systemDidWake};
+    std::erase_if(events, [&](Event event) { return !stage().canSimulate(event); });
+    for (std::size_t i = 0; i < events.size(); ++i) {
+        isInsideCall = true;
+        stage().simulate(events[i]);
+        isInsideCall = false;
+        EXPECT_TRUE(stage().runUntil([&] { return reported.size() == i + 1; })) << i;
     }
-    EXPECT_EQ(told, happened);
-    EXPECT_EQ(toldOnce, Events{Event::systemWillSleep});
-    if (!stage().canUndergo(Event::screenDidLock)) return;
+    EXPECT_EQ(reported, events);
+    EXPECT_EQ(reportedOnce, Events{Event::systemWillSleep});
+    if (!stage().canSimulate(Event::screenDidLock)) return;
 
-    // A query gives the same as the events.
+    // A query agrees with the events.
     EXPECT_TRUE(stage().session().isLoginSessionScreenLocked());
-    const std::size_t heard = toldLate.size();
+    const std::size_t reportedBefore = reportedToDropped.size();
     dropped = Subscription();
     stage().simulate(Event::screenDidUnlock);
-    EXPECT_TRUE(stage().runUntil([&] { return told.back() == Event::screenDidUnlock; }));
+    EXPECT_TRUE(stage().runUntil([&] { return reported.back() == Event::screenDidUnlock; }));
     EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
-    EXPECT_EQ(toldLate.size(), heard);
+    EXPECT_EQ(reportedToDropped.size(), reportedBefore);
 }
 
 } // namespace

@@ -21,18 +21,18 @@ class SimulatedStage final : public ContractDesktop {
         desktop_.queue().runDue();
     }
 
-    /// Its queue ends with it.
-    bool can(Ability ability) const override { return ability != Ability::lettingGo; }
-    pid_t open(const Opening& opening) override {
-        if (!desktop_.isRunning(opening.application)) desktop_.launch(opening.application);
-        const std::string label =
-            desktop_.open(opening.application,
-                          {.frame = onDesktop(opening.frame),
-                           .title = opening.title,
-                           .dialogOf = opening.dialogOf ? std::optional(labels_.at(*opening.dialogOf)) : std::nullopt,
-                           .minimumSize = opening.minimumSize});
-        labels_[opening.title] = label;
-        return desktop_.processIdentifier(opening.application);
+    /// The simulated desktop owns its queue, so it cannot be destroyed before the queue.
+    bool can(Ability ability) const override { return ability != Ability::destroyingDesktop; }
+    pid_t open(const NewWindow& newWindow) override {
+        if (!desktop_.isRunning(newWindow.application)) desktop_.launch(newWindow.application);
+        const std::string label = desktop_.open(
+            newWindow.application,
+            {.frame = onDesktop(newWindow.frame),
+             .title = newWindow.title,
+             .dialogOf = newWindow.dialogOf ? std::optional(labels_.at(*newWindow.dialogOf)) : std::nullopt,
+             .minimumSize = newWindow.minimumSize});
+        labels_[newWindow.title] = label;
+        return desktop_.processIdentifier(newWindow.application);
     }
     void retitle(const std::string& title, const std::string& newTitle) override {
         desktop_.setTitle(labels_.at(title), newTitle);
@@ -88,7 +88,7 @@ class SimulatedStage final : public ContractDesktop {
         return false;
     }
     void runFor(Seconds time) override { desktop_.queue().advance(time); }
-    std::vector<std::string> complaints() const override { return desktop_.violations(); }
+    std::vector<std::string> recordedErrors() const override { return desktop_.violations(); }
 
   private:
     CGRect onDesktop(const CGRect& r) const {
@@ -99,7 +99,7 @@ class SimulatedStage final : public ContractDesktop {
 
     SimulatedDesktop desktop_;
     SimulatedKeyboard keyboard_{desktop_.queue()};
-    std::map<std::string, std::string> labels_; // by title
+    std::map<std::string, std::string> labels_; // names of the windows in the simulated desktop, by title
 };
 
 Backend simulated(const std::string& name, HidingStyle style) {
@@ -140,8 +140,8 @@ class VirtualStage final : public QueueStage {
   public:
     MainQueue& queue() override { return queue_; }
     void runFor(Seconds time) override { queue_.advance(time); }
-    std::unique_ptr<WorkQueue> worker() override { return std::make_unique<VirtualWorkQueue>(queue_); }
-    void beBusyFor(Seconds) override {} // no time passes inside a piece of virtual work
+    std::unique_ptr<WorkQueue> makeWorker() override { return std::make_unique<VirtualWorkQueue>(queue_); }
+    void beBusyFor(Seconds) override {} // virtual time does not pass while work runs
 
   private:
     VirtualMainQueue queue_;

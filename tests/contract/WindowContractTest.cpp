@@ -7,7 +7,7 @@ namespace {
 using Attribute = AccessibilityAttribute;
 using Elements = std::vector<AccessibilityElement>;
 
-const Opening kDraft{"Editor", "Draft", makeRect(600, 50, 500, 400)};
+const NewWindow kDraft{"Editor", "Draft", makeRect(600, 50, 500, 400)};
 
 const std::vector<Attribute> kEverything = {
     Attribute::windows,     Attribute::focusedWindow, Attribute::frontmost,  Attribute::role,
@@ -15,14 +15,14 @@ const std::vector<Attribute> kEverything = {
     Attribute::size,        Attribute::minSize,       Attribute::parent,     Attribute::main,
     Attribute::minimumSize, Attribute::focused,       Attribute::fullScreen, Attribute::maximized};
 
-TEST_P(DesktopContract, AttributesAreReadInTheRequestedOrderAbsentOnesAsEmpty) {
-    const pid_t editor = stage().open(kPlan);
+TEST_P(DesktopContract, ValuesHaveTheOrderOfTheRequestedAttributesAndAbsentOnesAreEmpty) {
+    const pid_t editor = desktop().open(kPlan);
     const auto plan = element("Plan");
     const auto values = read(plan, {Attribute::title, Attribute::windows, Attribute::size, Attribute::role,
                                     Attribute::frontmost, Attribute::title, Attribute::subrole, Attribute::minimized,
                                     Attribute::fullScreen, Attribute::parent});
     const auto application = accessibility().applicationElement(editor);
-    const CGSize size = stage().frame("Plan").size;
+    const CGSize size = desktop().frame("Plan").size;
     EXPECT_EQ(values, (std::vector<AttributeValue>{std::string("Plan"),
                                                    {},
                                                    size,
@@ -33,71 +33,73 @@ TEST_P(DesktopContract, AttributesAreReadInTheRequestedOrderAbsentOnesAsEmpty) {
                                                    false,
                                                    false,
                                                    application}));
-    // One at a time gives the same.
+    // An attribute has the same value whether it is read alone or with others.
     for (const Attribute attribute : kEverything) {
         EXPECT_EQ(read(plan, attribute), read(plan, std::vector{attribute, Attribute::role}).front())
             << attributeName(attribute);
     }
     EXPECT_TRUE(read(plan, std::vector<Attribute>{}).empty());
 
-    const auto least = read(plan, {Attribute::minSize, Attribute::minimumSize});
-    const auto* told = std::get_if<CGSize>(&least[0]) ? std::get_if<CGSize>(&least[0]) : std::get_if<CGSize>(&least[1]);
-    ASSERT_TRUE(told);
-    EXPECT_GE(told->width, 300); // with its decorations, if it has any
-    EXPECT_GE(told->height, 200);
+    const auto minimumSizes = read(plan, {Attribute::minSize, Attribute::minimumSize});
+    const auto* minimumSize = std::get_if<CGSize>(&minimumSizes[0]) ? std::get_if<CGSize>(&minimumSizes[0])
+                                                                    : std::get_if<CGSize>(&minimumSizes[1]);
+    ASSERT_TRUE(minimumSize);
+    EXPECT_GE(minimumSize->width, 300); // larger than announced if the window has decorations
+    EXPECT_GE(minimumSize->height, 200);
 
     EXPECT_EQ(application, (AccessibilityElement{editor, application.hash, nullptr}));
     EXPECT_EQ(read(application, {Attribute::role, Attribute::windows, Attribute::position, Attribute::minimized}),
               (std::vector<AttributeValue>{std::string("AXApplication"), Elements{plan}, {}, {}}));
 }
 
-TEST_P(DesktopContract, AnEmptyTitleIsATitle) {
-    stage().open(kPlan);
+TEST_P(DesktopContract, AnEmptyTitleIsReadAsAnEmptyStringNotAsAbsent) {
+    desktop().open(kPlan);
     const auto plan = element("Plan");
-    stage().retitle("Plan", "");
+    desktop().retitle("Plan", "");
     EXPECT_TRUE(until([&] { return read(plan, Attribute::title) == AttributeValue(std::string()); }));
 }
 
-TEST_P(DesktopContract, AnElementIsTheSameAsLongAsItsWindowLives) {
-    stage().open(kPlan);
-    stage().open(kInbox);
-    stage().open(kDraft);
+TEST_P(DesktopContract, AnElementStaysTheSameAsLongAsItsWindowExists) {
+    desktop().open(kPlan);
+    desktop().open(kInbox);
+    desktop().open(kDraft);
     const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
     EXPECT_NE(plan, draft);
     EXPECT_NE(plan, inbox);
     EXPECT_EQ(plan.processIdentifier, draft.processIdentifier);
 
-    stage().retitle("Plan", "Plan B — “final”");
+    desktop().retitle("Plan", "Plan B — “final”");
     EXPECT_EQ(element("Plan B — “final”"), plan);
     EXPECT_EQ(find("Plan"), std::nullopt);
-    stage().userMoves("Plan B — “final”", makeRect(90, 120, 450, 350));
-    EXPECT_TRUE(until([&] { return frameOf(plan) && text(frameOf(plan)) == text(stage().frame("Plan B — “final”")); }));
+    desktop().userMoves("Plan B — “final”", makeRect(90, 120, 450, 350));
+    EXPECT_TRUE(
+        until([&] { return frameOf(plan) && text(frameOf(plan)) == text(desktop().frame("Plan B — “final”")); }));
     write(plan, {{Attribute::minimized, true}});
     EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized); }));
     EXPECT_EQ(element("Plan B — “final”"), plan);
 
-    // A window that takes the place of one that closed is another one.
-    stage().close("Draft");
-    stage().open(kDraft);
+    // A new window with the title of a closed one has another element.
+    desktop().close("Draft");
+    desktop().open(kDraft);
     EXPECT_TRUE(until([&] { return find("Draft") && find("Draft") != draft; }));
 }
 
 TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
-    const pid_t editor = stage().open(kPlan);
-    const pid_t mail = stage().open(kInbox);
-    stage().open(kDraft);
+    const pid_t editor = desktop().open(kPlan);
+    const pid_t mail = desktop().open(kInbox);
+    desktop().open(kDraft);
     const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
     const std::vector<AttributeValue> nothing(kEverything.size());
-    const auto writeWithoutEffect = [&](const AccessibilityElement& gone) {
-        write(gone, {{Attribute::position, CGPoint{1, 2}},
-                     {Attribute::size, CGSize{300, 200}},
-                     {Attribute::minimized, true},
-                     {Attribute::main, true},
-                     {Attribute::frontmost, true}});
-        accessibility().performAction(gone, AccessibilityAction::raise);
+    const auto writeWithoutEffect = [&](const AccessibilityElement& closed) {
+        write(closed, {{Attribute::position, CGPoint{1, 2}},
+                       {Attribute::size, CGSize{300, 200}},
+                       {Attribute::minimized, true},
+                       {Attribute::main, true},
+                       {Attribute::frontmost, true}});
+        accessibility().performAction(closed, AccessibilityAction::raise);
         accessibility().flush();
     };
-    stage().close("Plan");
+    desktop().close("Plan");
     EXPECT_TRUE(until([&] { return read(plan, kEverything) == nothing; }));
     EXPECT_EQ(read(accessibility().applicationElement(editor), Attribute::windows), AttributeValue(Elements{draft}));
     const auto before = frameOf(draft);
@@ -105,7 +107,7 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
 
     const auto presenceOf = [&](const AccessibilityElement& window) {
         auto presence = WindowPresence::noAnswer;
-        stage().onPollingQueue([&] {
+        desktop().onPollingQueue([&] {
             (void)applications().runningApplications();
             presence = accessibility().presenceOf(window);
         });
@@ -114,7 +116,7 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     EXPECT_EQ(presenceOf(plan), WindowPresence::gone);
     EXPECT_EQ(presenceOf(inbox), WindowPresence::present);
 
-    stage().crash("Mail");
+    desktop().crash("Mail");
     EXPECT_TRUE(until([&] { return !polled(mail); }));
     EXPECT_EQ(presenceOf(inbox), WindowPresence::gone);
     EXPECT_EQ(read(inbox, kEverything), nothing);
@@ -126,17 +128,17 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     applications().unhide(mail);
     applications().activate(mail);
     EXPECT_FALSE(applications().terminate(mail));
-    EXPECT_TRUE(applications().forceTerminate(mail)) << "the reason of the refusal";
+    EXPECT_TRUE(applications().forceTerminate(mail)) << "no reason was given for the refusal";
 
-    stage().runFor(Seconds(0.3));
-    EXPECT_EQ(text(frameOf(draft)), text(before)) << "a request for another window";
+    desktop().runFor(Seconds(0.3));
+    EXPECT_EQ(text(frameOf(draft)), text(before)) << "a request to a closed window changed another window";
     EXPECT_FALSE(flag(draft, Attribute::minimized));
 }
 
 TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
-    stage().open(kPlan);
+    desktop().open(kPlan);
     const auto plan = element("Plan");
-    // A desktop may need a second request, as the verification of a placement sends it.
+    // Repeats the request every 0.3 s, since a desktop may need more than one, as the verification of a placement does.
     const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& requested) {
         Seconds nextTry{0}, passed{0};
         return until([&] {
@@ -144,52 +146,52 @@ TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
                 write(plan, writes);
                 nextTry += Seconds(0.3);
             }
-            stage().runFor(Seconds(0.06));
+            desktop().runFor(Seconds(0.06));
             passed += Seconds(0.06);
-            return text(stage().frame("Plan")) == text(requested) && text(frameOf(plan)) == text(requested);
+            return text(desktop().frame("Plan")) == text(requested) && text(frameOf(plan)) == text(requested);
         });
     };
     EXPECT_TRUE(becomes({{Attribute::position, CGPoint{60, 70}}, {Attribute::size, CGSize{640, 420}}},
                         makeRect(60, 70, 640, 420)))
-        << text(stage().frame("Plan")) << ", read as " << text(frameOf(plan));
+        << text(desktop().frame("Plan")) << ", read as " << text(frameOf(plan));
     EXPECT_TRUE(becomes({{Attribute::position, CGPoint{100, 110}}}, makeRect(100, 110, 640, 420)));
     EXPECT_TRUE(becomes({{Attribute::size, CGSize{500, 380}}}, makeRect(100, 110, 500, 380)));
-    // The last of each counts.
+    // Of several writes to one attribute the last one counts.
     EXPECT_TRUE(becomes({{Attribute::size, CGSize{900, 600}},
                          {Attribute::position, CGPoint{20, 30}},
                          {Attribute::size, CGSize{450, 360}},
                          {Attribute::position, CGPoint{80, 90}}},
                         makeRect(80, 90, 450, 360)));
 
-    // What cannot be written, or not with such a value, changes nothing.
+    // Attributes that cannot be written, and values of the wrong type, change nothing.
     write(plan, {{Attribute::title, std::string("Mine")},
                  {Attribute::role, std::string("AXButton")},
                  {Attribute::position, CGSize{1, 1}},
                  {Attribute::size, true},
                  {Attribute::minimized, std::string("yes")},
                  {Attribute::fullScreen, {}}});
-    stage().runFor(Seconds(0.3));
-    EXPECT_EQ(text(stage().frame("Plan")), "80,90 450x360");
+    desktop().runFor(Seconds(0.3));
+    EXPECT_EQ(text(desktop().frame("Plan")), "80,90 450x360");
     EXPECT_EQ(read(plan, {Attribute::title, Attribute::role, Attribute::minimized}),
               (std::vector<AttributeValue>{std::string("Plan"), std::string("AXWindow"), false}));
 
-    // A window that refuses says where it really is.
+    // For a window that refuses a frame, its actual frame is read.
     write(plan, {{Attribute::size, CGSize{200, 120}}});
-    stage().runFor(Seconds(0.3));
-    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(stage().frame("Plan")); }));
-    if (!stage().can(Ability::keepingMinimumSizes)) return;
-    EXPECT_GE(stage().frame("Plan").size.width, 300);
-    EXPECT_GE(stage().frame("Plan").size.height, 200);
+    desktop().runFor(Seconds(0.3));
+    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(desktop().frame("Plan")); }));
+    if (!desktop().can(Ability::enforcingMinimumSizes)) return;
+    EXPECT_GE(desktop().frame("Plan").size.width, 300);
+    EXPECT_GE(desktop().frame("Plan").size.height, 200);
 }
 
 TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) {
-    const pid_t editor = stage().open(kPlan);
-    const pid_t mail = stage().open(kInbox);
-    stage().open(kDraft);
+    const pid_t editor = desktop().open(kPlan);
+    const pid_t mail = desktop().open(kInbox);
+    desktop().open(kDraft);
     const auto plan = element("Plan"), draft = element("Draft");
     const auto countOf = [&](pid_t process) {
         std::size_t count = 0;
-        for (const auto& window : shown()) count += window.processIdentifier == process ? 1 : 0;
+        for (const auto& window : windowsOnScreen()) count += window.processIdentifier == process ? 1 : 0;
         return count;
     };
     ASSERT_TRUE(until([&] { return countOf(editor) == 2 && countOf(mail) == 1; }));
@@ -199,13 +201,14 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) 
     EXPECT_FALSE(flag(draft, Attribute::minimized));
     EXPECT_FALSE(polled(editor)->isHidden) << "an application with a minimized window is not hidden";
 
-    // Hiding takes all that is left, and it is not minimized for that; unhiding brings back exactly those.
+    // Hiding an application hides its windows that are on the screen without minimizing them; unhiding shows only
+    // these.
     applications().hide(editor);
     EXPECT_TRUE(until([&] { return polled(editor)->isHidden && countOf(editor) == 0; }));
     EXPECT_FALSE(flag(draft, Attribute::minimized));
     EXPECT_TRUE(flag(plan, Attribute::minimized));
     EXPECT_EQ(countOf(mail), 1u);
-    applications().hide(editor); // once more
+    applications().hide(editor); // the second request has no effect
     applications().unhide(editor);
     EXPECT_TRUE(until([&] { return !polled(editor)->isHidden && countOf(editor) == 1; }));
     EXPECT_TRUE(flag(plan, Attribute::minimized));
@@ -215,62 +218,59 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) 
     EXPECT_TRUE(until([&] { return !flag(plan, Attribute::minimized) && countOf(editor) == 2; }));
     EXPECT_TRUE(until([&] { return text(frameOf(plan)) == frameBefore; })) << text(frameOf(plan));
 
-    if (!stage().can(Ability::minimizingByUser)) return;
-    stage().userMinimizes("Draft");
+    if (!desktop().can(Ability::minimizingByUser)) return;
+    desktop().userMinimizes("Draft");
     EXPECT_TRUE(until([&] { return flag(draft, Attribute::minimized) && countOf(editor) == 1; }));
     write(draft, {{Attribute::minimized, false}});
     EXPECT_TRUE(until([&] { return !flag(draft, Attribute::minimized) && countOf(editor) == 2; }));
 }
 
-TEST_P(DesktopContract, ARaisedWindowIsFirstInOrderAndUnderAPoint) {
-    const pid_t editor = stage().open({"Editor", "Plan", makeRect(100, 100, 400, 300)});
-    const pid_t mail = stage().open({"Mail", "Inbox", makeRect(300, 200, 400, 300)});
+TEST_P(DesktopContract, ARaisedWindowIsInFrontAndIsFoundUnderThePoint) {
+    const pid_t editor = desktop().open({"Editor", "Plan", makeRect(100, 100, 400, 300)});
+    const pid_t mail = desktop().open({"Mail", "Inbox", makeRect(300, 200, 400, 300)});
     const auto plan = element("Plan"), inbox = element("Inbox");
-    ASSERT_TRUE(until([&] { return shown().size() == 2; }));
+    ASSERT_TRUE(until([&] { return windowsOnScreen().size() == 2; }));
     for (const bool isPlanOnTop : {true, false, true}) {
         const auto& top = isPlanOnTop ? plan : inbox;
         accessibility().performAction(top, AccessibilityAction::raise);
         applications().activate(top.processIdentifier);
         accessibility().flush();
         EXPECT_TRUE(until([&] {
-            const auto windows = shown();
+            const auto windows = windowsOnScreen();
             return windows.size() == 2 && windows.front().processIdentifier == top.processIdentifier &&
                    titleAt({400, 300}) == (isPlanOnTop ? "Plan" : "Inbox");
         }));
     }
-    const auto windows = shown();
+    const auto windows = windowsOnScreen();
     ASSERT_EQ(windows.size(), 2u);
     EXPECT_EQ(windows[0].processIdentifier, editor);
     EXPECT_EQ(windows[1].processIdentifier, mail);
-    EXPECT_EQ(text(windows[0].bounds), text(stage().frame("Plan")));
-    EXPECT_EQ(text(windows[1].bounds), text(stage().frame("Inbox")));
+    EXPECT_EQ(text(windows[0].bounds), text(desktop().frame("Plan")));
+    EXPECT_EQ(text(windows[1].bounds), text(desktop().frame("Inbox")));
 
-    // The near edges belong to a window, the far ones do not.
-    const CGRect r = stage().frame("Inbox");
+    // The left and top edges belong to a window, the right and bottom edges do not.
+    const CGRect r = desktop().frame("Inbox");
     EXPECT_EQ(titleAt({maxX(r) - 1, maxY(r) - 1}), "Inbox");
     EXPECT_EQ(titleAt({maxX(r), maxY(r)}), "");
     EXPECT_EQ(titleAt({maxX(r) + 200, maxY(r) + 100}), "");
-    EXPECT_EQ(titleAt({minX(stage().frame("Plan")), minY(stage().frame("Plan"))}), "Plan");
+    EXPECT_EQ(titleAt({minX(desktop().frame("Plan")), minY(desktop().frame("Plan"))}), "Plan");
     EXPECT_EQ(titleAt({-5000, -5000}), "");
-    stage().close("Plan");
-    EXPECT_TRUE(until([&] { return shown().size() == 1 && titleAt({400, 300}) == "Inbox"; }));
+    desktop().close("Plan");
+    EXPECT_TRUE(until([&] { return windowsOnScreen().size() == 1 && titleAt({400, 300}) == "Inbox"; }));
 }
 
-TEST_P(DesktopContract, OneApplicationAndOneOfItsWindowsHaveTheFocus) {
-    const pid_t editor = stage().open(kPlan);
-    const pid_t mail = stage().open(kInbox);
-    stage().open(kDraft);
+TEST_P(DesktopContract, OnlyTheFocusedWindowAndItsApplicationReadAsFocused) {
+    const pid_t editor = desktop().open(kPlan);
+    const pid_t mail = desktop().open(kInbox);
+    desktop().open(kDraft);
     const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
     for (const auto& chosen : {plan, inbox, draft, plan}) {
         const auto application = accessibility().applicationElement(chosen.processIdentifier);
-        const auto insist = [&] {
-            write(application, {{Attribute::frontmost, true}});
-            write(chosen, {{Attribute::main, true}, {Attribute::focused, true}});
-            accessibility().performAction(chosen, AccessibilityAction::raise);
-            applications().activate(chosen.processIdentifier);
-            accessibility().flush();
-        };
-        insist();
+        write(application, {{Attribute::frontmost, true}});
+        write(chosen, {{Attribute::main, true}, {Attribute::focused, true}});
+        accessibility().performAction(chosen, AccessibilityAction::raise);
+        applications().activate(chosen.processIdentifier);
+        accessibility().flush();
         EXPECT_TRUE(until([&] {
             return applications().frontmostApplication() == chosen.processIdentifier &&
                    read(application, Attribute::focusedWindow) == AttributeValue(chosen);
@@ -288,9 +288,9 @@ TEST_P(DesktopContract, OneApplicationAndOneOfItsWindowsHaveTheFocus) {
 }
 
 TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndIsHiddenAndShownWithIt) {
-    if (!stage().can(Ability::openingDialogs)) return;
-    const pid_t editor = stage().open({"Editor", "Plan", makeRect(100, 100, 500, 400)});
-    stage().open(
+    if (!desktop().can(Ability::openingDialogs)) return;
+    const pid_t editor = desktop().open({"Editor", "Plan", makeRect(100, 100, 500, 400)});
+    desktop().open(
         {.application = "Editor", .title = "Save?", .frame = makeRect(200, 200, 250, 150), .dialogOf = "Plan"});
     const auto plan = element("Plan"), dialog = element("Save?");
     const auto seen = [&] {
@@ -302,7 +302,7 @@ TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndIsHiddenAndShownWithIt) {
     accessibility().performAction(plan, AccessibilityAction::raise);
     applications().activate(editor);
     accessibility().flush();
-    stage().runFor(Seconds(0.2));
+    desktop().runFor(Seconds(0.2));
     EXPECT_EQ(seen(), "Plan | Save?");
     for (int times = 0; times < 2; ++times) {
         write(plan, {{Attribute::minimized, true}});
@@ -310,22 +310,22 @@ TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndIsHiddenAndShownWithIt) {
         write(plan, {{Attribute::minimized, false}});
         EXPECT_TRUE(until([&] { return seen() == "Plan | Save?"; })) << seen();
     }
-    stage().close("Plan");
+    desktop().close("Plan");
     EXPECT_TRUE(until([&] { return read(dialog, Attribute::parent) != AttributeValue(plan); }));
 }
 
 TEST_P(DesktopContract, ARestoredWindowDoesNotTakeTheFocus) {
-    const pid_t editor = stage().open(kPlan);
-    const pid_t mail = stage().open(kInbox);
+    const pid_t editor = desktop().open(kPlan);
+    const pid_t mail = desktop().open(kInbox);
     const auto plan = element("Plan"), inbox = element("Inbox");
-    const auto isAway = [&] {
+    const auto isOffScreen = [&] {
         (void)poll();
         return titleAt({60, 80}).empty();
     };
     for (const bool asApplication : {false, true}) {
         asApplication ? applications().hide(editor) : write(plan, {{Attribute::minimized, true}});
         accessibility().flush();
-        ASSERT_TRUE(until(isAway));
+        ASSERT_TRUE(until(isOffScreen));
         write(accessibility().applicationElement(mail), {{Attribute::frontmost, true}});
         write(inbox, {{Attribute::main, true}, {Attribute::focused, true}});
         applications().activate(mail);
@@ -333,20 +333,21 @@ TEST_P(DesktopContract, ARestoredWindowDoesNotTakeTheFocus) {
         ASSERT_TRUE(until([&] { return applications().frontmostApplication() == mail; }));
         asApplication ? applications().unhide(editor) : write(plan, {{Attribute::minimized, false}});
         accessibility().flush();
-        EXPECT_TRUE(until([&] { return !isAway(); }));
-        stage().runFor(Seconds(0.3));
-        EXPECT_EQ(applications().frontmostApplication(), mail) << (asApplication ? "unhidden" : "restored");
+        EXPECT_TRUE(until([&] { return !isOffScreen(); }));
+        desktop().runFor(Seconds(0.3));
+        EXPECT_EQ(applications().frontmostApplication(), mail)
+            << "the focus was lost to the window that was " << (asApplication ? "unhidden" : "restored");
     }
 }
 
 TEST_P(DesktopContract, WithoutPermissionNothingIsReadOrWritten) {
-    stage().open(kPlan);
+    desktop().open(kPlan);
     const auto plan = element("Plan");
     EXPECT_TRUE(accessibility().isProcessTrusted());
     EXPECT_TRUE(accessibility().requestTrust(true));
     ASSERT_EQ(titleAt({100, 200}), "Plan");
-    if (!stage().can(Ability::withdrawingPermission)) return;
-    stage().withdrawPermission();
+    if (!desktop().can(Ability::withdrawingPermission)) return;
+    desktop().withdrawPermission();
     EXPECT_TRUE(until([&] { return !accessibility().isProcessTrusted(); }));
     EXPECT_FALSE(accessibility().requestTrust(false));
     const std::vector<AttributeValue> nothing(kEverything.size());
@@ -356,7 +357,7 @@ TEST_P(DesktopContract, WithoutPermissionNothingIsReadOrWritten) {
     write(plan, {{Attribute::position, CGPoint{1, 2}}, {Attribute::minimized, true}});
     accessibility().performAction(plan, AccessibilityAction::raise);
     accessibility().flush();
-    stage().runFor(Seconds(0.1));
+    desktop().runFor(Seconds(0.1));
 }
 
 } // namespace

@@ -1,10 +1,11 @@
-// An application with ordinary windows, for the tests of a real Mac. With "--commands" it does what it reads, a line
-// per command with words between tabs, and answers each with one line; without, it opens a window of its own name.
+// An application with ordinary windows, for the contract tests on a Mac. With "--commands" it reads commands from
+// standard input, one per line with words separated by tabs, and prints one line in response to each. Without
+// "--commands" it opens a window with the program's name as its title.
 //
 //   open TITLE X Y WIDTH HEIGHT MINWIDTH MINHEIGHT   move TITLE X Y WIDTH HEIGHT   retitle TITLE NEWTITLE
 //   close TITLE   minimize TITLE   frame TITLE
 //
-// Frames count from the top left of the first screen.
+// Frames are relative to the top left of the first screen.
 #import <AppKit/AppKit.h>
 
 #include <cstdio>
@@ -14,7 +15,7 @@
 
 static NSMutableDictionary<NSString*, NSWindow*>* windows;
 
-/// The mapping is its own inverse.
+/// Converts between the system's coordinates, in which y grows upwards, and those of the commands.
 static NSRect flipped(NSRect frame) {
     frame.origin.y = NSMaxY(NSScreen.screens.firstObject.frame) - NSMaxY(frame);
     return frame;
@@ -25,7 +26,7 @@ static NSRect frameIn(NSArray<NSString*>* words, NSUInteger first) {
                       words[first + 3].doubleValue);
 }
 
-static void open(NSString* title, NSRect frame, NSSize least) {
+static void open(NSString* title, NSRect frame, NSSize minimumSize) {
     const NSWindowStyleMask style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
                                     NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
     NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 400, 300)
@@ -34,14 +35,14 @@ static void open(NSString* title, NSRect frame, NSSize least) {
                                                        defer:NO];
     window.releasedWhenClosed = NO;
     window.title = title;
-    if (least.width > 0) window.minSize = least;
+    if (minimumSize.width > 0) window.minSize = minimumSize;
     [window setFrame:flipped(frame) display:YES];
     [window makeKeyAndOrderFront:nil];
     [NSApp activateIgnoringOtherApps:YES];
     windows[title] = window;
 }
 
-static NSString* obey(NSArray<NSString*>* words) {
+static NSString* carryOut(NSArray<NSString*>* words) {
     NSString* title = words.count > 1 ? words[1] : @"";
     NSWindow* window = windows[title];
     NSString* command = words.firstObject;
@@ -75,7 +76,7 @@ static void listen() {
         for (std::string line; std::getline(std::cin, line);) {
             NSString* text = [NSString stringWithUTF8String:line.c_str()];
             dispatch_sync(dispatch_get_main_queue(), ^{
-              std::printf("%s\n", obey([text componentsSeparatedByString:@"\t"]).UTF8String);
+              std::printf("%s\n", carryOut([text componentsSeparatedByString:@"\t"]).UTF8String);
               std::fflush(stdout);
             });
         }

@@ -1,5 +1,5 @@
-// The contract tests on a Mac. They open windows on the desktop; the test program needs the accessibility permission,
-// and pointer and keyboard must not be used while they run.
+// The contract tests on a Mac. They open windows on the desktop; the test program needs the accessibility permission.
+// Do not use the pointer and the keyboard while the tests run.
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
 #include "platform/macos/MacAccessibility.h"
@@ -48,7 +48,8 @@ void runMainLoopFor(Seconds time) {
     }
 }
 
-/// A bundle around the client's program, in the user's folder of applications so that the system finds it.
+/// Makes an application bundle of the client's program. It is in the user's Applications folder, where the system finds
+/// it.
 NSURL* makeBundle(const std::string& name) {
     NSFileManager* files = NSFileManager.defaultManager;
     NSURL* home = [files URLsForDirectory:NSApplicationDirectory inDomains:NSUserDomainMask].firstObject;
@@ -77,7 +78,7 @@ class Client {
         task_.executableURL = [makeBundle(name) URLByAppendingPathComponent:nsString("Contents/MacOS/" + name)];
         task_.arguments = @[ @"--commands" ];
         task_.standardInput = commands_;
-        task_.standardOutput = answers_;
+        task_.standardOutput = responses_;
         NSError* error = nil;
         EXPECT_TRUE([task_ launchAndReturnError:&error]) << macos::text(error.localizedDescription);
     }
@@ -90,27 +91,27 @@ class Client {
         if (task_.running) ::kill(task_.processIdentifier, SIGKILL);
         [task_ waitUntilExit];
     }
-    /// The words of the answer.
-    NSArray<NSString*>* tell(const std::vector<std::string>& words) {
+    /// Sends a command and returns the words of the response; none if the client has ended.
+    NSArray<NSString*>* send(const std::vector<std::string>& words) {
         std::string line;
         for (const auto& word : words) line += (line.empty() ? "" : "\t") + word;
         line += '\n';
         [commands_.fileHandleForWriting writeData:[NSData dataWithBytes:line.data() length:line.size()]];
         while (pending_.find('\n') == std::string::npos) {
-            NSData* read = answers_.fileHandleForReading.availableData;
-            if (read.length == 0) return @[]; // it has ended
+            NSData* read = responses_.fileHandleForReading.availableData;
+            if (read.length == 0) return @[];
             pending_.append(static_cast<const char*>(read.bytes), read.length);
         }
         const auto end = pending_.find('\n');
-        NSString* answer = nsString(pending_.substr(0, end));
+        NSString* response = nsString(pending_.substr(0, end));
         pending_.erase(0, end + 1);
-        return [answer componentsSeparatedByString:@"\t"];
+        return [response componentsSeparatedByString:@"\t"];
     }
 
   private:
     NSTask* task_ = [[NSTask alloc] init];
     NSPipe* commands_ = [NSPipe pipe];
-    NSPipe* answers_ = [NSPipe pipe];
+    NSPipe* responses_ = [NSPipe pipe];
     std::string pending_;
 };
 
@@ -118,37 +119,37 @@ class MacStage final : public ContractDesktop {
   public:
     bool can(Ability ability) const override {
         return ability != Ability::pluggingInDisplays && ability != Ability::withdrawingPermission &&
-               ability != Ability::claimingKeys && ability != Ability::openingDialogs;
+               ability != Ability::grabbingKeys && ability != Ability::openingDialogs;
     }
-    pid_t open(const Opening& opening) override {
-        auto& client = clients_[opening.application];
-        if (!client) client = std::make_unique<Client>(opening.application);
-        owners_[opening.title] = client.get();
-        auto words = wordsOf("open", opening.title, opening.frame);
-        words.push_back(std::to_string(opening.minimumSize ? opening.minimumSize->width : 0));
-        words.push_back(std::to_string(opening.minimumSize ? opening.minimumSize->height : 0));
-        tell(opening.title, words);
+    pid_t open(const NewWindow& newWindow) override {
+        auto& client = clients_[newWindow.application];
+        if (!client) client = std::make_unique<Client>(newWindow.application);
+        owners_[newWindow.title] = client.get();
+        auto words = wordsOf("open", newWindow.title, newWindow.frame);
+        words.push_back(std::to_string(newWindow.minimumSize ? newWindow.minimumSize->width : 0));
+        words.push_back(std::to_string(newWindow.minimumSize ? newWindow.minimumSize->height : 0));
+        send(newWindow.title, words);
         return client->process();
     }
     void retitle(const std::string& title, const std::string& newTitle) override {
-        tell(title, {"retitle", title, newTitle});
+        send(title, {"retitle", title, newTitle});
         owners_[newTitle] = owners_.at(title);
         owners_.erase(title);
     }
-    void close(const std::string& title) override { tell(title, {"close", title}); }
+    void close(const std::string& title) override { send(title, {"close", title}); }
     void userMoves(const std::string& title, const CGRect& frame) override {
-        tell(title, wordsOf("move", title, frame));
+        send(title, wordsOf("move", title, frame));
     }
-    void userMinimizes(const std::string& title) override { tell(title, {"minimize", title}); }
+    void userMinimizes(const std::string& title) override { send(title, {"minimize", title}); }
     void crash(const std::string& application) override {
         Client* ended = clients_.at(application).get();
         std::erase_if(owners_, [&](const auto& owner) { return owner.second == ended; });
         clients_.erase(application);
     }
     CGRect frame(const std::string& title) override {
-        NSArray<NSString*>* told = owners_.at(title)->tell({"frame", title});
-        if (told.count != 4) return {};
-        return makeRect(told[0].doubleValue, told[1].doubleValue, told[2].doubleValue, told[3].doubleValue);
+        NSArray<NSString*>* edges = owners_.at(title)->send({"frame", title});
+        if (edges.count != 4) return {};
+        return makeRect(edges[0].doubleValue, edges[1].doubleValue, edges[2].doubleValue, edges[3].doubleValue);
     }
     void plugInPrimaryDisplay() override {}
     void withdrawPermission() override {}
@@ -162,7 +163,7 @@ class MacStage final : public ContractDesktop {
     void movePointer(CGPoint point) override {
         mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point);
     }
-    void releaseButton() override { mouse(kCGEventLeftMouseUp, hand_); }
+    void releaseButton() override { mouse(kCGEventLeftMouseUp, pointerPosition_); }
     void pressKey(KeyCombination combination) override {
         for (const bool isDown : {true, false}) {
             const auto event =
@@ -224,11 +225,11 @@ class MacStage final : public ContractDesktop {
                 std::to_string(r.size.width),
                 std::to_string(r.size.height)};
     }
-    void tell(const std::string& title, const std::vector<std::string>& words) {
-        EXPECT_EQ(macos::text(owners_.at(title)->tell(words).firstObject), "done") << words.front();
+    void send(const std::string& title, const std::vector<std::string>& words) {
+        EXPECT_EQ(macos::text(owners_.at(title)->send(words).firstObject), "done") << words.front();
     }
     void mouse(CGEventType type, CGPoint point) {
-        hand_ = point;
+        pointerPosition_ = point;
         isPressed_ = type == kCGEventLeftMouseDown || type == kCGEventLeftMouseDragged;
         const auto event = Owned<CGEventRef>::adopt(CGEventCreateMouseEvent(nullptr, type, point, kCGMouseButtonLeft));
         CGEventPost(kCGHIDEventTap, event.get());
@@ -244,7 +245,7 @@ class MacStage final : public ContractDesktop {
     std::optional<MacKeyMonitors> keys_{std::in_place, mainQueue()};
     std::map<std::string, std::unique_ptr<Client>> clients_; // by the application's name
     std::map<std::string, Client*> owners_;                  // by the window's title
-    CGPoint hand_{};
+    CGPoint pointerPosition_{};
     bool isPressed_ = false;
 };
 
@@ -255,7 +256,7 @@ INSTANTIATE_TEST_SUITE_P(Mac, DesktopContract,
                              [] { return std::make_unique<MacStage>(); }}),
                          nameOf);
 
-/// The test posts the notification instead of the system. Not that of the lock, which other applications would act on.
+/// The test posts the system's notifications itself, except those of the lock, on which other applications would act.
 class MacSessionStage final : public SessionStage {
   public:
     SystemActivityServicing& activity() override { return activity_; }
@@ -275,7 +276,7 @@ class MacSessionStage final : public SessionStage {
         return condition();
     }
     void runFor(Seconds time) override { runMainLoopFor(time); }
-    bool canUndergo(SystemActivityEvent event) const override {
+    bool canSimulate(SystemActivityEvent event) const override {
         return event != SystemActivityEvent::screenDidLock && event != SystemActivityEvent::screenDidUnlock;
     }
 
@@ -293,7 +294,7 @@ class DispatchStage final : public QueueStage {
   public:
     MainQueue& queue() override { return mainQueue(); }
     void runFor(Seconds time) override { runMainLoopFor(time); }
-    std::unique_ptr<WorkQueue> worker() override { return std::make_unique<DispatchWorkQueue>("worker"); }
+    std::unique_ptr<WorkQueue> makeWorker() override { return std::make_unique<DispatchWorkQueue>("worker"); }
     void beBusyFor(Seconds time) override { std::this_thread::sleep_for(time); }
 };
 
@@ -301,7 +302,7 @@ INSTANTIATE_TEST_SUITE_P(Mac, QueueContract,
                          ::testing::Values(QueueBackend{"Dispatch", [] { return std::make_unique<DispatchStage>(); }}),
                          [](const auto& chosen) { return chosen.param.name; });
 
-/// In the defaults of the test program itself, emptied before and after.
+/// Uses the defaults of the test program itself, and removes KOVA's keys from them before and after each test.
 class UserDefaultsStage final : public PreferencesStage {
   public:
     UserDefaultsStage() { clear(); }

@@ -1,4 +1,4 @@
-// The login session on Linux, with a stand-in for logind on a bus of the test's own.
+// The contract tests of the login session on Linux, with a simulated logind on a private bus.
 #include "platform/linux/LoginSession.h"
 #include "tests/contract/SessionContract.h"
 #include "tests/linux/LoopTime.h"
@@ -22,7 +22,7 @@ class LinuxSessionStage final : public SessionStage {
     SystemActivityServicing& activity() override { return *session_; }
     SessionServicing& session() override { return *session_; }
     /// Screen sleep and wake are reported by the desktop back end, not by logind.
-    bool canUndergo(SystemActivityEvent event) const override {
+    bool canSimulate(SystemActivityEvent event) const override {
         return event != SystemActivityEvent::screensDidSleep && event != SystemActivityEvent::screensDidWake;
     }
     void simulate(SystemActivityEvent event) override {

@@ -30,14 +30,14 @@ using testing::Manager;
 using testing::PrivateServer;
 using testing::TestClient;
 
-constexpr int kScreenWidth = 1280, kScreenHeight = 800, kSecondAt = 800; // points
+constexpr int kScreenWidth = 1280, kScreenHeight = 800, kSecondDisplayX = 800; // points
 
 class X11Stage final : public ContractDesktop {
   public:
     X11Stage(Manager manager, int scale) :
         manager_(manager), scale_(scale),
         server_(pixels(kScreenWidth) + "x" + pixels(kScreenHeight), testing::ClientProcessNumbers::told) {
-        // Launched programs inherit them.
+        // The programs that a test launches inherit this variable.
         setenv("DISPLAY", server_.displayName().c_str(), 1);
         watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
         if (scale != 1) {
@@ -49,7 +49,7 @@ class X11Stage final : public ContractDesktop {
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
                                         .returnTimeoutAtEnd = Seconds(10),
-                                        .asksForProcesses = false}, // all clients are of this process
+                                        .asksForProcesses = false}, // the server would report this process for all
                                        loop_, catalogue_);
         if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
         desktop_ = std::move(std::get<0>(opened));
@@ -59,26 +59,26 @@ class X11Stage final : public ContractDesktop {
     }
 
     bool can(Ability ability) const override {
-        if (ability == Ability::endingByForce) return false; // all clients of the test are of its own process
+        if (ability == Ability::forcingToEnd) return false; // all clients belong to the process of the test
         return manager_ != Manager::none ||
-               (ability != Ability::minimizingByUser && ability != Ability::keepingMinimumSizes);
+               (ability != Ability::minimizingByUser && ability != Ability::enforcingMinimumSizes);
     }
-    pid_t open(const Opening& opening) override {
-        auto& application = applications_[opening.application];
+    pid_t open(const NewWindow& newWindow) override {
+        auto& application = applications_[newWindow.application];
         if (!application.client) {
             application.process = ++lastProcess_;
-            application.client = std::make_unique<TestClient>(server_.displayName(), opening.application,
+            application.client = std::make_unique<TestClient>(server_.displayName(), newWindow.application,
                                                               static_cast<std::uint32_t>(application.process));
         }
         TestClient& client = *application.client;
-        const auto window =
-            client.open({.title = opening.title,
-                         .frame = inPixels(opening.frame),
-                         .minimumSize = opening.minimumSize ? std::optional(inPixels({{}, *opening.minimumSize}).size)
-                                                            : std::nullopt,
-                         .knowsDelete = true,
-                         .transientFor = opening.dialogOf ? windows_.at(*opening.dialogOf).window : xcb_window_t{}});
-        windows_[opening.title] = {&client, window};
+        const auto window = client.open(
+            {.title = newWindow.title,
+             .frame = inPixels(newWindow.frame),
+             .minimumSize =
+                 newWindow.minimumSize ? std::optional(inPixels({{}, *newWindow.minimumSize}).size) : std::nullopt,
+             .knowsDelete = true,
+             .transientFor = newWindow.dialogOf ? windows_.at(*newWindow.dialogOf).window : xcb_window_t{}});
+        windows_[newWindow.title] = {&client, window};
         // Waits until the window manager has listed and decorated the window.
         const auto isSettled = [&] {
             const auto listed = client.numbers(client.root(), "_NET_CLIENT_LIST");
@@ -86,7 +86,7 @@ class X11Stage final : public ContractDesktop {
                                                  !client.numbers(window, "_NET_FRAME_EXTENTS").empty());
         };
         EXPECT_TRUE(runUntil([&] { return isSettled() && client.isViewable(window); }));
-        userMoves(opening.title, opening.frame);
+        userMoves(newWindow.title, newWindow.frame);
         return application.process;
     }
     void retitle(const std::string& title, const std::string& newTitle) override {
@@ -138,11 +138,11 @@ class X11Stage final : public ContractDesktop {
                         outer.size.height / scale_);
     }
     void plugInPrimaryDisplay() override {
-        addMonitor("LEFT", false, 0, kSecondAt);
-        addMonitor("RIGHT", true, kSecondAt, kScreenWidth - kSecondAt);
-        firstDisplayX_ = kSecondAt;
+        addMonitor("LEFT", false, 0, kSecondDisplayX);
+        addMonitor("RIGHT", true, kSecondDisplayX, kScreenWidth - kSecondDisplayX);
+        firstDisplayX_ = kSecondDisplayX;
     }
-    /// On X11 the permission is the connection to the server, so the server is ended.
+    /// On X11 the permission is the connection to the server, so this ends the server.
     void withdrawPermission() override {
         isEnding_ = true;
         server_.end();
@@ -167,7 +167,7 @@ class X11Stage final : public ContractDesktop {
     void claimForOther(KeyCombination combination) override {
         const auto modifiers = ((combination.modifierFlags & modifierFlag::control) ? XCB_MOD_MASK_CONTROL : 0) |
                                ((combination.modifierFlags & modifierFlag::option) ? XCB_MOD_MASK_1 : 0);
-        const xcb_keycode_t key = combination.keyCode == 4 ? 43 : 44; // of every evdev keyboard
+        const xcb_keycode_t key = combination.keyCode == 4 ? 43 : 44; // H and J on every evdev keyboard
         xcb_grab_key(watcher_->connection(), 0, watcher_->root(), static_cast<std::uint16_t>(modifiers), key,
                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         watcher_->sync();
@@ -229,7 +229,7 @@ class X11Stage final : public ContractDesktop {
         command.insert(command.begin(), "xdotool");
         ASSERT_EQ(server_.start(command).wait(), 0);
     }
-    /// The library's function for this request cannot write a monitor without outputs.
+    /// Writes the request itself, since the library's function cannot add a monitor without outputs.
     void addMonitor(const char* name, bool isPrimary, int x, int width) {
         struct {
             xcb_randr_set_monitor_request_t request{};
@@ -259,7 +259,7 @@ class X11Stage final : public ContractDesktop {
     std::unique_ptr<X11Desktop> desktop_;
     std::map<std::string, Application> applications_;
     std::map<std::string, Window> windows_;
-    pid_t lastProcess_ = 4000; // there need be no such process
+    pid_t lastProcess_ = 4000; // announced by the clients; such a process need not exist
     double firstDisplayX_ = 0;
     bool isEnding_ = false;
 };
@@ -278,7 +278,7 @@ class EventLoopStage final : public QueueStage {
   public:
     MainQueue& queue() override { return loop_; }
     void runFor(Seconds time) override { letPass(loop_, time); }
-    std::unique_ptr<WorkQueue> worker() override { return std::make_unique<SerialWorkQueue>("worker"); }
+    std::unique_ptr<WorkQueue> makeWorker() override { return std::make_unique<SerialWorkQueue>("worker"); }
     void beBusyFor(Seconds time) override { std::this_thread::sleep_for(time); }
 
   private:
