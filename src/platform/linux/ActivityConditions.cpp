@@ -14,7 +14,7 @@ ActivityFacts afterUnlockSignal(ActivityFacts facts) {
 
 ActivityFacts afterLockedHint(ActivityFacts facts, bool isSet) {
     facts.isLockedHintSet = isSet;
-    facts.isLockAwaited = false; // confirmed, or over
+    facts.isLockAwaited = false; // the hint either confirms the lock or reports the unlock
     return facts;
 }
 

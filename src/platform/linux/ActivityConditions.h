@@ -23,8 +23,9 @@ struct ActivityFacts {
     bool operator==(const ActivityFacts&) const = default;
 };
 
-/// logind's Lock signal is a request. Desktops confirm it by the hint or by their screen saver. Some screen lockers do
-/// neither, so that no event would report the unlock; so an unconfirmed lock counts for a limited time only.
+/// logind's Lock signal is a request, which desktops confirm by the LockedHint or by their screen saver. A screen
+/// locker that does neither would never report the unlock. Therefore an unconfirmed lock counts for a limited time
+/// only.
 ActivityFacts afterLockSignal(ActivityFacts facts);
 /// logind's Unlock signal is a request to the desktop, which reports when it has unlocked. Therefore the signal itself
 /// only ends an unconfirmed lock.

@@ -14,7 +14,7 @@ namespace kova {
 namespace {
 
 constexpr const char* kSystemd = "org.freedesktop.systemd1";
-/// After this time the number may belong to another process.
+/// A launch that waited longer for the bus gets no scope: its process number may belong to another process by then.
 constexpr Seconds kLongestWait{5};
 
 std::string escaped(const std::string& text) {
@@ -46,27 +46,27 @@ ApplicationScopes::ApplicationScopes(std::string busAddress, EventLoop& loop) :
 void ApplicationScopes::moveToOwnScope(pid_t process, const std::string& applicationIdentifier,
                                        const std::string& applicationName) {
     const Launched launched{process, applicationIdentifier, applicationName, loop_.uptime()};
-    if (bus_.isConnected()) return ask(launched);
-    waiting_.push_back(launched);
+    if (bus_.isConnected()) return requestScope(launched);
+    pending_.push_back(launched);
     if (!std::exchange(isOpen_, true))
         bus_.open(
             {}, [this] { connected(); }, [] {});
 }
 
 void ApplicationScopes::connected() {
-    for (const Launched& launched : std::exchange(waiting_, {})) {
-        if (loop_.uptime() - launched.since < kLongestWait) ask(launched);
+    for (const Launched& launched : std::exchange(pending_, {})) {
+        if (loop_.uptime() - launched.launchedAt < kLongestWait) requestScope(launched);
     }
 }
 
-void ApplicationScopes::ask(const Launched& launched) {
+void ApplicationScopes::requestScope(const Launched& launched) {
     using Property = sdbus::Struct<std::string, sdbus::Variant>;
     using AuxiliaryUnit = sdbus::Struct<std::string, std::vector<Property>>;
     const std::vector<Property> properties = {
         {"PIDs", sdbus::Variant(std::vector<std::uint32_t>{static_cast<std::uint32_t>(launched.process)})},
         {"Description", sdbus::Variant(launched.name + ", launched by KOVA")},
         {"Slice", sdbus::Variant(std::string("app.slice"))},
-        // A unit that failed is not kept for inspection.
+        // systemd removes the unit even if it has failed.
         {"CollectMode", sdbus::Variant(std::string("inactive-or-failed"))}};
     const std::string name = scopeName(launched.identifier, launched.process);
     bus_.send(

@@ -29,15 +29,15 @@ class ApplicationScopes {
     struct Launched {
         pid_t process = 0;
         std::string identifier, name;
-        Seconds since{}; // uptime
+        Seconds launchedAt{}; // uptime
     };
-    void ask(const Launched& launched);
+    void requestScope(const Launched& launched);
     void connected();
 
     EventLoop& loop_;
     MessageBus bus_;
     bool isOpen_ = false;
-    std::vector<Launched> waiting_; // requests to send once the bus is connected
+    std::vector<Launched> pending_; // launches whose scope is requested once the bus is connected
 };
 
 } // namespace kova

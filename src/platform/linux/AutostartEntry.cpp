@@ -43,9 +43,9 @@ std::string_view trimmed(std::string_view text) {
 /// A line of an entry.
 struct Line {
     std::string text;
-    std::string key; // empty for a group, a remark and an empty line
+    std::string key; // empty for a group's heading, a comment and an empty line
     std::string value;
-    bool isOfEntry = false; // in the group that counts
+    bool isOfEntry = false; // in the group [Desktop Entry]
 };
 
 std::vector<Line> linesOf(std::string_view text) {
@@ -74,7 +74,7 @@ std::optional<std::string> valueOf(const std::vector<Line>& lines, std::string_v
     return std::nullopt;
 }
 
-/// The text with the key set to the value, or without it; every other line stays as it is.
+/// The text with the key set to the value, or without the key if `value` is absent. Other lines do not change.
 std::string withValue(const std::string& text, std::string_view key, const std::optional<std::string>& value) {
     std::vector<Line> lines = linesOf(text);
     std::erase_if(lines, [&](const Line& line) { return line.isOfEntry && line.key == key; });
@@ -91,14 +91,14 @@ std::string withValue(const std::string& text, std::string_view key, const std::
     return out;
 }
 
-/// The text as the value of a key.
+/// The text, escaped to be the value of a key.
 std::string keyValue(const std::string& text) {
     std::string value;
     for (const char c : text) value += c == '\\' ? std::string("\\\\") : std::string(1, c);
     return value;
 }
 
-/// The program as a word of an Exec line.
+/// The program, quoted to be a word of an Exec line.
 std::string execWord(const std::string& program) {
     constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+./,:@";
     if (program.find_first_not_of(kPlain) == std::string::npos) return program;
@@ -150,7 +150,7 @@ std::optional<std::string> AutostartEntry::registerAtLogin() {
     if (program_.empty()) return "where kova-agent is installed cannot be found out";
     const auto present = contents(entry_);
     if (!present || isAsWritten(*present)) return replace(writtenEntry());
-    // Enables an entry that the user had disabled; other lines stay.
+    // Enables an entry that the user disabled or edited; other lines do not change.
     std::string text = withValue(withValue(*present, kHidden, std::nullopt), kEnabled, std::nullopt);
     if (!isStartable(entry_)) {
         text = withValue(withValue(text, "TryExec", keyValue(program_)), "Exec", execWord(program_));
@@ -232,8 +232,8 @@ bool AutostartEntry::isAsWritten(const std::string& text) const {
 /// Replaces the entry atomically; the error, or absent on success.
 std::optional<std::string> AutostartEntry::replace(const std::string& text) const {
     std::error_code ignored;
-    fs::create_directories(entry_.parent_path(), ignored); // an error shows when the file is written
-    // An entry may be a link into a collection of settings.
+    fs::create_directories(entry_.parent_path(), ignored); // if this fails, writing the file fails with the reason
+    // Some users keep their configuration files elsewhere and link to them: the link's target is replaced.
     const fs::path target = fs::is_symlink(entry_, ignored) ? fs::weakly_canonical(entry_, ignored) : entry_;
     const int error = replaceFileAtomically(target, text, {});
     if (error == 0) return std::nullopt;

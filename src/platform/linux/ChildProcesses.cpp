@@ -18,9 +18,9 @@ namespace kova {
 
 namespace {
 
-constexpr unsigned int kMarkCloseOnExec = 4; // of close_range
-constexpr rlim_t kMostDescriptors = 65536;   // closed one by one if the kernel has no close_range
-constexpr Seconds kReapingPause{5};          // between two checks if the kernel has no pidfd
+constexpr unsigned int kCloseRangeCloexec = 4; // of close_range
+constexpr rlim_t kMaxDescriptors = 65536;      // closed one by one if the kernel has no close_range
+constexpr Seconds kReapingPause{5};            // between two checks if the kernel has no pidfd
 
 std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     std::vector<char*> pointers;
@@ -29,12 +29,12 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// All that the child needs, prepared before the fork: between fork and exec it must not allocate memory.
+/// All that the child needs, prepared before the fork, since the child must not allocate memory between fork and exec.
 struct ChildPlan {
     std::vector<char*> words, environment;
     const char* folder = nullptr;
-    int outcome = -1;                // where to write an error
-    std::optional<pid_t> endsWith{}; // the parent, with which the child ends
+    int outcome = -1;                       // where to write an error
+    std::optional<pid_t> parentToDieWith{}; // this process, if the child is to be killed when it ends
 };
 
 void resetSignals() {
@@ -44,14 +44,14 @@ void resetSignals() {
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// Closes the agent's descriptors in the child.
-void keepDescriptors() {
+/// Connects the standard descriptors to /dev/null and closes all others when the program starts.
+void closeInheritedDescriptors() {
     const int null = open("/dev/null", O_RDWR);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(null, standard);
-    if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, kMarkCloseOnExec) == 0) return;
+    if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, kCloseRangeCloexec) == 0) return;
     rlimit limit{};
     getrlimit(RLIMIT_NOFILE, &limit);
-    const int last = static_cast<int>(std::min(limit.rlim_cur, kMostDescriptors));
+    const int last = static_cast<int>(std::min(limit.rlim_cur, kMaxDescriptors));
     for (int descriptor = STDERR_FILENO + 1; descriptor < last; ++descriptor) fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 }
 
@@ -62,27 +62,27 @@ void keepDescriptors() {
     _exit(127);
 }
 
-/// In the child.
-[[noreturn]] void become(const ChildPlan& plan) {
+/// Runs the program in the child.
+[[noreturn]] void runInChild(const ChildPlan& plan) {
     setsid();
-    if (plan.endsWith) {
+    if (plan.parentToDieWith) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != *plan.endsWith) _exit(127); // the parent has ended already
+        if (getppid() != *plan.parentToDieWith) _exit(127); // the parent has ended already
     }
-    keepDescriptors();
+    closeInheritedDescriptors();
     if (chdir(plan.folder) != 0) reportAndEnd(plan.outcome, StartFailure::Step::enteringFolder);
-    resetSignals(); // not earlier: our handlers must not run here
+    resetSignals(); // unblocks signals only after the agent's handlers have been removed
     execve(plan.words[0], plan.words.data(), plan.environment.data());
     reportAndEnd(plan.outcome, StartFailure::Step::running);
 }
 
-/// The parent's part of fork; negative when it failed.
-pid_t give(const ChildPlan& plan) {
+/// Runs the plan in a child process. Returns the child's process to the parent; negative on failure, with errno set.
+pid_t forkChild(const ChildPlan& plan) {
     sigset_t all, before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
     const pid_t child = fork();
-    if (child == 0) become(plan);
+    if (child == 0) runInChild(plan);
     const int error = errno;
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     errno = error;
@@ -123,12 +123,12 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     };
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return fail(errno);
-    // Above the three standard descriptors.
+    // The number is above those of the standard descriptors, which the child replaces.
     const int outcome = fcntl(pipe[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(pipe[1]);
     const ChildPlan plan{pointersTo(command.words), pointersTo(command.environment), command.folder.c_str(), outcome,
                          command.endsWithParent ? std::optional(getpid()) : std::nullopt};
-    const pid_t process = outcome < 0 ? -1 : give(plan);
+    const pid_t process = outcome < 0 ? -1 : forkChild(plan);
     const int error = errno;
     if (outcome >= 0) close(outcome);
     if (process < 0) {
@@ -142,7 +142,7 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     child->watchingOutcome = loop_.watchReadable(pipe[0], [this, process] { readOutcome(process); });
     children_[process] = std::move(child);
     succeeded_.erase(process);
-    followToItsEnd(process);
+    watchForEnd(process);
     return process;
 }
 
@@ -164,7 +164,7 @@ void ChildProcesses::readOutcome(pid_t process) {
     }));
 }
 
-void ChildProcesses::followToItsEnd(pid_t process) {
+void ChildProcesses::watchForEnd(pid_t process) {
     Child& child = *children_[process];
     child.end = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
     if (child.end >= 0) {

@@ -22,13 +22,13 @@ class ChildProcesses final : public ChildStarting {
     ChildProcesses& operator=(const ChildProcesses&) = delete;
 
     std::optional<pid_t> start(const Command& command, Started started, Ended ended = {}) override;
-    /// Whether the process, the last one started here with that number, has ended with status 0.
+    /// Whether the process has ended with status 0. If several had that number, the last one started here counts.
     bool hasSucceeded(pid_t process) const { return succeeded_.contains(process); }
 
   private:
     struct Child;
     void readOutcome(pid_t process);
-    void followToItsEnd(pid_t process);
+    void watchForEnd(pid_t process);
     void reap(pid_t process);
 
     EventLoop& loop_;

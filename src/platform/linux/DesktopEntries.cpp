@@ -15,9 +15,9 @@ namespace kova {
 
 namespace {
 
-constexpr std::size_t kLargestEntryBytes = 1 << 20;
+constexpr std::size_t kMaxEntryBytes = 1 << 20;
 constexpr int kDeepestFolder = 8;
-constexpr std::size_t kMostIdentities = 1024; // windows can use any number of names
+constexpr std::size_t kMaxIdentities = 1024; // limits the cache, since windows can have any number of names
 constexpr std::string_view kSuffix = ".desktop";
 
 char asciiLower(char c) {
@@ -66,11 +66,11 @@ std::string unescaped(std::string_view value) {
 
 /// How well the locale of a key like Name[sr@latin] fits the user's locale: 0 for not at all, 1 for a key without a
 /// locale.
-int suitability(std::string_view keyLocale, std::string_view reader) {
+int suitability(std::string_view keyLocale, std::string_view userLocale) {
     if (keyLocale.empty()) return 1;
-    const auto modifierAt = std::min(reader.find('@'), reader.size());
-    const std::string modifier(reader.substr(modifierAt));
-    const auto withoutModifier = reader.substr(0, modifierAt);
+    const auto modifierAt = std::min(userLocale.find('@'), userLocale.size());
+    const std::string modifier(userLocale.substr(modifierAt));
+    const auto withoutModifier = userLocale.substr(0, modifierAt);
     const std::string languageAndCountry(withoutModifier.substr(0, withoutModifier.find('.')));
     const std::string language = languageAndCountry.substr(0, languageAndCountry.find('_'));
     if (language.empty()) return 0;
@@ -87,7 +87,7 @@ std::optional<std::string> readFile(const std::string& path) {
     struct stat status {};
     std::optional<std::string> out;
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
-        static_cast<std::size_t>(status.st_size) <= kLargestEntryBytes) {
+        static_cast<std::size_t>(status.st_size) <= kMaxEntryBytes) {
         std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
         const auto count = read(file, bytes.data(), bytes.size());
         if (count >= 0) {
@@ -116,7 +116,7 @@ std::string_view lastComponent(std::string_view id) {
     return id.substr(id.rfind('.') + 1);
 }
 
-std::vector<std::string> listed(std::string_view value, char separator) {
+std::vector<std::string> split(std::string_view value, char separator) {
     std::vector<std::string> members;
     while (!value.empty()) {
         const auto end = std::min(value.find(separator), value.size());
@@ -126,12 +126,12 @@ std::vector<std::string> listed(std::string_view value, char separator) {
     return members;
 }
 
-bool holds(const std::vector<std::string>& members, const std::string& wanted) {
+bool includes(const std::vector<std::string>& members, const std::string& wanted) {
     return std::find(members.begin(), members.end(), wanted) != members.end();
 }
 
-/// The keys that launching and listing need.
-void takeLaunching(DesktopEntry& entry, std::string_view key, std::string_view value) {
+/// Reads the keys that launching and listing need; ignores others.
+void readLaunchKey(DesktopEntry& entry, std::string_view key, std::string_view value) {
     if (key == "Exec") {
         entry.execLine = unescaped(value);
     } else if (key == "TryExec") {
@@ -141,16 +141,16 @@ void takeLaunching(DesktopEntry& entry, std::string_view key, std::string_view v
     } else if (key == "Terminal") {
         entry.needsTerminal = value == "true";
     } else if (key == "OnlyShowIn") {
-        entry.onlyShowIn = listed(value, ';');
+        entry.onlyShowIn = split(value, ';');
     } else if (key == "NotShowIn") {
-        entry.notShowIn = listed(value, ';');
+        entry.notShowIn = split(value, ';');
     } else if (key == "Categories") {
-        entry.isFileManager = holds(listed(value, ';'), "FileManager");
+        entry.isFileManager = includes(split(value, ';'), "FileManager");
     }
 }
 
-/// Of this process.
-std::string_view variable(const char* name) {
+/// Empty if the variable is not set.
+std::string_view environmentVariable(const char* name) {
     const char* value = std::getenv(name);
     return value ? value : "";
 }
@@ -158,9 +158,9 @@ std::string_view variable(const char* name) {
 } // namespace
 
 bool isShownOn(const DesktopEntry& entry, std::string_view currentDesktops) {
-    for (const auto& desktop : listed(currentDesktops, ':')) {
-        if (holds(entry.onlyShowIn, desktop)) return true;
-        if (holds(entry.notShowIn, desktop)) return false;
+    for (const auto& desktop : split(currentDesktops, ':')) {
+        if (includes(entry.onlyShowIn, desktop)) return true;
+        if (includes(entry.notShowIn, desktop)) return false;
     }
     return entry.onlyShowIn.empty();
 }
@@ -174,9 +174,9 @@ std::optional<std::string> findProgram(const std::string& name) {
         return name[0] == '/' && isProgram(name) ? std::optional(name) : std::nullopt;
     }
     if (name.empty()) return std::nullopt;
-    const auto path = variable("PATH");
-    for (const auto& folder : listed(path.empty() ? "/usr/local/bin:/usr/bin:/bin" : path, ':')) {
-        // A relative folder would depend on the current folder.
+    const auto path = environmentVariable("PATH");
+    for (const auto& folder : split(path.empty() ? "/usr/local/bin:/usr/bin:/bin" : path, ':')) {
+        // Relative folders are skipped, since they would depend on the current folder.
         if (folder[0] == '/' && isProgram(folder + "/" + name)) return folder + "/" + name;
     }
     return std::nullopt;
@@ -226,7 +226,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string
         } else if (key == "NoDisplay") {
             entry.isDisplayed = value != "true";
         } else {
-            takeLaunching(entry, key, value);
+            readLaunchKey(entry, key, value);
         }
     }
     if (!hasGroup) return std::nullopt;
@@ -247,7 +247,7 @@ ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
     const MutexLock lock(mutex_);
     if (const auto known = identities_.find(traces); known != identities_.end()) return known->second;
     if (!isScanned_ || hasChanged()) scan();
-    if (identities_.size() >= kMostIdentities) identities_.clear();
+    if (identities_.size() >= kMaxIdentities) identities_.clear();
 
     ApplicationIdentity identity;
     if (const Entry* entry = find(traces)) {
@@ -276,7 +276,7 @@ const DesktopEntries::Entry* DesktopEntries::find(const ApplicationTraces& trace
         const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
         return found == entries_.end() ? nullptr : &*found;
     };
-    // An exact match only: this is the id of an entry.
+    // The application's own ID is the id of an entry, so only an exact match counts.
     if (!applicationID.empty()) {
         if (const auto* entry = first([&](const Entry& e) { return textOf(e.id) == applicationID; })) return entry;
     }
@@ -355,7 +355,7 @@ void DesktopEntries::scanFolder(const std::string& folder, const std::string& id
             addFile(path, idPrefix + name.substr(0, name.size() - kSuffix.size()));
             continue;
         }
-        // A link to a folder may lead back to this one.
+        // Links to folders are not followed, since they may lead back to this folder.
         struct stat status {};
         if (lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
             scanFolder(path, idPrefix + name + "-", depth + 1);
@@ -375,7 +375,7 @@ void DesktopEntries::addFile(const std::string& path, const std::string& id) {
     Entry entry;
     entry.path = keep(path);
     const auto nameStart = static_cast<std::uint32_t>(path.size() - kSuffix.size());
-    // The id is the end of the path, unless it contains a subfolder's name.
+    // The id is a part of the path, whose text it shares, unless it contains the names of subfolders.
     entry.id = path.ends_with("/" + id + std::string(kSuffix))
                    ? Range{entry.path.start + nameStart - static_cast<std::uint32_t>(id.size()),
                            static_cast<std::uint32_t>(id.size())}
@@ -385,7 +385,7 @@ void DesktopEntries::addFile(const std::string& path, const std::string& id) {
     entry.iconName = keep(parsed->iconName);
     entry.isHidden = parsed->isHidden;
     entry.isDisplayed = parsed->isDisplayed;
-    entry.isListed = parsed->isDisplayed && isShownOn(*parsed, variable("XDG_CURRENT_DESKTOP")) &&
+    entry.isListed = parsed->isDisplayed && isShownOn(*parsed, environmentVariable("XDG_CURRENT_DESKTOP")) &&
                      !parsed->execLine.empty() && (parsed->tryExec.empty() || findProgram(parsed->tryExec));
     entry.isFileManager = parsed->isFileManager;
     entries_.push_back(entry);

@@ -20,23 +20,24 @@ namespace kova {
 
 /// The parts of a desktop entry that KOVA uses.
 struct DesktopEntry {
-    std::string name; // in the reader's language
+    std::string name; // in the language of the given locale
     std::string windowClass;
     std::string iconName;
     bool isApplication = false;
-    bool isHidden = false;      // treated as deleted, together with entries of the same id in later folders
+    bool isHidden = false;      // counts as deleted, and so do the entries with the same id in later folders
     bool isDisplayed = true;    // in menus
     bool isFileManager = false; // by its categories
     bool needsTerminal = false;
     std::string execLine;                           // empty if there is none
     std::string tryExec;                            // a program; if it does not exist, the application is not installed
-    std::string workingFolder;                      // empty: any
+    std::string workingFolder;                      // empty if any folder will do
     std::vector<std::string> onlyShowIn, notShowIn; // desktops
 };
 
-/// Whether menus of the desktops (as in XDG_CURRENT_DESKTOP, "ubuntu:GNOME") show it.
+/// Whether the entry is shown in the menus of these desktops, given in the form of XDG_CURRENT_DESKTOP
+/// ("ubuntu:GNOME").
 bool isShownOn(const DesktopEntry& entry, std::string_view currentDesktops);
-/// The program's file, found in PATH unless the name is a path; absent if it is not executable.
+/// The full path of the program, found in PATH unless `name` is a path; absent if there is no executable file.
 std::optional<std::string> findProgram(const std::string& name);
 /// The entry in that file; absent if it cannot be read or is invalid.
 std::optional<DesktopEntry> readDesktopEntry(const std::string& path, std::string_view locale);
@@ -50,19 +51,20 @@ class DesktopEntries final : public ApplicationCatalogue {
     /// The locale of messages, from the environment.
     static std::string localeOfMessages();
 
-    /// Finds an entry by the application's own ID; else by a StartupWMClass that is the class or the instance; else by
-    /// a file name, or its last component after a reverse domain name, that is the class. Each comparison is made
-    /// exactly, then without regard to case. Entries that menus do not show are considered last.
+    /// Finds the first entry of which the following is true, tried in this order: its id is the application's own ID;
+    /// its StartupWMClass is the window's class or instance name; its id is the class; the last component of its id,
+    /// after a reverse domain name, is the class. Except for the application's own ID, case is ignored if there is no
+    /// exact match. Entries that menus do not show are considered last.
     ApplicationIdentity identify(const ApplicationTraces& traces) override;
 
     /// The applications that menus show, sorted by name.
     std::vector<LaunchableApplication> launchableApplications();
-    /// The entry of that id, shown in menus or not.
+    /// The application of the entry with that id, which need not be shown in menus.
     std::optional<LaunchableApplication> launchableApplication(const BundleID& id);
     const std::string& locale() const { return locale_; }
 
   private:
-    // There are hundreds of entries, of which few are used, so they are stored as ranges of one text.
+    // There are hundreds of entries, of which few are used. To save memory, their texts are ranges of one text.
     struct Range {
         std::uint32_t start = 0;
         std::uint32_t length = 0;
@@ -76,7 +78,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     };
     struct Folder {
         std::string path;
-        std::int64_t changedNanoseconds = 0; // 0: not there
+        std::int64_t changedNanoseconds = 0; // 0 if the folder does not exist
     };
 
     void scan() KOVA_REQUIRES(mutex_);

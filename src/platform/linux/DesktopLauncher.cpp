@@ -14,10 +14,10 @@ namespace kova {
 
 namespace {
 
-/// Programs that run another one in a terminal, with the option before its name.
+/// A program that opens a terminal and runs another program in it.
 struct Terminal {
     const char* program;
-    const char* option; // null: no option, the name follows directly
+    const char* option; // precedes the other program's name; null if there is none
 };
 constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Terminal{"x-terminal-emulator", "-e"},
                                    Terminal{"gnome-terminal", "--"}, Terminal{"konsole", "-e"},
@@ -25,7 +25,8 @@ constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Termi
 
 using Words = std::vector<std::string>;
 
-/// Variables by which the agent itself was launched; a program that inherits them would use them as its own.
+/// Whether the variable identifies the launch of the agent. Launched programs must not inherit it, since they would
+/// take it for that of their own launch.
 bool identifiesAgentLaunch(std::string_view variable) {
     for (const std::string_view name : {"DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "GIO_LAUNCHED_DESKTOP_FILE="}) {
         if (variable.starts_with(name)) return true;
@@ -114,19 +115,19 @@ void DesktopLauncher::launch(const LaunchableApplication& application, LaunchAct
     Command command{.words = std::get<Words>(std::move(words)),
                     .folder = entry->workingFolder.empty() ? homeFolder() : entry->workingFolder,
                     .environment = environmentForLaunchedProgram()};
-    // Window managers do not focus a window whose user time is 0, and toolkits take that time from this id.
+    // The id sets the user time of the program's windows to 0. Window managers do not focus such windows.
     if (activation == LaunchActivation::inBackground) {
         command.environment.push_back("DESKTOP_STARTUP_ID=kova-" + std::to_string(getpid()) + "-" +
                                       std::to_string(++backgroundLaunches_) + "_TIME0");
     }
     processes_.start(command, [scopes = scopes_, identifier = application.identifier, name = application.name, command,
-                               completion = std::move(completion)](const auto& how) {
+                               completion = std::move(completion)](const auto& outcome) {
         LaunchResult result;
-        if (const auto* failure = std::get_if<StartFailure>(&how)) {
+        if (const auto* failure = std::get_if<StartFailure>(&outcome)) {
             result.error = name + " " + explain(*failure, command);
         } else {
-            result.processIdentifier = std::get<pid_t>(how);
-            if (scopes) scopes->moveToOwnScope(std::get<pid_t>(how), identifier, name);
+            result.processIdentifier = std::get<pid_t>(outcome);
+            if (scopes) scopes->moveToOwnScope(std::get<pid_t>(outcome), identifier, name);
         }
         completion(result);
     });

@@ -11,7 +11,7 @@
 namespace kova {
 
 struct EventLoop::Loop {
-    // One thread runs it; others only post.
+    // Only one thread runs the context; others only post.
     asio::io_context context{1};
     asio::executor_work_guard<asio::io_context::executor_type> staysOpen{context.get_executor()};
     asio::signal_set signals{context};
@@ -22,7 +22,7 @@ class EventLoop::Timer final : public ScheduledWork, public std::enable_shared_f
   public:
     Timer(asio::io_context& context, std::function<void()> work) : timer_(context), work_(std::move(work)) {}
 
-    /// The wait holds the timer, so that dropping the handle changes nothing.
+    /// The pending wait owns the timer, so that dropping the handle does not cancel the work.
     void start(std::chrono::steady_clock::duration delay) {
         timer_.expires_after(delay);
         timer_.async_wait([self = shared_from_this()](const asio::error_code&) { self->fire(); });
@@ -31,7 +31,7 @@ class EventLoop::Timer final : public ScheduledWork, public std::enable_shared_f
         asio::post(context, [self = shared_from_this()] { self->fire(); });
     }
     void cancel() override {
-        work_ = nullptr; // also if it is due and queued already
+        work_ = nullptr; // cancelling the timer has no effect if its handler is already queued
         timer_.cancel();
     }
 
@@ -50,7 +50,7 @@ class EventLoop::Watch final : public std::enable_shared_from_this<Watch> {
         descriptor_(context, descriptor), readable_(std::move(readable)) {}
     ~Watch() { descriptor_.release(); }
 
-    /// A pending wait holds the watch weakly: it ends with the subscription.
+    /// The pending wait does not own the watch, so that dropping the subscription ends the watch.
     void wait() {
         descriptor_.async_wait(asio::posix::descriptor_base::wait_read,
                                [weak = weak_from_this()](const asio::error_code& error) {

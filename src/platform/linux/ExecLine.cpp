@@ -20,7 +20,7 @@ class ExecLineReader {
     std::variant<std::vector<std::string>, std::string> read() {
         while (!rest_.empty() && !problem_) readCharacter();
         if (!problem_) endWord();
-        if (!problem_) judgeProgram();
+        if (!problem_) checkProgram();
         if (problem_) return *problem_;
         return std::move(words_);
     }
@@ -34,7 +34,7 @@ class ExecLineReader {
             isStarted_ = true;
             readQuoted();
         } else if (c == '\'') {
-            // Not part of the rules, but used by many entries.
+            // Single quotes are not part of the format, but many entries use them.
             isStarted_ = true;
             const auto end = rest_.find('\'');
             if (end == std::string_view::npos) return fail("has an Exec line with a quote that does not end");
@@ -79,7 +79,7 @@ class ExecLineReader {
         }
     }
 
-    /// It becomes two words, so it is expanded only as a word of its own.
+    /// The icon becomes two words, so the code is expanded only if it is a whole word.
     void addIcon() {
         const bool isAlone = !isStarted_ && (rest_.empty() || kBlanks.find(rest_[0]) != std::string_view::npos);
         if (!isAlone || context_.iconName.empty()) return;
@@ -96,14 +96,14 @@ class ExecLineReader {
         word_ += text;
     }
 
-    /// A word that consists of a dropped code only is left out.
+    /// Adds the word that was read. A word that consists only of dropped codes is not added.
     void endWord() {
         if (isStarted_) words_.push_back(std::move(word_));
         word_.clear();
         isStarted_ = false;
     }
 
-    void judgeProgram() {
+    void checkProgram() {
         for (const auto& word : words_) {
             if (word.find('\0') != std::string::npos) return fail("has an Exec line with a zero byte");
         }
@@ -126,7 +126,7 @@ class ExecLineReader {
     const ExecLineContext& context_;
     std::vector<std::string> words_;
     std::string word_;
-    bool isStarted_ = false; // there is a word, be it empty
+    bool isStarted_ = false; // a word has begun, which may be empty
     std::optional<std::string> problem_;
 };
 

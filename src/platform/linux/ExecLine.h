@@ -16,9 +16,9 @@ struct ExecLineContext {
     std::string entryPath; // %k
 };
 
-/// The program and its arguments, at least one word; or an error, as the end of a sentence that begins with the
-/// application ("has an Exec line …"). `line` is the key's value without the file's own escapes. Codes for files and
-/// URLs are dropped.
+/// The program and its arguments, at least one word; or an error, which continues a sentence that begins with the
+/// application's name ("has an Exec line …"). In `line` the escapes of the desktop file have been resolved. Field codes
+/// for files and URLs are dropped.
 std::variant<std::vector<std::string>, std::string> wordsOfExecLine(std::string_view line,
                                                                     const ExecLineContext& context);
 

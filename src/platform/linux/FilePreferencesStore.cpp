@@ -15,18 +15,18 @@ FilePreferencesStore::FilePreferencesStore(std::filesystem::path file, MainQueue
     if (!loaded.notice.empty()) notices_.push_back(loaded.notice);
     report(loaded.notice);
     report(writeProblem_ = loaded.problem);
-    if (!writeProblem_.empty()) noteChange(); // so that it is tried again
+    if (!writeProblem_.empty()) noteChange(); // the write that follows tries to read the file again
 }
 
 std::optional<PreferenceValue> FilePreferencesStore::value(std::string_view key) const {
-    if (const auto promise = deferred_.find(key); promise != deferred_.end()) return promise->second();
+    if (const auto deferred = deferred_.find(key); deferred != deferred_.end()) return deferred->second();
     const auto found = values_.find(key);
     if (found == values_.end() || found->second == PreferenceValue(PreferenceData{"null"})) return std::nullopt;
     return found->second;
 }
 
 void FilePreferencesStore::setValue(std::string_view key, PreferenceValue value) {
-    if (const auto promise = deferred_.find(key); promise != deferred_.end()) deferred_.erase(promise);
+    if (const auto deferred = deferred_.find(key); deferred != deferred_.end()) deferred_.erase(deferred);
     store(key, std::move(value));
 }
 
@@ -52,7 +52,7 @@ void FilePreferencesStore::store(std::string_view key, PreferenceValue value) {
 }
 
 void FilePreferencesStore::removeValue(std::string_view key) {
-    if (const auto promise = deferred_.find(key); promise != deferred_.end()) deferred_.erase(promise);
+    if (const auto deferred = deferred_.find(key); deferred != deferred_.end()) deferred_.erase(deferred);
     const auto found = values_.find(key);
     if (found == values_.end()) return;
     values_.erase(found);
@@ -81,7 +81,7 @@ PreferencesFile::Request FilePreferencesStore::request() const {
     return {values_, version_, unusable_.notKept()};
 }
 
-/// Changes during a write are written after it.
+/// Changes that are made during a write are written by the next one.
 void FilePreferencesStore::writeNow() {
     makeDeferredValues();
     if (isWriting_ || isWritten()) return;
@@ -89,15 +89,15 @@ void FilePreferencesStore::writeNow() {
     scheduledWrite_.reset();
     isWriting_ = true;
     const std::function<void(const PreferencesFile::Request&, const PreferencesFile::Written&)> finishLater =
-        lifetime_.guard([this](const PreferencesFile::Request& asked, const PreferencesFile::Written& written) {
+        lifetime_.guard([this](const PreferencesFile::Request& requested, const PreferencesFile::Written& written) {
             isWriting_ = false;
-            finish(asked, written);
+            finish(requested, written);
             if (!pendingSaves_.empty()) writeNow();
         });
-    diskQueue_.post([file = file_, asked = std::make_shared<const PreferencesFile::Request>(request()),
+    diskQueue_.post([file = file_, requested = std::make_shared<const PreferencesFile::Request>(request()),
                      now = queue_.now(), &queue = queue_, finishLater] {
-        auto written = std::make_shared<const PreferencesFile::Written>(file->write(*asked, now));
-        queue.post([finishLater, asked, written] { finishLater(*asked, *written); });
+        auto written = std::make_shared<const PreferencesFile::Written>(file->write(*requested, now));
+        queue.post([finishLater, requested, written] { finishLater(*requested, *written); });
     });
 }
 
@@ -110,14 +110,14 @@ void FilePreferencesStore::save(SaveHandler done) {
 
 void FilePreferencesStore::synchronize() {
     makeDeferredValues();
-    const auto asked = request();
-    finish(asked, file_->write(asked, queue_.now()));
+    const auto requested = request();
+    finish(requested, file_->write(requested, queue_.now()));
 }
 
-void FilePreferencesStore::finish(const PreferencesFile::Request& asked, const PreferencesFile::Written& written) {
-    takeOver(written.takenOver, asked.values);
+void FilePreferencesStore::finish(const PreferencesFile::Request& requested, const PreferencesFile::Written& written) {
+    takeOver(written.takenOver, requested.values);
     if (!written.keptAt.empty()) {
-        unusable_.keptAt(asked.unusable, written.keptAt);
+        unusable_.keptAt(requested.unusable, written.keptAt);
         report("the preferences with values that are not used were kept as " + written.keptAt);
     }
     if (!written.notice.empty() && std::ranges::find(notices_, written.notice) == notices_.end()) {
@@ -126,20 +126,20 @@ void FilePreferencesStore::finish(const PreferencesFile::Request& asked, const P
     }
     if (written.problem != writeProblem_) report(writeProblem_ = written.problem);
     if (written.isOnDisk) {
-        writtenVersion_ = std::max(writtenVersion_, asked.version);
+        writtenVersion_ = std::max(writtenVersion_, requested.version);
         retryDelay_ = kFirstRetry;
         if (!isWritten()) writeWithin(kGatheringTime);
     } else {
         writeWithin(retryDelay_);
         retryDelay_ = std::min(2 * retryDelay_, kLongestRetry);
     }
-    completeSaves(asked.version);
+    completeSaves(requested.version);
 }
 
-void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& asked) {
+void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& requested) {
     for (const auto& [key, theirs] : changes) {
-        const auto ours = std::as_const(values_).find(key), before = asked.find(key);
-        const bool isChangedSince = (ours == values_.cend()) != (before == asked.end()) ||
+        const auto ours = std::as_const(values_).find(key), before = requested.find(key);
+        const bool isChangedSince = (ours == values_.cend()) != (before == requested.end()) ||
                                     (ours != values_.cend() && ours->second != before->second);
         if (isChangedSince) continue;
         if (theirs) {
@@ -150,13 +150,14 @@ void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, c
     }
 }
 
-/// Clients are finished after a failed write as well: the change is in memory, and the write will be retried.
+/// Completes the saves up to `version`, also after a failed write: the changes are in memory, and the write will be
+/// retried.
 void FilePreferencesStore::completeSaves(std::uint64_t version) {
-    const auto firstLeft =
+    const auto firstRemaining =
         std::ranges::find_if(pendingSaves_, [version](const PendingSave& save) { return save.version > version; });
     std::vector<PendingSave> finished(std::make_move_iterator(pendingSaves_.begin()),
-                                      std::make_move_iterator(firstLeft));
-    pendingSaves_.erase(pendingSaves_.begin(), firstLeft);
+                                      std::make_move_iterator(firstRemaining));
+    pendingSaves_.erase(pendingSaves_.begin(), firstRemaining);
     const auto problem = writeProblem_.empty() ? std::nullopt : std::optional(writeProblem_);
     for (const PendingSave& save : finished) save.done(problem);
 }

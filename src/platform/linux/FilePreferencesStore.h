@@ -54,7 +54,7 @@ class FilePreferencesStore final : public PreferencesStore {
     void writeNow();
     PreferencesFile::Request request() const;
     void finish(const PreferencesFile::Request& request, const PreferencesFile::Written& written);
-    void takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& asked);
+    void takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& requested);
     void completeSaves(std::uint64_t version);
     void report(const std::string& text);
 

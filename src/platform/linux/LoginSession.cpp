@@ -82,7 +82,7 @@ void LoginSession::update(ActivityFacts facts) {
     if (reportedInARow_ < LoginSessionTimeouts::changesAtOnce) report();
 }
 
-/// Each change suspends or resumes the workspace, so of a flood of changes only the last state is reported.
+/// Each change suspends or resumes the workspace. Therefore only the last state of a flood of changes is reported.
 void LoginSession::report() {
     const auto events = eventsBetween(reported_, facts_);
     reported_ = facts_;

@@ -57,7 +57,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     EventLoop& loop_;
     LoginSessionTimeouts timeouts_;
     ActivityFacts facts_;
-    ActivityFacts reported_; // as last reported to observers
+    ActivityFacts reported_; // the facts at the last report to observers
     int reportedInARow_ = 0; // changes since `floodTimer_` began
     std::shared_ptr<ScheduledWork> floodTimer_;
     std::atomic<bool> isLockedHintSet_ = false;

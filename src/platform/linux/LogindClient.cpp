@@ -48,7 +48,7 @@ SessionHints SessionHints::ofThisProcess() {
 LogindClient::LogindClient(std::string busAddress, SessionHints hints, EventLoop& loop, Listener listener) :
     hints_(std::move(hints)), bus_("system bus", std::move(busAddress), loop), listener_(std::move(listener)) {
     bus_.open(
-        signals(), [this] { begin(); }, [this] { onDisconnected("the system bus is gone"); });
+        signals(), [this] { findSession(); }, [this] { onDisconnected("the system bus is gone"); });
 }
 
 std::string LogindClient::description() const {
@@ -68,13 +68,13 @@ std::vector<BusSignal> LogindClient::signals() {
                        listener_.sleep(isPreparing);
                    }});
     all.push_back({kService, signalRule(kManager, "SessionNew"), [this](sdbus::Message&) {
-                       if (!hasSession()) begin(); // the new session may be the agent's
+                       if (!hasSession()) findSession(); // the new session may be the agent's
                    }});
     all.push_back({kService, signalRule(kManager, "SessionRemoved"), [this](sdbus::Message& message) {
                        std::string id;
                        sdbus::ObjectPath path;
                        message >> id >> path;
-                       if (path == sessionPath_) begin();
+                       if (path == sessionPath_) findSession();
                    }});
     all.push_back({kService, signalRule(kSession, "Lock"), [this](sdbus::Message& message) {
                        if (message.getPath() == sessionPath_) listener_.lockSignal();
@@ -90,25 +90,25 @@ std::vector<BusSignal> LogindClient::signals() {
         if (owner.empty()) {
             onDisconnected("logind does not run");
         } else {
-            begin();
+            findSession();
         }
     }));
     return all;
 }
 
-void LogindClient::begin() {
+void LogindClient::findSession() {
     const Number round = ++round_;
     candidate_.reset();
     bus_.queryOwner(kService, [this, round](const std::string& owner) {
         if (round != round_) return;
         if (owner.empty()) return onDisconnected("logind does not run");
-        bus_.ask({kService, kManagerPath, kProperties, "Get"}, {kManager, "PreparingForSleep"},
-                 [this, round](sdbus::Message* reply) {
-                     if (!reply || round != round_) return;
-                     sdbus::Variant value;
-                     *reply >> value;
-                     listener_.sleep(value.get<bool>());
-                 });
+        bus_.call({kService, kManagerPath, kProperties, "Get"}, {kManager, "PreparingForSleep"},
+                  [this, round](sdbus::Message* reply) {
+                      if (!reply || round != round_) return;
+                      sdbus::Variant value;
+                      *reply >> value;
+                      listener_.sleep(value.get<bool>());
+                  });
         search(Search::namedByEnvironment);
     });
 }
@@ -121,43 +121,43 @@ void LogindClient::onDisconnected(std::string problem) {
     listener_.disconnected();
 }
 
-void LogindClient::search(Search place) {
+void LogindClient::search(Search way) {
     const auto round = round_;
-    const auto onePath = [this, round, place](sdbus::Message* reply) {
+    const auto onePath = [this, round, way](sdbus::Message* reply) {
         if (round != round_) return;
         sdbus::ObjectPath path;
         if (reply) *reply >> path;
-        examine(path.empty() ? std::vector<std::string>() : std::vector<std::string>{path}, place);
+        examine(path.empty() ? std::vector<std::string>() : std::vector<std::string>{path}, way);
     };
     const auto managerMethod = [](const char* method) { return BusMethod{kService, kManagerPath, kManager, method}; };
-    switch (place) {
+    switch (way) {
     case Search::namedByEnvironment:
         if (!hints_.sessionID) return search(Search::ofProcess);
-        return bus_.ask(managerMethod("GetSession"), MessageBus::Words{*hints_.sessionID}, onePath);
+        return bus_.call(managerMethod("GetSession"), MessageBus::Words{*hints_.sessionID}, onePath);
     case Search::ofProcess:
-        return bus_.ask(managerMethod("GetSessionByPID"), static_cast<std::uint32_t>(hints_.process), onePath);
+        return bus_.call(managerMethod("GetSessionByPID"), static_cast<std::uint32_t>(hints_.process), onePath);
     case Search::displayOfUser:
-        return bus_.ask(
+        return bus_.call(
             managerMethod("GetUser"), static_cast<std::uint32_t>(hints_.user), [this, round](sdbus::Message* reply) {
                 if (round != round_) return;
                 if (!reply) return examine({}, Search::displayOfUser);
                 sdbus::ObjectPath user;
                 *reply >> user;
-                bus_.ask({kService, user, kProperties, "Get"}, {kUser, "Display"},
-                         [this, round](sdbus::Message* answer) {
-                             if (round != round_) return;
-                             std::vector<std::string> paths;
-                             if (answer) {
-                                 sdbus::Variant value;
-                                 *answer >> value;
-                                 const auto display = value.get<sdbus::Struct<std::string, sdbus::ObjectPath>>();
-                                 if (!std::get<0>(display).empty()) paths.push_back(std::get<1>(display));
-                             }
-                             examine(std::move(paths), Search::displayOfUser);
-                         });
+                bus_.call({kService, user, kProperties, "Get"}, {kUser, "Display"},
+                          [this, round](sdbus::Message* displayReply) {
+                              if (round != round_) return;
+                              std::vector<std::string> paths;
+                              if (displayReply) {
+                                  sdbus::Variant value;
+                                  *displayReply >> value;
+                                  const auto display = value.get<sdbus::Struct<std::string, sdbus::ObjectPath>>();
+                                  if (!std::get<0>(display).empty()) paths.push_back(std::get<1>(display));
+                              }
+                              examine(std::move(paths), Search::displayOfUser);
+                          });
             });
     case Search::anyOfUser:
-        return bus_.ask(managerMethod("ListSessions"), MessageBus::Words{}, [this, round](sdbus::Message* reply) {
+        return bus_.call(managerMethod("ListSessions"), MessageBus::Words{}, [this, round](sdbus::Message* reply) {
             if (round != round_) return;
             using Listed = sdbus::Struct<std::string, std::uint32_t, std::string, std::string, sdbus::ObjectPath>;
             std::vector<Listed> listed;
@@ -169,48 +169,48 @@ void LogindClient::search(Search place) {
             examine(std::move(paths), Search::anyOfUser);
         });
     case Search::over:
-        return conclude();
+        return finishSearch();
     }
 }
 
 /// Uses the first graphical session, else continues with the next way to search.
-void LogindClient::examine(std::vector<std::string> paths, Search place) {
-    if (paths.empty()) return search(static_cast<Search>(static_cast<int>(place) + 1));
+void LogindClient::examine(std::vector<std::string> paths, Search way) {
+    if (paths.empty()) return search(static_cast<Search>(static_cast<int>(way) + 1));
     const std::string path = paths.front();
     paths.erase(paths.begin());
     const auto round = round_;
-    querySession(path, [this, round, place, rest = std::move(paths)](const std::optional<Session>& session) {
+    querySession(path, [this, round, way, rest = std::move(paths)](const std::optional<Session>& session) {
         if (round != round_) return;
         if (session && session->isOurs) {
-            if (session->isGraphical()) return take(*session);
-            if (!candidate_) candidate_ = session; // a session of startx is still a terminal session
+            if (session->isGraphical()) return use(*session);
+            if (!candidate_) candidate_ = session; // a desktop started by startx runs in a terminal's session
         }
-        examine(rest, place);
+        examine(rest, way);
     });
 }
 
 void LogindClient::querySession(const std::string& path, std::function<void(std::optional<Session>)> known) {
-    bus_.ask({kService, path, kProperties, "GetAll"}, {kSession},
-             [this, path, known = std::move(known)](sdbus::Message* reply) {
-                 if (!reply) return known(std::nullopt);
-                 Properties properties;
-                 *reply >> properties;
-                 using User = sdbus::Struct<std::uint32_t, sdbus::ObjectPath>;
-                 const auto user = property<User>(properties, "User");
-                 Session session;
-                 session.path = path;
-                 session.id = property<std::string>(properties, "Id").value_or("");
-                 session.type = property<std::string>(properties, "Type").value_or("");
-                 session.isOurs = user && std::get<0>(*user) == hints_.user &&
-                                  property<std::string>(properties, "Class").value_or("user") == "user" &&
-                                  property<std::string>(properties, "State") != "closing";
-                 session.isActive = property<bool>(properties, "Active").value_or(true);
-                 session.isLocked = property<bool>(properties, "LockedHint").value_or(false);
-                 known(session);
-             });
+    bus_.call({kService, path, kProperties, "GetAll"}, {kSession},
+              [this, path, known = std::move(known)](sdbus::Message* reply) {
+                  if (!reply) return known(std::nullopt);
+                  Properties properties;
+                  *reply >> properties;
+                  using User = sdbus::Struct<std::uint32_t, sdbus::ObjectPath>;
+                  const auto user = property<User>(properties, "User");
+                  Session session;
+                  session.path = path;
+                  session.id = property<std::string>(properties, "Id").value_or("");
+                  session.type = property<std::string>(properties, "Type").value_or("");
+                  session.isOurs = user && std::get<0>(*user) == hints_.user &&
+                                   property<std::string>(properties, "Class").value_or("user") == "user" &&
+                                   property<std::string>(properties, "State") != "closing";
+                  session.isActive = property<bool>(properties, "Active").value_or(true);
+                  session.isLocked = property<bool>(properties, "LockedHint").value_or(false);
+                  known(session);
+              });
 }
 
-void LogindClient::take(const Session& session) {
+void LogindClient::use(const Session& session) {
     if (sessionPath_ != session.path) {
         log(LogLevel::note, "logind knows this session as " + session.id + " (" + session.type + ")");
     }
@@ -222,8 +222,8 @@ void LogindClient::take(const Session& session) {
     listener_.lockedHint(session.isLocked);
 }
 
-void LogindClient::conclude() {
-    if (const auto session = candidate_) return take(*session);
+void LogindClient::finishSearch() {
+    if (const auto session = candidate_) return use(*session);
     onDisconnected("logind knows no session of this user");
 }
 
@@ -241,7 +241,7 @@ void LogindClient::propertiesChanged(sdbus::Message& message) {
 
 void LogindClient::querySessionAgain() {
     querySession(sessionPath_, [this, round = round_](const std::optional<Session>& session) {
-        if (session && round == round_) take(*session);
+        if (session && round == round_) use(*session);
     });
 }
 

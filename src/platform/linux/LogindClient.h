@@ -1,4 +1,4 @@
-// Learns from logind when the machine sleeps, which session is the agent's, and whether that session is active and
+// Finds the agent's session with logind, and reports when the machine sleeps and whether that session is active and
 // locked. logind may start late, restart or be missing; the session may appear late as well.
 #pragma once
 
@@ -52,17 +52,17 @@ class LogindClient {
         bool isLocked = false;
         bool isGraphical() const { return type == "x11" || type == "wayland" || type == "mir"; }
     };
-    /// Ways to find the session, the most reliable first.
+    /// Ways to find the session, the most reliable first; `over` when none is left.
     enum class Search { namedByEnvironment, ofProcess, displayOfUser, anyOfUser, over };
     using Number = std::uint64_t;
 
     std::vector<BusSignal> signals();
-    void begin();
+    void findSession();
     void onDisconnected(std::string problem);
-    void search(Search place);
-    void examine(std::vector<std::string> paths, Search place);
-    void take(const Session& session);
-    void conclude();
+    void search(Search way);
+    void examine(std::vector<std::string> paths, Search way);
+    void use(const Session& session);
+    void finishSearch();
     void querySession(const std::string& path, std::function<void(std::optional<Session>)> known);
     void propertiesChanged(sdbus::Message& message);
     void querySessionAgain();
@@ -73,7 +73,7 @@ class LogindClient {
     std::string sessionPath_; // empty while there is none
     std::string sessionName_; // for messages
     std::string problem_;
-    std::optional<Session> candidate_; // a session without a screen, used if no better one is found
+    std::optional<Session> candidate_; // a session that is not graphical, used if no graphical one is found
     Number round_ = 0;                 // number of the search; replies to requests of an older search are ignored
     Lifetime lifetime_;
 };

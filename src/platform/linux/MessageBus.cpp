@@ -32,7 +32,7 @@ constexpr int kMessagesPerCall = 64;
 
 constexpr const char* kBusService = "org.freedesktop.DBus";
 
-/// Why no process listens at a socket's path; empty when one does.
+/// Why no process listens at the socket's path; empty if a process listens.
 std::string whyNotListening(const std::string& path) {
     sockaddr_un place{};
     place.sun_family = AF_UNIX;
@@ -40,14 +40,15 @@ std::string whyNotListening(const std::string& path) {
     path.copy(place.sun_path, path.size());
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (socket < 0) return std::strerror(errno);
-    const bool answers = ::connect(socket, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
-    const std::string problem = answers ? "" : path + ": " + std::strerror(errno);
+    const bool isListening = ::connect(socket, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
+    const std::string problem = isListening ? "" : path + ": " + std::strerror(errno);
     ::close(socket);
     return problem;
 }
 
-/// Why no bus answers at any of the addresses; empty if one does, or if only the library can find out. Called first
-/// because the library leaks memory with each failed attempt, and a bus may be missing for days.
+/// Why no bus listens at any of the addresses; empty if a bus listens, or if only the library understands an address.
+/// This is checked before the library connects, since the library leaks memory at each failed attempt, and a bus may be
+/// missing for days.
 std::string whyUnreachable(std::string_view addresses) {
     constexpr std::string_view kPlain = "unix:path=";
     std::string problem;
@@ -62,7 +63,7 @@ std::string whyUnreachable(std::string_view addresses) {
     return problem;
 }
 
-/// Null on failure, with the problem.
+/// Null on failure, with the reason in `problem`.
 std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, const std::vector<BusSignal>& signals,
                                                  std::string& problem) {
     try {
@@ -98,7 +99,7 @@ BusSignal ownerChange(const std::string& service, std::function<void(const std::
             }};
 }
 
-/// Shared with the thread that connects, which may outlive the MessageBus if the bus does not answer.
+/// Shared with the thread that connects, which outlives the MessageBus if the bus does not respond.
 struct MessageBus::Attempt {
     Mutex mutex;
     MessageBus* bus; // null once the connection is not needed any more; set and read on the main thread only
@@ -152,20 +153,20 @@ void MessageBus::connect() {
         const MutexLock lock(attempt->mutex);
         if (!attempt->queue) return;
         attempt->queue->post([attempt, connection, problem]() mutable {
-            if (attempt->bus) attempt->bus->arrived(std::move(connection), problem);
+            if (attempt->bus) attempt->bus->finishConnecting(std::move(connection), problem);
         });
     }).detach();
 }
 
-void MessageBus::arrived(std::shared_ptr<sdbus::IConnection> connection, const std::string& problem) {
+void MessageBus::finishConnecting(std::shared_ptr<sdbus::IConnection> connection, const std::string& problem) {
     attempt_.reset();
     connection_ = std::move(connection);
-    if (!connection_) return lose(problem);
+    if (!connection_) return disconnect(problem);
     pause_ = kFirstPause;
     problem_.clear();
     log(LogLevel::detail, "connected to the " + name_);
     connected_();
-    process(); // signals may have arrived since
+    process(); // signals that have arrived before the descriptor is watched
     if (!connection_) return;
     watch_ = loop_.watchReadable(connection_->getEventLoopPollData().fd, [this] { process(); });
 }
@@ -182,17 +183,17 @@ void MessageBus::send(const BusMethod& method, const std::function<void(sdbus::M
             try {
                 handler(refusal ? nullptr : &reply);
             } catch (const sdbus::Error&) {
-                handler(nullptr); // a reply to another call
+                handler(nullptr); // the reply has other types than `handler` reads
             }
         });
     } catch (const sdbus::Error& error) {
-        // The connection is being lost; reading will report that.
+        // The connection is broken; the next `process` reports that.
         log(LogLevel::detail, "the " + name_ + " takes no question: " + error.getMessage());
     }
     waitForDeadline();
 }
 
-void MessageBus::ask(const BusMethod& method, const Words& words, ReplyHandler handler) {
+void MessageBus::call(const BusMethod& method, const Words& words, ReplyHandler handler) {
     send(
         method,
         [&](sdbus::MethodCall& call) {
@@ -201,20 +202,20 @@ void MessageBus::ask(const BusMethod& method, const Words& words, ReplyHandler h
         std::move(handler));
 }
 
-void MessageBus::ask(const BusMethod& method, std::uint32_t number, ReplyHandler handler) {
+void MessageBus::call(const BusMethod& method, std::uint32_t number, ReplyHandler handler) {
     send(
         method, [&](sdbus::MethodCall& call) { call << number; }, std::move(handler));
 }
 
 void MessageBus::queryOwner(const std::string& service, std::function<void(const std::string&)> handler) {
-    ask({kBusService, "/org/freedesktop/DBus", kBusService, "GetNameOwner"}, {service},
-        [this, service, handler = std::move(handler)](sdbus::Message* reply) {
-            std::string owner;
-            if (reply) *reply >> owner;
-            // A missing reply does not mean that a known owner has left; the bus announces that.
-            if (!owner.empty()) setOwner(service, owner);
-            handler(owner);
-        });
+    call({kBusService, "/org/freedesktop/DBus", kBusService, "GetNameOwner"}, {service},
+         [this, service, handler = std::move(handler)](sdbus::Message* reply) {
+             std::string owner;
+             if (reply) *reply >> owner;
+             // A missing reply does not mean that a known owner has left; the bus announces that.
+             if (!owner.empty()) setOwner(service, owner);
+             handler(owner);
+         });
 }
 
 void MessageBus::setOwner(const std::string& service, const std::string& owner) {
@@ -225,8 +226,8 @@ void MessageBus::setOwner(const std::string& service, const std::string& owner) 
     }
 }
 
-/// Match rules do not exclude forged signals: a signal that is addressed to this connection alone is delivered without
-/// matching. But the bus itself writes the true sender into each message.
+/// Match rules do not exclude forged signals: a signal that is addressed to this connection alone is delivered whatever
+/// the rules are. But the bus itself writes the true sender into each message.
 bool MessageBus::isGenuine(const sdbus::Message& signal, const std::string& sender) const {
     if (sender == kBusService) return signal.getSender() == kBusService;
     const auto owner = owners_.find(sender);
@@ -238,7 +239,7 @@ void MessageBus::process() {
         int handled = 0;
         while (connection_ && connection_->processPendingRequest()) {
             if (++handled < kMessagesPerCall) continue;
-            // Messages may have been read already, for which the descriptor does not become readable.
+            // The library may have read further messages already. For these the descriptor does not become readable.
             if (!std::exchange(isProcessDue_, true)) {
                 loop_.post(lifetime_.guard([this] {
                     isProcessDue_ = false;
@@ -248,12 +249,12 @@ void MessageBus::process() {
             break;
         }
     } catch (const sdbus::Error& error) {
-        return lose(error.getMessage());
+        return disconnect(error.getMessage());
     }
     waitForDeadline();
 }
 
-/// Calls time out although the descriptor does not become readable.
+/// Calls `process` when the next pending call times out, since the descriptor does not become readable then.
 void MessageBus::waitForDeadline() {
     if (deadline_) std::exchange(deadline_, nullptr)->cancel();
     if (!connection_) return;
@@ -262,7 +263,7 @@ void MessageBus::waitForDeadline() {
     deadline_ = loop_.after(*remaining, lifetime_.guard([this] { process(); }));
 }
 
-void MessageBus::lose(const std::string& problem) {
+void MessageBus::disconnect(const std::string& problem) {
     const bool wasConnected = problem_.empty();
     problem_ = problem;
     watch_ = {};

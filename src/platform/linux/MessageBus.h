@@ -28,7 +28,7 @@ struct BusSignal {
     std::function<void(sdbus::Message&)> received;
 };
 
-/// The bus's signal that `service` has another owner; `owner` is empty when it has none any more.
+/// The bus's signal that the owner of the name `service` has changed; `owner` is empty if the name has no owner now.
 BusSignal ownerChange(const std::string& service, std::function<void(const std::string& owner)> received);
 
 /// A method call.
@@ -60,10 +60,11 @@ class MessageBus {
     const std::string& problem() const { return problem_; }
     const std::string& name() const { return name_; }
 
-    /// Calls a method without waiting. `handler` is called with the reply, or never if the connection is lost first.
-    void ask(const BusMethod& method, const Words& words, ReplyHandler handler);
+    /// Calls a method with texts as its arguments, without waiting. `handler` is called with the reply, or never if the
+    /// connection is lost first.
+    void call(const BusMethod& method, const Words& words, ReplyHandler handler);
     /// Calls a method with a number as its argument.
-    void ask(const BusMethod& method, std::uint32_t number, ReplyHandler handler);
+    void call(const BusMethod& method, std::uint32_t number, ReplyHandler handler);
     /// Calls a method with arguments of any types, which `fill` writes before this function returns.
     void send(const BusMethod& method, const std::function<void(sdbus::MethodCall&)>& fill, ReplyHandler handler);
     /// Queries the owner of the name; empty if there is none. Does not start the service. Signals of a service are only
@@ -75,10 +76,10 @@ class MessageBus {
   private:
     struct Attempt;
     void connect();
-    void arrived(std::shared_ptr<sdbus::IConnection> connection, const std::string& problem);
+    void finishConnecting(std::shared_ptr<sdbus::IConnection> connection, const std::string& problem);
     void process();
     void waitForDeadline();
-    void lose(const std::string& problem);
+    void disconnect(const std::string& problem);
     void setOwner(const std::string& service, const std::string& owner);
     bool isGenuine(const sdbus::Message& signal, const std::string& sender) const;
 
@@ -92,7 +93,8 @@ class MessageBus {
     std::string problem_ = "not connected yet";
     std::shared_ptr<Attempt> attempt_;
     Seconds pause_;
-    // The order matters: the watch ends before its descriptor is closed, the proxies before their connection.
+    // Destroyed in the reverse order: the watch ends before the connection closes its descriptor, and the proxies are
+    // destroyed before the connection that they use.
     std::shared_ptr<sdbus::IConnection> connection_;
     std::map<std::string, std::unique_ptr<sdbus::IProxy>> proxies_; // by service and path
     Subscription watch_;

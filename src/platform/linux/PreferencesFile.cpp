@@ -24,10 +24,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A larger file was not written by KOVA: scenes and rules take at most 64 MiB when exported, and a third more with one
-/// more indentation.
+/// A larger file was not written by KOVA: scenes and rules take at most 64 MiB when exported, and at most a third more
+/// in this file, where they are indented one level deeper.
 constexpr off_t kLargestFileBytes = 96 << 20;
-/// The longest wait for another agent's lock; an agent that holds it longer hangs.
+/// The longest wait for another agent's lock; an agent that keeps the lock for longer is assumed to hang.
 constexpr auto kLongestLockWait = std::chrono::seconds(1);
 constexpr int kMostLinks = 40;
 
@@ -62,14 +62,15 @@ PreferenceValue valueOf(const nlohmann::json& json) {
     return PreferenceData{json.dump()};
 }
 
-/// Discarded if the record is not JSON.
+/// If the record is not valid JSON, `is_discarded()` of the result is true.
 nlohmann::json jsonOf(const PreferenceValue& value) {
     if (const auto* boolean = std::get_if<bool>(&value)) return *boolean;
     if (const auto* string = std::get_if<std::string>(&value)) return *string;
     return nlohmann::json::parse(std::get<PreferenceData>(value).json, nullptr, false);
 }
 
-/// Whole records of one agent only: its window placements mean nothing to another agent.
+/// Whether the record describes the windows of one agent's session. Such a record is replaced instead of merged, since
+/// it means nothing to another agent.
 bool isOwnState(const std::string& key) {
     return key == preferenceKey::workspaceSession || key == preferenceKey::autoArrangeLearning;
 }
@@ -174,11 +175,11 @@ class FolderLock {
     Descriptor folder_; // closing it releases the lock
 };
 
-std::string notNow(const fs::path& target, int error) {
+std::string cannotReadNow(const fs::path& target, int error) {
     return target.string() + " cannot be read now: " + reasonOf(error);
 }
 
-/// True if the path is not a preference file; false if the file just cannot be read now.
+/// True if there is something else than a preference file at the path; false if the file cannot be read at the moment.
 bool isDamage(int error) {
     return error == EISDIR || error == EINVAL || error == EFBIG;
 }
@@ -215,7 +216,7 @@ PreferencesFile::Reading PreferencesFile::read(const fs::path& target, WallTime 
     const int error = readAll(target, reading.text);
     if (error == ENOENT || error == ENOTDIR) return Absent{};
     if (isDamage(error)) return setAside(target, reasonOf(error), now);
-    if (error != 0) return Blocked{notNow(target, error)};
+    if (error != 0) return Blocked{cannotReadNow(target, error)};
     try {
         reading.values = valuesOf(reading.text);
         return reading;
@@ -324,7 +325,7 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
     const FolderLock folderLock(target->parent_path());
     const auto present = fingerprint(*target);
     if (!present && errno != ENOENT && errno != ENOTDIR) {
-        written.problem = notNow(*target, errno);
+        written.problem = cannotReadNow(*target, errno);
         return written;
     }
     std::optional<PreferenceValues> inFile;
@@ -338,7 +339,7 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
         }
         if (auto* aside = std::get_if<SetAside>(&reading)) {
             written.notice = aside->notice;
-            target = targetOf(path_).value_or(path_); // no longer the target of a link
+            target = targetOf(path_).value_or(path_); // if a link was set aside, its target is not used any more
         }
         if (auto* text = std::get_if<Text>(&reading)) inFile = std::move(text->values);
     }
@@ -346,14 +347,15 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
     // If the file was removed or damaged meanwhile, it is written again in full.
     std::string disputed;
     auto next = mergeInto(inFile.value_or(known_), ours, written, disputed);
-    // A file with these values already keeps the user's formatting; without values no file is made.
+    // A file that has these values already is not rewritten, since the user may have formatted it. Without any values
+    // no file is made.
     if (inFile ? next != *inFile : !next.empty()) {
         written.problem = keepCopies(*target, next, request, disputed, now, written);
         if (written.problem.empty()) written.problem = replace(*target, documentOf(next));
     } else {
         knownFingerprint_ = present;
     }
-    if (written.problem.empty()) written.problem = makeNameLast(*target);
+    if (written.problem.empty()) written.problem = makeNameDurable(*target);
     if (!written.problem.empty()) {
         written.takenOver.clear();
         return written;
@@ -373,7 +375,7 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
         return "cannot make the folder " + folder.string() + ": " + reasonOf(errno);
     }
     const auto failure = [&target](int error) { return "cannot write " + target.string() + ": " + reasonOf(error); };
-    // The next start would set it aside as damaged.
+    // The next start would set a larger file aside as damaged.
     if (text.size() > static_cast<std::size_t>(kLargestFileBytes)) return failure(EFBIG);
     struct stat status {};
     const int error = replaceFileAtomically(
@@ -384,7 +386,7 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
     return {};
 }
 
-std::string PreferencesFile::makeNameLast(const fs::path& target) {
+std::string PreferencesFile::makeNameDurable(const fs::path& target) {
     if (isNameOnDisk_) return {};
     if (const int error = syncFolder_(target.parent_path()); error != 0) {
         knownFingerprint_.reset(); // the next try reads the file again

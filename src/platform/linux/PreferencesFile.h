@@ -28,7 +28,7 @@ using PreferenceKeySet = std::set<std::string, std::less<>>;
 /// Any thread; calls wait for one another and for the disk.
 class PreferencesFile {
   public:
-    /// Syncs a folder; 0, or the error.
+    /// Syncs a folder to disk; returns 0 or the error number.
     using FolderSync = std::function<int(const std::filesystem::path&)>;
     static int syncFolder(const std::filesystem::path& folder);
 
@@ -49,7 +49,7 @@ class PreferencesFile {
         PreferenceKeySet unusable; // keys whose stored value is kept in a copy before it is overwritten
     };
     /// Keys that only another writer changed, with the value in the file; absent if it was removed. Records are not
-    /// included: the copy in memory stays in use, and only the file has both changes.
+    /// included: the agent continues to use its own copy, and only the file contains the changes of both.
     using TakenOver = std::map<std::string, std::optional<PreferenceValue>>;
     struct Written {
         bool isOnDisk = false;
@@ -58,7 +58,8 @@ class PreferencesFile {
         std::string notice;  // for the user, although the write succeeded
         std::string problem; // why it is not on disk
     };
-    /// Writes all the values, unless they are on disk already. An older version than one written before is dropped.
+    /// Writes all the values, unless they are on disk already. A request with an older version than one written before
+    /// is dropped.
     Written write(const Request& request, WallTime now);
 
   private:
@@ -96,14 +97,15 @@ class PreferencesFile {
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
     /// Empty on success, with `knownFingerprint_` that of the new file; else the error.
     std::string replace(const std::filesystem::path& target, const std::string& text) KOVA_REQUIRES(mutex_);
-    /// Syncs the folder after a replacement. Empty on success or if that is done, else the error.
-    std::string makeNameLast(const std::filesystem::path& target) KOVA_REQUIRES(mutex_);
+    /// Syncs the folder after the file was replaced, so that the new file survives a power loss. Empty on success or if
+    /// the folder is synced already, else the error.
+    std::string makeNameDurable(const std::filesystem::path& target) KOVA_REQUIRES(mutex_);
 
     const std::filesystem::path path_;
     const FolderSync syncFolder_;
     Mutex mutex_;
-    PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // in the file when it was last read or written
-    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // of this agent's last write; before that, as read at the start
+    PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // values in the file when it was last read or written
+    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // values of this agent at its last write, or as read at the start
     // The file could not be read at the start; its values take precedence once it can be read.
     bool isUnread_ KOVA_GUARDED_BY(mutex_) = false;
     std::optional<Fingerprint> knownFingerprint_ KOVA_GUARDED_BY(mutex_);

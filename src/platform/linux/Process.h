@@ -1,4 +1,4 @@
-// Settings of the agent's process, made before anything else.
+// Settings of the agent's process that are made before anything else, and facts about the process.
 #pragma once
 
 #include <string>

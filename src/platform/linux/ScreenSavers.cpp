@@ -27,7 +27,7 @@ std::string pathOf(const std::string& name) {
 ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener listener) :
     bus_("session bus", std::move(busAddress), loop), listener_(std::move(listener)) {
     bus_.open(
-        signals(), [this] { begin(); },
+        signals(), [this] { queryAll(); },
         [this] {
             // Queries in progress get no reply any more.
             queried_.clear();
@@ -53,27 +53,27 @@ std::vector<BusSignal> ScreenSavers::signals() {
                            message >> isActive;
                            running_.insert(name);
                            listener_(name, isActive);
-                           confirm(name);
+                           queryUnlessPending(name);
                        }});
         all.push_back(ownerChange(name, [this, name](const std::string& owner) {
             ownerLost(name); // the state of the previous owner does not apply to the new one
-            if (!owner.empty()) confirm(name);
+            if (!owner.empty()) queryUnlessPending(name);
         }));
     }
     return all;
 }
 
-void ScreenSavers::begin() {
+void ScreenSavers::queryAll() {
     for (const std::string name : kNames) {
         // A query of the state would start a screen saver that does not run.
         bus_.queryOwner(name, [this, name](const std::string& owner) {
-            if (!owner.empty()) confirm(name);
+            if (!owner.empty()) queryUnlessPending(name);
         });
     }
 }
 
-/// One query at a time; a signal during a query leads to another query afterwards.
-void ScreenSavers::confirm(const std::string& name) {
+/// Sends one query at a time; a signal during a query leads to another query afterwards.
+void ScreenSavers::queryUnlessPending(const std::string& name) {
     if (!queried_.insert(name).second) {
         outdated_.insert(name);
         return;
@@ -83,7 +83,7 @@ void ScreenSavers::confirm(const std::string& name) {
 }
 
 void ScreenSavers::queryState(const std::string& name, const std::string& path, const std::string& fallbackPath) {
-    bus_.ask({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, fallbackPath](sdbus::Message* reply) {
+    bus_.call({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, fallbackPath](sdbus::Message* reply) {
         const bool isNewest = !outdated_.contains(name) && bus_.hasOwner(name);
         if (reply && isNewest) {
             bool isActive = false;
@@ -93,11 +93,11 @@ void ScreenSavers::queryState(const std::string& name, const std::string& path, 
         } else if (!reply && !fallbackPath.empty()) {
             return queryState(name, fallbackPath, {});
         } else if (!reply && isNewest) {
-            // The name serves another purpose. A lock that cannot be confirmed must not suspend the agent for good.
+            // The owner of the name is no screen saver. Its signal must not suspend the agent for good.
             ownerLost(name);
         }
         queried_.erase(name);
-        if (outdated_.erase(name) > 0 && bus_.hasOwner(name)) confirm(name);
+        if (outdated_.erase(name) > 0 && bus_.hasOwner(name)) queryUnlessPending(name);
     });
 }
 

@@ -25,17 +25,17 @@ class ScreenSavers {
 
   private:
     std::vector<BusSignal> signals();
-    void begin();
+    void queryAll();
     /// Queries the state at `path`, and without a reply at `fallbackPath` unless that is empty.
     void queryState(const std::string& name, const std::string& path, const std::string& fallbackPath);
     void ownerLost(const std::string& name);
-    void confirm(const std::string& name);
+    void queryUnlessPending(const std::string& name);
 
     MessageBus bus_;
     Listener listener_;
     std::set<std::string> running_;
     std::set<std::string> queried_;  // names with a query in progress
-    std::set<std::string> outdated_; // of those, names with a signal since the query
+    std::set<std::string> outdated_; // names of `queried_` of which a signal has arrived since the query
 };
 
 } // namespace kova

@@ -23,7 +23,8 @@ void SerialWorkQueue::post(std::function<void()> job) {
         const MutexLock lock(mutex_);
         jobs_.push_back(std::move(job));
         if (!thread_.joinable()) {
-            // The thread inherits the mask, so that signals are delivered to the main thread.
+            // The thread inherits this thread's mask, so all signals are blocked while it starts: signals must be
+            // delivered to the main thread.
             sigset_t all, before;
             sigfillset(&all);
             pthread_sigmask(SIG_SETMASK, &all, &before);

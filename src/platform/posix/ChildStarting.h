@@ -13,7 +13,7 @@ namespace kova {
 
 struct Command {
     std::vector<std::string> words;       // the first one is the program, by its absolute path
-    std::string folder;                   // to start in
+    std::string folder;                   // the program's current folder at its start
     std::vector<std::string> environment; // all of it, as NAME=value
     bool endsWithParent = false;          // the program is killed when this thread ends, if the kernel supports that
 };
@@ -29,12 +29,12 @@ class ChildStarting {
   public:
     virtual ~ChildStarting() = default;
 
-    /// Called once, after `start` has returned; on success with the process, once the program runs in it.
+    /// Called once, after `start` has returned: with the process once the program runs in it, or with the failure.
     using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
     /// Called after `started`, once the process has ended and was reaped, with the status from waitpid.
     using Ended = std::function<void(pid_t, int waitStatus)>;
-    /// Starts the program in a session of its own, without descriptors of ours and without waiting. Returns the
-    /// process, which may still fail to run the program; absent when there is none. Main thread.
+    /// Starts the program without waiting, in a session of its own and without this process's descriptors. Returns the
+    /// process, which may still fail to run the program; absent if no process could be made. Main thread.
     virtual std::optional<pid_t> start(const Command& command, Started started, Ended ended) = 0;
 };
 

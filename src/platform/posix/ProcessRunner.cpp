@@ -21,9 +21,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kLongestText = 64 * 1024;
-constexpr std::chrono::milliseconds kCheckInterval{20}; // for the end of a program without output
+constexpr std::chrono::milliseconds kCheckInterval{20}; // to notice the end of a program that prints nothing
 
-/// A pipe from the program to us.
+/// A pipe from the program to this process.
 class Pipe {
   public:
     Pipe() {
@@ -111,7 +111,7 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
     }
     out.drainInto(outcome.output);
     err.drainInto(outcome.problem);
-    const bool isKnown = ended == process; // else other code has reaped it
+    const bool isKnown = ended == process; // else other code of this process has reaped the program
     outcome.ending = hasTimedOut ? Ending::timedOut : isKnown && WIFEXITED(status) ? Ending::exited : Ending::killed;
     if (outcome.ending == Ending::exited) outcome.exitCode = WEXITSTATUS(status);
     if (!isKnown && !hasTimedOut && outcome.problem.empty()) outcome.problem = "how it ended is not known";

@@ -53,11 +53,11 @@ Spawned spawn(const SpawnPlan& plan) {
     Attributes with;
     sigset_t none;
     sigemptyset(&none);
-    sigset_t changed; // the signals that an agent ignores or handles
-    sigemptyset(&changed);
-    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&changed, signal);
+    sigset_t toReset; // the signals that an agent ignores or handles
+    sigemptyset(&toReset);
+    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&toReset, signal);
     posix_spawnattr_setsigmask(&with.attributes, &none);
-    posix_spawnattr_setsigdefault(&with.attributes, &changed);
+    posix_spawnattr_setsigdefault(&with.attributes, &toReset);
     int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #if defined(POSIX_SPAWN_CLOEXEC_DEFAULT)
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;

@@ -11,8 +11,8 @@ namespace kova {
 struct SpawnPlan {
     std::vector<std::string> words{};       // the first one is the program, by its full path
     std::vector<std::string> environment{}; // all of it, as NAME=value; empty: that of this process
-    int output = -1, error = -1;            // descriptors of ours for its standard output and error; -1: /dev/null
-    bool isSessionOfItsOwn = false;         // else only a process group of its own
+    int output = -1, error = -1;            // this process's descriptors for the program's output; -1: /dev/null
+    bool isSessionOfItsOwn = false;         // false: only a process group of its own
 };
 
 struct Spawned {
@@ -21,7 +21,7 @@ struct Spawned {
 };
 
 /// The program begins with default signals, without input, and in the current folder. It gets only the given
-/// descriptors if the system supports that, otherwise also those that are not marked to be closed on exec.
+/// descriptors if the system supports that; otherwise it also gets all descriptors that are not marked close-on-exec.
 Spawned spawn(const SpawnPlan& plan);
 
 /// The environment of this process, as NAME=value.

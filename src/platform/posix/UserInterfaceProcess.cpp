@@ -66,7 +66,7 @@ void UserInterfaceProcess::start(std::function<void(UserInterfaceEnd)> ended) {
     process_ = children_.start(command, lifetime_.guard([this, run](const std::variant<pid_t, StartFailure>& how) {
         if (run != run_ || !std::holds_alternative<StartFailure>(how)) return;
         process_.reset();
-        if (const auto tell = std::exchange(ended_, nullptr)) tell(UserInterfaceEnd::notStarted);
+        if (const auto notify = std::exchange(ended_, nullptr)) notify(UserInterfaceEnd::notStarted);
     }),
                                lifetime_.guard([this](pid_t process, int waitStatus) { reaped(process, waitStatus); }));
 }
@@ -76,8 +76,8 @@ void UserInterfaceProcess::reaped(pid_t process, int waitStatus) {
     if (process != process_) return;
     process_.reset();
     const bool isRegular = WIFEXITED(waitStatus) && WEXITSTATUS(waitStatus) == 0;
-    if (const auto tell = std::exchange(ended_, nullptr)) {
-        tell(isRegular ? UserInterfaceEnd::byItself : UserInterfaceEnd::unexpectedly);
+    if (const auto notify = std::exchange(ended_, nullptr)) {
+        notify(isRegular ? UserInterfaceEnd::byItself : UserInterfaceEnd::unexpectedly);
     }
 }
 

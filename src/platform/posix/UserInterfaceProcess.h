@@ -1,4 +1,4 @@
-// kova-ui as a child process, which ends with this one. Main thread only.
+// Runs kova-ui as a child process, which ends with this process. Main thread only.
 #pragma once
 
 #include "app/UserInterfaceServicing.h"
@@ -22,8 +22,8 @@ std::optional<std::string> findUserInterface(const std::string& ownProgram, cons
 
 class UserInterfaceProcess final : public UserInterfaceServicing {
   public:
-    /// `find` returns the present path of the program; `socketPath` is passed to it as KOVA_SOCKET, and the number of
-    /// this process as KOVA_AGENT_PROCESS. The queue and the children outlive this.
+    /// `find` returns the present path of kova-ui. kova-ui gets `socketPath` as KOVA_SOCKET, and the number of this
+    /// process as KOVA_AGENT_PROCESS. The queue and the children outlive this object.
     UserInterfaceProcess(std::function<std::optional<std::string>()> find, std::string socketPath, MainQueue& queue,
                          ChildStarting& children);
     ~UserInterfaceProcess() override { end(); }
@@ -43,7 +43,7 @@ class UserInterfaceProcess final : public UserInterfaceServicing {
     std::optional<pid_t> process_;
     std::uint64_t run_ = 0;                       // counts starts and ends
     std::function<void(UserInterfaceEnd)> ended_; // of `process_`
-    std::set<pid_t> ending_;                      // requested to end, still running
+    std::set<pid_t> ending_;                      // processes that were requested to end and still run
     Lifetime lifetime_;
 };
 
