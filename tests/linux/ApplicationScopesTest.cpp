@@ -22,7 +22,7 @@ TEST(ApplicationScopes, AreNamedAfterTheApplicationAndItsProcess) {
     EXPECT_LT(scopeName(std::string(1000, '/'), 1).size(), 255U);
 }
 
-TEST(ApplicationScopes, EachLaunchedApplicationGetsOne) {
+TEST(ApplicationScopes, EachLaunchedApplicationGetsAScopeOfItsOwn) {
     PrivateBus bus;
     bus.start();
     bus.startUserManager();
@@ -69,7 +69,7 @@ TEST(ApplicationScopes, WithoutAUserManagerOrABusApplicationsStartAnyway) {
     }
 }
 
-/// The net below the scopes: stopping the service ends the agent and nothing else.
+/// Protects applications that have no scope: stopping the service ends only the agent.
 TEST(ServiceUnit, EndsOnlyTheAgent) {
     std::ifstream file(KOVA_SERVICE_UNIT);
     const std::string unit{std::istreambuf_iterator<char>(file), {}};

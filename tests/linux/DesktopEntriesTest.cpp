@@ -15,7 +15,8 @@ std::string entry(const std::string& name, const std::string& more = "") {
            "\n[Desktop Action new]\nName=Not this one\nStartupWMClass=NorThis\n";
 }
 
-class Scenario {
+/// The user's and a system-wide folder of desktop entries.
+class EntryFolders {
   public:
     void install(const std::string& file, const std::string& text) { folder_.write("user/applications/" + file, text); }
     void installForAll(const std::string& file, const std::string& text) {
@@ -34,16 +35,16 @@ class Scenario {
 };
 
 TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
-    Scenario desk;
-    desk.install("mail.desktop", entry("Mail", "StartupWMClass=Thunderbird\nIcon=mail-icon"));
-    desk.install("profile.desktop", entry("Mail, at work", "StartupWMClass=work-profile"));
-    desk.installForAll("org.example.Files.desktop", entry("Files"));
-    desk.installForAll("GIMP.desktop", entry("Image Editor"));
-    desk.installForAll("kde/konsole.desktop", entry("Konsole"));
-    desk.installForAll("a-settings.desktop", entry("Not in menus", "StartupWMClass=Settings\nNoDisplay=true"));
-    desk.installForAll("z-settings.desktop", entry("Settings", "StartupWMClass=Settings"));
-    desk.installForAll("helper.desktop", entry("Helper", "NoDisplay=true"));
-    auto entries = desk.entries();
+    EntryFolders folders;
+    folders.install("mail.desktop", entry("Mail", "StartupWMClass=Thunderbird\nIcon=mail-icon"));
+    folders.install("profile.desktop", entry("Mail, at work", "StartupWMClass=work-profile"));
+    folders.installForAll("org.example.Files.desktop", entry("Files"));
+    folders.installForAll("GIMP.desktop", entry("Image Editor"));
+    folders.installForAll("kde/konsole.desktop", entry("Konsole"));
+    folders.installForAll("a-settings.desktop", entry("Not in menus", "StartupWMClass=Settings\nNoDisplay=true"));
+    folders.installForAll("z-settings.desktop", entry("Settings", "StartupWMClass=Settings"));
+    folders.installForAll("helper.desktop", entry("Helper", "NoDisplay=true"));
+    auto entries = folders.entries();
 
     struct Case {
         std::string instance, windowClass, id, name, applicationID{};
@@ -51,7 +52,7 @@ TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
     const std::vector<Case> cases = {
         {"Mail", "Thunderbird", "mail", "Mail"},
         {"Mail", "thunderbird", "mail", "Mail"},
-        {"work-profile", "Thunderbird", "mail", "Mail"}, // the class goes before the instance
+        {"work-profile", "Thunderbird", "mail", "Mail"}, // the class takes precedence over the instance
         {"work-profile", "Other", "profile", "Mail, at work"},
         {"x", "Org.example.files", "org.example.Files", "Files"},
         {"x", "files", "org.example.Files", "Files"},
@@ -60,7 +61,7 @@ TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
         {"x", "Settings", "z-settings", "Settings"},
         {"x", "Helper", "helper", "Helper"},
         {"x", "NorThis", "northis", "NorThis"},
-        // Programs whose class is not what their entry is called say so.
+        // Programs whose class does not lead to their entry announce the id of the entry.
         {"x", "example-files", "org.example.Files", "Files", "org.example.Files"},
         {"x", "Thunderbird", "org.example.Files", "Files", "org.example.Files"},
         {"x", "Thunderbird", "mail", "Mail", "org.example.Missing"},
@@ -75,7 +76,7 @@ TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
         EXPECT_EQ(identity.localizedName, c.name) << c.instance << "/" << c.windowClass;
     }
     const auto mail = entries.identify({"Mail", "Thunderbird"});
-    EXPECT_EQ(mail.bundlePath, (desk.applications() / "mail.desktop").string());
+    EXPECT_EQ(mail.bundlePath, (folders.applications() / "mail.desktop").string());
     EXPECT_EQ(mail.iconName, "mail-icon");
     EXPECT_EQ(entries.identify({"x", "NorThis"}).bundlePath, "");
 }
@@ -100,25 +101,25 @@ TEST(DesktopEntries, NamesAreInTheUsersLanguage) {
     }
 }
 
-TEST(DesktopEntries, AnEntryHidesLaterOnesOfItsIdAndInvalidFilesAreSkipped) {
-    Scenario desk;
-    desk.installForAll("editor.desktop", entry("Editor of all", "StartupWMClass=Editor"));
-    desk.install("editor.desktop", entry("My editor", "StartupWMClass=Editor"));
-    desk.installForAll("gone.desktop", entry("Gone", "StartupWMClass=Gone"));
-    desk.install("gone.desktop", "[Desktop Entry]\nHidden=true\n");
-    desk.install("link.desktop", "[Desktop Entry]\nType=Link\nName=Link\nStartupWMClass=Link\n");
-    desk.install("nameless.desktop", "[Desktop Entry]\nType=Application\nStartupWMClass=Nameless\n");
-    desk.install("noise.desktop", std::string("\0\xff[Desktop", 10));
-    desk.install("empty.desktop", "");
-    desk.install("bytes\xff.desktop", entry("Bytes", "StartupWMClass=Bytes"));
-    desk.install("windows.desktop",
-                 "[Desktop Entry]\r\nType=Application\r\nName=From elsewhere\r\nStartupWMClass=Crlf\r\n");
-    desk.install("huge.desktop", entry("Huge", "StartupWMClass=Huge\n" + std::string(2 << 20, '#')));
-    ASSERT_EQ(mkfifo((desk.applications() / "pipe.desktop").c_str(), 0600), 0); // opening it would wait for ever
-    std::filesystem::create_directory(desk.applications() / "folder.desktop");
-    std::filesystem::create_directory_symlink(desk.applications(), desk.applications() / "circle");
-    std::filesystem::create_symlink("nowhere", desk.applications() / "dangling.desktop");
-    auto entries = desk.entries();
+TEST(DesktopEntries, AnEntryHidesLaterOnesWithItsIdAndInvalidFilesAreSkipped) {
+    EntryFolders folders;
+    folders.installForAll("editor.desktop", entry("Editor of all", "StartupWMClass=Editor"));
+    folders.install("editor.desktop", entry("My editor", "StartupWMClass=Editor"));
+    folders.installForAll("gone.desktop", entry("Gone", "StartupWMClass=Gone"));
+    folders.install("gone.desktop", "[Desktop Entry]\nHidden=true\n");
+    folders.install("link.desktop", "[Desktop Entry]\nType=Link\nName=Link\nStartupWMClass=Link\n");
+    folders.install("nameless.desktop", "[Desktop Entry]\nType=Application\nStartupWMClass=Nameless\n");
+    folders.install("noise.desktop", std::string("\0\xff[Desktop", 10));
+    folders.install("empty.desktop", "");
+    folders.install("bytes\xff.desktop", entry("Bytes", "StartupWMClass=Bytes"));
+    folders.install("windows.desktop",
+                    "[Desktop Entry]\r\nType=Application\r\nName=From elsewhere\r\nStartupWMClass=Crlf\r\n");
+    folders.install("huge.desktop", entry("Huge", "StartupWMClass=Huge\n" + std::string(2 << 20, '#')));
+    ASSERT_EQ(mkfifo((folders.applications() / "pipe.desktop").c_str(), 0600), 0); // opening a pipe would wait forever
+    std::filesystem::create_directory(folders.applications() / "folder.desktop");
+    std::filesystem::create_directory_symlink(folders.applications(), folders.applications() / "circle");
+    std::filesystem::create_symlink("nowhere", folders.applications() / "dangling.desktop");
+    auto entries = folders.entries();
     EXPECT_EQ(entries.identify({"", "Editor"}).localizedName, "My editor");
     EXPECT_EQ(entries.identify({"", "Crlf"}).localizedName, "From elsewhere");
     for (const std::string name :
@@ -128,14 +129,14 @@ TEST(DesktopEntries, AnEntryHidesLaterOnesOfItsIdAndInvalidFilesAreSkipped) {
 }
 
 TEST(DesktopEntries, EntriesInstalledLaterAreFoundByTheNextNewLookup) {
-    Scenario desk;
-    desk.install("one.desktop", entry("One"));
-    auto entries = desk.entries();
+    EntryFolders folders;
+    folders.install("one.desktop", entry("One"));
+    auto entries = folders.entries();
     EXPECT_EQ(entries.identify({"", "One"}).localizedName, "One");
     EXPECT_EQ(entries.identify({"", "Two"}).bundlePath, "");
-    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // coarse clocks of file systems
-    desk.install("two.desktop", entry("The second"));
-    EXPECT_EQ(entries.identify({"", "Three"}).bundlePath, ""); // notices the change ...
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // file systems may keep times coarsely
+    folders.install("two.desktop", entry("The second"));
+    EXPECT_EQ(entries.identify({"", "Three"}).bundlePath, ""); // a lookup of a new name notices the change
     EXPECT_EQ(entries.identify({"", "Two"}).localizedName, "The second");
 
     std::vector<std::thread> threads;

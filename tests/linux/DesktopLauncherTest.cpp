@@ -1,4 +1,4 @@
-// Real programs, launched as from a menu.
+// Launches real programs by their desktop entries.
 #include "platform/linux/DesktopLauncher.h"
 #include "tests/linux/LoopTime.h"
 #include "tests/linux/TemporaryFolder.h"
@@ -29,7 +29,8 @@ class Launching : public ::testing::Test {
         folder_.write("data/applications/" + id + ".desktop",
                       "[Desktop Entry]\nType=Application\nName=" + id + "\n" + keys);
     }
-    /// A program that says all about itself in the file that it is given, and then does more.
+    /// A script that writes its arguments, folder, session, signal masks and descriptors into the file that is its
+    /// first argument, and then runs `more`.
     std::string program(const std::string& name, const std::string& more = "") {
         const auto path = folder_.path() / "bin" / name;
         folder_.write(
@@ -55,8 +56,8 @@ class Launching : public ::testing::Test {
                         LaunchActivation activation = LaunchActivation::activates) {
         std::optional<LaunchResult> result;
         int calls = 0;
-        launcher_.launch(application, activation, [&](const LaunchResult& told) {
-            result = told;
+        launcher_.launch(application, activation, [&](const LaunchResult& reported) {
+            result = reported;
             ++calls;
         });
         EXPECT_FALSE(result) << "the completion was called before the call returned";
@@ -65,15 +66,15 @@ class Launching : public ::testing::Test {
         return result.value_or(LaunchResult{});
     }
     bool runUntil(const std::function<bool()>& holds) { return letPassUntil(loop_, holds); }
-    std::string told() {
-        EXPECT_TRUE(runUntil([&] { return std::filesystem::exists(out_); }));
-        return contentsOf(out_);
+    std::string programReport() {
+        EXPECT_TRUE(runUntil([&] { return std::filesystem::exists(reportFile_); }));
+        return contentsOf(reportFile_);
     }
-    bool isThere(pid_t process) { return kill(process, 0) == 0; }
+    bool isRunning(pid_t process) { return kill(process, 0) == 0; }
 
     TemporaryFolder folder_;
     const std::string path_ = getenv("PATH");
-    const std::filesystem::path out_ = folder_.path() / "out";
+    const std::filesystem::path reportFile_ = folder_.path() / "out";
     EventLoop loop_;
     XdgFolders folders_{.configHome = {},
                         .configFolders = {},
@@ -86,8 +87,8 @@ class Launching : public ::testing::Test {
 };
 
 TEST_F(Launching, StartsAProgramInANewSessionWithoutOurDescriptors) {
-    program("speaker");
-    install("org.example.Mail", "Exec=speaker " + out_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
+    program("reporter");
+    install("org.example.Mail", "Exec=reporter " + reportFile_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
     const int ours = open("/dev/null", O_RDONLY); // without close-on-exec
     sigset_t blocked, before;
     sigemptyset(&blocked);
@@ -101,23 +102,24 @@ TEST_F(Launching, StartsAProgramInANewSessionWithoutOurDescriptors) {
     ASSERT_EQ(result.error, std::nullopt);
     ASSERT_TRUE(result.processIdentifier);
     const std::string number = std::to_string(*result.processIdentifier);
-    const std::string said = told();
-    EXPECT_TRUE(said.starts_with("word a  b\nword $HOME\nfolder /usr\nstartup none\nsession " + number + " " + number +
-                                 "\nSigBlk: 0000000000000000\nSigIgn: 0000000000000000\n"))
-        << said;
+    const std::string report = programReport();
+    EXPECT_TRUE(report.starts_with("word a  b\nword $HOME\nfolder /usr\nstartup none\nsession " + number + " " +
+                                   number + "\nSigBlk: 0000000000000000\nSigIgn: 0000000000000000\n"))
+        << report;
     for (const char* fd : {" 0 -> /dev/null\n", " 2 -> /dev/null\n"})
-        EXPECT_NE(said.find(fd), std::string::npos) << said;
-    EXPECT_EQ(said.find(" " + std::to_string(ours) + " -> /dev/null"), std::string::npos) << said;
-    EXPECT_EQ(said.find("pipe"), std::string::npos) << said;
-    EXPECT_TRUE(runUntil([&] { return !isThere(*result.processIdentifier); })) << "the process was not reaped";
+        EXPECT_NE(report.find(fd), std::string::npos) << report;
+    EXPECT_EQ(report.find(" " + std::to_string(ours) + " -> /dev/null"), std::string::npos) << report;
+    EXPECT_EQ(report.find("pipe"), std::string::npos) << report;
+    EXPECT_TRUE(runUntil([&] { return !isRunning(*result.processIdentifier); })) << "the process was not reaped";
 
-    std::filesystem::remove(out_);
+    std::filesystem::remove(reportFile_);
     EXPECT_EQ(launch("org.example.Mail", LaunchActivation::inBackground).error, std::nullopt);
-    EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "window managers must not move the focus";
+    EXPECT_NE(programReport().find("_TIME0\n"), std::string::npos)
+        << "window managers focus an application whose user time is not 0";
 }
 
 TEST_F(Launching, ReportsErrors) {
-    program("speaker");
+    program("reporter");
     folder_.write("bin/text", "no program");
     folder_.write("bin/nonsense", "neither a script nor a program");
     std::filesystem::permissions(folder_.path() / "bin/nonsense", std::filesystem::perms::owner_all);
@@ -134,10 +136,10 @@ TEST_F(Launching, ReportsErrors) {
         {"Exec=" + bin + "\n", "cannot be started: there is no program “" + bin + "”"},
         {"Exec=nonsense\n", "cannot be started: " + bin + "nonsense: Exec format error"},
         {"Exec=orphan\n", "cannot be started: " + bin + "orphan: No such file or directory"},
-        {"Exec=speaker x\nPath=/nowhere\n", "cannot be started in /nowhere: No such file or directory"},
-        {"Exec=speaker x\nTryExec=missing-program\n", "is not installed: there is no program “missing-program”"},
-        {"Exec=speaker \"x\n", "has an Exec line with a quote that does not end"},
-        {"Exec=speaker %q\n", "has an Exec line with an unknown field code, %q"},
+        {"Exec=reporter x\nPath=/nowhere\n", "cannot be started in /nowhere: No such file or directory"},
+        {"Exec=reporter x\nTryExec=missing-program\n", "is not installed: there is no program “missing-program”"},
+        {"Exec=reporter \"x\n", "has an Exec line with a quote that does not end"},
+        {"Exec=reporter %q\n", "has an Exec line with an unknown field code, %q"},
         {"DBusActivatable=true\n", "has a desktop entry without an Exec line"},
     };
     int number = 0;
@@ -154,26 +156,26 @@ TEST_F(Launching, ReportsErrors) {
         EXPECT_EQ(result.error.value_or("started"), id + " " + c.error);
         EXPECT_EQ(result.processIdentifier, std::nullopt);
     }
-    const LaunchableApplication gone{.identifier = "gone",
-                                     .name = "Gone",
-                                     .bundleIdentifier = "gone",
-                                     .location = "/nowhere/gone.desktop",
-                                     .icon = {}};
-    EXPECT_EQ(launch(gone).error, "Gone is not installed any more");
+    const LaunchableApplication uninstalled{.identifier = "gone",
+                                            .name = "Gone",
+                                            .bundleIdentifier = "gone",
+                                            .location = "/nowhere/gone.desktop",
+                                            .icon = {}};
+    EXPECT_EQ(launch(uninstalled).error, "Gone is not installed any more");
 }
 
 TEST_F(Launching, ATerminalIsOpenedForProgramsThatNeedOne) {
-    program("speaker");
+    program("reporter");
     folder_.write("bin/xdg-terminal-exec",
                   "#!/bin/sh\necho terminal > " + (folder_.path() / "terminal").string() + "\nexec \"$@\"\n");
     std::filesystem::permissions(folder_.path() / "bin/xdg-terminal-exec", std::filesystem::perms::owner_all);
-    install("mutt", "Exec=speaker " + out_.string() + " \"a b\"\nTerminal=true\n");
+    install("mutt", "Exec=reporter " + reportFile_.string() + " \"a b\"\nTerminal=true\n");
     EXPECT_EQ(launch("mutt").error, std::nullopt);
-    EXPECT_NE(told().find("word a b\n"), std::string::npos);
+    EXPECT_NE(programReport().find("word a b\n"), std::string::npos);
     EXPECT_EQ(contentsOf(folder_.path() / "terminal"), "terminal\n");
 }
 
-TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
+TEST_F(Launching, ManyProgramsAreStartedAndReapedAtOnce) {
     install("quick", "Exec=true\n");
     install("broken", "Exec=/bin/true\nPath=/nowhere\n");
     const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
@@ -189,7 +191,7 @@ TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
     }
     EXPECT_TRUE(runUntil([&] { return started == 20 && failed == 20; })) << started << " and " << failed;
     EXPECT_TRUE(runUntil([&] {
-        return std::none_of(processes.begin(), processes.end(), [&](pid_t process) { return isThere(process); });
+        return std::none_of(processes.begin(), processes.end(), [&](pid_t process) { return isRunning(process); });
     }));
     EXPECT_TRUE(runUntil([&] { return descriptors() == before; })) << descriptors() << ", before " << before;
 }
@@ -201,7 +203,7 @@ TEST_F(Launching, OnlyAnEndWithStatusZeroIsASuccess) {
     install("running", "Exec=sleep 60\n");
     for (const auto& [id, succeeds] : {std::pair("good", true), {"bad", false}, {"killed", false}}) {
         const pid_t process = launch(id).processIdentifier.value();
-        EXPECT_TRUE(runUntil([&] { return !isThere(process); })) << id;
+        EXPECT_TRUE(runUntil([&] { return !isRunning(process); })) << id;
         EXPECT_EQ(launcher_.hasLaunchedProcessSucceeded(process), succeeds) << id;
     }
     const pid_t process = launch("running").processIdentifier.value();

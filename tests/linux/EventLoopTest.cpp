@@ -44,7 +44,7 @@ TEST(EventLoop, TimersAreNeverEarlyAndStayCancelled) {
     std::shared_ptr<ScheduledWork> own;
     own = loop.after(5ms, [&] { own->cancel(); });
     loop.after(30ms, [&] { loop.quit(0); });
-    // The loop was busy when the timer became due: the timer is queued now, and must not run.
+    // Keeps the loop busy until the timer is due and queued. Even then it can be cancelled.
     loop.post([&] {
         while (loop.uptime() - start < 20ms) {
         }
@@ -53,7 +53,7 @@ TEST(EventLoop, TimersAreNeverEarlyAndStayCancelled) {
     loop.run();
     EXPECT_FALSE(lateRan);
     EXPECT_GE(loop.uptime() - start, 30ms);
-    late->cancel(); // harmless when all is over
+    late->cancel(); // no-op after the loop has ended
 }
 
 TEST(EventLoop, WatchesADescriptorUntilTheSubscriptionIsDropped) {
@@ -62,7 +62,7 @@ TEST(EventLoop, WatchesADescriptorUntilTheSubscriptionIsDropped) {
     ASSERT_EQ(pipe(ends), 0);
     std::string read;
     Subscription watch = loop.watchReadable(ends[0], [&] {
-        char byte = 0; // one byte a time: what is left must be announced again
+        char byte = 0; // reads one byte at a time: the loop must call back for the remaining ones
         if (::read(ends[0], &byte, 1) != 1) return loop.quit(1);
         read += byte;
         if (byte == '.') watch = Subscription();
@@ -71,7 +71,7 @@ TEST(EventLoop, WatchesADescriptorUntilTheSubscriptionIsDropped) {
     loop.after(50ms, [&] { loop.quit(0); });
     EXPECT_EQ(loop.run(), 0);
     EXPECT_EQ(read, "abc.");
-    // The descriptor is still its owner's.
+    // The loop has not closed the descriptor.
     char rest[4];
     EXPECT_EQ(::read(ends[0], rest, 4), 4);
     close(ends[0]);
@@ -91,7 +91,7 @@ TEST(EventLoop, SignalsCallTheStopFunction) {
 TEST(EventLoop, PostsFromManyThreadsAllArrive) {
     EventLoop loop;
     constexpr int kThreads = 4, kPosts = 2000;
-    int arrived = 0; // touched by the loop's thread alone
+    int arrived = 0; // used only by the loop's thread
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&] {
@@ -146,7 +146,7 @@ TEST(SerialWorkQueue, RunsJobsInOrderAndDropsUnstartedJobsAtItsEnd) {
         });
         begun.get_future().wait();
         queue.post([&] { order += "too late"; });
-        // The end begins while the job still runs, and waits for it.
+        // The destructor begins while the job still runs, and waits for the job.
         std::thread([&] {
             std::this_thread::sleep_for(50ms);
             release.set_value();

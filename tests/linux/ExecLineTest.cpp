@@ -5,7 +5,7 @@
 namespace kova {
 namespace {
 
-/// The words, each in brackets; or what is wrong.
+/// The words, each in brackets; or the error.
 std::string read(std::string_view line, const ExecLineContext& context = {"Mail — It's “here”", "mail-icon",
                                                                           "/usr/share/applications/mail.desktop"}) {
     const auto words = wordsOfExecLine(line, context);
@@ -26,7 +26,7 @@ TEST(ExecLine, IsParsedWithoutAShell) {
         {"mail \"two words\" \"\" x\"y z\"w", "[mail][two words][][xy zw]"},
         {R"(mail "a \"b\" \\ \$HOME \`ls\`" "\n")", R"([mail][a "b" \ $HOME `ls`][\n])"},
         {R"("/opt/a b/mail" 'it is "so"' a\ b \")", R"([/opt/a b/mail][it is "so"][a b]["])"},
-        // What a shell would act upon is a letter like any other.
+        // Characters with a meaning in a shell are ordinary characters.
         {"mail $HOME ~ * ; rm -rf / && x | y > /tmp/z $(ls) `ls` # no",
          "[mail][$HOME][~][*][;][rm][-rf][/][&&][x][|][y]"
          "[>][/tmp/z][$(ls)][`ls`][#][no]"},
@@ -36,7 +36,7 @@ TEST(ExecLine, IsParsedWithoutAShell) {
         {"mail %i --title %c --from %k 100%%", "[mail][--icon][mail-icon][--title][Mail — It's “here”][--from]"
                                                "[/usr/share/applications/mail.desktop][100%]"},
         {"mail \"%c\" x%i", "[mail][Mail — It's “here”][x]"},
-        // What names no command
+        // Lines without a valid command
         {"", "has an Exec line without a program"},
         {"   ", "has an Exec line without a program"},
         {"%f", "has an Exec line without a program"},
@@ -55,7 +55,7 @@ TEST(ExecLine, IsParsedWithoutAShell) {
     };
     for (const auto& c : cases) EXPECT_EQ(read(c.line), c.words) << c.line;
     EXPECT_EQ(read("mail %i x", {}), "[mail][x]");
-    // What codes stand for is not looked into again.
+    // The value of a field code is not expanded again.
     EXPECT_EQ(read("mail %c", {"\"%k\" $(x) \\", "", ""}), "[mail][\"%k\" $(x) \\]");
     EXPECT_EQ(read("mail " + std::string(200'000, 'x')), "[mail][" + std::string(200'000, 'x') + "]");
 }

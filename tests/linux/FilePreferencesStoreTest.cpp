@@ -20,25 +20,27 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-/// Runs jobs at once, in the caller's thread.
-class Immediately final : public WorkQueue {
+/// Runs each job within `post`.
+class ImmediateWorkQueue final : public WorkQueue {
   public:
     void post(std::function<void()> job) override { job(); }
 };
 
-/// A home with a preference file, and the agent's store on it.
+/// A home folder with a preference file, which stores of the test use.
 class Home {
   public:
     fs::path folder() const { return temporary_.path() / "config/kova"; }
     fs::path file() const { return folder() / "preferences.json"; }
-    fs::path given(const std::string& text) const { return temporary_.write("config/kova/preferences.json", text); }
+    fs::path writePreferences(const std::string& text) const {
+        return temporary_.write("config/kova/preferences.json", text);
+    }
     FilePreferencesStore store() { return FilePreferencesStore(file(), loop_, disk_); }
-    /// Lets time pass until what was changed is written.
-    void wait() {
+    /// Lets time pass until changes have been written.
+    void waitForWrite() {
         loop_.after(FilePreferencesStore::kGatheringTime + 100ms, [this] { loop_.quit(0); });
         loop_.run();
     }
-    /// Contents of the one file set aside, or how many there are.
+    /// The contents of the file that was set aside; if there is not exactly one, the number of files.
     std::string setAside(const std::string& word) const {
         std::vector<fs::path> found;
         for (const auto& member : fs::directory_iterator(folder())) {
@@ -52,11 +54,11 @@ class Home {
   private:
     TemporaryFolder temporary_;
     EventLoop loop_;
-    Immediately disk_;
+    ImmediateWorkQueue disk_;
 };
 
 /// All problems, as one text.
-std::string all(const PreferencesStore& store) {
+std::string problemsOf(const PreferencesStore& store) {
     std::string text;
     for (const auto& problem : store.problems()) text += problem + "\n";
     return text;
@@ -78,14 +80,14 @@ TEST(FilePreferencesStore, KeepsTypedValuesInAReadableFile) {
         auto store = home.store();
         EXPECT_FALSE(store.contains("KOVA.showBrain.v1"));
         store.synchronize();
-        EXPECT_FALSE(fs::exists(home.folder())); // nothing to say, nothing written
+        EXPECT_FALSE(fs::exists(home.folder())); // no file is made without a value
         store.setValue("KOVA.showBrain.v1", false);
         store.setValue("KOVA.accentColor.v1", std::string("caf\xc3\xa9 \"\\\n"));
         store.setValue("KOVA.workspaceProfile.v1", PreferenceData{R"({"z":[1,2.50,1e300],"a":{"b":null}})"});
         store.setValue("KOVA.gone.v1", true);
         store.removeValue("KOVA.gone.v1");
         store.synchronize();
-        EXPECT_EQ(all(store), "");
+        EXPECT_EQ(problemsOf(store), "");
     }
     EXPECT_EQ(contentsOf(home.file()), R"({
   "KOVA.accentColor.v1": "café \"\\\n",
@@ -115,48 +117,48 @@ TEST(FilePreferencesStore, KeepsTypedValuesInAReadableFile) {
 
 TEST(FilePreferencesStore, ChangesAreCollectedAndUnknownKeysAreKept) {
     Home home;
-    home.given(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null, "KOVA.showBrain.v1": true})");
+    home.writePreferences(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null, "KOVA.showBrain.v1": true})");
     auto store = home.store();
     EXPECT_FALSE(store.contains("nothing"));
     for (int i = 0; i < 100; ++i) store.setValue("KOVA.accentColor.v1", std::to_string(i));
-    store.setValue("broken", PreferenceData{"{"});                        // no JSON, left out
-    EXPECT_EQ(contentsOf(home.file()).find("accent"), std::string::npos); // the write was not waited for
-    home.wait();
+    store.setValue("broken", PreferenceData{"{"});                        // not JSON, so not written
+    EXPECT_EQ(contentsOf(home.file()).find("accent"), std::string::npos); // `setValue` does not wait for the write
+    home.waitForWrite();
     const auto written = nlohmann::json::parse(contentsOf(home.file()));
     EXPECT_EQ(written, nlohmann::json::parse(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null,
                                                  "KOVA.showBrain.v1": true, "KOVA.accentColor.v1": "99"})"));
     const auto before = inodeOf(home.file());
     store.setValue("KOVA.accentColor.v1", std::string("99"));
-    home.wait();
+    home.waitForWrite();
     store.synchronize();
-    EXPECT_EQ(inodeOf(home.file()), before); // the same value again is no change
+    EXPECT_EQ(inodeOf(home.file()), before); // writing the same value again is no change
 }
 
 TEST(FilePreferencesStore, ADeferredValueIsMadeWhenNeededUnlessReplaced) {
     Home home;
     auto store = home.store();
     int made = 0;
-    const auto promise = [&made](const char* text) {
+    const auto deferred = [&made](const char* text) {
         return [&made, text]() -> PreferenceValue { return ++made, std::string(text); };
     };
     const auto accentInFile = [&] { return nlohmann::json::parse(contentsOf(home.file()))["KOVA.accentColor.v1"]; };
-    store.setValueLater("KOVA.accentColor.v1", promise("overtaken"));
-    store.setValueLater("KOVA.accentColor.v1", promise("green"));
+    store.setValueLater("KOVA.accentColor.v1", deferred("replaced"));
+    store.setValueLater("KOVA.accentColor.v1", deferred("green"));
     EXPECT_EQ(made, 0);
     EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "a read returns the value before it is written";
-    home.wait();
+    home.waitForWrite();
     EXPECT_EQ(accentInFile(), "green");
 
     made = 0;
-    store.setValueLater("KOVA.accentColor.v1", promise("overtaken"));
+    store.setValueLater("KOVA.accentColor.v1", deferred("replaced"));
     store.setValue("KOVA.accentColor.v1", std::string("red"));
-    store.setValueLater("other", promise("removed"));
+    store.setValueLater("other", deferred("removed"));
     store.removeValue("other");
     store.synchronize();
     EXPECT_EQ(made, 0);
     EXPECT_EQ(accentInFile(), "red");
     EXPECT_FALSE(nlohmann::json::parse(contentsOf(home.file())).contains("other"));
-    store.setValueLater("KOVA.accentColor.v1", promise("blue"));
+    store.setValueLater("KOVA.accentColor.v1", deferred("blue"));
     store.synchronize();
     EXPECT_EQ(accentInFile(), "blue");
 }
@@ -171,9 +173,9 @@ TEST(FilePreferencesStore, SetsAsideADamagedFile) {
                                                  "{\"a\":" + std::string(100, '[') + std::string(100, ']') + "}"};
     for (const auto& text : unreadable) {
         Home home;
-        home.given(text);
+        home.writePreferences(text);
         auto store = home.store();
-        EXPECT_NE(all(store).find("set aside as"), std::string::npos) << text.substr(0, 20);
+        EXPECT_NE(problemsOf(store).find("set aside as"), std::string::npos) << text.substr(0, 20);
         EXPECT_FALSE(fs::exists(home.file()));
         store.setValue("a", true);
         store.synchronize();
@@ -193,8 +195,8 @@ TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
         {fs::perms::owner_read | fs::perms::owner_exec, "not be set aside"}, {fs::perms::none, "cannot be read now"}};
     for (const auto& [allowed, expected] : cases) {
         Home home;
-        home.given("precious, but broken");
-        // In a child that drops its privileges first, since root may do anything.
+        home.writePreferences("precious, but broken");
+        // Runs in a child that drops root's privileges, since root is not subject to permissions.
         const pid_t child = fork();
         if (child == 0) {
             fs::permissions(home.temporary().path(), fs::perms::all);
@@ -206,7 +208,7 @@ TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
             store.setValue("a", true);
             store.synchronize();
             store.synchronize();
-            _exit(all(store).find(expected) != std::string::npos ? 0 : 1);
+            _exit(problemsOf(store).find(expected) != std::string::npos ? 0 : 1);
         }
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -217,42 +219,42 @@ TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
     }
 }
 
-TEST(FilePreferencesStore, AnEditOfTheUserIsNoticed) {
+TEST(FilePreferencesStore, AnEditOfTheUserIsMergedWithTheAgentsChanges) {
     Home home;
-    home.given(R"({"mine": "1", "theirs": "1", "both": "1", "removed": true, "same": "1"})");
+    home.writePreferences(R"({"mine": "1", "theirs": "1", "both": "1", "removed": true, "same": "1"})");
     auto store = home.store();
     store.setValue("mine", std::string("2"));
     store.setValue("same", std::string("2"));
-    home.given(R"({"mine": "1", "theirs": "3", "both": "1", "new": "3", "same": "2"})");
+    home.writePreferences(R"({"mine": "1", "theirs": "3", "both": "1", "new": "3", "same": "2"})");
     store.synchronize();
     EXPECT_EQ(nlohmann::json::parse(contentsOf(home.file())),
               nlohmann::json::parse(R"({"mine": "2", "theirs": "3", "both": "1", "new": "3", "same": "2"})"));
     EXPECT_EQ(store.string("theirs"), "3");
     EXPECT_EQ(store.string("new"), "3");
     EXPECT_FALSE(store.contains("removed"));
-    EXPECT_EQ(all(store), "");
+    EXPECT_EQ(problemsOf(store), "");
 
-    // Both sides changed one key: ours is the newer, theirs is kept beside it.
+    // Both the user and the agent changed one key: the agent's value is newer, and the edited file is kept as a copy.
     const std::string edited = R"({"mine": "2", "theirs": "3", "both": "4", "new": "3", "same": "2"})";
     store.setValue("both", std::string("5"));
-    home.given(edited);
-    home.wait();
+    home.writePreferences(edited);
+    home.waitForWrite();
     EXPECT_EQ(home.setAside("edited"), edited);
-    EXPECT_NE(all(store).find("both"), std::string::npos);
+    EXPECT_NE(problemsOf(store).find("both"), std::string::npos);
     EXPECT_EQ(home.store().string("both"), "5");
 
     // The preferences survive a file that was emptied by accident, and one that was removed.
-    home.given("");
+    home.writePreferences("");
     store.setValue("mine", std::string("6"));
-    home.wait();
+    home.waitForWrite();
     EXPECT_EQ(home.setAside("damaged"), "");
     EXPECT_EQ(home.store().string("both"), "5");
     fs::remove(home.file());
     store.synchronize();
     EXPECT_EQ(home.store().string("both"), "5");
 
-    // What a person wrote stays in the person's own form until we have something to add.
-    home.given(R"({"mine":"7"})");
+    // A file in the user's own formatting is not rewritten until the agent has a change.
+    home.writePreferences(R"({"mine":"7"})");
     store.synchronize();
     EXPECT_EQ(contentsOf(home.file()), R"({"mine":"7"})");
     EXPECT_EQ(store.string("mine"), "7");
@@ -271,7 +273,7 @@ TEST(FilePreferencesStore, WritesThroughALink) {
     EXPECT_TRUE(fs::is_symlink(home.file()));
     EXPECT_EQ(nlohmann::json::parse(contentsOf(real))["a"], true);
     fs::remove(real);
-    auto store = home.store(); // the link points to nothing: its target comes back
+    auto store = home.store(); // the link points to nothing: its target is created again
     store.setValue("a", false);
     store.synchronize();
     EXPECT_EQ(nlohmann::json::parse(contentsOf(real))["a"], false);
@@ -279,32 +281,32 @@ TEST(FilePreferencesStore, WritesThroughALink) {
     fs::create_symlink("preferences.json", home.file());
     store.setValue("a", true);
     store.synchronize();
-    EXPECT_NE(all(store), "");
+    EXPECT_NE(problemsOf(store), "");
 }
 
-TEST(FilePreferencesStore, AFailedWriteIsReportedAndTriedAgain) {
+TEST(FilePreferencesStore, AFailedWriteIsReportedAndRetried) {
     Home home;
     home.temporary().write("config", "a file where the folder should be");
     auto store = home.store();
     store.setValue("a", true);
-    home.wait();
-    EXPECT_NE(all(store).find("config"), std::string::npos);
+    home.waitForWrite();
+    EXPECT_NE(problemsOf(store).find("config"), std::string::npos);
     EXPECT_EQ(store.boolean("a"), true);
     fs::remove(home.temporary().path() / "config");
     store.setValue("b", true);
-    home.wait();
-    EXPECT_EQ(all(store), "");
+    home.waitForWrite();
+    EXPECT_EQ(problemsOf(store), "");
     EXPECT_EQ(home.store().boolean("a"), true);
 }
 
-TEST(FilePreferencesStore, NothingUnreadableIsWritten) {
+TEST(FilePreferencesStore, AFileThatIsTooLargeToBeReadIsNotWritten) {
     Home home;
     auto store = home.store();
     store.setValue("a", true);
     store.synchronize();
     store.setValue("b", std::string(std::size_t{96} << 20, 'b'));
     store.synchronize();
-    EXPECT_NE(all(store).find("too large"), std::string::npos) << all(store);
+    EXPECT_NE(problemsOf(store).find("too large"), std::string::npos) << problemsOf(store);
     EXPECT_EQ(home.store().boolean("a"), true);
 }
 
@@ -318,22 +320,22 @@ TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadRuns) {
         for (int round = 0; round < 20; ++round) {
             loop.after(round * 110ms, [&store, round] {
                 store.setValue("round", std::to_string(round));
-                if (round % 3 == 0) store.synchronize(); // races with the worker: the newer one stays
+                if (round % 3 == 0) store.synchronize(); // races with the worker: the newer version must remain
             });
         }
         loop.after(2.3s, [&] { loop.quit(0); });
         loop.run();
         store.synchronize();
-        store.setValue("round", std::string("lost: the write was not waited for"));
+        store.setValue("round", std::string("not written before the store is destroyed"));
     }
     FilePreferencesStore again(file, loop, disk);
     EXPECT_EQ(again.string("round"), "19");
 }
 
 /// Writes preferences of growing and shrinking size until it is killed.
-[[noreturn]] void writeForEver(const fs::path& file, int first) {
+[[noreturn]] void writeForever(const fs::path& file, int first) {
     EventLoop loop;
-    Immediately disk;
+    ImmediateWorkQueue disk;
     FilePreferencesStore store(file, loop, disk);
     for (int i = first;; ++i) {
         store.setValue("text", std::string(static_cast<std::size_t>(i * 7919 % 200000), 'x'));
@@ -343,9 +345,9 @@ TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadRuns) {
     }
 }
 
-TEST(FilePreferencesStore, IsOldOrNewWheneverTheWriterIsKilled) {
+TEST(FilePreferencesStore, TheFileIsCompleteWheneverTheWriterIsKilled) {
     Home home;
-    home.given(R"({"length": "0", "text": ""})");
+    home.writePreferences(R"({"length": "0", "text": ""})");
     const auto seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
@@ -353,8 +355,8 @@ TEST(FilePreferencesStore, IsOldOrNewWheneverTheWriterIsKilled) {
     std::set<std::string> lengths;
     for (int round = 0; round < 60; ++round) {
         const pid_t child = fork();
-        if (child == 0) writeForEver(home.file(), round * 97 + 1);
-        // It is at work once the file is another one.
+        if (child == 0) writeForever(home.file(), round * 97 + 1);
+        // The child has begun to write once the file has been replaced.
         const auto before = inodeOf(home.file());
         for (int i = 0; i < 5000 && inodeOf(home.file()) == before; ++i) std::this_thread::sleep_for(1ms);
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
@@ -363,12 +365,12 @@ TEST(FilePreferencesStore, IsOldOrNewWheneverTheWriterIsKilled) {
         waitpid(child, &status, 0);
         ASSERT_TRUE(WIFSIGNALED(status));
         auto store = home.store();
-        ASSERT_EQ(all(store), "");
+        ASSERT_EQ(problemsOf(store), "");
         ASSERT_EQ(std::to_string(store.string("text")->size()), *store.string("length"));
         lengths.insert(*store.string("length"));
     }
-    EXPECT_GT(lengths.size(), 30U); // it was killed in the midst of work
-    // Drafts of processes that have ended are removed, too.
+    EXPECT_GT(lengths.size(), 30U) << "the writers were not killed at different moments";
+    // Temporary files of processes that have ended are removed, too.
     EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
 }
 

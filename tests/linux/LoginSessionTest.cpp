@@ -38,7 +38,7 @@ std::string nameOf(SystemActivityEvent event) {
     return {};
 }
 
-TEST(ActivityConditions, CauseEventsOnlyWhenTheSessionChangesForTheWorkspace) {
+TEST(ActivityConditions, CauseAnEventOnlyIfTheResultingStateChanges) {
     using Facts = ActivityFacts;
     struct Step {
         const char* what;
@@ -92,11 +92,11 @@ TEST(ActivityConditions, CauseEventsOnlyWhenTheSessionChangesForTheWorkspace) {
     }
 }
 
-/// A session on a bus of its own, and the events that it has reported.
+/// A `LoginSession` on a private bus, and the events that it has reported.
 class LoginSessionTest : public ::testing::Test {
   protected:
     void open(std::optional<std::string> sessionID, LoginSessionTimeouts timeouts = {}) {
-        // The test may run in a session of its own, so nothing is taken from its environment.
+        // The test may run in a real login session, so its environment is not used.
         session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
                                                   SessionHints{sessionID, getpid(), getuid()}, timeouts);
         watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { reported_ += nameOf(event); });
@@ -164,7 +164,7 @@ TEST_F(LoginSessionTest, FindsItsSessionByEnvironmentProcessOrUser) {
         const char* name;
         std::optional<std::string> id;
         std::vector<std::tuple<std::string, std::uint32_t, std::string>> sessions;
-        const char* found; // in the sentence; empty for none
+        const char* found; // expected part of the description
     };
     const std::uint32_t me = getuid();
     const std::vector<Case> cases = {
@@ -241,7 +241,7 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     expectReported("");
     bus_.setScreenSaver(false);
     expectReported("unlocked ");
-    bus_.forgeOwner("org.gnome.ScreenSaver", bus_.forger());
+    bus_.forgeOwner("org.gnome.ScreenSaver", bus_.forgerName());
     bus_.forgeScreenSaver(true);
     bus_.forge("/org/freedesktop/login1", PrivateBus::kManager, "PrepareForSleep", true);
     bus_.forge(session, PrivateBus::kSession, "Lock");
@@ -261,7 +261,7 @@ TEST_F(LoginSessionTest, AnUnconfirmedSignalOfAScreenSaverDoesNotKeepTheSessionL
     bus_.addSession("c1", getuid(), "x11");
     open("c1");
     ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
-    bus_.playSaverWithoutState("org.mate.ScreenSaver");
+    bus_.startScreenSaverWithoutState("org.mate.ScreenSaver");
     expectReported("locked unlocked ");
 }
 
@@ -274,7 +274,7 @@ TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
     ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
     // No signal is handled before the loop runs again: by then all of them are queued.
     for (int i = 0; i < kChanges; ++i) bus_.set("c1", "LockedHint", sdbus::Variant(i % 2 == 0));
-    // Other work of the loop is not held up meanwhile.
+    // Measures how long other work of the loop is delayed meanwhile.
     Seconds longestPause{0}, before = loop_.uptime();
     std::function<void()> tick = [&] {
         const Seconds now = loop_.uptime();
@@ -295,7 +295,7 @@ TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWhenItStarts) {
     ASSERT_TRUE(runLoopUntil([&] { return lineOf("login session").find("not connected yet") == std::string::npos; }));
     EXPECT_TRUE(lineOf("login session").starts_with("There is no system bus (")) << lineOf("login session");
     EXPECT_TRUE(lineOf("screen saver").starts_with("There is no session bus (")) << lineOf("screen saver");
-    for (int life = 0; life < 2; ++life) {
+    for (int round = 0; round < 2; ++round) {
         bus_.start();
         bus_.startLogind();
         bus_.addSession("c1", getuid(), "x11");

@@ -1,4 +1,4 @@
-// Time on a real event loop, as tests let it pass.
+// Lets time pass on a real event loop.
 #pragma once
 
 #include "platform/linux/EventLoop.h"
@@ -13,7 +13,7 @@ inline void letPass(EventLoop& loop, Seconds time) {
     loop.run();
 }
 
-/// The same until the condition holds; false when it does not within twenty seconds.
+/// Runs the loop until the condition holds; false if it does not hold within 20 s.
 inline bool letPassUntil(EventLoop& loop, const std::function<bool()>& holds) {
     const Seconds end = loop.uptime() + Seconds(20);
     while (!holds()) {

@@ -1,4 +1,4 @@
-// A message bus of a test's own, on which a stand-in for logind and for a screen saver can be played.
+// A message bus for one test, with simulated services: logind, a screen saver and systemd's user manager.
 #pragma once
 
 #include "tests/desktop/ChildProcess.h"
@@ -27,8 +27,8 @@ class PrivateBus {
 
     void start() {
         std::filesystem::remove(folder_.path() / "bus");
-        // It prints its address once clients may connect; the library keeps the memory of each try that comes too
-        // early.
+        // The daemon prints its address once clients can connect. This waits for it, since the library leaks memory at
+        // each failed attempt.
         std::array<int, 2> ends{};
         ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
         daemon_ = testing::ChildProcess({"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=" + address(),
@@ -47,7 +47,7 @@ class PrivateBus {
         daemon_.end();
     }
     void startLogind(const std::string& parameters = "{}") {
-        logind_ = play("logind", parameters);
+        logind_ = startMock("logind", parameters);
         waitForOwner("org.freedesktop.login1", true);
     }
     void stopLogind() {
@@ -55,10 +55,10 @@ class PrivateBus {
         waitForOwner("org.freedesktop.login1", false);
     }
     void startScreenSaver() {
-        screenSaver_ = play("gnome_screensaver", "{}");
+        screenSaver_ = startMock("gnome_screensaver", "{}");
         waitForOwner("org.gnome.ScreenSaver", true);
     }
-    /// A user manager that takes every scope.
+    /// Starts a user manager that accepts every request for a scope.
     void startUserManager() {
         userManager_ = testing::ChildProcess({"/usr/bin/python3", "-m", "dbusmock", "org.freedesktop.systemd1",
                                               "/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager"},
@@ -71,7 +71,7 @@ class PrivateBus {
                            std::string("ssa(sv)a(sa(sv))"), std::string("o"),
                            std::string("ret = dbus.ObjectPath('/org/freedesktop/systemd1/job/1')"));
     }
-    /// The arguments of each scope that was asked for.
+    /// The arguments of each request for a scope.
     std::vector<std::vector<sdbus::Variant>> scopes() {
         std::vector<sdbus::Struct<std::uint64_t, std::vector<sdbus::Variant>>> calls;
         userManager()
@@ -90,8 +90,9 @@ class PrivateBus {
             .onInterface("org.gnome.ScreenSaver")
             .withArguments(isActive);
     }
-    /// A program that owns the name of a screen saver, sends its signal, and has no method to ask for the state.
-    void playSaverWithoutState(const std::string& name) {
+    /// Starts a program that owns the name of a screen saver, sends its signal, and has no method for reading the
+    /// state.
+    void startScreenSaverWithoutState(const std::string& name) {
         screenSaver_ = testing::ChildProcess({"/usr/bin/python3", "-m", "dbusmock", name, "/", name},
                                              {"PATH=/usr/bin:/bin", "DBUS_SESSION_BUS_ADDRESS=" + address()});
         waitForOwner(name, true);
@@ -104,12 +105,12 @@ class PrivateBus {
     void forgeScreenSaver(bool isActive) {
         forge("/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "ActiveChanged", isActive);
     }
-    std::string forger() const { return connection_->getUniqueName(); }
-    /// A forged signal of the bus that the name has another owner; an empty one for none.
+    std::string forgerName() const { return connection_->getUniqueName(); }
+    /// Sends a forged signal of the bus: the name has a new owner, or none if `owner` is empty.
     void forgeOwner(const std::string& name, const std::string& owner) {
         forge("/org/freedesktop/DBus", "org.freedesktop.DBus", "NameOwnerChanged", name, std::string(), owner);
     }
-    /// A signal from a program that owns no name: to all, and to each connection alone.
+    /// Sends a signal from a connection that owns no name, once to all connections and once to each one alone.
     template <class... Arguments>
     void forge(const std::string& path, const char* interface, const char* member, const Arguments&... arguments) {
         const auto object = sdbus::createObject(*connection_, path);
@@ -167,9 +168,9 @@ class PrivateBus {
             return nullptr;
         }
     }
-    testing::ChildProcess play(const std::string& part, const std::string& parameters) const {
+    testing::ChildProcess startMock(const std::string& service, const std::string& parameters) const {
         return testing::ChildProcess(
-            {"/usr/bin/python3", "-m", "dbusmock", "-t", part, "-p", parameters},
+            {"/usr/bin/python3", "-m", "dbusmock", "-t", service, "-p", parameters},
             {"PATH=/usr/bin:/bin", "DBUS_SYSTEM_BUS_ADDRESS=" + address(), "DBUS_SESSION_BUS_ADDRESS=" + address()});
     }
     void waitForOwner(const std::string& name, bool expected) {

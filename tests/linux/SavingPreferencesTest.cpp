@@ -1,4 +1,4 @@
-// When a change is on disk, also with errors of the disk and with another writer.
+// When changes count as saved, also if the disk fails or another program writes the file.
 #include "persistence/PreferenceKeys.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/simulated/VirtualTime.h"
@@ -18,11 +18,11 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-/// A disk that works when the test lets it.
+/// Runs its jobs when the test calls `run`.
 class HeldDisk final : public WorkQueue {
   public:
     void post(std::function<void()> job) override { jobs.push_back(std::move(job)); }
-    /// The number of jobs done.
+    /// Returns the number of jobs that it ran.
     int run() {
         int done = 0;
         for (; !jobs.empty(); ++done) {
@@ -39,18 +39,20 @@ class SavingPreferences : public testing::Test {
   protected:
     fs::path folder() const { return temporary.path() / "config/kova"; }
     fs::path file() const { return folder() / "preferences.json"; }
-    fs::path given(const std::string& text) const { return temporary.write("config/kova/preferences.json", text); }
+    fs::path writePreferences(const std::string& text) const {
+        return temporary.write("config/kova/preferences.json", text);
+    }
     json inFile() const { return json::parse(contentsOf(file())); }
     FilePreferencesStore store() {
         return FilePreferencesStore(file(), queue, disk, [this](const std::string& text) { log += text + "\n"; });
     }
-    /// The answer to a save, with nothing held.
-    std::string saved(FilePreferencesStore& store) {
-        std::string answer = "none";
-        store.save([&](const auto& problem) { answer = problem.value_or("on disk"); });
+    /// Saves and runs the disk's jobs. Returns "on disk" or the problem; "none" if the save was not completed.
+    std::string resultOfSaving(FilePreferencesStore& store) {
+        std::string result = "none";
+        store.save([&](const auto& problem) { result = problem.value_or("on disk"); });
         disk.run();
         queue.runDue();
-        return answer;
+        return result;
     }
     /// Contents of the files that were set aside or copied.
     std::vector<std::string> copies(const std::string& word) const {
@@ -61,12 +63,12 @@ class SavingPreferences : public testing::Test {
         }
         return found;
     }
-    static std::string all(const PreferencesStore& store) {
+    static std::string problemsOf(const PreferencesStore& store) {
         std::string text;
         for (const auto& problem : store.problems()) text += problem + "\n";
         return text;
     }
-    /// While it lives, no file can be opened.
+    /// While this object exists, no file can be opened.
     class NoDescriptors {
       public:
         NoDescriptors() {
@@ -91,32 +93,32 @@ class SavingPreferences : public testing::Test {
 
 TEST_F(SavingPreferences, ASaveCompletesOnceItIsOnDiskWithoutBlocking) {
     auto store = this->store();
-    std::string answers;
+    std::string results;
     const auto save = [&](const char* name) {
-        store.save([&answers, name](const auto& problem) { answers += name + problem.value_or(""); });
+        store.save([&results, name](const auto& problem) { results += name + problem.value_or(""); });
     };
     store.setValue("a", true);
     save("a");
     store.setValue("b", true);
     save("b"); // while the first is being written
     queue.runDue();
-    EXPECT_EQ(answers, "");
+    EXPECT_EQ(results, "");
     ASSERT_EQ(disk.jobs.size(), 1U);
     disk.run();
     EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
-    EXPECT_EQ(answers, "") << "the result has not reached the main queue";
+    EXPECT_EQ(results, "") << "the result has not reached the main queue";
     queue.runDue();
-    EXPECT_EQ(answers, "a");
+    EXPECT_EQ(results, "a");
     disk.run();
     queue.runDue();
-    EXPECT_EQ(answers, "ab");
+    EXPECT_EQ(results, "ab");
     EXPECT_EQ(inFile(), json::parse(R"({"a":true,"b":true})"));
     save("c");
-    EXPECT_EQ(answers, "abc") << "nothing is left to write";
+    EXPECT_EQ(results, "abc") << "nothing is left to write";
     queue.advance(Seconds(5));
     EXPECT_TRUE(disk.jobs.empty()) << "saved values are not written again";
     store.setValueLater("later", [] { return PreferenceValue(true); });
-    EXPECT_EQ(saved(store), "on disk");
+    EXPECT_EQ(resultOfSaving(store), "on disk");
     EXPECT_TRUE(inFile().contains("later"));
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
@@ -125,8 +127,8 @@ TEST_F(SavingPreferences, AFailedWriteIsReportedAndRetriedUntilItSucceeds) {
     const auto obstacle = temporary.write("config", "a file where the folder should be");
     auto store = this->store();
     store.setValue("a", true);
-    EXPECT_NE(saved(store).find("cannot make the folder"), std::string::npos);
-    EXPECT_NE(all(store).find("in memory only"), std::string::npos) << all(store);
+    EXPECT_NE(resultOfSaving(store).find("cannot make the folder"), std::string::npos);
+    EXPECT_NE(problemsOf(store).find("in memory only"), std::string::npos) << problemsOf(store);
     EXPECT_EQ(std::ranges::count(log, '\n'), 1) << log;
     std::string tries;
     for (int second = 1; second <= 200; ++second) {
@@ -141,12 +143,12 @@ TEST_F(SavingPreferences, AFailedWriteIsReportedAndRetriedUntilItSucceeds) {
     disk.run();
     queue.runDue();
     EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
-    EXPECT_EQ(all(store), "");
+    EXPECT_EQ(problemsOf(store), "");
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
 
 TEST_F(SavingPreferences, AFileWithoutASyncedFolderDoesNotCountAsSaved) {
-    given(R"({"theirs": "1"})");
+    writePreferences(R"({"theirs": "1"})");
     int error = EIO, syncs = 0;
     PreferencesFile written(file(), [&](const fs::path& synced) {
         EXPECT_EQ(synced, folder());
@@ -156,7 +158,7 @@ TEST_F(SavingPreferences, AFileWithoutASyncedFolderDoesNotCountAsSaved) {
     (void)written.load(queue.now());
     const PreferencesFile::Request request{
         .values = {{"theirs", std::string("1")}, {"ours", std::string("1")}}, .version = 1, .unusable = {}};
-    given(R"({"theirs": "2"})"); // as another writer has it meanwhile
+    writePreferences(R"({"theirs": "2"})"); // another program has changed the file
     for (int attempt = 1; attempt <= 2; ++attempt) {
         const auto failed = written.write(request, queue.now());
         EXPECT_FALSE(failed.isOnDisk);
@@ -174,69 +176,70 @@ TEST_F(SavingPreferences, AFileWithoutASyncedFolderDoesNotCountAsSaved) {
 
 TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsKeptAndLaterTakesPrecedence) {
     {
-        // The undefined-behavior sanitizer needs a descriptor when it meets a type for the first time.
-        given(R"({"both": "theirs"})");
+        // Runs the same code with descriptors first: the undefined-behavior sanitizer opens one when it checks a type
+        // for the first time.
+        writePreferences(R"({"both": "theirs"})");
         auto ordinary = this->store();
         ordinary.setValue("both", std::string("ours"));
-        EXPECT_EQ(saved(ordinary), "on disk");
-        EXPECT_EQ(all(ordinary), "");
+        EXPECT_EQ(resultOfSaving(ordinary), "on disk");
+        EXPECT_EQ(problemsOf(ordinary), "");
     }
-    given(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
+    writePreferences(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
     std::optional<FilePreferencesStore> store;
     {
         const NoDescriptors none;
         store.emplace(file(), queue, disk);
-        EXPECT_NE(all(*store).find("cannot be read now"), std::string::npos) << all(*store);
+        EXPECT_NE(problemsOf(*store).find("cannot be read now"), std::string::npos) << problemsOf(*store);
         store->setValue("KOVA.workspaceProfile.v1", PreferenceData{R"({"name": "New", "themeID": "x"})"});
         store->setValue("both", std::string("ours"));
-        EXPECT_NE(saved(*store).find("cannot be read now"), std::string::npos);
+        EXPECT_NE(resultOfSaving(*store).find("cannot be read now"), std::string::npos);
     }
-    EXPECT_EQ(saved(*store), "on disk");
+    EXPECT_EQ(resultOfSaving(*store), "on disk");
     EXPECT_EQ(inFile(),
               json::parse(R"({"KOVA.workspaceProfile.v1": {"name": "Mine", "themeID": "x"}, "both": "theirs"})"));
     EXPECT_EQ(store->string("both"), "theirs");
-    EXPECT_EQ(all(*store), "") << "the file can be read again";
+    EXPECT_EQ(problemsOf(*store), "") << "the file can be read again";
 
-    // An edit is not lost either because it could not be looked at.
-    given(R"({"both": "edited", "new": true})");
+    // An edit is not lost if the file could not be read at the next write.
+    writePreferences(R"({"both": "edited", "new": true})");
     store->setValue("mine", true);
     {
         const NoDescriptors none;
-        EXPECT_NE(saved(*store).find("cannot be read now"), std::string::npos);
+        EXPECT_NE(resultOfSaving(*store).find("cannot be read now"), std::string::npos);
     }
-    EXPECT_EQ(saved(*store), "on disk");
+    EXPECT_EQ(resultOfSaving(*store), "on disk");
     EXPECT_EQ(inFile(), json::parse(R"({"both": "edited", "mine": true, "new": true})"));
     EXPECT_TRUE(copies("damaged").empty());
 }
 
 TEST_F(SavingPreferences, AnUnusableValueIsCopiedBeforeItIsOverwritten) {
     const std::string text = R"({"good": {"n": 1}, "bad": {"n": "one"}})";
-    given(text);
+    writePreferences(text);
     auto store = this->store();
     store.noteUnusable("bad", "n: expected a number");
     store.noteUnusable("bad", "n: expected a number");
-    EXPECT_EQ(all(store),
+    EXPECT_EQ(problemsOf(store),
               "bad is not used as stored: n: expected a number. A copy will be kept before it is overwritten\n");
-    EXPECT_EQ(log, all(store));
+    EXPECT_EQ(log, problemsOf(store));
     store.setValue("good", PreferenceData{R"({"n":2})"});
-    EXPECT_EQ(saved(store), "on disk");
+    EXPECT_EQ(resultOfSaving(store), "on disk");
     EXPECT_EQ(inFile()["bad"]["n"], "one");
     EXPECT_TRUE(copies("damaged").empty());
     const std::string before = contentsOf(file());
     for (const char* value : {R"({"n":1})", R"({"n":3})"}) {
         store.setValue("bad", PreferenceData{value});
-        EXPECT_EQ(saved(store), "on disk");
+        EXPECT_EQ(resultOfSaving(store), "on disk");
     }
     EXPECT_EQ(copies("damaged"), std::vector{before}) << "one copy is made";
-    EXPECT_NE(all(store).find("What was stored is kept as " + file().string() + ".damaged-"), std::string::npos)
-        << all(store);
+    EXPECT_NE(problemsOf(store).find("What was stored is kept as " + file().string() + ".damaged-"), std::string::npos)
+        << problemsOf(store);
 
     // When no copy can be kept, nothing is overwritten.
     store.noteUnusable("good", "n: too small");
     store.setValue("good", PreferenceData{"7"});
     {
         const NoDescriptors none;
-        EXPECT_NE(saved(store).find("no copy"), std::string::npos);
+        EXPECT_NE(resultOfSaving(store).find("no copy"), std::string::npos);
     }
     EXPECT_EQ(inFile()["good"]["n"], 2);
 }
@@ -247,10 +250,11 @@ TEST_F(SavingPreferences, ADamagedFileBehindALinkKeepsItsName) {
     fs::create_symlink(foreign, file());
     auto store = this->store();
     store.setValue("a", true);
-    EXPECT_EQ(saved(store), "on disk");
+    EXPECT_EQ(resultOfSaving(store), "on disk");
     EXPECT_EQ(contentsOf(foreign), "alias ll=ls");
     EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
-    EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"}) << "the link still exists";
+    EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"})
+        << "the target's contents are no longer read through the link";
 }
 
 TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
@@ -271,7 +275,7 @@ TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
                             PreferenceData{json{{"id", name}, {"layoutSelectionsByDisplay", selections}}.dump()});
             agent->setValue(session, PreferenceData{json{{"windows", {name, i}}}.dump()});
             agent->setValue(name, std::to_string(i));
-            ASSERT_EQ(saved(*agent), "on disk");
+            ASSERT_EQ(resultOfSaving(*agent), "on disk");
         }
     }
     EXPECT_EQ(inFile()[product]["scenes"].size(), 24U);
@@ -285,28 +289,28 @@ TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
     json scenes = json::array();
     for (int scene = 2; scene <= 12; ++scene) scenes.push_back({{"id", "first" + std::to_string(scene)}});
     first.setValue(product, PreferenceData{json{{"scenes", scenes}}.dump()});
-    ASSERT_EQ(saved(first), "on disk");
+    ASSERT_EQ(resultOfSaving(first), "on disk");
     second.setValue("more", true);
-    ASSERT_EQ(saved(second), "on disk");
+    ASSERT_EQ(resultOfSaving(second), "on disk");
     EXPECT_EQ(inFile()[product]["scenes"].size(), 23U);
 }
 
 TEST_F(SavingPreferences, AnEditWithinARecordIsMergedWithTheAgentsChanges) {
     const std::string profile(preferenceKey::workspaceProfile);
-    given(json{{profile, {{"tileInset", 5}, {"name", "Mine"}, {"themeID", "a"}}}}.dump());
+    writePreferences(json{{profile, {{"tileInset", 5}, {"name", "Mine"}, {"themeID", "a"}}}}.dump());
     auto store = this->store();
-    given(json{{profile, {{"tileInset", 5}, {"name", "Edited"}, {"themeID", "a"}}}}.dump());
-    for (const int inset : {7, 8}) { // what the agent has in memory never had the edit
+    writePreferences(json{{profile, {{"tileInset", 5}, {"name", "Edited"}, {"themeID", "a"}}}}.dump());
+    for (const int inset : {7, 8}) { // the agent's copy in memory never contains the edit
         store.setValue(profile, PreferenceData{json{{"tileInset", inset}, {"name", "Mine"}, {"themeID", "a"}}.dump()});
-        ASSERT_EQ(saved(store), "on disk");
+        ASSERT_EQ(resultOfSaving(store), "on disk");
         EXPECT_EQ(inFile()[profile],
                   json::parse(R"({"tileInset": )" + std::to_string(inset) + R"(, "name": "Edited", "themeID": "a"})"));
     }
     EXPECT_TRUE(copies("edited").empty());
     const std::string edited = json{{profile, {{"tileInset", 9}, {"name", "Edited"}, {"themeID", "a"}}}}.dump();
-    given(edited);
+    writePreferences(edited);
     store.setValue(profile, PreferenceData{R"({"tileInset":10,"name":"Mine","themeID":"a"})"});
-    ASSERT_EQ(saved(store), "on disk");
+    ASSERT_EQ(resultOfSaving(store), "on disk");
     EXPECT_EQ(inFile()[profile]["tileInset"], 10);
     EXPECT_EQ(copies("edited"), std::vector{edited});
     EXPECT_NE(log.find(profile + ".tileInset also changed here"), std::string::npos) << log;

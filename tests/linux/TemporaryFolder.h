@@ -1,4 +1,4 @@
-// A folder of a test's own, removed with it.
+// A folder for one test; the destructor removes it.
 #pragma once
 
 #include <stdlib.h>

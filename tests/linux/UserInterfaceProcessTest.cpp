@@ -1,4 +1,4 @@
-// kova-ui as a process, played by shell scripts.
+// kova-ui as a child process. Shell scripts take the place of kova-ui.
 #include "platform/posix/UserInterfaceProcess.h"
 
 #include "platform/linux/ChildProcesses.h"
@@ -34,9 +34,9 @@ class UserInterfaceProgram : public ::testing::Test {
         std::ifstream stream(folder_.path() / name);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// The program is the one that KOVA_UI names.
-    static std::optional<std::string> found() { return findUserInterface("", findProgram); }
-    bool isGone(pid_t process) const { return kill(process, 0) != 0; }
+    /// The program that the variable KOVA_UI names.
+    static std::optional<std::string> findByVariable() { return findUserInterface("", findProgram); }
+    bool hasEnded(pid_t process) const { return kill(process, 0) != 0; }
 
     TemporaryFolder folder_;
     const std::string path_ = std::getenv("PATH");
@@ -65,27 +65,27 @@ TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
 }
 
 TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
-    const std::string said = (folder_.path() / "said").string();
+    const std::string report = (folder_.path() / "report").string();
     const std::vector<std::pair<std::string, UserInterfaceEnd>> endings = {
         {"exit 0", UserInterfaceEnd::byItself},
         {"exit 3", UserInterfaceEnd::unexpectedly},
         {"kill -SEGV $$", UserInterfaceEnd::unexpectedly},
     };
     for (const auto& [script, how] : endings) {
-        setenv("KOVA_UI", program("ui", "echo \"$KOVA_SOCKET $KOVA_AGENT_PROCESS\" > " + said + "; " + script).c_str(),
-               1);
-        UserInterfaceProcess process(found, "/the/socket", loop_, children_);
+        setenv("KOVA_UI",
+               program("ui", "echo \"$KOVA_SOCKET $KOVA_AGENT_PROCESS\" > " + report + "; " + script).c_str(), 1);
+        UserInterfaceProcess process(findByVariable, "/the/socket", loop_, children_);
         ends_.clear();
         process.start(ended_);
         EXPECT_NE(process.process(), std::nullopt);
         ASSERT_TRUE(letPassUntil(loop_, [&] { return !ends_.empty(); })) << script;
         EXPECT_EQ(ends_, std::vector{how}) << script;
         EXPECT_EQ(process.process(), std::nullopt);
-        EXPECT_EQ(contentsOf("said"), "/the/socket " + std::to_string(getpid()) + "\n");
+        EXPECT_EQ(contentsOf("report"), "/the/socket " + std::to_string(getpid()) + "\n");
     }
     setenv("KOVA_UI", program("ui", "").c_str(), 1);
     folder_.write("ui", "neither a script nor a program\n");
-    UserInterfaceProcess process(found, "/the/socket", loop_, children_);
+    UserInterfaceProcess process(findByVariable, "/the/socket", loop_, children_);
     ends_.clear();
     process.start(ended_);
     ASSERT_TRUE(letPassUntil(loop_, [&] { return !ends_.empty(); }));
@@ -96,7 +96,7 @@ TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
 TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnce) {
     const std::string ready = (folder_.path() / "ready").string();
     setenv("KOVA_UI", program("ui", "trap '' TERM; : > " + ready + "; while :; do sleep 0.05; done").c_str(), 1);
-    UserInterfaceProcess process(found, "/socket", loop_, children_);
+    UserInterfaceProcess process(findByVariable, "/socket", loop_, children_);
     process.start(ended_);
     const pid_t first = process.process().value_or(0);
     ASSERT_TRUE(letPassUntil(loop_, [&] { return std::filesystem::exists(ready); }));
@@ -105,11 +105,11 @@ TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnc
     process.start(ended_);
     const pid_t second = process.process().value_or(0);
     EXPECT_NE(first, second);
-    EXPECT_TRUE(letPassUntil(loop_, [&] { return isGone(first); }));
+    EXPECT_TRUE(letPassUntil(loop_, [&] { return hasEnded(first); }));
     EXPECT_EQ(process.process(), second);
     EXPECT_TRUE(ends_.empty()) << "a requested end is not reported";
     process.end();
-    EXPECT_TRUE(letPassUntil(loop_, [&] { return isGone(second); }));
+    EXPECT_TRUE(letPassUntil(loop_, [&] { return hasEnded(second); }));
 }
 
 TEST_F(UserInterfaceProgram, IsKilledWithAnAgentThatIsKilled) {
@@ -123,17 +123,17 @@ TEST_F(UserInterfaceProgram, IsKilledWithAnAgentThatIsKilled) {
     if (agent == 0) {
         EventLoop loop;
         ChildProcesses children(loop);
-        UserInterfaceProcess process(found, "/socket", loop, children);
+        UserInterfaceProcess process(findByVariable, "/socket", loop, children);
         process.start({});
         loop.run();
         _exit(0);
     }
     ASSERT_TRUE(letPassUntil(loop_, [&] { return std::filesystem::exists(processFile); }));
     const pid_t program = std::stoi(contentsOf("process"));
-    EXPECT_FALSE(isGone(program));
+    EXPECT_FALSE(hasEnded(program));
     kill(agent, SIGKILL);
     waitpid(agent, nullptr, 0);
-    // Reaped by whatever adopts it, which may be slow or absent: it is dead or a zombie.
+    // The process that adopts kova-ui may reap it late or never, so a zombie counts as dead.
     const auto isDead = [&] {
         std::ifstream stream("/proc/" + std::to_string(program) + "/stat");
         const std::string stat{std::istreambuf_iterator<char>(stream), {}};

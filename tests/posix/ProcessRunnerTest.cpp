@@ -21,8 +21,8 @@ TEST(ProcessRunner, ReportsExitStatusAndOutput) {
         std::string output, problem;
     };
     const std::vector<Case> cases = {
-        {"done", "/bin/sh", {"-c", "echo out; echo err >&2"}, Ending::exited, 0, "out\n", "err\n"},
-        {"arguments as they are",
+        {"success", "/bin/sh", {"-c", "echo out; echo err >&2"}, Ending::exited, 0, "out\n", "err\n"},
+        {"arguments are passed unchanged",
          "/bin/sh",
          {"-c", "printf '%s|' \"$@\"", "-", "a b", "", "$x"},
          Ending::exited,
@@ -32,7 +32,7 @@ TEST(ProcessRunner, ReportsExitStatusAndOutput) {
         {"failed", "/bin/sh", {"-c", "exit 7"}, Ending::exited, 7, "", ""},
         {"no input", "/bin/cat", {}, Ending::exited, 0, "", ""},
         {"killed", "/bin/sh", {"-c", "kill -TERM $$; sleep 9"}, Ending::killed, 0, "", ""},
-        {"not there", "/nonexistent/program", {}, Ending::notStarted, 0, "", "No such file or directory"},
+        {"missing program", "/nonexistent/program", {}, Ending::notStarted, 0, "", "No such file or directory"},
         {"leaves a child behind", "/bin/sh", {"-c", "sleep 9 & echo mine"}, Ending::exited, 0, "mine\n", ""},
     };
     for (const Case& c : cases) {
@@ -53,7 +53,8 @@ TEST(ProcessRunner, KillsAHangingProgramWithItsChildren) {
 }
 
 TEST(ProcessRunner, AnUnknownExitStatusIsNoSuccess) {
-    // As a parent that looks after no child hands it down.
+    // A process inherits this setting from a parent that ignores the ends of its children. Then the kernel drops the
+    // exit status.
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "exit 7"}, 8s);
     std::signal(SIGCHLD, before);

@@ -13,31 +13,32 @@
 namespace kova {
 namespace {
 
-TEST(ReleasedMemory, OnlyPagesThatTheirFileStillHasAreGivenBack) {
+TEST(ReleasedMemory, OnlyUnchangedPagesOfFilesAreReleased) {
     struct Case {
-        const char *what, *line, *ownKilobytes;
+        const char *what, *line, *anonymousKilobytes;
         bool isFound;
     };
     const Case cases[] = {
         {"code", "1000-3000 r-xp 00001000 08:01 7                   /usr/lib/libx.so.1", "0", true},
         {"constants", "1000-3000 r--p 00000000 08:01 7                   /usr/lib/a folder/libx.so", "0", true},
-        {"relocated data, read-only since", "1000-3000 r--p 00001000 08:01 7          /usr/lib/libx.so", "4", false},
+        {"data that was relocated and then made read-only", "1000-3000 r--p 00001000 08:01 7          /usr/lib/libx.so",
+         "4", false},
         {"data", "1000-3000 rw-p 00001000 08:01 7                   /usr/lib/libx.so", "0", false},
         {"shared with other processes", "1000-3000 r--s 00000000 08:01 7              /var/cache/fonts", "0", false},
-        {"of no file", "1000-3000 r--p 00000000 00:00 0", "0", false},
+        {"memory without a file", "1000-3000 r--p 00000000 00:00 0", "0", false},
         {"the stack", "1000-3000 rw-p 00000000 00:00 0                   [stack]", "8", false},
-        {"of the kernel", "1000-3000 r-xp 00000000 00:00 0                   [vdso]", "0", false},
-        {"of a device", "1000-3000 r--p 00000000 00:05 7                   /dev/dri/card0", "0", false}};
+        {"pages of the kernel", "1000-3000 r-xp 00000000 00:00 0                   [vdso]", "0", false},
+        {"pages of a device", "1000-3000 r--p 00000000 00:05 7                   /dev/dri/card0", "0", false}};
     for (const Case& each : cases) {
         std::istringstream smaps(std::string(each.line) + "\nSize:   8 kB\nRss:   8 kB\nAnonymous:      " +
-                                 each.ownKilobytes + " kB\nVmFlags: rd mr mw me\n");
+                                 each.anonymousKilobytes + " kB\nVmFlags: rd mr mw me\n");
         const std::vector<MappedPages> none, found{{0x1000, 0x2000}};
         EXPECT_EQ(unchangedFilePages(smaps), each.isFound ? found : none) << each.what;
     }
 }
 
 #if defined(__linux__)
-/// Kilobytes of the file that are mapped and present.
+/// Kilobytes of the file's mappings that are in memory.
 int residentKilobytes(const std::string& path) {
     std::ifstream smaps("/proc/self/smaps");
     bool isOfFile = false;
@@ -50,7 +51,7 @@ int residentKilobytes(const std::string& path) {
     return sum;
 }
 
-TEST(ReleasedMemory, FilesComeBackAndWrittenPagesStay) {
+TEST(ReleasedMemory, ReleasedPagesAreReadAgainFromTheFileAndWrittenPagesAreKept) {
     std::string path = ::testing::TempDir() + "kova-mapped-XXXXXX";
     const int file = mkstemp(path.data());
     ASSERT_GE(file, 0);
@@ -69,7 +70,7 @@ TEST(ReleasedMemory, FilesComeBackAndWrittenPagesStay) {
     ASSERT_GE(residentKilobytes(path), static_cast<int>(5 * page / 1024));
 
     releaseUnusedMemory();
-    EXPECT_LE(residentKilobytes(path), static_cast<int>(4 * page / 1024)) << "only those of the written mapping";
+    EXPECT_LE(residentKilobytes(path), static_cast<int>(4 * page / 1024)) << "the unwritten mapping was not released";
     EXPECT_EQ(std::string(read, text.size()), text);
     EXPECT_EQ(written[0], 'w');
     EXPECT_EQ(written[1], 'f');

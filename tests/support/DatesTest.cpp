@@ -1,4 +1,4 @@
-// Dates in both spellings, against figures of the calendar.
+// Dates as seconds since 2001 and as ISO 8601 texts, compared with known dates.
 #include "support/Dates.h"
 
 #include <gtest/gtest.h>
@@ -37,13 +37,13 @@ TEST(Dates, AgreeWithTheCalendar) {
     }
 }
 
-TEST(Dates, DropAFractionDownwardsAlsoBefore1970) {
+TEST(Dates, RoundFractionsOfASecondDownAlsoBefore1970) {
     EXPECT_EQ(iso8601(*dateFromSecondsSince2001(816372746.999)), "2026-11-14T18:12:26Z");
     EXPECT_EQ(iso8601(*dateFromSecondsSince2001(-3187296000.25)), "1899-12-31T23:59:59Z");
     EXPECT_EQ(secondsSince2001(*dateFromSecondsSince2001(816372746.123456)), 816372746.123456);
 }
 
-TEST(Dates, InvalidTexts) {
+TEST(Dates, InvalidNumbersAndTextsAreRejected) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     for (const double number : {std::nan(""), kInfinity, -kInfinity, 1e300, 252423993600.0, -63145526401.0}) {
         EXPECT_FALSE(dateFromSecondsSince2001(number)) << number;
@@ -57,9 +57,9 @@ TEST(Dates, InvalidTexts) {
     }
 }
 
-TEST(Dates, ShowTheClockOfTheUser) {
+TEST(Dates, AreShownInTheUsersTimeZone) {
     EXPECT_EQ(localMonthDayTime(*dateFromIso8601("2026-11-14T18:12:26Z")).size(), 13u);
-    ::setenv("TZ", "KOV-5:30", 1); // the user has moved meanwhile
+    ::setenv("TZ", "KOV-5:30", 1); // the time zone changes while the process runs
     EXPECT_EQ(localMonthDayTime(*dateFromIso8601("2026-11-14T18:12:26Z")), "Nov 14, 23:42");
     EXPECT_EQ(localMonthDayTime(*dateFromIso8601("2026-12-31T19:05:00Z")), "Jan 1, 00:35");
     ::unsetenv("TZ");

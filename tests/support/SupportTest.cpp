@@ -12,8 +12,9 @@
 
 using namespace kova;
 
-TEST(Geometry, Conversions) {
-    // A second screen below and to the right of a first one that is 1440 high.
+TEST(Geometry, ConvertsBetweenTheCoordinateSpaces) {
+    // The visible frame of a second screen, to the right of a first screen that is 1440 points high. The second screen
+    // extends below the first one.
     const CGRect visibleOnScreen = makeRect(2560, -200, 1920, 1050);
     const CGRect onScreen = tileFrameOnScreen(makeRect(10, 10, 600, 400), visibleOnScreen);
     EXPECT_EQ(onScreen, makeRect(2570, 440, 600, 400));
@@ -40,7 +41,7 @@ TEST(Geometry, Rectangles) {
     EXPECT_FALSE(nearlyEqual(a, makeRect(0, 0, 10, 12.1), 2));
 }
 
-TEST(Text, FoldsEveryScript) {
+TEST(Text, IgnoresCaseAndTrimsSpacesInEveryScript) {
     EXPECT_EQ(lowercased("ÄRGER"), lowercased("A\u0308rger"));
     EXPECT_EQ(lowercased("ΑΘΉΝΑ"), "αθήνα");
     EXPECT_EQ(trimmed("\u00A0\u2003 Mail \u3000\r\n"), "Mail");
@@ -116,7 +117,7 @@ TEST(JsonDecoding, ErrorsNameThePlaceAndTheReason) {
     EXPECT_NO_THROW(parseJson("\"\\\"" + std::string(100, '[') + "\"")) << "brackets within a text";
 }
 
-TEST(JsonDecoding, TimeGrowsWithTheTextAlone) {
+TEST(JsonDecoding, TakesTimeInProportionToTheLengthOfTheText) {
     std::string text = "[{}";
     for (int i = 0; i < 300'000; ++i) text += ",{}";
     const auto begun = std::chrono::steady_clock::now();
@@ -152,13 +153,14 @@ TEST(JsonDecoding, InvalidTextIsReportedWithItsPosition) {
 
 TEST(Published, NotifiesOfChangesOnly) {
     Published<int> value(1);
-    std::string heard;
-    auto first = value.observe([&](const int& now) { heard += "a" + std::to_string(now) + " "; });
+    std::string notified;
+    auto first = value.observe([&](const int& now) { notified += "a" + std::to_string(now) + " "; });
     Subscription late;
     {
         auto second = value.observe([&](const int& now) {
-            heard += "b" + std::to_string(now) + " ";
-            if (now == 2) late = value.observe([&](const int& later) { heard += "c" + std::to_string(later) + " "; });
+            notified += "b" + std::to_string(now) + " ";
+            if (now == 2)
+                late = value.observe([&](const int& later) { notified += "c" + std::to_string(later) + " "; });
         });
         value.set(1);
         value.set(2);
@@ -166,27 +168,27 @@ TEST(Published, NotifiesOfChangesOnly) {
     }
     first = {};
     value.set(4);
-    EXPECT_EQ(heard, "a2 b2 a3 b3 c3 c4 ");
+    EXPECT_EQ(notified, "a2 b2 a3 b3 c3 c4 ");
 }
 
 TEST(Published, AValueSetByAnObserverIsNotifiedOnce) {
     Published<std::string> value("calm");
-    std::string heard;
-    const auto before = value.observe([&](const std::string& now) { heard += "a:" + now + " "; });
+    std::string notified;
+    const auto before = value.observe([&](const std::string& now) { notified += "a:" + now + " "; });
     const auto setting = value.observe([&](const std::string& now) {
         if (now == "wanted") value.set("corrected, and too long to stay where the other was");
-        heard += "b:" + now.substr(0, 9) + " ";
+        notified += "b:" + now.substr(0, 9) + " ";
     });
-    const auto after = value.observe([&](const std::string& now) { heard += "c:" + now.substr(0, 9) + " "; });
+    const auto after = value.observe([&](const std::string& now) { notified += "c:" + now.substr(0, 9) + " "; });
     value.set("wanted");
-    EXPECT_EQ(heard,
+    EXPECT_EQ(notified,
               "a:wanted a:corrected, and too long to stay where the other was b:corrected c:corrected b:wanted ");
-    heard.clear();
+    notified.clear();
     value.set("calm");
-    EXPECT_EQ(heard, "a:calm b:calm c:calm ");
+    EXPECT_EQ(notified, "a:calm b:calm c:calm ");
 }
 
-TEST(Lifetime, SilencesLateCallbacks) {
+TEST(Lifetime, CallbacksAfterItsEndAreDropped) {
     int calls = 0;
     std::function<void(int)> callback;
     {

@@ -1,4 +1,4 @@
-// Names in plain ASCII are compared without the library; the library must agree.
+// Names in ASCII are compared without the Unicode library. The order must be that of the library.
 #include "support/text/Text.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,8 @@ int compareByLibrary(const UCollator* order, const std::string& a, const std::st
                             static_cast<std::int32_t>(b.size()), &status);
 }
 
-/// The language is that of the environment at the first comparison, so each is tried in a process of its own.
+/// Ends the process. The language is read from the environment at the first comparison, so each locale needs a process
+/// of its own.
 void expectTheLibrarysOrder(const char* locale) {
     setenv("LC_ALL", locale, 1);
     UErrorCode status = U_ZERO_ERROR;
@@ -40,7 +41,7 @@ void expectTheLibrarysOrder(const char* locale) {
         for (int n = length(random); n > 0; --n) a += static_cast<char>(character(random));
         for (int n = length(random); n > 0; --n) b += static_cast<char>(character(random));
         compare(a, b);
-        // Two letters that some languages join, against the next one.
+        // Some languages sort two letters, such as "ch", as one letter.
         const std::string pair{static_cast<char>(letter(random)), static_cast<char>(letter(random))};
         compare(pair, std::string(1, static_cast<char>(letter(random))));
         compare(pair + a, pair.substr(0, 1) + static_cast<char>(letter(random)));
@@ -49,7 +50,7 @@ void expectTheLibrarysOrder(const char* locale) {
 }
 
 TEST(TextDeathTest, AsciiIsOrderedAsTheLibraryOrdersIt) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // what was decided at an earlier comparison must not be inherited
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the child must not inherit the language of an earlier comparison
     for (const char* locale : {"C", "de_DE", "en_GB", "en_US", "es_MX", "fr_CA", "it_IT", "nl_NL", "pl_PL", "pt_BR",
                                "ru_RU", "cs_CZ", "da_DK", "et_EE", "hr_HR", "hu_HU", "lt_LT", "cy_GB"}) {
         EXPECT_EXIT(expectTheLibrarysOrder(locale), ::testing::ExitedWithCode(0), "") << locale;
