@@ -16,12 +16,12 @@ double secondsSince2001(Date date);
 /// Rounded to a microsecond; absent if the value is not a number or lies outside the years 0000 to 9999.
 std::optional<Date> dateFromSecondsSince2001(double seconds);
 
-/// YYYY-MM-DDTHH:MM:SSZ; a fraction of a second is dropped downwards.
+/// YYYY-MM-DDTHH:MM:SSZ, rounded down to a whole second.
 std::string iso8601(Date date);
 /// Reads exactly that form; absent for any other text, and for a date that does not exist.
 std::optional<Date> dateFromIso8601(std::string_view text);
 
-/// The moment on the clocks of the user's time zone, as in "Nov 14, 18:12".
+/// The date in the user's time zone: "Nov 14, 18:12".
 std::string localMonthDayTime(Date date);
 
 /// "20261121-035455", in local time, for names of files.

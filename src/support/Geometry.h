@@ -57,13 +57,13 @@ constexpr CGPoint center(const CGRect& r) {
 CGRect unionOf(const CGRect& a, const CGRect& b);
 /// Area shared by both; 0 when they only touch or lie apart.
 double intersectionArea(const CGRect& a, const CGRect& b);
-/// True when `inner` lies in `outer` grown by `tolerance` points on every side.
+/// True when `inner` lies in `outer` grown by `tolerancePoints` on every side.
 bool containsWithin(const CGRect& outer, const CGRect& inner, double tolerancePoints);
 /// True when the point lies in the rectangle; the minimum edges belong to it, the maximum edges do not.
 bool containsPoint(const CGRect& r, CGPoint point);
-/// The rectangle shrunk by `points` on every side; never smaller than nothing, then collapsed onto its center.
+/// The rectangle shrunk by `points` on every side. A side that is too short for that becomes 0, at the center.
 CGRect insetBy(const CGRect& r, double points);
-/// True when x, y, width and height each differ by at most `tolerance` points.
+/// True when x, y, width and height each differ by at most `tolerancePoints`.
 bool nearlyEqual(const CGRect& a, const CGRect& b, double tolerancePoints);
 bool isFinite(const CGRect& r);
 bool isFinite(const CGSize& s);

@@ -1,5 +1,5 @@
 // The ids of windows, displays, slots and applications, each a type of its own, so that none can be passed for another.
-// They become text, and are made of text, only where they are stored, sent on the socket or come from a desktop.
+// They are converted to and from text only where they are stored, sent on the socket or read from a desktop.
 #pragma once
 
 #include <compare>
@@ -18,7 +18,7 @@ class Identifier {
     Identifier() = default;
     explicit Identifier(std::string text) : text_(std::move(text)) {}
     explicit Identifier(std::string_view text) : text_(text) {}
-    /// A literal says at its place what it names, so it needs no conversion.
+    /// Implicit for literals only: the code around a literal shows which kind of id it is.
     template <std::size_t size>
     Identifier(const char (&literal)[size]) : text_(literal) {}
 
@@ -48,7 +48,7 @@ class Identifier {
     std::string text_;
 };
 
-/// Process identifier, ":", hash of the element; stable while the window lives.
+/// Process identifier, ":", hash of the element; does not change while the window exists.
 using WindowID = Identifier<struct WindowTag>;
 /// "display-" and the device's UUID, or the integral numbers of the display's frame: "display-0-0-2560x1440".
 using DisplayID = Identifier<struct DisplayTag>;

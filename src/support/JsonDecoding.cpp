@@ -15,8 +15,8 @@ std::string after(std::string_view mark, std::string_view text) {
     return reason.size() <= kLongestReason ? std::string(reason) : std::string(reason.substr(0, kLongestReason)) + "…";
 }
 
-/// Counts brackets before anything is parsed: a parser callback, which could count them too, makes the library search
-/// all siblings of an object whenever one ends, so that a list of many objects takes quadratic time.
+/// Counts brackets before the text is parsed. The library could call a function that counts them, but then it searches
+/// all siblings of each object at its end, so that a list of many objects takes quadratic time.
 bool isNestedDeeperThan(int levels, std::string_view text) {
     int depth = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -72,7 +72,7 @@ std::int64_t JsonCursor::integer() const {
     if (!value_->is_number()) fail("expected an integer");
     const double number = value_->get<double>();
     if (std::trunc(number) != number) fail("expected an integer");
-    // The library gives an integer below the smallest one as this double, so the double is refused as well.
+    // The library reads an integer below the smallest 64-bit integer as a double, which may be equal to that integer.
     if (number <= -9.2233720368547758e18 || number >= 9.2233720368547758e18) fail("integer out of range");
     return static_cast<std::int64_t>(number);
 }

@@ -50,13 +50,13 @@ std::string shownKey(std::string_view key);
 
 /// Deeper documents are refused.
 inline constexpr int kMaximumJsonDepth = 64;
-/// The library's parse error as our own text of limited length.
+/// The library's parse error as a `DecodingError` with a text of limited length.
 DecodingError notJson(const nlohmann::json::exception& error);
 
-/// Parses text of limited nesting depth; for text that is not JSON the error has the number of the byte, from 1.
+/// Parses text of limited nesting depth. For text that is not JSON the error says at which byte, counted from 1.
 nlohmann::json parseJson(std::string_view text);
 
-/// Parses the text and hands the document to `decode`, which may throw `DecodingError`.
+/// Parses the text and passes the document to `decode`, which may throw `DecodingError`.
 template <class Decode>
 auto decodeJson(std::string_view text, Decode decode) -> Decoded<decltype(decode(std::declval<JsonCursor>()))> {
     try {

@@ -1,5 +1,5 @@
-// A mutex whose use clang checks at compile time (-Wthread-safety): data that are KOVA_GUARDED_BY it cannot be touched,
-// and functions that KOVA_REQUIRES it cannot be called, without it. Other compilers see plain members and functions.
+// A mutex whose use clang checks at compile time (-Wthread-safety): only code that holds the mutex can use data marked
+// KOVA_GUARDED_BY and call functions marked KOVA_REQUIRES. Other compilers ignore these marks.
 #pragma once
 
 #include <mutex>
@@ -30,7 +30,7 @@ class KOVA_THREAD_SAFETY(capability("mutex")) Mutex {
     std::mutex mutex_;
 };
 
-/// Holds the mutex as long as it lives.
+/// Holds the mutex as long as this object exists.
 class KOVA_THREAD_SAFETY(scoped_lockable) MutexLock {
   public:
     explicit MutexLock(Mutex& mutex) KOVA_THREAD_SAFETY(acquire_capability(mutex)) : mutex_(mutex) { mutex_.lock(); }

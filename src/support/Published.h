@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// Keeps an observer registered for as long as it lives. It may outlive the observed value.
+/// Keeps an observer registered for as long as the subscription exists, which may outlive the observed value.
 class Subscription {
   public:
     Subscription() = default;
@@ -82,7 +82,7 @@ class Published {
 
   private:
     T value_{};
-    std::uint64_t round_ = 0; // of notifying the observers
+    std::uint64_t round_ = 0; // counts the changes of which observers were notified
     mutable Observers<const T&> observers_;
 };
 

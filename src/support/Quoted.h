@@ -9,7 +9,7 @@ namespace kova {
 struct Quoting {
     std::string operator()(std::string_view name) const { return "“" + std::string(name) + "”"; }
 };
-/// quoted("Work") is "“Work”". An object, since std::quoted would compete with a function.
+/// quoted("Work") is "“Work”". This is not a function, since a call with a std::string could also mean std::quoted.
 inline constexpr Quoting quoted;
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// A value, or the error that took its place.
+// The result of a function that can fail: a value or an error.
 #pragma once
 
 #include <type_traits>
@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// The two types differ. Access the value only if there is one.
+/// The two types must differ. Access the value only if there is one.
 template <class Value, class Error>
 class [[nodiscard]] Result {
   public:

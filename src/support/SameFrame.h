@@ -1,4 +1,4 @@
-// Decides whether two frames count as equal.
+// Tolerances within which two frames or positions count as equal.
 #pragma once
 
 #include "support/Geometry.h"
@@ -9,10 +9,10 @@ namespace kova {
 
 /// Windows round their frames, and window managers add or take a point.
 inline constexpr double kFrameTolerancePoints = 2;
-/// Between two readings of one window, which differ by rounding alone.
+/// The tolerance between two readings of one window's frame, which differ only by rounding.
 inline constexpr double kRoundingPoints = 0.5;
 
-/// Points of one coordinate space.
+/// Both points are in the same coordinate space.
 inline bool isSamePlace(CGPoint a, CGPoint b) {
     return std::abs(a.x - b.x) <= kFrameTolerancePoints && std::abs(a.y - b.y) <= kFrameTolerancePoints;
 }

@@ -7,8 +7,8 @@ namespace kova {
 
 namespace {
 
-constexpr std::size_t kLongestCompared =
-    64; // bytes; longer texts are not typing errors, and comparing them would take long
+/// Bytes; longer texts are not typing errors, and comparing them would take long.
+constexpr std::size_t kLongestCompared = 64;
 
 } // namespace
 

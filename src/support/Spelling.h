@@ -9,11 +9,11 @@
 
 namespace kova {
 
-/// How many bytes have to be inserted, dropped, replaced or exchanged with their neighbor.
+/// The number of edits that make `b` of `a`. An edit inserts, drops or replaces a byte, or exchanges two adjacent ones.
 std::size_t editDistance(std::string_view a, std::string_view b);
 
-/// The index of the nearest word; absent when none is near enough to be a misspelling: one edit for up to four bytes,
-/// else two. Case counts.
+/// The index of the word with the fewest edits. Absent if that takes more than two edits, or more than one if `wanted`
+/// has at most four bytes. Upper and lower case are different letters.
 std::optional<std::size_t> nearestWord(std::string_view wanted, std::span<const std::string> words);
 
 } // namespace kova

@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kUuidPattern = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 
-/// Queries the random source of the system once for all identities, since each query is slow on some machines.
+/// Queries the system's random source once per thread instead of once per UUID, since a query is slow on some machines.
 std::mt19937 seededGenerator() {
     std::random_device source;
     std::seed_seq seed{source(), source(), source(), source(), source(), source(), source(), source()};

@@ -1,4 +1,4 @@
-// Random (version 4) identities, compared without regard to case and written in upper case.
+// Random (version 4) UUIDs, compared without regard to case and written in upper case.
 #pragma once
 
 #include <compare>
@@ -10,7 +10,7 @@ namespace kova {
 
 class Uuid {
   public:
-    /// A new random identity.
+    /// A new random UUID.
     static Uuid random();
     /// From the form 8-4-4-4-12 of hexadecimal digits in either case; absent for anything else.
     static std::optional<Uuid> parse(std::string_view text);

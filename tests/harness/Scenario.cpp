@@ -92,15 +92,15 @@ Scenario& Scenario::stop() {
 Scenario& Scenario::restart(const std::function<void()>& beforeTheFirstPoll) {
     delegate_.reset();
     resumptionEnd_ = desktop.queue().uptime() + Seconds(14);
-    foundAtRestart_.clear();
+    framesAtRestart_.clear();
     for (const auto* window : desktop.livingWindows()) {
-        foundAtRestart_[window->label()] = {desktop.frameForWindowService(*window), std::nullopt};
+        framesAtRestart_[window->label()] = {desktop.frameForWindowService(*window), std::nullopt};
     }
     return start(beforeTheFirstPoll).settle();
 }
 
 Scenario& Scenario::simulate(SystemActivityEvent event) {
-    (void)isRecovering(); // records a suspension that the event may end
+    noteSuspension(); // the event may end it
     desktop.simulate(event);
     desktop.queue().runDue();
     return *this;
@@ -112,12 +112,16 @@ bool Scenario::isManaging() {
 }
 
 /// After sleep and lock, the agent awaits missing windows for 10 s from the first poll, which may be slow.
-bool Scenario::isRecovering() {
+void Scenario::noteSuspension() {
     if (isSuspended() || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
+}
+
+bool Scenario::isRecovering() {
+    noteSuspension();
     return desktop.queue().uptime() < recoveryEnd_;
 }
 
-/// After a restart, the agent awaits in the same way windows that closed while no agent was running.
+/// After a restart, the agent awaits missing windows in the same way: they may have been closed while no agent ran.
 bool Scenario::isResuming() {
     return desktop.queue().uptime() < resumptionEnd_;
 }
@@ -135,7 +139,7 @@ Scenario& Scenario::arrange() {
     // Waits for a poll that sees windows that were just opened.
     const Seconds late = desktop.announcesUnasked() ? Seconds(0) : Seconds(0.1);
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
-    foundAtRestart_.clear();
+    framesAtRestart_.clear();
     return perform(action::Arrange{});
 }
 
@@ -170,28 +174,28 @@ Seconds Scenario::settlingTime() const {
 Scenario& Scenario::advance(Seconds duration) {
     const Seconds needed = settlingTime();
     const int closedBefore = desktop.closedCount();
-    noteLosses();
+    noteLostAnnouncements();
     desktop.queue().advance(duration);
-    noteLosses();
-    // Perhaps only the next poll notices a window that closed itself meanwhile.
+    noteLostAnnouncements();
+    // If a window closed itself meanwhile, the desktop is not settled: perhaps only the next poll notices that.
     isSettled_ = duration >= needed && desktop.closedCount() == closedBefore;
-    isSettled_ = isSettled_ && desktop.queue().uptime() >= lossesNoticed_;
-    checkPromises();
+    isSettled_ = isSettled_ && desktop.queue().uptime() >= lossesFoundBy_;
+    checkInvariants();
     return *this;
 }
 
-void Scenario::noteLosses() {
+void Scenario::noteLostAnnouncements() {
     const int losses = desktop.announcements().lostCount();
-    if (losses == lossesKnown_) return;
-    lossesKnown_ = losses;
-    lossesNoticed_ = desktop.queue().uptime() + desktop.longestIdleTime().value_or(Seconds(0)) + kSettlingTime;
+    if (losses == knownLosses_) return;
+    knownLosses_ = losses;
+    lossesFoundBy_ = desktop.queue().uptime() + desktop.longestIdleTime().value_or(Seconds(0)) + kSettlingTime;
 }
 
 Scenario& Scenario::rest() {
     advance(Seconds(20));
-    std::vector<std::string> broken;
-    if (isManaging() && isSettled_ && !isRecovering()) checkTiledWindowsDoNotOverlap(broken, MinimumSizes::all);
-    for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
+    std::vector<std::string> violations;
+    if (isManaging() && isSettled_ && !isRecovering()) checkTiledWindowsDoNotOverlap(violations, MinimumSizes::all);
+    for (const auto& violation : violations) ADD_FAILURE() << violation << "\non the screen: " << desktop.picture();
     return *this;
 }
 

@@ -1,12 +1,17 @@
-// A scenario: the real controller on the simulated desktop. No part of KOVA is replaced. Scenario desk;
-// desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes", {.minimumSize = {{600, 400}}});
-// desk.arrange(); desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372"); Every step checks these
-// invariants: tiles fill their display and do not overlap, no window is in two tiles except as a span, stacks and
-// anchors agree with the assignments, published values equal the state, and every call obeys the platform interface.
-// Once settled: only live windows have tiles, every window that accepts its frame is in its tile, no window lies
-// outside all displays, and tiled windows with their minimum sizes do not overlap. Each message is known to kova-ui,
-// which translates it. At the end of the scenario no work is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop
-// responds and announces changes like a Mac, unless a scenario sets another style.
+// A scenario: the real controller on the simulated desktop. No part of KOVA is replaced.
+//
+//     Scenario desk;
+//     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes");
+//     desk.arrange();
+//     desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
+//
+// Every step checks these invariants: tiles fill their display and do not overlap; no window is in two tiles except as
+// a span; stacks and anchors agree with the assignments; published values equal the state; every call obeys the
+// platform interface; kova-ui can translate each status message. Once the desktop is settled: only live windows have
+// tiles; every window that accepts its frame is in its tile; no window lies outside all displays; windows in tiles
+// overlap only if a minimum size that the window does not announce requires it. At the end of the scenario no work is
+// left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop responds and announces changes like a Mac, unless a
+// scenario sets another style.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -24,8 +29,8 @@ namespace kova {
 
 class Scenario {
   public:
-    /// Long enough for an arrangement, its second pass, the verification of both, and the polls that repair drift; too
-    /// short for a status message to end.
+    /// This is long enough for an arrangement, its second pass, the verification of both, and the polls that repair
+    /// drift. It is too short for a status message to end.
     static constexpr Seconds kSettlingTime{2.4};
     /// `kSettlingTime`, or longer while an application does not respond, since each poll waits for it.
     Seconds settlingTime() const;
@@ -39,7 +44,7 @@ class Scenario {
     Scenario& display(double width, double height, std::string name = {});
     /// Selects the layout of the named display; without a name, of the display added last.
     Scenario& layout(std::string_view layoutID, std::string_view displayName = {});
-    /// Opens a window, launching its application when it does not run yet.
+    /// Opens a window. Launches its application if it does not run yet.
     Scenario& opens(const std::string& application, WindowTraits traits = {});
 
     // Lifecycle; every action starts the controller if it has not been started.
@@ -54,7 +59,7 @@ class Scenario {
     Scenario& simulate(SystemActivityEvent event);
     bool isSuspended() { return delegate().isWorkspaceSuspended(); }
 
-    // User actions, all through WorkspaceController::perform. Each settles afterwards.
+    // User actions. Each calls WorkspaceController::perform and then `settle`.
     Scenario& arrange();
     Scenario& undo();
     Scenario& zoom();
@@ -68,20 +73,21 @@ class Scenario {
     // Time
     Scenario& advance(Seconds duration);
     Scenario& settle() { return advance(settlingTime()); }
-    /// Advances until windows have revealed minimum sizes that they do not announce, and others have made room.
+    /// Advances by 20 s: windows have then refused frames below minimum sizes that they do not announce, and other
+    /// windows have made room for them.
     Scenario& rest();
 
-    // Expectations, as one line of text each. A failure prints the whole screen.
-    /// Per tile in layout order the front window with its frame in window-service space, then the stacked windows:
-    /// "Mail 15,15 600x400 + Notes | - | (Mail)". "-" is an empty tile, "(Mail)" a tile that the span of Mail covers.
-    /// Displays are separated by " || ".
+    // Expectations. A failure prints the whole screen.
+    /// The tiles in the order of the layout: "Mail 15,15 600x400 + Notes | - | (Mail)". Each tile has its front window
+    /// with its frame in window-service space, then its stacked windows. "-" is an empty tile, "(Mail)" a tile that the
+    /// span of Mail covers. " || " separates displays.
     std::string tiles();
     void expectTiles(std::string_view expected);
     void expectMessage(std::string_view expected);
     void expectFocus(std::string_view label);
     /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
-    /// The largest permitted number of polls of an idle desktop within the duration: 0 if no announcement can get lost.
+    /// How many polls an idle desktop may make within the duration: 0 if the desktop announces every change.
     int mostPollsAtRest(Seconds duration) const;
     /// The lines of the last arrangement's explanation.
     std::string explanation();
@@ -98,16 +104,17 @@ class Scenario {
   private:
     std::string describeTile(const WorkspaceTile& tile);
     bool isManaging();
+    void noteSuspension();
     bool isRecovering();
     bool isResuming();
     int frameWrites() const;
-    void noteLosses();
-    void checkPromises();
-    void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
-    void checkAssignments(std::vector<std::string>& broken);
-    void checkWindowsAreAtRest(std::vector<std::string>& broken);
+    void noteLostAnnouncements();
+    void checkInvariants();
+    void checkTilesFillTheirDisplays(std::vector<std::string>& violations);
+    void checkAssignments(std::vector<std::string>& violations);
+    void checkWindowsAreInTheirTiles(std::vector<std::string>& violations);
     enum class MinimumSizes { announced, all };
-    void checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered);
+    void checkTiledWindowsDoNotOverlap(std::vector<std::string>& violations, MinimumSizes considered);
 
     void checkCanBeTranslated(const std::string& message);
 
@@ -120,13 +127,13 @@ class Scenario {
     bool isSettled_ = false;
     Seconds recoveryEnd_{0}; // uptime
     Seconds resumptionEnd_{0};
-    Seconds lossesNoticed_{0}; // uptime by which a poll has found all changes whose announcements were lost
-    int lossesKnown_ = 0;
-    struct Found {
-        CGRect frame;
-        std::optional<CGRect> tile; // as first checked
+    Seconds lossesFoundBy_{0}; // uptime; by then a poll has found all changes whose announcements were lost
+    int knownLosses_ = 0;
+    struct FrameAtRestart {
+        CGRect frame;               // window-service space
+        std::optional<CGRect> tile; // frame of the window's tile at the first check after the restart
     };
-    std::map<std::string, Found> foundAtRestart_; // by label, in window-service space; until the next arrangement
+    std::map<std::string, FrameAtRestart> framesAtRestart_; // by label, until the next arrangement
 };
 
 } // namespace kova

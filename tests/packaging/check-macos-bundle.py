@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Looks at what of the Mac application is made without a Mac.
+"""Checks the files of the Mac application that are made without a Mac.
 
    check-macos-bundle.py INFO_PLIST ENTITLEMENTS SWIFT VERSION UI_INFO_PLIST SIGN
 """
@@ -22,7 +22,7 @@ def expect(condition, fault):
 
 with open(info_file, "rb") as file:
     text = file.read()
-expect(b"@" not in text, "Info.plist: something was not filled in")
+expect(b"@" not in text, "Info.plist: a placeholder was not replaced")
 info = plistlib.loads(text)
 for key, value in {
     "CFBundlePackageType": "APPL",
@@ -31,19 +31,19 @@ for key, value in {
     "LSUIElement": True,
     "LSMinimumSystemVersion": "13.0",
     "NSPrincipalClass": "NSApplication",
-    # Windows are given back when it ends: the system must not end it behind its back.
+    # The agent shows hidden windows again when it ends, so the system must not kill it without notice.
     "NSSupportsSuddenTermination": False,
     "NSSupportsAutomaticTermination": False,
 }.items():
     expect(info.get(key) == value, f"Info.plist: {key} is {info.get(key)!r}")
-expect(re.fullmatch(r"\d+(\.\d+){0,2}", info["CFBundleVersion"]), "Info.plist: the system takes three numbers at most")
-expect(re.fullmatch(r"[A-Za-z0-9.-]+", info["CFBundleIdentifier"]), "Info.plist: the identifier has odd characters")
+expect(re.fullmatch(r"\d+(\.\d+){0,2}", info["CFBundleVersion"]), "Info.plist: the version has more than three numbers")
+expect(re.fullmatch(r"[A-Za-z0-9.-]+", info["CFBundleIdentifier"]), "Info.plist: the identifier has invalid characters")
 schemes = [scheme for kind in info["CFBundleURLTypes"] for scheme in kind["CFBundleURLSchemes"]]
 expect(schemes == ["kova"], f"Info.plist: URL schemes {schemes}")
 
 with open(ui_info_file, "rb") as file:
     text = file.read()
-expect(b"@" not in text, "kova-ui.plist: something was not filled in")
+expect(b"@" not in text, "kova-ui.plist: a placeholder was not replaced")
 helper = plistlib.loads(text)
 for key, value in {
     "CFBundleExecutable": "kova-ui",
@@ -57,8 +57,8 @@ for key, value in {
 with open(entitlements_file, "rb") as file:
     text = file.read()
 entitlements = plistlib.loads(text)
-expect(b"<!--" not in text, "entitlements: the system's reader at a program's start knows no comments")
-expect(not entitlements.get("com.apple.security.app-sandbox"), "a sandbox keeps other applications' windows away")
+expect(b"<!--" not in text, "entitlements: the parser that the system uses at a program's start rejects comments")
+expect(not entitlements.get("com.apple.security.app-sandbox"), "entitlements: a sandboxed program cannot move windows of other applications")
 
 with open(swift_file, encoding="utf-8") as file:
     swift = file.read()
@@ -70,15 +70,15 @@ expect(len(intents) == 4, f"Swift: {len(intents)} intents")
 for name, body in intents:
     expect(re.search(r'title: LocalizedStringResource = "[^"\\]+"', body), f"Swift: {name} has no literal title")
     expect(re.search(r'openURL\("kova://', body), f"Swift: {name} opens no URL")
-    expect(re.search(r"\.result\(dialog: \"", body), f"Swift: {name} says nothing")
+    expect(re.search(r"\.result\(dialog: \"", body), f"Swift: {name} shows no result")
     parameters = set(re.findall(r"var (\w+): String", body))
     used = set(re.findall(r"\\\((\w+)\)", body)) | set(re.findall(r"percentEncoded\((\w+)\)", body))
     expect(parameters == used, f"Swift: {name} asks for {parameters} and uses {used}")
 phrase_lists = re.findall(r"phrases: \[(.*?)\]", swift, re.S)
 expect(len(phrase_lists) == 6, f"Swift: {len(phrase_lists)} shortcuts, for systems with short titles and for those without")
 before, _, older = swift.partition("} else {")
-expect("#available(macOS 14.0, *)" in before and "shortTitle" not in older, "Swift: short titles came with macOS 14")
-expect("NSWorkspace" not in swift, "Swift: an address that the system opens brings KOVA to the front")
+expect("#available(macOS 14.0, *)" in before and "shortTitle" not in older, "Swift: short titles are used without macOS 14")
+expect("NSWorkspace" not in swift, "Swift: NSWorkspace is used, which activates KOVA when it opens a URL")
 for phrases in phrase_lists:
     for phrase in re.findall(r'"(.*)"', phrases):
         expect(phrase.count(r"\(.applicationName)") == 1, f"Swift: the application is not named once in {phrase!r}")
@@ -88,7 +88,7 @@ for name in re.findall(r"intent: (\w+)\(\)", swift):
 
 
 def signed_paths(folder, parts, target):
-    """The paths below the folder that the script signs of an application with those parts, in their order."""
+    """The paths that the script signs if the application has those parts: relative to the folder, in order of signing."""
     for part in parts:
         (folder / part).mkdir(parents=True, exist_ok=True)
     (folder / "KOVA.app/Contents/Helpers/kova").touch()
@@ -106,14 +106,14 @@ of_app = [f"{app}/Contents/Frameworks/Sparkle.framework/Versions/B/Updater.app",
           f"{app}/Contents/Frameworks/Sparkle.framework"]
 for target, expected in {
     app: {app, helper, f"{app}/Contents/Helpers/kova", *of_app, *of_helper},
-    helper: {helper, *of_helper}, # by the build, once Qt is in it
+    helper: {helper, *of_helper}, # the build signs it after copying Qt into it
 }.items():
     with tempfile.TemporaryDirectory() as folder:
         signed = signed_paths(pathlib.Path(folder), of_app + of_helper, target)
     expect(set(signed) == expected, f"sign {target}: signs {signed}")
     for place, outer in enumerate(signed):
         late = [inner for inner in signed[place + 1:] if inner.startswith(outer + "/")]
-        expect(not late, f"sign {target}: {outer} is signed before {late}, which makes its signature void")
+        expect(not late, f"sign {target}: {outer} is signed before {late}, which invalidates its signature")
 
 print("\n".join(faults))
 sys.exit(1 if faults else 0)

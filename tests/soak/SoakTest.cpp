@@ -1,7 +1,7 @@
 // Random events of a long session in a short time, with real windows and the real agent.
 //
-// KOVA_SOAK_SECONDS   the duration; the growth of memory is checked from a minute on
-// KOVA_SOAK_SEED      the first seed; the sequence still depends on the speed of the machine
+// KOVA_SOAK_SECONDS   the duration; the growth of memory is checked if it is at least a minute
+// KOVA_SOAK_SEED      the seed of the random numbers; the events also depend on the speed of the machine
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -51,7 +51,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
     struct Step {
         int weight;
         std::string name;
-        std::function<void()> take;
+        std::function<void()> run;
     };
 
     void SetUp() override {
@@ -61,7 +61,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
                                                                  static_cast<std::uint32_t>(getpid())));
         }
         if (GetParam() == Manager::openbox) server_.startManager();
-        // Freed memory must not be counted.
+        // The address sanitizer must not retain freed memory, since the test would count it.
         session_.setVariable("ASAN_OPTIONS", "quarantine_size_mb=1:detect_leaks=1:malloc_context_size=8");
         agent_ = session_.startAgent();
         ASSERT_TRUE(session_.agentAnswers());
@@ -96,9 +96,10 @@ class Soak : public ::testing::TestWithParam<Manager> {
         Window& window = windows_[below(windows_.size())];
         act(window, *applications_[window.application]);
     }
-    /// Withdraws and maps the window again, as programs do: it waits until the window manager has released the window.
-    /// A manager that has just minimized the window may take the first request for the end of that, so the request is
-    /// repeated. The window must be managed first: openbox handles requests for a new window in the wrong order.
+    /// Withdraws the window, waits until the window manager has released it, and maps it again, as programs do. The
+    /// requests are repeated: a window manager that has just minimized the window may take its withdrawal for the end
+    /// of the minimizing. The window must be managed first, since Openbox handles requests for a new window in the
+    /// wrong order.
     void reopen(const Window& window) {
         TestClient& client = *applications_[window.application];
         const auto isWithdrawn = [&] {
@@ -149,8 +150,8 @@ class Soak : public ::testing::TestWithParam<Manager> {
     bool isManaged(const Window& window) const {
         return !applications_[window.application]->numbers(window.number, "WM_STATE").empty();
     }
-    /// Kills the window manager and starts it again. Map requests that it had not handled are lost: the next one
-    /// manages mapped windows only.
+    /// Kills the window manager and starts it again. Before that, waits until all windows are managed: requests to map
+    /// a window that the old window manager has not handled are lost, and the new one manages only mapped windows.
     void replaceManager() {
         if (GetParam() == Manager::none) return;
         const auto areAllManaged = [this] {
@@ -190,7 +191,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         session_.run({"xdotool", "mousemove", x, y, "mousedown", "1", "mousemove", toX, toY, "mouseup", "1"});
     }
 
-    /// Without the combinations with arrows and Tab, which belong to the window manager if there is one.
+    /// Presses shortcuts, except those with arrow keys and Tab, which a window manager may use itself.
     void pressShortcuts() {
         std::vector<std::string> command{"xdotool", "key"};
         for (std::size_t left = 1 + below(3); left > 0; --left) {
@@ -212,14 +213,14 @@ class Soak : public ::testing::TestWithParam<Manager> {
                      client.setTitle(window.number, window.title);
                  });
              }},
-            {8, "resize itself",
+            {8, "window changes its frame",
              [this] {
                  withAnyWindow(
                      [this](Window& window, TestClient& client) { client.configure(window.number, anyFrame()); });
              }},
-            {2, "go away and come back",
+            {2, "withdraw and map a window",
              [this] { withAnyWindow([this](Window& window, TestClient&) { reopen(window); }); }},
-            {2, "fill the screen",
+            {2, "maximize or fill the screen",
              [this] {
                  withAnyWindow([this](Window& window, TestClient& client) {
                      client.demandState(window.number,
@@ -278,7 +279,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
              [this] {
                  runKova({"rule", "delete", "1"});
              }},
-            {3, "ask",
+            {3, "query",
              [this] {
                  runKova({"query", "state"});
              }},
@@ -362,7 +363,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         return 0;
     }
     void expectPlateau(const std::vector<long>& samples) {
-        // The first third fills the undo history, scenes, and the learning model.
+        // The first third is not compared: the undo history, the scenes and the learning still grow.
         const auto third = static_cast<std::ptrdiff_t>(samples.size() / 3);
         const long before = *std::max_element(samples.begin() + third, samples.end() - third);
         const long after = *std::max_element(samples.end() - third, samples.end());
@@ -396,7 +397,7 @@ TEST_P(Soak, NoWindowIsLostAndMemoryDoesNotGrow) {
         const auto& step = steps[choose(random_)];
         lastSteps.push_back(step.name);
         if (lastSteps.size() > kStepsReported) lastSteps.pop_front();
-        step.take();
+        step.run();
         if (below(40) == 0) expectNoOverlaps();
         if (below(4) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(below(120)));
         if (SteadyClock::now() >= sampleDue) {
@@ -414,7 +415,7 @@ TEST_P(Soak, NoWindowIsLostAndMemoryDoesNotGrow) {
 
     EXPECT_EQ(session_.kova({"quit"}).exitCode, 0);
     const auto finished = session_.waitForAgent();
-    ASSERT_TRUE(finished) << "the agent does not end";
+    ASSERT_TRUE(finished) << "the agent has not ended";
     EXPECT_EQ(finished->exitCode, 0) << finished->output;
     EXPECT_EQ(finished->output.find("Sanitizer"), std::string::npos) << finished->output;
     EXPECT_TRUE(eventually([&] { return lostWindows().empty(); })) << lostWindows();

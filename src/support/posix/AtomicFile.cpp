@@ -51,7 +51,7 @@ int replaceFileAtomically(const fs::path& target, std::string_view text, const F
         return error;
     }
     if (how.durability == Durability::survivesPowerLoss) {
-        // The new name lasts only once the folder is on disk too. The file is whole either way.
+        // Syncs the folder, since otherwise a power loss may bring the old file back.
         const Descriptor opened(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (opened.isOpen()) fsync(opened.number());
     }

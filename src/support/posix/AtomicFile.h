@@ -1,5 +1,5 @@
-// Files are replaced as a whole: written to a draft beside the target, then renamed, so that a reader sees the old file
-// or the new one.
+// Replaces files as a whole: the text is written to a draft beside the target, which is then renamed, so that a reader
+// sees either the old file or the new one.
 #pragma once
 
 #include <sys/stat.h>
@@ -33,7 +33,7 @@ class Descriptor {
 
 enum class Durability {
     survivesPowerLoss,        // waits for the disk
-    contentSurvivesPowerLoss, // without syncing the folder, which the caller does
+    contentSurvivesPowerLoss, // syncs only the file; the caller syncs the folder
     survivesProcess,
 };
 
@@ -43,11 +43,11 @@ struct FileReplacement {
     Durability durability = Durability::survivesPowerLoss;
 };
 
-/// 0, or the error number, after which the target is as it was. `written` gets the status of the new file.
+/// Returns 0, or an error number; after an error the target is unchanged. `written` gets the status of the new file.
 [[nodiscard]] int replaceFileAtomically(const std::filesystem::path& target, std::string_view text,
                                         const FileReplacement& how, struct stat* written = nullptr);
 
-/// What the name of a draft begins with; the number of the process that writes it follows.
+/// The name of a draft is this prefix, followed by the number of the process that writes it.
 std::string draftPrefix(const std::filesystem::path& target);
 
 } // namespace kova

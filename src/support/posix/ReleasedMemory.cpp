@@ -19,12 +19,12 @@ namespace kova {
 
 namespace {
 
-/// The first line of a mapping: "7f5c3000-7f5c5000 r-xp 00001000 08:01 1234   /usr/lib/libx.so". Absent if the line is
-/// no such line.
+/// The first line of a mapping: "7f5c3000-7f5c5000 r-xp 00001000 08:01 1234   /usr/lib/libx.so".
 struct MappingLine {
     MappedPages pages;
     std::string permissions, path;
 };
+/// Absent if the line does not have that form.
 std::optional<MappingLine> mappingIn(const std::string& line) {
     std::size_t begin = 0, end = 0;
     const char* const last = line.data() + line.size();

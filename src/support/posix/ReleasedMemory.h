@@ -1,4 +1,4 @@
-// Memory that a program needed for a while only.
+// Returns memory to the system that a program needed only for a while.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,9 @@
 
 namespace kova {
 
-/// Gives back free blocks of the heap and the pages of program files, such as libraries, that are mapped unchanged.
-/// Those pages stay in the system's cache of files and are mapped again, without reading a disk, when they are used:
-/// for about a millisecond afterwards the program is slower. Takes some milliseconds. No-op on systems that give
-/// memory back by themselves.
+/// Releases free blocks of the heap and unchanged pages of mapped files, such as libraries. Those pages stay in the
+/// system's file cache and are mapped again when they are used, without reading a disk: for about a millisecond
+/// afterwards the program is slower. Takes some milliseconds. No-op on systems that reclaim such memory themselves.
 void releaseUnusedMemory();
 
 /// A part of this process's address space.
@@ -18,8 +17,8 @@ struct MappedPages {
     std::size_t begin = 0, length = 0; // bytes
     bool operator==(const MappedPages&) const = default;
 };
-/// From the text of /proc/PID/smaps the mappings of files that can be read again from the file: private, not writable,
-/// without a page of their own. Data of libraries that was relocated and then made read-only has such pages.
+/// Finds in the text of /proc/PID/smaps the mappings that can be read again from their file: private, not writable, and
+/// without pages that differ from the file. Data of libraries that was relocated and then made read-only does differ.
 std::vector<MappedPages> unchangedFilePages(std::istream& smaps);
 
 } // namespace kova

@@ -85,8 +85,8 @@ const char* comparisonLocale() {
     return U_SUCCESS(status) && std::string_view(variant) == "POSIX" ? "" : nullptr;
 }
 
-/// Whether the session's language leaves printable ASCII in the library's general order and joins none of its letters
-/// into one. Most languages that do so are named here; for all others the library is queried.
+/// Whether the session's language sorts printable ASCII in the library's general order, and no two letters as one.
+/// Only the most common of these languages are listed; for all others the library compares.
 bool comparesAsciiPlainly() {
 #if defined(__APPLE__)
     return false; // the system, not the environment, says which language it is
@@ -123,8 +123,8 @@ bool isPrintableAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-/// Case does not matter, accents do; null when the library has no collation data. Opened at the first comparison, since
-/// most sessions never need it.
+/// Compares without regard to case but with regard to accents. Null if the library has no collation data. Opened at the
+/// first comparison, since most sessions never need it.
 const UCollator* collator() {
     struct Close {
         void operator()(UCollator* open) const { ucol_close(open); }

@@ -1,4 +1,4 @@
-// Comparing and folding text as people read it, in every script. All text is UTF-8; broken bytes count as U+FFFD.
+// Compares and converts text by Unicode's rules, in every script. All text is UTF-8; invalid bytes count as U+FFFD.
 #pragma once
 
 #include <string>
@@ -6,16 +6,16 @@
 
 namespace kova {
 
-/// Lower case, composed form: equal for texts that differ only in case or in composed and decomposed letters.
+/// The text in lower case and composed form: equal for texts that differ only in case or in the composition of letters.
 std::string lowercased(std::string_view text);
-/// Upper case, by the rules of no language in particular.
+/// The text in upper case, by the rules that do not depend on a language.
 std::string uppercased(std::string_view text);
 /// The localized, case-insensitive order: negative, zero or positive as `a` comes before, with or after `b`.
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
-/// For searching a part of a text in any case: each letter is folded by itself, while its lower case can depend on its
-/// neighbors (a Greek sigma at the end of a word is another letter).
+/// The form of a text in which to search for a part of it without regard to case. Unlike the lower case, the folded
+/// form of a letter does not depend on its neighbors: a Greek sigma has another lower case at the end of a word.
 std::string caseFolded(std::string_view text);
-/// Whether `part` occurs in the text, in any case; true for an empty part.
+/// Whether `part` occurs in the text, without regard to case; true for an empty part.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
 /// The text without white space and line breaks, as Unicode defines them, at both ends.
 std::string trimmed(std::string_view text);

@@ -43,18 +43,18 @@ bool isCovered(const CGRect& area, const std::vector<CGRect>& rectangles) {
 
 } // namespace
 
-void Scenario::checkPromises() {
-    std::vector<std::string> broken = desktop.violations();
-    checkAssignments(broken);
+void Scenario::checkInvariants() {
+    std::vector<std::string> violations = desktop.violations();
+    checkAssignments(violations);
     const bool recovers = isRecovering();
     if (isManaging()) {
-        checkTilesFillTheirDisplays(broken);
+        checkTilesFillTheirDisplays(violations);
         if (isSettled_ && !recovers) {
-            checkWindowsAreAtRest(broken);
-            checkTiledWindowsDoNotOverlap(broken, MinimumSizes::announced);
+            checkWindowsAreInTheirTiles(violations);
+            checkTiledWindowsDoNotOverlap(violations, MinimumSizes::announced);
         }
     }
-    for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
+    for (const auto& violation : violations) ADD_FAILURE() << violation << "\non the screen: " << desktop.picture();
 }
 
 void Scenario::checkCanBeTranslated(const std::string& message) {
@@ -70,7 +70,7 @@ void Scenario::checkCanBeTranslated(const std::string& message) {
         << "kova-ui cannot translate the message “" << message << "”: add it to src/ui/client/AgentTextPatterns.h";
 }
 
-void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
+void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& violations) {
     for (const auto& screen : desktop.screens()) {
         std::vector<CGRect> cells;
         std::vector<CGRect> surroundings;
@@ -79,23 +79,23 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
         for (const auto& tile : controller().tiles()) {
             if (tile.displayID != displayID(screen)) continue;
             for (const auto& other : cells) {
-                if (overlap(tile.frameOnScreen, other)) broken.push_back("tiles overlap at " + tile.target.text());
+                if (overlap(tile.frameOnScreen, other)) violations.push_back("tiles overlap at " + tile.target.text());
             }
             cells.push_back(tile.frameOnScreen);
             surroundings.push_back(withSurroundings(tile.frameOnScreen, layout->metrics));
             if (!containsWithin(screen.visibleFrame, tile.frameOnScreen, kTolerance)) {
-                broken.push_back("tile exceeds its display: " + tile.target.text());
+                violations.push_back("tile exceeds its display: " + tile.target.text());
             }
         }
         const bool isLarge =
             std::min(screen.visibleFrame.size.width, screen.visibleFrame.size.height) >= kSmallestTiled;
         if (isLarge && !isCovered(screen.visibleFrame, surroundings)) {
-            broken.push_back("tiles leave a gap on " + screen.localizedName);
+            violations.push_back("tiles leave a gap on " + screen.localizedName);
         }
     }
 }
 
-void Scenario::checkAssignments(std::vector<std::string>& broken) {
+void Scenario::checkAssignments(std::vector<std::string>& violations) {
     if (!delegate_) return;
     const auto& assignments = controller().assignments();
     std::map<WindowID, std::set<TileTarget>> tilesOfWindow;
@@ -104,32 +104,33 @@ void Scenario::checkAssignments(std::vector<std::string>& broken) {
         const auto anchor = assignments.anchorsByWindowID.find(window);
         const bool spans = anchor != assignments.anchorsByWindowID.end();
         if (targets.size() > 1 && !spans)
-            broken.push_back("window in two tiles without an anchor: " + desktop.labelOfID(window));
+            violations.push_back("window in two tiles without an anchor: " + desktop.labelOfID(window));
         if (spans && !targets.contains(anchor->second)) {
-            broken.push_back("anchor is not among the window's tiles: " + desktop.labelOfID(window));
+            violations.push_back("anchor is not among the window's tiles: " + desktop.labelOfID(window));
         }
     }
     std::set<WindowID> stacked;
     for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) {
-        if (stack.empty()) broken.push_back("empty stack at " + target.text());
+        if (stack.empty()) violations.push_back("empty stack at " + target.text());
         for (const auto& window : stack) {
-            if (!stacked.insert(window).second) broken.push_back("window stacked twice: " + desktop.labelOfID(window));
+            if (!stacked.insert(window).second)
+                violations.push_back("window stacked twice: " + desktop.labelOfID(window));
         }
         const auto front = assignments.assignedWindowIDs.find(target);
         if (front != assignments.assignedWindowIDs.end() && !stack.empty() && stack.front() != front->second) {
-            broken.push_back("front window is not the first of its stack: " + desktop.labelOfID(front->second));
+            violations.push_back("front window is not the first of its stack: " + desktop.labelOfID(front->second));
         }
     }
     const auto& published = controller().state();
     if (*published.assignedWindowIDs != assignments.assignedWindowIDs ||
         *published.stackWindowIDsByTarget != assignments.stackWindowIDsByTarget) {
-        broken.push_back("the published assignments differ from the present ones");
+        violations.push_back("the published assignments differ from the present ones");
     }
 }
 
 /// Checks windows that accept every frame down to their minimum size, except windows larger than their display, which
 /// always overlap others.
-void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
+void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violations, MinimumSizes considered) {
     std::map<std::string, std::pair<DisplayID, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
@@ -145,7 +146,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, M
         const bool isKnown = considered == MinimumSizes::all || !window.traits().secretMinimumSize;
         const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
         if (!isKnown || !isPossible || !desktop.isAnswering(window) || !desktop.isOnScreen(window) ||
-            window.isFullScreen || window.isMaximized || desktop.placesWindows() || foundAtRestart_.contains(label)) {
+            window.isFullScreen || window.isMaximized || desktop.placesWindows() || framesAtRestart_.contains(label)) {
             continue;
         }
         frames[label] = {tile.displayID, desktop.frameForWindowService(window)};
@@ -155,22 +156,22 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, M
             // A display that has grown may itself overlap the next.
             if (a->second.first != b->second.first) continue;
             if (overlap(insetBy(a->second.second, kTolerance), insetBy(b->second.second, kTolerance))) {
-                broken.push_back(a->first + " and " + b->first + " overlap: " + tiles());
+                violations.push_back(a->first + " and " + b->first + " overlap: " + tiles());
             }
         }
     }
 }
 
-void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
+void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations) {
     std::set<WindowID> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        // A display may shrink away from a window that refuses to move; a slow application may move its window to a
-        // display that is disconnected by then.
-        const auto& habits = window->traits();
-        const bool movesAtOnce = !habits.refusesToMove && habits.answersAfter <= Seconds(0);
+        // Two kinds of windows may be outside all displays: a window that refuses to move, when its display has become
+        // smaller, and that of a slow application, which moves the window to a display that is disconnected by then.
+        const auto& traits = window->traits();
+        const bool movesAtOnce = !traits.refusesToMove && traits.answersAfter <= Seconds(0);
         if (movesAtOnce && !desktop.isOnSomeDisplay(*window)) {
-            broken.push_back("window outside all displays: " + window->label());
+            violations.push_back("window outside all displays: " + window->label());
         }
     }
     // KOVA does not notice that an unresponsive application has closed a window, and some closed windows continue to
@@ -179,17 +180,17 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (desktop.isSilent(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
     }
     const auto& zoomed = *controller().state().focusMode;
-    if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a closed window");
+    if (zoomed && !living.contains(zoomed->windowID)) violations.push_back("focus mode of a closed window");
     for (const auto& [target, stack] : controller().assignments().stackWindowIDsByTarget) {
         for (const auto& windowID : stack) {
             if (!living.contains(windowID) && !isResuming())
-                broken.push_back("a closed window is stacked in " + target.text());
+                violations.push_back("a closed window is stacked in " + target.text());
         }
     }
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || (zoomed && zoomed->windowID == *tile.windowID)) continue;
         if (!living.contains(*tile.windowID)) {
-            if (!isResuming()) broken.push_back("a closed window fronts " + tile.target.text());
+            if (!isResuming()) violations.push_back("a closed window is in front of " + tile.target.text());
             continue;
         }
         const std::string label = desktop.labelOfID(*tile.windowID);
@@ -198,18 +199,19 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
-        // A restart moves no window: a window beside its tile stays there until its tile changes or an arrangement.
-        auto found = foundAtRestart_.find(window.label());
+        // A restart moves no window: a window that is not in its tile stays where it is until its tile changes or the
+        // user arranges.
+        auto found = framesAtRestart_.find(window.label());
         for (const auto* tab : desktop.livingWindows()) { // another tab takes over the frame
             const bool isInGroup = window.tabGroup != 0 && tab->tabGroup == window.tabGroup;
-            if (found == foundAtRestart_.end() && isInGroup) found = foundAtRestart_.find(tab->label());
+            if (found == framesAtRestart_.end() && isInGroup) found = framesAtRestart_.find(tab->label());
         }
-        if (found != foundAtRestart_.end()) {
+        if (found != framesAtRestart_.end()) {
             if (!found->second.tile) found->second.tile = tile.frameForWindowService;
             if (found->second.frame == frame && found->second.tile == tile.frameForWindowService) continue;
         }
         if (!nearlyEqual(frame, tile.frameForWindowService, kTolerance)) {
-            broken.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
+            violations.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
         }
     }
 }
