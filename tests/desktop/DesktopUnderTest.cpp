@@ -97,7 +97,7 @@ X11Desktop& DesktopUnderTest::openDesktop() {
                                     .hiddenWindowsFile = hiddenWindowsFile(),
                                     .launcher = nullptr,
                                     .returnTimeoutAtEnd = Seconds(10),
-                                    .asksForProcesses = numbers_ == ClientProcessNumbers::told},
+                                    .queriesProcesses = numbers_ == ClientProcessNumbers::told},
                                    loop_, catalogue_);
     if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
     desktop_ = std::move(std::get<0>(opened));

@@ -54,7 +54,7 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
     EXPECT_EQ(text(displays.space.firstDisplay()), "1920,100 2560x1440");
     EXPECT_FALSE(displays.screens[0].displayUUID);
 
-    // Nothing connected: the root window is the screen.
+    // The server does not support monitors: the root window is the display.
     EXPECT_EQ(text(describeDisplays({}, MonitorReport::none, {}, std::nullopt, {0, 0, 800, 600}).screens.at(0).frame),
               "0,0 800x600");
     EXPECT_TRUE(describeDisplays({}, MonitorReport::all, {}, std::nullopt, {0, 0, 64, 64}).screens.empty())
@@ -71,26 +71,29 @@ TEST(Displays, ExcludePanelsOnAnyEdgeFromTheVisibleFrame) {
     };
     const std::vector<Case> cases = {
         {"none", {}, "0,0 1920x1080", "1920,0 1280x1024"},
-        {"top of the left", {panel({0, 0, 1920, 30}, {0, 0, 30, 0})}, "0,30 1920x1050", "1920,0 1280x1024"},
-        {"bottom of the shorter right one",
+        {"top of the left monitor", {panel({0, 0, 1920, 30}, {0, 0, 30, 0})}, "0,30 1920x1050", "1920,0 1280x1024"},
+        {"bottom of the right monitor, which is shorter",
          {panel({1920, 984, 1280, 40}, {0, 0, 0, 96})},
          "0,0 1920x1080",
          "1920,0 1280x984"},
-        {"inner edge: right of the left one",
+        {"right edge of the left monitor",
          {panel({1870, 0, 50, 1080}, {0, 1330, 0, 0})},
          "0,0 1870x1080",
          "1920,0 1280x1024"},
-        {"inner edge: left of the right one",
+        {"left edge of the right monitor",
          {panel({1920, 0, 60, 1024}, {1980, 0, 0, 0})},
          "0,0 1920x1080",
          "1980,0 1220x1024"},
-        {"across both", {panel({0, 0, 3200, 24}, {0, 0, 24, 0})}, "0,24 1920x1056", "1920,24 1280x1000"},
+        {"across both monitors", {panel({0, 0, 3200, 24}, {0, 0, 24, 0})}, "0,24 1920x1056", "1920,24 1280x1000"},
         {"two on one edge",
          {panel({0, 0, 900, 30}, {0, 0, 30, 0}), panel({900, 0, 900, 50}, {0, 0, 50, 0})},
          "0,50 1920x1030",
          "1920,0 1280x1024"},
         {"all of a monitor", {panel({1920, 0, 1280, 1024}, {0, 1280, 0, 0})}, "0,0 1920x1080", "1920,0 1280x1024"},
-        {"absurd", {panel({0, 0, 10, 10}, {32767, 32767, 32767, 32767})}, "0,0 1920x1080", "1920,0 1280x1024"},
+        {"impossible depths",
+         {panel({0, 0, 10, 10}, {32767, 32767, 32767, 32767})},
+         "0,0 1920x1080",
+         "1920,0 1280x1024"},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(text(visiblePart(left, c.panels, root)), c.onLeft) << c.what;

@@ -1,4 +1,4 @@
-// Atoms as an X server could number them.
+// Atoms with invented numbers, for tests without an X server.
 #pragma once
 
 #include "platform/x11/ClientWindow.h"

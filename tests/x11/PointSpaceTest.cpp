@@ -1,4 +1,4 @@
-// Pixels and points, and the settings that say how many pixels a point has.
+// The conversion of pixels and points, and the settings that determine how many pixels a point has.
 #include "platform/x11/PointSpace.h"
 #include "platform/x11/ScaleSettings.h"
 #include "platform/x11/X11DividerHandles.h"
@@ -55,9 +55,8 @@ TEST(PointSpace, ConvertsRectanglesPointsAndSizes) {
     EXPECT_EQ(thick(2).restingPixels, 6);
 }
 
-// A frame that is read and written unchanged stays in its place; edges in points are rounded by half a pixel at
-// most.
-TEST(PointSpace, DoesNotDrift) {
+// Edges in points are rounded by at most half a pixel.
+TEST(PointSpace, AFrameThatIsReadAndWrittenKeepsItsPlace) {
     for (double scale = 1; scale <= 4; scale += 0.25) {
         const PointSpace space(scale, kFirst);
         for (int n = -500; n < 5000; n += 7) {
@@ -118,7 +117,7 @@ TEST(Scale, IsReadFromSettingsOfOtherPrograms) {
     }
 }
 
-TEST(Scale, IsOneForTheWholeScreenInQuarters) {
+TEST(Scale, IsRoundedToQuartersAndPrefersTheWindowScalingFactor) {
     struct Case {
         SharedSettings shared;
         std::optional<double> resource;

@@ -45,7 +45,7 @@ TEST(Properties, TitlesAreAlwaysUtf8) {
     EXPECT_EQ(newTitle("half \xE2\x82"), "half \xEF\xBF\xBD\xEF\xBF\xBD");
     EXPECT_EQ(withText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, "caf\xE9").title(), "café");
     EXPECT_EQ(withText(XCB_ATOM_WM_NAME, kAtoms[Atom::utf8String], "café").title(), "café");
-    // A name of the wrong type is no name.
+    // A name of the wrong type is ignored.
     EXPECT_EQ(withNumbers(kAtoms[Atom::netWmName], XCB_ATOM_CARDINAL, {0x41414141}).title(), "");
 }
 

@@ -53,26 +53,26 @@ class Model : public ::testing::Test {
     WindowModel model{atoms, kRoot};
 };
 
-/// Any client can send any event; the server marks it as sent.
+/// Any client can send any event. The server marks such events, and the model must ignore them.
 TEST_F(Model, SentEventsRemoveNoWindow) {
     model.setWindowManager({}, Seconds(0));
     model.setStacking({kWindow});
     model.takeTopLevel(
         kWindow, {.rect = {0, 0, 400, 300}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}}, 10);
     model.setTopLevelOf(window(), kWindow);
-    const auto tell = [&](int type, bool isMadeUp) {
+    const auto send = [&](int type, bool isSentByClient) {
         xcb_generic_event_t whole{};
         auto& event = reinterpret_cast<xcb_destroy_notify_event_t&>(whole); // all these events begin with these fields
-        event.response_type = static_cast<std::uint8_t>(type | (isMadeUp ? 0x80 : 0));
+        event.response_type = static_cast<std::uint8_t>(type | (isSentByClient ? 0x80 : 0));
         event.event = kRoot;
         event.window = kWindow;
         model.apply(whole);
     };
     for (const int type : {XCB_DESTROY_NOTIFY, XCB_UNMAP_NOTIFY, XCB_REPARENT_NOTIFY, XCB_MAP_NOTIFY}) {
-        tell(type, true);
+        send(type, true);
         EXPECT_TRUE(model.client(kWindow)) << type;
     }
-    tell(XCB_DESTROY_NOTIFY, false);
+    send(XCB_DESTROY_NOTIFY, false);
     EXPECT_FALSE(model.client(kWindow));
 }
 
@@ -125,16 +125,15 @@ TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
 }
 
 TEST_F(Model, KeepsEventsThatAreNewerThanAReply) {
-    const TopLevel answer{
-        .rect = {5, 5, 50, 50}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}};
+    const TopLevel reply{.rect = {5, 5, 50, 50}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}};
     configure(100, 402, 325, 21);
-    model.takeTopLevel(kFrame, answer, 20);
+    model.takeTopLevel(kFrame, reply, 20);
     EXPECT_EQ(model.topLevel(kFrame)->rect.x, 100);
     // Numbers wrap around.
-    model.takeTopLevel(kFrame, answer, 22);
+    model.takeTopLevel(kFrame, reply, 22);
     EXPECT_EQ(model.topLevel(kFrame)->rect.x, 5);
     configure(100, 402, 325, 2);
-    model.takeTopLevel(kFrame, answer, 0xFFFFFFF0U);
+    model.takeTopLevel(kFrame, reply, 0xFFFFFFF0U);
     EXPECT_EQ(model.topLevel(kFrame)->rect.x, 100);
 
     // A reply for a window that was destroyed meanwhile.
@@ -143,7 +142,7 @@ TEST_F(Model, KeepsEventsThatAreNewerThanAReply) {
     destroyed.response_type = XCB_DESTROY_NOTIFY;
     destroyed.window = kFrame;
     model.apply(whole);
-    model.takeTopLevel(kFrame, answer, 3);
+    model.takeTopLevel(kFrame, reply, 3);
     EXPECT_EQ(model.topLevel(kFrame), nullptr);
 }
 

@@ -1,4 +1,4 @@
-// Which of the installed applications an X11 window belongs to.
+// Finds the installed application to which an X11 window belongs.
 #pragma once
 
 #include "support/Identifiers.h"

@@ -1,5 +1,5 @@
-// Counts the changes that a poll would see, and calls back once when the count differs from the count that a caller
-// knows.
+// Counts the changes that a poll would see. Calls back once as soon as the count differs from the count that the caller
+// has passed.
 #pragma once
 
 #include "support/Lifetime.h"

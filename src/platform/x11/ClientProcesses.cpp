@@ -62,11 +62,11 @@ ClientProcesses::ClientProcesses(const XConnection& connection, bool isEnabled) 
         xcb_res_query_version_reply(connection.get(), xcb_res_query_version(connection.get(), 1, 2), nullptr));
     if (!version || (std::uint32_t{version->server_major} << 16) + version->server_minor < kVersion) return;
     const XReply<xcb_res_query_client_ids_reply_t> own(
-        xcb_res_query_client_ids_reply(connection.get(), ask(xcb_generate_id(connection.get())), nullptr));
-    canAnswer_ = processIn(own.get()) == getpid();
+        xcb_res_query_client_ids_reply(connection.get(), request(xcb_generate_id(connection.get())), nullptr));
+    isAvailable_ = processIn(own.get()) == getpid();
 }
 
-xcb_res_query_client_ids_cookie_t ClientProcesses::ask(xcb_window_t window) const {
+xcb_res_query_client_ids_cookie_t ClientProcesses::request(xcb_window_t window) const {
     const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     return xcb_res_query_client_ids(connection_.get(), 1, &spec);
 }

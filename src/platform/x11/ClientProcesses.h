@@ -43,15 +43,15 @@ class ClientProcesses {
     /// in another process namespace, where the same numbers mean other processes.
     ClientProcesses(const XConnection& connection, bool isEnabled);
 
-    bool isAvailable() const { return canAnswer_; }
+    bool isAvailable() const { return isAvailable_; }
     /// Buffers the request. Only call if `isAvailable`.
-    xcb_res_query_client_ids_cookie_t ask(xcb_window_t window) const;
+    xcb_res_query_client_ids_cookie_t request(xcb_window_t window) const;
     /// Absent if the reply is null or the server does not know the client's process.
     static std::optional<pid_t> processIn(const xcb_res_query_client_ids_reply_t* reply);
 
   private:
     const XConnection& connection_;
-    bool canAnswer_ = false;
+    bool isAvailable_ = false;
 };
 
 } // namespace kova::x11

@@ -24,7 +24,7 @@ class DisplayKeeper {
     /// Uses the replies that have arrived, and requests what the events announced as changed. True if monitors
     /// have been read or the scale has changed; then call `arrange`.
     bool advance(const EventEffects& effects);
-    bool isAsking() const { return reader_.isAsking() || scale_.isAsking(); }
+    bool isReading() const { return reader_.isReading() || scale_.isReading(); }
     /// Whether requests were buffered since the last call.
     bool hasUnsent();
     /// Computes the screens from the monitors and the model's panels; true if the screens have changed.

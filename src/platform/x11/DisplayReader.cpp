@@ -35,7 +35,7 @@ bool DisplayReader::advance() {
 }
 
 void DisplayReader::wait() {
-    while (isAsking()) {
+    while (isReading()) {
         reading_.waitForStep();
         advance();
     }
@@ -43,11 +43,11 @@ void DisplayReader::wait() {
 
 void DisplayReader::takeMonitors(const void* reply) {
     newMonitors_.clear();
-    const auto* answer = static_cast<const xcb_randr_get_monitors_reply_t*>(reply);
-    hasReport_ = answer != nullptr;
-    if (!answer) return;
+    const auto* monitors = static_cast<const xcb_randr_get_monitors_reply_t*>(reply);
+    hasReport_ = monitors != nullptr;
+    if (!monitors) return;
     xcb_connection_t* c = connection_.get();
-    for (auto it = xcb_randr_get_monitors_monitors_iterator(answer); it.rem > 0; xcb_randr_monitor_info_next(&it)) {
+    for (auto it = xcb_randr_get_monitors_monitors_iterator(monitors); it.rem > 0; xcb_randr_monitor_info_next(&it)) {
         const xcb_randr_monitor_info_t& info = *it.data;
         const std::size_t index = newMonitors_.size();
         newMonitors_.push_back({"", info.primary != 0, {info.x, info.y, info.width, info.height}, std::nullopt});

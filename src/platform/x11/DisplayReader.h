@@ -21,7 +21,7 @@ class DisplayReader {
     void begin();
     /// Uses the replies that have arrived; true if `monitors` has just been replaced.
     bool advance();
-    bool isAsking() const { return reading_.isUnderWay(); }
+    bool isReading() const { return reading_.isUnderWay(); }
     /// Whether requests were buffered since the last call.
     bool hasUnsent() { return reading_.hasUnsent(); }
     void wait();

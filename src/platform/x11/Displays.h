@@ -21,7 +21,7 @@ struct MonitorIdentity {
     bool operator==(const MonitorIdentity&) const = default;
 };
 
-/// Absent when the data are no EDID block.
+/// Absent if the data are not an EDID block.
 std::optional<MonitorIdentity> identityInEdid(std::span<const std::uint8_t> edid);
 
 struct Monitor {

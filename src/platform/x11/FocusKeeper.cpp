@@ -58,14 +58,14 @@ xcb_window_t FocusKeeper::effectiveFocus(xcb_window_t reported, Seconds now) {
 
 std::optional<xcb_window_t> FocusKeeper::windowToRefocus(xcb_window_t active, xcb_window_t owner, Seconds now) {
     if (!isKeeping(now) || active == kNoWindow || active == kept_) return std::nullopt;
-    auto taker = restored_.find(active);
-    if (taker == restored_.end()) taker = restored_.find(owner);
-    if (taker == restored_.end()) {
+    auto focused = restored_.find(active);
+    if (focused == restored_.end()) focused = restored_.find(owner);
+    if (focused == restored_.end()) {
         restored_.clear(); // the user or the window manager has focused another window
         return std::nullopt;
     }
-    if (kept_ == kNoWindow || taker->second >= kMostRefocuses) return std::nullopt;
-    ++taker->second;
+    if (kept_ == kNoWindow || focused->second >= kMostRefocuses) return std::nullopt;
+    ++focused->second;
     return kept_;
 }
 

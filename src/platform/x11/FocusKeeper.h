@@ -32,7 +32,7 @@ class FocusKeeper {
     std::optional<xcb_window_t> windowToRefocus(xcb_window_t active, xcb_window_t owner, Seconds now);
     /// KOVA is about to focus `window` instead of `active`, which was only to be restored.
     void noteRefocused(xcb_window_t window, xcb_window_t active, Seconds now);
-    /// The window that keeps the focus while others are restored; absent if none are.
+    /// The window that keeps the focus while others are restored; absent if no window is being restored.
     std::optional<xcb_window_t> kept(Seconds now) const;
 
   private:

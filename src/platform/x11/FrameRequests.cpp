@@ -4,7 +4,8 @@
 
 namespace kova::x11 {
 
-void askFrame(PendingReplies& batch, const XConnection& connection, WindowModel& model, const ClientWindow& client) {
+void requestFrame(PendingReplies& batch, const XConnection& connection, WindowModel& model,
+                  const ClientWindow& client) {
     const xcb_window_t window = client.window, frame = client.topLevel;
     const auto held = std::make_shared<PixelRect>();
     const auto size = xcb_get_geometry(connection.get(), window);

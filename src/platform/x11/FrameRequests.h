@@ -9,6 +9,6 @@ namespace kova::x11 {
 /// Requests sizes and relative positions of the client and of the window manager's frame that contains it; `model` uses
 /// the replies. The caller holds the lock of `model` while the replies are handled. Absolute positions are not used,
 /// so that a window can be measured while it is moved.
-void askFrame(PendingReplies& batch, const XConnection& connection, WindowModel& model, const ClientWindow& client);
+void requestFrame(PendingReplies& batch, const XConnection& connection, WindowModel& model, const ClientWindow& client);
 
 } // namespace kova::x11

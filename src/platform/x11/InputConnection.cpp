@@ -68,8 +68,8 @@ void InputConnection::showHandles(const std::vector<HandlePlace>& places) {
     scheduleRead_(); // sends the requests, after the requests that place the windows beside a divider
 }
 
-void InputConnection::askActiveWindow() {
-    activeWindow_.ask();
+void InputConnection::queryActiveWindow() {
+    activeWindow_.scheduleQuery();
     sendAndScheduleRead();
 }
 

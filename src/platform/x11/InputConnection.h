@@ -41,7 +41,7 @@ class InputConnection {
     void windowsChanged(bool haveMoved);
 
     /// Queries which window is active; call after a change of the window manager.
-    void askActiveWindow();
+    void queryActiveWindow();
     std::optional<xcb_window_t> takeActiveWindow() { return activeWindow_.takeNewest(); }
 
     const Keyboard& keyboard() const { return keyboard_; }

@@ -41,7 +41,7 @@ ModelRefresh::ModelRefresh(const XConnection& connection, const ClientProcesses&
     processes_(processes), mutex_(mutex), model_(model) {}
 
 /// Sends the batch, waits without the lock, and uses the replies with the lock held.
-void ModelRefresh::ask() {
+void ModelRefresh::waitForReplies() {
     if (batch_.isEmpty()) return;
     batch_.wait(connection_);
     if (connection_.isLost()) {
@@ -64,50 +64,51 @@ RefreshOutcome ModelRefresh::run(Seconds now) {
         {
             const MutexLock lock(mutex_);
             if (!model_.isStale()) break;
-            askRoot();
-            askNewTopLevels();
-            askClients();
+            requestRoot();
+            requestNewTopLevels();
+            requestClients();
         }
         // Each step needs the replies of the step before: the root's properties, the window manager's own window if the
         // root does not name it, and the properties of that window.
         constexpr int kStepsToManager = 3;
-        for (int step = 0; step < kStepsToManager; ++step) ask();
+        for (int step = 0; step < kStepsToManager; ++step) waitForReplies();
         findTopLevels();
         measureFrames();
     }
     return outcome_;
 }
 
-void ModelRefresh::askRoot() {
+void ModelRefresh::requestRoot() {
     const Atoms& atoms = connection_.atoms();
     const xcb_window_t root = connection_.root();
     if (std::exchange(model_.staleManager, false)) {
         const auto selectionOwner = std::make_shared<xcb_window_t>(kNoWindow);
         batch_.add(xcb_get_selection_owner(connection_.get(), atoms[Atom::windowManagerSelection]),
                    [selectionOwner](const void* reply) {
-                       const auto* answer = as<xcb_get_selection_owner_reply_t>(reply);
-                       if (answer) *selectionOwner = answer->owner;
+                       const auto* owner = as<xcb_get_selection_owner_reply_t>(reply);
+                       if (owner) *selectionOwner = owner->owner;
                    });
-        batch_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1),
+        batch_.add(connection_.requestProperty(root, atoms[Atom::netSupportingWmCheck], 1),
                    [this, selectionOwner](const void* reply) {
                        mutex_.assertHeld();
                        const xcb_window_t checkWindow = windowIn(reply);
                        if (checkWindow != kNoWindow || *selectionOwner == kNoWindow) {
-                           askManager(checkWindow);
+                           requestManager(checkWindow);
                        } else {
                            findManager(*selectionOwner);
                        }
                    });
     }
     if (std::exchange(model_.staleClientList, false) && model_.windowManager().isPresent) {
-        batch_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows), [this](const void* reply) {
-            mutex_.assertHeld();
-            model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW), now_);
-            outcome_.ownersChanged = outcome_.panelsChanged = true;
-        });
+        batch_.add(connection_.requestProperty(root, atoms[Atom::netClientList], kMostWindows),
+                   [this](const void* reply) {
+                       mutex_.assertHeld();
+                       model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW), now_);
+                       outcome_.ownersChanged = outcome_.panelsChanged = true;
+                   });
     }
     if (std::exchange(model_.staleDesktop, false)) {
-        batch_.add(connection_.askProperty(root, atoms[Atom::netCurrentDesktop], 1), [this](const void* reply) {
+        batch_.add(connection_.requestProperty(root, atoms[Atom::netCurrentDesktop], 1), [this](const void* reply) {
             mutex_.assertHeld();
             const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
             model_.currentDesktop = numbers.empty() ? 0 : numbers[0];
@@ -115,7 +116,7 @@ void ModelRefresh::askRoot() {
         });
     }
     if (std::exchange(model_.staleWorkarea, false)) {
-        batch_.add(connection_.askProperty(root, atoms[Atom::netWorkarea], 256), [this](const void* reply) {
+        batch_.add(connection_.requestProperty(root, atoms[Atom::netWorkarea], 256), [this](const void* reply) {
             mutex_.assertHeld();
             const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
             model_.workareas.clear();
@@ -138,7 +139,7 @@ void ModelRefresh::findManager(xcb_window_t selectionOwner) {
     const auto found = std::make_shared<xcb_window_t>(kNoWindow);
     for (const xcb_window_t window : model_.stacking()) {
         if ((window & client) != (selectionOwner & client)) continue;
-        batch_.add(connection_.askProperty(window, connection_.atoms()[Atom::netSupportingWmCheck], 1),
+        batch_.add(connection_.requestProperty(window, connection_.atoms()[Atom::netSupportingWmCheck], 1),
                    [window, found](const void* reply) {
                        if (windowIn(reply) == window) *found = window;
                    });
@@ -146,13 +147,13 @@ void ModelRefresh::findManager(xcb_window_t selectionOwner) {
     batch_.add(xcb_get_selection_owner(connection_.get(), connection_.atoms()[Atom::windowManagerSelection]),
                [this, found](const void*) {
                    mutex_.assertHeld();
-                   askManager(*found);
+                   requestManager(*found);
                });
 }
 
 /// A window manager that has ended leaves its properties on the root. A window manager is present only if the window
 /// that the root names has the same property, which names the window itself.
-void ModelRefresh::askManager(xcb_window_t checkWindow) {
+void ModelRefresh::requestManager(xcb_window_t checkWindow) {
     const Atoms& atoms = connection_.atoms();
     const auto manager = std::make_shared<WindowManager>();
     manager->checkWindow = checkWindow;
@@ -161,19 +162,19 @@ void ModelRefresh::askManager(xcb_window_t checkWindow) {
         manager->publishesNoClientList =
             attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
     });
-    batch_.add(connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1),
+    batch_.add(connection_.requestProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1),
                [manager](const void* reply) {
                    manager->isPresent = manager->checkWindow != kNoWindow && windowIn(reply) == manager->checkWindow;
                });
-    batch_.add(connection_.askProperty(checkWindow, atoms[Atom::netWmName], 64),
+    batch_.add(connection_.requestProperty(checkWindow, atoms[Atom::netWmName], 64),
                [this, manager](const void* reply) { manager->name = textIn(propertyIn(reply), connection_.atoms()); });
     const auto keepsList = std::make_shared<bool>(false);
-    batch_.add(connection_.askProperty(connection_.root(), atoms[Atom::netClientList], 0),
+    batch_.add(connection_.requestProperty(connection_.root(), atoms[Atom::netClientList], 0),
                [keepsList](const void* reply) {
                    const auto* list = as<xcb_get_property_reply_t>(reply);
                    *keepsList = list && list->type == XCB_ATOM_WINDOW;
                });
-    batch_.add(connection_.askProperty(connection_.root(), atoms[Atom::netSupported], 1024),
+    batch_.add(connection_.requestProperty(connection_.root(), atoms[Atom::netSupported], 1024),
                [this, manager, keepsList](const void* reply) {
                    mutex_.assertHeld();
                    const auto supported = numbersIn(propertyIn(reply), XCB_ATOM_ATOM);
@@ -195,7 +196,7 @@ void ModelRefresh::askManager(xcb_window_t checkWindow) {
                });
 }
 
-void ModelRefresh::askTopLevel(xcb_window_t window) {
+void ModelRefresh::requestTopLevel(xcb_window_t window) {
     const auto top = std::make_shared<TopLevel>();
     const auto cookie = xcb_get_geometry(connection_.get(), window);
     batch_.add(cookie, [top](const void* reply) {
@@ -222,17 +223,17 @@ void ModelRefresh::readTopLevels() {
         if (!tree) return;
         const xcb_window_t* children = xcb_query_tree_children(tree);
         model_.setStacking({children, children + xcb_query_tree_children_length(tree)});
-        for (const xcb_window_t child : model_.stacking()) askTopLevel(child);
+        for (const xcb_window_t child : model_.stacking()) requestTopLevel(child);
     });
-    ask();
-    ask();
+    waitForReplies();
+    waitForReplies();
 }
 
-void ModelRefresh::askNewTopLevels() {
-    for (const xcb_window_t window : model_.takeUnknownTopLevels()) askTopLevel(window);
+void ModelRefresh::requestNewTopLevels() {
+    for (const xcb_window_t window : model_.takeUnknownTopLevels()) requestTopLevel(window);
 }
 
-void ModelRefresh::askClients() {
+void ModelRefresh::requestClients() {
     if (model_.staleClients == 0) return;
     const bool isManaged = model_.windowManager().isPresent;
     bool mayHaveMissedFocus = false;
@@ -254,9 +255,9 @@ void ModelRefresh::askClients() {
                 if (ClientWindow* known = model_.client(window))
                     known->isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
             });
-            askProcess(window);
+            requestProcess(window);
         }
-        askProperties(window, bits);
+        requestProperties(window, bits);
         if (bits & stale::topLevel) unplaced_.push_back(window);
         if (bits & (stale::frame | stale::topLevel)) unmeasured_.push_back(window);
     }
@@ -264,17 +265,17 @@ void ModelRefresh::askClients() {
     if (mayHaveMissedFocus) queryFocus(batch_, connection_, model_);
 }
 
-/// Call before `askProperties`: the window's own property is compared with this reply.
-void ModelRefresh::askProcess(xcb_window_t window) {
+/// Call before `requestProperties`: the window's own property is compared with this reply.
+void ModelRefresh::requestProcess(xcb_window_t window) {
     if (!processes_.isAvailable()) return;
-    batch_.add(processes_.ask(window), [this, window](const void* reply) {
+    batch_.add(processes_.request(window), [this, window](const void* reply) {
         mutex_.assertHeld();
         if (ClientWindow* known = model_.client(window))
             known->reportedProcess = ClientProcesses::processIn(as<xcb_res_query_client_ids_reply_t>(reply));
     });
 }
 
-void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
+void ModelRefresh::requestProperties(xcb_window_t window, std::uint32_t bits) {
     if (bits & stale::owner) outcome_.ownersChanged = true;
     const ClientWindow* known = model_.client(window);
     const auto& rules = model_.rules();
@@ -283,7 +284,7 @@ void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
         // WM_NAME is only read for windows without _NET_WM_NAME.
         if (rules[i].property == XCB_ATOM_WM_NAME && known && known->netName) continue;
         // The captures are small on purpose: there can be hundreds of these callbacks.
-        const auto cookie = connection_.askProperty(window, rules[i].property, rules[i].lengthInWords);
+        const auto cookie = connection_.requestProperty(window, rules[i].property, rules[i].lengthInWords);
         batch_.add(cookie, [this, window, i, request = cookie.sequence](const void* reply) {
             mutex_.assertHeld();
             takeProperty(window, model_.rules()[i], reply, request);
@@ -305,7 +306,7 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
         outcome_.ownersChanged = true;
         break;
     case stale::owner:
-        settleOwner(*client);
+        updateOwner(*client);
         break;
     case stale::state:
         // Some window managers iconify without unmapping the window.
@@ -321,11 +322,11 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
     }
 }
 
-void ModelRefresh::settleOwner(ClientWindow& client) {
+void ModelRefresh::updateOwner(ClientWindow& client) {
     if (const auto process = attributedProcess(evidenceOf(client))) return model_.setOwner(client, *process);
     // The windows of one connection have the same upper bits; ids have at most 29 bits.
-    const std::uint32_t owner = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
-    model_.setOwner(client, static_cast<pid_t>((owner & (kFirstInventedProcess - 1)) | kFirstInventedProcess));
+    const std::uint32_t connection = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
+    model_.setOwner(client, static_cast<pid_t>((connection & (kFirstInventedProcess - 1)) | kFirstInventedProcess));
 }
 
 /// Climbs from each client to the root's child that contains it. Each round trip climbs one level for all clients.
@@ -351,7 +352,7 @@ void ModelRefresh::findTopLevels() {
                 }
             });
         }
-        ask();
+        waitForReplies();
         climbs = std::move(higher);
     }
 }
@@ -363,7 +364,7 @@ void ModelRefresh::measureFrames() {
             ClientWindow* client = model_.client(window);
             if (!client || client->topLevel == kNoWindow) continue;
             if (client->topLevel != window) {
-                askFrame(batch_, connection_, model_, *client);
+                requestFrame(batch_, connection_, model_, *client);
                 continue;
             }
             // Without a window manager the announced decorations are out of date.
@@ -372,7 +373,7 @@ void ModelRefresh::measureFrames() {
             client->margins = client->shadow - client->decorations;
         }
     }
-    ask();
+    waitForReplies();
 }
 
 } // namespace kova::x11

@@ -2,7 +2,7 @@
 // dependencies between replies allow. Waits for the server, so call it on the polling queue (and once while the desktop
 // is opened).
 //
-// No change is lost: stale bits are cleared before the requests are sent, the server answers in order, and events of a
+// No change is lost: stale bits are cleared before the requests are sent, the server replies in order, and events of a
 // window are selected before its properties are requested.
 #pragma once
 
@@ -33,20 +33,20 @@ class ModelRefresh {
     void readTopLevels();
 
   private:
-    void askRoot() KOVA_REQUIRES(mutex_);
+    void requestRoot() KOVA_REQUIRES(mutex_);
     void findManager(xcb_window_t selectionOwner) KOVA_REQUIRES(mutex_);
-    void askManager(xcb_window_t checkWindow) KOVA_REQUIRES(mutex_);
-    void askNewTopLevels() KOVA_REQUIRES(mutex_);
-    void askClients() KOVA_REQUIRES(mutex_);
-    void askProcess(xcb_window_t window) KOVA_REQUIRES(mutex_);
-    void askProperties(xcb_window_t window, std::uint32_t bits) KOVA_REQUIRES(mutex_);
+    void requestManager(xcb_window_t checkWindow) KOVA_REQUIRES(mutex_);
+    void requestNewTopLevels() KOVA_REQUIRES(mutex_);
+    void requestClients() KOVA_REQUIRES(mutex_);
+    void requestProcess(xcb_window_t window) KOVA_REQUIRES(mutex_);
+    void requestProperties(xcb_window_t window, std::uint32_t bits) KOVA_REQUIRES(mutex_);
     void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t request)
         KOVA_REQUIRES(mutex_);
     void findTopLevels() KOVA_EXCLUDES(mutex_);
     void measureFrames() KOVA_EXCLUDES(mutex_);
-    void askTopLevel(xcb_window_t window) KOVA_REQUIRES(mutex_);
-    void settleOwner(ClientWindow& client) KOVA_REQUIRES(mutex_);
-    void ask() KOVA_EXCLUDES(mutex_);
+    void requestTopLevel(xcb_window_t window) KOVA_REQUIRES(mutex_);
+    void updateOwner(ClientWindow& client) KOVA_REQUIRES(mutex_);
+    void waitForReplies() KOVA_EXCLUDES(mutex_);
 
     const XConnection& connection_;
     const ClientProcesses& processes_;

@@ -39,7 +39,7 @@ class PressedKeys {
     bool isRepetition(const Held& held, xcb_timestamp_t time) const;
 
     std::map<xcb_keycode_t, Held> held_;
-    std::optional<xcb_keycode_t> first_; // the key pressed first since none was down
+    std::optional<xcb_keycode_t> first_; // of the pressed keys, the one that was pressed while no other was
     std::int32_t repeatDelay_ = 660;     // milliseconds; the server's default
 };
 

@@ -56,7 +56,7 @@ bool ScaleReader::isHint(const xcb_generic_event_t& event) const {
 
 void ScaleReader::addRequests(PendingReplies& replies) {
     replies.add(
-        connection_.askProperty(connection_.root(), XCB_ATOM_RESOURCE_MANAGER, kMostSettingWords),
+        connection_.requestProperty(connection_.root(), XCB_ATOM_RESOURCE_MANAGER, kMostSettingWords),
         [this](const void* reply) {
             const PropertyView property = settingsIn(reply);
             const auto* text = reinterpret_cast<const char*>(property.bytes.data());
@@ -67,14 +67,14 @@ void ScaleReader::addRequests(PendingReplies& replies) {
 }
 
 void ScaleReader::takeOwner(const void* reply) {
-    const auto* answer = static_cast<const xcb_get_selection_owner_reply_t*>(reply);
-    owner_ = answer ? answer->owner : kNoWindow;
+    const auto* selection = static_cast<const xcb_get_selection_owner_reply_t*>(reply);
+    owner_ = selection ? selection->owner : kNoWindow;
     shared_ = {};
     if (owner_ == kNoWindow) return;
     // Events are selected before the settings are requested, so that no change is lost.
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &mask);
-    reading_.replies().add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
+    reading_.replies().add(connection_.requestProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
                            [this](const void* settings) {
                                const PropertyView property = settingsIn(settings);
                                if (property.format == 8) shared_ = sharedSettingsIn(property.bytes);
@@ -88,7 +88,7 @@ bool ScaleReader::advance() {
 }
 
 void ScaleReader::wait() {
-    while (isAsking()) {
+    while (isReading()) {
         reading_.waitForStep();
         advance();
     }

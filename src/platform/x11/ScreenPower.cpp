@@ -28,7 +28,7 @@ ScreenPower::ScreenPower(const XConnection& connection) : connection_(connection
     saverEvent_ = saver->first_event;
 }
 
-void ScreenPower::ask(PendingReplies& batch, std::function<void()> known) {
+void ScreenPower::query(PendingReplies& batch, std::function<void()> known) {
     xcb_connection_t* c = connection_.get();
     batch.add(xcb_dpms_info(c), [this](const void* reply) {
         const auto* info = static_cast<const xcb_dpms_info_reply_t*>(reply);

@@ -27,14 +27,14 @@ class ScreenPower {
     /// Selects events of the server's screen saver. The constructor waits for the server, to learn its capabilities.
     explicit ScreenPower(const XConnection& connection);
 
-    /// False if the server cannot switch screens off; then it is never queried.
+    /// False if the server cannot switch screens off; then the state is never queried.
     bool isKnown() const { return saverEvent_.has_value(); }
     /// Whether the event is a reason to query.
     bool isHint(const xcb_generic_event_t& event) const {
         return saverEvent_ && (event.response_type & 0x7F) == *saverEvent_;
     }
     /// Adds the queries to the batch; calls `known` once the state is known.
-    void ask(PendingReplies& batch, std::function<void()> known);
+    void query(PendingReplies& batch, std::function<void()> known);
     const ScreenPowerState& state() const { return state_; }
 
   private:

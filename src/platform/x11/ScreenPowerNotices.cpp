@@ -7,8 +7,8 @@ Subscription ScreenPowerNotices::observe(std::function<void(SystemActivityEvent)
     return observers_.add(std::move(observer));
 }
 
-void ScreenPowerNotices::ask(PendingReplies& batch) {
-    power_.ask(batch, [this] { follow(); });
+void ScreenPowerNotices::query(PendingReplies& batch) {
+    power_.query(batch, [this] { follow(); });
 }
 
 /// Observers are notified later, without the lock, since they may read and write windows.
@@ -20,7 +20,7 @@ void ScreenPowerNotices::follow() {
     }
     if (nextQuery_) std::exchange(nextQuery_, nullptr)->cancel();
     if (const auto pause = pauseBeforeNextQuery(power_.state()))
-        nextQuery_ = queue_.after(*pause, lifetime_.guard(askAgain_));
+        nextQuery_ = queue_.after(*pause, lifetime_.guard(queryAgain_));
 }
 
 } // namespace kova::x11

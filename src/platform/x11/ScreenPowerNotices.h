@@ -14,9 +14,9 @@ namespace kova::x11 {
 
 class ScreenPowerNotices {
   public:
-    /// `askAgain` is called without the mutex when a timer requires a query. The constructor waits for the server.
-    ScreenPowerNotices(const XConnection& connection, MainQueue& queue, std::function<void()> askAgain) :
-        queue_(queue), askAgain_(std::move(askAgain)), power_(connection) {}
+    /// `queryAgain` is called without the mutex when a timer requires a query. The constructor waits for the server.
+    ScreenPowerNotices(const XConnection& connection, MainQueue& queue, std::function<void()> queryAgain) :
+        queue_(queue), queryAgain_(std::move(queryAgain)), power_(connection) {}
 
     /// False if the server cannot switch screens off.
     bool isKnown() const { return power_.isKnown(); }
@@ -25,13 +25,13 @@ class ScreenPowerNotices {
     /// If the screens are off already, the new observer is notified of that after the next query.
     Subscription observe(std::function<void(SystemActivityEvent)> observer);
     bool isObserved() const { return power_.isKnown() && observers_.hasAny(); }
-    void ask(PendingReplies& batch);
+    void query(PendingReplies& batch);
 
   private:
     void follow();
 
     MainQueue& queue_;
-    std::function<void()> askAgain_;
+    std::function<void()> queryAgain_;
     ScreenPower power_;
     Observers<SystemActivityEvent> observers_;
     bool wereScreensOff_ = false; // as last reported to observers

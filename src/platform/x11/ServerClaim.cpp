@@ -20,7 +20,7 @@ std::optional<OtherAgent> claimServer(const XConnection& connection, const Clien
     OtherAgent other;
     if (processes.isAvailable()) {
         const XReply<xcb_res_query_client_ids_reply_t> reply(
-            xcb_res_query_client_ids_reply(c, processes.ask(owner), nullptr));
+            xcb_res_query_client_ids_reply(c, processes.request(owner), nullptr));
         other.process = ClientProcesses::processIn(reply.get());
     }
     return other;

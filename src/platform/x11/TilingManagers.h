@@ -1,4 +1,4 @@
-// Window managers that place all windows themselves.
+// Knows by their names the window managers that place all windows themselves.
 #pragma once
 
 #include <string_view>

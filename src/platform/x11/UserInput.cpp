@@ -89,8 +89,8 @@ void UserInput::postEvents() {
     if (input_->isFollowingPointer() && !pointerObservers_.hasAny()) input_->followPointer(false);
 }
 
-void UserInput::askActiveWindow() {
-    input_->askActiveWindow();
+void UserInput::queryActiveWindow() {
+    input_->queryActiveWindow();
 }
 
 bool UserInput::isConnected() const {
@@ -138,7 +138,7 @@ void UserInput::displaysChanged() {
 
 void UserInput::windowsChanged(bool haveMoved) {
     if (input_) input_->windowsChanged(haveMoved);
-    if (haveMoved) tryHeldKeys(HeldKeysReason::windowsChanged);
+    if (haveMoved) retryGrabs(GrabRetryReason::windowsChanged);
 }
 
 bool UserInput::hasMisplacedHandles() const {
@@ -167,19 +167,19 @@ void UserInput::claim(const std::vector<KeyCombination>& combinations) {
         const MutexLock lock(mutex_);
         return input_->claimKeys(combinations);
     }
-    queue_.post(lifetime_.guard([this] { heldKeysObservers_.notify(); }));
+    queue_.post(lifetime_.guard([this] { heldByOthersObservers_.notify(); }));
 }
 
 std::vector<KeyCombination> UserInput::heldByOthers() {
     if (!input_) return {};
     const MutexLock lock(mutex_);
     auto held = input_->keyboard().heldByOthers();
-    if (!held.empty()) tryHeldKeys(HeldKeysReason::asked);
+    if (!held.empty()) retryGrabs(GrabRetryReason::requested);
     return held;
 }
 
 Subscription UserInput::observeHeldByOthers(std::function<void()> known) {
-    return heldKeysObservers_.add(std::move(known));
+    return heldByOthersObservers_.add(std::move(known));
 }
 
 Subscription UserInput::recordKeys(std::function<bool(const KeyPress&)> recorder,
@@ -225,16 +225,16 @@ void UserInput::failRecordingKeys(const std::string& reason) {
 }
 
 void UserInput::managerChanged() {
-    tryHeldKeys(HeldKeysReason::managerChanged);
+    retryGrabs(GrabRetryReason::managerChanged);
 }
 
-void UserInput::tryHeldKeys(HeldKeysReason reason) {
+void UserInput::retryGrabs(GrabRetryReason reason) {
     const Seconds now = queue_.uptime();
-    const Seconds since = now - heldKeysTried_;
-    const bool isTooSoon = (reason == HeldKeysReason::windowsChanged && since < kPauseBetweenChanges) ||
-                           (reason == HeldKeysReason::asked && since < kPauseBetweenRequests);
+    const Seconds since = now - grabsRetriedAt_;
+    const bool isTooSoon = (reason == GrabRetryReason::windowsChanged && since < kPauseBetweenChanges) ||
+                           (reason == GrabRetryReason::requested && since < kPauseBetweenRequests);
     if (!input_ || isTooSoon) return;
-    heldKeysTried_ = now;
+    grabsRetriedAt_ = now;
     input_->retryGrabs();
 }
 
@@ -252,7 +252,7 @@ void UserInput::report(const KeyboardEvent& event) {
     case KeyboardEvent::Kind::recordingFailed:
         return failRecordingKeys("Another program holds the keyboard; close its menu or dialog and try again");
     case KeyboardEvent::Kind::grabResultsKnown:
-        return heldKeysObservers_.notify();
+        return heldByOthersObservers_.notify();
     }
 }
 

@@ -26,7 +26,7 @@ class UserInput {
     };
     /// `model` and `displays` are guarded by `mutex`.
     UserInput(MainQueue& queue, Mutex& mutex, const WindowModel& model, const DisplayKeeper& displays, Calls calls);
-    /// Blocks until the X server answers; call before any other thread starts.
+    /// Connects and waits for the X server; call before any other thread starts.
     void open(const std::string& displayName) KOVA_EXCLUDES(mutex_);
     void listen(const DescriptorWatch& watch) KOVA_EXCLUDES(mutex_);
 
@@ -47,8 +47,8 @@ class UserInput {
 
     // For callers that hold the lock
     Mutex& mutex() const KOVA_RETURN_CAPABILITY(mutex_) { return mutex_; }
-    /// Requests the active window; call after a change of the window manager. Only while it is open.
-    void askActiveWindow() KOVA_REQUIRES(mutex_);
+    /// Queries which window is active; call after a change of the window manager. Call only if `isOpen`.
+    void queryActiveWindow() KOVA_REQUIRES(mutex_);
     /// False if the connection was never opened, or has ended.
     bool isConnected() const KOVA_REQUIRES(mutex_);
     void displaysChanged() KOVA_REQUIRES(mutex_);
@@ -61,7 +61,7 @@ class UserInput {
         std::function<bool(const KeyPress&)> take;
         std::function<void(const std::string& reason)> failed;
     };
-    enum class HeldKeysReason { managerChanged, windowsChanged, asked };
+    enum class GrabRetryReason { managerChanged, windowsChanged, requested };
 
     void read() KOVA_EXCLUDES(mutex_);
     void scheduleRead();
@@ -69,7 +69,7 @@ class UserInput {
     void postEvents() KOVA_EXCLUDES(mutex_);
     void report(const KeyboardEvent& event) KOVA_EXCLUDES(mutex_);
     void placeHandles() KOVA_REQUIRES(mutex_);
-    void tryHeldKeys(HeldKeysReason reason) KOVA_REQUIRES(mutex_);
+    void retryGrabs(GrabRetryReason reason) KOVA_REQUIRES(mutex_);
     void listenToKeys() KOVA_EXCLUDES(mutex_);
     void scheduleRecordingRetry();
     void stopRecordingKeys() KOVA_EXCLUDES(mutex_);
@@ -87,9 +87,9 @@ class UserInput {
     Observers<const PointerEvent&> pointerObservers_;
     Observers<const DividerHandleEvent&> handleObservers_;
     Observers<const KeyPress&> keyMonitors_;
-    Observers<> heldKeysObservers_;
+    Observers<> heldByOthersObservers_;
     std::weak_ptr<KeyRecorder> keyRecorder_;
-    Seconds heldKeysTried_{-1000.0}; // uptime
+    Seconds grabsRetriedAt_{-1000.0}; // uptime
     Lifetime lifetime_;
 };
 

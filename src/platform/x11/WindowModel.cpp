@@ -35,21 +35,23 @@ void WindowModel::setTopLevel(xcb_window_t window, const TopLevel& topLevel) {
     if (isNew && std::ranges::find(stacking_, window) == stacking_.end()) stacking_.push_back(window);
 }
 
-void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t request) {
-    const auto isNewer = [&](const std::optional<std::uint32_t>& told) { return told && isAtOrAfter(*told, request); };
+void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& reply, std::uint32_t request) {
+    const auto isNewer = [&](const std::optional<std::uint32_t>& sequence) {
+        return sequence && isAtOrAfter(*sequence, request);
+    };
     const auto known = topLevels_.find(window);
     if (known == topLevels_.end()) {
         // Before the first events only the order of the windows is known.
-        if (std::ranges::find(stacking_, window) != stacking_.end()) setTopLevel(window, answer);
+        if (std::ranges::find(stacking_, window) != stacking_.end()) setTopLevel(window, reply);
         return;
     }
     TopLevel& top = known->second;
     if (!isNewer(top.rectEventSequence)) {
-        top.rect = answer.rect;
-        top.border = answer.border;
+        top.rect = reply.rect;
+        top.border = reply.border;
     }
-    if (!isNewer(top.mappingEventSequence)) top.isMapped = answer.isMapped;
-    top.isOverrideRedirect = answer.isOverrideRedirect;
+    if (!isNewer(top.mappingEventSequence)) top.isMapped = reply.isMapped;
+    top.isOverrideRedirect = reply.isOverrideRedirect;
 }
 
 void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Seconds now) {
@@ -90,7 +92,7 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
     manager_ = manager;
     if (isOtherManager) {
         // Another program lists and decorates the same windows, so all their properties may have changed.
-        hasChangedHands = ownersChanged = true;
+        hasManagerChanged = ownersChanged = true;
         staleClientList = manager.isPresent;
         staleWorkarea = staleDesktop = true;
         if (std::exchange(isManagerKnown_, true)) {

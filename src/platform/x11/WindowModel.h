@@ -67,7 +67,7 @@ class WindowModel {
     // Replies
     // The parameter `request` is the sequence number of the request whose reply is passed.
     /// Values from later events are kept, and a window that was destroyed since the request stays unknown.
-    void takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t request);
+    void takeTopLevel(xcb_window_t window, const TopLevel& reply, std::uint32_t request);
     void setStacking(std::vector<xcb_window_t> bottomFirst) { stacking_ = std::move(bottomFirst); }
     /// Sets the managed windows in their order. New windows are completely stale; missing windows are dropped. While
     /// window managers change, the list is empty or incomplete for a moment: until that is over (`isSettling`), missing
@@ -150,8 +150,8 @@ class WindowModel {
     bool staleManager = true;
     bool staleDesktop = true;
     bool staleWorkarea = true;
-    bool ownersChanged = false;   // a window was added or removed, which was not handled yet
-    bool hasChangedHands = false; // the window manager changed or ended, which was not handled yet
+    bool ownersChanged = false;     // a window was added or removed, which was not handled yet
+    bool hasManagerChanged = false; // the window manager changed or ended, which was not handled yet
     xcb_window_t activeWindow = kNoWindow;
     std::uint32_t currentDesktop = 0;
     std::vector<PixelRect> workareas; // by virtual desktop

@@ -9,8 +9,8 @@ namespace kova::x11 {
 EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
     // Any client can send any event, so sent events are ignored, except the event by which a program withdraws an
     // unmapped window: the server itself has no such event.
-    const bool isMadeUp = event.response_type & 0x80;
-    if (isMadeUp && (event.response_type & 0x7F) != XCB_UNMAP_NOTIFY) return {};
+    const bool isSentByClient = event.response_type & 0x80;
+    if (isSentByClient && (event.response_type & 0x7F) != XCB_UNMAP_NOTIFY) return {};
     switch (event.response_type & 0x7F) {
     case XCB_PROPERTY_NOTIFY:
         return applyProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
@@ -45,7 +45,7 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
     }
     case XCB_UNMAP_NOTIFY: {
         const auto& unmapped = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
-        if (isMadeUp) return applyWithdrawal(unmapped.window);
+        if (isSentByClient) return applyWithdrawal(unmapped.window);
         return applyMapping(unmapped.window, false, event.full_sequence);
     }
     case XCB_REPARENT_NOTIFY:

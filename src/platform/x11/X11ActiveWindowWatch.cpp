@@ -22,7 +22,7 @@ bool ActiveWindowWatch::take(const xcb_generic_event_t& event) {
 bool ActiveWindowWatch::act() {
     if (!std::exchange(isDue_, false)) return false;
     pendingReplies_.emplace_back().add(
-        connection_.askProperty(connection_.root(), connection_.atoms()[Atom::netActiveWindow], 1),
+        connection_.requestProperty(connection_.root(), connection_.atoms()[Atom::netActiveWindow], 1),
         [this](const void* reply) {
             const auto windows =
                 numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);

@@ -18,7 +18,7 @@ class ActiveWindowWatch {
     /// True if the event is about the active window; then call `act`.
     bool take(const xcb_generic_event_t& event);
     /// Makes the next `act` query the active window.
-    void ask() { isDue_ = true; }
+    void scheduleQuery() { isDue_ = true; }
     /// Buffers the query if it is due. True if requests must be sent.
     bool act();
     /// The newest reply, unless it was taken already; kNoWindow if no window is active.

@@ -20,9 +20,9 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
     queue(mainQueue), launcher(options.launcher), returnTimeoutAtEnd(options.returnTimeoutAtEnd),
-    processes(*connection, options.asksForProcesses), changes(mainQueue), applications(applicationCatalogue),
+    processes(*connection, options.queriesProcesses), changes(mainQueue), applications(applicationCatalogue),
     watch(mainQueue, xcb_get_file_descriptor(connection->get())), model(connection->atoms(), connection->root()),
-    displays(*connection), screenPower(*connection, mainQueue, [this] { askScreenPowerAgain(); }),
+    displays(*connection), screenPower(*connection, mainQueue, [this] { queryScreenPowerAgain(); }),
     requests(*connection, model), hider(*connection, model, requests, focusKeeper, mainQueue, options.hiddenWindowsFile,
                                         [this](Seconds pause, std::function<void()> work) { later(pause, work); }),
     input(mainQueue, mutex, model, displays,
@@ -121,17 +121,17 @@ void X11Desktop::Parts::readEverything() {
     refresh.readTopLevels();
     bringUpToDate();
     const MutexLock lock(mutex);
-    askActiveWindow();
-    askPointer();
+    queryActiveWindow();
+    queryPointer();
     for (PendingReplies& batch : pendingReplies) batch.wait(*connection);
     takeReplies();
     displays.arrange(model);
-    model.hasChangedHands = false;
+    model.hasManagerChanged = false;
     isLost = connection->isLost();
 }
 
 /// Takes over the windows that a former agent hid and did not show again.
-void X11Desktop::Parts::takeOverLeftoverWindows(bool waitsToSettle) {
+void X11Desktop::Parts::takeOverLeftoverWindows(bool staysHidden) {
     std::vector<HiddenWindow> left, found;
     std::vector<PropertyRule> rules;
     {
@@ -146,13 +146,14 @@ void X11Desktop::Parts::takeOverLeftoverWindows(bool waitsToSettle) {
         const auto state = std::make_shared<ClientWindow>();
         for (const PropertyRule& rule : rules) {
             if (!(rule.staleBit & (stale::state | stale::owner))) continue;
-            batch.add(connection->askProperty(taken.window, rule.property, rule.lengthInWords), [&rule, state, this](
-                                                                                                    const void* reply) {
-                rule.take(*state, viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), connection->atoms());
-            });
+            batch.add(connection->requestProperty(taken.window, rule.property, rule.lengthInWords),
+                      [&rule, state, this](const void* reply) {
+                          rule.take(*state, viewOf(static_cast<const xcb_get_property_reply_t*>(reply)),
+                                    connection->atoms());
+                      });
         }
         if (processes.isAvailable()) {
-            batch.add(processes.ask(taken.window), [state](const void* reply) {
+            batch.add(processes.request(taken.window), [state](const void* reply) {
                 state->reportedProcess =
                     ClientProcesses::processIn(static_cast<const xcb_res_query_client_ids_reply_t*>(reply));
             });
@@ -166,7 +167,7 @@ void X11Desktop::Parts::takeOverLeftoverWindows(bool waitsToSettle) {
     batch.wait(*connection);
     const MutexLock lock(mutex);
     batch.take();
-    hider.takeOver(found, waitsToSettle);
+    hider.takeOver(found, staysHidden);
 }
 
 /// Calls `work` after the pause, with the lock held.
@@ -217,10 +218,10 @@ void X11Desktop::Parts::bringUpToDate() {
         if (isAnyStateAssumed()) changes.note();
         isPollReading = false;
         inputIsLocked();
-        mainHasWork = watch.isPausedForPoll() || pendingEffects.isForMainThread() || model.hasChangedHands ||
+        mainHasWork = watch.isPausedForPoll() || pendingEffects.isForMainThread() || model.hasManagerChanged ||
                       (pendingEffects.changed && changes.isAwaited()) ||
                       hider.record().isOutdated(model, queue.uptime()) || input.hasMisplacedHandles() ||
-                      !pendingReplies.empty() || displays.isAsking();
+                      !pendingReplies.empty() || displays.isReading();
         pendingEffects.changed = false;
     }
     if (!mainHasWork || isMainThread()) return;

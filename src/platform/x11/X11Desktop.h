@@ -39,7 +39,7 @@ class X11Desktop final : public AccessibilityServicing,
         Seconds returnTimeoutAtEnd{0.5};         // how long the destructor waits for windows to return
         /// Windows that a killed agent has hidden stay hidden until `resolveLeftoverHiddenWindows`.
         bool keepsLeftoverWindowsHidden = false;
-        bool asksForProcesses = true; // queries the server for processes; else only the windows' property is known
+        bool queriesProcesses = true; // of windows from the server; false: only the windows' own properties are used
         bool claimsServer = false;    // opening fails if another agent has claimed the server
     };
     /// Why the desktop could not be opened.

@@ -129,7 +129,7 @@ std::vector<Screen> X11Desktop::screens() const {
 Subscription X11Desktop::observeSystemActivity(std::function<void(SystemActivityEvent)> observer) {
     const MutexLock lock(parts_->mutex);
     auto subscription = parts_->screenPower.observe(std::move(observer));
-    parts_->askScreenPower();
+    parts_->queryScreenPower();
     parts_->sendSoon();
     return subscription;
 }
@@ -140,7 +140,7 @@ Subscription X11Desktop::observeScreens(std::function<void()> changed) {
 
 std::optional<CGPoint> X11Desktop::pointerLocation() const {
     const MutexLock lock(parts_->mutex);
-    parts_->askPointer();
+    parts_->queryPointer();
     parts_->sendSoon();
     if (!parts_->model.pointer) return std::nullopt;
     return parts_->displays.space().pointOnScreen(parts_->model.pointer->first, parts_->model.pointer->second);

@@ -247,7 +247,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             // A poll in progress may read the requested frame instead of the real one.
             parts_->changes.note();
             // The request may be based on an outdated state; its verification needs the present state.
-            if (client->stale & stale::state) parts_->askState(*client);
+            if (client->stale & stale::state) parts_->queryState(*client);
         }
     }
     parts_->sendSoon();

@@ -66,7 +66,7 @@ void X11Desktop::Parts::readAndPause() {
 bool X11Desktop::Parts::mayPause() const {
     if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     return !changes.isAwaited() && !focusKeeper.kept(queue.uptime()) && pendingReplies.empty() &&
-           !displays.isAsking() && !hider.isAnyHidePending() && !hider.isAnyRestoreDue();
+           !displays.isReading() && !hider.isAnyHidePending() && !hider.isAnyRestoreDue();
 }
 
 /// Reads events that arrived during a pause.
@@ -116,20 +116,20 @@ void X11Desktop::Parts::handleEffects(EventEffects effects) {
 /// True if the displays have changed.
 bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     inputIsLocked();
-    if (std::exchange(model.hasChangedHands, false)) {
+    if (std::exchange(model.hasManagerChanged, false)) {
         hider.managerChanged();
-        askActiveWindow();
+        queryActiveWindow();
         input.managerChanged();
     }
     hider.follow(effects.returning);
     takeReplies();
     const bool areDisplaysReported = displays.advance(effects);
-    if (effects.mustQueryActiveWindow && !input.isOpen()) askActiveWindow();
-    if (effects.mustQueryScreenPower) askScreenPower();
-    for (const xcb_window_t window : effects.redecorated) askDecorations(window);
+    if (effects.mustQueryActiveWindow && !input.isOpen()) queryActiveWindow();
+    if (effects.mustQueryScreenPower) queryScreenPower();
+    for (const xcb_window_t window : effects.redecorated) queryDecorations(window);
     for (const xcb_window_t window : effects.stateChanged) {
         ClientWindow* client = model.client(window);
-        if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) askState(*client);
+        if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) queryState(*client);
     }
     mustFlush |= displays.hasUnsent();
     const bool displaysChanged = (areDisplaysReported || effects.panelsChanged) && displays.arrange(model);

@@ -61,7 +61,7 @@ bool X11Desktop::terminate(pid_t processIdentifier) {
         if (kind == WindowKind::dock || kind == WindowKind::desktop) continue;
         // Windows without this protocol are skipped: a window manager would disconnect their program from the server.
         const XConnection& connection = *parts_->connection;
-        batch.add(connection.askProperty(window, connection.atoms()[Atom::wmProtocols], kMostProtocols),
+        batch.add(connection.requestProperty(window, connection.atoms()[Atom::wmProtocols], kMostProtocols),
                   [parts = parts_.get(), window](const void* reply) {
                       const auto known =
                           numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_ATOM);

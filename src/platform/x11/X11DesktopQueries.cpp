@@ -19,13 +19,13 @@ void X11Desktop::Parts::takeReplies() {
     if (model.activeWindow != active) changes.note();
 }
 
-void X11Desktop::Parts::askActiveWindow() {
+void X11Desktop::Parts::queryActiveWindow() {
     inputIsLocked();
-    if (input.isOpen() && model.windowManager().isPresent) return input.askActiveWindow();
+    if (input.isOpen() && model.windowManager().isPresent) return input.queryActiveWindow();
     mustFlush = true;
     if (!model.windowManager().isPresent) return queryFocus(pendingReplies.emplace_back(), *connection, model);
     pendingReplies.emplace_back().add(
-        connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
+        connection->requestProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
         [this](const void* reply) {
             mutex.assertHeld();
             const auto windows =
@@ -42,7 +42,7 @@ void X11Desktop::Parts::expectFocus(xcb_window_t window) {
         setActiveWindow(focusKeeper.reported());
     } else {
         changes.note();
-        askActiveWindow(); // the server refuses the focus to a window that is not on the screen
+        queryActiveWindow(); // the server refuses the focus to a window that is not on the screen
     }
 }
 
@@ -62,7 +62,7 @@ void X11Desktop::Parts::setActiveWindow(xcb_window_t reported) {
     if (focusRequestedFor && (isReturning || !model.isMinimized(*focusRequestedFor))) {
         later(kTimeToFocus, [this] {
             mutex.assertHeld();
-            askActiveWindow(); // the server or the window manager may have refused the focus to the window
+            queryActiveWindow(); // the server or the window manager may have refused the focus to the window
         });
     } else {
         window = reported;
@@ -90,30 +90,30 @@ void X11Desktop::Parts::returnFocus(xcb_window_t active) {
 
 /// Queries the decorations at once instead of at the next poll: a window that is being placed must be placed again with
 /// its new decorations.
-void X11Desktop::Parts::askDecorations(xcb_window_t window) {
+void X11Desktop::Parts::queryDecorations(xcb_window_t window) {
     const ClientWindow* framed = model.client(window);
     if (!framed) return;
     mustFlush = true;
     PendingReplies& batch = pendingReplies.emplace_back();
-    const auto cookie = connection->askProperty(window, connection->atoms()[Atom::netFrameExtents], 4);
+    const auto cookie = connection->requestProperty(window, connection->atoms()[Atom::netFrameExtents], 4);
     batch.add(cookie, [this, window, sequence = cookie.sequence](const void* reply) {
         mutex.assertHeld();
         ClientWindow* client = model.client(window);
         const auto* extents = static_cast<const xcb_get_property_reply_t*>(reply);
         if (client) model.takeDecorations(*client, viewOf(extents), sequence);
     });
-    if (framed->topLevel != kNoWindow && framed->topLevel != window) askFrame(batch, *connection, model, *framed);
+    if (framed->topLevel != kNoWindow && framed->topLevel != window) requestFrame(batch, *connection, model, *framed);
 }
 
 /// Queries the state at once for the verification of a placement: a window that has just entered full screen must not
 /// count as one that refused the size.
-void X11Desktop::Parts::askState(ClientWindow& client) {
+void X11Desktop::Parts::queryState(ClientWindow& client) {
     mustFlush = true;
     ++client.pendingStateRequests;
     PendingReplies& batch = pendingReplies.emplace_back();
     for (const PropertyRule& rule : model.rules()) {
         if (rule.staleBit != stale::state) continue;
-        const auto cookie = connection->askProperty(client.window, rule.property, rule.lengthInWords);
+        const auto cookie = connection->requestProperty(client.window, rule.property, rule.lengthInWords);
         const bool isLast = rule.property == connection->atoms()[Atom::wmState];
         batch.add(cookie, [this, &rule, isLast, window = client.window, sequence = cookie.sequence](const void* r) {
             mutex.assertHeld();
@@ -125,7 +125,7 @@ void X11Desktop::Parts::askState(ClientWindow& client) {
     }
 }
 
-void X11Desktop::Parts::askPointer() {
+void X11Desktop::Parts::queryPointer() {
     if (std::exchange(isPointerQueryPending, true)) return;
     mustFlush = true;
     pendingReplies.emplace_back().add(xcb_query_pointer(connection->get(), connection->root()),
@@ -138,19 +138,19 @@ void X11Desktop::Parts::askPointer() {
                                       });
 }
 
-void X11Desktop::Parts::askScreenPowerAgain() {
+void X11Desktop::Parts::queryScreenPowerAgain() {
     {
         const MutexLock lock(mutex);
-        askScreenPower();
+        queryScreenPower();
     }
     handleEffects({});
 }
 
 /// Queries whether the screens are off, if there is an observer.
-void X11Desktop::Parts::askScreenPower() {
+void X11Desktop::Parts::queryScreenPower() {
     if (!screenPower.isObserved()) return;
     mustFlush = true;
-    screenPower.ask(pendingReplies.emplace_back());
+    screenPower.query(pendingReplies.emplace_back());
 }
 
 } // namespace kova

@@ -64,7 +64,7 @@ class DividerHandleWindows {
     struct Shown {
         HandlePlace place;
         xcb_window_t window;
-        std::optional<std::uint32_t> since; // the request that moved the window here from another divider
+        std::optional<std::uint32_t> since; // number of the request that moved the window here from another divider
     };
     struct Drag {
         std::string id;

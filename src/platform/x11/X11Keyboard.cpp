@@ -76,9 +76,9 @@ void Keyboard::requestMap() {
 void Keyboard::takeMap(const void* names, const void* map) {
     isMapRequested_ = false;
     if (!names || !map) return;
-    KeyboardMap told = keyboardMapOf(*static_cast<const xcb_xkb_get_names_reply_t*>(names),
-                                     *static_cast<const xcb_xkb_get_map_reply_t*>(map));
-    map_ = std::move(told);
+    KeyboardMap newMap = keyboardMapOf(*static_cast<const xcb_xkb_get_names_reply_t*>(names),
+                                       *static_cast<const xcb_xkb_get_map_reply_t*>(map));
+    map_ = std::move(newMap);
     updateClaims();
     retryGrabs();
 }
@@ -102,9 +102,9 @@ bool Keyboard::take(const xcb_generic_event_t& event) {
     }
     if (event.response_type != firstEvent_) return false;
     // All XKB events have their type at the same offset.
-    const auto& told = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
-    if (told.xkbType == XCB_XKB_STATE_NOTIFY) {
-        group_ = told.group;
+    const auto& notice = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+    if (notice.xkbType == XCB_XKB_STATE_NOTIFY) {
+        group_ = notice.group;
     } else {
         isMapDue_ = true;
     }
@@ -258,8 +258,8 @@ void Keyboard::probeInputExtensionGrab(const Claim& claim) {
         xcb_input_xi_passive_ungrab_device(connection_.get(), connection_.root(), key, XCB_INPUT_DEVICE_ALL_MASTER,
                                            count, XCB_INPUT_GRAB_TYPE_KEYCODE, states.data());
         pendingReplies_.emplace_back().add(grabbed, [this, combination = claim.combination](const void* reply) {
-            const auto* answer = static_cast<const xcb_input_xi_passive_grab_device_reply_t*>(reply);
-            if (answer && answer->num_modifiers > 0) refuse(combination);
+            const auto* grab = static_cast<const xcb_input_xi_passive_grab_device_reply_t*>(reply);
+            if (grab && grab->num_modifiers > 0) refuse(combination);
         });
     }
 }
@@ -279,15 +279,15 @@ void Keyboard::ungrab(Claim& claim) {
 /// errors have arrived.
 void Keyboard::requestGrabResults() {
     mustSend_ = true;
-    ++openResultRequests_;
+    ++pendingResultRequests_;
     pendingReplies_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) {
-        if (--openResultRequests_ == 0) areGrabResultsKnown_ = true;
+        if (--pendingResultRequests_ == 0) areGrabResultsKnown_ = true;
     });
 }
 
 /// Call once all errors have been handled.
 void Keyboard::useGrabResults() {
-    if (openResultRequests_ != 0) return; // there was another request since
+    if (pendingResultRequests_ != 0) return; // there was another request since
     pendingGrabs_.clear();
     bool hasChanged = std::exchange(mustReport_, false);
     bool isAnyFree = false;
@@ -335,8 +335,8 @@ void Keyboard::tryRecording() {
     const auto grabbed = xcb_grab_keyboard(connection_.get(), 0, connection_.root(), XCB_CURRENT_TIME,
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     batch.add(grabbed, [this, down](const void* reply) {
-        const auto* answer = static_cast<const xcb_grab_keyboard_reply_t*>(reply);
-        const bool isOurs = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
+        const auto* grab = static_cast<const xcb_grab_keyboard_reply_t*>(reply);
+        const bool isOurs = grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
         if (!isRecording_) {
             // The recording ended before the reply.
             if (isOurs) xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);

@@ -105,7 +105,7 @@ class Keyboard {
     int recordingTries_ = 0;
     std::vector<Claim> claims_;
     std::vector<Grab> pendingGrabs_;
-    int openResultRequests_ = 0;
+    int pendingResultRequests_ = 0;
     bool areGrabResultsKnown_ = false;
     bool mustReport_ = false; // report `grabResultsKnown` even if nothing has changed
 

@@ -245,8 +245,8 @@ std::vector<xcb_keycode_t> KeyboardMap::keysOf(std::uint16_t macKeyCode) const {
 std::string KeyboardMap::characters(std::uint16_t macKeyCode, std::uint8_t group) const {
     for (const Key& key : keys_) {
         if (key.macKeyCode != macKeyCode || key.characters.empty()) continue;
-        const std::string& written = key.characters[groupInRange(group, key.characters.size(), key.outOfRangeGroups)];
-        if (!written.empty()) return written;
+        const std::string& character = key.characters[groupInRange(group, key.characters.size(), key.outOfRangeGroups)];
+        if (!character.empty()) return character;
     }
     return {};
 }
@@ -289,12 +289,12 @@ KeyboardMap keyboardMapOf(const xcb_xkb_get_names_reply_t& names, const xcb_xkb_
         keys[names.firstKey + i].name.assign(name, strnlen(name, sizeof named.keyNames[i].name));
     }
 
-    xcb_xkb_get_map_map_t told{};
+    xcb_xkb_get_map_map_t parts{};
     xcb_xkb_get_map_map_unpack(xcb_xkb_get_map_map(&map), map.nTypes, map.nKeySyms, map.nKeyActions, map.totalActions,
                                map.totalKeyBehaviors, map.virtualMods, map.totalKeyExplicit, map.totalModMapKeys,
-                               map.totalVModMapKeys, map.present, &told);
+                               map.totalVModMapKeys, map.present, &parts);
     if (map.present & XCB_XKB_MAP_PART_KEY_SYMS) {
-        auto each = xcb_xkb_get_map_map_syms_rtrn_iterator(&map, &told);
+        auto each = xcb_xkb_get_map_map_syms_rtrn_iterator(&map, &parts);
         for (std::size_t code = map.firstKeySym; each.rem > 0 && code < keys.size(); ++code) {
             const xcb_keysym_t* symbols = xcb_xkb_key_sym_map_syms(each.data);
             const std::size_t groups = each.data->groupInfo & 0x0F, width = each.data->width;
@@ -308,7 +308,7 @@ KeyboardMap keyboardMapOf(const xcb_xkb_get_names_reply_t& names, const xcb_xkb_
     }
     if (map.present & XCB_XKB_MAP_PART_MODIFIER_MAP) {
         for (std::size_t i = 0; i < map.totalModMapKeys; ++i) {
-            keys[told.modmap_rtrn[i].keycode].modifiers = told.modmap_rtrn[i].mods;
+            keys[parts.modmap_rtrn[i].keycode].modifiers = parts.modmap_rtrn[i].mods;
         }
     }
     return KeyboardMap(keys);

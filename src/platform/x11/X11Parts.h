@@ -64,9 +64,9 @@ struct X11Desktop::Parts {
 
     // These lock the mutex themselves
     x11::UserInput input;
-    /// `input` was given `mutex`, which the analysis cannot see. Does nothing.
+    /// Tells the thread-safety analysis that the mutex of `input` is `mutex`. Does nothing.
     void inputIsLocked() const KOVA_REQUIRES(mutex) KOVA_ASSERT_CAPABILITY(input.mutex()) {}
-    x11::ModelRefresh refresh; // the polling queue's
+    x11::ModelRefresh refresh; // used by the polling queue
     Lifetime lifetime;
 
     // Events (X11DesktopEvents.cpp) and requests with replies (X11DesktopQueries.cpp)
@@ -79,18 +79,18 @@ struct X11Desktop::Parts {
     void bringUpToDate() KOVA_EXCLUDES(mutex);                          // polling queue, or while opening
     bool actOn(const x11::EventEffects& effects) KOVA_REQUIRES(mutex);
     void takeReplies() KOVA_REQUIRES(mutex); // handles the replies that have arrived
-    void askActiveWindow() KOVA_REQUIRES(mutex);
+    void queryActiveWindow() KOVA_REQUIRES(mutex);
     void expectFocus(xcb_window_t window) KOVA_REQUIRES(mutex);
     void takeActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
     void setActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
     void returnFocus(xcb_window_t active) KOVA_REQUIRES(mutex);
-    void askDecorations(xcb_window_t window) KOVA_REQUIRES(mutex);
-    void askState(x11::ClientWindow& client) KOVA_REQUIRES(mutex);
-    void askPointer() KOVA_REQUIRES(mutex);
+    void queryDecorations(xcb_window_t window) KOVA_REQUIRES(mutex);
+    void queryState(x11::ClientWindow& client) KOVA_REQUIRES(mutex);
+    void queryPointer() KOVA_REQUIRES(mutex);
     void later(Seconds pause, std::function<void()> work); // main thread; `work` is called with the lock held
 
-    void askScreenPower() KOVA_REQUIRES(mutex);
-    void askScreenPowerAgain() KOVA_EXCLUDES(mutex);
+    void queryScreenPower() KOVA_REQUIRES(mutex);
+    void queryScreenPowerAgain() KOVA_EXCLUDES(mutex);
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
 
     // Reading
@@ -105,7 +105,7 @@ struct X11Desktop::Parts {
 
     // Writing, main thread
     void keepActive(xcb_window_t window) KOVA_EXCLUDES(mutex); // focuses it again after other windows were restored
-    void takeOverLeftoverWindows(bool waitsToSettle) KOVA_EXCLUDES(mutex); // waits for the server
+    void takeOverLeftoverWindows(bool staysHidden) KOVA_EXCLUDES(mutex); // waits for the server
     bool isAnyStateAssumed() const KOVA_REQUIRES(mutex);
     void sendSoon();
     void send() KOVA_EXCLUDES(mutex);

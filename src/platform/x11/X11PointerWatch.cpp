@@ -35,7 +35,7 @@ PointerWatch::PointerWatch(const XConnection& connection, std::deque<PendingRepl
 void PointerWatch::follow(bool follows) {
     if (extension_ == 0 || follows == isFollowing_) return;
     isFollowing_ = follows;
-    isHeld_ = hasButtonChanged_ = hasMoved_ = hasWindowMoved_ = false;
+    isButtonDown_ = hasButtonChanged_ = hasMoved_ = hasWindowMoved_ = false;
     listen(false);
 }
 
@@ -70,8 +70,8 @@ bool PointerWatch::take(const xcb_generic_event_t& event) {
 }
 
 bool PointerWatch::act() {
-    const bool hasMoved = std::exchange(hasMoved_, false) && isHeld_ && !isMotionPaused_;
-    if (std::exchange(hasButtonChanged_, false) || hasMoved) ask();
+    const bool hasMoved = std::exchange(hasMoved_, false) && isButtonDown_ && !isMotionPaused_;
+    if (std::exchange(hasButtonChanged_, false) || hasMoved) queryPosition();
     if (hasMoved) {
         // The reply has the present position; motion events are selected again after the pause.
         isMotionPaused_ = true;
@@ -83,23 +83,23 @@ bool PointerWatch::act() {
 
 void PointerWatch::resumeMotionEvents() {
     isMotionPaused_ = false;
-    if (!isHeld_) return;
+    if (!isButtonDown_) return;
     listen(true);
-    ask();
+    queryPosition();
 }
 
-void PointerWatch::ask() {
+void PointerWatch::queryPosition() {
     mustSend_ = true;
     pendingReplies_.emplace_back().add(xcb_query_pointer(connection_.get(), connection_.root()),
                                        [this](const void* reply) {
                                            if (reply && isFollowing_)
-                                               answered(*static_cast<const xcb_query_pointer_reply_t*>(reply));
+                                               useReply(*static_cast<const xcb_query_pointer_reply_t*>(reply));
                                        });
 }
 
-void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
+void PointerWatch::useReply(const xcb_query_pointer_reply_t& pointer) {
     const bool isDown = pointer.mask & XCB_KEY_BUT_MASK_BUTTON_1;
-    const bool wasDown = std::exchange(isHeld_, isDown);
+    const bool wasDown = std::exchange(isButtonDown_, isDown);
     if (!isDown && !wasDown) return;
     const auto kind = !isDown    ? PointerEvent::Kind::released
                       : !wasDown ? PointerEvent::Kind::pressed
@@ -108,7 +108,7 @@ void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
     // Motion events are selected, and then the position is queried again; otherwise a motion in between would be lost.
     if (kind == PointerEvent::Kind::pressed) {
         listen(true);
-        ask();
+        queryPosition();
     } else if (kind == PointerEvent::Kind::released) {
         listen(false);
     } else if (now.x == last_.x && now.y == last_.y && !hasWindowMoved_) {

@@ -43,8 +43,8 @@ class PointerWatch {
     /// Call when a window moved. The pointer may have moved as well, since programs can move it without an event. And a
     /// dragged window may follow the pointer only after the pointer has stopped; that must be handled, too.
     void noteMovement() {
-        hasMoved_ |= isHeld_;
-        hasWindowMoved_ |= isHeld_;
+        hasMoved_ |= isButtonDown_;
+        hasWindowMoved_ |= isButtonDown_;
     }
     /// Handles the events. True if requests must be sent. Main thread.
     bool act();
@@ -54,15 +54,15 @@ class PointerWatch {
 
   private:
     void listen(bool toMovements);
-    void ask();
-    void answered(const xcb_query_pointer_reply_t& pointer);
+    void queryPosition();
+    void useReply(const xcb_query_pointer_reply_t& pointer);
 
     const XConnection& connection_;
     std::deque<PendingReplies>& pendingReplies_;
     std::function<void()> scheduleMotionEvents_;
     std::uint8_t extension_ = 0; // its major opcode; 0: the extension is not usable
     bool isFollowing_ = false;
-    bool isHeld_ = false;
+    bool isButtonDown_ = false;
     bool isMotionPaused_ = false;
     bool hasButtonChanged_ = false;
     bool hasMoved_ = false;

@@ -77,19 +77,19 @@ XConnection::~XConnection() {
 }
 
 void XConnection::internAtoms() {
-    std::array<xcb_intern_atom_cookie_t, kAtomNames.size()> asked{};
+    std::array<xcb_intern_atom_cookie_t, kAtomNames.size()> requests{};
     for (std::size_t i = 0; i < kAtomNames.size(); ++i) {
-        asked[i] =
+        requests[i] =
             xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(kAtomNames[i])), kAtomNames[i]);
     }
     for (std::size_t i = 0; i < kAtomNames.size(); ++i) {
-        const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, asked[i], nullptr));
+        const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, requests[i], nullptr));
         if (reply) atoms_.set(static_cast<Atom>(i), reply->atom);
     }
 }
 
-xcb_get_property_cookie_t XConnection::askProperty(xcb_window_t window, xcb_atom_t property,
-                                                   std::uint32_t lengthInWords) const {
+xcb_get_property_cookie_t XConnection::requestProperty(xcb_window_t window, xcb_atom_t property,
+                                                       std::uint32_t lengthInWords) const {
     return xcb_get_property(connection_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, lengthInWords);
 }
 

@@ -126,7 +126,8 @@ class XConnection {
     bool isLost() const { return xcb_connection_has_error(connection_) != 0; }
 
     /// Buffers a request for a property of any type; `flush` sends it.
-    xcb_get_property_cookie_t askProperty(xcb_window_t window, xcb_atom_t property, std::uint32_t lengthInWords) const;
+    xcb_get_property_cookie_t requestProperty(xcb_window_t window, xcb_atom_t property,
+                                              std::uint32_t lengthInWords) const;
     /// Sends a client message about a window to the window manager, as a pager does.
     void sendToWindowManager(xcb_window_t window, Atom message, const std::array<std::uint32_t, 5>& data) const;
     void flush() const { xcb_flush(connection_); }

@@ -49,7 +49,7 @@ class X11Stage final : public ContractDesktop {
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
                                         .returnTimeoutAtEnd = Seconds(10),
-                                        .asksForProcesses = false}, // the server would report this process for all
+                                        .queriesProcesses = false}, // the server would report this process for all
                                        loop_, catalogue_);
         if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
         desktop_ = std::move(std::get<0>(opened));
