@@ -8,20 +8,20 @@ namespace kova {
 AnnouncementAnswer SimulatedAnnouncements::request(const AccessibilityElement& element) {
     ++requestCount_;
     if (refusing_.contains(element.processIdentifier)) return AnnouncementAnswer::refuses;
-    asked_.insert({element.processIdentifier, element.hash});
+    requested_.insert({element.processIdentifier, element.hash});
     dropped_.erase({element.processIdentifier, element.hash});
     return AnnouncementAnswer::announces;
 }
 
 void SimulatedAnnouncements::end(const AccessibilityElement& element) {
-    asked_.erase({element.processIdentifier, element.hash});
+    requested_.erase({element.processIdentifier, element.hash});
     dropped_.erase({element.processIdentifier, element.hash});
 }
 
 bool SimulatedAnnouncements::isAnnounced(pid_t process, std::uint64_t hash) {
-    if (style_ == AnnouncementStyle::unasked) return true;
+    if (style_ == AnnouncementStyle::always) return true;
     if (dropped_.contains({process, hash})) noteLoss();
-    if (!asked_.contains({process, hash})) return false;
+    if (!requested_.contains({process, hash})) return false;
     if (toLose_ == 0) return true;
     --toLose_;
     noteLoss();
@@ -32,7 +32,7 @@ void SimulatedDesktop::setStyle(DesktopStyle style) {
     style_ = style;
     const bool isMac = style == DesktopStyle::mac;
     spaceStyle_ = isMac ? SpaceStyle::listsShown : SpaceStyle::listsAll;
-    announcements_.setStyle(isMac ? AnnouncementStyle::whenAsked : AnnouncementStyle::unasked);
+    announcements_.setStyle(isMac ? AnnouncementStyle::onRequest : AnnouncementStyle::always);
     answerTime_ = isMac ? Seconds(0.002) : Seconds(0);
 }
 
@@ -45,7 +45,7 @@ void SimulatedDesktop::setPermissionStale(bool isStale) {
 }
 
 void SimulatedDesktop::setAnswerTime(Seconds time) {
-    // Nothing announces that applications respond again.
+    // Applications do not announce that they respond again.
     if ((time < kReadDeadline) != (answerTime_ < kReadDeadline)) announcements_.noteLoss();
     answerTime_ = time;
 }

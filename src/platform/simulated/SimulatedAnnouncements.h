@@ -13,8 +13,8 @@ namespace kova {
 
 /// How applications and their windows announce changes.
 enum class AnnouncementStyle {
-    unasked,   // every change is announced at once
-    whenAsked, // only by observed elements, and a little late
+    always,    // every change is announced at once
+    onRequest, // only changes of elements that were requested to announce them, and a little late
 };
 
 class SimulatedAnnouncements {
@@ -25,25 +25,25 @@ class SimulatedAnnouncements {
     AnnouncementStyle style() const { return style_; }
     /// The application never announces anything.
     void refuse(pid_t process) { refusing_.insert(process); }
-    /// The next announcements are lost.
+    /// The next `count` announcements are lost.
     void lose(int count) { toLose_ = count; }
-    /// Changes since the start without an announcement although it was requested.
+    /// The number of changes since the start that were not announced although that was requested.
     int lostCount() const { return lostCount_; }
-    void noteLoss() { lostCount_ += style_ == AnnouncementStyle::whenAsked ? 1 : 0; }
-    /// Requests since the start, each for one element.
+    void noteLoss() { lostCount_ += style_ == AnnouncementStyle::onRequest ? 1 : 0; }
+    /// The number of requests since the start, each for one element.
     int requestCount() const { return requestCount_; }
 
     AnnouncementAnswer request(const AccessibilityElement& element);
     void end(const AccessibilityElement& element);
-    /// The system drops what was requested, as it does with the permission. Until KOVA ends or repeats its requests,
-    /// their announcements are lost.
-    void endAll() { dropped_.merge(std::exchange(asked_, {})); }
-    /// Whether the element, an application where the hash is 0, announces its latest change.
+    /// The system drops all requests, as it does when the permission is withdrawn. Announcements of these elements are
+    /// lost until KOVA repeats or ends its requests.
+    void endAll() { dropped_.merge(std::exchange(requested_, {})); }
+    /// Whether the element announces its latest change. With the hash 0 the element is the application.
     bool isAnnounced(pid_t process, std::uint64_t hash);
 
   private:
-    AnnouncementStyle style_ = AnnouncementStyle::unasked;
-    std::set<std::pair<pid_t, std::uint64_t>> asked_, dropped_;
+    AnnouncementStyle style_ = AnnouncementStyle::always;
+    std::set<std::pair<pid_t, std::uint64_t>> requested_, dropped_;
     std::set<pid_t> refusing_;
     int toLose_ = 0;
     int lostCount_ = 0;

@@ -1,4 +1,4 @@
-// What users, applications and the machine do.
+// The functions with which tests act as users, applications and the machine.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>
@@ -68,7 +68,7 @@ void SimulatedDesktop::displaysChanged() {
             if (window.isFullScreen) setFrameOf(window, displayFrameUnder(window.frame));
         }
     }
-    // The frames that a poll reads count from the first display's corner, which may have moved.
+    // The frames that a poll reads are relative to the first display's corner, which may have moved.
     changed();
     queue_.post(lifetime_.guard([this] { screenObservers_.notify(); }));
 }
@@ -205,15 +205,15 @@ void SimulatedDesktop::setHidden(Application& application, bool hidden) {
 }
 
 void SimulatedDesktop::iconifyWindows(Application& application, bool iconify) {
-    bool someAreAway = false;
+    bool isAnyIconified = false;
     for (auto& [number, window] : windows_) {
         if (window.processIdentifier() != application.record.processIdentifier) continue;
-        const bool concerned = iconify ? !window.isMinimized : window.wasIconifiedByHiding;
-        if (concerned) setMinimized(window, iconify);
-        window.wasIconifiedByHiding = iconify && (concerned || window.wasIconifiedByHiding);
-        someAreAway = someAreAway || window.wasIconifiedByHiding;
+        const bool isAffected = iconify ? !window.isMinimized : window.wasIconifiedByHiding;
+        if (isAffected) setMinimized(window, iconify);
+        window.wasIconifiedByHiding = iconify && (isAffected || window.wasIconifiedByHiding);
+        isAnyIconified = isAnyIconified || window.wasIconifiedByHiding;
     }
-    application.record.isHidden = someAreAway;
+    application.record.isHidden = isAnyIconified;
     if (iconify && frontmost_ == application.record.processIdentifier) focusNextApplication();
     changed();
 }
@@ -350,7 +350,8 @@ bool SimulatedDesktop::isMinimizedByItself(const SimulatedWindow& window) const 
            !(window.wasIconifiedByHiding && findApplication(window.processIdentifier())->record.isHidden);
 }
 
-/// Where hiding means iconifying, a window of a hidden application only changes whether it comes back with the others.
+/// Where hiding means iconifying, a request for a window of a hidden application only changes whether the window is
+/// restored together with the application.
 void SimulatedDesktop::setMinimizedByRequest(SimulatedWindow& window, bool minimized) {
     Application& owner = *findApplication(window.processIdentifier());
     if (hidingStyle_ == HidingStyle::hidesApplication || !owner.record.isHidden || !window.isMinimized) {

@@ -1,7 +1,7 @@
-// A whole desktop in memory, in virtual time: a back end like any other, used by every scenario test. The upper half
-// acts as users, applications and the machine do; the lower half implements the platform interfaces for KOVA. It
-// records what KOVA does; a call that violates a platform interface (a write from the polling queue, a frame that is
-// not a number) is added to `violations`.
+// A whole desktop in memory, in virtual time: a back end like any other, used by every scenario test. With the upper
+// half of the class, tests act as users, applications and the machine; the lower half implements the platform
+// interfaces for KOVA. The desktop records the requests of KOVA; a call that violates a platform interface (a write
+// from the polling queue, a frame that is not a number) is added to `violations`.
 #pragma once
 
 #include "platform/simulated/SimulatedAnnouncements.h"
@@ -63,28 +63,30 @@ class SimulatedDesktop : public AccessibilityServicing,
     CGRect frameOfDisplay(std::string_view name) const; // desktop space
     void strandWindows(bool strand) { strandsWindows_ = strand; }
 
-    // Applications. Unknown names and labels throw std::out_of_range: the scenario is wrong.
+    // Applications. Unknown names and labels throw std::out_of_range, since the scenario has a mistake.
     pid_t launch(std::string name, ApplicationTraits traits = {});
     void quit(std::string_view application);
-    /// Still listed, but terminated.
+    /// The application stays listed, but as terminated.
     void beginTerminating(std::string_view application);
     void userHides(std::string_view application, bool hide = true);
-    /// Stops or begins to respond. Meanwhile a request takes as long as the deadline; writes are lost.
+    /// The application begins or stops to respond. While it does not respond, a request takes until the deadline, and
+    /// writes are lost.
     void setAnswering(std::string_view application, bool answers);
     bool isAnswering(const SimulatedWindow& window) const;
     bool isSilent(pid_t processIdentifier) const;
     // How a Mac responds (SimulatedAnnouncements.cpp)
-    /// The time that each request of a poll takes; from the deadline on there is no response.
+    /// Sets the time that each request of a poll takes. From `kReadDeadline` on there is no response.
     void setAnswerTime(Seconds time);
-    /// From now on every request is refused, although the permission is there.
+    /// While the permission is stale, every request is refused although KOVA has the permission.
     void setPermissionStale(bool isStale);
     SimulatedAnnouncements& announcements() { return announcements_; }
     /// The application animates its windows while its enhanced user interface is on.
     void setEnhancedUserInterface(std::string_view application, bool isOn);
     bool hasEnhancedUserInterface(std::string_view application) const;
-    /// When another application is activated, this application takes the focus back; once.
+    /// At the next activation of another application, this application takes the focus back.
     void stealNextActivation(std::string_view application);
-    /// From now on the desktop places windows itself, and gives its name if it has one: writes of frames are lost.
+    /// From now on the desktop places windows itself, so that writes of frames are lost. `name` is the name that
+    /// `placingManager` returns.
     void placeWindowsItself(std::optional<std::string> name) {
         placesWindows_ = true;
         placingManager_ = std::move(name);
@@ -101,7 +103,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Alerts
     /// The alerts shown since the last call, in their order.
     std::vector<Alert> takeAlerts() { return std::exchange(alerts_, {}); }
-    /// From now on alerts are shown by `alerts` instead, which outlives their use.
+    /// From now on alerts are shown by `alerts` instead, which must exist as long as KOVA shows alerts.
     void showAlertsBy(AlertServicing& alerts) { alertsOfOthers_ = &alerts; }
     /// Answers the oldest open alert as a user does.
     void answerAlert(bool isConfirmed);
@@ -125,17 +127,19 @@ class SimulatedDesktop : public AccessibilityServicing,
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
     int shownVirtualDesktop() const { return virtualDesktop_; }
-    /// The delay of the notification that another Space is shown, where windows of others are not listed.
+    /// With `SpaceStyle::listsShown`: the delay after which `shownSpace` reports that another Space is shown.
     void delaySpaceNotifications(Seconds delay) { spaceNotificationDelay_ = delay; }
-    /// Closes a window whose application keeps its object, which still responds, without a size or as it was.
+    /// Closes a window, but its application keeps the window's object, which still responds: with an empty size, or
+    /// with the frame that the window had.
     enum class RetainedFrame { empty, asItWas };
     void closeAndRetain(std::string_view label, RetainedFrame frame);
     bool isRetained(const WindowID& windowID) const;
-    /// Opens one more tab in the window's tab group and shows it. Only the tab shown is listed, and its element is a
-    /// new one whenever it is shown; the former elements of the others still respond.
+    /// Opens one more tab in the window's tab group and shows it. Only the shown tab is listed. A tab gets a new
+    /// element each time it is shown; the elements of the other tabs still respond.
     std::string openTab(std::string_view label, WindowTraits traits = {});
     void showTab(std::string_view label);
-    /// The window server reports an open window as destroyed, and later as present again, as around sleep.
+    /// The window server reports an open window as destroyed or, if `lose` is false, as present again. Both happen
+    /// around sleep.
     void loseWindow(std::string_view label, bool lose = true);
     /// The window gets another identifier.
     void renumber(std::string_view label);
@@ -156,13 +160,13 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Whether the desktop announces every change.
     void setAnnouncesAllChanges(bool announcesAll);
 
-    // The mouse (SimulatedHand.cpp); its events are delivered on the queue. Points are in desktop space.
-    /// Presses the main button on the handle there when no window lies over it, else on the window there.
+    // The mouse (SimulatedMouse.cpp); its events are delivered on the queue. Points are in desktop space.
+    /// Presses the main button: on the window at the point, else on the handle there.
     void pressAt(CGPoint point, WindowPart grip = WindowPart::titleBar);
     /// Moves the pointer; the dragged window or handle follows.
     void movePointer(CGPoint point, ShiftKey shift = ShiftKey::up);
     void releaseButton(ShiftKey shift = ShiftKey::up);
-    /// Releases a handle that is held.
+    /// Ends the drag of a handle.
     void pressEscape();
     void coverDesktopIcons() { coversDesktopIcons_ = true; }
     /// The handles shown now.
@@ -174,22 +178,22 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::string picture() const;
     /// The state of one window, as in the picture.
     std::string describeWindow(const SimulatedWindow& window) const;
-    /// Label of the window that has the keyboard focus; empty when none has.
+    /// Label of the window that has the keyboard focus; empty if no window has it.
     std::string focusedLabel() const;
     /// The label of a window by its id; the id itself when there is no such window.
     std::string labelOfID(const WindowID& windowID) const;
     WindowID windowIDOf(std::string_view label) const;
     CGRect frameForWindowService(const SimulatedWindow& window) const;
     bool isOnScreen(const SimulatedWindow& window) const;
-    /// Whether any part of it lies on a display.
+    /// Whether any part of the window lies on a display.
     bool isOnSomeDisplay(const SimulatedWindow& window) const;
     bool isHidden(std::string_view application) const;
-    /// What KOVA did since the last call, a line per request: "Mail: AXPosition 15,15, AXSize 600x400".
+    /// The requests of KOVA since the last call, one per line: "Mail: AXPosition 15,15, AXSize 600x400".
     std::string takeJournal();
-    /// Requests to read attributes since the start.
+    /// The number of requests to read attributes since the start.
     int readCount() const { return readCount_; }
     const std::vector<std::string>& violations() const { return violations_; }
-    /// Windows that closed since the start, by the user or by themselves.
+    /// The number of windows since the start that the user or their application has closed.
     int closedCount() const { return closedCount_; }
     int openedCount() const { return openedCount_; }
 
@@ -243,7 +247,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // DesktopChangeServicing and DiagnosticsServicing
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
-    bool announcesUnasked() const override { return announcements_.style() == AnnouncementStyle::unasked; }
+    bool announcesUnasked() const override { return announcements_.style() == AnnouncementStyle::always; }
     AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
     void endAnnouncements(const AccessibilityElement& element) override { announcements_.end(element); }
     std::optional<Seconds> longestIdleTime() const override;
@@ -316,23 +320,23 @@ class SimulatedDesktop : public AccessibilityServicing,
         Seconds when{};
     };
     const DividerHandle* handleAt(CGPoint pointOnDesktop) const;
-    void tell(PointerEvent::Kind kind, CGPoint pointOnDesktop, ShiftKey shift = ShiftKey::up);
-    void tell(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint pointOnDesktop);
+    void postEvent(PointerEvent::Kind kind, CGPoint pointOnDesktop, ShiftKey shift = ShiftKey::up);
+    void postEvent(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint pointOnDesktop);
 
-    void changed(); // what the system itself announces: applications, Spaces, displays, the session
+    void changed(); // a change that the system itself announces: of applications, Spaces, displays or the session
     void changed(const SimulatedWindow& window);
     void changed(const Application& application); // its windows changed, or which of them has its focus
     void announce();
     void announceLater();
     void announceChange();
-    /// Costs a poll the time that the application takes to respond, or the deadline.
+    /// Whether the application responds. A poll spends the time of the response, or the time until the deadline.
     bool hasAnswer(const Application& application) const;
     bool isInTime(const Application& application) const;
     void note(std::string line);
     void requireMainThread(const char* call) const;
     void remove(const SimulatedWindow& window);
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
-    /// The window whose dialog it is; null when there is none.
+    /// The window to which the dialog `window` belongs; null for other windows.
     const SimulatedWindow* ownerOf(const SimulatedWindow& window) const;
     /// A window, its dialogs and their dialogs are hidden and shown together, whichever of them gets the request.
     std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
@@ -369,11 +373,11 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::map<pid_t, bool> forkingPrograms_; // by their process: whether they have ended
     std::vector<Alert> alerts_;
     AlertServicing* alertsOfOthers_ = nullptr;
-    std::deque<std::function<void(bool)>> questions_;
+    std::deque<std::function<void(bool)>> pendingConfirmations_;
     std::map<std::uint64_t, SimulatedWindow> windows_;
     std::vector<std::uint64_t> stacking_; // front to back
     std::optional<pid_t> frontmost_;
-    std::optional<pid_t> activationThief_;
+    std::optional<pid_t> activationThief_; // of `stealNextActivation`
     HidingStyle hidingStyle_ = HidingStyle::hidesApplication;
     bool placesWindows_ = false;
     std::optional<std::string> placingManager_;
@@ -383,7 +387,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool isPermissionStale_ = false;
     SpaceStyle spaceStyle_ = SpaceStyle::listsAll;
     int virtualDesktop_ = 0;
-    int lastOwnSpace_ = 1000; // of a window in full screen; higher than any that scenarios use
+    int lastOwnSpace_ = 1000; // the last Space made for a full-screen window; higher numbers than scenarios use
     std::uint64_t spaceChanges_ = 0;
     Seconds spaceNotificationDelay_{0};
     std::map<std::uint64_t, SimulatedWindow> retained_; // closed, but still responding

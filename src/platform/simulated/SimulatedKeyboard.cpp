@@ -16,8 +16,8 @@ void SimulatedKeyboard::deliver(const KeyPress& press) {
     if (isKeyboardHeldByOther_) return;
     if (const auto recorder = recorder_.lock()) {
         queue_.post(lifetime_.guard([this, press, recording = std::weak_ptr(recorder)] {
-            const auto still = recording.lock();
-            if (still && still == recorder_.lock() && (*still)(press)) recorder_.reset();
+            const auto current = recording.lock();
+            if (current && current == recorder_.lock() && (*current)(press)) recorder_.reset();
         }));
         return;
     }
@@ -27,8 +27,8 @@ void SimulatedKeyboard::deliver(const KeyPress& press) {
     }
     const KeyCombination combination{press.keyCode, press.modifierFlags & modifierFlag::ofShortcuts};
     const bool isClaimed = claimed().contains(combination);
-    const bool isHeard = delivery_ == Delivery::observed || isClaimed;
-    if (isHeard) queue_.post(lifetime_.guard([this, press] { globalMonitors_.notify(press); }));
+    const bool isObserved = delivery_ == Delivery::observed || isClaimed;
+    if (isObserved) queue_.post(lifetime_.guard([this, press] { globalMonitors_.notify(press); }));
     if (!isClaimed && !heldByOthers_.contains(combination)) typed_.push_back(press);
 }
 
@@ -98,18 +98,18 @@ Subscription SimulatedKeyboard::recordKeys(std::function<bool(const KeyPress&)> 
                                            std::function<void(const std::string& reason)> failed) {
     auto kept = std::make_shared<LocalMonitor>(std::move(recorder));
     if (isKeyboardHeldByOther_) {
-        queue_.post([told = std::weak_ptr(kept), failed = std::move(failed)] {
-            if (told.lock()) failed("Another program holds the keyboard");
+        queue_.post([recording = std::weak_ptr(kept), failed = std::move(failed)] {
+            if (recording.lock()) failed("Another program holds the keyboard");
         });
     } else {
         recorder_ = kept;
         notifyHeldByOthers();
     }
-    // The claims that it suspended are in force again at its end.
+    // At the end of the recording, the claims that were suspended for it are in force again.
     return Subscription(std::shared_ptr<void>(
-        kept.get(), [kept, alive = lifetime_.guard([this] { notifyHeldByOthers(); })](void*) mutable {
+        kept.get(), [kept, notifyUnlessEnded = lifetime_.guard([this] { notifyHeldByOthers(); })](void*) mutable {
             kept.reset();
-            alive();
+            notifyUnlessEnded();
         }));
 }
 

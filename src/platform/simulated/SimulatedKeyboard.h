@@ -21,28 +21,28 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
 
     /// How programs get key presses for other programs.
     enum class Delivery {
-        claimed,  // a combination belongs to the program that claimed it first, and is typed nowhere
-        observed, // as on a Mac: every program may listen to everything, and it is typed all the same
+        claimed,  // a combination goes only to the program that claimed it first, and is not typed into a window
+        observed, // as on a Mac: every program can observe every press, which is typed into the focused window as well
     };
     void setDelivery(Delivery delivery) { delivery_ = delivery; }
     enum class Focus { otherApplication, ownWindow };
     void setFocus(Focus focus) { focus_ = focus; }
 
-    /// A key goes down; its characters are those of the layout.
+    /// A key goes down. Its characters depend on the layout.
     void press(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
-    /// Repeats the key, as it is held.
+    /// Reports another repetition of a key that stays pressed.
     void repeat(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
-    /// What was typed into a window since the last call.
+    /// The presses that were typed into a window since the last call.
     std::vector<KeyPress> takeTyped() { return std::exchange(typed_, {}); }
 
-    /// Another program (the system, where keys are observed) claims a combination unless it is claimed already, or
-    /// releases it.
+    /// Another program claims a combination, unless KOVA has claimed it already, or releases it. With
+    /// `Delivery::observed` that program is the system.
     void holdByOther(KeyCombination combination);
     void giveUpByOther(KeyCombination combination);
     void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }
     /// The characters of keys that differ from an American keyboard.
     void setLayout(std::map<std::uint16_t, std::string> characters) { layout_ = std::move(characters); }
-    /// The claimed combinations that no other program holds.
+    /// The combinations claimed by KOVA that no other program holds.
     std::set<KeyCombination> claimed() const;
 
     // KeyMonitorServicing

@@ -1,4 +1,4 @@
-// Applications that are launched and quit, and the alerts that ask for it.
+// Applications that are launched and quit, and alerts.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>
@@ -135,10 +135,10 @@ void SimulatedDesktop::openLater(pid_t process, const WindowTraits& traits, Seco
 
 bool SimulatedDesktop::terminate(pid_t process) {
     requireMainThread("terminate");
-    const auto* asked = findApplication(process);
-    if (!asked) return false;
-    note(asked->name + ": terminate");
-    if (asked->quittingHabit == QuittingHabit::refuses || !asked->answers) return true;
+    const auto* requested = findApplication(process);
+    if (!requested) return false;
+    note(requested->name + ": terminate");
+    if (requested->quittingHabit == QuittingHabit::refuses || !requested->answers) return true;
     queue_.after(kQuittingTime, lifetime_.guard([this, process] {
         if (findApplication(process)) end(process);
     }));
@@ -170,12 +170,12 @@ void SimulatedDesktop::confirm(const Alert& alert, std::function<void(bool)> ans
     requireMainThread("confirm");
     if (alertsOfOthers_) return alertsOfOthers_->confirm(alert, std::move(answer));
     alerts_.push_back(alert);
-    questions_.push_back(std::move(answer));
+    pendingConfirmations_.push_back(std::move(answer));
 }
 
 void SimulatedDesktop::answerAlert(bool isConfirmed) {
-    const auto answer = std::move(questions_.at(0));
-    questions_.pop_front();
+    const auto answer = std::move(pendingConfirmations_.at(0));
+    pendingConfirmations_.pop_front();
     answer(isConfirmed);
 }
 

@@ -1,4 +1,4 @@
-// Descriptions of the simulated desktop for tests.
+// Queries and descriptions of the desktop's state, for tests.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>

@@ -33,7 +33,7 @@ void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
 
 void SimulatedDesktop::setAnnouncesAllChanges(bool announcesAll) {
     announcesAllChanges_ = announcesAll;
-    // If polling has stopped, it must learn that no announcement will come.
+    // If no polls are made, a poll must find out that changes are not announced any more.
     if (!announcesAll) announceChange();
 }
 

@@ -16,7 +16,7 @@ bool SimulatedDesktop::isListed(const SimulatedWindow& window) const {
 
 void SimulatedDesktop::sendToVirtualDesktop(std::string_view label, int virtualDesktop) {
     auto& sent = mutableWindow(label);
-    // A window in full screen takes its Space along.
+    // A window in full screen stays on its own Space; only the desktop to which it will return changes.
     const bool hasOwnSpace = sent.isFullScreen && spaceStyle_ == SpaceStyle::listsShown;
     (hasOwnSpace ? sent.virtualDesktopBeforeFullScreen : sent.virtualDesktop) = virtualDesktop;
     changed();
@@ -61,7 +61,7 @@ void SimulatedDesktop::enterOwnSpace(SimulatedWindow& window) {
     showVirtualDesktop(window.virtualDesktop);
 }
 
-/// Windows that came to its Space meanwhile go along with it.
+/// Other windows that are on the ending Space leave it together with the window.
 void SimulatedDesktop::leaveOwnSpace(SimulatedWindow& window) {
     const int ending = window.virtualDesktop;
     for (auto& [number, other] : windows_) {
@@ -121,7 +121,7 @@ void SimulatedDesktop::showNextTabOf(const SimulatedWindow& closing) {
     }
 }
 
-// How KOVA sees them
+// The platform interfaces
 
 WindowPresence SimulatedDesktop::presenceOf(const AccessibilityElement& window) const {
     ++readCount_;
@@ -134,8 +134,9 @@ WindowPresence SimulatedDesktop::presenceOf(const AccessibilityElement& window) 
 
 std::optional<std::uint64_t> SimulatedDesktop::spaceOf(const AccessibilityElement& element) const {
     const auto* window = windowOf(element);
-    const bool isTold = window && spaceStyle_ == SpaceStyle::listsAll && window->virtualDesktop != kEveryVirtualDesktop;
-    return isTold ? std::optional(static_cast<std::uint64_t>(window->virtualDesktop)) : std::nullopt;
+    const bool isReported =
+        window && spaceStyle_ == SpaceStyle::listsAll && window->virtualDesktop != kEveryVirtualDesktop;
+    return isReported ? std::optional(static_cast<std::uint64_t>(window->virtualDesktop)) : std::nullopt;
 }
 
 std::uint64_t SimulatedDesktop::shownSpace() const {

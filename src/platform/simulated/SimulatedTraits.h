@@ -27,21 +27,21 @@ struct ApplicationTraits {
     ApplicationIcon icon{.name = "application", .image = nullptr};
     std::string bundlePath{};
     bool isPartOfDesktop = false;
-    bool isVerified = true; // nothing contradicts that its windows belong to its process
+    bool isVerified = true; // it is certain that its windows belong to its process
     bool hasBundleIdentifier = true;
     bool listsWindowsTwice = false;
     bool lingersWhenHidden = false; // its windows stay on the screen although it is hidden
 };
 
-/// An application that can be launched, and what happens when it is.
+/// An application that can be launched, and what happens at a launch.
 struct InstallationTraits {
     std::optional<BundleID> bundleIdentifier{}; // absent: "sim." and the name in lower case
     bool hasBundleIdentifier = true;
     std::optional<std::string> fails{}; // launching it gives this error
-    Seconds startsAfter{0.5};           // until its process runs and the launch is known to have worked
-    Seconds opensAfter{0.5};            // until its first window, from there; more: one every half a second
+    Seconds startsAfter{0.5};           // until its process runs and the launch is reported as successful
+    Seconds opensAfter{0.5};            // from then until its first window; further windows follow every 0.5 s
     int windowCount = 1;
-    bool opensWhenRunning = false; // one more window when it is launched again
+    bool opensWhenRunning = false; // opens one more window when it is launched while it runs
     /// Its program ends with status 0 at once, and another process runs `opensAfter` later, with windows another
     /// `opensAfter` later.
     bool forks = false;

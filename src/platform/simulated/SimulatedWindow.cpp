@@ -22,12 +22,12 @@ double wholeCells(double length, double cell) {
     return cell > 0 ? std::floor(length / cell) * cell : length;
 }
 
-double keptLength(double asked, double minimum, double maximum) {
-    return std::min(std::max(asked, minimum), maximum);
+double keptLength(double requested, double minimum, double maximum) {
+    return std::min(std::max(requested, minimum), maximum);
 }
 
-double keptPlace(double asked, double length, double low, double high) {
-    return std::max(low, std::min(asked, high - length));
+double keptPlace(double requested, double length, double low, double high) {
+    return std::max(low, std::min(requested, high - length));
 }
 
 } // namespace
@@ -52,9 +52,9 @@ std::optional<CGSize> SimulatedWindow::leastSize() const {
                          traits_.answersAfter <= Seconds(0) && traits_.springsBackTimes == 0 &&
                          traits_.vanishesAtWrite == 0;
     if (!isPlain) return std::nullopt;
-    const CGSize told = traits_.minimumSize.value_or(CGSize{});
+    const CGSize announced = traits_.minimumSize.value_or(CGSize{});
     const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{});
-    return CGSize{std::max(told.width, secret.width), std::max(told.height, secret.height)};
+    return CGSize{std::max(announced.width, secret.width), std::max(announced.height, secret.height)};
 }
 
 CGRect SimulatedWindow::frameMovedTo(CGPoint origin, const CGRect& displayFrame) const {
@@ -71,12 +71,13 @@ CGRect SimulatedWindow::frameResizedTo(CGSize size, const CGRect& displayFrame) 
         size = {std::min(size.width, maxX(displayFrame) - minX(frame)),
                 std::min(size.height, maxY(displayFrame) - minY(frame))};
     }
-    const CGSize told = traits_.minimumSize.value_or(CGSize{1, 1});
+    const CGSize announced = traits_.minimumSize.value_or(CGSize{1, 1});
     const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{1, 1});
     const CGSize maximum = traits_.maximumSize.value_or(CGSize{1e6, 1e6});
     CGSize taken = {
-        keptLength(wholeCells(size.width, traits_.cell.width), std::max(told.width, secret.width), maximum.width),
-        keptLength(wholeCells(size.height, traits_.cell.height), std::max(told.height, secret.height), maximum.height)};
+        keptLength(wholeCells(size.width, traits_.cell.width), std::max(announced.width, secret.width), maximum.width),
+        keptLength(wholeCells(size.height, traits_.cell.height), std::max(announced.height, secret.height),
+                   maximum.height)};
     if (traits_.aspect) taken.height = std::round(taken.width / *traits_.aspect);
     return {frame.origin, taken};
 }

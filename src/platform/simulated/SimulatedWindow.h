@@ -15,7 +15,7 @@ namespace kova {
 
 inline constexpr int kEveryVirtualDesktop = -1;
 
-/// What is inside a window, as reported for the element under the pointer.
+/// The elements inside a window; the innermost one is reported as the element under the pointer.
 enum class InnerElements {
     nested,   // a button in a group in the window
     cyclic,   // a cycle of parents
@@ -44,8 +44,8 @@ struct WindowTraits {
     CGSize cell{};                  // sizes are whole cells, as in a terminal; 0: any size
     bool refusesToMove = false;
     bool refusesToResize = false;
-    bool clampsToDisplay = false; // clamps the size against its place, and the place against its size
-    Seconds answersAfter{0};      // writes take effect so much later
+    bool clampsToDisplay = false; // stays on its display: limits a new size by its position, a new position by its size
+    Seconds answersAfter{0};      // the delay until a write takes effect
     int springsBackTimes = 0;     // how often it returns to its former frame, 0.1 s after a request
     int vanishesAtWrite = 0;      // closes itself at the n-th request; 0: never
 };
@@ -60,7 +60,7 @@ class SimulatedWindow {
     /// Its name in scenarios; unique among open windows.
     const std::string& label() const { return label_; }
     const WindowTraits& traits() const { return traits_; }
-    /// Takes any frame as requested.
+    /// Whether the window takes any frame as requested.
     bool isObedient() const;
     /// The minimum size of a window that otherwise takes a frame as requested; absent for others.
     std::optional<CGSize> leastSize() const;
@@ -85,8 +85,8 @@ class SimulatedWindow {
     int frameWriteCount = 0;        // of these, with a position or a size
     int springsBackTimes = 0;
 
-    /// The frame that it takes when the origin or the size is requested. `displayFrame` is that of the display it is
-    /// on.
+    /// The frame that the window takes when the origin or the size is requested. `displayFrame` is the frame of the
+    /// window's display.
     CGRect frameMovedTo(CGPoint origin, const CGRect& displayFrame) const;
     CGRect frameResizedTo(CGSize size, const CGRect& displayFrame) const;
 

@@ -29,14 +29,14 @@ struct VirtualMainQueue::Task : ScheduledWork {
 std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::add(Nanoseconds delay, std::function<void()> work) {
     auto task = std::make_shared<Task>(std::move(work));
     const MutexLock lock(mutex_);
-    tasks_.emplace(Key(uptime_ + std::max(delay, Nanoseconds::zero()), asked_++), task);
+    tasks_.emplace(Key(uptime_ + std::max(delay, Nanoseconds::zero()), sequence_++), task);
     return task;
 }
 
 void VirtualMainQueue::post(std::function<void()> work) {
     auto task = std::make_shared<Task>(std::move(work));
     const MutexLock lock(mutex_);
-    tasks_.emplace(Key(uptime_ + workerDelay_, asked_++), std::move(task));
+    tasks_.emplace(Key(uptime_ + workerDelay_, sequence_++), std::move(task));
 }
 
 std::shared_ptr<ScheduledWork> VirtualMainQueue::after(Seconds delay, std::function<void()> work) {

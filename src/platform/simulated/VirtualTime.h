@@ -23,7 +23,7 @@ class VirtualMainQueue : public MainQueue {
     void advance(Seconds duration);
     /// Runs the work that is due now and the work that it posts. Throws std::logic_error if that does not end.
     void runDue();
-    /// Work that is still to run.
+    /// The amount of work that is still to run.
     std::size_t pendingCount() const;
 
   private:
@@ -35,12 +35,12 @@ class VirtualMainQueue : public MainQueue {
     std::shared_ptr<Task> add(Nanoseconds delay, std::function<void()> work);
     std::shared_ptr<Task> takeNext(Nanoseconds notAfter);
     void runUntil(Nanoseconds end);
-    /// Posts arrive this much later: they come from a worker that was busy for so long.
+    /// Delays later posts: they come from a worker's job that has taken this long.
     void setWorkerDelay(Seconds delay);
 
     mutable Mutex mutex_; // `post` may come from another thread
     std::map<Key, std::shared_ptr<Task>> tasks_ KOVA_GUARDED_BY(mutex_);
-    std::uint64_t asked_ KOVA_GUARDED_BY(mutex_) = 0;
+    std::uint64_t sequence_ KOVA_GUARDED_BY(mutex_) = 0;
     Nanoseconds uptime_ = std::chrono::hours(1);
     Nanoseconds workerDelay_ KOVA_GUARDED_BY(mutex_){0};
 };
@@ -55,7 +55,7 @@ class VirtualWorkQueue : public WorkQueue {
 
     /// How long each job takes from now on.
     void setJobDuration(Seconds duration) { jobDuration_ = duration; }
-    /// The running job waits for another process.
+    /// Lets the running job take that much longer, as if it waited for another process.
     void spend(Seconds duration);
     bool isRunningJob() const { return isRunningJob_; }
     int jobsBegun() const { return jobsBegun_; }

@@ -38,13 +38,13 @@ const DividerHandle* SimulatedDesktop::handleAt(CGPoint point) const {
     return found == handles_.end() ? nullptr : &*found;
 }
 
-void SimulatedDesktop::tell(PointerEvent::Kind kind, CGPoint point, ShiftKey shift) {
+void SimulatedDesktop::postEvent(PointerEvent::Kind kind, CGPoint point, ShiftKey shift) {
     queue_.post(lifetime_.guard([this, event = PointerEvent{kind, onScreen(point), shift == ShiftKey::down}] {
         pointerObservers_.notify(event);
     }));
 }
 
-void SimulatedDesktop::tell(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint point) {
+void SimulatedDesktop::postEvent(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint point) {
     queue_.post(lifetime_.guard(
         [this, event = DividerHandleEvent{kind, handleID, onScreen(point)}] { handleObservers_.notify(event); }));
 }
@@ -52,7 +52,7 @@ void SimulatedDesktop::tell(DividerHandleEvent::Kind kind, const std::string& ha
 void SimulatedDesktop::pressAt(CGPoint point, WindowPart grip) {
     pointerOnDesktop_ = point;
     hold_ = Hold{.grip = grip, .start = point};
-    tell(PointerEvent::Kind::pressed, point);
+    postEvent(PointerEvent::Kind::pressed, point);
     for (const auto number : stacking_) {
         const auto& window = *findWindow(number);
         if (!isOnScreen(window) || !containsPoint(window.frame, point)) continue;
@@ -66,8 +66,8 @@ void SimulatedDesktop::pressAt(CGPoint point, WindowPart grip) {
     const auto before = std::exchange(lastClick_, std::nullopt);
     hold_->isUsedUp = before && before->handleID == handle->id && queue_.uptime() - before->when <= kDoubleClickTime;
     if (!hold_->isUsedUp) lastClick_ = Click{handle->id, queue_.uptime()};
-    tell(hold_->isUsedUp ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed, handle->id,
-         point);
+    postEvent(hold_->isUsedUp ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed, handle->id,
+              point);
 }
 
 void SimulatedDesktop::movePointer(CGPoint point, ShiftKey shift) {
@@ -80,29 +80,29 @@ void SimulatedDesktop::movePointer(CGPoint point, ShiftKey shift) {
     const auto former = mayCross && pointerOnDesktop_ ? handleIDAt(*pointerOnDesktop_) : std::nullopt;
     const auto entered = mayCross ? handleIDAt(point) : std::nullopt;
     pointerOnDesktop_ = point;
-    if (former && former != entered) tell(DividerHandleEvent::Kind::left, *former, point);
-    if (entered && former != entered) tell(DividerHandleEvent::Kind::entered, *entered, point);
+    if (former && former != entered) postEvent(DividerHandleEvent::Kind::left, *former, point);
+    if (entered && former != entered) postEvent(DividerHandleEvent::Kind::entered, *entered, point);
     if (!hold_) return;
     const double dx = point.x - hold_->start.x, dy = point.y - hold_->start.y;
     if (std::hypot(dx, dy) > kRestingPoints) lastClick_.reset();
     if (SimulatedWindow* window = findWindow(hold_->window)) {
         setFrameOf(*window, pulled(hold_->frame, hold_->grip, dx, dy));
     }
-    if (hold_->handleID && !hold_->isUsedUp) tell(DividerHandleEvent::Kind::moved, *hold_->handleID, point);
-    tell(PointerEvent::Kind::moved, point, shift);
+    if (hold_->handleID && !hold_->isUsedUp) postEvent(DividerHandleEvent::Kind::moved, *hold_->handleID, point);
+    postEvent(PointerEvent::Kind::moved, point, shift);
 }
 
 void SimulatedDesktop::releaseButton(ShiftKey shift) {
     const auto hold = std::exchange(hold_, std::nullopt);
     if (!hold) return;
     const CGPoint point = pointerOnDesktop_.value_or(hold->start);
-    if (hold->handleID && !hold->isUsedUp) tell(DividerHandleEvent::Kind::released, *hold->handleID, point);
-    tell(PointerEvent::Kind::released, point, shift);
+    if (hold->handleID && !hold->isUsedUp) postEvent(DividerHandleEvent::Kind::released, *hold->handleID, point);
+    postEvent(PointerEvent::Kind::released, point, shift);
 }
 
 void SimulatedDesktop::pressEscape() {
     if (!hold_ || !hold_->handleID || std::exchange(hold_->isUsedUp, true)) return;
-    tell(DividerHandleEvent::Kind::cancelled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
+    postEvent(DividerHandleEvent::Kind::cancelled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
 }
 
 // The platform interfaces

@@ -226,11 +226,11 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
         if (placesWindows_) return;
         window.isMaximized = false;
     }
-    // A value of another type than the attribute's is refused, as any value that cannot be written.
+    // A value with a type that the attribute does not have is ignored.
     if (point && write.attribute == AccessibilityAttribute::position) {
         const CGPoint corner = firstDisplayOrigin();
         const CGPoint origin = {point->x + corner.x, point->y + corner.y};
-        // A place on another display is measured against that display.
+        // A window that moves to another display is limited by that display.
         setFrameOf(window, window.frameMovedTo(origin, displayFrameUnder({origin, {}})));
     } else if (size && write.attribute == AccessibilityAttribute::size) {
         if (queue_.uptime() < std::max(stalledUntil_, managerComesAt_.value_or(Seconds{0}))) return;
@@ -280,7 +280,7 @@ void SimulatedDesktop::flush() {
 
 // ApplicationServicing
 
-/// No number is given twice here.
+/// A process number is never reused on this desktop, so the number identifies the start.
 std::optional<std::string> SimulatedDesktop::processStartIdentity(pid_t processIdentifier) const {
     const auto program = forkingPrograms_.find(processIdentifier);
     const bool isProgram = program != forkingPrograms_.end() && !program->second;
@@ -353,7 +353,7 @@ std::vector<Screen> SimulatedDesktop::screens() const {
     const CGPoint corner = firstDisplayOrigin();
     for (const auto& display : displays_) {
         const CGRect frame = displayFrame(display);
-        // Screen space counts upwards from the lower left corner of the first display.
+        // In screen space y grows upwards from the lower left corner of the first display.
         const CGRect onScreen = {{minX(frame) - corner.x, corner.y + displays_.front().size.height - maxY(frame)},
                                  frame.size};
         const auto& panels = display.panels;
@@ -380,7 +380,7 @@ std::optional<CGPoint> SimulatedDesktop::pointerLocation() const {
     return onScreen(*pointerOnDesktop_);
 }
 
-/// Screen space counts upwards from the lower left corner of the first display.
+/// In screen space y grows upwards from the lower left corner of the first display.
 CGPoint SimulatedDesktop::onScreen(CGPoint pointOnDesktop) const {
     const CGPoint corner = firstDisplayOrigin();
     const double height = displays_.empty() ? 0 : displays_.front().size.height;
