@@ -242,7 +242,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     EXPECT_TRUE(until([&] { return calls == 1; }));
 }
 
-TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
+TEST_P(DesktopContract, APressedHandleGetsAllPointerEventsUntilTheRelease) {
     if (!desktop().can(Ability::usingTheMouse)) GTEST_SKIP() << "there is no mouse to move";
     desktop().open({"Editor", "Plan", makeRect(40, 50, 300, 300)});
     element("Plan");

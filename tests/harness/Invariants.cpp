@@ -166,8 +166,8 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
     std::set<WindowID> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        // Two kinds of windows may be outside all displays: a window that refuses to move, when its display has become
-        // smaller, and that of a slow application, which moves the window to a display that is disconnected by then.
+        // A window may be outside all displays if it refuses to move after its display has become smaller. So may a
+        // window of a slow application, which moves it to a display that is disconnected by then.
         const auto& traits = window->traits();
         const bool movesAtOnce = !traits.refusesToMove && traits.answersAfter <= Seconds(0);
         if (movesAtOnce && !desktop.isOnSomeDisplay(*window)) {

@@ -128,7 +128,7 @@ TEST(DesktopEntries, AnEntryHidesLaterOnesWithItsIdAndInvalidFilesAreSkipped) {
     }
 }
 
-TEST(DesktopEntries, EntriesInstalledLaterAreFoundByTheNextNewLookup) {
+TEST(DesktopEntries, EntriesInstalledLaterAreFoundAfterTheLookupOfANewName) {
     EntryFolders folders;
     folders.install("one.desktop", entry("One"));
     auto entries = folders.entries();

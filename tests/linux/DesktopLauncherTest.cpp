@@ -86,7 +86,7 @@ class Launching : public ::testing::Test {
     DesktopLauncher launcher_{entries_, loop_};
 };
 
-TEST_F(Launching, StartsAProgramInANewSessionWithoutOurDescriptors) {
+TEST_F(Launching, StartsAProgramInANewSessionWithoutTheAgentsDescriptors) {
     program("reporter");
     install("org.example.Mail", "Exec=reporter " + reportFile_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
     const int ours = open("/dev/null", O_RDONLY); // without close-on-exec

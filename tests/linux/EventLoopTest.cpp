@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(EventLoop, RunsWorkInTheOrderOfPostsAndOfTheClock) {
+TEST(EventLoop, RunsPostsInOrderAndTimersWhenTheyAreDue) {
     EventLoop loop;
     std::string order;
     loop.after(Seconds(std::numeric_limits<double>::infinity()), [&] { order += "never "; });

@@ -50,11 +50,11 @@ TEST(ActivityConditions, CauseAnEventOnlyIfTheResultingStateChanges) {
         return [name, isActive](Facts f) { return afterScreenSaver(f, name, isActive); };
     };
     const std::vector<std::vector<Step>> stories = {
-        {{"a desktop confirms the lock", afterLockSignal, "locked "},
-         {"by the hint", hint(true), ""},
+        {{"a lock is requested, which the desktop confirms", afterLockSignal, "locked "},
+         {"the desktop sets the hint", hint(true), ""},
          {"an unlock is requested", afterUnlockSignal, ""},
          {"the desktop has unlocked", hint(false), "unlocked "}},
-        {{"a locker that confirms nothing", afterLockSignal, "locked "},
+        {{"a lock is requested, which the locker never confirms", afterLockSignal, "locked "},
          {"a lock is requested again", afterLockSignal, ""},
          {"an unlock is requested, or the timeout is over", afterUnlockSignal, "unlocked "}},
         {{"a screen saver is active", saver("a", true), "locked "},
@@ -62,10 +62,10 @@ TEST(ActivityConditions, CauseAnEventOnlyIfTheResultingStateChanges) {
          {"a lock is requested while locked", afterLockSignal, ""},
          {"the screen saver ends first", saver("a", false), ""},
          {"the hint is reset", hint(false), "unlocked "}},
-        {{"a screen saver that the lock request starts", afterLockSignal, "locked "},
-         {"reports that it is not active yet", saver("a", false), ""},
-         {"reports that it is active", saver("a", true), ""},
-         {"ends", saver("a", false), "unlocked "}},
+        {{"a lock is requested, which starts a screen saver", afterLockSignal, "locked "},
+         {"the screen saver reports that it is not active yet", saver("a", false), ""},
+         {"the screen saver reports that it is active", saver("a", true), ""},
+         {"the screen saver ends", saver("a", false), "unlocked "}},
         {{"a screen saver with two names is active", saver("a", true), "locked "},
          {"its second name reports that", saver("b", true), ""},
          {"its second name reports that again", saver("b", true), ""},
@@ -171,9 +171,9 @@ TEST_F(LoginSessionTest, FindsItsSessionByEnvironmentProcessOrUser) {
         {"named", "c2", {{"c1", me, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
         {"named session has ended", "c9", {{"c1", me, "wayland"}}, "session c1 (wayland)"},
         {"named session is on a terminal", "c2", {{"c1", me, "x11"}, {"c2", me, "tty"}}, "session c1 (x11)"},
-        {"startx", "c1", {{"c1", me, "tty"}}, "session c1 (tty)"},
+        {"only a session on a terminal, as with startx", "c1", {{"c1", me, "tty"}}, "session c1 (tty)"},
         {"not named", {}, {{"c1", kOtherUser, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
-        {"none of ours", "c1", {{"c1", kOtherUser, "x11"}}, "logind knows no session of this user"},
+        {"only a session of another user", "c1", {{"c1", kOtherUser, "x11"}}, "logind knows no session of this user"},
     };
     bus_.start();
     for (const Case& c : cases) {

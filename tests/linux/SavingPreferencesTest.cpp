@@ -91,7 +91,7 @@ class SavingPreferences : public testing::Test {
     std::string log;
 };
 
-TEST_F(SavingPreferences, ASaveCompletesOnceItIsOnDiskWithoutBlocking) {
+TEST_F(SavingPreferences, ASaveCompletesOnceTheValuesAreOnDiskAndDoesNotBlock) {
     auto store = this->store();
     std::string results;
     const auto save = [&](const char* name) {

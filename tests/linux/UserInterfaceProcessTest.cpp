@@ -54,7 +54,8 @@ TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
     for (const char* place :
          {"path/kova-ui", "Helpers/kova-ui.app/Contents/MacOS/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
         const std::string expected = program(place, "");
-        EXPECT_EQ(findUserInterface(agent, findProgram), expected) << "each place has precedence over those before";
+        EXPECT_EQ(findUserInterface(agent, findProgram), expected)
+            << "each path has precedence over the paths before it";
     }
     setenv("KOVA_UI", program("other", "").c_str(), 1);
     EXPECT_EQ(findUserInterface(agent, findProgram), (folder_.path() / "other").string());
@@ -112,7 +113,7 @@ TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnc
     EXPECT_TRUE(letPassUntil(loop_, [&] { return hasEnded(second); }));
 }
 
-TEST_F(UserInterfaceProgram, IsKilledWithAnAgentThatIsKilled) {
+TEST_F(UserInterfaceProgram, IsKilledWhenTheAgentIsKilled) {
     const std::string processFile = (folder_.path() / "process").string();
     setenv("KOVA_UI",
            program("ui", "trap '' TERM; echo $$ > " + processFile + ".part; mv " + processFile + ".part " +

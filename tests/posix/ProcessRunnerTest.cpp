@@ -52,7 +52,7 @@ TEST(ProcessRunner, KillsAHangingProgramWithItsChildren) {
     EXPECT_EQ(outcome.output, "begun\n");
 }
 
-TEST(ProcessRunner, AnUnknownExitStatusIsNoSuccess) {
+TEST(ProcessRunner, AnUnknownExitStatusDoesNotCountAsSuccess) {
     // A process inherits this setting from a parent that ignores the ends of its children. Then the kernel drops the
     // exit status.
     const auto before = std::signal(SIGCHLD, SIG_IGN);

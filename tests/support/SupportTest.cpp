@@ -24,7 +24,7 @@ TEST(Geometry, ConvertsBetweenTheCoordinateSpaces) {
     EXPECT_EQ(flipped(CGPoint{3, 1440}, 1440), (CGPoint{3, 0}));
 }
 
-TEST(Geometry, Rectangles) {
+TEST(Geometry, RectanglesAreJoinedIntersectedAndCompared) {
     const CGRect a = makeRect(0, 0, 10, 10);
     EXPECT_EQ(unionOf(a, makeRect(20, -5, 1, 1)), makeRect(0, -5, 21, 15));
     EXPECT_EQ(intersectionArea(a, makeRect(8, 5, 10, 10)), 10);
@@ -57,7 +57,7 @@ TEST(Text, IgnoresCaseAndTrimsSpacesInEveryScript) {
     EXPECT_EQ(validUtf8(std::string_view("a\0b", 3)), "ab");
 }
 
-TEST(Uuid, ParsingAndMaking) {
+TEST(Uuid, IsParsedInEitherCaseAndARandomOneHasVersion4) {
     EXPECT_EQ(Uuid::parse("0c8a2f6e-6f0d-4c39-9a52-3a0b6f5d1e77")->string(), "0C8A2F6E-6F0D-4C39-9A52-3A0B6F5D1E77");
     for (const char* wrong : {"", "0c8a2f6e-6f0d-4c39-9a52-3a0b6f5d1e7", "0c8a2f6e-6f0d-4c39-9a52-3a0b6f5d1e7g",
                               "0c8a2f6e-6f0d-4c39-9a5203a0b6f5d1e77", "{c8a2f6e-6f0d-4c39-9a52-3a0b6f5d1e7}"}) {

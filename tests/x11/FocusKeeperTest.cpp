@@ -24,7 +24,7 @@ TEST_F(FocusKeeping, FocusesTheFormerWindowAgainWhenARestoredOneTakesTheFocus) {
     keeper.noteRestoreRequested(kPlayer, kMail, Seconds(1.1)); // kMail has taken the focus by now
     EXPECT_EQ(after(kMail, 1.2), kEditor);
     EXPECT_EQ(after(kEditor, 1.3), kNoWindow);
-    EXPECT_EQ(after(kNoWindow, 1.3), kNoWindow) << "between two windows";
+    EXPECT_EQ(after(kNoWindow, 1.3), kNoWindow) << "no window has the focus for a moment";
     EXPECT_EQ(after(kDialog, 1.4, kPlayer), kEditor) << "a dialog of the restored window";
     EXPECT_EQ(keeper.kept(Seconds(1.4)), kEditor);
     EXPECT_EQ(after(kMail, 2.2), kNoWindow) << "after this time the change of focus is the user's choice";
@@ -40,7 +40,7 @@ TEST_F(FocusKeeping, CountsTheFormerWindowAsFocusedAsSoonAsItIsRefocused) {
     keeper.noteFocusRequested(kEditor, Seconds(1.2)); // the request is sent
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(1.3)), kEditor);
     EXPECT_EQ(keeper.effectiveFocus(kNoWindow, Seconds(1.3)), kEditor);
-    EXPECT_EQ(keeper.effectiveFocus(kPlayer, Seconds(1.3)), kPlayer) << "chosen by the user meanwhile";
+    EXPECT_EQ(keeper.effectiveFocus(kPlayer, Seconds(1.3)), kPlayer) << "the user has focused this window meanwhile";
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(2.3)), kMail) << "the request had no effect";
     keeper.noteRefocused(kEditor, kMail, Seconds(3));
     EXPECT_EQ(keeper.effectiveFocus(kEditor, Seconds(3.1)), kEditor);
@@ -72,7 +72,7 @@ TEST_F(FocusKeeping, AWindowWhoseFocusIsRequestedCountsAsFocusedUntilAnUnexpecte
     keeper.noteFocusRequested(kMail, Seconds(1));
     EXPECT_EQ(keeper.effectiveFocus(kEditor, Seconds(1.1)), kMail) << "the report still names the former window";
     EXPECT_EQ(keeper.effectiveFocus(kNoWindow, Seconds(1.2)), kMail);
-    EXPECT_EQ(keeper.effectiveFocus(kPlayer, Seconds(1.2)), kPlayer) << "chosen by the user meanwhile";
+    EXPECT_EQ(keeper.effectiveFocus(kPlayer, Seconds(1.2)), kPlayer) << "the user has focused this window meanwhile";
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(1.3)), kMail);
     EXPECT_EQ(keeper.effectiveFocus(kNoWindow, Seconds(1.4)), kNoWindow) << "the request was fulfilled before";
     keeper.noteFocusRequested(kMail, Seconds(2));
@@ -89,7 +89,7 @@ TEST_F(FocusKeeping, AWindowWhoseFocusIsRequestedCountsAsFocusedUntilAnUnexpecte
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(3.4)), kMail) << "focused by the user";
 }
 
-TEST(TilingManagers, AreKnownByTheirWholeName) {
+TEST(TilingManagers, AreRecognizedByTheirWholeName) {
     for (const char* name : {"i3", "bspwm", "Qtile", "wlroots wm"}) EXPECT_TRUE(isTilingManager(name)) << name;
     for (const char* name : {"", "Openbox", "i3 or so", "Mutter"}) EXPECT_FALSE(isTilingManager(name)) << name;
 }

@@ -103,7 +103,8 @@ TEST(Scale, IsReadFromSettingsOfOtherPrograms) {
     // Reads up to the first violation of the format, and never beyond the end.
     EXPECT_EQ(readFrom(head + word(4'000'000'000) + factor), (SharedSettings{std::nullopt, 2}));
     EXPECT_EQ(readFrom(head + word(2) + setting(9, "Odd", word(1)) + factor), SharedSettings{});
-    EXPECT_EQ(readFrom(head + word(1) + setting(0, "Xft/DPI", word(0xFFFFFFFF))), SharedSettings{}) << "-1";
+    EXPECT_EQ(readFrom(head + word(1) + setting(0, "Xft/DPI", word(0xFFFFFFFF))), SharedSettings{})
+        << "a negative value is ignored";
     const std::string whole = head + word(4) + theme + factor + color + dpi;
     for (std::size_t length = 0; length < whole.size(); ++length) {
         EXPECT_NE(readFrom(whole.substr(0, length)), both) << length;

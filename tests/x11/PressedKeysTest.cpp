@@ -17,11 +17,11 @@ TEST(PressedKeys, RepeatUntilTheyAreReleased) {
     EXPECT_TRUE(keys.press(kH, 0xFFFFFF00 + 700));
     EXPECT_FALSE(keys.release(kH)) << "no other key is pressed";
     EXPECT_FALSE(keys.press(kH, 500));
-    EXPECT_FALSE(keys.press(kH, 3501)) << "its release was lost";
+    EXPECT_FALSE(keys.press(kH, 3501)) << "the release before this press was lost";
     PressedKeys::Bits down{};
     down[kJ / 8] = 1 << kJ % 8;
     keys.setPressed(down);
-    EXPECT_FALSE(keys.press(kH, 3600)) << "its release went elsewhere";
+    EXPECT_FALSE(keys.press(kH, 3600)) << "the release of the key was reported to another program";
     EXPECT_TRUE(keys.press(kJ, 9000)) << "the key was pressed already";
     EXPECT_TRUE(keys.press(kJ, 9040));
     keys.release(kJ);
@@ -42,7 +42,7 @@ TEST(PressedKeys, WhoseReleaseGoesToAnotherProgramDoNotCountAsPressed) {
     for (const xcb_timestamp_t again : {100U, 430U, 600U, 2900U}) {
         overlap(10000);
         EXPECT_FALSE(keys.press(kJ, 10000 + again)) << again;
-        EXPECT_TRUE(keys.press(kJ, 10000 + again + 400)) << "its releases are reported again";
+        EXPECT_TRUE(keys.press(kJ, 10000 + again + 400)) << "releases of the key are reported again";
     }
     // Still pressed: the key repeats at the expected time, and its release is reported again.
     overlap(20000);

@@ -54,7 +54,7 @@ class Model : public ::testing::Test {
 };
 
 /// Any client can send any event. The server marks such events, and the model must ignore them.
-TEST_F(Model, SentEventsRemoveNoWindow) {
+TEST_F(Model, EventsThatClientsSendDoNotRemoveWindows) {
     model.setWindowManager({}, Seconds(0));
     model.setStacking({kWindow});
     model.takeTopLevel(
@@ -169,7 +169,7 @@ TEST_F(Model, AWindowThatFillsADisplayCountsAsFullScreenUntilItsStateIsKnown) {
     EXPECT_FALSE(model.isFullScreen(window()));
 }
 
-TEST_F(Model, AReusedNumberIsAnotherWindow) {
+TEST_F(Model, AReusedWindowNumberCountsAsANewWindow) {
     window().netName = "Old";
     model.takeStale(window());
     model.staleClientList = false;
@@ -185,7 +185,7 @@ TEST_F(Model, AReusedNumberIsAnotherWindow) {
     EXPECT_EQ(window().stale, std::uint32_t{stale::all});
 }
 
-TEST_F(Model, UsesTheManagersActiveWindowWhileThereIsOne) {
+TEST_F(Model, UsesTheActiveWindowOfTheWindowManagerWhileOneIsPresent) {
     const auto focus = [&](std::uint8_t type, std::uint32_t sequence) {
         xcb_generic_event_t whole{};
         auto& event = reinterpret_cast<xcb_focus_in_event_t&>(whole);
@@ -252,14 +252,14 @@ TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
         xcb_window_t parent;
     };
     const Case cases[] = {
-        {"a window like any other", std::nullopt, false, kNoWindow},
-        {"named", kOther, false, kOther},
-        {"of another application", kForeign, true, kNoWindow},
-        {"itself", kDialog, false, kNoWindow},
+        {"no dialog", std::nullopt, false, kNoWindow},
+        {"a dialog that names its window", kOther, false, kOther},
+        {"a dialog that names a window of another application", kForeign, true, kNoWindow},
+        {"a dialog that names itself", kDialog, false, kNoWindow},
         {"modal for its group", kRoot, true, kWindow},
         {"modal for the group of a leader that is not on the screen", kLeader, true, kWindow},
         {"modal, without WM_TRANSIENT_FOR", std::nullopt, true, kWindow},
-        {"of its group, but not modal", kRoot, false, kNoWindow},
+        {"with a group, but not modal", kRoot, false, kNoWindow},
     };
     for (const auto& c : cases) {
         ClientWindow& dialog = *model.client(kDialog);

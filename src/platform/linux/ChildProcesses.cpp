@@ -57,7 +57,7 @@ void closeInheritedDescriptors() {
 
 [[noreturn]] void reportAndEnd(int outcome, StartFailure::Step step) {
     const StartFailure failure{step, errno};
-    // Small enough for one atomic write.
+    // The record is small enough to be written atomically.
     [[maybe_unused]] const auto written = write(outcome, &failure, sizeof failure);
     _exit(127);
 }
@@ -146,7 +146,7 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     return process;
 }
 
-/// The pipe is closed when the program starts, and contains the error if it could not.
+/// Reads the error if the program could not be started, else the end of the pipe, which the start has closed.
 void ChildProcesses::readOutcome(pid_t process) {
     const auto found = children_.find(process);
     if (found == children_.end()) return;

@@ -80,7 +80,7 @@ int suitability(std::string_view keyLocale, std::string_view userLocale) {
     return keyLocale == language ? 2 : 0;
 }
 
-/// Absent unless it is a regular file of a reasonable size. Never waits for a pipe.
+/// The file's contents. Absent unless it is a regular file of at most `kMaxEntryBytes`. Never waits for a pipe.
 std::optional<std::string> readFile(const std::string& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) return std::nullopt;
@@ -332,7 +332,7 @@ void DesktopEntries::scan() {
     folders_.clear();
     identities_.clear();
     for (const auto& root : roots_) scanFolder(root, "", 0);
-    // The first entry of an id replaces later ones, also if it is hidden.
+    // Hidden entries are needed only to keep out later entries with their ids.
     std::erase_if(entries_, [](const Entry& entry) { return entry.isHidden; });
     std::stable_partition(entries_.begin(), entries_.end(), [](const Entry& entry) { return entry.isDisplayed; });
     texts_.shrink_to_fit();

@@ -25,8 +25,8 @@ constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Termi
 
 using Words = std::vector<std::string>;
 
-/// Whether the variable identifies the launch of the agent. Launched programs must not inherit it, since they would
-/// take it for that of their own launch.
+/// Whether the variable identifies the launch of the agent. A launched program must not inherit the variable, since the
+/// program would use it as the identity of its own launch.
 bool identifiesAgentLaunch(std::string_view variable) {
     for (const std::string_view name : {"DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "GIO_LAUNCHED_DESKTOP_FILE="}) {
         if (variable.starts_with(name)) return true;

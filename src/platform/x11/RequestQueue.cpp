@@ -24,8 +24,8 @@ std::uint32_t word(int value) {
     return static_cast<std::uint32_t>(value);
 }
 
-/// How much of the decorations lies before the gravity's reference point along one axis; `part`: the reference point is
-/// 0 at the near edge, 1 in the middle, 2 at the far edge.
+/// The length of the decorations before the gravity's reference point, along one axis. The reference point is at the
+/// near edge if `part` is 0, in the middle if it is 1, and at the far edge if it is 2.
 int decorationBefore(int part, int near, int far) {
     return part == 0 ? 0 : part == 1 ? (near + far) / 2 : near + far;
 }

@@ -169,8 +169,9 @@ bool WindowHider::isMinimizedByManager(const ClientWindow& dialog) const {
 }
 
 void WindowHider::hideWindow(ClientWindow& client) {
-    // If restoring was requested, the model may still say "minimized" only because the request was not handled, or its
-    // result not read yet. A superfluous request to minimize is harmless.
+    // If restoring was requested, the window may count as minimized only because the window manager has not handled
+    // that request, or because its result was not read yet. If the window is still minimized, another request is
+    // harmless.
     if (model_.isMinimized(client) && !client.iconification.isRestoreRequested()) return;
     if (model_.windowManager().isPresent) {
         connection_.sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});

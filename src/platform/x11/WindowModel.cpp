@@ -8,7 +8,7 @@ namespace {
 
 /// The longest time from the end of one window manager until the next has listed all windows.
 constexpr Seconds kSettlingTime{2.0};
-/// An ending window manager releases its windows: the longest time from the first release until its end.
+/// The longest time from the moment when an ending window manager releases its first window until it has ended.
 constexpr Seconds kTimeToLeave{0.5};
 /// The longest time for which an animated frame may be small.
 constexpr Seconds kLongestAnimation{1.0};

@@ -205,7 +205,7 @@ void X11Desktop::Parts::bringUpToDate() {
     bool mainHasWork = false;
     {
         const MutexLock lock(mutex);
-        // While it waited, this thread also read events and replies for the main thread, which is not woken for them.
+        // While this thread waited, it also read events and replies for the main thread, which was not woken for them.
         pendingEffects.add(drain(xcb_poll_for_queued_event));
         pendingEffects.panelsChanged |= outcome.panelsChanged;
         pendingEffects.returning.insert(pendingEffects.returning.end(), outcome.returning.begin(),

@@ -68,7 +68,7 @@ std::vector<AttributeValue> X11Desktop::readAttributes(const AccessibilityElemen
     values.reserve(attributes.size());
     const Seconds now = parts_->queue.uptime();
     const MutexLock lock(parts_->mutex);
-    // The polling queue reads the model as it was at the begin of the poll.
+    // The polling queue reads the model as it was at the beginning of the poll.
     if (parts_->isMainThread()) parts_->catchUp();
     const ClientWindow* client = element.hash == 0 ? nullptr : parts_->find(element);
     for (const AccessibilityAttribute attribute : attributes) {
@@ -96,7 +96,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         return hider.readsAsMinimized(client, now);
     case AccessibilityAttribute::position:
     case AccessibilityAttribute::size: {
-        // A window that refused the same frame before will refuse it again.
+        // A window that refused the requested frame before will refuse it again, so its actual frame is read.
         const auto outer =
             client.refusesFrames() ? model.outerFrame(client) : model.expectedFrame(client, now, kAssumedFrameTime);
         if (!outer) return {};
@@ -182,7 +182,8 @@ bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
     return client && !parts_->model.isSettling() &&
            !parts_->model.hasManagerChangedWithin(kSizesSettleAfterManager, now) &&
            client->decorations == client->decorationsWhenPlaced &&
-           !isTilingManager(parts_->model.windowManager().name); // such a manager chooses sizes that windows do not
+           !isTilingManager(
+               parts_->model.windowManager().name); // a tiling window manager, not the window, chooses the size
 }
 
 WindowPresence X11Desktop::presenceOf(const AccessibilityElement& window) const {
@@ -244,7 +245,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (size) frame.size = *size;
             parts_->requests.place(*client, parts_->displays.space().pixels(frame), now);
             parts_->lastPlacing = now;
-            // A poll in progress may read the requested frame instead of the real one.
+            // Another poll is needed, since a poll in progress may read the requested frame instead of the real one.
             parts_->changes.note();
             // The request may be based on an outdated state; its verification needs the present state.
             if (client->stale & stale::state) parts_->queryState(*client);

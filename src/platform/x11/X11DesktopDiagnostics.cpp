@@ -46,7 +46,7 @@ std::optional<std::string> X11Desktop::placingManager() const {
 std::optional<std::string> X11Desktop::limitation() const {
     const char* wayland = std::getenv("WAYLAND_DISPLAY");
     const char* sessionType = std::getenv("XDG_SESSION_TYPE");
-    // A service of the session may have only one of them.
+    // A service of the session may have only one of these variables.
     const bool isWayland = (wayland && *wayland) || (sessionType && std::string_view(sessionType) == "wayland");
     if (!isWayland) return std::nullopt;
     return "This is a Wayland session: only windows of X11 programs can be seen and moved. Choose a session on X11 "

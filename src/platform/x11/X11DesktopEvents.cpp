@@ -55,7 +55,8 @@ void X11Desktop::Parts::readAndPause() {
     }
     {
         const MutexLock lock(mutex);
-        // Only one thread can read. Watching while the other reads would wake this thread again and again for nothing.
+        // While a poll reads the connection on its own thread, watching would wake this thread again and again although
+        // nothing is left to read.
         watch.setPausedForPoll(isPollReading);
         pauses = isPollReading || (pauses && mayPause());
     }

@@ -91,7 +91,7 @@ std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
     }
     // If the application has no window any more, its process number may belong to another process by now.
     if (evidence.empty()) return "it has no window any more";
-    // If the server does not confirm the process for one of the windows, the process is doubtful.
+    // The server must confirm the process for each window.
     const auto innerNumber = innerProcessNumber(processIdentifier);
     for (const OwnerEvidence& ofWindow : evidence) {
         if (auto doubt = whyUnverified(ofWindow, innerNumber)) return doubt;

@@ -195,7 +195,8 @@ void DividerHandleWindows::restack() {
     const auto [below, above] = neighbors();
     const bool hasAbove = above != kNoWindow;
     for (const Shown& shown : shown_) {
-        // First lowers the handle below all windows; it stays there if the sibling was destroyed meanwhile.
+        // First lowers the handle below all windows. The handle stays there if the sibling was destroyed, so that the
+        // second request fails.
         const std::uint32_t atTheBottom = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_STACK_MODE, &atTheBottom);
         if (!hasAbove && below == kNoWindow) continue;
@@ -215,7 +216,7 @@ void DividerHandleWindows::restack() {
 // Pointer events
 
 bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
-    switch (event.response_type) { // sent events have another bit, so they are ignored
+    switch (event.response_type) { // ignores events that other clients have sent, which have bit 0x80 set
     case XCB_BUTTON_PRESS:
         pressed(reinterpret_cast<const xcb_button_press_event_t&>(event), event.full_sequence);
         return true;

@@ -87,7 +87,7 @@ void Keyboard::takeMap(const void* names, const void* map) {
 
 bool Keyboard::take(const xcb_generic_event_t& event) {
     if (firstEvent_ == 0) return false;
-    switch (event.response_type) { // sent events have another bit, so they are ignored
+    switch (event.response_type) { // ignores events that other clients have sent, which have bit 0x80 set
     case 0:
         return takeError(event);
     case XCB_KEY_PRESS:
@@ -223,7 +223,8 @@ void Keyboard::retryGrabs() {
     bool any = false;
     for (Claim& claim : claims_) {
         if (!claim.isHeldByOther) continue;
-        // Only tries: keeping the grab for some lock states would take those presses from the other program.
+        // Releases the grab at once: a grab that succeeded only for some lock states would take these presses from the
+        // other program.
         grab(claim);
         ungrab(claim);
         any = true;
