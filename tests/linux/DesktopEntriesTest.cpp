@@ -105,8 +105,8 @@ TEST(DesktopEntries, AnEntryHidesLaterOnesWithItsIdAndInvalidFilesAreSkipped) {
     EntryFolders folders;
     folders.installForAll("editor.desktop", entry("Editor of all", "StartupWMClass=Editor"));
     folders.install("editor.desktop", entry("My editor", "StartupWMClass=Editor"));
-    folders.installForAll("gone.desktop", entry("Gone", "StartupWMClass=Gone"));
-    folders.install("gone.desktop", "[Desktop Entry]\nHidden=true\n");
+    folders.installForAll("deleted.desktop", entry("Deleted", "StartupWMClass=Deleted"));
+    folders.install("deleted.desktop", "[Desktop Entry]\nHidden=true\n");
     folders.install("link.desktop", "[Desktop Entry]\nType=Link\nName=Link\nStartupWMClass=Link\n");
     folders.install("nameless.desktop", "[Desktop Entry]\nType=Application\nStartupWMClass=Nameless\n");
     folders.install("noise.desktop", std::string("\0\xff[Desktop", 10));
@@ -123,7 +123,7 @@ TEST(DesktopEntries, AnEntryHidesLaterOnesWithItsIdAndInvalidFilesAreSkipped) {
     EXPECT_EQ(entries.identify({"", "Editor"}).localizedName, "My editor");
     EXPECT_EQ(entries.identify({"", "Crlf"}).localizedName, "From elsewhere");
     for (const std::string name :
-         {"Gone", "Link", "Nameless", "Huge", "Pipe", "Folder", "Dangling", "Empty", "Bytes"}) {
+         {"Deleted", "Link", "Nameless", "Huge", "Pipe", "Folder", "Dangling", "Empty", "Bytes"}) {
         EXPECT_EQ(entries.identify({"", name}).bundlePath, "") << name;
     }
 }

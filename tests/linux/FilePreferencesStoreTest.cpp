@@ -84,8 +84,8 @@ TEST(FilePreferencesStore, KeepsTypedValuesInAReadableFile) {
         store.setValue("KOVA.showBrain.v1", false);
         store.setValue("KOVA.accentColor.v1", std::string("caf\xc3\xa9 \"\\\n"));
         store.setValue("KOVA.workspaceProfile.v1", PreferenceData{R"({"z":[1,2.50,1e300],"a":{"b":null}})"});
-        store.setValue("KOVA.gone.v1", true);
-        store.removeValue("KOVA.gone.v1");
+        store.setValue("KOVA.removed.v1", true);
+        store.removeValue("KOVA.removed.v1");
         store.synchronize();
         EXPECT_EQ(problemsOf(store), "");
     }

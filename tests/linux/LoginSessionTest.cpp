@@ -49,7 +49,7 @@ TEST(ActivityConditions, CauseAnEventOnlyIfTheResultingStateChanges) {
     const auto saver = [](const char* name, bool isActive) {
         return [name, isActive](Facts f) { return afterScreenSaver(f, name, isActive); };
     };
-    const std::vector<std::vector<Step>> stories = {
+    const std::vector<std::vector<Step>> sequences = {
         {{"a lock is requested, which the desktop confirms", afterLockSignal, "locked "},
          {"the desktop sets the hint", hint(true), ""},
          {"an unlock is requested", afterUnlockSignal, ""},
@@ -80,13 +80,13 @@ TEST(ActivityConditions, CauseAnEventOnlyIfTheResultingStateChanges) {
           "asleep inactive locked "},
          {"logind disconnects", withoutLogind, "awake active unlocked "}},
     };
-    for (const auto& story : stories) {
+    for (const auto& sequence : sequences) {
         Facts facts;
-        for (const Step& step : story) {
+        for (const Step& step : sequence) {
             const Facts next = step.received(facts);
             std::string events;
             for (const auto event : eventsBetween(facts, next)) events += nameOf(event);
-            EXPECT_EQ(events, step.events) << story.front().what << ": " << step.what;
+            EXPECT_EQ(events, step.events) << sequence.front().what << ": " << step.what;
             facts = next;
         }
     }

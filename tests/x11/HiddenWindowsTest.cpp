@@ -27,7 +27,7 @@ TEST(HiddenWindows, AreFoundFastAmongMany) {
     }
     hidden.add({{.window = 5, .processIdentifier = 7777}}); // a newer entry replaces the older one
     EXPECT_EQ(hidden.all().size(), kWindows);
-    EXPECT_EQ(hidden.takeHidden(7777, Seconds(1)), std::vector<xcb_window_t>{5});
+    EXPECT_EQ(hidden.markApplicationReturning(7777, Seconds(1)), std::vector<xcb_window_t>{5});
     EXPECT_FALSE(hidden.isHiddenWithApplication(5) || hidden.isApplicationHidden(7777, model))
         << "the window is returning";
     for (xcb_window_t window = 1; window <= kWindows; ++window) hidden.remove(window);

@@ -52,7 +52,7 @@ TEST(Properties, TitlesAreAlwaysUtf8) {
 TEST(Properties, SizeHintsGiveTheMinimumElseTheBaseSize) {
     const auto minimum = [](std::vector<std::uint32_t> hints, std::size_t length = 18) {
         hints.resize(length);
-        return withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, hints).minimumAndBase;
+        return withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, hints).minimumElseBase;
     };
     constexpr std::uint32_t kMinimum = 1U << 4, kIncrement = 1U << 6, kBase = 1U << 8;
     std::vector<std::uint32_t> hints = {kMinimum | kBase, 0, 0, 0, 0, 320, 200, 0, 0, 9, 17, 0, 0, 0, 0, 20, 10, 1};
@@ -68,7 +68,7 @@ TEST(Properties, SizeHintsGiveTheMinimumElseTheBaseSize) {
         EXPECT_FALSE(minimum(hints)) << absurd;
     }
     EXPECT_FALSE(minimum({kMinimum}, 3));
-    EXPECT_FALSE(withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_CARDINAL, hints).minimumAndBase);
+    EXPECT_FALSE(withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_CARDINAL, hints).minimumElseBase);
 }
 
 TEST(Properties, SizeHintsGiveIncrementsLargestSizesAndAspects) {

@@ -1,5 +1,5 @@
-// Start at login by an autostart entry, which every Linux desktop reads. Files are changed only when the user asks for
-// it, and keep lines that the user added. A systemd unit that starts the agent counts as well.
+// Start at login by an autostart entry, which every Linux desktop reads. Files are changed only at the user's
+// request, and keep lines that the user added. A systemd unit that starts the agent counts as well.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"

@@ -15,7 +15,7 @@
 
 namespace kova {
 
-/// How a process recognizes its login session.
+/// The facts by which the login session of a process is found.
 struct SessionHints {
     std::optional<std::string> sessionID; // $XDG_SESSION_ID
     pid_t process = 0;

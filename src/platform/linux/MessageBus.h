@@ -53,7 +53,7 @@ class MessageBus {
     MessageBus& operator=(const MessageBus&) = delete;
 
     /// Connects now; after a failure or a lost connection, retries after growing pauses, at most ten minutes. Call
-    /// once.
+    /// once. `connected` is called after each connection, `lost` after each loss of one.
     void open(std::vector<BusSignal> signals, std::function<void()> connected, std::function<void()> lost);
     bool isConnected() const { return connection_ != nullptr; }
     /// Why there is no connection; empty while there is one.

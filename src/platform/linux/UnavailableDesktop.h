@@ -1,5 +1,5 @@
 // A session without access to its windows: no permission, no applications, no displays. The agent keeps running, so
-// that clients learn why nothing moves and what to do.
+// that clients can show why KOVA moves no windows and what to do.
 #pragma once
 
 #include "support/MainQueue.h"

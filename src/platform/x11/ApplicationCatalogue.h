@@ -28,7 +28,7 @@ struct ApplicationTraces {
 class ApplicationCatalogue {
   public:
     virtual ~ApplicationCatalogue() = default;
-    /// Any thread; from memory after the first call.
+    /// Any thread. Reads files at the first call and after changes of their folders; else uses values in memory.
     virtual ApplicationIdentity identify(const ApplicationTraces& traces) = 0;
 };
 

@@ -36,7 +36,7 @@ std::optional<std::string> whyUnverified(const OwnerEvidence& evidence, std::opt
 /// getpid(); absent if there is no such process.
 std::optional<pid_t> innerProcessNumber(pid_t process);
 
-/// Asks the X server (X-Resource 1.2) for the processes of its clients.
+/// Queries the X server (X-Resource 1.2) for the processes of its clients.
 class ClientProcesses {
   public:
     /// The constructor waits for the server. The queries are unavailable if `isEnabled` is false, or if the server runs

@@ -66,7 +66,7 @@ WindowSizeHints sizeHintsIn(const std::vector<std::uint32_t>& numbers) {
 }
 
 void takeHints(ClientWindow& window, const PropertyView& property, const Atoms&) {
-    window.minimumAndBase.reset();
+    window.minimumElseBase.reset();
     window.sizeHints = sizeHintsIn(numbersIn(property, XCB_ATOM_WM_SIZE_HINTS));
     window.gravity = XCB_GRAVITY_NORTH_WEST;
     window.refusals = 0; // with other hints the window may accept the frame
@@ -76,7 +76,7 @@ void takeHints(ClientWindow& window, const PropertyView& property, const Atoms&)
     const std::uint32_t flags = numbers[0];
     const auto takeSize = [&](std::size_t at) {
         const auto width = pixels(numbers[at]), height = pixels(numbers[at + 1]);
-        if (width && height && (*width > 0 || *height > 0)) window.minimumAndBase = PixelRect{0, 0, *width, *height};
+        if (width && height && (*width > 0 || *height > 0)) window.minimumElseBase = PixelRect{0, 0, *width, *height};
     };
     if (flags & XCB_ICCCM_SIZE_HINT_P_MIN_SIZE) {
         takeSize(5);

@@ -86,7 +86,7 @@ void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
     }
 }
 
-std::vector<xcb_window_t> HiddenWindows::takeHidden(pid_t processIdentifier, Seconds now) {
+std::vector<xcb_window_t> HiddenWindows::markApplicationReturning(pid_t processIdentifier, Seconds now) {
     std::vector<xcb_window_t> taken;
     const auto held = hiddenByProcess_.find(processIdentifier);
     if (held == hiddenByProcess_.end()) return taken;
@@ -107,7 +107,7 @@ void HiddenWindows::remove(xcb_window_t window) {
     if (const auto known = places_.find(window); known != places_.end()) erase(known->second);
 }
 
-std::vector<xcb_window_t> HiddenWindows::takeAll(Seconds now) {
+std::vector<xcb_window_t> HiddenWindows::markAllReturning(Seconds now) {
     std::vector<xcb_window_t> taken;
     for (HiddenWindow& hidden : windows_) {
         setReturning(hidden, now);

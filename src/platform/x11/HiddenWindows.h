@@ -38,12 +38,12 @@ class HiddenWindows {
     void add(const std::vector<HiddenWindow>& windows);
     /// Marks the windows that were hidden with the application as returning and returns them. They stay recorded until
     /// they are on the screen.
-    std::vector<xcb_window_t> takeHidden(pid_t processIdentifier, Seconds now);
+    std::vector<xcb_window_t> markApplicationReturning(pid_t processIdentifier, Seconds now);
     /// Marks a window as returning; no-op if the window is not recorded.
     void markReturning(xcb_window_t window, Seconds now);
     void remove(xcb_window_t window);
     /// Marks all hidden windows as returning and returns them.
-    std::vector<xcb_window_t> takeAll(Seconds now);
+    std::vector<xcb_window_t> markAllReturning(Seconds now);
     /// Replaces the file if the entries have changed since it was written. An outdated entry is harmless: the next
     /// agent skips windows that are on the screen.
     void writeFile();

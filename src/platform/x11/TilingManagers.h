@@ -1,4 +1,4 @@
-// Knows by their names the window managers that place all windows themselves.
+// The names of window managers that place all windows themselves.
 #pragma once
 
 #include <string_view>

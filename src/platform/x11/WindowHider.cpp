@@ -63,18 +63,18 @@ bool WindowHider::hide(pid_t process) {
 }
 
 bool WindowHider::unhide(pid_t process) {
-    const auto coming = record_.takeHidden(process, clock_.uptime());
+    const auto coming = record_.markApplicationReturning(process, clock_.uptime());
     for (const xcb_window_t window : coming) showWindow(window);
     return !coming.empty();
 }
 
 void WindowHider::showAll() {
-    for (const xcb_window_t window : record_.takeAll(clock_.uptime())) showWindow(window);
+    for (const xcb_window_t window : record_.markAllReturning(clock_.uptime())) showWindow(window);
 }
 
 void WindowHider::managerChanged() {
     // The new window manager may not know which windows are hidden.
-    for (const xcb_window_t window : record_.takeAll(clock_.uptime())) mapAgain(window);
+    for (const xcb_window_t window : record_.markAllReturning(clock_.uptime())) mapAgain(window);
 }
 
 void WindowHider::takeOver(const std::vector<HiddenWindow>& leftover, bool staysHidden) {

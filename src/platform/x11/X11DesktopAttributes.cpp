@@ -105,10 +105,10 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         return frame.size;
     }
     case AccessibilityAttribute::minSize: {
-        if (!client.minimumAndBase) return {};
+        if (!client.minimumElseBase) return {};
         const PixelEdges around = client.decorations - client.shadow;
-        return displays.space().points(std::max(0, client.minimumAndBase->width + around.horizontal()),
-                                       std::max(0, client.minimumAndBase->height + around.vertical()));
+        return displays.space().points(std::max(0, client.minimumElseBase->width + around.horizontal()),
+                                       std::max(0, client.minimumElseBase->height + around.vertical()));
     }
     case AccessibilityAttribute::parent: {
         const ClientWindow* parent = model.parentOf(client);
