@@ -106,9 +106,9 @@ struct ClientWindow {
     // Around the client's area in the present top level; absent unless the top level ends at the visible edge.
     std::optional<PixelEdges> measuredDecorations;
     std::optional<PixelRect> frameBeforeAnimation; // the visible edge; only while the frame is too small for the window
-    std::optional<PixelRect> minimumElseBase;      // width and height only
-    WindowSizeHints sizeHints;                     // without `around`
-    PixelEdges decorationsWhenPlaced;              // when a frame was last requested
+    std::optional<PixelRect> minimumElseBase; // minimum size of the hints, else their base size; x and y are unused
+    WindowSizeHints sizeHints;                // without `around`
+    PixelEdges decorationsWhenPlaced;         // when a frame was last requested
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 
