@@ -1,4 +1,4 @@
-// How a Mac responds and announces changes.
+// Announcements of changes and times of responses, which are like a Mac's or like those of X11.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <utility>
@@ -18,7 +18,7 @@ void SimulatedAnnouncements::end(const AccessibilityElement& element) {
     dropped_.erase({element.processIdentifier, element.hash});
 }
 
-bool SimulatedAnnouncements::isAnnounced(pid_t process, std::uint64_t hash) {
+bool SimulatedAnnouncements::noteChange(pid_t process, std::uint64_t hash) {
     if (style_ == AnnouncementStyle::always) return true;
     if (dropped_.contains({process, hash})) noteLoss();
     if (!requested_.contains({process, hash})) return false;
@@ -51,10 +51,10 @@ void SimulatedDesktop::setAnswerTime(Seconds time) {
 }
 
 bool SimulatedDesktop::isInTime(const Application& application) const {
-    return application.answers && answerTime_ < kReadDeadline;
+    return application.responds && answerTime_ < kReadDeadline;
 }
 
-bool SimulatedDesktop::hasAnswer(const Application& application) const {
+bool SimulatedDesktop::waitForResponse(const Application& application) const {
     const bool isInTime = this->isInTime(application);
     if (!pollingQueue_.isRunningJob()) return isInTime || style_ != DesktopStyle::mac;
     if (isInTime && answerTime_ == Seconds(0)) return true;
@@ -75,7 +75,7 @@ bool SimulatedDesktop::hasEnhancedUserInterface(std::string_view name) const {
 AnnouncementAnswer SimulatedDesktop::requestAnnouncements(const AccessibilityElement& element) {
     if (!pollingQueue_.isRunningJob()) violations_.push_back("requestAnnouncements on the main thread");
     const auto* owner = findApplication(element.processIdentifier);
-    if (!owner || !hasAnswer(*owner)) return AnnouncementAnswer::noAnswer;
+    if (!owner || !waitForResponse(*owner)) return AnnouncementAnswer::noAnswer;
     return announcements_.request(element);
 }
 
@@ -100,11 +100,11 @@ void SimulatedDesktop::changed() {
 }
 
 void SimulatedDesktop::changed(const SimulatedWindow& window) {
-    if (announcements_.isAnnounced(window.processIdentifier(), window.number())) announceLater();
+    if (announcements_.noteChange(window.processIdentifier(), window.number())) announceLater();
 }
 
 void SimulatedDesktop::changed(const Application& application) {
-    if (announcements_.isAnnounced(application.record.processIdentifier, 0)) announceLater();
+    if (announcements_.noteChange(application.record.processIdentifier, 0)) announceLater();
 }
 
 } // namespace kova

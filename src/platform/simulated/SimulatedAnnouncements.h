@@ -38,8 +38,9 @@ class SimulatedAnnouncements {
     /// The system drops all requests, as it does when the permission is withdrawn. Announcements of these elements are
     /// lost until KOVA repeats or ends its requests.
     void endAll() { dropped_.merge(std::exchange(requested_, {})); }
-    /// Whether the element announces its latest change. With the hash 0 the element is the application.
-    bool isAnnounced(pid_t process, std::uint64_t hash);
+    /// Call at each change of the element: returns whether the change is announced, and counts it if its announcement
+    /// is lost. With the hash 0 the element is the application.
+    bool noteChange(pid_t process, std::uint64_t hash);
 
   private:
     AnnouncementStyle style_ = AnnouncementStyle::always;

@@ -20,7 +20,7 @@ std::string asciiLowercased(std::string text) {
     return text;
 }
 
-[[noreturn]] void notThere(std::string_view name) {
+[[noreturn]] void throwUnknownName(std::string_view name) {
     throw std::out_of_range("no \"" + std::string(name) + "\" here");
 }
 
@@ -34,7 +34,7 @@ const SimulatedDisplay& SimulatedDesktop::display(std::string_view name) const {
     for (const auto& candidate : displays_) {
         if (candidate.name == name) return candidate;
     }
-    notThere(name);
+    throwUnknownName(name);
 }
 
 SimulatedDisplay& SimulatedDesktop::display(std::string_view name) {
@@ -118,7 +118,7 @@ const SimulatedDesktop::Application& SimulatedDesktop::application(std::string_v
     for (const auto& candidate : applications_) {
         if (candidate.name == name) return candidate;
     }
-    notThere(name);
+    throwUnknownName(name);
 }
 
 SimulatedDesktop::Application& SimulatedDesktop::application(std::string_view name) {
@@ -178,8 +178,8 @@ void SimulatedDesktop::userHides(std::string_view name, bool hide) {
     setHidden(application(name), hide);
 }
 
-void SimulatedDesktop::setAnswering(std::string_view name, bool answers) {
-    const bool isSame = std::exchange(application(name).answers, answers) == answers;
+void SimulatedDesktop::setAnswering(std::string_view name, bool responds) {
+    const bool isSame = std::exchange(application(name).responds, responds) == responds;
     if (announcesUnasked()) return changed();
     if (!isSame) announcements_.noteLoss();
 }
@@ -257,7 +257,7 @@ const SimulatedWindow& SimulatedDesktop::window(std::string_view label) const {
     for (const auto& [number, candidate] : windows_) {
         if (candidate.label() == label) return candidate;
     }
-    notThere(label);
+    throwUnknownName(label);
 }
 
 SimulatedWindow& SimulatedDesktop::mutableWindow(std::string_view label) {
@@ -310,22 +310,23 @@ void SimulatedDesktop::userMoves(std::string_view label, const CGRect& frameOnDe
     setFrameOf(moved, {frameOnDesktop.origin, moved.frameResizedTo(frameOnDesktop.size, display).size});
 }
 
-const SimulatedWindow* SimulatedDesktop::ownerOf(const SimulatedWindow& window) const {
+const SimulatedWindow* SimulatedDesktop::parentOf(const SimulatedWindow& window) const {
     for (const auto& [number, candidate] : windows_) {
-        const bool isOwner = candidate.processIdentifier() == window.processIdentifier() && number != window.number();
-        if (isOwner && window.traits().dialogOf == candidate.label()) return &candidate;
+        const bool mayBeParent =
+            candidate.processIdentifier() == window.processIdentifier() && number != window.number();
+        if (mayBeParent && window.traits().dialogOf == candidate.label()) return &candidate;
     }
     return nullptr;
 }
 
 std::vector<SimulatedWindow*> SimulatedDesktop::familyOf(const SimulatedWindow& window) {
-    const auto head = [this](const SimulatedWindow* of) {
-        while (const auto* owner = ownerOf(*of)) of = owner;
+    const auto topmostParent = [this](const SimulatedWindow* of) {
+        while (const auto* parent = parentOf(*of)) of = parent;
         return of;
     };
     std::vector<SimulatedWindow*> family;
     for (auto& [number, candidate] : windows_) {
-        if (head(&candidate) == head(&window)) family.push_back(&candidate);
+        if (topmostParent(&candidate) == topmostParent(&window)) family.push_back(&candidate);
     }
     return family;
 }
@@ -418,7 +419,7 @@ void SimulatedDesktop::raise(const SimulatedWindow& window) {
     std::erase(stacking_, window.number());
     stacking_.insert(stacking_.begin(), window.number());
     for (const auto& [number, other] : windows_) {
-        if (ownerOf(other) == &window) raise(other); // its dialogs stay above it
+        if (parentOf(other) == &window) raise(other); // its dialogs stay above it
     }
 }
 

@@ -71,7 +71,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void userHides(std::string_view application, bool hide = true);
     /// The application begins or stops to respond. While it does not respond, a request takes until the deadline, and
     /// writes are lost.
-    void setAnswering(std::string_view application, bool answers);
+    void setAnswering(std::string_view application, bool responds);
     bool isAnswering(const SimulatedWindow& window) const;
     bool isSilent(pid_t processIdentifier) const;
     // How a Mac responds (SimulatedAnnouncements.cpp)
@@ -104,7 +104,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// The alerts shown since the last call, in their order.
     std::vector<Alert> takeAlerts() { return std::exchange(alerts_, {}); }
     /// From now on alerts are shown by `alerts` instead, which must exist as long as KOVA shows alerts.
-    void showAlertsBy(AlertServicing& alerts) { alertsOfOthers_ = &alerts; }
+    void showAlertsBy(AlertServicing& alerts) { alternativeAlerts_ = &alerts; }
     /// Answers the oldest open alert as a user does.
     void answerAlert(bool isConfirmed);
 
@@ -270,7 +270,7 @@ class SimulatedDesktop : public AccessibilityServicing,
         bool listsWindowsTwice = false;
         bool lingersWhenHidden = false;
         bool isVerified = true;
-        bool answers = true;
+        bool responds = true;
         bool isEnhanced = false;
         QuittingHabit quittingHabit = QuittingHabit::quits;
         std::uint64_t focusedWindow = 0;
@@ -313,7 +313,7 @@ class SimulatedDesktop : public AccessibilityServicing,
         CGRect frame{}; // of the window, when the button went down
         CGPoint start{};
         std::optional<std::string> handleID{};
-        bool isUsedUp = false; // the press was the second of a double click, or Escape ended the drag
+        bool isOver = false; // the press was the second of a double click, or Escape ended the drag
     };
     struct Click {
         std::string handleID;
@@ -330,14 +330,14 @@ class SimulatedDesktop : public AccessibilityServicing,
     void announceLater();
     void announceChange();
     /// Whether the application responds. A poll spends the time of the response, or the time until the deadline.
-    bool hasAnswer(const Application& application) const;
+    bool waitForResponse(const Application& application) const;
     bool isInTime(const Application& application) const;
     void note(std::string line);
     void requireMainThread(const char* call) const;
     void remove(const SimulatedWindow& window);
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
     /// The window to which the dialog `window` belongs; null for other windows.
-    const SimulatedWindow* ownerOf(const SimulatedWindow& window) const;
+    const SimulatedWindow* parentOf(const SimulatedWindow& window) const;
     /// A window, its dialogs and their dialogs are hidden and shown together, whichever of them gets the request.
     std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
     void setMinimized(SimulatedWindow& window, bool minimized);
@@ -372,7 +372,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<Installation> installations_;
     std::map<pid_t, bool> forkingPrograms_; // by their process: whether they have ended
     std::vector<Alert> alerts_;
-    AlertServicing* alertsOfOthers_ = nullptr;
+    AlertServicing* alternativeAlerts_ = nullptr;
     std::deque<std::function<void(bool)>> pendingConfirmations_;
     std::map<std::uint64_t, SimulatedWindow> windows_;
     std::vector<std::uint64_t> stacking_; // front to back

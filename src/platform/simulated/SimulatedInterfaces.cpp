@@ -99,8 +99,8 @@ AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, Accessibil
     case AccessibilityAttribute::minimumSize:
         return window.traits().otherMinimumSize ? AttributeValue(*window.traits().otherMinimumSize) : AttributeValue();
     case AccessibilityAttribute::parent: {
-        const SimulatedWindow* owner = ownerOf(window);
-        return owner ? elementOf(*owner) : applicationElement(window.processIdentifier());
+        const SimulatedWindow* parent = parentOf(window);
+        return parent ? elementOf(*parent) : applicationElement(window.processIdentifier());
     }
     case AccessibilityAttribute::main:
     case AccessibilityAttribute::focused:
@@ -158,7 +158,7 @@ std::vector<AttributeValue> SimulatedDesktop::readAttributes(const Accessibility
     ++readCount_;
     std::vector<AttributeValue> values(attributes.size());
     const auto* owner = findApplication(element.processIdentifier);
-    if (!owner || !isTrusted_ || isPermissionStale_ || !hasAnswer(*owner)) return values;
+    if (!owner || !isTrusted_ || isPermissionStale_ || !waitForResponse(*owner)) return values;
     const auto* window = windowOf(element);
     if (!window && element.hash != 0) return values;
     const auto depth = element.hash % kNumbersPerWindow;

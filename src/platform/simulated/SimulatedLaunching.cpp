@@ -138,7 +138,7 @@ bool SimulatedDesktop::terminate(pid_t process) {
     const auto* requested = findApplication(process);
     if (!requested) return false;
     note(requested->name + ": terminate");
-    if (requested->quittingHabit == QuittingHabit::refuses || !requested->answers) return true;
+    if (requested->quittingHabit == QuittingHabit::refuses || !requested->responds) return true;
     queue_.after(kQuittingTime, lifetime_.guard([this, process] {
         if (findApplication(process)) end(process);
     }));
@@ -162,13 +162,13 @@ std::optional<std::string> SimulatedDesktop::forceTerminate(pid_t process) {
 
 void SimulatedDesktop::inform(const Alert& alert) {
     requireMainThread("inform");
-    if (alertsOfOthers_) return alertsOfOthers_->inform(alert);
+    if (alternativeAlerts_) return alternativeAlerts_->inform(alert);
     alerts_.push_back(alert);
 }
 
 void SimulatedDesktop::confirm(const Alert& alert, std::function<void(bool)> answer) {
     requireMainThread("confirm");
-    if (alertsOfOthers_) return alertsOfOthers_->confirm(alert, std::move(answer));
+    if (alternativeAlerts_) return alternativeAlerts_->confirm(alert, std::move(answer));
     alerts_.push_back(alert);
     pendingConfirmations_.push_back(std::move(answer));
 }

@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-CGRect pulled(const CGRect& frame, WindowPart grip, double dx, double dy) {
+CGRect draggedFrame(const CGRect& frame, WindowPart grip, double dx, double dy) {
     switch (grip) {
     case WindowPart::nothing:
         return frame;
@@ -64,9 +64,9 @@ void SimulatedDesktop::pressAt(CGPoint point, WindowPart grip) {
     if (!handle) return;
     hold_->handleID = handle->id;
     const auto before = std::exchange(lastClick_, std::nullopt);
-    hold_->isUsedUp = before && before->handleID == handle->id && queue_.uptime() - before->when <= kDoubleClickTime;
-    if (!hold_->isUsedUp) lastClick_ = Click{handle->id, queue_.uptime()};
-    postEvent(hold_->isUsedUp ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed, handle->id,
+    hold_->isOver = before && before->handleID == handle->id && queue_.uptime() - before->when <= kDoubleClickTime;
+    if (!hold_->isOver) lastClick_ = Click{handle->id, queue_.uptime()};
+    postEvent(hold_->isOver ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed, handle->id,
               point);
 }
 
@@ -86,9 +86,9 @@ void SimulatedDesktop::movePointer(CGPoint point, ShiftKey shift) {
     const double dx = point.x - hold_->start.x, dy = point.y - hold_->start.y;
     if (std::hypot(dx, dy) > kRestingPoints) lastClick_.reset();
     if (SimulatedWindow* window = findWindow(hold_->window)) {
-        setFrameOf(*window, pulled(hold_->frame, hold_->grip, dx, dy));
+        setFrameOf(*window, draggedFrame(hold_->frame, hold_->grip, dx, dy));
     }
-    if (hold_->handleID && !hold_->isUsedUp) postEvent(DividerHandleEvent::Kind::moved, *hold_->handleID, point);
+    if (hold_->handleID && !hold_->isOver) postEvent(DividerHandleEvent::Kind::moved, *hold_->handleID, point);
     postEvent(PointerEvent::Kind::moved, point, shift);
 }
 
@@ -96,12 +96,12 @@ void SimulatedDesktop::releaseButton(ShiftKey shift) {
     const auto hold = std::exchange(hold_, std::nullopt);
     if (!hold) return;
     const CGPoint point = pointerOnDesktop_.value_or(hold->start);
-    if (hold->handleID && !hold->isUsedUp) postEvent(DividerHandleEvent::Kind::released, *hold->handleID, point);
+    if (hold->handleID && !hold->isOver) postEvent(DividerHandleEvent::Kind::released, *hold->handleID, point);
     postEvent(PointerEvent::Kind::released, point, shift);
 }
 
 void SimulatedDesktop::pressEscape() {
-    if (!hold_ || !hold_->handleID || std::exchange(hold_->isUsedUp, true)) return;
+    if (!hold_ || !hold_->handleID || std::exchange(hold_->isOver, true)) return;
     postEvent(DividerHandleEvent::Kind::cancelled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
 }
 

@@ -78,7 +78,7 @@ std::vector<DiagnosticLine> SimulatedDesktop::diagnose() const {
     const auto displayVerdict = displays_.empty() ? DiagnosticVerdict::wrong : DiagnosticVerdict::fine;
     lines.push_back({"displays", displayVerdict, std::to_string(displays_.size()) + " in memory"});
     for (const auto& application : applications_) {
-        if (application.answers) continue;
+        if (application.responds) continue;
         lines.push_back({"slow applications", DiagnosticVerdict::note,
                          application.name + " does not answer; its windows are left alone until it does"});
     }

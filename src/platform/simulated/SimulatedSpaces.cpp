@@ -127,7 +127,7 @@ WindowPresence SimulatedDesktop::presenceOf(const AccessibilityElement& window) 
     ++readCount_;
     const auto* owner = findApplication(window.processIdentifier);
     if (!owner) return WindowPresence::gone;
-    if (!isTrusted_ || isPermissionStale_ || !hasAnswer(*owner)) return WindowPresence::noAnswer;
+    if (!isTrusted_ || isPermissionStale_ || !waitForResponse(*owner)) return WindowPresence::noAnswer;
     const auto* found = windowOf(window);
     return found && !found->isLost ? WindowPresence::present : WindowPresence::gone;
 }

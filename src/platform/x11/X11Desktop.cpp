@@ -217,7 +217,7 @@ void X11Desktop::Parts::bringUpToDate() {
         }
         if (isAnyStateAssumed()) changes.note();
         isPollReading = false;
-        inputIsLocked();
+        assertInputMutexHeld();
         mainHasWork = watch.isPausedForPoll() || pendingEffects.isForMainThread() || model.hasManagerChanged ||
                       (pendingEffects.changed && changes.isAwaited()) ||
                       hider.record().isOutdated(model, queue.uptime()) || input.hasMisplacedHandles() ||

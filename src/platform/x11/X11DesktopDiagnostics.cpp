@@ -65,7 +65,7 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     lines.push_back({"connection", DiagnosticVerdict::fine, "X display " + display});
     if (const auto limited = limitation()) lines.push_back({"session", DiagnosticVerdict::note, *limited});
     const MutexLock lock(parts_->mutex);
-    parts_->inputIsLocked();
+    parts_->assertInputMutexHeld();
     if (!parts_->input.isConnected()) {
         lines.push_back(
             {"keys and dividers", DiagnosticVerdict::wrong,

@@ -116,7 +116,7 @@ void X11Desktop::Parts::handleEffects(EventEffects effects) {
 
 /// True if the displays have changed.
 bool X11Desktop::Parts::actOn(const EventEffects& effects) {
-    inputIsLocked();
+    assertInputMutexHeld();
     if (std::exchange(model.hasManagerChanged, false)) {
         hider.managerChanged();
         queryActiveWindow();

@@ -20,7 +20,7 @@ void X11Desktop::Parts::takeReplies() {
 }
 
 void X11Desktop::Parts::queryActiveWindow() {
-    inputIsLocked();
+    assertInputMutexHeld();
     if (input.isOpen() && model.windowManager().isPresent) return input.queryActiveWindow();
     mustFlush = true;
     if (!model.windowManager().isPresent) return queryFocus(pendingReplies.emplace_back(), *connection, model);

@@ -32,7 +32,7 @@ Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& pe
     firstEvent_ = extension->first_event;
     const auto* input = xcb_get_extension_data(server, &xcb_input_id);
     hasInputExtension_ = input && input->present;
-    begin();
+    configureExtension();
     requestMap();
     pendingReplies_.back().wait(connection_);
     auto batch = std::move(pendingReplies_.back());
@@ -40,7 +40,7 @@ Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& pe
     batch.take();
 }
 
-void Keyboard::begin() {
+void Keyboard::configureExtension() {
     // With detectable auto-repeat a pressed key sends press events repeatedly, but only one release event.
     const auto flags =
         xcb_xkb_per_client_flags(connection_.get(), kCoreKeyboard, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
@@ -115,7 +115,7 @@ bool Keyboard::takeError(const xcb_generic_event_t& event) {
     const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
     const auto grab = std::ranges::find(pendingGrabs_, error.full_sequence, &Grab::sequence);
     if (grab == pendingGrabs_.end()) return false;
-    refuse(grab->combination);
+    noteRefusal(grab->combination);
     return true;
 }
 
@@ -260,12 +260,12 @@ void Keyboard::probeInputExtensionGrab(const Claim& claim) {
                                            count, XCB_INPUT_GRAB_TYPE_KEYCODE, states.data());
         pendingReplies_.emplace_back().add(grabbed, [this, combination = claim.combination](const void* reply) {
             const auto* grab = static_cast<const xcb_input_xi_passive_grab_device_reply_t*>(reply);
-            if (grab && grab->num_modifiers > 0) refuse(combination);
+            if (grab && grab->num_modifiers > 0) noteRefusal(combination);
         });
     }
 }
 
-void Keyboard::refuse(const KeyCombination& combination) {
+void Keyboard::noteRefusal(const KeyCombination& combination) {
     const auto claim = std::ranges::find(claims_, combination, &Claim::combination);
     if (claim != claims_.end()) claim->isRefused = true;
 }

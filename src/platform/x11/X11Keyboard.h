@@ -43,6 +43,7 @@ class Keyboard {
     /// shortcut is recorded.
     void claim(std::vector<KeyCombination> combinations);
     void listen(bool listens);
+    /// Begins or ends the recording of a shortcut, for which the whole keyboard is grabbed.
     void record(bool records);
     /// Tries again to grab the combinations that another program had grabbed.
     void retryGrabs();
@@ -64,8 +65,8 @@ class Keyboard {
     struct Claim {
         KeyCombination combination;
         std::vector<std::pair<xcb_keycode_t, std::uint16_t>> grabs; // key and state
-        bool isGrabbed = false;                                     // false if the grab was only tried
-        bool isRefused = false;                                     // the server refused the last try
+        bool isGrabbed = false; // false also if KOVA has released the grab after a try
+        bool isRefused = false; // the server refused the last try
         bool isHeldByOther = false;
     };
     struct Grab { // a request without a result yet
@@ -73,7 +74,7 @@ class Keyboard {
         KeyCombination combination;
     };
 
-    void begin();
+    void configureExtension();
     void requestMap();
     void takeMap(const void* names, const void* map);
     bool takeError(const xcb_generic_event_t& event);
@@ -83,7 +84,7 @@ class Keyboard {
     void updateClaims();
     void grab(Claim& claim);
     void probeInputExtensionGrab(const Claim& claim);
-    void refuse(const KeyCombination& combination);
+    void noteRefusal(const KeyCombination& combination);
     void ungrab(Claim& claim);
     void requestGrabResults();
     void useGrabResults();
@@ -94,7 +95,7 @@ class Keyboard {
     std::uint8_t firstEvent_ = 0; // of XKB; 0: the extension is not usable
     bool hasInputExtension_ = false;
     KeyboardMap map_;
-    std::uint8_t group_ = 0;
+    std::uint8_t group_ = 0; // the active layout
     bool isMapDue_ = false;
     bool isMapRequested_ = false;
 

@@ -65,7 +65,7 @@ struct X11Desktop::Parts {
     // These lock the mutex themselves
     x11::UserInput input;
     /// Tells the thread-safety analysis that the mutex of `input` is `mutex`. Does nothing.
-    void inputIsLocked() const KOVA_REQUIRES(mutex) KOVA_ASSERT_CAPABILITY(input.mutex()) {}
+    void assertInputMutexHeld() const KOVA_REQUIRES(mutex) KOVA_ASSERT_CAPABILITY(input.mutex()) {}
     x11::ModelRefresh refresh; // used by the polling queue
     Lifetime lifetime;
 
