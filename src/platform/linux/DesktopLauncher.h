@@ -16,7 +16,7 @@ class DesktopLauncher final : public ApplicationLauncher {
 
     std::vector<LaunchableApplication> launchableApplications() override;
     std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) override;
-    /// Reads the entry anew: it may have been edited since it was listed.
+    /// Reads the entry again, since it may have been edited after it was listed.
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool hasLaunchedProcessSucceeded(pid_t process) const override { return processes_.hasSucceeded(process); }

@@ -53,7 +53,8 @@ class FilePreferencesStore final : public PreferencesStore {
     void writeWithin(Seconds delay);
     void writeNow();
     PreferencesFile::Request request() const;
-    void finish(const PreferencesFile::Request& request, const PreferencesFile::Written& written);
+    void finish(const PreferencesFile::Request& requested, const PreferencesFile::Written& written);
+    /// Uses the changes of other writers, except for keys that have changed here since the request to write.
     void takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& requested);
     void completeSaves(std::uint64_t version);
     void report(const std::string& text);

@@ -16,8 +16,9 @@ namespace kova {
 /// Finds a program in PATH.
 using ProgramSearch = std::function<std::optional<std::string>(const std::string& name)>;
 
-/// The path of kova-ui: the variable KOVA_UI if it is set (none if it is empty), else beside this program, relative to
-/// it in ../libexec/kova or in the application in ../Helpers, or the result of the search. Absent if it is not found.
+/// The path of kova-ui; absent if it is not found. If the variable KOVA_UI is set, only that path is tried (empty:
+/// there is no kova-ui). Otherwise the first of these counts: beside `ownProgram`, ../libexec/kova relative to that
+/// folder, the application in ../Helpers, the result of `search`.
 std::optional<std::string> findUserInterface(const std::string& ownProgram, const ProgramSearch& search = {});
 
 class UserInterfaceProcess final : public UserInterfaceServicing {

@@ -40,7 +40,7 @@ double aspectOf(std::uint32_t numerator, std::uint32_t denominator) {
     return across && down && *across > 0 && *down > 0 ? static_cast<double>(*across) / *down : 0;
 }
 
-/// From the 18 numbers of WM_NORMAL_HINTS; contradicting values are ignored.
+/// From the 18 numbers of WM_NORMAL_HINTS. Values that contradict each other are ignored.
 WindowSizeHints sizeHintsIn(const std::vector<std::uint32_t>& numbers) {
     WindowSizeHints hints;
     if (numbers.size() < 15) return hints;
@@ -71,7 +71,7 @@ void takeHints(ClientWindow& window, const PropertyView& property, const Atoms&)
     window.gravity = XCB_GRAVITY_NORTH_WEST;
     window.refusals = 0; // with other hints the window may accept the frame
     const auto numbers = numbersIn(property, XCB_ATOM_WM_SIZE_HINTS);
-    // 15 numbers before ICCCM version 1: without base size and gravity.
+    // Before ICCCM version 1 the property had 15 numbers, without base size and gravity.
     if (numbers.size() < 15) return;
     const std::uint32_t flags = numbers[0];
     const auto takeSize = [&](std::size_t at) {
@@ -127,7 +127,7 @@ void takeType(ClientWindow& window, const PropertyView& property, const Atoms& a
             if (type == atoms[atom]) window.declaredKind = kind;
         }
         if (window.declaredKind)
-            return; // the first known type counts: they are in the application's order of preference
+            return; // the first known type counts, since the types are in the application's order of preference
     }
 }
 
@@ -213,7 +213,7 @@ std::size_t sequenceLength(std::string_view text) {
     for (std::size_t i = 1; i < length; ++i) {
         if ((byte(i) & 0xC0) != 0x80) return 0;
     }
-    // Overlong forms, surrogates, and numbers beyond the last code point.
+    // Rejects overlong forms, surrogates, and numbers beyond the last code point.
     if ((first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) || (first == 0xF0 && byte(1) < 0x90) ||
         (first == 0xF4 && byte(1) > 0x8F)) {
         return 0;
