@@ -14,7 +14,7 @@ namespace kova {
 
 class SerialWorkQueue final : public WorkQueue {
   public:
-    /// The thread's name in debuggers and process lists, cut after 15 characters.
+    /// `name` is the name of the thread in debuggers and process lists; only its first 15 characters are used.
     explicit SerialWorkQueue(std::string name);
     /// Waits for the job that runs; jobs not begun are dropped.
     ~SerialWorkQueue() override;

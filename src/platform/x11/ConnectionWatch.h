@@ -46,7 +46,7 @@ class ConnectionWatch {
     DescriptorWatch watch_;
     std::function<void()> readable_;
     std::optional<Subscription> watching_;
-    std::shared_ptr<ScheduledWork> pauseEnd_; // of the pause
+    std::shared_ptr<ScheduledWork> pauseEnd_; // calls `readable_` at the end of the pause
     std::atomic<bool> isPaused_{false};
     std::atomic<bool> isPausedForPoll_{false};
     Seconds lastRead_{-1.0}; // uptime of the last reading during a pause
