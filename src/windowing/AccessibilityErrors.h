@@ -9,7 +9,7 @@
 namespace kova {
 
 enum class AccessibilityOutcome {
-    answered, // done, or refused
+    answered, // the application did or refused what was requested
     gone,     // the element or its application does not exist any more
     silent    // the application did not respond
 };
@@ -17,17 +17,18 @@ enum class AccessibilityOutcome {
 /// `error` as the Mac numbers it; 0 is success.
 AccessibilityOutcome accessibilityOutcome(int error);
 
-/// The presence of an unlisted window by the error of a request to it. A disabled interface, or a failure without a
-/// reason, proves nothing about the presence.
+/// Whether a window that its application does not list exists, by the error of a request to the window. A disabled
+/// interface, or a failure without a reason, proves nothing.
 WindowPresence windowPresence(int error);
 
-/// Combines the errors of requests for several announcements of one element: it announces if any of them succeeded. A
-/// disabled interface is no refusal, since the permission may be granted again.
+/// Combines the errors of several requests to one element for announcements: `noAnswer` if a request must be repeated,
+/// else `announces` if a request succeeded. A disabled interface is not a refusal, since the permission may be granted
+/// again.
 AnnouncementAnswer announcementAnswer(std::span<const int> errors);
 
-/// Recognizes a permission that the system shows as granted but ignores: every application reports a disabled
-/// interface. Single applications may do so for other reasons. So two applications must have reported it three times
-/// each, which takes more than one poll, with no other response since.
+/// Recognizes a permission that the system shows as granted but ignores: then every application reports a disabled
+/// interface. A single application may report that for another reason. So the permission counts as ignored only after
+/// two applications have reported it three times each (in more than one poll) without any other response in between.
 class IgnoredPermission {
   public:
     static constexpr int kFewestApplications = 2;
@@ -37,7 +38,7 @@ class IgnoredPermission {
     bool isIgnored() const;
 
   private:
-    std::map<pid_t, int> refusals_; // since the last other response of an application
+    std::map<pid_t, int> refusals_; // by process; cleared by any other response of an application
 };
 
 } // namespace kova

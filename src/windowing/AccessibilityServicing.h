@@ -1,5 +1,5 @@
-// Platform interface to other applications' windows, in the vocabulary of the Mac's accessibility interface. Reads give
-// "no value" for what cannot be read; writes and actions are requests that the desktop may refuse.
+// Platform interface to other applications' windows, in the vocabulary of the Mac's accessibility interface. An
+// attribute that cannot be read has no value; writes and actions are requests that the desktop may refuse.
 // Frames are in window-service space: points, origin at the top left of the first screen, y growing downwards.
 #pragma once
 
@@ -103,24 +103,24 @@ class AccessibilityServicing {
     /// What to do about a granted permission that every application ignores, as after an update with another signature;
     /// normally absent. Known after a poll. Any thread; never waits.
     virtual std::optional<std::string> stalePermission() const { return std::nullopt; }
-    /// Whether each read is a request to the application and costs time on its main thread; false if the desktop
-    /// answers from its own model. Any thread.
-    virtual bool readsAskApplications() const { return false; }
+    /// Whether each read sends a request to the application, which costs time on the application's main thread; false
+    /// if the platform reads from its own model. Any thread.
+    virtual bool readsSendRequests() const { return false; }
 
     /// The element of an application; it exists as a value even when the process does not. Any thread.
     virtual AccessibilityElement applicationElement(pid_t processIdentifier) const = 0;
 
     /// The values of the attributes, in the given order, with one request. An unresponsive application costs at most
     /// the platform's timeout (0.25 s); then every value is absent. Call on the polling queue. On the main thread a
-    /// platform answers from its model, or skips applications that timed out until a poll reaches them again. Without
+    /// platform reads from its model, or skips applications that timed out until a poll reaches them again. Without
     /// permission all values are absent.
     virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const = 0;
 
     /// Which sizes the window accepts; absent if the desktop has no such hints, as on a Mac. Any thread.
     virtual std::optional<WindowSizeHints> sizeHints(const AccessibilityElement&) const { return std::nullopt; }
-    /// Whether the sizes that windows show now are their own: false for about two seconds after the window manager was
-    /// replaced, and while the window gets other decorations. Main thread.
+    /// Whether the window's present size tells which sizes the window accepts. False for about two seconds after the
+    /// window manager was replaced, and while the window gets other decorations. Main thread.
     virtual bool areSizesReliable(const AccessibilityElement&) const { return true; }
 
     /// Call only for a known window that its application does not list any more. Costs at most the platform's timeout.
@@ -130,8 +130,8 @@ class AccessibilityServicing {
     /// The window's Space (virtual desktop); absent for a window on all Spaces, and on desktops that do not report it.
     /// Any thread; never waits.
     virtual std::optional<std::uint64_t> spaceOf(const AccessibilityElement&) const { return std::nullopt; }
-    /// Changes whenever another Space is shown; the number of that Space on desktops with `spaceOf`. Any thread; never
-    /// waits.
+    /// Changes whenever another Space is shown. On desktops that implement `spaceOf`, it is the shown Space's value of
+    /// `spaceOf`. Any thread; never waits.
     virtual std::uint64_t shownSpace() const { return 0; }
 
     /// Writes the attributes in the given order, as one request if the desktop can: position and size together move and
@@ -141,14 +141,14 @@ class AccessibilityServicing {
     /// Performs the action; a refusal is silent. Main thread.
     virtual void performAction(const AccessibilityElement& element, AccessibilityAction action) = 0;
 
-    /// The deepest element under a point of window-service space; over the bare desktop absent, or an element that
-    /// lies in no window. Main thread.
+    /// The deepest element under a point of window-service space. Over the bare desktop the result is absent, or an
+    /// element outside all windows. Main thread.
     virtual std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const = 0;
 
     /// Windows that are on the screen now, front to back; empty when the desktop cannot say. Any thread.
     virtual std::vector<OnScreenWindow> onScreenWindows() const = 0;
 
-    /// The name of a window manager that places all windows itself and ignores requested frames; normally absent. Main
+    /// The name of the window manager if it places all windows itself and ignores requested frames; else absent. Main
     /// thread; never waits.
     virtual std::optional<std::string> placingManager() const { return std::nullopt; }
 
@@ -172,11 +172,10 @@ class DesktopChangeServicing {
     /// already. A new callback replaces the former one; an empty function cancels that. Main thread.
     virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
 
-    /// False if each application and each window must be requested to announce its changes (`requestAnnouncements`).
-    /// Any thread.
+    /// False if `requestAnnouncements` must be called for each application and each window. Any thread.
     virtual bool announcesUnasked() const { return true; }
-    /// Requests an application, or a window, to announce its changes; call again for an element only after `noAnswer`
-    /// or `endAnnouncements`. Costs at most the platform's timeout. Polling queue.
+    /// Requests that an application or a window announces its changes. Call again for the same element only after
+    /// `noAnswer` or `endAnnouncements`. Costs at most the platform's timeout. Polling queue.
     virtual AnnouncementAnswer requestAnnouncements(const AccessibilityElement&) {
         return AnnouncementAnswer::announces;
     }

@@ -70,8 +70,8 @@ void AccessibilityWindowService::takeFocus(const AccessibilityElement& window, p
 
 bool AccessibilityWindowService::restoreAndFocus(const ManagedWindow& window) {
     if (!accessibility_.isProcessTrusted()) return false;
-    const std::array asked = {AccessibilityAttribute::role};
-    const auto role = accessibility_.readAttributes(window.element, asked);
+    const std::array attributes = {AccessibilityAttribute::role};
+    const auto role = accessibility_.readAttributes(window.element, attributes);
     if (role.empty() || role.front() != AttributeValue(std::string(kWindowRole))) return false;
     if (!isRunning(window.processIdentifier)) return false;
 
@@ -132,10 +132,10 @@ AccessibilityWindowService::windowElement(CGPoint pointOnScreen) const {
     if (screens.empty()) return std::nullopt;
     auto element = accessibility_.elementAtPosition(flipped(pointOnScreen, maxY(screens.front().frame)));
 
-    constexpr std::array asked = {AccessibilityAttribute::role, AccessibilityAttribute::parent};
+    constexpr std::array attributes = {AccessibilityAttribute::role, AccessibilityAttribute::parent};
     for (int depth = 0; element && depth < kDeepestNesting; ++depth) {
-        const auto values = accessibility_.readAttributes(*element, asked);
-        if (values.size() != asked.size()) return std::nullopt;
+        const auto values = accessibility_.readAttributes(*element, attributes);
+        if (values.size() != attributes.size()) return std::nullopt;
         if (values[0] == AttributeValue(std::string(kWindowRole)))
             return std::pair(element->processIdentifier, *element);
         const auto* parent = std::get_if<AccessibilityElement>(&values[1]);
@@ -148,8 +148,8 @@ AccessibilityWindowService::windowElement(CGPoint pointOnScreen) const {
 std::optional<WindowID> AccessibilityWindowService::focusedWindowID() const {
     const auto process = applications_.frontmostApplication();
     if (!process) return std::nullopt;
-    const std::array asked = {AccessibilityAttribute::focusedWindow};
-    const auto values = accessibility_.readAttributes(accessibility_.applicationElement(*process), asked);
+    const std::array attributes = {AccessibilityAttribute::focusedWindow};
+    const auto values = accessibility_.readAttributes(accessibility_.applicationElement(*process), attributes);
     if (values.empty()) return std::nullopt;
     const auto* window = std::get_if<AccessibilityElement>(&values.front());
     if (!window) return std::nullopt;

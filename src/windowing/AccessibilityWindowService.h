@@ -1,6 +1,6 @@
 // The only place that touches other applications' windows: lists them, reads and writes their frames, focuses, raises
 // and minimizes them. It uses the accessibility vocabulary, so it is the same on every desktop.
-// It keeps no list of windows. Every failure counts as "no value"; failed writes are corrected by verification passes.
+// It keeps no list of windows. A failed read gives no value; failed writes are corrected by verification passes.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -33,7 +33,7 @@ struct WindowCandidate {
     bool isMaximized = false;
     std::optional<CGRect> frame;        // window-service space
     std::optional<CGSize> minimumSize;  // points
-    std::optional<WindowID> parentID{}; // of the window above it in the tree; absent below the application itself
+    std::optional<WindowID> parentID{}; // absent if the parent is not a window of the same application
 };
 
 /// A window of the last poll.
@@ -46,7 +46,7 @@ struct KnownWindow {
 struct UnlistedWindow {
     WindowID id;
     bool answers = true;                // false: its application does not respond
-    std::optional<WindowCandidate> now; // its attributes; absent without a response, or if it is not a managed window
+    std::optional<WindowCandidate> now; // absent without a response, or if the window is not managed any more
 };
 
 /// The result of one poll.
@@ -70,8 +70,9 @@ class AccessibilityWindowService {
     /// See `AccessibilityServicing`.
     std::optional<std::string> stalePermission() const { return accessibility_.stalePermission(); }
 
-    /// Every eligible window of every eligible application, and the presence of the known windows that are not listed:
-    /// each of these costs a request, but only one for each unresponsive application. Polling queue; touches no state.
+    /// Lists every eligible window of every eligible application, and queries the presence of each known window that is
+    /// not listed: with one request per window, but with only one per unresponsive application. Polling queue; touches
+    /// no state.
     WindowEnumeration enumerateWindows(std::span<const KnownWindow> known = {}) const;
     /// Reads one element; absent if it is not a window that can be managed.
     std::optional<WindowCandidate> windowCandidate(const AccessibilityElement& element, pid_t processIdentifier) const;
@@ -90,9 +91,10 @@ class AccessibilityWindowService {
     void move(const ManagedWindow& window, CGPoint origin);
     /// Ends the pending passes of the window and writes nothing.
     void cancelPlacement(const WindowID& windowID);
-    /// Ends the pending passes towards the frames (window-service space) that are chosen, and writes nothing.
+    /// Ends the pending passes of the windows for whose requested frame (window-service space) `isChosen` returns true;
+    /// writes nothing.
     void cancelPlacements(const std::function<bool(const CGRect& target)>& isChosen);
-    /// The frame that is being placed and verified now; absent when no request for the window is pending.
+    /// The requested frame until its last pass; absent when no request for the window is pending.
     std::optional<CGRect> pendingFrame(const WindowID& windowID) const;
 
     /// Shows the application, restores the window, brings both to the front with keyboard focus, and repeats that once.
@@ -117,11 +119,11 @@ class AccessibilityWindowService {
   private:
     struct Placement;
     struct VerificationRound;
-    struct Roll;
+    struct PollResults;
     void enumerateWindows(const RunningApplication& application, std::span<const CGRect> onScreenRectangles,
-                          Roll& roll) const;
-    std::vector<UnlistedWindow> unlistedWindows(std::span<const KnownWindow> known, const Roll& roll) const;
-    bool readsAs(AccessibilityAttribute state, const AccessibilityElement& element) const;
+                          PollResults& results) const;
+    std::vector<UnlistedWindow> unlistedWindows(std::span<const KnownWindow> known, const PollResults& results) const;
+    bool readFlag(AccessibilityAttribute attribute, const AccessibilityElement& element) const;
     ApplicationIcon icon(const RunningApplication& application) const;
     void write(const AccessibilityElement& element, AccessibilityAttribute attribute, bool value);
     void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);

@@ -21,7 +21,7 @@ struct Alert {
     std::string text;  // may have several lines
     std::string confirmButton;
     std::string cancelButton;                     // empty for an alert that only informs
-    std::vector<AlertApplication> applications{}; // what the question is about, listed below the text
+    std::vector<AlertApplication> applications{}; // listed below the text
     bool operator==(const Alert&) const = default;
 };
 

@@ -12,7 +12,7 @@
 
 namespace kova {
 
-enum class AskingOccasion { poll, mainThread };
+enum class RequestOccasion { poll, mainThread };
 
 class ApplicationBackoff {
   public:
@@ -21,16 +21,16 @@ class ApplicationBackoff {
     static constexpr Seconds kShortestPause{1};
     static constexpr Seconds kLongestPause{8};
 
-    bool mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const;
-    /// Records the outcome of a request that began at `asked` and ended at `now`, both in uptime.
-    void note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now);
+    bool maySendRequest(pid_t process, RequestOccasion occasion, Seconds now) const;
+    /// Records the outcome of a request that began at `begun` and ended at `now`, both in uptime.
+    void note(pid_t process, AccessibilityOutcome outcome, Seconds begun, Seconds now);
     /// The applications that did not respond to the last request.
     std::vector<pid_t> silent() const;
 
   private:
     struct Silence {
         Seconds pause{};
-        Seconds askAgain{}; // uptime
+        Seconds nextRequest{}; // uptime
     };
     std::map<pid_t, Silence> silent_;
 };

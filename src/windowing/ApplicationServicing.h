@@ -39,9 +39,9 @@ struct RunningApplication {
 
 /// An application that is installed, whether it runs or not.
 struct LaunchableApplication {
-    std::string identifier;                   // the same for the same application as long as it is installed
+    std::string identifier;                   // does not change while the application is installed
     std::string name;                         // in the user's language
-    std::optional<BundleID> bundleIdentifier; // as that of its running applications
+    std::optional<BundleID> bundleIdentifier; // equals `RunningApplication::bundleIdentifier` while it runs
     std::string location;                     // absolute path of the bundle or of the desktop entry
     ApplicationIcon icon;
     bool operator==(const LaunchableApplication&) const = default;
@@ -79,17 +79,18 @@ class ApplicationServicing {
     /// The desktop's own symbol of that name; empty when there is none. Any thread.
     virtual ApplicationIcon systemSymbolIcon(const std::string& name) const = 0;
 
-    /// Best effort; no-op if the application has ended. Showing restores exactly the windows that hiding hid. Main
+    /// Best effort; no-op if the application has ended. `unhide` shows exactly the windows that `hide` hid. Main
     /// thread.
     virtual void hide(pid_t processIdentifier) = 0;
     virtual void unhide(pid_t processIdentifier) = 0;
     virtual void activate(pid_t processIdentifier) = 0;
 
-    /// Distinguishes the process from any other with the same number, also after a restart of the machine; absent if
-    /// the platform cannot. Main thread; may read files.
+    /// A text that distinguishes the process from any other with the same number, also after a restart of the machine;
+    /// absent if the platform has none. Main thread; may read files.
     virtual std::optional<std::string> processStartIdentity(pid_t) const { return std::nullopt; }
-    /// Called once, after the first poll: windows that stay hidden count as hidden by this agent. Without this call,
-    /// and on platforms where hiding ends with the process, they are shown. Main thread.
+    /// Decides about the windows that a former agent hid; call once, after the first poll. Windows that stay hidden
+    /// count as hidden by this agent. Without this call, and on platforms where hiding ends with the process, the
+    /// windows are shown. Main thread.
     virtual void resolveLeftoverHiddenWindows(LeftoverWindows) {}
 
     /// The applications of a launcher's menu, sorted by name. Main thread; may read files, never waits.
@@ -97,13 +98,14 @@ class ApplicationServicing {
     /// The installed application with that bundle identifier, also if menus do not show it. Main thread; may read
     /// files, never waits.
     virtual std::optional<LaunchableApplication> launchableApplication(const BundleID& bundleIdentifier) const = 0;
-    /// Starts the application; one that runs may open another window, or just come to the front. Never waits: the
-    /// completion is called once, on the main thread and after this has returned, when the start has succeeded or
-    /// failed. Not called if the desktop is closed first. Main thread.
+    /// Starts the application; a running one may open another window, or just come to the front. Never waits: the
+    /// completion is called once, on the main thread and after `launch` has returned, when the start has succeeded or
+    /// failed. The completion is not called if the desktop is closed first. Main thread.
     virtual void launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) = 0;
-    /// Whether a process that `launch` has started has ended with status 0, as programs do that pass their request to
-    /// another process. False while it runs, after a failure, and if its status is unknown. Main thread; never waits.
+    /// Whether a process that `launch` started has ended with status 0. A program does so if it only passes its request
+    /// to another process. False while it runs, after a failure, and if its status is unknown. Main thread; never
+    /// waits.
     virtual bool hasLaunchedProcessSucceeded(pid_t) const { return false; }
     /// Requests the application to quit. It may show a confirmation, quit later, or refuse. False if the process has
     /// ended. Main thread; never waits.

@@ -1,7 +1,6 @@
-// Requests announcements of changes from applications and windows, and decides whether polls may stop because of them.
-// Needed only where announcements must be requested, as on a Mac. Polling queue only. Always true: the
-// request to an element is repeated only if there was no response; an unresponsive application gets one request per
-// poll.
+// Requests that applications and windows announce their changes, and decides whether the announcements make polls
+// unnecessary. Used only where announcements must be requested, as on a Mac. Polling queue only. Always true: a request
+// to an element is repeated only if there was no response; an unresponsive application gets one request per poll.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -17,12 +16,12 @@ class ChangeAnnouncements {
     /// changes are found by the polls of `DesktopChangeServicing::longestIdleTime`.
     static constexpr Seconds kPollingAfterTimeout{60};
 
-    /// The desktop outlives it.
+    /// `desktop` must outlive this object.
     explicit ChangeAnnouncements(DesktopChangeServicing& desktop) : desktop_(desktop) {}
 
-    /// Requests announcements of new elements and ends those of closed elements. False while polls must continue: an
-    /// element got its request just now and may have changed before, an application with windows refuses, or an
-    /// application stopped responding less than `kPollingAfterTimeout` ago. `now` is the uptime.
+    /// Requests announcements of new elements and ends those of closed elements. Returns whether polls may stop. They
+    /// must continue if an element has just got its request (it may have changed before), if an application with
+    /// windows refuses, or if one stopped responding less than `kPollingAfterTimeout` ago. `now` is the uptime.
     bool follow(const WindowEnumeration& found, Seconds now);
     /// Ends all announcements; the next `follow` observes every element again.
     void endAll();

@@ -1,4 +1,4 @@
-// Turns presses, movements, releases and Escape on a divider's handle into events, for desktops that count clicks.
+// Turns presses, movements, releases and Escape on a divider's handle into events. The desktop counts the clicks.
 // Points are in screen space.
 #pragma once
 
@@ -12,12 +12,12 @@ namespace kova {
 
 /// The smallest thickness of a handle, in points.
 inline constexpr double kThinnestHandle = 8;
-/// In points: a press counts as the second of a double click only if the pointer moved no further in between.
-inline constexpr double kRestingPoints = 3;
+/// A press counts as the second of a double click only if the pointer moved at most this far in between.
+inline constexpr double kDoubleClickPoints = 3;
 
 /// The area of a handle that reacts to the pointer: its frame, widened evenly to at least `kThinnestHandle`.
 CGRect pressFrame(const DividerHandle& handle);
-/// The whole gap between the windows on both sides of a handle, or the press frame if that is thicker.
+/// The whole gap between the windows on both sides of a handle, or the press frame if the press frame is thicker.
 CGRect gapFrame(const DividerHandle& handle);
 
 /// Each call returns the event to report; absent for none.
@@ -27,9 +27,9 @@ class DividerGestureRecognizer {
     std::optional<DividerHandleEvent> press(const std::string& handleID, int clickCount, CGPoint location);
     std::optional<DividerHandleEvent> move(CGPoint location);
     std::optional<DividerHandleEvent> release(CGPoint location);
-    /// By Escape, or because the handle was removed.
+    /// Ends the drag because Escape was pressed or the handle was removed.
     std::optional<DividerHandleEvent> cancel(CGPoint location);
-    /// Cancels if the pressed handle is not among them.
+    /// Cancels if the pressed handle is not one of `handles`.
     std::optional<DividerHandleEvent> keepOnly(std::span<const DividerHandle> handles, CGPoint location);
 
     bool isHeld() const { return handleID_.has_value(); }

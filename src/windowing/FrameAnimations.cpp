@@ -10,13 +10,13 @@ void FrameAnimations::switchEnhancedInterface(pid_t process, bool on) {
 }
 
 void FrameAnimations::write(const AccessibilityElement& window, std::span<const AttributeWrite> frame) {
-    if (accessibility_.readsAskApplications()) {
+    if (accessibility_.readsSendRequests()) {
         const pid_t process = window.processIdentifier;
         if (wasOn_.empty()) endLater();
         lastWrite_ = queue_.uptime();
         if (!wasOn_.contains(process)) {
-            constexpr std::array asked = {AccessibilityAttribute::enhancedUserInterface};
-            const auto values = accessibility_.readAttributes(accessibility_.applicationElement(process), asked);
+            constexpr std::array attributes = {AccessibilityAttribute::enhancedUserInterface};
+            const auto values = accessibility_.readAttributes(accessibility_.applicationElement(process), attributes);
             const bool isOn = !values.empty() && values.front() == AttributeValue(true);
             wasOn_[process] = isOn;
             if (isOn) switchEnhancedInterface(process, false);

@@ -1,6 +1,7 @@
-// Writes frames to applications that would animate them. A Mac application animates its windows while its enhanced user
-// interface is on (for VoiceOver), and reports intermediate frames. Main thread. Always true: the attribute is read
-// once in a series of writes for each application, and is switched on again soon after the last write.
+// Writes frames without animation. A Mac application animates its windows while its enhanced user interface is on (for
+// VoiceOver), and then reports intermediate frames. So the attribute is switched off during a series of writes. Main
+// thread. Always true: the attribute is read once per application and series, and is switched on again after the
+// series.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -14,10 +15,10 @@ namespace kova {
 
 class FrameAnimations {
   public:
-    /// A series of writes ends with a pause of this length; it is longer than the verification of a placement.
+    /// A series ends when nothing was written for this long. It is longer than the verification of a placement.
     static constexpr Seconds kPause{1};
 
-    /// Both outlive it.
+    /// Both parameters must outlive this object.
     FrameAnimations(AccessibilityServicing& accessibility, MainQueue& queue) :
         accessibility_(accessibility), queue_(queue) {}
     ~FrameAnimations() { endSeries(); }
@@ -35,7 +36,7 @@ class FrameAnimations {
 
     AccessibilityServicing& accessibility_;
     MainQueue& queue_;
-    std::map<pid_t, bool> wasOn_; // applications of the series
+    std::map<pid_t, bool> wasOn_; // by application of the series: whether the attribute was on
     Seconds lastWrite_{0};        // uptime
     Lifetime lifetime_;
 };

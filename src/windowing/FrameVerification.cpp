@@ -12,9 +12,9 @@ FrameVerdict verdictOnFrame(const std::optional<CGRect>& frame, const CGRect& ta
         frame->size.height - target.size.height > kFrameTolerancePoints) {
         return FrameVerdict::refusesToShrink;
     }
-    const bool rests =
+    const bool isOnTarget =
         nearlyEqual(*frame, target, kFrameTolerancePoints) && containsWithin(target, *frame, kFrameTolerancePoints);
-    return rests ? FrameVerdict::onTarget : FrameVerdict::off;
+    return isOnTarget ? FrameVerdict::onTarget : FrameVerdict::off;
 }
 
 FrameWriteOrder writeOrder(int step) {

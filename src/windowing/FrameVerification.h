@@ -1,5 +1,5 @@
-// Decides what a verification pass does about a requested frame. Values only: the pass reads the frame, decides here,
-// and writes.
+// Decides what a verification pass does about a requested frame. Functions over values: the caller reads the frame and
+// writes the correction.
 #pragma once
 
 #include "support/Geometry.h"
@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// The order of position and size: some applications clamp one against the other.
+/// Some applications clamp the size against the position, or the position against the size; so the order matters.
 enum class FrameWriteOrder { positionFirst, sizeFirst };
 
 /// When the passes run, in seconds after the request.
@@ -20,7 +20,7 @@ inline constexpr double kVerificationBatch = 0.001;
 
 enum class FrameVerdict {
     onTarget,
-    off,             // elsewhere, or unknown
+    off,             // at another place, too small, or unknown
     refusesToShrink, // larger than the target
 };
 

@@ -10,7 +10,7 @@ constexpr auto kAmerican = [] {
     std::array<std::string_view, keyCode::limit> written{};
     struct Run {
         std::string_view characters;
-        std::uint16_t first; // of numbers that follow each other
+        std::uint16_t first; // the key code of the first character; those of the others follow
     };
     constexpr std::array kRuns = {
         Run{"asdfhgzxcv", 0},

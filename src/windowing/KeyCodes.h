@@ -30,7 +30,7 @@ inline constexpr std::uint16_t f1 = 122, f2 = 120, f3 = 99, f4 = 118, f5 = 96, f
                                f10 = 109, f11 = 103, f12 = 111, f13 = 105, f14 = 107, f15 = 113, f16 = 106, f17 = 64,
                                f18 = 79, f19 = 80, f20 = 90;
 
-/// Above all of them.
+/// Larger than every key code.
 inline constexpr std::uint16_t limit = 128;
 
 } // namespace keyCode

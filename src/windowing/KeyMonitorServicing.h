@@ -44,10 +44,10 @@ enum class ModifierNames {
     symbols, // ⌃⌥H, as on a Mac
 };
 
-/// Which holders of key combinations can be known.
+/// Which holders of key combinations the platform can detect.
 enum class KnownHolders {
-    everyProgram, // a combination that is not held is free
-    systemOnly,   // those on which the system itself acts; programs hold theirs unseen
+    everyProgram, // a combination for which no holder is known is free
+    systemOnly,   // the system's own shortcuts are known; those of other programs are not
 };
 
 /// Main thread; never waits. A monitor is removed with its Subscription, and calls back on the main queue.
@@ -55,25 +55,26 @@ class KeyMonitorServicing {
   public:
     virtual ~KeyMonitorServicing() = default;
 
-    /// Presses while another application is active, which gets them too. Where combinations must be grabbed from the
-    /// window system, only presses of these are reported, and no other application gets them.
+    /// Reports presses while another application is active; that application gets them, too. On a window system where
+    /// combinations must be grabbed, only presses of these are reported, and no other application gets them.
     [[nodiscard]] virtual Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) = 0;
-    /// Presses while a window of KOVA has the focus; true keeps the press from the window.
+    /// Reports presses while a window of KOVA has the focus. If `monitor` returns true, the window does not get the
+    /// press.
     [[nodiscard]] virtual Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) = 0;
-    /// Sets the combinations of the monitors, which replace the former ones. On window systems with grabs they are
-    /// grabbed while there is a global monitor and no recorder.
+    /// Replaces the combinations of the monitors. On window systems with grabs the combinations are grabbed while there
+    /// is a global monitor and no recorder.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
-    /// The registered combinations that are held by one of `knownHolders`; they are not reported meanwhile, or not to
-    /// KOVA alone.
+    /// The combinations of `claim` that one of `knownHolders` holds. Their presses are not reported to KOVA, or the
+    /// holder acts on them as well.
     virtual std::vector<KeyCombination> heldByOthers() const = 0;
     virtual KnownHolders knownHolders() const { return KnownHolders::everyProgram; }
     virtual ModifierNames modifierNames() const { return ModifierNames::words; }
-    /// Called after each `claim` once `heldByOthers` is known, and whenever it has changed since.
-    [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> known) = 0;
+    /// Calls `changed` after each `claim` as soon as `heldByOthers` is known, and whenever it changes later.
+    [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> changed) = 0;
 
-    /// Every press goes to the recorder and, if the platform allows that, to no other program; true ends the recording.
-    /// Modifier keys are no presses. A new recorder ends the former one. `failed` is called with a sentence for the
-    /// user if recording is impossible, for example because another program holds the keyboard.
+    /// Reports every press to the recorder and, if the platform allows that, to no other program, until the recorder
+    /// returns true. Modifier keys alone are not reported. A new recorder ends the former one. `failed` is called with
+    /// a sentence for the user if recording is impossible, for example because another program holds the keyboard.
     [[nodiscard]] virtual Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                                                   std::function<void(const std::string& reason)> failed) = 0;
     /// The key's character in the active keyboard layout, without modifiers; empty if there is none.

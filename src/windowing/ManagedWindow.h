@@ -43,7 +43,7 @@ struct ManagedWindow {
     bool operator==(const ManagedWindow&) const = default;
 };
 
-/// A window that takes no part in anything, as a panel does.
+/// A window that KOVA leaves alone, such as a panel.
 struct UnmanagedWindow {
     WindowID id;
     std::string applicationName;
@@ -51,7 +51,7 @@ struct UnmanagedWindow {
     std::string reason; // “it is smaller than 120 × 80 points”
 };
 
-/// Whether the published list of windows need not change: frame and title do not count.
+/// Whether `b` need not be published after `a`: frame and title are not compared.
 bool samePresentation(const ManagedWindow& a, const ManagedWindow& b);
 
 } // namespace kova

@@ -25,7 +25,7 @@ class PointerMonitorServicing {
     /// Reports the main button, and movements only while it is held. Costs nothing without an observer. Main
     /// thread.
     [[nodiscard]] virtual Subscription observePointer(std::function<void(const PointerEvent&)> observer) = 0;
-    /// Whether windows can be dragged by any point, as with Alt on X11; else by titles and edges.
+    /// Whether the user can drag a window by any point, as with Alt on X11; otherwise only by its title or an edge.
     virtual bool dragsWindowsByAnyPoint() const { return true; }
 };
 
@@ -34,7 +34,7 @@ struct DividerHandle {
     std::string id; // opaque; the same for the same divider as long as it is shown
     CGRect frame{}; // screen space, the gap between the tiles
     LayoutAxis axis = LayoutAxis::horizontal;
-    double insetPoints = 0; // distance of windows from their tiles' edges, by which the gap between windows is wider
+    double insetPoints = 0; // the gap between the windows is wider than `frame` by one inset on each side
     bool operator==(const DividerHandle&) const = default;
 };
 
@@ -51,14 +51,14 @@ class DividerHandleServicing {
     /// Shows exactly these handles, each at least 8 points thick, with the resize cursor of its axis, above the desktop
     /// but below the windows that overlap it. Main thread; never waits.
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
-    /// Whether handles cover the desktop's icons, so that they are shown only on displays with a window in a tile.
+    /// Whether handles cover the desktop's icons. If so, they are shown only on displays with a window in a tile.
     virtual bool coversDesktopIcons() const { return false; }
     /// Sets the areas (screen space) where presses of the main button must not reach the desktop; replaces the former
     /// areas. Only has an effect if `coversDesktopIcons`. Main thread; never waits.
     virtual void guardDesktop(const std::vector<CGRect>&) {}
-    /// Events of handles. A pressed handle gets all movements until the release or Escape, wherever the pointer goes. A
-    /// handle is entered and left when the pointer crosses its edge; a back end may report that late, or only the
-    /// leaving.
+    /// Reports the events of handles. After a press, all movements are reported until the release or Escape, wherever
+    /// the pointer is. `entered` and `left` mean that the pointer crossed the handle's edge; a back end may report them
+    /// late, or only `left`.
     [[nodiscard]] virtual Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) = 0;
 };
 

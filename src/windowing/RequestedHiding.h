@@ -1,5 +1,5 @@
-// Applications that were requested to hide or to show. The desktop reports the result late; in the meantime the
-// requested state counts, so that an operation that hides and shows sees its own requests.
+// Requests to hide or to show an application. The desktop reports the result late. Until then the requested state
+// counts, so that an operation that hides and shows applications sees the effect of its own requests.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -24,7 +24,7 @@ class RequestedHiding {
   private:
     struct Request {
         bool isHidden = false;
-        Seconds asked{};
+        Seconds time{};
     };
     void note(pid_t process, Request request);
 

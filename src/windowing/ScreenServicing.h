@@ -19,8 +19,8 @@ struct Screen {
     std::string localizedName;
     CGRect frame{};
     CGRect visibleFrame{}; // the frame without panels, docks and menu bars
-    double scale = 1;      // pixels to a point: only for what is drawn in pixels, as all frames are in points
-    DisplayID knownID{};   // a stored result of `displayID`; else empty
+    double scale = 1;      // pixels per point; for drawing only, as all frames are in points
+    DisplayID knownID{};   // if not empty, `displayID` returns it
     bool operator==(const Screen&) const = default;
 };
 

@@ -30,7 +30,7 @@ std::string stalePermissionRemedy(const std::string& bundleIdentifier);
 /// A shortcut of the system itself.
 struct SystemHotKey {
     std::uint16_t keyCode = 0;
-    std::uint32_t carbonModifiers = 0; // in the older numbers of the Mac: Command 0x100, Shift 0x200, ...
+    std::uint32_t carbonModifiers = 0; // the Mac's older modifier bits: Command 0x100, Shift 0x200, ...
     bool isEnabled = false;
 };
 

@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-/// A window that is still shrinking has not refused.
+/// Whether the size is the one of the previous pass: a window that is still shrinking has not refused the frame.
 bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
     return before && std::abs(before->width - now.width) <= kFrameTolerancePoints &&
            std::abs(before->height - now.height) <= kFrameTolerancePoints;
@@ -26,7 +26,7 @@ struct AccessibilityWindowService::Placement {
     std::function<void(CGRect)> onMinimumSizeObserved;
     int generation = 0;
     bool endsMaximize = false;       // the window was maximized when the request was made
-    std::optional<CGSize> refusedAt; // its size when the last pass found it too large
+    std::optional<CGSize> refusedAt; // the window's size, if the previous pass found it too large
 };
 
 struct AccessibilityWindowService::VerificationRound {
@@ -53,8 +53,8 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
     writeFrame(window.element, frame, writeOrder(0));
     if (bringToFront == BringToFront::yes) {
         applications_.unhide(window.processIdentifier);
-        // The snapshot may be older than the last time the window was minimized.
-        if (window.isMinimized || readsAs(AccessibilityAttribute::minimized, window.element)) unminimize(window);
+        // `window` is as of the last poll; the window may have been minimized since.
+        if (window.isMinimized || readFlag(AccessibilityAttribute::minimized, window.element)) unminimize(window);
         raise(window);
         applications_.activate(window.processIdentifier);
     }
@@ -110,17 +110,17 @@ std::optional<CGRect> AccessibilityWindowService::pendingFrame(const WindowID& w
 
 void AccessibilityWindowService::verify(Placement& placement, int pass) {
     if (placementGenerations_[placement.windowID] != placement.generation) return;
-    // Done before observers are notified: the observer of a minimum size may request a new frame in its callback.
+    // Must come first: `onMinimumSizeObserved` may request a new frame, which is then pending.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 
     const auto frame = readFrame(placement.element);
     const FrameVerdict verdict = verdictOnFrame(frame, placement.target);
     // A window that the user made full screen or maximized meanwhile is left alone, and its size says nothing about a
-    // minimum. Until the last pass, it may still be maximized because the placement's own request is not done yet.
+    // minimum. But until the last pass, it may be maximized only because the placement has not yet ended the maximize.
     if (verdict != FrameVerdict::onTarget) {
-        if (readsAs(AccessibilityAttribute::fullScreen, placement.element)) return;
+        if (readFlag(AccessibilityAttribute::fullScreen, placement.element)) return;
         const bool mayBeEnding = placement.endsMaximize && pass != kLastVerificationPass;
-        if (!mayBeEnding && readsAs(AccessibilityAttribute::maximized, placement.element)) return;
+        if (!mayBeEnding && readFlag(AccessibilityAttribute::maximized, placement.element)) return;
     }
     const auto refusedBefore = std::exchange(placement.refusedAt, std::nullopt);
     switch (verdict) {

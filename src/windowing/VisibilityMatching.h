@@ -17,7 +17,7 @@ struct VisibilityCandidate {
 };
 
 /// Indices of the windows that are on the screen. Each rectangle in turn takes the most similar remaining window (the
-/// earlier of two equal ones), however different it is. All in one coordinate space.
+/// earlier of two equal ones), however different it is. All frames are in the same coordinate space.
 std::vector<std::size_t> visibleWindows(std::vector<VisibilityCandidate> candidates, std::span<const CGRect> onScreen);
 
 } // namespace kova

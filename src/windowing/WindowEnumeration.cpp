@@ -24,10 +24,10 @@ constexpr std::array kWindowAttributes = {
 };
 
 /// The values of one request for attributes.
-class Answers {
+class AttributeValues {
   public:
-    Answers(const AccessibilityServicing& accessibility, const AccessibilityElement& element,
-            std::span<const AccessibilityAttribute> attributes) :
+    AttributeValues(const AccessibilityServicing& accessibility, const AccessibilityElement& element,
+                    std::span<const AccessibilityAttribute> attributes) :
         attributes_(attributes),
         values_(accessibility.readAttributes(element, attributes)) {}
 
@@ -77,10 +77,10 @@ bool isEmpty(const CGSize& size) {
     return size.width <= 0 || size.height <= 0;
 }
 
-bool isManagedKind(const Answers& answers) {
-    const auto* role = answers.get<std::string>(AccessibilityAttribute::role);
+bool isManagedKind(const AttributeValues& values) {
+    const auto* role = values.get<std::string>(AccessibilityAttribute::role);
     if (!role || *role != "AXWindow") return false;
-    const auto* subrole = answers.get<std::string>(AccessibilityAttribute::subrole);
+    const auto* subrole = values.get<std::string>(AccessibilityAttribute::subrole);
     return !subrole || *subrole == "AXStandardWindow" || *subrole == "AXDialog";
 }
 
@@ -91,7 +91,8 @@ struct Found {
     bool isElsewhere = false;
 };
 
-/// A rectangle on the screen belongs to a window of the shown Space, even if one of another Space has the same frame.
+/// Indices of the visible windows. Windows of another Space are left out: one may have the same frame as a shown
+/// window.
 std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
                                            std::span<const CGRect> onScreenRectangles) {
     std::vector<VisibilityCandidate> pool;
@@ -102,8 +103,8 @@ std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
     return visibleWindows(std::move(pool), onScreenRectangles);
 }
 
-/// The window at the head of a dialog's chain of parents; absent for a window that is no dialog of its application, and
-/// for a cycle.
+/// The window at the head of a dialog's chain of parents; absent for a window that is not a dialog of another one in
+/// `found`, and for a cycle.
 std::optional<WindowID> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
     const WindowCandidate* at = &dialog;
     for (int length = 0; length < kLongestChain; ++length) {
@@ -116,41 +117,41 @@ std::optional<WindowID> ownerOf(const WindowCandidate& dialog, const std::vector
     return std::nullopt;
 }
 
-std::string titleIn(const Answers& answers) {
-    const auto* title = answers.get<std::string>(AccessibilityAttribute::title);
+std::string titleIn(const AttributeValues& values) {
+    const auto* title = values.get<std::string>(AccessibilityAttribute::title);
     return title ? *title : std::string(kUntitled);
 }
 
-/// Absent for a window that is managed.
-std::optional<std::string_view> whyNotManaged(const Answers& answers) {
-    if (!isManagedKind(answers)) return "it is a panel, a menu or another kind of window that is left alone";
-    const auto frame = answers.frame();
+/// Why a window is not managed; absent for a managed window.
+std::optional<std::string_view> whyNotManaged(const AttributeValues& values) {
+    if (!isManagedKind(values)) return "it is a panel, a menu or another kind of window that is left alone";
+    const auto frame = values.frame();
     if (frame && (frame->size.width < kSmallestManagedSize.width || frame->size.height < kSmallestManagedSize.height)) {
         return "it is smaller than 120 × 80 points";
     }
     return std::nullopt;
 }
 
-std::optional<WindowCandidate> candidateIn(const Answers& answers, const AccessibilityElement& element,
+std::optional<WindowCandidate> candidateIn(const AttributeValues& values, const AccessibilityElement& element,
                                            pid_t processIdentifier) {
-    if (whyNotManaged(answers)) return std::nullopt;
-    const auto* parent = answers.get<AccessibilityElement>(AccessibilityAttribute::parent);
+    if (whyNotManaged(values)) return std::nullopt;
+    const auto* parent = values.get<AccessibilityElement>(AccessibilityAttribute::parent);
     const bool isInWindow = parent && parent->hash != 0 && parent->processIdentifier == processIdentifier;
     return WindowCandidate{.id = windowID(processIdentifier, element),
                            .element = element,
-                           .title = titleIn(answers),
-                           .isMinimized = answers.isTrue(AccessibilityAttribute::minimized),
-                           .isFullScreen = answers.isTrue(AccessibilityAttribute::fullScreen),
-                           .isMaximized = answers.isTrue(AccessibilityAttribute::maximized),
-                           .frame = answers.frame(),
-                           .minimumSize = answers.minimumSize(),
+                           .title = titleIn(values),
+                           .isMinimized = values.isTrue(AccessibilityAttribute::minimized),
+                           .isFullScreen = values.isTrue(AccessibilityAttribute::fullScreen),
+                           .isMaximized = values.isTrue(AccessibilityAttribute::maximized),
+                           .frame = values.frame(),
+                           .minimumSize = values.minimumSize(),
                            .parentID = isInWindow ? std::optional(windowID(processIdentifier, *parent)) : std::nullopt};
 }
 
 } // namespace
 
 /// Intermediate results of a poll.
-struct AccessibilityWindowService::Roll {
+struct AccessibilityWindowService::PollResults {
     std::uint64_t shownSpace = 0;
     std::vector<ManagedWindow> windows;
     std::vector<UnmanagedWindow> unmanaged;
@@ -163,8 +164,8 @@ WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const K
 
     // This call comes first: a desktop updates its model with the first call of a poll.
     const auto running = applications_.runningApplications();
-    Roll roll;
-    roll.shownSpace = accessibility_.shownSpace();
+    PollResults results;
+    results.shownSpace = accessibility_.shownSpace();
     std::unordered_map<pid_t, std::vector<CGRect>> rectanglesOfProcess;
     for (const auto& window : accessibility_.onScreenWindows()) {
         if (window.layer == 0 && isFinite(window.bounds)) {
@@ -176,42 +177,43 @@ WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const K
             application.activationPolicy != ApplicationActivationPolicy::regular) {
             continue;
         }
-        enumerateWindows(application, rectanglesOfProcess[application.processIdentifier], roll);
+        enumerateWindows(application, rectanglesOfProcess[application.processIdentifier], results);
     }
-    auto unlisted = unlistedWindows(known, roll);
-    std::vector<pid_t> applications(roll.processes.begin(), roll.processes.end());
-    return {std::move(roll.windows), std::move(unlisted), std::move(roll.unmanaged), std::move(applications),
-            roll.shownSpace};
+    auto unlisted = unlistedWindows(known, results);
+    std::vector<pid_t> applications(results.processes.begin(), results.processes.end());
+    return {std::move(results.windows), std::move(unlisted), std::move(results.unmanaged), std::move(applications),
+            results.shownSpace};
 }
 
 void AccessibilityWindowService::enumerateWindows(const RunningApplication& application,
-                                                  std::span<const CGRect> onScreenRectangles, Roll& roll) const {
-    constexpr std::array asked = {AccessibilityAttribute::windows, AccessibilityAttribute::focusedWindow};
+                                                  std::span<const CGRect> onScreenRectangles,
+                                                  PollResults& results) const {
+    constexpr std::array attributes = {AccessibilityAttribute::windows, AccessibilityAttribute::focusedWindow};
     const pid_t process = application.processIdentifier;
-    roll.processes.insert(process);
-    const Answers answers(accessibility_, accessibility_.applicationElement(process), asked);
-    const auto* elements = answers.get<std::vector<AccessibilityElement>>(AccessibilityAttribute::windows);
+    results.processes.insert(process);
+    const AttributeValues values(accessibility_, accessibility_.applicationElement(process), attributes);
+    const auto* elements = values.get<std::vector<AccessibilityElement>>(AccessibilityAttribute::windows);
     if (!elements || elements->empty()) return;
-    const auto* focused = answers.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
+    const auto* focused = values.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
 
     const std::string name = application.localizedName.value_or(std::string(kUnnamedApplication));
     std::vector<Found> found;
     std::unordered_set<WindowID> seen;
     for (const auto& element : *elements) {
-        const Answers window(accessibility_, element, kWindowAttributes);
+        const AttributeValues window(accessibility_, element, kWindowAttributes);
         auto candidate = candidateIn(window, element, process);
         if (const auto reason = whyNotManaged(window)) {
-            roll.unmanaged.push_back({windowID(process, element), name, titleIn(window), std::string(*reason)});
+            results.unmanaged.push_back({windowID(process, element), name, titleIn(window), std::string(*reason)});
         }
         if (!candidate || !seen.insert(candidate->id).second) continue;
-        roll.answered.insert(candidate->id);
+        results.answered.insert(candidate->id);
         const auto space = accessibility_.spaceOf(element);
-        found.push_back({std::move(*candidate), space, space && *space != roll.shownSpace});
+        found.push_back({std::move(*candidate), space, space && *space != results.shownSpace});
     }
 
     const auto applicationIcon = icon(application);
-    const std::size_t first = roll.windows.size();
-    roll.windows.reserve(first + found.size());
+    const std::size_t first = results.windows.size();
+    results.windows.reserve(first + found.size());
     const auto visible = visibleCandidates(found, onScreenRectangles);
     std::vector<std::optional<WindowID>> owners;
     for (const auto& each : found) owners.push_back(ownerOf(each.candidate, found));
@@ -219,35 +221,35 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
         auto& [candidate, space, isElsewhere] = found[i];
         auto hints = accessibility_.sizeHints(candidate.element);
         const bool isFocused = focused && candidate.id == windowID(process, *focused);
-        roll.windows.push_back({.id = std::move(candidate.id),
-                                .element = std::move(candidate.element),
-                                .processIdentifier = process,
-                                .applicationName = name,
-                                .bundleIdentifier = application.bundleIdentifier,
-                                .title = std::move(candidate.title),
-                                .icon = applicationIcon,
-                                .isMinimized = candidate.isMinimized,
-                                .isVisible = false,
-                                .isFullScreen = candidate.isFullScreen,
-                                .isMaximized = candidate.isMaximized,
-                                .isFocusedOfApplication = isFocused,
-                                .isElsewhere = isElsewhere,
-                                .space = space,
-                                .frame = candidate.frame,
-                                .minimumSize = candidate.minimumSize,
-                                .sizeHints = hints,
-                                .parentID = std::move(owners[i])});
+        results.windows.push_back({.id = std::move(candidate.id),
+                                   .element = std::move(candidate.element),
+                                   .processIdentifier = process,
+                                   .applicationName = name,
+                                   .bundleIdentifier = application.bundleIdentifier,
+                                   .title = std::move(candidate.title),
+                                   .icon = applicationIcon,
+                                   .isMinimized = candidate.isMinimized,
+                                   .isVisible = false,
+                                   .isFullScreen = candidate.isFullScreen,
+                                   .isMaximized = candidate.isMaximized,
+                                   .isFocusedOfApplication = isFocused,
+                                   .isElsewhere = isElsewhere,
+                                   .space = space,
+                                   .frame = candidate.frame,
+                                   .minimumSize = candidate.minimumSize,
+                                   .sizeHints = hints,
+                                   .parentID = std::move(owners[i])});
     }
-    for (const auto index : visible) roll.windows[first + index].isVisible = !application.isHidden;
+    for (const auto index : visible) results.windows[first + index].isVisible = !application.isHidden;
 }
 
 std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::span<const KnownWindow> known,
-                                                                        const Roll& roll) const {
+                                                                        const PollResults& results) const {
     std::vector<UnlistedWindow> unlisted;
     std::unordered_set<pid_t> silent; // each costs one timeout
     for (const auto& window : known) {
         const pid_t process = window.element.processIdentifier;
-        if (roll.answered.contains(window.id) || !roll.processes.contains(process)) continue;
+        if (results.answered.contains(window.id) || !results.processes.contains(process)) continue;
         const auto presence =
             silent.contains(process) ? WindowPresence::noAnswer : accessibility_.presenceOf(window.element);
         switch (presence) {
@@ -255,7 +257,7 @@ std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::spa
             break;
         case WindowPresence::present: {
             auto now = windowCandidate(window.element, process);
-            // An application may keep the object of a closed window; without a size the window is closed.
+            // An application may keep the element of a closed window, then with an empty size.
             const auto frame = now ? now->frame : readFrame(window.element);
             if (frame && isEmpty(frame->size)) break;
             unlisted.push_back({window.id, true, std::move(now)});
@@ -280,22 +282,22 @@ ApplicationIcon AccessibilityWindowService::icon(const RunningApplication& appli
 
 std::optional<WindowCandidate> AccessibilityWindowService::windowCandidate(const AccessibilityElement& element,
                                                                            pid_t processIdentifier) const {
-    return candidateIn(Answers(accessibility_, element, kWindowAttributes), element, processIdentifier);
+    return candidateIn(AttributeValues(accessibility_, element, kWindowAttributes), element, processIdentifier);
 }
 
 std::optional<CGRect> AccessibilityWindowService::readFrame(const AccessibilityElement& element) const {
-    constexpr std::array asked = {AccessibilityAttribute::position, AccessibilityAttribute::size};
-    return Answers(accessibility_, element, asked).frame();
+    constexpr std::array attributes = {AccessibilityAttribute::position, AccessibilityAttribute::size};
+    return AttributeValues(accessibility_, element, attributes).frame();
 }
 
-bool AccessibilityWindowService::readsAs(AccessibilityAttribute state, const AccessibilityElement& element) const {
-    const std::array asked = {state};
-    return Answers(accessibility_, element, asked).isTrue(state);
+bool AccessibilityWindowService::readFlag(AccessibilityAttribute attribute, const AccessibilityElement& element) const {
+    const std::array attributes = {attribute};
+    return AttributeValues(accessibility_, element, attributes).isTrue(attribute);
 }
 
 std::optional<CGSize> AccessibilityWindowService::readMinimumSize(const AccessibilityElement& element) const {
-    constexpr std::array asked = {AccessibilityAttribute::minSize, AccessibilityAttribute::minimumSize};
-    return Answers(accessibility_, element, asked).minimumSize();
+    constexpr std::array attributes = {AccessibilityAttribute::minSize, AccessibilityAttribute::minimumSize};
+    return AttributeValues(accessibility_, element, attributes).minimumSize();
 }
 
 } // namespace kova

@@ -1,5 +1,5 @@
-// Whether a press can begin a drag of a window, so that on a Mac a click inside a window sends no request to its
-// application.
+// Tells from the location of a press whether it can begin a drag of a window. On a Mac this saves a request to the
+// application for each click inside a window.
 #pragma once
 
 #include "support/Geometry.h"

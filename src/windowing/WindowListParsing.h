@@ -1,5 +1,5 @@
-// Parses the list of windows of a Mac's window server. Other programs write it, so any number may be missing or
-// impossible.
+// Parses the list of windows of a Mac's window server. Its entries come from other programs, so any number may be
+// missing or impossible.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"

@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-/// Along one axis: begin and length of the frame.
+/// A frame along one axis.
 struct Extent {
     double origin;
     double length;
@@ -15,7 +15,7 @@ struct Extent {
 
 double wholeIncrements(double length, double base, double increment) {
     if (increment <= 1 || length <= base) return length;
-    // Points of a fractional scale are not exact: a length of whole increments must not lose one of them.
+    // With a fractional scale, points are not exact. A length of whole increments must not lose one by rounding down.
     constexpr double kSlackIncrements = 1e-6;
     return base + std::floor((length - base) / increment + kSlackIncrements) * increment;
 }

@@ -5,13 +5,13 @@
 
 namespace kova {
 
-/// In points. Sizes are those of the window's content; `around` is how much larger the frame is. A component that is 0
-/// restricts nothing.
+/// In points. Sizes are those of the window's content; the frame is larger by `around`. A component that is 0 restricts
+/// nothing.
 struct WindowSizeHints {
     CGSize around{};
     CGSize minimum{};
     CGSize maximum{};
-    CGSize base{};          // sizes are this and whole increments
+    CGSize base{};          // an accepted size is `base` plus whole increments
     CGSize increment{};     // of a terminal: one character
     CGSize aspectBase{};    // subtracted before the aspect is computed
     double leastAspect = 0; // width divided by height
@@ -19,9 +19,9 @@ struct WindowSizeHints {
     bool operator==(const WindowSizeHints&) const = default;
 };
 
-/// The largest frame within the tile that the hints allow, in the tile's coordinates (y grows downwards). The frame is
-/// centered if it is limited by its largest size or its aspect; the rest of an increment is at the right and at the
-/// bottom. In a direction in which not even the smallest size fits, the tile's extent.
+/// The largest frame within the tile that the hints allow, in the tile's coordinates (y grows downwards). A frame that
+/// is limited by its maximum size or its aspect is centered. Space for less than one increment remains at the right and
+/// at the bottom. In a direction in which the minimum size does not fit, the frame has the tile's extent.
 CGRect largestFrameWithin(const CGRect& tile, const WindowSizeHints& hints);
 
 } // namespace kova

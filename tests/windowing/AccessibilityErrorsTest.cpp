@@ -12,9 +12,9 @@ namespace kova {
 
 namespace {
 
-TEST(WindowListParsing, IncompleteWindowsOfTheListAreSkipped) {
-    const WindowListEntry whole{.layer = 0, .ownerProcess = 501, .x = -20, .y = 30.5, .width = 800, .height = 600};
-    const auto window = onScreenWindow(whole);
+TEST(WindowListParsing, AnEntryWithAMissingOrImpossibleNumberIsSkipped) {
+    const WindowListEntry complete{.layer = 0, .ownerProcess = 501, .x = -20, .y = 30.5, .width = 800, .height = 600};
+    const auto window = onScreenWindow(complete);
     ASSERT_TRUE(window);
     EXPECT_EQ(window->processIdentifier, 501);
     EXPECT_EQ(window->layer, 0);
@@ -25,19 +25,19 @@ TEST(WindowListParsing, IncompleteWindowsOfTheListAreSkipped) {
                               &WindowListEntry::y, &WindowListEntry::width, &WindowListEntry::height}) {
         for (const auto& wrong : {std::optional<double>(), std::optional(std::nan("")),
                                   std::optional(std::numeric_limits<double>::infinity())}) {
-            auto entry = whole;
+            auto entry = complete;
             entry.*field = wrong;
             EXPECT_FALSE(onScreenWindow(entry));
         }
     }
-    auto tooLarge = whole;
+    auto tooLarge = complete;
     tooLarge.ownerProcess = 1e12;
     EXPECT_FALSE(onScreenWindow(tooLarge));
 }
 
 TEST(AccessibilityErrors, AWindowIsClosedOnlyIfTheErrorSaysSo) {
     using enum WindowPresence;
-    const std::pair<int, WindowPresence> answers[] = {
+    const std::pair<int, WindowPresence> cases[] = {
         {0, present},       // success
         {-25205, present},  // attribute unsupported
         {-25212, present},  // no value
@@ -46,47 +46,47 @@ TEST(AccessibilityErrors, AWindowIsClosedOnlyIfTheErrorSaysSo) {
         {-25211, noAnswer}, // interface disabled
         {-25200, noAnswer}, // failure
     };
-    for (const auto& [error, presence] : answers) EXPECT_EQ(windowPresence(error), presence) << error;
+    for (const auto& [error, presence] : cases) EXPECT_EQ(windowPresence(error), presence) << error;
 }
 
 TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
-    constexpr pid_t kHanging = 7, kWell = 8;
+    constexpr pid_t kHanging = 7, kResponsive = 8;
     constexpr auto kSilent = AccessibilityOutcome::silent;
     ApplicationBackoff backoff;
     Seconds now{100};
-    const auto ask = [&](AccessibilityOutcome outcome, Seconds took) {
-        const Seconds asked = std::exchange(now, now + took);
-        backoff.note(kHanging, outcome, asked, now);
+    const auto request = [&](AccessibilityOutcome outcome, Seconds took) {
+        const Seconds begun = std::exchange(now, now + took);
+        backoff.note(kHanging, outcome, begun, now);
     };
-    const auto pollAsksAfter = [&](double seconds) {
-        return backoff.mayAsk(kHanging, AskingOccasion::poll, now + Seconds(seconds));
+    const auto pollMayRequestAfter = [&](double seconds) {
+        return backoff.maySendRequest(kHanging, RequestOccasion::poll, now + Seconds(seconds));
     };
 
-    EXPECT_TRUE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now));
+    EXPECT_TRUE(backoff.maySendRequest(kHanging, RequestOccasion::mainThread, now));
     for (const double pause : {1, 2, 4, 8, 8}) {
-        ask(kSilent, Seconds(0.25));
-        EXPECT_FALSE(pollAsksAfter(pause - 0.01)) << pause;
-        EXPECT_TRUE(pollAsksAfter(pause)) << pause;
-        EXPECT_FALSE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now + Seconds(3600))) << pause;
-        EXPECT_TRUE(backoff.mayAsk(kWell, AskingOccasion::mainThread, now)) << pause;
+        request(kSilent, Seconds(0.25));
+        EXPECT_FALSE(pollMayRequestAfter(pause - 0.01)) << pause;
+        EXPECT_TRUE(pollMayRequestAfter(pause)) << pause;
+        EXPECT_FALSE(backoff.maySendRequest(kHanging, RequestOccasion::mainThread, now + Seconds(3600))) << pause;
+        EXPECT_TRUE(backoff.maySendRequest(kResponsive, RequestOccasion::mainThread, now)) << pause;
         now += Seconds(pause);
     }
-    ask(AccessibilityOutcome::answered, Seconds(0.1));
-    EXPECT_TRUE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now));
-    ask(kSilent, Seconds(0.25));
-    EXPECT_TRUE(pollAsksAfter(1)) << "a response resets the count of failures";
+    request(AccessibilityOutcome::answered, Seconds(0.1));
+    EXPECT_TRUE(backoff.maySendRequest(kHanging, RequestOccasion::mainThread, now));
+    request(kSilent, Seconds(0.25));
+    EXPECT_TRUE(pollMayRequestAfter(1)) << "a response resets the interval to its shortest length";
 
     // A failure without a delay is not a timeout: the application may be about to show its first window.
-    ask(kSilent, Seconds(0.01));
-    EXPECT_TRUE(pollAsksAfter(0));
-    ask(kSilent, Seconds(0.25));
+    request(kSilent, Seconds(0.01));
+    EXPECT_TRUE(pollMayRequestAfter(0));
+    request(kSilent, Seconds(0.25));
     EXPECT_EQ(backoff.silent(), std::vector<pid_t>{kHanging});
-    ask(AccessibilityOutcome::gone, Seconds(0.25));
+    request(AccessibilityOutcome::gone, Seconds(0.25));
     EXPECT_TRUE(backoff.silent().empty());
 }
 
 TEST(AccessibilityErrors, ARefusalIsAResponse) {
-    // As the accessibility interface numbers them.
+    // The error numbers of the accessibility interface.
     constexpr int kSuccess = 0, kFailure = -25200, kAttributeUnsupported = -25205, kDisabled = -25211,
                   kNoValue = -25212;
     for (const int error : {kSuccess, kFailure, kAttributeUnsupported, kDisabled, kNoValue}) {
@@ -96,7 +96,7 @@ TEST(AccessibilityErrors, ARefusalIsAResponse) {
     EXPECT_EQ(accessibilityOutcome(-25204), AccessibilityOutcome::silent);
 }
 
-TEST(AccessibilityErrors, AnElementAnnouncesIfItTakesOneRequest) {
+TEST(AccessibilityErrors, AnElementAnnouncesIfItAcceptsOneOfTheRequests) {
     using enum AnnouncementAnswer;
     constexpr int kUnsupported = -25207, kRegisteredAlready = -25209, kCannotComplete = -25204, kDisabled = -25211;
     const std::pair<std::vector<int>, AnnouncementAnswer> cases[] = {
@@ -112,18 +112,19 @@ TEST(AccessibilityErrors, AnElementAnnouncesIfItTakesOneRequest) {
 TEST(AccessibilityErrors, APermissionIsIgnoredWhenNoApplicationHonorsIt) {
     constexpr int kDisabled = -25211, kNoValue = -25212, kCannotComplete = -25204;
     IgnoredPermission permission;
-    const auto polls = [&](int times, std::vector<std::pair<pid_t, int>> answers) {
-        for (int i = 0; i < times; ++i) {
-            for (const auto& [process, error] : answers) permission.note(process, error);
+    const auto isIgnoredAfterPolls = [&](int polls, std::vector<std::pair<pid_t, int>> errorsOfPoll) {
+        for (int i = 0; i < polls; ++i) {
+            for (const auto& [process, error] : errorsOfPoll) permission.note(process, error);
         }
         return permission.isIgnored();
     };
-    EXPECT_FALSE(polls(9, {{7, kDisabled}})) << "the refusal of one application proves nothing";
-    EXPECT_FALSE(polls(9, {{9, kNoValue}, {7, kDisabled}, {8, kDisabled}, {7, kDisabled}, {8, kDisabled}}))
-        << "two refusals prove nothing while another application responds";
-    EXPECT_TRUE(polls(3, {{7, kDisabled}, {8, kDisabled}, {9, kCannotComplete}}))
-        << "a missing response proves nothing";
-    EXPECT_FALSE(polls(1, {{9, kNoValue}}));
+    EXPECT_FALSE(isIgnoredAfterPolls(9, {{7, kDisabled}})) << "refusals of a single application prove nothing";
+    EXPECT_FALSE(
+        isIgnoredAfterPolls(9, {{9, kNoValue}, {7, kDisabled}, {8, kDisabled}, {7, kDisabled}, {8, kDisabled}}))
+        << "refusals of two applications prove nothing while a third one responds";
+    EXPECT_TRUE(isIgnoredAfterPolls(3, {{7, kDisabled}, {8, kDisabled}, {9, kCannotComplete}}))
+        << "a third application that times out has not responded";
+    EXPECT_FALSE(isIgnoredAfterPolls(1, {{9, kNoValue}})) << "a response shows that the permission works";
 }
 
 } // namespace

@@ -11,58 +11,58 @@ namespace {
 
 using Kind = DividerHandleEvent::Kind;
 
-TEST(DividerGestureRecognizer, TheHandleIsWiderThanTheGapByTheInsets) {
-    const auto bare = [](const CGRect& frame, LayoutAxis axis, double inset) {
+TEST(DividerGestureRecognizer, TheGapFrameIncludesTheInsetsAndIsAtLeastEightPointsThick) {
+    const auto gapFrameOf = [](const CGRect& frame, LayoutAxis axis, double inset) {
         return gapFrame({.id = "a", .frame = frame, .axis = axis, .insetPoints = inset});
     };
-    EXPECT_EQ(bare(makeRect(100, 0, 12, 500), LayoutAxis::horizontal, 5), makeRect(95, 0, 22, 500));
-    EXPECT_EQ(bare(makeRect(0, 100, 500, 40), LayoutAxis::vertical, 5), makeRect(0, 95, 500, 50));
-    EXPECT_EQ(bare(makeRect(100, 0, 2, 500), LayoutAxis::horizontal, 0), makeRect(97, 0, 8, 500));
+    EXPECT_EQ(gapFrameOf(makeRect(100, 0, 12, 500), LayoutAxis::horizontal, 5), makeRect(95, 0, 22, 500));
+    EXPECT_EQ(gapFrameOf(makeRect(0, 100, 500, 40), LayoutAxis::vertical, 5), makeRect(0, 95, 500, 50));
+    EXPECT_EQ(gapFrameOf(makeRect(100, 0, 2, 500), LayoutAxis::horizontal, 0), makeRect(97, 0, 8, 500));
 }
 
 TEST(DividerGestureRecognizer, RecognizesPressDragAndRelease) {
-    DividerGestureRecognizer grip;
-    std::string story;
-    const auto tell = [&](const std::optional<DividerHandleEvent>& event) {
+    DividerGestureRecognizer recognizer;
+    std::string events;
+    const auto record = [&](const std::optional<DividerHandleEvent>& event) {
         constexpr std::array kWords = {"pressed", "moved", "released", "cancelled", "doubleClicked"};
         if (!event) {
-            story += "- ";
+            events += "- ";
             return;
         }
-        story += std::string(kWords.at(static_cast<std::size_t>(event->kind))) + ":" + event->handleID + "@" +
-                 std::to_string(static_cast<int>(event->location.x)) + " ";
+        events += std::string(kWords.at(static_cast<std::size_t>(event->kind))) + ":" + event->handleID + "@" +
+                  std::to_string(static_cast<int>(event->location.x)) + " ";
     };
-    const auto expect = [&](std::string_view expected) { EXPECT_EQ(std::exchange(story, {}), expected); };
+    const auto expect = [&](std::string_view expected) { EXPECT_EQ(std::exchange(events, {}), expected); };
 
-    tell(grip.move({1, 0}));
-    tell(grip.press("a", 1, {2, 0}));
-    tell(grip.move({3, 0}));
-    tell(grip.release({4, 0}));
-    tell(grip.release({5, 0}));
+    record(recognizer.move({1, 0}));
+    record(recognizer.press("a", 1, {2, 0}));
+    record(recognizer.move({3, 0}));
+    record(recognizer.release({4, 0}));
+    record(recognizer.release({5, 0}));
     expect("- pressed:a@2 moved:a@3 released:a@4 - ");
 
-    // Let go by Escape, the handle stays where it was although the button is still down.
-    tell(grip.press("a", 1, {1, 0}));
-    tell(grip.cancel({2, 0}));
-    tell(grip.move({3, 0}));
-    tell(grip.release({4, 0}));
+    // After Escape nothing is reported, although the button is still pressed.
+    record(recognizer.press("a", 1, {1, 0}));
+    record(recognizer.cancel({2, 0}));
+    record(recognizer.move({3, 0}));
+    record(recognizer.release({4, 0}));
     expect("pressed:a@1 cancelled:a@2 - - ");
 
-    tell(grip.press("a", 2, {1, 0}));
-    tell(grip.move({2, 0}));
-    tell(grip.release({2, 0}));
-    tell(grip.press("a", 3, {2, 0}));
+    record(recognizer.press("a", 2, {1, 0}));
+    record(recognizer.move({2, 0}));
+    record(recognizer.release({2, 0}));
+    record(recognizer.press("a", 3, {2, 0}));
     expect("doubleClicked:a@1 - - pressed:a@2 ");
 
     const std::array both = {DividerHandle{.id = "a"}, DividerHandle{.id = "b"}};
-    tell(grip.keepOnly(both, {3, 0}));
-    tell(grip.keepOnly(std::span(both).last(1), {3, 0}));
-    tell(grip.keepOnly({}, {3, 0}));
-    EXPECT_FALSE(grip.isHeld());
+    record(recognizer.keepOnly(both, {3, 0}));
+    record(recognizer.keepOnly(std::span(both).last(1), {3, 0}));
+    record(recognizer.keepOnly({}, {3, 0}));
+    EXPECT_FALSE(recognizer.isHeld());
     expect("- cancelled:a@3 - ");
 }
 
-TEST(DividerGestureRecognizer, AThinHandleIsMadeThickEnoughAroundItsMiddle) {
+TEST(DividerGestureRecognizer, ThePressFrameOfAThinHandleIsEightPointsThickAroundItsMiddle) {
     const CGRect gap = makeRect(100, 0, 4, 500);
     EXPECT_EQ(pressFrame({"a", gap, LayoutAxis::horizontal}), makeRect(98, 0, 8, 500));
     EXPECT_EQ(pressFrame({"a", makeRect(0, 100, 500, 4), LayoutAxis::vertical}), makeRect(0, 98, 500, 8));

@@ -1,4 +1,4 @@
-// The window service alone on a simulated desktop.
+// The window service on a simulated desktop, without a workspace.
 #pragma once
 
 #include "platform/simulated/SimulatedDesktop.h"

@@ -22,13 +22,13 @@ TEST(SystemConflicts, EachActiveConflictIsReportedOnce) {
     EXPECT_EQ(subjects({.isStageManagerOn = true, .isVoiceOverOn = true}), "Stage Manager VoiceOver ");
 }
 
-TEST(SystemConflicts, APermissionIsResetForOneApplicationOnly) {
+TEST(SystemConflicts, TheRemedyResetsThePermissionOfKovaOnly) {
     EXPECT_NE(stalePermissionRemedy("org.example.kova").find("“tccutil reset Accessibility org.example.kova”"),
               std::string::npos);
     EXPECT_EQ(stalePermissionRemedy("").find("tccutil"), std::string::npos);
 }
 
-TEST(SystemConflicts, AShortcutOfTheSystemCountsWithItsKeyAndAllItsModifiers) {
+TEST(SystemConflicts, OnlyAnEnabledSystemShortcutWithTheSameKeyAndModifiersHoldsACombination) {
     const KeyCombination left{123, modifierFlag::control | modifierFlag::option};
     const struct {
         SystemHotKey key;

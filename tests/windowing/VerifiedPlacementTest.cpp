@@ -65,13 +65,13 @@ TEST(VerifiedPlacement, EndsAMaximizeThatTheWindowManagerEndsLate) {
     bench.journalUntil(5);
     bench.desktop.setMaximized("Mail", true);
     bench.request(kTarget);
-    bench.desktop.setMaximized("Mail", true); // not yet carried out
+    bench.desktop.setMaximized("Mail", true); // the window manager has not carried out the request yet
     bench.desktop.queue().advance(Seconds(1));
     EXPECT_FALSE(bench.desktop.window("Mail").isMaximized);
     EXPECT_EQ(bench.frameOf("Mail"), describeFrame(kTarget));
 }
 
-TEST(VerifiedPlacement, PassesComeOnTimeAndAlternate) {
+TEST(VerifiedPlacement, PassesRunOnTimeAndAlternateTheOrderOfPositionAndSize) {
     PlacementBench bench({.refusesToMove = true});
     EXPECT_EQ(bench.journalUntil(0.059), kPositionFirst);
     EXPECT_EQ(bench.journalUntil(0.06), kSizeFirst);
@@ -80,42 +80,41 @@ TEST(VerifiedPlacement, PassesComeOnTimeAndAlternate) {
     EXPECT_EQ(bench.journalUntil(0.339), "");
     EXPECT_EQ(bench.journalUntil(0.34), kSizeFirst);
     EXPECT_EQ(bench.journalUntil(0.649), "");
-    // After the last correction it is moved inside as well, which is one more request.
+    // After its correction the last pass also moves the window inside the target, with one more write.
     EXPECT_EQ(bench.journalUntil(0.65), std::string(kPositionFirst) + kSizeFirst);
     EXPECT_EQ(bench.journalUntil(9), "");
 }
 
-TEST(VerifiedPlacement, TwoPointsAreNearEnough) {
+TEST(VerifiedPlacement, AcceptsADeviationOfUpToTwoPoints) {
     struct Case {
         const char* why;
-        CGRect rests;
+        CGRect actual;
         const char* written;
     };
     const Case cases[] = {
-        {"1.5 points beside", makeRect(101.5, 98.5, 600, 400), ""},
-        {"2.4 points beside", makeRect(97.6, 100, 600, 400), kSizeFirst},
-        {"3 points beside", makeRect(103, 100, 600, 400), kSizeFirst},
+        {"1.5 points to the right and above", makeRect(101.5, 98.5, 600, 400), ""},
+        {"2.4 points to the left", makeRect(97.6, 100, 600, 400), kSizeFirst},
+        {"3 points to the right", makeRect(103, 100, 600, 400), kSizeFirst},
         {"3 points above", makeRect(100, 97, 600, 400), kSizeFirst},
         {"2 points larger", makeRect(100, 100, 602, 402), ""},
-        {"2 points larger and 1 beside: sticks out by 3", makeRect(101, 100, 602, 400), kSizeFirst},
+        {"2 points larger and 1 to the right: sticks out by 3", makeRect(101, 100, 602, 400), kSizeFirst},
         {"3 points smaller", makeRect(100, 100, 600, 397), kSizeFirst},
         {"3 points larger", makeRect(100, 100, 603, 400), kSizeFirst},
     };
-    for (const auto& [why, rests, written] : cases) {
+    for (const auto& [why, actual, written] : cases) {
         PlacementBench bench({});
         bench.desktop.takeJournal();
-        bench.desktop.userMoves("Mail", rests);
+        bench.desktop.userMoves("Mail", actual);
         EXPECT_EQ(bench.journalUntil(0.65), written) << why;
-        EXPECT_EQ(bench.frameOf("Mail"), *written ? "100,100 600x400" : describeFrame(rests)) << why;
+        EXPECT_EQ(bench.frameOf("Mail"), *written ? "100,100 600x400" : describeFrame(actual)) << why;
         EXPECT_EQ(bench.reported, "") << why;
     }
 }
 
 TEST(VerifiedPlacement, WindowThatDoesNotShrinkIsReportedOnce) {
-    // Brought to the front, and yet neither written nor raised on the last pass.
+    // The last pass neither writes the frame nor raises the window, although the window is to be brought to the front.
     PlacementBench bench({.secretMinimumSize = CGSize{900, 200}}, BringToFront::yes);
-    const std::string asked = kPositionFirst;
-    EXPECT_EQ(bench.journalUntil(0), asked + "Mail: unhide\nMail: AXRaise\nMail: activate\n");
+    EXPECT_EQ(bench.journalUntil(0), std::string(kPositionFirst) + "Mail: unhide\nMail: AXRaise\nMail: activate\n");
     EXPECT_EQ(bench.journalUntil(0.64), std::string(kSizeFirst) + kPositionFirst + kSizeFirst);
     EXPECT_EQ(bench.reported, "");
     EXPECT_EQ(bench.journalUntil(5), "");
@@ -130,11 +129,11 @@ TEST(VerifiedPlacement, TallWindowIsReportedAndAnUnreadableOneCountsAsOff) {
     PlacementBench unreadable({.unreadable = {AccessibilityAttribute::size}});
     EXPECT_EQ(unreadable.journalUntil(5),
               std::string(kPositionFirst) + kSizeFirst + kPositionFirst + kSizeFirst + kPositionFirst)
-        << "without a known frame the frame is written four more times, and the window is not moved into the tile";
+        << "each of the four passes writes the frame again, and none moves the window inside the target";
     EXPECT_EQ(unreadable.reported, "");
 }
 
-TEST(VerifiedPlacement, MovesIntoTheTileOnlyIfItFits) {
+TEST(VerifiedPlacement, MovesAWindowInsideTheTileOnlyIfItFits) {
     const CGRect target = makeRect(100, 100, 600, 400);
     const auto moved = [&](CGRect frame) {
         const auto inside = movedInside(frame, target);
@@ -147,19 +146,19 @@ TEST(VerifiedPlacement, MovesIntoTheTileOnlyIfItFits) {
     EXPECT_EQ(moved(makeRect(50, 50, 500, 401)), "stays") << "too tall";
 }
 
-TEST(VerifiedPlacement, WindowThatCannotFillItsTargetRestsInsideIt) {
-    // Cells of 130 x 90 points leave 520 x 360, dragged to where they stick out below.
+TEST(VerifiedPlacement, WindowThatCannotFillItsTargetIsMovedInsideIt) {
+    // A window of whole increments of 130 x 90 points is 520 x 360 in this target; the user drags it out below.
     PlacementBench bench({.cell = CGSize{130, 90}});
     bench.journalUntil(0.64);
     bench.desktop.userMoves("Mail", makeRect(150, 150, 520, 360));
     EXPECT_EQ(bench.journalUntil(5), kPositionFirst);
-    EXPECT_EQ(bench.frameOf("Mail"), "100,100 520x360") << "the corner of the target was still granted";
+    EXPECT_EQ(bench.frameOf("Mail"), "100,100 520x360") << "the correction has moved the window inside";
 
-    // It has not answered yet when the last pass looks again: it is drawn in from where it lies.
-    PlacementBench stubborn({.maximumSize = CGSize{520, 360}, .answersAfter = Seconds(10)});
-    stubborn.journalUntil(0.64);
-    stubborn.desktop.userMoves("Mail", makeRect(250, 80, 520, 360));
-    EXPECT_EQ(stubborn.journalUntil(0.65),
+    // A slow window has not carried out the correction yet: the last pass moves it inside from its present position.
+    PlacementBench slow({.maximumSize = CGSize{520, 360}, .answersAfter = Seconds(10)});
+    slow.journalUntil(0.64);
+    slow.desktop.userMoves("Mail", makeRect(250, 80, 520, 360));
+    EXPECT_EQ(slow.journalUntil(0.65),
               std::string(kPositionFirst) +
                   "Mail: AXSize 520x360, AXPosition 180,100, AXSize 520x360, AXPosition 180,100\n");
 }
@@ -182,14 +181,14 @@ TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) 
     bench.desktop.userMoves("Mail", makeRect(0, 0, 600, 400));
     EXPECT_EQ(bench.journalUntil(5), std::string(kPositionFirst) + "Mail: AXRaise\n");
 
-    // Hidden after the snapshot was taken: it is shown all the same.
-    const auto snapshot = bench.managed("Mail");
+    // A window that was minimized after the poll is restored, too.
+    const auto beforeMinimize = bench.managed("Mail");
     bench.desktop.userMinimizes("Mail");
-    bench.service.setFrame(snapshot, kTarget, BringToFront::yes, {});
+    bench.service.setFrame(beforeMinimize, kTarget, BringToFront::yes, {});
     EXPECT_FALSE(bench.desktop.window("Mail").isMinimized);
     EXPECT_EQ(bench.journalUntil(10),
               std::string(kPositionFirst) + "Mail: unhide\nMail: AXMinimized false\nMail: AXRaise\nMail: activate\n")
-        << "not raised again if the frame is correct in the last pass";
+        << "the window is not raised again if its frame is correct in the last pass";
 }
 
 TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {
@@ -198,9 +197,9 @@ TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {
         WindowTraits traits;
     };
     const Case cases[] = {
-        {"answers late", {.answersAfter = Seconds(0.2)}},
-        {"clamps against the display", {.frame = makeRect(2000, 900, 500, 500), .clampsToDisplay = true}},
-        {"returns twice to where it was", {.springsBackTimes = 2}},
+        {"carries out requests late", {.answersAfter = Seconds(0.2)}},
+        {"clamps its frame to the display", {.frame = makeRect(2000, 900, 500, 500), .clampsToDisplay = true}},
+        {"returns to its former frame twice", {.springsBackTimes = 2}},
     };
     for (const auto& [why, traits] : cases) {
         PlacementBench bench(traits);
@@ -210,7 +209,7 @@ TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {
     }
 }
 
-TEST(VerifiedPlacement, SurvivesWindowsThatVanishAndTheEndOfTheService) {
+TEST(VerifiedPlacement, EndsWithTheWindowAndWithTheService) {
     PlacementBench bench({.refusesToMove = true, .vanishesAtWrite = 2});
     bench.journalUntil(5);
     EXPECT_EQ(bench.desktop.picture(), "");
@@ -231,7 +230,7 @@ TEST(VerifiedPlacement, SurvivesWindowsThatVanishAndTheEndOfTheService) {
     EXPECT_EQ(desktop.takeJournal(), "");
 }
 
-TEST(VerifiedPlacement, ReportMayRequestANewFrameAtOnce) {
+TEST(VerifiedPlacement, TheObserverOfAMinimumSizeMayRequestANewFrame) {
     PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
     const auto window = bench.managed("Mail");
     bench.service.setFrame(window, kTarget, BringToFront::no, [&](CGRect) {
@@ -259,7 +258,7 @@ TEST(InteractivePlacement, WritesOnceInTheOrderThatAvoidsClamping) {
         bench.journalUntil(0.05);
         bench.service.setFrameInteractive(bench.managed("Mail"), target);
         EXPECT_FALSE(bench.isPending()) << why;
-        EXPECT_EQ(bench.journalUntil(5), written) << why << ": the passes of the placement are over";
+        EXPECT_EQ(bench.journalUntil(5), written) << why << ": the pending passes are canceled";
     }
 }
 

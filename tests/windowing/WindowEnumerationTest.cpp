@@ -26,7 +26,7 @@ std::string listed(const ServiceBench& bench) {
 
 using enum AccessibilityAttribute;
 
-TEST(WindowEnumeration, ADialogNamesItsWindowIfThatBelongsToItsApplication) {
+TEST(WindowEnumeration, TheParentOfADialogIsAManagedWindowOfItsApplication) {
     ServiceBench bench;
     bench.desktop.launch("Mail");
     bench.desktop.launch("Notes");
@@ -35,56 +35,58 @@ TEST(WindowEnumeration, ADialogNamesItsWindowIfThatBelongsToItsApplication) {
     bench.desktop.open("Mail", {.title = "Save?", .subrole = "AXDialog", .dialogOf = "Mail"});
     bench.desktop.open("Mail", {.title = "Really?", .dialogOf = "Mail 2"});
     bench.desktop.open("Mail", {.frame = tiny});
-    bench.desktop.open("Mail", {.title = "of what is not managed", .dialogOf = "Mail 4"});
-    bench.desktop.open("Mail", {.title = "there", .dialogOf = "Mail 7"});
-    bench.desktop.open("Mail", {.title = "and back", .dialogOf = "Mail 6"});
-    bench.desktop.open("Notes", {.title = "of another application", .dialogOf = "Mail"});
+    bench.desktop.open("Mail", {.title = "dialog of an unmanaged window", .dialogOf = "Mail 4"});
+    bench.desktop.open("Mail", {.title = "first of a cycle", .dialogOf = "Mail 7"});
+    bench.desktop.open("Mail", {.title = "second of a cycle", .dialogOf = "Mail 6"});
+    bench.desktop.open("Notes", {.title = "dialog of another application's window", .dialogOf = "Mail"});
     std::string owners;
     for (const auto& window : bench.service.enumerateWindows().listed) {
         owners += window.title + ": " + (window.parentID ? bench.desktop.labelOfID(*window.parentID) : "-") + "\n";
     }
-    EXPECT_EQ(owners, "Inbox: -\nSave?: Mail\nReally?: Mail\nof what is not managed: -\nthere: -\nand back: -\n"
-                      "of another application: -\n");
+    EXPECT_EQ(owners, "Inbox: -\nSave?: Mail\nReally?: Mail\ndialog of an unmanaged window: -\n"
+                      "first of a cycle: -\nsecond of a cycle: -\ndialog of another application's window: -\n");
 }
 
-TEST(WindowEnumeration, ManagesOnlyWindowsOfAMinimumSize) {
-    const CGRect decent = makeRect(10, 20, 300, 200);
+TEST(WindowEnumeration, ManagesOnlyWindowsAndDialogsOfAtLeast120By80Points) {
+    const CGRect large = makeRect(10, 20, 300, 200);
     struct Case {
         const char* why;
         WindowTraits traits;
         const char* expected;
     };
     const Case cases[] = {
-        {"ordinary", {.frame = decent}, "Mail/Mail 10,20 300x200 visible"},
-        {"a dialog", {.frame = decent, .subrole = "AXDialog"}, "Mail/Mail 10,20 300x200 visible"},
-        {"no subrole", {.frame = decent, .subrole = std::nullopt}, "Mail/Mail 10,20 300x200 visible"},
-        {"a palette", {.frame = decent, .subrole = "AXFloatingWindow"}, ""},
-        {"a drawer", {.frame = decent, .role = "AXDrawer"}, ""},
-        {"role unreadable", {.frame = decent, .unreadable = {role}}, ""},
+        {"ordinary", {.frame = large}, "Mail/Mail 10,20 300x200 visible"},
+        {"a dialog", {.frame = large, .subrole = "AXDialog"}, "Mail/Mail 10,20 300x200 visible"},
+        {"no subrole", {.frame = large, .subrole = std::nullopt}, "Mail/Mail 10,20 300x200 visible"},
+        {"a palette", {.frame = large, .subrole = "AXFloatingWindow"}, ""},
+        {"a drawer", {.frame = large, .role = "AXDrawer"}, ""},
+        {"role unreadable", {.frame = large, .unreadable = {role}}, ""},
         {"narrow", {.frame = makeRect(0, 0, 119.5, 600)}, ""},
         {"low", {.frame = makeRect(0, 0, 600, 79.5)}, ""},
         {"just large enough", {.frame = makeRect(0, 0, 120, 80)}, "Mail/Mail 0,0 120x80 visible"},
         {"size unreadable", {.frame = makeRect(0, 0, 10, 10), .unreadable = {size}}, "Mail/Mail nowhere"},
-        {"position unreadable", {.frame = decent, .unreadable = {position}}, "Mail/Mail nowhere"},
+        {"position unreadable", {.frame = large, .unreadable = {position}}, "Mail/Mail nowhere"},
         {"frame not a number", {.frame = makeRect(0, 0, std::nan(""), 500)}, "Mail/Mail nowhere"},
-        {"untitled", {.frame = decent, .unreadable = {title}}, "Mail/Untitled Window 10,20 300x200 visible"},
-        {"title empty", {.frame = decent, .title = ""}, "Mail/ 10,20 300x200 visible"},
-        {"state unreadable", {.frame = decent, .unreadable = {minimized}}, "Mail/Mail 10,20 300x200 visible"},
-        {"minimized", {.frame = decent, .isMinimized = true}, "Mail/Mail 10,20 300x200 minimized"},
-        {"elsewhere", {.frame = decent, .virtualDesktop = 1}, "Mail/Mail 10,20 300x200"},
-        {"not an ordinary layer", {.frame = decent, .layer = 3}, "Mail/Mail 10,20 300x200"},
-        {"a minimum", {.frame = decent, .minimumSize = CGSize{80, 60}}, "Mail/Mail 10,20 300x200 visible least 80x60"},
-        {"negative half of a minimum",
-         {.frame = decent, .minimumSize = CGSize{-5, 60}},
+        {"untitled", {.frame = large, .unreadable = {title}}, "Mail/Untitled Window 10,20 300x200 visible"},
+        {"title empty", {.frame = large, .title = ""}, "Mail/ 10,20 300x200 visible"},
+        {"state unreadable", {.frame = large, .unreadable = {minimized}}, "Mail/Mail 10,20 300x200 visible"},
+        {"minimized", {.frame = large, .isMinimized = true}, "Mail/Mail 10,20 300x200 minimized"},
+        {"on another Space", {.frame = large, .virtualDesktop = 1}, "Mail/Mail 10,20 300x200"},
+        {"not an ordinary layer", {.frame = large, .layer = 3}, "Mail/Mail 10,20 300x200"},
+        {"a minimum size",
+         {.frame = large, .minimumSize = CGSize{80, 60}},
+         "Mail/Mail 10,20 300x200 visible least 80x60"},
+        {"a minimum size with a negative width",
+         {.frame = large, .minimumSize = CGSize{-5, 60}},
          "Mail/Mail 10,20 300x200 visible least 0x60"},
-        {"empty minimum, then the other name",
-         {.frame = decent, .minimumSize = CGSize{0, -1}, .otherMinimumSize = CGSize{70, 0}},
+        {"an empty minimum size and one in the other attribute",
+         {.frame = large, .minimumSize = CGSize{0, -1}, .otherMinimumSize = CGSize{70, 0}},
          "Mail/Mail 10,20 300x200 visible least 70x0"},
-        {"the first name wins",
-         {.frame = decent, .minimumSize = CGSize{80, 0}, .otherMinimumSize = CGSize{70, 50}},
+        {"different minimum sizes in both attributes",
+         {.frame = large, .minimumSize = CGSize{80, 0}, .otherMinimumSize = CGSize{70, 50}},
          "Mail/Mail 10,20 300x200 visible least 80x0"},
-        {"two empty minimums",
-         {.frame = decent, .minimumSize = CGSize{0, 0}, .otherMinimumSize = CGSize{-1, 0}},
+        {"empty minimum sizes in both attributes",
+         {.frame = large, .minimumSize = CGSize{0, 0}, .otherMinimumSize = CGSize{-1, 0}},
          "Mail/Mail 10,20 300x200 visible"},
     };
     for (const auto& [why, traits, expected] : cases) {
@@ -115,7 +117,7 @@ TEST(WindowEnumeration, ListsOrdinaryApplicationsInTheDesktopsOrder) {
     EXPECT_EQ(listed(bench), "");
 }
 
-TEST(WindowEnumeration, AsksEachElementOnce) {
+TEST(WindowEnumeration, ReadsEachElementWithOneRequest) {
     ServiceBench bench;
     bench.desktop.launch("Notes");
     for (int i = 0; i < 3; ++i) bench.desktop.open("Mail");
@@ -140,7 +142,7 @@ TEST(WindowEnumeration, OnlyTheUnresponsiveApplicationCostsItsTimeout) {
     EXPECT_TRUE(desktop.violations().empty()) << desktop.violations().front();
 }
 
-TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
+TEST(WindowEnumeration, QueriesThePresenceOfUnlistedKnownWindowsOnly) {
     ServiceBench bench;
     auto& desktop = bench.desktop;
     desktop.setSpaceStyle(SpaceStyle::listsShown);
@@ -154,7 +156,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
         const char* what;
         std::function<void()> happens;
         std::string expected; // the windows that are neither listed nor closed
-        int asked;            // requests beyond those of a poll without known windows
+        int moreRequests;     // than a poll without known windows sends
     };
     const Case cases[] = {
         {"all are listed", [] {}, "", 0},
@@ -162,20 +164,20 @@ TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
         {"too small", [&] { desktop.userMoves("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 3},
         {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 3},
         {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
-        {"silent", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},
-        {"ended", [&] { desktop.quit("Notes"); }, "", 1},
+        {"unresponsive", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},
+        {"the application has ended", [&] { desktop.quit("Notes"); }, "", 1},
     };
     WindowEnumeration found;
-    const auto requestsOfPoll = [&](std::span<const KnownWindow> about) {
+    const auto requestsOfPoll = [&](std::span<const KnownWindow> knownWindows) {
         const int before = desktop.readCount();
-        desktop.pollingQueue().post([&] { found = bench.service.enumerateWindows(about); });
+        desktop.pollingQueue().post([&] { found = bench.service.enumerateWindows(knownWindows); });
         desktop.queue().advance(Seconds(5));
         return desktop.readCount() - before;
     };
-    for (const auto& [what, happens, expected, asked] : cases) {
+    for (const auto& [what, happens, expected, moreRequests] : cases) {
         happens();
-        const int without = requestsOfPoll({});
-        EXPECT_EQ(requestsOfPoll(known) - without, asked) << what;
+        const int withoutKnown = requestsOfPoll({});
+        EXPECT_EQ(requestsOfPoll(known) - withoutKnown, moreRequests) << what;
         std::string text;
         for (const auto& window : found.unlisted) {
             text += (text.empty() ? "" : ", ") + desktop.labelOfID(window.id) + (window.answers ? "" : " silent");
@@ -184,7 +186,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
     }
 }
 
-TEST(WindowEnumeration, IconsFallBack) {
+TEST(WindowEnumeration, AnApplicationWithoutAnIconGetsThatOfItsBundleOrASymbol) {
     ServiceBench bench;
     const ApplicationIcon none{};
     bench.desktop.launch("Bundled", {.icon = none, .bundlePath = "/Applications/Bundled.app"});
@@ -208,7 +210,7 @@ TEST(WindowEnumeration, OneRectangleMakesOneOfTwoEqualWindowsVisible) {
     bench.desktop.userMinimizes("Mail");
     bench.desktop.showVirtualDesktop(2);
     EXPECT_EQ(listed(bench), "Mail/Mail 50,50 700x500 minimized, Mail/Mail 2 50,50 700x500 visible")
-        << "a minimized twin takes no rectangle";
+        << "a minimized window with the same frame takes no rectangle";
 }
 
 TEST(WindowEnumeration, IgnoresDuplicatesAndWindowsOfHiddenApplications) {
@@ -230,7 +232,7 @@ TEST(VisibilityMatching, PrefersTheSameSizeAndUsesRectanglesInOrder) {
         std::vector<std::size_t> expected;
     };
     const Case cases[] = {
-        {"the same size far away beats a near one of another size",
+        {"a window of the same size far away beats a near window of another size",
          {makeRect(0, 0, 400, 300), makeRect(90, 90, 500, 400)},
          {makeRect(0, 0, 500, 400)},
          {1}},
@@ -238,7 +240,7 @@ TEST(VisibilityMatching, PrefersTheSameSizeAndUsesRectanglesInOrder) {
          {makeRect(10, 0, 300, 300), makeRect(0, 10, 300, 300)},
          {makeRect(0, 0, 300, 300)},
          {0}},
-        {"width counts double: 30 points of place beat 20 of width",
+        {"width counts double: a window 30 points away beats one that is 20 points too wide",
          {makeRect(0, 0, 320, 300), makeRect(30, 0, 300, 300)},
          {makeRect(0, 0, 300, 300)},
          {1}},
@@ -246,8 +248,11 @@ TEST(VisibilityMatching, PrefersTheSameSizeAndUsesRectanglesInOrder) {
          {makeRect(0, 0, 300, 320), makeRect(0, 30, 300, 300)},
          {makeRect(0, 0, 300, 300)},
          {1}},
-        {"however different it is", {makeRect(5000, 5000, 120, 80)}, {makeRect(0, 0, 2000, 2000)}, {0}},
-        {"the first rectangle takes what suits the second better",
+        {"the only window, however different it is",
+         {makeRect(5000, 5000, 120, 80)},
+         {makeRect(0, 0, 2000, 2000)},
+         {0}},
+        {"the first rectangle takes a window that fits the second one better",
          {makeRect(0, 0, 300, 300), makeRect(900, 900, 900, 900)},
          {makeRect(100, 100, 300, 300), makeRect(0, 0, 300, 300)},
          {0, 1}},
@@ -287,7 +292,7 @@ TEST(WindowIdentity, PresentationIgnoresFrameAndTitle) {
     }
 }
 
-TEST(DisplayIdentity, IsTheDevicesElseByPosition) {
+TEST(DisplayIdentity, ComesFromTheDeviceElseFromTheFrame) {
     const auto id = [](std::optional<std::string> uuid, CGRect frame) {
         return displayID({.displayUUID = std::move(uuid), .localizedName = "", .frame = frame, .visibleFrame = frame});
     };

@@ -37,7 +37,7 @@ TEST(WindowFocus, SecondAttemptWinsAgainstAnotherActivation) {
     EXPECT_EQ(bench.desktop.focusedLabel(), "Mail");
 }
 
-TEST(WindowFocus, RefusesAClosedWindow) {
+TEST(WindowFocus, FailsWithoutPermissionWindowOrApplication) {
     struct Case {
         const char* why;
         std::function<void(SimulatedDesktop&)> happens;
@@ -45,8 +45,8 @@ TEST(WindowFocus, RefusesAClosedWindow) {
     const Case cases[] = {
         {"no permission", [](auto& desktop) { desktop.setTrusted(false); }},
         {"window closed", [](auto& desktop) { desktop.close("Mail"); }},
-        {"application gone", [](auto& desktop) { desktop.quit("Mail"); }},
-        {"application on its way out", [](auto& desktop) { desktop.beginTerminating("Mail"); }},
+        {"application ended", [](auto& desktop) { desktop.quit("Mail"); }},
+        {"application is terminating", [](auto& desktop) { desktop.beginTerminating("Mail"); }},
     };
     for (const auto& [why, happens] : cases) {
         FocusBench bench;
@@ -55,7 +55,7 @@ TEST(WindowFocus, RefusesAClosedWindow) {
         EXPECT_FALSE(bench.service.restoreAndFocus(mail)) << why;
         EXPECT_EQ(bench.desktop.takeJournal(), "") << why;
     }
-    // It goes between the two attempts.
+    // The application ends between the two attempts.
     FocusBench bench;
     EXPECT_TRUE(bench.service.restoreAndFocus(bench.managed("Mail")));
     bench.desktop.takeJournal();
@@ -64,7 +64,7 @@ TEST(WindowFocus, RefusesAClosedWindow) {
     EXPECT_EQ(bench.desktop.takeJournal(), "");
 }
 
-TEST(WindowFocus, KnowsTheFocusedWindow) {
+TEST(WindowFocus, ReadsTheFocusedWindow) {
     FocusBench bench;
     EXPECT_EQ(bench.service.focusedWindowID(), bench.desktop.windowIDOf("Notes"));
     bench.desktop.userFocuses("Mail");
@@ -90,7 +90,7 @@ TEST(WindowUnderPoint, FindsTheWindowOfTheElementOnAnyDisplay) {
         EXPECT_EQ(found->first, desktop.processIdentifier("Mail"));
         return desktop.labelOfID(windowID(found->first, found->second));
     };
-    EXPECT_EQ(labelAt(10, 1430), "Mail") << "the upper left corner of a display 1440 points high";
+    EXPECT_EQ(labelAt(10, 1430), "Mail") << "near the upper left corner of a display that is 1440 points high";
     EXPECT_EQ(labelAt(10, 10), "nothing") << "the bare desktop";
     EXPECT_EQ(labelAt(150, 1440 + 650), "Mail 2") << "the display above";
     EXPECT_EQ(labelAt(1000, 1400), "nothing") << "a cycle of parents";
@@ -116,7 +116,7 @@ TEST(WindowService, MinimizesAndRestoresWindows) {
                                            "Mail: AXRaise\n");
 }
 
-TEST(WindowService, RequestsThePermissionOnlyOnRequest) {
+TEST(WindowService, ShowsThePermissionPromptOnlyOnRequest) {
     ServiceBench bench;
     using enum AccessibilityPermissionState;
     EXPECT_EQ(bench.service.permissionState(), granted);

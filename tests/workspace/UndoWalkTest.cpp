@@ -130,7 +130,7 @@ class UndoWalk : public RandomWalk {
     void expectAgain(Picture before) {
         Picture now = picture();
         std::set<WindowID> leftOut = displacedIn(before);
-        if (desk_.desktop.readsAskApplications()) {
+        if (desk_.desktop.readsSendRequests()) {
             for (const Picture* picture : {&now, &before}) leftOut.merge(ofOtherSpacesIn(*picture));
         }
         leaveOut(leftOut, now);

@@ -22,7 +22,7 @@ class MacAccessibility final : public AccessibilityServicing {
     bool isProcessTrusted() const override;
     bool requestTrust(bool prompt) override;
     std::optional<std::string> stalePermission() const override;
-    bool readsAskApplications() const override { return true; }
+    bool readsSendRequests() const override { return true; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;

@@ -98,11 +98,11 @@ AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifie
 std::optional<int> MacAccessibility::ask(pid_t process, const std::function<int()>& request) const {
     // Windows of this process are not managed, and the main thread would wait for itself.
     if (process == getpid()) return std::nullopt;
-    const auto occasion = NSThread.isMainThread ? AskingOccasion::mainThread : AskingOccasion::poll;
+    const auto occasion = NSThread.isMainThread ? RequestOccasion::mainThread : RequestOccasion::poll;
     const Seconds asked = queue_.uptime();
     {
         const MutexLock lock(mutex_);
-        if (!backoff_.mayAsk(process, occasion, asked)) return std::nullopt;
+        if (!backoff_.maySendRequest(process, occasion, asked)) return std::nullopt;
     }
     const int error = request();
     const MutexLock lock(mutex_);

@@ -204,7 +204,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool requestTrust(bool prompt) override;
     std::optional<std::string> absence() const override { return absence_; }
     std::optional<std::string> stalePermission() const override;
-    bool readsAskApplications() const override { return style_ == DesktopStyle::mac; }
+    bool readsSendRequests() const override { return style_ == DesktopStyle::mac; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
