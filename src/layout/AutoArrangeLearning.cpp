@@ -61,7 +61,7 @@ bool isOneOf(std::string_view text, Words words) {
     return std::find(words.begin(), words.end(), text) != words.end();
 }
 
-/// Compares plain substrings, which match broadly on purpose: where roles overlap, the first one checked is taken.
+/// Searches for plain substrings, which match broadly on purpose. If several roles match, the one checked first counts.
 bool containsAny(std::string_view text, Words words) {
     return std::any_of(words.begin(), words.end(),
                        [text](std::string_view word) { return text.find(word) != std::string_view::npos; });

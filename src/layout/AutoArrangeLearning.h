@@ -43,17 +43,18 @@ struct AutoArrangeLearningModel {
     };
     std::map<std::string, LayoutLearning> layouts; // by layout id
 
-    /// From this weight on a slot is a habit of the application: after three arrangements there, or a placement by
+    /// A slot with at least this weight is a habit of the application. Three arrangements reach it, or one placement by
     /// the user. Larger stored weights count as this one.
     static constexpr double kHabitWeight = 3;
-    /// The weight of a slot that the user chose. Counting arrangements never gives a quarter, so stored weights of
-    /// older versions without a limit are not mistaken for the user's choice.
+    /// The weight of a slot that the user chose. Older versions counted arrangements without a limit; the quarter
+    /// distinguishes the user's choice from such a count.
     static constexpr double kUserWeight = 4.25;
 
-    /// The application's preference for the slot, from 0 to 1: the slot's share of the habits on this layout, else half
-    /// the share that other layouts give to slots of the same canonical id. Weights below a habit do not count.
+    /// The application's preference for the slot, from 0 to 1: the slot's share of the habits on this layout. Without a
+    /// habit on this layout: half the share of the slots with the same canonical id on the other layouts. Weights below
+    /// a habit do not count.
     double preference(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
-    /// Whether the user has put the application into the slot, and not elsewhere on this layout since.
+    /// Whether the user has put the application into the slot, and into no other slot of this layout since.
     bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
     /// Call when an arrangement has put windows of the application into the slots: their weights grow by 1 up to a
     /// habit. Weights of the layout's other slots, except the user's choice, are multiplied by 0.7 and dropped below

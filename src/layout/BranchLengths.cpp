@@ -8,8 +8,8 @@ namespace kova {
 
 namespace {
 
-/// Divides the length that pinned branches leave among the other branches, and pins those that get less than their
-/// minimum. Each pass but the last pins a branch.
+/// Each pass divides the remaining length among the branches that are not pinned, and pins those that get less than
+/// their minimum to it. The first pass that pins no branch is the last one.
 void shareOutAroundMinimums(std::span<const double> weights, std::span<const double> minimums, double available,
                             double totalWeight, std::span<double> lengths, BranchLengthsScratch& scratch) {
     const std::size_t count = weights.size();
@@ -44,8 +44,8 @@ void shareOutAroundMinimums(std::span<const double> weights, std::span<const dou
     for (std::size_t i = 0; i < count; ++i) lengths[i] += surplus * (weights[i] / totalWeight);
 }
 
-/// Larger fractions first. Fractions that follow each other within the tolerance form a tie, in which the lower branch
-/// comes first: compared pair by pair, "nearly equal" would not be an order.
+/// Larger fractions first. Successive fractions that differ by at most the tolerance form a tie, in which the lower
+/// branch comes first. This needs a second step, since a comparison with a tolerance would not be transitive.
 void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
     std::sort(candidates.begin(), candidates.end(), [](const RoundingCandidate& a, const RoundingCandidate& b) {
         return a.fraction != b.fraction ? a.fraction > b.fraction : a.branch < b.branch;
@@ -59,8 +59,8 @@ void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
     }
 }
 
-/// Rounds the two branches that most splits have, if at most one point is missing: that needs no sorting. False if more
-/// is missing.
+/// Rounds a split of two branches, the most frequent case, without sorting. False if more than one point is missing;
+/// then the lengths are not changed.
 bool roundPair(double& first, double& second, double target) {
     const double a = std::max(first, 0.0), b = std::max(second, 0.0);
     const double wholeA = wholePart(a), wholeB = wholePart(b);

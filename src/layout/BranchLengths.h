@@ -1,5 +1,5 @@
-// How the branches of one split share its length: the arithmetic of the solver, on memory of the caller. For any input
-// the results are finite.
+// How the branches of one split share its length: the arithmetic of the solver, in memory of the caller. The results
+// are finite for any input.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -20,8 +20,8 @@ inline double raisedToFloor(double weight) {
     return weight > kWeightFloor ? weight : kWeightFloor;
 }
 
-/// A usable weight: with an upper limit as well, so that sums and products of weights and lengths stay finite. An
-/// infinite weight is still larger than every ordinary one.
+/// A usable weight has an upper limit, too, so that sums and products of weights and lengths stay finite. An infinite
+/// weight remains larger than every ordinary weight.
 inline double usableWeight(double weight) {
     return std::min(raisedToFloor(weight), kHeaviestWeight);
 }
@@ -47,7 +47,7 @@ inline double roundedLength(double points) {
     return whole == points ? points : std::round(points);
 }
 
-/// Whole points between neighboring branches: the gutter, and under each branch of a column the tiles' footers.
+/// The gap between neighboring branches, in whole points: the gutter, and in a column also the upper branch's footers.
 double gapBetweenBranches(LayoutAxis axis, double columnGutter);
 
 struct RoundingCandidate {

@@ -16,7 +16,8 @@ std::string_view rawValue(LayoutDisplayClass displayClass);
 std::optional<LayoutDisplayClass> layoutDisplayClassFromRawValue(std::string_view raw);
 /// The area in points in which the slots of the class's layouts are solved.
 CGSize referenceSize(LayoutDisplayClass displayClass);
-/// The class of a display by the shape of its whole frame and, else, the width of its visible frame, both in points.
+/// The class of a display, by the aspect of its whole frame, or, if that is not ultra-wide, by the width of its visible
+/// frame. In points.
 LayoutDisplayClass classifyDisplay(CGSize frameSize, CGSize visibleSize);
 
 /// A layout read back from JSON has no tree: its slots are used as stored and weights cannot be applied to it.

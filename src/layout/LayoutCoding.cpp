@@ -137,7 +137,7 @@ DisplayLayoutSelection decodeLayoutSelection(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
     if (name == "layout") return DisplayLayoutSelection::layout(payload.required("id").string());
     if (name != "automatic") at.fail("unknown case “" + name + "”, expected “automatic” or “layout”");
-    (void)payload.members(); // an object, though an empty one
+    (void)payload.members(); // fails unless the payload is an object
     return DisplayLayoutSelection::automatic();
 }
 

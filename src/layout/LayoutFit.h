@@ -1,4 +1,4 @@
-// Whether windows have the room that they need in the tiles of a layout. Pure arithmetic.
+// Whether windows of given minimum sizes fit the tiles of a layout. Functions over values.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -7,10 +7,10 @@
 
 namespace kova {
 
-/// By how many points the tile of each window is too small for it, in the order of the windows; 0 by 0 where it is
-/// large enough. Each window gets the tile that suits it best, the largest minimum size first, and tiles grow at the
-/// cost of neighbors that have room to spare. Windows without a tile of their own are counted in the tile with the
-/// smallest shortfall. Sizes are in points.
+/// For each window, by how many points its tile is too small; 0 by 0 if the tile is large enough. Each window gets the
+/// tile that suits it best, the largest minimum size first, and tiles grow at the cost of neighbors with room to spare.
+/// If there are more windows than tiles, each remaining window counts in the tile with its smallest shortfall. Sizes
+/// are in points.
 std::vector<CGSize> shortfalls(const LayoutDefinition& layout, const std::vector<CGSize>& minimumSizes, CGSize areaSize,
                                double tileInset);
 

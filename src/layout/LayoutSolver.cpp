@@ -20,7 +20,7 @@ double lengthAlong(LayoutAxis axis, CGSize size) {
     return axis == LayoutAxis::horizontal ? size.width : size.height;
 }
 
-/// The numbers of a solve, made usable once.
+/// The input numbers of one solve, made usable.
 struct SolveContext {
     std::array<double, 2> gap;               // by axis
     std::array<double, 2> minimumTileLength; // by axis
@@ -38,8 +38,8 @@ struct SolveContext {
     }
 };
 
-/// The part of the area that the root fills. An area that is too small for its margins gets none, and no
-/// last footer.
+/// The part of the area that the root fills. In an area that is too small for margins and the last footer, the root
+/// fills the whole area.
 CGRect contentArea(CGSize area, double outerMargin) {
     const double margin = usableLength(outerMargin);
     const double width = std::floor(area.width - 2 * margin);
@@ -60,8 +60,8 @@ CGSize normalizingSize(CGSize area) {
 struct LayoutSolver::Scratch {
     struct Split {
         const LayoutSplit* split;
-        std::uint32_t node;        // its place among the nodes
-        std::uint32_t firstBranch; // the nodes of its branches follow each other from here
+        std::uint32_t node;        // its index among the nodes
+        std::uint32_t firstBranch; // the index of its first branch's node; the other branches follow
         std::uint32_t branchCount;
         LayoutAxis axis;
     };
@@ -77,7 +77,7 @@ struct LayoutSolver::Scratch {
         const LayoutTile* tile;
         std::uint32_t node;
     };
-    /// The part of the result that belongs to a node: its size, and where it begins.
+    /// The tiles and dividers of the result that belong to a node: how many, and where they begin.
     struct Extent {
         std::uint32_t tiles = 0;
         std::uint32_t dividers = 0;
@@ -139,7 +139,7 @@ std::uint32_t LayoutSolver::Scratch::addNodes(std::size_t count) {
 
 void LayoutSolver::Scratch::nameSplit(std::size_t split, std::size_t parent, std::size_t branch) {
     if (split < places.size() && places[split].parent == parent && places[split].branch == branch) return;
-    // The ids after this one may be derived from another parent's: all are computed again.
+    // The ids after this one may be derived from the id of another parent, so all are computed again.
     places.resize(split);
     splitIDs.resize(split > 0 ? places.back().idOffset + places.back().idLength : 0);
     const std::size_t offset = splitIDs.size();
@@ -188,7 +188,7 @@ void LayoutSolver::Scratch::flatten(const LayoutNode& tree, const SolveContext& 
 }
 
 void LayoutSolver::Scratch::readWindowMinimums(const TileMinimumSizes& sizes, const SolveContext& context) {
-    // Sizes usually come in the same order as in the last solve, so its tile is the best guess.
+    // The sizes usually come in the same order as in the last solve, so the tile found there is tried first.
     if (windowMinimums.size() < sizes.size()) windowMinimums.resize(sizes.size(), {nullptr, {0, 0}, TileIndex::kNone});
     std::size_t count = 0;
     for (const auto& [id, size] : sizes) {
@@ -321,7 +321,7 @@ void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<SlotID>
         std::ranges::max_element(windowMinimums, {}, [](const auto& entry) { return entry.tileID->text().size(); });
     for (const SlotID* id : unsatisfied) {
         if (spareEntries.empty()) spareEntries.push_back(std::set<SlotID>{""}.extract(""));
-        spareEntries.back().value() = *longest->tileID; // so that its memory suffices for any of the ids
+        spareEntries.back().value() = *longest->tileID; // so that the entry has memory for any of the ids
         spareEntries.back().value() = *id;
         ids.insert(std::move(spareEntries.back()));
         spareEntries.pop_back();

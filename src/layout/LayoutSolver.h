@@ -57,8 +57,8 @@ struct SolvedLayout {
     bool operator==(const SolvedLayout&) const = default;
 };
 
-/// Solves layouts into reusable results: once its buffers have grown to the size of the tree, a solve
-/// allocates nothing, which keeps a divider's movement cheap. Each display keeps one. One solver serves one thread.
+/// Solves layouts into reusable results: once the buffers have grown to the size of the tree, a solve allocates
+/// nothing, which keeps the drag of a divider cheap. Each display has its own solver. One thread at a time.
 class LayoutSolver {
   public:
     LayoutSolver();
@@ -67,8 +67,8 @@ class LayoutSolver {
     LayoutSolver& operator=(LayoutSolver&&) noexcept;
 
     /// `referenceSize` is the area in points, `tileInset` the gap on each side between a tile's cell and its window.
-    /// Never fails on degenerate input: an area that is too small for its margins gets none, minimums that do not
-    /// fit (an infinite one never does) are ignored for their split, other lengths that are not finite count as 0.
+    /// Never fails on degenerate input: an area that is too small for margins has none; minimums that do not fit their
+    /// split (an infinite one never does) are ignored there; other lengths that are not finite count as 0.
     void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);
 
@@ -86,7 +86,7 @@ SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumS
 bool holdsWindow(const CGRect& tileFrame, CGSize minimumSize, double tileInset);
 
 /// The split's new weights (its branch lengths in points) after the divider moved by `translationPoints` along the
-/// axis; absent if its two neighbors cannot both keep their minimums, and when the translation is not a number.
+/// axis; absent if the branches on both sides cannot keep their minimums, or if the translation is not a number.
 std::optional<std::vector<double>> draggedWeights(const LayoutDivider& divider, double translationPoints);
 
 } // namespace kova

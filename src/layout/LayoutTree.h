@@ -50,7 +50,7 @@ struct LayoutMetrics {
     bool operator==(const LayoutMetrics&) const = default;
 };
 
-/// Weights by split id, one per branch of that split, in branch order. Empty is the neutral value.
+/// Weights by split id, one per branch of that split, in branch order. Splits without an entry keep their own weights.
 struct LayoutWeightOverrides {
     std::map<std::string, std::vector<double>> splits;
     bool operator==(const LayoutWeightOverrides&) const = default;

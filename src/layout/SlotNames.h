@@ -1,5 +1,5 @@
-// Names of slots for places that concern every layout, as rules do. The same slot may have another name in another
-// layout, and the same name may denote another slot there. Plain values.
+// Unambiguous names of slots, for settings that concern every layout, such as rules. The names within layouts are
+// ambiguous: two layouts may give one slot different names, or two slots the same name.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"

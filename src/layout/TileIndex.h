@@ -41,7 +41,7 @@ class TileIndex {
 
     std::vector<SlotID> ids_; // entries beyond `count_` only keep their memory
     std::vector<std::uint32_t> next_;
-    std::vector<std::uint32_t> buckets_; // open addressing, a power of two of at least twice the tiles
+    std::vector<std::uint32_t> buckets_; // open addressing; the size is a power of two, at least twice the tile count
     std::uint32_t count_ = 0;
     std::uint32_t indexed_ = kNone; // tiles at the last `finish`; kNone before the first
     bool changed_ = false;

@@ -51,7 +51,7 @@ struct Candidate {
     double expansionDistance = 0;
 };
 
-double sizeOrNothing(double points) {
+double sizeOrZero(double points) {
     return std::isfinite(points) && points > 0 ? points : 0;
 }
 
@@ -84,7 +84,7 @@ void dropRepeated(std::vector<Side>& sides) {
     sides.erase(std::unique(sides.begin(), sides.end(), samePlace), sides.end());
 }
 
-/// A valid span is the bounding rectangle of its slots and everything in it that is larger than the tolerance. So it
+/// A span is valid if it contains each slot that overlaps its bounding rectangle by more than the tolerance. So it
 /// suffices to try the rectangles around the anchor whose four sides are edges of slots.
 class SpanSearch {
   public:
@@ -120,7 +120,7 @@ class SpanSearch {
     CGSize minimumSize_;
     std::array<Interval, kMostSlots> columns_{}; // by slot
     std::array<Interval, kMostSlots> rows_{};
-    SlotSet solid_ = 0; // slots larger than the tolerance: a span that covers them contains them
+    SlotSet solid_ = 0; // slots with an area above the tolerance: a span that covers such a slot contains it
     SlotSet occupied_ = 0;
     std::vector<Side> lefts_, rights_, tops_, bottoms_;
     std::vector<Candidate> candidates_; // all with the fewest slots and, among these, the fewest occupied ones
@@ -180,7 +180,7 @@ std::string SpanSearch::joinedIDs(SlotSet set) const {
     return joined;
 }
 
-/// The order of two sets with the same bounding rectangle.
+/// Whether `a` is preferred to `b`, which has the same bounding rectangle.
 bool SpanSearch::isSmaller(SlotSet a, SlotSet b) const {
     if (std::popcount(a) != std::popcount(b)) return std::popcount(a) < std::popcount(b);
     if (occupiedIn(a) != occupiedIn(b)) return occupiedIn(a) < occupiedIn(b);
@@ -236,7 +236,7 @@ void SpanSearch::tryHeights(const Side& left, const Side& right) {
             const SlotSet within = left.within & right.within & top.within & bottom.within;
             const SlotSet slots = (within & solid_) | anchor_;
             const int most = fewestSlots();
-            if (std::popcount(slots) > most) break; // lower bottoms only add slots
+            if (std::popcount(slots) > most) break; // the next bottoms are farther from the anchor and only add slots
             const SlotSet reaching = left.reaching & right.reaching & top.reaching & bottom.reaching;
             if (cutsASlot(frame, reaching & ~within)) continue;
             const SlotSet set = smallestSetReaching({&left, &right, &top, &bottom}, slots, within & ~slots, most);
@@ -245,7 +245,8 @@ void SpanSearch::tryHeights(const Side& left, const Side& right) {
     }
 }
 
-/// Areas and distances are measured against the best one: "within the tolerance of each other" would not be an order.
+/// Compares each area and distance with the smallest one. Comparing candidates pairwise with a tolerance would not be
+/// transitive.
 std::optional<TileSpan> SpanSearch::preferred() {
     if (candidates_.empty()) return std::nullopt;
     const auto keepSmallest = [this](double Candidate::*measure, double tolerance) {
@@ -282,7 +283,7 @@ std::optional<TileSpan> TileSpanPolicy::bestSpan(std::span<const TileSlot> slots
     const auto anchor =
         std::find_if(slots.begin(), slots.end(), [&](const TileSlot& slot) { return slot.id == anchorSlotID; });
     if (anchor == slots.end()) return std::nullopt;
-    const CGSize needed{sizeOrNothing(minimumSize.width), sizeOrNothing(minimumSize.height)};
+    const CGSize needed{sizeOrZero(minimumSize.width), sizeOrZero(minimumSize.height)};
     return SpanSearch(slots, static_cast<std::size_t>(anchor - slots.begin()), displaySize, tileInset, needed,
                       occupiedSlotIDs)
         .run();

@@ -8,7 +8,7 @@
 
 using namespace kova;
 
-TEST(AutoArrangeLearning, Roles) {
+TEST(AutoArrangeLearning, ClassifiesApplicationsByNameAndBundleIdentifier) {
     using enum AutoArrangeAppRole;
     struct Case {
         const char* name;
@@ -84,15 +84,15 @@ TEST(AutoArrangeLearning, EveryWordThatIdentifiesARole) {
     for (const auto& c : cases) {
         std::istringstream words(c.words);
         for (std::string word; std::getline(words, word, ',');) {
-            const std::string around = c.where == Where::bundle ? word : "~" + word + "~";
-            const auto role = c.where == Where::partOfName ? classifyApplication(around, std::nullopt)
-                                                           : classifyApplication("X", BundleID(around));
+            const std::string text = c.where == Where::bundle ? word : "~" + word + "~";
+            const auto role = c.where == Where::partOfName ? classifyApplication(text, std::nullopt)
+                                                           : classifyApplication("X", BundleID(text));
             EXPECT_EQ(describe(role), describe(c.role)) << word;
         }
     }
 }
 
-TEST(AutoArrangeLearning, SlotsOfOneMeaning) {
+TEST(AutoArrangeLearning, SlotsOfTheSameMeaningShareACanonicalID) {
     const std::vector<std::pair<SlotID, const char*>> cases{
         {"focus-right-top", "secondary-1"},
         {"ultrawide-left-top", "secondary-1"},
@@ -120,7 +120,7 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
         EXPECT_EQ(preferences(), Pair(expected, 0));
     }
     EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main"))
-        << "although KOVA has placed the window there often";
+        << "arrangements do not count as placements by the user";
     EXPECT_EQ(model.preference("grid", "chat", "focus-main"), 0);
     for (const Pair& expected : {Pair(0, 0), Pair(0, 0), Pair(0, 1)}) {
         model.learnArrangement("grid", "mail", {"secondary-1"});
@@ -151,13 +151,14 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
     EXPECT_EQ(model.preference("grid", "term", "secondary-2"), 0.5);
 }
 
-TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
+TEST(AutoArrangeLearning, AHabitCountsHalfForSlotsOfTheSameMeaningOnOtherLayouts) {
     AutoArrangeLearningModel model;
     model.learnPlacementByUser("command-center", "mail", "focus-right-top");
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0.5);
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-2"), 0);
     model.learnPlacementByUser("six-grid", "mail", "secondary-2");
-    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "only places learned on this layout count";
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0)
+        << "a habit on this layout excludes those on others";
 
     auto& weights = model.layouts["absurd"].applications["mail"].slotWeights;
     weights = {{"a", std::numeric_limits<double>::infinity()},

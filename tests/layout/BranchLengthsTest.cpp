@@ -24,7 +24,7 @@ void expectNear(const Lengths& actual, const Lengths& expected, const char* what
 
 } // namespace
 
-TEST(DistributeLengths, Table) {
+TEST(DistributeLengths, SharesTheLengthByWeightsAndMinimums) {
     struct Case {
         const char* what;
         Lengths weights, minimums;
@@ -35,14 +35,14 @@ TEST(DistributeLengths, Table) {
         {"no branches", {}, {}, 100, {}},
         {"by weight", {0.63, 0.37}, {0, 0}, 2528, {1592.64, 935.36}},
         {"minimums that do not fit together are ignored", {1, 1}, {400, 400}, 700, {350, 350}},
-        {"a pinned branch leaves the rest to the others", {0.9, 0.1}, {0, 300}, 1000, {700, 300}},
-        {"pinning one can pin the next", {8, 1, 1}, {0, 120, 100}, 1000, {780, 120, 100}},
+        {"a branch at its minimum leaves the remaining length to the other", {0.9, 0.1}, {0, 300}, 1000, {700, 300}},
+        {"one minimum can make another one necessary", {8, 1, 1}, {0, 120, 100}, 1000, {780, 120, 100}},
         {"later passes divide the remaining length", {6, 3, 1}, {0, 280, 200}, 1000, {520, 280, 200}},
         {"minimums that just fit", {1, 9}, {500, 500}, 1000, {500, 500}},
-        {"zero, negative and not-a-number weights are the floor", {0, -1, kNaN}, {0, 0, 0}, 300, {100, 100, 100}},
-        {"a missing weight is the floor", {1}, {0, 0}, 1000, {1000 / 1.000001, 0.001 / 1.000001}},
-        {"infinite weights share everything", {kInfinity, 1, kInfinity}, {0, 0, 0}, 100, {50, 0, 50}},
-        {"a not-a-number minimum is none", {1, 1}, {kNaN, 60}, 100, {40, 60}},
+        {"weights of 0, below 0 or NaN count as the weight floor", {0, -1, kNaN}, {0, 0, 0}, 300, {100, 100, 100}},
+        {"a missing weight counts as the weight floor", {1}, {0, 0}, 1000, {1000 / 1.000001, 0.001 / 1.000001}},
+        {"infinite weights take the whole length", {kInfinity, 1, kInfinity}, {0, 0, 0}, 100, {50, 0, 50}},
+        {"a minimum of NaN counts as 0", {1, 1}, {kNaN, 60}, 100, {40, 60}},
         {"an infinite minimum never fits", {1, 3}, {kInfinity, 60}, 100, {25, 75}},
         {"no length and no minimums", {1, 1}, {0, 0}, 0, {0, 0}},
         {"no minimums and a negative length", {1, 3}, {}, -100, {-25, -75}},
@@ -51,7 +51,7 @@ TEST(DistributeLengths, Table) {
     for (const auto& c : cases) expectNear(distributeLengths(c.weights, c.minimums, c.available), c.expected, c.what);
 }
 
-TEST(RoundLengths, Table) {
+TEST(RoundLengths, GivesMissingPointsToTheLargestFractions) {
     struct Case {
         const char* what;
         Lengths lengths;
@@ -61,14 +61,14 @@ TEST(RoundLengths, Table) {
     const double third = 100.0 / 3;
     const Case cases[] = {
         {"the larger fraction gets the point", {1592.64, 935.36}, 2528, {1593, 935}},
-        {"equal fractions: the lower branch", {third, third, third}, 100, {34, 33, 33}},
-        {"nearly equal fractions: the lower branch", {10.5, 10.5 + 5e-10, 9}, 30, {11, 10, 9}},
-        {"two nearly equal fractions: the first branch", {10.5, 10.5 + 5e-10}, 21, {11, 10}},
-        {"a clearly larger fraction counts", {10.5, 10.5 + 5e-9, 9}, 30, {10, 11, 9}},
+        {"of equal fractions the first branch gets the point", {third, third, third}, 100, {34, 33, 33}},
+        {"of nearly equal fractions, too", {10.5, 10.5 + 5e-10, 9}, 30, {11, 10, 9}},
+        {"of two nearly equal fractions, too", {10.5, 10.5 + 5e-10}, 21, {11, 10}},
+        {"a fraction larger by more than the tolerance gets the point", {10.5, 10.5 + 5e-9, 9}, 30, {10, 11, 9}},
         {"more missing points than branches", {1.2, 1.4}, 7, {3, 4}},
-        {"halves away from zero", {1, 1}, 2.5, {2, 1}},
-        {"too long already: not changed", {300, 300}, 500, {300, 300}},
-        {"three too long already", {300.5, 300.6, 2}, 500, {300, 300, 2}},
+        {"a half of the available length is rounded up", {1, 1}, 2.5, {2, 1}},
+        {"two lengths that are too long together stay", {300, 300}, 500, {300, 300}},
+        {"three lengths that are too long together are rounded down", {300.5, 300.6, 2}, 500, {300, 300, 2}},
         {"negative lengths count as 0", {-5, 10}, 10, {0, 10}},
         {"lengths that are not finite count as 0", {kNaN, kInfinity, 3}, 3, {0, 0, 3}},
         {"very many missing points", {0, 0, 0}, 1e12, {333333333334, 333333333333, 333333333333}},
@@ -109,7 +109,7 @@ RC_GTEST_PROP(DistributeLengths, KeepsMinimumsThatFitAndRoundsToTheWholeLength, 
 }
 #endif
 
-TEST(DraggedWeights, Table) {
+TEST(DraggedWeights, MoveTheBoundaryWithinTheMinimums) {
     struct Case {
         const char* what;
         Lengths lengths, minimums;
@@ -124,11 +124,11 @@ TEST(DraggedWeights, Table) {
         {"the others keep their lengths", {200, 300, 400, 0}, {0, 0, 0, 0}, 1, 150, {{200, 450, 250, 0.000001}}},
         {"minimums that leave one position", {300, 300}, {300, 300}, 0, 40, {{300, 300}}},
         {"minimums that leave no position", {300, 300}, {320, 320}, 0, 10, std::nullopt},
-        {"a branch may vanish, its weight may not", {50, 50}, {0, 0}, 0, 80, {{100, 0.000001}}},
+        {"a branch of length 0 has a weight above 0", {50, 50}, {0, 0}, 0, 80, {{100, 0.000001}}},
         {"an infinite drag stops at the minimum", {600, 600}, {320, 320}, 0, kInfinity, {{880, 320}}},
         {"no boundary before the first branch", {1, 1}, {0, 0}, -1, 0, std::nullopt},
         {"no boundary after the last", {1, 1}, {0, 0}, 1, 0, std::nullopt},
-        {"minimums of another split", {1, 1}, {0}, 0, 0, std::nullopt},
+        {"too few minimums", {1, 1}, {0}, 0, 0, std::nullopt},
         {"a minimum that is not a number", {1, 1}, {kNaN, 0}, 0, 0, std::nullopt},
         {"a drag that is not a number", {1, 1}, {0, 0}, 0, kNaN, std::nullopt},
     };

@@ -24,7 +24,7 @@ std::string print(const LayoutNode& node) {
 
 } // namespace
 
-TEST(LayoutCatalogue, BuiltInLayouts) {
+TEST(LayoutCatalogue, BuiltInLayoutsHaveTheseNamesClassesAndTrees) {
     const std::vector<std::vector<std::string>> expected{
         {"jarvis.command-center", "Focus + Utility", "standard",
          "H[0.63: V[0.715: focus-main \"Primary\", 0.21: focus-utility \"Utility\"], 0.325: V[0.475: focus-right-top "
@@ -79,7 +79,7 @@ TEST(LayoutCatalogue, SlotsAreSolvedAtTheReferenceSize) {
     EXPECT_EQ(findLayout(builtInLayouts(), "jarvis.none"), nullptr);
 }
 
-TEST(LayoutCatalogue, Weights) {
+TEST(LayoutCatalogue, WeightsAreAppliedOnlyToTheSplitsOfATree) {
     const auto& dualSplit = *findLayout(builtInLayouts(), "jarvis.dual-split");
     const auto applied = applying(dualSplit, {{{"root", {3, 1}}}});
     EXPECT_EQ(applied.slots[0].normalizedFrame.size.width, 1896 / 2560.0);
@@ -107,7 +107,7 @@ TEST(LayoutCatalogue, StoredSlotsAreScaled) {
     EXPECT_EQ(print(solveDefinition(stored, {}, {1000, 800}, 5)), "a 0,0 0x0 | b 500,0 500x800");
 }
 
-TEST(LayoutCatalogue, DisplayClasses) {
+TEST(LayoutCatalogue, TheDisplayClassDependsOnAspectAndVisibleWidth) {
     using enum LayoutDisplayClass;
     struct Case {
         CGSize frame, visible;
@@ -117,11 +117,11 @@ TEST(LayoutCatalogue, DisplayClasses) {
         {{2560, 1440}, {2560, 1440}, standard},
         {{1920, 1080}, {1920, 1055}, compact16By9},
         {{1921, 1080}, {1921, 1055}, standard},
-        {{1984, 1080}, {1920, 1080}, compact16By9}, // a panel at its side
+        {{1984, 1080}, {1920, 1080}, compact16By9}, // with a panel at a side
         {{1080, 1920}, {1080, 1920}, compact16By9},
         {{5120, 1440}, {5120, 1440}, superUltraWide5120x1440},
-        {{4320, 1440}, {4256, 1440}, superUltraWide5120x1440}, // exactly 3 to 1, a panel at its side
-        {{4319, 1440}, {4319, 1415}, standard},                // 3 to 1 only without its panel
+        {{4320, 1440}, {4256, 1440}, superUltraWide5120x1440}, // exactly 3 to 1, with a panel at a side
+        {{4319, 1440}, {4319, 1415}, standard},                // 3 to 1 only without the panel
         {{1800, 600}, {1800, 575}, superUltraWide5120x1440},
         {{1799, 600}, {1799, 575}, compact16By9},
         {{0, 0}, {0, 0}, compact16By9},

@@ -18,7 +18,7 @@ const char* const kProfile = R"({
     "layoutWeightsByDisplay": {"display-A": {"jarvis.six-grid": {"splits": {"root": [1180, 1320], "root.1": [0.5, 0.5]}}}}
 })";
 
-/// The profile above with some keys replaced; null removes one.
+/// `kProfile` with some keys replaced, or removed if their value is null.
 std::string profileWith(const json& changes) {
     json document = json::parse(kProfile);
     for (const auto& [key, value] : changes.items()) {
@@ -42,7 +42,7 @@ WorkspaceProfile decoded(const std::string& text) {
 
 } // namespace
 
-TEST(WorkspaceProfile, KeepsEverythingThroughJson) {
+TEST(WorkspaceProfile, ReadsAndWritesEveryKey) {
     const WorkspaceProfile profile = decoded(kProfile);
     EXPECT_EQ(profile.id.string(), "0C8A2F6E-6F0D-4C39-9A52-3A0B6F5D1E77");
     EXPECT_EQ(profile.tileInset, 7.5);
@@ -58,21 +58,21 @@ TEST(WorkspaceProfile, KeepsEverythingThroughJson) {
     EXPECT_EQ(json::parse(encodeWorkspaceProfile(WorkspaceProfile{})).size(), 10U) << "empty maps are written too";
 }
 
-TEST(WorkspaceProfile, OptionalKeys) {
-    const auto bare = decoded(profileWith({{"layoutSelectionsByDisplay", nullptr},
-                                           {"applicationMinimumSizes", nullptr},
-                                           {"layoutWeightsByDisplay", nullptr},
-                                           {"unknown", 1}}));
-    EXPECT_TRUE(bare.layoutSelectionsByDisplay.empty());
-    EXPECT_TRUE(bare.applicationMinimumSizes.empty());
-    EXPECT_TRUE(bare.layoutWeightsByDisplay.empty());
+TEST(WorkspaceProfile, ThreeKeysAreOptional) {
+    const auto profile = decoded(profileWith({{"layoutSelectionsByDisplay", nullptr},
+                                              {"applicationMinimumSizes", nullptr},
+                                              {"layoutWeightsByDisplay", nullptr},
+                                              {"unknown", 1}}));
+    EXPECT_TRUE(profile.layoutSelectionsByDisplay.empty());
+    EXPECT_TRUE(profile.applicationMinimumSizes.empty());
+    EXPECT_TRUE(profile.layoutWeightsByDisplay.empty());
     for (const char* key :
          {"id", "name", "themeID", "layoutID", "tileInset", "autoArrangeOnLaunch", "preferredApplications"}) {
         EXPECT_EQ(errorOf(profileWith({{key, nullptr}})), std::string(key) + ": is missing");
     }
 }
 
-TEST(WorkspaceProfile, ErrorsNameThePlace) {
+TEST(WorkspaceProfile, ErrorsNameThePathOfTheValue) {
     const std::vector<std::pair<std::string, std::string>> cases{
         {profileWith({{"id", "me"}}), "id: expected a UUID"},
         {profileWith({{"tileInset", "5"}}), "tileInset: expected a number"},
@@ -100,7 +100,7 @@ TEST(WorkspaceProfile, ErrorsNameThePlace) {
     for (const auto& [text, expected] : cases) EXPECT_EQ(errorOf(text), expected) << text;
 }
 
-TEST(WorkspaceProfile, ValuesThatJsonCannotHoldDoNotMakeItUnreadable) {
+TEST(WorkspaceProfile, ValuesThatJsonCannotExpressAreReplaced) {
     WorkspaceProfile profile;
     profile.tileInset = kNaN;
     profile.name = "\xff";
@@ -139,7 +139,7 @@ TEST(LayoutDefinition, IsRestoredWithoutItsTree) {
     EXPECT_EQ(errorWith("/slots/0/normalizedFrame/0", {0}), "layouts[3].slots[0].normalizedFrame[0]: expected [x, y]");
 }
 
-TEST(AutoArrangeLearning, KeepsLearnedWeightsThroughJson) {
+TEST(AutoArrangeLearning, ReadsAndWritesLearnedWeights) {
     const std::string text = R"({"layouts":{"jarvis.quad-grid":{"applications":{"name:my tool":{"slotWeights":)"
                              R"({"focus-main":2.5},"placementCount":4}}}}})";
     const auto model = std::get<AutoArrangeLearningModel>(decodeLearningModel(text));

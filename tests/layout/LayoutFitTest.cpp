@@ -5,13 +5,13 @@
 namespace kova {
 namespace {
 
-TEST(LayoutFit, ReportsByHowMuchTilesAreTooSmallOnceTheyHaveGrown) {
+TEST(LayoutFit, ReportsByHowMuchTilesAreTooSmallAfterTheyHaveGrown) {
     struct Case {
         const char* layout;
         std::vector<CGSize> windows;
         std::vector<CGSize> lacking;
     };
-    // 2000 by 1000 points without insets; half of the height of a column loses a footer.
+    // The area has 2000 by 1000 points; there are no insets, but each tile of a column has a footer.
     const std::vector<Case> cases{
         {"jarvis.dual-split", {}, {}},
         {"jarvis.dual-split", {{900, 500}, {900, 500}}, {{}, {}}},
@@ -34,7 +34,7 @@ TEST(LayoutFit, ReportsByHowMuchTilesAreTooSmallOnceTheyHaveGrown) {
     }
     const LayoutDefinition* split = findLayout(builtInLayouts(), "jarvis.dual-split");
     const auto tooWide = shortfalls(*split, {{1300, 500}, {1300, 500}}, {2000, 1000}, 0);
-    EXPECT_GT(tooWide[0].width + tooWide[1].width, 550);
+    EXPECT_GT(tooWide[0].width + tooWide[1].width, 550) << "both windows need 2600 points together";
 }
 
 } // namespace

@@ -40,7 +40,7 @@ void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
-TEST(LayoutSolver, TilesTable) {
+TEST(LayoutSolver, DividesTheAreaByWeightsMarginsAndGaps) {
     struct Case {
         const char* what;
         LayoutNode tree;
@@ -48,18 +48,26 @@ TEST(LayoutSolver, TilesTable) {
         LayoutMetrics metrics;
         std::string expected;
     };
-    const LayoutNode twoRows = row({{0.63, tile("a")}, {0.37, tile("b")}});
-    const LayoutNode twoColumns = column({{1, tile("a")}, {1, tile("b")}});
+    const LayoutNode rowOfTwo = row({{0.63, tile("a")}, {0.37, tile("b")}});
+    const LayoutNode columnOfTwo = column({{1, tile("a")}, {1, tile("b")}});
     const LayoutNode same = row({{1, tile("a")}, {1, column({{1, tile("b")}, {1, tile("a")}})}});
     const Case cases[] = {
         {"a tile", tile("a"), {2560, 1440}, kDefaults, "a 10,10 2540x1392"},
-        {"by weight", twoRows, {2560, 1440}, kDefaults, "a 10,10 1593x1392 | b 1615,10 935x1392"},
-        {"footers between rows", twoColumns, {2560, 1440}, kDefaults, "a 10,10 2540x676 | b 10,726 2540x676"},
-        {"fractional gutter", twoRows, {2560, 1440}, {10, 12.5, {}}, "a 10,10 1592x1392 | b 1615,10 935x1392"},
-        {"rounded after the footer", twoColumns, {100, 158}, {10, 12.5, {}}, "a 10,10 80x35 | b 10,86 80x34"},
-        {"no room for margins, and no footer", twoColumns, {15, 140}, kDefaults, "a 0,0 15x50 | b 0,90 15x50"},
-        {"fractional area", twoRows, {1000.7, 500.9}, kDefaults, "a 10,10 610x452 | b 632,10 358x452"},
-        {"gaps wider than the area", twoRows, {30, 200}, {10, 12, {}}, "a 10,10 0x152 | b 22,10 0x152"},
+        {"by weight", rowOfTwo, {2560, 1440}, kDefaults, "a 10,10 1593x1392 | b 1615,10 935x1392"},
+        {"footers between rows", columnOfTwo, {2560, 1440}, kDefaults, "a 10,10 2540x676 | b 10,726 2540x676"},
+        {"fractional gutter", rowOfTwo, {2560, 1440}, {10, 12.5, {}}, "a 10,10 1592x1392 | b 1615,10 935x1392"},
+        {"the gap is rounded with its footer",
+         columnOfTwo,
+         {100, 158},
+         {10, 12.5, {}},
+         "a 10,10 80x35 | b 10,86 80x34"},
+        {"an area without room for margins and the last footer",
+         columnOfTwo,
+         {15, 140},
+         kDefaults,
+         "a 0,0 15x50 | b 0,90 15x50"},
+        {"fractional area", rowOfTwo, {1000.7, 500.9}, kDefaults, "a 10,10 610x452 | b 632,10 358x452"},
+        {"gaps wider than the area", rowOfTwo, {30, 200}, {10, 12, {}}, "a 10,10 0x152 | b 22,10 0x152"},
         {"an empty split", row({{1, tile("a")}, {1, column({})}}), {52, 138}, kDefaults, "a 10,10 10x90"},
         {"an empty tree", column({}), {100, 100}, kDefaults, ""},
         {"equal ids share the last frame",
@@ -72,23 +80,23 @@ TEST(LayoutSolver, TilesTable) {
          {1000, 700},
          kDefaults,
          "a 10,10 648x652 | b 670,10 320x652"},
-        {"no size", twoRows, {0, 0}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
-        {"an infinite and an invalid size", twoRows, {kInfinity, kNaN}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
+        {"an empty area", rowOfTwo, {0, 0}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
+        {"an infinite and an invalid size", rowOfTwo, {kInfinity, kNaN}, kDefaults, "a 0,0 0x0 | b 12,0 0x0"},
         {"metrics that are not numbers",
-         twoColumns,
+         columnOfTwo,
          {100, 128},
          {kNaN, kInfinity, {kNaN, kNaN}},
          "a 0,0 100x36 | b 0,64 100x36"},
     };
     for (const auto& c : cases) EXPECT_EQ(print(solveSlots(c.tree, {}, c.area, c.metrics, 5)), c.expected) << c.what;
 
-    const auto solved = solveSlots(twoRows, {}, {2560, 1440}, kDefaults, 5);
+    const auto solved = solveSlots(rowOfTwo, {}, {2560, 1440}, kDefaults, 5);
     EXPECT_EQ(solved.slots[1].name, "Name of b");
     EXPECT_EQ(print(solved.slots[0].normalizedFrame),
               print(makeRect(10 / 2560.0, 10 / 1440.0, 1593 / 2560.0, 1392 / 1440.0)));
 }
 
-TEST(LayoutSolver, WindowsMinimumsTable) {
+TEST(LayoutSolver, TilesGrowToTheMinimumSizesOfTheirWindows) {
     const LayoutNode tree = row({{1, tile("a")}, {1, column({{1, tile("b")}, {1, tile("c")}})}});
     struct Case {
         const char* what;
@@ -104,13 +112,16 @@ TEST(LayoutSolver, WindowsMinimumsTable) {
          {{"c", {690, 382}}},
          "a 10,10 468x652 | b 490,10 700x220 | c 490,270 700x392",
          ""},
-        {"half a point too small still fits",
+        {"a tile that is half a point too small is large enough",
          {{"c", {699.5, 1}}},
          "a 10,10 459x652 | b 481,10 709x306 | c 481,356 709x306",
          ""},
-        {"too much for one axis", {{"a", {900, 100}}}, "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306", "a "},
+        {"a minimum that does not fit beside the others",
+         {{"a", {900, 100}}},
+         "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306",
+         "a "},
         {"no such tile", {{"z", {1, 1}}}, "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306", "z "},
-        {"not a number is never satisfied",
+        {"a minimum that is not a number is never satisfied",
          {{"b", {kNaN, 10}}},
          "a 10,10 584x652 | b 606,10 584x306 | c 606,356 584x306",
          "b "},
@@ -136,11 +147,11 @@ TEST(LayoutSolver, WindowsMinimumsTable) {
         << "unknown ids of a tree without tiles are reported, too";
 }
 
-TEST(LayoutSolver, DividersComeDepthFirst) {
+TEST(LayoutSolver, DividersAreListedDepthFirst) {
     const LayoutNode tree = column({{1, row({{1, tile("a")}, {1, tile("b")}, {1, tile("c")}})},
                                     {1, tile("d")},
                                     {2, row({{1, column({{1, tile("e")}, {1, tile("f")}})}, {1, tile("g")}})}});
-    // As many splits as the tree above, with the last one in another place.
+    // Has as many splits as the tree above, but the last one is in another place, so its id must be computed again.
     const LayoutNode other = column({{1, row({{1, row({{1, tile("a")}, {1, tile("b")}})}, {1, tile("c")}})},
                                      {1, tile("d")},
                                      {1, row({{1, tile("e")}, {1, tile("f")}})}});
@@ -162,7 +173,7 @@ TEST(LayoutSolver, DividersComeDepthFirst) {
     EXPECT_EQ(dividers, expected);
 }
 
-TEST(LayoutTree, WeightOverrides) {
+TEST(LayoutTree, UsableWeightOverridesReplaceTheWeightsOfASplit) {
     const LayoutNode tree = row({{1, tile("a")}, {0, tile("b")}, {3, column({{1, tile("c")}, {1, tile("d")}})}});
     const auto weights = [&tree](const LayoutWeightOverrides& overrides) {
         const auto root = std::get<LayoutSplit>(applyingWeightOverrides(tree, overrides));
@@ -174,7 +185,8 @@ TEST(LayoutTree, WeightOverrides) {
     using Weights = std::vector<double>;
     EXPECT_EQ(weights({}), (Weights{1, 0.000001, 3, 1, 1}));
     EXPECT_EQ(weights({{{"root", {5, 6, 7}}, {"root.2", {1180, 1e-9}}}}), (Weights{5, 6, 7, 1180, 0.000001}));
-    EXPECT_EQ(weights({{{"root", {2, 1}}, {"root.2", {2, 4}}}}), (Weights{1, 0.000001, 3, 2, 4})) << "one too few";
+    EXPECT_EQ(weights({{{"root", {2, 1}}, {"root.2", {2, 4}}}}), (Weights{1, 0.000001, 3, 2, 4}))
+        << "two weights for three branches";
     for (const double unusable : {0.0, -1.0, kNaN, kInfinity}) {
         EXPECT_EQ(weights({{{"root", {5, unusable, 7}}, {"root.1", {9, 9}}}}), (Weights{1, 0.000001, 3, 1, 1}))
             << unusable;
@@ -187,7 +199,7 @@ TEST(LayoutTree, WeightOverrides) {
 #ifdef KOVA_HAS_RAPIDCHECK
 namespace {
 
-/// Walks the tree by the rules for layouts, and compares the result with them.
+/// Computes each node's frame by the rules for layouts and compares the solved layout with it.
 struct SplitChecker {
     const TileMinimumSizes& minimums;
     const LayoutMetrics& metrics;
@@ -359,7 +371,7 @@ TEST(LayoutSolver, ASolveIntoAUsedResultAllocatesNothing) {
     EXPECT_LT(result.unsatisfiedTileIDs.size(), unsatisfiedBefore);
 }
 
-TEST(LayoutSolver, AWindowFitsWhenHalfAPointIsMissing) {
+TEST(LayoutSolver, AWindowFitsIfAtMostHalfAPointIsMissing) {
     const CGRect frame = makeRect(0, 0, 110, 210); // 100 x 200 within an inset of 5
     EXPECT_TRUE(holdsWindow(frame, {100.5, 200.5}, 5));
     EXPECT_FALSE(holdsWindow(frame, {100.6, 200}, 5));

@@ -40,7 +40,7 @@ TileSlot slot(SlotID id, double x, double y, double width, double height) {
 #ifdef KOVA_HAS_RAPIDCHECK
 namespace {
 
-/// A literal search: of all valid subsets with the anchor, the first in the order of preference.
+/// Tries all subsets of the slots: returns the valid one with the anchor that is first in the order of preference.
 std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor, double inset, CGSize minimum,
                                          const Occupied& occupied) {
     struct Candidate {
@@ -85,7 +85,7 @@ std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor,
     return best ? std::optional(best->span) : std::nullopt;
 }
 
-/// Cuts a rectangle repeatedly in two, at twelfths; leaves out some of the pieces.
+/// Cuts a rectangle repeatedly in two, at multiples of a twelfth; leaves out some of the pieces.
 void cut(const CGRect& whole, int depth, Slots& out) {
     const bool across = *rc::gen::arbitrary<bool>();
     const double length = across ? whole.size.width : whole.size.height;
@@ -119,7 +119,7 @@ Slots scattered() {
 
 } // namespace
 
-RC_GTEST_PROP(TileSpans, AgreeWithTheLiteralSearch, (bool tidy)) {
+RC_GTEST_PROP(TileSpans, AgreeWithATrialOfAllSubsets, (bool tidy)) {
     Slots slots;
     if (tidy) {
         cut(makeRect(0, 0, 1, 1), 4, slots);
@@ -145,7 +145,7 @@ RC_GTEST_PROP(TileSpans, AgreeWithTheLiteralSearch, (bool tidy)) {
 }
 #endif
 
-TEST(TileSpans, PreferenceTable) {
+TEST(TileSpans, PreferFewSlotsThenFreeSlotsThenASmallAreaThenAShortDistance) {
     struct Case {
         const char* what;
         Slots slots;
@@ -168,18 +168,18 @@ TEST(TileSpans, PreferenceTable) {
         {"one slot is enough", quad, "q2", {490, 490}, {"q2"}, "q2"},
         {"width taken from the neighbor", quad, "q2", {600, 100}, {}, "q1 q2"},
         {"width and height taken from neighbors", quad, "q2", {600, 600}, {}, "q1 q2 q3 q4"},
-        {"larger than everything", quad, "q2", {991, 100}, {}, "none"},
+        {"wider than all slots together", quad, "q2", {991, 100}, {}, "none"},
         {"exceeds the span by less than the tolerance", quad, "q2", {990.0009, 100}, {}, "q1 q2"},
         {"one occupied slot beats two free ones", quad, "q1", {490, 490}, {"q1"}, "q1"},
-        {"fewer occupied", row, "c", {600, 0}, {"a"}, "b c"},
-        {"the same area and distance: the ids in layout order", row, "c", {600, 0}, {}, "b c"},
+        {"fewer occupied slots", row, "c", {600, 0}, {"a"}, "b c"},
+        {"the same area and distance: the first ids", row, "c", {600, 0}, {}, "b c"},
         {"areas within the tolerance are equal", nearTie, "mid", {600, 0}, {}, "mid a"},
         {"smaller area", uneven, "mid", {500, 0}, {}, "left mid"},
         {"an overlap too small to count", nearlyOverlapping, "a", {}, {}, "a"},
-        {"an overlap above the tolerance: never alone", overlapping, "a", {}, {}, "a b"},
+        {"an overlap above the tolerance: only both slots together", overlapping, "a", {}, {}, "a b"},
         {"across a gap", gap, "b", {700, 0}, {}, "a b"},
         {"a line without area can be a side", marked, "a", {600, 0}, {}, "a line"},
-        {"a dot can be a side, with the slots before it", marked, "a", {850, 0}, {}, "a dot"},
+        {"a dot can be a side, and the line before it is left out", marked, "a", {850, 0}, {}, "a dot"},
         {"the dot as the anchor", marked, "dot", {0, 0}, {}, "dot"},
         {"an anchor with an invalid frame", hollow, "a", {}, {}, "none"},
         {"an invalid frame does not block others", hollow, "b", {600, 0}, {}, "b c"},
@@ -195,14 +195,15 @@ TEST(TileSpans, PreferenceTable) {
     }
 }
 
-TEST(TileSpans, ALayoutOfSixtyThreeSlots) {
+TEST(TileSpans, AreFoundAmongSixtyThreeSlots) {
     Slots grid;
     for (int y = 0; y < 7; ++y) {
         for (int x = 0; x < 9; ++x) {
             grid.push_back(slot(SlotID(std::to_string(x) + std::to_string(y)), x / 9.0, y / 7.0, 1 / 9.0, 1 / 7.0));
         }
     }
-    // Three slots wide and two high around 43: of the six such spans the row above is free.
+    // Of the six spans of 3 by 2 slots around slot 43, three use the occupied row below; the middle one of the others
+    // is the nearest.
     const auto span = TileSpanPolicy::bestSpan(grid, "43", {1800, 1400}, 0, {500, 300}, {"44", "34", "54"});
     EXPECT_EQ(ids(span), "32 42 52 33 43 53");
     const auto whole = TileSpanPolicy::bestSpan(grid, "43", {1800, 1400}, 0, {1700, 1300}, {});
@@ -227,7 +228,8 @@ TEST(TileTarget, HasATextOfDisplayAndSlotAndSortsLikeThatText) {
 }
 
 TEST(TileSpans, DistancesAndFitsHaveNarrowTolerances) {
-    // In flat tiles a left neighbor that is wider by a hundred-thousandth changes the distance, but hardly the area.
+    // The left neighbor is wider by 0.00001. That exceeds the tolerance of distances, but as the tiles are flat, not
+    // that of areas.
     const Slots slots{slot("b", 0, 0, 0.30001, 0.05), slot("m", 0.30001, 0, 0.39999, 0.05),
                       slot("z", 0.7, 0, 0.3, 0.05)};
     EXPECT_EQ(ids(TileSpanPolicy::bestSpan(slots, "m", kDisplay, 0, {600, 0}, {})), "m z");

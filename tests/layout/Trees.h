@@ -51,8 +51,8 @@ inline std::string print(const LayoutDivider& divider) {
 }
 
 #ifdef KOVA_HAS_RAPIDCHECK
-/// A tree of `depth` levels at most, its tiles numbered from `nextTile` on; numbers from `distinctIDs` on start at 0
-/// again. Some of its splits have no branches.
+/// A tree with at most `depth` levels of splits, some of them without branches. Its tiles are numbered from `nextTile`
+/// on, modulo `distinctIDs`.
 inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile, int distinctIDs = 1000) {
     const int branchCount = depth > 0 ? *rc::gen::inRange(0, 5) : 0;
     if (branchCount == 0 && *rc::gen::inRange(0, 8) == 0) return row({});
