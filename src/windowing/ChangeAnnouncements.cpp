@@ -30,7 +30,7 @@ bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
         withWindows.insert(window.processIdentifier);
     }
     for (const auto& window : found.unlisted) {
-        // Needs no new request: it got one while it was listed, or the tab that replaced it got one under its own id.
+        // The window got its request while it was listed; otherwise the tab that replaced it got one under another id.
         const auto known = elements_.find(window.id);
         if (known == elements_.end()) continue;
         present.emplace(window.id, known->second.element);

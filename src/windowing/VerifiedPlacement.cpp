@@ -10,7 +10,8 @@ namespace kova {
 
 namespace {
 
-/// Whether the size is the one of the previous pass: a window that is still shrinking has not refused the frame.
+/// Whether the window kept its size since the previous pass: a window that is still shrinking has not refused the
+/// frame.
 bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
     return before && std::abs(before->width - now.width) <= kFrameTolerancePoints &&
            std::abs(before->height - now.height) <= kFrameTolerancePoints;
