@@ -326,7 +326,7 @@ void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<SlotID>
         ids.insert(std::move(spareEntries.back()));
         spareEntries.pop_back();
     }
-    spareEntries.reserve(spareEntries.size() + ids.size()); // so that extracting all of them allocates nothing
+    spareEntries.reserve(spareEntries.size() + ids.size()); // so that extracting all ids later allocates nothing
 }
 
 LayoutSolver::LayoutSolver() : scratch_(std::make_unique<Scratch>()) {}

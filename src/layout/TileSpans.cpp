@@ -36,7 +36,7 @@ struct Interval {
     double high;
 };
 
-/// A possible side of the span: an edge of some slot, and the slots by their position relative to it.
+/// A possible side of the span, at the edge of some slot, and sets of slots by their position relative to this side.
 struct Side {
     double position = 0;
     SlotSet within = 0;   // slots that do not extend beyond the side
