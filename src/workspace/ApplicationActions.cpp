@@ -36,7 +36,7 @@ Outcome ApplicationActions::launchApplication(const action::LaunchApplication& l
                                       applicationLaunched(tile, launch.application.identifier, result);
                                       if (launch.completion) launch.completion(result);
                                   }));
-    refreshCycle_.wake(); // until its window is placed or has failed to appear
+    refreshCycle_.wake(); // polls continue until the window is placed or the launch has timed out
     return Outcome::done();
 }
 
@@ -64,7 +64,7 @@ void ApplicationActions::processPendingApplicationPlacements() {
     std::vector<TileTarget> waiting;
     for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
     for (const auto& target : waiting) {
-        // A disconnected display may return, and so may a layout that has the slot.
+        // A launch stays pending without its tile: the display, or a layout with the slot, may return.
         const auto launch = awaited_.launches().find(target);
         const bool isThere = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
         const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr Seconds kFollowUpDelay{0.85};
 
-/// A window whose minimum size is its present size counts as one of fixed size.
+/// Whether the window's minimum size is its present size; such a window counts as one of fixed size.
 bool isAtItsMinimum(const ManagedWindow& window) {
     constexpr double kFixedSizePoints = 1;
     return window.minimumSize && window.frame &&
@@ -42,7 +42,7 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
-    const auto obstacle = whyWindowsStay(); // judged by earlier arrangements
+    const auto obstacle = whyWindowsStay(); // before the arrangement, since it depends on refusals of earlier requests
     arrangeWindows();
     return Outcome::done(obstacle.value_or("Windows arranged into zones — Undo is available"));
 }
@@ -73,8 +73,8 @@ bool Arrangement::hasWindowToArrange() const {
                        [this](const auto& window) { return candidateFor(window, assignments_).has_value(); });
 }
 
-/// Absent for windows that the arrangement does not move: those whose display was just disconnected, full-screen ones,
-/// those on another virtual desktop, those that float by command, and those that a rule lets float or ignores.
+/// Absent for a window that the arrangement does not move: its display was just disconnected, it is in full screen or
+/// on another Space, it floats by command, or a rule lets it float or ignores it.
 std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindow& window,
                                                               const TileAssignments& assignments) const {
     const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
@@ -191,7 +191,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     }
     const auto frames = geometry_.framesOfTiledWindows();
     for (const auto& placement : plan.placements) {
-        if (!placement.isPrimary) continue; // hidden by the commit, once its time has come
+        if (!placement.isPrimary) continue; // the commit hides stacked windows
         if (!placement.isDeferred) {
             presentPlacement(placement, frames);
         } else {
@@ -219,7 +219,7 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
         std::vector<WindowID> placed;
         for (const auto& placement : arranger_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
-            // Meanwhile the user may have put another window into its tile, or may be dragging it.
+            // Meanwhile the user may have put another window into the tile, or may be dragging this one.
             const WindowID& id = placement.window.id;
             if (assignments_.targetOf(id) != placement.target.id() || pointer_.isHolding(id)) continue;
             const ManagedWindow* live = liveWindows_.find(id);
@@ -274,7 +274,7 @@ void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
         if (access_.mayMoveWindows()) {
             steps_.changeLater([this] { arrangeWindows(); });
         } else if (access_.isAway()) {
-            arranger_.postponeStartupArrangement(); // the lock was noticed late: due again after the unlock
+            arranger_.postponeStartupArrangement(); // the screen was locked meanwhile: due again after the unlock
         }
     }));
 }

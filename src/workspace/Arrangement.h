@@ -45,7 +45,7 @@ class Arrangement {
     /// The message for the user if the window manager places windows itself (recognized by its name or by refusals);
     /// otherwise absent.
     std::optional<std::string> whyWindowsStay() const;
-    /// False: `arrange` refuses.
+    /// If false, `arrange` refuses.
     bool hasWindowToArrange() const;
     /// The plan that `arrange` would carry out now.
     ArrangementPlan planArrangement() const;

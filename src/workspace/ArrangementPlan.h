@@ -15,7 +15,7 @@
 
 namespace kova {
 
-/// A display as the planner sees it.
+/// The data of a display that the planner needs.
 struct ArrangementDisplay {
     DisplayID displayID;
     std::string name;
@@ -38,12 +38,12 @@ struct ArrangementCandidate {
     AutoArrangeAppRole role = AutoArrangeAppRole::other;
     CGRect frameOnScreen{};                    // screen space; empty when unknown
     std::optional<DisplayID> displayID;        // the display that holds it
-    std::optional<TileTarget> currentTarget;   // the tile that it fronts now
+    std::optional<TileTarget> currentTarget;   // the tile whose front window it is
     std::optional<TileTarget> stackedBehindID; // the tile in which it is stacked
     CGSize minimumSize{};                      // points, 0 where none is known
     std::optional<RuleTile> rule;              // while rules are on
     bool isDeferred = false;                   // minimized or hidden, so that showing the window takes time
-    bool isComingBack = false;                 // about to be shown after that; ranks as visible
+    bool isComingBack = false;                 // not visible yet, but requested to be shown; ranks as visible
     std::optional<std::size_t> useRank;        // 0 for the window used last; absent for one never used
     bool isFixedSize = false;
 };
@@ -69,8 +69,8 @@ struct AutoArrangePlacement {
     DisplayTileTarget target;
     bool isPrimary = true;                         // front window; false: stacked
     std::vector<DisplayTileTarget> claimedTargets; // the covered tiles, the anchor first; empty for a stacked window
-    std::optional<WindowID> behindID;              // the front window of the tile; absent for a full-screen one
-    bool isDeferred = false;                       // placed once it had time to come back; never a stacked window
+    std::optional<WindowID> behindID;              // of a stacked window: the front window, unless it is full-screen
+    bool isDeferred = false;                       // placed after it had time to appear; never a stacked window
     std::string explanation;                       // one line in plain words
 };
 

@@ -35,13 +35,13 @@ struct Assignment {
     std::string reason;
 };
 
-/// The tiles that a window would cover, the anchor first; empty where it must not be.
+/// The tiles that a window would cover, the anchor first; empty if the window must not be put there.
 using Fit = std::vector<std::size_t>;
 
 /// Whether a large window may take tiles from others.
 enum class Displacement { forbidden, allowed };
 
-/// Which of the windows without a tile may get one.
+/// Which of the windows without a tile may get a tile.
 enum class Admission { asManyAsTiles, all };
 
 class Planner {
@@ -52,21 +52,21 @@ class Planner {
   private:
     enum class Phase { ownDisplay, anyDisplay };
     void assignClaims();
-    bool hasRoomForAllThatShow() const;
+    bool hasTileLeftForHiddenWindow() const;
     void assignWaiting(Phase phase);
     bool assignOn(std::size_t displayIndex, Phase phase, Displacement displacement,
                   Admission admission = Admission::asManyAsTiles);
     std::vector<Pair> pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const;
     std::vector<std::size_t> waitingFor(std::size_t displayIndex, Phase phase) const;
     std::optional<std::size_t> slotOfWindowAlone(std::size_t displayIndex, Phase phase) const;
-    void keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const;
+    void keepHighestRanked(std::vector<Pair>& pairs, std::size_t tileCount) const;
     bool outranks(std::size_t candidate, std::size_t other) const;
     bool isCrowded(std::size_t displayIndex, Phase phase) const;
     bool isFree(std::size_t displayIndex, std::size_t slot) const;
     Fit fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const;
     bool displacesWindow(std::size_t displayIndex, const Fit& fit) const;
-    bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
-    bool pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
+    bool isOutrankedByAWaitingWindow(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
+    bool displacesOneOfHigherRank(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
     void assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason);
     void vacate(std::size_t candidate);
     TileRoom roomOn(std::size_t displayIndex) const;
@@ -78,10 +78,11 @@ class Planner {
     const ArrangementInput& input_;
     std::vector<DisplayState> displays_;
     std::vector<std::optional<Assignment>> assignments_; // by candidate
-    std::vector<bool> isCrowded_;    // by displayIndex: more windows than tiles, when the phase began
-    std::vector<bool> wasDisplaced_; // once: a second time is not allowed, so that planning ends
-    std::vector<bool> hasClaimed_;   // a rule or the user gave it its tile, which no other window takes
-    std::vector<bool> staysBehind_;  // it is stacked in the tile that its rule names
+    std::vector<bool> isCrowded_;                        // by display: more windows than tiles when the phase began
+    // By candidate:
+    std::vector<bool> wasDisplaced_; // not displaced a second time, so that planning ends
+    std::vector<bool> hasClaimed_;   // has a tile by a rule or a preference, which no other window takes
+    std::vector<bool> staysBehind_;  // stays stacked in the tile that its rule names
 };
 
 Planner::Planner(const ArrangementInput& input) :
@@ -108,8 +109,8 @@ std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase pha
     return waiting;
 }
 
-/// Rank of a window if there are fewer tiles than windows: visible windows first, then by last use, never-used ones
-/// after those, resizable before fixed-size.
+/// Compares ranks, which count if there are fewer tiles than windows: visible windows before hidden ones; then recently
+/// used ones first and unused ones last; then resizable windows before those of fixed size.
 bool Planner::outranks(std::size_t candidate, std::size_t other) const {
     const auto rank = [](const ArrangementCandidate& c) {
         return std::tuple(c.isDeferred, c.useRank.value_or(std::numeric_limits<std::size_t>::max()), c.isFixedSize);
@@ -124,8 +125,9 @@ bool Planner::isCrowded(std::size_t displayIndex, Phase phase) const {
     return waitingFor(displayIndex, phase).size() > freeCount;
 }
 
-/// `pairs` are sorted by score, which decides between windows of one rank.
-void Planner::keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const {
+/// Keeps the pairs of the `tileCount` windows of highest rank. `pairs` are sorted by score, which decides between
+/// windows of the same rank.
+void Planner::keepHighestRanked(std::vector<Pair>& pairs, std::size_t tileCount) const {
     std::vector<std::size_t> order;
     for (const Pair& pair : pairs) {
         if (std::find(order.begin(), order.end(), pair.candidate) == order.end()) order.push_back(pair.candidate);
@@ -190,7 +192,7 @@ std::vector<Pair> Planner::pairsFor(std::size_t displayIndex, Phase phase, Admis
         return localizedCaseInsensitiveCompare(input_.candidates[a.candidate].window.applicationName,
                                                input_.candidates[b.candidate].window.applicationName) < 0;
     });
-    if (admission == Admission::asManyAsTiles) keepThoseThatComeFirst(pairs, freeCount);
+    if (admission == Admission::asManyAsTiles) keepHighestRanked(pairs, freeCount);
     return pairs;
 }
 
@@ -207,8 +209,8 @@ TileRoom Planner::roomOn(std::size_t displayIndex) const {
 }
 
 /// The tile, or the span that the window needs. Empty if the span would displace a window that was displaced before or
-/// that claimed its tile. The tile of a full-screen window is not claimed; beside one the window gets its tile alone
-/// and overlaps meanwhile.
+/// that claimed its tile. A span never contains the tile of a full-screen window: then the window gets the one tile and
+/// overlaps its neighbor.
 Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
     const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
@@ -258,19 +260,19 @@ bool Planner::isAnyTileFree() const {
     return false;
 }
 
-bool Planner::isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const {
+bool Planner::isOutrankedByAWaitingWindow(std::size_t candidate, std::size_t displayIndex, Phase phase) const {
     const auto waiting = waitingFor(displayIndex, phase);
     return std::any_of(waiting.begin(), waiting.end(), [&](std::size_t other) { return outranks(other, candidate); });
 }
 
-bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const {
+bool Planner::displacesOneOfHigherRank(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const {
     return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) {
         const auto& holder = displays_[displayIndex].holder[slot];
         return holder && outranks(*holder, candidate);
     });
 }
 
-/// True if a window was displaced.
+/// Returns whether a window was displaced.
 bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
     bool wasDisplaced = false;
     const bool wasCrowded = isCrowded_[displayIndex];
@@ -279,8 +281,9 @@ bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displ
         const Fit fit = fitFor(pair.candidate, displayIndex, pair.slot);
         const bool pushes = displacesWindow(displayIndex, fit);
         if (fit.empty() || (pushes && displacement == Displacement::forbidden)) continue;
-        const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, displayIndex, phase);
-        if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, displayIndex, fit))) continue;
+        const bool takesTilesOfOthers =
+            fit.size() > 1 && isOutrankedByAWaitingWindow(pair.candidate, displayIndex, phase);
+        if (wasCrowded && (takesTilesOfOthers || displacesOneOfHigherRank(pair.candidate, displayIndex, fit))) continue;
         wasDisplaced = wasDisplaced || pushes;
         assign(pair.candidate, displayIndex, fit,
                reasonFor(pair.score, input_.candidates[pair.candidate],
@@ -289,7 +292,7 @@ bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displ
     return wasDisplaced;
 }
 
-bool Planner::hasRoomForAllThatShow() const {
+bool Planner::hasTileLeftForHiddenWindow() const {
     std::size_t free = 0;
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
@@ -314,7 +317,7 @@ void Planner::assignClaims() {
             if (isBehind) staysBehind_[claim.candidate] = true;
             continue;
         }
-        if (candidate.isDeferred && !hasRoomForAllThatShow()) continue;
+        if (candidate.isDeferred && !hasTileLeftForHiddenWindow()) continue;
         const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
         if (fit.empty() || displacesWindow(claim.display, fit)) continue;
         assign(claim.candidate, claim.display, fit, claim.reason);
@@ -325,13 +328,14 @@ void Planner::assignClaims() {
 void Planner::assignWaiting(Phase phase) {
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
-        // First windows that displace none, then the others. A displaced window gets another tile.
+        // First the windows that displace no other, then the others. The next round gives displaced windows another
+        // tile.
         bool wasDisplaced = true;
         while (wasDisplaced) {
             assignOn(displayIndex, phase, Displacement::forbidden);
             wasDisplaced = assignOn(displayIndex, phase, Displacement::allowed);
         }
-        // Tiles in which windows of higher rank do not fit go to the next ones.
+        // Tiles that are too small for the windows of higher rank go to windows of lower rank.
         assignOn(displayIndex, phase, Displacement::forbidden, Admission::all);
     }
 }
@@ -362,27 +366,26 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
 std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
     const auto& behind = input_.candidates[candidate].stackedBehindID;
     if (!behind) return std::nullopt;
-    for (const DisplayState& displayIndex : displays_) {
-        for (std::size_t slot = 0; slot < displayIndex.display->solved.slots.size(); ++slot) {
-            const DisplayTileTarget target{displayIndex.display->displayID, displayIndex.display->solved.slots[slot]};
+    for (const DisplayState& state : displays_) {
+        for (std::size_t slot = 0; slot < state.display->solved.slots.size(); ++slot) {
+            const DisplayTileTarget target{state.display->displayID, state.display->solved.slots[slot]};
             if (target.id() != *behind) continue;
             AutoArrangePlacement placement;
             placement.window = input_.candidates[candidate].window;
             placement.isPrimary = false;
-            if (displayIndex.display->reservedSlotIDs.contains(target.slot.id)) {
+            if (state.display->reservedSlotIDs.contains(target.slot.id)) {
                 placement.target = target;
                 placement.explanation = describe(candidate) + " → behind the full-screen window in " +
-                                        target.slot.name + " on " + displayIndex.display->name +
-                                        ": it was stacked there";
+                                        target.slot.name + " on " + state.display->name + ": it was stacked there";
                 return placement;
             }
-            if (!displayIndex.holder[slot]) continue;
+            if (!state.holder[slot]) continue;
             // A spanning window has one stack, at its anchor.
-            const std::size_t anchor = assignments_[*displayIndex.holder[slot]]->slots.front();
-            placement.target = {displayIndex.display->displayID, displayIndex.display->solved.slots[anchor]};
-            placement.behindID = input_.candidates[*displayIndex.holder[slot]].window.id;
-            placement.explanation = describe(candidate) + " → behind " + describe(*displayIndex.holder[slot]) + " in " +
-                                    placement.target.slot.name + " on " + displayIndex.display->name +
+            const std::size_t anchor = assignments_[*state.holder[slot]]->slots.front();
+            placement.target = {state.display->displayID, state.display->solved.slots[anchor]};
+            placement.behindID = input_.candidates[*state.holder[slot]].window.id;
+            placement.explanation = describe(candidate) + " → behind " + describe(*state.holder[slot]) + " in " +
+                                    placement.target.slot.name + " on " + state.display->name +
                                     ": it was stacked there";
             return placement;
         }
@@ -396,9 +399,9 @@ ArrangementPlan Planner::plan() {
     assignWaiting(Phase::anyDisplay);
 
     ArrangementPlan plan;
-    for (const DisplayState& displayIndex : displays_) {
-        for (std::size_t slot = 0; slot < displayIndex.holder.size(); ++slot) {
-            const auto candidate = displayIndex.holder[slot];
+    for (const DisplayState& state : displays_) {
+        for (std::size_t slot = 0; slot < state.holder.size(); ++slot) {
+            const auto candidate = state.holder[slot];
             if (candidate && assignments_[*candidate]->slots.front() == slot) {
                 plan.placements.push_back(frontPlacement(*candidate, *assignments_[*candidate]));
             }

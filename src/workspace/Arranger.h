@@ -42,7 +42,7 @@ class Arranger : public PartWithoutPolls {
     const Published<Learning>& publishedLearning() const { return learning_; }
     /// Takes over the model that was read from the preferences.
     void loadLearning(AutoArrangeLearningModel model);
-    /// Saves the model only after the requests to windows that are due now.
+    /// Replaces the model. Saves it after the work that is queued already, so that requests to windows come first.
     void setLearning(Learning learning);
     /// Replaces the model by a copy that `edit` has changed.
     template <class Edit>

@@ -1,5 +1,5 @@
-// Dialogs that belong to a window. Tiles, rules, scenes and stacks ignore them: they stay where their application put
-// them, and move with their window. Frames are in window-service space.
+// Dialogs that belong to a window. Tiles, rules, scenes and stacks ignore dialogs: a dialog stays where its application
+// put it, and moves with its window. Frames are in window-service space.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -29,8 +29,8 @@ class AttachedDialogs {
         ManagedWindow dialog;
         CGPoint origin{};
     };
-    /// The new origins of the window's dialogs when the window moves to `frame`: by the same amount, but inside
-    /// `visibleArea` as far as they fit. Records these origins; leaves out dialogs that have theirs already.
+    /// The new origins of the window's dialogs when the window moves to `frame`. The dialogs move by the same amount,
+    /// but stay inside `visibleArea` as far as they fit. Records the origins; leaves out dialogs that need not move.
     std::vector<Move> follow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:

@@ -49,12 +49,12 @@ class AwaitedWindows {
 
     // A scene
     const SceneRestoration& scene() const { return scene_; }
-    /// Abandons the former scene. `undoNumber` is that of the new one's entry in the undo history.
+    /// Abandons the former scene. `undoNumber` is the number of the new scene's entry in the undo history.
     void beginScene(std::uint64_t undoNumber);
     void abandonScene();
-    /// A placement whose tile the layout in force does not have.
+    /// Reports the window of a placement whose tile is missing in the layout in force.
     void noteWithoutTile(const WorkspaceWindowReference& window);
-    /// A window that was there already.
+    /// Reports a window that was open already.
     void noteAdopted(const ManagedWindow& window);
     void awaitForScene(PendingSceneWindowPlacement placement);
     /// False if the scene has launched the application already. `now` is an uptime.
@@ -85,7 +85,7 @@ class AwaitedWindows {
 
     /// Extends all deadlines by the time in which no window could be placed.
     void postpone(Seconds duration);
-    /// Something is awaited until a deadline.
+    /// Whether a launch or a placement is pending, so that polls must continue until its deadline.
     bool isWaiting() const { return !launches_.empty() || !scene_.pending.empty(); }
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);

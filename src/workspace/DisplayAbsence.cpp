@@ -8,11 +8,11 @@ namespace kova {
 ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignments assignments) {
     const TileAssignments before = std::move(assignments);
     ReturnedWindows back{before, {}, {}};
-    const auto residents = held.windows();
-    for (const auto& window : residents) back.assignments.remove(window);
+    const auto remembered = held.windows();
+    for (const auto& window : remembered) back.assignments.remove(window);
 
-    std::set<WindowID> evicted;
-    for (const auto& window : residents) {
+    std::set<WindowID> displaced;
+    for (const auto& window : remembered) {
         const auto targets = held.targetsAnchorFirst(window);
         if (targets.empty()) {
             if (before.stackTargetOf(window) != held.stackTargetOf(window) || before.isAssigned(window)) {
@@ -21,20 +21,21 @@ ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignmen
             continue;
         }
         if (before.targetsAnchorFirst(window) != targets) back.returnedFronts.push_back(window);
-        for (auto& loser : back.assignments.assign(window, targets)) evicted.insert(std::move(loser));
+        for (auto& displacedWindow : back.assignments.assign(window, targets))
+            displaced.insert(std::move(displacedWindow));
     }
     for (const auto& [target, stack] : held.stackWindowIDsByTarget) {
         auto& now = back.assignments.stackWindowIDsByTarget[target];
         const auto meanwhile = std::exchange(now, stack);
         now.insert(now.end(), meanwhile.begin(), meanwhile.end());
     }
-    for (const auto& loser : evicted) {
-        const auto lost = before.targetOf(loser);
-        if (lost && !back.assignments.isInAnyTile(loser))
-            back.assignments.insertIntoStack(*lost, loser, TileAssignments::StackPosition::behind);
-        back.returnedWaiting.push_back(loser);
+    for (const auto& displacedWindow : displaced) {
+        const auto lost = before.targetOf(displacedWindow);
+        if (lost && !back.assignments.isInAnyTile(displacedWindow))
+            back.assignments.insertIntoStack(*lost, displacedWindow, TileAssignments::StackPosition::behind);
+        back.returnedWaiting.push_back(displacedWindow);
     }
-    for (const auto& [window, anchor] : back.assignments.anchorsByWindowID) { // one stack for the whole span
+    for (const auto& [window, anchor] : back.assignments.anchorsByWindowID) { // the tiles of a span share one stack
         back.assignments.mergeStacksInto(anchor, back.assignments.targetsOf(window), {});
     }
     back.assignments.putFrontsFirst();

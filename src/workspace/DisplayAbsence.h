@@ -1,5 +1,5 @@
 // The windows that displays had when they were disconnected, so that every window returns to its slot with its display.
-// Also for layouts that a display cannot show for a while, because it has another size. Always true: a window is
+// Also used for layouts that a display cannot show for a while, because it has another size. Always true: a window is
 // remembered for at most one display, the first that was disconnected.
 #pragma once
 

@@ -45,8 +45,8 @@ void DisplayChanges::screensChanged() {
     const bool keepsFocusMode = isBesideFocusMode(before);
     // The zoomed frame belongs to the former display; the restored windows must be visible on the present ones.
     if (access_.isRunning() && !keepsFocusMode) steps_.closeFocusMode();
-    noteDisplaysThatCameAndWent(idsOf(before));
-    giveUpUnreachablePlacements();
+    recordConnectedAndDisconnected(idsOf(before));
+    cancelUnreachablePlacements();
     displays_.beginSettling();
     if (!access_.mayMoveWindows()) return;
     settleOnDisplays();
@@ -78,7 +78,7 @@ void DisplayChanges::keepFramesBesideFocusMode() {
 }
 
 /// Only records the change; the caller decides whether windows may be moved now.
-void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<DisplayID>& before) {
+void DisplayChanges::recordConnectedAndDisconnected(const std::set<DisplayID>& before) {
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
     }
@@ -90,7 +90,7 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<DisplayID>& befo
     session_.noteChange(); // the record contains the disconnected displays
 }
 
-/// The display that this one replaces, judged by the frame: another size or position.
+/// The display is named by its frame, which has changed.
 void DisplayChanges::displayHasNewID(const DisplayID& formerID, const DisplayID& newID) {
     renameDisplay_(formerID, newID);
     WorkspaceProfile profile = *state_.profile;
@@ -116,7 +116,7 @@ void DisplayChanges::returnStrandedFloats() {
     }
 }
 
-/// Windows are placed elsewhere only once their display has been disconnected for the settle time.
+/// Windows are moved to other displays only after their display was disconnected for the settle time.
 void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     const RequestBatch::Scope batch(requests_);
@@ -131,7 +131,7 @@ void DisplayChanges::displaysSettled() {
 void DisplayChanges::placeWindowsOfAbsentDisplays() {
     if (pointer_.isPausingPolls()) return displays_.beginSettling(); // drags come first
     const auto fronts = placeFrontsOfAbsentDisplays();
-    const auto waiting = takeWaitingAlong();
+    const auto waiting = restackWindowsOfAbsentDisplays();
     if (focusMode_.isOn()) {
         displays_.noteHeldBackByZoom(!displays_.absentDisplays().empty());
         keepBesideFocusMode(fronts, waiting);
@@ -171,7 +171,7 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
     for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             auto now = assignments_.targetOf(windowID);
-            if (!now) now = assignments_.stackTargetOf(windowID); // it is stacked there
+            if (!now) now = assignments_.stackTargetOf(windowID);
             const bool hasTile = (now && geometry_.screenOfTarget(*now)) || held.targetOf(windowID) != target;
             if (target.display == absent.displayID && !hasTile) displaced.emplace_back(target.slot, windowID);
         }
@@ -182,14 +182,14 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
         if (!live || !live->isVisible || presenter_.isLeftAlone(*live)) continue;
         const ManagedWindow window = *live;
         std::optional<Covering> chosen;
-        bool isNamesake = false;
+        bool hasSameSlot = false;
         for (const auto& tile : geometry_.tiles()) {
-            const bool sameName = tile.slot.id == slotID;
-            if (!isFree(tile) || (chosen && (isNamesake || !sameName))) continue;
+            const bool isSameSlot = tile.slot.id == slotID;
+            if (!isFree(tile) || (chosen && (hasSameSlot || !isSameSlot))) continue;
             auto covering = geometry_.coveringFor(window, tile.target);
-            if (!covering || covering->targets.size() > 1) continue; // it would need tiles of others
+            if (!covering || covering->targets.size() > 1) continue; // the window would need tiles of other windows
             chosen = std::move(covering);
-            isNamesake = sameName;
+            hasSameSlot = isSameSlot;
         }
         if (!chosen) continue;
         keeper_.place(window, *chosen, AccessibilityWindowService::BringToFront::no);
@@ -198,9 +198,9 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
     return placed;
 }
 
-/// Stacked windows of disconnected displays follow their front window, or else are stacked in another tile, preferably
-/// of the same slot. Returns those that are stacked elsewhere now.
-std::vector<WindowID> DisplayChanges::takeWaitingAlong() {
+/// Stacks the stacked windows of disconnected displays behind their former front window if that has a tile, else in
+/// another tile, preferably of the same slot. Returns these windows.
+std::vector<WindowID> DisplayChanges::restackWindowsOfAbsentDisplays() {
     std::vector<WindowID> taken;
     for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
@@ -211,9 +211,9 @@ std::vector<WindowID> DisplayChanges::takeWaitingAlong() {
                 there.reset();
                 for (const auto& tile : geometry_.tiles()) {
                     if (!tile.windowID || isZoomedOver(tile)) continue;
-                    const bool isNamesake = home.display == absent.displayID && tile.slot.id == home.slot;
-                    if (!there || isNamesake) there = assignments_.targetOf(*tile.windowID);
-                    if (isNamesake) break;
+                    const bool hasSameSlot = home.display == absent.displayID && tile.slot.id == home.slot;
+                    if (!there || hasSameSlot) there = assignments_.targetOf(*tile.windowID);
+                    if (hasSameSlot) break;
                 }
             }
             if (!there) continue;
@@ -243,8 +243,8 @@ void DisplayChanges::keepBesideFocusMode(const std::vector<WindowID>& fronts, co
     }
 }
 
-/// Verification would move a window back off the screen that the desktop has rescued from a disconnected display.
-void DisplayChanges::giveUpUnreachablePlacements() {
+/// The desktop may move windows of a disconnected display to another one; verification must not move them off again.
+void DisplayChanges::cancelUnreachablePlacements() {
     windowService_.cancelPlacements([this](const CGRect& target) { return !geometry_.isOnSomeScreen(target); });
 }
 

@@ -43,14 +43,14 @@ class DisplayChanges {
   private:
     bool isBesideFocusMode(const std::vector<Screen>& before) const;
     void keepFramesBesideFocusMode();
-    void noteDisplaysThatCameAndWent(const std::set<DisplayID>& before);
+    void recordConnectedAndDisconnected(const std::set<DisplayID>& before);
     void returnStrandedFloats();
     void bringIntoSight();
     bool isZoomedOver(const WorkspaceTile& tile) const;
     std::vector<WindowID> placeFrontsOfAbsentDisplays();
-    std::vector<WindowID> takeWaitingAlong();
+    std::vector<WindowID> restackWindowsOfAbsentDisplays();
     void keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
-    void giveUpUnreachablePlacements();
+    void cancelUnreachablePlacements();
 
     const WorkspaceServices& services_;
     RequestBatch& requests_;

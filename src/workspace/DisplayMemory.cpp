@@ -101,21 +101,21 @@ void DisplayMemory::takeBackLayout(const DisplayID& displayID, const std::string
 
 void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
     formerLayouts_.forgetDisplay(displayID);
-    for (const auto& window : crowded_.onDisplay(displayID).windows()) crowded_.remove(window);
+    for (const auto& window : beforeArrangement_.onDisplay(displayID).windows()) beforeArrangement_.remove(window);
 }
 
 void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
-    if (absence_.homes().empty() || crowded_ != TileAssignments{}) return;
-    crowded_ = assignments;
+    if (absence_.homes().empty() || beforeArrangement_ != TileAssignments{}) return;
+    beforeArrangement_ = assignments;
     for (const auto& window : assignments.windows()) {
-        if (absence_.belongsToDisconnectedDisplay(window)) crowded_.remove(window);
+        if (absence_.belongsToDisconnectedDisplay(window)) beforeArrangement_.remove(window);
     }
 }
 
 void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                                  const std::function<bool(const WindowID& windowID)>& isPutAway) {
     if (!absence_.homes().empty()) return;
-    TileAssignments held = std::exchange(crowded_, {});
+    TileAssignments held = std::exchange(beforeArrangement_, {});
     std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
     noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
 }
@@ -159,28 +159,28 @@ void DisplayMemory::beginSettling() {
 void DisplayMemory::forget(const WindowID& windowID) {
     absence_.forget(windowID);
     formerLayouts_.forget(windowID);
-    crowded_.remove(windowID);
+    beforeArrangement_.remove(windowID);
     strandedFloats_.forget(windowID);
 }
 
 void DisplayMemory::forgetAllWindows() {
     absence_.forgetAll();
     formerLayouts_.forgetAll();
-    crowded_ = {};
+    beforeArrangement_ = {};
     strandedFloats_.forgetAll();
 }
 
 void DisplayMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     absence_.keepOnly(windowIDs);
     formerLayouts_.keepOnly(windowIDs);
-    crowded_.keepOnly(windowIDs);
+    beforeArrangement_.keepOnly(windowIDs);
     strandedFloats_.keepOnly(windowIDs);
 }
 
 void DisplayMemory::rename(const WindowID& windowID, const WindowID& newID) {
     absence_.rename(windowID, newID);
     formerLayouts_.rename(windowID, newID);
-    crowded_.rename(windowID, newID);
+    beforeArrangement_.rename(windowID, newID);
     strandedFloats_.rename(windowID, newID);
     renameIn(windowsToShow_, windowID, newID);
     renameIn(windowsToHide_, windowID, newID);
@@ -188,7 +188,7 @@ void DisplayMemory::rename(const WindowID& windowID, const WindowID& newID) {
 
 void DisplayMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     formerLayouts_.renameDisplay(displayID, newID);
-    crowded_.renameDisplay(displayID, newID);
+    beforeArrangement_.renameDisplay(displayID, newID);
     strandedFloats_.renameDisplay(displayID, newID);
     renameKey(shown_, displayID, newID);
 }

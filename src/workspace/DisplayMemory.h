@@ -1,7 +1,8 @@
-// Remembers what displays need when they change: the windows of disconnected displays, the assignments before an
-// arrangement put those windows on connected displays, and for each display the layout shown last and the windows in
-// the layouts that it had at other sizes. Always true: a window is remembered for at most one disconnected display;
-// displays count as changing until they have not changed for `kSettleTime`, since a standby looks like an unplugging.
+// Remembers windows and layouts of displays that change: the windows of disconnected displays; the assignments before
+// an arrangement put those windows on connected displays; for each display the layout shown last, and the windows in
+// the layouts that the display had at other sizes. Always true: a window is remembered for at most one disconnected
+// display; displays count as changing until they have not changed for `kSettleTime`, since a display on standby may
+// look disconnected.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -80,9 +81,10 @@ class DisplayMemory : public PartWithoutPolls {
 
     /// Null for a display without a record.
     const ShownLayout* shown(const DisplayID& displayID) const;
-    /// Whether tiles of the display have moved since the last time.
+    /// Records the tiles of the display. Returns whether they differ from those of the last call.
     bool noteShown(const DisplayID& displayID, const std::string& layoutID, const SolvedLayout& solved);
-    /// Copies the chosen layout to the display's new id. The former id keeps the layout only if it was chosen for it.
+    /// Copies the chosen layout to the display's new id. The former id keeps the layout only if the user chose it for
+    /// that id.
     void carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID);
 
     /// Restarts the settle time; `settled` is called at its end.
@@ -110,8 +112,8 @@ class DisplayMemory : public PartWithoutPolls {
     MainQueue& queue_;
     std::function<void()> settled_;
     DisplayAbsence absence_;
-    DisplayAbsence formerLayouts_; // by display and layout
-    TileAssignments crowded_;      // as before the first arrangement with a disconnected display
+    DisplayAbsence formerLayouts_;      // by display and layout
+    TileAssignments beforeArrangement_; // before the first arrangement with a disconnected display
     StrandedFloats strandedFloats_;
     std::set<WindowID> windowsToShow_;
     std::set<WindowID> windowsToHide_;

@@ -24,25 +24,26 @@ bool isNamedByFrame(const DisplayID& displayID) {
     return !sizeInName(displayID).empty();
 }
 
-std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come) {
-    std::multimap<std::string, DisplayID> goneBySize, comeBySize;
-    for (const auto& id : gone) {
-        if (isNamedByFrame(id)) goneBySize.emplace(sizeInName(id), id);
+std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& disconnected,
+                                                    const std::set<DisplayID>& connected) {
+    std::multimap<std::string, DisplayID> disconnectedBySize, connectedBySize;
+    for (const auto& id : disconnected) {
+        if (isNamedByFrame(id)) disconnectedBySize.emplace(sizeInName(id), id);
     }
-    for (const auto& id : come) {
-        if (isNamedByFrame(id)) comeBySize.emplace(sizeInName(id), id);
+    for (const auto& id : connected) {
+        if (isNamedByFrame(id)) connectedBySize.emplace(sizeInName(id), id);
     }
     std::map<DisplayID, DisplayID> successors;
-    for (auto entry = goneBySize.begin(); entry != goneBySize.end();) {
+    for (auto entry = disconnectedBySize.begin(); entry != disconnectedBySize.end();) {
         const auto [size, former] = *entry;
-        const bool isOnlyOne = goneBySize.count(size) == 1 && comeBySize.count(size) == 1;
-        entry = isOnlyOne ? goneBySize.erase(entry) : std::next(entry);
+        const bool isOnlyOne = disconnectedBySize.count(size) == 1 && connectedBySize.count(size) == 1;
+        entry = isOnlyOne ? disconnectedBySize.erase(entry) : std::next(entry);
         if (!isOnlyOne) continue;
-        successors[former] = comeBySize.find(size)->second;
-        comeBySize.erase(size);
+        successors[former] = connectedBySize.find(size)->second;
+        connectedBySize.erase(size);
     }
-    if (goneBySize.size() == 1 && comeBySize.size() == 1) {
-        successors[goneBySize.begin()->second] = comeBySize.begin()->second;
+    if (disconnectedBySize.size() == 1 && connectedBySize.size() == 1) {
+        successors[disconnectedBySize.begin()->second] = connectedBySize.begin()->second;
     }
     return successors;
 }

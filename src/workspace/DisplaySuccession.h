@@ -15,7 +15,8 @@ bool isNamedByFrame(const DisplayID& displayID);
 
 /// Matches disconnected displays to new ones; keys are the former ids. Two displays match if no other disconnected or
 /// new display has their size, or if they are the only ones that remain unmatched.
-std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come);
+std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& disconnected,
+                                                    const std::set<DisplayID>& connected);
 
 /// Copies the chosen layout of the display, and its weights, to the other one.
 void copyDisplay(WorkspaceProfile& profile, const DisplayID& displayID, const DisplayID& otherID);

@@ -17,7 +17,7 @@ namespace kova {
 
 namespace {
 
-/// Existing entries take precedence; of two imported entries with one id the first is used.
+/// Existing records take precedence; of several imported records with the same id the first one is used.
 template <class Record>
 std::vector<Record> newAmong(std::vector<Record> imported, const std::vector<Record>& known) {
     std::set<Uuid> ids;
@@ -39,17 +39,17 @@ std::vector<Record> joined(std::vector<Record> known, std::vector<Record> added)
     return known;
 }
 
-struct Newcomers {
+struct NewRecords {
     WorkspaceImportCounts counts;
     std::vector<WorkspaceScene> scenes;
     std::vector<WorkspaceRule> rules;
 };
 
-Decoded<Newcomers> newcomersIn(std::string_view data, const WorkspaceState& known) {
+Decoded<NewRecords> newRecordsIn(std::string_view data, const WorkspaceState& known) {
     auto decoded = decodeExportedDocument(data);
     if (const auto* error = std::get_if<DecodingError>(&decoded)) return *error;
     auto& imported = std::get<WorkspaceProductDocument>(decoded);
-    Newcomers found;
+    NewRecords found;
     found.counts.scenes = imported.scenes.size();
     found.counts.rules = imported.rules.size();
     found.scenes = newAmong(std::move(imported.scenes), *known.scenes);
@@ -105,13 +105,13 @@ Decoded<std::string> DocumentStore::exportWorkspaceDocument() const {
 }
 
 Outcome DocumentStore::importWorkspaceDocument(std::string_view data) {
-    auto found = newcomersIn(data, state_);
+    auto found = newRecordsIn(data, state_);
     if (const auto* error = std::get_if<DecodingError>(&found)) return Outcome::refused(error->what());
-    auto& newcomers = std::get<Newcomers>(found);
-    WorkspaceImportCounts counts = std::move(newcomers.counts);
+    auto& newRecords = std::get<NewRecords>(found);
+    WorkspaceImportCounts counts = std::move(newRecords.counts);
     WorkspaceProductDocument next{.version = 1,
-                                  .scenes = joined(*state_.scenes, std::move(newcomers.scenes)),
-                                  .rules = joined(*state_.rules, std::move(newcomers.rules)),
+                                  .scenes = joined(*state_.scenes, std::move(newRecords.scenes)),
+                                  .rules = joined(*state_.rules, std::move(newRecords.rules)),
                                   .activeSceneID = *state_.activeSceneID};
     if (const auto reason = takeDocument(std::move(next))) {
         return Outcome::refused(std::string("scenes and rules together could not be stored: ") + reason->what());
@@ -123,9 +123,9 @@ Outcome DocumentStore::importWorkspaceDocument(std::string_view data) {
 }
 
 Decoded<WorkspaceImportCounts> DocumentStore::previewImport(std::string_view data) const {
-    auto found = newcomersIn(data, state_);
+    auto found = newRecordsIn(data, state_);
     if (const auto* error = std::get_if<DecodingError>(&found)) return *error;
-    WorkspaceImportCounts counts = std::get<Newcomers>(std::move(found)).counts;
+    WorkspaceImportCounts counts = std::get<NewRecords>(std::move(found)).counts;
     counts.message = "The file would add " + counted(counts.newScenes.size(), "scene") + " and " +
                      counted(counts.newRules.size(), "rule");
     return counts;
@@ -145,7 +145,7 @@ Outcome DocumentStore::addRule(WorkspaceRule rule) {
     return appendRule(std::move(rule), subject);
 }
 
-/// The newest has the lowest precedence.
+/// The newest rule has the lowest precedence.
 Outcome DocumentStore::appendRule(WorkspaceRule rule, const std::string& subject) {
     const std::string message = "Rule added for " + subject;
     auto document = workspaceDocument();
@@ -239,7 +239,7 @@ Outcome DocumentStore::insertScene(WorkspaceScene scene, std::size_t index) {
 }
 
 void DocumentStore::restoreActiveScene(const std::optional<Uuid>& id) {
-    const auto known = id && sceneWithID(*id) ? id : std::nullopt; // it may have been deleted since
+    const auto known = id && sceneWithID(*id) ? id : std::nullopt; // the scene may have been deleted since
     if (known == *state_.activeSceneID) return;
     state_.activeSceneID.set(known);
     saveWorkspaceDocument();

@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// Applications that belong to the desktop, such as the file manager; the message says that they stay open.
+/// Whether the application belongs to the desktop, such as the file manager. The confirmation says that it stays open.
 bool isKeptOpen(const RunningApplication& application);
 
 /// The running regular applications in their order, except this program and those that are kept open.

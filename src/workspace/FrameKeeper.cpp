@@ -11,22 +11,22 @@ namespace kova {
 FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
                                           const std::optional<CGRect>& pending) {
     if (sizes_.isBeingRetried(window.id)) {
-        if (pending) return Decision::leave;
+        if (pending) return Decision::noRequest;
         sizes_.endRetry(window.id);
     }
     const double tolerance = straying == Straying::any ? kRoundingPoints : kFrameTolerancePoints;
-    // Does not interfere with a placement that is still being verified.
-    if (pending) noteRequest(window.id); // the poll after the last pass decides again
-    if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::leave : Decision::ask;
+    // Does not interfere with a placement that is still being verified; the poll after its last pass decides again.
+    if (pending) noteRequest(window.id);
+    if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::noRequest : Decision::request;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
         refusals_.erase(window.id);
-        return Decision::leave;
+        return Decision::noRequest;
     }
     Refusal& refusal = refusals_[window.id];
     const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kRoundingPoints) &&
                            nearlyEqual(refusal.actual, *window.frame, kRoundingPoints);
     if (!sameAgain) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
-    return refusal.attempts < kAttempts ? Decision::askAgain : Decision::leave;
+    return refusal.attempts < kAttempts ? Decision::repeatRequest : Decision::noRequest;
 }
 
 void FrameKeeper::accept(const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
@@ -72,7 +72,7 @@ bool FrameKeeper::isWaiting() const {
 }
 
 void FrameKeeper::rename(const WindowID& windowID, const WindowID& newID) {
-    // The new id may be that of another tab, which may accept the frame.
+    // The new id may belong to another tab of the window, which may accept the frame.
     const auto found = refusals_.find(windowID);
     if (found != refusals_.end() && !found->second.isAccepted) refusals_.erase(found);
     renameKey(refusals_, windowID, newID);

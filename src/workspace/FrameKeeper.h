@@ -1,6 +1,6 @@
-// The requested frame of each window against its real one: which requests to repeat, how often, and what refusals say
-// about minimum sizes. Always true: a window that keeps the same wrong frame gets `kAttempts` requests for the same
-// frame, and then none until something changes.
+// Compares the requested frame of each window with its real one. Decides which requests to repeat and how often, and
+// what refusals say about minimum sizes. Always true: a window that keeps the same wrong frame gets `kAttempts`
+// requests for the same frame, and then none until something changes.
 #pragma once
 
 #include "layout/TileTarget.h"
@@ -20,16 +20,16 @@ class FrameKeeper {
   public:
     static constexpr int kAttempts = 3;
 
-    /// How far a window may be off its tile: `noticeable` tolerates `kFrameTolerancePoints`, `any` only rounding, so
-    /// that a change of the layout by one point takes effect.
+    /// The drift at which a window gets a request: `noticeable` is more than `kFrameTolerancePoints`, `any` more than
+    /// rounding, so that a change of the layout by one point takes effect.
     enum class Straying { noticeable, any };
-    enum class Decision { leave, ask, askAgain };
+    enum class Decision { noRequest, request, repeatRequest };
     /// Whether to request the frame now; `pending` is a requested frame that is still being verified. Frames are in
     /// window-service space.
     [[nodiscard]] Decision decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
                                   const std::optional<CGRect>& pending);
-    /// `askAgain` counts as an attempt. Do not call while the window manager is being replaced: a window that does not
-    /// move then refuses nothing.
+    /// Call after a `repeatRequest`, but not while the window manager is being replaced: a window that does not move
+    /// then has refused nothing.
     void noteAttempt(const WindowID& windowID) { ++refusals_[windowID].attempts; }
     /// Records a request; the next poll may be too early to see its outcome.
     void noteRequest(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
@@ -38,8 +38,8 @@ class FrameKeeper {
     /// Forgets the refusal, so that all attempts are made again.
     void forgetRefusal(const WindowID& windowID) { refusals_.erase(windowID); }
     void forgetRefusals() { refusals_.clear(); }
-    /// Drops the refusal of a window without a tile frame. A window elsewhere keeps it, so that the request is not
-    /// repeated whenever its Space is shown.
+    /// Drops the refusal of a window without a tile frame. A window elsewhere keeps its refusal, so that the request is
+    /// not repeated whenever its Space is shown.
     void noteWithoutTarget(const ManagedWindow& window);
     /// The refused request and the window's frame, after `kAttempts` requests; null otherwise.
     const Refusal* refusal(const WindowID& windowID) const;
@@ -60,7 +60,7 @@ class FrameKeeper {
     void beginRetry(const WindowID& windowID) { sizes_.beginRetry(windowID); }
     void endRetry(const WindowID& windowID) { sizes_.endRetry(windowID); }
     void restoreMinimum(const WindowID& windowID, CGSize size) { sizes_.restore(windowID, size); }
-    /// Forgets its observed minimum size and its refusal.
+    /// Forgets the window's observed minimum size and its refusal.
     void forget(const WindowID& windowID) {
         sizes_.forget(windowID);
         forgetRefusal(windowID);
@@ -78,7 +78,7 @@ class FrameKeeper {
     std::vector<WindowID> takeShrunken(const std::map<WindowID, TileTarget>& anchors,
                                        const std::function<std::optional<CGSize>(const WindowID&)>& minimumOf);
 
-    /// Forgets closed windows; requests without a pending frame were seen by this poll.
+    /// Forgets closed windows. Marks requests without a pending frame as seen by this poll.
     void onPoll(const PollContext& poll);
     /// Whether a request or a poll is still due for some window.
     bool isWaiting() const;

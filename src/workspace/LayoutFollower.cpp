@@ -46,8 +46,8 @@ void LayoutFollower::presentReturned() {
     presenter_.presentDisplaced(leaving);
 }
 
-/// A display that changed its size may have changed its layout: its windows follow, without an undo step. If it returns
-/// to a former layout, they return to their tiles in that layout.
+/// If a display has another layout because of its size, its windows move to the tiles of that layout, without an undo
+/// step. If the display had that layout before, its windows return to their former tiles in it.
 void LayoutFollower::migrateChangedDisplays() {
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);

@@ -166,8 +166,8 @@ LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayI
     return result;
 }
 
-/// Keeps a stacked window in front that came forward since its stack was remembered. A stack without a front window
-/// gets its first window as front window.
+/// If a stacked window came forward since its stack was remembered, it stays the front window. A stack without a front
+/// window gets its first window as front window.
 void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
     for (Occupant& occupant : all) {
         if (occupant.front && now.isAssigned(*occupant.front)) continue;

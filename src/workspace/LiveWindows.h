@@ -22,7 +22,7 @@ namespace kova {
 
 class LiveWindows {
   public:
-    /// Lists of windows may follow a change of Spaces this late.
+    /// The list of windows may change this long after a change of Spaces.
     static constexpr Seconds kSpaceChangeTime{2};
 
     const std::vector<ManagedWindow>& all() const { return windows_; }
@@ -34,7 +34,7 @@ class LiveWindows {
     /// Takes the windows of a poll that began at `begun` (uptime): removes dialogs, and applies requests that it cannot
     /// have seen. True if titles of windows or dialogs have changed.
     bool take(std::vector<ManagedWindow> found, Seconds begun);
-    /// Forgets all windows, without the permission.
+    /// Forgets all windows, when the permission is missing.
     void clear();
 
     /// As of the last poll.
@@ -44,7 +44,7 @@ class LiveWindows {
     const AttachedDialogs& dialogs() const { return dialogs_; }
     AttachedDialogs& dialogs() { return dialogs_; }
 
-    /// Sets the virtual desktop that is shown, as of the last poll, and returns the former one.
+    /// Records the Space that is shown as of the last poll, and returns the one recorded before.
     std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
     std::uint64_t shownSpace() const { return shownSpace_; }
     /// Another Space may be shown as of the last poll. `now` is an uptime.
@@ -76,7 +76,7 @@ class LiveWindows {
         minimized_.follow(poll.windows, poll.now);
         focusOrder_.keepOnly(poll.isLive);
     }
-    /// Whether a timeout or a confirmation is pending, so that polls must go on.
+    /// Whether a timeout or a confirmation is pending, so that polls must continue.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
     /// The list itself has the new id already.
     void rename(const WindowID& windowID, const WindowID& newID);

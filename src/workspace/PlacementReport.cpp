@@ -19,7 +19,7 @@ PlacementReport::PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access,
     floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited), access_(access),
     geometry_(geometry), presenter_(presenter), arrangement_(arrangement) {}
 
-/// All reasons at once; `explain` prints them.
+/// Collects all reasons, since `explain` prints all of them.
 std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window) const {
     WindowSituation situation;
     const auto isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
@@ -30,7 +30,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.isDragUnderWay = pointer_.isPausingPolls();
     situation.hasTile = assignments_.isAssigned(window.id);
     situation.leftAlone = presenter_.whyLeftAlone(window);
-    // KOVA hides windows that wait behind another one.
+    // A stacked window is hidden by KOVA itself; that is no reason of its own.
     const bool isWaiting = assignments_.isInAnyTile(window.id) && !situation.hasTile;
     if (isWaiting &&
         (situation.leftAlone == LeftAlone::minimized || situation.leftAlone == LeftAlone::applicationHidden))

@@ -36,8 +36,8 @@ class PlacementReport {
     PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, WindowPresenter& presenter,
                     Arrangement& arrangement);
 
-    /// Reads the frames of all front windows on the polling queue. `read` is called on the main queue; it, and work
-    /// that it posts, compares these frames instead of those of the last poll.
+    /// Reads the frames of all front windows on the polling queue, then calls `read` on the main queue. During `read`
+    /// and the work that it posts, `verifyPlacements` uses these frames instead of those of the last poll.
     void readFrames(std::function<void()> read);
     /// Compares the frames of all front windows with the requested ones.
     std::vector<PlacementFinding> verifyPlacements() const;

@@ -160,7 +160,7 @@ Outcome PointerActions::resetDivider(const DisplayLayoutDivider& target) {
     return Outcome::done();
 }
 
-/// Live writes are not verified; at the end of the drag every window of the display is placed with verification.
+/// Frames written during the drag are not verified, so every window of the display is placed again with verification.
 void PointerActions::verifyFrames(const DisplayID& id, const std::map<WindowID, CGRect>& written) {
     for (const auto& [windowID, frame] : written) {
         const ManagedWindow* window = liveWindows_.find(windowID);
@@ -186,7 +186,7 @@ void PointerActions::releaseWindow() {
     const auto now = windowService_.readFrame(window->element);
     if (!now) return;
     liveWindows_.noteFrame(held->windowID, *now);
-    // A drop clears earlier refusals.
+    // A window that the user has moved gets all attempts again.
     if (!held->frame || !nearlyEqual(*held->frame, *now, kRoundingPoints)) frames_.forgetRefusal(held->windowID);
     if (pointer_.isPausingPolls()) return; // the end of the pause places all windows
     keeper_.commit({});
@@ -203,7 +203,7 @@ Outcome PointerActions::beginWindowDrag(const WindowID& windowID, const CGRect& 
     steps_.abandonDrags();
     WorkspaceUndoSnapshot before = snapshots_.capture();
     before.windowFrames[windowID] = frameBefore;
-    frames_.forgetRefusal(windowID); // of its former place
+    frames_.forgetRefusal(windowID); // the refusal concerned the frame before the drag
     windowService_.cancelPlacement(windowID);
     pointer_.beginWindowDrag(windowID, std::move(before));
     return Outcome::done();
@@ -259,7 +259,7 @@ void PointerActions::dropWindow(const ManagedWindow& window, CGPoint pointer, ac
         return;
     }
     const auto target = geometry_.dropTarget(window.id, pointer);
-    if (!target) return; // back to its tile, if it has one
+    if (!target) return; // the caller's commit moves the window back to its tile, if it has one
     const auto covering = geometry_.coveringFor(window, *target);
     if (!covering) return;
     steps_.pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(before));
@@ -271,7 +271,7 @@ void PointerActions::dropWindow(const ManagedWindow& window, CGPoint pointer, ac
     messages_.show("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);
 }
 
-/// The dividers at the resized edges follow, as far as the minimum sizes allow; then the window fits its tile again.
+/// Moves the dividers at the resized edges, as far as the minimum sizes allow, so that the tile has the window's size.
 void PointerActions::resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore,
                                     WorkspaceUndoSnapshot before) {
     const auto anchor = assignments_.targetOf(window.id);
@@ -279,7 +279,7 @@ void PointerActions::resizeTileLike(const ManagedWindow& window, const CGRect& f
     if (!screen || !window.frame) return;
     const double top = geometry_.firstScreenMaxY();
     const CGRect visible = screen->visibleFrame;
-    std::vector<CGRect> own, others; // the tile, which the window itself may not fill
+    std::vector<CGRect> own, others; // the cells of the window's tiles and of the other tiles
     for (const auto& tile : geometry_.tiles()) {
         if (tile.displayID != displayID(*screen)) continue;
         (tile.windowID == window.id ? own : others).push_back(inLayout(tile.frameOnScreen, visible));
@@ -294,7 +294,7 @@ void PointerActions::resizeTileLike(const ManagedWindow& window, const CGRect& f
     LayoutWeightOverrides pulled;
     for (const auto& move : moves) {
         LayoutDivider divider = move.divider;
-        // Two edges of one split: the second starts from where the first has put it.
+        // If both edges move dividers of one split, the second movement starts from the result of the first.
         const auto other = pulled.splits.find(divider.splitID);
         if (other != pulled.splits.end()) divider.branchLengths = other->second;
         if (const auto result = draggedWeights(divider, move.translationPoints))

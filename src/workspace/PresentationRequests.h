@@ -1,5 +1,5 @@
 // The last request for each window to be shown, hidden, minimized or maximized, until a poll confirms it. A poll may
-// have read a window before the request, and a desktop may carry it out late; until then the request counts, so that
+// have read a window before the request, and a desktop may carry the request out late; until then it counts, so that
 // every operation starts from the state that the previous one requested.
 #pragma once
 
@@ -24,8 +24,8 @@ class PresentationRequests {
     void request(ManagedWindow& window, WindowPresentation presentation, Seconds now);
     /// Remembers a request to maximize or not, which is independent of the other states.
     void requestMaximized(ManagedWindow& window, bool maximized, Seconds now);
-    /// Replaces the state that a poll begun at `begun` (uptime) has read by the requested one. Drops requests that this
-    /// poll confirms, that have timed out, or whose window is on another Space.
+    /// Replaces the states in `windows`, which a poll has read that began at `begun` (uptime), by the requested states.
+    /// Drops requests that this poll confirms, that have timed out, or whose window is on another Space.
     void overrule(std::vector<ManagedWindow>& windows, Seconds begun);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
     bool isComingBack(const WindowID& windowID) const;

@@ -9,7 +9,7 @@ class RequestBatch {
   public:
     explicit RequestBatch(AccessibilityServicing& accessibility) : accessibility_(accessibility) {}
 
-    /// A batch for as long as it lives.
+    /// A batch that lasts as long as this object.
     class Scope {
       public:
         explicit Scope(RequestBatch& batch) : batch_(batch) { ++batch_.depth_; }

@@ -24,13 +24,13 @@ enum class RuleVerdict {
     notConsulted, // an earlier rule decides
 };
 
-/// Never `notConsulted`: of this rule alone.
+/// The verdict on this rule alone, so never `notConsulted`.
 RuleVerdict verdictOf(const WorkspaceRule& rule, const ManagedWindow& window);
 
 /// The first rule in the list that matches; absent when none does.
 std::optional<std::size_t> decidingRule(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
 
-/// Whether the rules must wait for the window's title: a rule that may match then precedes all that match now.
+/// Whether the rules must wait for the window's title, since a rule that needs it precedes every rule that matches now.
 bool awaitsTitle(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
 
 /// Whether the rules keep the window out of arrangements.

@@ -46,7 +46,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     }
     steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     awaited_.beginScene(messages_.addedByAction());
-    applyLook(scene);
+    applyAppearanceAndLayouts(scene);
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     assignments_ = {};
     forgetPlaces_();
@@ -61,7 +61,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
 
 /// Applies theme, accent color, inset, layouts and weights. A display whose layout does not exist any more keeps its
 /// current one.
-void SceneActions::applyLook(const WorkspaceScene& scene) {
+void SceneActions::applyAppearanceAndLayouts(const WorkspaceScene& scene) {
     WorkspaceProfile profile = *state_.profile;
     profile.themeID = geometry_.registry().theme(scene.themeID).id;
     profile.tileInset = clampedTileInset(scene.tileInset);
@@ -118,7 +118,7 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
                                 .claimant = "",
                                 .straying = FrameKeeper::Straying::any});
     launchForScene(toLaunch);
-    if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // until they appear or time out
+    if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // polls continue until the windows appear or time out
     return awaited_.scene().pending.size();
 }
 
@@ -130,14 +130,14 @@ void SceneActions::launchForScene(const std::vector<BundleID>& bundleIDs) {
         if (application.bundleIdentifier && !application.isTerminated) running.insert(*application.bundleIdentifier);
     }
     const Seconds now = services_.queue.uptime();
-    // One that ended with status 0 may have left its windows to another process.
+    // A process that ended with status 0 has not failed: another process may show its windows.
     const auto hasFailed = [this](pid_t process, const std::string& startIdentity) {
         const auto& applications = services_.applications;
         return applications.processStartIdentity(process) != startIdentity &&
                !applications.hasLaunchedProcessSucceeded(process);
     };
     for (const auto& bundleID : bundleIDs) {
-        // Its window is expected without another launch.
+        // A running or expected application may show its window without another launch.
         if (running.contains(bundleID) || awaited_.expected().isExpected(bundleID, now, hasFailed)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
         if (!application || !awaited_.noteSceneLaunch(bundleID, application->name, now)) continue;

@@ -58,19 +58,19 @@ std::set<WindowID> SessionRestore::takeReturned(const std::vector<ManagedWindow>
     for (const auto& window : live) windows[window.id] = &window;
     std::erase_if(returning_,
                   [&](const auto& entry) { return !windows.contains(entry.first) || !isWaiting(entry.first); });
-    const bool isLastLook = now >= returningUntil_;
+    const bool isTimedOut = now >= returningUntil_;
     std::set<WindowID> leaving;
     std::set<pid_t> undecided;
     for (const auto& [id, former] : returning_) {
         const ManagedWindow& window = *windows.at(id);
         if (hasReturned(window, former)) {
             leaving.insert(id);
-        } else if (window.isVisible && !isLastLook) {
+        } else if (window.isVisible && !isTimedOut) {
             undecided.insert(window.processIdentifier);
         }
     }
     std::erase_if(leaving, [&](const auto& id) { return undecided.contains(windows.at(id)->processIdentifier); });
-    if (isLastLook) returning_.clear();
+    if (isTimedOut) returning_.clear();
     for (const auto& id : leaving) returning_.erase(id);
     return leaving;
 }

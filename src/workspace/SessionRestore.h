@@ -44,7 +44,7 @@ class SessionRestore {
     /// Windows that may still appear.
     const std::set<WindowID>& awaited(const std::vector<ManagedWindow>& live, Seconds now);
 
-    /// Records a window that was stacked when the former agent ended; that agent then showed it at the frame.
+    /// Records a window that was stacked when the former agent ended; that agent then showed it at `formerFrame`.
     void expectReturn(const WindowID& windowID, const std::optional<CGRect>& formerFrame);
     /// Starts `kReturnTakesAtMost` for returning windows, and returns the uptime of its end.
     Seconds beginReturns(Seconds now);
@@ -54,8 +54,8 @@ class SessionRestore {
     std::optional<CGRect> formerFrame(const WindowID& windowID) const;
     using IsThere = std::function<bool(const WindowID& windowID)>;
     using HasReturned = std::function<bool(const ManagedWindow& window, const std::optional<CGRect>& formerFrame)>;
-    /// Windows that have returned to their frames; the caller hides them again. An application is hidden as a whole, so
-    /// all its windows are returned together, or at the timeout. Forgets windows for which `isWaiting` is false.
+    /// Takes the windows that are at their frames again; the caller hides them. An application is hidden as a whole, so
+    /// all its windows are taken together, or at the timeout. Forgets windows for which `isWaiting` is false.
     std::set<WindowID> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
                                     const HasReturned& hasReturned, Seconds now);
     void forgetReturns() { returning_.clear(); }

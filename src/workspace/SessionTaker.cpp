@@ -114,8 +114,8 @@ bool SessionTaker::takeUpSession() {
     return knowsAny;
 }
 
-/// Restores which window is in which tile, on connected and disconnected displays and on other virtual desktops, and
-/// the other records of the windows.
+/// Restores which window is in which tile, on connected and disconnected displays and on other Spaces, and the
+/// other records of the windows.
 void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
     std::map<AbsenceKey, TileAssignments> homes;
@@ -167,7 +167,7 @@ std::set<DisplayID> SessionTaker::takeUpDisplays(const WorkspaceSession& session
     return returned;
 }
 
-/// Windows that were stacked or surplus, and that the former agent showed when it ended.
+/// Records windows that were stacked or surplus: the former agent showed them when it ended, so they are hidden again.
 void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
     const Seconds deadline = session_.beginReturns(services_.queue.uptime());
     for (const auto& former : session.windows) {
@@ -178,7 +178,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
     }
 }
 
-/// Displays whose size, and therefore id, has changed since the former agent; keys are the present ids.
+/// Handles displays whose size, and therefore id, has changed since the session was stored. Returns the present ids.
 std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
     std::set<DisplayID> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
@@ -197,8 +197,8 @@ std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
     return resized;
 }
 
-/// After a restart the present frames are accepted: some windows round their size to cells, and a restart must not move
-/// windows. Windows of a display that was connected meanwhile are placed.
+/// Accepts the present frames: some windows round their size to whole increments, and a restart must not move windows.
+/// Windows on displays that were connected meanwhile are left out, so that they are placed.
 void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
@@ -257,13 +257,13 @@ bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::opt
         front == assignments_.assignedWindowIDs.end() ? nullptr : liveWindows_.find(front->second);
     if (!inFront || !inFront->isVisible) return false;
     if (!window.frame) return true;
-    // The frame that was read while it was hidden may differ from the one at which it returns.
+    // The frame that was read while the window was hidden may differ from the frame at which it appears.
     const auto place = geometry_.frameForWindow(inFront->id);
     return (place && isSamePlace(window.frame->origin, place->origin)) ||
            (formerFrame && nearlyEqual(*window.frame, *formerFrame, kFrameTolerancePoints));
 }
 
-/// Windows that are not listed and may still appear.
+/// Ids of windows that are not listed and may still appear.
 std::set<WindowID> SessionTaker::sparedWindowIDs() {
     std::set<WindowID> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();

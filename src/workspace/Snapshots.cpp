@@ -70,7 +70,7 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     if (isAnotherSpace)
         follower_.migrateFromMissingTiles(); // the windows of that Space were placed with an earlier layout
     for (const ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
-    hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
+    hideAsIn(snapshot); // last, so that windows minimized above do not count as hidden with their application
     refreshCycle_.refresh();
 }
 
@@ -101,8 +101,8 @@ void Snapshots::restoreWindow(const ManagedWindow& window, const WorkspaceUndoSn
     }
 }
 
-/// Hiding an application hides all its windows. If one was opened since the snapshot, the windows that were hidden are
-/// minimized instead.
+/// Hiding an application hides all its windows. If a window was opened since the snapshot, it must stay visible, so the
+/// windows that were hidden are minimized instead.
 void Snapshots::hideAsIn(const WorkspaceUndoSnapshot& snapshot) {
     std::set<pid_t> withNewWindows;
     for (const ManagedWindow& window : liveWindows_) {

@@ -1,4 +1,5 @@
-// Which window comes forward when the front window of a tile has left it: closed, moved, dropped or floated elsewhere.
+// Decides which window comes forward when the front window has left a tile, because it was closed, moved to another
+// tile or made to float.
 #pragma once
 
 #include "workspace/TileAssignments.h"

@@ -22,7 +22,7 @@ void StrandedFloats::noteGone(const std::vector<Screen>& before, const std::set<
 
 void StrandedFloats::settle(const WindowID& windowID, const CGRect& frame) {
     const auto found = stranded_.find(windowID);
-    if (found != stranded_.end() && !found->second.restingFrame) found->second.restingFrame = frame;
+    if (found != stranded_.end() && !found->second.frameMeanwhile) found->second.frameMeanwhile = frame;
 }
 
 std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std::set<DisplayID>& connected,
@@ -35,8 +35,9 @@ std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std:
         const auto window =
             std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == entry.first; });
         if (window == live.end() || tiles.isInAnyTile(window->id)) return true;
-        const auto& resting = stranded.restingFrame;
-        const bool isMoved = window->frame && resting && !nearlyEqual(*window->frame, *resting, kFrameTolerancePoints);
+        const auto& meanwhile = stranded.frameMeanwhile;
+        const bool isMoved =
+            window->frame && meanwhile && !nearlyEqual(*window->frame, *meanwhile, kFrameTolerancePoints);
         if (!isMoved) returned.emplace_back(entry.first, stranded.frame);
         return true;
     });

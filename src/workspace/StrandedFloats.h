@@ -21,8 +21,8 @@ class StrandedFloats {
     /// that is remembered already keeps its first display.
     void noteGone(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                   const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
-    /// Records the frame of the window while its display is disconnected: any other frame later means that it was
-    /// moved.
+    /// Records the frame of the window while its display is disconnected: another frame later means that the
+    /// window was moved.
     void settle(const WindowID& windowID, const CGRect& frame);
     /// Ids and former frames of the windows whose display is connected, that were not moved and are in no tile. All
     /// windows of connected displays are forgotten.
@@ -39,7 +39,7 @@ class StrandedFloats {
     struct Stranded {
         DisplayID displayID;
         CGRect frame;
-        std::optional<CGRect> restingFrame{};
+        std::optional<CGRect> frameMeanwhile{}; // while the display is disconnected; see `settle`
     };
     std::map<WindowID, Stranded> stranded_; // by window id
 };

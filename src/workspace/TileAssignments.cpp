@@ -132,7 +132,7 @@ std::vector<WindowID> TileAssignments::assign(const WindowID& windowID, const st
         return entry.second == windowID ||
                std::find(displaced.begin(), displaced.end(), entry.second) != displaced.end();
     });
-    for (const auto& loser : displaced) anchorsByWindowID.erase(loser);
+    for (const auto& displacedID : displaced) anchorsByWindowID.erase(displacedID);
     for (const auto& target : targets) assignedWindowIDs[target] = windowID;
     if (targets.size() > 1) {
         anchorsByWindowID[windowID] = targets.front();
@@ -150,10 +150,10 @@ void TileAssignments::mergeStacksInto(const TileTarget& anchor, const std::vecto
         if (target == anchor || stack == stackWindowIDsByTarget.end()) continue;
         waiting.insert(waiting.end(), stack->second.begin(), stack->second.end());
     }
-    for (const auto& loser : displacedWindowIDs) {
+    for (const auto& displacedID : displacedWindowIDs) {
         // No command could reach a stack without a front window.
-        const auto stack = stackTargetOf(loser);
-        if (!stack || !assignedWindowIDs.contains(*stack)) waiting.push_back(loser);
+        const auto stack = stackTargetOf(displacedID);
+        if (!stack || !assignedWindowIDs.contains(*stack)) waiting.push_back(displacedID);
     }
     for (const auto& id : waiting) insertIntoStack(anchor, id, StackPosition::behind);
 }

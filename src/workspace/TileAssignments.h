@@ -21,22 +21,22 @@ struct TileAssignments {
     std::map<TileTarget, std::vector<WindowID>> stackWindowIDsByTarget; // front first
     std::map<WindowID, TileTarget> anchorsByWindowID;                   // spanning windows only
 
-    /// The tile that the window fronts: its anchor when it spans several; absent when it fronts none.
+    /// The tile whose front window this is, for a span its anchor; absent if it is not a front window.
     std::optional<TileTarget> targetOf(const WindowID& windowID) const;
     /// The tile whose stack holds the window, front or not; absent when no stack does.
     std::optional<TileTarget> stackTargetOf(const WindowID& windowID) const;
-    /// Every tile that the window fronts, in key order.
+    /// Every tile whose front window this is, in key order.
     std::vector<TileTarget> targetsOf(const WindowID& windowID) const;
-    /// Whether the window fronts a tile.
+    /// Whether the window is the front window of a tile.
     bool isAssigned(const WindowID& windowID) const { return targetOf(windowID).has_value(); }
     bool isInAnyTile(const WindowID& windowID) const;
-    /// Every tile that the window fronts, its anchor first; empty when it fronts none.
+    /// Every tile whose front window this is, its anchor first.
     std::vector<TileTarget> targetsAnchorFirst(const WindowID& windowID) const;
     /// Every front window and every stacked window.
     std::set<WindowID> windows() const;
     /// The part of the assignments that belongs to one display.
     TileAssignments onDisplay(const DisplayID& displayID) const;
-    /// Whether the invariants of assignments hold. For a file that was edited they may not.
+    /// Whether the invariants above hold. They may not if the assignments come from a file that was edited.
     bool isSound() const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
@@ -48,7 +48,7 @@ struct TileAssignments {
     /// first member.
     void insertIntoStack(const TileTarget& target, const WindowID& windowID, StackPosition position);
     /// Makes the window the front window of `targets` (anchor first) and of no other tile. Returns the former front
-    /// windows, each once; they lose all their tiles and their anchors but stay in their stacks.
+    /// windows, each once; these lose all their tiles and their anchors but stay in their stacks.
     std::vector<WindowID> assign(const WindowID& windowID, const std::vector<TileTarget>& targets);
     /// The tiles of a span share the stack of its anchor: windows stacked in the other tiles, and displaced windows
     /// whose own stack has no front window any more, are moved there.

@@ -1,5 +1,5 @@
-// Claims of windows to tiles, which are settled before any score is compared: first tiles that a rule names, then tiles
-// for which the user prefers an application.
+// Claims of windows to tiles, which an arrangement fulfills before it compares any score: first tiles that a rule
+// names, then tiles for which the user prefers an application.
 #pragma once
 
 #include "workspace/ArrangementPlan.h"
@@ -19,9 +19,9 @@ struct TileClaim {
     std::string reason;        // in plain words
 };
 
-/// In the order of precedence: first the claims of rules; of these, and of the others, first those of visible windows,
-/// then those of windows that front the tile. A rule claims a tile on the window's display only; a preference claims
-/// tiles on other displays, too, but with lower precedence.
+/// The claims in the order of precedence: those of rules before preferences, then those of visible windows first, then
+/// those of the tile's present front window first. A rule claims a tile on the window's display only; a preference
+/// claims tiles on other displays, too, but with lower precedence.
 std::vector<TileClaim> tileClaims(const ArrangementInput& input);
 
 } // namespace kova

@@ -49,7 +49,7 @@ class TileGeometry {
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     /// Absent when the layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const TileTarget& target) const;
-    /// The frame that the window's tiles give it, in window-service space; absent for a window without a tile.
+    /// The window's frame by its tiles, in window-service space; absent for a window without a tile.
     std::optional<CGRect> frameForWindow(const WindowID& windowID) const;
     /// The frames that tiles give to their front windows, by window id, in window-service space.
     std::map<WindowID, CGRect> framesOfTiledWindows() const;
@@ -66,7 +66,7 @@ class TileGeometry {
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
     /// The windows in front of the display's tiles, and the room that they need.
     TileRoom roomOn(const Screen& screen) const;
-    /// The tiles that the window covers if it is put into this one; absent for an unknown tile.
+    /// The tiles that the window covers if it is put into `target`; absent for an unknown tile.
     std::optional<Covering> coveringFor(const ManagedWindow& window, const TileTarget& target) const;
     /// Absent when the layout has none of the slots.
     std::optional<Covering> coveringOn(const Screen& screen, const std::vector<SlotID>& slotIDs) const;

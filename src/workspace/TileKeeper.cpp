@@ -96,14 +96,14 @@ void TileKeeper::commit(const Transaction& changes) {
     if (changes.straying) presenter_.reapplyTileFrames(*changes.straying);
 }
 
-/// A window that one edit displaced may be in a tile again by another.
+/// Leaves out windows that a later step of the operation has put into a tile again.
 void TileKeeper::hideDisplaced() {
     auto displaced = std::exchange(displaced_, {});
     std::erase_if(displaced, [this](const WindowID& id) { return assignments_.isAssigned(id); });
     presenter_.presentDisplaced(displaced);
 }
 
-/// Of those that still have a tile.
+/// Requests the frames of the placed windows that still have a tile.
 void TileKeeper::requestFramesOfPlaced() {
     const auto placed = std::exchange(placed_, {});
     for (const auto& [windowID, raise] : placed) {
@@ -182,7 +182,7 @@ void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wan
     frames_.endRetry(windowID);
     const ManagedWindow* window = liveWindows_.find(windowID);
     if (!window || window->isFullScreen || window->isMaximized) return;
-    liveWindows_.noteFrame(windowID, actual); // until now the requested one
+    liveWindows_.noteFrame(windowID, actual); // replaces the requested frame
     switch (frames_.noteRefusedSize(*window, wanted.size, actual.size, services_.queue.uptime())) {
     case WindowSizes::Refusal::unreliable:
         return;
@@ -212,7 +212,7 @@ void TileKeeper::reflow(const WindowID& windowID) {
     makeRoomFor(ManagedWindow(*window));
 }
 
-/// A first guess for other windows of the application; absent: forgets it.
+/// Stores the minimum size as a first guess for other windows of the application; if absent, forgets the stored one.
 void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum) {
     WorkspaceProfile profile = *state_.profile;
     const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
@@ -230,12 +230,11 @@ void TileKeeper::makeRoomFor(const ManagedWindow& window) {
     commit({.hasMovedTiles = true, .claimant = window.id});
 }
 
-/// Windows whose tiles are too small claim spans, `first` before all others. The loop ends, since every claim adds
-/// tiles.
+/// Windows whose tiles are too small claim spans, `first` before all others.
 void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
         if (focusMode_.ownsDisplay(displayID(screen))) continue;
-        std::set<WindowID> done; // once each, so that the loop ends
+        std::set<WindowID> done; // each window claims at most once, so that the loop ends
         while (const auto claim = nextClaimOn(screen, first, done)) {
             done.insert(claim->first.id);
             moveOutOfTheWay(screen, *claim);
@@ -270,8 +269,8 @@ std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const 
     return std::nullopt;
 }
 
-/// Moves the windows that lose their tiles to a claim into free tiles in which they fit; the others will be stacked
-/// behind the claiming window.
+/// Moves windows that lose their tiles to a claim into free tiles that are large enough. The windows for which there is
+/// no such tile will be stacked behind the claiming window.
 void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim) {
     std::vector<SlotID> claimed;
     for (const auto& target : claim.second.targets) claimed.push_back(target.slot.id);
@@ -323,7 +322,7 @@ void TileKeeper::retryMinimum(const WindowID& windowID) {
     CGRect asked = *frame;
     if (needed.width > tile.width) asked.size.width = std::max(announced.width, tile.width);
     if (needed.height > tile.height) asked.size.height = std::max(announced.height, tile.height);
-    if (nearlyEqual(asked, *frame, kFrameTolerancePoints)) return; // it has the room that it needs anyway
+    if (nearlyEqual(asked, *frame, kFrameTolerancePoints)) return; // the tile is large enough anyway
     frames_.beginRetry(windowID);
     presenter_.writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
 }
@@ -370,7 +369,7 @@ void TileKeeper::bringNextForward(const TileAssignments& before) {
     }
 }
 
-/// False when the window cannot be shown, or needs tiles that others have.
+/// False when the window cannot be shown, or needs tiles of other windows.
 bool TileKeeper::bringForward(const Promotion& promotion) {
     const ManagedWindow* live = liveWindows_.find(promotion.windowID);
     if (!live || live->isFullScreen || presenter_.isOffScreen(*live)) return false;

@@ -40,16 +40,16 @@ class TileKeeper {
 
     /// Ends every operation that edits tiles: the only place that publishes the assignments.
     void commit(const Transaction& changes);
-    /// Raises the layout revision: overlays and divider handles follow. `commit` does so, too; a divider drag calls it
+    /// Raises the layout revision: overlays and divider handles follow. `commit` does so, too; a divider drag does it
     /// for each movement.
     void raiseRevision();
-    /// Takes the tiles. The commit hides the windows that lost theirs and requests the frame.
+    /// Gives the tiles to the window. The commit hides the windows that lost them and requests the window's frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     /// Places the window in one tile. False if there is no such window or tile.
     bool placeInTile(const WindowID& windowID, const TileTarget& target, Focusing focusing);
     /// Places the window in one tile and commits.
     bool placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing);
-    /// Publishes that the window took more than one tile.
+    /// Publishes a notice if the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Fills tiles that have lost their front window since `before` from their stacks.
     void bringNextForward(const TileAssignments& before);
@@ -57,18 +57,18 @@ class TileKeeper {
     void giveBackSpans();
     /// Records that the window kept `actual` after a request for `wanted`; both in window-service space.
     void minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
-    /// Drops learned minimum sizes that windows are smaller than.
+    /// Drops learned minimum sizes for which a smaller window was seen.
     void noteSizesSeen();
-    /// Requests once a size below the window's learned minimum, if that is due.
+    /// Requests a size below the window's learned minimum once, if that is due.
     void retryMinimum(const WindowID& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
-    /// Publishes and stores it.
+    /// Publishes and stores the profile.
     void setProfile(WorkspaceProfile profile);
     /// Commits after tiles of the display have moved.
     void layoutChanged(const DisplayID& displayID);
-    /// Empty splits restore the layout's own weights.
+    /// `weights` without splits restore the layout's own weights.
     void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
-    /// Marks the window, so that rules do not move it.
+    /// Marks the window as placed, so that rules do not move it.
     void noteHasItsPlace(const WindowID& windowID);
     /// Forgets all remembered tiles of the window.
     void noteMovedByUser(const WindowID& windowID);

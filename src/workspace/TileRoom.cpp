@@ -108,8 +108,8 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
     };
     if (!isCrampedIn(others, slots)) return slots;
 
-    // Tiles change their sizes when windows leave them, so that a span may become too small once the window takes it.
-    // Tiles beside an enlarged one do not line up and form no span; in the layout without any windows they may.
+    // A tile may shrink when its window leaves it, so each span is tested without the windows that lose their tiles.
+    // Tiles beside an enlarged tile do not line up, so spans are also searched in the layout without any windows.
     for (;;) {
         std::vector<std::vector<SlotID>> spans;
         for (const SolvedLayout& solved : {others.solved(), with({}).solved()}) {

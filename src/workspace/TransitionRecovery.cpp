@@ -50,12 +50,12 @@ std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vecto
     for (const auto& identity : identities_) {
         if (awaited.contains(identity.id)) missing.push_back(identity);
     }
-    std::vector<const ManagedWindow*> newcomers;
+    std::vector<const ManagedWindow*> newWindows;
     for (const auto& window : liveWindows) {
         const bool isNew = !knownWindowIDs_.contains(window.id) && !assignments.isInAnyTile(window.id);
-        if (isNew) newcomers.push_back(&window);
+        if (isNew) newWindows.push_back(&window);
     }
-    const auto successors = recognizeWindows(missing, newcomers);
+    const auto successors = recognizeWindows(missing, newWindows);
     for (const auto& successor : successors) rename(successor.formerID, successor.id);
     noteReturned(liveWindows);
     return successors;

@@ -40,7 +40,7 @@ class TransitionRecovery {
     /// Front windows that have returned and were not placed yet; marks them as placed.
     std::vector<WindowID> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                         const TileAssignments& assignments);
-    /// All assigned and stacked windows have returned, or none was assigned.
+    /// Whether all assigned and stacked windows have returned, or no window is assigned.
     bool isComplete(const TileAssignments& assignments) const;
     /// Remembered windows that have not returned yet.
     std::set<WindowID> awaitedWindowIDs() const;
@@ -53,7 +53,7 @@ class TransitionRecovery {
     void noteLocked(bool isLocked) { isLocked_ = isLocked; }
     bool isLocked() const { return isLocked_; }
 
-    /// Whether a timeout or the unlock of the session is pending, so that polls must go on.
+    /// Whether a timeout or the unlock of the session is pending, so that polls must continue.
     bool isWaiting() const { return hasDeadline() || isLocked_; }
 
     void rename(const WindowID& windowID, const WindowID& newID);

@@ -13,8 +13,8 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     pointer_(parts.pointer), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
     presenter_(presenter), keeper_(keeper), snapshots_(snapshots) {}
 
-/// For the later steps of an arrangement, a launch or a scene. Focus mode ends first, since its snapshot would undo
-/// them later.
+/// For the later steps of an arrangement, a launch or a scene. Ends focus mode first, since otherwise its end would
+/// restore the state before these steps.
 void UndoSteps::changeLater(const std::function<void()>& change) {
     const RequestBatch::Scope batch(requests_);
     closeFocusMode();

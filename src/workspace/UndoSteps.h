@@ -31,7 +31,7 @@ class UndoSteps {
     UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
               const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, Snapshots& snapshots);
 
-    /// Ends drags and focus mode first, unless a snapshot from before them is given.
+    /// Adds a step with the snapshot. Without a snapshot, ends drags and focus mode and then takes one.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
     /// False when focus mode was off.
     bool leaveFocusMode();
@@ -40,7 +40,7 @@ class UndoSteps {
     Outcome toggleFocusMode(const std::optional<WindowID>& windowID);
     /// Ends drags without placing windows; the weights of an unfinished divider drag are dropped.
     void abandonDrags();
-    /// Cancels drags: places the windows by the weights and tiles from before the drag.
+    /// Cancels drags: moves the windows back to the tiles that they had before the drag.
     void endDrags();
     /// For the later steps of an arrangement, a launch or a scene: ends focus mode, runs `change`, and flushes.
     void changeLater(const std::function<void()>& change);

@@ -56,7 +56,7 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
     presenter_.bringBack(window);
     keeper_.placeInTile(window.id, target, Focusing::yes);
     keeper_.bringNextForward(before);
-    // One of them may have come forward in a tile that the span gave up.
+    // A window of the stack may have come forward in a tile that the former front window had spanned.
     std::erase_if(order, [&](const WindowID& id) { return assignments_.stackTargetOf(id) != target; });
     // A window displaced by a span is stacked after the windows that were stacked here before.
     for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
@@ -117,9 +117,9 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
     const TileAssignments before = assignments_;
     const auto focused = finder_.focusedWindowID();
     // The focus does not change, unless the focused window is among those that move.
-    const bool takesKeyboard = std::ranges::any_of(
+    const bool takesFocus = std::ranges::any_of(
         plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.target; });
-    // All assignments first: two windows that trade places must not displace each other.
+    // First all windows leave their tiles, so that two windows that are exchanged do not displace each other.
     for (const auto& step : plan.steps) {
         if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
     }
@@ -131,7 +131,7 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
         switch (step.kind) {
         case WindowStep::Kind::place:
             placeByCommand(window, *step.target,
-                           takesKeyboard && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
+                           takesFocus && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
             break;
         case WindowStep::Kind::wait: // done by placing the other window
             break;

@@ -47,13 +47,13 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
     const bool isSameList = std::ranges::equal(found.listed, before, {}, &ManagedWindow::id, &ManagedWindow::id);
     if (isSameList) return {}; // the most frequent case
     const WindowsByID known = byID(before);
-    std::vector<const ManagedWindow*> newcomers;
+    std::vector<const ManagedWindow*> newWindows;
     std::unordered_set<WindowID> there;
     for (const auto& window : found.listed) {
         there.insert(window.id);
-        if (window.isVisible && !window.parentID && !known.contains(window.id)) newcomers.push_back(&window);
+        if (window.isVisible && !window.parentID && !known.contains(window.id)) newWindows.push_back(&window);
     }
-    if (newcomers.empty()) return {};
+    if (newWindows.empty()) return {};
     std::unordered_set<WindowID> existing; // windows that still exist but are not listed any more
     for (const auto& window : found.unlisted) (window.answers ? existing : there).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
@@ -62,7 +62,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         if (wasShown && !there.contains(window.id)) missing.push_back(recoveryIdentity(window));
     }
     const auto exists = [&](const auto& window) { return existing.contains(window.id); };
-    auto successors = recognizeTabs(missing, newcomers);
+    auto successors = recognizeTabs(missing, newWindows);
     const auto hasSuccessor = [&](const auto& window) {
         return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();
     };
@@ -70,7 +70,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         std::ranges::any_of(missing, [&](const auto& window) { return exists(window) && !hasSuccessor(window); });
     if (shownSpace == ShownSpace::another || haveOthersLeft) {
         std::erase_if(missing, exists);
-        successors = recognizeTabs(missing, newcomers);
+        successors = recognizeTabs(missing, newWindows);
     }
     std::erase_if(found.unlisted, [&](const auto& window) {
         return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();

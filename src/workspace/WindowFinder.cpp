@@ -34,7 +34,7 @@ std::optional<DisplayID> WindowFinder::currentDisplayID() const {
     return displayID(state_.screens->front());
 }
 
-/// A dialog's is that of its window.
+/// If a dialog has the focus, its window counts as focused.
 std::optional<WindowID> WindowFinder::focusedWindowID() const {
     const auto focused = windowService_.focusedWindowID();
     return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
@@ -49,7 +49,7 @@ const ManagedWindow* WindowFinder::actingWindow(const std::optional<WindowID>& w
     return windowID ? liveWindows_.find(*windowID) : focusedWindow();
 }
 
-/// The window, else the focused one of the front application, if it is managed and in a tile.
+/// The named window, else the focused one, if it is the front window of a tile on a connected display.
 std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<WindowID>& windowID) const {
     const ManagedWindow* window = actingWindow(windowID);
     if (!window) return std::nullopt;
@@ -87,7 +87,7 @@ std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, W
 std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle) const {
     auto front = cycle.windowID;
     auto target = cycle.target;
-    if (!target && front && !assignments_.targetOf(*front)) target = assignments_.stackTargetOf(*front); // it waits
+    if (!target && front && !assignments_.targetOf(*front)) target = assignments_.stackTargetOf(*front);
     if (target) {
         const auto found = assignments_.assignedWindowIDs.find(*target);
         if (found == assignments_.assignedWindowIDs.end()) return std::nullopt;
@@ -130,7 +130,8 @@ std::vector<ManagedWindow> WindowFinder::windowsHere() const {
     return here;
 }
 
-/// Any focused window can be zoomed: a window without a tile counts as in the tile under its middle, or the nearest.
+/// Any window can be zoomed: a window without a tile is treated as if it were in the tile under its middle, or in the
+/// nearest tile.
 std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<WindowID>& windowID) const {
     if (const auto start = startingPoint(windowID)) return start;
     const ManagedWindow* window = actingWindow(windowID);

@@ -59,7 +59,7 @@ class WindowFinder {
     std::optional<WindowID> managedWindowUnder(CGPoint pointOnScreen) const;
     /// The window's frame as it is now, in window-service space; absent when it cannot be read.
     std::optional<CGRect> currentFrame(const WindowID& windowID) const;
-    /// Null for a window that is no dialog.
+    /// The window to which the dialog belongs; null if `dialog` is not a dialog.
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
     /// The live window that matches the reference; absent if there is none except those excluded.
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,

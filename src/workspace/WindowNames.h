@@ -1,4 +1,4 @@
-// Windows as texts for the user name them.
+// The names of windows in texts for the user.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"

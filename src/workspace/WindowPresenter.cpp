@@ -55,8 +55,8 @@ void WindowPresenter::bringBack(const ManagedWindow& window) {
     }
 }
 
-/// Hides windows that lost their tile. An application is hidden only if none of its windows stays in a tile and none is
-/// on another Space, since that would be hidden as well; otherwise the window is minimized.
+/// Hides windows that lost their tile. An application is hidden only if none of its windows stays in a tile or is on
+/// another Space, since such a window would be hidden as well; otherwise the window is minimized.
 void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
     auto staying = processesInFront(assignments_, liveWindows_.all());
@@ -69,9 +69,9 @@ void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWin
         const ManagedWindow* window = liveWindows_.find(id);
         if (!window || window->isFullScreen || window->isElsewhere || window->isMinimized) continue;
         const bool stays = staying.contains(window->processIdentifier);
-        const bool isGone = !stays && (!leaving.insert(window->processIdentifier).second ||
-                                       windowService_.isApplicationHidden(window->processIdentifier));
-        if (isGone) continue;
+        const bool isHiddenAlready = !stays && (!leaving.insert(window->processIdentifier).second ||
+                                                windowService_.isApplicationHidden(window->processIdentifier));
+        if (isHiddenAlready) continue;
         decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
                                              : DisplacedWindowPresentationAction::hideApplication);
     }
@@ -87,16 +87,16 @@ void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWin
 void WindowPresenter::hideApplicationOf(const ManagedWindow& window) {
     windowService_.presentDisplaced(window, DisplacedWindowPresentationAction::hideApplication);
     liveWindows_.requestHidden(window.processIdentifier, services_.queue.uptime());
-    refreshCycle_.wake(); // until they are seen so
+    refreshCycle_.wake(); // until a poll confirms the new state
 }
 
-/// All its windows that are not minimized become visible.
+/// Shows all windows of the application that are not minimized.
 void WindowPresenter::unhideApplicationOf(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     windowService_.unhideApplication(window.processIdentifier);
     if (!wasHidden) return;
     liveWindows_.requestShown(window.processIdentifier, services_.queue.uptime());
-    refreshCycle_.wake(); // until they are seen so
+    refreshCycle_.wake(); // until a poll confirms the new state
 }
 
 void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
@@ -108,7 +108,7 @@ void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
 
 void WindowPresenter::requestPresentation(const WindowID& windowID, WindowPresentation presentation) {
     if (!liveWindows_.request(windowID, presentation, services_.queue.uptime())) return;
-    refreshCycle_.wake(); // until the window is seen so
+    refreshCycle_.wake(); // until a poll confirms the new state
 }
 
 /// Updates the live list at once, so that a snapshot taken before the next poll does not contain the previous state.
@@ -153,8 +153,7 @@ void WindowPresenter::reapplyTileFrames(Straying straying) {
     }
 }
 
-/// Zoomed, minimized, maximized, full-screen and hidden windows, those of other Spaces and of unresponsive
-/// applications, and the dragged one keep their tiles and are placed once this has ended.
+/// A window that is left alone keeps its tile and is placed as soon as the reason has ended.
 std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& window) const {
     return kova::whyLeftAlone(window,
                               {.isZoomed = focusMode_.isZoomed(window.id),
@@ -166,8 +165,8 @@ std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& wind
 /// and the number of requests to a refusing window is limited.
 void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
     const auto decision = frames_.decide(window, target, straying, windowService_.pendingFrame(window.id));
-    if (decision == FrameKeeper::Decision::leave) return;
-    const bool isAgain = decision == FrameKeeper::Decision::askAgain;
+    if (decision == FrameKeeper::Decision::noRequest) return;
+    const bool isAgain = decision == FrameKeeper::Decision::repeatRequest;
     if (isAgain && windowService_.areSizesReliable(window)) frames_.noteAttempt(window.id);
     writeFrame(window, target, BringToFront::no);
 }
@@ -185,11 +184,11 @@ void WindowPresenter::raiseRestored(const std::vector<WindowID>& windowIDs) {
     for (const auto* window : raised) windowService_.raise(*window);
 }
 
-/// On another Space, or neither visible, minimized nor hidden by KOVA, so that no request of KOVA can show it.
+/// True if the window is on another Space, or is neither visible nor minimized nor hidden.
 bool WindowPresenter::isOffScreen(const ManagedWindow& window) const {
     const bool isShownSomehow = window.isVisible || window.isMinimized || !window.frame ||
                                 windowService_.isApplicationHidden(window.processIdentifier);
-    // Hidden by KOVA and not hidden any more: the user has shown it since the last poll.
+    // KOVA hides stacked windows; the user may have shown this one since the last poll.
     const bool wasPutAway = assignments_.stackTargetOf(window.id) && !assignments_.isAssigned(window.id);
     return window.isElsewhere || (!isShownSomehow && !wasPutAway);
 }

@@ -33,8 +33,8 @@ class WindowPresenter {
                     const WindowFinder& finder,
                     std::function<void(const WindowID&, const CGRect&, const CGRect&)> minimumSizeObserved);
 
-    /// Requests the frame with verification; without effect in full screen and where no display would show it. A window
-    /// on another virtual desktop gets it when that is shown.
+    /// Requests the frame with verification. No-op for a full-screen window, and for a frame outside all displays. A
+    /// window on another Space gets the frame when that Space is shown.
     void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
                     AccessibilityWindowService::BringToFront raise);
     void minimizeWindow(const ManagedWindow& window);

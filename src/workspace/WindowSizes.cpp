@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-constexpr int kArrangementsToConfirm = 2; // how many must observe a minimum size that contradicts the announced one
+constexpr int kArrangementsToConfirm = 2; // must observe a minimum size that contradicts the announced one
 
 bool isKnownInAnyDirection(CGSize size) {
     return size.width > 0 || size.height > 0;
@@ -128,8 +128,8 @@ WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize 
         known.arrangements = 0;
         known.lastArrangement = -1;
     }
-    // Disproves the minimum size of the application only together with that of this window: otherwise this window may
-    // just be a small one.
+    // A smaller window does not disprove the minimum size of the application, unless it also disproves its own one:
+    // otherwise other windows of the application may still need that size.
     disproof.ofApplication =
         ofApplication && (disproof.ofWindow || known.wasRetried) &&
         (isSmaller(size.width, ofApplication->width) || isSmaller(size.height, ofApplication->height));

@@ -1,4 +1,4 @@
-// Words all reasons why a window is not moved to its tile, or not moved by an arrangement.
+// The sentences for the user that say why a window is not moved to its tile, or not moved by an arrangement.
 #pragma once
 
 #include "workspace/LeftAlone.h"

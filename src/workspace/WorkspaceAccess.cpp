@@ -15,7 +15,7 @@ Outcome WorkspaceAccess::refuse(const std::string& reason) const {
     return refuseSilently(reason);
 }
 
-/// The missing permission comes before all other reasons.
+/// A missing permission replaces every other reason.
 Outcome WorkspaceAccess::refuseSilently(std::string reason) const {
     const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
     return isGranted ? Outcome::refused(std::move(reason))

@@ -112,7 +112,8 @@ Outcome WorkspaceController::undoLastAction() {
     if (const auto access = ops_.access.requireWindowAccess(); !access) return access;
     ops_.steps.endDrags();
     const auto entry = parts_.undo.takeNewest();
-    // Only the snapshot of focus mode contains changes on other displays.
+    // In focus mode the snapshot of focus mode is restored, since only that one contains later changes on other
+    // displays.
     auto zoomed = parts_.focusMode.leave();
     const WorkspaceUndoSnapshot& snapshot = zoomed ? zoomed->snapshot : entry->snapshot;
     if (zoomed) parts_.undo.restore(zoomed->history);

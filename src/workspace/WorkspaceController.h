@@ -28,7 +28,7 @@ class WorkspaceController {
 
     // Lifecycle
     void start(bool promptForPermission);
-    /// Ends management, after leaving focus mode.
+    /// Leaves focus mode and stops managing windows.
     void stop();
     /// Starts a poll now; ignored while one is in flight.
     void refresh();

@@ -1,5 +1,5 @@
-// The objects that own the workspace's state. Operations get references to those that they use. The list here is used
-// to rename ids, to pass on polls and to ask `isWaiting` in all of them.
+// The objects that own the workspace's state. Operations get references to those that they use. Renamed ids, polls and
+// `isWaiting` concern all of these objects.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -29,7 +29,7 @@
 
 namespace kova {
 
-/// Every part says what it does when an id changes and when a poll has come, so that none is forgotten.
+/// Every part must implement what happens when an id changes and after a poll, so that no part is forgotten.
 template <class T>
 concept WorkspacePart = requires(T& part, const T& constPart, const WindowID& window, const DisplayID& display,
                                  const PollContext& poll) {
@@ -73,16 +73,16 @@ struct WorkspaceParts {
     /// Renames the id in every object that stores it.
     void renameWindow(const WindowID& formerID, const WindowID& newID);
     void renameDisplay(const DisplayID& formerID, const DisplayID& newID);
-    /// Before a scene: windows of disconnected displays, of former layouts and of a former session are awaited no more,
-    /// and no arrangement follows the start.
+    /// Call before a scene is opened: forgets the tiles of windows on disconnected displays, in former layouts and in
+    /// the former session, and skips the arrangement after the start.
     void forgetPlaces();
     /// Passes the poll on: objects forget closed windows and expired entries.
     void onPoll();
-    /// Whether any object waits for time to pass, so that polls must go on.
+    /// Whether any object waits for time to pass, so that polls must continue.
     bool isWaiting() const;
 
   private:
-    /// Beside the assignments, which are a value.
+    /// All parts except the assignments, which are a value.
     template <class Self>
     static auto all(Self& self) {
         return std::tie(self.tileMemory, self.liveWindows, self.displays, self.undo, self.focusMode, self.floating,

@@ -87,7 +87,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
 }
 
-/// Not during drags, when the pointer moves windows.
+/// Not called during drags, in which only the pointer moves windows.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     noteFocus();
@@ -119,11 +119,12 @@ void WorkspaceController::followShownSpace() {
                                             parts_.assignments)) {
         return;
     }
-    ops_.follower.migrateChangedDisplays(); // a display may have another layout since
+    ops_.follower.migrateChangedDisplays(); // a display may have got another layout while the Space was not shown
     ops_.keeper.commit({.straying = kFramesStay});
 }
 
-/// Windows in a tile were placed already.
+/// Requests the frames that windows could not get while they were elsewhere or did not respond. A window in a tile was
+/// placed already.
 void WorkspaceController::giveOwedFrames() {
     for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeAppliableFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);
@@ -155,7 +156,7 @@ void WorkspaceController::applyDenied() {
     ops_.keeper.commit({.straying = kFramesStay});
 }
 
-/// Absent without the permission, and while the focused window is not managed.
+/// Records and publishes the focused window; none if the focused window is not managed.
 void WorkspaceController::noteFocus() {
     const auto process = parts_.services.applications.frontmostApplication();
     const auto hasFocus = [&](const ManagedWindow& window) {

@@ -46,7 +46,7 @@ struct WorkspaceState {
     Published<std::optional<WindowPlacementNotice>> placementNotice;
     Published<std::optional<TileTarget>> dropTarget; // the tile under a window that is being dragged
     Published<std::map<TileTarget, std::vector<WindowID>>> stackWindowIDsByTarget;
-    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // until a window is placed
+    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // until a window is placed or the timeout
     Published<bool> canUndo{false};
     Published<std::optional<WorkspaceFocusMode>> focusMode;
     Published<std::optional<std::string>> lastActionMessage;
