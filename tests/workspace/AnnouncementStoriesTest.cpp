@@ -1,4 +1,5 @@
-// A desktop like a Mac, where applications respond to queries and announce changes: how often they are queried.
+// How often applications are queried on a desktop like a Mac, where applications respond to queries and announce
+// changes.
 #include "app/WindowDragCoordinator.h"
 #include "tests/harness/Scenario.h"
 #include "windowing/WindowHold.h"
@@ -94,7 +95,7 @@ TEST_F(Announcements, AnApplicationThatRefusesToBeObservedIsPolledOnlyWhileItHas
 TEST_F(Announcements, AnApplicationThatDoesNotRespondIsPolledForAWhile) {
     desk.desktop.setAnswering("Mail", false);
     desk.advance(Seconds(11));
-    EXPECT_GE(polls(Seconds(40)), 30) << "the window may return at any moment";
+    EXPECT_GE(polls(Seconds(40)), 30) << "the application may respond again at any moment";
     desk.advance(Seconds(30));
     EXPECT_LE(polls(Seconds(100)), 10);
     desk.desktop.setAnswering("Mail", true);
@@ -114,7 +115,7 @@ TEST_F(Announcements, AStalePermissionIsReportedAndItsRecoveryIsNoticed) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
 }
 
-TEST_F(Announcements, AreRequestedAgainAfterThePermissionWasTakenAwayAndGivenBack) {
+TEST_F(Announcements, AreRequestedAgainAfterThePermissionWasWithdrawnAndGrantedAgain) {
     desk.desktop.setTrusted(false);
     desk.advance(Seconds(2));
     desk.desktop.setTrusted(true);
@@ -149,9 +150,9 @@ TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleOrAnEdge) {
     OverlayBoard board;
     WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
     drags.installMonitor();
-    const auto readsOf = [&](CGPoint press, CGPoint release, WindowPart grip = WindowPart::nothing) {
+    const auto readsOf = [&](CGPoint press, CGPoint release) {
         const int before = desk.desktop.readCount();
-        desk.desktop.pressAt(press, grip);
+        desk.desktop.pressAt(press, WindowPart::nothing);
         desk.desktop.movePointer(release);
         desk.desktop.queue().runDue();
         const int reads = desk.desktop.readCount() - before;
@@ -165,7 +166,7 @@ TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleOrAnEdge) {
     EXPECT_GT(readsOf({600, 20}, {600, 20}), 0) << "a title";
     EXPECT_GT(readsOf({16, 700}, {16, 700}), 0) << "an edge";
     EXPECT_EQ(readsOf({600, 1430}, {600, 1430}), 0) << "the desktop";
-    // A window that is dragged by its content is dropped like any other.
+    // A window that the user drags by a point inside it is put into the tile under the pointer, too.
     desk.desktop.pressAt({1900, 700}, WindowPart::titleBar);
     for (double x = 1880; x >= 500; x -= 40) {
         desk.desktop.movePointer({x, 700});

@@ -87,7 +87,7 @@ TEST(ArrangementPlan, LearnedTilesPrecedeThePresentTileAndThatPrecedesTheRole) {
         EXPECT_EQ(lines.front().find("usually keep") != std::string::npos, round == 3) << lines.front();
     }
     table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:mail", "focus-main");
-    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1") << "the tile is usual for both: the role decides";
+    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1") << "both have a habit of the tile: the role decides";
     table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:firefox", "secondary-1");
     EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "the user's own choice counts at once";
 }
@@ -260,11 +260,11 @@ TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbor) {
     claims.input.candidates.back().stackedBehindID = "D::secondary-1";
     EXPECT_EQ(claims.plan(), "Codex:focus-main+secondary-1 Mail behind:focus-main") << "a span has one stack";
 
-    Table hopeless;
-    hopeless.display("D", "jarvis.dual-split");
-    hopeless.window("Codex").minimumSize = {9000, 9000};
-    hopeless.window("Mail");
-    EXPECT_EQ(hopeless.plan(), "Codex:focus-main+secondary-1 Mail:surplus")
+    Table tooLarge;
+    tooLarge.display("D", "jarvis.dual-split");
+    tooLarge.window("Codex").minimumSize = {9000, 9000};
+    tooLarge.window("Mail");
+    EXPECT_EQ(tooLarge.plan(), "Codex:focus-main+secondary-1 Mail:surplus")
         << "the window covers the whole display in any case";
 }
 

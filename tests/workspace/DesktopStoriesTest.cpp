@@ -10,7 +10,7 @@ namespace {
 const CGRect kLeftHalf = makeRect(50, 50, 900, 700);
 const CGRect kRightHalf = makeRect(1600, 50, 900, 700);
 
-TEST(DesktopStories, TwoWindowsShareADisplayAndComeBack) {
+TEST(DesktopStories, AnArrangementPutsTwoWindowsIntoTilesAndUndoRestoresTheirFrames) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Mail", {.frame = kLeftHalf}).opens("Notes", {.frame = kRightHalf});
@@ -24,7 +24,7 @@ TEST(DesktopStories, TwoWindowsShareADisplayAndComeBack) {
     desk.expectMessage("Last window action undone");
 }
 
-TEST(DesktopStories, AWindowBeingMovedToADisplayThatIsUnpluggedStaysOnScreen) {
+TEST(DesktopStories, AWindowStaysOnScreenIfItsDisplayIsUnpluggedDuringThePlacement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});

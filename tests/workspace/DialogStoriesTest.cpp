@@ -7,12 +7,12 @@ namespace kova {
 
 namespace {
 
-const CGRect kQuestion = makeRect(400, 300, 300, 150);
+const CGRect kDialogFrame = makeRect(400, 300, 300, 150);
 
 /// Mail with a dialog, Notes and Viewer; the three windows have the same frame.
 void openMailWithDialog(Scenario& desk) {
     desk.opens("Mail", {.frame = makeRect(200, 200, 800, 600)});
-    desk.opens("Mail", {.frame = kQuestion, .title = "Save?", .subrole = "AXDialog", .dialogOf = "Mail"});
+    desk.opens("Mail", {.frame = kDialogFrame, .title = "Save?", .subrole = "AXDialog", .dialogOf = "Mail"});
     desk.opens("Notes").opens("Viewer");
 }
 
@@ -79,7 +79,7 @@ TEST(DialogStories, RulesAndScenesIgnoreDialogs) {
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
     desk.settle();
     const std::string before = desk.tiles();
-    desk.opens("Mail", {.frame = kQuestion, .title = "Save?", .dialogOf = "Mail"}).settle();
+    desk.opens("Mail", {.frame = kDialogFrame, .title = "Save?", .dialogOf = "Mail"}).settle();
     EXPECT_EQ(desk.tiles(), before);
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 400,300 300x150");
     desk.controller().perform(action::CaptureScene{"work"});
@@ -90,7 +90,7 @@ TEST(DialogStories, RulesAndScenesIgnoreDialogs) {
     EXPECT_NE(desk.tiles().find("Mail 2"), std::string::npos) << desk.tiles();
 }
 
-TEST(DialogStories, AMaximizedWindowIsLeftAloneUntilItIsRestoredOrAnArrangement) {
+TEST(DialogStories, AMaximizedWindowIsLeftAloneUntilItIsRestoredOrWindowsAreArranged) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string tiles = desk.tiles();

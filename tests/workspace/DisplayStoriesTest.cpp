@@ -26,7 +26,7 @@ class Displays : public ::testing::Test {
         }
         desk.arrange();
     }
-    static SimulatedDisplay takeOut(Scenario& desk, const std::string& name) {
+    static SimulatedDisplay disconnect(Scenario& desk, const std::string& name) {
         const CGRect frame = desk.desktop.frameOfDisplay(name);
         desk.desktop.removeDisplay(name);
         return {.name = name, .size = frame.size, .origin = frame.origin};
@@ -40,9 +40,9 @@ TEST_F(Displays, AStandbyMovesNoWindowToAnotherDisplay) {
     const auto assigned = *desk.state().assignedWindowIDs;
     for (const char* name : {"A", "B", "C"}) {
         SCOPED_TRACE(name);
-        const auto display = takeOut(desk, name);
+        const auto display = disconnect(desk, name);
         desk.advance(Seconds(0.5));
-        desk.controller().perform(action::Arrange{}); // does not move the windows of the missing display either
+        desk.controller().perform(action::Arrange{}); // leaves the windows of the missing display alone
         desk.advance(Seconds(1.4));
         EXPECT_EQ(*desk.state().assignedWindowIDs, assigned);
         desk.desktop.addDisplay(display);
@@ -58,7 +58,7 @@ TEST_F(Displays, AWindowWithoutAFreeTileIsMovedOntoAConnectedDisplay) {
     desk.opens("Peeking", {.frame = makeRect(4400, 900, 900, 700)}).settle();
     const std::string before = desk.tiles();
     const auto shown = [&](const char* label) { return desk.desktop.describeWindow(desk.desktop.window(label)); };
-    const auto display = takeOut(desk, "C");
+    const auto display = disconnect(desk, "C");
     desk.advance(Seconds(1));
     const auto lines = desk.controller().planArrangement().explanation();
     EXPECT_TRUE(std::ranges::find(lines, "Console “Console” is left alone for a moment: its display was unplugged just "
@@ -84,7 +84,7 @@ TEST_F(Displays, AWindowOfADisconnectedDisplayTakesAFreeTileAndReturns) {
     desk.desktop.close(desk.desktop.labelOfID(onA));
     desk.settle();
     const std::string before = desk.tiles();
-    const auto display = takeOut(desk, "C");
+    const auto display = disconnect(desk, "C");
     desk.advance(Seconds(3)).settle();
     EXPECT_NE(desk.tiles().find(label + " 15,15") == std::string::npos, desk.tiles().starts_with(label))
         << desk.tiles();
@@ -99,7 +99,7 @@ TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
     desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles().front().windowID));
     desk.settle();
     const auto held = desk.controller().tiles()[1];
-    (void)takeOut(desk, "C");
+    (void)disconnect(desk, "C");
     desk.advance(Seconds(1.5));
     const std::string label = desk.desktop.labelOfID(*held.windowID);
     ASSERT_TRUE(desk.controller().perform(
@@ -116,7 +116,7 @@ TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
 TEST_F(Displays, AWindowThatTheUserMovedMeanwhileStaysThere) {
     const WindowID onC = *desk.controller().tiles().back().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
-    const auto display = takeOut(desk, "C");
+    const auto display = disconnect(desk, "C");
     desk.advance(Seconds(3));
     desk.desktop.userFocuses(label);
     ASSERT_TRUE(desk.controller().perform(
@@ -133,7 +133,7 @@ TEST_F(Displays, AWindowThatTheUserMovedMeanwhileStaysThere) {
 
 TEST_F(Displays, TheReturnOfADisplayRevertsAnArrangementMadeWithoutIt) {
     const std::string before = desk.tiles();
-    const auto display = takeOut(desk, "B");
+    const auto display = disconnect(desk, "B");
     desk.advance(Seconds(3)).arrange();
     EXPECT_NE(desk.desktop.picture().find("minimized"), std::string::npos) << "there were too few tiles";
     const auto owners = *desk.state().assignedWindowIDs;
@@ -170,7 +170,7 @@ TEST_F(Displays, WindowsGetTilesOfThePresentLayoutWhileADisplayCannotShowTheirs)
     struct Way {
         const char* what;
         std::function<void(Scenario&)> shrinks;
-        bool isForgotten; // the placements in the former layout are not restored
+        bool isForgotten; // the placements in the former layout are not restored with it
     };
     const std::vector<Way> ways = {
         {"while a window is zoomed",
@@ -226,7 +226,7 @@ TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
     ASSERT_TRUE(desk.state().focusMode->has_value());
     const std::string picture = desk.desktop.picture();
     desk.simulate(SystemActivityEvent::screensDidSleep);
-    const auto display = takeOut(desk, "C");
+    const auto display = disconnect(desk, "C");
     desk.advance(Seconds(60));
     desk.desktop.addDisplay(display);
     desk.advance(Seconds(1)).simulate(SystemActivityEvent::screensDidWake).settle();
@@ -249,7 +249,7 @@ TEST_F(Displays, FocusModeEndsIfDisplaysChangeBeforeALockIsReported) {
 TEST_F(Displays, AWindowStackedBehindADisplacedWindowCanBeReached) {
     const auto onC = desk.controller().tiles().back();
     const WindowID waiting = *onC.windowID;
-    const TileTarget namesake{desk.displayIDOf("A"), onC.slot.id};
+    const TileTarget sameSlotOnA{desk.displayIDOf("A"), onC.slot.id};
     desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles()[4].windowID));
     desk.opens("Maps", {.frame = makeRect(5200, 100, 900, 700)}).settle();
     const WindowID front = desk.desktop.windowIDOf("Maps");
@@ -259,17 +259,18 @@ TEST_F(Displays, AWindowStackedBehindADisplacedWindowCanBeReached) {
         desk.settle();
         ASSERT_EQ(desk.controller().assignments().stackTargetOf(waiting), onC.target);
         if (isTileFree) {
-            desk.desktop.close(desk.desktop.labelOfID(desk.controller().assignments().assignedWindowIDs.at(namesake)));
+            desk.desktop.close(
+                desk.desktop.labelOfID(desk.controller().assignments().assignedWindowIDs.at(sameSlotOnA)));
             desk.settle();
         }
         const std::string before = desk.tiles();
-        const auto display = takeOut(desk, "C");
+        const auto display = disconnect(desk, "C");
         desk.advance(Seconds(3)).settle();
         const auto& meanwhile = desk.controller().assignments();
-        EXPECT_EQ(meanwhile.stackTargetOf(waiting), namesake);
-        EXPECT_EQ(meanwhile.targetOf(front) == namesake, isTileFree);
-        desk.desktop.userFocuses(desk.desktop.labelOfID(meanwhile.assignedWindowIDs.at(namesake)));
-        for (std::size_t i = meanwhile.stackWindowIDsByTarget.at(namesake).size(); i > 0; --i) desk.cycleStack();
+        EXPECT_EQ(meanwhile.stackTargetOf(waiting), sameSlotOnA);
+        EXPECT_EQ(meanwhile.targetOf(front) == sameSlotOnA, isTileFree);
+        desk.desktop.userFocuses(desk.desktop.labelOfID(meanwhile.assignedWindowIDs.at(sameSlotOnA)));
+        for (std::size_t i = meanwhile.stackWindowIDsByTarget.at(sameSlotOnA).size(); i > 0; --i) desk.cycleStack();
         EXPECT_TRUE(desk.wasCarriedOut());
         desk.desktop.addDisplay(display);
         desk.settle();
@@ -296,7 +297,7 @@ TEST_F(Displays, AZoomedWindowDelaysButDoesNotPreventPlacement) {
         const std::string zoomed = holder("A", 0);
         one.desktop.close(holder(c.freeOn, 1));
         one.settle();
-        (void)takeOut(one, "C");
+        (void)disconnect(one, "C");
         one.advance(Seconds(1));
         one.desktop.userFocuses(zoomed);
         one.controller().perform(action::ToggleFocusZoom{});
@@ -382,7 +383,7 @@ TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
     EXPECT_EQ(windowsInTiles(), before);
 }
 
-TEST_F(NamelessDisplay, TheLastArrangementAndDisplacedWindowsFollowIt) {
+TEST_F(NamelessDisplay, TheLastArrangementAndDisplacedWindowsGetItsNewID) {
     desk.arrange().desktop.resizeDisplay("VM", {1280, 800});
     desk.settle();
     const auto& placements = desk.controller().lastArrangement().placements;
@@ -409,7 +410,7 @@ TEST(DisplaySuccession, MatchesOnlyUnambiguousDisplays) {
     EXPECT_EQ(matchRenamedDisplays(Ids{a, device}, Ids{c}), (Pairs{{a, c}}));
     EXPECT_EQ(matchRenamedDisplays(Ids{device}, Ids{c}), Pairs{});
     EXPECT_EQ(matchRenamedDisplays(Ids{a}, Ids{device}), Pairs{});
-    EXPECT_EQ(matchRenamedDisplays(Ids{a, other}, Ids{b, c}), (Pairs{{a, b}, {other, c}})) << "the size tells";
+    EXPECT_EQ(matchRenamedDisplays(Ids{a, other}, Ids{b, c}), (Pairs{{a, b}, {other, c}})) << "the size decides";
     EXPECT_EQ(matchRenamedDisplays(Ids{a, b}, Ids{c}), Pairs{});
     EXPECT_EQ(matchRenamedDisplays(Ids{a}, Ids{c, other}), Pairs{});
 }
@@ -433,21 +434,21 @@ TEST(DisplayWalk, ReconnectingAllDisplaysRestoresTheArrangement) {
         const auto assignments = desk.controller().assignments();
         const bool sleeps = random() % 3 == 0;
         if (sleeps) desk.sleep();
-        std::vector<SimulatedDisplay> away;
+        std::vector<SimulatedDisplay> disconnected;
         std::vector<std::string> order = {"A", "B", "C"};
         const auto pause = [&] { desk.advance(Seconds(std::vector{0.0, 0.3, 1.5, 2.5, 5.0}[random() % 5])); };
         std::shuffle(order.begin(), order.end(), random);
-        std::size_t gone = 0;
-        while (gone < order.size() || !away.empty()) {
-            const bool removes = gone < order.size() && (away.empty() || random() % 3 > 0);
+        std::size_t removedCount = 0;
+        while (removedCount < order.size() || !disconnected.empty()) {
+            const bool removes = removedCount < order.size() && (disconnected.empty() || random() % 3 > 0);
             if (removes) {
-                const CGRect frame = desk.desktop.frameOfDisplay(order[gone]);
-                away.push_back({.name = order[gone], .size = frame.size, .origin = frame.origin});
-                desk.desktop.removeDisplay(order[gone++]);
+                const CGRect frame = desk.desktop.frameOfDisplay(order[removedCount]);
+                disconnected.push_back({.name = order[removedCount], .size = frame.size, .origin = frame.origin});
+                desk.desktop.removeDisplay(order[removedCount++]);
             } else {
-                const auto chosen = away.begin() + static_cast<std::ptrdiff_t>(random() % away.size());
+                const auto chosen = disconnected.begin() + static_cast<std::ptrdiff_t>(random() % disconnected.size());
                 desk.desktop.addDisplay(*chosen);
-                away.erase(chosen);
+                disconnected.erase(chosen);
             }
             pause();
         }

@@ -25,7 +25,7 @@ class DragStories : public ::testing::Test {
         const CGRect frame = desk.desktop.frameForWindowService(desk.desktop.window(label));
         ASSERT_TRUE(kova().perform(action::BeginWindowDrag{desk.desktop.windowIDOf(label), frame}));
     }
-    /// The frame is in desktop space, the pointer in screen space.
+    /// Moves the dragged window and drops it. The frame is in desktop space, the pointer in screen space.
     void letsGo(const std::string& label, const CGRect& frame, CGPoint pointer,
                 action::DropMode how = action::DropMode::intoTile,
                 action::WindowDragKind movement = action::WindowDragKind::move) {
@@ -233,7 +233,7 @@ TEST_F(DragStories, AnotherActionCancelsTheDrag) {
     kova().perform(action::EndDividerDrag{divider});
     desk.settle();
     desk.expectTiles(kHalves);
-    EXPECT_EQ(newUndoSteps(), 1u) << "the arrangement alone";
+    EXPECT_EQ(newUndoSteps(), 1u) << "only the arrangement adds an undo step";
 }
 
 TEST_F(DragStories, ResizingAFloatingWindowIsNoDrop) {
@@ -268,7 +268,7 @@ TEST(EdgeResize, OnlyDividersAlongTheDraggedEdgeMove) {
         }
         return text;
     };
-    EXPECT_EQ(pulled(-100, -50, 0, 0), "root -50 root.1 -100 ") << "its own row's divider, not the upper row's";
+    EXPECT_EQ(pulled(-100, -50, 0, 0), "root -50 root.1 -100 ") << "the divider of the window's own row moves";
     EXPECT_EQ(pulled(-2, 1, 0, 0), "");
     EXPECT_EQ(pulled(0, 0, 80, 80), "");
 }

@@ -131,8 +131,8 @@ TEST_F(Launching, AFailureIsReportedAndTheTileStopsWaiting) {
 }
 
 TEST_F(Launching, ATileWaitsForTwentySeconds) {
-    const auto after = [this](Seconds delay) {
-        desk.advance(Seconds(60)); // until the desktop is at rest
+    const auto tilesWithLaunchTakingTime = [this](Seconds delay) {
+        desk.advance(Seconds(60)); // until polls are idle
         launch(desk.desktop.install("Late", {.startsAfter = delay, .opensAfter = Seconds(0)}), kRight);
         desk.advance(Seconds(19));
         EXPECT_EQ(waiting(), 1u);
@@ -145,9 +145,9 @@ TEST_F(Launching, ATileWaitsForTwentySeconds) {
         desk.desktop.uninstall("Late");
         return tiles;
     };
-    EXPECT_EQ(after(Seconds(19.2)), "Mail 15,15 1254x1382 | Late 1291,15 1254x1382");
-    EXPECT_EQ(after(Seconds(20.3)), kAlone);
-    EXPECT_EQ(after(Seconds(40)), kAlone);
+    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(19.2)), "Mail 15,15 1254x1382 | Late 1291,15 1254x1382");
+    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(20.3)), kAlone);
+    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(40)), kAlone);
     const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
     EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), before + desk.mostPollsAtRest(Seconds(60)))
@@ -249,7 +249,7 @@ TEST(ArrangingAfterTheStart, DoesNotMoveWindowsThatARuleHasPlaced) {
     Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", arrangingProfile());
     desk.display(2560, 1440).opens("Mail").start().settle();
-    desk.expectTiles("Mail 15,15 1254x1382 | -"); // learned
+    desk.expectTiles("Mail 15,15 1254x1382 | -"); // this tile is learned for Mail
     desk.controller().perform(action::AddRule{
         {Uuid::random(), "Mail aside", true, "sim.mail", std::nullopt, std::nullopt, disposition::Tile{kRight}}});
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});

@@ -162,7 +162,7 @@ TEST(LayoutStories, WindowsFollowWhenADisplayGetsAnotherLayoutByItsSize) {
     EXPECT_EQ(desk.controller().resolvedLayout(desk.displayIDOf("A"))->id, "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 3u);
     EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.target("A", "secondary-1")), 1u)
-        << "the tile with the same name";
+        << "the slot with the same canonical id";
     EXPECT_EQ(desk.controller().undoHistory().size(), steps);
 }
 
@@ -220,7 +220,7 @@ TEST(LayoutStories, NothingMovesWhileTheScreenIsLocked) {
     desk.expectTiles("Codex 15,15 934x1022 | Mail 971,15 934x1022");
 }
 
-TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDisplaysSize) {
+TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedUntilItsDisplayChangesItsSize) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = makeRect(1500, 90, 600, 400)}).start();
     desk.desktop.userFocuses("Mail");
@@ -340,7 +340,7 @@ TEST(UndoStories, AnEmptyHistoryIsRefusedWithoutAMessage) {
     EXPECT_EQ(*desk.state().lastActionMessage, std::nullopt);
 }
 
-TEST(NavigationStories, TheFocusMovesBetweenOccupiedTilesAndReportsWhenThereIsNone) {
+TEST(NavigationStories, TheFocusMovesBetweenOccupiedTilesAndAMissingOneIsReported) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").arrange();
     desk.desktop.userFocuses("Codex");

@@ -48,10 +48,10 @@ TEST(NeighbourTarget, ATileAtMostOnePointFurtherIsNoNeighbor) {
 
 TEST(NeighbourTarget, TheTilesOfASpanAreNotItsNeighbors) {
     struct Case {
-        CGSize least; // of a window that spans two tiles of the grid
-        std::size_t at;
+        CGSize minimumSize; // of a window that spans two tiles of the grid
+        std::size_t from;   // index of the tile into which the window is put first
         WorkspaceDirection direction;
-        std::vector<std::size_t> to; // of several tiles at the same distance the one with the smaller id
+        std::vector<std::size_t> to; // indices of the nearest tiles; the one with the smaller id is chosen
     };
     const Case cases[] = {
         {{2300, 400}, 0, up, {}},       {{2300, 400}, 0, left, {2}},    {{2300, 400}, 0, right, {3}},
@@ -59,13 +59,13 @@ TEST(NeighbourTarget, TheTilesOfASpanAreNotItsNeighbors) {
         {{400, 1300}, 1, down, {2}},    {{400, 1300}, 1, left, {0, 2}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(describe(c.direction)) + " from " + std::to_string(c.at));
+        SCOPED_TRACE(std::string(describe(c.direction)) + " from " + std::to_string(c.from));
         Scenario desk;
-        desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = c.least}).arrange();
+        desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = c.minimumSize}).arrange();
         const auto& controller = desk.controller();
         const auto tiles = controller.tiles();
         const WindowID mail = desk.desktop.windowIDOf("Mail");
-        ASSERT_TRUE(desk.controller().perform(command::Place{mail, tiles[c.at].target}));
+        ASSERT_TRUE(desk.controller().perform(command::Place{mail, tiles[c.from].target}));
         desk.settle();
         ASSERT_EQ(controller.assignments().targetsOf(mail).size(), 2u);
         desk.move(c.direction);

@@ -13,8 +13,8 @@ class Quitting : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.desktop.takeJournal();
     }
-    /// The lines of the journal that report how applications were ended.
-    std::string asked() {
+    /// The lines of the journal about requests to quit and killed processes.
+    std::string terminations() {
         std::string lines;
         std::string journal = desk.desktop.takeJournal();
         for (std::size_t at = 0; at < journal.size();) {
@@ -32,7 +32,7 @@ class Quitting : public ::testing::Test {
 TEST_F(Quitting, AnApplicationIsRequestedToQuitAndItsTileIsFreeSoonAfter) {
     EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Mail")}));
     desk.expectMessage("Quit requested for Mail");
-    EXPECT_EQ(asked(), "Mail: terminate");
+    EXPECT_EQ(terminations(), "Mail: terminate");
     desk.settle();
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
@@ -49,7 +49,7 @@ TEST_F(Quitting, AnApplicationThatRefusesToQuitStaysManaged) {
     desk.settle().expectTiles(before);
     EXPECT_TRUE(desk.controller().perform(action::ForceQuitApplication{mail}));
     desk.expectMessage("Force quit requested for Mail");
-    EXPECT_EQ(asked(), "Mail: terminate, Mail: force terminate");
+    EXPECT_EQ(terminations(), "Mail: terminate, Mail: force terminate");
     desk.settle();
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
 }
@@ -64,7 +64,7 @@ TEST_F(Quitting, AnApplicationWhoseProcessIsNotVerifiedIsNotKilled) {
     const auto& outcome = *performed.details<ForceQuitOutcome>();
     EXPECT_EQ(outcome.ended.size(), 2u);
     EXPECT_EQ(outcome.refusals, std::vector<std::string>{"Maps was not force quit: its process is not known"});
-    EXPECT_EQ(asked(), "Mail: force terminate, Notes: force terminate");
+    EXPECT_EQ(terminations(), "Mail: force terminate, Notes: force terminate");
     EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Maps")}))
         << "a request to quit cannot harm another process";
 }
@@ -90,7 +90,7 @@ TEST_F(Quitting, PartsOfTheDesktopAreNotEnded) {
         EXPECT_FALSE(desk.controller().perform(end));
         desk.expectMessage("Files belongs to the desktop and stays open");
     }
-    EXPECT_EQ(asked(), "");
+    EXPECT_EQ(terminations(), "");
 }
 
 TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
@@ -119,7 +119,7 @@ TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
     EXPECT_EQ(shown[0], question);
     desk.desktop.answerAlert(false);
     desk.settle();
-    EXPECT_EQ(asked(), "");
+    EXPECT_EQ(terminations(), "");
 
     // Applications that start or are replaced while the dialog is open are not ended: the user has not confirmed them.
     desk.controller().perform(action::ForceQuitAll{});
@@ -128,8 +128,8 @@ TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
     desk.opens("Maps");
     desk.desktop.answerAlert(true);
     desk.settle();
-    EXPECT_EQ(asked(), "Ähre: force terminate, finder: force terminate, Mail: force terminate, nameless: force "
-                       "terminate");
+    EXPECT_EQ(terminations(), "Ähre: force terminate, finder: force terminate, Mail: force terminate, nameless: force "
+                              "terminate");
     EXPECT_TRUE(desk.desktop.isRunning("Maps"));
     EXPECT_TRUE(desk.desktop.isRunning("Finder"));
     desk.expectMessage("");
@@ -151,7 +151,7 @@ TEST_F(Quitting, ReportsWhenThereIsNothingToEndAndWhenNothingWasEnded) {
                        .confirmButton = "OK",
                        .cancelButton = {}};
     EXPECT_EQ(desk.desktop.takeAlerts(), std::vector{notice});
-    EXPECT_EQ(asked(), "");
+    EXPECT_EQ(terminations(), "");
 }
 
 } // namespace

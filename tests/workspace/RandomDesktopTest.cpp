@@ -16,7 +16,7 @@ constexpr std::size_t kStepsPerDay = 60;
 
 class RandomDay : public RandomWalk {
   public:
-    explicit RandomDay(std::uint32_t seed) : RandomWalk(seed) { addTrouble(); }
+    explicit RandomDay(std::uint32_t seed) : RandomWalk(seed) { addSystemOperations(); }
     Operations anyOperations() override {
         return draw(kStepsPerDay, [this] { return anyName(); });
     }
@@ -36,7 +36,7 @@ class RandomDay : public RandomWalk {
         desk_.start();
     }
     void step(const std::string& name) override {
-        if (chance(2)) endTrouble();
+        if (chance(2)) endDisturbances();
         perform(name);
         // The next event comes at once, during the passes of a placement, between two polls, or after settling.
         const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), desk_.settlingTime()});
@@ -47,7 +47,7 @@ class RandomDay : public RandomWalk {
         auto& desktop = desk_.desktop;
         for (const auto& application : desktop.runningApplications())
             desktop.setAnswering(*application.localizedName, true);
-        endTrouble();
+        endDisturbances();
         desk_.rest().arrange();
         withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); });
         desk_.rest(); // a frame that a window refuses is requested more than once
@@ -101,7 +101,7 @@ class RandomDay : public RandomWalk {
         return traits;
     }
     /// Another event may occur while the button is still down.
-    void holdOn() override {
+    void pauseDrag() override {
         desk_.advance(anyOf({Seconds(0), Seconds(0.02), Seconds(0.6)}));
         if (!chance(4) || isInterrupted_) return;
         isInterrupted_ = true;
@@ -112,7 +112,10 @@ class RandomDay : public RandomWalk {
         isInterrupted_ = false;
     }
 
-    std::string anyName() { return chance(4) ? kTrouble[below(kTrouble.size())] : kWork[below(kWork.size())]; }
+    std::string anyName() {
+        return chance(4) ? kSystemOperations[below(kSystemOperations.size())]
+                         : kUserOperations[below(kUserOperations.size())];
+    }
     void launchIntoAnyTile() {
         const auto tiles = desk_.controller().tiles();
         if (tiles.empty() || desk_.desktop.livingWindows().size() >= kMostWindows) return;
@@ -134,12 +137,12 @@ class RandomDay : public RandomWalk {
         desk_.simulate(event);
     }
     /// Stops listing a window, as the window server does around sleep.
-    void loseAnyWindow() {
+    void stopListingAnyWindow() {
         if (!desk_.isSuspended()) desk_.sleep();
         withAnyWindow([&](const auto& label) { desk_.desktop.loseWindow(label); });
     }
-    /// Windows that are not listed for a while keep their tiles if no other event occurs.
-    void expectNoLoss(const std::function<void()>& away, const std::function<void()>& back) {
+    /// Windows that are not listed between `interrupt` and `resume` keep their tiles if no other event occurs.
+    void expectTilesKept(const std::function<void()>& interrupt, const std::function<void()>& resume) {
         auto& desktop = desk_.desktop;
         if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() ||
             desktop.isLoginSessionScreenLocked() || !desktop.isProcessTrusted())
@@ -155,9 +158,9 @@ class RandomDay : public RandomWalk {
             if (!window.isAnswering) mayChangeAnyway = true;
             if (!window.isElsewhere && window.isAnswering) here.insert(window.id);
         }
-        away();
+        interrupt();
         desk_.advance(Seconds(1.5));
-        back();
+        resume();
         desk_.advance(Seconds(1.5));
         const auto& after = controller.assignments();
         for (const auto* window : desktop.livingWindows()) {
@@ -187,7 +190,7 @@ class RandomDay : public RandomWalk {
         (void)desk_.controller().perform(action::AddRule{rule});
     }
     /// Events that occur only on a Mac; an arrangement on other desktops.
-    void haveMacTrouble() {
+    void disturbMac() {
         if (!isMac()) return act(action::Arrange{});
         switch (below(3)) {
         case 0:
@@ -198,8 +201,8 @@ class RandomDay : public RandomWalk {
             return desk_.desktop.announcements().lose(static_cast<int>(1 + below(4)));
         }
     }
-    /// Ends sleep, locks and other conditions in which KOVA does little.
-    void endTrouble() {
+    /// Ends sleep, locks and other conditions in which KOVA moves no windows.
+    void endDisturbances() {
         auto& desktop = desk_.desktop;
         using enum SystemActivityEvent;
         const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isSuspended();
@@ -213,10 +216,10 @@ class RandomDay : public RandomWalk {
         if (desktop.screens().empty()) desk_.display(2560, 1440);
         if (wasAway) desk_.advance(Seconds(14));
     }
-    void addTrouble();
+    void addSystemOperations();
 
     /// Operations that are listed repeatedly are drawn more often.
-    static constexpr std::array kWork = {
+    static constexpr std::array kUserOperations = {
         "opens",
         "opens",
         "opens",
@@ -245,9 +248,9 @@ class RandomDay : public RandomWalk {
         "drags into a tile",
         "drags into a tile",
     };
-    static constexpr std::array kTrouble = {
+    static constexpr std::array kSystemOperations = {
         "quits",
-        "asks to quit",
+        "quits by command",
         "hides",
         "renames",
         "full screen",
@@ -267,7 +270,7 @@ class RandomDay : public RandomWalk {
         "slow polls",
         "system event",
         "system event",
-        "loses",
+        "stops listing",
         "renumbers",
         "inset",
         "resets divider",
@@ -275,7 +278,7 @@ class RandomDay : public RandomWalk {
         "adds a rule",
         "drops a rule",
         "restart",
-        "trouble of a Mac",
+        "Mac disturbance",
     };
     const LaunchableApplication mail_ = desk_.desktop.install("Mail", {.startsAfter = Seconds(0.2)});
     const LaunchableApplication notes_ = desk_.desktop.install("Notes", {.opensWhenRunning = true});
@@ -284,11 +287,11 @@ class RandomDay : public RandomWalk {
     bool isInterrupted_ = false;
 };
 
-void RandomDay::addTrouble() {
+void RandomDay::addSystemOperations() {
     kinds_.merge(Kinds{
         {"launches", [this] { launchIntoAnyTile(); }},
         {"quits", toWindow([this](const auto& label) { desk_.desktop.quit(applicationOf(label)); })},
-        {"asks to quit", toWindow([this](const auto& label) { endApplication(label); })},
+        {"quits by command", toWindow([this](const auto& label) { endApplication(label); })},
         {"sends elsewhere", toWindow([this](const auto& label) {
              desk_.desktop.sendToVirtualDesktop(label, static_cast<int>(below(2)));
          })},
@@ -300,13 +303,13 @@ void RandomDay::addTrouble() {
                      const std::string application = applicationOf(label);
                      if (desk_.desktop.isRunning(application)) desk_.desktop.setAnswering(application, answers);
                  };
-             expectNoLoss([&] { setAnswering(false); }, [&] { setAnswering(true); });
+             expectTilesKept([&] { setAnswering(false); }, [&] { setAnswering(true); });
          })},
         {"visits a desktop",
          [this] {
              const int here = desk_.desktop.shownVirtualDesktop();
-             expectNoLoss([&] { desk_.desktop.showVirtualDesktop(here + 1); },
-                          [&] { desk_.desktop.showVirtualDesktop(here); });
+             expectTilesKept([&] { desk_.desktop.showVirtualDesktop(here + 1); },
+                             [&] { desk_.desktop.showVirtualDesktop(here); });
          }},
         {"uses tabs", toWindow([this](const auto& label) { useTabs(label); })},
         {"plugs in",
@@ -322,7 +325,7 @@ void RandomDay::addTrouble() {
         {"permission", [this] { desk_.desktop.setTrusted(!desk_.desktop.isProcessTrusted() || chance(3)); }},
         {"slow polls", [this] { desk_.desktop.pollingQueue().setJobDuration(Seconds(chance(3) ? 0.5 : 0.01)); }},
         {"system event", [this] { simulateSystemEvent(); }},
-        {"loses", [this] { loseAnyWindow(); }},
+        {"stops listing", [this] { stopListingAnyWindow(); }},
         {"renumbers", toWindow([this](const auto& label) { desk_.desktop.renumber(label); })},
         {"rules",
          [this] {
@@ -335,12 +338,12 @@ void RandomDay::addTrouble() {
              if (!rules.empty()) act(action::DeleteRule{Uuid(rules.front().id)});
          }},
         {"restart", [this] { desk_.restart(); }},
-        {"trouble of a Mac", [this] { haveMacTrouble(); }},
+        {"Mac disturbance", [this] { disturbMac(); }},
     });
 }
 
 TEST(RandomDesktop, KeepsTheInvariantsWhateverHappens) {
-    takeWalks<RandomDay>(kUsualDays, "RandomDay");
+    runWalks<RandomDay>(kUsualDays, "RandomDay");
 }
 
 } // namespace

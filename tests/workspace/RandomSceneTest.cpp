@@ -33,7 +33,7 @@ class RandomScene : public RandomWalk {
             const CGPoint corner = {number(3500), number(500)};
             desk_.opens(anyOf({"Mail", "Notes", "Codex", "Viewer"}),
                         {.frame = CGRect{corner, {700, 500}},
-                         .title = std::string("Document ") + next++}); // no title contains another
+                         .title = std::string("Document ") + next++}); // no title is part of another one
         }
         desk_.settle();
     }
@@ -49,10 +49,10 @@ class RandomScene : public RandomWalk {
     void end() override {
         if (desk_.state().scenes->empty()) return;
         open();
-        const bool comesWhole = std::ranges::all_of(captured_.stackWindowIDsByTarget, [&](const auto& stack) {
+        const bool haveAllStacksFronts = std::ranges::all_of(captured_.stackWindowIDsByTarget, [&](const auto& stack) {
             return captured_.assignedWindowIDs.contains(stack.first);
         });
-        if (comesWhole) {
+        if (haveAllStacksFronts) {
             EXPECT_EQ(desk_.controller().assignments().assignedWindowIDs, captured_.assignedWindowIDs);
             EXPECT_EQ(desk_.controller().assignments().stackWindowIDsByTarget, captured_.stackWindowIDsByTarget);
         }
@@ -72,7 +72,7 @@ class RandomScene : public RandomWalk {
 };
 
 TEST(RandomScene, IsRestoredAndASecondOpeningMovesNothing) {
-    takeWalks<RandomScene>(kUsualScenes, "RandomScene");
+    runWalks<RandomScene>(kUsualScenes, "RandomScene");
 }
 
 } // namespace

@@ -44,7 +44,7 @@ RandomWalk::RandomWalk(std::uint32_t seed) : seed_(seed), random_(seed) {
     };
 }
 
-void RandomWalk::take(const Operations& operations, const std::function<bool()>& hasFailed) {
+void RandomWalk::run(const Operations& operations, const std::function<bool()>& hasFailed) {
     random_.seed(seed_);
     begin();
     for (const auto& operation : operations) {
@@ -152,7 +152,7 @@ void RandomWalk::dragDivider(const DisplayLayoutDivider& divider) {
     if (!desk_.controller().perform(action::BeginDividerDrag{divider})) return;
     for (std::size_t moves = below(4); moves > 0; --moves) {
         act(action::UpdateDividerDrag{divider, 5 * number(320) - 800});
-        holdOn();
+        pauseDrag();
     }
     chance(4) ? act(action::CancelDividerDrag{}) : act(action::EndDividerDrag{divider});
 }
@@ -176,7 +176,7 @@ void RandomWalk::dragWindow(const std::string& label) {
         pointer = {minX(frame), 1440 - minY(frame)};
         desktop.userMoves(label, movement == move ? frame : CGRect{desktop.window(label).frame.origin, frame.size});
         act(action::UpdateWindowDrag{pointer, movement});
-        holdOn();
+        pauseDrag();
     }
     if (chance(5)) {
         story_ += " and gives up";
@@ -206,7 +206,7 @@ std::optional<Failure> failureOf(const MakeWalk& make, std::uint32_t seed, const
         const Reporter reporter(Reporter::INTERCEPT_ONLY_CURRENT_THREAD, &results);
         const auto walk = make(seed);
         try {
-            walk->take(operations, [&] { return results.size() > 0; });
+            walk->run(operations, [&] { return results.size() > 0; });
         } catch (const std::exception& error) {
             ADD_FAILURE() << error.what();
         }
@@ -261,7 +261,7 @@ std::string described(const char* name, std::uint32_t seed, const Operations& op
 
 } // namespace
 
-void takeWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make) {
+void runWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make) {
     forEachSeed(usualCount, [&](std::uint32_t seed) {
         const Operations operations = make(seed)->anyOperations();
         auto failed = failureOf(make, seed, operations);

@@ -33,8 +33,8 @@ class RandomWalk {
 
     virtual Operations anyOperations() = 0;
     /// Carries out the operations up to the first after which `hasFailed` returns true.
-    void take(const Operations& operations, const std::function<bool()>& hasFailed);
-    /// The operations so far, with the screen after each of them.
+    void run(const Operations& operations, const std::function<bool()>& hasFailed);
+    /// The operations so far, with a picture of the desktop after each of them.
     const std::string& story() const { return story_; }
 
   protected:
@@ -48,7 +48,7 @@ class RandomWalk {
     virtual WindowTraits anyTraits() { return {.frame = anyFrame()}; }
     virtual bool mayDrag(const std::string& /*label*/) { return true; }
     /// Called during a drag, while the pointer does not move.
-    virtual void holdOn() {}
+    virtual void pauseDrag() {}
 
     void perform(const std::string& name) { kinds_.at(name)(); }
     void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
@@ -94,14 +94,14 @@ class RandomWalk {
 
 using MakeWalk = std::function<std::unique_ptr<RandomWalk>(std::uint32_t seed)>;
 
-/// After a failure, reports the shortest list of operations that was found to fail at the same check. `name` is the
-/// name of the walk's class.
-void takeWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make);
+/// Runs one walk per seed. After a failure, reports the shortest list of operations that was found to fail at the same
+/// check. `name` is the name of the walk's class.
+void runWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make);
 void replay(const MakeWalk& make, std::uint32_t seed, const Operations& operations);
 
 template <class Walk>
-void takeWalks(std::uint32_t usualCount, const char* name) {
-    takeWalks(usualCount, name, [](std::uint32_t seed) { return std::make_unique<Walk>(seed); });
+void runWalks(std::uint32_t usualCount, const char* name) {
+    runWalks(usualCount, name, [](std::uint32_t seed) { return std::make_unique<Walk>(seed); });
 }
 template <class Walk>
 void replay(std::uint32_t seed, const Operations& operations) {

@@ -1,4 +1,4 @@
-// Sleep, lock and session switches: how the window server changes windows meanwhile, and how KOVA restores them.
+// Sleep, lock and session switches: what the window server does to windows meanwhile, and how KOVA restores them.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -111,12 +111,12 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsRecognized) {
 }
 
 TEST_F(Recovery, AmbiguousWindowsAreNotRecognized) {
-    struct Night {
+    struct Case {
         const char* what;
         std::function<void(SimulatedDesktop&)> happens;
         std::size_t assigned;
     };
-    const std::vector<Night> nights = {
+    const std::vector<Case> cases = {
         {"moved by the desktop",
          [](auto& desktop) {
              const CGRect frame = desktop.window("Mail").frame;
@@ -129,16 +129,16 @@ TEST_F(Recovery, AmbiguousWindowsAreNotRecognized) {
          [](auto& desktop) { desktop.setTitle(desktop.open("Mail", {.frame = desktop.window("Mail").frame}), "Mail"); },
          1},
     };
-    for (const auto& night : nights) {
-        SCOPED_TRACE(night.what);
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.what);
         Scenario other;
         other.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         other.sleep();
-        night.happens(other.desktop);
+        each.happens(other.desktop);
         other.desktop.renumber("Mail");
         other.wake();
         other.advance(Seconds(12));
-        EXPECT_EQ(other.state().assignedWindowIDs->size(), night.assigned);
+        EXPECT_EQ(other.state().assignedWindowIDs->size(), each.assigned);
     }
 }
 

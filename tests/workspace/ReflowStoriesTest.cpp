@@ -65,7 +65,7 @@ TEST(ReflowStories, EveryArrangementSettlesAndWindowsThatFitDoNotOverlap) {
         const auto upTo = [&](int limit) { return static_cast<double>(random() % static_cast<unsigned>(limit + 1)); };
         Scenario desk;
         desk.display(2560, 1440).layout(layouts[random() % layouts.size()]);
-        bool isTame = true;
+        bool allAcceptFrames = true;
         for (int i = 0; i < 5; ++i) {
             WindowTraits traits;
             const auto kind = random() % 5;
@@ -75,13 +75,13 @@ TEST(ReflowStories, EveryArrangementSettlesAndWindowsThatFitDoNotOverlap) {
             if (kind == 4) {
                 traits.refusesToMove = random() % 2 == 0;
                 traits.refusesToResize = !traits.refusesToMove;
-                isTame = false;
+                allAcceptFrames = false;
             }
             desk.opens("App" + std::to_string(i), traits);
         }
         desk.arrange().advance(Seconds(30));
         EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << desk.desktop.picture();
-        if (!isTame) continue; // windows that refuse to move may overlap
+        if (!allAcceptFrames) continue; // windows that refuse to move may overlap
         const auto frames = tiledFrames(desk);
         for (std::size_t a = 0; a < frames.size(); ++a) {
             for (std::size_t b = a + 1; b < frames.size(); ++b) {

@@ -205,7 +205,7 @@ TEST(RefreshStories, PlacementsAreKeptWhileTheScreenIsLocked) {
     desk.desktop.userMoves("Mail", makeRect(0, 0, 640, 480)); // as a lock screen may move windows
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
-    const std::string strewn = desk.tiles();
+    const std::string movedTiles = desk.tiles();
     for (const auto& action : kMovingActions) {
         desk.advance(Seconds(5)).perform(action);
         EXPECT_FALSE(desk.wasCarriedOut());
@@ -215,7 +215,7 @@ TEST(RefreshStories, PlacementsAreKeptWhileTheScreenIsLocked) {
     EXPECT_FALSE(kova.perform(action::CycleLayout{}));
     EXPECT_FALSE(kova.perform(action::ResetLayoutSizes{}));
     EXPECT_FALSE(kova.perform(action::SetTileInset{20}));
-    EXPECT_EQ(desk.tiles(), strewn);
+    EXPECT_EQ(desk.tiles(), movedTiles);
     desk.desktop.setLocked(false);
     desk.settle();
     desk.expectTiles(before);

@@ -1,4 +1,4 @@
-// An agent that ends in various ways, and the next agent.
+// What the next agent restores after an agent has ended in various ways.
 #include "tests/harness/Scenario.h"
 #include "workspace/SessionResumption.h"
 
@@ -146,7 +146,7 @@ TEST_F(Restart, AReturningWindowCanBeFocusedOrIsHiddenByTheNextAgent) {
     EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Notes")));
 }
 
-TEST_F(Restart, AZoomedWindowStaysZoomedAndGoesBack) {
+TEST_F(Restart, AZoomedWindowStaysZoomedAndThenReturnsToItsTile) {
     const std::string before = desk.tiles();
     desk.zoom().advance(Seconds(1));
     const std::string zoomed = desk.desktop.picture();
@@ -219,18 +219,18 @@ TEST_F(Restart, ClosedWindowsAreForgottenAndUnresponsiveOnesAreAwaited) {
 }
 
 TEST_F(Restart, TheSessionIsStoredAtMostOnceASecond) {
-    const auto saves = [&] {
+    const auto storedSession = [&] {
         const auto data = desk.preferences.data("KOVA.workspaceSession.v1");
         return data ? data->json : "";
     };
     desk.advance(Seconds(5));
     int changes = 0;
-    std::string last = saves();
+    std::string last = storedSession();
     for (std::size_t step = 0; step < 40; ++step) {
         kova().perform(command::Place{desk.desktop.windowIDOf("Mail"), kova().tiles()[step % 2].target});
         desk.advance(Seconds(0.1));
-        changes += saves() != last ? 1 : 0;
-        last = saves();
+        changes += storedSession() != last ? 1 : 0;
+        last = storedSession();
     }
     EXPECT_GE(changes, 3);
     EXPECT_LE(changes, 5);
@@ -326,9 +326,9 @@ TEST(Resumption, AnInconsistentSessionRecordIsIgnored) {
     const std::vector<WorkspaceSessionTiles> wrong = {
         {{{"d::a", "1"}, {"d::b", "1"}}, {}, {}},      // a span without an anchor
         {{{"d::a", "1"}}, {}, {{"1", "d::a"}}},        // an anchor without a span
-        {{{"d::a", "1"}}, {{"d::a", {"2", "1"}}}, {}}, // not in front
-        {{}, {{"d::a", {"2"}}, {"d::b", {"2"}}}, {}},  // twice
-        {{{"d::a", "1"}}, {{"d::a", {}}}, {}},         // empty
+        {{{"d::a", "1"}}, {{"d::a", {"2", "1"}}}, {}}, // the front window is not the first of its stack
+        {{}, {{"d::a", {"2"}}, {"d::b", {"2"}}}, {}},  // a window in two stacks
+        {{{"d::a", "1"}}, {{"d::a", {}}}, {}},         // an empty stack
     };
     for (const auto& tiles : wrong) EXPECT_EQ(resumedTiles(tiles, all), TileAssignments{});
     for (const char* text : {"", "[]", "{}", R"({"tiles":{"assigned":{"a":1},"anchors":{},"stacks":{}}})"}) {

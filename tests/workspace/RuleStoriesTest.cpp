@@ -69,7 +69,8 @@ class Rules : public ::testing::Test {
         const auto explained = desk.controller().explainRules(desk.desktop.windowIDOf(label));
         return explained && explained->summary.find("was seen already") != std::string::npos;
     }
-    Scenario& opensQuietly(const char* name, WindowTraits traits = {.frame = kUntiledFrame}) {
+    /// Opens a window and waits for the next poll.
+    Scenario& opensAndPolls(const char* name, WindowTraits traits = {.frame = kUntiledFrame}) {
         return desk.opens(name, std::move(traits)).advance(Seconds(0.6));
     }
 
@@ -84,9 +85,9 @@ class Rules : public ::testing::Test {
 TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     add(tileMail());
     manageContinuously();
-    opensQuietly("Notes");
+    opensAndPolls("Notes");
     const auto steps = desk.controller().undoHistory().size();
-    opensQuietly("Mail").expectMessage("Rule “Mail to the right” placed Mail");
+    opensAndPolls("Mail").expectMessage("Rule “Mail to the right” placed Mail");
     desk.settle().expectTiles(kPlaced);
     EXPECT_EQ(desk.controller().undoHistory().size(), steps) << "an automatic arrangement is no undo step";
     desk.desktop.userFocuses("Mail");
@@ -95,12 +96,12 @@ TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     desk.advance(Seconds(30)).expectTiles("Mail 15,15 1254x1382 | -");
     desk.desktop.close("Mail");
     desk.settle();
-    opensQuietly("Mail").settle().expectTiles(kPlaced);
+    opensAndPolls("Mail").settle().expectTiles(kPlaced);
 }
 
 TEST_F(Rules, AreAppliedOnlyDuringContinuousManagement) {
     add(tileMail());
-    opensQuietly("Mail").settle().expectTiles(kNothing);
+    opensAndPolls("Mail").settle().expectTiles(kNothing);
     manageContinuously();
     desk.settle().expectTiles(kPlaced);
     desk.restart();
@@ -109,7 +110,7 @@ TEST_F(Rules, AreAppliedOnlyDuringContinuousManagement) {
     desk.expectTiles(kPlaced);
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, false});
     EXPECT_EQ(desk.preferences.boolean(preferenceKey::continuousManagement), false);
-    opensQuietly("Mail").settle().expectTiles(kPlaced);
+    opensAndPolls("Mail").settle().expectTiles(kPlaced);
 }
 
 TEST_F(Rules, TheFirstMatchingRuleDecides) {
@@ -117,22 +118,22 @@ TEST_F(Rules, TheFirstMatchingRuleDecides) {
     add(first);
     add(tileMail());
     manageContinuously();
-    opensQuietly("Mail").settle().expectTiles(kNothing);
+    opensAndPolls("Mail").settle().expectTiles(kNothing);
     EXPECT_TRUE(isHandled("Mail"));
     desk.controller().perform(action::ChangeRule{.id = first.id, .isEnabled = false});
-    opensQuietly("Mail").settle().expectTiles("- | Mail 2 1291,15 1254x1382");
+    opensAndPolls("Mail").settle().expectTiles("- | Mail 2 1291,15 1254x1382");
     desk.controller().perform(action::ChangeRule{.id = first.id, .isEnabled = true});
     desk.controller().perform(action::MoveRule{first.id, 99});
-    opensQuietly("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
+    opensAndPolls("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
     desk.controller().perform(action::DeleteRule{desk.state().rules->front().id});
-    opensQuietly("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
+    opensAndPolls("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
 }
 
 TEST_F(Rules, ATitleThatComesLateIsAwaited) {
     add(rule("Inbox to the left", std::nullopt, std::nullopt, "inbox", disposition::Tile{kLeft}));
     add(tileMail());
     manageContinuously();
-    opensQuietly("Mail");
+    opensAndPolls("Mail");
     desk.desktop.setTitle("Mail", "");
     desk.settle().expectTiles("- | Mail 1291,15 1254x1382");
     desk.desktop.close("Mail");
@@ -150,7 +151,7 @@ TEST_F(Rules, ATitleThatComesLateIsAwaited) {
 TEST_F(Rules, RulesApplyToAHiddenWindowOnceItIsShown) {
     add(tileMail());
     manageContinuously();
-    opensQuietly("Mail", {.frame = kUntiledFrame, .isMinimized = true}).settle().expectTiles(kNothing);
+    opensAndPolls("Mail", {.frame = kUntiledFrame, .isMinimized = true}).settle().expectTiles(kNothing);
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
     desk.desktop.userMinimizes("Mail", false);
     desk.settle().expectTiles(kPlaced);
@@ -160,22 +161,22 @@ TEST_F(Rules, AWindowMostlyOffTheScreenBelongsToTheDisplayThatShowsAPartOfIt) {
     desk.display(1920, 1080).layout("jarvis.dual-split", "B");
     add(tileMail());
     manageContinuously();
-    opensQuietly("Mail", {.frame = makeRect(4300, 900, 800, 600)}).settle();
+    opensAndPolls("Mail", {.frame = makeRect(4300, 900, 800, 600)}).settle();
     desk.expectTiles("- | - || - | Mail 3531,15 934x1022");
 }
 
 TEST_F(Rules, DoNothingInALayoutWithoutTheirSlot) {
     add(tileMail("no-such-slot"));
     manageContinuously();
-    opensQuietly("Mail");
+    opensAndPolls("Mail");
     desk.advance(Seconds(5)).expectTiles(kNothing);
     desk.expectMessage("");
     EXPECT_TRUE(isHandled("Mail"));
 }
 
 TEST_F(Rules, KeepWindowsOutOfArrangements) {
-    opensQuietly("Mail");
-    opensQuietly("Notes");
+    opensAndPolls("Mail");
+    opensAndPolls("Notes");
     add(rule("", "sim.mail", std::nullopt, std::nullopt, disposition::Ignore{}));
     desk.arrange();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u) << "rules are applied only while continuous management is on";
@@ -221,7 +222,7 @@ TEST_F(Rules, AllRulesAreMatchedBeforeAnyWindowMoves) {
 }
 
 TEST_F(Rules, DetermineTilesInArrangements) {
-    desk.opens("Notes").arrange().expectTiles("Notes 15,15 1254x1382 | -"); // learned
+    desk.opens("Notes").arrange().expectTiles("Notes 15,15 1254x1382 | -"); // this tile is learned for Notes
     add(rule("Notes aside", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{kRight}));
     desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
     manageContinuously();
@@ -229,12 +230,12 @@ TEST_F(Rules, DetermineTilesInArrangements) {
     EXPECT_EQ(desk.explanation(), "Notes “Notes” → Secondary on A: the rule “Notes aside” names this tile\n");
 
     add(tileMail());
-    opensQuietly("Mail").settle().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
+    opensAndPolls("Mail").settle().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
     desk.arrange().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
 }
 
 TEST_F(Rules, DoNotApplyToAWindowThatASceneNames) {
-    opensQuietly("Mail").arrange().expectTiles("Mail 15,15 1254x1382 | -");
+    opensAndPolls("Mail").arrange().expectTiles("Mail 15,15 1254x1382 | -");
     desk.controller().perform(action::CaptureScene{"Work"});
     const Uuid scene = desk.state().scenes->front().id;
     desk.desktop.install("Mail");
@@ -252,10 +253,10 @@ TEST_F(Rules, DoNotApplyToAWindowThatASceneNames) {
 TEST_F(Rules, AreAppliedOnlyAfterFocusMode) {
     add(tileMail());
     manageContinuously();
-    opensQuietly("Notes").arrange();
+    opensAndPolls("Notes").arrange();
     desk.desktop.userFocuses("Notes");
     desk.zoom();
-    opensQuietly("Mail").settle();
+    opensAndPolls("Mail").settle();
     EXPECT_NE(*desk.state().focusMode, std::nullopt);
     desk.desktop.userFocuses("Notes");
     desk.zoom().settle().expectTiles("Notes 15,15 1254x1382 | Mail 1291,15 1254x1382");
@@ -266,8 +267,8 @@ TEST_F(Rules, CanBeAddedForTheFocusedApplication) {
     EXPECT_FALSE(controller.perform(action::AddRuleForWindow{disposition::Float{}}));
     desk.expectMessage("No focused application window found");
     desk.desktop.launch("Tool", {.hasBundleIdentifier = false});
-    opensQuietly("Tool");
-    opensQuietly("Mail");
+    opensAndPolls("Tool");
+    opensAndPolls("Mail");
     const struct {
         const char* application;
         WorkspaceRuleDisposition disposition;
@@ -346,7 +347,7 @@ TEST_F(Rules, ExplainTheirDecisions) {
     add(rule("Drafts", "sim.mail", std::nullopt, "Drafts"));
     add(tileMail());
     add(rule("Later", "sim.mail", std::nullopt, std::nullopt));
-    opensQuietly("Mail");
+    opensAndPolls("Mail");
     const auto explain = [&] { return *desk.controller().explainRules(desk.desktop.windowIDOf("Mail")); };
     EXPECT_EQ(explain().deciding, 3u);
     EXPECT_EQ(explain().summary, "Rule “Mail to the right” decides: tile Secondary 1; rules are off, and “kova "

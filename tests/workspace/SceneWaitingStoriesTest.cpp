@@ -128,7 +128,7 @@ TEST_F(WaitingScene, AnApplicationThatShowsItsWindowsInAnotherProcessIsLaunchedO
     desk.advance(Seconds(8)).expectTiles("mail 15,15 1254x1382 | -");
 }
 
-TEST_F(WaitingScene, OpenedBeforeTheFirstPollPrecedesTheStoredSession) {
+TEST_F(WaitingScene, ASceneOpenedBeforeTheFirstPollReplacesTheStoredSession) {
     desk.opens("mail").opens("notes").start();
     open(scene({"mail", "notes"})).expectTiles("mail 15,15 1254x1382 | notes 1291,15 1254x1382");
     const Uuid other = scene({"notes", "mail"});

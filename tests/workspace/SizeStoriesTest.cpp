@@ -101,13 +101,13 @@ TEST(SizeStories, LearnedSizesOfAnApplicationCanBeForgotten) {
     desk.rest();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
     EXPECT_EQ(learnedOfApplications(desk), 1u) << "the window refused the smaller size again";
-    for (const WorkspaceAction& comingBack :
+    for (const WorkspaceAction& restoring :
          {WorkspaceAction(action::ToggleFocusZoom{}), WorkspaceAction(action::Undo{})}) {
         desk.rest();
-        std::holds_alternative<action::Undo>(comingBack) ? desk.arrange() : desk.zoom();
+        std::holds_alternative<action::Undo>(restoring) ? desk.arrange() : desk.zoom();
         ASSERT_EQ(learnedOfApplications(desk), 1u);
         (void)desk.controller().perform(action::ForgetApplication{"mail"});
-        desk.controller().perform(comingBack);
+        desk.controller().perform(restoring);
         EXPECT_EQ(learnedOfApplications(desk), 0u) << "neither undo nor the end of focus mode restores the sizes";
     }
 }

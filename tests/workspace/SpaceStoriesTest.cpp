@@ -60,9 +60,9 @@ TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
 
 TEST_P(Spaces, AWindowThatKeepsItsOwnSizeGetsNoNewRequestAtEachReturn) {
     desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
-    const int asked = desk.desktop.window("Terminal").frameWriteCount;
+    const int writes = desk.desktop.window("Terminal").frameWriteCount;
     for (const int space : {1, 0, 1, 0}) show(space).settle();
-    EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, asked);
+    EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, writes);
 }
 
 TEST_P(Spaces, AnArrangementChangesOnlyTheShownSpace) {
@@ -101,7 +101,7 @@ TEST_P(Spaces, StacksKeepTheirOrder) {
     ASSERT_NE(picture.find(" + "), std::string::npos);
     show(1);
     if (GetParam() == SpaceStyle::listsAll)
-        desk.opens("Codex").arrange(); // on the other desktop hidden windows are on every Space
+        desk.opens("Codex").arrange(); // the other kind of desktop lists hidden windows on every Space
     show(0).settle();
     desk.expectTiles(picture);
     desk.cycleStack();
@@ -203,14 +203,14 @@ TEST(ListedSpaces, AWindowSentToAnotherSpaceIsANewWindowOfThatSpace) {
 
 // An application that does not respond
 
-TEST(SilentApplication, KeepsItsTilesAsLongAsItsProcessRuns) {
+TEST(UnresponsiveApplication, KeepsItsTilesAsLongAsItsProcessRuns) {
     Scenario desk;
     desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string picture = desk.tiles();
-    for (const Seconds silence : {Seconds(0.6), Seconds(90)}) {
+    for (const Seconds duration : {Seconds(0.6), Seconds(90)}) {
         desk.desktop.setAnswering("Mail", false);
-        desk.advance(silence);
+        desk.advance(duration);
         EXPECT_EQ(desk.tiles(), picture);
         desk.desktop.setAnswering("Mail", true);
         desk.settle();
@@ -227,7 +227,7 @@ TEST(SilentApplication, KeepsItsTilesAsLongAsItsProcessRuns) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
 }
 
-TEST(SilentApplication, FollowsAnArrangementOnceItResponds) {
+TEST(UnresponsiveApplication, FollowsAnArrangementOnceItResponds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setAnswering("Mail", false);
@@ -296,7 +296,7 @@ TEST(NativeTabs, WindowsWithEqualFramesAreNotTabsOfOneGroup) {
     };
     const Case cases[] = {
         {"a window with a new id", [](Scenario& desk) { desk.desktop.renumber("Mail"); }, 2},
-        {"a point and a half off",
+        {"a window with a new id, 1.5 points away",
          [](Scenario& desk) {
              CGRect frame = desk.desktop.window("Mail").frame;
              frame.origin.x += 1.5;
@@ -304,13 +304,13 @@ TEST(NativeTabs, WindowsWithEqualFramesAreNotTabsOfOneGroup) {
              desk.desktop.userMoves("Mail", frame);
          },
          2},
-        {"another frame",
+        {"a window with a new id and another frame",
          [](Scenario& desk) {
              desk.desktop.renumber("Mail");
              desk.desktop.userMoves("Mail", makeRect(200, 200, 640, 480));
          },
          1},
-        {"two candidates",
+        {"two windows with new ids and the same frame",
          [](Scenario& desk) {
              const CGRect frame = desk.desktop.window("Mail").frame;
              desk.desktop.renumber("Mail");

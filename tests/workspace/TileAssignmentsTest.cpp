@@ -83,7 +83,7 @@ DisplayTiles row(std::vector<SlotID> ids) {
     return tiles;
 }
 
-TEST(LayoutMigration, WindowsPreferTheirSlotThenTheSlotWithItsNameThenTheFirstFreeSlot) {
+TEST(LayoutMigration, WindowsPreferTheirSlotThenTheSlotWithItsCanonicalIDThenTheFirstFreeSlot) {
     TileAssignments before;
     (void)before.assign("editor", {"D::focus-main"});
     (void)before.assign("mail", {"D::focus-right-top"}); // has the canonical id secondary-1

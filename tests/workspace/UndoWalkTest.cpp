@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t kUsualWalks = 30;
 constexpr std::size_t kStepsPerWalk = 45;  // more than the history keeps
 constexpr double kLongestHastyPause = 0.6; // seconds
-constexpr CGSize kCell{17, 31};            // all frames are multiples of this cell, which some windows round to
+constexpr CGSize kCell{17, 31};            // all frames are whole multiples of it; some windows round their size to it
 
 enum class Pace { calm, hasty };
 
@@ -28,7 +28,7 @@ class UndoWalk : public RandomWalk {
             {"without permission for a while", [this] { interrupt([this] { desk_.desktop.setTrusted(false); }); }},
             {"other displays", [this] { changeDisplays(); }},
         });
-        kinds_["undo"] = [this] { stepBack(); };
+        kinds_["undo"] = [this] { undoNewestStep(); };
     }
     Operations anyOperations() override {
         return draw(kStepsPerWalk, [this] {
@@ -78,15 +78,16 @@ class UndoWalk : public RandomWalk {
         const bool isZoomed = desk_.state().focusMode->has_value();
         const bool isBack = wasZoomed && !isZoomed && added == 0 && beforeZoom_ && name == "zoom";
         if (isBack && isHasty_) expectCarriedOut();
-        if (isBack) expectAgain(*beforeZoom_);
+        if (isBack) expectSameState(*beforeZoom_);
         if (isZoomed && !wasZoomed) beforeZoom_ = before;
         if (!isZoomed) beforeZoom_.reset();
     }
     void end() override {
         if (isHasty_) desk_.settle();
         story_ += "\n  undo of all steps";
-        isWalkedBack_ = true;
-        for (std::size_t i = desk_.controller().undoHistory().size(); i > 0 && *desk_.state().canUndo; --i) stepBack();
+        isUndoingAll_ = true;
+        for (std::size_t i = desk_.controller().undoHistory().size(); i > 0 && *desk_.state().canUndo; --i)
+            undoNewestStep();
     }
 
     Picture picture() {
@@ -118,16 +119,16 @@ class UndoWalk : public RandomWalk {
         return out;
     }
 
-    /// Every window, also without a tile, reaches the state that the commands have requested.
+    /// Expects that every window, also without a tile, reaches the state that the commands have requested.
     void expectCarriedOut() {
         const Picture requested = requestedPicture();
         desk_.settle();
         EXPECT_EQ(picture().windows, requested.windows);
     }
 
-    /// Expects all windows of the former state in that state again; windows opened since are ignored. If a window has
-    /// closed since, the others may be in other tiles.
-    void expectAgain(Picture before) {
+    /// Expects that all windows of the former state are in that state again. Windows opened since are ignored. If a
+    /// window has closed since, the others may be in other tiles.
+    void expectSameState(Picture before) {
         Picture now = picture();
         std::set<WindowID> leftOut = displacedIn(before);
         if (desk_.desktop.readsSendRequests()) {
@@ -216,14 +217,14 @@ class UndoWalk : public RandomWalk {
         return description;
     }
 
-    void stepBack() {
+    void undoNewestStep() {
         const auto& entries = desk_.controller().undoHistory().entries();
         if (entries.empty()) return;
         story_ += " of " + entries.back().label.action;
         const auto before = before_.find(entries.back().time);
         const std::optional<Picture> expected = before == before_.end() ? std::nullopt : std::optional(before->second);
         const auto size = entries.size();
-        const bool isHastyStep = isHasty_ && !isWalkedBack_;
+        const bool isHastyStep = isHasty_ && !isUndoingAll_;
         if (isHastyStep) {
             (void)desk_.controller().perform(action::Undo{});
             return;
@@ -231,7 +232,7 @@ class UndoWalk : public RandomWalk {
         desk_.undo().advance(Seconds(4));
         EXPECT_TRUE(desk_.wasCarriedOut());
         EXPECT_LT(desk_.controller().undoHistory().size(), size + 1);
-        if (expected) expectAgain(*expected);
+        if (expected) expectSameState(*expected);
     }
 
     /// Any frame that is not smaller than the window's minimum size.
@@ -262,7 +263,7 @@ class UndoWalk : public RandomWalk {
     bool mayDrag(const std::string& label) override {
         return desk_.desktop.isOnScreen(desk_.desktop.window(label)) && !*desk_.state().focusMode;
     }
-    void holdOn() override { desk_.advance(Seconds(0.6)); }
+    void pauseDrag() override { desk_.advance(Seconds(0.6)); }
     void interrupt(const std::function<void()>& begin) {
         begin();
         desk_.advance(Seconds(3));
@@ -311,7 +312,7 @@ class UndoWalk : public RandomWalk {
         "other displays",
     };
     const bool isHasty_;
-    bool isWalkedBack_ = false;
+    bool isUndoingAll_ = false;
     std::map<WallTime, Picture> before_; // by the time of the entry of the history that restores the state
     std::optional<Picture> beforeZoom_;
     bool haveDisplaysChanged_ = false;
@@ -323,11 +324,11 @@ class HastyUndoWalk : public UndoWalk {
 };
 
 TEST(UndoWalk, EachUndoRestoresTheStateBeforeTheAction) {
-    takeWalks<UndoWalk>(kUsualWalks, "UndoWalk");
+    runWalks<UndoWalk>(kUsualWalks, "UndoWalk");
 }
 
 TEST(UndoWalk, CommandsWithoutAPauseLoseNoUndoStep) {
-    takeWalks<HastyUndoWalk>(kUsualWalks, "HastyUndoWalk");
+    runWalks<HastyUndoWalk>(kUsualWalks, "HastyUndoWalk");
 }
 
 } // namespace

@@ -99,7 +99,7 @@ TEST_F(WindowCommandStories, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgai
     desk.opens("Notes").arrange();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,200 700x500");
     EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
-    desk.undo(); // the arrangement alone
+    desk.undo(); // reverts only the arrangement
     EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
     desk.desktop.userFocuses("Mail");
     desk.perform(command::ToggleFloating{});
@@ -152,7 +152,7 @@ TEST_F(WindowCommandStories, TheNamedWindowIsUsedInsteadOfTheFocusedOne) {
     desk.expectTiles("Codex 15,15 1254x1382 + Notes | Mail 1291,15 1254x1382");
     desk.perform(action::Move{WorkspaceDirection::right, id("Notes")});
     desk.expectMessage("Notes waits behind another window. Bring it to the front with “kova focus window”");
-    desk.perform(action::CycleStack{StackStep::next, id("Notes"), {}}); // the stack in which it waits
+    desk.perform(action::CycleStack{StackStep::next, id("Notes"), {}}); // cycles the stack that contains Notes
     desk.expectTiles("Notes 15,15 1254x1382 + Codex | Mail 1291,15 1254x1382");
     desk.undo();
     desk.desktop.userFocuses("Mail");

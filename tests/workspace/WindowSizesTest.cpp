@@ -75,7 +75,7 @@ TEST(WindowSizes, TheApplicationsLearnedSizeIsOnlyAFirstGuess) {
     const auto retried = windowCalled("c");
     EXPECT_TRUE(bench.sizes.isRetryDue(retried, guess, Seconds(100)));
     bench.sizes.beginRetry("c");
-    EXPECT_FALSE(bench.sizes.isRetryDue(retried, guess, Seconds(100))) << "once for each arrangement";
+    EXPECT_FALSE(bench.sizes.isRetryDue(retried, guess, Seconds(100))) << "a size is retried once for each arrangement";
     EXPECT_TRUE(bench.sizes.noteSeen(retried, {1254, 676}, guess).ofApplication);
 }
 

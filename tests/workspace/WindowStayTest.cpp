@@ -22,9 +22,8 @@ TEST(WindowStay, EachReasonHasASentence) {
           "It is not put into its tile while it is held by the pointer."}},
         {{.leftAlone = LeftAlone::fullScreen, .refusal = &refusing}, {"It is left alone while it is in full screen."}},
         {{.hasTile = true, .refusal = &refusing, .attempts = 3},
-         {"It refuses the frame of its tile: asked 3 times for 300 × 200 at 0, 0, it stays at 640 × 480 at 10, 20. It "
-          "is "
-          "asked again when its tile changes or it moves."}},
+         {"It refuses the frame of its tile: asked 3 times for 300 × 200 at 0, 0, it stays at 640 × 480 at 10, 20. "
+          "It is asked again when its tile changes or it moves."}},
         {{.refusal = &refusing, .attempts = 3}, {}},
         {{.hasTile = true, .refusal = &accepted, .attempts = 3},
          {"It is left where it was when KOVA started, 640 × 480 at 10, 20, until its tile changes or it moves."}},

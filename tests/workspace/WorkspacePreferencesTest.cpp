@@ -30,7 +30,7 @@ TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
          {"KOVA.workspaceProfile.v1", "KOVA.useThemeBackground.v1", "KOVA.showBrain.v1", "KOVA.showTileBackgrounds.v1",
           "KOVA.accentColor.v1", "KOVA.autoArrangeLearning.v1"}) {
         MemoryPreferencesStore store;
-        store.setValue(key, false); // the wrong type for some keys, but present
+        store.setValue(key, false); // a value of the wrong type counts as well
         const auto loaded = loadWorkspacePreferences(store);
         EXPECT_EQ(loaded.profile.themeID, "jarvis.neon-cyan") << key;
         EXPECT_EQ(loaded.useThemeBackground, key != preferenceKey::useThemeBackground) << key;
