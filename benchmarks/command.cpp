@@ -1,6 +1,6 @@
 // The time of a command from spawn to exit, compared with the smallest possible client: `kova status`, the same request
-// by the trivial client, and the trivial client with a server that only echoes. They run alternately, so that other
-// load affects all alike; the result is the median of the ratios of all rounds.
+// by the trivial client, and the trivial client with a server that only echoes. The commands run alternately, so that
+// other load affects all of them equally; the result is the median of the ratios of all rounds.
 //
 //   command_benchmark [ROUNDS]        (an agent must run)
 #include "control/client/ControlSocket.h"
@@ -73,7 +73,7 @@ Microseconds median(std::vector<Microseconds> values) {
     return values[values.size() / 2];
 }
 
-/// The exit code.
+/// Returns the exit code.
 int measure(const std::vector<Command>& commands, int rounds) {
     posix_spawn_file_actions_t quiet;
     posix_spawn_file_actions_init(&quiet);

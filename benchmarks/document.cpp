@@ -1,5 +1,5 @@
 // The cost of large scenes: importing a large file, capturing many windows, and placing many pending windows at once.
-// Each also at double size, which should take about double the time.
+// Each benchmark also runs at double size, which should take about double the time.
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/WorkspaceDocumentCoding.h"
 #include "tests/harness/SimulatedServices.h"

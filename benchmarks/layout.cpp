@@ -1,6 +1,6 @@
-// The layout engine compared with the least time that its arithmetic can take. `Floor` divides the same balanced trees
-// with the same minimum sizes in plain arrays of numbers, without names, slots or dividers; every `Solver` run reports
-// how many times longer it takes than the floor in the same run ("ratio").
+// The layout engine compared with the shortest time that its arithmetic can take. `Floor` divides the same balanced
+// trees with the same minimum sizes in plain arrays of numbers, without names, slots or dividers. `Solver` and
+// `Display` report how many times longer they take than that ("ratio").
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
 #include "workspace/DisplayLayouts.h"
@@ -235,7 +235,7 @@ void Display(benchmark::State& state) {
     for (int i = 0; i < tiles; ++i) minimums[tileID(i)] = minimumOfTile(i, tiles);
     Screen screen;
     screen.frame = screen.visibleFrame = makeRect(0, 0, kWidth, kHeight);
-    screen.knownID = displayID(screen); // as a platform keeps it
+    screen.knownID = displayID(screen); // as the workspace stores it
     DisplayLayouts layouts;
     int tick = 0;
     const auto solve = [&] {

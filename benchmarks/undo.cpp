@@ -1,6 +1,6 @@
-// The time of an undo compared with a program that only sends the same requests: 100 windows of a private X server
-// without a window manager, from the command until the server has carried it out. They run alternately; the result is
-// the median of each. The number of flushes is printed as well; one is enough.
+// The time of an undo of 100 windows, compared with a program that only sends the same requests, on a private X server
+// without a window manager: from the command until the server has carried out the requests. Both run alternately; the
+// result is the median of each. The number of flushes is printed as well; one is enough.
 //
 //   undo_benchmark [ROUNDS]
 #include "benchmarks/RealWorkspace.h"
@@ -59,7 +59,7 @@ class Bench : private RealWorkspace {
     }
     bool isReady() const { return ready_; }
 
-    /// Moves all windows, and lets the agent notice that, so that the undo has to move them back.
+    /// Performs an action and then moves all windows, so that the undo has to move them back.
     void prepare() {
         for (int i = 0; i < kWindows; ++i) client->configure(windows[index(i)], place(i, 0));
         client->sync();
@@ -74,8 +74,7 @@ class Bench : private RealWorkspace {
         const double time = timeOf([&] {
             controller.perform(action::Undo{});
             flushes_ = writes;
-            waitForServer(
-                client->connection()); // the server serves its clients in turn, so it has carried out the agent's, too
+            waitForServer(client->connection()); // the server serves clients in turn, so the agent's requests are done
         });
         desk.runFor(Seconds(1));
         return time;
@@ -98,7 +97,7 @@ class Bench : private RealWorkspace {
         }
         return true;
     }
-    void rest() { desk.runFor(Seconds(0.7)); }
+    void settle() { desk.runFor(Seconds(0.7)); }
 
   private:
     static std::size_t index(int window) { return static_cast<std::size_t>(window); }
@@ -116,7 +115,7 @@ int main(int argc, char** argv) {
     std::vector<double> back, floor;
     for (int round = 0; round < rounds; ++round) {
         floor.push_back(bench.onlyRequests(round % 2 == 0 ? 30 : 0));
-        bench.rest();
+        bench.settle();
         bench.prepare();
         back.push_back(bench.undo());
         if (!bench.areWindowsBack()) return std::fputs("the windows did not come back\n", stderr), 1;
