@@ -62,7 +62,7 @@ class TileKeeper {
     /// Requests a size below the window's learned minimum once, if that is due.
     void retryMinimum(const WindowID& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
-    /// Publishes and stores the profile.
+    /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
     /// Commits after tiles of the display have moved.
     void layoutChanged(const DisplayID& displayID);
