@@ -36,7 +36,7 @@ TEST_F(AgentLife, ALimitOnFileSizesDoesNotEndTheAgent) {
     setrlimit(RLIMIT_FSIZE, &none); // the agent inherits it
     session.startAgent();
     setrlimit(RLIMIT_FSIZE, &before);
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     EXPECT_EQ(session.kova({"layout", "select", "dual-split"}).exitCode, 0);
     std::this_thread::sleep_for(std::chrono::milliseconds(1500)); // longer than the delay before the change is written
     EXPECT_EQ(session.kova({"status"}).exitCode, 0);
@@ -44,10 +44,10 @@ TEST_F(AgentLife, ALimitOnFileSizesDoesNotEndTheAgent) {
 
 /// Each agent has its own runtime folder, and therefore its own socket.
 TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
-    PrivateServer server("800x600", ClientProcessNumbers::told);
+    PrivateServer server("800x600", ClientProcessNumbers::reported);
     Session session(server.folder(), server.displayName());
     const pid_t agent = session.startAgent();
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     const std::string other = server.folder() + "/other";
     std::filesystem::create_directory(other);
     std::filesystem::permissions(other, std::filesystem::perms::owner_all);
@@ -57,8 +57,8 @@ TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
                                  server.displayName() + "”\n");
     session.signalAgent(SIGKILL);
     ASSERT_TRUE(session.waitForAgent());
-    session.startAgent(); // the claim ended with the agent
-    EXPECT_TRUE(session.agentAnswers());
+    session.startAgent(); // the server was free again when the first agent ended
+    EXPECT_TRUE(session.agentResponds());
 }
 
 TEST_F(AgentLife, OnlyOneAgentManagesASessionAndSignalsEndItCleanly) {
@@ -66,7 +66,7 @@ TEST_F(AgentLife, OnlyOneAgentManagesASessionAndSignalsEndItCleanly) {
     Session session(server.folder(), server.displayName());
     for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
         const pid_t agent = session.startAgent();
-        ASSERT_TRUE(session.agentAnswers());
+        ASSERT_TRUE(session.agentResponds());
         const auto second = session.run({KOVA_AGENT});
         EXPECT_EQ(second.exitCode, 5);
         EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages this session\n");
@@ -91,8 +91,8 @@ TEST_F(AgentLife, TheFirstCommandFindsExistingWindows) {
     TestClient client(server.displayName(), "Drawing", static_cast<std::uint32_t>(getpid()));
     for (int i = 0; i < 40; ++i) client.open({.title = std::to_string(i)});
     for (int start = 0; start < 5; ++start) {
-        const std::string home =
-            server.folder() + "/" + std::to_string(start); // a new home, so that no earlier session is restored
+        // Each agent has a new home, so that it does not restore an earlier session.
+        const std::string home = server.folder() + "/" + std::to_string(start);
         std::filesystem::create_directory(home);
         Session session(home, server.displayName());
         session.startAgent();
@@ -108,11 +108,11 @@ TEST_F(AgentLife, AnAgentStartsAfterAnotherWasKilled) {
     PrivateServer server("800x600");
     Session session(server.folder(), server.displayName());
     session.startAgent();
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     session.signalAgent(SIGKILL);
     EXPECT_EQ(session.waitForAgent()->exitCode, 128 + SIGKILL);
     session.startAgent();
-    EXPECT_TRUE(session.agentAnswers());
+    EXPECT_TRUE(session.agentResponds());
 }
 
 TEST_F(AgentLife, AKilledAgentHasStoredTheLastValueThatItAcknowledged) {
@@ -121,10 +121,10 @@ TEST_F(AgentLife, AKilledAgentHasStoredTheLastValueThatItAcknowledged) {
     const auto seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    int value = 0; // acknowledged last
+    int value = 0; // the last value that an agent acknowledged
     for (int round = 0; round < 8; ++round) {
         session.startAgent();
-        ASSERT_TRUE(session.agentAnswers());
+        ASSERT_TRUE(session.agentResponds());
         const std::string reported = session.query("state").at("settings").at("tileInset").dump();
         const double kept = std::stod(reported);
         // A change that was not acknowledged yet may have been stored as well.
@@ -153,7 +153,7 @@ TEST_F(AgentLife, PreferencesOutliveTheAgentAndDamageIsReported) {
         return nlohmann::json::parse(file).at("KOVA.workspaceProfile.v1").at("tileInset").get<double>();
     };
     session.startAgent();
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     EXPECT_EQ(session.kova({"layout", "inset", "17"}).exitCode, 0);
     session.signalAgent(SIGTERM);
     ASSERT_TRUE(session.waitForAgent());
@@ -161,7 +161,7 @@ TEST_F(AgentLife, PreferencesOutliveTheAgentAndDamageIsReported) {
 
     std::ofstream(session.preferences()) << "{ \"half a";
     session.startAgent({"--foreground"});
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     const auto doctor = session.kova({"doctor"});
     EXPECT_EQ(doctor.exitCode, 1);
     EXPECT_NE(doctor.output.find("preferences.json.damaged-"), std::string::npos) << doctor.output;
@@ -170,11 +170,11 @@ TEST_F(AgentLife, PreferencesOutliveTheAgentAndDamageIsReported) {
     EXPECT_EQ(inset(), 5);
 }
 
-TEST_F(AgentLife, EndsWhenTheServerDoes) {
+TEST_F(AgentLife, EndsWhenTheXServerEnds) {
     PrivateServer server("800x600");
     Session session(server.folder(), server.displayName());
     session.startAgent();
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     server.end();
     const auto ended = session.waitForAgent();
     ASSERT_TRUE(ended);
@@ -184,19 +184,19 @@ TEST_F(AgentLife, EndsWhenTheServerDoes) {
 }
 
 TEST_F(AgentLife, WithoutXTheAgentSaysWhyItCannotMoveWindows) {
-    const PrivateServer elsewhere("640x480"); // only its folder is used
+    const PrivateServer unusedServer("640x480"); // only its folder is used
     {
-        Session session(elsewhere.folder(), "");
+        Session session(unusedServer.folder(), "");
         session.startAgent();
         const auto ended = session.waitForAgent();
         ASSERT_TRUE(ended);
         EXPECT_EQ(ended->exitCode, 1);
         EXPECT_NE(ended->output.find("DISPLAY"), std::string::npos) << ended->output;
     }
-    Session session(elsewhere.folder(), "");
+    Session session(unusedServer.folder(), "");
     session.setVariable("WAYLAND_DISPLAY", "wayland-0");
     session.startAgent();
-    ASSERT_TRUE(session.agentAnswers());
+    ASSERT_TRUE(session.agentResponds());
     EXPECT_EQ(session.kova({"arrange"}).exitCode, 4);
     const auto doctor = session.kova({"doctor"});
     EXPECT_EQ(doctor.exitCode, 1);
@@ -212,7 +212,7 @@ TEST_F(AgentLife, InAWaylandSessionStatusSaysThatOnlyXWindowsAreManaged) {
         Session session(server.folder(), server.displayName());
         session.setVariable(variable, value);
         session.startAgent();
-        ASSERT_TRUE(session.agentAnswers());
+        ASSERT_TRUE(session.agentResponds());
         for (const char* verb : {"status", "doctor"}) {
             const auto output = session.kova({verb}).output;
             EXPECT_NE(output.find("This is a Wayland session: only windows of X11"), std::string::npos) << output;
@@ -221,8 +221,8 @@ TEST_F(AgentLife, InAWaylandSessionStatusSaysThatOnlyXWindowsAreManaged) {
 }
 
 TEST_F(AgentLife, PrintsItsVersionItsHelpAndWrongArguments) {
-    const PrivateServer elsewhere("640x480");
-    const Session session(elsewhere.folder(), "");
+    const PrivateServer unusedServer("640x480");
+    const Session session(unusedServer.folder(), "");
     EXPECT_EQ(session.run({KOVA_AGENT, "--version"}).output, "kova-agent " KOVA_VERSION "\n");
     const auto help = session.run({KOVA_AGENT, "--help"});
     EXPECT_EQ(help.exitCode, 0);

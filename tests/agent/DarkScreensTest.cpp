@@ -16,7 +16,7 @@
 #include <vector>
 
 #ifndef KOVA_XORG_MODULES
-#define KOVA_XORG_MODULES "" // not built
+#define KOVA_XORG_MODULES "" // the driver module was not built, so the tests are skipped
 #endif
 
 namespace kova::testing {
@@ -111,7 +111,7 @@ class DarkScreens : public ::testing::Test {
     }
     void startAgent() {
         session_->startAgent();
-        ASSERT_TRUE(session_->agentAnswers());
+        ASSERT_TRUE(session_->agentResponds());
     }
     void plugIn(const char* name, const char* place, const char* output = "none") {
         ASSERT_EQ(session_->run({"xrandr", "--setmonitor", name, place, output}).exitCode, 0);
@@ -144,7 +144,7 @@ class DarkScreens : public ::testing::Test {
     }
     void settle() {
         EXPECT_TRUE(
-            comesToRest([this] { return drawing_->takeConfigureCount(windows_); }, std::chrono::milliseconds(1500)));
+            movementEnds([this] { return drawing_->takeConfigureCount(windows_); }, std::chrono::milliseconds(1500)));
     }
 
     std::optional<SwitchableServer> server_;
@@ -159,21 +159,21 @@ TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreOnAgain) {
     power("standby");
     ASSERT_TRUE(wasSuspended(1));
     EXPECT_EQ(session_->kova({"arrange"}).exitCode, 1);
-    power("off"); // a change between levels of off is ignored
+    power("off"); // the screens are dark already, so this change is ignored
     session_->run({"xdotool", "mousemove", "9", "9"});
     ASSERT_TRUE(wasResumed(1));
     EXPECT_EQ(session_->kova({"arrange"}).exitCode, 0);
     settle();
     EXPECT_EQ(picture(), before);
 
-    // The screen saver was active before and remains active when the screens are switched on: no event reports that.
+    // No event reports that the screens are switched on if the screen saver was active before and remains active.
     session_->run({"xset", "s", "activate"});
     power("off");
     ASSERT_TRUE(wasSuspended(2));
     power("on");
     ASSERT_TRUE(wasResumed(2));
 
-    // An agent that starts while the screens are off.
+    // An agent starts while the screens are off.
     power("off");
     ASSERT_TRUE(wasSuspended(3));
     session_->signalAgent(SIGKILL);
@@ -187,13 +187,13 @@ TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreOnAgain) {
     EXPECT_EQ(count("workspace suspended"), 4);
 }
 
-TEST_F(DarkScreens, MayDisconnectAndReturnLate) {
+TEST_F(DarkScreens, MayDisconnectAndReturnLateWithoutMovingWindows) {
     const std::string before = picture();
     drawing_->takeConfigureCount(windows_);
     power("off");
     ASSERT_TRUE(wasSuspended(1));
     session_->run({"xrandr", "--delmonitor", "right"});
-    // Much longer than a workspace that is not suspended waits for a disconnected display.
+    // This is much longer than a workspace that is not suspended waits for a disconnected display.
     sleep(3);
     EXPECT_EQ(drawing_->takeConfigureCount(windows_), 0);
     power("on");

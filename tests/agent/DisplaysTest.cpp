@@ -22,7 +22,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
             windows_.push_back(drawing_.open({.title = std::to_string(i), .frame = makeRect(x, 60, 300, 200)}));
         }
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
         ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 4; }));
         for (const char* display : {"1", "2"}) {
             ASSERT_EQ(session_.kova({"layout", "select", "dual-split", "--display", display}).exitCode, 0);
@@ -58,7 +58,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
     }
     void settle() {
         EXPECT_TRUE(
-            comesToRest([this] { return drawing_.takeConfigureCount(windows_); }, std::chrono::milliseconds(1500)));
+            movementEnds([this] { return drawing_.takeConfigureCount(windows_); }, std::chrono::milliseconds(1500)));
     }
 
     PrivateServer server_{"1920x1080"};
@@ -69,7 +69,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
 };
 
 TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
-    // Standby looks like an unplugged cable, so no window moves at once.
+    // A monitor in standby looks like a disconnected one, so the agent waits before it moves windows.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     plugIn("right", "960/254x1080/285+960+0");
@@ -77,7 +77,7 @@ TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
     settle();
     EXPECT_TRUE(isAsBefore());
 
-    // Disconnected for longer: windows that were re-tiled meanwhile return.
+    // The display is disconnected for longer. Its windows move to the other display, and return later.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     sleep(3);
@@ -86,7 +86,7 @@ TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
     ASSERT_TRUE(hasDisplays(2));
     EXPECT_TRUE(isAsBefore());
 
-    // The display gets another resolution, and then the old one again.
+    // The display returns with another resolution, and then with the former resolution.
     unplug("right");
     plugIn("right", "640/170x720/190+960+0");
     EXPECT_TRUE(eventually([&] { return picture() != picture_; }));
@@ -96,7 +96,7 @@ TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
     EXPECT_TRUE(isAsBefore());
 }
 
-TEST_P(RealDisplays, LeaveAWindowThatTheUserMovedMeanwhile) {
+TEST_P(RealDisplays, DoNotTakeBackAWindowThatTheUserMovedMeanwhile) {
     const auto before = session_.query("tiles");
     const auto& tileOnLeft = before.at(1).at("id");
     const auto& windowOfRight = before.at(3).at("window");
@@ -119,7 +119,7 @@ TEST_P(RealDisplays, LeaveAWindowThatTheUserMovedMeanwhile) {
     EXPECT_TRUE(isThere()) << session_.query("tiles").dump(1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, RealDisplays, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, RealDisplays, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace

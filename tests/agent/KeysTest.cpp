@@ -31,7 +31,7 @@ class Keyboard : public TwoWindows {
         if (!isReached) ADD_FAILURE() << layout() << " instead of " << expected;
         return isReached;
     }
-    /// Runs `kova shortcut record` and presses the keys while it records, repeatedly until it has ended.
+    /// Runs `kova shortcut record`. Presses the keys again and again while it records, until the command has ended.
     Finished record(const std::string& action, const std::string& keys) {
         auto recording = std::async(std::launch::async, [&] { return session_.kova({"shortcut", "record", action}); });
         const auto hasEnded = [&] { return recording.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
@@ -49,12 +49,12 @@ TEST_P(Keyboard, ArrangesMovesAndUndoesWithAnyLockOn) {
     press("ctrl+alt+a");
     ASSERT_TRUE(eventually([&] { return places() == "15 651" || places() == "651 15"; })) << places();
     if (places() != "15 651") std::swap(left_, right_);
-    // Focuses a window without the agent.
+    // A click focuses a window without the agent.
     ASSERT_EQ(session_.run({"xdotool", "mousemove", "900", "400", "click", "1"}).exitCode, 0);
     for (const char* lock : {"Shift_L", "Caps_Lock", "Num_Lock"}) {
         SCOPED_TRACE(lock);
         press(lock);
-        // Focus moves to the left and then to the right, from any window.
+        // The focus moves to the left and then to the right; either window may be focused before.
         press("ctrl+alt+h");
         EXPECT_TRUE(eventually([&] { return client_.focus() == left_; }));
         press("ctrl+alt+l");
@@ -76,7 +76,7 @@ TEST_P(Keyboard, ArrangesMovesAndUndoesWithAnyLockOn) {
 }
 
 TEST_P(Keyboard, NamesCombinationsThatOtherProgramsHold) {
-    // Openbox holds the combinations with arrows to switch desktops.
+    // Openbox grabs Ctrl+Alt with the arrow keys to switch desktops.
     const auto status = session_.kova({"status"}).output;
     EXPECT_EQ(status.find("Ctrl+Alt+Right (Next Layout) is held by another program") != std::string::npos, isManaged())
         << status;
@@ -86,7 +86,7 @@ TEST_P(Keyboard, NamesCombinationsThatOtherProgramsHold) {
     EXPECT_EQ(finished.output, "“Next Layout”: Super+N\n");
     press("super+n");
     layoutBecomes("jarvis.dual-stack");
-    // Held down, it acts once.
+    // A combination that stays pressed acts once.
     session_.run({"xset", "r", "rate", "100", "30"});
     session_.run({"/bin/sh", "-c", "xdotool keydown super keydown n sleep 0.6 keyup n keyup super"});
     layoutBecomes("jarvis.triple-strip");
@@ -114,7 +114,7 @@ TEST_P(Keyboard, RecordsAndStoresAShortcut) {
     session_.signalAgent(SIGTERM);
     ASSERT_TRUE(session_.waitForAgent());
     session_.startAgent();
-    ASSERT_TRUE(session_.agentAnswers());
+    ASSERT_TRUE(session_.agentResponds());
     std::string list = session_.kova({"shortcut", "list"}).output; // with the padding of columns removed
     const auto isSpace = [](char a, char b) { return a == ' ' && b == ' '; };
     list.erase(std::unique(list.begin(), list.end(), isSpace), list.end());
@@ -125,7 +125,7 @@ TEST_P(Keyboard, RecordsAndStoresAShortcut) {
     layoutBecomes("jarvis.triple-strip");
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Keyboard, ::testing::Values(Manager::none, Manager::openbox), managerName);
+INSTANTIATE_TEST_SUITE_P(With, Keyboard, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

@@ -19,13 +19,13 @@ class Launched : public ::testing::TestWithParam<Manager> {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
         if (GetParam() == Manager::openbox) server_.startManager();
         install("shell", "Name=My Shell\nExec=xterm -class MyShell -T %c -e sleep 1000\nStartupWMClass=MyShell\n");
-        // Its windows have another class, so only the process identifies them.
+        // The class of this program's window is not in the entry, so only the process identifies the window.
         install("stranger", "Name=Stranger\nExec=xterm -T stranger -e sleep 1000\n");
         install("broken", "Name=Broken\nExec=/nowhere/program\n");
         session_.setVariable("XDG_DATA_HOME", server_.folder() + "/data");
         session_.setVariable("XDG_DATA_DIRS", server_.folder() + "/none");
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
         ASSERT_EQ(session_.kova({"layout", "select", "quad-grid"}).exitCode, 0);
     }
     void install(const std::string& id, const std::string& keys) {
@@ -50,7 +50,7 @@ class Launched : public ::testing::TestWithParam<Manager> {
         return isSo;
     }
 
-    PrivateServer server_{"1600x900", ClientProcessNumbers::told};
+    PrivateServer server_{"1600x900", ClientProcessNumbers::reported};
     Session session_{server_.folder(), server_.displayName()};
 };
 
@@ -88,7 +88,7 @@ TEST_P(Launched, ApplicationsOutliveTheAgent) {
     kill(shell, SIGKILL);
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Launched, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, Launched, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace

@@ -15,7 +15,7 @@ class Mouse : public TwoWindows {
         if (IsSkipped() || HasFatalFailure()) return;
         ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
         const auto isLeft = [&] { return minX(client_.outerFrame(left_)) < minX(client_.outerFrame(right_)); };
-        ASSERT_TRUE(eventually([&] { return frames() == kHalves || (!isLeft() && frames() == kHalvesTheOtherWay); }));
+        ASSERT_TRUE(eventually([&] { return frames() == kHalves || (!isLeft() && frames() == kHalvesSwapped); }));
         if (!isLeft()) std::swap(left_, right_);
     }
     void TearDown() override {
@@ -47,7 +47,7 @@ class Mouse : public TwoWindows {
         if (!isReached) ADD_FAILURE() << frames() << " instead of " << expected;
         return isReached;
     }
-    /// The title of the window in front in each tile.
+    /// The title of the front window of each tile, or "-".
     std::string tiles() {
         std::string titles;
         const auto windows = session_.query("windows");
@@ -67,7 +67,8 @@ class Mouse : public TwoWindows {
         }
         return false;
     }
-    /// Presses on the window's title bar and moves the pointer; without a window manager the window's program moves it.
+    /// Presses on the window's title bar and moves the pointer. Without a window manager the test moves the window, as
+    /// its program would.
     void drag(xcb_window_t window, int x, int y) {
         const CGRect before = client_.outerFrame(window);
         pressAt(static_cast<int>(minX(before)) + 200, static_cast<int>(minY(before)) + 9);
@@ -77,7 +78,7 @@ class Mouse : public TwoWindows {
             const CGRect now = client_.outerFrame(window);
             client_.configure(window, makeRect(minX(now) + dx, minY(now) + dy, now.size.width, now.size.height));
         };
-        // The window follows after a threshold of the window manager.
+        // A window manager starts to move the window when the pointer has moved far enough.
         moveWith(40, 30);
         EXPECT_TRUE(eventually([&] {
             if (client_.outerFrame(window).origin != before.origin) return true;
@@ -85,13 +86,12 @@ class Mouse : public TwoWindows {
             return false;
         })) << "the window does not follow the mouse";
         moveWith(x, y);
-        const CGRect far = client_.outerFrame(window);
         EXPECT_TRUE(eventually([&] { return std::abs(minX(client_.outerFrame(window)) - minX(before)) > 100; }))
-            << text(far);
+            << text(client_.outerFrame(window));
     }
 
     const std::string kHalves = "15,15 614x742 | 651,15 614x742";
-    const std::string kHalvesTheOtherWay = "651,15 614x742 | 15,15 614x742";
+    const std::string kHalvesSwapped = "651,15 614x742 | 15,15 614x742";
 };
 
 TEST_P(Mouse, DragsADividerAndBothNeighborsFollow) {
@@ -122,7 +122,7 @@ TEST_P(Mouse, ResetsADividerWithADoubleClick) {
     moveBy(120, 0);
     release();
     EXPECT_TRUE(framesBecome("15,15 734x742 | 771,15 494x742"));
-    // On a busy machine two clicks may be too far apart.
+    // On a busy machine the clicks may be too late for a double click, so they are repeated.
     EXPECT_TRUE(eventually([&] {
         mouse({"mousemove", "760", "400", "click", "--repeat", "2", "--delay", "40", "1"});
         return frames() == kHalves;
@@ -135,7 +135,7 @@ TEST_P(Mouse, LeavesADividerUnderAWindowAlone) {
     pressAt(640, 400);
     moveBy(100, 0);
     release();
-    // Beside the dialog the divider can be pressed, and has not moved.
+    // The dialog received the drag, so the divider has not moved. Outside the dialog it can be dragged.
     pressAt(640, 600);
     moveBy(100, 0);
     EXPECT_TRUE(framesBecome("15,15 714x742 | 751,15 514x742"));
@@ -144,7 +144,7 @@ TEST_P(Mouse, LeavesADividerUnderAWindowAlone) {
 
 TEST_P(Mouse, DragsAWindowToAnotherTile) {
     const std::string before = tiles();
-    const std::string after = before.substr(before.find(' ') + 1) + " -";
+    const std::string after = before.substr(before.find(' ') + 1) + " -"; // the right window is in the left tile
     // On a busy machine the drag may be over before the agent has handled the press.
     for (int attempt = 0; attempt < 5 && tiles() != after; ++attempt) {
         EXPECT_TRUE(framesBecome(kHalves));
@@ -161,7 +161,7 @@ TEST_P(Mouse, DragsAWindowToAnotherTile) {
     EXPECT_TRUE(framesBecome(kHalves));
 }
 
-TEST_P(Mouse, ReturnsAWindowThatIsDroppedElsewhere) {
+TEST_P(Mouse, ReturnsAWindowThatIsDroppedOnItsOwnTile) {
     const std::string before = tiles();
     drag(right_, 250, 200); // still over its own tile
     release();
@@ -169,7 +169,7 @@ TEST_P(Mouse, ReturnsAWindowThatIsDroppedElsewhere) {
     EXPECT_EQ(tiles(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Mouse, ::testing::Values(Manager::none, Manager::openbox), managerName);
+INSTANTIATE_TEST_SUITE_P(With, Mouse, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

@@ -31,7 +31,7 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
         if (GetParam() == Manager::openbox) server_.startManager();
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
     }
     void TearDown() override {
         if (!HasFailure()) return;
@@ -61,8 +61,8 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         frame.size = {frame.size.width + 2 * border, frame.size.height + 2 * border};
         return frame;
     }
-    /// The windows that are not in their tiles; empty if each window has the top left corner of its tile and the tile's
-    /// size, less at most a part of one resize increment.
+    /// Describes the windows that are not in their tiles. A window is in its tile if it has the tile's top left corner
+    /// and size; the size may be smaller by less than a resize increment.
     std::string misplacedWindows() {
         std::map<std::string, CGRect> places;
         for (const auto& tile : session_.query("tiles")) {
@@ -76,16 +76,16 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
             const CGRect seen = visibleFrame(windowNumber(windowID));
             const double missingWidth = place.size.width - seen.size.width;
             const double missingHeight = place.size.height - seen.size.height;
-            const bool stands = client_.isViewable(windowNumber(windowID)) && seen.origin == place.origin &&
-                                missingWidth >= 0 && missingWidth < 10 && missingHeight >= 0 && missingHeight < 20;
-            if (!stands) wrong += windowID + " is at " + text(seen) + " instead of " + text(place) + "\n";
+            const bool isInPlace = client_.isViewable(windowNumber(windowID)) && seen.origin == place.origin &&
+                                   missingWidth >= 0 && missingWidth < 10 && missingHeight >= 0 && missingHeight < 20;
+            if (!isInPlace) wrong += windowID + " is at " + text(seen) + " instead of " + text(place) + "\n";
         }
         return wrong;
     }
     void expectInPlace() {
         std::string wrong;
         EXPECT_TRUE(eventually([&] { return (wrong = misplacedWindows()).empty(); })) << wrong;
-        // Waits until placements were verified: no window must have moved again.
+        // The verification of the placements, which ends after this pause, must not move a window.
         std::this_thread::sleep_for(800ms);
         EXPECT_EQ(misplacedWindows(), "");
     }
@@ -109,11 +109,11 @@ TEST_P(RealWindows, ArePlacedInTheirTiles) {
     ASSERT_EQ(session_.kova({"layout", "inset", "20"}).exitCode, 0);
     expectInPlace();
 
-    // Another layout: windows without a tile of their own stay on the screen.
+    // In a layout with two tiles, windows without a tile are not closed.
     ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
     ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
     expectInPlace();
-    EXPECT_EQ(session_.query("windows").size(), 6U); // none was closed
+    EXPECT_EQ(session_.query("windows").size(), 6U);
 }
 
 TEST_P(RealWindows, MakeRoomForAWindowThatRefusesToShrink) {
@@ -123,18 +123,18 @@ TEST_P(RealWindows, MakeRoomForAWindowThatRefusesToShrink) {
     ASSERT_EQ(session_.kova({"layout", "select", "jarvis.six-grid"}).exitCode, 0);
     ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
     expectInPlace();
-    const CGRect roomOfLarge = visibleFrame(large);
-    EXPECT_GE(roomOfLarge.size.width, 1100);
+    const CGRect frameOfLarge = visibleFrame(large);
+    EXPECT_GE(frameOfLarge.size.width, 1100);
     int others = 0;
     for (const auto& tile : session_.query("tiles")) {
         if (!tile.at("window").is_string() || windowNumber(tile.at("window")) == large) continue;
-        EXPECT_EQ(intersectionArea(visibleFrame(windowNumber(tile.at("window"))), roomOfLarge), 0) << tile.dump();
+        EXPECT_EQ(intersectionArea(visibleFrame(windowNumber(tile.at("window"))), frameOfLarge), 0) << tile.dump();
         ++others;
     }
     EXPECT_EQ(others, 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, RealWindows, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, RealWindows, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace

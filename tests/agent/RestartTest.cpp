@@ -23,17 +23,17 @@ class Restart : public ::testing::TestWithParam<Manager> {
         if (isManaged) server_.startManager();
         for (int i = 0; i < 2; ++i) windows_.push_back(drawing_.open({.title = "Drawing " + std::to_string(i)}));
         // The size of this window is a multiple of its cell size, so it never fills its tile completely.
-        cellSizedWindow_ = writing_.open({.title = "Writing", .cells = CGSize{17, 31}});
+        cellSizedWindow_ = writing_.open({.title = "Writing", .sizeIncrements = CGSize{17, 31}});
         windows_.push_back(cellSizedWindow_);
         start();
         ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
         ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
         ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
-        ASSERT_TRUE(!isManaged || putOneBehindTheOther());
+        ASSERT_TRUE(!isManaged || stackOneWindow());
         settle();
     }
-    /// Moves the window of one tile into the other, occupied tile.
-    bool putOneBehindTheOther() {
+    /// Moves a window into the tile of the other window, which then is stacked behind it.
+    bool stackOneWindow() {
         for (const auto& tile : session_.query("tiles")) {
             if (!tile.at("window").is_string()) continue;
             const auto id = tile.at("window").get<std::string>();
@@ -51,11 +51,11 @@ class Restart : public ::testing::TestWithParam<Manager> {
     }
     void start() {
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
     }
     /// Waits until nothing has moved for a while; by then the session is stored.
     void settle() {
-        EXPECT_TRUE(comesToRest([this] { return takeMoves(); }, std::chrono::milliseconds(3000)));
+        EXPECT_TRUE(movementEnds([this] { return takeMoves(); }, std::chrono::milliseconds(3000)));
     }
     int takeMoves() {
         drawing_.sync();
@@ -113,7 +113,7 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
     ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
     ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
     settle();
-    ASSERT_TRUE(putOneBehindTheOther());
+    ASSERT_TRUE(stackOneWindow());
     settle();
     const auto tiles = session_.query("tiles");
     const auto seen = shown();
@@ -123,7 +123,7 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
         ASSERT_TRUE(session_.waitForAgent());
         EXPECT_TRUE(eventually([&] { return shown() != seen; }))
             << "the agent that ended did not show the application that it had hidden";
-        start(); // while the window manager may still animate its return
+        start(); // the window manager may still animate the return of the windows
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();
         EXPECT_EQ(shown(), seen);

@@ -15,8 +15,7 @@
 namespace kova::testing {
 namespace {
 
-/// By slot: the title of the front window, and whether the window is in the tile's frame. Windows and tiles come from
-/// one query, so that they are consistent.
+/// For each slot the title of the front window, with a remark if the window is not at the tile's origin.
 using Picture = std::map<std::string, std::string>;
 
 class Scenes : public ::testing::TestWithParam<Manager> {
@@ -29,7 +28,7 @@ class Scenes : public ::testing::TestWithParam<Manager> {
         session_.setVariable("XDG_DATA_HOME", server_.folder() + "/data");
         session_.setVariable("XDG_DATA_DIRS", server_.folder() + "/none");
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
         ASSERT_EQ(session_.kova({"layout", "select", "quad-grid"}).exitCode, 0);
     }
     /// Each start of the program appends a line to `startsFile`.
@@ -50,6 +49,7 @@ class Scenes : public ::testing::TestWithParam<Manager> {
         for (std::string line; std::getline(file, line);) names.insert(line);
         return names;
     }
+    /// Windows and tiles of the same moment.
     nlohmann::json state() { return session_.query("state"); }
     Picture pictureIn(const nlohmann::json& state) {
         std::map<std::string, const nlohmann::json*> windows;
@@ -60,7 +60,7 @@ class Scenes : public ::testing::TestWithParam<Manager> {
             const CGRect place = placeOf(tile.at("window"));
             const bool isThere = minX(place) == tile.at("frame").at("x") && minY(place) == tile.at("frame").at("y");
             const std::string title = windows.at(tile.at("window"))->at("title");
-            picture[tile.at("slot")] = title + (isThere ? "" : " elsewhere");
+            picture[tile.at("slot")] = title + (isThere ? "" : " outside its tile");
         }
         return picture;
     }
@@ -118,7 +118,8 @@ TEST_P(Scenes, EndedApplicationsAreLaunchedAndAllWindowsAreInTheirTiles) {
 
     const auto places = placesByWindow();
     EXPECT_EQ(session_.kova({"scene", "open", "Work"}).output, "Scene “Work” restored\n");
-    // Once a later window is listed, earlier requests to move windows would have had their effect.
+    // Opening the scene must not move a window. Requests that it might have sent take effect before a later window
+    // opens.
     const auto late = server_.start({"xterm", "-T", "Late", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return placesByWindow().size() == 5; }));
     for (const auto& [id, place] : places) EXPECT_EQ(placeOf(id), place) << id;
@@ -135,16 +136,16 @@ TEST_P(Scenes, ScenesAndRulesOutliveTheAgent) {
     ASSERT_EQ(session_.kova({"quit"}).exitCode, 0);
     ASSERT_TRUE(session_.waitForAgent());
     session_.startAgent();
-    ASSERT_TRUE(session_.agentAnswers());
+    ASSERT_TRUE(session_.agentResponds());
 
-    // The user starts the application: the rule decides the tile.
+    // The rule decides the tile of an application that the user starts.
     const auto notes = server_.start({"xterm", "-bw", "0", "-class", "Notes", "-T", "Notes", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return pictureIn(state())["secondary-3"] == "Notes"; }));
     ASSERT_EQ(session_.kova({"scene", "open", "Work"}).exitCode, 0);
     EXPECT_TRUE(eventually([&] { return pictureIn(state())["focus-main"] == "Mail"; }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Scenes, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, Scenes, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace

@@ -35,7 +35,7 @@ bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout
     return true;
 }
 
-bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor) {
+bool movementEnds(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor) {
     constexpr std::chrono::milliseconds kCheckInterval(100);
     std::chrono::milliseconds quiet(0);
     return eventually([&] {
@@ -113,7 +113,7 @@ pid_t Session::startAgent(std::vector<std::string> arguments) {
     return agent_;
 }
 
-bool Session::agentAnswers() const {
+bool Session::agentResponds() const {
     return eventually([&] { return kova({"status"}).exitCode == 0; });
 }
 

@@ -17,7 +17,7 @@
 namespace kova::testing {
 
 struct Finished {
-    int exitCode = -1;  // 128 + signal number if a signal ended it
+    int exitCode = -1;  // 128 + signal number if a signal ended the process
     std::string output; // both streams
 };
 
@@ -34,12 +34,12 @@ class Session {
     /// Runs a program of the session to its end.
     Finished run(const std::vector<std::string>& command) const;
     Finished kova(std::vector<std::string> arguments) const;
-    /// The result of a query.
+    /// The list in the output of `kova query WHAT --json`.
     nlohmann::json query(const std::string& what) const;
 
     pid_t startAgent(std::vector<std::string> arguments = {});
-    /// Waits until the agent responds; false if it does not within twenty seconds.
-    bool agentAnswers() const;
+    /// Waits until the agent responds to a command; false after twenty seconds.
+    bool agentResponds() const;
     pid_t agent() const { return agent_; }
     void signalAgent(int signal) const;
     /// Waits for the end of the agent; absent if it does not end within twenty seconds.
@@ -56,12 +56,12 @@ class Session {
     pid_t agent_ = -1;
 };
 
-/// Waits until the condition holds; false if it does not within the timeout.
+/// Waits until the condition holds; false after the timeout.
 bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout = std::chrono::seconds(20));
 
-/// Waits until no window has moved for `quietFor`; `takeMoves` counts the moves since its last call. False when windows
-/// still move after twenty seconds.
-bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor);
+/// Waits until no window has moved for `quietFor`; false after twenty seconds. `takeMoves` counts the moves since it
+/// was last called.
+bool movementEnds(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor);
 
 /// "15,15 1254x1382"
 std::string text(const CGRect& r);

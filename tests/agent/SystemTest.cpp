@@ -32,7 +32,7 @@ TEST_F(SystemTest, TheWorkspaceIsSuspendedWhileTheSessionIsLocked) {
     session_.setVariable("DBUS_SYSTEM_BUS_ADDRESS", bus.address());
     session_.setVariable("DBUS_SESSION_BUS_ADDRESS", bus.address());
     session_.startAgent();
-    ASSERT_TRUE(session_.agentAnswers());
+    ASSERT_TRUE(session_.agentResponds());
     EXPECT_TRUE(logs("workspace suspended")) << log();
     bus.set("c1", "LockedHint", sdbus::Variant(false));
     EXPECT_TRUE(logs("workspace resumed")) << log();
@@ -49,7 +49,7 @@ TEST_F(SystemTest, TitlesAreLoggedInVerboseModeOnly) {
     client.open({.title = "Secret plan"});
     for (const bool isVerbose : {false, true}) {
         session_.startAgent(isVerbose ? std::vector<std::string>{"--verbose"} : std::vector<std::string>{});
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
         ASSERT_TRUE(eventually([&] { return !session_.query("windows").empty(); }));
         for (const auto& words : std::vector<std::vector<std::string>>{{"arrange"},
                                                                        {"explain", "Secret plan"},
@@ -74,7 +74,7 @@ TEST_F(SystemTest, TitlesAreLoggedInVerboseModeOnly) {
 
 TEST_F(SystemTest, ANewUserGetsAdviceAndTheAgentStartsWithTheSessionIfSwitchedOn) {
     session_.startAgent();
-    ASSERT_TRUE(session_.agentAnswers());
+    ASSERT_TRUE(session_.agentResponds());
     EXPECT_NE(session_.kova({"status"}).output.find("“kova arrange” puts every window into a tile"), std::string::npos);
     EXPECT_TRUE(logs("“kova arrange” puts every window into a tile"));
     EXPECT_EQ(session_.kova({"login", "on"}).exitCode, 0);
@@ -89,7 +89,7 @@ TEST_F(SystemTest, ANewUserGetsAdviceAndTheAgentStartsWithTheSessionIfSwitchedOn
     ASSERT_TRUE(session_.waitForAgent());
 
     session_.startAgent();
-    ASSERT_TRUE(session_.agentAnswers());
+    ASSERT_TRUE(session_.agentResponds());
     EXPECT_EQ(session_.kova({"status"}).output.find("first steps"), std::string::npos);
     EXPECT_NE(session_.kova({"login", "status"}).output.find("KOVA starts with the session."), std::string::npos);
     EXPECT_EQ(session_.kova({"login", "off"}).exitCode, 0);

@@ -1,5 +1,4 @@
-// A session with two windows beside each other, its agent and a layout of two tiles; once with a window manager and
-// once without one.
+// A session with an agent, two windows and a layout of two tiles. Each test runs with and without a window manager.
 #pragma once
 
 #include "tests/agent/Session.h"
@@ -21,7 +20,7 @@ class TwoWindows : public ::testing::TestWithParam<Manager> {
         left_ = client_.open({.title = "Left"});
         right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
         ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
         ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
     }

@@ -1,4 +1,4 @@
-// A program that a test runs, and that does not outlive the test.
+// A program that a test runs. It ends with the test, even if the test crashes.
 #pragma once
 
 #include <sys/types.h>
@@ -19,7 +19,7 @@ class ChildProcess {
     ChildProcess& operator=(ChildProcess&& other) noexcept;
     ~ChildProcess();
     void end();
-    /// Waits until it ends; returns its exit code, or -1 if a signal ended it.
+    /// Waits until the process ends. Returns the exit code, or -1 if a signal ended the process.
     int wait();
     pid_t process() const { return process_; }
 
@@ -27,7 +27,7 @@ class ChildProcess {
     pid_t process_ = -1;
 };
 
-/// Arguments for execve, ended by a null pointer; valid as long as the texts are.
+/// The texts as an argument list for execve, with a null pointer at the end; valid as long as `texts` is unchanged.
 std::vector<char*> pointersTo(std::vector<std::string>& texts);
 
 } // namespace kova::testing

@@ -43,7 +43,7 @@ Subscription TestLoop::watch(int descriptor, std::function<void()> readable) {
     return Subscription(watched);
 }
 
-void TestLoop::turn() {
+void TestLoop::runOnce() {
     std::vector<std::function<void()>> work;
     {
         const std::lock_guard lock(mutex_);
@@ -71,7 +71,7 @@ void TestLoop::turn() {
     }
 }
 
-void TestLoop::dropAll() {
+void TestLoop::dropPendingWork() {
     const std::lock_guard lock(mutex_);
     posted_.clear();
     timers_.clear();
@@ -82,9 +82,9 @@ ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
 }
 
 DesktopUnderTest::DesktopUnderTest(Manager manager, const std::string& size, ClientProcessNumbers numbers) :
-    // The server always reports process numbers, which some window managers need; `numbers_` says whether the desktop
-    // reads them.
-    numbers_(numbers), server_(size, ClientProcessNumbers::told) {
+    // The server reports the processes of its clients even if the desktop under test must not read them (`numbers_`):
+    // some window managers need them.
+    numbers_(numbers), server_(size, ClientProcessNumbers::reported) {
     if (manager == Manager::openbox) server_.startManager();
 }
 
@@ -97,7 +97,7 @@ X11Desktop& DesktopUnderTest::openDesktop() {
                                     .hiddenWindowsFile = hiddenWindowsFile(),
                                     .launcher = nullptr,
                                     .returnTimeoutAtEnd = Seconds(10),
-                                    .queriesProcesses = numbers_ == ClientProcessNumbers::told},
+                                    .queriesProcesses = numbers_ == ClientProcessNumbers::reported},
                                    loop_, catalogue_);
     if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
     desktop_ = std::move(std::get<0>(opened));
@@ -111,11 +111,12 @@ X11Desktop& DesktopUnderTest::openDesktop() {
 void DesktopUnderTest::closeDesktop() {
     service_.reset();
     desktop_.reset();
-    loop_.dropAll();
+    loop_.dropPendingWork();
 }
 
 void DesktopUnderTest::crash() {
-    // A lost connection restores no window; the file is put back in the state that a killed agent leaves.
+    // `closeDesktop` shows no window after the connection is lost, but it may change the file, as a killed agent
+    // cannot.
     const std::string kept = hiddenWindowsFile() + ".kept";
     std::filesystem::copy_file(hiddenWindowsFile(), kept, std::filesystem::copy_options::overwrite_existing);
     ::shutdown(desktop_->connectionDescriptor(), SHUT_RDWR);
@@ -130,7 +131,7 @@ std::unique_ptr<TestClient> DesktopUnderTest::client(const std::string& classNam
 
 std::vector<ManagedWindow> DesktopUnderTest::poll() {
     auto polled = std::async(std::launch::async, [this] { return service_->enumerateWindows().listed; });
-    while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.turn();
+    while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.runOnce();
     return polled.get();
 }
 
@@ -196,14 +197,14 @@ bool DesktopUnderTest::isPolledAs(const std::string& title, const std::function<
 
 void DesktopUnderTest::runFor(Seconds time) {
     const Seconds end = loop_.uptime() + time;
-    while (loop_.uptime() < end) loop_.turn();
+    while (loop_.uptime() < end) loop_.runOnce();
 }
 
 bool DesktopUnderTest::runUntil(const std::function<bool()>& condition) {
     const Seconds end = loop_.uptime() + Seconds(20);
     while (!condition()) {
         if (loop_.uptime() > end) return false;
-        loop_.turn();
+        loop_.runOnce();
     }
     return true;
 }

@@ -1,5 +1,5 @@
-// A private server with the desktop under test on it, driven by a small main loop in real time. Polls run on a thread
-// of their own, as in the agent, beside the loop.
+// The X11 back end under test on a private X server, driven by a small main loop in real time. Each poll runs on
+// another thread, as in the agent.
 #pragma once
 
 #include "platform/x11/X11Desktop.h"
@@ -27,8 +27,8 @@ class TestLoop final : public MainQueue {
 
     Subscription watch(int descriptor, std::function<void()> readable);
     /// Runs due timers and reads available input once; sleeps for a moment if there is neither.
-    void turn();
-    void dropAll();
+    void runOnce();
+    void dropPendingWork();
     /// While true, no timer fires.
     void holdTimers(bool holds) { holdsTimers_ = holds; }
 
@@ -41,7 +41,7 @@ class TestLoop final : public MainQueue {
     std::vector<std::weak_ptr<std::pair<int, std::function<void()>>>> watched_;
 };
 
-/// A catalogue in which the window class is the application's name.
+/// Uses the window class as the application's name.
 class PlainCatalogue final : public ApplicationCatalogue {
   public:
     ApplicationIdentity identify(const ApplicationTraces& traces) override;
@@ -50,21 +50,22 @@ class PlainCatalogue final : public ApplicationCatalogue {
 class DesktopUnderTest {
   public:
     explicit DesktopUnderTest(Manager manager, const std::string& size = "1280x800",
-                              ClientProcessNumbers numbers = ClientProcessNumbers::untold);
+                              ClientProcessNumbers numbers = ClientProcessNumbers::unreported);
     ~DesktopUnderTest();
 
-    /// Opens the desktop under test; once, or again after `crash`.
+    /// Connects the desktop under test to the server; again only after `closeDesktop` or `crash`.
     X11Desktop& openDesktop();
     X11Desktop& desktop() { return *desktop_; }
     AccessibilityWindowService& service() { return *service_; }
-    /// Ends the desktop as at the end of the agent.
+    /// Disconnects as the agent does when it ends: hidden windows are shown again.
     void closeDesktop();
-    /// Keeps the file of hidden windows as it is, as if the agent had been killed.
+    /// Disconnects as when the agent is killed: windows stay hidden, and the file that lists them is kept.
     void crash();
 
     std::unique_ptr<TestClient> client(const std::string& className, std::uint32_t process);
     std::vector<ManagedWindow> poll();
-    /// The polled window of that title, once there is one; fails the test and is empty if none comes.
+    /// Polls until a window with this title is listed. If there is none within 20 s, the test fails and the result is
+    /// empty.
     ManagedWindow window(const std::string& title);
     std::vector<std::string> titles();
     /// Waits until exactly the windows with these titles are listed, all of them visible.
@@ -72,15 +73,16 @@ class DesktopUnderTest {
     bool isMinimized(const std::string& title) { return window(title).isMinimized; }
     bool isHidden(pid_t process);
     void place(const ManagedWindow& window, const CGRect& frame);
-    /// Places the window, and again after each verification, as polls do, until `frame` reads as requested.
+    /// Places the window until `frame()` equals `requested`; as polls do, tries again after each failed verification.
+    /// False if that takes longer than 20 s.
     bool reachesFrame(const std::string& title, const CGRect& requested, const std::function<CGRect()>& frame);
     bool reachesFrame(const std::string& title, const CGRect& requested, const TestClient& client, xcb_window_t window);
 
-    /// Waits until the polled frame equals the frame that the server reports.
+    /// Waits until the polled frame of the window equals `frame()`; false after 20 s.
     bool isPolledAs(const std::string& title, const std::function<CGRect()>& frame);
 
     void runFor(Seconds time);
-    /// False if it does not hold within 20 s: machines that run tests can be very busy.
+    /// Runs the loop until the condition holds; false after 20 s, since machines that run tests can be very busy.
     bool runUntil(const std::function<bool()>& condition);
     PrivateServer& server() { return server_; }
     TestLoop& loop() { return loop_; }

@@ -35,7 +35,7 @@ class Hiding : public ::testing::TestWithParam<Manager> {
     xcb_window_t inbox = 0, draft = 0;
 };
 
-TEST_P(Hiding, HidesAllWindowsAndShowsExactlyThose) {
+TEST_P(Hiding, HidesAllWindowsOfAnApplicationAndShowsExactlyThoseAgain) {
     desk->service().minimize(desk->window("Draft"));
     ASSERT_TRUE(desk->runUntil([&] { return desk->isMinimized("Draft"); }));
     desk->desktop().hide(4001);
@@ -92,7 +92,7 @@ TEST_P(Hiding, IsUndoneEvenByAnImmediateRequest) {
         desk->desktop().writeAttributes(window.element, {&back, 1});
         desk->runFor(Seconds(0.4));
         EXPECT_TRUE(areViewable(true)) << "minimized for " << pause;
-        // Hides it again before the effect of the last request was read.
+        // Hides the windows again before KOVA has read the effect of the last request.
         desk->desktop().hide(4001);
         desk->runFor(Seconds(pause));
         desk->desktop().unhide(4001);
@@ -110,7 +110,7 @@ TEST_P(Hiding, IsUndoneEvenByAnImmediateRequest) {
     EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
 }
 
-TEST_P(Hiding, KeepsMinimizedWindowsApart) {
+TEST_P(Hiding, IsIndependentOfTheMinimizedState) {
     const auto set = [&](const std::string& title, bool isMinimized) {
         const AttributeWrite write{AccessibilityAttribute::minimized, isMinimized};
         desk->desktop().writeAttributes(desk->window(title).element, {&write, 1});
@@ -168,7 +168,7 @@ TEST_P(Hiding, EndsWithTheAgent) {
     EXPECT_TRUE(areViewable(true));
     EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
 
-    // Hidden, and ended before the window manager has handled the request.
+    // The agent ends before the window manager has handled the request to hide.
     desk->openDesktop();
     desk->desktop().hide(4001);
     desk->closeDesktop();
@@ -176,7 +176,7 @@ TEST_P(Hiding, EndsWithTheAgent) {
     EXPECT_TRUE(areViewable(true));
 }
 
-TEST_P(Hiding, OfAKilledAgentIsUndoneByTheNext) {
+TEST_P(Hiding, ByAKilledAgentIsUndoneByTheNextAgent) {
     desk->desktop().hide(4001);
     ASSERT_TRUE(areViewable(false));
     desk->crash();
@@ -186,7 +186,7 @@ TEST_P(Hiding, OfAKilledAgentIsUndoneByTheNext) {
     EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
     EXPECT_TRUE(desk->runUntil([&] { return !std::filesystem::exists(desk->hiddenWindowsFile()); }));
 
-    // Reused window numbers, and invalid files.
+    // A window that reuses the number of a hidden one stays unmapped, and invalid files are ignored.
     const auto unmapped = notes->create({.title = "Never shown"});
     desk->closeDesktop();
     for (const std::string& content : {R"({"windows":[{"window":)" + std::to_string(unmapped) +
@@ -200,7 +200,7 @@ TEST_P(Hiding, OfAKilledAgentIsUndoneByTheNext) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Hiding, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, Hiding, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
 
 TEST(WindowManager, MayStartAndEnd) {
@@ -259,7 +259,7 @@ void replaceTheManager(bool hides) {
     const Seconds end = desk.loop().uptime() + Seconds(2.5);
     while (desk.loop().uptime() < end) {
         const auto titles = desk.titles();
-        // Frames of restored windows are animated, so only other windows have exact frames at every moment.
+        // A poll can miss hidden windows while they are restored; other windows must be listed all the time.
         for (const char* title : hides ? std::vector{"Pad"} : std::vector{"Draft", "Inbox", "Pad"}) {
             ASSERT_EQ(std::ranges::count(titles, std::string(title)), 1) << title;
         }
@@ -273,7 +273,7 @@ TEST(WindowManager, MayBeReplacedWithoutLosingAWindow) {
     replaceTheManager(false);
 }
 
-TEST(WindowManager, IsKnownWhenTheFormerOneDeletedItsListOfSupportedHints) {
+TEST(WindowManager, IsKnownAlthoughTheFormerOneDeletedTheListOfSupportedHints) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Mail", 4001);
@@ -287,7 +287,7 @@ TEST(WindowManager, IsKnownWhenTheFormerOneDeletedItsListOfSupportedHints) {
     EXPECT_TRUE(desk.reachesFrame("Inbox", makeRect(20, 30, 500, 400), *client, inbox));
 }
 
-TEST(WindowManager, SizesDoNotCountForTwoSecondsAfterItIsReplaced) {
+TEST(WindowManager, SizesOfWindowsAreUnreliableForTwoSecondsAfterItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
@@ -308,7 +308,7 @@ TEST(WindowManager, SizesDoNotCountForTwoSecondsAfterItIsReplaced) {
     EXPECT_GE(desk.loop().uptime() - begin, Seconds(1.9));
 }
 
-TEST(WindowManager, SizesDoNotCountIfItPlacesWindowsItself) {
+TEST(WindowManager, SizesOfWindowsAreUnreliableIfItTilesWindows) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
@@ -328,7 +328,7 @@ TEST(WindowManager, SizesDoNotCountIfItPlacesWindowsItself) {
     EXPECT_TRUE(desk.runUntil([&] { return !isReliable(); }));
 }
 
-TEST(WindowManager, HiddenWindowsAreShownWhenItIsReplaced) {
+TEST(WindowManager, MayBeReplacedWithoutLosingAHiddenWindow) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     replaceTheManager(true);
 }

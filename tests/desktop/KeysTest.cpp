@@ -1,4 +1,5 @@
-// Real keys on a private server: claimed, held by others, repeated, recorded, and under changing keyboard layouts.
+// Key combinations on a private server: grabbed by KOVA or by another program, repeated, recorded, and with changing
+// keyboard layouts.
 #include "platform/x11/XkbProtocol.h"
 #include "tests/desktop/DesktopUnderTest.h"
 #include "windowing/KeyCodes.h"
@@ -21,9 +22,9 @@ class Keys : public ::testing::Test {
         other = desk->client("Other", 4001);
         desk->openDesktop();
     }
-    /// Registers the combinations and records their presses.
+    /// Grabs the combinations and appends their presses to `reported`.
     void observeKeys(const std::vector<KeyCombination>& combinations) {
-        known = desk->desktop().observeHeldByOthers([this] { ++notifications; });
+        grabs = desk->desktop().observeHeldByOthers([this] { ++notifications; });
         monitor = desk->desktop().addGlobalMonitor([this](const KeyPress& press) { reported.push_back(press); });
         claim(combinations);
     }
@@ -32,24 +33,25 @@ class Keys : public ::testing::Test {
         desk->desktop().claim(combinations);
         ASSERT_TRUE(desk->runUntil([&] { return notifications > before; }));
     }
-    /// Runs a program of the desktop to its end.
+    /// Runs the shell command on the private server, until it ends.
     void run(const std::string& command) {
         const std::string line = "DISPLAY=" + desk->server().displayName() + " " + command + " >/dev/null 2>&1";
         EXPECT_EQ(std::system(line.c_str()), 0) << command;
     }
     void press(const std::string& keys) { run("xdotool key " + keys); }
-    /// True once exactly this press was reported.
-    bool isReported(const std::string& keys, const KeyCombination& combination) {
+    /// Presses the keys (in the notation of xdotool). True if the only reported press is that of `combination`.
+    bool pressIsReported(const std::string& keys, const KeyCombination& combination) {
         reported.clear();
         press(keys);
         const bool any = desk->runUntil([&] { return !reported.empty(); });
         return any && reported.size() == 1 && reported[0].keyCode == combination.keyCode && !reported[0].isRepeat &&
                (reported[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
     }
-    /// Another key, reported afterwards, shows that the first one will not be reported.
-    bool isNotReported(const std::string& keys, const std::string& reportedKeys, const KeyCombination& combination) {
+    /// Presses `keys` and then `reportedKeys`. True if only the second press is reported: then the first one will not
+    /// be reported later.
+    bool pressIsIgnored(const std::string& keys, const std::string& reportedKeys, const KeyCombination& combination) {
         press(keys);
-        return isReported(reportedKeys, combination);
+        return pressIsReported(reportedKeys, combination);
     }
     void switchToGroup(std::uint8_t group) {
         xcb_xkb_use_extension(other->connection(), 1, 0);
@@ -77,31 +79,31 @@ class Keys : public ::testing::Test {
     std::unique_ptr<TestClient> other;
     std::vector<KeyPress> reported;
     int notifications = 0;
-    Subscription known, monitor;
+    Subscription grabs, monitor;
 };
 
-const KeyCombination kH{keyCode::h, kControlOption}, kControlJ{keyCode::j, kControlOption},
-    kJ{keyCode::j, kControlOption | modifierFlag::shift}, kLeft{keyCode::left, modifierFlag::command};
-constexpr xcb_keycode_t kServersH = 43, kServersLeft = 113;
-constexpr std::uint16_t kServersControlOption = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+const KeyCombination kH{keyCode::h, kControlOption}, kJ{keyCode::j, kControlOption},
+    kShiftJ{keyCode::j, kControlOption | modifierFlag::shift}, kLeft{keyCode::left, modifierFlag::command};
+constexpr xcb_keycode_t kHKeycode = 43, kLeftKeycode = 113;
+constexpr std::uint16_t kControlAltMask = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 
-TEST_F(Keys, ArriveWithAnyLocksWhileThereIsAnObserver) {
-    observeKeys({kH, kJ, kLeft});
+TEST_F(Keys, AreReportedWithAnyLockWhileThereIsAnObserver) {
+    observeKeys({kH, kShiftJ, kLeft});
     for (const char* lock : {"", "Caps_Lock", "Num_Lock", "Caps_Lock"}) {
         if (*lock) press(lock);
-        EXPECT_TRUE(isReported("ctrl+alt+h", kH)) << lock;
-        EXPECT_TRUE(isReported("ctrl+alt+shift+j", kJ)) << lock;
-        EXPECT_TRUE(isReported("super+Left", kLeft)) << lock;
-        EXPECT_TRUE(isNotReported("ctrl+alt+shift+h ctrl+h h alt+j super+alt+Left", "ctrl+alt+h", kH)) << lock;
+        EXPECT_TRUE(pressIsReported("ctrl+alt+h", kH)) << lock;
+        EXPECT_TRUE(pressIsReported("ctrl+alt+shift+j", kShiftJ)) << lock;
+        EXPECT_TRUE(pressIsReported("super+Left", kLeft)) << lock;
+        EXPECT_TRUE(pressIsIgnored("ctrl+alt+shift+h ctrl+h h alt+j super+alt+Left", "ctrl+alt+h", kH)) << lock;
     }
     EXPECT_EQ(reported[0].charactersIgnoringModifiers, "h");
-    // A new registration replaces the former one.
+    // A new list of combinations replaces the former list.
     claim({kLeft});
-    EXPECT_TRUE(isNotReported("ctrl+alt+h", "super+Left", kLeft));
-    // Without an observer the keys are free for all programs again.
+    EXPECT_TRUE(pressIsIgnored("ctrl+alt+h", "super+Left", kLeft));
+    // Without an observer other programs can grab the combinations.
     monitor = {};
     EXPECT_TRUE(desk->runUntil([&] {
-        const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, kServersLeft,
+        const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, kLeftKeycode,
                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         xcb_generic_error_t* error = xcb_request_check(other->connection(), cookie);
         const bool isFree = error == nullptr;
@@ -110,53 +112,53 @@ TEST_F(Keys, ArriveWithAnyLocksWhileThereIsAnObserver) {
     }));
 }
 
-TEST_F(Keys, HeldByAnotherProgramAreNamedAndGrabbedLater) {
-    grabAsOther(kServersControlOption | XCB_MOD_MASK_2, kServersH); // with Num Lock only
+TEST_F(Keys, GrabbedByAnotherProgramAreListedAndGrabbedOnceReleased) {
+    grabAsOther(kControlAltMask | XCB_MOD_MASK_2, kHKeycode); // only while Num Lock is on
     observeKeys({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kH});
-    EXPECT_TRUE(isNotReported("ctrl+alt+h", "super+Left", kLeft))
-        << "a combination that is only partly grabbed is released";
-    xcb_ungrab_key(other->connection(), kServersH, other->root(), kServersControlOption | XCB_MOD_MASK_2);
+    EXPECT_TRUE(pressIsIgnored("ctrl+alt+h", "super+Left", kLeft))
+        << "a combination that cannot be grabbed with every lock is not grabbed with any";
+    xcb_ungrab_key(other->connection(), kHKeycode, other->root(), kControlAltMask | XCB_MOD_MASK_2);
     other->sync();
-    // A query tries to grab the combination again.
+    // `heldByOthers` also tries to grab the combination again.
     EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
-    EXPECT_TRUE(isReported("ctrl+alt+h", kH));
+    EXPECT_TRUE(pressIsReported("ctrl+alt+h", kH));
 
-    // An XInput grab, which causes no error for a core grab.
-    grabByInputExtension(XCB_MOD_MASK_4, kServersLeft);
+    // KOVA makes a core grab, which the server does not refuse because of an XInput grab of another program.
+    grabByInputExtension(XCB_MOD_MASK_4, kLeftKeycode);
     claim({kH});
     claim({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kLeft});
-    EXPECT_TRUE(isNotReported("super+Left", "ctrl+alt+h", kH));
+    EXPECT_TRUE(pressIsIgnored("super+Left", "ctrl+alt+h", kH));
 }
 
 TEST_F(Keys, StayOnTheirKeyWhenTheLayoutChanges) {
     const KeyCombination q{keyCode::q, kControlOption};
     observeKeys({q});
-    const auto writes = [&](const std::string& text) {
+    const auto qWrites = [&](const std::string& text) {
         return desk->runUntil([&] { return desk->desktop().charactersOf(keyCode::q) == text; });
     };
-    EXPECT_TRUE(writes("q"));
-    EXPECT_TRUE(isReported("ctrl+alt+q", q));
+    EXPECT_TRUE(qWrites("q"));
+    EXPECT_TRUE(pressIsReported("ctrl+alt+q", q));
     run("setxkbmap fr");
-    EXPECT_TRUE(writes("a"));
+    EXPECT_TRUE(qWrites("a"));
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::leftBracket), "^") << "a dead key";
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::keypad7), "7");
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::space), " ");
     EXPECT_EQ(desk->desktop().charactersOf(keyCode::f1), "");
-    EXPECT_TRUE(isReported("ctrl+alt+a", q));
+    EXPECT_TRUE(pressIsReported("ctrl+alt+a", q));
     EXPECT_EQ(reported[0].charactersIgnoringModifiers, "a");
     run("setxkbmap us -variant dvorak");
-    EXPECT_TRUE(writes("'"));
-    EXPECT_TRUE(isReported("ctrl+alt+apostrophe", q));
-    // Two layouts at once; switches to the second.
+    EXPECT_TRUE(qWrites("'"));
+    EXPECT_TRUE(pressIsReported("ctrl+alt+apostrophe", q));
+    // With two layouts at once, the second one is selected.
     run("setxkbmap us,ru");
-    EXPECT_TRUE(writes("q"));
+    EXPECT_TRUE(qWrites("q"));
     switchToGroup(1);
-    EXPECT_TRUE(writes("й"));
-    EXPECT_TRUE(isReported("ctrl+alt+24", q)); // by the server's key code
+    EXPECT_TRUE(qWrites("й"));
+    EXPECT_TRUE(pressIsReported("ctrl+alt+24", q)); // 24: the server's key code of Q
     switchToGroup(0);
-    EXPECT_TRUE(writes("q"));
+    EXPECT_TRUE(qWrites("q"));
     // Alt is mapped to another modifier.
     run("setxkbmap us");
     run("xmodmap -e 'clear mod1' -e 'add mod3 = Alt_L'");
@@ -169,7 +171,7 @@ TEST_F(Keys, StayOnTheirKeyWhenTheLayoutChanges) {
     EXPECT_EQ(reported.back().modifierFlags, kControlOption);
 }
 
-TEST_F(Keys, ThatAreHeldAreReportedAsRepetitions) {
+TEST_F(Keys, ThatStayPressedAreReportedAsRepetitions) {
     observeKeys({kH});
     run("xset r rate 150 30");
     for (int round = 0; round < 2; ++round) {
@@ -182,11 +184,11 @@ TEST_F(Keys, ThatAreHeldAreReportedAsRepetitions) {
         EXPECT_EQ(std::ranges::count_if(reported, &KeyPress::isRepeat), std::ssize(reported) - 1);
         desk->runFor(Seconds(0.1));
     }
-    // Fast typing presses the next key before the last one is up, and the release of that goes to another
+    // In fast typing the next key is pressed before the last one is released, and that release is sent to another
     // program.
     run("xset r rate 5000 30");
     reported.clear();
-    claim({kH, kControlJ});
+    claim({kH, kJ});
     run("xdotool keydown ctrl keydown alt keydown h keydown j keyup h keyup j key j key h keyup alt keyup ctrl");
     EXPECT_TRUE(desk->runUntil([&] { return reported.size() >= 4; })) << reported.size();
     EXPECT_EQ(std::ranges::count_if(reported, &KeyPress::isRepeat), 0);
@@ -204,7 +206,7 @@ TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
             },
             [&](const std::string& why) { reason = why; });
     };
-    // Keys that are down already are ignored.
+    // A key that was pressed before the recording is reported only as repetitions.
     run("xset r rate 150 30");
     run("xdotool keydown F8");
     Subscription recording = record();
@@ -212,7 +214,7 @@ TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
     EXPECT_TRUE(std::ranges::all_of(recorded, &KeyPress::isRepeat));
     run("xdotool keyup F8");
     recorded.clear();
-    // It takes a moment until the keyboard is grabbed.
+    // The keyboard is grabbed a moment after `record()`.
     ASSERT_TRUE(desk->runUntil([&] {
         press("F7");
         desk->runFor(Seconds(0.05));
@@ -240,11 +242,11 @@ TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
     EXPECT_NE(reason.find("Another program holds the keyboard"), std::string::npos) << reason;
     xcb_ungrab_keyboard(other->connection(), XCB_CURRENT_TIME);
     other->sync();
-    EXPECT_TRUE(isReported("ctrl+alt+h", kH));
+    EXPECT_TRUE(pressIsReported("ctrl+alt+h", kH));
 }
 
-/// When the input connection is killed (xkill on a divider), windows are still managed.
-TEST_F(Keys, AreReportedAsLostWithTheConnection) {
+/// The user can kill the connection for keys and dividers with xkill. Windows must still be managed then.
+TEST_F(Keys, AreDiagnosedWhenTheirConnectionIsKilled) {
     const auto topLevels = [&] {
         const auto request = xcb_query_tree(other->connection(), other->root());
         auto* tree = xcb_query_tree_reply(other->connection(), request, nullptr);
@@ -259,7 +261,7 @@ TEST_F(Keys, AreReportedAsLostWithTheConnection) {
         });
     };
     observeKeys({kH});
-    ASSERT_TRUE(isReported("ctrl+alt+h", kH));
+    ASSERT_TRUE(pressIsReported("ctrl+alt+h", kH));
     const auto before = topLevels();
     desk->desktop().showHandles({{"divider", makeRect(400, 0, 10, 600), LayoutAxis::horizontal}});
     ASSERT_TRUE(desk->runUntil([&] { return topLevels().size() > before.size(); }));
@@ -270,7 +272,7 @@ TEST_F(Keys, AreReportedAsLostWithTheConnection) {
     other->sync();
     EXPECT_TRUE(desk->runUntil(isDiagnosed));
     EXPECT_FALSE(desk->isConnectionLost());
-    desk->desktop().claim({kH, kJ});
+    desk->desktop().claim({kH, kShiftJ});
     desk->desktop().showHandles({});
     other->open({.title = "Still"});
     EXPECT_TRUE(desk->showsExactly({"Still"}));

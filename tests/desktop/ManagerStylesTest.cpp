@@ -8,7 +8,7 @@
 namespace kova::testing {
 namespace {
 
-/// Announces itself and the open windows; apart from that it does only what the test tells it.
+/// Announces itself and the open windows. All else that a window manager does is up to the test.
 class FakeManager {
   public:
     FakeManager(DesktopUnderTest& desk, const std::string& name, const std::vector<std::uint32_t>& windows) :
@@ -58,7 +58,7 @@ class ManagerStyles : public ::testing::Test {
 };
 
 // A busy window manager reports the new focus long after the request was sent.
-TEST_F(ManagerStyles, AFocusedWindowCountsAsFocusedAtOnceUnlessItIsRefused) {
+TEST_F(ManagerStyles, AWindowCountsAsFocusedFromTheRequestOnUnlessTheRequestHasNoEffect) {
     for (const bool isManaged : {true, false}) {
         SCOPED_TRACE(isManaged ? "managed" : "unmanaged");
         DesktopUnderTest desk(Manager::none);
@@ -81,7 +81,7 @@ TEST_F(ManagerStyles, AFocusedWindowCountsAsFocusedAtOnceUnlessItIsRefused) {
             const ManagedWindow window = desk.window(title);
             EXPECT_TRUE(desk.service().restoreAndFocus(window));
             desk.service().flush();
-            EXPECT_EQ(focused(), window.id) << title; // nothing was read from the server meanwhile
+            EXPECT_EQ(focused(), window.id) << title; // before anything was read from the server
         }
         if (!isManaged) continue;
         EXPECT_TRUE(desk.runUntil([&] { return focused() == desk.window("Code").id; }));
@@ -97,8 +97,8 @@ TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) 
     manager.setMinimized(film, true);
     manager.setActive(code);
     desk.openDesktop();
-    const WindowID used = desk.window("Code").id;
-    ASSERT_TRUE(desk.runUntil([&] { return desk.isMinimized("Film") && desk.service().focusedWindowID() == used; }));
+    const WindowID codeID = desk.window("Code").id;
+    ASSERT_TRUE(desk.runUntil([&] { return desk.isMinimized("Film") && desk.service().focusedWindowID() == codeID; }));
 
     desk.service().unminimize(desk.window("Film"));
     desk.service().flush();
@@ -111,14 +111,14 @@ TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) 
         note();
         return manager.hasReceived("_NET_ACTIVE_WINDOW", code);
     }));
-    for (int polls = 0; polls < 3; ++polls) { // the manager is busy
+    for (int polls = 0; polls < 3; ++polls) { // the manager has not handled the last request
         EXPECT_TRUE(desk.window("Film").isVisible);
         note();
     }
     manager.setActive(code);
     desk.poll();
     note();
-    EXPECT_EQ(focused, std::set{used});
+    EXPECT_EQ(focused, std::set{codeID});
 }
 
 TEST_F(ManagerStyles, OnlyUnderKWinKovaMinimizesModalDialogsItself) {
@@ -126,10 +126,10 @@ TEST_F(ManagerStyles, OnlyUnderKWinKovaMinimizesModalDialogsItself) {
         DesktopUnderTest desk(Manager::none);
         const auto editor = desk.client("Editor", 4001);
         const auto plan = editor->open({.title = "Plan"}), other = editor->open({.title = "Other"});
-        const auto question = editor->open({.title = "Save?", .transientFor = plan});
-        const auto colors = editor->open({.title = "Colors", .transientFor = plan});
-        FakeManager manager(desk, isKWin ? "KWin" : "Openbox", {plan, other, question, colors});
-        editor->setNumbers(question, "_NET_WM_STATE", "ATOM", {editor->atom("_NET_WM_STATE_MODAL")});
+        const auto saveDialog = editor->open({.title = "Save?", .transientFor = plan});
+        const auto colorDialog = editor->open({.title = "Colors", .transientFor = plan});
+        FakeManager manager(desk, isKWin ? "KWin" : "Openbox", {plan, other, saveDialog, colorDialog});
+        editor->setNumbers(saveDialog, "_NET_WM_STATE", "ATOM", {editor->atom("_NET_WM_STATE_MODAL")});
         desk.openDesktop();
         ASSERT_TRUE(desk.showsExactly({"Colors", "Other", "Plan", "Save?"}));
         for (const char* title : {"Plan", "Other"}) {
@@ -138,13 +138,13 @@ TEST_F(ManagerStyles, OnlyUnderKWinKovaMinimizesModalDialogsItself) {
         }
         ASSERT_TRUE(desk.runUntil([&] { return manager.hasReceived("WM_CHANGE_STATE", other); }));
         EXPECT_TRUE(manager.hasReceived("WM_CHANGE_STATE", plan));
-        EXPECT_EQ(manager.hasReceived("WM_CHANGE_STATE", question), isKWin);
-        EXPECT_FALSE(manager.hasReceived("WM_CHANGE_STATE", colors));
+        EXPECT_EQ(manager.hasReceived("WM_CHANGE_STATE", saveDialog), isKWin);
+        EXPECT_FALSE(manager.hasReceived("WM_CHANGE_STATE", colorDialog));
     }
 }
 
 // Simulates Metacity when it is replaced.
-TEST_F(ManagerStyles, AManagerIsKnownAlthoughTheFormerOneDeletedThePropertyThatNamesIt) {
+TEST_F(ManagerStyles, AManagerIsKnownAlthoughTheFormerManagerDeletedThePropertyThatNamesIt) {
     DesktopUnderTest desk(Manager::none);
     const auto editor = desk.client("Editor", 4001);
     const auto code = editor->open({.title = "Code"});
@@ -172,7 +172,7 @@ TEST_F(ManagerStyles, AManagerIsKnownAlthoughTheFormerOneDeletedThePropertyThatN
     const auto announce = [&] {
         manager.client().setNumbers(manager.root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", {manager.checkWindow()});
     };
-    // The selection belongs to another program: the manager's properties may be left over.
+    // While another program owns the selection WM_S0, properties of the window manager may be left over.
     own(*editor, code);
     editor->remove(manager.root(), "_NET_SUPPORTING_WM_CHECK");
     EXPECT_TRUE(becomes("One that does not speak EWMH")) << named();

@@ -27,7 +27,7 @@ PrivateServer::PrivateServer(const std::string& size, ClientProcessNumbers numbe
     std::vector<std::string> command = {"/usr/bin/Xvfb", "-displayfd", std::to_string(ends[1]),
                                         "-screen",       "0",          size + "x24",
                                         "-nolisten",     "tcp",        "-noreset"};
-    if (numbers == ClientProcessNumbers::untold) command.insert(command.end(), {"-extension", "X-Resource"});
+    if (numbers == ClientProcessNumbers::unreported) command.insert(command.end(), {"-extension", "X-Resource"});
     server_ = ChildProcess(command, {"HOME=" + folder_, "PATH=/usr/bin:/bin"}, ends[1]);
     close(ends[1]);
     std::string number;

@@ -11,24 +11,24 @@ namespace kova::testing {
 enum class Manager { none, openbox };
 /// Whether the server reports the processes of its clients. If not, the clients of a test can count as different
 /// programs although they are in one process.
-enum class ClientProcessNumbers { untold, told };
+enum class ClientProcessNumbers { unreported, reported };
 
 class PrivateServer {
   public:
     static bool isInstalled();
     /// The screen's size as "1280x800".
-    explicit PrivateServer(const std::string& size, ClientProcessNumbers numbers = ClientProcessNumbers::untold);
+    explicit PrivateServer(const std::string& size, ClientProcessNumbers numbers = ClientProcessNumbers::unreported);
     ~PrivateServer();
 
     const std::string& displayName() const { return displayName_; }
     /// A folder for files of the test, removed at the end.
     const std::string& folder() const { return folder_; }
     ChildProcess start(const std::vector<std::string>& command) const;
-    /// Starts Openbox, or the command in KOVA_TEST_WINDOW_MANAGER, with which a developer can try another one. Returns
-    /// once it manages windows.
+    /// Starts Openbox, or the window manager whose command is in the variable KOVA_TEST_WINDOW_MANAGER. Returns once it
+    /// manages windows.
     void startManager();
     void endManager() { manager_.end(); }
-    /// Stops the window manager with SIGSTOP, to simulate a busy machine; it handles requests after it was continued.
+    /// Stops the window manager with SIGSTOP to simulate a busy machine. Requests wait until `resumeManager`.
     void pauseManager();
     void resumeManager();
     void end() { server_.end(); }

@@ -52,37 +52,38 @@ class Quitting : public ::testing::TestWithParam<Manager> {
         }
         return std::nullopt;
     }
-    bool isKeptOpen(DesktopUnderTest& desk, const std::string& name) {
+    bool isPartOfDesktop(DesktopUnderTest& desk, const std::string& name) {
         const auto found = application(desk, name);
         EXPECT_TRUE(found) << name;
         return found && found->isPartOfDesktop;
     }
 };
 
-TEST_P(Quitting, EachWindowWithTheProtocolIsAskedToClose) {
+TEST_P(Quitting, EachWindowWithTheDeleteProtocolGetsACloseRequest) {
     DesktopUnderTest desk(GetParam());
     const auto polite = desk.client("Polite", 4001), withoutProtocol = desk.client("Deaf", 4002),
                other = desk.client("Other", 4003);
-    const auto first = polite->open({.title = "First", .knowsDelete = true});
-    const auto second = polite->open({.title = "Second", .knowsDelete = true});
+    const auto first = polite->open({.title = "First", .hasDeleteProtocol = true});
+    const auto second = polite->open({.title = "Second", .hasDeleteProtocol = true});
     const auto third = polite->open({.title = "Third"});
-    const auto unknowing = withoutProtocol->open({.title = "Deaf"});
-    const auto bystander = other->open({.title = "Other", .knowsDelete = true});
+    const auto deaf = withoutProtocol->open({.title = "Deaf"});
+    const auto bystander = other->open({.title = "Other", .hasDeleteProtocol = true});
     auto& desktop = desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"}));
 
     EXPECT_TRUE(desktop.terminate(4001));
     EXPECT_TRUE(desktop.terminate(4002));
-    EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 1 && polite->deleteCount(second) == 1; }));
+    EXPECT_TRUE(
+        desk.runUntil([&] { return polite->closeRequestCount(first) == 1 && polite->closeRequestCount(second) == 1; }));
     desk.poll();
-    EXPECT_EQ(polite->deleteCount(third), 0);
-    EXPECT_EQ(withoutProtocol->deleteCount(unknowing), 0);
-    EXPECT_EQ(other->deleteCount(bystander), 0);
+    EXPECT_EQ(polite->closeRequestCount(third), 0);
+    EXPECT_EQ(withoutProtocol->closeRequestCount(deaf), 0);
+    EXPECT_EQ(other->closeRequestCount(bystander), 0);
     EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "no window is destroyed";
 
     polite->destroy(second); // the close request reaches a window that is being destroyed
     EXPECT_TRUE(desktop.terminate(4001));
-    EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 2; }));
+    EXPECT_TRUE(desk.runUntil([&] { return polite->closeRequestCount(first) == 2; }));
     EXPECT_FALSE(desktop.terminate(4999));
     EXPECT_FALSE(desk.isConnectionLost());
 }
@@ -108,8 +109,8 @@ TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     auto& desktop = desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Mail", "Remote", "Init", "Parent", "Unnamed", "Settings of the bar"}));
 
-    EXPECT_FALSE(isKeptOpen(desk, "Mail"));
-    for (const char* name : {"Ours", "Parent", "Bar"}) EXPECT_TRUE(isKeptOpen(desk, name)) << name;
+    EXPECT_FALSE(isPartOfDesktop(desk, "Mail"));
+    for (const char* name : {"Ours", "Parent", "Bar"}) EXPECT_TRUE(isPartOfDesktop(desk, name)) << name;
     for (const char* name : {"Mail", "Remote", "Init", "Ours", "Parent", "Unnamed", "Bar"}) {
         const auto found = application(desk, name);
         ASSERT_TRUE(found) << name;
@@ -125,7 +126,7 @@ TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
 }
 
-/// The number of such a process may have been reused.
+/// Another process may have the number of a process whose windows are closed.
 TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
     IdleProcess victim;
@@ -139,7 +140,8 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(refusal);
         return refusal.value_or("") == reason;
     };
-    // Without a manager the end of a window is reported at once; a manager's list is read by the next poll.
+    // Without a window manager an event reports a destroyed window at once. With one, the next poll reads the list of
+    // windows.
     if (GetParam() == Manager::none) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }
@@ -149,7 +151,7 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
 }
 
 TEST_P(Quitting, RealApplicationsEnd) {
-    DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
+    DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::reported);
     std::vector<ChildProcess> terminals;
     for (const char* title : {"One", "Two"})
         terminals.push_back(desk.server().start({"xterm", "-T", title, "-e", "sleep", "1000"}));
@@ -161,16 +163,17 @@ TEST_P(Quitting, RealApplicationsEnd) {
     EXPECT_TRUE(desk.showsExactly({}));
 }
 
-/// The process number that the server knows counts, not the one that a window announces: here one window announces
-/// another process, two announce the same number, as programs in process namespaces do, and one announces none.
+/// The server knows the process of each window; the number that a window announces is not used. Here one window
+/// announces another process, two announce the same number, as programs in process namespaces do, and one announces
+/// none.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
-    DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
+    DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::reported);
     IdleProcess innocent;
     std::map<std::string, ChildProcess> terminals;
     for (const char* title : {"Liar", "Box 1", "Box 2", "Silent"})
         terminals.emplace(title, desk.server().start({"xterm", "-T", title, "-e", "sleep", "1000"}));
     const auto prober = desk.client("Prober", 1);
-    const auto stagedBy = [&](const std::string& title) {
+    const auto falsifyProcessNumber = [&](const std::string& title) {
         return desk.runUntil([&] {
             const auto window = prober->windowTitled(title);
             // The program sets the property a moment after it has created its window.
@@ -184,7 +187,7 @@ TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
             return true;
         });
     };
-    for (const auto& [title, terminal] : terminals) ASSERT_TRUE(stagedBy(title)) << title;
+    for (const auto& [title, terminal] : terminals) ASSERT_TRUE(falsifyProcessNumber(title)) << title;
     auto& desktop = desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Liar", "Box 1", "Box 2", "Silent"}));
     for (const auto& [title, terminal] : terminals)
@@ -211,7 +214,7 @@ TEST(DesktopPrograms, AreKnownByTheirNames) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Quitting, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, Quitting, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace

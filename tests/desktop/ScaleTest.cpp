@@ -1,4 +1,4 @@
-// A display with more than one pixel to a point, by the settings that desktops write, and changes of it at run time.
+// The scale of a display (pixels per point), which desktop environments set in two ways and can change at run time.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include <xcb/xcb.h>
@@ -6,7 +6,7 @@
 namespace kova::testing {
 namespace {
 
-constexpr std::uint32_t kTwice = 192 * 1024;
+constexpr std::uint32_t kDpiUnit = 1024; // Xft/DPI is in 1/1024 dots per inch
 
 /// A fake XSETTINGS manager with one setting, Xft/DPI.
 class SettingsManager {
@@ -15,7 +15,7 @@ class SettingsManager {
         client_(client), window_(client.create({.title = "Settings", .isOverrideRedirect = true})) {}
     void write(std::uint32_t dpi) {
         std::string bytes("\0\0\0\0\0\0\0\0\1\0\0\0\0\0\7\0Xft/DPI\0\0\0\0\0", 28);
-        for (int i = 0; i < 4; ++i) bytes += static_cast<char>(dpi >> (8 * i));
+        for (int i = 0; i < 4; ++i) bytes += static_cast<char>((dpi * kDpiUnit) >> (8 * i));
         client_.setText(window_, "_XSETTINGS_SETTINGS", "_XSETTINGS_SETTINGS", bytes);
     }
     void announce() {
@@ -46,22 +46,22 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     const auto draft =
         client->open({.title = "Draft", .frame = makeRect(40, 50, 400, 300), .minimumSize = CGSize{240, 120}});
     auto& desktop = desk.openDesktop();
-    /// Waits until the placement was verified, so that no frame in the old scale is requested later.
+    /// Waits until the placement was verified, so that no frame of the old scale is requested after a change.
     const auto isVerified = [&] {
         return desk.runUntil([&, id = desk.window("Draft").id] { return !desk.service().pendingFrame(id); });
     };
     ASSERT_TRUE(desk.reachesFrame("Draft", makeRect(40, 60, 600, 400), *client, draft) && isVerified());
     int announcements = 0;
     const auto screens = desktop.observeScreens([&] { ++announcements; });
-    /// Waits until the platform interfaces use the scale; it must have been announced once.
+    /// Waits until screens and windows have the scale; the change must have been announced exactly once.
     const auto becomes = [&](double scale, const char* screen, const char* frame) {
-        const bool isSo = desk.runUntil([&] {
+        const bool isReached = desk.runUntil([&] {
             const auto all = desktop.screens();
             const auto window = desk.window("Draft");
             return announcements > 0 && all.size() == 1 && all[0].scale == scale && text(all[0].frame) == screen &&
                    window.frame && text(*window.frame) == frame;
         });
-        return isSo && std::exchange(announcements, 0) == 1;
+        return isReached && std::exchange(announcements, 0) == 1;
     };
     const CGSize before = *desk.window("Draft").minimumSize;
     const auto setResource = [&](const std::string& dpi) {
@@ -80,13 +80,13 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     setResource("144");
     EXPECT_TRUE(becomes(1.5, "0,0 853x533", "133,66 266x200"));
 
-    // The settings manager takes precedence over the resources while it runs.
+    // While it runs, the settings manager takes precedence over the resources.
     const auto panel = desk.client("Panel", 4002);
     SettingsManager manager(*panel);
-    manager.write(96 * 1024);
+    manager.write(96);
     manager.announce();
     EXPECT_TRUE(becomes(1, "0,0 1280x800", "200,100 400x300"));
-    manager.write(kTwice);
+    manager.write(192);
     EXPECT_TRUE(becomes(2, "0,0 640x400", "100,50 200x150"));
     manager.end();
     EXPECT_TRUE(becomes(1.5, "0,0 853x533", "133,66 266x200"));

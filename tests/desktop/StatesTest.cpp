@@ -25,8 +25,8 @@ TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
     const auto code = client->open({.title = "Code"}), film = client->open({.title = "Film"});
     desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Code", "Film"}));
-    client->demandState(code, "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ");
-    client->demandState(film, "_NET_WM_STATE_FULLSCREEN");
+    client->requestState(code, "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ");
+    client->requestState(film, "_NET_WM_STATE_FULLSCREEN");
     ASSERT_TRUE(
         desk.runUntil([&] { return desk.window("Film").isFullScreen && client->area(code).size.width > 1200; }));
     EXPECT_FALSE(desk.window("Code").isFullScreen);
@@ -53,7 +53,7 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatEntersFullScreenBetweenTwoPolls) {
     for (const double pause : {0.0, 0.1, 0.4}) {
         desk.place(window, makeRect(600, 30, 500, 400));
         desk.runFor(Seconds(pause));
-        client->demandState(film, "_NET_WM_STATE_FULLSCREEN");
+        client->requestState(film, "_NET_WM_STATE_FULLSCREEN");
         ASSERT_TRUE(desk.runUntil(isFull)) << pause;
         desk.runFor(Seconds(0.8));
         // The window is in full screen before the request.
@@ -61,27 +61,27 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatEntersFullScreenBetweenTwoPolls) {
         desk.runFor(Seconds(0.8));
         EXPECT_TRUE(isFull()) << pause;
         EXPECT_TRUE(desk.reportedMinimums().empty()) << pause;
-        client->demandState(film, "_NET_WM_STATE_FULLSCREEN", "", TestClient::Demand::remove);
+        client->requestState(film, "_NET_WM_STATE_FULLSCREEN", "", TestClient::StateRequest::remove);
         ASSERT_TRUE(desk.runUntil([&] { return !isFull() && !desk.window("Film").isFullScreen; })) << pause;
     }
 }
 
-TEST_F(Desktop, DistinguishesMinimizedShadedAndOtherDesktopsWindows) {
+TEST_F(Desktop, DistinguishesWindowsThatAreMinimizedShadedOrOnAnotherDesktop) {
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto code = client->open({.title = "Code", .frame = makeRect(20, 40, 500, 400)});
     const auto plan = client->open({.title = "Plan", .frame = makeRect(620, 40, 500, 400)});
     desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Code", "Plan"}));
-    client->demandState(code, "_NET_WM_STATE_SHADED");
+    client->requestState(code, "_NET_WM_STATE_SHADED");
     ASSERT_TRUE(desk.runUntil([&] { return !client->numbers(code, "_NET_WM_STATE").empty(); }));
     desk.runFor(Seconds(0.3));
     EXPECT_FALSE(desk.window("Code").isMinimized);
     EXPECT_TRUE(desk.window("Code").isVisible);
-    client->demandState(code, "_NET_WM_STATE_SHADED", "", TestClient::Demand::remove);
+    client->requestState(code, "_NET_WM_STATE_SHADED", "", TestClient::StateRequest::remove);
 
-    client->ask("_NET_NUMBER_OF_DESKTOPS", client->root(), {2});
-    client->ask("_NET_CURRENT_DESKTOP", client->root(), {1});
+    client->sendToManager("_NET_NUMBER_OF_DESKTOPS", client->root(), {2});
+    client->sendToManager("_NET_CURRENT_DESKTOP", client->root(), {1});
     ASSERT_TRUE(desk.runUntil([&] { return desk.window("Code").isElsewhere; }));
     for (const auto& window : desk.poll()) {
         EXPECT_FALSE(window.isMinimized || window.isVisible) << window.title;
@@ -89,10 +89,10 @@ TEST_F(Desktop, DistinguishesMinimizedShadedAndOtherDesktopsWindows) {
     }
     desk.desktop().hide(4001); // hides only windows on the current desktop
     desk.runFor(Seconds(0.5));
-    client->ask("_NET_WM_DESKTOP", plan, {0xFFFFFFFF});
+    client->sendToManager("_NET_WM_DESKTOP", plan, {0xFFFFFFFF});
     ASSERT_TRUE(desk.runUntil([&] { return desk.window("Plan").isVisible; }));
     EXPECT_FALSE(desk.window("Plan").isElsewhere);
-    client->ask("_NET_CURRENT_DESKTOP", client->root(), {0});
+    client->sendToManager("_NET_CURRENT_DESKTOP", client->root(), {0});
     EXPECT_TRUE(desk.showsExactly({"Code", "Plan"}));
 }
 
@@ -134,15 +134,15 @@ TEST_F(Desktop, MovesAWindowThatKeepsItsSizeIntoItsTile) {
         if (!desk.service().pendingFrame(window.id)) desk.place(window, makeRect(150, 30, 500, 400));
         return text(client->area(film)) == "150,30 300x200";
     }));
-    // Its own size is requested only after several requests for the whole frame.
+    // KOVA requests the whole frame several times before it requests only the new position.
     EXPECT_GE(refusals, 2);
     EXPECT_TRUE(desk.isPolledAs("Film", [&] { return client->area(film); }));
 }
 
-TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
+TEST_F(Desktop, AcceptsTheFrameThatSizeIncrementsAllow) {
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Terminal", 4001);
-    const auto shell = client->open({.title = "Shell", .cells = CGSize{70, 50}});
+    const auto shell = client->open({.title = "Shell", .sizeIncrements = CGSize{70, 50}});
     desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Shell"}));
     const auto placeShell = [&] {
@@ -157,7 +157,7 @@ TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
     EXPECT_EQ(minY(settled), 10);
     EXPECT_NE(settled.size.width, 611);
     EXPECT_TRUE(desk.isPolledAs("Shell", [&] { return settled; }));
-    // The first placement may still send a request; after that the window's frame is accepted.
+    // The first placements may still send requests; after that KOVA accepts the window's frame.
     for (int i = 0; i < 3; ++i) placeShell();
     client->takeConfigureCount(shell);
     placeShell();
@@ -169,7 +169,7 @@ TEST_F(Desktop, IgnoresShadowsOutsideTheVisibleEdge) {
         DesktopUnderTest desk(manager);
         const auto client = desk.client("Photos", 4001);
         const auto album = client->create({.title = "Album"});
-        // Like programs that draw their own title bar.
+        // The properties of a program that draws its own title bar and shadow.
         client->setNumbers(album, "_MOTIF_WM_HINTS", "_MOTIF_WM_HINTS", {2, 0, 0, 0, 0});
         client->setNumbers(album, "_GTK_FRAME_EXTENTS", "CARDINAL", {26, 26, 23, 29});
         client->map(album);
@@ -207,10 +207,10 @@ TEST_F(Desktop, ToleratesWindowsWithFalsePropertiesAndWindowsThatClose) {
         EXPECT_TRUE(desk.showsExactly({"Fleeting", "Honest", "L\xEF\xBF\xBDge"}));
         liar->remove(lie, "_NET_WM_NAME");
         EXPECT_TRUE(desk.showsExactly({"Fleeting", "Honest", "Lüge"}));
-        // Without a believable process number, windows of one connection are one application.
+        // The windows of one connection count as one application if they announce no valid process number.
         EXPECT_GT(desk.window("Lüge").processIdentifier, 4'194'304);
 
-        // Closed between the listing and the request.
+        // The window is closed between the poll and the requests.
         const auto window = desk.window("Fleeting");
         liar->destroy(fleeting);
         desk.place(window, makeRect(0, 0, 300, 300));
@@ -262,7 +262,7 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
     divide("LEFT", false, 0, 1200);
     divide("RIGHT", true, 1200, 800);
     ASSERT_TRUE(desk.runUntil([&] {
-        desk.poll(); // the window manager's work area may be known before the panel
+        desk.poll(); // the window manager may report its work area before the panel is known
         const auto screens = desktop.screens();
         return std::ranges::any_of(screens, [](const Screen& s) { return s.localizedName == "LEFT"; }) &&
                screens.front().localizedName == "RIGHT" && text(screens.front().visibleFrame) == "0,0 800x770";
@@ -301,7 +301,7 @@ TEST_F(Desktop, KnowsTheFocusedWindowAndTheStackingOrder) {
             })) << title;
             EXPECT_EQ(desk.service().focusedWindowID(),
                       WindowID(std::to_string(process) + ":" + std::to_string(window)));
-            // Both cover the point; the one in front is found, also by its order on the screen.
+            // Both windows cover the point. The window in front is found there, and is the first of `onScreenWindows`.
             EXPECT_TRUE(desk.runUntil([&, process = process, window = window] {
                 const auto under = desktop.elementAtPosition({300, 300});
                 return under && under->hash == window && desktop.onScreenWindows().front().processIdentifier == process;
@@ -311,7 +311,8 @@ TEST_F(Desktop, KnowsTheFocusedWindowAndTheStackingOrder) {
     }
 }
 
-// After each change the desktop's connection is not read for a while; without timers, never again.
+// After each change the desktop does not read from its connection until a timer fires. Here no timer fires, so the
+// focus must become known without that connection.
 TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
@@ -323,7 +324,7 @@ TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
         mail->setTitle(inbox, "Inbox of " + std::to_string(process));
         desk.runFor(Seconds(0.05));
         constexpr std::uint32_t kFromPager = 2;
-        notes->ask("_NET_ACTIVE_WINDOW", window, {kFromPager, XCB_CURRENT_TIME, 0});
+        notes->sendToManager("_NET_ACTIVE_WINDOW", window, {kFromPager, XCB_CURRENT_TIME, 0});
         const WindowID id(std::to_string(process) + ":" + std::to_string(window));
         EXPECT_TRUE(desk.runUntil([&] { return desk.service().focusedWindowID() == id; })) << process;
     }
@@ -374,9 +375,9 @@ TEST_F(Desktop, CausesNoTrafficWhileNothingHappens) {
     desk.poll();
     EXPECT_EQ(::poll(&readable, 1, 100), 0);
     EXPECT_EQ(desktop.changeCount(), count);
-    // Changes of properties that polls do not use do not count.
+    // Properties that polls do not use do not change the count.
     client->setNumbers(inbox, "_NET_WM_USER_TIME", "CARDINAL", {1});
-    client->setText(inbox, "WM_NAME", "STRING", "Another name, behind the one that counts");
+    client->setText(inbox, "WM_NAME", "STRING", "Not used: _NET_WM_NAME takes precedence");
     desk.runFor(Seconds(0.1));
     EXPECT_EQ(desktop.changeCount(), count);
     EXPECT_EQ(calls, 0);
@@ -385,7 +386,7 @@ TEST_F(Desktop, CausesNoTrafficWhileNothingHappens) {
     EXPECT_EQ(desk.titles(), std::vector<std::string>{"Sent"});
 }
 
-TEST_F(Desktop, EndsWhenTheServerDoes) {
+TEST_F(Desktop, ReportsTheLostConnectionWhenTheServerEnds) {
     DesktopUnderTest desk(Manager::none);
     const auto client = desk.client("Mail", 4001);
     client->open({.title = "Inbox"});

@@ -14,12 +14,12 @@ namespace kova::testing {
 
 namespace {
 
-struct Freed {
+struct FreeDeleter {
     void operator()(void* memory) const { std::free(memory); }
 };
 template <class T>
-std::unique_ptr<T, Freed> owned(T* reply) {
-    return std::unique_ptr<T, Freed>(reply);
+std::unique_ptr<T, FreeDeleter> owned(T* reply) {
+    return std::unique_ptr<T, FreeDeleter>(reply);
 }
 
 } // namespace
@@ -48,8 +48,8 @@ bool TestClient::waitForManager() {
         return std::ranges::find(windows, window) != windows.end();
     };
     const xcb_window_t probe = create({.title = "Probe"});
-    // A starting window manager may miss the request to map, so it is repeated. A slow one gets more time with each
-    // attempt; otherwise it would always find the window unmapped again.
+    // A starting window manager may miss the map request, so the request is repeated. The pause doubles each time,
+    // since a slow window manager must manage the window before it is unmapped for the next attempt.
     auto pause = std::chrono::milliseconds(20);
     const bool isReady = waitUntil([&] {
         unmap(probe);
@@ -61,8 +61,8 @@ bool TestClient::waitForManager() {
         return isListed(probe);
     });
     destroy(probe);
-    // A slow manager still has to read those requests, and would attribute them to the next client that gets the same
-    // window ids.
+    // A slow window manager may still have requests of these attempts to read. The next client may get the same window
+    // ids, so its windows must not appear before all those requests are handled.
     const xcb_window_t last = open({.title = "Probe"});
     const bool hasRead = isReady && waitUntil([&] { return isListed(last); });
     destroy(last);
@@ -92,15 +92,15 @@ xcb_window_t TestClient::create(const TestWindow& options) {
         xcb_icccm_size_hints_set_min_size(&hints, static_cast<int>(options.minimumSize->width),
                                           static_cast<int>(options.minimumSize->height));
     }
-    if (options.cells) {
-        xcb_icccm_size_hints_set_resize_inc(&hints, static_cast<int>(options.cells->width),
-                                            static_cast<int>(options.cells->height));
+    if (options.sizeIncrements) {
+        xcb_icccm_size_hints_set_resize_inc(&hints, static_cast<int>(options.sizeIncrements->width),
+                                            static_cast<int>(options.sizeIncrements->height));
     }
     xcb_icccm_set_wm_normal_hints(connection_, window, &hints);
     if (options.transientFor != XCB_WINDOW_NONE) {
         setNumbers(window, "WM_TRANSIENT_FOR", "WINDOW", {options.transientFor});
     }
-    if (options.knowsDelete)
+    if (options.hasDeleteProtocol)
         setNumbers(window, "WM_PROTOCOLS", "ATOM", {atom("WM_TAKE_FOCUS"), atom("WM_DELETE_WINDOW")});
     return window;
 }
@@ -169,7 +169,8 @@ void TestClient::remove(xcb_window_t window, const std::string& property) {
     sync();
 }
 
-void TestClient::ask(const std::string& type, xcb_window_t window, const std::vector<std::uint32_t>& numbers) {
+void TestClient::sendToManager(const std::string& type, xcb_window_t window,
+                               const std::vector<std::uint32_t>& numbers) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
@@ -181,10 +182,11 @@ void TestClient::ask(const std::string& type, xcb_window_t window, const std::ve
     sync();
 }
 
-void TestClient::demandState(xcb_window_t window, const std::string& first, const std::string& second, Demand demand) {
+void TestClient::requestState(xcb_window_t window, const std::string& first, const std::string& second,
+                              StateRequest demand) {
     constexpr std::uint32_t kPager = 2;
-    ask("_NET_WM_STATE", window,
-        {demand == Demand::add ? 1U : 0U, atom(first), second.empty() ? 0U : atom(second), kPager});
+    sendToManager("_NET_WM_STATE", window,
+                  {demand == StateRequest::add ? 1U : 0U, atom(first), second.empty() ? 0U : atom(second), kPager});
 }
 
 void TestClient::readEvents() {
@@ -193,18 +195,18 @@ void TestClient::readEvents() {
         const int type = event->response_type & 0x7F;
         if (type == XCB_CLIENT_MESSAGE) {
             const auto* message = reinterpret_cast<const xcb_client_message_event_t*>(event.get());
-            const bool asksToClose = message->type == atom("WM_PROTOCOLS") && message->format == 32 &&
-                                     message->data.data32[0] == atom("WM_DELETE_WINDOW");
-            if (asksToClose) ++deleteCounts_[message->window];
+            const bool isCloseRequest = message->type == atom("WM_PROTOCOLS") && message->format == 32 &&
+                                        message->data.data32[0] == atom("WM_DELETE_WINDOW");
+            if (isCloseRequest) ++closeRequestCounts_[message->window];
         }
         if (type != XCB_CONFIGURE_NOTIFY) continue;
         ++configureCounts_[reinterpret_cast<const xcb_configure_notify_event_t*>(event.get())->window];
     }
 }
 
-int TestClient::deleteCount(xcb_window_t window) {
+int TestClient::closeRequestCount(xcb_window_t window) {
     readEvents();
-    return deleteCounts_[window];
+    return closeRequestCounts_[window];
 }
 
 int TestClient::takeConfigureCount(xcb_window_t window) {
@@ -220,14 +222,14 @@ int TestClient::takeConfigureCount(const std::vector<xcb_window_t>& windows) {
 
 CGRect TestClient::area(xcb_window_t window) const {
     const auto read = [&] {
-        const auto sizeAsked = xcb_get_geometry(connection_, window);
-        const auto placeAsked = xcb_translate_coordinates(connection_, window, root_, 0, 0);
-        const auto size = owned(xcb_get_geometry_reply(connection_, sizeAsked, nullptr));
-        const auto place = owned(xcb_translate_coordinates_reply(connection_, placeAsked, nullptr));
-        if (!size || !place) return CGRect{};
-        return makeRect(place->dst_x, place->dst_y, size->width, size->height);
+        const auto sizeRequest = xcb_get_geometry(connection_, window);
+        const auto originRequest = xcb_translate_coordinates(connection_, window, root_, 0, 0);
+        const auto size = owned(xcb_get_geometry_reply(connection_, sizeRequest, nullptr));
+        const auto origin = owned(xcb_translate_coordinates_reply(connection_, originRequest, nullptr));
+        if (!size || !origin) return CGRect{};
+        return makeRect(origin->dst_x, origin->dst_y, size->width, size->height);
     };
-    // Two requests: the window may have changed between them.
+    // The window may change between the two requests, so both are repeated until two readings are equal.
     CGRect area = read();
     for (CGRect again = read(); again != area; again = read()) area = again;
     return area;

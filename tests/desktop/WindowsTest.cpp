@@ -58,7 +58,7 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
     EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
     client->takeConfigureCount(std::vector{left, right, large});
 
-    // A request without a prompt effect is repeated, so the count is exact only if the effect is prompt.
+    // KOVA repeats a request that has no prompt effect, so only after a prompt effect one event is expected.
     bool wasPrompt = false;
     for (int y = 7; y < 47 && !wasPrompt; ++y) {
         const Seconds start = desk.loop().uptime();
@@ -90,7 +90,7 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
     desk.runFor(Seconds(0.2));
     EXPECT_EQ(client->takeConfigureCount(left), 0);
 
-    // Repeated requests for the same frame are sent when another program moved the window meanwhile.
+    // If a program moved the window away, the same frame can be requested again.
     for (int i = 0; i < 8; ++i) {
         client->configure(left, makeRect(200, 200, 300, 300));
         ASSERT_TRUE(desk.runUntil([&] { return text(*desk.window("Left").frame) != "5,7 630x386"; }));
@@ -99,12 +99,12 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
         desk.service().cancelPlacement(desk.window("Left").id);
     }
 
-    // A window manager enforces minimum sizes, which are learned; the server alone does not.
+    // A window manager enforces minimum sizes, and KOVA learns them; the server alone does not enforce them.
     if (GetParam() == Manager::none) {
         EXPECT_TRUE(desk.reachesFrame("Large", makeRect(10, 300, 300, 300), *client, large));
         return;
     }
-    const auto ask = [&] {
+    const auto placeAndCountMinimums = [&] {
         const auto before = desk.reportedMinimums().size();
         desk.place(desk.window("Large"), makeRect(10, 300, 300, 300));
         desk.service().flush();
@@ -112,17 +112,18 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
         return desk.reportedMinimums().size() - before;
     };
     ASSERT_TRUE(desk.runUntil([&] {
-        ask();
+        placeAndCountMinimums();
         return minX(client->outerFrame(large)) == 10;
     }));
-    EXPECT_EQ(ask(), 1U);
+    EXPECT_EQ(placeAndCountMinimums(), 1U);
     EXPECT_EQ(text(desk.reportedMinimums().back()), text(client->outerFrame(large)));
 }
 
 TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
     DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Player", 4001);
-    const auto film = client->open({.title = "Film"}), shell = client->open({.title = "Shell", .cells = CGSize{7, 13}});
+    const auto film = client->open({.title = "Film"}),
+               shell = client->open({.title = "Shell", .sizeIncrements = CGSize{7, 13}});
     constexpr std::uint32_t kAspect = 1U << 7;
     client->setNumbers(film, "WM_NORMAL_HINTS", "WM_SIZE_HINTS",
                        {kAspect, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 16, 9, 16, 9, 0, 0, 0});
@@ -161,7 +162,7 @@ TEST_P(Windows, AreMinimizedAndRestored) {
         desk.runUntil([&] { return desk.service().focusedWindowID() == window.id && client->focus() == draft; }));
 }
 
-// Window managers animate frames of windows that are minimized and restored.
+// Window managers animate the frame of a window while they minimize or restore it.
 TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
     DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
@@ -209,7 +210,7 @@ TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
     EXPECT_TRUE(desk.reportedMinimums().empty());
 }
 
-// A busy window manager carries out requests late. The last request counts, whatever was read meanwhile.
+// A busy window manager carries out requests late. The last request decides, whatever state polls read before.
 TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
@@ -232,8 +233,8 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
     // Belongs to another application, since an application with a visible window is not hidden.
     const auto other = desk.client("Probe", 4002);
     int probes = 0;
-    // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it. A poll between the requests reads the
-    // state, later than the time for which the effect of a request is assumed.
+    // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it. KOVA assumes the effect of a request only
+    // for a short time; a poll after that time reads the real state before the next request.
     for (const std::string requests : {"m", "r", "mr", "mrm", "rm", "r", "mrmr", "m", "rmr", "mrm", "rmrm", "rh", "u",
                                        "huh", "uh", "uhu", "m", "rhuh", "u"}) {
         desk.server().pauseManager();
@@ -252,7 +253,7 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Windows, ::testing::Values(Manager::none, Manager::openbox),
+INSTANTIATE_TEST_SUITE_P(With, Windows, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace

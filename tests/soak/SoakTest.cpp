@@ -64,7 +64,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         // The address sanitizer must not retain freed memory, since the test would count it.
         session_.setVariable("ASAN_OPTIONS", "quarantine_size_mb=1:detect_leaks=1:malloc_context_size=8");
         agent_ = session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
     }
 
     std::size_t below(std::size_t count) { return random_() % count; }
@@ -79,9 +79,10 @@ class Soak : public ::testing::TestWithParam<Manager> {
     void openWindow() {
         if (windows_.size() >= kMostWindows) return closeWindow();
         const std::size_t application = below(applications_.size());
-        TestWindow traits{.title = "window " + std::to_string(++opened_), .frame = anyFrame(), .knowsDelete = true};
+        TestWindow traits{
+            .title = "window " + std::to_string(++opened_), .frame = anyFrame(), .hasDeleteProtocol = true};
         if (below(5) == 0) traits.minimumSize = CGSize{between(100, 1500), between(100, 800)};
-        if (below(5) == 0) traits.cells = CGSize{7, 14};
+        if (below(5) == 0) traits.sizeIncrements = CGSize{7, 14};
         if (below(8) == 0) traits.type = anyOf({"DIALOG", "UTILITY", "SPLASH", "TOOLBAR"});
         windows_.push_back({application, applications_[application]->open(traits), traits.title});
     }
@@ -223,9 +224,9 @@ class Soak : public ::testing::TestWithParam<Manager> {
             {2, "maximize or fill the screen",
              [this] {
                  withAnyWindow([this](Window& window, TestClient& client) {
-                     client.demandState(window.number,
-                                        anyOf({"_NET_WM_STATE_FULLSCREEN", "_NET_WM_STATE_MAXIMIZED_VERT"}), "",
-                                        below(2) ? TestClient::Demand::add : TestClient::Demand::remove);
+                     client.requestState(window.number,
+                                         anyOf({"_NET_WM_STATE_FULLSCREEN", "_NET_WM_STATE_MAXIMIZED_VERT"}), "",
+                                         below(2) ? TestClient::StateRequest::add : TestClient::StateRequest::remove);
                  });
              }},
             {3, "start terminal", [this] { startTerminal(); }},
@@ -314,7 +315,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
     }
     void expectNoWindowWasClosed() {
         for (const auto& window : windows_) {
-            EXPECT_EQ(applications_[window.application]->deleteCount(window.number), 0) << window.title;
+            EXPECT_EQ(applications_[window.application]->closeRequestCount(window.number), 0) << window.title;
         }
     }
     /// The windows that are neither visible on the screen nor minimized by a window manager.

@@ -28,13 +28,13 @@ class KeyboardAlone : public ::testing::Test {
         left_ = client_.open({.title = "Left"});
         client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
         session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(session_.agentResponds());
         ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
         ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
         ASSERT_EQ(session_.kova({"shortcut", "set", "openPalette", "ctrl+alt+shift+p"}).exitCode, 0);
         // The palette is refused until kova-ui has connected.
         ASSERT_TRUE(eventually([&] { return response({"theme", "list"})["isDrawn"] == true; }));
-        client_.ask("_NET_ACTIVE_WINDOW", left_, {2, 0, 0});
+        client_.sendToManager("_NET_ACTIVE_WINDOW", left_, {2, 0, 0});
         ASSERT_TRUE(eventually([&] { return client_.focus() == left_; }));
     }
 

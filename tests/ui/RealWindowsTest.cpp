@@ -59,7 +59,7 @@ constexpr const char* kBusConfiguration =
 class Desktop {
   public:
     explicit Desktop(const Session& session, const std::string& size = "800x500") :
-        server(size, ClientProcessNumbers::told), session_(session) { // without process numbers Mutter crashes
+        server(size, ClientProcessNumbers::reported), session_(session) { // without process numbers Mutter crashes
         agent.setState(sampleState({.hasMessage = true}));
         if (session.needsBus) startBus();
         startManager();

@@ -31,7 +31,7 @@ class WholeSession : public ::testing::Test {
     }
     void start() {
         session.startAgent();
-        ASSERT_TRUE(session.agentAnswers());
+        ASSERT_TRUE(session.agentResponds());
         ASSERT_TRUE(eventually([&] { return !shown("KOVA footer").empty(); }));
     }
     std::vector<xcb_window_t> shown(const std::string& title) const {
@@ -55,7 +55,7 @@ class WholeSession : public ::testing::Test {
         });
     }
 
-    PrivateServer server{"1280x800", ClientProcessNumbers::told};
+    PrivateServer server{"1280x800", ClientProcessNumbers::reported};
     kova::testing::Session session{server.folder(), server.displayName()};
     TestClient editor{server.displayName(), "Editor", static_cast<std::uint32_t>(getpid())};
     xcb_window_t page = 0;

@@ -36,7 +36,7 @@ class X11Stage final : public ContractDesktop {
   public:
     X11Stage(Manager manager, int scale) :
         manager_(manager), scale_(scale),
-        server_(pixels(kScreenWidth) + "x" + pixels(kScreenHeight), testing::ClientProcessNumbers::told) {
+        server_(pixels(kScreenWidth) + "x" + pixels(kScreenHeight), testing::ClientProcessNumbers::reported) {
         // The programs that a test launches inherit this variable.
         setenv("DISPLAY", server_.displayName().c_str(), 1);
         watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
@@ -76,7 +76,7 @@ class X11Stage final : public ContractDesktop {
              .frame = inPixels(newWindow.frame),
              .minimumSize =
                  newWindow.minimumSize ? std::optional(inPixels({{}, *newWindow.minimumSize}).size) : std::nullopt,
-             .knowsDelete = true,
+             .hasDeleteProtocol = true,
              .transientFor = newWindow.dialogOf ? windows_.at(*newWindow.dialogOf).window : xcb_window_t{}});
         windows_[newWindow.title] = {&client, window};
         // Waits until the window manager has listed and decorated the window.
