@@ -1,4 +1,4 @@
-// The options of the agent, and its messages to the process that started it. The same on every desktop.
+// The options of the agent, and its messages to the process that started it; shared by all platforms.
 #pragma once
 
 #include "app/LogFile.h"
@@ -11,7 +11,7 @@ namespace kova {
 
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitWrongUsage = 2;
-/// Another agent has the session, or the socket cannot be made, so a restart would fail as well.
+/// Another agent manages the session, or the socket cannot be created. A restart would fail as well.
 inline constexpr int kExitSessionNotTaken = 5;
 
 struct AgentOptions {

@@ -1,4 +1,4 @@
-// The agent on a Mac: the implementations of all platform interfaces, and the agent of any desktop with them. Main
+// The agent on a Mac: owns the implementations of all platform interfaces, and the `SessionAgent` that uses them. Main
 // thread.
 #pragma once
 

@@ -88,8 +88,8 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     return std::nullopt;
 }
 
-/// Requests are served after the first poll, so that a client that arranges right after the start affects the existing
-/// windows. In a locked session there is no poll, so they are served at once.
+/// Requests are served after the first poll, so that an arrangement right after the start includes the existing
+/// windows. In a locked session there is no poll, so the wait ends at `until` (uptime).
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
     if (!delegate_.workspace().hasPolled() && queue_.uptime() < until) {
         queue_.after(kFirstPollCheckInterval, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));

@@ -59,7 +59,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
     [NSApp setApplicationIconImage:[NSImage imageNamed:@"AppIcon"]];
     [self listenToStopSignals];
-    std::optional<int> exitCode = kova::kExitFailed; // unless an exception ends the start
+    std::optional<int> exitCode = kova::kExitFailed; // remains if an exception ends the start
     kova::macos::contained([&] { exitCode = self->_agent->start(); });
     if (exitCode) {
         [self showStartProblem];
@@ -106,7 +106,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     });
 }
 
-/// The menu-bar item may be out of sight behind the notch of a display.
+/// Shows a window when the user opens KOVA again, since the notch of a display may cover the menu-bar item.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)__unused application hasVisibleWindows:(BOOL)__unused flag {
     kova::macos::contained([&] {
         if (self->_agent) self->_agent->reopen();

@@ -1,5 +1,5 @@
-// When the Mac opens KOVA or one of its URLs, it also activates KOVA a moment later, although KOVA shows no window, and
-// key presses would reach no window. Decides what to do about an activation. Main thread.
+// When the user opens KOVA or one of its URLs, the Mac activates KOVA a moment later. KOVA shows no window, so key
+// presses would be lost. Decides whether KOVA passes such an activation to another application. Main thread.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -9,7 +9,7 @@
 namespace kova {
 
 enum class OwnDialog { none, shown };
-/// The windows that opening KOVA again shows. kova-ui is an application of its own.
+/// The window that appears when the user opens KOVA: none, or a window of kova-ui, which is another application.
 enum class OpenedWindow { none, ofUserInterface };
 enum class ActivationUse { keep, giveBack, passToUserInterface };
 

@@ -108,8 +108,8 @@ void AppDelegate::stopWorkspace() {
     log(LogLevel::note, "workspace stopped");
 }
 
-/// Installs the monitors of pointer and keys again. Not without the permission, since some desktops never send events
-/// to a monitor that was installed before the permission was granted.
+/// Installs the monitors of pointer and keys again, if the permission is granted: some desktops never send events to a
+/// monitor that was installed before.
 void AppDelegate::installMonitors() {
     removeMonitors();
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
@@ -117,7 +117,7 @@ void AppDelegate::installMonitors() {
     if (layoutShortcuts_) layoutShortcuts_->installMonitors();
 }
 
-/// While KOVA is paused, the shortcut that resumes it works; while the screen cannot be seen, no shortcut does.
+/// While KOVA is paused, the shortcut that resumes KOVA works; while the screen cannot be seen, no shortcut works.
 void AppDelegate::monitorResumeShortcut() {
     if (!workspaceIsSuspendedForSystemTransition_ || !layoutShortcuts_) return;
     layoutShortcuts_->removeMonitors();

@@ -27,7 +27,7 @@
 
 namespace kova {
 
-/// Services of the desktop beside windows; null where the desktop has none. All of them outlive the delegate.
+/// Services of the desktop other than windows; null if the desktop lacks the service. All outlive the delegate.
 struct ShellServices {
     PointerMonitorServicing* pointer = nullptr;
     DividerHandleServicing* dividerHandles = nullptr;
@@ -78,8 +78,8 @@ class AppDelegate {
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
     PermissionRequest& permission() { return permission_; }
 
-    /// Suspends when the first condition begins under which the user cannot see the screen, resumes when the last one
-    /// ends. No-op unless started: the start queries the state itself.
+    /// Suspends the workspace when the first condition begins under which the user cannot see the screen, and resumes
+    /// it when the last such condition ends. No-op unless started: the start queries the state itself.
     void handleSystemActivityEvent(SystemActivityEvent event);
     const SystemActivityState& systemActivityState() const { return systemActivityState_; }
     bool isWorkspaceSuspended() const { return workspaceIsSuspendedForSystemTransition_; }
@@ -105,7 +105,7 @@ class AppDelegate {
     OverlayBoard overlay_;
     std::optional<UserInterfaceController> userInterface_;
     std::optional<KovaSettingsWindowController> settingsWindow_;
-    // While the workspace is started.
+    // These exist while the workspace is started.
     std::optional<BackdropWindowController> backdrop_;
     std::optional<LayoutDividerWindowController> layoutDividers_;
     std::optional<TileFooterWindowController> tileFooters_;

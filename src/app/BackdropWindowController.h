@@ -21,7 +21,7 @@ class BackdropWindowController {
     BackdropWindowController& operator=(const BackdropWindowController&) = delete;
 
     void show();
-    /// Computes the contents again; nothing while closed.
+    /// Computes the contents again; no-op while closed.
     void refresh();
     void close();
 

@@ -1,6 +1,6 @@
-// Where the desktop shows between the windows in tiles: the outer margin, the strips of footers, and the parts of
-// gaps beside the dividers' handles. Some desktops move all windows aside when their wallpaper is clicked, and a press
-// that misses a divider must not cause that.
+// The areas in which the desktop is visible between the windows in tiles: the outer margin, the strips of footers, and
+// the parts of gaps beside the dividers' handles. Some desktops move all windows aside when the wallpaper is clicked. A
+// press that misses a divider must not cause that, so these areas are guarded.
 #pragma once
 
 #include "support/Geometry.h"

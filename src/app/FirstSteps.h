@@ -10,8 +10,8 @@ namespace kova {
 
 enum class UserHistory { newUser, existingUser };
 
-/// One line; absent after the first arrangement, which shows that the user needs no advice, and in sessions in which
-/// no window can be managed, for which there are other messages.
+/// One line of advice. Absent for existing users, after the first arrangement, and in sessions in which no window can
+/// be managed, for which there are other messages.
 inline std::optional<std::string> firstSteps(UserHistory userHistory, const WorkspaceController& workspace) {
     const WorkspaceState& state = workspace.state();
     if (userHistory == UserHistory::existingUser || !state.lastArrangeExplanation->empty() ||

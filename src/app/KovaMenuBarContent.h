@@ -19,7 +19,7 @@ namespace kova {
 /// The character that stands for the key in a Mac's menus; empty if there is none.
 std::string menuKeyEquivalent(const KovaShortcut& shortcut);
 
-/// Services that the menu's entries use; a null service has no entries. All outlive the menu.
+/// Services that the menu's entries use. The entries of a null service are left out. All services outlive the menu.
 struct MenuBarServices {
     AppDelegate& delegate;
     DocumentExchangeControl* documents = nullptr;
@@ -36,7 +36,7 @@ class KovaMenuBarContent final : public MenuServing {
 
     std::vector<MenuEntry> entries() const override;
     bool choose(std::string_view id) override;
-    /// Tells whether the workspace has a message, which is the first line of the menu.
+    /// `message` while the workspace has a status message, which is then the first line of the menu.
     MenuBarSymbol symbol() const;
     /// Calls back whenever the symbol may have changed.
     [[nodiscard]] Subscription observeSymbol(std::function<void()> changed);

@@ -1,7 +1,7 @@
 // Decides when a new user is shown what KOVA does and which permission it needs: at each start until the permission
-// has been given once, and on request. The window is kova-ui's where that program runs, else the desktop's own dialog.
-// A section of the overlay's contents says whether kova-ui's window is shown, so that a kova-ui that starts later shows
-// it. Main thread only.
+// has been granted once, and on request. kova-ui shows a window for this; where kova-ui does not run, the desktop's own
+// dialog is shown. A section of the overlay's contents says whether the window is shown, so that a kova-ui that starts
+// later shows it. Main thread only.
 #pragma once
 
 #include "app/DockAutoHideController.h"
@@ -36,7 +36,8 @@ class KovaOnboardingWindowController final : public OnboardingWindowControl {
     KovaOnboardingWindowController(const KovaOnboardingWindowController&) = delete;
     KovaOnboardingWindowController& operator=(const KovaOnboardingWindowController&) = delete;
 
-    /// At a start: shows the onboarding unless the permission has already been given; in that case it is never shown.
+    /// Call at the agent's start. Shows the onboarding unless it is complete; it counts as complete if the permission
+    /// is already granted.
     void showIfNeeded();
     /// Call when the permission was granted: later starts do not show the onboarding. The dialog closes; the window
     /// continues with the pages for settings and a first arrangement.

@@ -16,12 +16,12 @@ class LaunchAtLoginController {
     LaunchAtLoginController(LaunchAtLoginServicing& service, PreferencesStore& defaults);
 
     const Published<bool>& startsAtLogin() const { return startsAtLogin_; }
-    /// The last error, or what the user still has to allow, until the system's state is the user's choice.
+    /// The last error, or what the user still has to allow; absent once the system's state is what the user chose.
     const Published<std::optional<std::string>>& errorMessage() const { return errorMessage_; }
     /// One sentence: where in the system's settings the user can allow or forbid the start at login.
     std::string guidance() const { return service_.guidance(); }
 
-    /// Registers or unregisters, even if the system's state is the same already.
+    /// Registers or unregisters KOVA, even if the system's state is already as chosen.
     void setStartsAtLogin(bool starts);
     /// Reads the system's state without changing it.
     void refreshStatus();

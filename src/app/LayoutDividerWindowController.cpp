@@ -94,7 +94,7 @@ void LayoutDividerWindowController::guardDesktop(Guards guards) {
 
 void LayoutDividerWindowController::close() {
     if (!isClosed_) {
-        // First, because the restored tiles show their handles again.
+        // The drag is cancelled first, because this restores the tiles and their handles.
         if (std::exchange(held_, std::nullopt)) workspace_.perform(action::CancelDividerDrag{});
         isClosed_ = true;
         shown_.clear();
@@ -141,7 +141,7 @@ std::optional<DisplayLayoutDivider> LayoutDividerWindowController::dividerOf(con
     return found->divider;
 }
 
-/// Layout space runs downwards, the screen upwards.
+/// The y axis of layout space points down, the y axis of screen space up.
 double LayoutDividerWindowController::translation(const Held& held, CGPoint location) const {
     return held.divider.divider.axis == LayoutAxis::horizontal ? location.x - held.start.x : held.start.y - location.y;
 }
@@ -149,7 +149,7 @@ double LayoutDividerWindowController::translation(const Held& held, CGPoint loca
 void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
     using Kind = DividerHandleEvent::Kind;
     if (isRefreshDue_) showHandles();
-    // A copy: the drag may replace the handles.
+    // Copies the divider, since the drag may replace the handles.
     const auto divider = dividerOf(event.handleID);
     switch (event.kind) {
     case Kind::pressed:

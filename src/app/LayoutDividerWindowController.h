@@ -1,6 +1,6 @@
-// Keeps a handle on every divider of every display, turns pointer events on them into divider drags, and shows the
-// dividers in the overlay; guards the desktop between windows if a press on the desktop would move them. Main thread
-// only.
+// Keeps a handle on every divider of every display, turns pointer events on handles into divider drags, and shows the
+// dividers in the overlay. Guards the desktop between windows if a press on the desktop would move windows aside. Main
+// thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"
@@ -24,7 +24,7 @@ class LayoutDividerWindowController {
     LayoutDividerWindowController(const LayoutDividerWindowController&) = delete;
     LayoutDividerWindowController& operator=(const LayoutDividerWindowController&) = delete;
 
-    /// Updates the handles to the present dividers; no-op if nothing has changed.
+    /// Makes the handles match the current dividers; no-op if no divider has changed.
     void refresh();
     /// Removes all handles until the next refresh.
     void close();
@@ -34,9 +34,10 @@ class LayoutDividerWindowController {
         DividerHandle handle;
         DisplayLayoutDivider divider;
     };
+    /// The divider whose handle is pressed.
     struct Held {
         DisplayLayoutDivider divider;
-        CGPoint start{};
+        CGPoint start{}; // of the pointer, screen space
     };
     void refreshSoon();
     void showHandles();

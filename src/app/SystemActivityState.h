@@ -1,4 +1,4 @@
-// Whether the user can see the screen, by the events of the system. A value.
+// Whether the user can see the screen, according to the system's events. A value.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"

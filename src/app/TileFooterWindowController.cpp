@@ -10,10 +10,10 @@ namespace kova {
 
 namespace {
 
-/// The tiles of one footer: one, or those of a span with the anchor first.
+/// The tiles of one footer: a single tile, or all tiles of a span with the anchor first.
 using TileGroup = std::vector<const WorkspaceTile*>;
 
-/// In the order of the tiles; a span has the position of its anchor.
+/// The groups in the order of the tiles; a span has the position of its anchor.
 std::vector<TileGroup> groupsOf(const std::vector<WorkspaceTile>& tiles, const TileAssignments& assignments) {
     std::vector<TileGroup> groups;
     for (const WorkspaceTile& tile : tiles) {

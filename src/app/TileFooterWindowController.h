@@ -27,7 +27,7 @@ class TileFooterWindowController {
     TileFooterWindowController(const TileFooterWindowController&) = delete;
     TileFooterWindowController& operator=(const TileFooterWindowController&) = delete;
 
-    /// Computes the contents again; nothing while closed.
+    /// Computes the contents again; no-op while closed.
     void refresh();
     void close();
 

@@ -69,12 +69,12 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
 }
 
 void WindowDragCoordinator::pressed(CGPoint location) {
-    // A press soon after a release, or the event of the release was lost.
+    // The window of the last press may still be moving to its final frame, or the event of its release was lost.
     if (press_ && !release_) release_ = Release{location, action::DropMode::intoTile};
     finishRelease();
-    const bool asksAtOnce = pointer_.dragsWindowsByAnyPoint() || isNearKnownTitleOrEdge(location);
-    contentPress_ = asksAtOnce ? std::nullopt : std::optional(location);
-    if (asksAtOnce) beginPress(location);
+    const bool beginsAtOnce = pointer_.dragsWindowsByAnyPoint() || isNearKnownTitleOrEdge(location);
+    contentPress_ = beginsAtOnce ? std::nullopt : std::optional(location);
+    if (beginsAtOnce) beginPress(location);
 }
 
 bool WindowDragCoordinator::isNearKnownTitleOrEdge(CGPoint location) const {
@@ -95,7 +95,7 @@ void WindowDragCoordinator::beginPress(CGPoint location) {
     workspace_.perform(action::PressWindow{*windowID});
 }
 
-/// The window may have moved already: its frame at the press is the one last known.
+/// The window may have moved already, so the last polled frame is taken as the frame at the press.
 void WindowDragCoordinator::beginPressByContent(CGPoint location) {
     if (!contentPress_) return;
     const CGPoint start = *contentPress_;
@@ -128,15 +128,15 @@ std::optional<action::WindowDragKind> WindowDragCoordinator::movement() const {
 void WindowDragCoordinator::moved(CGPoint location, action::DropMode mode) {
     if (!press_) beginPressByContent(location);
     if (!press_) return;
-    // If only the window moves, another program moves it.
+    // A window that moves while the pointer does not is moved by a program, not by the user.
     if (!press_->isDragging && isUnmoved(location)) return;
-    const auto what = movement();
-    if (!what) return;
+    const auto kind = movement();
+    if (!kind) return;
     if (!press_->isDragging)
         press_->isDragging = workspace_.perform(action::BeginWindowDrag{press_->windowID, press_->frame});
     if (!press_->isDragging) return;
-    workspace_.perform(action::UpdateWindowDrag{location, *what, mode});
-    press_->movement = *what;
+    workspace_.perform(action::UpdateWindowDrag{location, *kind, mode});
+    press_->movement = *kind;
     press_->mode = mode;
 }
 
@@ -158,12 +158,12 @@ void WindowDragCoordinator::endUnmovedPress() {
 
 void WindowDragCoordinator::finishRelease() {
     if (!press_ || !release_) return;
-    const Release where = *std::exchange(release_, std::nullopt);
-    moved(where.location, where.mode); // a window may follow the pointer with a delay
+    const Release release = *std::exchange(release_, std::nullopt);
+    moved(release.location, release.mode); // a window may follow the pointer with a delay
     if (!press_->isDragging) return endUnmovedPress();
-    const auto what = movement().value_or(action::WindowDragKind::move);
+    const auto kind = movement().value_or(action::WindowDragKind::move);
     press_.reset();
-    workspace_.perform(action::EndWindowDrag{where.location, what, where.mode});
+    workspace_.perform(action::EndWindowDrag{release.location, kind, release.mode});
     board_.refresh(OverlaySection::displays); // the section contains the frames of floating windows
 }
 

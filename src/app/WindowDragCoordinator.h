@@ -16,10 +16,11 @@ namespace kova {
 
 class WindowDragCoordinator {
   public:
-    /// After the release a window may reach its final frame this late.
+    /// The longest time after the release until the window has its final frame.
     static constexpr Seconds kSettlingTime{0.05};
-    /// On desktops on which windows are dragged by their titles and edges, a press elsewhere sends no request to the
-    /// application. A drag of this length may move a window by its content, and sends one.
+    /// On desktops where windows are dragged by titles and edges, a press elsewhere in a window sends no request to its
+    /// application. Once the pointer has moved this far, the window may be dragged by its content, so a request is
+    /// sent.
     static constexpr double kContentDragPoints = 24;
 
     /// All of it outlives the coordinator.

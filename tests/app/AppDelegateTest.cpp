@@ -78,7 +78,8 @@ class SystemActivity : public ::testing::Test {
         for (const auto event : events) desktop.simulate(event);
         passes(0);
     }
-    /// Whether pointer events arrive, each once: dragging a window publishes a drop target.
+    /// Drags a window over the other tile and back. True if a drop target was published; the test fails if it was
+    /// published more than once, as it is if events arrive twice.
     bool monitorsThePointer() {
         const auto& window = desktop.window("Mail");
         const CGPoint title = {minX(window.frame) + 200, minY(window.frame) + 5};
@@ -105,7 +106,7 @@ class SystemActivity : public ::testing::Test {
 
 using enum SystemActivityEvent;
 
-TEST_F(SystemActivity, AnyOfFourConditionsSuspendsAndAllResume) {
+TEST_F(SystemActivity, TheWorkspaceIsSuspendedWhileAnyOfFourConditionsHolds) {
     const std::vector<std::pair<std::vector<SystemActivityEvent>, bool>> steps = {
         {{systemWillSleep}, true},
         {{systemWillSleep}, true},
@@ -188,25 +189,25 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
 
 TEST_F(SystemActivity, ShortcutsAreReleasedWhileTheScreenCannotBeSeen) {
     const KeyCombination right{124, modifierFlag::control | modifierFlag::option};
-    const auto isOurs = [&] { return desktop.keyboard().claimed().contains(right); };
-    const auto steps = [&] {
+    const auto isGrabbed = [&] { return desktop.keyboard().claimed().contains(right); };
+    const auto pressChangesLayout = [&] {
         const auto layout = [&] { return workspace.resolvedLayout(displayID(desktop.screens().front()))->id; };
         const std::string before = layout();
         desktop.keyboard().press(right.keyCode, right.modifierFlags);
         passes(1);
         return layout() != before;
     };
-    EXPECT_FALSE(isOurs());
+    EXPECT_FALSE(isGrabbed());
     startAndArrange();
-    EXPECT_TRUE(isOurs() && steps());
+    EXPECT_TRUE(isGrabbed() && pressChangesLayout());
     simulate({screenDidLock, screensDidSleep});
-    EXPECT_FALSE(isOurs() || steps());
+    EXPECT_FALSE(isGrabbed() || pressChangesLayout());
     simulate({screensDidWake});
-    EXPECT_FALSE(isOurs());
+    EXPECT_FALSE(isGrabbed());
     simulate({screenDidUnlock});
-    EXPECT_TRUE(isOurs() && steps());
+    EXPECT_TRUE(isGrabbed() && pressChangesLayout());
     delegate.stopWorkspace();
-    EXPECT_FALSE(isOurs() || steps());
+    EXPECT_FALSE(isGrabbed() || pressChangesLayout());
 }
 
 TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
@@ -229,7 +230,7 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     EXPECT_TRUE(monitorsThePointer());
 }
 
-/// As on the Mac, where a monitor installed without the permission never gets an event, also after it is granted.
+/// As on the Mac, a monitor that is installed without the permission never gets an event, even after it is granted.
 class SilentWithoutPermission final : public PointerMonitorServicing {
   public:
     explicit SilentWithoutPermission(SimulatedDesktop& desktop) : desktop_(desktop) {}

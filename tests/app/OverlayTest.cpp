@@ -54,7 +54,7 @@ class Overlay : public ::testing::Test {
         }
         return text;
     }
-    std::string hands() {
+    std::string dividerStates() {
         std::string text;
         for (const OverlayDivider& divider : contents().dividers) {
             text += std::string(text.empty() ? "" : " ") + (divider.isHovered ? "hovered" : "-") +
@@ -133,7 +133,7 @@ TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
     EXPECT_FALSE(contents().tiles[0].notice);
 }
 
-TEST_F(Overlay, FocusModeTakesTheFootersOfItsDisplayAlone) {
+TEST_F(Overlay, FocusModeRemovesOnlyTheFootersOfItsDisplay) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
     show();
@@ -171,11 +171,11 @@ TEST_F(Overlay, ALaunchIsPendingUntilItsWindowIsPlacedOrItFailsOrTimesOut) {
     EXPECT_EQ(strips(), "Primary: *Mail | Secondary: *!Notes");
 }
 
-TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
+TEST_F(Overlay, ADraggedWindowIsShownUntilTheReleaseOrTheEndOfMonitoring) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
     const std::string over = "Mail over " + desk.displayIDOf("A").text();
-    const auto drags_ = [&](CGPoint point, ShiftKey shift = ShiftKey::up) {
+    const auto dragTo = [&](CGPoint point, ShiftKey shift = ShiftKey::up) {
         desk.desktop.movePointer(point, shift);
         passes(0.02);
         return drag();
@@ -186,23 +186,23 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     };
     press({1400, 30});
     EXPECT_EQ(drag(), "none");
-    EXPECT_EQ(drags_({1500, 300}), over + " no tile") << "its own tile is no target";
-    EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
+    EXPECT_EQ(dragTo({1500, 300}), over + " no tile") << "its own tile is no target";
+    EXPECT_EQ(dragTo({500, 300}), over + " " + desk.target("A", "focus-main").text());
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
-    EXPECT_EQ(drags_({510, 300}, ShiftKey::down), "none") << "a window dropped with Shift would float";
+    EXPECT_EQ(dragTo({510, 300}, ShiftKey::down), "none") << "a window dropped with Shift would float";
     EXPECT_EQ(strips(), "Primary: *Codex | Secondary: *!Mail");
-    EXPECT_EQ(drags_({500, 300}), over + " " + desk.target("A", "focus-main").text());
+    EXPECT_EQ(dragTo({500, 300}), over + " " + desk.target("A", "focus-main").text());
     desk.desktop.releaseButton();
     passes(0);
-    EXPECT_EQ(drag(), "none") << "at once, although the window may still move";
+    EXPECT_EQ(drag(), "none") << "the drag is hidden at the release, although the window may still move";
     desk.settle();
     EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
     press({1268, 700}, WindowPart::rightEdge);
-    EXPECT_EQ(drags_({1468, 700}), "none") << "a resize has no target";
+    EXPECT_EQ(dragTo({1468, 700}), "none") << "a resize has no target";
     desk.desktop.releaseButton();
     desk.settle();
     press({100, 30});
-    EXPECT_NE(drags_({1900, 300}), "none");
+    EXPECT_NE(dragTo({1900, 300}), "none");
     drags->removeMonitor(); // as a suspension does
     EXPECT_EQ(drag(), "none");
     EXPECT_EQ(strips().find('^'), std::string::npos);
@@ -210,23 +210,23 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     desk.settle();
 }
 
-TEST_F(Overlay, DividersShowThePointerOnThem) {
+TEST_F(Overlay, DividersAreShownAsHoveredOrDragged) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
-    EXPECT_EQ(hands(), "-");
+    EXPECT_EQ(dividerStates(), "-");
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1274,10 12x1392");
     const auto moves = [&](CGPoint point) {
         touched = 0;
         desk.desktop.movePointer(point);
         passes(0.02);
-        return hands();
+        return dividerStates();
     };
     EXPECT_EQ(moves({1280, 700}), "hovered");
     EXPECT_EQ(moves({1281, 710}), "hovered");
-    EXPECT_EQ(touched, 0U) << "motion over it publishes nothing";
+    EXPECT_EQ(touched, 0U) << "motion within the divider changes no section";
     desk.desktop.pressAt({1280, 700});
     passes(0.02);
-    EXPECT_EQ(hands(), "hovered+dragged");
+    EXPECT_EQ(dividerStates(), "hovered+dragged");
     EXPECT_EQ(moves({1480, 700}), "hovered+dragged");
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1474,10 12x1392");
     EXPECT_EQ(describeFrame(contents().tiles[0].windowFrame), "15,15 1454x1382");
@@ -238,9 +238,9 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     desk.desktop.movePointer({1480, 700});
     desk.desktop.pressAt({1480, 700});
     moves({1380, 700});
-    EXPECT_EQ(hands(), "hovered+dragged");
+    EXPECT_EQ(dividerStates(), "hovered+dragged");
     desk.simulate(SystemActivityEvent::screenDidLock);
-    EXPECT_EQ(hands(), "-") << "the release of the button may never be reported";
+    EXPECT_EQ(dividerStates(), "-") << "the release of the button may never be reported";
     desk.simulate(SystemActivityEvent::screenDidUnlock);
     EXPECT_EQ(moves({1360, 700}), "-") << "the drag has ended";
     desk.desktop.releaseButton();

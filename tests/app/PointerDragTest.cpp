@@ -116,7 +116,7 @@ TEST_F(DividerHandles, TogetherWithGuardsCoverTheDesktopBetweenWindows) {
         EXPECT_TRUE(uncoveredParts(desk.desktop.screens().front().visibleFrame, all).empty());
         const double sum = std::accumulate(all.begin(), all.end(), 0.0,
                                            [&](double area, const CGRect& each) { return area + areaOf(each); });
-        // Handles of nested splits end at those of the outer ones, beside which they overlap by the inset.
+        // The handle of a nested split overlaps the handle of its outer split by the inset.
         EXPECT_NEAR(sum, areaOf(desk.desktop.screens().front().visibleFrame), 500) << "no handle lies over a window";
     }
     desk.desktop.userFocuses("Mail");
@@ -187,7 +187,7 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     EXPECT_EQ(minY(handleFrames()[1].frame), minY(across) - 100);
 }
 
-TEST_F(DividerHandles, GoBackWithEscape) {
+TEST_F(DividerHandles, ReturnWithEscape) {
     const auto profile = *desk.state().profile;
     presses({1280, 700}).moves({1580, 700});
     EXPECT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
@@ -201,7 +201,7 @@ TEST_F(DividerHandles, GoBackWithEscape) {
     EXPECT_EQ(newUndoSteps(), 0U);
 }
 
-TEST_F(DividerHandles, ForgetTheirWeightsWithADoubleClick) {
+TEST_F(DividerHandles, ResetTheWeightsWithADoubleClick) {
     presses({1280, 700}).moves({1480, 700}).releases();
     presses({1480, 700}).releases();
     waits(0.5).presses({1480, 700}).releases();
@@ -278,15 +278,15 @@ TEST_F(DraggedWindows, MayFollowThePointerLate) {
     presses({100, 30}, WindowPart::nothing);
     desk.settle();
     releases();
-    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -"); // the first time does not affect the second
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -"); // the first release does not affect the second press
 }
 
-TEST_F(DraggedWindows, ReturnWhenTheyAreDroppedElsewhere) {
+TEST_F(DraggedWindows, ReturnWhenTheyAreNotDroppedOnAnotherTile) {
     desk.desktop.setPanels("A", makeRect(0, 0, 0, 100)); // a panel below
     desk.settle();
     const std::string before = desk.tiles();
-    for (const CGPoint elsewhere : {CGPoint{1280, 700}, CGPoint{1900, 500}, CGPoint{300, 1430}}) {
-        presses({1400, 30}).moves({1500, 300}).moves(elsewhere).releases();
+    for (const CGPoint place : {CGPoint{1280, 700}, CGPoint{1900, 500}, CGPoint{300, 1430}}) {
+        presses({1400, 30}).moves({1500, 300}).moves(place).releases();
         desk.settle();
         desk.expectTiles(before);
     }
@@ -332,7 +332,7 @@ TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
 
 TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
     desk.desktop.setAnnouncesAllChanges(false);
-    // Pressed while its placement is still being verified.
+    // The window is pressed while its placement is still being verified.
     ASSERT_TRUE(
         desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", "secondary-1")}));
     presses({1400, 30}, WindowPart::nothing);
@@ -341,7 +341,7 @@ TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
         waits(0.1);
         ASSERT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 391,285 1254x1382");
     }
-    // The user pressed the window without moving it: polls put it back.
+    // The pointer was not moved, so the user did not drag the window. Polls put it back.
     releases();
     desk.settle();
     desk.expectTiles(kHalves);
@@ -361,7 +361,7 @@ TEST_F(DraggedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
     }
     desk.settle();
     desk.expectTiles(kHalves);
-    // Once the monitor is removed the window is put back.
+    // Polls put the window back once the monitor is removed.
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(1391, 285, 1254, 1382));
     drags->removeMonitor();

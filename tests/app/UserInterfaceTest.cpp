@@ -1,4 +1,4 @@
-// Keeping the overlay's program running: in virtual time, with a simulated program that crashes on command.
+// Starts and restarts of the program that draws the overlay, in virtual time, with a fake program that ends on command.
 #include "app/UserInterfaceController.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/PreferenceKeys.h"
