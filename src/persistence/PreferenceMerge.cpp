@@ -28,8 +28,8 @@ const json* member(const json* object, const std::string& key) {
     return found == object->end() ? nullptr : &*found;
 }
 
-/// An enumeration with a payload is stored as an object whose only key is the case. Two cases must not be merged into
-/// one object.
+/// An enumeration with a payload is stored as an object with one key, the name of the case. Two cases must not be
+/// merged into one object.
 bool areDifferentCases(const Sides& sides) {
     return sides.base && sides.base->size() == 1 && sides.ours->size() == 1 && sides.theirs->size() == 1 &&
            sides.ours->begin().key() != sides.theirs->begin().key();
@@ -37,7 +37,8 @@ bool areDifferentCases(const Sides& sides) {
 
 using Records = std::map<std::string, const json*>;
 
-/// The entries of a list by their ids; absent for any other list.
+/// The records of a list by their ids, none for an absent list; no result if the value is not a list of records with
+/// unique ids.
 std::optional<Records> recordsOf(const json* list) {
     if (!list) return Records();
     if (!list->is_array()) return std::nullopt;
@@ -103,7 +104,7 @@ class Merger {
             const auto found = records.find(id);
             return found == records.end() ? nullptr : found->second;
         };
-        // The side that rearranged the records gives their order; new ones of the other side come last.
+        // The order is that of the side that rearranged the records; new records of the other side come last.
         const bool isOrderOurs = order(sides.ours, *base) != order(sides.base, *ours);
         auto ids = order(isOrderOurs ? sides.ours : sides.theirs, isOrderOurs ? *ours : *theirs);
         const std::set<std::string> ordered(ids.begin(), ids.end());

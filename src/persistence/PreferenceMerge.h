@@ -28,7 +28,8 @@ struct Merged {
     std::vector<std::string> disputed;
 };
 
-/// Objects are merged by member, lists of records with an "id" by record, everything else as a whole.
+/// Merges objects member by member, and lists of records with an "id" record by record. Any other value is taken as a
+/// whole from one side.
 Merged merge(const std::string& place, const MergeSides& sides);
 
 } // namespace kova

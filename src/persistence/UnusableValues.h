@@ -16,7 +16,7 @@ class UnusableValues {
     std::set<std::string, std::less<>> notKept() const;
     /// Records that the values of these keys have a copy at the place.
     void keptAt(const std::set<std::string, std::less<>>& keys, const std::string& place);
-    /// One sentence or two for each, in the order in which they were noted.
+    /// A text for the user about each value, in the order of the `note` calls.
     std::vector<std::string> texts() const;
 
   private:

@@ -91,7 +91,7 @@ json encode(const WorkspaceScene& scene, DateCoding dates) {
             {"placements", encodeAll(scene.placements)}};
 }
 
-/// Reading refuses text with NUL in it, and every document that was written must be readable.
+/// Removes NUL from all texts: reading refuses a text with NUL, and every written document must be readable.
 void dropNul(json& value) {
     if (auto* text = value.get_ptr<json::string_t*>()) {
         std::erase(*text, '\0');
@@ -169,7 +169,7 @@ std::optional<DecodingError> whyUnreadable(const WorkspaceProductDocument& docum
         if (auto error = whyUnreadable(document.scenes[i].displays, path + ".displays")) return error;
         if (auto error = whyUnreadable(document.scenes[i].placements, path + ".placements")) return error;
     }
-    // Indentation makes a list of digits nine and a half times as long, and nothing grows more than that.
+    // Indentation makes a list of one-digit numbers 9.5 times as long; everything else grows less.
     constexpr std::size_t kLargestGrowth = 12;
     if (storedBytes <= kMaximumImportBytes / kLargestGrowth) return std::nullopt;
     if (exported(document).size() > kMaximumImportBytes) return tooLarge();

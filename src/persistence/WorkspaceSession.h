@@ -31,7 +31,7 @@ struct WorkspaceSessionWindow {
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
 
-/// As in the assignments of the workspace; windows by their ids at the time.
+/// The assignments of the workspace, with the window ids of the time at which the session was stored.
 struct WorkspaceSessionTiles {
     std::map<TileTarget, WindowID> assignedWindowIDs;
     std::map<TileTarget, std::vector<WindowID>> stackWindowIDs; // front first
@@ -41,7 +41,7 @@ struct WorkspaceSessionTiles {
 
 /// The tiles of the windows of a Space (virtual desktop) that is not shown.
 struct WorkspaceSessionSpace {
-    std::optional<std::uint64_t> number{}; // absent where Spaces have none
+    std::optional<std::uint64_t> number{}; // absent on desktops that do not number Spaces
     WorkspaceSessionTiles tiles;
     bool operator==(const WorkspaceSessionSpace&) const = default;
 };

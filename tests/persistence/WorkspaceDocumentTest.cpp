@@ -166,7 +166,7 @@ TEST(WorkspaceDocument, OfTwoMembersWithOneNameTheSecondCounts) {
     EXPECT_EQ(decoded(decodeExportedDocument(rule)).rules.front().name, "b");
 }
 
-// The memory test counts the allocations of this test program.
+// The operators new and delete at the end of this file count the allocations of the test program.
 
 std::size_t liveBytes = 0;
 std::size_t peakBytes = 0;
@@ -218,7 +218,7 @@ TEST(WorkspaceDocument, MemoryStaysWithinASmallMultipleOfAnyText) {
 }
 
 #ifdef KOVA_HAS_RAPIDCHECK
-// Round trips of any document.
+// Generators of random documents, which are written and read again.
 
 rc::Gen<std::string> anyText() {
     return rc::gen::element<std::string>("", "Mail", "Büro “1”", "a\tb\n", "\U0001F5A5", "jarvis.quad-grid", "\x7f/\\");
@@ -290,20 +290,21 @@ RC_GTEST_PROP(WorkspaceDocumentProperty, SurvivesBothEncodings, ()) {
     RC_ASSERT(decoded(decodeExportedDocument(exportOf(document))) == document);
 }
 
-RC_GTEST_PROP(WorkspaceDocumentProperty, ExactlyWritableDocumentsAreReadable, ()) {
+RC_GTEST_PROP(WorkspaceDocumentProperty, WhyUnreadableReportsExactlyTheDocumentsThatCannotBeRead, ()) {
     WorkspaceProductDocument document;
     document.scenes.push_back(anyScene());
     auto& scene = document.scenes.front();
     scene.displays.push_back({0, "", 1, "", {}});
     scene.placements.push_back(anyPlacement());
-    // About as many values as one record may have, in one list or in several.
-    const auto near = [] {
+    // A record gets about as many values as it may have, in one list or in several.
+    const auto countNearLimit = [] {
         return *rc::gen::inRange<std::size_t>(kMaximumValuesPerRecord - 20, kMaximumValuesPerRecord);
     };
     auto& splits = scene.displays.back().layoutWeights.splits;
-    if (*rc::gen::arbitrary<bool>()) splits["root"].assign(near(), anyNumber());
+    if (*rc::gen::arbitrary<bool>()) splits["root"].assign(countNearLimit(), anyNumber());
     if (*rc::gen::arbitrary<bool>()) splits["root.1"].assign(*rc::gen::inRange<std::size_t>(0, 30), 1);
-    if (*rc::gen::arbitrary<bool>()) scene.placements.back().claimedSlotIDs.emplace(near(), SlotID(*anyText()));
+    if (*rc::gen::arbitrary<bool>())
+        scene.placements.back().claimedSlotIDs.emplace(countNearLimit(), SlotID(*anyText()));
     const std::string stored = encodeStoredDocument(document);
     const bool isReadable = std::holds_alternative<WorkspaceProductDocument>(decodeStoredDocument(stored));
     RC_ASSERT(!whyUnreadable(document, stored.size()) == isReadable);
@@ -311,7 +312,7 @@ RC_GTEST_PROP(WorkspaceDocumentProperty, ExactlyWritableDocumentsAreReadable, ()
               isReadable);
 }
 
-TEST(WorkspaceDocument, ExportsCanBeImported) {
+TEST(WorkspaceDocument, ExportsThatAreTooLargeToImportAreRefused) {
     WorkspaceProductDocument document;
     WorkspaceScene scene;
     scene.displays.push_back({0, "", 1, "", {{{"root", std::vector<double>(4000, 1)}}}});
