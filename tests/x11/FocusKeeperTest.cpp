@@ -7,7 +7,7 @@
 namespace kova::x11 {
 namespace {
 
-constexpr xcb_window_t kEditor = 10, kMail = 20, kPlayer = 30, kDialog = 31;
+constexpr xcb_window_t kEditor = 10, kMail = 20, kPlayer = 30, kDialogWindow = 31;
 
 class FocusKeeping : public ::testing::Test {
   protected:
@@ -25,7 +25,7 @@ TEST_F(FocusKeeping, FocusesTheFormerWindowAgainWhenARestoredOneTakesTheFocus) {
     EXPECT_EQ(after(kMail, 1.2), kEditor);
     EXPECT_EQ(after(kEditor, 1.3), kNoWindow);
     EXPECT_EQ(after(kNoWindow, 1.3), kNoWindow) << "no window has the focus for a moment";
-    EXPECT_EQ(after(kDialog, 1.4, kPlayer), kEditor) << "a dialog of the restored window";
+    EXPECT_EQ(after(kDialogWindow, 1.4, kPlayer), kEditor) << "a dialog of the restored window";
     EXPECT_EQ(keeper.kept(Seconds(1.4)), kEditor);
     EXPECT_EQ(after(kMail, 2.2), kNoWindow) << "after this time the change of focus is the user's choice";
     EXPECT_EQ(keeper.kept(Seconds(2.2)), std::nullopt);
@@ -60,8 +60,8 @@ TEST_F(FocusKeeping, EndsWhenAnotherWindowIsFocusedOrAProgramTakesTheFocusRepeat
     int refocused = 0;
     for (double uptime = 5.1; uptime < 5.9; uptime += 0.05) refocused += after(kMail, uptime) == kPlayer ? 1 : 0;
     EXPECT_EQ(refocused, 6);
-    keeper.noteRestoreRequested(kDialog, kMail, Seconds(5.9));
-    EXPECT_EQ(after(kDialog, 5.95), kPlayer) << "the limit is per window";
+    keeper.noteRestoreRequested(kDialogWindow, kMail, Seconds(5.9));
+    EXPECT_EQ(after(kDialogWindow, 5.95), kPlayer) << "the limit is per window";
 
     keeper.noteRestoreRequested(kMail, kNoWindow, Seconds(9));
     EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had the focus before";
