@@ -1,5 +1,5 @@
-// The claim to be the one agent of a session: a lock that the system releases however its holder ends. While the claim
-// is held, no other agent listens at the socket's path.
+// The claim to be the only agent of a session: a lock that the system releases whenever the process ends, even if it
+// crashes. While the claim is held, no other agent listens at the socket's path.
 #pragma once
 
 #include "control/client/ControlSocket.h"
@@ -15,7 +15,7 @@ namespace kova {
 
 /// Why the claim failed, for the user.
 struct AgentClaimRefusal {
-    std::optional<pid_t> holder; // the process that has the session, when that is the reason
+    std::optional<pid_t> holder; // the agent that manages the session already, if that is the reason
     std::string message;
 };
 

@@ -53,7 +53,7 @@ void ControlConnection::close() {
     closed_(shared_from_this());
 }
 
-/// From any thread, with locks held.
+/// May be called on any thread and with locks held, so it only schedules the closing.
 void ControlConnection::closeSoon() {
     asio::post(*context_, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->close();
@@ -83,7 +83,7 @@ void ControlConnection::readAvailable() {
     try {
         readInput();
     } catch (const std::exception&) {
-        close(); // out of memory, most likely for this very line
+        close(); // most likely there is not enough memory for this line
     }
 }
 
@@ -253,7 +253,7 @@ bool ControlConnection::sendWhatFits() {
     if (alreadySent_ == unsent_.size()) {
         unsent_ = {}; // an idle client keeps no memory
         alreadySent_ = 0;
-    } else if (alreadySent_ > unsent_.size() / 2) { // seldom, so that a long response is not moved many times
+    } else if (alreadySent_ > unsent_.size() / 2) { // only then, since each erasure moves the rest of a long response
         unsent_.erase(0, alreadySent_);
         alreadySent_ = 0;
     }

@@ -91,7 +91,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
 
     struct Pending {
         jsonrpc::Message message;
-        std::size_t bytes; // of the line that it came in
+        std::size_t bytes; // of the line that contained the message
     };
 
     // Shared by both threads

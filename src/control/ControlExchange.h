@@ -1,5 +1,5 @@
-// One message of a client on the main queue: its requests are carried out in order, one per turn, so that a long batch
-// delays no other client. A response may come later. Main thread only.
+// One message of a client on the main queue: its requests are carried out in order, each in a task of its own, so that
+// a long batch delays no other client. A response may come later. Main thread only.
 #pragma once
 
 #include "control/ControlConnection.h"
@@ -35,7 +35,7 @@ class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
     const std::shared_ptr<ControlConnection> connection_;
     const jsonrpc::Message message_;
     const std::size_t longestBatchResponse_;
-    std::size_t at_ = 0;
+    std::size_t at_ = 0;            // the index of the next entry of the message
     std::size_t responseBytes_ = 0; // of all responses so far, which the connection holds
 };
 

@@ -48,13 +48,13 @@ class ControlPeer {
     /// Sends a notification: one line, without its line break. Never waits; a client that leaves too much unread is
     /// disconnected. Main thread.
     virtual void send(const std::string& line) = 0;
-    /// Sends the notification, but never between a request of the client that is being carried out and its response.
-    /// Main thread.
+    /// Sends the notification; if a request of the client is being carried out, only after its response. Main thread.
     virtual void sendAfterResponse(const std::string& line) { send(line); }
     /// False once the client has disconnected. Any thread.
     virtual bool isConnected() const = 0;
-    /// Calls `told` when the client has disconnected, immediately if it has already; on any thread. Any thread.
-    virtual void whenDisconnected(std::function<void()> told) = 0;
+    /// Calls `callback`, on any thread, when the client has disconnected; immediately if it has disconnected already.
+    /// Any thread.
+    virtual void whenDisconnected(std::function<void()> callback) = 0;
 };
 
 class ControlHandling {

@@ -119,7 +119,7 @@ class ControlServer::Listener {
                 context_->run();
                 return;
             } catch (const std::exception&) {
-                // Out of memory for one client; the others are still served.
+                // There was not enough memory for one client; the others are still served.
             }
         }
     }

@@ -22,7 +22,7 @@ struct ControlServerLimits {
     std::size_t unsentBytes = 4 * 1024 * 1024;       // of one client: a subscriber that leaves more unread is dropped
     std::size_t totalUnsentBytes = 64 * 1024 * 1024; // of all clients, see `UnsentBudget`
     std::size_t longestBatchResponse = 4 * 1024 * 1024; // in bytes: later requests of the batch are refused
-    std::size_t unansweredRequests = 64;                // of one client; further ones are read once some are answered
+    std::size_t unansweredRequests = 64;                // of one client; no more are read until some have responses
     std::optional<uid_t> onlyUser{};                    // the user that may connect; this process's own when absent
 };
 
@@ -30,8 +30,8 @@ class ControlServer {
   public:
     /// The queue and the handling outlive the server. Main thread, as for all calls.
     ControlServer(AgentClaim claim, MainQueue& queue, ControlHandling& handling, ControlServerLimits limits = {});
-    /// Closes every connection and removes the socket. Earlier responses have been passed to the system by then. Waits
-    /// for the control thread, which finishes at most one line.
+    /// Passes earlier responses to the system, closes every connection and removes the socket. Waits for the control
+    /// thread, which finishes at most one line.
     ~ControlServer();
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;

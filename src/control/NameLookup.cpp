@@ -91,7 +91,7 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
 
     const std::string folded = lowercased(wanted);
     auto found = matching(things, [&](const std::string& name) { return name == folded; });
-    // A small number is never a part of an id: “2” is an error if there is only one display.
+    // A small number means a place in the list, never a part of an id: “2” is an error if there is only one display.
     const bool isPlace = numbered == Numbered::yes && isNumber && number < kFirstNumberInNames;
     if (found.empty() && !folded.empty() && !isPlace) {
         found = matching(things, [&](const std::string& name) { return name.find(folded) != std::string::npos; });
@@ -155,7 +155,7 @@ ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, s
     if (findLayout(controller.catalogue(), std::string(wanted))) return std::string(wanted);
     std::vector<NamedThing> layouts;
     for (const LayoutDefinition& layout : controller.catalogue()) {
-        // “six-grid” is jarvis.six-grid, though other names begin with it.
+        // “six-grid” means jarvis.six-grid, although it is also the beginning of other names.
         const std::string lastComponent = layout.id.substr(layout.id.rfind('.') + 1);
         layouts.push_back({layout.id, {layout.name, lastComponent}, layout.id + "  " + layout.name});
     }

@@ -49,8 +49,8 @@ ControlResult<SlotID> lookUpSlotOfAnyLayout(const WorkspaceController& controlle
 /// The layout's id.
 ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted);
-/// Finds a window for an operation on its whole application: a name that matches several of its windows means the
-/// first.
+/// Finds a window for an operation on its whole application: if several windows of one application match, the result is
+/// the first of them.
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
 /// Finds a window, or else a dialog by its id or title.
 ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);

@@ -1,4 +1,4 @@
-// The changes that concern the settings topic.
+// Observes everything that the settings window shows.
 #pragma once
 
 #include "control/ControlMethods.h"

@@ -29,8 +29,8 @@ class UnsentBudget {
         Account(const Account&) = delete;
         Account& operator=(const Account&) = delete;
 
-        /// Sets the client's unread bytes; less than before means that it has read some. A single client may hold more
-        /// than the limit while no other holds anything.
+        /// Sets the number of the client's unread bytes; a smaller number than before means that the client has read
+        /// some. A client may hold more than the limit while no other client holds anything.
         void hold(std::size_t bytes, Clock::time_point now = Clock::now());
         bool isDropped() const { return isDropped_; }
 
@@ -51,7 +51,7 @@ class UnsentBudget {
     const std::size_t bytesAllowed_;
     mutable Mutex mutex_; // guards the accounts' members, too
     std::list<Account*> accounts_ KOVA_GUARDED_BY(mutex_);
-    std::size_t bytesHeld_ KOVA_GUARDED_BY(mutex_) = 0; // without the dropped ones
+    std::size_t bytesHeld_ KOVA_GUARDED_BY(mutex_) = 0; // of the accounts that are not dropped
 };
 
 } // namespace kova

@@ -23,7 +23,7 @@ namespace kova {
 class UserInterfaceDialogs final : public AlertServicing, public DocumentExchangeControl {
   public:
     using Clients = std::vector<std::weak_ptr<ControlPeer>>;
-    /// Asks the clients that draw the overlay to show something.
+    /// Sends requests to the clients that draw the overlay.
     struct Connection {
         std::function<Clients(const std::string& what, const nlohmann::json& parameters)>
             show; // the clients that got the request
@@ -37,12 +37,12 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     void connect(std::optional<Connection> connection) { connection_ = std::move(connection); }
 
     void inform(const Alert& alert) override;
-    /// The answer is false, too, when the clients disconnect before they answer.
+    /// Passes the user's answer to `answer`; false also if all clients disconnect before the user has answered.
     void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) override;
     /// The user's answer to the alert with "id"; the result says whether it was still open.
     ControlReply answer(const JsonCursor& parameters);
 
-    /// A client has disconnected: cancels the question if no other client shows it.
+    /// Call after a client has disconnected: cancels the question if no other client shows it.
     void clientDisconnected();
 
     bool isQuestionOpen() const { return open_.has_value(); }

@@ -84,7 +84,7 @@ TEST(AgentClaim, RejectsFoldersThatOtherUsersCanEnter) {
         ASSERT_EQ(chown((folder.path() / "foreign").c_str(), 1, 1), 0);
         EXPECT_NE(refusalOf(at("foreign")), "");
     }
-    // A lock that is a link is not followed.
+    // A lock file that is a symbolic link is refused.
     fs::create_symlink(folder.path() / "elsewhere", folder.path() / "open" / "other.sock.lock");
     EXPECT_NE(refusalOf({(folder.path() / "open" / "other.sock").string(), true}), "");
     EXPECT_FALSE(fs::exists(folder.path() / "elsewhere"));

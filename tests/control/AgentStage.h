@@ -72,7 +72,7 @@ class AgentStage {
         return SocketClient(socketPath(), [this] { runAgentOnce(); });
     }
 
-    /// Opens windows again of applications that were ended.
+    /// Starts the applications that were ended again, each with a window.
     void reopen() {
         for (const char* name : {"Mail", "Notes", "Terminal"}) {
             if (!desk.desktop.isRunning(name)) desk.opens(name);
@@ -80,7 +80,7 @@ class AgentStage {
         desk.settle();
     }
 
-    /// A store of which the test decides when a save ends, and with which result.
+    /// A store for which the test decides when a save ends, and with which result.
     class Disk final : public MemoryPreferencesStore {
       public:
         void save(SaveHandler done) override {

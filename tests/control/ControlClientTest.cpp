@@ -1,4 +1,4 @@
-// The client's half of the socket.
+// The client's end of the socket.
 #include "control/client/ControlClient.h"
 #include "control/client/ControlSocket.h"
 #include "tests/linux/TemporaryFolder.h"

@@ -19,7 +19,7 @@ TEST_F(AgentMethods, EveryMethodIsDocumentedWithAnExampleThatWorks) {
         const json parsed = json::parse(request);
         const std::string method = parsed["method"];
         reopen();
-        json reply = connection.ask(request);
+        json reply = connection.request(request);
         while (reply.contains("method")) reply = connection.message(); // notifications
         ASSERT_TRUE(reply.contains("result")) << request << reply;
         EXPECT_EQ(schemaViolation(schema, "result:" + method, reply["result"]), "") << request;

@@ -1,5 +1,4 @@
-// The socket alone, with an agent behind it that only echoes: whatever a client sends or leaves unsent, the others are
-// served.
+// The socket with a fake agent that only echoes. Whatever one client sends or does not send, the others are served.
 #include "control/ControlHandling.h"
 #include "control/ControlServer.h"
 #include "control/client/ControlClient.h"
@@ -32,7 +31,7 @@ class EchoingAgent : public ControlHandling {
                 ControlResponder respond) override {
         ++count;
         if (request.method == "later") {
-            if (!request.parameters.empty()) peer->sendAfterResponse(request.parameters["tells"].dump());
+            if (!request.parameters.empty()) peer->sendAfterResponse(request.parameters["notifies"].dump());
             return held.push_back(std::move(respond));
         }
         if (request.method == "count") return respond(json(count));
@@ -127,20 +126,20 @@ TEST_F(LineProtocol, RespondsToEachKindOfLineAsJsonRpcRequires) {
     };
     auto connection = client();
     for (const Case& c : cases) {
-        const json reply = connection.ask(c.line);
+        const json reply = connection.request(c.line);
         SCOPED_TRACE(c.line.substr(0, 100) + " → " + reply.dump().substr(0, 300));
         EXPECT_EQ(codeOf(reply), c.code);
         EXPECT_EQ(reply.value("jsonrpc", ""), "2.0");
         EXPECT_EQ(reply["id"], c.id);
         EXPECT_NE(reply.contains("error"), reply.contains("result"));
     }
-    // The longest line that is allowed, and one that comes in single bytes.
+    // The longest allowed line gets a response, and so does a line that is sent byte by byte.
     const std::string start = R"({"jsonrpc":"2.0","id":7,"method":"echo","params":{"a":")";
     const std::string filling(kLongestControlLine - start.size() - 3, 'a');
-    EXPECT_EQ(echoed(connection.ask(start + filling + "\"}}"))["a"].get<std::string>(), filling);
+    EXPECT_EQ(echoed(connection.request(start + filling + "\"}}"))["a"].get<std::string>(), filling);
     for (const char c : std::string(kEcho)) connection.send(std::string(1, c));
-    EXPECT_EQ(echoed(connection.ask("")), json({{"a", 1}}));
-    EXPECT_EQ(connection.ask(R"({"jsonrpc":"2.0","id":1,"method":"refuse"})")["error"]["data"],
+    EXPECT_EQ(echoed(connection.request("")), json({{"a", 1}}));
+    EXPECT_EQ(connection.request(R"({"jsonrpc":"2.0","id":1,"method":"refuse"})")["error"]["data"],
               json({{"choices", {"a"}}}));
 }
 
@@ -148,20 +147,20 @@ TEST_F(LineProtocol, CarriesOutBatchesInOrderAndDoesNotRespondToNotifications) {
     listen();
     auto connection = client();
     const std::string notification = R"({"jsonrpc":"2.0","method":"fail"})";
-    const json replies =
-        connection.ask("[" + std::string(kEcho) + "," + notification + R"(,5,{"jsonrpc":"2.0","id":2,"method":"x"}])");
+    const json replies = connection.request("[" + std::string(kEcho) + "," + notification +
+                                            R"(,5,{"jsonrpc":"2.0","id":2,"method":"x"}])");
     ASSERT_EQ(replies.size(), 3u) << replies;
     EXPECT_EQ(echoed(replies[0]), json({{"a", 1}}));
     EXPECT_EQ(codeOf(replies[1]), controlCode::invalidRequest);
     EXPECT_EQ(codeOf(replies[2]), controlCode::methodNotFound);
 
     connection.send(notification + "\n[" + notification + "]\n");
-    EXPECT_EQ(connection.ask(kEcho)["id"], 7) << "a notification got a response";
+    EXPECT_EQ(connection.request(kEcho)["id"], 7) << "a notification got a response";
     EXPECT_EQ(agent.count, 6);
 
     std::string large = "[" + notification;
     for (int i = 0; i < 100; ++i) large += "," + notification;
-    EXPECT_EQ(codeOf(connection.ask(large + "]")), controlCode::invalidRequest);
+    EXPECT_EQ(codeOf(connection.request(large + "]")), controlCode::invalidRequest);
     EXPECT_EQ(agent.count, 6);
 }
 
@@ -173,7 +172,7 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
         if (i % 2 == 1) silent.back().send(kEcho.substr(0, 30));
     }
     auto connection = client();
-    EXPECT_EQ(echoed(connection.ask(kEcho)), json({{"a", 1}}));
+    EXPECT_EQ(echoed(connection.request(kEcho)), json({{"a", 1}}));
 
     rusage before{}, after{};
     getrusage(RUSAGE_SELF, &before);
@@ -184,9 +183,9 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     // Clients with an incomplete line get an error when they close, and their places are free again.
     silent[1].endSending();
     EXPECT_EQ(codeOf(silent[1].message()), controlCode::parseError);
-    EXPECT_TRUE(silent[1].hungUp());
+    EXPECT_TRUE(silent[1].isClosedByAgent());
     silent[0].endSending();
-    EXPECT_TRUE(silent[0].hungUp());
+    EXPECT_TRUE(silent[0].isClosedByAgent());
 }
 
 TEST_F(LineProtocol, RespondsToAllPipelinedRequestsAndThenDisconnects) {
@@ -203,10 +202,10 @@ TEST_F(LineProtocol, RespondsToAllPipelinedRequestsAndThenDisconnects) {
     connection.send(many);
     connection.endSending();
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    EXPECT_LE(queue.pendingCount(), 1U) << "an eager client is handled before others";
+    EXPECT_LE(queue.pendingCount(), 1U) << "only one request of a client may be on the main queue";
     isAgentBusy = false;
     for (std::size_t i = 0; i < kCount; ++i) ASSERT_EQ(connection.message()["id"], i);
-    EXPECT_TRUE(connection.hungUp());
+    EXPECT_TRUE(connection.isClosedByAgent());
 }
 
 TEST_F(LineProtocol, DropsOnlyClientsThatDoNotRead) {
@@ -215,8 +214,8 @@ TEST_F(LineProtocol, DropsOnlyClientsThatDoNotRead) {
     auto other = client();
     unreading.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":1000,"lines":100000}})"
                    "\n");
-    EXPECT_EQ(echoed(other.ask(kEcho)), json({{"a", 1}}));
-    EXPECT_TRUE(unreading.hungUp());
+    EXPECT_EQ(echoed(other.request(kEcho)), json({{"a", 1}}));
+    EXPECT_TRUE(unreading.isClosedByAgent());
     // A client that reads gets everything, even more than the queue may hold.
     other.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":3000000,"lines":1}})"
                "\n");
@@ -228,26 +227,26 @@ TEST_F(LineProtocol, AcceptsOnlyThisUserUpToALimit) {
     listen({.connections = 2});
     auto first = client();
     auto second = client();
-    EXPECT_EQ(first.ask(kEcho)["id"], 7);
-    EXPECT_EQ(second.ask(kEcho)["id"], 7);
+    EXPECT_EQ(first.request(kEcho)["id"], 7);
+    EXPECT_EQ(second.request(kEcho)["id"], 7);
     auto third = client();
     const std::string full = third.message()["error"].value("message", "");
     EXPECT_EQ(full, "The agent serves 2 clients already and takes no more; end some of them and try again");
-    EXPECT_TRUE(third.hungUp());
+    EXPECT_TRUE(third.isClosedByAgent());
     first.endSending();
-    EXPECT_TRUE(first.hungUp());
-    EXPECT_EQ(client().ask(kEcho)["id"], 7);
+    EXPECT_TRUE(first.isClosedByAgent());
+    EXPECT_EQ(client().request(kEcho)["id"], 7);
 
     server.reset();
     listen({.onlyUser = geteuid() + 1});
-    EXPECT_TRUE(client().hungUp());
+    EXPECT_TRUE(client().isClosedByAgent());
 }
 
 TEST_F(LineProtocol, TheResponseToABatchIsLimitedAndABatchDelaysNoOtherClient) {
     listen({.longestBatchResponse = 100'000});
     auto connection = client();
     const std::string large = R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":60000}})";
-    json replies = connection.ask("[" + large + "," + large + "," + large + "," + std::string(kEcho) + "]");
+    json replies = connection.request("[" + large + "," + large + "," + large + "," + std::string(kEcho) + "]");
     ASSERT_EQ(replies.size(), 4u);
     EXPECT_EQ(replies[1]["result"].get<std::string>().size(), 60'000u) << "the response that reaches the limit is sent";
     for (const std::size_t i : {2u, 3u}) EXPECT_EQ(codeOf(replies[i]), controlCode::refused) << i;
@@ -278,7 +277,7 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     // Input of one client may be read after later input of another, so the test waits for both.
     const auto isHeld = [&](std::size_t count) {
         return waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() >= count; }) &&
-               other.ask(kEcho)["id"] == 7 && agent.held.size() == count;
+               other.request(kEcho)["id"] == 7 && agent.held.size() == count;
     };
     const std::string later = R"({"jsonrpc":"2.0","id":"later","method":"later"})";
     connection.send(later + "\n[" + later + "," + std::string(kEcho) + "]\n" + std::string(kEcho) + "\n");
@@ -290,18 +289,18 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     EXPECT_EQ(connection.message().size(), 2u);
     EXPECT_EQ(connection.message()["id"], 7);
 
-    connection.send(R"({"jsonrpc":"2.0","id":3,"method":"later","params":{"tells":"news"}})"
+    connection.send(R"({"jsonrpc":"2.0","id":3,"method":"later","params":{"notifies":"notification"}})"
                     "\n");
     ASSERT_TRUE(isHeld(3)) << agent.held.size();
     agent.held[2](json("c"));
     EXPECT_EQ(connection.message()["result"], "c");
-    EXPECT_EQ(connection.message(), "news") << "not before the response";
+    EXPECT_EQ(connection.message(), "notification") << "the notification follows the response";
 
     connection.send(later + "\n");
     ASSERT_TRUE(isHeld(4)) << agent.held.size();
     server.reset();
     agent.held[3](json("too late"));
-    EXPECT_TRUE(connection.hungUp());
+    EXPECT_TRUE(connection.isClosedByAgent());
 }
 
 TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
@@ -311,7 +310,7 @@ TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
         unreading.push_back(client());
         unreading.back().send(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":1000000}})"
                               "\n");
-        EXPECT_EQ(client().ask(kEcho)["id"], 7);
+        EXPECT_EQ(client().request(kEcho)["id"], 7);
     }
     int ended = 0;
     for (auto& each : unreading) ended += each.line() ? 0 : 1; // a dropped client does not get the whole line
@@ -319,7 +318,7 @@ TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
     EXPECT_LE(ended, 39) << "no client is served";
     // A client that reads gets even a response that exceeds the limit.
     auto reading = client();
-    EXPECT_EQ(echoed(reading.ask(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":5000000}})"))
+    EXPECT_EQ(echoed(reading.request(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":5000000}})"))
                   .get<std::string>()
                   .size(),
               5'000'000u);
@@ -330,7 +329,7 @@ TEST_F(LineProtocol, ResponsesOfIncompleteBatchesCountAsUnread) {
     const std::string batch = R"([{"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":900000}},)"
                               R"({"jsonrpc":"2.0","id":2,"method":"later"}])"
                               "\n";
-    // In the second round the first one no longer counts.
+    // The second round shows that the responses of the first round are no longer counted.
     for (int round = 0; round < 2; ++round) {
         agent.held.clear();
         std::vector<SocketClient> clients;
@@ -339,7 +338,7 @@ TEST_F(LineProtocol, ResponsesOfIncompleteBatchesCountAsUnread) {
             clients.back().send(batch);
             ASSERT_TRUE(waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() == i + 1; }));
         }
-        for (std::size_t i = 0; i < 5; ++i) EXPECT_TRUE(clients[i].hungUp()) << i;
+        for (std::size_t i = 0; i < 5; ++i) EXPECT_TRUE(clients[i].isClosedByAgent()) << i;
         for (const auto& respond : std::vector(agent.held)) respond(json("done"));
         for (std::size_t i = 5; i < 8; ++i) EXPECT_EQ(clients[i].message().size(), 2u) << i;
     }
@@ -357,19 +356,20 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
         return std::clock() - begun;
     };
     auto first = client();
-    const auto timeOfOneLine = timeOf([&] { first.ask(objects); });
+    const auto timeOfOneLine = timeOf([&] { first.request(objects); });
     std::vector<SocketClient> busy;
     for (int i = 0; i < 30; ++i) {
         busy.push_back(client());
         busy.back().send(objects + "\n");
     }
-    EXPECT_LT(timeOf([&] { server.reset(); }), 8 * timeOfOneLine) << "at most the line in work is finished";
+    EXPECT_LT(timeOf([&] { server.reset(); }), 8 * timeOfOneLine)
+        << "the server finishes only the line that it is reading";
 }
 
-TEST_F(LineProtocol, WaitsForDescriptorsWhenItHasNone) {
+TEST_F(LineProtocol, AcceptsClientsAgainOnceDescriptorsAreFree) {
     listen();
     auto present = client();
-    EXPECT_EQ(present.ask(kEcho)["id"], 7);
+    EXPECT_EQ(present.request(kEcho)["id"], 7);
     rlimit usual{};
     getrlimit(RLIMIT_NOFILE, &usual);
     SocketClient waiting(
@@ -390,19 +390,19 @@ TEST_F(LineProtocol, WaitsForDescriptorsWhenItHasNone) {
                1'000'000 * (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec);
     };
     EXPECT_LE(micros(after) - micros(before), 50'000) << "the server retries without a pause";
-    EXPECT_EQ(present.ask(kEcho)["id"], 7);
+    EXPECT_EQ(present.request(kEcho)["id"], 7);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
-    EXPECT_EQ(waiting.ask(kEcho)["id"], 7);
+    EXPECT_EQ(waiting.request(kEcho)["id"], 7);
 }
 
-TEST_F(LineProtocol, EndsWithItsServer) {
+TEST_F(LineProtocol, ConnectionsEndWithTheServer) {
     listen();
     auto connection = client();
-    EXPECT_EQ(connection.ask(kEcho)["id"], 7);
+    EXPECT_EQ(connection.request(kEcho)["id"], 7);
     connection.send(std::string(kEcho) + "\n");
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     server.reset(); // a request is in the queue
-    EXPECT_TRUE(connection.hungUp());
+    EXPECT_TRUE(connection.isClosedByAgent());
     EXPECT_EQ(agent.count, 1);
     EXPECT_FALSE(std::filesystem::exists(path()));
     EXPECT_THROW(client(), std::runtime_error);

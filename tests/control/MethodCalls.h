@@ -16,7 +16,7 @@ class MethodCalls : public testing::Test, public AgentStage {
     using json = nlohmann::json;
 
     static json call(SocketClient& by, const std::string& method, json parameters = json::object()) {
-        return by.ask(
+        return by.request(
             json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
     }
     json call(const std::string& method, json parameters = json::object()) {
@@ -29,7 +29,7 @@ class MethodCalls : public testing::Test, public AgentStage {
         EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
         return found;
     }
-    /// The error text of a method that is refused, or that fails with another code.
+    /// Expects that the method fails with this code; returns the error text.
     std::string refusal(const std::string& method, json parameters = json::object(), int code = controlCode::refused) {
         const json reply = call(method, std::move(parameters));
         EXPECT_EQ(reply["error"]["code"], code) << reply;

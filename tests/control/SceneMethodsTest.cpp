@@ -26,7 +26,7 @@ TEST_F(SceneMethods, ASceneIsFoundByItsWholeNameOrItsId) {
     const json second = result("scene.capture", {{"name", "Desk"}})["scene"];
     const auto shown = [&](const std::string& name) { return result("scene.show", {{"scene", name}})["scene"]["id"]; };
     EXPECT_EQ(shown("Desk"), second["id"]);
-    EXPECT_EQ(shown("DESK"), first["id"]) << "the first in another case";
+    EXPECT_EQ(shown("DESK"), first["id"]) << "the first scene whose name differs only in case";
     EXPECT_EQ(shown(second["id"]), second["id"]);
     EXPECT_TRUE(
         refusal("scene.delete", {{"scene", "Des"}}).starts_with("There is no scene “Des”. Did you mean “desk”?"));
@@ -136,7 +136,7 @@ TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatRevertsADeletion) {
     EXPECT_EQ(undoOfMessage(), "undo");
 }
 
-TEST_F(SceneMethods, AnyIndexOfAFileCanBeShown) {
+TEST_F(SceneMethods, TheLargestIndexInAFileCanBeShown) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});
     json file = json::parse(std::get<std::string>(desk.controller().exportWorkspaceDocument()));
@@ -172,16 +172,16 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
     EXPECT_EQ(rules[3]["windows"][0]["decides"], false) << "the first rule decides";
     result("rule.delete", {{"rule", "4"}});
 
-    const json asked = result("rule.test", {{"window", "mail"}});
-    EXPECT_EQ(asked["rule"]["id"], mail["rule"]["id"]);
-    EXPECT_EQ(asked["reasons"][1]["verdict"], "notConsulted");
+    const json ruleTest = result("rule.test", {{"window", "mail"}});
+    EXPECT_EQ(ruleTest["rule"]["id"], mail["rule"]["id"]);
+    EXPECT_EQ(ruleTest["reasons"][1]["verdict"], "notConsulted");
     result("rule.disable", {{"rule", "1"}});
     EXPECT_EQ(result("rule.test", {{"window", "mail"}})["reasons"][0]["verdict"], "disabled");
     EXPECT_EQ(result("rule.enable", {{"rule", "mail → secondary-1"}})["rule"]["isEnabled"], true);
 
     const json changed = result("rule.change", {{"rule", "terminal"}, {"disposition", "tile"}, {"slot", "1"}})["rule"];
     EXPECT_EQ(changed["slot"], "focus-main");
-    EXPECT_EQ(changed["title"], "build") << "members that are not named stay";
+    EXPECT_EQ(changed["title"], "build") << "members that the request does not name are unchanged";
     const json unnamed = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
     EXPECT_TRUE(unnamed["title"].is_null());
     EXPECT_EQ(unnamed["slot"], "focus-main");

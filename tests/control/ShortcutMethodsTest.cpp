@@ -119,7 +119,7 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     disk.isHeld = true;
     keyboard().press(keyCode::u, modifierFlag::control | modifierFlag::shift);
     desk.settle();
-    EXPECT_EQ(connection.ask(R"({"jsonrpc": "2.0", "id": 9, "method": "query.focus"})")["id"], 9)
+    EXPECT_EQ(connection.request(R"({"jsonrpc": "2.0", "id": 9, "method": "query.focus"})")["id"], 9)
         << "the change is not on disk yet";
     disk.isHeld = false;
     std::exchange(disk.waiting, {}).front()(std::nullopt);
@@ -140,12 +140,12 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     EXPECT_EQ(shown(shortcutOf("undo")), "-");
     result("shortcut.record", {{"action", "undo"}});
     keyboard().press(keyCode::c, modifierFlag::control);
-    EXPECT_EQ(nextNotification(connection), "recorded recorded") << "at a terminal the command ends by its signal";
+    EXPECT_EQ(nextNotification(connection), "recorded recorded") << "only at a terminal Ctrl+C ends the command";
     EXPECT_EQ(nextNotification(connection), "claimed Ctrl+C");
 }
 
 TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnects) {
-    const auto isBack = [&] {
+    const auto isKeyboardReleased = [&] {
         desk.advance(Seconds(1));
         return !*shortcuts.isRecording && keyboard().claimed().contains({keyCode::h, kControlOption});
     };
@@ -154,7 +154,7 @@ TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnec
     EXPECT_TRUE(*shortcuts.isRecording);
     EXPECT_TRUE(keyboard().claimed().empty());
     disconnecting.reset();
-    EXPECT_TRUE(waitUntil([&] { runAgentOnce(); }, isBack));
+    EXPECT_TRUE(waitUntil([&] { runAgentOnce(); }, isKeyboardReleased));
 
     result("shortcut.record", {{"action", "undo"}});
     SocketClient other = client();
@@ -162,18 +162,18 @@ TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnec
     EXPECT_EQ(nextNotification(connection), "recorded cancelled: Another shortcut is being recorded");
     keyboard().press(keyCode::u, modifierFlag::command);
     EXPECT_EQ(nextNotification(other), "recorded recorded");
-    EXPECT_TRUE(isBack());
+    EXPECT_TRUE(isKeyboardReleased());
     EXPECT_EQ(shown(shortcutOf("focusUp")), "Super+U");
 
     result("shortcut.record", {{"action", "undo"}});
     desk.advance(ShortcutMethods::kRecordingTimeout + Seconds(1));
     EXPECT_EQ(nextNotification(connection), "recorded cancelled: Nothing was typed for a minute");
-    EXPECT_TRUE(isBack());
+    EXPECT_TRUE(isKeyboardReleased());
 
     keyboard().setKeyboardHeldByOther(true);
     result("shortcut.record", {{"action", "undo"}});
     EXPECT_EQ(nextNotification(connection), "recorded failed: Another program holds the keyboard");
-    EXPECT_TRUE(isBack());
+    EXPECT_TRUE(isKeyboardReleased());
     keyboard().setKeyboardHeldByOther(false);
 
     // The lock screen needs the keyboard, and a password must not become a shortcut.
@@ -181,7 +181,7 @@ TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnec
     result("shortcut.record", {{"action", "undo"}});
     desk.controller().suspendForSystemTransition();
     EXPECT_EQ(nextNotification(connection), "recorded cancelled: " + why);
-    EXPECT_TRUE(isBack());
+    EXPECT_TRUE(isKeyboardReleased());
     EXPECT_EQ(refusal("shortcut.record", {{"action", "undo"}}), why);
     EXPECT_FALSE(*shortcuts.isRecording);
 }

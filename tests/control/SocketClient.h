@@ -21,8 +21,8 @@
 
 namespace kova {
 
-/// Calls `runAgentOnce`, which lets the agent handle its pending events, until the condition holds; false if it does
-/// not within ten seconds.
+/// Calls `runAgentOnce`, which lets the agent handle its pending events, until the condition holds; false after ten
+/// seconds.
 inline bool waitUntil(const std::function<void()>& runAgentOnce, const std::function<bool()>& holds) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!holds()) {
@@ -80,15 +80,16 @@ class SocketClient {
     /// The next line as JSON; a JSON string with the reason if there is none.
     nlohmann::json message() {
         const auto text = line();
-        if (!text) return hasEnded_ ? "the agent hung up" : "no answer";
+        if (!text) return hasEnded_ ? "the agent closed the connection" : "no response";
         const auto parsed = nlohmann::json::parse(*text, nullptr, false);
         return parsed.is_discarded() ? nlohmann::json("not JSON: " + *text) : parsed;
     }
-    nlohmann::json ask(std::string_view text) {
+    nlohmann::json request(std::string_view text) {
         send(std::string(text) + "\n");
         return message();
     }
-    bool hungUp() {
+    /// Waits until the agent closes the connection; false after ten seconds.
+    bool isClosedByAgent() {
         return waitUntil(runAgentOnce_, [&] {
             receive();
             return hasEnded_;

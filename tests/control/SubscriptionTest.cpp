@@ -31,7 +31,7 @@ void applyChange(json& section, const json& change) {
 TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     constexpr std::string_view kSubscribe = R"({"jsonrpc":"2.0","id":1,"method":"subscribe"})";
     auto listener = client();
-    const json start = listener.ask(kSubscribe)["result"];
+    const json start = listener.request(kSubscribe)["result"];
     std::uint64_t last = start["sequence"];
     json state = start["state"];
     const auto nextChanges = [&] {
@@ -47,13 +47,13 @@ TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     desk.settle();
     desk.opens("Film").settle();
     desk.undo().advance(Seconds(5));
-    const json truth = client().ask(kSubscribe)["result"];
+    const json truth = client().request(kSubscribe)["result"];
     EXPECT_EQ(schemaViolation(schema, "result:subscribe", truth), "");
     while (last < truth["sequence"]) EXPECT_FALSE(nextChanges().empty());
     EXPECT_EQ(state, truth["state"]);
     EXPECT_GT(last, 3u);
 
-    // A title alone, and a window that has the display for itself.
+    // Only the title of a window changes, and then a window enters and leaves focus mode.
     desk.desktop.setTitle("Terminal", "make");
     desk.settle();
     EXPECT_EQ(nextChanges()["windows"][2]["title"], "make");
@@ -186,7 +186,7 @@ TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
     const std::string left = desk.target("A", "focus-main").text(), right = desk.target("A", "secondary-1").text();
     result("place", {{"window", desk.desktop.windowIDOf("Notes")}, {"tile", left}});
     desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
-    // A click on an entry of the strip.
+    // As a click on a window's entry in the footer.
     const json terminal = {{"window", desk.desktop.windowIDOf("Terminal")}};
     const json planned = result("focus.window", {{"window", terminal["window"]}, {"dryRun", true}});
     EXPECT_EQ(result("focus.window", terminal)["steps"], planned["steps"]);
