@@ -18,8 +18,8 @@ struct KovaShortcutConfiguration {
     std::optional<KovaShortcut> nextLayout;
     std::optional<KovaShortcut> arrangeWindows;
     std::optional<std::map<KovaShortcutAction, KovaShortcut>> additional;
-    /// Entries of `additional` for actions that this version does not know, as JSON texts by name: kept for the version
-    /// that does.
+    /// Entries of `additional` for actions that this version does not know, as JSON texts by name. They are kept, so
+    /// that another version finds them.
     std::map<std::string, std::string> unknown;
 
     bool operator==(const KovaShortcutConfiguration&) const = default;

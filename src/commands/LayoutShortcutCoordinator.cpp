@@ -103,7 +103,7 @@ LayoutShortcutCoordinator::LayoutShortcutCoordinator(WorkspaceController& worksp
 void LayoutShortcutCoordinator::installMonitors() {
     if (hasMonitors()) return;
     globalKeyMonitor_ = keys_.addGlobalMonitor([this](const KeyPress& press) {
-        // After work that is queued already; by then the monitors may have been removed.
+        // Handled after the work that is queued already; by then the monitors may have been removed.
         queue_.post(lifetime_.guard([this, event = eventOf(press)] {
             if (hasMonitors()) handle(event);
         }));

@@ -12,7 +12,7 @@ constexpr std::size_t kMostWithinASecond = 20;
 
 } // namespace
 
-URLHandler::Answer URLHandler::handle(std::string_view url) {
+URLHandler::Response URLHandler::handle(std::string_view url) {
     if (exceedsRateLimit()) {
         return {Verdict::dropped, "Too many URLs came within a second, this one was dropped"};
     }

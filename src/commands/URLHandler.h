@@ -20,13 +20,13 @@ class URLHandler {
     URLHandler(WorkspaceController& workspace, MainQueue& queue) : workspace_(workspace), queue_(queue) {}
 
     enum class Verdict { done, refused, notUnderstood, dropped };
-    struct Answer {
+    struct Response {
         Verdict verdict = Verdict::done;
         std::string message; // the result, or why it was refused; may be empty
     };
     /// Performs the URL's action. A URL that names no action is `notUnderstood`. URLs beyond 20 within a second are
     /// `dropped`, with one line in the log for all of them.
-    Answer handle(std::string_view url);
+    Response handle(std::string_view url);
 
   private:
     bool exceedsRateLimit(); // counts the URL unless it does

@@ -110,7 +110,7 @@ TEST_F(Keys, DriveTheWholeWorkspace) {
     EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "keys without a shortcut are typed";
 }
 
-TEST_F(Keys, HeldDownChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {
+TEST_F(Keys, KeptPressedChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B");
     const DisplayID other = desk.displayIDOf("B");
     desk.desktop.movePointer(CGPoint{3000, 500}); // over the other display
@@ -179,7 +179,7 @@ TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
     keyboard.holdByOther(right);
     coordinator.installMonitors();
     desk.settle();
-    // Neither a recording nor a new start is logged again.
+    // After a recording or a new installation of the monitors the held combination is not logged again.
     settings.isRecording.set(true);
     Subscription recording = keyboard.recordKeys([](const KeyPress&) { return false; }, [](const std::string&) {});
     desk.settle();

@@ -134,9 +134,9 @@ TEST(URLActions, ActionOfEachURL) {
         {"kova://action/undo\n", "-"},
         {"kova://scene/%FF%FE", "-"},
         {"kova://scene/\xFF", "-"},
-        {"kova://scene/%C0%AF", "-"},       // a slash in two bytes
-        {"kova://scene/%ED%A0%80", "-"},    // half a pair
-        {"kova://scene/%F4%90%80%80", "-"}, // beyond the last character
+        {"kova://scene/%C0%AF", "-"},       // a slash, encoded in two bytes
+        {"kova://scene/%ED%A0%80", "-"},    // half of a surrogate pair
+        {"kova://scene/%F4%90%80%80", "-"}, // beyond the last code point
         {"kova://scene/%C3", "-"},
         {"kova://scene/" + std::string(4096 - 13, 'x'), "scene " + std::string(4096 - 13, 'x')},
         {"kova://scene/" + std::string(4096 - 12, 'x'), "-"},
