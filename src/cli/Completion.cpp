@@ -121,7 +121,7 @@ std::vector<Candidate> allCandidates(std::span<const std::string> before, std::s
     Position position(*verb);
     for (const auto& word : before) position.pass(word);
     auto candidates = position.candidates(current);
-    // “focus” is a verb, and “focus display” another one.
+    // A verb can be the beginning of another verb: “focus” and “focus display”.
     if (before.empty()) {
         for (Candidate& word : verbWords(verb->name)) candidates.push_back(std::move(word));
     }

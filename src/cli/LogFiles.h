@@ -1,4 +1,4 @@
-// The agent's log as files: the command line reads them itself, so that it can be read when no agent runs.
+// Reads the files of the agent's log. The command line reads them without the agent, which may not run.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
-// Parses the words after a verb into its arguments, and prints the help of a verb, both from the verb's row. A general
-// parser would take longer to start than all the rest of a command.
+// Parses the words after a verb into its arguments, and prints the help of a verb, both from the verb's row in the
+// table. A general-purpose parsing library would take longer to start than the rest of a command takes.
 #pragma once
 
 #include "cli/Verbs.h"

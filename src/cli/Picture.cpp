@@ -96,7 +96,7 @@ class SharedEdges {
     }
 
     std::vector<double> values_;
-    std::vector<std::size_t> line_; // another edge on the same line; an edge that names itself stands for the line
+    std::vector<std::size_t> line_; // union-find: another edge on the same line; the line's root names itself
     std::vector<bool> hasNeighbor_;
     std::vector<double> places_;
 };

@@ -14,8 +14,8 @@ namespace kova::cli {
 
 class Redactor {
   public:
-    /// The record with every text replaced, except under keys with texts that are known to be harmless: ids,
-    /// applications, kinds. So a new key leaks nothing.
+    /// The record with every text replaced, except the values of keys that are known to be harmless, such as ids,
+    /// applications and kinds. So a key that is added later reveals nothing.
     nlohmann::json applied(const nlohmann::json& record);
     /// "text-9f3a21bc"; an empty text stays empty.
     std::string wordFor(const std::string& text);

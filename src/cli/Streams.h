@@ -23,7 +23,7 @@ void reportErrorsAsJson();
 ExitCode fail(const CommandError& error);
 /// One document; on one line when the indentation is negative.
 std::string asText(const nlohmann::json& value, int indentation);
-/// Text from elsewhere, made safe for a terminal line by line.
+/// Text that may come from other programs, made safe for a terminal line by line.
 std::string printableLines(std::string_view text);
 
 /// Whether the user can be asked: standard input and standard error are terminals.

@@ -17,7 +17,8 @@ namespace {
 
 constexpr int kDefaultWidth = 80;
 
-/// A UTF-8 locale whatever the user's own is, so that widths are known in the locale “C” too. Null where there is none.
+/// A UTF-8 locale, which does not depend on the user's locale: widths must be known in the locale “C” as well. Null if
+/// the system has none.
 locale_t unicodeLocale() {
     for (const char* name : {"C.UTF-8", "en_US.UTF-8", ""}) {
         if (const locale_t locale = newlocale(LC_CTYPE_MASK, name, nullptr)) return locale;
@@ -25,7 +26,7 @@ locale_t unicodeLocale() {
     return nullptr;
 }
 
-/// By the C library's tables; 1 for a character that it does not know.
+/// The character's columns according to the C library; 1 for a character that the library does not know.
 std::size_t widthOf(char32_t point) {
     static const locale_t locale = unicodeLocale();
     if (!locale) return 1;

@@ -34,7 +34,7 @@ bool asksForHelp(std::string_view word) {
 
 enum class Format { text, json };
 
-/// The words that can follow `lead` in the names of verbs: with an empty one the first words of all.
+/// The words that can follow `lead` in the names of verbs; with an empty `lead` the first words of all names.
 std::vector<std::string> wordsAfter(std::string_view lead) {
     std::vector<std::string> words;
     for (const Verb& verb : verbs()) {

@@ -31,7 +31,7 @@ class CommandLine : public testing::Test, public AgentStage {
         return {code, command->out, command->err};
     }
 
-    /// Presses a key if the command waits for one, as a user would.
+    /// Presses a key combination, as a user would, if the command records a shortcut.
     void pressAwaitedKey(const std::vector<std::string>& words) {
         const auto has = [&](const char* word) { return std::ranges::find(words, word) != words.end(); };
         if (!has("record") || has("help") || has("--help")) return;

@@ -22,7 +22,7 @@ using Words = std::vector<std::string>;
 constexpr std::string_view kSubscribeToOverlay =
     R"({"jsonrpc": "2.0", "id": 1, "method": "subscribe", "params": {"topic": "overlay"}})";
 
-/// The words of a command as a shell splits it, without the first.
+/// The words of a command as a shell splits the command, without the first word.
 Words wordsOf(const std::string& command) {
     Words words;
     bool isQuoted = false;
@@ -127,7 +127,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
     }
     ASSERT_GT(examples.size(), 30u);
     auto drawing = client(); // “ui show” needs a client
-    drawing.ask(kSubscribeToOverlay);
+    drawing.request(kSubscribeToOverlay);
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
@@ -154,7 +154,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
     EXPECT_EQ(json::parse(run({"--json", "layout", "help"}).out).at("verbs").at(0).at("name"), "layout list");
     EXPECT_TRUE(json::parse(run({"--version", "--json"}).out).at("version").is_string());
     auto drawing = client(); // “ui show” needs a client
-    drawing.ask(kSubscribeToOverlay);
+    drawing.request(kSubscribeToOverlay);
     for (const cli::Verb& verb : cli::verbs()) {
         const std::string name(verb.name);
         SCOPED_TRACE(name);
@@ -417,7 +417,7 @@ TEST_F(CommandLine, ALargeDocumentIsExportedAndImportedCompletely) {
     json document = json::parse(contentsOf("one.json"));
     const json scene = document["scenes"][0];
     document["scenes"] = json::array();
-    // Of odd lengths, so that some piece ends in the middle of a character.
+    // The names have different lengths, so that some piece of the document ends in the middle of a character.
     std::string filling;
     for (int i = 0; i < 1700; ++i) filling += "€";
     for (int i = 0; i < 500; ++i) {

@@ -152,7 +152,7 @@ TEST_F(CommandLine, CharactersHaveTheWidthOfTheTerminal) {
     };
     for (const auto& [text, columns] : cases) EXPECT_EQ(cli::columnsOf(text), columns) << text;
 
-    // In a locale that is not UTF-8 too.
+    // The widths are the same in a locale that is not UTF-8.
     environment[1] = "LANG=C";
     environment.emplace_back("TZ=XYZ-5");
     EXPECT_EQ(run({"scene", "capture", "⭐ ที่"}).code, 0);

@@ -1,7 +1,7 @@
-# Completes lines as bash does at their end: line by line what stands there and what may take its place.
+# Prints each command line, and what bash would offer at its end.
 source "$1/kova.bash"
 compopt() { COMPREPLY=("<$2>"); }
-complete_line() { # the line, and its words as bash cuts them
+complete_line() { # arguments: the line, and its words as bash splits them
   COMP_LINE=$1 COMP_POINT=${#1}
   shift
   COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
