@@ -34,7 +34,7 @@ std::string textOr(const json& value, const char* otherwise) {
     return value.is_null() ? otherwise : value.get<std::string>();
 }
 
-std::string stateText(const json& window) {
+std::string shape(const json& window) {
     if (!window.at("dialogOf").is_null()) return "dialog of " + window.at("dialogOf").get<std::string>();
     if (window.at("isFullScreen").get<bool>()) return "full screen";
     if (window.at("isMinimized").get<bool>()) return "minimized";
@@ -63,7 +63,7 @@ std::string windowTable(const json& windows) {
     for (const json& window : windows) {
         const std::string behind = window.at("tile").is_null() || window.at("isFront").get<bool>() ? "" : " (behind)";
         table.add({window.at("id"), window.at("application"), textOr(window.at("tile"), "-") + behind,
-                   frame(window.at("frame")), stateText(window), window.at("title")});
+                   frame(window.at("frame")), shape(window), window.at("title")});
     }
     return table.isEmpty() ? "No windows.\n" : table.text();
 }

@@ -1,5 +1,5 @@
 // One client of the agent's socket. Its lines are read on the control thread and passed to the main queue one at a
-// time, so that a client with many requests delays only itself. Output is written at once by the sending thread; what
+// time, so that a client with many requests delays only itself. The sending thread writes output at once; output that
 // the system does not accept is queued for the control thread, so that the main queue never waits for a client.
 #pragma once
 

@@ -1,5 +1,5 @@
 // The workspace as JSON of the socket. Every rectangle is in window-service space (points, origin at the top left of
-// the first display, y growing downwards); those of a layout are in the unit square.
+// the first display, y growing downwards), except that rectangles of a layout are in the unit square.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -37,7 +37,7 @@ nlohmann::json displays(const WorkspaceController& controller);
 nlohmann::json windows(const WorkspaceController& controller);
 nlohmann::json tiles(const WorkspaceController& controller);
 nlohmann::json layouts(const WorkspaceController& controller);
-/// All dividers, except those of displays that a window in focus mode owns.
+/// All dividers, except on a display that a window owns in focus mode.
 nlohmann::json dividers(const WorkspaceController& controller);
 nlohmann::json plan(ArrangementPlan plan);
 nlohmann::json focusMode(const WorkspaceController& controller);

@@ -35,7 +35,7 @@ class Record {
     }
     /// A member that identifies the element, so it is in every record.
     template <class Name>
-    Record& identity(const char* name, Name T::*member) {
+    Record& name(const char* name, Name T::*member) {
         out_[name] = now_.*member;
         return *this;
     }
@@ -96,7 +96,7 @@ json rects(const std::vector<CGRect>& frames) {
 json display(const OverlayDisplay& now, const OverlayDisplay* before) {
     using Display = OverlayDisplay;
     json out = Record(now, before)
-                   .identity("id", &Display::id)
+                   .name("id", &Display::id)
                    .add("number", &Display::number)
                    .add("name", &Display::name)
                    .add("frame", &Display::frame, rect)
@@ -139,7 +139,7 @@ json pendingLaunch(const OverlayApplication& launched) {
 json tile(const OverlayTile& now, const OverlayTile* before) {
     using Tile = OverlayTile;
     return Record(now, before)
-        .identity("id", &Tile::id)
+        .name("id", &Tile::id)
         .add("display", &Tile::displayID)
         .add("slot", &Tile::slotID)
         .add("name", &Tile::name)
@@ -158,7 +158,7 @@ json tile(const OverlayTile& now, const OverlayTile* before) {
 json divider(const OverlayDivider& now, const OverlayDivider* before) {
     using Divider = OverlayDivider;
     return Record(now, before)
-        .identity("id", &Divider::id)
+        .name("id", &Divider::id)
         .add("display", &Divider::displayID)
         .add("layout", &Divider::layoutID)
         .add("split", &Divider::splitID)

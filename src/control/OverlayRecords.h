@@ -12,8 +12,8 @@ inline constexpr int kContract = 2;
 
 /// Every section by its name, and the version of agent and contract.
 nlohmann::json whole(const OverlayContents& contents);
-/// The sections in which `now` differs from `before`. Of a list the result has only the changed elements, and of an
-/// element only the changed members.
+/// The sections in which `now` differs from `before`; of lists only the elements that changed, and of those only the
+/// members that did.
 nlohmann::json changes(const OverlayContents& before, const OverlayContents& now);
 
 } // namespace kova::overlayRecord

@@ -1,4 +1,4 @@
-// Alerts and file panels that the program which draws the overlay shows. Without such a program every question counts
+// Alerts and file panels, shown by the program that draws the overlay. Without such a program every question counts
 // as cancelled, and information becomes the status message. One alert is open at a time: a newer one replaces it. Main
 // thread only.
 #pragma once

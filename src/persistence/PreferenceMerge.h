@@ -1,4 +1,4 @@
-// Merges the agent's changes of a stored value with those of the user or another agent.
+// Merges the agent's changes of a stored value with the changes that the user or another agent made in the file.
 #pragma once
 
 #include <nlohmann/json.hpp>

@@ -41,7 +41,7 @@ class PreferencesStore {
     virtual void synchronize() = 0;
 
     /// Reports that the value under the key, or the part that the reason names, is unusable. The store keeps a copy
-    /// before the value is first overwritten. No-op if the same was reported before.
+    /// before the value is first overwritten. No-op if this reason was reported for the key before.
     virtual void noteUnusable(std::string_view key, const std::string& reason) = 0;
     /// Problems of the store and its values, for the user; empty for none.
     virtual std::vector<std::string> problems() const = 0;

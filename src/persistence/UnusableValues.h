@@ -10,7 +10,7 @@ namespace kova {
 
 class UnusableValues {
   public:
-    /// False if the same was recorded before.
+    /// Records the key and the reason. False if both were recorded before.
     bool note(std::string_view key, const std::string& reason);
     /// Keys of values without a copy.
     std::set<std::string, std::less<>> notKept() const;

@@ -122,7 +122,7 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
         session_.signalAgent(SIGTERM);
         ASSERT_TRUE(session_.waitForAgent());
         EXPECT_TRUE(eventually([&] { return shown() != seen; }))
-            << "the agent that ended did not show the application that it had hidden";
+            << "an agent that ends shows the application that it has hidden";
         start(); // the window manager may still animate the return of the windows
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();

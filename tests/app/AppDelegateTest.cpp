@@ -169,7 +169,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     desktop.releaseButton();
     EXPECT_FALSE(contents().drag);
     EXPECT_TRUE(contents().isSuspended);
-    EXPECT_EQ(contents().displays, shown.displays) << "the overlay stays";
+    EXPECT_EQ(contents().displays, shown.displays) << "the suspension does not change the overlay";
     EXPECT_EQ(contents().tiles.size(), 2U);
     OverlaySections refreshed = 0;
     delegate.overlay().watch([&](OverlaySections sections) { refreshed |= sections; });

@@ -84,7 +84,7 @@ TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
     EXPECT_EQ(strips(), "Primary: *Codex | Secondary: *!Mail");
-    EXPECT_EQ(footerFrames(), "10,1402 1264x28 | 1286,1402 1264x28") << "directly below the cells";
+    EXPECT_EQ(footerFrames(), "10,1402 1264x28 | 1286,1402 1264x28") << "footers lie directly below the cells";
     EXPECT_EQ(describeFrame(contents().tiles[0].cell), "10,10 1264x1392");
     EXPECT_EQ(describeFrame(contents().tiles[0].windowFrame), "15,15 1254x1382");
     desk.move(WorkspaceDirection::left);
@@ -186,7 +186,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilTheReleaseOrTheEndOfMonitoring) {
     };
     press({1400, 30});
     EXPECT_EQ(drag(), "none");
-    EXPECT_EQ(dragTo({1500, 300}), over + " no tile") << "its own tile is no target";
+    EXPECT_EQ(dragTo({1500, 300}), over + " no tile") << "the window's own tile is no drop target";
     EXPECT_EQ(dragTo({500, 300}), over + " " + desk.target("A", "focus-main").text());
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
     EXPECT_EQ(dragTo({510, 300}, ShiftKey::down), "none") << "a window dropped with Shift would float";
@@ -273,7 +273,7 @@ TEST_F(Overlay, UndoIsOfferedBesideTheMessageOfTheNewestStep) {
     passes(5);
     ASSERT_TRUE(contents().message);
     EXPECT_EQ(contents().message->text, "Scene fully restored");
-    EXPECT_EQ(contents().message->undoMethod, "undo") << "reverts the scene, although its opening ended later";
+    EXPECT_EQ(contents().message->undoMethod, "undo") << "undo reverts the scene, although its opening ended later";
 }
 
 TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {

@@ -178,7 +178,7 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     desk.settle();
     desk.expectTiles("Codex 15,15 1054x1382 | Mail 1091,15 1454x1382");
     EXPECT_EQ(newUndoSteps(), 1U);
-    // On the vertical axis the pointer's coordinates grow upwards, those of the layout downwards.
+    // The y axis of the pointer's position points up, that of the layout down.
     desk.layout("jarvis.quad-grid");
     const CGRect across = handleFrames()[1].frame;
     ASSERT_EQ(handleFrames()[1].axis, LayoutAxis::vertical) << handles();
@@ -369,7 +369,7 @@ TEST_F(DraggedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DraggedWindows, AreNotWindowsThatMoveByThemselvesUnderAnUnmovedPointer) {
+TEST_F(DraggedWindows, DoNotIncludeWindowsThatMoveWithoutThePointer) {
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(300, 300, 800, 600));
     moves({1401, 31}).releases();

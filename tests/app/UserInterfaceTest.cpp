@@ -149,7 +149,7 @@ TEST_F(UserInterface, IsNotStartedOnceItIsClosedMissingOrSwitchedOff) {
     controller->setOn(true);
     EXPECT_EQ(program.starts, 4);
     program.ends(unexpectedly);
-    EXPECT_TRUE(controller->restart()) << "a start is scheduled";
+    EXPECT_TRUE(controller->restart()) << "possible while a delayed start is scheduled";
     EXPECT_EQ(startsWithin(100), 0) << "it is not started twice";
 
     program.missing = "kova-ui is not installed";

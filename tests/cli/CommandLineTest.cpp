@@ -184,7 +184,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
     }
 }
 
-TEST_F(CommandLine, ExitCodesOfEachError) {
+TEST_F(CommandLine, EachErrorHasItsExitCode) {
     mkfifo("pipe", 0600);
     struct Case {
         Words words;
@@ -391,7 +391,7 @@ Rules are off; “kova rules on” lets them act.
     EXPECT_EQ(run({"export", "/dev/stdout"}).out.substr(0, text.size()), text);
     EXPECT_EQ(run({"export", "-"}).out, text);
     std::filesystem::remove("pipe");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 3) << "no draft is left behind";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 3) << "no temporary file is left";
 
     EXPECT_EQ(run({"scene", "delete", "work"}).out, "Scene “Work” deleted\n");
     EXPECT_EQ(run({"rule", "delete", "1"}).out, "Rule “Mail → focus-main” is deleted.\n");

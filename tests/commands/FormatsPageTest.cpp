@@ -85,7 +85,7 @@ TEST(FormatsPage, ShowsTheRecordsThatAreWritten) {
     }
     const std::string exported = blocks["export"];
     EXPECT_EQ(exportedAgain(exported), exported);
-    EXPECT_EQ(blocks.size(), codecs.size() + 1) << "a block without a codec";
+    EXPECT_EQ(blocks.size(), codecs.size() + 1) << "every block of the page has a codec";
 }
 
 } // namespace kova

@@ -72,7 +72,7 @@ TEST_F(Keys, ArrangeAWindowThatWasOpenedJustBeforeAndActInTheOrderOfTheirPresses
     desk.expectMessage("Last window action undone"); // after the arrangement, which waited for a poll
 }
 
-TEST_F(Keys, OneOfThemPausesAndResumes) {
+TEST_F(Keys, PauseAndResume) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::g, kFocus, "G"}}, KovaShortcutAction::pauseOrResume));
     press(keyCode::g, kFocus);
     EXPECT_TRUE(*desk.state().isPaused);
@@ -156,7 +156,7 @@ TEST_F(Keys, FollowTheConfigurationAndHaveNoEffectDuringARecording) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::f5, modifierFlag::command, "F5"}}, KovaShortcutAction::nextLayout));
     ASSERT_TRUE(settings.setShortcut({{keyCode::q, kFocus, "Q"}}, KovaShortcutAction::commandCenter));
     EXPECT_FALSE(keyboard.claimed().contains({keyCode::right, kFocus}));
-    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "the action has no effect";
+    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "commandCenter has no effect";
     press(keyCode::q, kFocus);
     press(keyCode::right, kFocus);
     EXPECT_EQ(keyboard.takeTyped().size(), 2U);
@@ -167,7 +167,7 @@ TEST_F(Keys, FollowTheConfigurationAndHaveNoEffectDuringARecording) {
     EXPECT_EQ(layout(), "jarvis.dual-stack");
     EXPECT_FALSE(coordinator.handle({keyCode::f5, modifierFlag::command, false}));
     settings.isRecording.set(false);
-    EXPECT_FALSE(coordinator.handle({keyCode::f5, modifierFlag::command, true})) << "held down";
+    EXPECT_FALSE(coordinator.handle({keyCode::f5, modifierFlag::command, true})) << "a repetition has no effect";
     EXPECT_TRUE(coordinator.handle({keyCode::f5, modifierFlag::command, false}));
 }
 

@@ -126,9 +126,9 @@ TEST(Shortcuts, OfAnotherActionAreRefused) {
     const KovaShortcut ofFocusLeft{4, kControlOption, "H"};
     EXPECT_FALSE(settings.setShortcut(ofFocusLeft, undo));
     EXPECT_EQ(settings.shortcut(undo)->keyLabel, "Z");
-    EXPECT_TRUE(settings.setShortcut(ofFocusLeft, focusLeft)) << "the shortcut is its own";
-    EXPECT_EQ(settings.conflictingAction({4, 0x40000, "H"}, undo), std::nullopt) << "with other modifiers";
-    // Of several, the first in the order of the actions.
+    EXPECT_TRUE(settings.setShortcut(ofFocusLeft, focusLeft)) << "an action may get the shortcut that it has";
+    EXPECT_EQ(settings.conflictingAction({4, 0x40000, "H"}, undo), std::nullopt) << "the modifiers differ";
+    // If several actions conflict, the result is the first one in the order of the actions.
     KovaShortcutConfiguration twice = *settings.configuration;
     twice.setShortcut(ofFocusLeft, cycleStack);
     twice.setShortcut(ofFocusLeft, commandCenter);
@@ -207,8 +207,8 @@ TEST(ShortcutMatching, PicksTheFirstActionWithTheSameKeyAndModifiers) {
     EXPECT_EQ(actionOf(37, kControlOption | 0x100000), std::nullopt);
     EXPECT_EQ(actionOf(37, 0x40000), std::nullopt);
     EXPECT_EQ(actionOf(6, kControlOptionShift), std::nullopt);
-    EXPECT_EQ(actionOf(8, 0x40000), std::nullopt) << "the action has no effect";
-    EXPECT_EQ(actionOf(9, 0x180000), nextLayout) << "the first of three";
+    EXPECT_EQ(actionOf(8, 0x40000), std::nullopt) << "commandCenter has no effect";
+    EXPECT_EQ(actionOf(9, 0x180000), nextLayout) << "the first of three actions with this shortcut";
     configuration.setShortcut(std::nullopt, nextLayout);
     EXPECT_EQ(actionOf(9, 0x180000), focusLeft);
 
@@ -288,7 +288,7 @@ TEST(ShortcutNames, AreParsedAsUsersTypeThem) {
     EXPECT_EQ(std::get<KovaShortcut>(parsed), (KovaShortcut{4, 0x40000, "Р"}));
     const auto blind = parseShortcut("ctrl+u", [](std::uint16_t) { return ""; });
     EXPECT_EQ(std::get<KovaShortcut>(blind), (KovaShortcut{32, 0x40000, "U"}))
-        << "where the keyboard layout is unknown";
+        << "an unknown keyboard layout counts as American";
     EXPECT_EQ(shortcutText({93, 0x40000, "Key (event.keyCode)"}, ModifierNames::words), "Ctrl+Key 93");
 
     for (const auto& [typed, complaint] : std::map<std::string, std::string>{{"", "key is missing"},

@@ -55,7 +55,7 @@ std::string actionOf(std::string_view url) {
 
 } // namespace
 
-TEST(URLActions, ActionOfEachURL) {
+TEST(URLActions, EachURLHasItsActionOrNone) {
     using namespace std::string_literals;
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"kova://action/arrange", "arrange"},

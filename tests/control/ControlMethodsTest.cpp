@@ -94,9 +94,9 @@ TEST_F(AgentMethods, ResponsesToChangesOfStoredDataAreSentOnceTheDataIsOnDisk) {
         disk.isHeld = true;
         connection.send(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", parameters}}.dump() + "\n");
         for (const char* atOnce : {"scene.list", "shortcut.list", "arrange"}) {
-            EXPECT_TRUE(call(other, atOnce).contains("result")) << atOnce << " waits for the disk";
+            EXPECT_TRUE(call(other, atOnce).contains("result")) << atOnce << " does not wait for the disk";
         }
-        ASSERT_EQ(disk.waiting.size(), 1U) << method << " does not wait for the disk";
+        ASSERT_EQ(disk.waiting.size(), 1U) << method << " waits for the disk";
         std::exchange(disk.waiting, {}).front()(std::nullopt);
         json reply = connection.message();
         ASSERT_TRUE(reply.contains("result")) << method << reply;
@@ -118,7 +118,7 @@ TEST_F(AgentMethods, LayoutsAreFoundByIdNameOrPart) {
         return result("layout.select", std::move(parameters))["layout"]["id"];
     };
     EXPECT_EQ(selected({{"layout", "jarvis.quad-grid"}}), "jarvis.quad-grid");
-    EXPECT_EQ(selected({{"layout", "Six-Grid"}}), "jarvis.six-grid") << "also the beginning of another id";
+    EXPECT_EQ(selected({{"layout", "Six-Grid"}}), "jarvis.six-grid") << "preferred to jarvis.six-grid-portrait";
     EXPECT_EQ(selected({{"layout", "dual split (2)"}}), "jarvis.dual-split");
     EXPECT_EQ(selected({{"layout", "ULTRA"}, {"display", "2"}}), "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(selected({{"layout", "automatic"}, {"display", "beam"}}), "jarvis.compact-16-by-9");
@@ -185,7 +185,7 @@ TEST_F(AgentMethods, RefusesUnknownNamesWithTheKnownOnes) {
         EXPECT_EQ(found.contains("data") ? found["data"]["choices"].size() : 0, c.choices);
         EXPECT_LE(found["message"].get<std::string>().size(), 2000u);
     }
-    EXPECT_EQ(desk.tiles(), "- | -") << "a refused request moved something";
+    EXPECT_EQ(desk.tiles(), "- | -") << "a refused request moves no window";
 }
 
 TEST_F(AgentMethods, QueryWindowAtReturnsTheWindowAtAPoint) {
@@ -381,7 +381,7 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     desk.settle();
     const json where{{"split", "root"}, {"boundary", 0}};
     EXPECT_EQ(result("divider.reset", where)["split"], "root");
-    EXPECT_EQ(result("divider.list")["dividers"][0], divider) << "as after a double click";
+    EXPECT_EQ(result("divider.list")["dividers"][0], divider) << "the reset has the effect of a double click";
     EXPECT_EQ(error("divider.reset", where)["message"], "The divider is where its layout puts it");
     EXPECT_EQ(error("divider.reset", {{"split", "trunk"}, {"boundary", 0}})["data"]["choices"], json{"root 0"});
     result("undo");

@@ -155,7 +155,7 @@ TEST_F(LineProtocol, CarriesOutBatchesInOrderAndDoesNotRespondToNotifications) {
     EXPECT_EQ(codeOf(replies[2]), controlCode::methodNotFound);
 
     connection.send(notification + "\n[" + notification + "]\n");
-    EXPECT_EQ(connection.request(kEcho)["id"], 7) << "a notification got a response";
+    EXPECT_EQ(connection.request(kEcho)["id"], 7) << "a notification gets no response";
     EXPECT_EQ(agent.count, 6);
 
     std::string large = "[" + notification;
@@ -178,7 +178,7 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     getrusage(RUSAGE_SELF, &before);
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     getrusage(RUSAGE_SELF, &after);
-    EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients wake the agent up";
+    EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients do not wake the agent up";
 
     // Clients with an incomplete line get an error when they close, and their places are free again.
     silent[1].endSending();
@@ -315,7 +315,7 @@ TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
     int ended = 0;
     for (auto& each : unreading) ended += each.line() ? 0 : 1; // a dropped client does not get the whole line
     EXPECT_GE(ended, 35);
-    EXPECT_LE(ended, 39) << "no client is served";
+    EXPECT_LE(ended, 39) << "at least one client is served";
     // A client that reads gets even a response that exceeds the limit.
     auto reading = client();
     EXPECT_EQ(echoed(reading.request(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":5000000}})"))
@@ -389,7 +389,7 @@ TEST_F(LineProtocol, AcceptsClientsAgainOnceDescriptorsAreFree) {
         return usage.ru_utime.tv_usec + usage.ru_stime.tv_usec +
                1'000'000 * (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec);
     };
-    EXPECT_LE(micros(after) - micros(before), 50'000) << "the server retries without a pause";
+    EXPECT_LE(micros(after) - micros(before), 50'000) << "the server pauses before it retries";
     EXPECT_EQ(present.request(kEcho)["id"], 7);
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
     EXPECT_EQ(waiting.request(kEcho)["id"], 7);

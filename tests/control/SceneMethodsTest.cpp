@@ -59,7 +59,7 @@ TEST_F(SceneMethods, DeletedScenesComeBackToTheirPlacesUntilTheAgentEnds) {
     result("scene.delete", {{"scene", "Three"}});
     result("import", {{"text", text}});
     EXPECT_EQ(refusal("scene.undelete"), "No scene was deleted since the agent started")
-        << "the import has restored it";
+        << "the import has restored the scene";
     EXPECT_EQ(names(), "One Two Three ");
 }
 

@@ -77,7 +77,7 @@ TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     const json changes = nextChanges();
     EXPECT_EQ(changes["settings"]["tileInset"], 30);
     EXPECT_EQ(changes["tiles"][0]["frame"]["x"], 40) << changes;
-    EXPECT_FALSE(changes.contains("displays")) << "an unchanged section is sent again";
+    EXPECT_FALSE(changes.contains("displays")) << "an unchanged section is not sent again";
 }
 
 TEST_F(Subscriptions, OverlaySubscribersGetTheChangesOfAnActionTogether) {
@@ -100,7 +100,8 @@ TEST_F(Subscriptions, OverlaySubscribersGetTheChangesOfAnActionTogether) {
     };
     result("arrange");
     json changes = nextChanges();
-    EXPECT_TRUE(changes.contains("tiles") && changes.contains("message")) << "one notification: " << changes;
+    EXPECT_TRUE(changes.contains("tiles") && changes.contains("message"))
+        << "the changes arrive in one notification: " << changes;
     EXPECT_FALSE(changes.contains("displays")) << changes;
     desk.settle();
     result("focus", {{"direction", "right"}});
@@ -173,7 +174,7 @@ TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
     result("settings.show", {{"pane", "shortcuts"}});
     EXPECT_EQ(shown(), (json{{"pane", "shortcuts"}, {"request", 1}}));
     result("ui.show", {{"what", "settings"}});
-    EXPECT_EQ(shown(), (json{{"pane", nullptr}, {"request", 2}})) << "requested again";
+    EXPECT_EQ(shown(), (json{{"pane", nullptr}, {"request", 2}})) << "each request has a new number";
     result("ui.hide", {{"what", "settings"}});
     EXPECT_EQ(shown(), json());
     result("settings.show");
@@ -211,7 +212,7 @@ TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
     EXPECT_TRUE(undo["isEnabled"].get<bool>() && undo["shortcut"].is_string()) << undo;
     result("menu.choose", {{"id", "undo"}});
     desk.settle();
-    EXPECT_EQ(error("menu.choose", {{"id", "layout-reset"}})["code"], controlCode::refused) << "nothing to reset";
+    EXPECT_EQ(error("menu.choose", {{"id", "layout-reset"}})["code"], controlCode::refused) << "no divider was moved";
 
     EXPECT_EQ(error("ui.show", {{"what", "menu"}})["code"], controlCode::refused) << "no client can show the menu";
     EXPECT_FALSE(result("theme.list")["isDrawn"].get<bool>());

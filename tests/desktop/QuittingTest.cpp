@@ -146,7 +146,8 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }
     ASSERT_TRUE(desk.showsExactly({}));
-    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "once the window is gone";
+    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); }))
+        << "after its window is destroyed";
     EXPECT_FALSE(victim.hasEnded());
 }
 

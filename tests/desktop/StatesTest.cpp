@@ -370,7 +370,7 @@ TEST_F(Desktop, CausesNoTrafficWhileNothingHappens) {
     const auto count = desktop.changeCount();
     desktop.notifyWhenChanged(*count, [&] { ++calls; });
     pollfd readable{desktop.connectionDescriptor(), POLLIN, 0};
-    EXPECT_EQ(::poll(&readable, 1, 700), 0) << "the server sent something";
+    EXPECT_EQ(::poll(&readable, 1, 700), 0) << "the server sends nothing";
     // A poll of an unchanged desktop sends no request, so there is no reply.
     desk.poll();
     EXPECT_EQ(::poll(&readable, 1, 100), 0);

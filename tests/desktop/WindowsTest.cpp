@@ -192,7 +192,8 @@ TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
         ASSERT_TRUE(pollsUntil(isAway));
         pollsFor(Seconds(i * 0.2)); // also while the restored window is animated
         desk.service().restoreAndFocus(window);
-        EXPECT_FALSE(desk.poll().at(0).isMinimized) << "before the window manager has restored it";
+        EXPECT_FALSE(desk.poll().at(0).isMinimized)
+            << "the request counts before the window manager has restored the window";
         ASSERT_TRUE(pollsUntil([&](const auto& windows) {
             return client->isViewable(draft) && text(client->outerFrame(draft)) == text(left) && windows.size() == 1 &&
                    !windows[0].isMinimized && client->focus() == draft;

@@ -318,7 +318,7 @@ TEST(WorkspaceDocument, ExportsThatAreTooLargeToImportAreRefused) {
     scene.displays.push_back({0, "", 1, "", {{{"root", std::vector<double>(4000, 1)}}}});
     document.scenes.assign(950, scene);
     const std::string stored = encodeStoredDocument(document);
-    ASSERT_LT(stored.size(), kMaximumImportBytes / 4) << "it is small without indentation";
+    ASSERT_LT(stored.size(), kMaximumImportBytes / 4) << "without indentation the document is small";
     EXPECT_STREQ(whyUnreadable(document, stored.size())->what(), "larger than 64 MiB");
     EXPECT_STREQ(std::get<DecodingError>(encodeExportedDocument(document)).what(), "larger than 64 MiB");
     document.scenes.resize(700);
