@@ -46,7 +46,7 @@ std::string labeled(const char* suffix) {
     return (identifier ? text(identifier) : std::string("kova-agent")) + suffix;
 }
 
-/// Not in a folder that the system may empty.
+/// The folder of the log, which the system does not empty.
 std::string logFolder() {
     NSFileManager* files = NSFileManager.defaultManager;
     NSURL* library = [files URLsForDirectory:NSLibraryDirectory inDomains:NSUserDomainMask].firstObject;

@@ -18,7 +18,7 @@
 
 namespace kova {
 
-/// All of it outlives the agent.
+/// All members outlive the agent.
 struct AgentServices {
     WorkspaceServices workspace;
     ShellServices shell;

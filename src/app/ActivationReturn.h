@@ -18,7 +18,7 @@ class ActivationReturn {
     /// The longest time between an opening and the activation.
     static constexpr Seconds kLongestDelay{0.5};
 
-    /// The user opened KOVA or a URL of it. `now` in uptime.
+    /// Call when the user opened KOVA or one of its URLs. `now` in uptime.
     void noteOpened(Seconds now, OpenedWindow window) {
         opened_ = now;
         window_ = window;

@@ -95,7 +95,7 @@ class AppDelegate {
     WorkspaceServices services_;
     ShellServices shell_;
     PermissionRequest permission_;
-    // The order matters: each reads its preferences in its constructor.
+    // In the order in which the constructors read the preferences.
     KovaOnboardingState onboarding_;
     std::optional<LaunchAtLoginController> launchAtLogin_;
     std::optional<DockAutoHideController> dockAutoHide_;

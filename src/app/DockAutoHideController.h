@@ -15,7 +15,7 @@ namespace kova {
 
 class DockAutoHideController {
   public:
-    /// Both outlive the controller. The system is neither read nor changed before the first call.
+    /// Both arguments outlive the controller. The system is neither read nor changed before the first call.
     DockAutoHideController(DockAutoHideServicing& service, PreferencesStore& defaults);
 
     /// The user's choice; without one, the system's last known state.

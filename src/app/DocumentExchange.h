@@ -11,7 +11,7 @@ namespace kova {
 
 class DocumentExchange final : public DocumentExchangeControl {
   public:
-    /// All of these outlive the exchange.
+    /// All arguments outlive the exchange.
     DocumentExchange(WorkspaceController& workspace, DocumentPanelServicing& panels, AlertServicing& alerts) :
         workspace_(workspace), panels_(panels), alerts_(alerts) {}
 

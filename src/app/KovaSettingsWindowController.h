@@ -14,7 +14,7 @@ namespace kova {
 class KovaSettingsWindowController final : public SettingsWindowControl {
   public:
     /// `userInterface` is null where no program draws windows. `readSystem` reads settings that may have been
-    /// changed in the system's own settings. All of it outlives the controller.
+    /// changed in the system's own settings. Board and interface outlive the controller.
     KovaSettingsWindowController(OverlayBoard& board, UserInterfaceControl* userInterface,
                                  std::function<void()> readSystem);
     ~KovaSettingsWindowController() override;

@@ -12,7 +12,7 @@ namespace kova {
 
 class LaunchAtLoginController {
   public:
-    /// Both outlive the controller. The system is read by `refreshStatus`, not before.
+    /// Both arguments outlive the controller. The system is read by `refreshStatus`, not before.
     LaunchAtLoginController(LaunchAtLoginServicing& service, PreferencesStore& defaults);
 
     const Published<bool>& startsAtLogin() const { return startsAtLogin_; }

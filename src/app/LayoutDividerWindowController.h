@@ -17,7 +17,7 @@ namespace kova {
 
 class LayoutDividerWindowController {
   public:
-    /// All of it outlives the controller.
+    /// All arguments outlive the controller.
     LayoutDividerWindowController(WorkspaceController& workspace, DividerHandleServicing& handles, OverlayBoard& board,
                                   MainQueue& queue);
     ~LayoutDividerWindowController();

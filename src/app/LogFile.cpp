@@ -45,7 +45,7 @@ std::optional<std::string> openLog(const std::string& file, LogLevel lowest, Log
         problem = error.what();
     }
     if (echo == LogEcho::standardError) sinks.push_back(std::make_shared<spdlog::sinks::stderr_sink_mt>());
-    // A logger of our own, not the library's registry, which keeps a default logger for the terminal.
+    // Does not use the library's registry, which keeps a default logger for the terminal.
     const auto logger = std::make_shared<spdlog::logger>("kova-agent", sinks.begin(), sinks.end());
     logger->set_pattern("%Y-%m-%d %H:%M:%S.%e %l: %v");
     logger->set_level(levelOf(lowest));

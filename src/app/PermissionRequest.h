@@ -11,7 +11,7 @@ namespace kova {
 
 class PermissionRequest final : public PermissionControl {
   public:
-    /// `system` is null on desktops without such a permission. Both outlive the request.
+    /// `system` is null on desktops without such a permission. Both arguments outlive the request.
     PermissionRequest(AccessibilityServicing& accessibility, OnboardingServicing* system) :
         accessibility_(accessibility), system_(system) {}
 

@@ -19,7 +19,7 @@ class SystemDockAutoHideService final : public DockAutoHideServicing {
     /// Time limit for each command; normally they end in milliseconds.
     static constexpr Seconds kDeadline{10};
 
-    /// The commands run on `workQueue`, one after the other. All of these outlive the service, and `runner` also the
+    /// The commands run on `workQueue`, one after the other. The references outlive the service, and `runner` also the
     /// work that is still queued.
     SystemDockAutoHideService(ProcessRunning& runner, WorkQueue& workQueue, MainQueue& queue,
                               DockCommands commands = {}) :

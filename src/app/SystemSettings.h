@@ -8,7 +8,7 @@ namespace kova {
 class DockAutoHideController;
 class LaunchAtLoginController;
 
-/// Each outlives the setting.
+/// The controllers outlive their settings.
 SystemSetting startAtLoginSetting(LaunchAtLoginController& controller);
 SystemSetting dockAutoHideSetting(DockAutoHideController& controller);
 

@@ -9,7 +9,7 @@ class UpdateChecker {
     virtual ~UpdateChecker() = default;
     /// False while a check is under way.
     virtual bool canCheckForUpdates() const = 0;
-    /// Checks now, and also reports that there is no newer version. No-op while it cannot.
+    /// Checks now, and also reports that there is no newer version. No-op unless `canCheckForUpdates()`.
     virtual void checkForUpdates() = 0;
 
     virtual bool automaticallyChecksForUpdates() const = 0;

@@ -16,7 +16,7 @@ namespace kova {
 
 class UserInterfaceController final : public UserInterfaceControl, public DiagnosticsServicing {
   public:
-    /// All of it outlives the controller.
+    /// All arguments outlive the controller.
     UserInterfaceController(UserInterfaceServicing& service, PreferencesStore& preferences, MainQueue& queue);
     ~UserInterfaceController() override;
     UserInterfaceController(const UserInterfaceController&) = delete;

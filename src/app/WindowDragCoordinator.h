@@ -23,7 +23,7 @@ class WindowDragCoordinator {
     /// sent.
     static constexpr double kContentDragPoints = 24;
 
-    /// All of it outlives the coordinator.
+    /// All arguments outlive the coordinator.
     WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer, OverlayBoard& board,
                           MainQueue& queue);
     ~WindowDragCoordinator();

@@ -15,7 +15,7 @@ namespace kova {
 /// The label of a key with a fixed name, such as Return; absent for others.
 std::optional<std::string_view> fixedKeyLabel(std::uint16_t keyCode);
 
-/// As a user reads it: "Ctrl+Alt+H" and "Shift+Super+Left", or "⌃⌥H" and "⇧⌘←".
+/// The shortcut as a user reads it: "Ctrl+Alt+H" and "Shift+Super+Left", or "⌃⌥H" and "⇧⌘←".
 std::string shortcutText(const KovaShortcut& shortcut, ModifierNames names);
 /// The modifiers of which a shortcut needs one, in a sentence: "ctrl, alt or super".
 std::string_view mainModifiers(ModifierNames names);

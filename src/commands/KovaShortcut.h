@@ -110,11 +110,11 @@ inline constexpr std::array kShortcutActions = {
     KovaShortcutAction::openPalette,
 };
 
-/// As it is stored: "focusLeft".
+/// The action's name in stored configurations: "focusLeft".
 std::string_view rawValue(KovaShortcutAction action);
 /// Absent if there is no such action.
 std::optional<KovaShortcutAction> shortcutActionFrom(std::string_view rawValue);
-/// As it is shown: "Focus Left".
+/// The action's name for users: "Focus Left".
 std::string_view title(KovaShortcutAction action);
 
 } // namespace kova

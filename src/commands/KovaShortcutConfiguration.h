@@ -29,7 +29,7 @@ struct KovaShortcutConfiguration {
 
     /// Null when the action has none.
     const KovaShortcut* shortcut(KovaShortcutAction action) const;
-    /// Absent removes the shortcut.
+    /// An absent shortcut removes the action's shortcut.
     void setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
 };
 

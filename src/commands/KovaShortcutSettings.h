@@ -25,7 +25,8 @@ class KovaShortcutSettings {
     Published<bool> isRecording;
 
     std::optional<KovaShortcut> shortcut(KovaShortcutAction action) const;
-    /// Absent removes the shortcut. False, without a change, if another action has the combination.
+    /// An absent shortcut removes the action's shortcut. False, without a change, if another action has the
+    /// combination.
     [[nodiscard]] bool setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
     void restoreDefaults();
     /// The first other action that has the shortcut's key and modifiers.

@@ -14,8 +14,8 @@ namespace kova {
 
 class LayoutShortcutCoordinator {
   public:
-    /// All of them outlive the coordinator. `openPalette` is empty where there is no palette. The coordinator
-    /// gets no key presses before `installMonitors`.
+    /// The references outlive the coordinator. `openPalette` is empty where there is no palette. The coordinator gets
+    /// no key presses before `installMonitors`.
     LayoutShortcutCoordinator(WorkspaceController& workspace, const KovaShortcutSettings& shortcuts,
                               KeyMonitorServicing& keys, MainQueue& queue, std::function<void()> openPalette = {});
 

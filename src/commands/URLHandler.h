@@ -16,7 +16,7 @@ class WorkspaceController;
 /// Main thread only.
 class URLHandler {
   public:
-    /// Both outlive the handler.
+    /// Both arguments outlive the handler.
     URLHandler(WorkspaceController& workspace, MainQueue& queue) : workspace_(workspace), queue_(queue) {}
 
     enum class Verdict { done, refused, notUnderstood, dropped };
@@ -29,7 +29,7 @@ class URLHandler {
     Response handle(std::string_view url);
 
   private:
-    bool exceedsRateLimit(); // counts the URL unless it does
+    bool exceedsRateLimit(); // if false, the URL has been counted
     Outcome run(const URLAction& action);
 
     WorkspaceController& workspace_;

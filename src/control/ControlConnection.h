@@ -100,8 +100,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     std::vector<std::function<void()>> whenDisconnected_ KOVA_GUARDED_BY(lock_);
     bool hasInputEnded_ KOVA_GUARDED_BY(lock_) = false;
     bool isInputPaused_ KOVA_GUARDED_BY(lock_) = false;
-    bool isHandling_ KOVA_GUARDED_BY(lock_) = false;                // a message is on the main queue
-    std::string batchResponse_ KOVA_GUARDED_BY(lock_);              // to that message, the part that is complete
+    bool isHandling_ KOVA_GUARDED_BY(lock_) = false;   // a message is on the main queue
+    std::string batchResponse_ KOVA_GUARDED_BY(lock_); // the responses to that message so far, if it is a batch
     std::vector<std::string> afterResponse_ KOVA_GUARDED_BY(lock_); // lines to send after the response to that message
     std::deque<Pending> pending_ KOVA_GUARDED_BY(lock_);
     std::size_t pendingBytes_ KOVA_GUARDED_BY(lock_) = 0;

@@ -60,8 +60,8 @@ class ControlPeer {
 class ControlHandling {
   public:
     virtual ~ControlHandling() = default;
-    /// Main thread. Starts a poll if the request needs one. True then: `ready` is called once after the poll, and the
-    /// request must not be handled before.
+    /// Main thread. If the request needs a poll, starts the poll and returns true. Then `ready` is called once after
+    /// the poll, and the request must not be handled before.
     [[nodiscard]] virtual bool deferUntilCurrent(const ControlRequest&, std::function<void()>) { return false; }
     /// Main thread. Responds at once or later; no other request of the client is handled before. May throw
     /// `DecodingError` for invalid parameters before it responds.

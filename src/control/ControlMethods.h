@@ -28,7 +28,7 @@ class UserInterfaceDialogs;
 class UserInterfaceControl;
 class WorkspaceController;
 
-/// All of it outlives the methods.
+/// All members outlive the methods.
 struct ControlContext {
     WorkspaceController& controller;
     URLHandler& urls;
@@ -46,7 +46,7 @@ struct ControlContext {
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
     UserInterfaceDialogs* dialogs = nullptr;                     // null where the platform has dialogs of its own
-    std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or null for now: there is none
+    std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or returns null: there is none yet
     std::function<OnboardingWindowControl*()> onboardingWindow = {};
     PermissionControl* permission = nullptr; // null where none is needed
 };
@@ -57,7 +57,7 @@ class ControlMethods final : public ControlHandling {
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
     /// Requests that arrange, name a window or concern all windows wait for the next poll if windows changed since the
-    /// last one; `verify` waits until frames were read on the polling queue.
+    /// last poll; `verify` waits until frames were read on the polling queue.
     [[nodiscard]] bool deferUntilCurrent(const ControlRequest& request, std::function<void()> ready) override;
     /// Responds to a method that changes stored data once the data is on disk. If the write failed, the result has a
     /// member "unsaved".

@@ -28,7 +28,7 @@ nlohmann::json briefWindow(const WorkspaceController& controller, const WindowID
 nlohmann::json windowInBrief(const WorkspaceController& controller, const WindowID& windowID);
 /// Whether the window is in a tile of `tiles`, in front or behind another window.
 bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID);
-/// The tile's name and its display's: "Primary on DVI-1". The id itself if the tile does not exist any more.
+/// The names of the tile and its display: "Primary on DVI-1". The tile's id if the tile does not exist any more.
 std::string tileName(const WorkspaceController& controller, const TileTarget& target);
 /// The focused window with its tile and display; without one the current display.
 nlohmann::json focus(const WorkspaceController& controller);

@@ -30,7 +30,8 @@ using Local = asio::local::stream_protocol;
 constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(200);
 constexpr int kBacklog = 128;
 
-/// Launched programs must not inherit the socket, and a client that disconnects must not block it.
+/// Makes the socket non-blocking, so that no client can block the thread. Launched programs do not inherit the socket.
+/// False on failure.
 bool prepareSocket(int socket) {
 #if defined(SO_NOSIGPIPE)
     const int yes = 1;
@@ -60,8 +61,8 @@ int listenAt(const std::string& path) {
     if (!address) return errno = ENAMETOOLONG, -1;
     const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     if (listening < 0) return -1;
-    // A socket here is stale: we hold the claim, so its owner has exited. The mode is set before listen(), so that no
-    // client can connect with the wrong one.
+    // This process holds the claim, so an existing socket belongs to an agent that has exited. No client can connect
+    // before listen(), so the mode is set before.
     unlink(path.c_str());
     const bool isReady = prepareSocket(listening) &&
                          bind(listening, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) == 0 &&
@@ -88,7 +89,7 @@ class ControlServer::Listener {
         acceptor_.close(ignored);
         retry_.cancel();
         for (const auto& connection : std::set(connections_)) connection->close();
-        // Queued handlers own connections, and these own the context: runs the handlers to release them.
+        // Queued handlers own connections, and connections own the context. Running the handlers releases them.
         work_.reset();
         context_->restart();
         context_->poll();

@@ -18,7 +18,7 @@ namespace kova {
 class ControlHandling;
 
 struct ControlServerLimits {
-    std::size_t connections = 512;                   // further ones get an error and are closed
+    std::size_t connections = 512;                   // a further client gets an error and is disconnected
     std::size_t unsentBytes = 4 * 1024 * 1024;       // of one client: a subscriber that leaves more unread is dropped
     std::size_t totalUnsentBytes = 64 * 1024 * 1024; // of all clients, see `UnsentBudget`
     std::size_t longestBatchResponse = 4 * 1024 * 1024; // in bytes: later requests of the batch are refused

@@ -20,7 +20,7 @@ class DocumentTransfer {
     /// An upload without a new piece for this long is dropped.
     static constexpr Seconds kUploadTimeout{60};
 
-    /// Both outlive the transfer.
+    /// Both arguments outlive the transfer.
     DocumentTransfer(WorkspaceController& controller, MainQueue& queue) : controller_(controller), queue_(queue) {}
 
     ControlReply exportDocument() const;

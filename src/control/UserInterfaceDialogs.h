@@ -26,7 +26,7 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     /// Sends requests to the clients that draw the overlay.
     struct Connection {
         std::function<Clients(const std::string& what, const nlohmann::json& parameters)>
-            show; // the clients that got the request
+            show; // returns the clients that got the request
         std::function<bool()> hasClients;
         std::function<void(const std::string& text)> setStatusMessage;
     };

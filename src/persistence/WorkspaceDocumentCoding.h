@@ -21,7 +21,7 @@ inline constexpr std::size_t kMaximumImportBytes = std::size_t{64} << 20;
 inline constexpr std::size_t kMaximumValuesPerRecord = 4096;
 
 /// Why the document, once written, could not be read again; absent if it can be read. `storedBytes` is the size of
-/// `encodeStoredDocument(document)`, a cheap check that suffices for most documents.
+/// `encodeStoredDocument(document)`, which makes the check cheap for most documents.
 std::optional<DecodingError> whyUnreadable(const WorkspaceProductDocument& document, std::size_t storedBytes);
 
 /// For the preferences: compact, dates as seconds since 2001.
