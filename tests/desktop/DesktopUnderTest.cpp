@@ -115,8 +115,8 @@ void DesktopUnderTest::closeDesktop() {
 }
 
 void DesktopUnderTest::crash() {
-    // `closeDesktop` shows no window after the connection is lost, but it may change the file, as a killed agent
-    // cannot.
+    // After the connection is lost, `closeDesktop` shows no hidden window but may change the file. The copy replaces
+    // the changed file.
     const std::string kept = hiddenWindowsFile() + ".kept";
     std::filesystem::copy_file(hiddenWindowsFile(), kept, std::filesystem::copy_options::overwrite_existing);
     ::shutdown(desktop_->connectionDescriptor(), SHUT_RDWR);

@@ -124,7 +124,7 @@ TEST_F(Keys, GrabbedByAnotherProgramAreListedAndGrabbedOnceReleased) {
     EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
     EXPECT_TRUE(pressIsReported("ctrl+alt+h", kH));
 
-    // KOVA makes a core grab, which the server does not refuse because of an XInput grab of another program.
+    // The server does not refuse KOVA's core grab if another program has grabbed the combination through XInput.
     grabByInputExtension(XCB_MOD_MASK_4, kLeftKeycode);
     claim({kH});
     claim({kH, kLeft});

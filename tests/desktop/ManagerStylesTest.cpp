@@ -58,7 +58,7 @@ class ManagerStyles : public ::testing::Test {
 };
 
 // A busy window manager reports the new focus long after the request was sent.
-TEST_F(ManagerStyles, AWindowCountsAsFocusedFromTheRequestOnUnlessTheRequestHasNoEffect) {
+TEST_F(ManagerStyles, ARequestedFocusCountsUntilTheRequestIsKnownToHaveFailed) {
     for (const bool isManaged : {true, false}) {
         SCOPED_TRACE(isManaged ? "managed" : "unmanaged");
         DesktopUnderTest desk(Manager::none);

@@ -58,7 +58,8 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
     EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
     client->takeConfigureCount(std::vector{left, right, large});
 
-    // KOVA repeats a request that has no prompt effect, so only after a prompt effect one event is expected.
+    // KOVA repeats a request that has no prompt effect. So the test counts the events of the first request that has
+    // one.
     bool wasPrompt = false;
     for (int y = 7; y < 47 && !wasPrompt; ++y) {
         const Seconds start = desk.loop().uptime();
