@@ -183,10 +183,10 @@ void TestClient::sendToManager(const std::string& type, xcb_window_t window,
 }
 
 void TestClient::requestState(xcb_window_t window, const std::string& first, const std::string& second,
-                              StateRequest demand) {
+                              StateRequest request) {
     constexpr std::uint32_t kPager = 2;
     sendToManager("_NET_WM_STATE", window,
-                  {demand == StateRequest::add ? 1U : 0U, atom(first), second.empty() ? 0U : atom(second), kPager});
+                  {request == StateRequest::add ? 1U : 0U, atom(first), second.empty() ? 0U : atom(second), kPager});
 }
 
 void TestClient::readEvents() {

@@ -60,7 +60,7 @@ class TestClient {
     enum class StateRequest { remove, add };
     /// Requests that the window manager adds these states to _NET_WM_STATE or removes them.
     void requestState(xcb_window_t window, const std::string& first, const std::string& second = "",
-                      StateRequest demand = StateRequest::add);
+                      StateRequest request = StateRequest::add);
 
     /// The number of ConfigureNotify events for the window since the last call, including synthetic events.
     int takeConfigureCount(xcb_window_t window);
