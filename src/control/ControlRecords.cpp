@@ -34,10 +34,15 @@ json brief(const ManagedWindow& window) {
 
 } // namespace
 
-json number(double value) {
+std::optional<std::int64_t> wholeNumber(double value) {
     constexpr double kExactIntegers = 9007199254740992;
-    if (std::trunc(value) == value && std::abs(value) < kExactIntegers) return static_cast<std::int64_t>(value);
-    return value;
+    if (std::trunc(value) != value || std::abs(value) >= kExactIntegers) return std::nullopt;
+    return static_cast<std::int64_t>(value);
+}
+
+json number(double value) {
+    const auto whole = wholeNumber(value);
+    return whole ? json(*whole) : json(value);
 }
 
 std::string time(WallTime time) {

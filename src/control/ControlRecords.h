@@ -7,12 +7,15 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace kova::controlRecord {
 
+/// Absent if the value has a fraction, or is too large to be exact.
+std::optional<std::int64_t> wholeNumber(double value);
 /// Writes whole numbers without a fraction, since people read them, too.
 nlohmann::json number(double value);
 /// "2024-02-29T12:34:56Z".

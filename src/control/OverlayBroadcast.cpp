@@ -49,13 +49,13 @@ json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
         touched_ = 0;
     }
     if (!isPeer(peer)) add(std::move(peer));
-    return {{"topic", "overlay"}, {"sequence", sequence_}, {"state", overlayRecord::whole(sent_)}};
+    return {{"topic", "overlay"}, {"sequence", sequence_}, {"state", json::parse(overlayRecord::whole(sent_))}};
 }
 
 bool OverlayBroadcast::show(const std::string& what, json parameters) {
     if (!hasPeers()) return false;
     parameters["what"] = what;
-    send(jsonrpc::notification("show", std::move(parameters)));
+    send(jsonrpc::line(jsonrpc::notification("show", std::move(parameters))));
     return true;
 }
 
@@ -80,15 +80,14 @@ void OverlayBroadcast::sendChanges() {
     OverlayContents before, now; // have only the touched sections, so that the others are not copied
     swapSections(before, sent_, sections);
     update(now, sections);
-    json changes = overlayRecord::changes(before, now);
+    const std::string changes = overlayRecord::changes(before, now);
     swapSections(now, sent_, sections);
     if (changes.empty()) return;
-    send(jsonrpc::notification("changed",
-                               {{"topic", "overlay"}, {"sequence", ++sequence_}, {"changes", std::move(changes)}}));
+    send(R"({"jsonrpc":"2.0","method":"changed","params":{"topic":"overlay","sequence":)" +
+         std::to_string(++sequence_) + R"(,"changes":)" + changes + "}}");
 }
 
-void OverlayBroadcast::send(const json& notification) {
-    const std::string line = jsonrpc::line(notification);
+void OverlayBroadcast::send(const std::string& line) {
     for (const auto& peer : peers_) peer->send(line);
 }
 

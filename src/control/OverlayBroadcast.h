@@ -47,7 +47,7 @@ class OverlayBroadcast {
     void update(OverlayContents& contents, OverlaySections sections);
     void touched(OverlaySections sections);
     void sendChanges();
-    void send(const nlohmann::json& notification);
+    void send(const std::string& line);
 
     OverlayServing& overlay_;
     MainQueue& queue_;

@@ -1,225 +1,291 @@
 #include "control/OverlayRecords.h"
 
 #include "control/ControlHandling.h"
-#include "control/ControlRecords.h"
+#include "control/JsonText.h"
 #include "support/Version.h"
 #include "themes/ThemeCoding.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <utility>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kova::overlayRecord {
 
 namespace {
 
-using controlRecord::rect;
 using kova::orNull;
 using nlohmann::json;
 
-/// The record of a value: all members, or those that differ from a former value.
-template <class T>
-class Record {
-  public:
-    Record(const T& now, const T* before) : now_(now), before_(before) {}
-
-    template <class Member, class Make>
-    Record& add(const char* name, Member T::*member, Make make) {
-        if (!before_ || now_.*member != before_->*member) out_[name] = make(now_.*member);
-        return *this;
-    }
-    template <class Member>
-    Record& add(const char* name, Member T::*member) {
-        return add(name, member, [](const Member& value) { return json(value); });
-    }
-    /// A member that identifies the element, so it is in every record.
-    template <class Name>
-    Record& name(const char* name, Name T::*member) {
-        out_[name] = now_.*member;
-        return *this;
-    }
-    json take() { return std::move(out_); }
-
-  private:
-    const T& now_;
-    const T* before_;
-    json out_ = json::object();
-};
-
-template <class T>
-using RecordOf = json (*)(const T& now, const T* before);
-
-template <class T>
-json list(const std::vector<T>& values, RecordOf<T> record) {
-    json out = json::array();
-    for (const T& value : values) out.push_back(record(value, nullptr));
-    return out;
+void write(JsonText& out, bool value) {
+    out.boolean(value);
 }
 
-/// The elements that are new or changed, and the order of all elements if it changed.
-template <class T>
-json listChanges(const std::vector<T>& before, const std::vector<T>& now, RecordOf<T> record) {
-    json out = json::object(), changed = json::array();
-    for (std::size_t i = 0; i < now.size(); ++i) {
-        const T* former = i < before.size() && before[i].id == now[i].id ? &before[i] : nullptr;
-        if (!former) {
-            const auto found = std::ranges::find(before, now[i].id, &T::id);
-            former = found == before.end() ? nullptr : &*found;
-        }
-        if (!former || *former != now[i]) changed.push_back(record(now[i], former));
-    }
-    if (!changed.empty()) out["changed"] = std::move(changed);
-    if (!std::ranges::equal(before, now, {}, &T::id, &T::id)) {
-        json& order = out["order"] = json::array();
-        for (const T& value : now) order.push_back(value.id);
-    }
-    return out;
+void write(JsonText& out, int value) {
+    out.integer(value);
 }
 
-json appearance(const OverlayAppearance& shown) {
-    return {{"theme", shown.themeID},
-            {"accentColor", shown.accentColorID},
-            {"isDark", shown.isDark ? json(*shown.isDark) : json(nullptr)},
-            {"palette", encode(shown.palette)},
-            {"useThemeBackground", shown.useThemeBackground},
-            {"showTileBackgrounds", shown.showTileBackgrounds},
-            {"showBrain", shown.showBrain}};
+void write(JsonText& out, double value) {
+    out.number(value);
 }
 
-json rects(const std::vector<CGRect>& frames) {
-    json out = json::array();
-    for (const CGRect& frame : frames) out.push_back(rect(frame));
-    return out;
+void write(JsonText& out, const std::string& value) {
+    out.text(value);
 }
 
-json display(const OverlayDisplay& now, const OverlayDisplay* before) {
-    using Display = OverlayDisplay;
-    json out = Record(now, before)
-                   .name("id", &Display::id)
-                   .add("number", &Display::number)
-                   .add("name", &Display::name)
-                   .add("frame", &Display::frame, rect)
-                   .add("visibleFrame", &Display::visibleFrame, rect)
-                   .add("scale", &Display::scale, controlRecord::number)
-                   .add("isFocusMode", &Display::isFocusMode)
-                   .add("isCurrent", &Display::isCurrent)
-                   .add("floatingFrames", &Display::floatingFrames, rects)
-                   .take();
-    if (!before || now.layoutID != before->layoutID || now.layoutName != before->layoutName)
-        out["layout"] = {{"id", now.layoutID}, {"name", now.layoutName}};
-    return out;
+template <class Tag>
+void write(JsonText& out, const Identifier<Tag>& id) {
+    out.text(id.text());
 }
 
-json application(const OverlayApplication& known) {
+void write(JsonText& out, const TileTarget& target) {
+    out.text(target.text());
+}
+
+void write(JsonText& out, LayoutAxis axis) {
+    out.text(axis == LayoutAxis::horizontal ? "horizontal" : "vertical");
+}
+
+void write(JsonText& out, const CGRect& frame) {
+    out.beginObject();
+    out.name("x");
+    out.number(frame.origin.x);
+    out.name("y");
+    out.number(frame.origin.y);
+    out.name("width");
+    out.number(frame.size.width);
+    out.name("height");
+    out.number(frame.size.height);
+    out.endObject();
+}
+
+json applicationTree(const OverlayApplication& known) {
     return {{"id", orNull(known.id)}, {"name", known.name}};
 }
 
-json windowsOfTile(const std::vector<OverlayWindow>& windows) {
-    json out = json::array();
-    for (const OverlayWindow& known : windows) {
-        out.push_back({{"window", known.id},
-                       {"application", application(known.application)},
-                       {"title", known.title},
-                       {"isFront", known.isFront},
-                       {"isFocused", known.isFocused},
-                       {"isMinimized", known.isMinimized}});
-    }
-    return out;
+void write(JsonText& out, const OverlayNotice& notice) {
+    out.tree({{"text", notice.text}, {"application", applicationTree(notice.application)}});
 }
 
-json notice(const OverlayNotice& known) {
-    return {{"text", known.text}, {"application", application(known.application)}};
+/// A launch that a tile awaits.
+void write(JsonText& out, const OverlayApplication& launched) {
+    out.tree({{"application", applicationTree(launched)}});
 }
 
-json pendingLaunch(const OverlayApplication& launched) {
-    return {{"application", application(launched)}};
+void write(JsonText& out, const OverlayWindow& window) {
+    out.tree({{"window", window.id},
+              {"application", applicationTree(window.application)},
+              {"title", window.title},
+              {"isFront", window.isFront},
+              {"isFocused", window.isFocused},
+              {"isMinimized", window.isMinimized}});
 }
 
-json tile(const OverlayTile& now, const OverlayTile* before) {
-    using Tile = OverlayTile;
-    return Record(now, before)
-        .name("id", &Tile::id)
-        .add("display", &Tile::displayID)
-        .add("slot", &Tile::slotID)
-        .add("name", &Tile::name)
-        .add("covers", &Tile::coveredSlotIDs)
-        .add("cell", &Tile::cell, rect)
-        .add("frame", &Tile::windowFrame, rect)
-        .add("footerFrame", &Tile::footerFrame, [](const auto& frame) { return orNull(frame, rect); })
-        .add("isEmpty", &Tile::windows, [](const auto& windows) { return json(windows.empty()); })
-        .add("applications", &Tile::windows, windowsOfTile)
-        .add("pending", &Tile::pendingLaunch, [](const auto& launch) { return orNull(launch, pendingLaunch); })
-        .add("notice", &Tile::notice, [](const auto& known) { return orNull(known, notice); })
-        .add("isDropTarget", &Tile::isDropTarget)
-        .take();
+void write(JsonText& out, const OverlayAppearance& shown) {
+    out.tree({{"theme", shown.themeID},
+              {"accentColor", shown.accentColorID},
+              {"isDark", shown.isDark ? json(*shown.isDark) : json(nullptr)},
+              {"palette", encode(shown.palette)},
+              {"useThemeBackground", shown.useThemeBackground},
+              {"showTileBackgrounds", shown.showTileBackgrounds},
+              {"showBrain", shown.showBrain}});
 }
 
-json divider(const OverlayDivider& now, const OverlayDivider* before) {
-    using Divider = OverlayDivider;
-    return Record(now, before)
-        .name("id", &Divider::id)
-        .add("display", &Divider::displayID)
-        .add("layout", &Divider::layoutID)
-        .add("split", &Divider::splitID)
-        .add("boundary", &Divider::boundaryIndex)
-        .add("axis", &Divider::axis,
-             [](LayoutAxis axis) { return json(axis == LayoutAxis::horizontal ? "horizontal" : "vertical"); })
-        .add("frame", &Divider::frame, rect)
-        .add("isHovered", &Divider::isHovered)
-        .add("isDragged", &Divider::isDragged)
-        .take();
+void write(JsonText& out, const OverlayDrag& drag) {
+    out.tree({{"window", drag.windowID}, {"display", orNull(drag.displayID)}, {"tile", orNull(drag.tileID)}});
 }
 
-json drag(const OverlayDrag& drag) {
-    return {{"window", drag.windowID}, {"display", orNull(drag.displayID)}, {"tile", orNull(drag.tileID)}};
-}
-
-json message(const OverlayMessage& message) {
+void write(JsonText& out, const OverlayMessage& message) {
     const json undo = message.undoMethod.empty() ? json(nullptr) : json(message.undoMethod);
-    return {{"text", message.text}, {"display", orNull(message.displayID)}, {"undo", undo}};
+    out.tree({{"text", message.text}, {"display", orNull(message.displayID)}, {"undo", undo}});
 }
 
 json shownWindow(const OverlayShownWindow& window) {
     return {{"pane", orNull(window.pane)}, {"request", window.request}};
 }
 
-json windows(const OverlayWindows& shown) {
-    return {{"settings", orNull(shown.settings, shownWindow)}, {"onboarding", orNull(shown.onboarding, shownWindow)}};
+void write(JsonText& out, const OverlayWindows& shown) {
+    out.tree(
+        {{"settings", orNull(shown.settings, shownWindow)}, {"onboarding", orNull(shown.onboarding, shownWindow)}});
+}
+
+template <class T>
+void write(JsonText& out, const std::optional<T>& value) {
+    value ? write(out, *value) : out.null();
+}
+
+template <class T>
+void write(JsonText& out, const std::vector<T>& values) {
+    out.beginArray();
+    for (const T& value : values) write(out, value);
+    out.endArray();
+}
+
+/// The members of a value: all, or those that differ from a former value.
+template <class T>
+class Members {
+  public:
+    Members(JsonText& out, const T& now, const T* before) : out_(out), now_(now), before_(before) {}
+
+    template <class Member>
+    bool differs(Member T::*member) const {
+        return !before_ || now_.*member != before_->*member;
+    }
+    template <class Member>
+    Members& add(const char* name, Member T::*member) {
+        return differs(member) ? addAlways(name, member) : *this;
+    }
+    /// For a member that identifies the value, so it is in every record.
+    template <class Member>
+    Members& addAlways(const char* name, Member T::*member) {
+        out_.name(name);
+        write(out_, now_.*member);
+        return *this;
+    }
+
+  private:
+    JsonText& out_;
+    const T& now_;
+    const T* before_;
+};
+
+void writeMembers(JsonText& out, const OverlayDisplay& now, const OverlayDisplay* before) {
+    using Display = OverlayDisplay;
+    Members members(out, now, before);
+    members.addAlways("id", &Display::id)
+        .add("number", &Display::number)
+        .add("name", &Display::name)
+        .add("frame", &Display::frame)
+        .add("visibleFrame", &Display::visibleFrame)
+        .add("scale", &Display::scale)
+        .add("isFocusMode", &Display::isFocusMode)
+        .add("isCurrent", &Display::isCurrent)
+        .add("floatingFrames", &Display::floatingFrames);
+    if (!members.differs(&Display::layoutID) && !members.differs(&Display::layoutName)) return;
+    out.name("layout");
+    out.tree({{"id", now.layoutID}, {"name", now.layoutName}});
+}
+
+void writeMembers(JsonText& out, const OverlayTile& now, const OverlayTile* before) {
+    using Tile = OverlayTile;
+    Members members(out, now, before);
+    members.addAlways("id", &Tile::id)
+        .add("display", &Tile::displayID)
+        .add("slot", &Tile::slotID)
+        .add("name", &Tile::name)
+        .add("covers", &Tile::coveredSlotIDs)
+        .add("cell", &Tile::cell)
+        .add("frame", &Tile::windowFrame)
+        .add("footerFrame", &Tile::footerFrame)
+        .add("applications", &Tile::windows)
+        .add("pending", &Tile::pendingLaunch)
+        .add("notice", &Tile::notice)
+        .add("isDropTarget", &Tile::isDropTarget);
+    if (!members.differs(&Tile::windows)) return;
+    out.name("isEmpty");
+    out.boolean(now.windows.empty());
+}
+
+void writeMembers(JsonText& out, const OverlayDivider& now, const OverlayDivider* before) {
+    using Divider = OverlayDivider;
+    Members(out, now, before)
+        .addAlways("id", &Divider::id)
+        .add("display", &Divider::displayID)
+        .add("layout", &Divider::layoutID)
+        .add("split", &Divider::splitID)
+        .add("boundary", &Divider::boundaryIndex)
+        .add("axis", &Divider::axis)
+        .add("frame", &Divider::frame)
+        .add("isHovered", &Divider::isHovered)
+        .add("isDragged", &Divider::isDragged);
 }
 
 /// The sections that are not lists.
-json plainSections(const OverlayContents& now, const OverlayContents* before) {
+void writeMembers(JsonText& out, const OverlayContents& now, const OverlayContents* before) {
     using Contents = OverlayContents;
-    return Record(now, before)
+    Members(out, now, before)
         .add("isSuspended", &Contents::isSuspended)
-        .add("appearance", &Contents::appearance, appearance)
-        .add("drag", &Contents::drag, [](const auto& value) { return orNull(value, drag); })
-        .add("message", &Contents::message, [](const auto& value) { return orNull(value, message); })
-        .add("windows", &Contents::windows, windows)
-        .take();
+        .add("appearance", &Contents::appearance)
+        .add("drag", &Contents::drag)
+        .add("message", &Contents::message)
+        .add("windows", &Contents::windows);
+}
+
+template <class T>
+void writeRecord(JsonText& out, const T& now, const T* before) {
+    out.beginObject();
+    writeMembers(out, now, before);
+    out.endObject();
+}
+
+template <class T>
+void writeList(JsonText& out, const char* name, const std::vector<T>& values) {
+    out.name(name);
+    out.beginArray();
+    for (const T& value : values) writeRecord<T>(out, value, nullptr);
+    out.endArray();
+}
+
+/// The element that was at the index, or that had the same id elsewhere; null if there was none.
+template <class T>
+const T* formerOf(const T& value, std::size_t index, const std::vector<T>& before) {
+    if (index < before.size() && before[index].id == value.id) return &before[index];
+    const auto found = std::ranges::find(before, value.id, &T::id);
+    return found == before.end() ? nullptr : &*found;
+}
+
+/// The elements that are new or changed, and the order of all elements if it changed. Nothing if the lists are equal.
+template <class T>
+void writeChanges(JsonText& out, const char* name, const std::vector<T>& before, const std::vector<T>& now) {
+    if (before == now) return;
+    out.name(name);
+    out.beginObject();
+    const std::size_t start = out.length();
+    out.name("changed");
+    out.beginArray();
+    const std::size_t empty = out.length();
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        const T* former = formerOf(now[i], i, before);
+        if (!former || *former != now[i]) writeRecord(out, now[i], former);
+    }
+    out.length() == empty ? out.cutTo(start) : out.endArray();
+    if (!std::ranges::equal(before, now, {}, &T::id, &T::id)) {
+        out.name("order");
+        out.beginArray();
+        for (const T& value : now) write(out, value.id);
+        out.endArray();
+    }
+    out.endObject();
 }
 
 } // namespace
 
-json whole(const OverlayContents& contents) {
-    json out = plainSections(contents, nullptr);
-    out["displays"] = list(contents.displays, display);
-    out["tiles"] = list(contents.tiles, tile);
-    out["dividers"] = list(contents.dividers, divider);
-    out["version"] = {{"contract", kContract}, {"agent", KOVA_VERSION}};
-    return out;
+std::string whole(const OverlayContents& contents) {
+    JsonText out;
+    out.beginObject();
+    writeMembers(out, contents, nullptr);
+    writeList(out, "displays", contents.displays);
+    writeList(out, "tiles", contents.tiles);
+    writeList(out, "dividers", contents.dividers);
+    out.name("version");
+    out.tree({{"contract", kContract}, {"agent", KOVA_VERSION}});
+    out.endObject();
+    return out.take();
 }
 
-json changes(const OverlayContents& before, const OverlayContents& now) {
-    json out = plainSections(now, &before);
-    const auto add = [&](const char* name, json changed) {
-        if (!changed.empty()) out[name] = std::move(changed);
-    };
-    add("displays", listChanges(before.displays, now.displays, display));
-    add("tiles", listChanges(before.tiles, now.tiles, tile));
-    add("dividers", listChanges(before.dividers, now.dividers, divider));
-    return out;
+std::string changes(const OverlayContents& before, const OverlayContents& now) {
+    JsonText out;
+    out.beginObject();
+    const std::size_t empty = out.length();
+    writeMembers(out, now, &before);
+    writeChanges(out, "displays", before.displays, now.displays);
+    writeChanges(out, "tiles", before.tiles, now.tiles);
+    writeChanges(out, "dividers", before.dividers, now.dividers);
+    if (out.length() == empty) return {};
+    out.endObject();
+    return out.take();
 }
 
 } // namespace kova::overlayRecord

@@ -3,17 +3,17 @@
 
 #include "control/OverlayContents.h"
 
-#include <nlohmann/json_fwd.hpp>
+#include <string>
 
 namespace kova::overlayRecord {
 
 /// Version of the format: increased when a client written for the version before would misread the contents.
 inline constexpr int kContract = 2;
 
-/// Every section by its name, and the version of agent and contract.
-nlohmann::json whole(const OverlayContents& contents);
-/// The sections in which `now` differs from `before`; of lists only the elements that changed, and of those only the
-/// members that did.
-nlohmann::json changes(const OverlayContents& before, const OverlayContents& now);
+/// An object: every section by its name, and the version of agent and contract.
+std::string whole(const OverlayContents& contents);
+/// An object with the sections in which `now` differs from `before`; of lists only the elements that changed, and of
+/// those only the members that did. Empty text if nothing differs.
+std::string changes(const OverlayContents& before, const OverlayContents& now);
 
 } // namespace kova::overlayRecord

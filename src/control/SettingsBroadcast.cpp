@@ -7,16 +7,14 @@
 
 namespace kova {
 
-using nlohmann::json;
-
 SettingsBroadcast::SettingsBroadcast(std::vector<Section> sections, Observe observe, MainQueue& queue) :
     sections_(std::move(sections)), observe_(std::move(observe)), queue_(queue) {}
 
-json SettingsBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
+nlohmann::json SettingsBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     sendChanges(); // the new client gets the whole state, so the others get the pending changes first
     if (peers_.empty()) {
         subscriptions_ = observe_([this] { touch(); });
-        sent_ = json::object();
+        sent_ = nlohmann::json::object();
         for (const Section& section : sections_) sent_[section.name] = section.value();
     }
     if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
@@ -36,9 +34,9 @@ void SettingsBroadcast::sendChanges() {
         sent_ = nullptr;
         return;
     }
-    json changes = json::object();
+    nlohmann::json changes = nlohmann::json::object();
     for (const Section& section : sections_) {
-        json now = section.value();
+        nlohmann::json now = section.value();
         if (now != sent_[section.name]) changes[section.name] = sent_[section.name] = std::move(now);
     }
     if (changes.empty()) return;
