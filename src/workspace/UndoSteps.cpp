@@ -74,7 +74,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     }
     const CGRect frame = geometry_.restingFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
-    abandonDrags(); // otherwise the end of the drag would add an undo step after that of focus mode
+    endDrags(); // the snapshot must not have the frames of an unfinished drag
     auto snapshot = snapshots_.capture();
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},

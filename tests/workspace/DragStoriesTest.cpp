@@ -116,6 +116,18 @@ TEST_F(DragStories, PollsDoNotMoveADraggedWindow) {
     kova().perform(action::EndDividerDrag{divider});
 }
 
+TEST_F(DragStories, FocusModeDuringADragLaterRestoresTheFramesFromBeforeTheDrag) {
+    desk.desktop.userFocuses("Mail");
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
+    desk.zoom();
+    kova().perform(action::EndDividerDrag{divider}); // the button is released only now
+    kova().perform(action::ToggleFocusZoom{});
+    EXPECT_EQ(desk.tiles(), kHalves) << "before any poll could correct a frame";
+    desk.settle();
+    EXPECT_EQ(newUndoSteps(), 0u);
+}
+
 TEST_F(DragStories, ResettingADividerDropsItsWeightsAndAnUnknownDividerIsRefused) {
     EXPECT_FALSE(kova().perform(action::ResetDivider{divider})) << "there are no weights to drop";
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
