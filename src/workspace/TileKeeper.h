@@ -61,7 +61,7 @@ class TileKeeper {
     void noteSizesSeen();
     /// Requests a size below the window's learned minimum once, if that is due.
     void retryMinimum(const WindowID& windowID);
-    void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
+    void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().observed()); }
     /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
     /// Commits after tiles of the display have moved.

@@ -44,16 +44,16 @@ CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<C
     const Known* known = find(window.id);
     const CGSize announced = window.minimumSize.value_or(CGSize{});
     const bool counts =
-        known && isKnownInAnyDirection(known->shown) && (purpose == Purpose::present || known->isConfirmed());
-    if (counts) return larger(announced, known->shown);
+        known && isKnownInAnyDirection(known->observed) && (purpose == Purpose::present || known->isConfirmed());
+    if (counts) return larger(announced, known->observed);
     if (window.minimumSize || !ofApplication) return announced;
     return known && known->smallest ? smaller(*ofApplication, *known->smallest) : *ofApplication;
 }
 
-std::map<WindowID, CGSize> WindowSizes::shown() const {
+std::map<WindowID, CGSize> WindowSizes::observed() const {
     std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
-        if (isKnownInAnyDirection(known.shown)) sizes[id] = known.shown;
+        if (isKnownInAnyDirection(known.observed)) sizes[id] = known.observed;
     }
     return sizes;
 }
@@ -61,7 +61,7 @@ std::map<WindowID, CGSize> WindowSizes::shown() const {
 std::map<WindowID, CGSize> WindowSizes::confirmed() const {
     std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
-        if (isKnownInAnyDirection(known.shown) && known.isConfirmed()) sizes[id] = known.shown;
+        if (isKnownInAnyDirection(known.observed) && known.isConfirmed()) sizes[id] = known.observed;
     }
     return sizes;
 }
@@ -71,7 +71,7 @@ void WindowSizes::beginArrangement() {
     for (auto& [id, known] : known_) {
         known.wasRetried = known.isBeingRetried = false;
         if (known.isConfirmed()) continue;
-        known.shown = {};
+        known.observed = {};
         known.pending.reset();
     }
 }
@@ -80,19 +80,19 @@ WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSiz
                                               Seconds uptime) {
     if (pointerMovedAt_ && uptime - *pointerMovedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
     Known& known = known_[window.id];
-    CGSize shown = known.shown;
-    if (actual.width > wanted.width + kFrameTolerancePoints) shown.width = actual.width;
-    if (actual.height > wanted.height + kFrameTolerancePoints) shown.height = actual.height;
-    if (!isKnownInAnyDirection(shown)) return Refusal::unreliable;
-    const CGSize announced = window.minimumSize.value_or(shown);
-    known.contradictsAnnouncement = shown.width > announced.width + kFrameTolerancePoints ||
-                                    shown.height > announced.height + kFrameTolerancePoints;
+    CGSize observed = known.observed;
+    if (actual.width > wanted.width + kFrameTolerancePoints) observed.width = actual.width;
+    if (actual.height > wanted.height + kFrameTolerancePoints) observed.height = actual.height;
+    if (!isKnownInAnyDirection(observed)) return Refusal::unreliable;
+    const CGSize announced = window.minimumSize.value_or(observed);
+    known.contradictsAnnouncement = observed.width > announced.width + kFrameTolerancePoints ||
+                                    observed.height > announced.height + kFrameTolerancePoints;
     if (std::exchange(known.lastArrangement, arrangement_) != arrangement_) ++known.arrangements;
-    known.shownAt = uptime;
-    const bool isSame = std::abs(shown.width - known.shown.width) <= kRoundingPoints &&
-                        std::abs(shown.height - known.shown.height) <= kRoundingPoints;
+    known.observedAt = uptime;
+    const bool isSame = std::abs(observed.width - known.observed.width) <= kRoundingPoints &&
+                        std::abs(observed.height - known.observed.height) <= kRoundingPoints;
     if (isSame) return Refusal::known;
-    known.pending = shown;
+    known.pending = observed;
     return Refusal::changed;
 }
 
@@ -103,7 +103,7 @@ bool WindowSizes::hasPendingChange(const WindowID& windowID) const {
 
 bool WindowSizes::applyChange(const WindowID& windowID) {
     Known& known = known_[windowID];
-    if (known.pending) known.shown = *std::exchange(known.pending, std::nullopt);
+    if (known.pending) known.observed = *std::exchange(known.pending, std::nullopt);
     return known.isConfirmed();
 }
 
@@ -116,12 +116,12 @@ WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize 
         known.pending.reset();
     }
     Disproof disproof;
-    if (isSmaller(size.width, known.shown.width)) {
-        known.shown.width = 0;
+    if (isSmaller(size.width, known.observed.width)) {
+        known.observed.width = 0;
         disproof.ofWindow = true;
     }
-    if (isSmaller(size.height, known.shown.height)) {
-        known.shown.height = 0;
+    if (isSmaller(size.height, known.observed.height)) {
+        known.observed.height = 0;
         disproof.ofWindow = true;
     }
     if (disproof.ofWindow) {
@@ -144,8 +144,9 @@ bool WindowSizes::isRetryDue(const ManagedWindow& window, const std::optional<CG
     const CGSize least = minimumOf(window, ofApplication);
     const bool isRemembered = least.width > announced.width + kFrameTolerancePoints ||
                               least.height > announced.height + kFrameTolerancePoints;
-    const bool wasShownLately = known && isKnownInAnyDirection(known->shown) && uptime - known->shownAt < kRetryAfter;
-    return isRemembered && !wasShownLately;
+    const bool wasObservedLately =
+        known && isKnownInAnyDirection(known->observed) && uptime - known->observedAt < kRetryAfter;
+    return isRemembered && !wasObservedLately;
 }
 
 void WindowSizes::beginRetry(const WindowID& windowID) {
@@ -175,7 +176,7 @@ void WindowSizes::rename(const WindowID& windowID, const WindowID& newID) {
 
 void WindowSizes::restore(const WindowID& windowID, CGSize size) {
     Known& known = known_[windowID];
-    known.shown = size;
+    known.observed = size;
     known.arrangements = kArrangementsToConfirm;
 }
 

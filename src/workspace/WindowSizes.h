@@ -28,7 +28,7 @@ class WindowSizes {
     CGSize minimumOf(const ManagedWindow& window, const std::optional<CGSize>& ofApplication,
                      Purpose purpose = Purpose::present) const;
     /// The observed minimum sizes that count now, by window id.
-    std::map<WindowID, CGSize> shown() const;
+    std::map<WindowID, CGSize> observed() const;
     /// The observed minimum sizes that a later session may use.
     std::map<WindowID, CGSize> confirmed() const;
 
@@ -66,13 +66,13 @@ class WindowSizes {
 
   private:
     struct Known {
-        CGSize shown{};                 // observed minimum; 0 in a direction without a refusal
+        CGSize observed{};              // 0 in a direction without a refusal
         std::optional<CGSize> pending;  // not applied yet
         std::optional<CGSize> smallest; // without a pending request
         bool contradictsAnnouncement = false;
         int arrangements = 0; // the number of arrangements in which the minimum was observed
         std::int64_t lastArrangement = -1;
-        Seconds shownAt{0};
+        Seconds observedAt{0};
         bool wasRetried = false; // by the present arrangement
         bool isBeingRetried = false;
         bool isConfirmed() const;
