@@ -45,10 +45,10 @@ Outcome ApplicationActions::launchApplication(const action::LaunchApplication& l
 void ApplicationActions::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
     if (!application.bundleIdentifier) return;
     if (result.error) {
-        awaited_.expected().forget(*application.bundleIdentifier);
+        awaited_.noteNotStarted(*application.bundleIdentifier);
     } else if (result.processIdentifier) {
-        awaited_.expected().noteStarted(*application.bundleIdentifier, *result.processIdentifier,
-                                        services_.applications.processStartIdentity(*result.processIdentifier));
+        awaited_.noteStarted(*application.bundleIdentifier, *result.processIdentifier,
+                             services_.applications.processStartIdentity(*result.processIdentifier));
     }
 }
 

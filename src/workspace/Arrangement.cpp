@@ -146,7 +146,7 @@ ArrangementPlan Arrangement::planArrangement() const {
 
 void Arrangement::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
-    tileMemory_.spaces().store(liveWindows_.all(), assignments_);
+    tileMemory_.storeElsewhere(liveWindows_.all(), assignments_);
     displays_.noteArrangement(assignments_);
     arranger_.notePlan(planArrangement());
     const ArrangementPlan& plan = arranger_.lastPlan();
@@ -165,7 +165,7 @@ void Arrangement::arrangeWindows() {
             kFollowUpDelay, lifetime_.guard([this, generation = arranger_.newest()] { carryOutDeferred(generation); }));
     }
     learnFrom(plan);
-    tileMemory_.homes().keepOnlyWaiting(assignments_);
+    tileMemory_.noteArranged(assignments_);
 }
 
 void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
@@ -206,7 +206,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
 void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
-    tileMemory_.succession().forget(live->id);
+    tileMemory_.noteInFront(live->id);
     const auto frame = frames.find(live->id);
     if (frame != frames.end()) presenter_.writeFrame(*live, frame->second, BringToFront::no);
     if (placement.claimedTargets.size() > 1) keeper_.announceClaim(*live, {placement.claimedTargets});

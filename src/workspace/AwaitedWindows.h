@@ -80,8 +80,12 @@ class AwaitedWindows {
     void noteMovedByUser(const WindowID& windowID);
 
     // Applications that may still show a window by themselves
-    ExpectedApplications& expected() { return expected_; }
     const ExpectedApplications& expected() const { return expected_; }
+    /// The launch of a scene's application has worked. As `ExpectedApplications::noteStarted`.
+    void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity) {
+        expected_.noteStarted(bundleID, process, std::move(startIdentity));
+    }
+    void noteNotStarted(const BundleID& bundleID) { expected_.forget(bundleID); }
 
     /// Extends all deadlines by the time in which no window could be placed.
     void postpone(Seconds duration);

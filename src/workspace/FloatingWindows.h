@@ -1,5 +1,6 @@
-// The windows that float by command, until they are put into a tile or closed. Always true: the published set is the
-// only one.
+// The windows that float by command, until they are put into a tile or their process ends: the id of a closed window
+// stays without effect, since the desktop may report an open window as closed around a sleep. Always true: the
+// published set is the only one.
 #pragma once
 
 #include "support/Identifiers.h"

@@ -29,8 +29,8 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
                                    ? "layout " + findLayout(geometry_.catalogue(), *selection.layoutID)->name
                                    : "automatic layout";
     steps_.pushUndoSnapshot({choice, geometry_.applicationsOn(id)});
-    tileMemory_.homes().leave(id, {geometry_.resolvedLayout(id)->id, tilesOf(geometry_.solvedTiles(screen))},
-                              assignments_);
+    tileMemory_.noteLayoutReplaced(id, {geometry_.resolvedLayout(id)->id, tilesOf(geometry_.solvedTiles(screen))},
+                                   assignments_);
     WorkspaceProfile profile = *state_.profile;
     profile.layoutSelectionsByDisplay[id] = selection;
     displays_.forgetLayouts(id);

@@ -42,7 +42,11 @@ class LiveWindows {
     void noteUnmanaged(std::vector<UnmanagedWindow> windows) { unmanaged_ = std::move(windows); }
 
     const AttachedDialogs& dialogs() const { return dialogs_; }
-    AttachedDialogs& dialogs() { return dialogs_; }
+    /// The moves of the window's dialogs, as `AttachedDialogs::follow` says.
+    std::vector<AttachedDialogs::Move> moveDialogs(const WindowID& windowID, const CGRect& frame,
+                                                   const CGRect& visibleArea) {
+        return dialogs_.follow(windowID, frame, visibleArea);
+    }
 
     /// Records the Space that is shown as of the last poll, and returns the one recorded before.
     std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
@@ -67,8 +71,16 @@ class LiveWindows {
     bool isComingBack(const WindowID& windowID) const { return requests_.isComingBack(windowID); }
 
     /// Windows that this agent has minimized.
-    MinimizedWindows& minimized() { return minimized_; }
     const MinimizedWindows& minimized() const { return minimized_; }
+    void noteMinimized(const WindowID& windowID, Seconds now) { minimized_.note(windowID, now); }
+    /// As `MinimizedWindows::takeAll`, `expectBack` and `takeReturned`.
+    std::vector<WindowID> takeMinimized() { return minimized_.takeAll(); }
+    void expectMinimizedBack(const WindowID& windowID, const std::optional<CGRect>& frame, Seconds deadline) {
+        minimized_.expectBack(windowID, frame, deadline);
+    }
+    std::vector<WindowID> takeMinimizedReturned(const std::optional<WindowID>& focusedWindowID, Seconds now) {
+        return minimized_.takeReturned(windows_, focusedWindowID, now);
+    }
     void noteFocus(const WindowID& windowID) { focusOrder_.note(windowID); }
     const FocusOrder& focusOrder() const { return focusOrder_; }
 

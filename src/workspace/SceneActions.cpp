@@ -47,7 +47,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     awaited_.beginScene(messages_.addedByAction());
     applyLook(scene);
-    tileMemory_.spaces().store(liveWindows_.all(), assignments_);
+    tileMemory_.storeElsewhere(liveWindows_.all(), assignments_);
     assignments_ = {};
     forgetPlaces_();
     const std::size_t pendingCount = placeWindowsOf(scene);

@@ -129,7 +129,7 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
         auto held = resumedTiles(tiles, resumed);
         if (held != TileAssignments{}) places.push_back({space, std::move(held)});
     }
-    tileMemory_.spaces().setPlaces(std::move(places));
+    tileMemory_.setPlacesOnSpaces(std::move(places));
     session_.await(resumed.awaited, services_.queue.uptime());
     for (const auto& window : session.windows) {
         const auto now = resumed.idNow.find(window.id);
@@ -174,7 +174,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
         const auto now = resumed.idNow.find(former.id);
         if (now == resumed.idNow.end()) continue;
         if (former.isPutAway) session_.expectReturn(now->second, former.frame);
-        if (former.isSurplus) liveWindows_.minimized().expectBack(now->second, former.frame, deadline);
+        if (former.isSurplus) liveWindows_.expectMinimizedBack(now->second, former.frame, deadline);
     }
 }
 
@@ -217,8 +217,7 @@ void SessionTaker::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
         const auto inUse = focused ? std::optional(focused->id) : std::nullopt;
-        for (const auto& id :
-             liveWindows_.minimized().takeReturned(liveWindows_.all(), inUse, services_.queue.uptime())) {
+        for (const auto& id : liveWindows_.takeMinimizedReturned(inUse, services_.queue.uptime())) {
             if (!assignments_.isInAnyTile(id)) presenter_.minimizeWindow(ManagedWindow(*liveWindows_.find(id)));
         }
     }

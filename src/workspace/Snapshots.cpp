@@ -47,9 +47,9 @@ WorkspaceUndoSnapshot Snapshots::capture() const {
 
 void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     assignments_ = snapshot.tiles;
-    tileMemory_.spaces() = snapshot.spaces; // the snapshot may have been taken on another Space
-    const bool isAnotherSpace = tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(),
-                                                             SpaceChange::possible, assignments_);
+    tileMemory_.setSpaces(snapshot.spaces);
+    const bool isAnotherSpace = tileMemory_.restoreFromSpaces(liveWindows_.all(), liveWindows_.shownSpace(),
+                                                              SpaceChange::possible, assignments_);
     displays_.restate(assignments_);
     floating_.restore(snapshot.floatingWindowIDs);
     std::set<DisplayID> connected;
@@ -64,7 +64,7 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     documents_.restoreActiveScene(snapshot.activeSceneID);
-    tileMemory_.homes() = snapshot.layoutHomes;
+    tileMemory_.setHomes(snapshot.layoutHomes);
     if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)
@@ -79,7 +79,7 @@ void Snapshots::restoreWindow(const ManagedWindow& window, const WorkspaceUndoSn
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
     if (window.isElsewhere) {
-        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().setPendingFrame(window.id, frame->second);
+        if (frame != snapshot.windowFrames.end()) tileMemory_.setPendingFrame(window.id, frame->second);
         return;
     }
     if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) presenter_.unhideApplicationOf(window);

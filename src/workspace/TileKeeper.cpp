@@ -24,7 +24,7 @@ TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeome
 void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     displays_.forget(windowID);
     awaited_.noteMovedByUser(windowID);
-    tileMemory_.homes().forget(windowID);
+    tileMemory_.noteMovedByUser(windowID);
 }
 
 void TileKeeper::storeWeights(const DisplayID& id, const std::string& layoutID, LayoutWeightOverrides weights) {
@@ -118,7 +118,7 @@ std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Cove
     std::vector<TileTarget> targets;
     for (const auto& target : covering.targets) targets.push_back(target.id());
     const TileTarget& anchorID = targets.front();
-    tileMemory_.spaces().storeFrom(targets, liveWindows_.all(), assignments_);
+    tileMemory_.storeElsewhereFrom(targets, liveWindows_.all(), assignments_);
     std::map<WindowID, TileTarget> lost; // by the displaced window
     for (const auto& target : targets) {
         const auto front = assignments_.assignedWindowIDs.find(target);
@@ -127,10 +127,9 @@ std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Cove
     assignments_.insertIntoStack(anchorID, windowID, TileAssignments::StackPosition::front);
     auto displaced = assignments_.assign(windowID, targets);
     assignments_.mergeStacksInto(anchorID, targets, displaced);
-    tileMemory_.succession().forget(windowID);
+    tileMemory_.noteInFront(windowID);
     for (const auto& loser : displaced) {
-        tileMemory_.succession().noteDisplaced(loser, lost[loser],
-                                               assignments_.stackTargetOf(loser).value_or(lost[loser]));
+        tileMemory_.noteDisplaced(loser, lost[loser], assignments_.stackTargetOf(loser).value_or(lost[loser]));
     }
     return displaced;
 }
@@ -384,8 +383,8 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
     return true;
 }
 
-/// Windows with a tile, and those of a process that has ended, are not floating any more. A window that is not listed,
-/// for example after a sleep, may return.
+/// Windows with a tile, and those of a process that has ended, are not floating any more. A window that is not listed
+/// may return: around a sleep, desktops report open windows as closed.
 void TileKeeper::keepFloatingValid() {
     const auto hasEnded = [&](const WindowID& id) {
         pid_t process = 0;

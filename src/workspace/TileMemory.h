@@ -8,19 +8,61 @@
 #include "workspace/SpaceMemory.h"
 #include "workspace/StackSuccession.h"
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <set>
-#include <string>
+#include <utility>
+#include <vector>
 
 namespace kova {
 
 class TileMemory : public PartWithoutPolls {
   public:
-    SpaceMemory& spaces() { return spaces_; }
+    // Tiles on other Spaces
     const SpaceMemory& spaces() const { return spaces_; }
-    RememberedLayouts& homes() { return homes_; }
+    /// As `SpaceMemory::store`, `storeFrom` and `restore`.
+    void storeElsewhere(const std::vector<ManagedWindow>& windows, TileAssignments& assignments) {
+        spaces_.store(windows, assignments);
+    }
+    void storeElsewhereFrom(const std::vector<TileTarget>& targets, const std::vector<ManagedWindow>& windows,
+                            TileAssignments& assignments) {
+        spaces_.storeFrom(targets, windows, assignments);
+    }
+    bool restoreFromSpaces(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
+                           TileAssignments& assignments) {
+        return spaces_.restore(windows, shownSpace, change, assignments);
+    }
+    /// As the session of the former agent has them.
+    void setPlacesOnSpaces(std::vector<SpaceMemory::Places> places) { spaces_.setPlaces(std::move(places)); }
+    /// As in a snapshot; it may have been taken on another Space.
+    void setSpaces(SpaceMemory spaces) { spaces_ = std::move(spaces); }
+    void forgetSpaces() { spaces_ = {}; }
+    /// Frames (window-service space) for windows that are elsewhere or do not respond.
+    void setPendingFrame(const WindowID& windowID, const CGRect& frame) { spaces_.setPendingFrame(windowID, frame); }
+    std::map<WindowID, CGRect> takeAppliableFrames(const std::vector<ManagedWindow>& windows) {
+        return spaces_.takeAppliableFrames(windows);
+    }
+
+    // Tiles in layouts that were replaced
     const RememberedLayouts& homes() const { return homes_; }
-    StackSuccession& succession() { return succession_; }
+    /// Call before the display's layout is replaced.
+    void noteLayoutReplaced(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
+        homes_.leave(displayID, layout, assignments);
+    }
+    void noteArranged(const TileAssignments& assignments) { homes_.keepOnlyWaiting(assignments); }
+    void noteMovedByUser(const WindowID& windowID) { homes_.forget(windowID); }
+    /// As in a snapshot.
+    void setHomes(RememberedLayouts homes) { homes_ = std::move(homes); }
+    void forgetHomes() { homes_.forgetAll(); }
+    void forgetHomesOn(const DisplayID& displayID) { homes_.forgetDisplay(displayID); }
+
+    // Tiles that windows lost to others
+    const StackSuccession& succession() const { return succession_; }
+    void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& waitingTarget) {
+        succession_.noteDisplaced(windowID, lostTarget, waitingTarget);
+    }
+    void noteInFront(const WindowID& windowID) { succession_.forget(windowID); }
 
     /// Windows that rules do not move any more: the rules were evaluated for them, or another operation placed them.
     bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }

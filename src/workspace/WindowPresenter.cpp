@@ -101,7 +101,7 @@ void WindowPresenter::unhideApplicationOf(const ManagedWindow& window) {
 
 void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
     const bool wasMinimizedByUser = window.isMinimized && !liveWindows_.minimized().contains(window.id);
-    if (!wasMinimizedByUser) liveWindows_.minimized().note(window.id, services_.queue.uptime());
+    if (!wasMinimizedByUser) liveWindows_.noteMinimized(window.id, services_.queue.uptime());
     windowService_.presentDisplaced(window, DisplacedWindowPresentationAction::minimizeWindow);
     requestPresentation(window.id, WindowPresentation::minimized);
 }
@@ -115,7 +115,7 @@ void WindowPresenter::requestPresentation(const WindowID& windowID, WindowPresen
 void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
     // A remembered frame may be on a display that was disconnected meanwhile.
     if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
-    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().setPendingFrame(window.id, frame);
+    if (window.isElsewhere || !window.isAnswering) return tileMemory_.setPendingFrame(window.id, frame);
     const WindowID id = window.id;
     windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved_(id, frame, actual);
@@ -134,7 +134,7 @@ void WindowPresenter::moveDialogsAlong(const WindowID& windowID, const CGRect& f
     const Screen* screen = screenNearest(*state_.screens, flipped(frame, geometry_.firstScreenMaxY()));
     if (!screen) return;
     const CGRect visibleArea = flipped(screen->visibleFrame, geometry_.firstScreenMaxY());
-    for (const auto& move : liveWindows_.dialogs().follow(windowID, frame, visibleArea)) {
+    for (const auto& move : liveWindows_.moveDialogs(windowID, frame, visibleArea)) {
         windowService_.move(move.dialog, move.origin);
     }
 }

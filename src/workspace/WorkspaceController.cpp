@@ -58,7 +58,7 @@ void WorkspaceController::stop() {
     ops_.steps.abandonDrags();
     (void)ops_.steps.leaveFocusMode(); // also during a suspension
     if (ops_.access.isRunning()) parts_.session.save();
-    for (const auto& id : parts_.liveWindows.minimized().takeAll()) {
+    for (const auto& id : parts_.liveWindows.takeMinimized()) {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
     }
     parts_.session.forgetReturns();

@@ -29,7 +29,7 @@ void WorkspaceParts::forgetPlaces() {
     session.dropKept(); // restoring it with the first poll would displace the scene's windows
     arranger.skipStartupArrangement();
     displays.forgetAllWindows();
-    tileMemory.homes().forgetAll();
+    tileMemory.forgetHomes();
     recovery.clear();
 }
 

@@ -68,7 +68,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     for (const auto& window : parts_.liveWindows) { // windows that are not shown get no frames
         const auto pending = window.isElsewhere ? parts_.windowService->pendingFrame(window.id) : std::nullopt;
         if (!pending) continue;
-        parts_.tileMemory.spaces().setPendingFrame(window.id, *pending);
+        parts_.tileMemory.setPendingFrame(window.id, *pending);
         parts_.windowService->cancelPlacement(window.id);
     }
     parts_.onPoll();
@@ -115,8 +115,8 @@ void WorkspaceController::publishWindows() {
 /// Windows of the Space that is shown now return to their tiles on it.
 void WorkspaceController::followShownSpace() {
     const SpaceChange change = parts_.liveWindows.spaceChange(parts_.services.queue.uptime());
-    if (!parts_.tileMemory.spaces().restore(parts_.liveWindows.all(), parts_.liveWindows.shownSpace(), change,
-                                            parts_.assignments)) {
+    if (!parts_.tileMemory.restoreFromSpaces(parts_.liveWindows.all(), parts_.liveWindows.shownSpace(), change,
+                                             parts_.assignments)) {
         return;
     }
     ops_.follower.migrateChangedDisplays(); // a display may have got another layout while the Space was not shown
@@ -126,7 +126,7 @@ void WorkspaceController::followShownSpace() {
 /// Requests the frames that windows could not get while they were elsewhere or did not respond. A window in a tile was
 /// placed already.
 void WorkspaceController::giveOwedFrames() {
-    for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeAppliableFrames(parts_.liveWindows.all())) {
+    for (const auto& [windowID, frame] : parts_.tileMemory.takeAppliableFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);
         if (parts_.assignments.isAssigned(windowID) || ops_.presenter.isLeftAlone(*window)) continue;
         ops_.presenter.writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);
@@ -152,7 +152,7 @@ void WorkspaceController::applyDenied() {
     parts_.state.focusedWindowID.set(std::nullopt);
     parts_.assignments.assignedWindowIDs.clear();
     parts_.assignments.anchorsByWindowID.clear();
-    parts_.tileMemory.spaces() = {};
+    parts_.tileMemory.forgetSpaces();
     ops_.keeper.commit({.straying = kFramesStay});
 }
 

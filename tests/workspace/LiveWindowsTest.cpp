@@ -33,10 +33,10 @@ TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
 
 TEST(LiveWindows, ARenamedWindowStaysRecordedAsMinimizedAndUsed) {
     LiveWindows windows;
-    windows.minimized().note("a", Seconds{0});
+    windows.noteMinimized("a", Seconds{0});
     windows.noteFocus("a");
     windows.rename("a", "a2");
-    EXPECT_EQ(windows.minimized().takeAll(), std::vector<WindowID>{"a2"});
+    EXPECT_EQ(windows.takeMinimized(), std::vector<WindowID>{"a2"});
     EXPECT_EQ(windows.focusOrder().windowIDs(), std::vector<WindowID>{"a2"});
 }
 
