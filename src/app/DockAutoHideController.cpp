@@ -21,7 +21,7 @@ auto DockAutoHideController::ifNewest(Callback callback) {
 }
 
 void DockAutoHideController::setHidesSystemDock(bool hides) {
-    if (auto absence = service_.absence()) return errorMessage_.set(std::move(absence));
+    if (auto reason = service_.unavailableReason()) return errorMessage_.set(std::move(reason));
     defaults_.setValue(preferenceKey::hideSystemDock, hides);
     isPreferenceConfigured_.set(true);
     hidesSystemDock_.set(hides);
@@ -29,7 +29,7 @@ void DockAutoHideController::setHidesSystemDock(bool hides) {
 }
 
 void DockAutoHideController::applyDockPreference() {
-    if (service_.absence()) return;
+    if (service_.unavailableReason()) return;
     errorMessage_.set(std::nullopt);
     const bool hides = *hidesSystemDock_;
     service_.readAutoHide(ifNewest([this, hides](const std::variant<bool, DockAutoHideServiceError>& state) {
@@ -47,7 +47,7 @@ void DockAutoHideController::write(bool hides) {
 }
 
 void DockAutoHideController::refreshDockState() {
-    if (service_.absence()) return;
+    if (service_.unavailableReason()) return;
     service_.readAutoHide(ifNewest([this](const std::variant<bool, DockAutoHideServiceError>& state) {
         if (const auto* error = std::get_if<DockAutoHideServiceError>(&state)) return fail(*error);
         hidesSystemDock_.set(std::get<bool>(state));

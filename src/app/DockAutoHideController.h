@@ -24,7 +24,7 @@ class DockAutoHideController {
     const Published<bool>& isPreferenceConfigured() const { return isPreferenceConfigured_; }
     const Published<std::optional<std::string>>& errorMessage() const { return errorMessage_; }
     /// Why this desktop has no such preference; absent where it has one.
-    std::optional<std::string> absence() const { return service_.absence(); }
+    std::optional<std::string> unavailableReason() const { return service_.unavailableReason(); }
 
     /// Stores and applies the user's choice. On a desktop without such a preference it only sets the error.
     void setHidesSystemDock(bool hides);

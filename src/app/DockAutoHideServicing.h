@@ -33,7 +33,7 @@ class DockAutoHideServicing {
     virtual ~DockAutoHideServicing() = default;
     /// Why this desktop has no such preference, in one sentence; absent if it has one. Otherwise do not call the
     /// functions below.
-    virtual std::optional<std::string> absence() const { return std::nullopt; }
+    virtual std::optional<std::string> unavailableReason() const { return std::nullopt; }
     /// Reads whether the Dock hides itself.
     virtual void readAutoHide(ReadCompletion completion) = 0;
     /// Changes whether the Dock hides itself, which takes a moment. Completes without an error when it is done.

@@ -325,7 +325,7 @@ class KovaMenuBarContent::Build {
 
     bool hasSettingsWindow() const {
         UserInterfaceController* userInterface = services_.delegate.userInterface();
-        return services_.delegate.settingsWindow() && userInterface && !userInterface->absence();
+        return services_.delegate.settingsWindow() && userInterface && !userInterface->unavailableReason();
     }
     void showMessageIfRefused(const std::optional<std::string>& reason) {
         if (reason) perform(action::ShowMessage{*reason});
@@ -360,7 +360,7 @@ class KovaMenuBarContent::Build {
             addHeading(login->errorMessage()->value_or(""));
         }
         DockAutoHideController* dock = services_.delegate.dockAutoHide();
-        if (!dock || dock->absence()) return;
+        if (!dock || dock->unavailableReason()) return;
         addSwitch("hide-dock", "Hide the Dock Automatically", *dock->hidesSystemDock(),
                   [dock](bool on) { dock->setHidesSystemDock(on); });
         addHeading(dock->errorMessage()->value_or(""));

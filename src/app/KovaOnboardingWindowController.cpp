@@ -50,7 +50,7 @@ void KovaOnboardingWindowController::close() {
 
 std::optional<OnboardingOffer> KovaOnboardingWindowController::dockOffer() const {
     DockAutoHideController* dock = services_.dock;
-    if (!dock || dock->absence()) return std::nullopt;
+    if (!dock || dock->unavailableReason()) return std::nullopt;
     return OnboardingOffer{.title = "Hide the Dock Automatically",
                            .text = "Optional. KOVA leaves your current Dock behavior untouched unless you change this "
                                    "option. Changing it briefly restarts the Dock.",

@@ -29,7 +29,8 @@ SystemSetting startAtLoginSetting(LaunchAtLoginController& controller) {
 
 SystemSetting dockAutoHideSetting(DockAutoHideController& controller) {
     return {[&controller]() -> SystemSetting::State {
-                return {*controller.hidesSystemDock(), *controller.errorMessage(), std::nullopt, controller.absence()};
+                return {*controller.hidesSystemDock(), *controller.errorMessage(), std::nullopt,
+                        controller.unavailableReason()};
             },
             [&controller](bool isOn) { controller.setHidesSystemDock(isOn); },
             [&controller](const auto& changed) { return observe(controller.hidesSystemDock(), controller, changed); }};

@@ -27,7 +27,7 @@ UserInterfaceController::~UserInterfaceController() {
 void UserInterfaceController::start() {
     isStarted_ = true;
     backoff_.forget();
-    if (isOn_ && !service_.absence()) run();
+    if (isOn_ && !service_.unavailableReason()) run();
 }
 
 void UserInterfaceController::stop() {
@@ -42,7 +42,7 @@ void UserInterfaceController::setOn(bool isOn) {
     if (!isStarted_) return;
     if (!isOn) return end();
     backoff_.forget();
-    if (!service_.process() && !service_.absence()) run();
+    if (!service_.process() && !service_.unavailableReason()) run();
 }
 
 bool UserInterfaceController::restart() {
@@ -111,7 +111,7 @@ UserInterfaceStatus UserInterfaceController::status() const {
 
 std::vector<DiagnosticLine> UserInterfaceController::diagnose() const {
     using enum DiagnosticVerdict;
-    if (const auto absence = service_.absence()) return {{kSubject, note, *absence + "."}};
+    if (const auto reason = service_.unavailableReason()) return {{kSubject, note, *reason + "."}};
     if (!isOn_) return {{kSubject, note, "kova-ui is switched off: no tile footers, backdrop or settings are shown."}};
     if (const auto present = problem()) return {{kSubject, wrong, *present + "."}};
     return {{kSubject, fine, "kova-ui shows tile footers, backdrop and settings."}};

@@ -26,7 +26,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     void start();
     void stop();
 
-    std::optional<std::string> absence() const override { return service_.absence(); }
+    std::optional<std::string> unavailableReason() const override { return service_.unavailableReason(); }
     UserInterfaceStatus status() const override;
     void setOn(bool isOn) override;
     bool restart() override;

@@ -20,7 +20,7 @@ class UserInterfaceServicing {
   public:
     virtual ~UserInterfaceServicing() = default;
     /// Why the program is not available; absent if it is.
-    virtual std::optional<std::string> absence() const = 0;
+    virtual std::optional<std::string> unavailableReason() const = 0;
     /// Starts the program unless it runs. `ended` is called once, on the main queue and after this has returned, when
     /// the process ends without `end`. Main thread; never waits.
     virtual void start(std::function<void(UserInterfaceEnd)> ended) = 0;

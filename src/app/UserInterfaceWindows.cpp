@@ -5,7 +5,7 @@ namespace kova {
 std::optional<std::string> ensureUserInterface(const OverlayBoard& board, UserInterfaceControl* userInterface) {
     if (board.isWatched()) return std::nullopt;
     if (!userInterface) return "This KOVA has no user interface. “kova help” lists the commands for its settings";
-    if (auto absence = userInterface->absence()) return absence;
+    if (auto reason = userInterface->unavailableReason()) return reason;
     const UserInterfaceStatus status = userInterface->status();
     if (!status.isOn) return "kova-ui is switched off. Switch it on with “kova ui on”";
     if (!status.process && !userInterface->restart())

@@ -19,7 +19,7 @@ json record(const SystemSetting::State& state) {
 ControlReply settingStatus(const std::optional<SystemSetting>& setting) {
     if (!setting) return refusal(kNoSetting);
     const auto state = setting->state();
-    if (state.absence) return refusal(*state.absence);
+    if (state.unavailableReason) return refusal(*state.unavailableReason);
     return record(state);
 }
 
@@ -27,7 +27,7 @@ ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isO
     if (!setting) return refusal(kNoSetting);
     setting->set(isOn);
     const auto state = setting->state();
-    if (state.absence) return refusal(*state.absence);
+    if (state.unavailableReason) return refusal(*state.unavailableReason);
     if (state.problem) return refusal(*state.problem);
     return record(state);
 }

@@ -15,9 +15,9 @@ namespace kova {
 struct SystemSetting {
     struct State {
         bool isOn = false;
-        std::optional<std::string> problem;  // why it differs from the user's choice
-        std::optional<std::string> guidance; // additional advice
-        std::optional<std::string> absence;  // why this desktop has no such setting; then the rest is unused
+        std::optional<std::string> problem;           // why it differs from the user's choice
+        std::optional<std::string> guidance;          // additional advice
+        std::optional<std::string> unavailableReason; // why this desktop has no such setting; then the rest is unused
     };
     std::function<State()> state;
     /// Changes the setting. Afterwards `state` has the new value, or the problem if it is known at once.

@@ -23,7 +23,7 @@ class UserInterfaceControl {
   public:
     virtual ~UserInterfaceControl() = default;
     /// Why the program is not available; absent if it is.
-    virtual std::optional<std::string> absence() const = 0;
+    virtual std::optional<std::string> unavailableReason() const = 0;
     virtual UserInterfaceStatus status() const = 0;
     /// Stores the preference, and starts or ends the program at once.
     virtual void setOn(bool isOn) = 0;

@@ -83,13 +83,13 @@ ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const Jso
 
 ControlReply userInterfaceStatus(const UserInterfaceControl* interface) {
     if (!interface) return refusal(kNoInterface);
-    if (const auto absence = interface->absence()) return refusal(*absence);
+    if (const auto reason = interface->unavailableReason()) return refusal(*reason);
     return recordOf(interface->status());
 }
 
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change) {
     if (!interface) return refusal(kNoInterface);
-    if (const auto absence = interface->absence()) return refusal(*absence);
+    if (const auto reason = interface->unavailableReason()) return refusal(*reason);
     if (change == UserInterfaceSwitch::restart) {
         if (!interface->restart()) return refusal("kova-ui is switched off. Switch it on with “kova ui on”");
     } else {

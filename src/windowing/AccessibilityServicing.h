@@ -96,7 +96,7 @@ class AccessibilityServicing {
     virtual bool isProcessTrusted() const = 0;
     /// Why windows of this session cannot be managed even with a permission, and what to do; absent if they can be. Any
     /// thread.
-    virtual std::optional<std::string> absence() const { return std::nullopt; }
+    virtual std::optional<std::string> unavailableReason() const { return std::nullopt; }
     /// Whether this process may manage windows, showing the system's dialog if requested and there is one. Main thread.
     virtual bool requestTrust(bool prompt) = 0;
 

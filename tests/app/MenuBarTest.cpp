@@ -45,7 +45,7 @@ class FakeLoginItem final : public LaunchAtLoginServicing {
 class FakeDock final : public DockAutoHideServicing {
   public:
     explicit FakeDock(MainQueue& queue) : queue_(queue) {}
-    std::optional<std::string> absence() const override { return missing; }
+    std::optional<std::string> unavailableReason() const override { return missing; }
     void readAutoHide(ReadCompletion completion) override {
         queue_.post([this, completion] { completion(isHidden); });
     }

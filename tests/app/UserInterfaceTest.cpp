@@ -13,7 +13,7 @@ namespace {
 
 class FakeUserInterface final : public UserInterfaceServicing {
   public:
-    std::optional<std::string> absence() const override { return missing; }
+    std::optional<std::string> unavailableReason() const override { return missing; }
     void start(std::function<void(UserInterfaceEnd)> ended) override {
         if (process_) return;
         ++starts;

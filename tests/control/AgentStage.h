@@ -98,7 +98,7 @@ class AgentStage {
     /// A fake kova-ui, which runs while it is switched on.
     class UserInterface final : public UserInterfaceControl {
       public:
-        std::optional<std::string> absence() const override { return std::nullopt; }
+        std::optional<std::string> unavailableReason() const override { return std::nullopt; }
         UserInterfaceStatus status() const override {
             return {isOn, isOn ? std::optional(4243) : std::nullopt, problem};
         }

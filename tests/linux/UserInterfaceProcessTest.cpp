@@ -50,7 +50,8 @@ TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
     const std::string agent = (folder_.path() / "bin/kova-agent").string();
     setenv("PATH", (folder_.path() / "path").string().c_str(), 1);
     EXPECT_EQ(findUserInterface(agent, findProgram), std::nullopt);
-    EXPECT_NE(UserInterfaceProcess([] { return std::nullopt; }, "/socket", loop_, children_).absence(), std::nullopt);
+    EXPECT_NE(UserInterfaceProcess([] { return std::nullopt; }, "/socket", loop_, children_).unavailableReason(),
+              std::nullopt);
     for (const char* place :
          {"path/kova-ui", "Helpers/kova-ui.app/Contents/MacOS/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
         const std::string expected = program(place, "");

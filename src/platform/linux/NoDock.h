@@ -7,7 +7,7 @@ namespace kova {
 
 class NoDock final : public DockAutoHideServicing {
   public:
-    std::optional<std::string> absence() const override {
+    std::optional<std::string> unavailableReason() const override {
         return "This desktop has no common preference for hiding its dock or panel; its own settings may have one.";
     }
     /// Never completes: there is nothing to read.

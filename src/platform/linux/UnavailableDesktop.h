@@ -23,7 +23,7 @@ class UnavailableDesktop final : public AccessibilityServicing,
 
     bool isProcessTrusted() const override { return false; }
     bool requestTrust(bool) override { return false; }
-    std::optional<std::string> absence() const override { return reason_; }
+    std::optional<std::string> unavailableReason() const override { return reason_; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;

@@ -49,7 +49,7 @@ UserInterfaceProcess::UserInterfaceProcess(std::function<std::optional<std::stri
     find_(std::move(find)),
     socketPath_(std::move(socketPath)), queue_(queue), children_(children) {}
 
-std::optional<std::string> UserInterfaceProcess::absence() const {
+std::optional<std::string> UserInterfaceProcess::unavailableReason() const {
     if (find_()) return std::nullopt;
     return "kova-ui is not installed: no tile footers, backdrop or settings are shown";
 }

@@ -29,7 +29,7 @@ class UserInterfaceProcess final : public UserInterfaceServicing {
                          ChildStarting& children);
     ~UserInterfaceProcess() override { end(); }
 
-    std::optional<std::string> absence() const override;
+    std::optional<std::string> unavailableReason() const override;
     void start(std::function<void(UserInterfaceEnd)> ended) override;
     void end() override;
     std::optional<pid_t> process() const override { return process_; }

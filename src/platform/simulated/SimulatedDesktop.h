@@ -202,7 +202,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool areSizesReliable(const AccessibilityElement&) const override;
     bool isProcessTrusted() const override { return isTrusted_; }
     bool requestTrust(bool prompt) override;
-    std::optional<std::string> absence() const override { return absence_; }
+    std::optional<std::string> unavailableReason() const override { return absence_; }
     std::optional<std::string> stalePermission() const override;
     bool readsSendRequests() const override { return style_ == DesktopStyle::mac; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
