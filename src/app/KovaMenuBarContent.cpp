@@ -173,6 +173,13 @@ class KovaMenuBarContent::Build {
     }
 
     void addWindowEntries() {
+        addMessages();
+        addWorkspaceActions();
+        addTileActions();
+    }
+
+    /// The status message, and why windows cannot be managed.
+    void addMessages() {
         const std::string message = state_.lastActionMessage->value_or("");
         addHeading(message);
         if (!isGranted_) {
@@ -183,6 +190,9 @@ class KovaMenuBarContent::Build {
             }
         }
         if (!isGranted_ || !message.empty()) separate();
+    }
+
+    void addWorkspaceActions() {
         add(
             "arrange", "Arrange Windows into Zones", enabledIf(mayMoveWindows_ && !state_.windows->empty()),
             [this] { perform(action::Arrange{}); }, KovaShortcutAction::arrangeWindows);
@@ -203,6 +213,10 @@ class KovaMenuBarContent::Build {
             "float", "Float Window", enabledIf(focused_), [this] { perform(command::ToggleFloating{}); },
             checkedIf(focused_ && state_.floatingWindowIDs->contains(focused_->id)),
             KovaShortcutAction::toggleFloating);
+    }
+
+    /// The submenus of commands for the focused window.
+    void addTileActions() {
         const Enabled fromTile = enabledIf(isFocusedInTile());
         const Enabled toDisplay = enabledIf(mayMoveWindows_ && state_.screens->size() > 1);
         inSubmenu("Focus", [&] {
