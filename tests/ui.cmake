@@ -6,5 +6,5 @@ find_package(Qt6 REQUIRED COMPONENTS Test)
 kova_tests(ui kova_ui Qt6::Test kova_scenario kova_control kova_cli kova_platform_simulated kova_platform_x11 SDBusCpp::sdbus-c++)
 target_sources(ui_tests PRIVATE agent/Session.cpp ${private_server})
 target_compile_definitions(ui_tests PRIVATE KOVA_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/ui/golden"
-  KOVA_UI_PROGRAM="$<TARGET_FILE:kova-ui>" KOVA_COMMAND="$<TARGET_FILE:kova>" KOVA_AGENT="$<TARGET_FILE:kova-agent>")
+  KOVA_DOCS="${PROJECT_SOURCE_DIR}/docs" KOVA_UI_PROGRAM="$<TARGET_FILE:kova-ui>" KOVA_COMMAND="$<TARGET_FILE:kova>" KOVA_AGENT="$<TARGET_FILE:kova-agent>")
 add_dependencies(ui_tests kova-ui kova kova-agent)

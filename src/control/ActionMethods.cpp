@@ -1,7 +1,10 @@
 #include "control/ActionMethods.h"
 
+#include "commands/URLHandler.h"
 #include "control/ControlRecords.h"
+#include "control/MethodTable.h"
 #include "control/Refusal.h"
+#include "control/WindowCommandMethods.h"
 
 namespace kova {
 
@@ -30,6 +33,17 @@ ControlReply performAction(WorkspaceController& controller, const WorkspaceActio
     return performed(controller, outcome.message());
 }
 
+namespace {
+
+/// Performs the action on the window that the parameters name.
+template <class Action, class... Argument>
+ControlReply performOn(WorkspaceController& controller, const JsonCursor& parameters, Argument... argument) {
+    auto window = wantedWindow(controller, parameters);
+    if (!window) return window.error();
+    return performAction(controller, Action{argument..., *std::move(window)});
+}
+
+/// Arranges all windows; with "dryRun" only returns the plan.
 ControlReply arrange(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto dryRun = parameters.optional("dryRun");
     const bool isDryRun = dryRun && dryRun->boolean();
@@ -43,6 +57,8 @@ ControlReply arrange(WorkspaceController& controller, const JsonCursor& paramete
     return planned(controller.lastArrangement(), isDryRun, outcome.message());
 }
 
+/// Carries out the "url" of the parameters. An error goes to the client only: the workspace shows no message for an
+/// unknown URL.
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
     const std::string url = parameters.required("url").string();
     const auto outcome = urls.handle(url);
@@ -58,6 +74,7 @@ ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const Js
     return refusal(outcome.message);
 }
 
+/// "direction" of the parameters; throws `DecodingError` if it is invalid.
 WorkspaceDirection wantedDirection(const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("direction");
     const std::string word = given.string();
@@ -68,6 +85,7 @@ WorkspaceDirection wantedDirection(const JsonCursor& parameters) {
     given.fail("expected left, right, up or down");
 }
 
+/// The actions that can be undone, newest first.
 ControlReply listHistory(const WorkspaceController& controller) {
     json entries = json::array();
     const auto& history = controller.undoHistory().entries();
@@ -77,6 +95,30 @@ ControlReply listHistory(const WorkspaceController& controller) {
                            {"windows", entry->label.windows}});
     }
     return json{{"entries", std::move(entries)}};
+}
+
+} // namespace
+
+void addActionMethods(MethodTable& methods, WorkspaceController& controller, URLHandler& urls) {
+    using Needs = MethodTable::Needs;
+    methods.add(
+        "arrange", {"dryRun"}, [&controller](const MethodCall& call) { return arrange(controller, call.parameters); },
+        Needs::currentWindows);
+    methods.add("focus", {"direction", "window", "display"}, [&controller](const MethodCall& call) {
+        return performOn<action::Focus>(controller, call.parameters, wantedDirection(call.parameters));
+    });
+    methods.add("move", {"direction", "window", "display"}, [&controller](const MethodCall& call) {
+        return performOn<action::Move>(controller, call.parameters, wantedDirection(call.parameters));
+    });
+    methods.add("zoom", {"window", "display"}, [&controller](const MethodCall& call) {
+        return performOn<action::ToggleFocusZoom>(controller, call.parameters);
+    });
+    methods.add("undo", {}, [&controller](const MethodCall&) { return performAction(controller, action::Undo{}); });
+    methods.add(
+        "openURL", {"url"},
+        [&controller, &urls](const MethodCall& call) { return openURL(controller, urls, call.parameters); },
+        Needs::currentWindows);
+    methods.add("history", {}, [&controller](const MethodCall&) { return listHistory(controller); });
 }
 
 } // namespace kova

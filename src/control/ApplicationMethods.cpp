@@ -1,12 +1,16 @@
 #include "control/ApplicationMethods.h"
 
 #include "control/JsonRpc.h"
+#include "control/LaunchCounts.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/WindowCommandMethods.h"
 #include "workspace/ForceQuitting.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace kova {
 
@@ -59,8 +63,6 @@ std::vector<RunningApplication> confirmedAmong(const std::vector<RunningApplicat
     return chosen;
 }
 
-} // namespace
-
 ControlReply listApplications(const WorkspaceController& controller, const LaunchCounts& counts) {
     json applications = json::array();
     for (const auto& application : controller.launchableApplications()) {
@@ -74,6 +76,8 @@ ControlReply listApplications(const WorkspaceController& controller, const Launc
     return json{{"applications", std::move(applications)}};
 }
 
+/// A launch that is carried out is counted. The client gets a “launched” notification once the launch has worked or
+/// failed.
 ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& counts, const JsonCursor& parameters,
                             const std::shared_ptr<ControlPeer>& peer) {
     const std::string wantedApplication = parameters.required("application").string();
@@ -106,6 +110,8 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
                 {"tile", {{"id", target}, {"name", tile->slot.name}}}};
 }
 
+enum class Ending { quit, forceQuit };
+
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto found = lookUpWindowOfApplication(controller, parameters.required("window").string());
@@ -120,6 +126,8 @@ ControlReply endApplication(WorkspaceController& controller, const JsonCursor& p
                 {"message", orNull(outcome.message())}};
 }
 
+/// Force quits the applications in "confirmed". Without that parameter returns the question that the client asks the
+/// user for confirmation.
 ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto candidates = controller.regularApplicationsToForceQuit();
     const auto confirmed = parameters.optional("confirmed");
@@ -143,6 +151,24 @@ ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& par
                 {"question", nullptr},
                 {"applications", identitiesOf(outcome.ended)},
                 {"refused", outcome.refusals}};
+}
+
+} // namespace
+
+void addApplicationMethods(MethodTable& methods, WorkspaceController& controller, LaunchCounts& launches) {
+    methods.add("launch", {"application", "tile", "display"}, [&controller, &launches](const MethodCall& call) {
+        return launchIntoTile(controller, launches, call.parameters, call.peer);
+    });
+    methods.add("app.list", {},
+                [&controller, &launches](const MethodCall&) { return listApplications(controller, launches); });
+    methods.add("app.quit", {"window"}, [&controller](const MethodCall& call) {
+        return endApplication(controller, call.parameters, Ending::quit);
+    });
+    methods.add("app.forceQuit", {"window"}, [&controller](const MethodCall& call) {
+        return endApplication(controller, call.parameters, Ending::forceQuit);
+    });
+    methods.add("forceQuitAll", {"confirmed"},
+                [&controller](const MethodCall& call) { return forceQuitAll(controller, call.parameters); });
 }
 
 } // namespace kova

@@ -4,26 +4,25 @@
 #include "control/AgentStatus.h"
 #include "control/ApplicationMethods.h"
 #include "control/ControlRecords.h"
-#include "control/ControllerMethods.h"
 #include "control/DeletedScenes.h"
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
 #include "control/DocumentTransfer.h"
 #include "control/LaunchCounts.h"
 #include "control/LauncherMethods.h"
+#include "control/LayoutMethods.h"
 #include "control/LearningMethods.h"
 #include "control/MethodTable.h"
-#include "control/NameLookup.h"
-#include "control/OnboardingWindowControl.h"
 #include "control/OverlayBroadcast.h"
 #include "control/PermissionMethods.h"
+#include "control/QueryMethods.h"
 #include "control/Refusal.h"
+#include "control/RuleMethods.h"
 #include "control/SceneListeners.h"
 #include "control/SceneMethods.h"
 #include "control/SettingMethods.h"
 #include "control/SettingsBroadcast.h"
 #include "control/SettingsSections.h"
-#include "control/SettingsWindowControl.h"
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
@@ -39,9 +38,8 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <string_view>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -50,14 +48,6 @@ namespace kova {
 namespace {
 
 using nlohmann::json;
-
-/// Performs the action on the window that the parameters name.
-template <class Action, class... Argument>
-ControlReply performOn(WorkspaceController& controller, const JsonCursor& parameters, Argument... argument) {
-    auto window = wantedWindow(controller, parameters);
-    if (!window) return window.error();
-    return performAction(controller, Action{argument..., *std::move(window)});
-}
 
 } // namespace
 
@@ -84,16 +74,7 @@ class ControlMethods::Table final : MethodTable {
                 });
         }
         connectDialogs();
-        addControllerMethods(*this, context_.controller);
-        addActions();
-        addApplications();
-        addScenes();
-        addAppearance();
-        addShortcuts();
-        addQueries();
-        addSettings();
-        addUserInterface();
-        addAgent();
+        addMethods();
     }
 
     ~Table() {
@@ -103,15 +84,13 @@ class ControlMethods::Table final : MethodTable {
     Table& operator=(const Table&) = delete;
 
     bool deferUntilCurrent(const ControlRequest& request, std::function<void()> ready) {
-        if (request.method == "verify") {
+        const Method* method = find(request.method);
+        const Needs needs = method ? method->needs : Needs::nothing;
+        if (needs == Needs::currentFrames) {
             context_.controller.readFrames(std::move(ready));
             return true;
         }
-        static constexpr std::array<std::string_view, 5> kConcernAllWindows = {"arrange", "openURL", "scene.capture",
-                                                                               "scene.open", "scene.diff"};
-        const bool concernsAll =
-            std::find(kConcernAllWindows.begin(), kConcernAllWindows.end(), request.method) != kConcernAllWindows.end();
-        if (!concernsAll && !request.parameters.contains("window")) return false;
+        if (needs == Needs::nothing && !request.parameters.contains("window")) return false;
         return context_.controller.awaitCurrent(std::move(ready));
     }
 
@@ -133,6 +112,31 @@ class ControlMethods::Table final : MethodTable {
     }
 
   private:
+    void addMethods() {
+        OverlayBroadcast* overlay = overlay_ ? &*overlay_ : nullptr;
+        WorkspaceController& controller = context_.controller;
+        addActionMethods(*this, controller, context_.urls);
+        addWindowCommandMethods(*this, controller);
+        addDividerMethods(*this, controller);
+        addLayoutMethods(*this, controller);
+        addRuleMethods(*this, controller);
+        addApplicationMethods(*this, controller, launches_);
+        addLearningMethods(*this, controller);
+        addSceneMethods(*this, controller, sceneListeners_, deletedScenes_);
+        transfer_.addTo(*this);
+        addThemeMethods(*this, controller, [overlay] { return overlay && overlay->hasPeers(); });
+        shortcuts_.addTo(*this);
+        addQueryMethods(*this, controller);
+        addExplanationMethods(*this, controller);
+        addSettingMethods(*this, "login", context_.startAtLogin);
+        addSettingMethods(*this, "dock", context_.dockAutoHide);
+        addUserInterfaceMethods(*this, userInterfaceParts(overlay));
+        addLauncherMethods(*this, controller, overlay);
+        addUpdateMethods(*this, context_.menu);
+        addPermissionMethods(*this, controller, context_.permission);
+        addAgentMethods();
+    }
+
     void connectDialogs() {
         if (!context_.dialogs || !overlay_) return;
         context_.dialogs->connect(UserInterfaceDialogs::Connection{
@@ -149,209 +153,31 @@ class ControlMethods::Table final : MethodTable {
             context_.controller.perform(action::ShowMessage{failure.message});
     }
 
-    void addActions() {
-        WorkspaceController& controller = context_.controller;
-        add("arrange", {"dryRun"}, [&controller](const Call& call) { return arrange(controller, call.parameters); });
-        add("focus", {"direction", "window", "display"}, [&controller](const Call& call) {
-            return performOn<action::Focus>(controller, call.parameters, wantedDirection(call.parameters));
+    void addAgentMethods() {
+        add("query.state", {}, [this](const MethodCall&) -> ControlReply {
+            return json{{"state", broadcast_.state()}};
         });
-        add("move", {"direction", "window", "display"}, [&controller](const Call& call) {
-            return performOn<action::Move>(controller, call.parameters, wantedDirection(call.parameters));
-        });
-        add("zoom", {"window", "display"}, [&controller](const Call& call) {
-            return performOn<action::ToggleFocusZoom>(controller, call.parameters);
-        });
-        add("undo", {}, [&controller](const Call&) { return performAction(controller, action::Undo{}); });
-        add("openURL", {"url"},
-            [this](const Call& call) { return openURL(context_.controller, context_.urls, call.parameters); });
-        add("history", {}, [&controller](const Call&) { return listHistory(controller); });
-        add("divider.list", {"display"},
-            [&controller](const Call& call) { return listDividers(controller, call.parameters); });
-        add("divider.drag", {"split", "boundary", "points", "display"},
-            [&controller](const Call& call) { return dragDivider(controller, call.parameters); });
-        add("divider.reset", {"split", "boundary", "display"},
-            [&controller](const Call& call) { return resetDivider(controller, call.parameters); });
-    }
-
-    void addApplications() {
-        WorkspaceController& controller = context_.controller;
-        add("launch", {"application", "tile", "display"}, [&controller, this](const Call& call) {
-            return launchIntoTile(controller, launches_, call.parameters, call.peer);
-        });
-        add("app.list", {}, [&controller, this](const Call&) { return listApplications(controller, launches_); });
-        add("app.quit", {"window"},
-            [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::quit); });
-        add("app.forceQuit", {"window"},
-            [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::forceQuit); });
-        add("app.learned", {}, [&controller](const Call&) { return listLearned(controller); });
-        addSaved("app.forget", {"application"},
-                 [&controller](const Call& call) { return forgetApplication(controller, call.parameters); });
-        add("forceQuitAll", {"confirmed"},
-            [&controller](const Call& call) { return forceQuitAll(controller, call.parameters); });
-    }
-
-    void addScenes() {
-        WorkspaceController& controller = context_.controller;
-        addSaved("scene.capture", {"name"},
-                 [&controller](const Call& call) { return captureScene(controller, call.parameters); });
-        add("scene.list", {}, [&controller](const Call&) { return listScenes(controller); });
-        add("scene.show", {"scene"},
-            [&controller](const Call& call) { return showScene(controller, call.parameters); });
-        addSaved("scene.open", {"scene", "wait"}, [this](const Call& call) {
-            return openScene(context_.controller, sceneListeners_, call.parameters, call.peer);
-        });
-        addSaved("scene.rename", {"scene", "newName"},
-                 [&controller](const Call& call) { return renameScene(controller, call.parameters); });
-        addSaved("scene.delete", {"scene"},
-                 [this](const Call& call) { return deletedScenes_.deleteScene(call.parameters); });
-        addSaved("scene.undelete", {}, [this](const Call&) { return deletedScenes_.undelete(); });
-        add("scene.diff", {"scene"},
-            [&controller](const Call& call) { return diffScene(controller, call.parameters); });
-        add("export", {}, [this](const Call&) { return transfer_.exportDocument(); });
-        addSaved("import", {"text", "more", "dryRun"},
-                 [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
-    }
-
-    void addAppearance() {
-        WorkspaceController& controller = context_.controller;
-        add("theme.list", {}, [this](const Call&) { return withIsDrawn(listThemes(context_.controller)); });
-        addSaved("theme.select", {"theme"},
-                 [this](const Call& call) { return withIsDrawn(selectTheme(context_.controller, call.parameters)); });
-        add("accent.list", {}, [&controller](const Call&) { return listAccentColors(controller); });
-        addSaved("accent.select", {"accentColor"}, [this](const Call& call) {
-            return withIsDrawn(selectAccentColor(context_.controller, call.parameters));
-        });
-        addSwitch("theme.background", action::Setting::useThemeBackground);
-        addSwitch("theme.brain", action::Setting::showBrain);
-        addSwitch("theme.tileBackgrounds", action::Setting::showTileBackgrounds);
-        addSwitch("bringForward", action::Setting::bringsNextForward);
-        addSwitch("arrangeAfterLaunch", action::Setting::autoArrangeOnLaunch);
-    }
-
-    void addSwitch(const char* name, action::Setting setting) {
-        addSaved(name, {"isOn"}, [this, setting](const Call& call) {
-            return withIsDrawn(switchPreference(context_.controller, call.parameters, setting));
-        });
-    }
-
-    /// Adds whether a client draws the overlay.
-    ControlReply withIsDrawn(ControlReply reply) {
-        if (reply) (*reply)["isDrawn"] = overlay_ && overlay_->hasPeers();
-        return reply;
-    }
-
-    void addShortcuts() {
-        add("shortcut.list", {}, [this](const Call&) { return shortcuts_.list(); });
-        addSaved("shortcut.set", {"action", "keys"},
-                 [this](const Call& call) { return shortcuts_.set(call.parameters, call.peer); });
-        addSaved("shortcut.clear", {"action"}, [this](const Call& call) { return shortcuts_.clear(call.parameters); });
-        add("shortcut.record", {"action"},
-            [this](const Call& call) { return shortcuts_.record(call.parameters, call.peer); });
-        addSaved("shortcut.restoreDefaults", {}, [this](const Call&) { return shortcuts_.restoreDefaults(); });
-    }
-
-    void addQueries() {
-        const WorkspaceController& controller = context_.controller;
-        add("query.displays", {}, [&controller](const Call&) -> ControlReply {
-            return json{{"displays", controlRecord::displays(controller)},
-                        {"current", orNull(controller.currentDisplayID())}};
-        });
-        add("query.windows", {}, [&controller](const Call&) -> ControlReply {
-            return json{{"windows", controlRecord::windows(controller)}};
-        });
-        add("query.tiles", {}, [&controller](const Call&) -> ControlReply {
-            return json{{"tiles", controlRecord::tiles(controller)}};
-        });
-        add("query.focus", {}, [&controller](const Call&) { return describeFocus(controller); });
-        add("query.windowAt", {"x", "y"},
-            [&controller](const Call& call) { return findWindowAt(controller, call.parameters); });
-        add("query.state", {}, [this](const Call&) -> ControlReply { return json{{"state", broadcast_.state()}}; });
-        add("explain", {"window"}, [&controller](const Call& call) { return explain(controller, call.parameters); });
-    }
-
-    void addSettings() {
-        const auto addSwitch = [this](const std::string& name, const std::optional<SystemSetting>& setting) {
-            add(name + ".status", {}, [&setting](const Call&) { return settingStatus(setting); });
-            addSaved(name + ".on", {}, [&setting](const Call&) { return switchSetting(setting, true); });
-            addSaved(name + ".off", {}, [&setting](const Call&) { return switchSetting(setting, false); });
-        };
-        addSwitch("login", context_.startAtLogin);
-        addSwitch("dock", context_.dockAutoHide);
-    }
-
-    void addUserInterface() {
-        add("menu", {}, [this](const Call&) {
-            return listMenu(context_.menu,
-                            [this](const KovaShortcut& shortcut) { return shortcuts_.textOf(shortcut); });
-        });
-        addSaved("menu.choose", {"id"}, [this](const Call& call) {
-            return chooseFromMenu(context_.menu, context_.controller, call.parameters);
-        });
-        add("ui.status", {}, [this](const Call&) { return userInterfaceStatus(context_.userInterface); });
-        add("ui.report", {"problem"}, [this](const Call& call) {
-            return noteUserInterfaceProblem(context_.userInterface, call.parameters, call.peer);
-        });
-        add("ui.restart", {},
-            [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::restart); });
-        addSaved("ui.on", {},
-                 [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::on); });
-        addSaved("ui.off", {}, [this](const Call&) {
-            if (SettingsWindowControl* window = settingsWindow()) window->close();
-            if (OnboardingWindowControl* window = onboardingWindow()) window->close();
-            return switchUserInterface(context_.userInterface, UserInterfaceSwitch::off);
-        });
-        add("ui.show", {"what"},
-            [this](const Call& call) { return showInUserInterface(userInterfaceWindows(), call.parameters); });
-        add("ui.hide", {"what"},
-            [this](const Call& call) { return hideInUserInterface(userInterfaceWindows(), call.parameters); });
-        add("ui.answer", {"id", "isConfirmed"}, [this](const Call& call) -> ControlReply {
-            if (!context_.dialogs) return refusal("This agent shows its alerts itself");
-            return context_.dialogs->answer(call.parameters);
-        });
-        add("ui.launcher", {"tile", "display"}, [this](const Call& call) {
-            return showLauncher(overlay_ ? &*overlay_ : nullptr, context_.controller, call.parameters);
-        });
-        add("ui.palette", {"tile", "display"}, [this](const Call& call) {
-            return showPalette(overlay_ ? &*overlay_ : nullptr, context_.controller, call.parameters);
-        });
-        add("settings.show", {"pane"},
-            [this](const Call& call) { return showSettings(userInterfaceWindows(), call.parameters); });
-    }
-
-    SettingsWindowControl* settingsWindow() const {
-        return context_.settingsWindow ? context_.settingsWindow() : nullptr;
-    }
-    OnboardingWindowControl* onboardingWindow() const {
-        return context_.onboardingWindow ? context_.onboardingWindow() : nullptr;
-    }
-    UserInterfaceWindows userInterfaceWindows() {
-        return {
-            .overlay = overlay_ ? &*overlay_ : nullptr, .settings = settingsWindow(), .onboarding = onboardingWindow()};
-    }
-
-    void addAgent() {
-        add("updates.status", {}, [this](const Call&) { return updatesStatus(context_.menu); });
-        add("updates.check", {}, [this](const Call&) { return checkForUpdates(context_.menu); });
-        for (const auto& [name, which] : {std::pair("updates.automatic", UpdateSwitch::checks),
-                                          std::pair("updates.download", UpdateSwitch::downloads)}) {
-            add(name, {"isOn"}, [this, which = which](const Call& call) {
-                return switchUpdates(context_.menu, which, call.parameters);
-            });
-        }
-        add("permission.status", {},
-            [this](const Call&) { return permissionStatus(context_.controller, context_.permission); });
-        add("permission.ask", {},
-            [this](const Call&) { return askForPermission(context_.controller, context_.permission); });
-        add("status", {}, [this](const Call&) -> ControlReply { return agentStatus(context_, shortcuts_); });
-        add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
-        add("subscribe", {"topic"}, [this](const Call& call) { return subscribe(call); });
-        add("quit", {}, [this](const Call&) -> ControlReply {
+        add("status", {}, [this](const MethodCall&) -> ControlReply { return agentStatus(context_, shortcuts_); });
+        add("doctor", {}, [this](const MethodCall&) -> ControlReply { return examine(context_, shortcuts_); });
+        add("subscribe", {"topic"}, [this](const MethodCall& call) { return subscribe(call); });
+        add("quit", {}, [this](const MethodCall&) -> ControlReply {
             context_.queue.post(context_.quit); // after the response
             return json{{"process", getpid()}};
         });
     }
 
-    ControlReply subscribe(const Call& call) {
+    UserInterfaceParts userInterfaceParts(OverlayBroadcast* overlay) {
+        return {.controller = context_.controller,
+                .menu = context_.menu,
+                .textOf = [this](const KovaShortcut& shortcut) { return shortcuts_.textOf(shortcut); },
+                .interface = context_.userInterface,
+                .dialogs = context_.dialogs,
+                .overlay = overlay,
+                .settings = [this] { return context_.settingsWindow ? context_.settingsWindow() : nullptr; },
+                .onboarding = [this] { return context_.onboardingWindow ? context_.onboardingWindow() : nullptr; }};
+    }
+
+    ControlReply subscribe(const MethodCall& call) {
         const auto topic = call.parameters.optional("topic");
         if (!topic) return broadcast_.subscribe(call.peer);
         if (topic->string() == "settings") return settings_.subscribe(call.peer);

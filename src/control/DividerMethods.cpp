@@ -1,9 +1,11 @@
 #include "control/DividerMethods.h"
 
 #include "control/ControlRecords.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
 #include <cmath>
@@ -90,8 +92,7 @@ json recordOf(const DisplayLayoutDivider& divider, const WorkspaceController& co
             {"canUndo", *controller.state().canUndo}};
 }
 
-} // namespace
-
+/// The dividers of the display that the parameters name, else of all displays.
 ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters) {
     json dividers = controlRecord::dividers(controller);
     const json tiles = controlRecord::tiles(controller);
@@ -105,6 +106,8 @@ ControlReply listDividers(const WorkspaceController& controller, const JsonCurso
     return json{{"dividers", std::move(dividers)}};
 }
 
+/// Moves one divider as the pointer does, from press to release: one undo step, within the minimum sizes of its
+/// neighbors.
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters) {
     const JsonCursor givenPoints = parameters.required("points");
     const double points = givenPoints.number();
@@ -119,12 +122,24 @@ ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& para
     return result;
 }
 
+/// Resets all dividers of the split to their places in the layout, in one undo step. Refused if none was moved.
 ControlReply resetDivider(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto divider = wantedDivider(controller, parameters);
     if (!divider) return divider.error();
     const auto outcome = controller.perform(action::ResetDivider{*divider});
     if (!outcome) return failureOf(outcome);
     return recordOf(*divider, controller);
+}
+
+} // namespace
+
+void addDividerMethods(MethodTable& methods, WorkspaceController& controller) {
+    methods.add("divider.list", {"display"},
+                [&controller](const MethodCall& call) { return listDividers(controller, call.parameters); });
+    methods.add("divider.drag", {"split", "boundary", "points", "display"},
+                [&controller](const MethodCall& call) { return dragDivider(controller, call.parameters); });
+    methods.add("divider.reset", {"split", "boundary", "display"},
+                [&controller](const MethodCall& call) { return resetDivider(controller, call.parameters); });
 }
 
 } // namespace kova

@@ -1,5 +1,6 @@
 #include "control/DocumentTransfer.h"
 
+#include "control/MethodTable.h"
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
 #include "persistence/WorkspaceDocumentCoding.h"
@@ -106,6 +107,12 @@ void DocumentTransfer::dropAbandoned() {
         return !peer || !peer->isConnected() || now - upload.lastPiece > kUploadTimeout;
     });
     scheduleSweep();
+}
+
+void DocumentTransfer::addTo(MethodTable& methods) {
+    methods.add("export", {}, [this](const MethodCall&) { return exportDocument(); });
+    methods.addSaved("import", {"text", "more", "dryRun"},
+                     [this](const MethodCall& call) { return importDocument(call.parameters, call.peer); });
 }
 
 } // namespace kova

@@ -15,6 +15,8 @@
 
 namespace kova {
 
+class MethodTable;
+
 class DocumentTransfer {
   public:
     /// An upload without a new piece for this long is dropped.
@@ -23,6 +25,7 @@ class DocumentTransfer {
     /// Both arguments outlive the transfer.
     DocumentTransfer(WorkspaceController& controller, MainQueue& queue) : controller_(controller), queue_(queue) {}
 
+    void addTo(MethodTable& methods);
     ControlReply exportDocument() const;
     /// Receives the next piece of a document; imports the document with the last piece.
     ControlReply importDocument(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);

@@ -1,11 +1,16 @@
 #include "control/LauncherMethods.h"
 
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/OverlayBroadcast.h"
 #include "control/Refusal.h"
 #include "control/WindowCommandMethods.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kova {
 
@@ -13,7 +18,8 @@ namespace {
 
 using nlohmann::json;
 
-/// The launcher prefers an empty tile for the application to start, the palette the tile in which the user works.
+/// The tile if the parameters name none. The launcher prefers an empty tile for the application to start, then the tile
+/// of the focused window; the palette prefers them in the reverse order.
 enum class Preferred { emptyTile, focusedTile };
 
 ControlResult<TileTarget> tileFor(const WorkspaceController& controller, const JsonCursor& parameters,
@@ -43,14 +49,13 @@ ControlReply showAtTile(OverlayBroadcast* overlay, const std::string& what, cons
 
 } // namespace
 
-ControlReply showLauncher(OverlayBroadcast* overlay, const WorkspaceController& controller,
-                          const JsonCursor& parameters) {
-    return showAtTile(overlay, "launcher", tileFor(controller, parameters, Preferred::emptyTile));
-}
-
-ControlReply showPalette(OverlayBroadcast* overlay, const WorkspaceController& controller,
-                         const JsonCursor& parameters) {
-    return showAtTile(overlay, "palette", tileFor(controller, parameters, Preferred::focusedTile));
+void addLauncherMethods(MethodTable& methods, const WorkspaceController& controller, OverlayBroadcast* overlay) {
+    methods.add("ui.launcher", {"tile", "display"}, [&controller, overlay](const MethodCall& call) {
+        return showAtTile(overlay, "launcher", tileFor(controller, call.parameters, Preferred::emptyTile));
+    });
+    methods.add("ui.palette", {"tile", "display"}, [&controller, overlay](const MethodCall& call) {
+        return showAtTile(overlay, "palette", tileFor(controller, call.parameters, Preferred::focusedTile));
+    });
 }
 
 } // namespace kova

@@ -1,14 +1,18 @@
 #include "control/LayoutMethods.h"
 
 #include "control/ControlRecords.h"
+#include "control/LayoutFitMethod.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "layout/SlotNames.h"
 #include "support/Limits.h"
 #include "workspace/WindowNames.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kova {
 
@@ -75,7 +79,12 @@ json tilesProposed(const LayoutDefinition& layout, CGSize area, double inset) {
     return out;
 }
 
-} // namespace
+ControlReply listLayouts(const WorkspaceController& controller) {
+    json slots = json::array();
+    for (const SlotName& slot : slotNames(controller.catalogue()))
+        slots.push_back({{"id", slot.id}, {"name", slot.name}});
+    return json{{"layouts", controlRecord::layouts(controller)}, {"slots", std::move(slots)}};
+}
 
 ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
@@ -132,6 +141,7 @@ ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor&
     return inForce(controller, *display);
 }
 
+/// Sets the application to which arrangements offer the tiles of a slot first; clears it if the parameters name none.
 ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto slot = lookUpSlotOfAnyLayout(controller, parameters.required("tile").string());
     if (!slot) return slot.error();
@@ -157,6 +167,30 @@ ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& par
     const auto outcome = controller.perform(action::SetTileInset{points});
     if (!outcome) return failureOf(outcome);
     return json{{"points", points}};
+}
+
+} // namespace
+
+void addLayoutMethods(MethodTable& methods, WorkspaceController& controller) {
+    methods.add("layout.list", {}, [&controller](const MethodCall&) { return listLayouts(controller); });
+    methods.add("layout.show", {"layout", "display"},
+                [&controller](const MethodCall& call) { return showLayout(controller, call.parameters); });
+    methods.add("layout.fit", {"display"},
+                [&controller](const MethodCall& call) { return fitLayouts(controller, call.parameters); });
+    methods.add("layout.next", {"window", "display"}, [&controller](const MethodCall& call) {
+        return stepLayout(controller, call.parameters, LayoutStep::next);
+    });
+    methods.add("layout.previous", {"window", "display"}, [&controller](const MethodCall& call) {
+        return stepLayout(controller, call.parameters, LayoutStep::previous);
+    });
+    methods.add("layout.select", {"layout", "display"},
+                [&controller](const MethodCall& call) { return selectLayout(controller, call.parameters); });
+    methods.add("layout.resetSizes", {"display"},
+                [&controller](const MethodCall& call) { return resetLayoutSizes(controller, call.parameters); });
+    methods.addSaved("layout.prefer", {"tile", "application"},
+                     [&controller](const MethodCall& call) { return preferApplication(controller, call.parameters); });
+    methods.addSaved("layout.setInset", {"points"},
+                     [&controller](const MethodCall& call) { return setTileInset(controller, call.parameters); });
 }
 
 } // namespace kova

@@ -1,6 +1,7 @@
 #include "control/LearningMethods.h"
 
 #include "control/ControlRecords.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
@@ -86,8 +87,7 @@ std::map<std::string, Known> knownApplications(const WorkspaceController& contro
     return known;
 }
 
-} // namespace
-
+/// Lists the applications about which data was learned, sorted by name, with role, minimum size and usual tiles.
 ControlReply listLearned(const WorkspaceController& controller) {
     auto known = knownApplications(controller);
     ApplicationNames names(controller);
@@ -129,6 +129,14 @@ ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor
     std::string names;
     for (const auto& name : forgotten->names) names += (names.empty() ? "" : ", ") + name;
     return json{{"applications", forgotten->names}, {"message", "Forgot the minimum sizes and tiles of " + names}};
+}
+
+} // namespace
+
+void addLearningMethods(MethodTable& methods, WorkspaceController& controller) {
+    methods.add("app.learned", {}, [&controller](const MethodCall&) { return listLearned(controller); });
+    methods.addSaved("app.forget", {"application"},
+                     [&controller](const MethodCall& call) { return forgetApplication(controller, call.parameters); });
 }
 
 } // namespace kova

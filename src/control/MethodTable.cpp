@@ -5,12 +5,12 @@
 
 namespace kova {
 
-void MethodTable::add(std::string name, std::vector<std::string_view> parameters, Run run) {
-    methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run)});
+void MethodTable::add(std::string name, std::vector<std::string_view> parameters, Run run, Needs needs) {
+    methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run), false, needs});
 }
 
-void MethodTable::addSaved(std::string name, std::vector<std::string_view> parameters, Run run) {
-    methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run), true});
+void MethodTable::addSaved(std::string name, std::vector<std::string_view> parameters, Run run, Needs needs) {
+    methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run), true, needs});
 }
 
 const MethodTable::Method* MethodTable::find(const std::string& name) const {

@@ -14,23 +14,32 @@
 
 namespace kova {
 
+struct MethodCall {
+    JsonCursor parameters;
+    const std::shared_ptr<ControlPeer>& peer; // null when the agent itself calls
+};
+
 /// Main thread only.
 class MethodTable {
   public:
-    struct Call {
-        JsonCursor parameters;
-        const std::shared_ptr<ControlPeer>& peer; // null when the agent itself calls
+    using Run = std::function<ControlReply(const MethodCall&)>;
+    /// What must be known of the windows before a request is carried out. A request with a "window" always waits for
+    /// the next poll if windows changed since the last one.
+    enum class Needs {
+        nothing,
+        currentWindows, // waits for that poll, too
+        currentFrames,  // waits until frames were read on the polling queue
     };
-    using Run = std::function<ControlReply(const Call&)>;
     struct Method {
         std::vector<std::string_view> parameters;
         Run run;
         bool respondsOnceSaved = false;
+        Needs needs = Needs::nothing;
     };
 
-    void add(std::string name, std::vector<std::string_view> parameters, Run run);
+    void add(std::string name, std::vector<std::string_view> parameters, Run run, Needs needs = Needs::nothing);
     /// Adds a method that changes stored data: its response is sent once the data is on disk.
-    void addSaved(std::string name, std::vector<std::string_view> parameters, Run run);
+    void addSaved(std::string name, std::vector<std::string_view> parameters, Run run, Needs needs = Needs::nothing);
 
     /// Null when there is no such method.
     const Method* find(const std::string& name) const;

@@ -1,12 +1,15 @@
 #include "control/RuleMethods.h"
 
 #include "control/ControlRecords.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "layout/SlotNames.h"
 #include "workspace/RuleMatches.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -15,6 +18,8 @@ namespace kova {
 namespace {
 
 using nlohmann::json;
+
+constexpr std::int64_t kMostRules = 1'000'000; // the largest place that a rule can be moved to
 
 std::string shownSlot(const SlotID& slotID, const std::vector<SlotName>& slots) {
     const auto found = std::ranges::find(slots, slotID, &SlotName::id);
@@ -118,8 +123,7 @@ std::string_view word(RuleVerdict verdict) {
     return "";
 }
 
-} // namespace
-
+/// Lists the rules in their order; the first rule that matches a window decides.
 ControlReply listRules(const WorkspaceController& controller) {
     const auto matches = matchesOf(*controller.state().rules, controller.liveWindows());
     const auto slots = slotNames(controller.catalogue());
@@ -175,6 +179,7 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
                 {"message", orNull(message)}};
 }
 
+/// Changes a rule's disposition, its title text, or both; its name, position and application stay.
 ControlReply changeRule(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto title = parameters.optional("title");
     const std::string titleText = title ? title->string() : "";
@@ -195,6 +200,8 @@ ControlReply changeRule(WorkspaceController& controller, const JsonCursor& param
     controller.perform(change);
     return ruleAndCount(controller, record(controller, index));
 }
+
+enum class RuleSwitch { disable, enable };
 
 ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction) {
     const auto found = wantedRule(controller, parameters);
@@ -225,11 +232,14 @@ ControlReply moveRule(WorkspaceController& controller, const JsonCursor& paramet
     return ruleAndCount(controller, record(controller, place));
 }
 
+enum class RulesSwitch { off, on };
+
 ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction) {
     controller.perform(action::Switch{action::Setting::continuousManagement, direction == RulesSwitch::on});
     return json{{"isOn", *controller.state().continuousManagementEnabled}};
 }
 
+/// Which rule decides for a window, and the result of the others.
 ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto found = lookUpWindow(controller, parameters.required("window").string());
@@ -248,6 +258,32 @@ ControlReply testRules(const WorkspaceController& controller, const JsonCursor& 
                 {"rule", explanation->deciding ? record(controller, *explanation->deciding) : json(nullptr)},
                 {"summary", explanation->summary},
                 {"reasons", std::move(reasons)}};
+}
+
+} // namespace
+
+void addRuleMethods(MethodTable& methods, WorkspaceController& controller) {
+    methods.add("rule.list", {}, [&controller](const MethodCall&) { return listRules(controller); });
+    methods.addSaved("rule.add", {"application", "window", "focused", "title", "disposition", "slot"},
+                     [&controller](const MethodCall& call) { return addRule(controller, call.parameters); });
+    methods.addSaved("rule.change", {"rule", "title", "disposition", "slot"},
+                     [&controller](const MethodCall& call) { return changeRule(controller, call.parameters); });
+    methods.addSaved("rule.enable", {"rule"}, [&controller](const MethodCall& call) {
+        return switchRule(controller, call.parameters, RuleSwitch::enable);
+    });
+    methods.addSaved("rule.disable", {"rule"}, [&controller](const MethodCall& call) {
+        return switchRule(controller, call.parameters, RuleSwitch::disable);
+    });
+    methods.addSaved("rule.delete", {"rule"},
+                     [&controller](const MethodCall& call) { return deleteRule(controller, call.parameters); });
+    methods.addSaved("rule.move", {"rule", "to"},
+                     [&controller](const MethodCall& call) { return moveRule(controller, call.parameters); });
+    methods.add("rule.test", {"window"},
+                [&controller](const MethodCall& call) { return testRules(controller, call.parameters); });
+    methods.addSaved("rules.on", {},
+                     [&controller](const MethodCall&) { return switchRules(controller, RulesSwitch::on); });
+    methods.addSaved("rules.off", {},
+                     [&controller](const MethodCall&) { return switchRules(controller, RulesSwitch::off); });
 }
 
 } // namespace kova

@@ -1,10 +1,15 @@
 #include "control/SceneMethods.h"
 
 #include "control/ControlRecords.h"
+#include "control/DeletedScenes.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "control/SceneListeners.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace kova {
@@ -84,8 +89,6 @@ ControlResult<WorkspaceScene> wantedScene(const WorkspaceController& controller,
     return lookUpScene(controller, parameters.required("scene").string());
 }
 
-} // namespace
-
 ControlReply captureScene(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto named = parameters.optional("name");
     const std::optional<std::string> name = named ? std::optional(named->string()) : std::nullopt;
@@ -95,6 +98,7 @@ ControlReply captureScene(WorkspaceController& controller, const JsonCursor& par
     return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(outcome.message())}};
 }
 
+/// Lists the scenes, the newest last.
 ControlReply listScenes(const WorkspaceController& controller) {
     json scenes = json::array();
     for (const auto& scene : *controller.state().scenes) {
@@ -115,6 +119,8 @@ ControlReply showScene(const WorkspaceController& controller, const JsonCursor& 
                 {"placements", placementsOf(scene)}};
 }
 
+/// Responds at once, before launched applications show their windows. With “wait” the client gets the final report
+/// later.
 ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
                        const std::shared_ptr<ControlPeer>& peer) {
     const auto waits = parameters.optional("wait");
@@ -156,6 +162,35 @@ ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& 
         differences.push_back({{"what", difference.what}, {"inScene", difference.inScene}, {"now", difference.now}});
     }
     return json{{"scene", brief(scene)}, {"differences", std::move(differences)}};
+}
+
+} // namespace
+
+void addSceneMethods(MethodTable& methods, WorkspaceController& controller, SceneListeners& listeners,
+                     DeletedScenes& deleted) {
+    using Needs = MethodTable::Needs;
+    methods.addSaved(
+        "scene.capture", {"name"},
+        [&controller](const MethodCall& call) { return captureScene(controller, call.parameters); },
+        Needs::currentWindows);
+    methods.add("scene.list", {}, [&controller](const MethodCall&) { return listScenes(controller); });
+    methods.add("scene.show", {"scene"},
+                [&controller](const MethodCall& call) { return showScene(controller, call.parameters); });
+    methods.addSaved(
+        "scene.open", {"scene", "wait"},
+        [&controller, &listeners](const MethodCall& call) {
+            return openScene(controller, listeners, call.parameters, call.peer);
+        },
+        Needs::currentWindows);
+    methods.addSaved("scene.rename", {"scene", "newName"},
+                     [&controller](const MethodCall& call) { return renameScene(controller, call.parameters); });
+    methods.addSaved("scene.delete", {"scene"},
+                     [&deleted](const MethodCall& call) { return deleted.deleteScene(call.parameters); });
+    methods.addSaved("scene.undelete", {}, [&deleted](const MethodCall&) { return deleted.undelete(); });
+    methods.add(
+        "scene.diff", {"scene"},
+        [&controller](const MethodCall& call) { return diffScene(controller, call.parameters); },
+        Needs::currentWindows);
 }
 
 } // namespace kova

@@ -1,6 +1,9 @@
 #include "control/SettingMethods.h"
 
+#include "control/MethodTable.h"
 #include "control/Refusal.h"
+
+#include <string>
 
 namespace kova {
 
@@ -13,8 +16,6 @@ constexpr const char* kNoSetting = "This desktop has no such setting";
 json record(const SystemSetting::State& state) {
     return {{"isOn", state.isOn}, {"problem", orNull(state.problem)}, {"guidance", orNull(state.guidance)}};
 }
-
-} // namespace
 
 ControlReply settingStatus(const std::optional<SystemSetting>& setting) {
     if (!setting) return refusal(kNoSetting);
@@ -30,6 +31,14 @@ ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isO
     if (state.unavailableReason) return refusal(*state.unavailableReason);
     if (state.problem) return refusal(*state.problem);
     return record(state);
+}
+
+} // namespace
+
+void addSettingMethods(MethodTable& methods, const std::string& name, const std::optional<SystemSetting>& setting) {
+    methods.add(name + ".status", {}, [&setting](const MethodCall&) { return settingStatus(setting); });
+    methods.addSaved(name + ".on", {}, [&setting](const MethodCall&) { return switchSetting(setting, true); });
+    methods.addSaved(name + ".off", {}, [&setting](const MethodCall&) { return switchSetting(setting, false); });
 }
 
 } // namespace kova

@@ -1,14 +1,16 @@
-// Methods for settings of the system: whether KOVA starts at login, and whether the Dock hides itself.
+// Adds the methods of a setting of the system: whether KOVA starts at login, and whether the Dock hides itself.
 #pragma once
 
-#include "control/ControlHandling.h"
 #include "control/SystemSetting.h"
 
 #include <optional>
+#include <string>
 
 namespace kova {
 
-ControlReply settingStatus(const std::optional<SystemSetting>& setting);
-ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isOn);
+class MethodTable;
+
+/// `name` is the first part of the methods' names; `setting` is absent where the desktop lacks it.
+void addSettingMethods(MethodTable& methods, const std::string& name, const std::optional<SystemSetting>& setting);
 
 } // namespace kova

@@ -2,6 +2,7 @@
 
 #include "commands/KeyNames.h"
 #include "control/JsonRpc.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "support/Quoted.h"
@@ -271,6 +272,16 @@ void ShortcutMethods::notifyClaimed() {
         peer->sendAfterResponse(
             jsonrpc::line(jsonrpc::notification("claimed", {{"shortcut", recordOf(waiting.action)}})));
     }
+}
+
+void ShortcutMethods::addTo(MethodTable& methods) {
+    methods.add("shortcut.list", {}, [this](const MethodCall&) { return list(); });
+    methods.addSaved("shortcut.set", {"action", "keys"},
+                     [this](const MethodCall& call) { return set(call.parameters, call.peer); });
+    methods.addSaved("shortcut.clear", {"action"}, [this](const MethodCall& call) { return clear(call.parameters); });
+    methods.add("shortcut.record", {"action"},
+                [this](const MethodCall& call) { return record(call.parameters, call.peer); });
+    methods.addSaved("shortcut.restoreDefaults", {}, [this](const MethodCall&) { return restoreDefaults(); });
 }
 
 } // namespace kova

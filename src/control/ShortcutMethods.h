@@ -17,6 +17,8 @@
 
 namespace kova {
 
+class MethodTable;
+
 class ShortcutMethods {
   public:
     /// Recording ends after this time, since no other program gets the keyboard meanwhile.
@@ -27,12 +29,7 @@ class ShortcutMethods {
     ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
                     const Published<bool>& isSuspended, PreferencesStore& preferences);
 
-    ControlReply list() const;
-    ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
-    ControlReply clear(const JsonCursor& parameters);
-    /// Starts a recording. Its results are sent as notifications, the last of which ends the recording.
-    ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
-    ControlReply restoreDefaults();
+    void addTo(MethodTable& methods);
     /// The shortcuts that another program or the system holds, as a user reads them: "Ctrl+Alt+H (Focus Left)".
     std::vector<std::string> heldByOthers() const;
     /// What can hold a combination on this desktop: another "program", or the "system".
@@ -55,6 +52,12 @@ class ShortcutMethods {
         KovaShortcutAction action;
     };
 
+    ControlReply list() const;
+    ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
+    ControlReply clear(const JsonCursor& parameters);
+    /// Starts a recording. Its results are sent as notifications, the last of which ends the recording.
+    ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
+    ControlReply restoreDefaults();
     nlohmann::json recordOf(KovaShortcutAction action) const;
     nlohmann::json recordsOfAll() const;
     bool isHeldByOther(const KovaShortcut& shortcut) const;

@@ -1,9 +1,12 @@
 #include "control/ThemeMethods.h"
 
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "themes/ThemeCoding.h"
+#include "workspace/WorkspaceController.h"
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -35,8 +38,7 @@ NamedThing named(const std::string& id, const std::string& displayName) {
     return {id, {displayName}, id + "  " + displayName};
 }
 
-} // namespace
-
+/// Palettes are shown with the accent color in use.
 ControlReply listThemes(const WorkspaceController& controller) {
     json themes = json::array();
     for (const auto& theme : controller.registry().themes()) {
@@ -78,10 +80,39 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     return json{{"accentColor", accentRecord(controller, option)}};
 }
 
+/// Switches the setting to "isOn" of the parameters; the result repeats it.
 ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting) {
     const bool isOn = parameters.required("isOn").boolean();
     controller.perform(action::Switch{setting, isOn});
     return json{{"isOn", isOn}};
+}
+
+} // namespace
+
+void addThemeMethods(MethodTable& methods, WorkspaceController& controller, std::function<bool()> isDrawn) {
+    const auto marked = [isDrawn = std::move(isDrawn)](ControlReply reply) {
+        if (reply) (*reply)["isDrawn"] = isDrawn();
+        return reply;
+    };
+    methods.add("theme.list", {}, [&controller, marked](const MethodCall&) { return marked(listThemes(controller)); });
+    methods.addSaved("theme.select", {"theme"}, [&controller, marked](const MethodCall& call) {
+        return marked(selectTheme(controller, call.parameters));
+    });
+    methods.add("accent.list", {}, [&controller](const MethodCall&) { return listAccentColors(controller); });
+    methods.addSaved("accent.select", {"accentColor"}, [&controller, marked](const MethodCall& call) {
+        return marked(selectAccentColor(controller, call.parameters));
+    });
+    static constexpr std::pair<const char*, action::Setting> kSwitches[] = {
+        {"theme.background", action::Setting::useThemeBackground},
+        {"theme.brain", action::Setting::showBrain},
+        {"theme.tileBackgrounds", action::Setting::showTileBackgrounds},
+        {"bringForward", action::Setting::bringsNextForward},
+        {"arrangeAfterLaunch", action::Setting::autoArrangeOnLaunch}};
+    for (const auto& [name, setting] : kSwitches) {
+        methods.addSaved(name, {"isOn"}, [&controller, marked, setting = setting](const MethodCall& call) {
+            return marked(switchPreference(controller, call.parameters, setting));
+        });
+    }
 }
 
 } // namespace kova

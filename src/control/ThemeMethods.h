@@ -1,19 +1,14 @@
-// The appearance of the workspace, as methods of the socket. The caller adds whether a client draws it.
+// Adds the methods of the workspace's appearance, and those that switch a setting of KOVA.
 #pragma once
 
-#include "control/ControlHandling.h"
-#include "support/JsonDecoding.h"
-#include "workspace/WorkspaceController.h"
+#include <functional>
 
 namespace kova {
 
-/// Palettes are shown with the accent color in use.
-ControlReply listThemes(const WorkspaceController& controller);
-ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& parameters);
-ControlReply listAccentColors(const WorkspaceController& controller);
-ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters);
+class MethodTable;
+class WorkspaceController;
 
-/// Switches the setting to "isOn" of the parameters; the result repeats it.
-ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting);
+/// Results say whether a client draws the overlay, which `isDrawn` returns.
+void addThemeMethods(MethodTable& methods, WorkspaceController& controller, std::function<bool()> isDrawn);
 
 } // namespace kova

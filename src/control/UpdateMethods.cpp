@@ -1,9 +1,12 @@
 #include "control/UpdateMethods.h"
 
+#include "control/MenuServing.h"
+#include "control/MethodTable.h"
 #include "control/Refusal.h"
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace kova {
 
@@ -29,8 +32,6 @@ ControlReply noUpdates() {
     return refusal("This KOVA does not update itself; its package does");
 }
 
-} // namespace
-
 ControlReply updatesStatus(const MenuServing* menu) {
     const auto now = entryIn(menu, kNow), checks = entryIn(menu, kChecks), downloads = entryIn(menu, kDownloads);
     if (!now || !checks || !downloads) return noUpdates();
@@ -45,6 +46,9 @@ ControlReply checkForUpdates(MenuServing* menu) {
     return updatesStatus(menu);
 }
 
+enum class UpdateSwitch { checks, downloads };
+
+/// Refused for downloads while automatic checks are off.
 ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCursor& parameters) {
     const bool isOn = parameters.required("isOn").boolean();
     const std::string_view id = which == UpdateSwitch::checks ? kChecks : kDownloads;
@@ -53,6 +57,18 @@ ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCurs
     if (entry->isChecked != isOn && !menu->choose(id))
         return refusal("Updates are downloaded only if KOVA checks for them automatically");
     return updatesStatus(menu);
+}
+
+} // namespace
+
+void addUpdateMethods(MethodTable& methods, MenuServing* menu) {
+    methods.add("updates.status", {}, [menu](const MethodCall&) { return updatesStatus(menu); });
+    methods.add("updates.check", {}, [menu](const MethodCall&) { return checkForUpdates(menu); });
+    methods.add("updates.automatic", {"isOn"},
+                [menu](const MethodCall& call) { return switchUpdates(menu, UpdateSwitch::checks, call.parameters); });
+    methods.add("updates.download", {"isOn"}, [menu](const MethodCall& call) {
+        return switchUpdates(menu, UpdateSwitch::downloads, call.parameters);
+    });
 }
 
 } // namespace kova

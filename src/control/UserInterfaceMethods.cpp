@@ -1,12 +1,24 @@
 #include "control/UserInterfaceMethods.h"
 
+#include "control/MenuServing.h"
+#include "control/MethodTable.h"
 #include "control/OnboardingWindowControl.h"
 #include "control/OverlayBroadcast.h"
 #include "control/Refusal.h"
 #include "control/SettingsWindowControl.h"
+#include "control/UserInterfaceControl.h"
+#include "control/UserInterfaceDialogs.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <array>
 #include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace kova {
 
@@ -17,6 +29,9 @@ using nlohmann::json;
 constexpr const char* kNoInterface = "This agent has no program that draws the overlay";
 constexpr std::size_t kLongestProblem = 1000; // bytes of UTF-8, since the agent keeps it
 constexpr const char* kNoMenu = "This agent has no menu";
+/// The panes of the settings window, in their order.
+constexpr std::array<std::string_view, 8> kSettingsPanes = {"general", "layouts",    "shortcuts",    "rules",
+                                                            "scenes",  "appearance", "applications", "about"};
 
 const char* word(MenuEntry::Kind kind) {
     switch (kind) {
@@ -53,8 +68,6 @@ json recordOf(const UserInterfaceStatus& status) {
             {"problem", status.problem ? json(*status.problem) : json(nullptr)}};
 }
 
-} // namespace
-
 ControlReply listMenu(const MenuServing* menu, const ShortcutTexts& textOf) {
     if (!menu) return refusal(kNoMenu);
     return json{{"entries", recordOf(menu->entries(), textOf)}};
@@ -70,6 +83,7 @@ ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& contro
     return json{{"id", id}, {"message", isNew ? json(*said) : json(nullptr)}};
 }
 
+/// Takes the report of kova-ui that it cannot show the contents.
 ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
                                       const std::shared_ptr<ControlPeer>& reporter) {
     const JsonCursor given = parameters.required("problem");
@@ -87,6 +101,8 @@ ControlReply userInterfaceStatus(const UserInterfaceControl* interface) {
     return recordOf(interface->status());
 }
 
+enum class UserInterfaceSwitch { on, off, restart };
+
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change) {
     if (!interface) return refusal(kNoInterface);
     if (const auto reason = interface->unavailableReason()) return refusal(*reason);
@@ -97,8 +113,6 @@ ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceS
     }
     return recordOf(interface->status());
 }
-
-namespace {
 
 /// The value of "what", which must be one of `words`.
 std::string wordIn(const JsonCursor& parameters, std::initializer_list<std::string_view> words) {
@@ -112,44 +126,89 @@ std::string wordIn(const JsonCursor& parameters, std::initializer_list<std::stri
     return wanted;
 }
 
-} // namespace
-
-ControlReply showInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
-    const std::string what = wordIn(parameters, {"menu", "settings", "onboarding"});
-    if (what == "settings") {
-        const json withoutPane = json::object();
-        auto shown = showSettings(windows, JsonCursor(withoutPane, ""));
-        return shown ? ControlReply(json{{"what", what}}) : shown;
-    }
-    if (what == "onboarding") {
-        if (!windows.onboarding) return refusal(kNoInterface);
-        if (windows.overlay) windows.overlay->hasPeers(); // forgets clients that are gone
-        if (auto problem = windows.onboarding->show()) return refusal(*problem);
-        return json{{"what", what}};
-    }
-    if (!windows.overlay || !windows.overlay->show(what)) {
-        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
-    }
-    return json{{"what", what}};
-}
-
-ControlReply hideInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
-    const std::string what = wordIn(parameters, {"settings", "onboarding"});
-    if (what == "settings" && windows.settings) windows.settings->close();
-    if (what == "onboarding" && windows.onboarding) windows.onboarding->close();
-    return json{{"what", what}};
-}
-
-ControlReply showSettings(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
+ControlReply showSettings(const UserInterfaceParts& parts, const JsonCursor& parameters) {
     std::optional<std::string> pane;
     if (const auto given = parameters.optional("pane")) {
         pane = given->string();
         if (std::ranges::find(kSettingsPanes, *pane) == kSettingsPanes.end()) given->fail("there is no such pane");
     }
-    if (!windows.settings) return refusal(kNoInterface);
-    if (windows.overlay) windows.overlay->hasPeers(); // forgets clients that are gone
-    if (auto problem = windows.settings->show(pane)) return refusal(*problem);
+    SettingsWindowControl* settings = parts.settings();
+    if (!settings) return refusal(kNoInterface);
+    if (parts.overlay) parts.overlay->hasPeers(); // forgets clients that are gone
+    if (auto problem = settings->show(pane)) return refusal(*problem);
     return json{{"pane", orNull(pane)}};
+}
+
+ControlReply showInUserInterface(const UserInterfaceParts& parts, const JsonCursor& parameters) {
+    const std::string what = wordIn(parameters, {"menu", "settings", "onboarding"});
+    if (what == "settings") {
+        const json withoutPane = json::object();
+        auto shown = showSettings(parts, JsonCursor(withoutPane, ""));
+        return shown ? ControlReply(json{{"what", what}}) : shown;
+    }
+    if (what == "onboarding") {
+        OnboardingWindowControl* onboarding = parts.onboarding();
+        if (!onboarding) return refusal(kNoInterface);
+        if (parts.overlay) parts.overlay->hasPeers(); // forgets clients that are gone
+        if (auto problem = onboarding->show()) return refusal(*problem);
+        return json{{"what", what}};
+    }
+    if (!parts.overlay || !parts.overlay->show(what)) {
+        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
+    }
+    return json{{"what", what}};
+}
+
+void closeSettings(const UserInterfaceParts& parts) {
+    if (SettingsWindowControl* settings = parts.settings()) settings->close();
+}
+
+void closeOnboarding(const UserInterfaceParts& parts) {
+    if (OnboardingWindowControl* onboarding = parts.onboarding()) onboarding->close();
+}
+
+ControlReply hideInUserInterface(const UserInterfaceParts& parts, const JsonCursor& parameters) {
+    const std::string what = wordIn(parameters, {"settings", "onboarding"});
+    if (what == "settings") closeSettings(parts);
+    if (what == "onboarding") closeOnboarding(parts);
+    return json{{"what", what}};
+}
+
+} // namespace
+
+void addUserInterfaceMethods(MethodTable& methods, UserInterfaceParts partsOfAgent) {
+    const auto parts = std::make_shared<const UserInterfaceParts>(std::move(partsOfAgent));
+    MenuServing* menu = parts->menu;
+    UserInterfaceControl* interface = parts->interface;
+    methods.add("menu", {}, [parts](const MethodCall&) { return listMenu(parts->menu, parts->textOf); });
+    methods.addSaved("menu.choose", {"id"}, [menu, parts](const MethodCall& call) {
+        return chooseFromMenu(menu, parts->controller, call.parameters);
+    });
+    methods.add("ui.status", {}, [interface](const MethodCall&) { return userInterfaceStatus(interface); });
+    methods.add("ui.report", {"problem"}, [interface](const MethodCall& call) {
+        return noteUserInterfaceProblem(interface, call.parameters, call.peer);
+    });
+    methods.add("ui.restart", {}, [interface](const MethodCall&) {
+        return switchUserInterface(interface, UserInterfaceSwitch::restart);
+    });
+    methods.addSaved("ui.on", {}, [interface](const MethodCall&) {
+        return switchUserInterface(interface, UserInterfaceSwitch::on);
+    });
+    methods.addSaved("ui.off", {}, [interface, parts](const MethodCall&) {
+        closeSettings(*parts);
+        closeOnboarding(*parts);
+        return switchUserInterface(interface, UserInterfaceSwitch::off);
+    });
+    methods.add("ui.show", {"what"},
+                [parts](const MethodCall& call) { return showInUserInterface(*parts, call.parameters); });
+    methods.add("ui.hide", {"what"},
+                [parts](const MethodCall& call) { return hideInUserInterface(*parts, call.parameters); });
+    methods.add("ui.answer", {"id", "isConfirmed"}, [parts](const MethodCall& call) -> ControlReply {
+        if (!parts->dialogs) return refusal("This agent shows its alerts itself");
+        return parts->dialogs->answer(call.parameters);
+    });
+    methods.add("settings.show", {"pane"},
+                [parts](const MethodCall& call) { return showSettings(*parts, call.parameters); });
 }
 
 } // namespace kova

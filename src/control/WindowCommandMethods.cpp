@@ -2,6 +2,7 @@
 
 #include "control/ActionMethods.h"
 #include "control/ControlRecords.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
@@ -130,6 +131,8 @@ ControlResult<TileTarget> wantedTile(const WorkspaceController& controller, cons
     return TileTarget{*std::move(display), slot->id};
 }
 
+namespace {
+
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     auto window = namedWindow(controller, parameters);
     if (!window) return window.error();
@@ -182,14 +185,6 @@ ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& pa
     return carryOut(controller, parameters, command::MoveToDisplay{*std::move(window), *std::move(display)});
 }
 
-ControlReply floatWindow(WorkspaceController& controller, const JsonCursor& parameters) {
-    return onWantedWindow<command::ToggleFloating>(controller, parameters);
-}
-
-ControlReply tileWindow(WorkspaceController& controller, const JsonCursor& parameters) {
-    return onWantedWindow<command::Tile>(controller, parameters);
-}
-
 ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parameters) {
     action::CycleStack cycle;
     if (const auto step = parameters.optional("step")) {
@@ -216,25 +211,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     return result;
 }
 
-ControlReply describeFocus(const WorkspaceController& controller) {
-    json result = controlRecord::focus(controller);
-    result["last"] = result["window"];
-    const auto display = controller.currentDisplayID();
-    if (!result["last"].is_null() || !display) return result;
-    const auto last = controller.windowLastFocusedOn(*display);
-    if (last) result["last"] = controlRecord::briefWindow(controller, *last);
-    return result;
-}
-
-ControlReply findWindowAt(const WorkspaceController& controller, const JsonCursor& parameters) {
-    const CGPoint point{parameters.required("x").number(), parameters.required("y").number()};
-    if (auto failure = withoutPermission(controller)) return *failure;
-    const auto& screens = *controller.state().screens;
-    if (screens.empty()) return refusal("No display is connected");
-    const auto found = controller.managedWindowUnder(flipped(point, maxY(screens.front().frame)));
-    return json{{"window", found ? controlRecord::briefWindow(controller, *found) : json(nullptr)}};
-}
-
+/// Every tile with the windows in it, and the windows in none.
 ControlReply listWindows(const WorkspaceController& controller) {
     json displays = json::array();
     const auto tiles = controller.tiles();
@@ -268,6 +245,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
     return json{{"displays", std::move(displays)}, {"others", std::move(others)}};
 }
 
+/// Compares the frames of tiled windows with what was requested; with "repair" they are requested again.
 ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto findings = controller.verifyPlacements();
@@ -290,6 +268,8 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
     return json{{"isAsRequested", isAsRequested}, {"isRepaired", repairs}, {"windows", std::move(windows)}};
 }
 
+enum class Pausing { pause, resume };
+
 ControlReply setPaused(WorkspaceController& controller, const JsonCursor& parameters, Pausing pausing) {
     const bool isToPause = pausing == Pausing::pause;
     const bool wasPaused = *controller.state().isPaused;
@@ -306,6 +286,34 @@ ControlReply setPaused(WorkspaceController& controller, const JsonCursor& parame
                             : "KOVA would manage windows again and put them back into their tiles";
     }
     return json{{"isPaused", isDryRun ? wasPaused : isToPause}, {"dryRun", isDryRun}, {"message", message}};
+}
+
+} // namespace
+
+void addWindowCommandMethods(MethodTable& methods, WorkspaceController& controller) {
+    const auto add = [&](const char* name, std::vector<std::string_view> parameters,
+                         ControlReply (*run)(WorkspaceController&, const JsonCursor&),
+                         MethodTable::Needs needs = MethodTable::Needs::nothing) {
+        methods.add(
+            name, std::move(parameters),
+            [&controller, run](const MethodCall& call) { return run(controller, call.parameters); }, needs);
+    };
+    add("place", {"window", "tile", "display", "dryRun"}, placeWindow);
+    add("swap", {"with", "window", "display", "dryRun"}, swapWindows);
+    add("focus.window", {"window", "dryRun"}, focusWindow);
+    add("focus.display", {"to", "dryRun"}, focusDisplay);
+    add("move.display", {"to", "window", "display", "dryRun"}, moveToDisplay);
+    add("float", {"window", "display", "dryRun"}, onWantedWindow<command::ToggleFloating>);
+    add("tile", {"window", "display", "dryRun"}, onWantedWindow<command::Tile>);
+    add("stack", {"step", "tile", "window", "display", "dryRun"}, stepStack);
+    add("verify", {"repair", "dryRun"}, verifyPlacements, MethodTable::Needs::currentFrames);
+    methods.add("windows", {}, [&controller](const MethodCall&) { return listWindows(controller); });
+    methods.add("pause", {"dryRun"}, [&controller](const MethodCall& call) {
+        return setPaused(controller, call.parameters, Pausing::pause);
+    });
+    methods.add("resume", {"dryRun"}, [&controller](const MethodCall& call) {
+        return setPaused(controller, call.parameters, Pausing::resume);
+    });
 }
 
 } // namespace kova

@@ -1,14 +1,18 @@
 #include "control/WindowExplanation.h"
 
 #include "control/ControlRecords.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "layout/AutoArrangeLearning.h"
 #include "layout/SlotNames.h"
 #include "workspace/WindowNames.h"
+#include "workspace/WorkspaceController.h"
 
 #include <algorithm>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace kova {
 
@@ -109,8 +113,13 @@ std::string applicationWith(const WorkspaceController& controller, const std::st
     return key;
 }
 
-} // namespace
+/// A decision of the last arrangement, and whether it still holds.
+struct ExplainedDecision {
+    std::string text;
+    std::string now; // the present state; empty while the decision holds
+};
 
+/// In the arrangement's order; empty before the first.
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller) {
     const ArrangementPlan& plan = controller.lastArrangement();
     std::vector<ExplainedDecision> decisions;
@@ -129,6 +138,7 @@ std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController&
     return decisions;
 }
 
+/// Choices that later arrangements will respect: preferred applications, and rules that leave windows out.
 std::vector<std::string> explainStandingChoices(const WorkspaceController& controller) {
     std::vector<std::string> lines;
     for (const auto& [slotID, application] : controller.state().profile->preferredApplications) {
@@ -147,6 +157,7 @@ std::vector<std::string> explainStandingChoices(const WorkspaceController& contr
     return lines;
 }
 
+/// Where the window is, which rule decides for it, what the last arrangement decided and what another would decide.
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window) {
     if (const ManagedWindow* owner = controller.windowOfDialog(window)) {
         return {nameOf(window) + " is a dialog of " + nameOf(*owner) +
@@ -191,6 +202,13 @@ ControlReply explain(const WorkspaceController& controller, const JsonCursor& pa
     return json{{"window", controlRecord::window(window, controller)},
                 {"lines", explainWindow(controller, window)},
                 {"decisions", json::array()}};
+}
+
+} // namespace
+
+void addExplanationMethods(MethodTable& methods, const WorkspaceController& controller) {
+    methods.add("explain", {"window"},
+                [&controller](const MethodCall& call) { return explain(controller, call.parameters); });
 }
 
 } // namespace kova
