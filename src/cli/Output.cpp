@@ -58,23 +58,40 @@ std::string displayTable(const json& displays, const json& current) {
     return table.isEmpty() ? "No display is connected.\n" : table.text();
 }
 
-std::string windowTable(const json& windows) {
-    Table table({{"ID"}, {"APPLICATION"}, {"TILE"}, {"FRAME"}, {"STATE"}, {"TITLE"}});
+/// The name of a display or tile; without one, and for null, "-". `names` are those of the result, by id.
+std::string nameOf(const json& id, const json& names) {
+    return id.is_null() ? "-" : names.value(id.get<std::string>(), "-");
+}
+
+std::string windowTable(const json& windows, const json& names) {
+    Table table({{"ID"}, {"APPLICATION"}, {"TILE"}, {"TILE NAME"}, {"FRAME"}, {"STATE"}, {"TITLE"}});
     for (const json& window : windows) {
-        const std::string behind = window.at("tile").is_null() || window.at("isFront").get<bool>() ? "" : " (behind)";
-        table.add({window.at("id"), window.at("application"), textOr(window.at("tile"), "-") + behind,
+        const json& tile = window.at("tile");
+        const std::string behind = tile.is_null() || window.at("isFront").get<bool>() ? "" : " (behind)";
+        table.add({window.at("id"), window.at("application"), textOr(tile, "-"), nameOf(tile, names) + behind,
                    frame(window.at("frame")), shape(window), window.at("title")});
     }
     return table.isEmpty() ? "No windows.\n" : table.text();
 }
 
-std::string tileTable(const json& tiles) {
+std::string tileTable(const json& tiles, const json& names) {
     Table table({{"TILE"}, {"NAME"}, {"FRAME"}, {"STACK", Align::right}, {"WINDOW"}});
     for (const json& tile : tiles) {
-        table.add({tile.at("id"), tile.at("name"), frame(tile.at("frame")), std::to_string(tile.at("stack").size()),
-                   textOr(tile.at("application"), "-")});
+        table.add({tile.at("id"), nameOf(tile.at("id"), names), frame(tile.at("frame")),
+                   std::to_string(tile.at("stack").size()), textOr(tile.at("application"), "-")});
     }
     return table.isEmpty() ? "No tiles.\n" : table.text();
+}
+
+/// As the queries of tiles and windows return them.
+json namesIn(const json& state) {
+    json names = json::object();
+    for (const json& display : state.at("displays")) names[display.at("id").get<std::string>()] = display.at("name");
+    for (const json& tile : state.at("tiles")) {
+        names[tile.at("id").get<std::string>()] =
+            tile.at("name").get<std::string>() + " on " + nameOf(tile.at("display"), names);
+    }
+    return names;
 }
 
 std::string points(const json& count) {
@@ -146,13 +163,13 @@ std::string printHistory(const json& result, const Arguments&) {
 }
 
 std::string printDividers(const json& result, const Arguments&) {
-    Table table({{"SPLIT"}, {"BOUNDARY", Align::right}, {"ROOM"}, {"FRAME"}, {"DISPLAY"}});
+    Table table({{"SPLIT"}, {"BOUNDARY", Align::right}, {"ROOM"}, {"FRAME"}, {"DISPLAY"}, {"DISPLAY NAME"}});
     for (const json& divider : result.at("dividers")) {
         const bool isUpright = divider.at("axis") == "horizontal"; // between columns
         const std::string room = number(divider.at("least")) + (isUpright ? " left, +" : " up, +") +
                                  number(divider.at("most")) + (isUpright ? " right" : " down");
         table.add({divider.at("split"), number(divider.at("boundary")), room, frame(divider.at("frame")),
-                   divider.at("display")});
+                   divider.at("display"), nameOf(divider.at("display"), result.value("names", json::object()))});
     }
     return table.isEmpty() ? "There is no divider.\n" : table.text();
 }
@@ -176,17 +193,18 @@ std::string printDisplays(const json& result, const Arguments&) {
 }
 
 std::string printWindows(const json& result, const Arguments&) {
-    return windowTable(result.at("windows"));
+    return windowTable(result.at("windows"), result.value("names", json::object()));
 }
 
 std::string printTiles(const json& result, const Arguments&) {
-    return tileTable(result.at("tiles"));
+    return tileTable(result.at("tiles"), result.value("names", json::object()));
 }
 
 std::string printState(const json& result, const Arguments&) {
     const json& state = result.at("state");
-    std::string out = displayTable(state.at("displays"), nullptr) + "\n" + tileTable(state.at("tiles")) + "\n" +
-                      windowTable(state.at("windows"));
+    const json names = namesIn(state);
+    std::string out = displayTable(state.at("displays"), nullptr) + "\n" + tileTable(state.at("tiles"), names) + "\n" +
+                      windowTable(state.at("windows"), names);
     if (!state.at("message").is_null()) out += "\n" + line(state.at("message").get<std::string>());
     return out;
 }

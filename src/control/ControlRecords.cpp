@@ -94,6 +94,16 @@ std::string tileName(const WorkspaceController& controller, const TileTarget& ta
     return target.text();
 }
 
+json names(const WorkspaceController& controller) {
+    json out = json::object();
+    for (const Screen& screen : *controller.state().screens) out[displayID(screen).text()] = screen.localizedName;
+    for (const WorkspaceTile& tile : controller.tiles()) {
+        const std::string display = out.value(tile.displayID.text(), tile.displayID.text());
+        out[tile.target.text()] = tile.slot.name + " on " + display;
+    }
+    return out;
+}
+
 json windowInBrief(const WorkspaceController& controller, const WindowID& windowID) {
     json out = briefWindow(controller, windowID);
     const ManagedWindow* window = controller.actingWindow(windowID);

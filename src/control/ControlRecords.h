@@ -33,6 +33,8 @@ nlohmann::json windowInBrief(const WorkspaceController& controller, const Window
 bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID);
 /// The names of the tile and its display: "Primary on DVI-1". The tile's id if the tile does not exist any more.
 std::string tileName(const WorkspaceController& controller, const TileTarget& target);
+/// The names of all displays and tiles, by their ids; those of tiles as `tileName` returns them.
+nlohmann::json names(const WorkspaceController& controller);
 /// The focused window with its tile and display; without one the current display.
 nlohmann::json focus(const WorkspaceController& controller);
 

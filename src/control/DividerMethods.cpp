@@ -103,7 +103,7 @@ ControlReply listDividers(const WorkspaceController& controller, const JsonCurso
         std::erase_if(dividers.get_ref<json::array_t&>(),
                       [&](const json& divider) { return divider.at("display") != *display; });
     }
-    return json{{"dividers", std::move(dividers)}};
+    return json{{"dividers", std::move(dividers)}, {"names", controlRecord::names(controller)}};
 }
 
 /// Moves one divider as the pointer does, from press to release: one undo step, within the minimum sizes of its

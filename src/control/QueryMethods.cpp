@@ -40,10 +40,10 @@ void addQueryMethods(MethodTable& methods, const WorkspaceController& controller
                     {"current", orNull(controller.currentDisplayID())}};
     });
     methods.add("query.windows", {}, [&controller](const MethodCall&) -> ControlReply {
-        return json{{"windows", controlRecord::windows(controller)}};
+        return json{{"windows", controlRecord::windows(controller)}, {"names", controlRecord::names(controller)}};
     });
     methods.add("query.tiles", {}, [&controller](const MethodCall&) -> ControlReply {
-        return json{{"tiles", controlRecord::tiles(controller)}};
+        return json{{"tiles", controlRecord::tiles(controller)}, {"names", controlRecord::names(controller)}};
     });
     methods.add("query.focus", {}, [&controller](const MethodCall&) { return describeFocus(controller); });
     methods.add("query.windowAt", {"x", "y"},

@@ -133,16 +133,17 @@ as it would be on Small (800×600 points)
 TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotControlTheTerminal) {
     desk.desktop.setTitle("Notes", "a\x1b]0;b\x07\u009b\u202E\xFF 漢字");
     desk.arrange();
-    EXPECT_EQ(run({"query", "windows"}).out,
-              R"(ID      APPLICATION  TILE                            FRAME              STATE      TITLE
-101:16  Mail         -                               100,100 800x600    minimized  Inbox
-102:32  Notes        display-UUID-OF-A::secondary-1  1291,15 1254x1382  visible    a?]0;b???� 漢字
-103:48  Terminal     display-UUID-OF-A::focus-main   15,15 1254x1382    visible    Terminal
+    EXPECT_EQ(
+        run({"query", "windows"}).out,
+        R"(ID      APPLICATION  TILE                            TILE NAME       FRAME              STATE      TITLE
+101:16  Mail         -                               -               100,100 800x600    minimized  Inbox
+102:32  Notes        display-UUID-OF-A::secondary-1  Secondary on A  1291,15 1254x1382  visible    a?]0;b???� 漢字
+103:48  Terminal     display-UUID-OF-A::focus-main   Primary on A    15,15 1254x1382    visible    Terminal
 )");
     EXPECT_EQ(run({"query", "tiles"}).out,
-              R"(TILE                            NAME       FRAME              STACK  WINDOW
-display-UUID-OF-A::focus-main   Primary    15,15 1254x1382        1  Terminal
-display-UUID-OF-A::secondary-1  Secondary  1291,15 1254x1382      1  Notes
+              R"(TILE                            NAME            FRAME              STACK  WINDOW
+display-UUID-OF-A::focus-main   Primary on A    15,15 1254x1382        1  Terminal
+display-UUID-OF-A::secondary-1  Secondary on A  1291,15 1254x1382      1  Notes
 )");
 }
 
@@ -168,8 +169,8 @@ TEST_F(CommandLine, HistoryAndDividersAreListed) {
     desk.layout("jarvis.dual-split").arrange();
     EXPECT_EQ(run({"divider", "drag", "root", "0", "-120"}).out, "The divider root 0 moved by -120 points.\n");
     EXPECT_EQ(run({"divider", "list"}).out,
-              R"(SPLIT  BOUNDARY  ROOM                    FRAME            DISPLAY
-root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
+              R"(SPLIT  BOUNDARY  ROOM                    FRAME            DISPLAY            DISPLAY NAME
+root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A  A
 )");
     EXPECT_EQ(run({"history"}).out, R"(TIME                 ACTION                 WINDOWS
 2023-11-15 04:13:25  drag divider           Notes, Terminal
