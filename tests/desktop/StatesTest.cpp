@@ -330,6 +330,28 @@ TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
     }
 }
 
+TEST_F(Desktop, AWindowThatIsBeingRestoredKeepsTheFocusThatAnotherProgramRequestsForIt) {
+    DesktopUnderTest desk(Manager::openbox);
+    const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
+    const auto inbox = mail->open({.title = "Inbox"}), pad = notes->open({.title = "Pad"});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Inbox", "Pad"}));
+    desk.service().minimize(desk.window("Inbox"));
+    ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(inbox); }));
+    EXPECT_TRUE(desk.service().restoreAndFocus(desk.window("Pad")));
+    ASSERT_TRUE(desk.runUntil([&] { return notes->focus() == pad; }));
+    desk.service().unminimize(desk.window("Inbox"));
+    ASSERT_TRUE(desk.runUntil([&] { return mail->isViewable(inbox); }));
+    desk.runFor(Seconds(0.3)); // if the window manager focused the window, Pad has the focus again
+    ASSERT_TRUE(desk.runUntil([&] { return notes->focus() == pad; }));
+    constexpr std::uint32_t kFromPager = 2;
+    notes->ask("_NET_ACTIVE_WINDOW", inbox, {kFromPager, XCB_CURRENT_TIME, 0});
+    EXPECT_TRUE(desk.runUntil([&] { return mail->focus() == inbox; }));
+    desk.runFor(Seconds(0.5));
+    EXPECT_EQ(mail->focus(), inbox);
+    EXPECT_EQ(desk.service().focusedWindowID(), desk.window("Inbox").id);
+}
+
 TEST_F(Desktop, TheWindowUnderThePointerIsFocusedIfTheFocusFollowsThePointer) {
     DesktopUnderTest desk(Manager::none);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);

@@ -67,6 +67,20 @@ TEST_F(FocusKeeping, EndsWhenAnotherWindowIsFocusedOrAProgramTakesTheFocusRepeat
     EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had the focus before";
 }
 
+TEST_F(FocusKeeping, ARestoredWindowKeepsTheFocusThatAnotherProgramRequestsForIt) {
+    keeper.noteRestoreRequested(kMail, kEditor, Seconds(1));
+    ASSERT_EQ(after(kMail, 1.1), kEditor);
+    keeper.noteRefocused(kEditor, kMail, Seconds(1.1));
+    keeper.noteRequestOfAnotherProgram(kMail);
+    EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(1.2)), kMail);
+    EXPECT_EQ(after(kMail, 1.2), kNoWindow);
+    keeper.noteRestoreRequested(kPlayer, kMail, Seconds(1.3));
+    EXPECT_EQ(after(kPlayer, 1.4), kMail) << "the other restored windows return the focus to the window";
+    keeper.noteRequestOfAnotherProgram(kQuestion);
+    keeper.noteRestoreRequested(kQuestion, kMail, Seconds(3));
+    EXPECT_EQ(after(kQuestion, 3.1), kMail) << "restored after the request";
+}
+
 TEST_F(FocusKeeping, AWindowWhoseFocusIsRequestedCountsAsFocusedUntilAnUnexpectedWindowIsReported) {
     EXPECT_EQ(keeper.effectiveFocus(kEditor, Seconds(0.9)), kEditor);
     keeper.noteFocusRequested(kMail, Seconds(1));

@@ -27,6 +27,11 @@ void FocusKeeper::noteFocusRequested(xcb_window_t window, Seconds now) {
     expect(window, now + kTimeToFocus, now);
 }
 
+void FocusKeeper::noteRequestOfAnotherProgram(xcb_window_t window) {
+    if (!restored_.empty()) kept_ = window;
+    if (requested_ != window) forgetRequest();
+}
+
 void FocusKeeper::noteRefocused(xcb_window_t window, xcb_window_t active, Seconds now) {
     reported_ = active;
     expect(window, now + kTimeToRestore, now);

@@ -21,6 +21,9 @@ class FocusKeeper {
     void noteRestoreRequested(xcb_window_t window, xcb_window_t active, Seconds now);
     /// KOVA has requested the focus for `window`, which is to keep it from now on.
     void noteFocusRequested(xcb_window_t window, Seconds now);
+    /// Another program, not the window's own application, has requested the focus for `window`. That is the user's
+    /// choice: `window` may take the focus although it was only to be restored, and keeps it from now on.
+    void noteRequestOfAnotherProgram(xcb_window_t window);
     /// The window that counts as focused when the window manager reports `reported`. That is the window for which KOVA
     /// has just requested the focus, as long as `reported` is a window that had the focus before or kNoWindow, which
     /// some window managers report while the focus moves.

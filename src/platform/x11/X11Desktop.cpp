@@ -29,7 +29,7 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
           {.activeWindow =
                [this](xcb_window_t window) {
                    mutex.assertHeld();
-                   takeActiveWindow(window);
+                   takeActiveWindowOfInput(window);
                },
            .hasRead = [this] { changes.callBackIfDue(); }}),
     refresh(*connection, processes, mutex, model) {

@@ -82,10 +82,20 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
         if (event->response_type == 0) continue;
         effects.mustQueryScreenPower |= screenPower.isHint(*event);
         effects.mustQueryScale |= displays.isScaleHint(*event);
+        noteFocusRequestOfAnotherProgram(*event);
         effects.add(model.apply(*event));
     }
     if (effects.changed) changes.note();
     return effects;
+}
+
+/// KOVA's own requests are sent to the window manager alone. A restored application may request the focus for itself.
+void X11Desktop::Parts::noteFocusRequestOfAnotherProgram(const xcb_generic_event_t& event) {
+    constexpr std::uint32_t kFromApplication = 1;
+    if ((event.response_type & 0x7F) != XCB_CLIENT_MESSAGE) return;
+    const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+    if (message.type != connection->atoms()[Atom::netActiveWindow] || message.format != 32) return;
+    if (message.data.data32[0] != kFromApplication) focusKeeper.noteRequestOfAnotherProgram(message.window);
 }
 
 /// Handles `effects` and all pending effects.

@@ -46,6 +46,15 @@ void X11Desktop::Parts::expectFocus(xcb_window_t window) {
     }
 }
 
+/// The report comes by another connection. Requests of other programs that caused it may still be unread in this one.
+void X11Desktop::Parts::takeActiveWindowOfInput(xcb_window_t reported) {
+    if (focusKeeper.kept(queue.uptime())) {
+        pendingEffects.add(drain(xcb_poll_for_event));
+        sendSoon(); // handles the effects
+    }
+    takeActiveWindow(reported);
+}
+
 /// Ignored without a window manager: then _NET_ACTIVE_WINDOW is left over from one that has ended.
 void X11Desktop::Parts::takeActiveWindow(xcb_window_t reported) {
     if (!model.windowManager().isPresent) return;

@@ -72,6 +72,7 @@ struct X11Desktop::Parts {
     // Events (X11DesktopEvents.cpp) and requests with replies (X11DesktopQueries.cpp)
     void readEverything();
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) KOVA_REQUIRES(mutex);
+    void noteFocusRequestOfAnotherProgram(const xcb_generic_event_t& event) KOVA_REQUIRES(mutex);
     void readAndPause() KOVA_EXCLUDES(mutex);
     bool mayPause() const KOVA_REQUIRES(mutex);
     void catchUp() KOVA_REQUIRES(mutex);                                // any thread; never waits
@@ -82,6 +83,7 @@ struct X11Desktop::Parts {
     void queryActiveWindow() KOVA_REQUIRES(mutex);
     void expectFocus(xcb_window_t window) KOVA_REQUIRES(mutex);
     void takeActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
+    void takeActiveWindowOfInput(xcb_window_t reported) KOVA_REQUIRES(mutex);
     void setActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
     void returnFocus(xcb_window_t active) KOVA_REQUIRES(mutex);
     void queryDecorations(xcb_window_t window) KOVA_REQUIRES(mutex);
