@@ -41,7 +41,7 @@ void DisplayChanges::screensChanged() {
     const std::vector<Screen> before = *state_.screens;
     readScreens();
     geometry_.layouts().invalidateAll();
-    displays_.strandedFloats().noteGone(before, idsOf(*state_.screens), liveWindows_.all(), assignments_);
+    displays_.noteStranded(before, idsOf(*state_.screens), liveWindows_.all(), assignments_);
     const bool keepsFocusMode = isBesideFocusMode(before);
     // The zoomed frame belongs to the former display; the restored windows must be visible on the present ones.
     if (access_.isRunning() && !keepsFocusMode) steps_.closeFocusMode();
@@ -107,8 +107,7 @@ void DisplayChanges::settleOnDisplays() {
 }
 
 void DisplayChanges::returnStrandedFloats() {
-    const auto returned =
-        displays_.strandedFloats().takeReturned(idsOf(*state_.screens), liveWindows_.all(), assignments_);
+    const auto returned = displays_.takeReturnedStranded(idsOf(*state_.screens), liveWindows_.all(), assignments_);
     for (const auto& [id, frame] : returned) {
         const ManagedWindow window = *liveWindows_.find(id);
         if (!presenter_.isLeftAlone(window))
@@ -154,7 +153,7 @@ void DisplayChanges::bringIntoSight() {
                                    : isMiddleShown(*state_.screens, onScreen);
         const CGRect inSight = isInSight ? *live.frame : movedIntoArea(*live.frame, visible);
         if (!isInSight) presenter_.writeFrame(live, inSight, AccessibilityWindowService::BringToFront::no);
-        displays_.strandedFloats().settle(live.id, inSight);
+        displays_.settleStranded(live.id, inSight);
     }
 }
 

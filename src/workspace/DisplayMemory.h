@@ -61,7 +61,17 @@ class DisplayMemory : public PartWithoutPolls {
     /// return to that tile, or to another free tile that had a window before the arrangement.
     void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                       const std::function<bool(const WindowID& windowID)>& isPutAway);
-    StrandedFloats& strandedFloats() { return strandedFloats_; }
+    /// Windows without a tile, as `StrandedFloats::noteGone`, `settle` and `takeReturned`.
+    void noteStranded(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
+                      const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
+        strandedFloats_.noteGone(before, connected, live, tiles);
+    }
+    void settleStranded(const WindowID& windowID, const CGRect& frame) { strandedFloats_.settle(windowID, frame); }
+    std::vector<std::pair<WindowID, CGRect>> takeReturnedStranded(const std::set<DisplayID>& connected,
+                                                                  const std::vector<ManagedWindow>& live,
+                                                                  const TileAssignments& tiles) {
+        return strandedFloats_.takeReturned(connected, live, tiles);
+    }
 
     /// Remembers the windows of a layout that the display leaves because its size has changed.
     void leaveLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);

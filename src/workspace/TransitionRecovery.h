@@ -48,7 +48,9 @@ class TransitionRecovery {
     // Displays at the begin of the transition, and how long it lasted
     void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
     bool hasOtherScreens(const std::vector<Screen>& now) const { return now != screensBefore_; }
-    UnseenTime& unseenTime() { return unseenTime_; }
+    /// As `UnseenTime::begin` and `end`.
+    void beginUnseenTime(Seconds now) { unseenTime_.begin(now); }
+    Seconds endUnseenTime(Seconds now) { return unseenTime_.end(now); }
     /// A poll has found the login session locked, which no event may have announced.
     void noteLocked(bool isLocked) { isLocked_ = isLocked; }
     bool isLocked() const { return isLocked_; }

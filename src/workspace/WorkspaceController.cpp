@@ -65,7 +65,7 @@ void WorkspaceController::stop() {
     (void)parts_.arranger.supersede();
     parts_.awaited.dropLaunches();
     parts_.awaited.abandonScene();
-    (void)parts_.recovery.unseenTime().end(parts_.services.queue.uptime());
+    (void)parts_.recovery.endUnseenTime(parts_.services.queue.uptime());
     refreshCycle_.end();
     parts_.state.isSuspended.set(false);
     parts_.recovery.clear();

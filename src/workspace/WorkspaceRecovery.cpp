@@ -6,7 +6,7 @@ void WorkspaceController::suspendForSystemTransition() {
     if (!ops_.access.isRunning() || refreshCycle_.isSuspended()) return;
     if (!ops_.access.isAway())
         parts_.recovery.noteScreens(*parts_.state.screens); // a poll may notice the lock before its event
-    parts_.recovery.unseenTime().begin(parts_.services.queue.uptime());
+    parts_.recovery.beginUnseenTime(parts_.services.queue.uptime());
     refreshCycle_.suspend();
     parts_.state.isSuspended.set(true);
     parts_.recovery.noteLocked(false);
@@ -26,8 +26,7 @@ void WorkspaceController::resumeAfterSystemTransition() {
 
 /// Displays that were disconnected and reconnected during the transition are not a change.
 void WorkspaceController::beginTransitionRecovery() {
-    parts_.awaited.postpone(
-        parts_.recovery.unseenTime().end(parts_.services.queue.uptime())); // nothing could be placed
+    parts_.awaited.postpone(parts_.recovery.endUnseenTime(parts_.services.queue.uptime())); // nothing could be placed
     if (parts_.recovery.hasOtherScreens(*parts_.state.screens)) {
         (void)ops_.steps.leaveFocusMode();
         ops_.follower.migrateChangedDisplays();
@@ -42,7 +41,7 @@ void WorkspaceController::beginTransitionRecovery() {
 bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     if (pollFoundLocked || parts_.services.session.isLoginSessionScreenLocked()) {
         if (!parts_.recovery.isLocked()) {
-            parts_.recovery.unseenTime().begin(parts_.services.queue.uptime());
+            parts_.recovery.beginUnseenTime(parts_.services.queue.uptime());
             parts_.recovery.noteLocked(true);
             parts_.state.isSuspended.set(true);
             parts_.recovery.noteScreens(*parts_.state.screens);
