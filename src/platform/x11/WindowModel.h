@@ -167,6 +167,7 @@ class WindowModel {
   private:
     /// Keeps the window's position in the stacking order if it has one.
     void setTopLevel(xcb_window_t window, const TopLevel& topLevel);
+    EventEffects applyCreation(const xcb_create_notify_event_t& event, std::uint32_t sequence);
     EventEffects applyProperty(const xcb_property_notify_event_t& event);
     EventEffects applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence);
     EventEffects applyMapping(xcb_window_t topLevel, bool isMapped, std::uint32_t sequence);

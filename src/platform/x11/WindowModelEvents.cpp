@@ -16,22 +16,8 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         return applyProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
     case XCB_CONFIGURE_NOTIFY:
         return applyConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event), event.full_sequence);
-    case XCB_CREATE_NOTIFY: {
-        const auto& created = reinterpret_cast<const xcb_create_notify_event_t&>(event);
-        if (created.parent != root_) return {};
-        EventEffects effects;
-        if (client(created.window)) {
-            // The server reuses window numbers. The former window was destroyed inside its frame, without an event;
-            // from now on the number means the new window.
-            forget(created.window);
-            effects.changed = staleClientList = true;
-        }
-        const PixelRect rect{created.x, created.y, created.width + 2 * created.border_width,
-                             created.height + 2 * created.border_width};
-        setTopLevel(created.window, {rect, created.border_width, false, created.override_redirect != 0,
-                                     event.full_sequence, event.full_sequence});
-        return effects;
-    }
+    case XCB_CREATE_NOTIFY:
+        return applyCreation(reinterpret_cast<const xcb_create_notify_event_t&>(event), event.full_sequence);
     case XCB_DESTROY_NOTIFY: {
         const auto& destroyed = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
         return removeTopLevel(destroyed.window);
@@ -80,6 +66,20 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         return effects;
     }
     return {};
+}
+
+EventEffects WindowModel::applyCreation(const xcb_create_notify_event_t& event, std::uint32_t sequence) {
+    if (event.parent != root_) return {};
+    EventEffects effects;
+    if (client(event.window)) {
+        // The server reuses window numbers. The former window was destroyed inside its frame, without an event; from
+        // now on the number means the new window.
+        forget(event.window);
+        effects.changed = staleClientList = true;
+    }
+    const PixelRect rect{event.x, event.y, event.width + 2 * event.border_width, event.height + 2 * event.border_width};
+    setTopLevel(event.window, {rect, event.border_width, false, event.override_redirect != 0, sequence, sequence});
+    return effects;
 }
 
 EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event) {
