@@ -59,8 +59,8 @@ class ApplicationActions {
     const WorkspaceServices& services_;
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
-    LiveWindows& liveWindows_;
-    TileAssignments& assignments_;
+    const LiveWindows& liveWindows_;
+    const TileAssignments& assignments_;
     UndoHistory& undo_;
     FocusMode& focusMode_;
     FrameKeeper& frames_;

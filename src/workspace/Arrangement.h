@@ -73,9 +73,9 @@ class Arrangement {
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
-    FocusMode& focusMode_;
+    const FocusMode& focusMode_;
     const FloatingWindows& floating_;
-    PointerInteraction& pointer_;
+    const PointerInteraction& pointer_;
     FrameKeeper& frames_;
     Arranger& arranger_;
     WorkspaceAccess& access_;

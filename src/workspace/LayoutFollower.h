@@ -27,7 +27,7 @@ class LayoutFollower {
   private:
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
-    LiveWindows& liveWindows_;
+    const LiveWindows& liveWindows_;
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
     DisplayMemory& displays_;

@@ -52,13 +52,13 @@ class PlacementReport {
     std::shared_ptr<AccessibilityWindowService> sharedService_; // for the polling queue
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
-    LiveWindows& liveWindows_;
-    TileAssignments& assignments_;
-    DisplayMemory& displays_;
+    const LiveWindows& liveWindows_;
+    const TileAssignments& assignments_;
+    const DisplayMemory& displays_;
     const FloatingWindows& floating_;
-    PointerInteraction& pointer_;
+    const PointerInteraction& pointer_;
     FrameKeeper& frames_;
-    AwaitedWindows& awaited_;
+    const AwaitedWindows& awaited_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     WindowPresenter& presenter_;

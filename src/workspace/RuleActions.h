@@ -42,7 +42,7 @@ class RuleActions {
     LiveWindows& liveWindows_;
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
-    FocusMode& focusMode_;
+    const FocusMode& focusMode_;
     StatusMessages& messages_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;

@@ -55,10 +55,10 @@ class SessionTaker {
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
-    FocusMode& focusMode_;
+    const FocusMode& focusMode_;
     FloatingWindows& floating_;
     FrameKeeper& frames_;
-    TransitionRecovery& recovery_;
+    const TransitionRecovery& recovery_;
     SessionRestore& session_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;

@@ -46,7 +46,7 @@ class WindowCommands {
     void floatByCommand(const ManagedWindow& window);
 
     WorkspaceState& state_;
-    LiveWindows& liveWindows_;
+    const LiveWindows& liveWindows_;
     TileAssignments& assignments_;
     FloatingWindows& floating_;
     WorkspaceAccess& access_;
