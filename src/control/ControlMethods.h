@@ -1,5 +1,5 @@
 // The methods of the agent's socket.
-// docs/control.md describes every method, docs/control-schema.json every result.
+// docs/control-schema.json lists every method and describes its result; docs/control.md explains them.
 #pragma once
 
 #include "control/ControlHandling.h"
