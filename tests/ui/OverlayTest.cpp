@@ -62,6 +62,10 @@ TEST(Overlay, WheelStepsThroughAStackByWholeNotches) {
     turn("primary", 60);
     turn("utility", -120); // nothing to step through
     EXPECT_EQ(stage.actions.recorded, (Strings{"next d1::primary", "previous d1::primary"}));
+    stage.actions.recorded.clear();
+    turn("primary", -300); // a fast turn is reported as one event
+    turn("primary", -60);
+    EXPECT_EQ(stage.actions.recorded, Strings(3, "next d1::primary"));
 }
 
 TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {

@@ -162,10 +162,10 @@ void FooterWindow::click(FooterHit hit, QPoint at) {
 
 void FooterWindow::wheelEvent(QWheelEvent* event) {
     wheelAngle_ += event->angleDelta().y();
-    if (std::abs(wheelAngle_) < kWheelStep) return;
     const StackStep step = wheelAngle_ < 0 ? StackStep::next : StackStep::previous;
+    const int steps = std::abs(wheelAngle_) / kWheelStep;
     wheelAngle_ %= kWheelStep;
-    if (tile_.applications.size() > 1) actions_.stepStack(tile_.id, step);
+    for (int i = 0; i < steps && tile_.applications.size() > 1; ++i) actions_.stepStack(tile_.id, step);
 }
 
 } // namespace kova::ui
