@@ -145,6 +145,33 @@ TEST_F(KeyboardAlone, ChangesASettingInEachPane) {
     EXPECT_TRUE(isLeftFocusedAgain()) << "the previous window has the focus again";
 }
 
+TEST_F(KeyboardAlone, AnswersAnAlertAndTheFilePanels) {
+    for (const char* cancel : {"Escape", "Return"}) {
+        openPalette();
+        type("force an app");
+        press("Return");
+        type("left");
+        ASSERT_TRUE(pressUntil("Return", [&] { return hasKeyboard("KOVA"); }));
+        EXPECT_TRUE(pressUntil(cancel, [&] { return client_.focus() == left_; })) << cancel;
+    }
+
+    ASSERT_EQ(session_.kova({"scene", "capture", "desk"}).exitCode, 0);
+    const std::string file = server_.folder() + "/scenes.json";
+    choose("settings scenes", "KOVA Settings");
+    ASSERT_TRUE(pressUntil("alt+e", [&] { return hasKeyboard("Export Scenes and Rules"); }));
+    type(file);
+    ASSERT_TRUE(pressUntil("Return", [&] { return std::filesystem::exists(file); }));
+    ASSERT_EQ(session_.kova({"scene", "delete", "desk"}).exitCode, 0);
+    ASSERT_TRUE(pressUntil("alt+i", [&] { return hasKeyboard("Import Scenes and Rules"); }));
+    type(file);
+    ASSERT_TRUE(pressUntil("Return", [&] { return hasKeyboard("KOVA Settings"); }));
+    expectChange(
+        "alt+a", [&] { return sceneNames(); }, "the list of scenes");
+    EXPECT_EQ(sceneNames(), json::array({"desk"}));
+    press("Escape");
+    EXPECT_TRUE(isLeftFocusedAgain());
+}
+
 TEST_F(KeyboardAlone, LaunchesAnApplicationAndWalksThroughTheIntroduction) {
     choose("launch an application into", "Launch an app in this tile");
     type("zeb");

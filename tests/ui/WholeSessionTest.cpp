@@ -88,9 +88,13 @@ TEST_F(WholeSession, FootersStayWhileTheSessionIsLocked) {
     session.setVariable("DBUS_SESSION_BUS_ADDRESS", bus.address());
     start();
     ASSERT_EQ(session.kova({"layout", "select", "dual-split"}).exitCode, 0);
-    ASSERT_TRUE(eventually([&] { return shown("KOVA footer").size() == 2; }));
+    const auto areSideBySide = [&] {
+        const auto both = shown("KOVA footer");
+        return both.size() == 2 && minY(editor.area(both[0])) == minY(editor.area(both[1])) &&
+               editor.area(both[0]).size == editor.area(both[1]).size;
+    };
+    ASSERT_TRUE(eventually([&] { return areSideBySide() && shown("KOVA message").empty(); }));
     const std::string before = footers();
-    ASSERT_TRUE(eventually([&] { return shown("KOVA message").empty(); }));
 
     bus.set("c1", "LockedHint", sdbus::Variant(true));
     ASSERT_TRUE(logs("workspace suspended"));
