@@ -54,6 +54,7 @@ Program::Program(const std::string& socketPath) :
               .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
               .overlay = [this] { return link_.contents() ? &*link_.contents() : nullptr; },
               .palette = [this] { return palette(); },
+              .brightness = [this] { return preferences_.brightness(); },
               .origin = [this] { return platform_->firstDisplay(); },
               .styleWidgets = [this] { styleWidgets(); },
               .closedByUser =

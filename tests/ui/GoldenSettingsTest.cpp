@@ -1,7 +1,11 @@
 // Compares each pane of the settings with the pictures under golden/.
+#include "tests/ui/GoldenPicture.h"
 #include "tests/ui/WindowStage.h"
+#include "ui/windows/Translations.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QTranslator>
 
 namespace kova::ui::testing {
 
@@ -22,6 +26,18 @@ TEST_F(GoldenSettings, PanesThatShowTheAgentsState) {
     desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     for (const std::string pane : {"general", "layouts", "shortcuts", "appearance"})
         compareWithGoldens(*openAt(pane), "settings-" + pane);
+}
+
+TEST_F(GoldenSettings, NeonAndGerman) {
+    installTranslations(QLocale(QLocale::German));
+    desk.opens("Sheet", {.minimumSize = {{1500, 1600}}}).opens("Plan", {.minimumSize = {{1500, 1600}}}).settle();
+    HostedWindow* window = openAt("layouts");
+    ask("theme.select", {{"theme", "jarvis.neon-cyan"}});
+    ASSERT_TRUE(until([&] { return link.contents()->appearance.isDark.value_or(false); }));
+    style(Brightness::light);
+    QCoreApplication::processEvents(); // the new palette reaches the controls
+    compareWithGolden(picture(*window, 1), "settings-layouts-neon-german", 1);
+    for (QTranslator* each : qApp->findChildren<QTranslator*>()) delete each;
 }
 
 TEST_F(GoldenSettings, About) {

@@ -118,6 +118,9 @@ TEST_F(Golden, DragsNoticesLaunchesAndDesktopsWithoutBackdrop) {
     compare({.look = Look::light, .hasMessage = false, .isBusy = true}, true, "light-busy");
     compare({.scale = 2, .look = Look::neon, .hasMessage = false, .isBusy = true}, true, "neon-busy@2");
     compare({.look = Look::light, .useThemeBackground = false, .isDragging = true}, false, "light-without-compositor");
+    compare({.windows = 12, .scale = 1.25, .hasMessage = false, .hasSpan = true}, true, "dark-span@1.25");
+    compare({.windows = 12, .scale = 1.5, .look = Look::neon, .hasMessage = false, .hasSpan = true}, true,
+            "neon-span@1.5");
 }
 
 } // namespace kova::ui::testing

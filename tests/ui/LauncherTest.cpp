@@ -357,8 +357,14 @@ TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
 TEST_F(Launching, GoldenPictures) {
     desk.opens("Letters", {.title = "A title that is far too long for the row that it has in the palette's list"})
         .settle();
+    desk.desktop.install("متصفح الويب السريع", {.bundleIdentifier = BundleID("org.example.browser")});
+    icon = [](const ApplicationName& application, int size) {
+        QPixmap picture(size, size);
+        picture.fill(QColor::fromHsv(static_cast<int>(application.name.size()) * 29 % 360, 200, 200));
+        return application.name == "Fuzz" ? QPixmap() : picture;
+    };
     HostedWindow* window = openAt("launcher", "focus-main");
-    ASSERT_TRUE(window && listsAtLeast(5));
+    ASSERT_TRUE(window && listsAtLeast(6));
     compareWithGoldens(*window, "launcher");
     QTest::keyClick(field, Qt::Key_Escape);
     ASSERT_TRUE(isClosed("launcher"));

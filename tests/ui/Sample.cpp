@@ -95,6 +95,19 @@ void writeRightToLeft(json& state) {
     if (!state["message"].is_null()) state["message"]["text"] = "Moved متصفح الويب to ראשי";
 }
 
+void addSpan(json& state) {
+    json& tiles = state["tiles"];
+    tiles[0]["frame"] = rect(15, 15, 470, 442);
+    tiles[0]["footerFrame"] = rect(10, 462, 480, 28);
+    tiles[2]["frame"]["width"] = 170;
+    tiles[2]["footerFrame"]["width"] = 180;
+    for (const json& entry : tiles[0]["applications"]) {
+        tiles[2]["applications"].push_back(entry);
+        tiles[2]["applications"].back()["isFront"] = false;
+    }
+    tiles.erase(1);
+}
+
 } // namespace
 
 json sampleState(const Sample& sample) {
@@ -156,6 +169,7 @@ json sampleState(const Sample& sample) {
             {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"undo", "undo"}};
     }
     if (sample.isRightToLeft) writeRightToLeft(state);
+    if (sample.hasSpan) addSpan(state);
     return state;
 }
 

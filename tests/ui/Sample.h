@@ -26,6 +26,8 @@ struct Sample {
     bool hasNotice = false;     // in two footers, of which one is too narrow for the whole notice
     bool isRightToLeft = false; // names and the message are Arabic and Hebrew; some do not fit
     bool hasBrain = false;
+    bool hasSpan =
+        false;           // a window covers the tiles "primary" and "utility"; "reference" is too narrow for its windows
     bool isBusy = false; // applications are being launched into two tiles, the pointer is on a divider
 };
 /// A display of 800 by 500 points with four tiles. Tile "utility" is empty; the windows are in the other three.

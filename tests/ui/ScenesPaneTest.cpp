@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
@@ -76,7 +77,18 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndRestored) {
     auto* editor = list->findChild<QLineEdit*>();
     ASSERT_TRUE(editor);
     QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(editor, "Desk");
+    QTest::keyClicks(editor, "De");
+    const QPointer<QLineEdit> open = editor;
+    ask("scene.capture", {{"name", "Music"}});
+    ask("scene.rename", {{"scene", "Play"}, {"newName", "Games"}});
+    ask("scene.rename", {{"scene", "Work"}, {"newName", "Office"}});
+    ASSERT_TRUE(untilShown("Work, Games, Music")) << "other scenes are shown while the name is typed";
+    ASSERT_TRUE(open && open->text() == "De");
+    ask("scene.delete", {{"scene", "Music"}});
+    ask("scene.rename", {{"scene", "Games"}, {"newName", "Play"}});
+    ASSERT_TRUE(untilShown("Work, Play"));
+    ASSERT_TRUE(open && open->text() == "De");
+    QTest::keyClicks(editor, "sk");
     QTest::keyClick(editor, Qt::Key_Return);
     ASSERT_TRUE(untilShown("Desk, Play"));
     EXPECT_TRUE(until([&] { return ask("scene.list")["result"]["scenes"][0]["name"] == "Desk"; }));
@@ -92,16 +104,18 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndRestored) {
 
     select(1);
     click("renameScene");
-    EXPECT_TRUE(list->findChild<QLineEdit*>()) << "the name is edited in its place";
+    ASSERT_TRUE(list->findChild<QLineEdit*>()) << "the name is edited in its place";
+    ask("scene.rename", {{"scene", "Play"}, {"newName", "Games"}});
     QTest::keyClick(list->findChild<QLineEdit*>(), Qt::Key_Escape);
+    ASSERT_TRUE(untilShown("Desk, Games")) << "renamed by a command meanwhile";
     select(0);
     click("deleteScene");
-    ASSERT_TRUE(untilShown("Play"));
-    ask("scene.rename", {{"scene", "Play"}, {"newName", "Games"}});
-    EXPECT_TRUE(untilShown("Games")) << "renamed by a command";
+    ASSERT_TRUE(untilShown("Games"));
+    ask("scene.rename", {{"scene", "Games"}, {"newName", "Toys"}});
+    EXPECT_TRUE(untilShown("Toys")) << "renamed by a command";
     ask("scene.undelete");
     EXPECT_TRUE(until([&] { return list->topLevelItemCount() == 2; })) << "restored by a command";
-    for (const char* scene : {"Games", "Desk"}) ask("scene.delete", {{"scene", scene}});
+    for (const char* scene : {"Toys", "Desk"}) ask("scene.delete", {{"scene", scene}});
     EXPECT_TRUE(untilShown("")) << "deleted by a command";
 }
 

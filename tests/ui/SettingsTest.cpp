@@ -1,8 +1,11 @@
 // The settings window with a complete agent: choices take effect, and changes by commands are shown.
 #include "support/Version.h"
+#include "tests/ui/FakeAgent.h"
 #include "tests/ui/WindowStage.h"
 #include "ui/settings/SettingsWindow.h"
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/FieldError.h"
+#include "ui/windows/Pane.h"
 
 #include <QtTest/qtest.h>
 #include <QtTest/qtestkeyboard.h>
@@ -10,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -285,8 +289,14 @@ TEST_F(Settings, LayoutsAreChosenByPicturesThatMarkTilesThatAreTooSmall) {
     const auto inForce = [&] { return ask("query.displays")["result"]["displays"][0]["layout"]["name"]; };
     EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue and “Automatic”";
     EXPECT_EQ(row("Dual Stack")->text(), QStringLiteral("Dual Stack (2)"));
-    EXPECT_TRUE(row("Dual Split")->text().contains(u'−')) << "the windows do not fit side by side";
-    EXPECT_TRUE(row("Dual Split")->toolTip().contains(QStringLiteral("Too small for ")));
+    const auto remarkOn = [&](const QString& name) { return row(name)->text().section(u'\n', 1).toStdString(); };
+    EXPECT_EQ(remarkOn("Dual Split"), "246 pt too narrow");
+    EXPECT_EQ(remarkOn("Triple Stack"), "173 pt too short");
+    EXPECT_TRUE(row("Dual Split")->toolTip().contains("is 246 pt too narrow."));
+    desk.opens("Poster", {.minimumSize = {{1500, 1600}}}).settle();
+    EXPECT_TRUE(until([&] { return row("Quad Grid")->toolTip().contains(QStringLiteral("Poster")); }));
+    EXPECT_EQ(remarkOn("Quad Grid"), QStringLiteral("246 × 934 pt too small").toStdString());
+    EXPECT_TRUE(row("Quad Grid")->toolTip().contains("is 246 pt too narrow and 934 pt too short."));
     layouts->setCurrentItem(row("Quad Grid"));
     layouts->setFocus();
     QTest::keyClick(layouts, Qt::Key_Return);
@@ -304,26 +314,43 @@ TEST_F(Settings, LayoutsAreChosenByPicturesThatMarkTilesThatAreTooSmall) {
     EXPECT_TRUE(until([&] { return control<QComboBox>(window, "displays")->count() == 2; }));
 }
 
+/// Changes a variable of the environment for a test.
+class ChangedVariable {
+  public:
+    ChangedVariable(const char* name, const QByteArray& value) :
+        name_(name), wasSet_(qEnvironmentVariableIsSet(name)), before_(qgetenv(name)) {
+        qputenv(name, value);
+    }
+    ~ChangedVariable() { wasSet_ ? qputenv(name_, before_) : qunsetenv(name_); }
+    ChangedVariable(const ChangedVariable&) = delete;
+    ChangedVariable& operator=(const ChangedVariable&) = delete;
+
+  private:
+    const char* name_;
+    bool wasSet_;
+    QByteArray before_;
+};
+
 TEST_F(Settings, AReportIsWrittenByTheCommandLineWhoseErrorsAreShown) {
-    qputenv("PATH", QFileInfo(QStringLiteral(KOVA_UI_PROGRAM)).path().toLocal8Bit());
+    const ChangedVariable path("PATH", QFileInfo(QStringLiteral(KOVA_UI_PROGRAM)).path().toLocal8Bit());
     HostedWindow* window = openAt("about");
     auto* version = control<QLabel>(window, "version");
     EXPECT_TRUE(until([&] { return version->text().contains(QStringLiteral(KOVA_VERSION)); }));
     QTemporaryDir reports;
-    qputenv("XDG_STATE_HOME", reports.path().toLocal8Bit());
+    const ChangedVariable state("XDG_STATE_HOME", reports.path().toLocal8Bit());
     QTest::mouseClick(control<QPushButton>(window, "showLog"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return refusalIn(window).find("There is no log at") != std::string::npos; }))
         << refusalIn(window);
-    const QString path = reports.filePath(QStringLiteral("report.txt"));
+    const QString report = reports.filePath(QStringLiteral("report.txt"));
     const auto write = [&] {
         QTest::mouseClick(control<QPushButton>(window, "bugReport"), Qt::LeftButton);
         auto* dialog = control<QFileDialog>(window, "reportFile");
-        dialog->selectFile(path);
+        dialog->selectFile(report);
         QMetaObject::invokeMethod(dialog, "accept");
     };
     write();
-    EXPECT_TRUE(until([&] { return control<QLabel>(window, "said")->text().contains(path); })) << refusalIn(window);
-    EXPECT_GT(QFileInfo(path).size(), 1000);
+    EXPECT_TRUE(until([&] { return control<QLabel>(window, "said")->text().contains(report); })) << refusalIn(window);
+    EXPECT_GT(QFileInfo(report).size(), 1000);
     EXPECT_EQ(refusalIn(window), "");
     write();
     EXPECT_TRUE(until([&] { return refusalIn(window).find("is there already") != std::string::npos; }));
@@ -346,6 +373,63 @@ TEST_F(Settings, UpdatesCanBeCheckedAndSwitchedWhereKovaUpdatesItself) {
     QTest::mouseClick(control<QPushButton>(window, "checkNow"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return updates.isChecking && !control<QPushButton>(window, "checkNow")->isEnabled(); }));
     EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "a check is pending";
+}
+
+/// An agent without scenes, rules, displays and keyboard.
+TEST(EmptySettings, ListsSayWhyTheyAreEmptyAndButtonsWhyTheyAreDisabled) {
+    const QTemporaryDir folder;
+    FakeAgent agent(folder.filePath(QStringLiteral("agent.sock")).toStdString());
+    AgentSession session(folder.filePath(QStringLiteral("agent.sock")).toStdString());
+    WindowServices services{.agent = session};
+    std::map<std::string, std::unique_ptr<Pane>> panes;
+    for (const PaneKind& kind : Registry<PaneKind>::entries()) {
+        panes[kind.name].reset(kind.make(services));
+        panes[kind.name]->opened();
+    }
+    const auto textIn = [&](const char* pane, const char* list) {
+        const auto* view = panes[pane]->findChild<QAbstractItemView*>(QString::fromLatin1(list));
+        const auto* text = view->findChild<EmptyListText*>();
+        EXPECT_EQ(text->isHidden(), text->text().isEmpty()) << list;
+        EXPECT_EQ(view->accessibleDescription(), text->text()) << list;
+        return text->text().toStdString();
+    };
+    const std::pair<const char*, const char*> lists[]{{"scenes", "scenes"},
+                                                      {"rules", "rules"},
+                                                      {"layouts", "layouts"},
+                                                      {"applications", "applications"},
+                                                      {"shortcuts", "shortcuts"}};
+    for (const auto& [pane, list] : lists) EXPECT_EQ(textIn(pane, list), "Loading…") << list;
+
+    const json focusLeft{{"action", "focusLeft"},
+                         {"title", "Focus Left"},
+                         {"keys", "Ctrl+Alt+Left"},
+                         {"isHeldByOther", false},
+                         {"conflict", nullptr}};
+    agent.setState({{"scenes", {{"scenes", json::array()}}},
+                    {"rules", {{"rules", json::array()}, {"isOn", true}}},
+                    {"layouts", {{"displays", json::array()}}},
+                    {"displays", json::array()},
+                    {"learned", {{"applications", json::array()}}},
+                    {"shortcuts", {{"canHearKeys", false}, {"shortcuts", {focusLeft}}}}});
+    session.follow();
+    QElapsedTimer clock;
+    for (clock.start(); session.state().empty() && clock.elapsed() < 20000;) {
+        agent.serve();
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    EXPECT_TRUE(textIn("scenes", "scenes").starts_with("No scenes yet"));
+    EXPECT_EQ(textIn("rules", "rules"), "No rules yet");
+    EXPECT_EQ(textIn("layouts", "layouts"), "No display is connected");
+    EXPECT_EQ(textIn("applications", "applications"), "Nothing learned yet");
+    auto* search = panes["shortcuts"]->findChild<QLineEdit*>(QStringLiteral("searchShortcuts"));
+    search->setText(QStringLiteral("no such action"));
+    EXPECT_EQ(textIn("shortcuts", "shortcuts"), "Nothing found");
+    search->clear();
+
+    auto* record = panes["shortcuts"]->findChild<QPushButton*>(QStringLiteral("recordShortcut"));
+    EXPECT_FALSE(record->isEnabled());
+    EXPECT_TRUE(record->toolTip().contains("kova shortcut set")) << record->toolTip().toStdString();
+    EXPECT_EQ(record->accessibleDescription(), record->toolTip());
 }
 
 TEST_F(Settings, StartingKovaUITwiceShowsTheSettings) {

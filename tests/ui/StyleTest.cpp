@@ -19,6 +19,21 @@
 
 namespace kova::ui {
 
+namespace {
+
+void expectDisabledTextIsPale(const Palette& palette) {
+    const QPalette widgets = widgetPalette(palette);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText}) {
+        for (const QColor& background : {palette.panel, palette.raised}) {
+            const double disabled = contrast(widgets.color(QPalette::Disabled, role), background);
+            EXPECT_GE(disabled, 3);
+            EXPECT_LE(disabled, 0.85 * contrast(widgets.color(QPalette::Active, role), background));
+        }
+    }
+}
+
+} // namespace
+
 // The contrast on a translucent panel is tested over the extreme wallpapers, white and black.
 TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
     const ThemeRegistry registry;
@@ -43,6 +58,7 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
                         EXPECT_GE(contrast(palette.accentLine, panel), 3);
                     }
                     EXPECT_GE(contrast(palette.accentLine, palette.raised), 3);
+                    if (compositing == Compositing::absent) expectDisabledTextIsPale(palette);
                     EXPECT_GE(contrast(palette.accentText, palette.accentFill), 4.5);
                     for (const char* name : {"Mail", "Calendar", "Музыка", "متصفح الويب"}) {
                         for (const IconTone tone : {IconTone::full, IconTone::dim}) {

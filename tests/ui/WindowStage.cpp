@@ -19,8 +19,10 @@ WindowStage::WindowStage() :
           .showRequested = [this](const auto& what, const auto& parameters) { host.show(what, parameters); },
           .contentsRejected = [](const auto&) {}}),
     host({.socketPath = socketPath(),
+          .icon = [this](const ApplicationName& name, int size) { return icon ? icon(name, size) : QPixmap(); },
           .overlay = [this] { return link.contents() ? &*link.contents() : nullptr; },
           .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); },
+          .brightness = [this] { return brightness; },
           .closedByUser = [this](const std::string& what) { closedByUser.push_back(what); }}) {
     qputenv("TZ", "UTC"); // pictures show times
     QApplication::setStyle(new WindowStyle);

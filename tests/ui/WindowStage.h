@@ -46,6 +46,7 @@ class WindowStage : public ::testing::Test, public AgentStage {
     std::vector<std::string> closedByUser; // windows that the user closed while the agent wanted them to be open
     AgentLink link;
     Brightness brightness = Brightness::dark;
+    IconSource icon; // of applications; without it they have none
     WindowHost host;
 };
 

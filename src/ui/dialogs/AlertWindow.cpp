@@ -2,13 +2,11 @@
 
 #include "ui/client/AgentTexts.h"
 #include "ui/overlay/Drawing.h"
+#include "ui/style/PaintedIcon.h"
 #include "ui/windows/JsonText.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QIcon>
-#include <QPainter>
-#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -35,8 +33,8 @@ QString alertText(const json& alert, const char* key) {
 } // namespace
 
 AlertWindow::AlertWindow(WindowServices& services) :
-    services_(services), icon_(new QLabel), title_(new QLabel), text_(new QLabel), list_(new QListWidget),
-    error_(new FieldError), confirm_(new QPushButton), cancel_(new QPushButton) {
+    services_(services), picture_(new AlertPicture(services.palette)), title_(new QLabel), text_(new QLabel),
+    list_(new QListWidget), error_(new FieldError), confirm_(new QPushButton), cancel_(new QPushButton) {
     setWindowFlags(Qt::Dialog);
     setWindowTitle(QStringLiteral("KOVA"));
     QFont bold = title_->font();
@@ -65,7 +63,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
     for (QWidget* each : std::initializer_list<QWidget*>{title_, text_, list_, error_}) texts->addWidget(each);
     auto* above = new QHBoxLayout;
     above->setSpacing(fontMetrics().height());
-    above->addWidget(icon_, 0, Qt::AlignTop);
+    above->addWidget(picture_, 0, Qt::AlignTop);
     above->addLayout(texts, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -85,9 +83,7 @@ void AlertWindow::present(const json& parameters) {
     const bool isQuestion = !cancel.isEmpty();
     title_->setText(alertText(parameters, "title"));
     text_->setText(alertText(parameters, "text"));
-    const int size = fontMetrics().height() * 3;
-    const auto icon = isQuestion ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
-    icon_->setPixmap(style()->standardIcon(icon).pixmap(size, size));
+    picture_->show(isQuestion ? AlertKind::warning : AlertKind::information);
     confirm_->setText(confirm);
     confirm_->setVisible(isQuestion);
     cancel_->setText(isQuestion ? cancel : close);
@@ -105,19 +101,17 @@ void AlertWindow::listApplications(const json& applications) {
     const int size = fontMetrics().height() * 3 / 2;
     list_->clear();
     list_->setIconSize({size, size});
-    const Style style{.palette = services_.palette ? services_.palette() : Palette(),
-                      .fontFamily = font().family(),
-                      .icon = services_.icon};
     for (const json& each : applications) {
         const ApplicationName application{memberText(each, "bundleIdentifier").toStdString(),
                                           memberText(each, "name").toStdString()};
-        QPixmap picture(size, size);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
-        drawIcon(painter, picture.rect(), application, style);
-        painter.end();
-        auto* item = new QListWidgetItem(QIcon(picture), QString::fromStdString(application.name), list_);
+        const auto draw = [&services = services_, family = font().family(), application](QPainter& painter,
+                                                                                         const QRectF& area) {
+            const Style style{.palette = services.palette ? services.palette() : Palette(),
+                              .fontFamily = family,
+                              .icon = services.icon};
+            drawIcon(painter, area.toRect(), application, style);
+        };
+        auto* item = new QListWidgetItem(paintedIcon(draw), QString::fromStdString(application.name), list_);
         item->setFlags(Qt::ItemIsEnabled);
     }
     list_->setVisible(list_->count() > 0);

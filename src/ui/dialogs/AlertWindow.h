@@ -2,6 +2,7 @@
 // the end of the agent do not confirm.
 #pragma once
 
+#include "ui/dialogs/AlertPicture.h"
 #include "ui/windows/FieldError.h"
 #include "ui/windows/HostedWindow.h"
 
@@ -29,7 +30,7 @@ class AlertWindow final : public HostedWindow {
     void answer(bool isConfirmed);
 
     WindowServices& services_;
-    QLabel* icon_;
+    AlertPicture* picture_;
     QLabel* title_;
     QLabel* text_;
     QListWidget* list_;

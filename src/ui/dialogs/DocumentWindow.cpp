@@ -1,6 +1,7 @@
 #include "ui/dialogs/DocumentWindow.h"
 
 #include "ui/dialogs/DocumentFile.h"
+#include "ui/dialogs/FilePanel.h"
 
 #include <QDir>
 #include <QLineEdit>
@@ -52,11 +53,7 @@ DocumentWindow::DocumentWindow(WindowServices& services, Exchange exchange) :
     } else {
         panel_->setFileMode(QFileDialog::ExistingFile);
     }
-    for (QWidget* each : panel_->findChildren<QWidget*>()) {
-        if (each->focusPolicy() == Qt::NoFocus) continue;
-        if (each->accessibleName().isEmpty()) each->setAccessibleName(each->toolTip());
-        if (each->accessibleDescription().isEmpty()) each->setAccessibleDescription(tr("Part of the file panel"));
-    }
+    describeFilePanel(*panel_);
     connect(panel_, &QFileDialog::fileSelected, this,
             [this](const QString& path) { exchange_ == Exchange::exportDocument ? exportTo(path) : importFrom(path); });
     auto* column = new QVBoxLayout(this);

@@ -143,12 +143,14 @@ void CommandPalette::askNext() {
     field().setAccessibleName(field().placeholderText());
     field().clear();
     const unsigned generation = ++generation_;
-    setEntries({});
     const std::string method = methodOf(current.subject);
+    setLoading(!method.empty());
+    setEntries({});
     if (method.empty()) return;
     services().agent.call(this, method, nlohmann::json::object(), [this, generation](const Response& response) {
         if (generation != generation_ || !question()) return;
         error().showReason(QString::fromStdString(response.error));
+        setLoading(false);
         setEntries(answersIn(response.result, *question()));
     });
 }
@@ -192,6 +194,7 @@ void CommandPalette::goBack() {
 void CommandPalette::load() {
     command_.reset();
     const unsigned generation = ++generation_;
+    setLoading(false);
     error().clear();
     field().setPlaceholderText(tr("Applications, windows, scenes, layouts and commands"));
     field().setAccessibleName(tr("Search"));

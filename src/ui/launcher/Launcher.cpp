@@ -23,8 +23,10 @@ Launcher::Launcher(WindowServices& services) : SearchWindow(services) {
 }
 
 void Launcher::load() {
+    setLoading(true);
     services().agent.call(this, "app.list", nlohmann::json::object(), [this](const Response& response) {
         error().showReason(QString::fromStdString(response.error));
+        setLoading(false);
         if (response.error.empty()) setEntries(applicationEntries(response.result, tile()));
     });
 }

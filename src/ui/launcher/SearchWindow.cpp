@@ -10,6 +10,7 @@
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -94,6 +95,25 @@ int EntryModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(shown_.size());
 }
 
+/// `size` is in units of the toolkit, each of which is `ratio` pixels.
+QPixmap EntryModel::iconOf(const LauncherEntry& entry, int size, qreal ratio) const {
+    const int pixels = qCeil(size * ratio);
+    QPixmap picture;
+    if (entry.iconName.startsWith(u'/')) {
+        picture = QPixmap(entry.iconName);
+        if (!picture.isNull()) picture = picture.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    } else if (!entry.iconName.isEmpty()) {
+        picture = QIcon::fromTheme(entry.iconName).pixmap(QSize(size, size), ratio);
+    }
+    if (picture.isNull() && icon_) picture = icon_(entry.application, pixels);
+    if (picture.isNull()) { // an empty square keeps the titles aligned
+        picture = QPixmap(pixels, pixels);
+        picture.fill(Qt::transparent);
+    }
+    picture.setDevicePixelRatio(ratio);
+    return picture;
+}
+
 QVariant EntryModel::data(const QModelIndex& index, int role) const {
     const LauncherEntry* entry = entryAt(index);
     if (!entry) return {};
@@ -106,20 +126,7 @@ QVariant EntryModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole: {
         if (entry->application.id.empty() && entry->application.name.empty()) return {};
         const auto* view = qobject_cast<const QListView*>(QObject::parent());
-        const int size = view ? view->iconSize().height() : 16;
-        QPixmap picture;
-        if (entry->iconName.startsWith(u'/')) {
-            picture = QPixmap(entry->iconName);
-            if (!picture.isNull()) picture = picture.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        } else if (!entry->iconName.isEmpty()) {
-            picture = QIcon::fromTheme(entry->iconName).pixmap(size, size);
-        }
-        if (picture.isNull() && icon_) picture = icon_(entry->application, size);
-        if (picture.isNull()) { // an empty square keeps the titles aligned
-            picture = QPixmap(size, size);
-            picture.fill(Qt::transparent);
-        }
-        return picture;
+        return iconOf(*entry, view ? view->iconSize().height() : 16, view ? view->devicePixelRatioF() : 1);
     }
     default:
         return {};
@@ -146,6 +153,7 @@ SearchWindow::SearchWindow(WindowServices& services) :
     layout->addWidget(field_);
     layout->addWidget(error_);
     layout->addWidget(list_, 1);
+    nothingFound_ = new EmptyListText(*list_);
     setFocusProxy(field_);
     new OutsidePressFilter(*this);
     connect(field_, &QLineEdit::textChanged, this, [this] { filter(); });
@@ -219,6 +227,19 @@ void SearchWindow::showOnly(LauncherEntry entry) {
 void SearchWindow::filter() {
     model_->filter(field_->text());
     list_->setCurrentIndex(model_->index(0, 0));
+    explainEmptyList();
+}
+
+void SearchWindow::setLoading(bool isLoading) {
+    isLoading_ = isLoading;
+    explainEmptyList();
+}
+
+void SearchWindow::explainEmptyList() {
+    if (isLoading_) return nothingFound_->sayLoading();
+    // The error says enough, unless something was searched for.
+    const bool isExplained = !error_->text().isEmpty() && field_->text().isEmpty();
+    nothingFound_->say(isExplained ? QString() : tr("Nothing found"));
 }
 
 void SearchWindow::choose(const QModelIndex& index) {

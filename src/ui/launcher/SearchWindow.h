@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ui/launcher/Entries.h"
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/FieldError.h"
 #include "ui/windows/HostedWindow.h"
 
@@ -29,6 +30,8 @@ class EntryModel : public QAbstractListModel {
     static constexpr int kKindRole = Qt::UserRole;
 
   private:
+    QPixmap iconOf(const LauncherEntry& entry, int size, qreal ratio) const;
+
     EntryList& entries_;
     IconSource icon_;
     std::vector<std::size_t> shown_;
@@ -55,6 +58,8 @@ class SearchWindow : public HostedWindow {
     void addEntries(std::vector<LauncherEntry> entries);
     /// Shows only this entry, whatever is typed.
     void showOnly(LauncherEntry entry);
+    /// While entries are requested, an empty list says so.
+    void setLoading(bool isLoading);
     /// Sends the entry's request to the agent, and closes the window when the request has succeeded.
     void perform(const LauncherEntry& entry);
     FieldError& error() { return *error_; }
@@ -72,6 +77,7 @@ class SearchWindow : public HostedWindow {
 
   private:
     void placeAtTile();
+    void explainEmptyList();
     void choose(const QModelIndex& index);
 
     WindowServices& services_;
@@ -81,7 +87,8 @@ class SearchWindow : public HostedWindow {
     QLineEdit* field_;
     QListView* list_;
     FieldError* error_;
-    bool isRequestPending_ = false, wasActive_ = false;
+    EmptyListText* nothingFound_ = nullptr;
+    bool isRequestPending_ = false, wasActive_ = false, isLoading_ = false;
 };
 
 } // namespace kova::ui

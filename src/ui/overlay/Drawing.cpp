@@ -6,6 +6,7 @@
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
 
+#include <cmath>
 #include <cstdint>
 
 namespace kova::ui {
@@ -73,7 +74,8 @@ LetterTile letterTile(std::string_view name, const Palette& palette, IconTone to
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
               IconTone tone) {
     painter.save();
-    const QPixmap icon = style.icon ? style.icon(application, area.width()) : QPixmap();
+    const int pixels = static_cast<int>(std::ceil(area.width() * painter.device()->devicePixelRatioF()));
+    const QPixmap icon = style.icon ? style.icon(application, pixels) : QPixmap();
     if (!icon.isNull()) {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         if (tone == IconTone::dim) painter.setOpacity(painter.opacity() * kDimOpacity);

@@ -1,6 +1,7 @@
 #include "ui/settings/AboutPane.h"
 
 #include "support/Version.h"
+#include "ui/dialogs/FilePanel.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -160,6 +161,7 @@ void AboutPane::askForReportFile() {
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the command line does not overwrite files
     dialog->selectFile(QStringLiteral("KOVA-report.txt"));
+    describeFilePanel(*dialog);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
         runCommand({QStringLiteral("bugreport"), path}, [this](const QString& printed) { result_->setText(printed); });
     });

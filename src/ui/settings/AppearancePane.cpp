@@ -1,9 +1,12 @@
 #include "ui/settings/AppearancePane.h"
 
-#include <QHBoxLayout>
-#include <QPainter>
+#include "themes/ThemeCoding.h"
+#include "ui/settings/ThemePicture.h"
+#include "ui/style/Colors.h"
+#include "ui/style/PaintedIcon.h"
+
+#include <QBoxLayout>
 #include <QRadioButton>
-#include <QSignalBlocker>
 
 #include <algorithm>
 
@@ -17,51 +20,37 @@ const PaneRegistration
     appearanceRegistration({60, "appearance", [] { return AppearancePane::tr("Appearance"); },
                             [](WindowServices& services) -> Pane* { return new AppearancePane(services); }});
 
-QColor colorFrom(const json& color) {
-    const auto part = [&](const char* name) { return std::clamp(color.at(name).get<float>(), 0.0F, 1.0F); };
-    return QColor::fromRgbF(part("red"), part("green"), part("blue"));
+QIcon swatchOf(const json& accent) {
+    const JsonCursor colors(accent, "accent");
+    return paintedIcon([first = colorOf(decodeColor(colors.required("accent"))),
+                        second = colorOf(decodeColor(colors.required("secondaryAccent")))](
+                           QPainter& painter, const QRectF& area) { drawAccent(painter, area, first, second); });
 }
 
-/// Both colors of the accent, side by side.
-QPixmap swatchOf(const json& accent, int size) {
-    QPixmap picture(size * 2, size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colorFrom(accent.at("accent")));
-    painter.drawRoundedRect(QRectF(0, 0, size * 2, size), size / 4.0, size / 4.0);
-    painter.setClipRect(QRectF(size * 1.4, 0, size, size));
-    painter.setBrush(colorFrom(accent.at("secondaryAccent")));
-    painter.drawRoundedRect(QRectF(0, 0, size * 2, size), size / 4.0, size / 4.0);
-    return picture;
-}
-
-/// A panel with a line of text, on the theme's background.
-QPixmap themePicture(const json& palette, int size) {
-    QPixmap picture(size * 2, size * 5 / 4);
-    picture.fill(colorFrom(palette.at("background")));
-    QPainter painter(&picture);
-    const QRect panel(size / 4, picture.height() - size * 5 / 8, size * 3 / 2, size * 3 / 8);
-    painter.fillRect(panel, colorFrom(palette.at("panel")));
-    painter.setPen(colorFrom(palette.at("accent")));
-    painter.drawRect(QRect(size / 4, size / 8, size * 3 / 2, picture.height() - size / 4 - size / 16));
-    painter.fillRect(QRect(panel.x() + size / 8, panel.center().y(), size * 3 / 4, std::max(1, size / 12)),
-                     colorFrom(palette.at("text")));
-    return picture;
+QIcon pictureOf(const json& theme, const WindowServices& services) {
+    Appearance appearance;
+    appearance.palette = decodePalette(JsonCursor(theme, "theme").required("palette"));
+    if (theme.at("visualStyle") != rawValue(ThemeVisualStyle::native)) appearance.isDark = true;
+    return paintedIcon([appearance, &services](QPainter& painter, const QRectF& area) {
+        const Brightness desktop = services.brightness ? services.brightness() : Brightness::dark;
+        drawTheme(painter, area, paletteFor(appearance, desktop, Compositing::absent));
+    });
 }
 
 } // namespace
 
-PictureChoice::PictureChoice(AgentSession& agent, const QString& title, const QString& text,
+PictureChoice::PictureChoice(AgentSession& agent, const QString& title, const QString& text, Look look,
                              std::function<AgentRequest(const std::string& id)> request, QWidget* parent) :
     QGroupBox(title, parent),
-    agent_(agent), text_(text), request_(std::move(request)), buttons_(new QButtonGroup(this)), row_(new QWidget(this)),
-    error_(new FieldError(this)) {
+    agent_(agent), text_(text), look_(look), request_(std::move(request)), buttons_(new QButtonGroup(this)),
+    row_(new QWidget(this)), error_(new FieldError(this)) {
     auto* column = new QVBoxLayout(this);
     column->addWidget(row_);
     column->addWidget(error_);
-    (new QVBoxLayout(row_))->setContentsMargins(0, 0, 0, 0);
+    auto* options = new QBoxLayout(look_.direction, row_);
+    options->setContentsMargins(0, 0, 0, 0);
+    if (look_.direction == QBoxLayout::LeftToRight) options->setSpacing(2 * fontMetrics().height());
+    options->addStretch(1);
     connect(buttons_, &QButtonGroup::idClicked, this, &PictureChoice::choose);
 }
 
@@ -73,7 +62,7 @@ void PictureChoice::showOptions(const std::vector<Option>& options) {
             button->setObjectName(QString::fromStdString(options[i].id));
             button->setAccessibleDescription(text_);
             buttons_->addButton(button, static_cast<int>(i));
-            row_->layout()->addWidget(button);
+            static_cast<QBoxLayout*>(row_->layout())->insertWidget(static_cast<int>(i), button);
         }
     }
     options_ = options;
@@ -83,7 +72,7 @@ void PictureChoice::showOptions(const std::vector<Option>& options) {
 void PictureChoice::showActive() {
     for (std::size_t i = 0; i < options_.size(); ++i) {
         QAbstractButton* button = buttons_->button(static_cast<int>(i));
-        button->setIconSize(options_[i].picture.size());
+        button->setIconSize(look_.pictureSize);
         button->setIcon(options_[i].picture);
         if (options_[i].isActive) button->setChecked(true);
     }
@@ -94,19 +83,22 @@ void PictureChoice::choose(int index) {
     callFor(*error_, agent_, wanted.method, wanted.parameters, {.refused = [this] { showActive(); }});
 }
 
-AppearancePane::AppearancePane(WindowServices& services) {
+AppearancePane::AppearancePane(WindowServices& services) : services_(services) {
     AgentSession& agent = services.agent;
+    const int line = fontMetrics().height();
     const auto isOn = [](const char* method) {
         return [method](bool on) { return AgentRequest{method, {{"isOn", on}}}; };
     };
     themes_ = new PictureChoice(
         agent, tr("Theme"), tr("The colors of backdrop, tile footers and menus"),
+        {QBoxLayout::LeftToRight, QSize(8 * line, 5 * line)},
         [](const std::string& id) {
             return AgentRequest{"theme.select", {{"theme", id}}};
         },
         this);
     accents_ = new PictureChoice(
         agent, tr("Accent color"), tr("The color of lines, buttons and the drop target"),
+        {QBoxLayout::TopToBottom, QSize(2 * line, line)},
         [](const std::string& id) {
             return AgentRequest{"accent.select", {{"accentColor", id}}};
         },
@@ -134,15 +126,13 @@ AppearancePane::AppearancePane(WindowServices& services) {
 }
 
 void AppearancePane::showState(const json& state) {
-    const int size = fontMetrics().height();
-    const auto option = [](const json& known, QPixmap picture) {
+    const auto option = [](const json& known, QIcon picture) {
         return PictureChoice::Option{known.at("id"), QString::fromStdString(known.at("displayName").get<std::string>()),
                                      std::move(picture), known.at("isActive")};
     };
     if (const json& themes = sectionOf(state, "themes"); themes.is_object()) {
         std::vector<PictureChoice::Option> options;
-        for (const json& theme : themes.at("themes"))
-            options.push_back(option(theme, themePicture(theme.at("palette"), size)));
+        for (const json& theme : themes.at("themes")) options.push_back(option(theme, pictureOf(theme, services_)));
         themes_->showOptions(options);
         background_->showState(themes.at("useThemeBackground"));
         tileBackgrounds_->showState(themes.at("showTileBackgrounds"));
@@ -150,7 +140,7 @@ void AppearancePane::showState(const json& state) {
     }
     if (const json& accents = sectionOf(state, "accentColors"); accents.is_object()) {
         std::vector<PictureChoice::Option> options;
-        for (const json& accent : accents.at("accentColors")) options.push_back(option(accent, swatchOf(accent, size)));
+        for (const json& accent : accents.at("accentColors")) options.push_back(option(accent, swatchOf(accent)));
         accents_->showOptions(options);
     }
     QWidget* previous = nullptr; // the buttons of options are created after the switches, which stand below them

@@ -4,9 +4,10 @@
 #include "ui/settings/SettingControls.h"
 #include "ui/windows/Pane.h"
 
+#include <QBoxLayout>
 #include <QButtonGroup>
 #include <QGroupBox>
-#include <QPixmap>
+#include <QIcon>
 
 #include <string>
 #include <vector>
@@ -21,11 +22,15 @@ class PictureChoice final : public QGroupBox {
     struct Option {
         std::string id;
         QString name;
-        QPixmap picture;
+        QIcon picture;
         bool isActive = false;
     };
+    struct Look {
+        QBoxLayout::Direction direction = QBoxLayout::TopToBottom; // of the options
+        QSize pictureSize;
+    };
     /// `request` builds the request to send when the option with the id is chosen.
-    PictureChoice(AgentSession& agent, const QString& title, const QString& text,
+    PictureChoice(AgentSession& agent, const QString& title, const QString& text, Look look,
                   std::function<AgentRequest(const std::string& id)> request, QWidget* parent = nullptr);
     void showOptions(const std::vector<Option>& options);
 
@@ -35,6 +40,7 @@ class PictureChoice final : public QGroupBox {
 
     AgentSession& agent_;
     const QString text_;
+    const Look look_;
     std::function<AgentRequest(const std::string& id)> request_;
     std::vector<Option> options_;
     QButtonGroup* buttons_;
@@ -51,6 +57,7 @@ class AppearancePane final : public Pane {
   private:
     void showState(const nlohmann::json& state);
 
+    WindowServices& services_;
     PictureChoice* themes_;
     PictureChoice* accents_;
     SettingSwitch* background_;

@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QStringList>
 #include <QVBoxLayout>
+#include <QtMath>
 
 #include <set>
 
@@ -82,8 +83,11 @@ ApplicationsPane::ApplicationsPane(WindowServices& services) : services_(service
     list_->setHeaderLabels({tr("Application"), tr("Role"), tr("Minimum size"), tr("Tiles")});
     list_->setRootIsDecorated(false);
     list_->setAllColumnsShowFocus(true);
+    list_->setAlternatingRowColors(true);
+    list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel); // a row has a line for each of its tiles
     list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     list_->header()->setSectionResizeMode(kApplicationTiles, QHeaderView::Stretch);
+    nothingLearned_ = new EmptyListText(*list_);
     forget_ = new QPushButton(tr("&Forget"));
     forget_->setObjectName(QStringLiteral("forget"));
     forget_->setAccessibleDescription(tr("Drops what was learned of the selected application; it is learned again"));
@@ -124,6 +128,7 @@ void ApplicationsPane::showLearned() {
     const QTreeWidgetItem* before = list_->currentItem();
     const QString selected = before ? before->data(kApplicationName, kKeyRole).toString() : QString();
     const json learned = services_.agent.state().value("learned", json::object());
+    learned.empty() ? nothingLearned_->sayLoading() : nothingLearned_->say(tr("Nothing learned yet"));
     list_->clear();
     for (const json& application : learned.value("applications", json::array())) addApplication(application);
     for (int row = 0; row < list_->topLevelItemCount(); ++row) {
@@ -143,12 +148,13 @@ void ApplicationsPane::addApplication(const json& application) {
     item->setToolTip(kApplicationName, key);
     if (services_.icon) {
         const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, list_);
-        const QPixmap icon = services_.icon({key.toStdString(), title.toStdString()}, size);
+        QPixmap icon = services_.icon({key.toStdString(), title.toStdString()}, qCeil(size * devicePixelRatioF()));
+        icon.setDevicePixelRatio(devicePixelRatioF());
         if (!icon.isNull()) item->setIcon(kApplicationName, icon);
     }
     item->setText(kApplicationRole, roleText(memberText(application, "role")));
     item->setText(kApplicationMinimumSize, sizeText(application.value("minimumSize", json())));
-    item->setText(kApplicationTiles, lines.isEmpty() ? QStringLiteral("–") : lines.join(QStringLiteral(", ")));
+    item->setText(kApplicationTiles, lines.isEmpty() ? QStringLiteral("–") : lines.join(u'\n'));
     item->setToolTip(kApplicationTiles, lines.join(u'\n'));
 }
 

@@ -1,6 +1,7 @@
 // Shows what KOVA has learned about each application, and lets the user delete it.
 #pragma once
 
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/FieldError.h"
 #include "ui/windows/Pane.h"
 
@@ -27,6 +28,7 @@ class ApplicationsPane : public Pane {
 
     WindowServices& services_;
     QTreeWidget* list_ = nullptr;
+    EmptyListText* nothingLearned_ = nullptr;
     QPushButton* forget_ = nullptr;
     QLabel* done_ = nullptr;
     FieldError* error_ = nullptr;

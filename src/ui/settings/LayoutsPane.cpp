@@ -25,6 +25,27 @@ constexpr int kLayoutIDRole = Qt::UserRole, kShortfallRole = Qt::UserRole + 1;
 constexpr double kPictureInset = 0.015; // of the picture's width
 const QString kAutomatic = QStringLiteral("automatic");
 
+/// By how much a tile is too small, in points; 0 in a direction in which it is large enough.
+QSize shortageOf(const json& lacking) {
+    const auto points = [&](const char* key) {
+        return std::max(0, static_cast<int>(std::ceil(lacking.at(key).get<double>())));
+    };
+    return {points("width"), points("height")};
+}
+
+/// Names only the directions in which the tile is too small.
+QString sentenceFor(QSize shortage) {
+    if (shortage.height() == 0) return LayoutsPane::tr("%1 pt too narrow").arg(shortage.width());
+    if (shortage.width() == 0) return LayoutsPane::tr("%1 pt too short").arg(shortage.height());
+    return LayoutsPane::tr("%1 pt too narrow and %2 pt too short").arg(shortage.width()).arg(shortage.height());
+}
+
+/// Fits below a layout's picture.
+QString remarkFor(QSize shortage) {
+    if (shortage.width() == 0 || shortage.height() == 0) return sentenceFor(shortage);
+    return LayoutsPane::tr("%1 × %2 pt too small").arg(shortage.width()).arg(shortage.height());
+}
+
 } // namespace
 
 LayoutsPane::LayoutsPane(WindowServices& services) :
@@ -57,7 +78,9 @@ LayoutsPane::LayoutsPane(WindowServices& services) :
     layouts_->setWordWrap(true);
     const int line = fontMetrics().height();
     layouts_->setIconSize(QSize(8 * line, 5 * line));
-    layouts_->setGridSize(QSize(10 * line, 8 * line + line / 2));
+    layouts_->setGridSize(QSize(12 * line, 8 * line + line / 2));
+    noLayout_ = new EmptyListText(*layouts_);
+    noLayout_->sayLoading();
     connect(displays_, &QComboBox::activated, this, &LayoutsPane::showState);
     connect(layouts_, &QListWidget::itemActivated, this, &LayoutsPane::select);
     connect(layouts_, &QListWidget::itemClicked, this, &LayoutsPane::select);
@@ -91,6 +114,7 @@ void LayoutsPane::showState() {
     const json& layouts = sectionOf(state, "layouts");
     const json& known = sectionOf(state, "displays");
     if (!layouts.is_object() || !known.is_array()) return;
+    noLayout_->say(tr("No display is connected"));
     showDisplays(layouts);
     const std::string chosen = chosenDisplay();
     const auto isChosen = [&](const json& display) { return display.at("id") == chosen; };
@@ -149,12 +173,10 @@ void LayoutsPane::addLayout(const json& layout, const json& area) {
     item->setData(kLayoutIDRole, memberText(layout, "id"));
     const json& lacking = layout.at("shortfall");
     if (lacking.is_null()) return item->setData(kShortfallRole, tr("All open windows fit."));
-    const auto points = [&](const char* key) { return static_cast<int>(std::ceil(lacking.at(key).get<double>())); };
-    const QString text = tr("Too small for %1: its best tile lacks %2 × %3 points.")
-                             .arg(memberText(lacking, "application"))
-                             .arg(points("width"))
-                             .arg(points("height"));
-    item->setText(tr("%1\n−%2 × %3 pt").arg(memberText(layout, "name")).arg(points("width")).arg(points("height")));
+    const QSize shortage = shortageOf(lacking);
+    const QString text =
+        tr("Too small for %1: its best tile is %2.").arg(memberText(lacking, "application"), sentenceFor(shortage));
+    item->setText(memberText(layout, "name") + u'\n' + remarkFor(shortage));
     item->setData(kShortfallRole, text);
     item->setToolTip(text);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ui/settings/SettingControls.h"
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/Pane.h"
 
 #include <QComboBox>
@@ -37,6 +38,7 @@ class LayoutsPane final : public Pane {
     WindowServices& services_;
     QComboBox* displays_;
     QListWidget* layouts_;
+    EmptyListText* noLayout_ = nullptr;
     QLabel* fit_;
     QPushButton* reset_;
     FieldError* error_;

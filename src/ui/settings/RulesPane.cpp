@@ -139,6 +139,7 @@ void RulesPane::buildList(QVBoxLayout& column) {
     table_->setAccessibleName(tr("Rules"));
     table_->setAccessibleDescription(tr("The first rule that matches a window decides. Drag rules to change their "
                                         "order, or press Alt with the up or down arrow"));
+    noRule_ = new EmptyListText(*table_);
     up_ = new QPushButton(tr("Move &Up"));
     up_->setObjectName(QStringLiteral("moveUp"));
     up_->setAccessibleDescription(tr("The selected rule decides before the one above it"));
@@ -209,6 +210,7 @@ void RulesPane::showRules() {
     const json list = services_.agent.state().value("rules", json::object());
     isOn_->setChecked(list.value("isOn", false));
     table_->show(list.value("rules", json::array()));
+    list.empty() ? noRule_->sayLoading() : noRule_->say(tr("No rules yet"));
 }
 
 json RulesPane::selectedRule() const {

@@ -3,6 +3,7 @@
 
 #include "ui/settings/RuleTable.h"
 #include "ui/settings/WindowPicker.h"
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/FieldError.h"
 #include "ui/windows/Pane.h"
 
@@ -52,6 +53,7 @@ class RulesPane : public Pane {
     QLabel* pickingHint_ = nullptr;
     FieldError* newError_ = nullptr;
     RuleTable* table_ = nullptr;
+    EmptyListText* noRule_ = nullptr;
     QPushButton* up_ = nullptr;
     QPushButton* down_ = nullptr;
     QPushButton* delete_ = nullptr;

@@ -1,4 +1,5 @@
 // The part of the pane that exports scenes and rules to a file and imports them.
+#include "ui/dialogs/FilePanel.h"
 #include "ui/settings/ScenesPane.h"
 
 #include <QDir>
@@ -32,6 +33,7 @@ void ScenesPane::chooseExport() {
     QFileDialog* dialog = fileDialog(this, tr("Export Scenes and Rules"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->selectFile(kDocumentName);
+    describeFilePanel(*dialog);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { exportTo(path); });
     dialog->open();
 }
@@ -45,6 +47,7 @@ void ScenesPane::exportTo(const QString& path) {
 void ScenesPane::chooseImport() {
     QFileDialog* dialog = fileDialog(this, tr("Import Scenes and Rules"));
     dialog->setFileMode(QFileDialog::ExistingFile);
+    describeFilePanel(*dialog);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { readImport(path); });
     dialog->open();
 }

@@ -19,7 +19,11 @@ const PaneRegistration scenesRegistration({50, "scenes", [] { return ScenesPane:
                                            [](WindowServices& services) -> Pane* { return new ScenesPane(services); }});
 
 enum SceneColumn { kScenePicture, kSceneName, kSceneWindows, kSceneCaptured, kSceneColumnCount };
-constexpr int kNameRole = Qt::UserRole + 1; // the name in the agent's state, while the item's text is edited
+constexpr int kNameRole = Qt::UserRole + 1; // of the picture: the name in the agent's state
+
+QString idOf(const QTreeWidgetItem* item) {
+    return item->data(kScenePicture, ScenePictures::kIDRole).toString();
+}
 
 QString timeOf(const json& scene) {
     const QDateTime time = QDateTime::fromString(memberText(scene, "createdAt"), Qt::ISODate);
@@ -97,6 +101,7 @@ void ScenesPane::buildList(QVBoxLayout& column) {
     list_->setMinimumHeight(9 * fontMetrics().lineSpacing());
     pictures_ = new ScenePictures(services_, list_);
     list_->setItemDelegateForColumn(kScenePicture, pictures_);
+    noScene_ = new EmptyListText(*list_);
     open_ = button(tr("&Open"), "openScene", tr("Brings the layouts, windows and theme of the selected scene back"));
     rename_ = button(tr("&Rename"), "renameScene", tr("Gives the selected scene another name"));
     delete_ = button(tr("De&lete"), "deleteScene", tr("Deletes the selected scene; this can be undone"));
@@ -129,9 +134,12 @@ void ScenesPane::buildList(QVBoxLayout& column) {
     connect(list_, &QTreeWidget::currentItemChanged, this, [this] {
         if (!isFilling_) selectionChanged();
     });
-    connect(list_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int changed) {
+    connect(list_, &QTreeWidget::itemChanged, this, [this](const QTreeWidgetItem* item, int changed) {
         if (!isFilling_ && changed == kSceneName) rename(item);
     });
+    // Shows changes that arrived while the name was edited.
+    connect(list_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this, &ScenesPane::showScenes,
+            Qt::QueuedConnection);
 }
 
 void ScenesPane::buildDeleted(QVBoxLayout& column) {
@@ -163,12 +171,9 @@ void ScenesPane::buildDifferences(QVBoxLayout& column) {
     differences_->header()->setSectionResizeMode(QHeaderView::Stretch);
     differences_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     differences_->setMinimumHeight(5 * fontMetrics().lineSpacing());
-    noDifference_ = new QLabel;
+    noDifference_ = new EmptyListText(*differences_);
     noDifference_->setObjectName(QStringLiteral("noDifference"));
-    noDifference_->setWordWrap(true);
-    auto* rows = new QVBoxLayout(group);
-    rows->addWidget(noDifference_);
-    rows->addWidget(differences_);
+    (new QVBoxLayout(group))->addWidget(differences_);
     column.addWidget(group, 2);
 }
 
@@ -208,34 +213,62 @@ void ScenesPane::buildFiles(QVBoxLayout& column) {
     connect(cancel, &QPushButton::clicked, import_, &QWidget::hide);
 }
 
+/// Keeps the rows of scenes that are still there, since the name of one of them may be being edited.
 void ScenesPane::showScenes() {
     const json scenes = services_.agent.state().value("scenes", json::object()).value("scenes", json::array());
-    const QString selected = selectedID();
     isFilling_ = true;
-    list_->clear();
+    std::set<QString> ids;
+    for (const json& scene : scenes) ids.insert(memberText(scene, "id"));
+    for (int row = list_->topLevelItemCount(); row-- > 0;) {
+        if (!ids.contains(idOf(list_->topLevelItem(row)))) delete list_->takeTopLevelItem(row);
+    }
+    int row = 0;
     for (const json& scene : scenes) {
-        const QString id = memberText(scene, "id"), title = memberText(scene, "name");
-        auto* item = new QTreeWidgetItem(list_);
-        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
-        item->setData(kScenePicture, ScenePictures::kIDRole, id);
-        item->setData(kScenePicture, Qt::AccessibleTextRole, tr("Picture of %1").arg(title));
-        item->setText(kSceneName, title);
-        item->setData(kSceneName, kNameRole, title);
-        item->setText(kSceneWindows, QString::number(scene.value("windows", 0)));
-        item->setTextAlignment(kSceneWindows, Qt::AlignRight | Qt::AlignVCenter);
-        item->setText(kSceneCaptured, timeOf(scene));
-        if (scene.value("isActive", false)) {
-            QFont font = item->font(kSceneName);
-            font.setBold(true);
-            item->setFont(kSceneName, font);
-            item->setToolTip(kSceneName, tr("Opened or captured last"));
-        }
-        if (id == selected) list_->setCurrentItem(item);
+        showScene(*rowFor(memberText(scene, "id"), row++), scene);
         readPicture(scene);
     }
     if (!list_->currentItem()) list_->setCurrentItem(list_->topLevelItem(0));
     isFilling_ = false;
+    if (services_.agent.state().contains("scenes")) {
+        noScene_->say(tr("No scenes yet. Capture the workspace as the first one."));
+    } else {
+        noScene_->sayLoading();
+    }
     selectionChanged();
+}
+
+/// The scene's item, moved to the row; a new one if the scene has none.
+QTreeWidgetItem* ScenesPane::rowFor(const QString& id, int row) {
+    int found = row;
+    while (found < list_->topLevelItemCount() && idOf(list_->topLevelItem(found)) != id) ++found;
+    if (found == row && row < list_->topLevelItemCount()) return list_->topLevelItem(row);
+    QTreeWidgetItem* item = list_->takeTopLevelItem(found);
+    if (!item) {
+        item = new QTreeWidgetItem;
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
+        item->setData(kScenePicture, ScenePictures::kIDRole, id);
+        item->setTextAlignment(kSceneWindows, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    list_->insertTopLevelItem(row, item);
+    return item;
+}
+
+void ScenesPane::showScene(QTreeWidgetItem& item, const json& scene) {
+    const QString title = memberText(scene, "name");
+    item.setText(kSceneWindows, QString::number(scene.value("windows", 0)));
+    item.setText(kSceneCaptured, timeOf(scene));
+    // Any change of the cell would replace the text in its editor.
+    if (list_->isPersistentEditorOpen(&item, kSceneName)) return;
+    if (item.data(kScenePicture, kNameRole) != title) {
+        item.setText(kSceneName, title);
+        item.setData(kScenePicture, kNameRole, title);
+        item.setData(kScenePicture, Qt::AccessibleTextRole, tr("Picture of %1").arg(title));
+    }
+    const bool isActive = scene.value("isActive", false);
+    QFont font;
+    font.setBold(isActive);
+    item.setFont(kSceneName, font);
+    item.setToolTip(kSceneName, isActive ? tr("Opened or captured last") : QString());
 }
 
 void ScenesPane::readPicture(const json& scene) {
@@ -251,7 +284,7 @@ void ScenesPane::readPicture(const json& scene) {
 
 QString ScenesPane::selectedID() const {
     const QTreeWidgetItem* item = list_->currentItem();
-    return item ? item->data(kScenePicture, ScenePictures::kIDRole).toString() : QString();
+    return item ? idOf(item) : QString();
 }
 
 void ScenesPane::selectionChanged() {
@@ -264,9 +297,7 @@ void ScenesPane::readDifferences() {
     const QString id = selectedID();
     if (id.isEmpty()) {
         differences_->clear();
-        noDifference_->setText(tr("There is no scene yet."));
-        noDifference_->show();
-        return;
+        return noDifference_->say({});
     }
     services_.agent.call(this, "scene.diff", {{"scene", id.toStdString()}}, [this, id](const Response& response) {
         if (id != selectedID()) return; // another scene has been selected since the request
@@ -276,11 +307,8 @@ void ScenesPane::readDifferences() {
             new QTreeWidgetItem(differences_,
                                 {memberText(each, "what"), memberText(each, "inScene"), memberText(each, "now")});
         }
-        const bool isSame = differences_->topLevelItemCount() == 0;
-        noDifference_->setText(!response.error.empty() ? QString::fromStdString(response.error)
-                               : isSame                ? tr("Nothing: the workspace is as in the scene.")
-                                                       : QString());
-        noDifference_->setVisible(!noDifference_->text().isEmpty());
+        noDifference_->say(response.error.empty() ? tr("Nothing: the workspace is as in the scene.")
+                                                  : QString::fromStdString(response.error));
     });
 }
 
@@ -295,13 +323,22 @@ void ScenesPane::open() {
     callFor(*listError_, services_.agent, "scene.open", {{"scene", selectedID().toStdString()}});
 }
 
-void ScenesPane::rename(QTreeWidgetItem* item) {
-    const QString before = item->data(kSceneName, kNameRole).toString(), wanted = item->text(kSceneName);
-    if (wanted == before) return;
+void ScenesPane::rename(const QTreeWidgetItem* item) {
+    const QString id = idOf(item), wanted = item->text(kSceneName);
+    if (wanted == item->data(kScenePicture, kNameRole).toString()) return;
     callFor(*listError_, services_.agent, "scene.rename",
-            {{"scene", item->data(kScenePicture, ScenePictures::kIDRole).toString().toStdString()},
-             {"newName", wanted.toStdString()}},
-            {.refused = [this] { showScenes(); }});
+            {{"scene", id.toStdString()}, {"newName", wanted.toStdString()}},
+            {.refused = [this, id] { showName(id); }});
+}
+
+/// Replaces a text that the user typed by the name in the agent's state.
+void ScenesPane::showName(const QString& id) {
+    isFilling_ = true;
+    for (int row = 0; row < list_->topLevelItemCount(); ++row) {
+        QTreeWidgetItem* item = list_->topLevelItem(row);
+        if (idOf(item) == id) item->setText(kSceneName, item->data(kScenePicture, kNameRole).toString());
+    }
+    isFilling_ = false;
 }
 
 void ScenesPane::remove() {

@@ -4,6 +4,7 @@
 
 #include "ui/dialogs/DocumentFile.h"
 #include "ui/settings/ScenePicture.h"
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/FieldError.h"
 #include "ui/windows/Pane.h"
 
@@ -36,6 +37,8 @@ class ScenesPane : public Pane {
     void buildFiles(QVBoxLayout& column);
 
     void showScenes();
+    QTreeWidgetItem* rowFor(const QString& id, int row);
+    void showScene(QTreeWidgetItem& item, const nlohmann::json& scene);
     void readPicture(const nlohmann::json& scene);
     void selectionChanged();
     void readDifferences();
@@ -43,7 +46,8 @@ class ScenesPane : public Pane {
 
     void capture();
     void open();
-    void rename(QTreeWidgetItem* item);
+    void rename(const QTreeWidgetItem* item);
+    void showName(const QString& id);
     void remove();
     void undelete();
     void exportTo(const QString& path);
@@ -57,6 +61,7 @@ class ScenesPane : public Pane {
     QLineEdit* name_ = nullptr;
     FieldError* captureError_ = nullptr;
     QTreeWidget* list_ = nullptr;
+    EmptyListText* noScene_ = nullptr;
     ScenePictures* pictures_ = nullptr;
     QPushButton* open_ = nullptr;
     QPushButton* rename_ = nullptr;
@@ -65,7 +70,7 @@ class ScenesPane : public Pane {
     QWidget* deleted_ = nullptr;
     QLabel* deletedText_ = nullptr;
     QTreeWidget* differences_ = nullptr;
-    QLabel* noDifference_ = nullptr;
+    EmptyListText* noDifference_ = nullptr;
     FieldError* fileError_ = nullptr;
     QFrame* import_ = nullptr;
     QLabel* importText_ = nullptr;

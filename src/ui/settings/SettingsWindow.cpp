@@ -16,7 +16,7 @@ namespace kova::ui {
 namespace {
 
 // The unit is the height of a line of text.
-constexpr int kWindowWidth = 54, kWindowHeight = 40, kListWidth = 11;
+constexpr int kWindowWidth = 54, kWindowHeight = 40, kListWidth = 10;
 
 std::string& lastPane() {
     static std::string name;
@@ -62,6 +62,7 @@ void SettingsWindow::addPanes() {
     list_->setAccessibleDescription(tr("Chooses the settings that are shown beside the list"));
     for (const PaneKind& kind : kinds_) {
         list_->addItem(kind.title());
+        list_->item(list_->count() - 1)->setSizeHint(QSize(0, fontMetrics().height() * 2));
         auto* page = new QScrollArea(pages_);
         page->setWidgetResizable(true);
         page->setFrameShape(QFrame::NoFrame);

@@ -50,9 +50,11 @@ ShortcutsPane::ShortcutsPane(WindowServices& services) :
     table_->setUniformRowHeights(true);
     table_->setTabKeyNavigation(false);
     table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    noShortcut_ = new EmptyListText(*table_);
     connect(table_, &QTreeWidget::itemActivated, this, &ShortcutsPane::record);
     connect(table_, &QTreeWidget::itemSelectionChanged, this, &ShortcutsPane::updateButtons);
     followSections(agent_, this, {"shortcuts"}, [this](const json& state) { showState(state); });
+    noShortcut_->sayLoading();
     endRecording();
 }
 
@@ -67,7 +69,7 @@ QWidget* ShortcutsPane::buttons() {
         line->addWidget(button);
         return button;
     };
-    record_ = add({}, "recordShortcut", tr("Records keys for the chosen action, or ends recording"));
+    record_ = add({}, "recordShortcut", {});
     clear_ = add(tr("&Clear"), "clearShortcut", tr("Takes the keys of the chosen action away"));
     line->addStretch(1);
     restore_ = add(tr("Restore &Defaults"), "restoreShortcuts", tr("Gives every action the keys that it had at first"));
@@ -145,6 +147,7 @@ void ShortcutsPane::filter(const QString& text) {
     // Selects the first row, since arrow keys cannot select a row if it is the only one.
     const bool isChosenShown = table_->currentItem() && !table_->currentItem()->isHidden();
     if (!words.isEmpty() && first && !isChosenShown) table_->setCurrentItem(first);
+    if (table_->topLevelItemCount() > 0) noShortcut_->say(tr("Nothing found"));
     updateButtons();
 }
 
@@ -178,7 +181,6 @@ void ShortcutsPane::endRecording() {
         recorder_->disconnect(this);
         recorder_.release()->deleteLater();
     }
-    prompt_->setText(tr("Choose an action and press Return to record keys for it."));
     updateButtons();
 }
 
@@ -195,10 +197,22 @@ void ShortcutsPane::notified(const std::string& method, const json& parameters) 
     }
 }
 
+/// Why keys cannot be recorded now; empty if they can, or are being recorded.
+QString ShortcutsPane::whyNoRecording() const {
+    if (recorder_) return {};
+    if (!canRecord_) return tr("KOVA cannot record keys here. Set them with: kova shortcut set ACTION KEYS");
+    return chosenAction().empty() ? tr("Choose an action to record keys for it.") : QString();
+}
+
 void ShortcutsPane::updateButtons() {
     const std::string action = chosenAction();
     record_->setText(recorder_ ? tr("&Cancel") : tr("&Record…"));
-    record_->setEnabled(recorder_ || (canRecord_ && !action.empty()));
+    const QString problem = whyNoRecording();
+    record_->setEnabled(problem.isEmpty());
+    record_->setToolTip(problem);
+    record_->setAccessibleDescription(problem.isEmpty() ? tr("Records keys for the chosen action, or ends recording")
+                                                        : problem);
+    if (!recorder_) prompt_->setText(problem.isEmpty() ? tr("Press Return to record keys for the action.") : problem);
     clear_->setEnabled(!recorder_ && !action.empty() && !table_->currentItem()->text(kShortcutKeys).isEmpty());
     restore_->setEnabled(!recorder_);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ui/settings/SettingControls.h"
+#include "ui/windows/EmptyListText.h"
 #include "ui/windows/Pane.h"
 
 #include <QLineEdit>
@@ -33,11 +34,13 @@ class ShortcutsPane final : public Pane {
     void cancelRecording();
     void endRecording();
     void notified(const std::string& method, const nlohmann::json& parameters);
+    QString whyNoRecording() const;
     void updateButtons();
 
     AgentSession& agent_;
     QLineEdit* search_;
     QTreeWidget* table_;
+    EmptyListText* noShortcut_ = nullptr;
     QLabel* prompt_;
     FieldError* error_;
     QPushButton* record_ = nullptr;

@@ -10,14 +10,22 @@
 
 namespace kova::ui {
 
+namespace {
+constexpr double kDisabledContrast = 3;
+} // namespace
+
 QPalette widgetPalette(const Palette& colors) {
     QPalette palette(colors.raised, colors.panel);
+    // Clearly paler than the muted text of enabled controls, and still readable.
+    const QColor disabled =
+        legible(mixed(colors.raised, colors.mutedText, 0.4), {colors.panel, colors.raised}, kDisabledContrast);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText,
                             QPalette::ToolTipText, QPalette::BrightText}) {
         palette.setColor(role, colors.text);
-        palette.setColor(QPalette::Disabled, role, colors.mutedText);
+        palette.setColor(QPalette::Disabled, role, disabled);
     }
     palette.setColor(QPalette::PlaceholderText, colors.mutedText);
+    palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, disabled);
     palette.setColor(QPalette::Base, colors.raised);
     palette.setColor(QPalette::AlternateBase, over(colors.raised, colors.hovered));
     palette.setColor(QPalette::ToolTipBase, colors.raised);

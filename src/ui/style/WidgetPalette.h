@@ -7,7 +7,8 @@
 
 namespace kova::ui {
 
-/// The colors of windows and their controls; menus have other background colors.
+/// The colors of windows and their controls; menus have other background colors. The texts of disabled controls have a
+/// contrast of at least 3.
 QPalette widgetPalette(const Palette& colors);
 /// Applies the colors to all widgets, existing and new.
 void applyWidgetPalette(const Palette& colors);

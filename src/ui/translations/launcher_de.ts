@@ -611,4 +611,11 @@
         <translation>%1: „%2“</translation>
     </message>
 </context>
+<context>
+    <name>kova::ui::SearchWindow</name>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nichts gefunden</translation>
+    </message>
+</context>
 </TS>

@@ -206,6 +206,10 @@
         <source>Drops what was learned of the selected application; it is learned again</source>
         <translation>Verwirft, was über die ausgewählte Anwendung gelernt wurde; es wird neu gelernt</translation>
     </message>
+    <message>
+        <source>Nothing learned yet</source>
+        <translation>Noch nichts gelernt</translation>
+    </message>
 </context>
 <context>
     <name>kova::ui::GeneralPane</name>
@@ -321,14 +325,28 @@
         <translation>Alle offenen Fenster passen.</translation>
     </message>
     <message>
-        <source>Too small for %1: its best tile lacks %2 × %3 points.</source>
-        <translation>Zu klein für %1: Der besten Kachel fehlen %2 × %3 Punkte.</translation>
+        <source>%1 pt too narrow</source>
+        <translation>%1 pt zu schmal</translation>
     </message>
     <message>
-        <source>%1
-−%2 × %3 pt</source>
-        <translation>%1
-−%2 × %3 pt</translation>
+        <source>%1 pt too short</source>
+        <translation>%1 pt zu niedrig</translation>
+    </message>
+    <message>
+        <source>%1 pt too narrow and %2 pt too short</source>
+        <translation>%1 pt zu schmal und %2 pt zu niedrig</translation>
+    </message>
+    <message>
+        <source>No display is connected</source>
+        <translation>Kein Bildschirm ist angeschlossen</translation>
+    </message>
+    <message>
+        <source>Too small for %1: its best tile is %2.</source>
+        <translation>Zu klein für %1: Die beste Kachel ist %2.</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pt too small</source>
+        <translation>%1 × %2 pt zu klein</translation>
     </message>
 </context>
 <context>
@@ -519,6 +537,10 @@
         <source>No window that KOVA manages is there</source>
         <translation>Dort ist kein Fenster, das KOVA verwaltet</translation>
     </message>
+    <message>
+        <source>No rules yet</source>
+        <translation>Noch keine Regeln</translation>
+    </message>
 </context>
 <context>
     <name>kova::ui::ScenesPane</name>
@@ -695,12 +717,12 @@
         <translation>Zuletzt geöffnet oder festgehalten</translation>
     </message>
     <message>
-        <source>There is no scene yet.</source>
-        <translation>Es gibt noch keine Szene.</translation>
-    </message>
-    <message>
         <source>Nothing: the workspace is as in the scene.</source>
         <translation>Nichts: Der Arbeitsbereich ist wie in der Szene.</translation>
+    </message>
+    <message>
+        <source>No scenes yet. Capture the workspace as the first one.</source>
+        <translation>Noch keine Szenen. Halten Sie den Arbeitsbereich als erste fest.</translation>
     </message>
 </context>
 <context>
@@ -797,16 +819,28 @@
         <translation>Drücken Sie die Tasten. Entf entfernt das Kürzel, Esc lässt es, wie es ist.</translation>
     </message>
     <message>
-        <source>Choose an action and press Return to record keys for it.</source>
-        <translation>Wählen Sie eine Aktion und drücken Sie die Eingabetaste, um Tasten dafür aufzunehmen.</translation>
-    </message>
-    <message>
         <source>Records keys for the chosen action, or ends recording</source>
         <translation>Nimmt Tasten für die gewählte Aktion auf oder beendet die Aufnahme</translation>
     </message>
     <message>
         <source>&amp;Cancel</source>
         <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nichts gefunden</translation>
+    </message>
+    <message>
+        <source>KOVA cannot record keys here. Set them with: kova shortcut set ACTION KEYS</source>
+        <translation>KOVA kann hier keine Tasten aufnehmen. Legen Sie sie fest mit: kova shortcut set AKTION TASTEN</translation>
+    </message>
+    <message>
+        <source>Choose an action to record keys for it.</source>
+        <translation>Wählen Sie eine Aktion, um Tasten für sie aufzunehmen.</translation>
+    </message>
+    <message>
+        <source>Press Return to record keys for the action.</source>
+        <translation>Drücken Sie die Eingabetaste, um Tasten für die Aktion aufzunehmen.</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>kova::ui::EmptyListText</name>
+    <message>
+        <source>Loading…</source>
+        <translation>Wird geladen …</translation>
+    </message>
+</context>
+<context>
     <name>kova::ui::FieldError</name>
     <message>
         <source>Error</source>

@@ -19,7 +19,8 @@ struct WindowServices {
     IconSource icon{};
     std::function<const OverlayContents*()> overlay{}; // null while there is no connection to the agent
     std::function<Palette()> palette{};
-    std::function<QPoint()> origin{}; // the screen position, in pixels, of the agent's point (0, 0)
+    std::function<Brightness()> brightness{}; // the desktop's preference
+    std::function<QPoint()> origin{};         // the screen position, in pixels, of the agent's point (0, 0)
     /// Opens a window by the name that the notification `show` uses.
     std::function<void(const std::string& what, const nlohmann::json& parameters)> show{};
 };

@@ -63,6 +63,7 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
             .icon = environment_.icon,
             .overlay = environment_.overlay,
             .palette = environment_.palette,
+            .brightness = environment_.brightness,
             .origin = environment_.origin,
             .show = [this](const std::string& other, const nlohmann::json& with) { show(other, with); }});
     }

@@ -23,6 +23,7 @@ class WindowHost : public QObject {
         IconSource icon{};
         std::function<const OverlayContents*()> overlay{};
         std::function<Palette()> palette{};
+        std::function<Brightness()> brightness{};
         std::function<QPoint()> origin{};
         std::function<void()> styleWidgets{}; // called before the first window is created
         /// The user has closed a window that the agent wants to be open.

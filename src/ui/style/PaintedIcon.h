@@ -1,0 +1,14 @@
+// Icons that are drawn, not stored: sharp at every size and pixel ratio, and in the colors of the moment.
+#pragma once
+
+#include <QIcon>
+#include <QPainter>
+
+#include <functional>
+
+namespace kova::ui {
+
+/// `draw` is called whenever the icon is painted, as long as the icon exists.
+QIcon paintedIcon(std::function<void(QPainter& painter, const QRectF& area)> draw);
+
+} // namespace kova::ui
