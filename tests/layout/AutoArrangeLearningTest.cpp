@@ -50,7 +50,7 @@ TEST(AutoArrangeLearning, ClassifiesApplicationsByNameAndBundleIdentifier) {
     EXPECT_EQ(applicationKey("ÜBUNG", std::nullopt), "name:übung");
 }
 
-TEST(AutoArrangeLearning, EveryWordThatIdentifiesARole) {
+TEST(AutoArrangeLearning, EachListedWordIdentifiesItsRole) {
     using enum AutoArrangeAppRole;
     enum class Where { bundle, partOfBundle, partOfName };
     const struct {

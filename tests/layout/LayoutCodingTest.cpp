@@ -112,7 +112,7 @@ TEST(WorkspaceProfile, ValuesThatJsonCannotExpressAreReplaced) {
     EXPECT_EQ(back.weights("d", "l"), (LayoutWeightOverrides{{{"root.0", {1, 2}}}}));
 }
 
-TEST(LayoutDefinition, IsRestoredWithoutItsTree) {
+TEST(LayoutDefinition, IsStoredAndRestoredWithoutItsTree) {
     const auto& builtIn = *findLayout(builtInLayouts(), "jarvis.dual-split");
     const json document = encode(builtIn);
     EXPECT_EQ(document.size(), 4U);

@@ -96,7 +96,7 @@ TEST(AccessibilityErrors, ARefusalIsAResponse) {
     EXPECT_EQ(accessibilityOutcome(-25204), AccessibilityOutcome::silent);
 }
 
-TEST(AccessibilityErrors, AnElementAnnouncesIfItAcceptsOneOfTheRequests) {
+TEST(AccessibilityErrors, AnElementAnnouncesChangesIfItAcceptsOneOfTheRequests) {
     using enum AnnouncementAnswer;
     constexpr int kUnsupported = -25207, kRegisteredAlready = -25209, kCannotComplete = -25204, kDisabled = -25211;
     const std::pair<std::vector<int>, AnnouncementAnswer> cases[] = {
@@ -109,7 +109,7 @@ TEST(AccessibilityErrors, AnElementAnnouncesIfItAcceptsOneOfTheRequests) {
     for (const auto& [errors, answer] : cases) EXPECT_EQ(announcementAnswer(errors), answer) << errors.front();
 }
 
-TEST(AccessibilityErrors, APermissionIsIgnoredWhenNoApplicationHonorsIt) {
+TEST(AccessibilityErrors, APermissionCountsAsIgnoredOnceSeveralApplicationsRefuseAndNoneResponds) {
     constexpr int kDisabled = -25211, kNoValue = -25212, kCannotComplete = -25204;
     IgnoredPermission permission;
     const auto isIgnoredAfterPolls = [&](int polls, std::vector<std::pair<pid_t, int>> errorsOfPoll) {

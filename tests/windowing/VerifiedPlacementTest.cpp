@@ -121,7 +121,7 @@ TEST(VerifiedPlacement, WindowThatDoesNotShrinkIsReportedOnce) {
     EXPECT_EQ(bench.reported, "100,100 900x400;");
 }
 
-TEST(VerifiedPlacement, TallWindowIsReportedAndAnUnreadableOneCountsAsOff) {
+TEST(VerifiedPlacement, AWindowThatStaysTooTallIsReportedAndOneWithoutAReadableSizeIsNot) {
     PlacementBench tall({.secretMinimumSize = CGSize{200, 700}});
     tall.journalUntil(5);
     EXPECT_EQ(tall.reported, "100,100 600x700;");
@@ -191,7 +191,7 @@ TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) 
         << "the window is not raised again if its frame is correct in the last pass";
 }
 
-TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {
+TEST(VerifiedPlacement, PlacesWindowsThatDelayClampOrRevertRequests) {
     struct Case {
         const char* why;
         WindowTraits traits;
@@ -209,7 +209,7 @@ TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {
     }
 }
 
-TEST(VerifiedPlacement, EndsWithTheWindowAndWithTheService) {
+TEST(VerifiedPlacement, EndsWhenTheWindowClosesOrTheServiceIsDestroyed) {
     PlacementBench bench({.refusesToMove = true, .vanishesAtWrite = 2});
     bench.journalUntil(5);
     EXPECT_EQ(bench.desktop.picture(), "");

@@ -269,7 +269,7 @@ TEST(VisibilityMatching, PrefersTheSameSizeAndUsesRectanglesInOrder) {
     }
 }
 
-TEST(WindowIdentity, PresentationIgnoresFrameAndTitle) {
+TEST(WindowIdentity, SamePresentationIgnoresFrameAndTitle) {
     ServiceBench bench;
     bench.desktop.open("Mail", {.minimumSize = CGSize{200, 100}});
     const auto window = bench.managed("Mail");

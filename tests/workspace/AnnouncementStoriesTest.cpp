@@ -146,7 +146,7 @@ TEST_F(Announcements, AnEnhancedUserInterfaceIsSwitchedOffOnceForASeriesOfFrames
     EXPECT_EQ(journal.find("Notes: AXEnhanced"), std::string::npos);
 }
 
-TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleOrAnEdge) {
+TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleBarOrAnEdge) {
     OverlayBoard board;
     WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
     drags.installMonitor();
@@ -163,9 +163,9 @@ TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleOrAnEdge) {
     EXPECT_EQ(readsOf({600, 700}, {600, 700}), 0) << "a click inside a window";
     EXPECT_EQ(readsOf({600, 700}, {615, 710}), 0) << "a short selection inside a window";
     EXPECT_GT(readsOf({600, 700}, {900, 700}), 0) << "a long movement, which the window might follow";
-    EXPECT_GT(readsOf({600, 20}, {600, 20}), 0) << "a title";
-    EXPECT_GT(readsOf({16, 700}, {16, 700}), 0) << "an edge";
-    EXPECT_EQ(readsOf({600, 1430}, {600, 1430}), 0) << "the desktop";
+    EXPECT_GT(readsOf({600, 20}, {600, 20}), 0) << "a press on a title bar";
+    EXPECT_GT(readsOf({16, 700}, {16, 700}), 0) << "a press on an edge";
+    EXPECT_EQ(readsOf({600, 1430}, {600, 1430}), 0) << "a press on the desktop";
     // A window that the user drags by a point inside it is put into the tile under the pointer, too.
     desk.desktop.pressAt({1900, 700}, WindowPart::titleBar);
     for (double x = 1880; x >= 500; x -= 40) {
@@ -176,7 +176,7 @@ TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleOrAnEdge) {
     desk.settle().expectTiles("Mail 15,15 1254x1382 + Notes | -");
 }
 
-TEST(WindowHold, WindowsAreDraggedByTitlesAndEdges) {
+TEST(WindowHold, WindowsAreDraggedByTitleBarsAndEdges) {
     const std::vector<CGRect> frames = {makeRect(100, 100, 800, 600), makeRect(1000, 100, 300, 300)};
     const struct {
         CGPoint point;

@@ -115,7 +115,8 @@ TEST(AwaitedWindows, AnAbandonedSceneIsReportedAsSuchAndForgotten) {
     awaited.windows.noteRestored({{"notes", {}, 3, true}});
     awaited.windows.rename("mail", "mail2");
     awaited.windows.rename("notes", "notes2");
-    EXPECT_EQ(awaited.windows.scene().movedByUser, std::set<WindowID>{"mail2"}) << "only while the scene waits";
+    EXPECT_EQ(awaited.windows.scene().movedByUser, std::set<WindowID>{"mail2"})
+        << "movements are recorded only while the scene waits";
     EXPECT_EQ(awaited.windows.scene().stackIndexByID, (std::map<WindowID, std::int64_t>{{"notes2", 3}}));
     awaited.windows.beginScene(5);
     EXPECT_EQ((*awaited.report)->state, SceneReport::State::abandoned);

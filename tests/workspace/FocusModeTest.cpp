@@ -13,7 +13,7 @@ WorkspaceUndoSnapshot snapshotWith(const WindowID& windowID, const TileTarget& t
     return snapshot;
 }
 
-TEST(FocusMode, LeavingReturnsTheSnapshotFromTheBeginningOnce) {
+TEST(FocusMode, OnlyTheFirstLeaveReturnsTheSnapshotStoredByEntering) {
     FocusMode::PublishedMode published;
     FocusMode mode(published);
     EXPECT_FALSE(mode.leave());

@@ -58,7 +58,7 @@ TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndWrapsAround) {
     EXPECT_EQ(current(), "jarvis.super-ultrawide-5120x1440");
 }
 
-TEST(LayoutStories, TheCurrentDisplayHasTheFocusedWindowElseThePointerElseIsTheFirst) {
+TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusedWindowElseOfThePointerElseTheFirst) {
     Scenario desk;
     desk.display(2560, 1440).display(1920, 1080);
     desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).start();
@@ -340,7 +340,7 @@ TEST(UndoStories, AnEmptyHistoryIsRefusedWithoutAMessage) {
     EXPECT_EQ(*desk.state().lastActionMessage, std::nullopt);
 }
 
-TEST(NavigationStories, TheFocusMovesBetweenOccupiedTilesAndAMissingOneIsReported) {
+TEST(NavigationStories, TheFocusMovesBetweenOccupiedTilesAndAMissingNeighborIsReported) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").arrange();
     desk.desktop.userFocuses("Codex");

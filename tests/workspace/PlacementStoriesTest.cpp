@@ -39,7 +39,7 @@ TEST(PlacementStories, AWindowManagerThatPlacesWindowsIsReportedByNameOrAfterRef
     nameless.settle().arrange();
     nameless.expectMessage("No window goes where it is sent: the window manager places them itself. " + wayOut);
 
-    Scenario obedient; // except for one window
+    Scenario obedient; // only one window refuses
     obedient.display(2560, 1440).opens("Mail", {.refusesToMove = true}).opens("Notes");
     obedient.arrange().settle().arrange();
     obedient.expectMessage("Windows arranged into zones — Undo is available");
@@ -148,7 +148,7 @@ TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighborWithANotice) {
     ASSERT_TRUE(notice);
     EXPECT_EQ(notice->additionalTileCount, 1);
     EXPECT_EQ(notice->applicationName, "Codex");
-    EXPECT_EQ(notice->claimedFrame, makeRect(10, 1440 - 10 - 676, 2540, 676)) << "screen space";
+    EXPECT_EQ(notice->claimedFrame, makeRect(10, 1440 - 10 - 676, 2540, 676)) << "the frame is in screen space";
 }
 
 TEST(PlacementStories, AWindowThatRefusesToShrinkGetsTheRoomThatItNeeds) {

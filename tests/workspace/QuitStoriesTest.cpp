@@ -29,7 +29,7 @@ class Quitting : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Quitting, AnApplicationIsRequestedToQuitAndItsTileIsFreeSoonAfter) {
+TEST_F(Quitting, AnApplicationThatIsRequestedToQuitEndsAndFreesItsTile) {
     EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Mail")}));
     desk.expectMessage("Quit requested for Mail");
     EXPECT_EQ(terminations(), "Mail: terminate");

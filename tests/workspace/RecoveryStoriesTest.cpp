@@ -106,7 +106,7 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsRecognized) {
     EXPECT_EQ(desk.desktop.labelOfID((*desk.state().focusMode)->windowID), zoomed);
     desk.zoom();
     desk.expectTiles(picture);
-    desk.undo(); // of the arrangement: the snapshot has the new ids
+    desk.undo(); // reverts the arrangement: its snapshot has the new ids
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 

@@ -141,7 +141,7 @@ TEST(RefreshStories, OnlyVisibleChangesRepublishTheWindows) {
     EXPECT_EQ(published, 1);
 }
 
-TEST(RefreshStories, WithdrawingThePermissionEmptiesTheTilesAndGrantingItArranges) {
+TEST(RefreshStories, WithdrawingThePermissionEmptiesTheTilesAndGrantingItDoesNotArrange) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setTrusted(false);
@@ -180,7 +180,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
     EXPECT_FALSE(*desk.state().canUndo) << "an automatic arrangement is no undo step";
 }
 
-TEST(RefreshStories, ArrangeAfterLaunchWaitsWhenALockIsReportedLate) {
+TEST(RefreshStories, ArrangingOnLaunchWaitsIfALockIsReportedLate) {
     Scenario desk;
     prepareArrangingOnLaunch(desk);
     desk.desktop.setTrusted(false);

@@ -121,7 +121,7 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
 }
 
 /// While a window is returning to its frame, the user may focus it or the agent may end.
-TEST_F(Restart, AReturningWindowCanBeFocusedOrIsHiddenByTheNextAgent) {
+TEST_F(Restart, AStackedWindowShownMeanwhileIsHiddenByTheNextAgentUnlessTheStackIsCycledToIt) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
     const auto upgrade = [&] {
@@ -156,7 +156,7 @@ TEST_F(Restart, AZoomedWindowStaysZoomedAndThenReturnsToItsTile) {
     desk.expectTiles(before);
 }
 
-TEST_F(Restart, ArrangeAfterLaunchLeavesRestoredWindowsInPlace) {
+TEST_F(Restart, ArrangingOnLaunchLeavesRestoredWindowsInPlace) {
     WorkspaceProfile profile = *desk.state().profile;
     profile.autoArrangeOnLaunch = true;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});

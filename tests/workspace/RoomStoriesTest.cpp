@@ -112,7 +112,7 @@ TEST(RoomStories, ADragThroughAnOldHandleObeysThePresentMinimumSizes) {
 }
 
 /// Puts random windows into random slots.
-TEST(TileRoom, APlacementMakesNoFurtherWindowCramped) {
+TEST(TileRoom, APlacementMakesNoOtherWindowCramped) {
     const auto& layouts = builtInLayouts();
     forEachSeed(300, [&](std::uint32_t seed) {
         std::mt19937 random(seed);

@@ -40,7 +40,7 @@ TEST(SceneRestoration, StacksGetTheSameOrderInWhateverOrderWindowsAppear) {
     const auto& stack = whole.stackWindowIDsByTarget.at("D::a");
     EXPECT_EQ(stack, (std::remove_cvref_t<decltype(stack)>{"first", "second", "third"}));
     EXPECT_EQ(whole.targetOf("first"), "D::a");
-    EXPECT_EQ(restored(restored({}, {third}), {second, first}), whole) << "in another order";
+    EXPECT_EQ(restored(restored({}, {third}), {second, first}), whole) << "the windows appeared in another order";
     EXPECT_TRUE(restored({}, {third}).isAssigned("third")) << "no tile stays empty for a window that may never appear";
 }
 

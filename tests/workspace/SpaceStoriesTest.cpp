@@ -266,7 +266,7 @@ TEST(NativeTabs, EveryOperationAffectsTheShownTab) {
         desk.desktop.close("Terminal"); // the other tab comes forward
         desk.settle();
         EXPECT_EQ(tilesOf(), picture);
-        desk.undo(); // of the arrangement: the history has the window's new id
+        desk.undo(); // reverts the arrangement: its snapshot has the window's new id
         EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     }
 }
@@ -369,7 +369,7 @@ TEST(NativeTabs, AWindowOfAnotherSpaceWithTheSameFrameIsNoTab) {
     }
 }
 
-TEST(ClosedWindows, ThatStillRespondLoseTheirTilesOnceTheirSizeIsEmptyOrAtAnArrangement) {
+TEST(ClosedWindows, LoseTheirTilesOnceTheirSizeIsEmptyOrWindowsAreArrangedEvenIfTheyStillRespond) {
     for (const auto frame : {SimulatedDesktop::RetainedFrame::empty, SimulatedDesktop::RetainedFrame::asItWas}) {
         Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);

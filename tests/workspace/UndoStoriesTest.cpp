@@ -56,7 +56,7 @@ TEST_P(UndoStories, AWindowThatIsBeingRestoredCountsAsRestored) {
     }
 }
 
-TEST_P(UndoStories, ThePollBeforeARequestDoesNotOverruleIt) {
+TEST_P(UndoStories, APollFromBeforeARequestDoesNotOverruleTheRequest) {
     Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
     desk.desktop.setAnnouncesAllChanges(false);

@@ -44,7 +44,7 @@ TEST(WindowStay, EachReasonHasASentence) {
     for (const auto& row : rows) EXPECT_EQ(whyItStays(row.situation), row.expected);
 }
 
-TEST(LeftAlone, TheReasonThatTheUserSeesFirstIsGiven) {
+TEST(LeftAlone, TheFirstReasonInTheOrderOfPrecedenceIsGiven) {
     ManagedWindow window;
     window.isVisible = true;
     EXPECT_FALSE(whyLeftAlone(window, {}));
