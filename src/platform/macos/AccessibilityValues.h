@@ -11,12 +11,12 @@ namespace kova::macos {
 
 /// The element with its process and its hash; absent when its process cannot be read.
 std::optional<AccessibilityElement> seamElement(AXUIElementRef element);
-/// The system's object of an element; for an application without one a new one, with the timeout of requests.
+/// The system's object of an element. If an application's element has none, creates one with the timeout for requests.
 Owned<AXUIElementRef> systemElement(const AccessibilityElement& element);
 
-/// monostate for other types, and for the placeholder of an error.
+/// Returns monostate for objects of other types, and for the placeholder of an error.
 AttributeValue seamValue(CFTypeRef value);
-/// Empty for values that cannot be written.
+/// Null for values that cannot be written.
 Owned<CFTypeRef> systemValue(const AttributeValue& value);
 
 } // namespace kova::macos

@@ -20,9 +20,9 @@ template <class Ref>
 class Owned {
   public:
     Owned() = default;
-    /// Takes over the reference that the caller was given.
+    /// Takes over the caller's reference.
     static Owned adopt(Ref given) { return Owned(given); }
-    /// Takes a reference of its own to a shared object.
+    /// Adds a reference to the object; the caller keeps its own.
     static Owned retain(Ref shared) { return Owned(shared ? static_cast<Ref>(CFRetain(shared)) : Ref{}); }
 
     Owned(const Owned& other) : Owned(retain(other.ref_)) {}
@@ -37,7 +37,7 @@ class Owned {
 
     Ref get() const { return ref_; }
     explicit operator bool() const { return ref_ != Ref{}; }
-    /// Out parameter for a function that returns a reference. Only while empty.
+    /// Out parameter for a function that returns a reference. Call only while this is empty.
     Ref* receiver() { return &ref_; }
 
   private:
@@ -45,19 +45,19 @@ class Owned {
     Ref ref_{};
 };
 
-/// A reference that portable code can hold.
+/// A further reference, as a type that portable code can hold.
 inline std::shared_ptr<const void> shared(CFTypeRef object) {
     if (!object) return nullptr;
     return {CFRetain(object), [](const void* held) { CFRelease(held); }};
 }
 
-/// UTF-8; characters that it cannot express are replaced. Empty for nil.
+/// The text as UTF-8; characters that UTF-8 cannot express are replaced. Empty for nil.
 inline std::string text(NSString* string) {
     NSData* bytes = [string dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
     return bytes ? std::string(static_cast<const char*>(bytes.bytes), bytes.length) : std::string();
 }
 
-/// Empty when the text is no UTF-8.
+/// Empty if the text is not valid UTF-8.
 inline NSString* nsString(std::string_view text) {
     NSString* made = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
     return made ? made : @"";

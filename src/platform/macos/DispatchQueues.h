@@ -20,9 +20,9 @@ class DispatchMainQueue final : public MainQueue {
 
 class DispatchWorkQueue final : public WorkQueue {
   public:
-    /// User-initiated quality of service; the label is what debuggers show.
+    /// Creates a queue with user-initiated quality of service; debuggers show the label.
     explicit DispatchWorkQueue(const std::string& label);
-    /// Waits for the job that runs; jobs not begun are dropped.
+    /// Waits for the running job; drops jobs that have not begun.
     ~DispatchWorkQueue() override;
 
     void post(std::function<void()> job) override;

@@ -11,7 +11,7 @@ namespace kova::macos {
 
 namespace {
 
-/// The timer and its work own each other until it has run or was cancelled, so that the handle may be dropped.
+/// Its event handler keeps the timer alive until the work has run or was cancelled, so callers may drop their handle.
 class Timer final : public ScheduledWork, public std::enable_shared_from_this<Timer> {
   public:
     explicit Timer(std::function<void()> work) : work_(std::move(work)) {}
@@ -29,7 +29,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         dispatch_resume(source_);
     }
     void cancel() override {
-        work_ = nullptr; // also if it is due and queued already
+        work_ = nullptr; // even if the timer is already due and its handler is queued
         release();
     }
 
@@ -40,7 +40,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         if (work) contained(work);
     }
     void release() {
-        // A cancelled source releases its handler, which releases this.
+        // Cancelling the source releases its handler and with it this object.
         if (source_) dispatch_source_cancel(source_);
         source_ = nil;
     }

@@ -20,14 +20,14 @@ struct DividerPanelEvents {
 
 } // namespace kova::macos
 
-/// Shows nothing. Keeps presses of the main button; those of other buttons reach the desktop.
+/// An invisible view. Swallows presses of the main button; presses of other buttons reach the desktop.
 @interface KOVAGuardView : NSView
 @end
 
-/// Shows a thin line while the pointer is over it or drags it; else nothing.
+/// A divider's handle. Shows a thin line while the pointer is over it or drags it; otherwise invisible.
 @interface KOVADividerView : KOVAGuardView
 - (instancetype)initWithAxis:(kova::LayoutAxis)axis events:(kova::macos::DividerPanelEvents)events;
 @end
 
-/// A panel around the view that never gets the focus.
+/// A panel that contains the view and never gets the focus.
 NSPanel* makeDesktopPanel(KOVAGuardView* view);

@@ -25,7 +25,7 @@
 namespace {
 
 constexpr CGFloat kLineThickness = 3; // points
-// How long the panel ignores events, so that one posted again reaches the window below.
+// How long the panel ignores events, so that an event that is posted again reaches the window below.
 constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 
 } // namespace
@@ -36,11 +36,11 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
     return YES;
 }
 
-/// Not passed on to the next responder.
+/// Swallows the event: does not pass it on to the next responder.
 - (void)mouseDown:(NSEvent*)__unused event {
 }
 
-/// The desktop's own menu opens between tiles, too.
+/// Passed on so that the desktop's own menu also opens between tiles.
 - (void)rightMouseDown:(NSEvent*)event {
     [self passOn:event];
 }
@@ -52,7 +52,7 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 - (void)passOn:(NSEvent*)event {
     const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
     NSWindow* panel = self.window;
-    // An event that returned although the panel ignores events would be posted again without end.
+    // If the panel gets its own posted event although it ignores events, posting the event again would never end.
     if (!sent || panel.ignoresMouseEvents) return;
     panel.ignoresMouseEvents = YES;
     CGEventPost(kCGHIDEventTap, sent.get());
@@ -142,7 +142,7 @@ NSPanel* makeDesktopPanel(KOVAGuardView* view) {
                                                            backing:NSBackingStoreBuffered
                                                              defer:NO];
     panel.releasedWhenClosed = NO; // ARC owns it
-    // The levels around it are those of kova-ui: its backdrop below, its footers above.
+    // Between the levels of kova-ui: its backdrop is below this level, its footers are above.
     panel.level = CGWindowLevelForKey(kCGDesktopIconWindowLevelKey) + 2;
     panel.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
                                NSWindowCollectionBehaviorIgnoresCycle;
@@ -152,7 +152,7 @@ NSPanel* makeDesktopPanel(KOVAGuardView* view) {
     panel.canHide = NO; // "Hide Others" of another application leaves it where it is
     panel.excludedFromWindowsMenu = YES;
     panel.animationBehavior = NSWindowAnimationBehaviorNone;
-    // Not fully transparent: clicks fall through windows that are.
+    // Not fully transparent, since clicks pass through fully transparent windows.
     panel.backgroundColor = [NSColor colorWithWhite:0 alpha:0.01];
     panel.ignoresMouseEvents = NO;
     panel.contentView = view;

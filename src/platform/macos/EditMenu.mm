@@ -6,7 +6,7 @@ namespace kova::macos {
 
 void installEditMenu() {
     NSMenu* edit = [[NSMenu alloc] initWithTitle:@"Edit"];
-    // Without targets they go to the field that has the keyboard focus.
+    // Entries without a target act on the field that has the keyboard focus.
     [edit addItemWithTitle:@"Undo" action:NSSelectorFromString(@"undo:") keyEquivalent:@"z"];
     [edit addItemWithTitle:@"Redo" action:NSSelectorFromString(@"redo:") keyEquivalent:@"Z"];
     [edit addItem:[NSMenuItem separatorItem]];
@@ -16,7 +16,7 @@ void installEditMenu() {
     [edit addItemWithTitle:@"Select All" action:@selector(selectAll:) keyEquivalent:@"a"];
 
     NSMenu* main = [[NSMenu alloc] initWithTitle:@"KOVA"];
-    [main addItemWithTitle:@"KOVA" action:nil keyEquivalent:@""]; // the place of the application's own menu
+    [main addItemWithTitle:@"KOVA" action:nil keyEquivalent:@""]; // the first entry is the application's own menu
     [main addItemWithTitle:@"Edit" action:nil keyEquivalent:@""].submenu = edit;
     NSApp.mainMenu = main;
 }

@@ -13,15 +13,17 @@
 
 namespace kova::macos {
 
-/// Events sent to other applications, after they were sent. Key events only if the process is trusted.
+/// Watches events that are sent to other applications, after they were sent. Watches key events only if this process
+/// has the accessibility permission.
 [[nodiscard]] Subscription watchEventsOfOthers(NSEventMask mask, std::function<void(NSEvent*)> watcher);
-/// Events sent to windows of this process; true keeps the event from its window.
+/// Watches events that are sent to windows of this process, before their windows get them. If `watcher` returns true,
+/// the window does not get the event.
 [[nodiscard]] Subscription watchOwnEvents(NSEventMask mask, std::function<bool(NSEvent*)> watcher);
 
 enum class EventSource { others, everywhere };
 
-/// Converts events to values when they arrive and posts them to the main queue; their windows get them as well. Events
-/// without a value are dropped.
+/// Converts events to values when they arrive and posts them to the main queue; their windows get the events as well.
+/// Events without a value are dropped.
 template <class Value>
 [[nodiscard]] Subscription monitorEvents(MainQueue& queue, EventSource source, NSEventMask mask,
                                          std::function<std::optional<Value>(NSEvent*)> read,

@@ -23,7 +23,7 @@ struct Monitor {
 
 } // namespace
 
-// The system owns the block, which refers to the monitor weakly: dropping the subscription ends it.
+// The system owns the blocks. They refer to the monitor weakly, so that destroying the subscription ends the monitor.
 
 Subscription watchEventsOfOthers(NSEventMask mask, std::function<void(NSEvent*)> watcher) {
     const auto monitor = std::make_shared<Monitor<std::function<void(NSEvent*)>>>(std::move(watcher));

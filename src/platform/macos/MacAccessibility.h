@@ -29,7 +29,7 @@ class MacAccessibility final : public AccessibilityServicing {
     /// An element also responds while "AXWindows" does not list it: on another Space, in full screen, behind another
     /// tab.
     WindowPresence presenceOf(const AccessibilityElement& window) const override;
-    /// How often another Space was shown: Spaces have no public numbers.
+    /// The number of changes to another Space, since Spaces have no public numbers.
     std::uint64_t shownSpace() const override { return spaceChanges_; }
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
@@ -41,7 +41,7 @@ class MacAccessibility final : public AccessibilityServicing {
     /// Sends a request to the process and returns its error number; absent when the process gets no requests now. Waits
     /// up to the deadline. Any thread.
     std::optional<int> ask(pid_t process, const std::function<int()>& request) const;
-    /// Applications that hang and get no requests now. Main thread.
+    /// The applications that do not respond and get no requests now. Main thread.
     std::vector<pid_t> silentApplications() const;
 
   private:

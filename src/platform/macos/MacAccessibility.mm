@@ -44,7 +44,7 @@ WindowListEntry windowListEntry(NSDictionary* window) {
             .height = number(rectangle, @"Height")};
 }
 
-/// The process of the window under the point, by the window server; absent when it lists none there.
+/// The process of the window under the point, according to the window server; absent if there is no window.
 std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
     NSScreen* first = NSScreen.screens.firstObject;
     if (!first) return std::nullopt;
@@ -64,7 +64,7 @@ std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
 
 MacAccessibility::MacAccessibility(const MainQueue& queue) : queue_(queue) {
     const auto systemWide = Owned<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
-    // Set on this element, it applies to every element without a timeout of its own.
+    // The timeout of the system-wide element applies to every element without its own timeout.
     AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationBackoff::kDeadline.count()));
     systemWide_ = shared(systemWide.get());
     spaceChangesSubscription_ =
@@ -96,7 +96,8 @@ AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifie
 }
 
 std::optional<int> MacAccessibility::ask(pid_t process, const std::function<int()>& request) const {
-    // Windows of this process are not managed, and the main thread would wait for itself.
+    // Windows of this process are not managed, and a request to this process would make the main thread wait for
+    // itself.
     if (process == getpid()) return std::nullopt;
     const auto occasion = NSThread.isMainThread ? RequestOccasion::mainThread : RequestOccasion::poll;
     const Seconds asked = queue_.uptime();
@@ -155,7 +156,8 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
             const auto request = [&] {
                 return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get());
             };
-            // Also to an application that does not respond: VoiceOver needs it switched on again.
+            // Sent even to an application that does not respond, since VoiceOver needs the attribute to be switched on
+            // again.
             const bool isGivenBack =
                 write.attribute == AccessibilityAttribute::enhancedUserInterface && write.value == AttributeValue(true);
             if (isGivenBack) {

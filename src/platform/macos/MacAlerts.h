@@ -1,4 +1,4 @@
-// Dialogs. They run a modal loop, during which the main queue and timers go on.
+// Dialogs. The main queue and timers continue to run during a dialog's modal loop.
 #pragma once
 
 #include "support/Lifetime.h"

@@ -9,7 +9,7 @@ namespace kova::macos {
 
 namespace {
 
-/// The first button is the default one, for Return; Escape chooses the cancel button.
+/// Return chooses the first button, which is the default button; Escape chooses the cancel button.
 bool isConfirmed(const Alert& alert, NSAlertStyle style) {
     NSAlert* dialog = [[NSAlert alloc] init];
     dialog.alertStyle = style;

@@ -48,7 +48,7 @@ NSString* hiddenKey() {
 } // namespace
 
 MacApplications::~MacApplications() {
-    if (hidden_.empty()) return; // the record of a former agent is kept
+    if (hidden_.empty()) return; // keeps the record of the previous agent
     @autoreleasepool {
         for (const pid_t process : hidden_) [find(process) unhide];
         hidden_.clear();
@@ -75,11 +75,11 @@ void MacApplications::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindo
     @autoreleasepool {
         for (id each in [NSUserDefaults.standardUserDefaults arrayForKey:hiddenKey()]) {
             if (![each isKindOfClass:NSString.class]) continue;
-            const pid_t process = [each intValue]; // up to the blank
+            const pid_t process = [each intValue]; // the number before the blank
             const auto start = processStartIdentity(process);
             if (!start || text(each) != std::to_string(process) + " " + *start) continue;
             NSRunningApplication* application = find(process);
-            if (!application.hidden) continue; // shown by its user since
+            if (!application.hidden) continue; // the user has shown it since
             if (leftoverWindows == LeftoverWindows::stayHidden) {
                 hidden_.insert(process);
             } else {
@@ -92,7 +92,8 @@ void MacApplications::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindo
 
 bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
-    const bool isReportedHidden = application.hidden != NO; // does not change before the main run loop continues
+    const bool isReportedHidden =
+        application.hidden != NO; // the property changes only when the main run loop continues
     const MutexLock lock(mutex_);
     return requestedHiding_.isHidden(application.processIdentifier, isReportedHidden, queue_.uptime());
 }
@@ -118,7 +119,7 @@ ApplicationIcon MacApplications::iconOf(const void* object) const {
         const MutexLock lock(mutex_);
         if (const auto kept = icons_.find(process); kept != icons_.end()) return kept->second;
     }
-    // Without the lock: it may be read from disk, and the main thread must not wait for the polling queue.
+    // Without the lock, since the icon may be read from disk, and the main thread must not wait for the polling queue.
     auto made = icon(application.icon);
     if (made.isEmpty()) return made;
     const MutexLock lock(mutex_);
@@ -165,7 +166,8 @@ std::optional<std::string> MacApplications::processStartIdentity(pid_t processId
     kinfo_proc process{};
     std::size_t size = sizeof process;
     const int error = sysctl(question.data(), static_cast<u_int>(question.size()), &process, &size, nullptr, 0);
-    if (error != 0 || size < sizeof process) return std::nullopt; // no such process: nothing was written
+    if (error != 0 || size < sizeof process)
+        return std::nullopt; // there is no such process, so the system wrote nothing
     const timeval begun = process.kp_proc.p_starttime;
     return std::to_string(begun.tv_sec) + "." + std::to_string(begun.tv_usec);
 }
@@ -209,7 +211,7 @@ void MacApplications::unhide(pid_t processIdentifier) {
 void MacApplications::activate(pid_t processIdentifier) {
     @autoreleasepool {
         [find(processIdentifier) activateWithOptions:NSApplicationActivationOptions(0)];
-        // Since macOS 14 that is only a request unless KOVA is active.
+        // Since macOS 14 an activation is only a request unless KOVA is active.
         const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
         accessibility_.writeAttributes(accessibility_.applicationElement(processIdentifier), {&frontmost, 1});
     }

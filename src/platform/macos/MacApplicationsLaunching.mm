@@ -16,7 +16,7 @@ NSArray<NSURL*>* applicationFolders() {
     return [NSFileManager.defaultManager URLsForDirectory:NSAllApplicationsDirectory inDomains:NSAllDomainsMask];
 }
 
-/// Read from disk each time: NSBundle caches what it read first.
+/// Reads the file each time, since NSBundle caches the first contents that it read.
 NSDictionary* information(NSURL* bundle) {
     return CFBridgingRelease(CFBundleCopyInfoDictionaryInDirectory((__bridge CFURLRef)bundle));
 }
@@ -34,11 +34,11 @@ LaunchableApplication launchable(NSURL* bundle, NSDictionary* information) {
 
 bool isSwitchedOn(NSDictionary* information, NSString* key) {
     id value = information[key];
-    const bool canTell = [value isKindOfClass:NSNumber.class] || [value isKindOfClass:NSString.class];
-    return canTell && [value boolValue];
+    const bool isConvertible = [value isKindOfClass:NSNumber.class] || [value isKindOfClass:NSString.class];
+    return isConvertible && [value boolValue];
 }
 
-/// Menus show applications that can come to the front.
+/// Whether the application can come to the front, so that menus list it.
 bool isForMenus(NSDictionary* information) {
     return !isSwitchedOn(information, @"LSUIElement") && !isSwitchedOn(information, @"LSBackgroundOnly");
 }
@@ -71,7 +71,8 @@ std::vector<LaunchableApplication> MacApplications::launchableApplications() con
 
 std::optional<LaunchableApplication> MacApplications::launchableApplication(const BundleID& bundleIdentifier) const {
     @autoreleasepool {
-        NSURL* bundle = [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:nsString(bundleIdentifier.text())];
+        NSURL* bundle =
+            [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:nsString(bundleIdentifier.text())];
         if (!bundle) return std::nullopt;
         return launchable(bundle, information(bundle));
     }
@@ -82,7 +83,7 @@ void MacApplications::launch(const LaunchableApplication& application, LaunchAct
     @autoreleasepool {
         NSWorkspaceOpenConfiguration* configuration = [NSWorkspaceOpenConfiguration configuration];
         configuration.activates = activation == LaunchActivation::activates;
-        // The system answers on another thread, perhaps after this has been destroyed.
+        // The system calls back on another thread, perhaps after this object has been destroyed.
         auto* queue = &queue_;
         const auto finish = std::make_shared<LaunchCompletion>(lifetime_.guard(std::move(completion)));
         [NSWorkspace.sharedWorkspace openApplicationAtURL:[NSURL fileURLWithPath:nsString(application.location)]

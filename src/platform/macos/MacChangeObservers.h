@@ -1,4 +1,4 @@
-// Counts changes on a Mac: notifications of applications and windows that were requested, and those of the system.
+// Counts changes on a Mac: the requested notifications of applications and windows, and notifications of the system.
 // Created and destroyed on the main thread.
 #pragma once
 
@@ -17,7 +17,7 @@ class MacChangeObservers final : public DesktopChangeServicing {
   public:
     /// Both outlive this.
     MacChangeObservers(MainQueue& queue, const MacAccessibility& accessibility);
-    /// No request for announcements may be under way.
+    /// Call when no request for announcements is pending.
     ~MacChangeObservers() override;
     MacChangeObservers(const MacChangeObservers&) = delete;
     MacChangeObservers& operator=(const MacChangeObservers&) = delete;
@@ -29,7 +29,7 @@ class MacChangeObservers final : public DesktopChangeServicing {
     void endAnnouncements(const AccessibilityElement& element) override;
     std::optional<Seconds> longestIdleTime() const override { return Seconds(10); }
 
-    /// A change was announced. Main thread.
+    /// Called when a change was announced. Main thread.
     void noteChange();
 
   private:

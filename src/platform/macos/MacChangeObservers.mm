@@ -123,12 +123,14 @@ void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
         const auto known = observers_.find(element.processIdentifier);
         if (known == observers_.end()) return;
         observed = known->second;
-        if (element.hash == 0) observers_.erase(known); // takes all of the process along
+        if (element.hash == 0)
+            observers_.erase(
+                known); // an element without hash is the application: removes all observations of its process
     }
     if (!observed) return;
     if (element.hash == 0) {
         observed->stop();
-        // The main thread may be delivering one of its notifications now, so it is released there.
+        // The main thread may be delivering a notification of this observer now, so the observer is released there.
         queue_.post([ended = std::move(observed)] {});
         return;
     }

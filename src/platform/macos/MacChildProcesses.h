@@ -10,8 +10,8 @@
 
 namespace kova::macos {
 
-/// Each starts in the folder of this process, and outlives it: no kernel ends a program with its parent here, so that
-/// one that is to do so watches its parent.
+/// Each program starts in the current folder of this process, and outlives this process: macOS cannot end a program
+/// together with its parent. A program that should end then watches its parent.
 class MacChildProcesses final : public ChildStarting {
   public:
     /// The queue outlives this.

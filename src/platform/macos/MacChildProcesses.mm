@@ -36,7 +36,7 @@ std::optional<pid_t> MacChildProcesses::start(const Command& command, Started st
     queue_.post(lifetime_.guard([started = std::move(started), process] { started(process); }));
     auto child = std::make_unique<Child>();
     child->ended = std::move(ended);
-    // It also fires for a process that has ended already.
+    // The source also fires for a process that has already ended.
     child->end = dispatch_source_create(DISPATCH_SOURCE_TYPE_PROC, static_cast<uintptr_t>(process), DISPATCH_PROC_EXIT,
                                         dispatch_get_main_queue());
     const auto reapIt = std::make_shared<std::function<void()>>(lifetime_.guard([this, process] { reap(process); }));
@@ -52,7 +52,7 @@ void MacChildProcesses::reap(pid_t process) {
     const auto found = children_.find(process);
     if (found == children_.end()) return;
     int status = 0;
-    // It has ended, so that there is nothing to wait for.
+    // Does not block, since the process has ended.
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     const Ended ended = std::move(found->second->ended);

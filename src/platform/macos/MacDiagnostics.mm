@@ -10,7 +10,7 @@ namespace kova::macos {
 
 namespace {
 
-/// A switch of the system's window manager; `otherwise` where the user never touched it.
+/// A switch of the system's window manager; `otherwise` if the user has never set it.
 bool windowManagerSwitch(NSString* key, bool otherwise) {
     Boolean isValid = false;
     const bool isOn =
@@ -22,7 +22,7 @@ SystemConflicts systemConflicts() {
     SystemConflicts conflicts;
     conflicts.isSecureInputOn = IsSecureEventInputEnabled() != 0;
     conflicts.isStageManagerOn = windowManagerSwitch(@"GloballyEnabled", false);
-    if (@available(macOS 15.0, *)) { // the first that tiles windows
+    if (@available(macOS 15.0, *)) { // the first version that tiles windows
         conflicts.tilesWindowsAtEdges = windowManagerSwitch(@"EnableTilingByEdgeDrag", true);
         conflicts.tilesWindowsAtMenuBar = windowManagerSwitch(@"EnableTopTilingByEdgeDrag", true);
     }

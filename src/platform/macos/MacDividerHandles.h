@@ -1,6 +1,6 @@
-// The handles of dividers, and the guards of the bare desktop beside them: panels just above the desktop's icons, so
-// that every window lies over them. They receive pointer events and never the focus, and activate no application. Drags
-// of other applications pass through them.
+// The handles of dividers, and the guards of the bare desktop beside the handles. Both are panels just above the
+// desktop's icons, so that every window lies over them. They receive pointer events and never the focus, and activate
+// no application. Drags of other applications pass through them.
 #pragma once
 
 #include "support/Lifetime.h"

@@ -7,7 +7,7 @@
 #if __has_include(<UniformTypeIdentifiers/UniformTypeIdentifiers.h>)
 #import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
 #else
-// For sets of headers without this framework, which only check the sources.
+// Declarations for syntax checks with headers that lack this framework.
 @interface UTType : NSObject
 + (nullable instancetype)typeWithIdentifier:(nonnull NSString*)identifier;
 @end

@@ -1,5 +1,5 @@
-// Key presses anywhere on the Mac. Events for other applications can be watched but not kept from them, so nothing is
-// claimed from the system. Combinations that the system itself uses can be queried, those of programs cannot.
+// Key presses anywhere on the Mac. Events for other applications can be watched, but the applications still get them.
+// So `claim` grabs nothing. Combinations that the system uses can be queried, combinations of other programs cannot.
 #pragma once
 
 #include "support/Lifetime.h"

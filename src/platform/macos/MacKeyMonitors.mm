@@ -17,7 +17,7 @@ static_assert(kKeyDown == 1 << 10);
 
 constexpr unichar kFirstCharacter = 0x20;
 constexpr unichar kDelete = 0x7F;
-// Where the system puts keys that write nothing, such as arrows.
+// The range of characters that the system assigns to keys that write nothing, such as arrows.
 constexpr unichar kFirstFunctionKey = 0xF700;
 constexpr unichar kLastFunctionKey = 0xF8FF;
 
@@ -48,7 +48,7 @@ bool isCharacter(NSString* written) {
 } // namespace
 
 struct MacKeyMonitors::Recording {
-    std::function<bool(const KeyPress&)> recorder; // empty once it has ended
+    std::function<bool(const KeyPress&)> recorder; // empty once the recording has ended
     Subscription others, own;
 
     void hear(const KeyPress& press) {

@@ -18,9 +18,9 @@ class MacOnboarding final : public OnboardingServicing {
     void run();
     void finish(std::uint64_t showing, bool isContinued, bool isOfferChanged, bool isOfferOn);
 
-    std::optional<OnboardingOffer> offer_; // while it is shown, or about to be
+    std::optional<OnboardingOffer> offer_; // while the dialog is shown or about to be shown
     std::function<void()> askForPermission_;
-    bool isWanted_ = false;     // shown, or about to be
+    bool isWanted_ = false;     // the dialog is shown or about to be shown
     bool isRunning_ = false;    // also while a closed dialog's modal loop has not ended yet
     std::uint64_t showing_ = 0; // counts the calls of showOnboarding that took effect
     Lifetime lifetime_;

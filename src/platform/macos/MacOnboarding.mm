@@ -19,7 +19,7 @@ NSButton* checkbox(const OnboardingOffer& offer) {
     return box;
 }
 
-/// The box with its text below, as large as the text needs it.
+/// The check box with its explanation below, as high as the text requires.
 NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
     NSTextField* label = [NSTextField wrappingLabelWithString:nsString(offer.text)];
     label.font = [NSFont systemFontOfSize:NSFont.smallSystemFontSize];
@@ -70,7 +70,7 @@ void MacOnboarding::run() {
     NSButton* box = offer_ ? checkbox(*offer_) : nil;
     const NSControlStateValue before = box.state;
     if (box) dialog.accessoryView = offerView(box, *offer_);
-    // The agent may end while the dialog is open, and this is destroyed with it.
+    // The agent may end while the dialog is open, and this object is then destroyed.
     auto finishUnlessGone = lifetime_.guard([this, box, before, showing = showing_](NSModalResponse answer) {
         finish(showing, answer == NSAlertFirstButtonReturn, box.state != before, box.state == NSControlStateValueOn);
     });
@@ -82,11 +82,11 @@ void MacOnboarding::run() {
 void MacOnboarding::finish(std::uint64_t showing, bool isContinued, bool isOfferChanged, bool isOfferOn) {
     isRunning_ = false;
     if (!isWanted_) return returnActivationSoon();
-    if (showing != showing_) return; // closed, and to be shown again: the run loop does that next
+    if (showing != showing_) return; // closed and requested again: the run loop shows the dialog again next
     isWanted_ = false;
     const auto offer = std::exchange(offer_, std::nullopt);
     const auto askForPermission = std::exchange(askForPermission_, nullptr);
-    if (!isContinued) return returnActivationSoon(); // else the system asks next
+    if (!isContinued) return returnActivationSoon(); // otherwise the system shows its permission prompt next
     if (offer && isOfferChanged) offer->choose(isOfferOn);
     if (askForPermission) askForPermission();
 }

@@ -12,7 +12,7 @@ class MenuBar {
   public:
     /// Shows the item. The content outlives it.
     explicit MenuBar(KovaMenuBarContent& content);
-    /// Removes the item; a menu that is open does nothing more.
+    /// Removes the item; choosing an entry of a menu that is still open has no effect.
     ~MenuBar();
     MenuBar(const MenuBar&) = delete;
     MenuBar& operator=(const MenuBar&) = delete;

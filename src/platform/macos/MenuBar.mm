@@ -5,10 +5,10 @@
 
 #import <AppKit/AppKit.h>
 
-/// Fills the menu when it opens, and passes on what is chosen.
+/// Fills the menu when it opens, and passes the chosen entry on.
 @interface KOVAMenuBarTarget : NSObject <NSMenuDelegate>
 - (instancetype)initWithContent:(kova::KovaMenuBarContent&)content;
-/// Ends the use of the content.
+/// Stops using the content, which may be destroyed afterwards.
 - (void)detach;
 @end
 
@@ -83,7 +83,7 @@ struct MenuBar::Parts {
         menu.delegate = target; // not owned by the menu
         item.menu = menu;
     }
-    /// The name without the symbol, on a system that does not have it.
+    /// Shows the symbol, or the name on a system that lacks the symbol.
     void showSymbol(MenuBarSymbol symbol = MenuBarSymbol::usual) {
         NSString* name = symbol == MenuBarSymbol::message ? @"rectangle.3.group.fill" : @"rectangle.3.group";
         NSImage* image = [NSImage imageWithSystemSymbolName:name accessibilityDescription:@"KOVA"];
@@ -112,7 +112,7 @@ void MenuBar::open() {
     [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
                                     block:^{
                                       [item.button performClick:nil];
-                                      returnActivationSoon(); // opening KOVA has made it active
+                                      returnActivationSoon(); // opening KOVA has activated KOVA
                                     }];
 }
 

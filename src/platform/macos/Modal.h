@@ -12,11 +12,11 @@ namespace kova::macos {
 /// the queue's jobs.
 void runDialogSoon(std::function<void()> dialog);
 
-/// Activates KOVA and orders the dialog in front of all windows. Call it before the dialog is shown: it takes effect
-/// now, and again once the modal loop runs.
+/// Activates KOVA and orders the dialog in front of all windows. Call before the dialog is shown. Takes
+/// effect now, and again once the modal loop runs.
 void bringToFront(NSWindow* dialog);
 
-/// Shows the alert in front and waits for its answer; the agent can be ended meanwhile.
+/// Shows the alert in front of all windows and waits for the user's answer; the agent can end while it waits.
 NSModalResponse runAlert(NSAlert* alert);
 /// Closes the alert that is shown; it counts as not answered.
 void abandonAlert();
@@ -25,7 +25,7 @@ void abandonAlert();
 bool hasDialog();
 /// Activates the application that was active before KOVA, if KOVA is active and has no dialog.
 void returnActivation();
-/// Lets the application of that bundle identifier become active in place of KOVA when it asks for it.
+/// Lets the application with that bundle identifier become active in place of KOVA when it requests this.
 void passActivationTo(const std::string& bundleIdentifier);
 /// Calls `returnActivation` once menus and alerts have closed: the system leaves KOVA active then, and key presses
 /// reach no window.

@@ -6,7 +6,7 @@ namespace kova::macos {
 
 namespace {
 
-int pendingDialogs = 0; // those that `runDialogSoon` was given and that have not ended
+int pendingDialogs = 0; // dialogs that were passed to `runDialogSoon` and have not ended
 
 } // namespace
 
@@ -17,7 +17,7 @@ void runDialogSoon(std::function<void()> dialog) {
                                       contained(dialog);
                                       --pendingDialogs;
                                     }];
-    CFRunLoopWakeUp(CFRunLoopGetMain()); // it may be asleep
+    CFRunLoopWakeUp(CFRunLoopGetMain()); // the run loop may be asleep
 }
 
 void bringToFront(NSWindow* dialog) {
@@ -28,7 +28,7 @@ void bringToFront(NSWindow* dialog) {
     [NSRunLoop.mainRunLoop performInModes:@[ NSModalPanelRunLoopMode, NSDefaultRunLoopMode ]
                                     block:^{
                                       NSWindow* window = shown;
-                                      if (!window.visible) return; // answered already
+                                      if (!window.visible) return; // the user has already answered
                                       [NSApp activateIgnoringOtherApps:YES];
                                       [window orderFrontRegardless];
                                       [window makeKeyWindow];
@@ -37,15 +37,15 @@ void bringToFront(NSWindow* dialog) {
 }
 
 NSModalResponse runAlert(NSAlert* alert) {
-    // By default a modal dialog keeps the application from ending, by its own command or by a logout.
+    // By default a modal dialog prevents the application from quitting, also at a logout.
     alert.window.preventsApplicationTerminationWhenModal = NO;
     bringToFront(alert.window);
     return [alert runModal];
 }
 
 void abandonAlert() {
-    // Stops the loop instead of throwing: `contained` would catch the exception. The loop checks after the next event,
-    // so one is posted.
+    // Stops the loop instead of throwing: `contained` would catch the exception. The loop checks for the stop after
+    // the next event, so an event is posted.
     [NSApp stopModalWithCode:NSModalResponseAbort];
     NSEvent* event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined
                                         location:NSZeroPoint

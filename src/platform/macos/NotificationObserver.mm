@@ -20,15 +20,15 @@
 }
 
 - (void)heard:(NSNotification*)notification {
-    if (!NSThread.isMainThread) {                     // the thread is the poster's
-        __weak KOVANotificationTarget* target = self; // dropped when the registration has ended
+    if (!NSThread.isMainThread) {                     // called on the thread that posts
+        __weak KOVANotificationTarget* target = self; // nil once the registration has ended
         dispatch_async(dispatch_get_main_queue(), ^{
           [target heard:notification];
         });
         return;
     }
     kova::macos::contained([&] {
-        const auto observer = self->_observer; // which may end this registration
+        const auto observer = self->_observer; // a copy, since the observer may end this registration
         (*observer)();
     });
 }

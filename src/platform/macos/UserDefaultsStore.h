@@ -12,15 +12,15 @@ namespace kova::macos {
 
 class UserDefaultsStore final : public PreferencesStore {
   public:
-    /// A record is stored as data, a text as a string and a switch as a boolean; of any other type, also a number,
-    /// counts as absent.
+    /// A record is stored as data, a text as a string and a switch as a boolean; a value of any other type, also a
+    /// number, counts as absent.
     std::optional<PreferenceValue> value(std::string_view key) const override;
     bool contains(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
     void save(SaveHandler done) override;
     void synchronize() override;
-    /// The copy is kept in the same domain, under the key with ".damaged-" and the date behind it.
+    /// The copy is kept in the same domain, under the key followed by ".damaged-" and the date.
     void noteUnusable(std::string_view key, const std::string& reason) override;
     std::vector<std::string> problems() const override;
 

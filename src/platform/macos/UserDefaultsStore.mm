@@ -15,7 +15,7 @@ namespace kova::macos {
 
 namespace {
 
-/// A boolean is a number to Foundation, but a number is no boolean.
+/// Foundation stores booleans as numbers; distinguishes them from other numbers.
 bool isBoolean(id object) {
     return CFGetTypeID((__bridge CFTypeRef)object) == CFBooleanGetTypeID();
 }
