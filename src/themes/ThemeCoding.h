@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// "system", "native".
+/// The name in JSON: "system", "native".
 std::string_view rawValue(ThemeVisualStyle style);
 
 nlohmann::json encode(const RGBAColor& color);

@@ -22,7 +22,8 @@ struct RGBAColor {
 };
 
 struct ThemePalette {
-    RGBAColor background, panel, accent, secondaryAccent, text, mutedText; // text is legible on background and panel
+    RGBAColor background, panel, accent, secondaryAccent, text,
+        mutedText; // the text colors are legible on background and panel
     bool operator==(const ThemePalette&) const = default;
 };
 
@@ -82,13 +83,13 @@ class JarvisTheme final : public WorkspaceTheme {
 class ThemeRegistry {
   public:
     ThemeRegistry();
-    /// In the order in which they are offered. All of them list the same layouts, so that a change of theme moves no
+    /// All themes, in the order in which users see them. They list the same layouts, so that a change of theme moves no
     /// window.
     const std::vector<std::shared_ptr<const WorkspaceTheme>>& themes() const { return themes_; }
     bool contains(std::string_view id) const { return find(id) != nullptr; }
     /// The theme with the id, else the default one.
     const ThemeDescriptor& theme(std::string_view id) const;
-    /// The theme's palette with an accent color's colors in place of its own; unknown ids mean the defaults.
+    /// The theme's palette, in which the accent color replaces the theme's own accent; unknown ids mean the defaults.
     ThemePalette palette(std::string_view themeID, std::string_view accentColorID) const;
 
   private:

@@ -36,10 +36,10 @@ class AgentActions final : public OverlayActions {
     void addMoveMenu(const TileContents& tile, const std::string& window);
     void addRuleMenu(const TileContents& tile, const ApplicationName& application);
     void offerToEnableRules();
-    /// Opens an alert that asks for confirmation; it sends the request.
+    /// Opens an alert that asks for confirmation; the alert sends the request.
     void confirmForceQuit(const std::string& window, const ApplicationName& application);
 
-    /// The menu, cleared. Created at the first use, since a menu loads the toolkit's styles.
+    /// Returns the emptied menu. Created at the first use, since a menu loads the toolkit's styles.
     QMenu& emptyMenu();
 
     AgentLink& link_;

@@ -92,8 +92,8 @@ void MacApplications::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindo
 
 bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
-    const bool isReportedHidden =
-        application.hidden != NO; // the property changes only when the main run loop continues
+    // The property changes only when the main run loop continues.
+    const bool isReportedHidden = application.hidden != NO;
     const MutexLock lock(mutex_);
     return requestedHiding_.isHidden(application.processIdentifier, isReportedHidden, queue_.uptime());
 }
@@ -166,8 +166,7 @@ std::optional<std::string> MacApplications::processStartIdentity(pid_t processId
     kinfo_proc process{};
     std::size_t size = sizeof process;
     const int error = sysctl(question.data(), static_cast<u_int>(question.size()), &process, &size, nullptr, 0);
-    if (error != 0 || size < sizeof process)
-        return std::nullopt; // there is no such process, so the system wrote nothing
+    if (error != 0 || size < sizeof process) return std::nullopt; // without such a process nothing was written
     const timeval begun = process.kp_proc.p_starttime;
     return std::to_string(begun.tv_sec) + "." + std::to_string(begun.tv_usec);
 }

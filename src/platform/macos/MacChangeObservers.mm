@@ -123,9 +123,8 @@ void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
         const auto known = observers_.find(element.processIdentifier);
         if (known == observers_.end()) return;
         observed = known->second;
-        if (element.hash == 0)
-            observers_.erase(
-                known); // an element without hash is the application: removes all observations of its process
+        // An element without a hash is the application: removes all observations of its process.
+        if (element.hash == 0) observers_.erase(known);
     }
     if (!observed) return;
     if (element.hash == 0) {

@@ -6,7 +6,7 @@ namespace kova::ui {
 
 namespace {
 
-/// The agent takes 1000 bytes; a character that is cut is replaced by another one.
+/// Bytes. The agent accepts 1000; a character that is cut at the end is replaced by a longer one.
 constexpr std::size_t kLongestReport = 990;
 
 nlohmann::json memberOf(const nlohmann::json& object, const char* key) {

@@ -50,7 +50,7 @@ std::vector<int> textWidths(const std::vector<QString>& labels, int available, c
     return widths;
 }
 
-/// The least width of the entries: the icon of the front window, and the number of the other entries.
+/// The minimum width of the entries: the icon of the front window, and the number of the other entries.
 int leastWidth(std::size_t entries, const Style& style) {
     if (entries == 0) return 0;
     return entryWidth(0, style) + (entries > 1 ? style.px(points::entryGap + points::hiddenChip) : 0);

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kSpinnerMilliseconds = 80;
 
-/// A panel at the bottom of the room, in its middle, as far up as the controls require; at the bottom if the room is
-/// too small for that.
+/// Places a panel at the bottom of the room, horizontally centered, and as high as needed to cover no control. If the
+/// room is too small for that, places it at the bottom.
 QRect clearOf(const std::vector<QRect>& controls, QSize panel, const QRect& room, int margin) {
     QRect lowest(QPoint(0, 0), panel);
     lowest.moveCenter(room.center());

@@ -74,7 +74,7 @@ class MessageWindow final : public OverlayWindow {
   public:
     MessageWindow(OverlayPlatform& platform, OverlayActions& actions) :
         OverlayWindow(platform, Layer::message, "KOVA message"), actions_(actions) {}
-    /// `area`: of the size that the message has by `layOutMessage`, in pixels on the screen.
+    /// `area` is in pixels on the screen, and has the size that `layOutMessage` returns.
     void show(const StatusMessage& message, const QRect& area, int widestPixels, const Style& style);
     void paint(QPainter& painter) override;
 

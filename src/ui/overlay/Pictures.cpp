@@ -41,7 +41,7 @@ double edgeOnDesktop(const Style& style) {
     return style.line(2);
 }
 
-/// Along the inside of a rounded rectangle. `dash`: the length of the dashes and of the gaps, in pixels.
+/// Draws a line along the inside of a rounded rectangle. `dash`: the length of the dashes and of the gaps, in pixels.
 void drawDashes(QPainter& painter, const QRectF& area, double radius, QPen pen, double dash) {
     const double half = pen.widthF() / 2;
     pen.setDashPattern({dash / pen.widthF(), dash / pen.widthF()});
@@ -128,7 +128,7 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
         drawPanel(painter, layout.panel, radius, palette.tileFill, QColor(), 0);
         drawDashes(painter, layout.panel, radius, QPen(palette.tileLine, line), 4 * style.scale);
     } else {
-        // An edge of two colors, one of which differs from any picture.
+        // An edge of two colors, so that at least one of them differs from any wallpaper.
         const double edge = edgeOnDesktop(style);
         drawPanel(painter, layout.panel, radius, withAlpha(palette.panel, style.isComposited ? 0.3 : 1),
                   withAlpha(palette.panel, 1), edge);

@@ -1,4 +1,4 @@
-// The pane of general settings: of the program and of all tiles.
+// The pane of general settings, for the program and for all tiles.
 #pragma once
 
 #include "ui/settings/SettingControls.h"

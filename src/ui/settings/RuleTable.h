@@ -14,7 +14,7 @@ class RuleTable : public QTreeWidget {
   public:
     explicit RuleTable(QWidget* parent = nullptr);
 
-    /// Shows the array `rules` of `rule.list`. The selected rule stays selected, also in another row.
+    /// Shows the array `rules` of `rule.list`. The selected rule stays selected even if its row changes.
     void show(const nlohmann::json& rules);
     /// The selected rule's id; empty if no rule is selected.
     QString selectedID() const;

@@ -144,7 +144,7 @@ void ShortcutsPane::filter(const QString& text) {
         item->setHidden(!fits);
         if (fits && !first) first = item;
     }
-    // Selects the first row, since arrow keys cannot select a row if it is the only one.
+    // Selects the first row, since arrow keys cannot select the only row of a list.
     const bool isChosenShown = table_->currentItem() && !table_->currentItem()->isHidden();
     if (!words.isEmpty() && first && !isChosenShown) table_->setCurrentItem(first);
     if (table_->topLevelItemCount() > 0) noShortcut_->say(tr("Nothing found"));

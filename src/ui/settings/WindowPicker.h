@@ -16,7 +16,7 @@ class WindowPicker : public QObject {
     using QObject::QObject;
     ~WindowPicker() override { end(); }
 
-    /// Whether the system lets a program grab clicks on other programs' windows. False on a Mac.
+    /// Whether the system lets a program grab clicks on other programs' windows; a Mac does not.
     static bool isPossible();
     /// Grabs the pointer and the keyboard for `owner`, a visible widget.
     void start(QWidget* owner);

@@ -36,8 +36,8 @@ class WindowHost : public QObject {
     void setFocus(std::unique_ptr<WindowFocus> focus);
     /// False if there is no window of that name.
     bool show(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
-    /// Opens the windows that are new in the agent's list `wanted`, and closes those that are no longer in it. Windows
-    /// opened by `show` stay open.
+    /// Opens the windows that are new in the agent's list `wanted`, and closes windows that are no longer in it.
+    /// Windows opened by `show` stay open.
     void follow(const std::map<std::string, ShownWindow>& wanted);
     /// Null if the window is not open.
     HostedWindow* window(const std::string& what) const;
