@@ -48,7 +48,7 @@ std::string controlsWithoutTexts(QAccessibleInterface* at) {
     return found;
 }
 
-/// Controls that Tab reaches after one that stands wholly below them, one per line.
+/// Controls that Tab reaches after a control that is entirely below them, one per line.
 std::string controlsAgainstReadingOrder(QWidget* window) {
     std::string found;
     int topOfLast = -1;
@@ -64,7 +64,7 @@ std::string controlsAgainstReadingOrder(QWidget* window) {
     return found;
 }
 
-/// Letters that several visible buttons and labels have for Alt, one per line.
+/// Key combinations with Alt that several visible buttons and labels share, one per line.
 std::string repeatedMnemonics(QWidget* window) {
     std::map<QString, int> uses;
     for (auto* each : window->findChildren<QAbstractButton*>()) {
@@ -106,7 +106,7 @@ TEST_P(AccessibilityIn, EveryControlHasANameAndADescriptionAndFitsASmallDisplay)
     for (const PaneKind& pane : Registry<PaneKind>::entries()) {
         QWidget* window = open("settings", {{"pane", pane.name}});
         expectAccessible(window, std::string("settings: ") + pane.name);
-        if (std::string(pane.name) == "appearance") { // its options come with the state
+        if (std::string(pane.name) == "appearance") { // the options are created when the state arrives
             EXPECT_TRUE(until([&] {
                 const auto* option = window->findChild<QRadioButton*>();
                 return option && option->isVisible();

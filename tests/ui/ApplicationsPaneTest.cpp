@@ -40,7 +40,7 @@ TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     ask("place", {{"window", "zoom"}, {"tile", "2"}});
     desk.rest();
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).starts_with("1500 ×"); }))
-        << "learned while the pane is open: " << shown("Zoom", 2);
+        << "the open pane shows what is learned now: " << shown("Zoom", 2);
 
     list->setCurrentItem(list->findItems("Notes", Qt::MatchExactly).front());
     QTest::mouseClick(control<QPushButton>(window, "forget"), Qt::LeftButton);
@@ -52,7 +52,7 @@ TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).empty() || shown("Zoom", 2) == "–"; }));
     ask("app.forget", {{"application", "Terminal"}});
     EXPECT_TRUE(until([&] { return shown("Terminal", 3).find("preferred") == std::string::npos; }))
-        << "forgotten by a command";
+        << "the pane shows that a command forgot the application";
 }
 
 class GoldenApplicationsInSettings : public ApplicationsInSettings {};

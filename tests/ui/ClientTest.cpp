@@ -103,7 +103,7 @@ TEST(AgentLink, ConnectsWhenTheAgentStartsAndWhenItRestarts) {
     ASSERT_TRUE(stage.until([&] { return stage.hasContents(); }));
     std::string error;
     stage.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });
-    stage.agent.reset(); // before it has responded
+    stage.agent.reset(); // the agent ends before it has responded
     ASSERT_TRUE(stage.until([&] { return !stage.hasContents(); }));
     EXPECT_EQ(error, "The agent has ended");
     stage.link.call("undo", nlohmann::json::object(), [&](const Response& response) { error = response.error; });

@@ -85,7 +85,7 @@ TEST(Decoration, DetectsThatTheMachineRunsOnBattery) {
         std::filesystem::create_directories(path + "/" + supply);
         std::ofstream(path + "/" + supply + "/" + name) << text << "\n";
     };
-    EXPECT_FALSE(runsOnBattery(path)) << "a computer without a battery";
+    EXPECT_FALSE(runsOnBattery(path)) << "there is no battery";
     write("AC", "type", "Mains");
     write("mouse", "type", "Battery");
     write("mouse", "scope", "Device");

@@ -8,8 +8,8 @@
 
 namespace kova::ui::testing {
 
-/// Whether the pictures show the same: letters may be drawn up to two pixels to the side, but no shape may be missing.
-/// `scale`: pixels per point.
+/// Whether the pictures show the same shapes: letters may be drawn up to two pixels to the side, but no shape may be
+/// missing. `scale`: pixels per point.
 bool looksAlike(const QImage& one, const QImage& other, double scale);
 /// Fails the test if the picture differs from the stored one of that name, and saves the new picture for inspection.
 void compareWithGolden(const QImage& seen, const std::string& name, double scale);

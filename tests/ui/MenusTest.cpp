@@ -141,7 +141,7 @@ TEST_F(Menus, TitlesAndMessagesAreInTheUsersLanguage) {
         }
     };
     check(check, items);
-    EXPECT_EQ(english, std::set<std::string>()) << "titles that are neither names nor translated";
+    EXPECT_EQ(english, std::set<std::string>()) << "these titles are neither names nor translated";
 
     const std::pair<const char*, const char*> texts[]{
         {"Last window action undone", "Letzte Fensteraktion rückgängig gemacht"},

@@ -55,7 +55,7 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
     EXPECT_TRUE(until([&] { return ask("dock.status")["result"]["isOn"] == true; }));
     EXPECT_EQ(ask("login.status")["result"]["isOn"], false) << "only the clicked setting changes";
     ask("login.on");
-    EXPECT_TRUE(until([&] { return login->isChecked(); })) << "changed by a command";
+    EXPECT_TRUE(until([&] { return login->isChecked(); })) << "the box shows a change by a command";
 
     const std::string before = desk.tiles();
     click("next");

@@ -118,13 +118,14 @@ TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
         QTest::mousePress(&footer, Qt::LeftButton, {}, start);
         QTest::mouseMove(&footer, target);
         QTest::mouseMove(&footer, QPoint(496, 300) - footer.position());
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1) << each.what << ": between two tiles";
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1) << each.what << ": the pointer is between two tiles";
         const nlohmann::json before = stage.state;
         each.act(stage);
         EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1) << each.what;
         stage.state = before;
         stage.show();
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1) << each.what << ", undone";
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1)
+            << each.what << ", and is reverted";
         QTest::mouseMove(&stage.footer("primary"), target);
         QTest::mouseRelease(&stage.footer("primary"), Qt::LeftButton, {}, target);
         EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << each.what;

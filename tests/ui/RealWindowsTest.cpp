@@ -240,7 +240,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
                desktop.isBelow(desktop.underlay(), applications) && desktop.showsWhole(applications);
     };
     ASSERT_TRUE(desktop.until(isInOrder))
-        << desktop.underlay().size() << " windows: a backdrop, four footers, an empty tile";
+        << desktop.underlay().size() << " windows instead of a backdrop, four footers and an empty tile";
     EXPECT_EQ(desktop.overlay("KOVA message").size(), 1u);
 
     // An application is lowered below all other windows.
@@ -253,7 +253,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     EXPECT_TRUE(desktop.until(
         [&] { return isInOrder() && desktop.isBelow(desktop.underlay(), {late}) && desktop.showsWhole({late}); }));
 
-    // Window lists and focus.
+    // The overlay is in no window list and does not take the focus.
     const Windows overlayWindows = desktop.overlay();
     if (desktop.hasManager()) {
         EXPECT_TRUE(desktop.until(
@@ -266,7 +266,8 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     const xcb_window_t focus = seen.focus();
     desktop.server.start({"/usr/bin/xdotool", "mousemove", "30", "303", "mousemove", "90", "476", "click", "1"}).wait();
     desktop.server.start({"/usr/bin/xdotool", "mousemove", "725", "229", "click", "1"}).wait();
-    EXPECT_TRUE(desktop.until([&] { return !desktop.agent.calls().empty(); })) << "an entry of a footer was clicked";
+    EXPECT_TRUE(desktop.until([&] { return !desktop.agent.calls().empty(); }))
+        << "the click on a footer's entry calls a method";
     EXPECT_EQ(std::ranges::count(overlayWindows, seen.focus()), 0) << "the focus was with " << focus;
 
     // Clicks on a footer, on the button of the empty tile, beside the button, and on the backdrop.
@@ -287,7 +288,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     EXPECT_TRUE(desktop.until([&] {
         const xcb_window_t alert = seen.windowTitled("KOVA");
         return alert != 0 && seen.isViewable(alert);
-    })) << "the user is told why";
+    })) << "a window gives the user the reason";
 }
 
 TEST_P(RealManagers, OverlayKeepsItsOrderWhenTheWindowManagerRestarts) {
@@ -347,12 +348,12 @@ TEST(RealDisplays, OverlayIsWhereTheFirstDisplayIs) {
         });
         return overlay.size() == 7 && isThere;
     };
-    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "one display";
+    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "there is one display";
     run({"xrandr", "--setmonitor", "left", "800/200x500/125+0+0", "screen"});
     run({"xrandr", "--setmonitor", "*right", "800/200x500/125+800+0", "none"});
     EXPECT_TRUE(desktop.until([&] { return isInOrder(800); })) << "the primary display is on the right";
     run({"xrandr", "--delmonitor", "right"});
-    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "only the left display";
+    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "only the left display is connected";
 }
 
 const auto nameOf = [](const auto& session) {

@@ -70,11 +70,11 @@ TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowCommands) {
     ASSERT_TRUE(untilShown("Terminal ignored*, Mail floats*, Notes → Primary*"));
     drop(0, 1, 0.8);
     ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → Primary*"));
-    drop(1, 1, 0.8); // no change: the row is already there
+    drop(1, 1, 0.8); // has no effect: the row is already at this place
     QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier);
     ASSERT_TRUE(untilShown(kThree));
     EXPECT_EQ(table->currentItem()->text(0), "Terminal ignored") << "the moved rule stays selected";
-    QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier); // there is nothing below it
+    QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier); // has no effect: the row is the last one
     click("moveUp");
     ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → Primary*"));
     QTest::keyClick(table, Qt::Key_Space);
@@ -98,23 +98,25 @@ TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowCommands) {
     ASSERT_TRUE(untilShown("Notes → Primary*"));
     add({{"application", "terminal"}, {"disposition", "ignore"}});
     ask("rule.move", {{"rule", "2"}, {"to", 1}});
-    EXPECT_TRUE(untilShown("Terminal ignored*, Notes → Primary*")) << "moved by a command";
+    EXPECT_TRUE(untilShown("Terminal ignored*, Notes → Primary*")) << "the list shows a move by a command";
     ask("rule.change", {{"rule", "1"}, {"disposition", "tile"}, {"slot", "secondary-1"}});
-    EXPECT_TRUE(until([&] { return table->topLevelItem(0)->text(2) == "Tile Secondary 1"; })) << "changed by a command";
+    EXPECT_TRUE(until([&] { return table->topLevelItem(0)->text(2) == "Tile Secondary 1"; }))
+        << "the list shows a change by a command";
     ask("rule.delete", {{"rule", "1"}});
-    EXPECT_TRUE(untilShown("Notes → Primary*")) << "deleted by a command";
+    EXPECT_TRUE(untilShown("Notes → Primary*")) << "the list shows a deletion by a command";
 }
 
 TEST_F(RulesInSettings, AreAddedForTheLastFocusedWindowAndForOtherOpenWindows) {
     openPane();
     auto* disposition = control<QComboBox>(window, "newDisposition");
-    ASSERT_TRUE(until([&] { return disposition->count() > 3; })) << "the slots of the layouts";
+    ASSERT_TRUE(until([&] { return disposition->count() > 3; })) << "the slots of the layouts are listed";
     click("ruleForFocused");
     ASSERT_TRUE(untilShown("Terminal floats*"));
     click("exclude");
     ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*"));
     auto* openWindows = control<QMenu>(window, "windowMenu");
-    ASSERT_TRUE(until([&] { return openWindows->actions().size() >= 5; })) << "the pointer, a line, three windows";
+    ASSERT_TRUE(until([&] { return openWindows->actions().size() >= 5; }))
+        << "the menu has the picker, a separator and three windows";
     disposition->setCurrentIndex(disposition->findText("Tile Primary"));
     for (QAction* action : openWindows->actions()) {
         if (action->text() == "Mail – Inbox") action->trigger();

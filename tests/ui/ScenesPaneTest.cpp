@@ -69,7 +69,7 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndRestored) {
     ASSERT_TRUE(untilShown("Work"));
     EXPECT_EQ(name->text(), "");
     ask("scene.capture", {{"name", "Play"}});
-    ASSERT_TRUE(untilShown("Work, Play")) << "captured by a command";
+    ASSERT_TRUE(untilShown("Work, Play")) << "the list shows a scene that a command captured";
 
     select(0);
     list->setFocus();
@@ -162,7 +162,7 @@ TEST_F(ScenesInSettings, AreExportedAndAreImportedAfterASummary) {
     const QString summary = "A scene would be added from “desk.json”: Work\n"
                             "There already, and left as they are: 1";
     EXPECT_TRUE(until([&] { return text("importText") == summary; })) << text("importText").toStdString();
-    EXPECT_EQ(shown(), "") << "nothing is added yet";
+    EXPECT_EQ(shown(), "") << "before the confirmation no scene is added";
     click("addImport");
     EXPECT_TRUE(untilShown("Work"));
 

@@ -63,7 +63,7 @@ TEST_F(Settings, EachSwitchOfTheGeneralPaneIsASettingOfTheAgent) {
     HostedWindow* window = openAt("general");
     struct Switch {
         const char* box;
-        const char* method; // by which a command switches the setting off
+        const char* method; // switches the setting off
         json parameters;
         std::function<bool()> isOn;
     };
@@ -81,7 +81,7 @@ TEST_F(Settings, EachSwitchOfTheGeneralPaneIsASettingOfTheAgent) {
     for (const Switch& each : switches) {
         SCOPED_TRACE(each.box);
         ask(each.method, each.parameters);
-        EXPECT_TRUE(shows(window, each.box, false)) << "switched by a command";
+        EXPECT_TRUE(shows(window, each.box, false)) << "the box shows a change by a command";
         auto* box = control<QCheckBox>(window, each.box);
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Space);
@@ -104,7 +104,7 @@ TEST_F(Settings, TheTileInsetMovesWindowsWhileItIsTyped) {
     QTest::keyClick(inset, Qt::Key_Up);
     EXPECT_TRUE(until([&] { return settings()["tileInset"] == 25; }));
     ask("layout.setInset", {{"points", 7}});
-    EXPECT_TRUE(until([&] { return inset->value() == 7; })) << "changed by a command";
+    EXPECT_TRUE(until([&] { return inset->value() == 7; })) << "the field shows a change by a command";
 }
 
 TEST_F(Settings, ErrorsAreShownAtTheControlWhichIsReset) {
@@ -132,7 +132,7 @@ TEST_F(Settings, PanesAreChosenByKeyboardAndTheLastOneIsShownAgain) {
     EXPECT_EQ(control<QListWidget>(open("settings"), "panes")->currentItem()->text(), last);
 }
 
-/// The agent's state contains the windows that shall be open; the window reports that the user has closed it.
+/// The agent's state lists the windows that should be open. When the user closes a window, kova-ui reports this.
 TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
     const auto follow = [&] {
         return until([&] {
@@ -169,7 +169,8 @@ TEST_F(Settings, AppearanceIsAppliedLiveAndFollowsCommands) {
         }
         return std::string();
     };
-    EXPECT_TRUE(until([&] { return window->findChildren<QRadioButton*>().size() == 7; })) << "two themes, five accents";
+    EXPECT_TRUE(until([&] { return window->findChildren<QRadioButton*>().size() == 7; }))
+        << "there must be buttons for two themes and five accents";
     QTest::mouseClick(control<QRadioButton>(window, "jarvis.neon-cyan"), Qt::LeftButton, {}, QPoint(8, 8));
     EXPECT_TRUE(until([&] { return active("theme.list", "themes") == "jarvis.neon-cyan"; }));
     auto* amber = control<QRadioButton>(window, "reactor-amber");
@@ -222,7 +223,7 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
     record("Focus Left");
     desk.desktop.keyboard().press(37, modifierFlag::control | modifierFlag::option); // the keys of Focus Right
     EXPECT_TRUE(until([&] { return refusalIn(window).find("Focus Right") != std::string::npos; })) << refusalIn(window);
-    EXPECT_TRUE(isRecording()) << "other keys can still be typed";
+    EXPECT_TRUE(isRecording()) << "the recording must continue after a refusal";
     desk.desktop.keyboard().press(5, modifierFlag::control | modifierFlag::option);
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
     EXPECT_EQ(keysOf("focusLeft"), "Ctrl+Alt+G");
@@ -234,7 +235,8 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
     EXPECT_FALSE(isRecording());
     record("Focus Left");
     QTest::mouseClick(control<QPushButton>(window, "recordShortcut"), Qt::LeftButton);
-    EXPECT_EQ(row("Focus Left")->text(1), QStringLiteral("Ctrl+Alt+G")) << "cancelled";
+    EXPECT_EQ(row("Focus Left")->text(1), QStringLiteral("Ctrl+Alt+G"))
+        << "a cancelled recording keeps the former keys";
     EXPECT_TRUE(until([&] {
         desk.advance(Seconds(0.3));
         return !isRecording();
@@ -244,9 +246,11 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
     QTest::mouseClick(control<QPushButton>(window, "restoreShortcuts"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") != "none" && !row("Focus Left")->text(1).isEmpty(); }));
     ask("shortcut.clear", {{"action", "focusLeft"}});
-    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1).isEmpty(); })) << "cleared by a command";
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1).isEmpty(); }))
+        << "the row shows that a command cleared the keys";
     ask("shortcut.restoreDefaults");
-    EXPECT_TRUE(until([&] { return !row("Focus Left")->text(1).isEmpty(); })) << "restored by a command";
+    EXPECT_TRUE(until([&] { return !row("Focus Left")->text(1).isEmpty(); }))
+        << "the row shows keys that a command restored";
 }
 
 TEST_F(ShortcutSettings, ShowConflictsWithOtherProgramsAndAreFoundByNameAndKeys) {
@@ -274,7 +278,8 @@ TEST_F(ShortcutSettings, ShowConflictsWithOtherProgramsAndAreFoundByNameAndKeys)
     EXPECT_EQ(found("alt+g"), std::set<std::string>{"Focus Left"});
     EXPECT_GT(found("").size(), 15u);
     EXPECT_TRUE(found("no such action").empty());
-    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled()) << "a hidden action is not chosen";
+    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled())
+        << "an action that the search hides must not stay chosen";
 }
 
 TEST_F(Settings, LayoutsAreChosenByPicturesThatMarkTilesThatAreTooSmall) {
@@ -287,7 +292,7 @@ TEST_F(Settings, LayoutsAreChosenByPicturesThatMarkTilesThatAreTooSmall) {
         return found.isEmpty() ? nullptr : found.front();
     };
     const auto inForce = [&] { return ask("query.displays")["result"]["displays"][0]["layout"]["name"]; };
-    EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue and “Automatic”";
+    EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the list must show the catalogue and “Automatic”";
     EXPECT_EQ(row("Dual Stack")->text(), QStringLiteral("Dual Stack (2)"));
     const auto remarkOn = [&](const QString& name) { return row(name)->text().section(u'\n', 1).toStdString(); };
     EXPECT_EQ(remarkOn("Dual Split"), "246 pt too narrow");
@@ -366,10 +371,9 @@ TEST_F(Settings, UpdatesCanBeCheckedAndSwitchedWhereKovaUpdatesItself) {
     EXPECT_TRUE(until([&] { return updates.downloads; }));
     click("checksForUpdates");
     EXPECT_TRUE(until([&] { return !updates.checks && !control<QCheckBox>(window, "downloadsUpdates")->isEnabled(); }));
-    EXPECT_TRUE(ask("updates.download", {{"isOn", false}}).contains("error"))
-        << "without checks there is nothing to download";
+    EXPECT_TRUE(ask("updates.download", {{"isOn", false}}).contains("error")) << "downloads require automatic checks";
     ask("updates.automatic", {{"isOn", true}});
-    EXPECT_TRUE(shows(window, "checksForUpdates", true)) << "switched on by a command";
+    EXPECT_TRUE(shows(window, "checksForUpdates", true)) << "the box shows a change by a command";
     QTest::mouseClick(control<QPushButton>(window, "checkNow"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return updates.isChecking && !control<QPushButton>(window, "checkNow")->isEnabled(); }));
     EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "a check is pending";

@@ -79,13 +79,13 @@ TEST(ApplicationAreas, CoverTheDrawnPartsOfApplicationsThatNoGuardHides) {
     ApplicationAreas areas;
     areas.shown(1, QRect(0, 0, 500, 500), QRect(0, 0, 500, 500));
     areas.shown(3, QRect(90, 90, 220, 120), QRect(100, 100, 200, 100)); // invisible borders of 10
-    areas.shown(4, QRect(0, 0, 50, 50), QRect(0, 0, 50, 50));           // no application
+    areas.shown(4, QRect(0, 0, 50, 50), QRect(0, 0, 50, 50));           // not an application's window
     EXPECT_EQ(areas.covered(order), QRegion(100, 100, 200, 100));
     EXPECT_TRUE(areas.moved(3, QRect(0, 0, 220, 120)));
     EXPECT_EQ(areas.covered(order), QRegion(10, 10, 200, 100));
     EXPECT_FALSE(areas.moved(3, QRect(0, 0, 800, 600))) << "a window that enters full screen loses its borders";
     order.lowered(3);
-    EXPECT_TRUE(areas.covered(order).isEmpty()) << "minimized";
+    EXPECT_TRUE(areas.covered(order).isEmpty()) << "a window at the bottom, below the guard, covers nothing";
 }
 
 } // namespace kova::ui

@@ -78,7 +78,7 @@ TEST(Colors, ContrastIsThatOfTheWebGuidelines) {
     EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22))
         << "a color with enough contrast is returned unchanged";
     EXPECT_EQ(legible(Qt::gray, {Qt::lightGray}, 20), QColor(Qt::black))
-        << "no mixture has enough contrast: returns the better extreme";
+        << "no mixture has enough contrast, so white or black is returned";
 }
 
 TEST(Drawing, TheFirstLetterIsAWholeCharacter) {

@@ -99,7 +99,7 @@ TEST_F(WholeSession, FootersStayWhileTheSessionIsLocked) {
     bus.set("c1", "LockedHint", sdbus::Variant(true));
     ASSERT_TRUE(logs("workspace suspended"));
     EXPECT_NE(session.kova({"arrange"}).exitCode, 0);
-    // The refusal came to kova-ui after the suspension.
+    // kova-ui receives the suspension before the refusal's message, so the suspension has been handled by now.
     EXPECT_TRUE(eventually([&] { return !shown("KOVA message").empty(); }));
     EXPECT_EQ(footers(), before);
 

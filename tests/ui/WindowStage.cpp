@@ -30,7 +30,7 @@ WindowStage::WindowStage() :
     applyWidgetFontHeight(static_cast<int>(points::smallText) + 1);
     QApplication::setCursorFlashTime(0);
     link.start();
-    EXPECT_TRUE(until([&] { return link.contents().has_value(); })) << "the agent does not answer";
+    EXPECT_TRUE(until([&] { return link.contents().has_value(); })) << "the agent does not respond";
     style(Brightness::dark);
 }
 
