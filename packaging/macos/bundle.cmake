@@ -1,6 +1,6 @@
 # KOVA.app: the agent with its icon, its Info.plist, the command line (Contents/Helpers/kova) and, where Qt is installed,
-# kova-ui as an application of its own beside it; and where asked for Sparkle and the intents in Swift. Included beside
-# the agent's target. On other systems only what can be made there, for the tests: the Info.plist and the Swift source.
+# kova-ui as a separate application beside it; with the options for them also Sparkle and the intents in Swift. Included
+# where the agent's target is defined. Other systems generate only the Info.plist and the Swift source, for the tests.
 set(bundle_folder ${CMAKE_CURRENT_LIST_DIR})
 set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "Under which the Mac knows the application and its permissions")
 option(KOVA_WITH_SPARKLE "Build the Mac application with Sparkle, which looks for updates" OFF)
@@ -41,15 +41,15 @@ set_target_properties(kova-agent PROPERTIES
   XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}
   INSTALL_RPATH "@executable_path/../Frameworks"
   BUILD_WITH_INSTALL_RPATH TRUE)
-# Headers alone are used of some libraries, which would otherwise have to be there, and of the same signer.
+# Only headers of these libraries are used. If they were linked, they would have to be installed, and have the same signer.
 target_link_options(kova-agent PRIVATE LINKER:-dead_strip,-dead_strip_dylibs)
-# Not beside the application's own program: the Mac's disks tell no capitals apart.
+# Not in the folder of the application's own program (KOVA), since file names on a Mac usually ignore case.
 set(contents $<TARGET_BUNDLE_CONTENT_DIR:kova-agent>)
 add_dependencies(kova-agent kova)
 add_custom_command(TARGET kova-agent POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Helpers
   COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:kova> ${contents}/Helpers/kova VERBATIM)
-# The copies are renewed with the agent, so that it is linked anew when one of the programs was.
+# The programs are copied whenever the agent is linked, so the agent is linked again when one of them was.
 set_property(TARGET kova-agent APPEND PROPERTY LINK_DEPENDS $<TARGET_FILE:kova>)
 
 if(TARGET kova-ui)
@@ -64,9 +64,9 @@ if(TARGET kova-ui)
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${helper}
     COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${helper} VERBATIM)
   if(CMAKE_BUILD_TYPE STREQUAL Release)
-    # A signed application loads libraries of the same signer only, so that Qt goes along. What is added and changed then
-    # makes the linker's or Xcode's signature void, and the system ends a program with a void one: signed anew, before
-    # the application around it is.
+    # A signed application loads only libraries of the same signer, so Qt is copied into kova-ui.app. That makes the signature
+    # of the linker or of Xcode invalid, and the system ends a program with an invalid signature. So kova-ui.app is signed
+    # again, before the application that contains it.
     find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_prefix}/bin REQUIRED)
     add_custom_command(TARGET kova-agent POST_BUILD
       COMMAND ${MACDEPLOYQT} ${helper} -verbose=1
@@ -74,8 +74,8 @@ if(TARGET kova-ui)
   endif()
 endif()
 
-# Titles and phrases are read out of the source by Xcode's own build, as in the preset "macos"; any other build compiles
-# the intents, but the system does not find them.
+# Xcode's own build (preset "macos") reads titles and phrases from the source. Any other build compiles the intents, but
+# the system does not find them.
 if(CMAKE_GENERATOR STREQUAL Xcode)
   set(intents_default ON)
 else()
@@ -83,11 +83,11 @@ else()
 endif()
 option(KOVA_WITH_APP_INTENTS "Build the Mac application with its App Intents, in Swift" ${intents_default})
 if(KOVA_WITH_APP_INTENTS)
-  set(CMAKE_Swift_LANGUAGE_VERSION 5) # else Xcode is told an older one
+  set(CMAKE_Swift_LANGUAGE_VERSION 5) # otherwise Xcode uses an older version
   enable_language(Swift)
   set_target_properties(kova-agent PROPERTIES Swift_MODULE_NAME KOVA) # a module's name has no hyphen
   target_sources(kova-agent PRIVATE ${intents})
-  add_dependencies(kova-agent kova_app_intents) # Xcode lets independent targets share no command
+  add_dependencies(kova-agent kova_app_intents) # in Xcode two independent targets cannot share a command
   target_compile_options(kova-agent PRIVATE $<$<COMPILE_LANGUAGE:Swift>:-parse-as-library>)
   target_link_libraries(kova-agent PRIVATE "-framework AppIntents")
 endif()
