@@ -22,8 +22,8 @@ struct RGBAColor {
 };
 
 struct ThemePalette {
-    RGBAColor background, panel, accent, secondaryAccent, text,
-        mutedText; // the text colors are legible on background and panel
+    RGBAColor background, panel, accent, secondaryAccent;
+    RGBAColor text, mutedText; // legible on background and panel
     bool operator==(const ThemePalette&) const = default;
 };
 
