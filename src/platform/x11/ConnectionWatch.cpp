@@ -16,6 +16,7 @@ void ConnectionWatch::resume() {
 }
 
 void ConnectionWatch::pause(Seconds pause) {
+    if (!watch_) return;
     isPaused_ = true;
     watching_.reset();
     if (pauseEnd_) pauseEnd_->cancel();

@@ -26,7 +26,7 @@ class ConnectionWatch {
     void begin(DescriptorWatch watch, std::function<void()> readable);
     /// Watches from now on.
     void resume();
-    /// Pauses until `resume`. If no poll is reading, calls `readable` at the end of the pause.
+    /// Pauses until `resume`. If no poll is reading, calls `readable` at the end of the pause. No-op before `begin`.
     void pause(Seconds pause);
     void stop() { watching_.reset(); }
 

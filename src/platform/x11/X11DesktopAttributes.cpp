@@ -285,9 +285,10 @@ void X11Desktop::Parts::sendSoon() {
 
 void X11Desktop::Parts::send() {
     isSendDue = false;
-    bool mustWatch = false;
+    bool mustWatch = false, hasRequests = false;
     {
         const MutexLock lock(mutex);
+        hasRequests = !requests.isEmpty();
         const auto focused = requests.windowToActivate();
         requests.send();
         if (focused) expectFocus(*focused);
@@ -296,7 +297,8 @@ void X11Desktop::Parts::send() {
         mustWatch = watch.isPaused() && !watch.isPausedForPoll() && focusKeeper.kept(queue.uptime());
     }
     handleEffects({});
-    if (mustWatch) watch.resume();
+    if (mustWatch) return watch.resume();
+    if (hasRequests) pauseAfterPlacing();
 }
 
 void X11Desktop::flush() {

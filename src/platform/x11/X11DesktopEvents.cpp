@@ -2,6 +2,7 @@
 #include "platform/x11/X11Parts.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace kova {
 
@@ -9,8 +10,11 @@ using namespace x11;
 
 namespace {
 
-/// How long the connection is watched without pauses after a window was placed.
+/// How long the reactions of a window that was placed are handled soon.
 constexpr Seconds kPlacingTime{1.0};
+/// The server sends an event for each window as soon as it has placed it. With the pause the main thread wakes up once
+/// for all of them.
+constexpr Seconds kPlacingPause{0.005};
 /// How long the connection is not watched after an event shows that the next poll will find changes. The poll normally
 /// comes earlier and ends the pause.
 constexpr Seconds kPause{0.55};
@@ -41,33 +45,56 @@ void X11Desktop::listen(Watch watch, std::function<void()> lost) {
 
 /// Reads events, and then either watches for more or reads again after a pause.
 void X11Desktop::Parts::readAndPause() {
-    bool pauses = false;
+    const bool wasPaused = watch.isPaused();
+    bool hasChanged = false;
     {
         const MutexLock lock(mutex);
         const auto before = changes.count();
         pendingEffects.add(drain(xcb_poll_for_event));
-        pauses = changes.count() != before;
+        hasChanged = changes.count() != before;
     }
+    isReadingEvents = true;
     handleEffects({});
+    isReadingEvents = false;
     if (connection->isLost()) {
         watch.stop();
         return whenLost();
     }
+    std::optional<Seconds> pause;
     {
         const MutexLock lock(mutex);
         // While a poll reads the connection on its own thread, watching would wake this thread again and again although
         // nothing is left to read.
         watch.setPausedForPoll(isPollReading);
-        pauses = isPollReading || (pauses && mayPause());
+        if (isPollReading) {
+            pause = kPause;
+        } else if (hasChanged && mayPause()) {
+            pause = !isPlacing() ? std::optional(kPause) : wasPaused ? std::nullopt : std::optional(kPlacingPause);
+        }
     }
-    pauses ? watch.pause(kPause) : watch.resume();
+    pause ? watch.pause(*pause) : watch.resume();
 }
 
-/// False while a window is being placed, since its events must be handled at once, and while replies are awaited.
+bool X11Desktop::Parts::isPlacing() const {
+    return queue.uptime() - lastPlacing < kPlacingTime;
+}
+
+/// False while events must be handled at once, and while replies are awaited.
 bool X11Desktop::Parts::mayPause() const {
-    if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     return !changes.isAwaited() && !focusKeeper.kept(queue.uptime()) && pendingReplies.empty() &&
            !displays.isReading() && !hider.isAnyHidePending() && !hider.isAnyRestoreDue();
+}
+
+/// Call when frames of windows were requested. `readAndPause` itself decides about a pause at its end, since the
+/// descriptor cannot be watched again before the call of its watch returns.
+void X11Desktop::Parts::pauseAfterPlacing() {
+    if (isReadingEvents || watch.isPaused()) return;
+    bool pauses = false;
+    {
+        const MutexLock lock(mutex);
+        pauses = isPlacing() && mayPause();
+    }
+    if (pauses) watch.pause(kPlacingPause);
 }
 
 /// Reads events that arrived during a pause.

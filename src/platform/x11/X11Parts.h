@@ -42,6 +42,7 @@ struct X11Desktop::Parts {
     // Main thread only
     bool mustFlush = false; // requests wait to be sent
     bool isSendDue = false;
+    bool isReadingEvents = false;
     Seconds lastPlacing{-1000.0}; // uptime
     std::function<void()> whenLost;
     x11::ConnectionWatch watch;
@@ -74,7 +75,9 @@ struct X11Desktop::Parts {
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) KOVA_REQUIRES(mutex);
     void noteFocusRequestOfAnotherProgram(const xcb_generic_event_t& event) KOVA_REQUIRES(mutex);
     void readAndPause() KOVA_EXCLUDES(mutex);
+    bool isPlacing() const;
     bool mayPause() const KOVA_REQUIRES(mutex);
+    void pauseAfterPlacing() KOVA_EXCLUDES(mutex);
     void catchUp() KOVA_REQUIRES(mutex);                                // any thread; never waits
     void handleEffects(x11::EventEffects effects) KOVA_EXCLUDES(mutex); // main thread
     void bringUpToDate() KOVA_EXCLUDES(mutex);                          // polling queue, or while opening
