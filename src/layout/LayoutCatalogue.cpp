@@ -83,11 +83,6 @@ std::vector<LayoutDefinition> makeBuiltInLayouts() {
     return all;
 }
 
-std::vector<TileSlot> slotsAtReferenceSize(const LayoutDefinition& definition) {
-    return solveSlots(*definition.tree, {}, referenceSize(definition.displayClass), definition.metrics, kSlotInset)
-        .slots;
-}
-
 CGRect scaled(const CGRect& normalizedFrame, CGSize area) {
     const CGRect frame = makeRect(normalizedFrame.origin.x * area.width, normalizedFrame.origin.y * area.height,
                                   normalizedFrame.size.width * area.width, normalizedFrame.size.height * area.height);
@@ -140,6 +135,12 @@ LayoutDefinition applying(const LayoutDefinition& definition, const LayoutWeight
     result.tree = applyingWeightOverrides(*definition.tree, overrides);
     result.slots = slotsAtReferenceSize(result);
     return result;
+}
+
+std::vector<TileSlot> slotsAtReferenceSize(const LayoutDefinition& definition) {
+    if (!definition.tree) return {};
+    return solveSlots(*definition.tree, {}, referenceSize(definition.displayClass), definition.metrics, kSlotInset)
+        .slots;
 }
 
 const std::vector<LayoutDefinition>& builtInLayouts() {

@@ -38,6 +38,8 @@ LayoutDefinition makeLayoutDefinition(std::string id, std::string name, LayoutDi
 /// The definition with the weights put into its tree and its slots solved anew; unchanged when it has no tree or there
 /// are no weights.
 LayoutDefinition applying(const LayoutDefinition& definition, const LayoutWeightOverrides& overrides);
+/// The slots of the definition's tree at the class's reference size; empty when it has no tree.
+std::vector<TileSlot> slotsAtReferenceSize(const LayoutDefinition& definition);
 
 /// The twelve built-in layouts, in catalogue order.
 const std::vector<LayoutDefinition>& builtInLayouts();

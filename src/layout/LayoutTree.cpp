@@ -16,17 +16,19 @@ bool isUsable(const std::vector<double>& weights, std::size_t branchCount) {
 }
 
 /// `id` is the split id of the node; it is extended for each branch and restored afterwards.
-void putWeights(LayoutNode& node, const LayoutWeightOverrides& overrides, std::string& id) {
+void putWeights(LayoutNode& node, const LayoutNode& original, const LayoutWeightOverrides& overrides, std::string& id) {
     auto* split = std::get_if<LayoutSplit>(&node);
-    if (!split) return;
+    const auto* source = std::get_if<LayoutSplit>(&original);
+    if (!split || !source || split->branches.size() != source->branches.size()) return;
     const auto found = overrides.splits.find(id);
     const bool overridden = found != overrides.splits.end() && isUsable(found->second, split->branches.size());
     const std::size_t ownLength = id.size();
     for (std::size_t i = 0; i < split->branches.size(); ++i) {
         LayoutBranch& branch = split->branches[i];
-        branch.weight = raisedToFloor(overridden ? found->second[i] : branch.weight);
+        branch.weight = raisedToFloor(overridden ? found->second[i] : source->branches[i].weight);
+        if (std::holds_alternative<LayoutTile>(branch.node)) continue;
         id.append(".").append(std::to_string(i));
-        putWeights(branch.node, overrides, id);
+        putWeights(branch.node, source->branches[i].node, overrides, id);
         id.resize(ownLength);
     }
 }
@@ -48,9 +50,13 @@ std::string splitID(std::span<const int> path) {
 
 LayoutNode applyingWeightOverrides(const LayoutNode& tree, const LayoutWeightOverrides& overrides) {
     LayoutNode result = tree;
-    std::string id = "root";
-    putWeights(result, overrides, id);
+    replaceWeights(result, tree, overrides);
     return result;
+}
+
+void replaceWeights(LayoutNode& tree, const LayoutNode& original, const LayoutWeightOverrides& overrides) {
+    std::string id = "root";
+    putWeights(tree, original, overrides, id);
 }
 
 std::size_t tileCount(const LayoutNode& tree) {

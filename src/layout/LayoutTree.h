@@ -62,6 +62,8 @@ std::string splitID(std::span<const int> path);
 /// The tree with override weights put into its branches. An entry counts only when it has one finite, positive value
 /// per branch; every resulting weight is at least 0.000001.
 LayoutNode applyingWeightOverrides(const LayoutNode& tree, const LayoutWeightOverrides& overrides);
+/// The same in place: `tree` is a copy of `original` with any weights. Without effect on parts that differ otherwise.
+void replaceWeights(LayoutNode& tree, const LayoutNode& original, const LayoutWeightOverrides& overrides);
 
 /// Number of tiles in the tree.
 std::size_t tileCount(const LayoutNode& tree);

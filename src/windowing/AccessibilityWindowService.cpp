@@ -121,8 +121,7 @@ void AccessibilityWindowService::unhideApplication(pid_t processIdentifier) {
 }
 
 bool AccessibilityWindowService::isApplicationHidden(pid_t processIdentifier) const {
-    const auto application = applications_.runningApplication(processIdentifier);
-    return application && application->isHidden;
+    return applications_.isHidden(processIdentifier);
 }
 
 std::optional<std::pair<pid_t, AccessibilityElement>>

@@ -71,6 +71,11 @@ class ApplicationServicing {
     virtual std::vector<RunningApplication> runningApplications() const = 0;
     /// Absent when there is no such process among the applications. Any thread; never waits.
     virtual std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const = 0;
+    /// Whether all its windows are hidden; false when there is no such application. Any thread; never waits.
+    virtual bool isHidden(pid_t processIdentifier) const {
+        const auto application = runningApplication(processIdentifier);
+        return application && application->isHidden;
+    }
     /// The application with the keyboard focus. Main thread; never waits.
     virtual std::optional<pid_t> frontmostApplication() const = 0;
 

@@ -6,7 +6,6 @@
 #include "windowing/ScreenServicing.h"
 
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,13 +13,16 @@ namespace kova {
 
 /// The layout that is selected for the display: the chosen one, the one for the display's class if the selection is
 /// `automatic`, or the profile's own layout without a selection.
-std::string resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen);
+const std::string& resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen);
 
 class DisplayLayouts {
   public:
     /// The definition in force, weights applied. The catalogue's first layout replaces an id that is not in it.
     const LayoutDefinition& resolve(const Screen& screen, const WorkspaceProfile& profile,
                                     const std::vector<LayoutDefinition>& catalogue);
+    /// Its id.
+    const std::string& layoutID(const Screen& screen, const WorkspaceProfile& profile,
+                                const std::vector<LayoutDefinition>& catalogue);
     /// The tiles on the screen's visible frame, in layout space.
     const SolvedLayout& solve(const Screen& screen, const WorkspaceProfile& profile,
                               const std::vector<LayoutDefinition>& catalogue, const TileMinimumSizes& minimumSizes);
@@ -44,7 +46,9 @@ class DisplayLayouts {
     struct Entry {
         ResolvedKey resolvedKey;
         LayoutDefinition definition;
-        std::optional<SolvedKey> solvedKey;
+        bool hasFormerSlots = false; // the definition's slots are those of other weights
+        SolvedKey solvedKey;
+        bool isSolved = false;
         LayoutSolver solver;
         SolvedLayout solved;
     };

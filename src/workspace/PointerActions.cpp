@@ -78,7 +78,6 @@ void PointerActions::applyDividerDrag() {
     if (!pointer_.takeDividerTranslation()) return;
     const ActiveDividerDrag& drag = *pointer_.dividerDrag();
     geometry_.layouts().setTransientWeights(drag.target.displayID, drag.target.layoutID, drag.overrides);
-    geometry_.layouts().invalidate(drag.target.displayID);
     writeInteractiveFrames(drag.target.displayID);
     keeper_.raiseRevision(); // windows first, then handles and overlay
 }

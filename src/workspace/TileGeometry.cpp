@@ -27,7 +27,7 @@ std::vector<DisplayLayoutDivider> TileGeometry::dividersOn(const DisplayID& id) 
     const Screen* screen = screenOf(id);
     if (!screen) return {};
     std::vector<DisplayLayoutDivider> all;
-    const std::string layoutID = layoutOn(*screen).id;
+    const std::string& layoutID = layoutIDOn(*screen);
     for (const auto& divider : solvedTiles(*screen).dividers) all.push_back({id, layoutID, divider});
     return all;
 }
@@ -112,24 +112,36 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows() const {
 }
 
 std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
-    std::map<WindowID, std::vector<CGRect>> cells; // in screen space, by window id; free tiles under ""
-    const DisplayID id = displayID(screen);
+    struct Cell {
+        const WindowID* front; // null: free
+        CGRect onScreen;
+    };
+    std::vector<Cell> cells;
     const SolvedLayout& solved = solvedTiles(screen);
+    cells.reserve(solved.slots.size());
+    TileTarget target{displayID(screen), {}};
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
-        const auto front = assignments_.assignedWindowIDs.find({id, solved.slots[i].id});
+        target.slot = solved.slots[i].id;
+        const auto front = assignments_.assignedWindowIDs.find(target);
         const bool isTaken = front != assignments_.assignedWindowIDs.end();
-        cells[isTaken ? front->second : ""].push_back(kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame));
+        cells.push_back(
+            {isTaken ? &front->second : nullptr, kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame)});
     }
+    const auto frameOf = [&cells](const WindowID& window) {
+        std::vector<CGRect> own, others;
+        for (const Cell& cell : cells) (cell.front && *cell.front == window ? own : others).push_back(cell.onScreen);
+        return frameOfSpan(own, others);
+    };
     std::map<WindowID, CGRect> frames;
-    for (const auto& [window, own] : cells) {
-        if (window.empty()) continue;
-        std::vector<CGRect> others;
-        for (const auto& [other, theirs] : cells) {
-            if (own.size() > 1 && other != window) others.insert(others.end(), theirs.begin(), theirs.end());
-        }
-        const CGRect tile = flipped(insetBy(frameOfSpan(own, others), state_.profile->tileInset), firstScreenMaxY());
-        const ManagedWindow* live = liveWindows_.find(window);
-        frames[window] = live ? restingFrame(*live, tile) : tile;
+    for (const Cell& cell : cells) {
+        if (!cell.front) continue;
+        const auto [entry, isFirst] = frames.try_emplace(*cell.front);
+        if (!isFirst) continue;
+        const bool isSpanning = assignments_.anchorsByWindowID.contains(*cell.front);
+        const CGRect filled = isSpanning ? frameOf(*cell.front) : cell.onScreen;
+        const CGRect tile = flipped(insetBy(filled, state_.profile->tileInset), firstScreenMaxY());
+        const ManagedWindow* live = liveWindows_.find(*cell.front);
+        entry->second = live ? restingFrame(*live, tile) : tile;
     }
     return frames;
 }

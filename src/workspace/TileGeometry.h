@@ -91,6 +91,10 @@ class TileGeometry {
     const LayoutDefinition& layoutOn(const Screen& screen) const {
         return layouts_.resolve(screen, *state_.profile, catalogue());
     }
+    /// Its id.
+    const std::string& layoutIDOn(const Screen& screen) const {
+        return layouts_.layoutID(screen, *state_.profile, catalogue());
+    }
     DisplayLayouts& layouts() { return layouts_; }
     const ThemeRegistry& registry() const { return registry_; }
 

@@ -40,6 +40,11 @@ std::optional<X11Application> KnownApplications::find(pid_t process) const {
     return found == applications_.end() ? std::nullopt : std::optional(*found);
 }
 
+bool KnownApplications::contains(pid_t process) const {
+    const MutexLock lock(mutex_);
+    return std::ranges::find(applications_, process, &X11Application::processIdentifier) != applications_.end();
+}
+
 void KnownApplications::identify(const std::vector<ApplicationEvidence>& evidence, const std::string& windowManager) {
     std::vector<X11Application> identified;
     identified.reserve(evidence.size());

@@ -41,6 +41,7 @@ class KnownApplications {
         for (const X11Application& application : applications_) take(application);
     }
     std::optional<X11Application> find(pid_t process) const KOVA_EXCLUDES(mutex_);
+    bool contains(pid_t process) const KOVA_EXCLUDES(mutex_);
     /// Replaces the applications. Reads files of the system, so call it without a lock. One caller at a time.
     void identify(const std::vector<ApplicationEvidence>& evidence, const std::string& windowManager)
         KOVA_EXCLUDES(mutex_);

@@ -55,6 +55,12 @@ std::optional<RunningApplication> X11Desktop::runningApplication(pid_t processId
     return describe(*found, parts_->hider.isApplicationHidden(processIdentifier));
 }
 
+bool X11Desktop::isHidden(pid_t processIdentifier) const {
+    if (!parts_->applications.contains(processIdentifier)) return false;
+    const MutexLock lock(parts_->mutex);
+    return parts_->hider.isApplicationHidden(processIdentifier);
+}
+
 std::optional<pid_t> X11Desktop::frontmostApplication() const {
     const MutexLock lock(parts_->mutex);
     parts_->catchUp();
