@@ -1,6 +1,7 @@
 // Drags of dividers, of windows from tile to tile, and of a window's edge.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
+#include "workspace/DisplayLayouts.h"
 #include "workspace/EdgeResize.h"
 
 #include <gtest/gtest.h>
@@ -283,6 +284,36 @@ TEST(EdgeResize, OnlyDividersAlongTheDraggedEdgeMove) {
     EXPECT_EQ(pulled(-100, -50, 0, 0), "root -50 root.1 -100 ") << "the divider of the window's own row moves";
     EXPECT_EQ(pulled(-2, 1, 0, 0), "");
     EXPECT_EQ(pulled(0, 0, 80, 80), "");
+}
+
+/// During a drag the layout in force, its tiles and its slots are changed in place.
+TEST(DraggedLayout, IsTheOneThatItsWeightsMakeAnew) {
+    const auto& catalogue = builtInLayouts();
+    const LayoutDefinition& layout = *findLayout(catalogue, "jarvis.six-grid");
+    Screen screen;
+    screen.frame = screen.visibleFrame = makeRect(0, 0, 2560, 1440);
+    WorkspaceProfile profile;
+    profile.layoutID = layout.id;
+    const TileMinimumSizes none, wide{{"secondary-1", {1200, 300}}, {"secondary-4", {400, 200}}};
+    struct Step {
+        LayoutWeightOverrides weights;
+        TileMinimumSizes minimums;
+    };
+    const Step steps[] = {{{}, none},
+                          {{{{"root", {2, 1}}}}, none},
+                          {{{{"root", {1, 3}}, {"root.1", {1, 2, 3}}}}, wide},
+                          {{{{"root.0", {4, 1, 1}}}}, wide},
+                          {{{{"root.0", {1, 1}}}}, none}, // one weight is missing
+                          {{}, wide}};
+    DisplayLayouts layouts;
+    for (const auto& [weights, minimums] : steps) {
+        layouts.setTransientWeights(displayID(screen), layout.id, weights);
+        const LayoutDefinition anew = applying(layout, weights);
+        const SolvedLayout expected = solveDefinition(anew, minimums, screen.visibleFrame.size, profile.tileInset);
+        EXPECT_TRUE(layouts.solve(screen, profile, catalogue, minimums) == expected);
+        EXPECT_TRUE(layouts.resolve(screen, profile, catalogue).slots == anew.slots);
+        EXPECT_TRUE(layouts.solve(screen, profile, catalogue, minimums) == expected) << "from the cache";
+    }
 }
 
 } // namespace
