@@ -91,8 +91,7 @@ void WindowDragCoordinator::beginPress(CGPoint location) {
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
     if (!frame) return;
-    press_ = Press{*windowID, *frame, location};
-    workspace_.perform(action::PressWindow{*windowID});
+    if (workspace_.perform(action::PressWindow{*windowID})) press_ = Press{*windowID, *frame, location};
 }
 
 /// The window may have moved already, so the last polled frame is taken as the frame at the press.
@@ -110,7 +109,7 @@ void WindowDragCoordinator::beginPressByContent(CGPoint location) {
         press_.reset(); // a selection of text, not the drag of a window
         return;
     }
-    workspace_.perform(action::PressWindow{*windowID});
+    if (!workspace_.perform(action::PressWindow{*windowID})) press_.reset();
 }
 
 bool WindowDragCoordinator::isUnmoved(CGPoint location) const {

@@ -171,10 +171,14 @@ void PointerActions::verifyFrames(const DisplayID& id, const std::map<WindowID, 
     }
 }
 
-void PointerActions::pressWindow(const WindowID& windowID) {
+Outcome PointerActions::pressWindow(const WindowID& windowID) {
+    // The button is down on the divider's handle. The press may be reported when the pointer is over a neighbor, whose
+    // frame then changes with the divider.
+    if (pointer_.dividerDrag() && pointer_.isPausingPolls()) return Outcome::refused("A divider is being dragged");
     frames_.notePointer(services_.queue.uptime());
     pointer_.press(windowID, finder_.currentFrame(windowID));
     windowService_.cancelPlacement(windowID);
+    return Outcome::done();
 }
 
 void PointerActions::releaseWindow() {

@@ -45,7 +45,7 @@ class PointerActions {
     void cancelDividerDrag();
     Outcome moveDivider(const DisplayLayoutDivider& target, double translationPoints);
     Outcome resetDivider(const DisplayLayoutDivider& target);
-    void pressWindow(const WindowID& windowID);
+    Outcome pressWindow(const WindowID& windowID);
     void releaseWindow();
     Outcome beginWindowDrag(const WindowID& windowID, const CGRect& frameBefore);
     void updateWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode);

@@ -184,7 +184,7 @@ struct ResetDivider {
 enum class WindowDragKind { move, resize };
 enum class DropMode { intoTile, floating };
 /// The button is down on a managed window, which may move before a drag is detected: until the release, neither polls
-/// nor the verification of a placement move the window.
+/// nor the verification of a placement move the window. Refused while the pointer drags a divider.
 struct PressWindow {
     WindowID windowID;
 };

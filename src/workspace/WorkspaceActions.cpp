@@ -60,9 +60,7 @@ Outcome WorkspaceController::carryOut(const WorkspaceAction& wanted) {
                 return ops_.pointerActions.moveDivider(move.divider, move.translationPoints);
             },
             [&](const ResetDivider& reset) { return ops_.pointerActions.resetDivider(reset.divider); },
-            [&](const PressWindow& press) {
-                return unrefused([&] { ops_.pointerActions.pressWindow(press.windowID); });
-            },
+            [&](const PressWindow& press) { return ops_.pointerActions.pressWindow(press.windowID); },
             [&](const ReleaseWindow&) { return unrefused([&] { ops_.pointerActions.releaseWindow(); }); },
             [&](const BeginWindowDrag& drag) {
                 return ops_.pointerActions.beginWindowDrag(drag.windowID, drag.frameBefore);

@@ -187,6 +187,21 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     EXPECT_EQ(minY(handleFrames()[1].frame), minY(across) - 100);
 }
 
+/// By then the pointer is over a window that has not made room yet.
+TEST_F(DividerHandles, AreNotMistakenForAWindowWhoseEdgeIsDragged) {
+    desk.desktop.delayPressReport();
+    presses({1280, 25});
+    desk.desktop.movePointer({1300, 25});
+    desk.desktop.movePointer({1480, 25});
+    desk.desktop.reportPress();
+    waits(0.02).moves({1500, 25});
+    EXPECT_EQ(desk.tiles(), "Codex 15,15 1474x1382 | Mail 1511,15 1034x1382");
+    moves({1400, 25}).releases();
+    desk.settle();
+    desk.expectTiles("Codex 15,15 1374x1382 | Mail 1411,15 1134x1382");
+    EXPECT_EQ(newUndoSteps(), 1U);
+}
+
 TEST_F(DividerHandles, ReturnWithEscape) {
     const auto profile = *desk.state().profile;
     presses({1280, 700}).moves({1580, 700});

@@ -168,6 +168,11 @@ class SimulatedDesktop : public AccessibilityServicing,
     void releaseButton(ShiftKey shift = ShiftKey::up);
     /// Ends the drag of a handle.
     void pressEscape();
+    /// Until `reportPress`, only handles get events of the button and the pointer, like on a desktop whose answer where
+    /// a press was comes late.
+    void delayPressReport() { delaysPressReport_ = true; }
+    /// Reports the press with the pointer's position by now.
+    void reportPress();
     void coverDesktopIcons() { coversDesktopIcons_ = true; }
     /// The handles shown now.
     const std::vector<DividerHandle>& handles() const { return handles_; }
@@ -411,6 +416,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     Observers<const DividerHandleEvent&> handleObservers_;
     std::vector<DividerHandle> handles_;
     std::vector<CGRect> guardedAreas_;
+    bool delaysPressReport_ = false;
     bool coversDesktopIcons_ = false;
     std::optional<Hold> hold_;
     std::optional<Click> lastClick_;

@@ -39,6 +39,7 @@ const DividerHandle* SimulatedDesktop::handleAt(CGPoint point) const {
 }
 
 void SimulatedDesktop::postEvent(PointerEvent::Kind kind, CGPoint point, ShiftKey shift) {
+    if (delaysPressReport_) return;
     queue_.post(lifetime_.guard([this, event = PointerEvent{kind, onScreen(point), shift == ShiftKey::down}] {
         pointerObservers_.notify(event);
     }));
@@ -68,6 +69,11 @@ void SimulatedDesktop::pressAt(CGPoint point, WindowPart grip) {
     if (!hold_->isOver) lastClick_ = Click{handle->id, queue_.uptime()};
     postEvent(hold_->isOver ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed, handle->id,
               point);
+}
+
+void SimulatedDesktop::reportPress() {
+    delaysPressReport_ = false;
+    if (hold_) postEvent(PointerEvent::Kind::pressed, pointerOnDesktop_.value_or(hold_->start));
 }
 
 void SimulatedDesktop::movePointer(CGPoint point, ShiftKey shift) {

@@ -75,13 +75,14 @@ void UserInput::postEvents() {
     const MutexLock lock(mutex_);
     if (const auto active = input_->takeActiveWindow()) calls_.activeWindow(*active);
     const PointSpace& space = displays_.space();
-    for (const RootPointerEvent& onRoot : input_->takePointerEvents()) {
-        const PointerEvent event{onRoot.kind, space.pointOnScreen(onRoot.x, onRoot.y), onRoot.isShiftDown};
-        queue_.post(lifetime_.guard([this, event] { pointerObservers_.notify(event); }));
-    }
+    // First, because the pointer's events are answers to queries: a press of a handle is older than its answer.
     for (const RootHandleEvent& onRoot : input_->takeHandleEvents()) {
         const DividerHandleEvent event{onRoot.kind, onRoot.id, space.pointOnScreen(onRoot.x, onRoot.y)};
         queue_.post(lifetime_.guard([this, event] { handleObservers_.notify(event); }));
+    }
+    for (const RootPointerEvent& onRoot : input_->takePointerEvents()) {
+        const PointerEvent event{onRoot.kind, space.pointOnScreen(onRoot.x, onRoot.y), onRoot.isShiftDown};
+        queue_.post(lifetime_.guard([this, event] { pointerObservers_.notify(event); }));
     }
     for (KeyboardEvent& event : input_->takeKeyboardEvents()) {
         queue_.post(lifetime_.guard([this, event = std::move(event)] { report(event); }));
