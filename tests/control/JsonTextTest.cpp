@@ -5,6 +5,9 @@
 #include <nlohmann/json.hpp>
 
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace kova {
 
