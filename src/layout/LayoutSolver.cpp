@@ -355,6 +355,11 @@ void LayoutSolver::solve(const LayoutNode& tree, const TileMinimumSizes& minimum
     scratch.reportUnsatisfied(context.tileInset, result.unsatisfiedTileIDs);
 }
 
+bool areEqual(const TileMinimumSizes& a, const TileMinimumSizes& b) {
+    // Then they list their entries in the same order, too, so no id has to be hashed.
+    return a.size() == b.size() && (std::equal(a.begin(), a.end(), b.begin()) || a == b);
+}
+
 bool holdsWindow(const CGRect& frame, CGSize minimumSize, double tileInset) {
     return minimumSize.width - kMinimumFitTolerance <= frame.size.width - 2 * tileInset &&
            minimumSize.height - kMinimumFitTolerance <= frame.size.height - 2 * tileInset;

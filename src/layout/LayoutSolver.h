@@ -49,6 +49,9 @@ struct DisplayLayoutDivider {
 /// Minimum size in points of the window in each tile, by tile id.
 using TileMinimumSizes = std::unordered_map<SlotID, CGSize>;
 
+/// Whether both have the same entries. Faster than `==` if they were made in the same order.
+bool areEqual(const TileMinimumSizes& a, const TileMinimumSizes& b);
+
 struct SolvedLayout {
     std::vector<TileSlot> slots;         // tree order, one per leaf that received a frame
     std::vector<CGRect> frames;          // the slots' cells in layout space, in the same order

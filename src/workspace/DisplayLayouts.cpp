@@ -1,18 +1,8 @@
 #include "workspace/DisplayLayouts.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace kova {
-
-namespace {
-
-/// Maps made in the same order list their entries in the same order; then no key is hashed.
-bool areEqual(const TileMinimumSizes& a, const TileMinimumSizes& b) {
-    return a.size() == b.size() && (std::equal(a.begin(), a.end(), b.begin()) || a == b);
-}
-
-} // namespace
 
 const std::string& resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen) {
     static const std::string kForUltraWide = "jarvis.super-ultrawide-5120x1440", kForCompact = "jarvis.compact-16-by-9";
