@@ -345,7 +345,7 @@ TEST_F(Desktop, AWindowThatIsBeingRestoredKeepsTheFocusThatAnotherProgramRequest
     desk.runFor(Seconds(0.3)); // if the window manager focused the window, Pad has the focus again
     ASSERT_TRUE(desk.runUntil([&] { return notes->focus() == pad; }));
     constexpr std::uint32_t kFromPager = 2;
-    notes->ask("_NET_ACTIVE_WINDOW", inbox, {kFromPager, XCB_CURRENT_TIME, 0});
+    notes->sendToManager("_NET_ACTIVE_WINDOW", inbox, {kFromPager, XCB_CURRENT_TIME, 0});
     EXPECT_TRUE(desk.runUntil([&] { return mail->focus() == inbox; }));
     desk.runFor(Seconds(0.5));
     EXPECT_EQ(mail->focus(), inbox);

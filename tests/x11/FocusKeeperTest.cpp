@@ -76,9 +76,9 @@ TEST_F(FocusKeeping, ARestoredWindowKeepsTheFocusThatAnotherProgramRequestsForIt
     EXPECT_EQ(after(kMail, 1.2), kNoWindow);
     keeper.noteRestoreRequested(kPlayer, kMail, Seconds(1.3));
     EXPECT_EQ(after(kPlayer, 1.4), kMail) << "the other restored windows return the focus to the window";
-    keeper.noteRequestOfAnotherProgram(kQuestion);
-    keeper.noteRestoreRequested(kQuestion, kMail, Seconds(3));
-    EXPECT_EQ(after(kQuestion, 3.1), kMail) << "restored after the request";
+    keeper.noteRequestOfAnotherProgram(kDialogWindow);
+    keeper.noteRestoreRequested(kDialogWindow, kMail, Seconds(3));
+    EXPECT_EQ(after(kDialogWindow, 3.1), kMail) << "restored after the request";
 }
 
 TEST_F(FocusKeeping, AWindowWhoseFocusIsRequestedCountsAsFocusedUntilAnUnexpectedWindowIsReported) {
