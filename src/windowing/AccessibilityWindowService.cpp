@@ -121,7 +121,7 @@ void AccessibilityWindowService::unhideApplication(pid_t processIdentifier) {
 }
 
 bool AccessibilityWindowService::isApplicationHidden(pid_t processIdentifier) const {
-    return applications_.isHidden(processIdentifier);
+    return applications_.isApplicationHidden(processIdentifier);
 }
 
 std::optional<std::pair<pid_t, AccessibilityElement>>

@@ -72,7 +72,7 @@ class ApplicationServicing {
     /// Absent when there is no such process among the applications. Any thread; never waits.
     virtual std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const = 0;
     /// Whether all its windows are hidden; false when there is no such application. Any thread; never waits.
-    virtual bool isHidden(pid_t processIdentifier) const {
+    virtual bool isApplicationHidden(pid_t processIdentifier) const {
         const auto application = runningApplication(processIdentifier);
         return application && application->isHidden;
     }

@@ -94,7 +94,7 @@ class X11Desktop final : public AccessibilityServicing,
     pid_t ownProcessIdentifier() const override;
     std::vector<RunningApplication> runningApplications() const override;
     std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
-    bool isHidden(pid_t processIdentifier) const override;
+    bool isApplicationHidden(pid_t processIdentifier) const override;
     std::optional<pid_t> frontmostApplication() const override;
     ApplicationIcon iconForFile(const std::string& path) const override;
     ApplicationIcon systemSymbolIcon(const std::string& name) const override;

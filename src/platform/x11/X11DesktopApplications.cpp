@@ -55,7 +55,7 @@ std::optional<RunningApplication> X11Desktop::runningApplication(pid_t processId
     return describe(*found, parts_->hider.isApplicationHidden(processIdentifier));
 }
 
-bool X11Desktop::isHidden(pid_t processIdentifier) const {
+bool X11Desktop::isApplicationHidden(pid_t processIdentifier) const {
     if (!parts_->applications.contains(processIdentifier)) return false;
     const MutexLock lock(parts_->mutex);
     return parts_->hider.isApplicationHidden(processIdentifier);
