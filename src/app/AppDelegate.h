@@ -61,7 +61,7 @@ class AppDelegate {
     UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
     /// Sets the action of the palette's shortcut, which has no effect before.
     void onOpenPalette(std::function<void()> open) { openPalette_ = std::move(open); }
-    /// Null before the launch.
+    /// Null before `applicationDidFinishLaunching`.
     KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
     /// Null unless the workspace is started.
     KovaOnboardingWindowController* onboardingWindow() { return onboardingWindow_ ? &*onboardingWindow_ : nullptr; }

@@ -62,8 +62,10 @@ class ControlHandling {
     virtual ~ControlHandling() = default;
     /// Main thread. If the request needs a poll, starts the poll and returns true. Then `ready` is called once after
     /// the poll, and the request must not be handled before.
-    [[nodiscard]] virtual bool deferUntilCurrent(const ControlRequest&, std::function<void()>) { return false; }
-    /// Main thread. Responds at once or later; no other request of the client is handled before. May throw
+    [[nodiscard]] virtual bool deferUntilCurrent(const ControlRequest&, std::function<void()> /*ready*/) {
+        return false;
+    }
+    /// Main thread. Responds at once or later; no other request of the client is handled before the response. May throw
     /// `DecodingError` for invalid parameters before it responds.
     virtual void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
                         ControlResponder respond) = 0;

@@ -75,7 +75,8 @@ void RefreshCycle::invalidateOlderPolls() {
     ++generation_;
     isPollInFlight_ = false;
     appliedChangeCount_.reset();
-    // Work that waited for a dropped poll runs now, with the known windows; actions are refused with the reason.
+    // Work that waited for a dropped poll runs without it, with the windows of the last result. During a suspension it
+    // refuses to move windows and gives the reason.
     if (!waiting_.empty()) queue_.post(lifetime_.guard([this] { runAllWaiting(); }));
 }
 
@@ -164,7 +165,8 @@ void RefreshCycle::tick() {
         scheduleTick();
         return;
     }
-    // Nothing has changed, so no poll runs until the next change; polls then keep to the same times.
+    // Nothing has changed, so no poll runs until the next change or the longest idle time. Later polls stay at
+    // multiples of `kInterval` from the earlier ones.
     timer_.reset();
     isIdle_ = true;
     if (const auto longest = changes_.longestIdleTime()) {

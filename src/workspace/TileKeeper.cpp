@@ -70,7 +70,7 @@ bool TileKeeper::noteTileGeometry() {
     return hasMoved;
 }
 
-/// After floating windows that have a tile by now were dropped.
+/// First, floating windows that have a tile by now cease to be floating.
 void TileKeeper::publishAssignments() {
     keepFloatingValid();
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -392,8 +392,8 @@ void TileKeeper::keepFloatingValid() {
                         process); // an id begins with the process
         return !liveWindows_.find(id) && !services_.applications.runningApplication(process);
     };
-    const auto ended = [&](const WindowID& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
-    floating_.dropIf(ended);
+    const auto isFloatingNoMore = [&](const WindowID& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
+    floating_.dropIf(isFloatingNoMore);
 }
 
 } // namespace kova

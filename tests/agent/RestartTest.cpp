@@ -22,9 +22,10 @@ class Restart : public ::testing::TestWithParam<Manager> {
         const bool isManaged = GetParam() == Manager::openbox;
         if (isManaged) server_.startManager();
         for (int i = 0; i < 2; ++i) windows_.push_back(drawing_.open({.title = "Drawing " + std::to_string(i)}));
-        // The size of this window is a multiple of its cell size, so it never fills its tile completely.
-        cellSizedWindow_ = writing_.open({.title = "Writing", .sizeIncrements = CGSize{17, 31}});
-        windows_.push_back(cellSizedWindow_);
+        // This window grows in steps of 17 x 31 pixels, as a terminal does by characters, so it never fills its tile
+        // completely.
+        steppedWindow_ = writing_.open({.title = "Writing", .sizeIncrements = CGSize{17, 31}});
+        windows_.push_back(steppedWindow_);
         start();
         ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
         ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
@@ -63,7 +64,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
         int moves = 0;
         for (const auto window : windows_) {
             moves +=
-                window == cellSizedWindow_ ? writing_.takeConfigureCount(window) : drawing_.takeConfigureCount(window);
+                window == steppedWindow_ ? writing_.takeConfigureCount(window) : drawing_.takeConfigureCount(window);
         }
         return moves;
     }
@@ -78,7 +79,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
     TestClient drawing_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
     TestClient writing_{server_.displayName(), "Writing", static_cast<std::uint32_t>(getppid())};
     std::vector<xcb_window_t> windows_;
-    xcb_window_t cellSizedWindow_ = 0;
+    xcb_window_t steppedWindow_ = 0;
 };
 
 TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
@@ -102,7 +103,8 @@ TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
     EXPECT_NE(undo.output.find("nothing to undo"), std::string::npos) << undo.output;
 }
 
-/// Runs only with a window manager: without one these tests stack no window.
+/// As in an upgrade: the agent ends in order and is started again. Runs only with a window manager: without one these
+/// tests stack no window.
 class Upgrade : public Restart {};
 
 /// The end of an agent shows hidden windows without changing the focus; the next agent hides them again.

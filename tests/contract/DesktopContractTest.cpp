@@ -135,7 +135,7 @@ TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
     int calls = 0, callsOnce = 0, callsDropped = 0;
     bool isInsideCall = false;
     const auto subscription = desktop().screens().observeScreens([&] {
-        EXPECT_FALSE(isInsideCall) << "the observer was called inside the call";
+        EXPECT_FALSE(isInsideCall) << "the observer was called inside plugInPrimaryDisplay";
         ++calls;
     });
     Subscription once = desktop().screens().observeScreens([&] {
@@ -219,15 +219,15 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     };
     for (const auto& [name, cause, isCausedByCall] : cases) {
         ASSERT_TRUE(becomesIdle()) << "before " << name;
-        int calls = 0, callsBefore = 0;
-        changes.notifyWhenChanged(last, [&] { ++callsBefore; });
+        int calls = 0, callsOfReplaced = 0;
+        changes.notifyWhenChanged(last, [&] { ++callsOfReplaced; });
         changes.notifyWhenChanged(last, [&] { ++calls; });
         cause();
         EXPECT_TRUE(calls == 0 || !isCausedByCall) << name << " was announced inside the call that caused it";
         EXPECT_TRUE(until([&] { return calls == 1 && *changes.changeCount() > last; })) << name;
         ASSERT_TRUE(becomesIdle()) << "after " << name;
         EXPECT_EQ(calls, 1) << name << " was announced twice";
-        EXPECT_EQ(callsBefore, 0) << name << " was announced to a callback that another one has replaced";
+        EXPECT_EQ(callsOfReplaced, 0) << name << " was announced to a callback that another one has replaced";
     }
     int calls = 0;
     changes.notifyWhenChanged(last, [&] { ++calls; });
@@ -262,7 +262,7 @@ TEST_P(DesktopContract, APressedHandleGetsAllPointerEventsUntilTheRelease) {
         if (pointerEvents.ends_with(word(event.kind)) && event.kind == PointerEvent::Kind::moved) return;
         pointerEvents += word(event.kind);
     });
-    // A thin divider has a wider handle; part of it is below the window.
+    // A thin divider has a wider handle; the window covers part of it.
     desktop().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
     desktop().runFor(Seconds(0.2));
     desktop().movePointer({197, 500});
@@ -273,8 +273,8 @@ TEST_P(DesktopContract, APressedHandleGetsAllPointerEventsUntilTheRelease) {
     desktop().releaseButton();
     EXPECT_TRUE(until([&] { return handleEvents == "divider: press move release "; })) << handleEvents;
 
-    // The pointer monitor reports movements only while the button is down, in screen space. A window above the handle
-    // gets the press.
+    // The pointer monitor reports movements only while the button is down. Locations are in screen space. A window in
+    // front of the handle gets the press.
     handleEvents.clear();
     EXPECT_TRUE(until([&] { return pointerEvents.ends_with("release "); })) << pointerEvents;
     pointerEvents.clear();

@@ -49,10 +49,10 @@ class RandomScene : public RandomWalk {
     void end() override {
         if (desk_.state().scenes->empty()) return;
         open();
-        const bool haveAllStacksFronts = std::ranges::all_of(captured_.stackWindowIDsByTarget, [&](const auto& stack) {
+        const bool allStacksHaveFronts = std::ranges::all_of(captured_.stackWindowIDsByTarget, [&](const auto& stack) {
             return captured_.assignedWindowIDs.contains(stack.first);
         });
-        if (haveAllStacksFronts) {
+        if (allStacksHaveFronts) {
             EXPECT_EQ(desk_.controller().assignments().assignedWindowIDs, captured_.assignedWindowIDs);
             EXPECT_EQ(desk_.controller().assignments().stackWindowIDsByTarget, captured_.stackWindowIDsByTarget);
         }

@@ -29,7 +29,7 @@ TEST(TileAssignments, AssigningDisplacesTheFrontWindowIntoTheStack) {
     EXPECT_TRUE(tiles.assign("mail", {"D::a"}).empty());
     tiles.insertIntoStack("D::a", "notes", front);
     EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (IDs{"notes", "mail"}))
-        << "a front window without a stack becomes a member";
+        << "a front window without a stack becomes a member of the tile's new stack";
     EXPECT_EQ(tiles.assign("notes", {"D::a"}), IDs{"mail"});
     EXPECT_EQ(tiles.targetOf("mail"), std::nullopt);
     EXPECT_EQ(tiles.stackTargetOf("mail"), "D::a");
@@ -83,7 +83,7 @@ DisplayTiles row(std::vector<SlotID> ids) {
     return tiles;
 }
 
-TEST(LayoutMigration, WindowsPreferTheirSlotThenTheSlotWithItsCanonicalIDThenTheFirstFreeSlot) {
+TEST(LayoutMigration, WindowsPreferTheirSlotThenASlotWithTheSameCanonicalIDThenTheFirstFreeSlot) {
     TileAssignments before;
     (void)before.assign("editor", {"D::focus-main"});
     (void)before.assign("mail", {"D::focus-right-top"}); // has the canonical id secondary-1
@@ -116,7 +116,7 @@ TEST(LayoutMigration, AWindowWithoutATileIsStackedInTheNearestAndASpanShrinksToI
     EXPECT_EQ(result.displacedWindowIDs, IDs{"last"});
 }
 
-TEST(LayoutMigration, AWindowWithoutATileBesideASpanIsStackedInItsAnchor) {
+TEST(LayoutMigration, AWindowWhoseNearestTileBelongsToASpanIsStackedInTheSpansAnchor) {
     const ShownLayout next{"three", row({"a", "b", "c"})};
     TileAssignments wide;
     (void)wide.assign("wide", {"D::a", "D::b", "D::c"});

@@ -232,7 +232,7 @@ PreferencesFile::Reading PreferencesFile::setAside(const fs::path& target, const
     const auto aside = freeNameBeside(damaged, "damaged", now);
     const std::string what = target.string() + " could not be read (" + reason + ")";
     if (rename(damaged.c_str(), aside.c_str()) == 0) return SetAside{what + "; it was set aside as " + aside.string()};
-    return Blocked{what + " and not be set aside (" + reasonOf(errno) + ")"};
+    return Blocked{what + " and could not be set aside (" + reasonOf(errno) + ")"};
 }
 
 PreferencesFile::Loaded PreferencesFile::load(WallTime now) {

@@ -10,12 +10,12 @@
 namespace kova::macos {
 
 /// The element with its process and its hash; absent when its process cannot be read.
-std::optional<AccessibilityElement> seamElement(AXUIElementRef element);
+std::optional<AccessibilityElement> interfaceElement(AXUIElementRef element);
 /// The system's object of an element. If an application's element has none, creates one with the timeout for requests.
 Owned<AXUIElementRef> systemElement(const AccessibilityElement& element);
 
 /// Returns monostate for objects of other types, and for the placeholder of an error.
-AttributeValue seamValue(CFTypeRef value);
+AttributeValue interfaceValue(CFTypeRef value);
 /// Null for values that cannot be written.
 Owned<CFTypeRef> systemValue(const AttributeValue& value);
 

@@ -31,14 +31,14 @@ AttributeValue elements(CFArrayRef array) {
     for (CFIndex i = 0; i < CFArrayGetCount(array); ++i) {
         CFTypeRef each = CFArrayGetValueAtIndex(array, i);
         if (!each || CFGetTypeID(each) != AXUIElementGetTypeID()) continue;
-        if (auto element = seamElement(static_cast<AXUIElementRef>(each))) found.push_back(std::move(*element));
+        if (auto element = interfaceElement(static_cast<AXUIElementRef>(each))) found.push_back(std::move(*element));
     }
     return found;
 }
 
 } // namespace
 
-std::optional<AccessibilityElement> seamElement(AXUIElementRef element) {
+std::optional<AccessibilityElement> interfaceElement(AXUIElementRef element) {
     pid_t process = 0;
     if (AXUIElementGetPid(element, &process) != kAXErrorSuccess) return std::nullopt;
     const auto application = Owned<AXUIElementRef>::adopt(AXUIElementCreateApplication(process));
@@ -53,7 +53,7 @@ Owned<AXUIElementRef> systemElement(const AccessibilityElement& element) {
     return application;
 }
 
-AttributeValue seamValue(CFTypeRef value) {
+AttributeValue interfaceValue(CFTypeRef value) {
     if (!value) return {};
     const CFTypeID type = CFGetTypeID(value);
     if (type == CFBooleanGetTypeID()) return CFBooleanGetValue(static_cast<CFBooleanRef>(value)) != 0;
@@ -61,7 +61,7 @@ AttributeValue seamValue(CFTypeRef value) {
     if (type == AXValueGetTypeID()) return structure(static_cast<AXValueRef>(value));
     if (type == CFArrayGetTypeID()) return elements(static_cast<CFArrayRef>(value));
     if (type == AXUIElementGetTypeID()) {
-        if (auto element = seamElement(static_cast<AXUIElementRef>(value))) return std::move(*element);
+        if (auto element = interfaceElement(static_cast<AXUIElementRef>(value))) return std::move(*element);
     }
     return {};
 }

@@ -128,7 +128,7 @@ std::vector<AttributeValue> MacAccessibility::readAttributes(const Accessibility
         if (!answers) return values;
         const auto count = std::min(values.size(), static_cast<std::size_t>(CFArrayGetCount(answers.get())));
         for (std::size_t i = 0; i < count; ++i) {
-            values[i] = seamValue(CFArrayGetValueAtIndex(answers.get(), static_cast<CFIndex>(i)));
+            values[i] = interfaceValue(CFArrayGetValueAtIndex(answers.get(), static_cast<CFIndex>(i)));
         }
     }
     return values;
@@ -158,9 +158,9 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
             };
             // Sent even to an application that does not respond, since VoiceOver needs the attribute to be switched on
             // again.
-            const bool isGivenBack =
+            const bool isSwitchedOnAgain =
                 write.attribute == AccessibilityAttribute::enhancedUserInterface && write.value == AttributeValue(true);
-            if (isGivenBack) {
+            if (isSwitchedOnAgain) {
                 request();
             } else {
                 ask(element.processIdentifier, request);
@@ -193,7 +193,7 @@ std::optional<AccessibilityElement> MacAccessibility::elementAtPosition(CGPoint 
             question();
         }
         if (!found) return std::nullopt;
-        return seamElement(found.get());
+        return interfaceElement(found.get());
     }
 }
 

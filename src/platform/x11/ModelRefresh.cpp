@@ -45,7 +45,7 @@ void ModelRefresh::waitForReplies() {
     if (batch_.isEmpty()) return;
     batch_.wait(connection_);
     if (connection_.isLost()) {
-        // Drops the null replies: the windows still exist.
+        // Drops the null replies, which the handlers would take for destroyed windows.
         batch_ = {};
         return;
     }
@@ -135,15 +135,16 @@ void ModelRefresh::requestRoot() {
 /// The new window manager is then found by its own window: the window's property names the window itself, and its
 /// program owns the selection of window managers.
 void ModelRefresh::findManager(xcb_window_t selectionOwner) {
-    const std::uint32_t client = ~xcb_get_setup(connection_.get())->resource_id_mask;
+    const std::uint32_t connectionBits = ~xcb_get_setup(connection_.get())->resource_id_mask;
     const auto found = std::make_shared<xcb_window_t>(kNoWindow);
     for (const xcb_window_t window : model_.stacking()) {
-        if ((window & client) != (selectionOwner & client)) continue;
+        if ((window & connectionBits) != (selectionOwner & connectionBits)) continue;
         batch_.add(connection_.requestProperty(window, connection_.atoms()[Atom::netSupportingWmCheck], 1),
                    [window, found](const void* reply) {
                        if (windowIn(reply) == window) *found = window;
                    });
     }
+    // The reply is not used: its handler runs after those of the requests above.
     batch_.add(xcb_get_selection_owner(connection_.get(), connection_.atoms()[Atom::windowManagerSelection]),
                [this, found](const void*) {
                    mutex_.assertHeld();
@@ -159,6 +160,7 @@ void ModelRefresh::requestManager(xcb_window_t checkWindow) {
     manager->checkWindow = checkWindow;
     batch_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
+        // So far only: a window manager is running. Whether it publishes the list is known with the last reply.
         manager->publishesNoClientList =
             attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
     });
@@ -182,8 +184,8 @@ void ModelRefresh::requestManager(xcb_window_t checkWindow) {
                        return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
                    };
                    // A window manager that ends may delete properties that its replacement has written already.
-                   const bool isList = supported.empty() ? *keepsList : has(Atom::netClientList);
-                   manager->isPresent = manager->isPresent && isList;
+                   const bool hasList = supported.empty() ? *keepsList : has(Atom::netClientList);
+                   manager->isPresent = manager->isPresent && hasList;
                    manager->movesAndResizes = has(Atom::netMoveresizeWindow);
                    manager->restacks = has(Atom::netRestackWindow);
                    manager->announcesDecorations = has(Atom::netFrameExtents);
@@ -265,7 +267,8 @@ void ModelRefresh::requestClients() {
     if (mayHaveMissedFocus) queryFocus(batch_, connection_, model_);
 }
 
-/// Call before `requestProperties`: the window's own property is compared with this reply.
+/// Call before `requestProperties`: when the window's own _NET_WM_PID arrives, this reply must be known, since it has
+/// precedence.
 void ModelRefresh::requestProcess(xcb_window_t window) {
     if (!processes_.isAvailable()) return;
     batch_.add(processes_.request(window), [this, window](const void* reply) {

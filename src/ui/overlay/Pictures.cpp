@@ -37,7 +37,7 @@ QRegion outline(const QRect& area, int radius, int width) {
            roundedRegion(area.adjusted(width, width, -width, -width), std::max(0, radius - width));
 }
 
-double edgeOnDesktop(const Style& style) {
+double edgeWidthOnDesktop(const Style& style) {
     return style.line(2);
 }
 
@@ -129,7 +129,7 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
         drawDashes(painter, layout.panel, radius, QPen(palette.tileLine, line), 4 * style.scale);
     } else {
         // An edge of two colors, so that at least one of them differs from any wallpaper.
-        const double edge = edgeOnDesktop(style);
+        const double edge = edgeWidthOnDesktop(style);
         drawPanel(painter, layout.panel, radius, withAlpha(palette.panel, style.isComposited ? 0.3 : 1),
                   withAlpha(palette.panel, 1), edge);
         drawDashes(painter, layout.panel, radius, QPen(palette.mutedText, edge, Qt::SolidLine, Qt::FlatCap),
@@ -150,7 +150,7 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
 QRegion emptyTileShape(const EmptyTileLayout& layout, TileBackground background, const Style& style) {
     const int radius = style.px(points::tileRadius);
     if (background == TileBackground::theme || style.isComposited) return roundedRegion(layout.panel, radius);
-    return outline(layout.panel, radius, static_cast<int>(edgeOnDesktop(style))) +
+    return outline(layout.panel, radius, static_cast<int>(edgeWidthOnDesktop(style))) +
            roundedRegion(layout.card, style.px(12));
 }
 
