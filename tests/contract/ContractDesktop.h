@@ -47,7 +47,7 @@ struct NewWindow {
 inline const NewWindow kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
 inline const NewWindow kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
-/// Abilities that a back end may lack; tests skip what needs them.
+/// Abilities that a back end may lack. A test leaves out the steps that need a missing ability.
 enum class Ability {
     minimizingByUser,
     enforcingMinimumSizes,
@@ -78,7 +78,7 @@ class ContractDesktop {
     virtual CGRect frame(const std::string& title) = 0;
     /// Connects another display, which becomes the primary display.
     virtual void plugInPrimaryDisplay() = 0;
-    /// Withdraws the permission to use the desktop.
+    /// Withdraws KOVA's permission to use the desktop.
     virtual void withdrawPermission() = 0;
     /// Destroys the implementations of the platform interfaces while the queue continues to run. Tests must not use the
     /// interfaces afterwards.
@@ -130,7 +130,7 @@ class DesktopContract : public ::testing::TestWithParam<Backend> {
     ApplicationServicing& applications() { return desktop_->applications(); }
     bool until(const std::function<bool()>& condition) { return desktop_->runUntil(condition); }
 
-    /// Reads in the order of a poll: first the applications, then the attributes.
+    /// Reads as a poll does: lists the applications first, and then reads the attributes.
     std::vector<AttributeValue> read(const AccessibilityElement& element,
                                      const std::vector<AccessibilityAttribute>& attributes);
     AttributeValue read(const AccessibilityElement& element, AccessibilityAttribute attribute);
@@ -138,6 +138,7 @@ class DesktopContract : public ::testing::TestWithParam<Backend> {
     bool flag(const AccessibilityElement& element, AccessibilityAttribute attribute);
     /// The applications and their windows, with the members that `ChangeAnnouncements` needs. Polling queue.
     WindowEnumeration enumeration();
+    /// Lists the running applications, on the polling queue.
     std::vector<RunningApplication> poll();
     std::optional<RunningApplication> polled(pid_t process);
     /// Waits for the window with that title; the test fails if it does not appear.

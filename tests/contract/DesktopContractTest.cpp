@@ -80,9 +80,9 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     EXPECT_TRUE(until([&] { return !polled(window.processIdentifier); }));
     applications().launch(zebra, LaunchActivation::activates, [](const LaunchResult&) {});
     const pid_t process = element("Zebra").processIdentifier;
-    const bool isForced = desktop().can(Ability::forcingToEnd);
-    EXPECT_EQ(applications().forceTerminate(process).has_value(), !isForced);
-    EXPECT_TRUE(isForced || applications().terminate(process));
+    const bool canForce = desktop().can(Ability::forcingToEnd);
+    EXPECT_EQ(applications().forceTerminate(process).has_value(), !canForce);
+    EXPECT_TRUE(canForce || applications().terminate(process));
     EXPECT_TRUE(until([&] { return !polled(process); }));
     for (const pid_t invalid : {process, pid_t{0}, pid_t{-1}, applications().ownProcessIdentifier()}) {
         EXPECT_NE(applications().forceTerminate(invalid).value_or(""), "") << invalid;

@@ -39,7 +39,7 @@ TEST_P(QueueContract, DelayedWorkRunsInTheOrderOfItsDueTimesAndNeverEarly) {
     at(0.04, 'a');
     at(0.08, 'b'); // dropping the returned handle does not cancel the work
     at(0.08, 'c');
-    // All four are overdue after this work; then the one that was due first runs first.
+    // After this work all four are overdue. They run in the order of their due times.
     queue().post([&] { stage().beBusyFor(Seconds(0.2)); });
     runUntilLength(log, 4);
     EXPECT_EQ(log, "abcd");
@@ -67,7 +67,7 @@ TEST_P(QueueContract, CancelledWorkDoesNotStart) {
         own->cancel();
         log += 'b';
     });
-    // The queue must not keep work that has run: what the work captured is freed with its handle at the latest.
+    // The queue must not keep work that has run: when the handle is dropped, the captured objects are freed.
     auto held = std::make_shared<int>(1);
     auto keeper = queue().after(Seconds(0.07), [held] { *held += 1; });
     runUntilLength(log, 2);

@@ -138,7 +138,8 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
 TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
     desktop().open(kPlan);
     const auto plan = element("Plan");
-    // Repeats the request every 0.3 s, since a desktop may need more than one, as the verification of a placement does.
+    // A desktop may need more than one request, so the request is repeated every 0.3 s. The verification of a placement
+    // repeats requests as well.
     const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& requested) {
         Seconds nextTry{0}, passed{0};
         return until([&] {
@@ -175,7 +176,7 @@ TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
     EXPECT_EQ(read(plan, {Attribute::title, Attribute::role, Attribute::minimized}),
               (std::vector<AttributeValue>{std::string("Plan"), std::string("AXWindow"), false}));
 
-    // For a window that refuses a frame, its actual frame is read.
+    // If a window refuses the requested frame, its actual frame is read.
     write(plan, {{Attribute::size, CGSize{200, 120}}});
     desktop().runFor(Seconds(0.3));
     EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(desktop().frame("Plan")); }));
@@ -201,8 +202,8 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) 
     EXPECT_FALSE(flag(draft, Attribute::minimized));
     EXPECT_FALSE(polled(editor)->isHidden) << "an application with a minimized window is not hidden";
 
-    // Hiding an application hides its windows that are on the screen without minimizing them; unhiding shows only
-    // these.
+    // Hiding an application hides its windows that are on the screen and does not minimize them. Unhiding the
+    // application shows only these windows.
     applications().hide(editor);
     EXPECT_TRUE(until([&] { return polled(editor)->isHidden && countOf(editor) == 0; }));
     EXPECT_FALSE(flag(draft, Attribute::minimized));
@@ -287,7 +288,7 @@ TEST_P(DesktopContract, OnlyTheFocusedWindowAndItsApplicationReadAsFocused) {
     }));
 }
 
-TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndIsHiddenAndShownWithIt) {
+TEST_P(DesktopContract, ADialogStaysInFrontOfItsWindowAndIsHiddenAndShownWithIt) {
     if (!desktop().can(Ability::openingDialogs)) return;
     const pid_t editor = desktop().open({"Editor", "Plan", makeRect(100, 100, 500, 400)});
     desktop().open(
@@ -322,8 +323,8 @@ TEST_P(DesktopContract, ARestoredWindowDoesNotTakeTheFocus) {
         (void)poll();
         return titleAt({60, 80}).empty();
     };
-    for (const bool asApplication : {false, true}) {
-        asApplication ? applications().hide(editor) : write(plan, {{Attribute::minimized, true}});
+    for (const bool isWholeApplication : {false, true}) {
+        isWholeApplication ? applications().hide(editor) : write(plan, {{Attribute::minimized, true}});
         accessibility().flush();
         ASSERT_TRUE(until(isOffScreen));
         write(accessibility().applicationElement(mail), {{Attribute::frontmost, true}});
@@ -331,12 +332,12 @@ TEST_P(DesktopContract, ARestoredWindowDoesNotTakeTheFocus) {
         applications().activate(mail);
         accessibility().flush();
         ASSERT_TRUE(until([&] { return applications().frontmostApplication() == mail; }));
-        asApplication ? applications().unhide(editor) : write(plan, {{Attribute::minimized, false}});
+        isWholeApplication ? applications().unhide(editor) : write(plan, {{Attribute::minimized, false}});
         accessibility().flush();
         EXPECT_TRUE(until([&] { return !isOffScreen(); }));
         desktop().runFor(Seconds(0.3));
         EXPECT_EQ(applications().frontmostApplication(), mail)
-            << "the focus was lost to the window that was " << (asApplication ? "unhidden" : "restored");
+            << "the focus was lost to the window that was " << (isWholeApplication ? "unhidden" : "restored");
     }
 }
 

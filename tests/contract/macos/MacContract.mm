@@ -48,8 +48,8 @@ void runMainLoopFor(Seconds time) {
     }
 }
 
-/// Makes an application bundle of the client's program. It is in the user's Applications folder, where the system finds
-/// it.
+/// Makes an application bundle of the client's program in the user's Applications folder, where the system finds the
+/// bundle.
 NSURL* makeBundle(const std::string& name) {
     NSFileManager* files = NSFileManager.defaultManager;
     NSURL* home = [files URLsForDirectory:NSApplicationDirectory inDomains:NSUserDomainMask].firstObject;
@@ -256,7 +256,8 @@ INSTANTIATE_TEST_SUITE_P(Mac, DesktopContract,
                              [] { return std::make_unique<MacStage>(); }}),
                          nameOf);
 
-/// The test posts the system's notifications itself, except those of the lock, on which other applications would act.
+/// The test posts the system's notifications itself, except those of the screen lock: other applications would act on
+/// these.
 class MacSessionStage final : public SessionStage {
   public:
     SystemActivityServicing& activity() override { return activity_; }

@@ -49,7 +49,8 @@ class X11Stage final : public ContractDesktop {
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
                                         .returnTimeoutAtEnd = Seconds(10),
-                                        .queriesProcesses = false}, // the server would report this process for all
+                                        // The server would name the process of this test for all clients.
+                                        .queriesProcesses = false},
                                        loop_, catalogue_);
         if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
         desktop_ = std::move(std::get<0>(opened));
@@ -259,7 +260,7 @@ class X11Stage final : public ContractDesktop {
     std::unique_ptr<X11Desktop> desktop_;
     std::map<std::string, Application> applications_;
     std::map<std::string, Window> windows_;
-    pid_t lastProcess_ = 4000; // announced by the clients; such a process need not exist
+    pid_t lastProcess_ = 4000; // the newest client announces this number; the process need not exist
     double firstDisplayX_ = 0;
     bool isEnding_ = false;
 };
