@@ -166,7 +166,7 @@ TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreOnAgain) {
     settle();
     EXPECT_EQ(picture(), before);
 
-    // No event reports that the screens are switched on if the screen saver was active before and remains active.
+    // While the screen saver is active, no event reports that the screens are switched on.
     session_->run({"xset", "s", "activate"});
     power("off");
     ASSERT_TRUE(wasSuspended(2));
@@ -193,7 +193,7 @@ TEST_F(DarkScreens, MayDisconnectAndReturnLateWithoutMovingWindows) {
     power("off");
     ASSERT_TRUE(wasSuspended(1));
     session_->run({"xrandr", "--delmonitor", "right"});
-    // This is much longer than a workspace that is not suspended waits for a disconnected display.
+    // Without a suspension, the workspace waits much less than this for a disconnected display to return.
     sleep(3);
     EXPECT_EQ(drawing_->takeConfigureCount(windows_), 0);
     power("on");

@@ -52,9 +52,9 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
         return all;
     }
     bool isAsBefore() {
-        const bool isSo = eventually([&] { return picture() == picture_; });
+        const bool isReached = eventually([&] { return picture() == picture_; });
         EXPECT_EQ(picture(), picture_);
-        return isSo;
+        return isReached;
     }
     void settle() {
         EXPECT_TRUE(
@@ -77,7 +77,8 @@ TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
     settle();
     EXPECT_TRUE(isAsBefore());
 
-    // The display is disconnected for longer. Its windows move to the other display, and return later.
+    // Now the display is disconnected for longer than the agent waits: its windows move to the other display, and
+    // return with it.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     sleep(3);

@@ -31,7 +31,7 @@ class Keyboard : public TwoWindows {
         if (!isReached) ADD_FAILURE() << layout() << " instead of " << expected;
         return isReached;
     }
-    /// Runs `kova shortcut record`. Presses the keys again and again while it records, until the command has ended.
+    /// Runs `kova shortcut record` and presses the keys repeatedly until the command has ended.
     Finished record(const std::string& action, const std::string& keys) {
         auto recording = std::async(std::launch::async, [&] { return session_.kova({"shortcut", "record", action}); });
         const auto hasEnded = [&] { return recording.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
@@ -67,7 +67,7 @@ TEST_P(Keyboard, ArrangesMovesAndUndoesWithAnyLockOn) {
         placesBecome("away 15");
         press("ctrl+alt+z");
         placesBecome("15 651");
-        // The next round begins once the agent has noticed that the window is restored.
+        // The next round begins after the agent has noticed that the window is restored.
         EXPECT_TRUE(eventually([&] {
             return std::ranges::none_of(session_.query("windows"),
                                         [](const auto& w) { return w["isMinimized"] == true; });
@@ -86,7 +86,7 @@ TEST_P(Keyboard, NamesCombinationsThatOtherProgramsHold) {
     EXPECT_EQ(finished.output, "“Next Layout”: Super+N\n");
     press("super+n");
     layoutBecomes("jarvis.dual-stack");
-    // A combination that stays pressed acts once.
+    // A combination that stays pressed changes the layout only once.
     session_.run({"xset", "r", "rate", "100", "30"});
     session_.run({"/bin/sh", "-c", "xdotool keydown super keydown n sleep 0.6 keyup n keyup super"});
     layoutBecomes("jarvis.triple-strip");
@@ -115,9 +115,10 @@ TEST_P(Keyboard, RecordsAndStoresAShortcut) {
     ASSERT_TRUE(session_.waitForAgent());
     session_.startAgent();
     ASSERT_TRUE(session_.agentResponds());
-    std::string list = session_.kova({"shortcut", "list"}).output; // with the padding of columns removed
-    const auto isSpace = [](char a, char b) { return a == ' ' && b == ' '; };
-    list.erase(std::unique(list.begin(), list.end(), isSpace), list.end());
+    // The padding of the columns is removed.
+    std::string list = session_.kova({"shortcut", "list"}).output;
+    const auto areSpaces = [](char a, char b) { return a == ' ' && b == ' '; };
+    list.erase(std::unique(list.begin(), list.end(), areSpaces), list.end());
     EXPECT_NE(list.find("Super+N"), std::string::npos) << list;
     EXPECT_NE(list.find("previousLayout Previous Layout Ctrl+Alt+Left"), std::string::npos) << list;
     EXPECT_NE(list.find("undo Undo Window Action - "), std::string::npos) << list;

@@ -45,9 +45,9 @@ class Launched : public ::testing::TestWithParam<Manager> {
     }
     bool showsTiles(const std::string& expected) {
         std::string seen;
-        const bool isSo = eventually([&] { return (seen = tiles()) == expected; });
+        const bool isReached = eventually([&] { return (seen = tiles()) == expected; });
         EXPECT_EQ(seen, expected);
-        return isSo;
+        return isReached;
     }
 
     PrivateServer server_{"1600x900", ClientProcessNumbers::reported};

@@ -110,7 +110,7 @@ TEST_P(Mouse, DragsADividerAndBothNeighborsFollow) {
     moveBy(120, 0);
     release();
     EXPECT_TRUE(framesBecome("15,15 734x742 | 771,15 494x742"));
-    // The windows have their frames before the button is released, but only then the drag can be undone.
+    // The windows have their frames before the button is released, but the drag can be undone only after the release.
     EXPECT_TRUE(
         eventually([&] { return session_.kova({"history"}).output.find("drag divider") != std::string::npos; }));
     EXPECT_EQ(session_.kova({"undo"}).exitCode, 0);
@@ -129,13 +129,13 @@ TEST_P(Mouse, ResetsADividerWithADoubleClick) {
     })) << frames();
 }
 
-TEST_P(Mouse, LeavesADividerUnderAWindowAlone) {
+TEST_P(Mouse, DoesNotDragADividerThroughAWindowInFrontOfIt) {
     client_.open({.title = "Question", .frame = makeRect(560, 300, 200, 150), .type = "DIALOG"});
     ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
     pressAt(640, 400);
     moveBy(100, 0);
     release();
-    // The dialog received the drag, so the divider has not moved. Outside the dialog it can be dragged.
+    // The dialog received the drag, so the divider has not moved. Beside the dialog the divider can be dragged.
     pressAt(640, 600);
     moveBy(100, 0);
     EXPECT_TRUE(framesBecome("15,15 714x742 | 751,15 514x742"));

@@ -50,7 +50,7 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         return eventually([&] { return session_.query("windows").size() == count; });
     }
 
-    /// The window's frame with its decorations, or with the border that the server draws.
+    /// The window's frame with the window manager's decorations and the border that the server draws.
     CGRect visibleFrame(xcb_window_t window) {
         CGRect frame = client_.outerFrame(window);
         auto* const geometry =

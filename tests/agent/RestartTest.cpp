@@ -33,7 +33,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
         ASSERT_TRUE(!isManaged || stackOneWindow());
         settle();
     }
-    /// Moves a window into the tile of the other window, which then is stacked behind it.
+    /// Moves a window into the tile of another window; that window is then stacked behind the moved one.
     bool stackOneWindow() {
         for (const auto& tile : session_.query("tiles")) {
             if (!tile.at("window").is_string()) continue;

@@ -66,9 +66,9 @@ class Scenes : public ::testing::TestWithParam<Manager> {
     }
     bool shows(const Picture& expected) {
         Picture seen;
-        const bool isSo = eventually([&] { return (seen = pictureIn(state())) == expected; });
+        const bool isReached = eventually([&] { return (seen = pictureIn(state())) == expected; });
         EXPECT_EQ(seen, expected);
-        return isSo;
+        return isReached;
     }
     /// The frame of the window according to the X server, not to the agent.
     CGRect placeOf(const std::string& id) const {
@@ -118,8 +118,8 @@ TEST_P(Scenes, EndedApplicationsAreLaunchedAndAllWindowsAreInTheirTiles) {
 
     const auto places = placesByWindow();
     EXPECT_EQ(session_.kova({"scene", "open", "Work"}).output, "Scene “Work” restored\n");
-    // Opening the scene must not move a window. Requests that it might have sent take effect before a later window
-    // opens.
+    // Opening the scene must not move a window. Requests that the agent might have sent take effect before the window
+    // “Late” opens.
     const auto late = server_.start({"xterm", "-T", "Late", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return placesByWindow().size() == 5; }));
     for (const auto& [id, place] : places) EXPECT_EQ(placeOf(id), place) << id;

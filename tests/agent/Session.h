@@ -31,10 +31,10 @@ class Session {
     Session& operator=(const Session&) = delete;
 
     void setVariable(const std::string& name, const std::string& value) { environment_[name] = value; }
-    /// Runs a program of the session to its end.
+    /// Runs a program in the session and waits for its end.
     Finished run(const std::vector<std::string>& command) const;
     Finished kova(std::vector<std::string> arguments) const;
-    /// The list in the output of `kova query WHAT --json`.
+    /// The value of the member WHAT in the output of `kova query WHAT --json`.
     nlohmann::json query(const std::string& what) const;
 
     pid_t startAgent(std::vector<std::string> arguments = {});
