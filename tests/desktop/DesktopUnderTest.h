@@ -53,13 +53,13 @@ class DesktopUnderTest {
                               ClientProcessNumbers numbers = ClientProcessNumbers::unreported);
     ~DesktopUnderTest();
 
-    /// Connects the desktop under test to the server; again only after `closeDesktop` or `crash`.
+    /// Connects the desktop under test to the server. Call `closeDesktop` or `crash` before the next `openDesktop`.
     X11Desktop& openDesktop();
     X11Desktop& desktop() { return *desktop_; }
     AccessibilityWindowService& service() { return *service_; }
     /// Disconnects as the agent does when it ends: hidden windows are shown again.
     void closeDesktop();
-    /// Disconnects as when the agent is killed: windows stay hidden, and the file that lists them is kept.
+    /// Disconnects as a killed agent does: hidden windows stay hidden, and the file that lists them is kept.
     void crash();
 
     std::unique_ptr<TestClient> client(const std::string& className, std::uint32_t process);
@@ -73,7 +73,7 @@ class DesktopUnderTest {
     bool isMinimized(const std::string& title) { return window(title).isMinimized; }
     bool isHidden(pid_t process);
     void place(const ManagedWindow& window, const CGRect& frame);
-    /// Places the window until `frame()` equals `requested`; as polls do, tries again after each failed verification.
+    /// Places the window, again after each failed verification as polls do, until `frame()` equals `requested`.
     /// False if that takes longer than 20 s.
     bool reachesFrame(const std::string& title, const CGRect& requested, const std::function<CGRect()>& frame);
     bool reachesFrame(const std::string& title, const CGRect& requested, const TestClient& client, xcb_window_t window);

@@ -41,7 +41,7 @@ TEST_P(Hiding, HidesAllWindowsOfAnApplicationAndShowsExactlyThoseAgain) {
     desk->desktop().hide(4001);
     ASSERT_TRUE(desk->runUntil([&] { return !mail->isViewable(inbox) && desk->isHidden(4001); }));
     desk->runFor(Seconds(0.1));
-    // A hidden window does not count as minimized, and minimized windows stay so.
+    // A hidden window does not count as minimized, and minimized windows stay minimized.
     EXPECT_TRUE(desk->isHidden(4001));
     EXPECT_FALSE(desk->isMinimized("Inbox"));
     EXPECT_FALSE(desk->window("Inbox").isVisible);
@@ -201,7 +201,7 @@ TEST_P(Hiding, ByAKilledAgentIsUndoneByTheNextAgent) {
 }
 
 INSTANTIATE_TEST_SUITE_P(With, Hiding, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 TEST(WindowManager, MayStartAndEnd) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
@@ -214,7 +214,7 @@ TEST(WindowManager, MayStartAndEnd) {
     desk.service().minimize(desk.window("Draft"));
     ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(draft); }));
 
-    // A window manager does not know windows that were unmapped before its start, so they are mapped.
+    // A window manager does not know windows that were unmapped before its start, so KOVA maps the minimized window.
     desk.server().startManager();
     ASSERT_TRUE(desk.runUntil([&] { return mail->numbers(inbox, "_NET_FRAME_EXTENTS").size() == 4; }));
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
@@ -242,7 +242,7 @@ TEST(WindowManager, MayStartAndEnd) {
     EXPECT_TRUE(desk.desktop().runningApplications().empty());
 }
 
-void replaceTheManager(bool hides) {
+void replaceTheManager(bool hidesMail) {
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
     const auto inbox = mail->open({.title = "Inbox"});
@@ -250,7 +250,7 @@ void replaceTheManager(bool hides) {
     notes->open({.title = "Pad"});
     desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Draft", "Inbox", "Pad"}));
-    if (hides) {
+    if (hidesMail) {
         desk.desktop().hide(4001);
         ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(inbox); }));
         desk.runFor(Seconds(0.3));
@@ -259,8 +259,8 @@ void replaceTheManager(bool hides) {
     const Seconds end = desk.loop().uptime() + Seconds(2.5);
     while (desk.loop().uptime() < end) {
         const auto titles = desk.titles();
-        // A poll can miss hidden windows while they are restored; other windows must be listed all the time.
-        for (const char* title : hides ? std::vector{"Pad"} : std::vector{"Draft", "Inbox", "Pad"}) {
+        // While hidden windows are restored, a poll can miss them. Other windows must be listed all the time.
+        for (const char* title : hidesMail ? std::vector{"Pad"} : std::vector{"Draft", "Inbox", "Pad"}) {
             ASSERT_EQ(std::ranges::count(titles, std::string(title)), 1) << title;
         }
     }
@@ -273,7 +273,7 @@ TEST(WindowManager, MayBeReplacedWithoutLosingAWindow) {
     replaceTheManager(false);
 }
 
-TEST(WindowManager, IsKnownAlthoughTheFormerOneDeletedTheListOfSupportedHints) {
+TEST(WindowManager, IsKnownAlthoughTheFormerManagerDeletedTheListOfSupportedHints) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Mail", 4001);
@@ -287,7 +287,7 @@ TEST(WindowManager, IsKnownAlthoughTheFormerOneDeletedTheListOfSupportedHints) {
     EXPECT_TRUE(desk.reachesFrame("Inbox", makeRect(20, 30, 500, 400), *client, inbox));
 }
 
-TEST(WindowManager, SizesOfWindowsAreUnreliableForTwoSecondsAfterItIsReplaced) {
+TEST(WindowManager, MakesSizesOfWindowsUnreliableForTwoSecondsAfterReplacingAnother) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
@@ -295,20 +295,20 @@ TEST(WindowManager, SizesOfWindowsAreUnreliableForTwoSecondsAfterItIsReplaced) {
     desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Inbox"}));
     const auto isReliable = [&] { return desk.service().areSizesReliable(desk.window("Inbox")); };
-    const auto isReliableOncePlaced = [&] {
+    const auto isReliableAfterPlacement = [&] {
         desk.place(desk.window("Inbox"), makeRect(20, 30, 500, 300));
         desk.runFor(Seconds(0.1));
         return isReliable();
     };
-    EXPECT_TRUE(desk.runUntil(isReliableOncePlaced));
+    EXPECT_TRUE(desk.runUntil(isReliableAfterPlacement));
     const ChildProcess next = desk.server().start({"openbox", "--sm-disable", "--replace"});
     ASSERT_TRUE(desk.runUntil([&] { return !isReliable(); }));
     const Seconds begin = desk.loop().uptime();
-    EXPECT_TRUE(desk.runUntil(isReliableOncePlaced));
+    EXPECT_TRUE(desk.runUntil(isReliableAfterPlacement));
     EXPECT_GE(desk.loop().uptime() - begin, Seconds(1.9));
 }
 
-TEST(WindowManager, SizesOfWindowsAreUnreliableIfItTilesWindows) {
+TEST(WindowManager, MakesSizesOfWindowsUnreliableIfItTilesWindows) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);

@@ -33,7 +33,7 @@ class Keys : public ::testing::Test {
         desk->desktop().claim(combinations);
         ASSERT_TRUE(desk->runUntil([&] { return notifications > before; }));
     }
-    /// Runs the shell command on the private server, until it ends.
+    /// Runs the shell command on the private server and waits for its end.
     void run(const std::string& command) {
         const std::string line = "DISPLAY=" + desk->server().displayName() + " " + command + " >/dev/null 2>&1";
         EXPECT_EQ(std::system(line.c_str()), 0) << command;
@@ -43,8 +43,9 @@ class Keys : public ::testing::Test {
     bool pressIsReported(const std::string& keys, const KeyCombination& combination) {
         reported.clear();
         press(keys);
-        const bool any = desk->runUntil([&] { return !reported.empty(); });
-        return any && reported.size() == 1 && reported[0].keyCode == combination.keyCode && !reported[0].isRepeat &&
+        const bool isAnyReported = desk->runUntil([&] { return !reported.empty(); });
+        return isAnyReported && reported.size() == 1 && reported[0].keyCode == combination.keyCode &&
+               !reported[0].isRepeat &&
                (reported[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
     }
     /// Presses `keys` and then `reportedKeys`. True if only the second press is reported: then the first one will not
@@ -112,7 +113,7 @@ TEST_F(Keys, AreReportedWithAnyLockWhileThereIsAnObserver) {
     }));
 }
 
-TEST_F(Keys, GrabbedByAnotherProgramAreListedAndGrabbedOnceReleased) {
+TEST_F(Keys, GrabbedByAnotherProgramAreListedUntilKovaCanGrabThem) {
     grabAsOther(kControlAltMask | XCB_MOD_MASK_2, kHKeycode); // only while Num Lock is on
     observeKeys({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kH});
@@ -132,7 +133,7 @@ TEST_F(Keys, GrabbedByAnotherProgramAreListedAndGrabbedOnceReleased) {
     EXPECT_TRUE(pressIsIgnored("super+Left", "ctrl+alt+h", kH));
 }
 
-TEST_F(Keys, StayOnTheirKeyWhenTheLayoutChanges) {
+TEST_F(Keys, StayOnTheirKeyWhenTheKeyboardLayoutChanges) {
     const KeyCombination q{keyCode::q, kControlOption};
     observeKeys({q});
     const auto qWrites = [&](const std::string& text) {
@@ -151,7 +152,7 @@ TEST_F(Keys, StayOnTheirKeyWhenTheLayoutChanges) {
     run("setxkbmap us -variant dvorak");
     EXPECT_TRUE(qWrites("'"));
     EXPECT_TRUE(pressIsReported("ctrl+alt+apostrophe", q));
-    // With two layouts at once, the second one is selected.
+    // Two keyboard layouts are configured, and the second one is switched on.
     run("setxkbmap us,ru");
     EXPECT_TRUE(qWrites("q"));
     switchToGroup(1);
@@ -184,8 +185,8 @@ TEST_F(Keys, ThatStayPressedAreReportedAsRepetitions) {
         EXPECT_EQ(std::ranges::count_if(reported, &KeyPress::isRepeat), std::ssize(reported) - 1);
         desk->runFor(Seconds(0.1));
     }
-    // In fast typing the next key is pressed before the last one is released, and that release is sent to another
-    // program.
+    // In fast typing a key is pressed before the previous key is released, and the release of the previous key is sent
+    // to another program.
     run("xset r rate 5000 30");
     reported.clear();
     claim({kH, kJ});

@@ -172,7 +172,7 @@ TEST_F(ManagerStyles, AManagerIsKnownAlthoughTheFormerManagerDeletedThePropertyT
     const auto announce = [&] {
         manager.client().setNumbers(manager.root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", {manager.checkWindow()});
     };
-    // While another program owns the selection WM_S0, properties of the window manager may be left over.
+    // While another program owns the selection WM_S0, properties may be those of a window manager that has ended.
     own(*editor, code);
     editor->remove(manager.root(), "_NET_SUPPORTING_WM_CHECK");
     EXPECT_TRUE(becomes("One that does not speak EWMH")) << named();

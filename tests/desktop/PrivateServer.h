@@ -24,11 +24,11 @@ class PrivateServer {
     /// A folder for files of the test, removed at the end.
     const std::string& folder() const { return folder_; }
     ChildProcess start(const std::vector<std::string>& command) const;
-    /// Starts Openbox, or the window manager whose command is in the variable KOVA_TEST_WINDOW_MANAGER. Returns once it
-    /// manages windows.
+    /// Starts Openbox, or the window manager whose command is in the variable KOVA_TEST_WINDOW_MANAGER. Waits until the
+    /// window manager manages windows.
     void startManager();
     void endManager() { manager_.end(); }
-    /// Stops the window manager with SIGSTOP to simulate a busy machine. Requests wait until `resumeManager`.
+    /// Stops the window manager with SIGSTOP to simulate a busy machine. Its requests wait until `resumeManager`.
     void pauseManager();
     void resumeManager();
     void end() { server_.end(); }

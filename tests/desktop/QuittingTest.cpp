@@ -1,4 +1,4 @@
-// Ending the applications of real windows, and the processes that are never ended.
+// KOVA ends the applications of real windows on request, and never ends certain processes.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include "platform/x11/LocalProcesses.h"
@@ -91,7 +91,7 @@ TEST_P(Quitting, EachWindowWithTheDeleteProtocolGetsACloseRequest) {
 TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     DesktopUnderTest desk(GetParam());
     IdleProcess victim, distant, panel;
-    const auto number = [](const IdleProcess& of) { return static_cast<std::uint32_t>(of.process()); };
+    const auto number = [](const IdleProcess& idle) { return static_cast<std::uint32_t>(idle.process()); };
     const auto mail = desk.client("Mail", number(victim)), remote = desk.client("Remote", number(distant)),
                init = desk.client("Init", 1), ours = desk.client("Ours", static_cast<std::uint32_t>(getpid())),
                parent = desk.client("Parent", static_cast<std::uint32_t>(getppid())),
@@ -126,7 +126,7 @@ TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
 }
 
-/// Another process may have the number of a process whose windows are closed.
+/// After all windows of a process are closed, the process may end and another process may get its number.
 TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
     IdleProcess victim;
@@ -165,8 +165,8 @@ TEST_P(Quitting, RealApplicationsEnd) {
 }
 
 /// The server knows the process of each window; the number that a window announces is not used. Here one window
-/// announces another process, two announce the same number, as programs in process namespaces do, and one announces
-/// none.
+/// announces the number of another process, two windows announce the same number (as programs in process namespaces
+/// do), and one window announces no number.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
     DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::reported);
     IdleProcess innocent;

@@ -19,7 +19,7 @@ class Desktop : public ::testing::Test {
     }
 };
 
-TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
+TEST_F(Desktop, UnmaximizesWindowsBeforePlacingThemAndDoesNotMoveFullScreenWindows) {
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto code = client->open({.title = "Code"}), film = client->open({.title = "Film"});

@@ -61,8 +61,8 @@ bool TestClient::waitForManager() {
         return isListed(probe);
     });
     destroy(probe);
-    // A slow window manager may still have requests of these attempts to read. The next client may get the same window
-    // ids, so its windows must not appear before all those requests are handled.
+    // A slow window manager may not have read all requests of these attempts yet. The next client may get the same
+    // window ids, so its windows must not appear before all those requests are handled.
     const xcb_window_t last = open({.title = "Probe"});
     const bool hasRead = isReady && waitUntil([&] { return isListed(last); });
     destroy(last);

@@ -58,8 +58,8 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
     EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
     client->takeConfigureCount(std::vector{left, right, large});
 
-    // KOVA repeats a request that has no prompt effect. So the test counts the events of the first request that has
-    // one.
+    // KOVA repeats a request that does not take effect promptly. So the test counts the events of the first request
+    // that takes effect promptly.
     bool wasPrompt = false;
     for (int y = 7; y < 47 && !wasPrompt; ++y) {
         const Seconds start = desk.loop().uptime();
@@ -232,7 +232,7 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
         if (request == 'h') desk.desktop().hide(4001);
         if (request == 'u') desk.desktop().unhide(4001);
     };
-    // Belongs to another application, since an application with a visible window is not hidden.
+    // The probe windows belong to another application, since an application with a visible window is not hidden.
     const auto other = desk.client("Probe", 4002);
     int probes = 0;
     // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it. KOVA assumes the effect of a request only
@@ -247,7 +247,7 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
             desk.poll();
         }
         desk.server().resumeManager();
-        // Once the manager shows a later window, it has handled all earlier requests.
+        // When the window manager shows a later window, it has handled all earlier requests.
         const auto probe = other->open({.title = "Probe " + std::to_string(probes++)});
         ASSERT_TRUE(desk.runUntil([&] { return other->isViewable(probe); })) << requests;
         ASSERT_TRUE(desk.runUntil([&] { return isAsRequested(requests.back()); })) << requests;
@@ -256,7 +256,7 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
 }
 
 INSTANTIATE_TEST_SUITE_P(With, Windows, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace
 } // namespace kova::testing
