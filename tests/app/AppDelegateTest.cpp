@@ -19,7 +19,7 @@ WorkspaceServices servicesOf(SimulatedDesktop& desktop, PreferencesStore& prefer
     return {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop};
 }
 
-TEST(AppDelegate, StartsAndStopsTheWorkspaceOnceEach) {
+TEST(AppDelegate, StartsTheWorkspaceOnceAndStopsItOnce) {
     SimulatedDesktop desktop;
     CountingStore preferences;
     desktop.addDisplay({.name = "A", .size = {1920, 1080}});
@@ -78,8 +78,8 @@ class SystemActivity : public ::testing::Test {
         for (const auto event : events) desktop.simulate(event);
         passes(0);
     }
-    /// Drags a window over the other tile and back. True if a drop target was published; the test fails if it was
-    /// published more than once, as it is if events arrive twice.
+    /// Drags a window over the other tile and back. True if a drop target was published. The test fails if the drop
+    /// target was published more than once, which happens if events arrive twice.
     bool monitorsThePointer() {
         const auto& window = desktop.window("Mail");
         const CGPoint title = {minX(window.frame) + 200, minY(window.frame) + 5};
@@ -220,7 +220,7 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     passes(1);
     EXPECT_EQ(workspace.liveWindows().size(), 2U);
 
-    // The state at the end of one start does not affect the next start.
+    // A sleep before the workspace stops, and a switched session while it is stopped, do not affect the next start.
     simulate({systemWillSleep});
     delegate.stopWorkspace();
     EXPECT_EQ(delegate.systemActivityState(), SystemActivityState{});
@@ -230,7 +230,8 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     EXPECT_TRUE(monitorsThePointer());
 }
 
-/// As on the Mac, a monitor that is installed without the permission never gets an event, even after it is granted.
+/// As on the Mac, a monitor that is installed without the permission never gets an event, even after the permission is
+/// granted.
 class SilentWithoutPermission final : public PointerMonitorServicing {
   public:
     explicit SilentWithoutPermission(SimulatedDesktop& desktop) : desktop_(desktop) {}
@@ -243,7 +244,7 @@ class SilentWithoutPermission final : public PointerMonitorServicing {
     SimulatedDesktop& desktop_;
 };
 
-TEST(AppDelegate, InstallsMonitorsOnceThePermissionIsGranted) {
+TEST(AppDelegate, InstallsMonitorsWhenThePermissionIsGranted) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     desktop.addDisplay({.name = "A", .size = {2560, 1440}});

@@ -19,7 +19,7 @@ TEST(LogFile, KeepsTheRequestedLevelsAndAtMostTwoFiles) {
     EXPECT_FALSE(isLogged(LogLevel::detail));
     log(LogLevel::detail, "the title of a window");
     log(LogLevel::note, "100% {of it} %s");
-    const std::string first = contentsOf(file); // at once, since a crash may follow
+    const std::string first = contentsOf(file); // lines are written at once, since a crash may follow
     EXPECT_NE(first.find("info: 100% {of it} %s\n"), std::string::npos) << first;
     EXPECT_EQ(std::count(first.begin(), first.end(), '\n'), 1);
     struct stat status {};

@@ -84,7 +84,8 @@ class MenuBar : public ::testing::Test {
         return (entry.isEnabled ? "" : "(") + entry.title + (entry.isEnabled ? "" : ")") +
                (entry.isChecked ? " ✓" : "") + (isCommand ? "" : ":");
     }
-    /// A line per entry, "(…)" for one that is not enabled, "---" for a separator; submenus by their titles only.
+    /// One line per entry: its title, in parentheses if the entry is not enabled, or "---" for a separator. The entries
+    /// of submenus are left out.
     std::string picture(const std::vector<MenuEntry>& entries) {
         std::string lines;
         for (const auto& entry : entries) {

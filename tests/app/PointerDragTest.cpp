@@ -45,13 +45,13 @@ class PointerFixture : public ::testing::Test {
         desk.advance(Seconds(seconds));
         return *this;
     }
-    std::vector<DividerHandle> handleFrames() {
+    std::vector<DividerHandle> currentHandles() {
         desk.advance(Seconds(0)); // handles are updated after the operation that moved them
         return desk.desktop.handles();
     }
     std::string handles() {
         std::string text;
-        for (const auto& handle : handleFrames()) {
+        for (const auto& handle : currentHandles()) {
             text += (text.empty() ? "" : " | ") + describeFrame(handle.frame);
             text += handle.axis == LayoutAxis::horizontal ? " -" : " i";
         }
@@ -72,7 +72,7 @@ TEST_F(DividerHandles, FollowTheLayoutsTheDisplaysAndThePermission) {
     EXPECT_EQ(handles(), "1274,38 12x1392 -");
     desk.layout("jarvis.quad-grid");
     const std::string quarters = handles();
-    EXPECT_EQ(handleFrames().size(), 3U) << quarters;
+    EXPECT_EQ(currentHandles().size(), 3U) << quarters;
     desk.layout("jarvis.dual-split").display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
     EXPECT_EQ(handles(), "1274,38 12x1392 - | 3514,398 12x1032 -");
     desk.desktop.resizeDisplay("B", {1280, 1080});
@@ -108,7 +108,7 @@ TEST_F(DividerHandles, TogetherWithGuardsCoverTheDesktopBetweenWindows) {
         SCOPED_TRACE(layout);
         desk.layout(layout).settle();
         std::vector<CGRect> all;
-        for (const auto& handle : handleFrames()) all.push_back(gapFrame(handle));
+        for (const auto& handle : currentHandles()) all.push_back(gapFrame(handle));
         all.insert(all.end(), desk.desktop.guardedAreas().begin(), desk.desktop.guardedAreas().end());
         const double maxYOfFirst = maxY(desk.desktop.screens().front().frame);
         for (const auto& tile : desk.controller().tiles())
@@ -121,9 +121,9 @@ TEST_F(DividerHandles, TogetherWithGuardsCoverTheDesktopBetweenWindows) {
     }
     desk.desktop.userFocuses("Mail");
     desk.zoom();
-    EXPECT_TRUE(handleFrames().empty() && desk.desktop.guardedAreas().empty());
+    EXPECT_TRUE(currentHandles().empty() && desk.desktop.guardedAreas().empty());
     desk.zoom();
-    EXPECT_FALSE(handleFrames().empty() || desk.desktop.guardedAreas().empty());
+    EXPECT_FALSE(currentHandles().empty() || desk.desktop.guardedAreas().empty());
     desk.desktop.setTrusted(false);
     desk.settle();
     EXPECT_TRUE(desk.desktop.guardedAreas().empty());
@@ -135,7 +135,7 @@ TEST_F(DividerHandles, TogetherWithGuardsCoverTheDesktopBetweenWindows) {
 
 TEST_F(DividerHandles, LeaveTheFootersOfTheTilesAboveThemFree) {
     desk.layout("jarvis.dual-stack").settle();
-    // The gap of 40 points begins with the footer of 28.
+    // The upper 28 points of the 40-point gap belong to the footer.
     EXPECT_EQ(handles(), "10,714 2540x12 i");
 }
 
@@ -158,7 +158,7 @@ TEST_F(DividerHandles, OfAnotherDisplayEndFocusModeAndCanBeDragged) {
     desk.expectTiles(std::string(kHalves) + " || - | -");
 }
 
-TEST_F(DividerHandles, AreRemovedWithTheDragInProgressUntilTheNextRefresh) {
+TEST_F(DividerHandles, AreRemovedDuringADragUntilTheNextRefresh) {
     presses({1280, 700}).moves({1480, 700});
     dividers->close();
     EXPECT_EQ(handles(), "");
@@ -180,14 +180,14 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     EXPECT_EQ(newUndoSteps(), 1U);
     // The y axis of the pointer's position points up, that of the layout down.
     desk.layout("jarvis.quad-grid");
-    const CGRect across = handleFrames()[1].frame;
-    ASSERT_EQ(handleFrames()[1].axis, LayoutAxis::vertical) << handles();
+    const CGRect across = currentHandles()[1].frame;
+    ASSERT_EQ(currentHandles()[1].axis, LayoutAxis::vertical) << handles();
     const double y = 1440 - center(across).y;
     presses({center(across).x, y}).moves({center(across).x, y + 100}).releases();
-    EXPECT_EQ(minY(handleFrames()[1].frame), minY(across) - 100);
+    EXPECT_EQ(minY(currentHandles()[1].frame), minY(across) - 100);
 }
 
-/// By then the pointer is over a window that has not made room yet.
+/// When the late press is reported, the pointer is over a window that has not made room yet.
 TEST_F(DividerHandles, AreNotMistakenForAWindowWhoseEdgeIsDragged) {
     desk.desktop.delayPressReport();
     presses({1280, 25});
@@ -245,7 +245,7 @@ TEST_F(DividerHandles, EndTheDragWhenTheLayoutOrTheDisplayChanges) {
     EXPECT_EQ(handles(), "");
 }
 
-TEST_F(DividerHandles, LieUnderTheWindowsThatOverlapThem) {
+TEST_F(DividerHandles, LieBehindTheWindowsThatOverlapThem) {
     desk.opens("Notes", {.frame = makeRect(1100, 600, 400, 300)}).settle();
     presses({1280, 700}).moves({1380, 750}).releases(ShiftKey::down);
     desk.settle();
@@ -297,7 +297,7 @@ TEST_F(DraggedWindows, MayFollowThePointerLate) {
 }
 
 TEST_F(DraggedWindows, ReturnWhenTheyAreNotDroppedOnAnotherTile) {
-    desk.desktop.setPanels("A", makeRect(0, 0, 0, 100)); // a panel below
+    desk.desktop.setPanels("A", makeRect(0, 0, 0, 100)); // a panel at the bottom edge
     desk.settle();
     const std::string before = desk.tiles();
     for (const CGPoint place : {CGPoint{1280, 700}, CGPoint{1900, 500}, CGPoint{300, 1430}}) {
@@ -356,7 +356,7 @@ TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
         waits(0.1);
         ASSERT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 391,285 1254x1382");
     }
-    // The pointer was not moved, so the user did not drag the window. Polls put it back.
+    // The pointer was not moved, so the user did not drag the window. Polls put the window back.
     releases();
     desk.settle();
     desk.expectTiles(kHalves);
@@ -376,7 +376,7 @@ TEST_F(DraggedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
     }
     desk.settle();
     desk.expectTiles(kHalves);
-    // Polls put the window back once the monitor is removed.
+    // After the monitor is removed, polls put the window back.
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(1391, 285, 1254, 1382));
     drags->removeMonitor();

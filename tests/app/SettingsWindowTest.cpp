@@ -56,7 +56,7 @@ class SettingsWindow : public ::testing::Test {
 };
 
 TEST_F(SettingsWindow, IsShownOnlyOnRequestAndThenReadsTheSystemSettings) {
-    EXPECT_FALSE(delegate.settingsWindow()) << "there is none before the launch";
+    EXPECT_FALSE(delegate.settingsWindow()) << "before `applicationDidFinishLaunching` there is none";
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(shown(), std::nullopt);
     loginItem.now = LaunchAtLoginStatus::enabled; // the user enables it in the system's settings

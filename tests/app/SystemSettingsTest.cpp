@@ -161,7 +161,7 @@ TEST_F(Dock, IsChangedAtTheStartOnlyIfTheUserChoseToHideIt) {
         std::optional<bool> chosen;
         bool isHidden;
         const char* commands;
-        bool shown; // state of the switch
+        bool isSwitchOn;
     };
     const std::vector<Case> cases = {
         {std::nullopt, false, "", false}, {std::nullopt, true, "", true}, {false, true, "", true},
@@ -178,7 +178,7 @@ TEST_F(Dock, IsChangedAtTheStartOnlyIfTheUserChoseToHideIt) {
         delegate.applicationDidFinishLaunching();
         settle();
         EXPECT_EQ(takeCommands(), c.commands);
-        EXPECT_EQ(*delegate.dockAutoHide()->hidesSystemDock(), c.shown);
+        EXPECT_EQ(*delegate.dockAutoHide()->hidesSystemDock(), c.isSwitchOn);
         EXPECT_EQ(*delegate.dockAutoHide()->isPreferenceConfigured(), c.chosen.has_value());
         EXPECT_EQ(preferences.boolean(preferenceKey::hideSystemDock), c.chosen);
     }

@@ -60,9 +60,9 @@ class UserInterface : public ::testing::Test {
 class Reporter final : public ControlPeer {
   public:
     void send(const std::string&) override {}
-    bool isConnected() const override { return isThere; }
+    bool isConnected() const override { return hasConnection; }
     void whenDisconnected(std::function<void()>) override {}
-    bool isThere = true;
+    bool hasConnection = true;
 };
 
 using enum UserInterfaceEnd;
@@ -104,7 +104,7 @@ TEST_F(UserInterface, CrashesDelayTheNextStartAndTheFifthWithinAMinutePreventsIt
     EXPECT_EQ(controller->status().problem, std::nullopt);
     program.ends(unexpectedly);
     EXPECT_EQ(startsWithin(1.01), 1) << "a restart by the user resets the count";
-    // Crashes that are further apart are not counted together.
+    // Crashes that are at least a minute apart are not counted together.
     for (int i = 0; i < 10; ++i) {
         queue.advance(Seconds(60));
         program.ends(unexpectedly);
@@ -126,14 +126,14 @@ TEST_F(UserInterface, AReportedProblemHoldsUntilTheReporterDisconnectsOrIsRestar
     EXPECT_TRUE(controller->restart());
     EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
     report();
-    reporter->isThere = false;
+    reporter->hasConnection = false;
     EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
     EXPECT_EQ(controller->status().problem, std::nullopt);
     controller->reportProblem("older", std::make_shared<Reporter>());
     EXPECT_EQ(verdict(), DiagnosticVerdict::fine) << "the reporting client has disconnected";
 }
 
-TEST_F(UserInterface, IsNotStartedOnceItIsClosedMissingOrSwitchedOff) {
+TEST_F(UserInterface, IsNotStartedIfItIsClosedMissingOrSwitchedOff) {
     controller->start();
     program.ends(byItself);
     EXPECT_EQ(startsWithin(100), 0);
