@@ -26,10 +26,10 @@ namespace kova {
 class AgentStage {
   public:
     AgentStage() {
-        desk.desktop.setAnswerTime(Seconds(0)); // since simulated time does not advance
+        desk.desktop.setAnswerTime(Seconds(0)); // no delay, since simulated time does not advance
         desk.display(2560, 1440).layout("jarvis.dual-split");
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
-        // Starts without delay, since simulated time does not advance.
+        // The application starts without delay for the same reason.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.desktop.showAlertsBy(dialogs);
         desk.start();
@@ -72,7 +72,7 @@ class AgentStage {
         return SocketClient(socketPath(), [this] { runAgentOnce(); });
     }
 
-    /// Starts the applications that were ended again, each with a window.
+    /// Restarts those of the three applications that were ended, each with a window.
     void reopen() {
         for (const char* name : {"Mail", "Notes", "Terminal"}) {
             if (!desk.desktop.isRunning(name)) desk.opens(name);
@@ -138,7 +138,7 @@ class AgentStage {
     std::optional<ControlServer> server;
 };
 
-/// The lines of a document that begin with the mark, without it, from fenced blocks of the language.
+/// The lines that begin with `mark` in the document's fenced blocks of `language`; the mark itself is removed.
 inline std::vector<std::string> documentedLines(const std::string& file, const std::string& language,
                                                 const std::string& mark) {
     std::ifstream stream(file);

@@ -102,7 +102,7 @@ TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     EXPECT_EQ(result("status")["windowsInTiles"], 2);
 }
 
-TEST_F(AgentMethods, ResponsesToChangesOfStoredDataAreSentOnceTheDataIsOnDisk) {
+TEST_F(AgentMethods, ResponsesToChangesOfStoredDataAreSentWhenTheDataIsOnDisk) {
     const std::pair<const char*, json> changes[] = {{"scene.capture", {{"name", "Work"}}},
                                                     {"scene.rename", {{"scene", "Work"}, {"newName", "Desk"}}},
                                                     {"scene.open", {{"scene", "Study"}}},
@@ -133,9 +133,10 @@ TEST_F(AgentMethods, ResponsesToChangesOfStoredDataAreSentOnceTheDataIsOnDisk) {
         EXPECT_FALSE(reply["result"].contains("unsaved"));
         disk.isHeld = false;
         disk.problem = "cannot write preferences.json: No space left on device";
-        const bool renames = std::string(method) == "scene.rename"; // the scene has its new name already
-        const json again = renames ? json{{"scene", "Desk"}, {"newName", "Study"}} : parameters;
-        EXPECT_EQ(result(method, again)["unsaved"], *disk.problem);
+        // The scene cannot be renamed in the same way twice.
+        const bool renames = std::string(method) == "scene.rename";
+        const json secondParameters = renames ? json{{"scene", "Desk"}, {"newName", "Study"}} : parameters;
+        EXPECT_EQ(result(method, secondParameters)["unsaved"], *disk.problem);
         EXPECT_EQ(result("status")["preferenceProblems"], json::array({*disk.problem}));
         disk.problem.reset();
     }
@@ -176,7 +177,7 @@ TEST_F(AgentMethods, LayoutsAreFoundByIdNameOrPart) {
         << "there is no fourth display";
 }
 
-TEST_F(AgentMethods, RefusesUnknownNamesWithTheKnownOnes) {
+TEST_F(AgentMethods, RefusesUnknownNamesAndListsTheKnownOnes) {
     struct Case {
         std::string method;
         json parameters;
@@ -318,7 +319,7 @@ TEST_F(AgentMethods, ExplanationsDescribeThePresentState) {
     EXPECT_TRUE(says(explanation(), " (no longer: it is minimized)\n")) << explanation();
     desk.desktop.userMinimizes(minimized, false);
 
-    // A stacked window, whose tile gets another front window.
+    // The tile of a stacked window gets another front window.
     desk.opens("Film").settle();
     result("place", {{"window", "Film"}, {"tile", "2"}});
     result("arrange");
@@ -355,7 +356,7 @@ TEST_F(AgentMethods, EachActionIsCarriedOutOrRefusedWithAReason) {
     EXPECT_EQ(refused("move", {{"direction", "left"}}),
               "Terminal is in no tile. Put it into one with “kova tile” or “kova place”");
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
-    // The message of another operation is not taken for the reason.
+    // The reason is not the message of the earlier arrangement.
     EXPECT_EQ(refused("stack"), "No other window waits behind it in its tile");
     EXPECT_EQ(refused("focus", {{"direction", "up"}}), "No occupied zone up of the focused window");
     EXPECT_EQ(said("focus", {{"direction", "right"}}), "Focused Notes");
@@ -449,7 +450,7 @@ TEST_F(AgentMethods, CommandsForOneWindowHaveTheResultOfTheirDryRun) {
     EXPECT_EQ(error("swap", {{"with", "left"}, {"display", "Beamer"}})["data"]["choices"].size(), 1u);
 }
 
-TEST_F(AgentMethods, WindowsOfAnAbsentDisplayAreListedAsInNoTile) {
+TEST_F(AgentMethods, WindowsOfADisconnectedDisplayAreListedAsWithoutATile) {
     desk.arrange().desktop.removeDisplay("A");
     desk.settle();
     EXPECT_EQ(result("status")["windowsInTiles"], 0);

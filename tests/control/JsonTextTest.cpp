@@ -1,4 +1,4 @@
-// JSON that is written straight into text reads as the values that were written.
+// JSON that is written directly into text is read as the values that were written.
 #include "control/JsonText.h"
 
 #include <gtest/gtest.h>

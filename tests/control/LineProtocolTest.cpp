@@ -24,7 +24,8 @@ using nlohmann::json;
 namespace fs = std::filesystem;
 
 /// Responds to "echo" with its parameters, to "large" with the requested number of bytes, to "flood" with the requested
-/// lines, to "count" with the number of requests so far, to "later" when the test decides, to others with errors.
+/// lines, to "count" with the number of requests so far, to "later" when the test decides, to other methods with
+/// errors.
 class EchoingAgent : public ControlHandling {
   public:
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
@@ -180,7 +181,8 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     getrusage(RUSAGE_SELF, &after);
     EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients do not wake the agent up";
 
-    // Clients with an incomplete line get an error when they close, and their places are free again.
+    // A client that stops sending within a line gets an error. The agent disconnects it, and also a client that stops
+    // sending without having sent anything.
     silent[1].endSending();
     EXPECT_EQ(codeOf(silent[1].message()), controlCode::parseError);
     EXPECT_TRUE(silent[1].isClosedByAgent());
@@ -349,7 +351,7 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
     std::string objects = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":[{})";
     while (objects.size() < kLongestControlLine / 16) objects += ",{}";
     objects += "]}";
-    // Measured in processor time, which does not depend on other programs.
+    // The test measures processor time, which does not depend on other programs.
     const auto timeOf = [](const auto& act) {
         const auto begun = std::clock();
         act();
@@ -366,7 +368,7 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
         << "the server finishes only the line that it is reading";
 }
 
-TEST_F(LineProtocol, AcceptsClientsAgainOnceDescriptorsAreFree) {
+TEST_F(LineProtocol, AcceptsClientsAgainWhenDescriptorsAreFree) {
     listen();
     auto present = client();
     EXPECT_EQ(present.request(kEcho)["id"], 7);

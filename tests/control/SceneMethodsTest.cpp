@@ -40,7 +40,7 @@ TEST_F(SceneMethods, ASceneIsFoundByItsWholeNameOrItsId) {
     EXPECT_EQ(left[0]["isActive"], false);
 }
 
-TEST_F(SceneMethods, DeletedScenesComeBackToTheirPlacesUntilTheAgentEnds) {
+TEST_F(SceneMethods, DeletedScenesCanBeRestoredToTheirPlacesInTheList) {
     for (const char* name : {"One", "Two", "Three"}) result("scene.capture", {{"name", name}});
     const auto names = [&] {
         std::string all;
@@ -131,7 +131,7 @@ TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatRevertsADeletion) {
     EXPECT_EQ(undoOfMessage(), "scene.undelete");
     result(undoOfMessage());
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
-    EXPECT_EQ(undoOfMessage(), json(nullptr)) << "undo would revert the arrangement before";
+    EXPECT_EQ(undoOfMessage(), json(nullptr)) << "undo would revert the earlier arrangement";
     result("arrange");
     EXPECT_EQ(undoOfMessage(), "undo");
 }
@@ -263,9 +263,9 @@ TEST_F(SceneMethods, TheDocumentIsTransferredInPieces) {
 TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
     struct Peer final : ControlPeer {
         void send(const std::string&) override {}
-        bool isConnected() const override { return isThere; }
+        bool isConnected() const override { return hasConnection; }
         void whenDisconnected(std::function<void()>) override {}
-        bool isThere = true;
+        bool hasConnection = true;
     };
     Scenario desk;
     desk.start();
@@ -284,7 +284,7 @@ TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
     EXPECT_EQ(send(one, document, false), "Import failed: larger than 64 MiB");
     EXPECT_EQ(send(one, half, true), "null") << "the transfer begins anew";
     EXPECT_EQ(send(other, half + " ", true), "Import failed: too much is being imported at once");
-    one->isThere = false;
+    one->hasConnection = false;
     EXPECT_EQ(send(other, half, true), "null");
     EXPECT_EQ(send(other, half.substr(document.size()) + document, false), "0");
 

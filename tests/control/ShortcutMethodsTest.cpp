@@ -13,7 +13,7 @@ constexpr std::uint64_t kControlOption = modifierFlag::control | modifierFlag::o
 
 class ShortcutsOverTheSocket : public MethodCalls {
   protected:
-    /// The next notification of the agent: "recorded refused", with the message if there is one.
+    /// The next notification as text, for example "recorded refused", followed by its message if there is one.
     std::string nextNotification(SocketClient& by) {
         const json message = by.message();
         if (!message.is_object()) return message.dump();

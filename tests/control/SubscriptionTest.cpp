@@ -1,4 +1,4 @@
-// Notifications to subscribers, and the methods that a client which draws the overlay calls.
+// Notifications to subscribers, and the methods for a client that draws the overlay.
 #include "tests/control/MethodCalls.h"
 
 namespace kova {
@@ -53,7 +53,7 @@ TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     EXPECT_EQ(state, truth["state"]);
     EXPECT_GT(last, 3u);
 
-    // Only the title of a window changes, and then a window enters and leaves focus mode.
+    // First only the title of a window changes. Then a window enters and leaves focus mode.
     desk.desktop.setTitle("Terminal", "make");
     desk.settle();
     EXPECT_EQ(nextChanges()["windows"][2]["title"], "make");
@@ -187,7 +187,7 @@ TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
     const std::string left = desk.target("A", "focus-main").text(), right = desk.target("A", "secondary-1").text();
     result("place", {{"window", desk.desktop.windowIDOf("Notes")}, {"tile", left}});
     desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
-    // As a click on a window's entry in the footer.
+    // A click on a window's entry in the footer calls this method.
     const json terminal = {{"window", desk.desktop.windowIDOf("Terminal")}};
     const json planned = result("focus.window", {{"window", terminal["window"]}, {"dryRun", true}});
     EXPECT_EQ(result("focus.window", terminal)["steps"], planned["steps"]);

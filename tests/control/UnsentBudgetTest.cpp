@@ -17,7 +17,7 @@ TEST(UnsentBudget, DropsTheClientThatHasReadNothingForTheLongestTime) {
     a.hold(40, at(1));
     b.hold(50, at(2));
     EXPECT_EQ(budget.bytesHeld(), 90U);
-    a.hold(30, at(3)); // it has read
+    a.hold(30, at(3)); // this client has read some output
     c.hold(30, at(4));
     EXPECT_EQ(dropped, "b");
     EXPECT_TRUE(b.isDropped());
