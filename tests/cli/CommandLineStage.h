@@ -1,4 +1,4 @@
-// A whole agent on the simulated desktop, and `kova` run against it.
+// A whole agent on the simulated desktop, and runs of `kova` that connect to the agent.
 #pragma once
 
 #include "tests/cli/CommandRun.h"

@@ -40,7 +40,7 @@ Mail “Inbox”  Secondary on A  1291,15 1254x1382  1500,100 500x400  drifted
 1 window is where requested.
 )");
     EXPECT_NE(run({"verify", "--repair", "--dry-run"}).out.find("\n1 window would be put back.\n"), std::string::npos);
-    EXPECT_EQ(run({"verify"}).code, 1) << "nothing was put back";
+    EXPECT_EQ(run({"verify"}).code, 1) << "the command moves no window back";
     EXPECT_EQ(run({"resume", "--dry-run"}).out, "Nothing would change: KOVA manages windows\n");
     EXPECT_EQ(run({"pause", "--dry-run"}).out, "KOVA would leave all windows alone until “kova resume”\n");
     EXPECT_EQ(run({"status"}).out.find("management  paused"), std::string::npos);

@@ -63,7 +63,7 @@ class RunningCommand {
             return out.find(text) != std::string::npos;
         });
     }
-    /// The exit code; negative when it was still running after ten seconds, or was ended by a signal.
+    /// The exit code; negative if the command was still running after ten seconds, or was ended by a signal.
     int wait() {
         waitUntil(runAgentOnce_, [&] {
             drain();

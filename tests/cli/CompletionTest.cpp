@@ -28,7 +28,7 @@ class Completion : public testing::Test, public AgentStage {
         EXPECT_EQ(command.err, "");
         return command.out;
     }
-    /// "one|two".
+    /// The offered completions as a text: "one|two".
     std::string offered(Words words) {
         words.insert(words.begin(), "--complete");
         std::string out;

@@ -103,7 +103,7 @@ TEST_F(Diagnosis, AReportContainsNoTextOfTheUser) {
     EXPECT_EQ(report.find(files.path().string()), std::string::npos) << report;
     for (const char* part : {
              "== Checks", "\"application\": \"Editor\"", "\"title\": \"text-",
-#if !defined(__APPLE__) // there preferences are in no file
+#if !defined(__APPLE__) // on a Mac the preferences are not in a file
                  "\"windowTitle\": \"text-", "\"KOVA.accentColor.v1\": \"system-blue\"",
 #endif
                  "~/x is full", KOVA_VERSION

@@ -19,7 +19,7 @@ namespace kova {
 
 namespace {
 
-/// `kova force-quit-all` at a terminal at which the test types.
+/// `kova force-quit-all` at a terminal into which the test types.
 class TerminalCommand {
   public:
     TerminalCommand(const std::string& socketPath, std::function<void()> runAgentOnce) :
@@ -51,7 +51,7 @@ class TerminalCommand {
     void type(const std::string& text) {
         EXPECT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     }
-    /// The exit code; negative when it does not end.
+    /// The exit code; negative if the command does not end.
     int wait() {
         int status = -1;
         const bool hasEnded = waitUntil(runAgentOnce_, [&] {
