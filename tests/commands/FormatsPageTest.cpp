@@ -40,19 +40,19 @@ std::map<std::string, std::string> examples() {
 }
 
 template <typename Record>
-std::string again(const Decoded<Record>& decoded, std::string (*encode)(const Record&)) {
+std::string reencoded(const Decoded<Record>& decoded, std::string (*encode)(const Record&)) {
     if (const auto* error = std::get_if<DecodingError>(&decoded)) return nlohmann::json(error->what()).dump();
     return encode(std::get<Record>(decoded));
 }
 
-std::string exportedAgain(std::string_view text) {
+std::string reencodedExport(std::string_view text) {
     const auto decoded = decodeExportedDocument(text);
     const auto* document = std::get_if<WorkspaceProductDocument>(&decoded);
     return document ? std::get<std::string>(encodeExportedDocument(*document))
                     : std::get<DecodingError>(decoded).what();
 }
 
-std::string layoutAgain(std::string_view text) {
+std::string reencodedLayout(std::string_view text) {
     try {
         const auto document = nlohmann::json::parse(text);
         return encode(decodeLayoutDefinition(JsonCursor(document, ""))).dump();
@@ -67,16 +67,16 @@ TEST(FormatsPage, ShowsTheRecordsThatAreWritten) {
     using Codec = std::function<std::string(std::string_view)>;
     const std::map<std::string_view, Codec> codecs = {
         {preferenceKey::workspaceProfile,
-         [](auto text) { return again(decodeWorkspaceProfile(text), encodeWorkspaceProfile); }},
+         [](auto text) { return reencoded(decodeWorkspaceProfile(text), encodeWorkspaceProfile); }},
         {preferenceKey::workspaceProduct,
-         [](auto text) { return again(decodeStoredDocument(text), encodeStoredDocument); }},
+         [](auto text) { return reencoded(decodeStoredDocument(text), encodeStoredDocument); }},
         {preferenceKey::autoArrangeLearning,
-         [](auto text) { return again(decodeLearningModel(text), encodeLearningModel); }},
+         [](auto text) { return reencoded(decodeLearningModel(text), encodeLearningModel); }},
         {preferenceKey::keyboardShortcuts,
-         [](auto text) { return again(decodeShortcutConfiguration(text), encodeShortcutConfiguration); }},
+         [](auto text) { return reencoded(decodeShortcutConfiguration(text), encodeShortcutConfiguration); }},
         {preferenceKey::workspaceSession,
-         [](auto text) { return again(decodeWorkspaceSession(text), encodeWorkspaceSession); }},
-        {"layout", layoutAgain},
+         [](auto text) { return reencoded(decodeWorkspaceSession(text), encodeWorkspaceSession); }},
+        {"layout", reencodedLayout},
     };
     auto blocks = examples();
     for (const auto& [key, codec] : codecs) {
@@ -84,7 +84,7 @@ TEST(FormatsPage, ShowsTheRecordsThatAreWritten) {
         EXPECT_EQ(nlohmann::json::parse(codec(example)), nlohmann::json::parse(example)) << key;
     }
     const std::string exported = blocks["export"];
-    EXPECT_EQ(exportedAgain(exported), exported);
+    EXPECT_EQ(reencodedExport(exported), exported);
     EXPECT_EQ(blocks.size(), codecs.size() + 1) << "every block of the page has a codec";
 }
 
