@@ -56,7 +56,7 @@ TEST(PreferenceMerge, MergesTheChangesOfBothSides) {
         std::string disputed;
         for (const auto& place : merged.disputed) disputed += place;
         EXPECT_EQ(disputed, c.disputed);
-        sides.seen = sides.theirs; // we had read their change before we made ours, so it is not disputed
+        sides.seen = sides.theirs; // our side had read the other change, so no change is disputed
         EXPECT_EQ(merge("k", sides).value, parsed(c.merged));
         EXPECT_TRUE(merge("k", sides).disputed.empty());
         sides.winner = MergeWinner::theirs;
