@@ -13,9 +13,9 @@ namespace kova {
 
 namespace {
 
-constexpr double kTolerance = 2;       // points, as in the verification of placements
-constexpr int kProbesPerSide = 24;     // points of a display that are checked for gaps
-constexpr double kSmallestTiled = 400; // points; layouts of smaller displays have no margins and gutters
+constexpr double kTolerance = 2;              // points, as in the verification of placements
+constexpr int kProbesPerSide = 24;            // points of a display that are checked for gaps
+constexpr double kLeastSideWithMargins = 400; // points; layouts of smaller displays have no margins and gutters
 
 bool overlap(const CGRect& a, const CGRect& b) {
     return intersectionArea(insetBy(a, 0.5), insetBy(b, 0.5)) > 0;
@@ -64,7 +64,7 @@ void Scenario::checkCanBeTranslated(const std::string& message) {
     const bool isListed = message.find('\n') != std::string::npos;
     const bool hasNamesOnly = std::ranges::any_of(
         desktop.screens(), [&](const Screen& screen) { return message.ends_with(" on " + screen.localizedName); });
-    // Texts of the simulated desktop.
+    // The simulated desktop makes these texts.
     const bool isOfDesktop = message.ends_with("is broken") || message == "Give the permission anew";
     EXPECT_TRUE(isKnown || isListed || hasNamesOnly || isOfDesktop)
         << "kova-ui cannot translate the message “" << message << "”: add it to src/ui/client/AgentTextPatterns.h";
@@ -87,9 +87,9 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& violations)
                 violations.push_back("tile exceeds its display: " + tile.target.text());
             }
         }
-        const bool isLarge =
-            std::min(screen.visibleFrame.size.width, screen.visibleFrame.size.height) >= kSmallestTiled;
-        if (isLarge && !isCovered(screen.visibleFrame, surroundings)) {
+        const bool hasMargins =
+            std::min(screen.visibleFrame.size.width, screen.visibleFrame.size.height) >= kLeastSideWithMargins;
+        if (hasMargins && !isCovered(screen.visibleFrame, surroundings)) {
             violations.push_back("tiles leave a gap on " + screen.localizedName);
         }
     }
@@ -128,8 +128,8 @@ void Scenario::checkAssignments(std::vector<std::string>& violations) {
     }
 }
 
-/// Checks windows that accept every frame down to their minimum size, except windows larger than their display, which
-/// always overlap others.
+/// Checks windows that accept every frame down to their minimum size. Windows whose minimum size exceeds their display
+/// are not checked, since they always overlap others.
 void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violations, MinimumSizes considered) {
     std::map<std::string, std::pair<DisplayID, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
@@ -153,7 +153,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violation
     }
     for (auto a = frames.begin(); a != frames.end(); ++a) {
         for (auto b = std::next(a); b != frames.end(); ++b) {
-            // A display that has grown may itself overlap the next.
+            // A display that has grown may itself overlap its neighbor.
             if (a->second.first != b->second.first) continue;
             if (overlap(insetBy(a->second.second, kTolerance), insetBy(b->second.second, kTolerance))) {
                 violations.push_back(a->first + " and " + b->first + " overlap: " + tiles());
@@ -166,8 +166,8 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
     std::set<WindowID> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        // A window may be outside all displays if it refuses to move after its display has become smaller. So may a
-        // window of a slow application, which moves it to a display that is disconnected by then.
+        // A window may be outside all displays if it refuses to move after its display has become smaller. A window of
+        // a slow application may be outside as well: by the time it moves, its new display may be disconnected.
         const auto& traits = window->traits();
         const bool movesAtOnce = !traits.refusesToMove && traits.answersAfter <= Seconds(0);
         if (movesAtOnce && !desktop.isOnSomeDisplay(*window)) {

@@ -19,7 +19,7 @@ Scenario::~Scenario() {
         delegate_->workspace().stop(); // also if the test started the controller without its delegate
         delegate_.reset();
     }
-    // Longer than every delay in the agent: work that is still queued afterwards would repeat forever.
+    // This is longer than every delay in the agent: work that is then still queued would repeat forever.
     desktop.queue().advance(Seconds(30));
     EXPECT_EQ(desktop.queue().pendingCount(), 0u) << "work is left in the queue";
 }
@@ -100,7 +100,7 @@ Scenario& Scenario::restart(const std::function<void()>& beforeTheFirstPoll) {
 }
 
 Scenario& Scenario::simulate(SystemActivityEvent event) {
-    noteSuspension(); // the event may end it
+    noteSuspension(); // the event may end the suspension
     desktop.simulate(event);
     desktop.queue().runDue();
     return *this;

@@ -32,7 +32,7 @@ class Scenario {
     /// This is long enough for an arrangement, its second pass, the verification of both, and the polls that repair
     /// drift. It is too short for a status message to end.
     static constexpr Seconds kSettlingTime{2.4};
-    /// `kSettlingTime`, or longer while an application does not respond, since each poll waits for it.
+    /// `kSettlingTime`, or longer while an application does not respond, since each poll waits for that application.
     Seconds settlingTime() const;
 
     Scenario();
@@ -73,8 +73,8 @@ class Scenario {
     // Time
     Scenario& advance(Seconds duration);
     Scenario& settle() { return advance(settlingTime()); }
-    /// Advances by 20 s: windows have then refused frames below minimum sizes that they do not announce, and other
-    /// windows have made room for them.
+    /// Advances by 20 s. After this time, windows have refused frames below minimum sizes that they do not announce,
+    /// and other windows have made room for these windows.
     Scenario& rest();
 
     // Expectations. A failure prints the whole screen.
@@ -87,7 +87,7 @@ class Scenario {
     void expectFocus(std::string_view label);
     /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
-    /// How many polls an idle desktop may make within the duration: 0 if the desktop announces every change.
+    /// How many polls may run within the duration while the desktop is idle: 0 if the desktop announces every change.
     int mostPollsAtRest(Seconds duration) const;
     /// The lines of the last arrangement's explanation.
     std::string explanation();
