@@ -1,6 +1,6 @@
 // Random events of a long session in a short time, with real windows and the real agent.
 //
-// KOVA_SOAK_SECONDS   the duration; the growth of memory is checked if it is at least a minute
+// KOVA_SOAK_SECONDS   the duration; the growth of memory is checked if the duration is at least a minute
 // KOVA_SOAK_SEED      the seed of the random numbers; the events also depend on the speed of the machine
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
@@ -130,7 +130,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
 
     // What the machine does
     void changeDisplays() {
-        // Few sizes, since the agent keeps a record of each display.
+        // Only few sizes are used, since the agent keeps a record of each display.
         const auto width = anyOf({"800", "960", "1200"});
         switch (below(3)) {
         case 0: // one display becomes two
@@ -151,8 +151,8 @@ class Soak : public ::testing::TestWithParam<Manager> {
     bool isManaged(const Window& window) const {
         return !applications_[window.application]->numbers(window.number, "WM_STATE").empty();
     }
-    /// Kills the window manager and starts it again. Before that, waits until all windows are managed: requests to map
-    /// a window that the old window manager has not handled are lost, and the new one manages only mapped windows.
+    /// Kills the window manager and starts a new one. First waits until all windows are managed: a request to map a
+    /// window is lost if the old window manager has not handled it, and the new one manages only mapped windows.
     void replaceManager() {
         if (GetParam() == Manager::none) return;
         const auto areAllManaged = [this] {
@@ -297,7 +297,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
     }
 
     // What must be true
-    /// Tiles must not overlap, except those that one window spans, which have the same frame.
+    /// Tiles that one window spans have the same frame. Other tiles must not overlap.
     void expectNoOverlaps() {
         const auto tiles = session_.query("tiles");
         EXPECT_FALSE(tiles.empty());
@@ -335,7 +335,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         }
         return lost;
     }
-    /// A terminal can become so small that it is not managed.
+    /// A terminal can become so small that KOVA does not manage it.
     bool isSmall(const Terminal& terminal) const {
         const auto properties = session_.run({"xwininfo", "-name", terminal.title}).output;
         const auto isBelow = [&](const std::string& label, int least) {
