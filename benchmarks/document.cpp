@@ -34,13 +34,13 @@ struct Session {
             desktop.setTitle(desktop.open(name), "Document " + std::to_string(i));
         }
     }
-    /// The work of the polling queue, off the main thread.
+    /// Does the work of the polling queue, which the agent does on another thread.
     void readDesktop() {
         desktop.pollingQueue().setJobDuration(kReadingTime);
         controller.refresh();
         desktop.queue().runDue();
     }
-    /// The work of the main queue on the result.
+    /// Does the work of the main queue on the result of the poll.
     void takeResult() { desktop.queue().advance(kReadingTime); }
 
     SimulatedDesktop desktop;

@@ -1,6 +1,7 @@
-// The time of one movement of a divider between two halves of six windows, compared with a program that only sends the
-// same six requests, on a private X server without a window manager: until the last request is sent, and until the
-// server has carried it out. They run alternately; the result is the median of each. The handle in the gap moves, too.
+// Measures one movement of a divider between two halves of six windows on a private X server without a window manager.
+// It is compared with code that only sends the same six requests. Two times are measured: until the last request is
+// sent, and until the server has carried out the requests. The two kinds of movement alternate, and each result is a
+// median. The movement of a divider also moves the handle in its gap.
 //
 //   drag_benchmark [ROUNDS]
 #include "app/LayoutDividerWindowController.h"
@@ -21,7 +22,7 @@ std::chrono::steady_clock::time_point lastSent;
 
 } // namespace
 
-/// Replaces the system's function for the X library.
+/// The X library calls this function instead of the system's. It notes the time of the last request.
 extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
     const auto written = syscall(SYS_writev, descriptor, parts, count);
     lastSent = std::chrono::steady_clock::now();

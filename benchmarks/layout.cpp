@@ -1,6 +1,6 @@
 // The layout engine compared with the shortest time that its arithmetic can take. `Floor` divides the same balanced
 // trees with the same minimum sizes in plain arrays of numbers, without names, slots or dividers. `Solver` and
-// `Display` report how many times longer they take than that ("ratio").
+// `Display` report how many times longer than `Floor` they take ("ratio").
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
 #include "workspace/DisplayLayouts.h"
@@ -49,13 +49,13 @@ class FloorTree {
             if (node.second == 0) continue;
             const std::size_t a = i + 1, b = static_cast<std::size_t>(node.second);
             const Frame r = frames_[i];
-            const int space = (node.horizontal ? r.width : r.height) - kGap;
-            const int low = node.horizontal ? minimumWidths_[a] : minimumHeights_[a];
-            const int high = space - (node.horizontal ? minimumWidths_[b] : minimumHeights_[b]);
+            const int space = (node.isHorizontal ? r.width : r.height) - kGap;
+            const int low = node.isHorizontal ? minimumWidths_[a] : minimumHeights_[a];
+            const int high = space - (node.isHorizontal ? minimumWidths_[b] : minimumHeights_[b]);
             int first = static_cast<int>(static_cast<float>(space) * node.ratio);
             first = high < low ? first : std::clamp(first, low, high);
             frames_[a] = frames_[b] = r;
-            if (node.horizontal) {
+            if (node.isHorizontal) {
                 frames_[a].width = first;
                 frames_[b].x = r.x + first + kGap;
                 frames_[b].width = r.width - kGap - first;
@@ -74,7 +74,7 @@ class FloorTree {
         std::int32_t second = 0;
         std::int32_t tile = -1;
         float ratio = 0.5F;
-        bool horizontal = true;
+        bool isHorizontal = true;
     };
     struct Frame {
         int x, y, width, height;
@@ -90,7 +90,7 @@ class FloorTree {
         build(tiles - tiles / 2, depth + 1);
         const int second = build(tiles / 2, depth + 1);
         nodes_[at].second = second;
-        nodes_[at].horizontal = depth % 2 == 0;
+        nodes_[at].isHorizontal = depth % 2 == 0;
         nodes_[at].ratio = static_cast<float>(tiles - tiles / 2) / static_cast<float>(tiles);
         return static_cast<int>(at);
     }
@@ -107,8 +107,8 @@ class FloorTree {
             const std::size_t a = i + 1, b = static_cast<std::size_t>(node.second);
             const auto& w = minimumWidths_;
             const auto& h = minimumHeights_;
-            minimumWidths_[i] = node.horizontal ? w[a] + kGap + w[b] : std::max(w[a], w[b]);
-            minimumHeights_[i] = node.horizontal ? std::max(h[a], h[b]) : h[a] + kGap + h[b];
+            minimumWidths_[i] = node.isHorizontal ? w[a] + kGap + w[b] : std::max(w[a], w[b]);
+            minimumHeights_[i] = node.isHorizontal ? std::max(h[a], h[b]) : h[a] + kGap + h[b];
         }
     }
 
@@ -179,7 +179,7 @@ void Solver(benchmark::State& state) {
     state.counters["unsatisfied"] = static_cast<double>(result.unsatisfiedTileIDs.size());
 }
 
-/// A window that fits no single slot, in a layout of which every other slot is taken.
+/// Searches a span for a window that fits no single slot. Every second slot of the layout is occupied.
 void searchSpan(benchmark::State& state, const std::vector<TileSlot>& slots, std::size_t anchor, CGSize minimumSize) {
     std::set<SlotID> occupied;
     for (std::size_t i = 0; i < slots.size(); i += 2) occupied.insert(slots[i].id);
@@ -206,8 +206,8 @@ std::vector<TileSlot> grid(int columns, int rows) {
 }
 
 void SpanInGridOf63(benchmark::State& state) {
-    const bool everything = state.range(0) == 1;
-    searchSpan(state, grid(9, 7), 31, everything ? CGSize{kWidth - 20, kHeight - 20} : CGSize{700, 500});
+    const bool fillsDisplay = state.range(0) == 1;
+    searchSpan(state, grid(9, 7), 31, fillsDisplay ? CGSize{kWidth - 20, kHeight - 20} : CGSize{700, 500});
 }
 
 /// No two edges coincide, so every rectangle of edges has to be examined.

@@ -1,6 +1,6 @@
-// The time of an undo of 100 windows, compared with a program that only sends the same requests, on a private X server
-// without a window manager: from the command until the server has carried out the requests. Both run alternately; the
-// result is the median of each. The number of flushes is printed as well; one is enough.
+// Measures an undo of 100 windows on a private X server without a window manager, from the command until the server has
+// carried out the requests. The undo is compared with code that only sends the same requests. The two alternate, and
+// each result is a median. The number of flushes is printed as well; one is enough.
 //
 //   undo_benchmark [ROUNDS]
 #include "benchmarks/RealWorkspace.h"
@@ -20,7 +20,7 @@ int writes = 0;
 
 } // namespace
 
-/// Replaces the system's function for the X library.
+/// The X library calls this function instead of the system's. It counts the flushes.
 extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
     ++writes;
     return syscall(SYS_writev, descriptor, parts, count);
@@ -55,9 +55,9 @@ class Bench : private RealWorkspace {
     Bench() {
         for (int i = 0; i < kWindows; ++i) windows.push_back(client->open({.title = "w", .frame = place(i, 0)}));
         controller.start(false);
-        ready_ = desk.runUntil([&] { return controller.liveWindows().size() == kWindows; });
+        isReady_ = desk.runUntil([&] { return controller.liveWindows().size() == kWindows; });
     }
-    bool isReady() const { return ready_; }
+    bool isReady() const { return isReady_; }
 
     /// Performs an action and then moves all windows, so that the undo has to move them back.
     void prepare() {
@@ -103,7 +103,7 @@ class Bench : private RealWorkspace {
     static std::size_t index(int window) { return static_cast<std::size_t>(window); }
 
     int flushes_ = 0;
-    bool ready_ = false;
+    bool isReady_ = false;
 };
 
 } // namespace

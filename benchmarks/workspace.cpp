@@ -54,10 +54,10 @@ BENCHMARK(PollThatFindsNothingNew)->Arg(6)->Arg(20)->Arg(100);
 
 void ChangeOfLayout(benchmark::State& state) {
     Session session(state.range(0));
-    bool portrait = false;
+    bool isPortrait = false;
     for (auto _ : state) {
-        portrait = !portrait;
-        session.select(portrait ? "jarvis.six-grid-portrait" : "jarvis.six-grid");
+        isPortrait = !isPortrait;
+        session.select(isPortrait ? "jarvis.six-grid-portrait" : "jarvis.six-grid");
         state.PauseTiming();
         session.desktop.queue().advance(Seconds(2));
         state.ResumeTiming();
