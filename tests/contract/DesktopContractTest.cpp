@@ -112,7 +112,7 @@ TEST_P(DesktopContract, ADestroyedDesktopCallsNothingBack) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
+TEST_P(DesktopContract, TheFirstDisplayIsThePrimaryDisplayAndChangesAreReported) {
     const auto screens = [&] { return desktop().screens().screens(); };
     ASSERT_FALSE(screens().empty());
     const auto expectValidScreens = [&] {

@@ -78,7 +78,7 @@ TEST_P(DesktopContract, AnElementStaysTheSameAsLongAsItsWindowExists) {
     EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized); }));
     EXPECT_EQ(element("Plan B — “final”"), plan);
 
-    // A new window with the title of a closed one has another element.
+    // A new window with the title of a closed window has another element.
     desktop().close("Draft");
     desktop().open(kDraft);
     EXPECT_TRUE(until([&] { return find("Draft") && find("Draft") != draft; }));
@@ -157,7 +157,7 @@ TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
         << text(desktop().frame("Plan")) << ", read as " << text(frameOf(plan));
     EXPECT_TRUE(becomes({{Attribute::position, CGPoint{100, 110}}}, makeRect(100, 110, 640, 420)));
     EXPECT_TRUE(becomes({{Attribute::size, CGSize{500, 380}}}, makeRect(100, 110, 500, 380)));
-    // Of several writes to one attribute the last one counts.
+    // Of several writes to one attribute the last write counts.
     EXPECT_TRUE(becomes({{Attribute::size, CGSize{900, 600}},
                          {Attribute::position, CGPoint{20, 30}},
                          {Attribute::size, CGSize{450, 360}},
@@ -281,7 +281,7 @@ TEST_P(DesktopContract, OnlyTheFocusedWindowAndItsApplicationReadAsFocused) {
         EXPECT_FALSE(flag(accessibility().applicationElement(other), Attribute::frontmost));
     }
     EXPECT_FALSE(flag(draft, Attribute::main));
-    // Another window is focused when the focused one is minimized.
+    // When the focused window is minimized, another window is focused.
     write(plan, {{Attribute::minimized, true}});
     EXPECT_TRUE(until([&] {
         return read(accessibility().applicationElement(editor), Attribute::focusedWindow) == AttributeValue(draft);

@@ -1,5 +1,5 @@
 // An application with ordinary windows, for the contract tests on a Mac. With "--commands" it reads commands from
-// standard input, one per line with words separated by tabs, and prints one line in response to each. Without
+// standard input, one per line with words separated by tabs, and prints one line for each command. Without
 // "--commands" it opens a window with the program's name as its title.
 //
 //   open TITLE X Y WIDTH HEIGHT MINWIDTH MINHEIGHT   move TITLE X Y WIDTH HEIGHT   retitle TITLE NEWTITLE
