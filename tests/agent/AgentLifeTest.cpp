@@ -1,4 +1,4 @@
-// The real agent, from its start to each of its ends.
+// The real agent, from its start to its end, in each way in which it can end.
 #include "support/Version.h"
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"

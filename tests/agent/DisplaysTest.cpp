@@ -69,7 +69,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
 };
 
 TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
-    // A monitor in standby looks like a disconnected one, so the agent waits before it moves windows.
+    // A monitor in standby looks like a disconnected monitor, so the agent waits before it moves windows.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     plugIn("right", "960/254x1080/285+960+0");
@@ -77,8 +77,8 @@ TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
     settle();
     EXPECT_TRUE(isAsBefore());
 
-    // Now the display is disconnected for longer than the agent waits: its windows move to the other display, and
-    // return with it.
+    // Now the display is disconnected for longer than the agent waits. Its windows move to the other display, and
+    // return when the display returns.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     sleep(3);
