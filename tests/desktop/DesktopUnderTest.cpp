@@ -83,7 +83,7 @@ ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
 
 DesktopUnderTest::DesktopUnderTest(Manager manager, const std::string& size, ClientProcessNumbers numbers) :
     // The server reports the processes of its clients even if the desktop under test must not read them (`numbers_`):
-    // some window managers need them.
+    // some window managers need these numbers.
     numbers_(numbers), server_(size, ClientProcessNumbers::reported) {
     if (manager == Manager::openbox) server_.startManager();
 }

@@ -35,7 +35,7 @@ class Hiding : public ::testing::TestWithParam<Manager> {
     xcb_window_t inbox = 0, draft = 0;
 };
 
-TEST_P(Hiding, HidesAllWindowsOfAnApplicationAndShowsExactlyThoseAgain) {
+TEST_P(Hiding, HidesAllWindowsOfAnApplicationAndShowsExactlyTheseWindowsAgain) {
     desk->service().minimize(desk->window("Draft"));
     ASSERT_TRUE(desk->runUntil([&] { return desk->isMinimized("Draft"); }));
     desk->desktop().hide(4001);
@@ -186,7 +186,7 @@ TEST_P(Hiding, ByAKilledAgentIsUndoneByTheNextAgent) {
     EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
     EXPECT_TRUE(desk->runUntil([&] { return !std::filesystem::exists(desk->hiddenWindowsFile()); }));
 
-    // A window that reuses the number of a hidden one stays unmapped, and invalid files are ignored.
+    // A window that reuses the number of a hidden window stays unmapped, and invalid files are ignored.
     const auto unmapped = notes->create({.title = "Never shown"});
     desk->closeDesktop();
     for (const std::string& content : {R"({"windows":[{"window":)" + std::to_string(unmapped) +

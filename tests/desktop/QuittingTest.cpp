@@ -140,8 +140,8 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(refusal);
         return refusal.value_or("") == reason;
     };
-    // Without a window manager an event reports a destroyed window at once. With one, the next poll reads the list of
-    // windows.
+    // Without a window manager an event reports a destroyed window at once. With a window manager, the next poll reads
+    // the list of windows.
     if (GetParam() == Manager::none) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }

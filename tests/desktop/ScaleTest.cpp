@@ -80,7 +80,7 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     setResource("144");
     EXPECT_TRUE(becomes(1.5, "0,0 853x533", "133,66 266x200"));
 
-    // While it runs, the settings manager takes precedence over the resources.
+    // While the settings manager runs, its settings take precedence over the resources.
     const auto panel = desk.client("Panel", 4002);
     SettingsManager manager(*panel);
     manager.write(96);
