@@ -220,7 +220,8 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     passes(1);
     EXPECT_EQ(workspace.liveWindows().size(), 2U);
 
-    // A sleep before the workspace stops, and a switched session while it is stopped, do not affect the next start.
+    // A sleep that begins before the workspace stops does not affect the next start. Nor does a session switch while
+    // the workspace is stopped.
     simulate({systemWillSleep});
     delegate.stopWorkspace();
     EXPECT_EQ(delegate.systemActivityState(), SystemActivityState{});

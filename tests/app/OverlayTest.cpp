@@ -109,7 +109,7 @@ TEST_F(Overlay, ATileIsShownAsAWholeEvenIfItsWindowIsSmaller) {
     EXPECT_EQ(describeFrame(*tile.footerFrame), "10,1402 1264x28");
 }
 
-TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
+TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomWithTheNoticeForSixSeconds) {
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2400, 400}}});
     show();
     ASSERT_TRUE(desk.controller().perform(

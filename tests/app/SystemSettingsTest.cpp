@@ -12,7 +12,7 @@
 namespace kova {
 namespace {
 
-/// Captures the log while it exists.
+/// Captures the log as long as this object exists.
 class CapturedLog {
   public:
     CapturedLog() {
