@@ -16,7 +16,7 @@
 
 namespace kova {
 
-TEST(ControlClient, DistinguishesASilentAgentFromAMissingOne) {
+TEST(ControlClient, DistinguishesASilentAgentFromAMissingAgent) {
     const TemporaryFolder folder;
     const std::string path = (folder.path() / "s").string();
     const auto failureAt = [](const std::string& place) {
@@ -37,7 +37,7 @@ TEST(ControlClient, DistinguishesASilentAgentFromAMissingOne) {
     {
         // The last line of an agent that closes the connection is received, although requests cannot be sent any more.
         auto connected = ControlClient::connect(path);
-        close(accept(listening, nullptr, nullptr)); // the connection of the check above
+        close(accept(listening, nullptr, nullptr)); // the connection that the last `failureAt` opened
         const int theirs = accept(listening, nullptr, nullptr);
         ASSERT_EQ(write(theirs, "full\n", 5), 5);
         close(theirs);

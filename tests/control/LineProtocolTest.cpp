@@ -181,8 +181,8 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     getrusage(RUSAGE_SELF, &after);
     EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients do not wake the agent up";
 
-    // A client that stops sending within a line gets an error. The agent disconnects it, and also a client that stops
-    // sending without having sent anything.
+    // A client that stops sending within a line gets an error. The agent disconnects this client, and also a client
+    // that stops sending without having sent anything.
     silent[1].endSending();
     EXPECT_EQ(codeOf(silent[1].message()), controlCode::parseError);
     EXPECT_TRUE(silent[1].isClosedByAgent());
@@ -276,7 +276,7 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     listen();
     auto connection = client();
     auto other = client();
-    // Input of one client may be read after later input of another, so the test waits for both.
+    // Input of one client may be read after later input of another client, so the test waits for both inputs.
     const auto isHeld = [&](std::size_t count) {
         return waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() >= count; }) &&
                other.request(kEcho)["id"] == 7 && agent.held.size() == count;

@@ -24,7 +24,7 @@ TEST(UnsentBudget, DropsTheClientThatHasReadNothingForTheLongestTime) {
     EXPECT_EQ(budget.bytesHeld(), 60U);
     b.hold(1000, at(5));
     EXPECT_EQ(budget.bytesHeld(), 60U) << "a dropped client no longer counts";
-    c.hold(500, at(6)); // a single client may exceed the limit while no other holds anything
+    c.hold(500, at(6)); // a single client may exceed the limit while no other client holds anything
     EXPECT_EQ(dropped, "ba");
     EXPECT_EQ(budget.bytesHeld(), 500U);
     {
