@@ -80,7 +80,8 @@ TEST_F(Diagnosis, TheLogIsReadWithItsOlderFileAndFollowed) {
 
     auto following = begin({"log", "-f", "--level", "error"});
     EXPECT_TRUE(following->waitForOutput("a fault"));
-    std::filesystem::rename(path(kLogFolder + "agent.log"), path(kLogFolder + "agent.1.log")); // as at the size limit
+    std::filesystem::rename(path(kLogFolder + "agent.log"),
+                            path(kLogFolder + "agent.1.log")); // as the agent does at the size limit
     files.write(kLogFolder + "agent.log", "2024-02-29 12:35:00.000 error: another fault\n");
     EXPECT_TRUE(following->waitForOutput("another fault")) << following->out;
 }
