@@ -134,7 +134,7 @@ TEST_F(Keys, AreNotTypedIntoOwnWindowsEvenIfRefused) {
     EXPECT_EQ(keyboard.takeTyped().size(), 2U);
 }
 
-TEST_F(Keys, ActOnceEachWithMonitorsAndNotWithoutThem) {
+TEST_F(Keys, ActOncePerPressAndOnlyWhileMonitorsAreInstalled) {
     coordinator.installMonitors();
     keyboard.press(keyCode::right, kFocus);
     desk.settle();

@@ -128,7 +128,7 @@ TEST(Shortcuts, OfAnotherActionAreRefused) {
     EXPECT_EQ(settings.shortcut(undo)->keyLabel, "Z");
     EXPECT_TRUE(settings.setShortcut(ofFocusLeft, focusLeft)) << "an action may get the shortcut that it has";
     EXPECT_EQ(settings.conflictingAction({4, 0x40000, "H"}, undo), std::nullopt) << "the modifiers differ";
-    // If several actions conflict, the result is the first one in the order of the actions.
+    // If several actions conflict, the result is the action that comes first in the order of the actions.
     KovaShortcutConfiguration twice = *settings.configuration;
     twice.setShortcut(ofFocusLeft, cycleStack);
     twice.setShortcut(ofFocusLeft, commandCenter);

@@ -230,7 +230,7 @@ TEST(URLHandler, DrivesTheWorkspace) {
     desk.expectMessage("Accessibility permission is required");
 }
 
-TEST(URLHandler, AcceptsTwentyWithinASecondAndLogsTheRestOnce) {
+TEST(URLHandler, AcceptsTwentyURLsWithinASecondAndLogsTheRestOnce) {
     using enum URLHandler::Verdict;
     std::vector<std::string> logged;
     setLogWriter([&](LogLevel, const std::string& text) { logged.push_back(text); }, LogLevel::note);
