@@ -34,7 +34,7 @@ TEST(PreferenceMerge, MergesTheChangesOfBothSides) {
          "k.a.x"},
         {"", R"({"a":1,"c":1})", R"({"b":1,"c":1})", R"({"a":1,"b":1,"c":1})"},
         {"{}", R"({"a":1})", R"({"b":1})", R"({"a":1,"b":1})"},
-        // Two cases of an enumeration are not made into one value.
+        // Different cases of an enumeration are not merged into one value.
         {R"({"float":{}})", R"({"tile":{"slotID":"a"}})", R"({"ignore":{}})", R"({"tile":{"slotID":"a"}})", "k"},
         // Records of a list: one added by each side, one removed, one edited.
         {R"([{"id":"1","n":1},{"id":"2"}])", R"([{"id":"1","n":2},{"id":"2"},{"id":"3"}])",
