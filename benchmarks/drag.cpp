@@ -1,7 +1,7 @@
 // Measures one movement of a divider between two halves of six windows on a private X server without a window manager.
-// It is compared with code that only sends the same six requests. Two times are measured: until the last request is
-// sent, and until the server has carried out the requests. The two kinds of movement alternate, and each result is a
-// median. The movement of a divider also moves the handle in its gap.
+// The movement is compared with code that only sends the same six requests. Two times are measured: until the last
+// request is sent, and until the server has carried out the requests. The two kinds of movement alternate, and each
+// result is a median. The movement of a divider also moves the handle in its gap.
 //
 //   drag_benchmark [ROUNDS]
 #include "app/LayoutDividerWindowController.h"
