@@ -83,7 +83,7 @@ std::variant<AgentClaim, AgentClaimRefusal> AgentClaim::take(const ControlSocket
 }
 
 AgentClaim::~AgentClaim() {
-    // The file stays: removing it would let two agents lock two files of the same name.
+    // The lock file stays: removing it would let two agents lock two files of the same name.
     if (lock_ >= 0) close(lock_);
 }
 

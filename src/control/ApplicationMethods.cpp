@@ -126,8 +126,8 @@ ControlReply endApplication(WorkspaceController& controller, const JsonCursor& p
                 {"message", orNull(outcome.message())}};
 }
 
-/// Force quits the applications in "confirmed". Without that parameter returns the question that the client asks the
-/// user for confirmation.
+/// Force quits the applications in "confirmed". Without that parameter, returns the question with which the
+/// client asks the user for confirmation.
 ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto candidates = controller.regularApplicationsToForceQuit();
     const auto confirmed = parameters.optional("confirmed");

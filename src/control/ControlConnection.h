@@ -37,7 +37,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     using Closed = std::function<void(const std::shared_ptr<ControlConnection>&)>;
 
     /// `readBuffer` is shared by all connections of the thread: a silent client holds no buffer of its own. `received`
-    /// is called on either thread, the next time only after `finishMessage`; `closed` on the control thread.
+    /// is called on either thread, and for the next message only after `finishMessage`. `closed` is called on the
+    /// control thread.
     ControlConnection(std::shared_ptr<asio::io_context> context, Socket socket, const ControlServerLimits& limits,
                       std::shared_ptr<UnsentBudget> budget, std::span<char> readBuffer, Received received,
                       Closed closed);
@@ -49,8 +50,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     // Main thread
     void send(const std::string& line) override;
     void sendAfterResponse(const std::string& line) override;
-    /// Adds the response to one request of a batch, which counts as unread until the whole batch is sent. No-op if
-    /// empty.
+    /// Adds the response to one request of a batch; no-op if the response is empty. The response counts as unread until
+    /// the whole batch is sent.
     void addToBatch(std::string_view response);
     /// Sends the response to the received message (nothing if it is empty), for a batch together with the added
     /// responses. The next message is received once the client has read the output.

@@ -141,7 +141,8 @@ ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor&
     return inForce(controller, *display);
 }
 
-/// Sets the application to which arrangements offer the tiles of a slot first; clears it if the parameters name none.
+/// Sets the application to which arrangements offer the tiles of a slot first; clears it if the parameters
+/// name no application.
 ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto slot = lookUpSlotOfAnyLayout(controller, parameters.required("tile").string());
     if (!slot) return slot.error();

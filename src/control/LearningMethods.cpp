@@ -53,7 +53,7 @@ class ApplicationNames {
   private:
     const WorkspaceController& controller_;
     std::map<std::string, std::string> names_; // by application key
-    bool hasReadInstalled_ = false;            // which is done only if no window has the name
+    bool hasReadInstalled_ = false;            // installed applications are read only if no window has the name
 };
 
 json nameOfSlot(const LayoutDefinition* layout, const SlotID& slotID) {

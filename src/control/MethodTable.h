@@ -27,7 +27,7 @@ class MethodTable {
     /// the next poll if windows changed since the last one.
     enum class Needs {
         nothing,
-        currentWindows, // waits for that poll, too
+        currentWindows, // always waits for that poll, too
         currentFrames,  // waits until frames were read on the polling queue
     };
     struct Method {

@@ -38,7 +38,8 @@ class OverlayBroadcast {
     /// The clients that draw the overlay.
     std::vector<std::weak_ptr<ControlPeer>> peers() { return {peers_.begin(), peers_.end()}; }
 
-    /// Whether a client draws the overlay. Drops disconnected clients, and stops watching the contents without clients.
+    /// Whether a client draws the overlay. Drops disconnected clients; if no client is left, stops watching
+    /// the contents.
     bool hasPeers();
     bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
 

@@ -39,7 +39,8 @@ struct OverlayDisplay {
     std::string layoutName{};
     bool isFocusMode = false; // one window owns the display
     bool isCurrent = false;   // as of the last change of this section
-    /// Frames of windows that are shown outside tiles and can cover the display's decoration; empty while it is off.
+    /// Frames of windows that are shown outside tiles and can cover the display's decoration; empty while the
+    /// decoration is off.
     std::vector<CGRect> floatingFrames{};
     bool operator==(const OverlayDisplay&) const = default;
 };
@@ -90,7 +91,7 @@ struct OverlayDivider {
     std::string layoutID;
     std::string splitID;
     int boundaryIndex = 0;
-    LayoutAxis axis = LayoutAxis::horizontal; // in which the divider moves
+    LayoutAxis axis = LayoutAxis::horizontal; // the axis along which the divider moves
     CGRect frame{};                           // the gap between the tiles
     bool isHovered = false;
     bool isDragged = false;
@@ -108,14 +109,14 @@ struct OverlayDrag {
 struct OverlayMessage {
     std::string text;
     std::optional<DisplayID> displayID; // the current one when the message appeared
-    std::string undoMethod; // of the socket, which reverts the reported action; empty: it cannot be reverted
+    std::string undoMethod; // the socket's method that reverts the reported action; empty if it cannot be reverted
     bool operator==(const OverlayMessage&) const = default;
 };
 
 /// A window that the user opens.
 struct OverlayShownWindow {
     std::optional<std::string> pane; // the pane to show; absent: the pane shown last
-    std::uint64_t request = 0;       // grows with each request to show the window: if it is open, it comes to the front
+    std::uint64_t request = 0; // grows with each request to show the window; an open window then comes to the front
     bool operator==(const OverlayShownWindow&) const = default;
 };
 

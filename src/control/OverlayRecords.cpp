@@ -228,7 +228,7 @@ void writeList(JsonText& out, const char* name, const std::vector<T>& values) {
     out.endArray();
 }
 
-/// The element that was at the index, or that had the same id elsewhere; null if there was none.
+/// The former element with the same id, at the same index or elsewhere; null if there was none.
 template <class T>
 const T* formerOf(const T& value, std::size_t index, const std::vector<T>& before) {
     if (index < before.size() && before[index].id == value.id) return &before[index];

@@ -134,7 +134,7 @@ ControlReply showSettings(const UserInterfaceParts& parts, const JsonCursor& par
     }
     SettingsWindowControl* settings = parts.settings();
     if (!settings) return refusal(kNoInterface);
-    if (parts.overlay) parts.overlay->hasPeers(); // forgets clients that are gone
+    if (parts.overlay) parts.overlay->hasPeers(); // drops disconnected clients
     if (auto problem = settings->show(pane)) return refusal(*problem);
     return json{{"pane", orNull(pane)}};
 }
@@ -149,7 +149,7 @@ ControlReply showInUserInterface(const UserInterfaceParts& parts, const JsonCurs
     if (what == "onboarding") {
         OnboardingWindowControl* onboarding = parts.onboarding();
         if (!onboarding) return refusal(kNoInterface);
-        if (parts.overlay) parts.overlay->hasPeers(); // forgets clients that are gone
+        if (parts.overlay) parts.overlay->hasPeers(); // drops disconnected clients
         if (auto problem = onboarding->show()) return refusal(*problem);
         return json{{"what", what}};
     }

@@ -20,15 +20,15 @@ class WorkspaceController;
 /// Returns the text that shows a shortcut.
 using ShortcutTexts = std::function<std::string(const KovaShortcut&)>;
 
-/// All of it outlives the methods.
+/// All these objects outlive the methods.
 struct UserInterfaceParts {
     const WorkspaceController& controller;
-    MenuServing* menu = nullptr; // null where there is none, as the other pointers
+    MenuServing* menu = nullptr; // as each pointer, null if the agent has no such object
     ShortcutTexts textOf;
     UserInterfaceControl* interface = nullptr;
     UserInterfaceDialogs* dialogs = nullptr;
     OverlayBroadcast* overlay = nullptr;
-    std::function<SettingsWindowControl*()> settings; // returns null where, or while, there is none
+    std::function<SettingsWindowControl*()> settings; // returns null while there is no such window
     std::function<OnboardingWindowControl*()> onboarding;
 };
 

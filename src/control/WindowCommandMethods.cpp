@@ -52,9 +52,9 @@ ControlReply carryOut(WorkspaceController& controller, const JsonCursor& paramet
     return planRecord(controller, isDryRun, std::get<WindowPlan>(planned));
 }
 
-/// The window that "window" names. "display" does not count here: it is the display of the tile.
+/// The window that "window" names. "display" is ignored here, since it names the display of the tile.
 WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
-    // Without the permission no window is known; the error names that cause.
+    // Without the permission no window is known; the error names the missing permission.
     if (auto failure = withoutPermission(controller)) return *std::move(failure);
     const auto named = parameters.optional("window");
     if (!named) return std::nullopt;

@@ -98,7 +98,7 @@ bool stillHolds(const WorkspaceController& controller, const AutoArrangePlacemen
     return front && (placement.behindID ? front->id == *placement.behindID : front->isFullScreen);
 }
 
-/// The rule that keeps the window out of arrangements; null when none does.
+/// The rule that keeps the window out of arrangements; null if there is no such rule.
 const WorkspaceRule* excludingRule(const WorkspaceController& controller, const ManagedWindow& window) {
     const auto& rules = *controller.state().rules;
     if (!*controller.state().continuousManagementEnabled || !isExcluded(rules, window)) return nullptr;
@@ -119,7 +119,7 @@ struct ExplainedDecision {
     std::string now; // the present state; empty while the decision holds
 };
 
-/// In the arrangement's order; empty before the first.
+/// In the arrangement's order; empty before the first arrangement.
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller) {
     const ArrangementPlan& plan = controller.lastArrangement();
     std::vector<ExplainedDecision> decisions;
@@ -157,7 +157,8 @@ std::vector<std::string> explainStandingChoices(const WorkspaceController& contr
     return lines;
 }
 
-/// Where the window is, which rule decides for it, what the last arrangement decided and what another would decide.
+/// Where the window is, which rule decides for it, what the last arrangement decided and what another arrangement
+/// would decide.
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window) {
     if (const ManagedWindow* owner = controller.windowOfDialog(window)) {
         return {nameOf(window) + " is a dialog of " + nameOf(*owner) +

@@ -34,9 +34,9 @@ class ControlClient {
 
     /// Sets the timeout of `receive`; zero (the default): no timeout.
     void setTimeout(std::chrono::milliseconds timeout);
-    /// Sends one line; `line` has no line break. Returns no failure if the line was sent. Also none if
-    /// the agent has closed the connection but a line from it is still unread: `receive` returns that line first, then
-    /// the failure.
+    /// Sends one line; `line` has no line break. Returns a failure if the line was not sent. Exception:
+    /// if the agent has closed the connection but a line from the agent is still unread, `send` returns none; `receive`
+    /// then returns that line first and the failure after it.
     std::optional<ConnectionFailure> send(std::string line);
     /// The next line, without its line break.
     Result<std::string, ConnectionFailure> receive();
