@@ -59,7 +59,7 @@ class AppDelegate {
     /// Null where the desktop has no such service.
     LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
     UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
-    /// Sets the action of the palette's shortcut, which has no effect before.
+    /// Sets the action of the palette's shortcut; until then the shortcut has no effect.
     void onOpenPalette(std::function<void()> open) { openPalette_ = std::move(open); }
     /// Null before `applicationDidFinishLaunching`.
     KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }

@@ -1,5 +1,6 @@
 // Whether the system's Dock hides itself, so that tiles have the whole screen. Until the user chooses, the Dock is not
-// changed. After that it is changed only if it differs from the choice, since a change restarts it. Main thread only.
+// changed. Afterwards the Dock is changed only if it differs from the choice, since each change restarts the Dock. Main
+// thread only.
 #pragma once
 
 #include "app/DockAutoHideServicing.h"

@@ -19,7 +19,7 @@ constexpr std::array kMoveShortcuts = {KovaShortcutAction::moveLeft, KovaShortcu
                                        KovaShortcutAction::moveUp, KovaShortcutAction::moveDown};
 constexpr std::array kSwapShortcuts = {KovaShortcutAction::swapLeft, KovaShortcutAction::swapRight,
                                        KovaShortcutAction::swapUp, KovaShortcutAction::swapDown};
-constexpr std::size_t kNumberedTiles = 9; // have shortcuts of their own
+constexpr std::size_t kNumberedTiles = 9; // the first tiles have shortcuts of their own
 constexpr std::array<const char*, 4> kFocusTitles = {"Focus Left", "Focus Right", "Focus Up", "Focus Down"};
 constexpr std::array<const char*, 4> kMoveTitles = {"Move Window Left", "Move Window Right", "Move Window Up",
                                                     "Move Window Down"};

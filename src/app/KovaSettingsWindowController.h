@@ -1,5 +1,6 @@
 // Decides when the settings window is shown: only on request, until the user closes it or the agent ends. A section of
-// the overlay's contents says whether it is shown, so that a kova-ui that starts later shows it. Main thread only.
+// the overlay's contents says whether the window is shown, so that a kova-ui that starts later shows it. Main thread
+// only.
 #pragma once
 
 #include "app/OverlayBoard.h"

@@ -18,7 +18,8 @@ class PermissionRequest final : public PermissionControl {
     bool canAsk() const override { return system_ != nullptr; }
     void ask() override {
         if (!system_) return;
-        // The system shows its dialog once; afterwards the user can allow it only in the system settings.
+        // The system shows its dialog once; afterwards the user can grant the permission only in the system
+        // settings.
         const bool needsSettings = std::exchange(hasAsked_, true) || accessibility_.stalePermission();
         if (needsSettings) return system_->openPermissionSettings();
         (void)accessibility_.requestTrust(true);

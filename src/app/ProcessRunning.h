@@ -13,7 +13,7 @@ struct ProcessOutcome {
     Ending ending = Ending::notStarted;
     int exitCode = 0;    // if `exited`
     std::string output;  // standard output, up to 64 KiB
-    std::string problem; // standard error, up to 64 KiB, or why it could not be started
+    std::string problem; // standard error, up to 64 KiB, or why the program could not be started
     bool hasSucceeded() const { return ending == Ending::exited && exitCode == 0; }
 };
 

@@ -20,7 +20,7 @@ std::vector<Subscription> observe(const Published<bool>& isOn, const Controller&
 
 SystemSetting startAtLoginSetting(LaunchAtLoginController& controller) {
     return {[&controller]() -> SystemSetting::State {
-                controller.refreshStatus(); // the user may have changed it in the system's settings
+                controller.refreshStatus(); // the user may have changed the state in the system's settings
                 return {*controller.startsAtLogin(), *controller.errorMessage(), controller.guidance(), std::nullopt};
             },
             [&controller](bool isOn) { controller.setStartsAtLogin(isOn); },

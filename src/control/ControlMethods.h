@@ -46,9 +46,9 @@ struct ControlContext {
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
     UserInterfaceDialogs* dialogs = nullptr;                     // null where the platform has dialogs of its own
-    std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or returns null: there is none yet
+    std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or returns null while there is no window
     std::function<OnboardingWindowControl*()> onboardingWindow = {};
-    PermissionControl* permission = nullptr; // null where none is needed
+    PermissionControl* permission = nullptr; // null if no permission is needed
 };
 
 /// Main thread only.

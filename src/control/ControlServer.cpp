@@ -62,7 +62,7 @@ int listenAt(const std::string& path) {
     const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     if (listening < 0) return -1;
     // This process holds the claim, so an existing socket belongs to an agent that has exited. No client can connect
-    // before listen(), so the mode is set before.
+    // before listen(), so the mode is set before that call.
     unlink(path.c_str());
     const bool isReady = prepareSocket(listening) &&
                          bind(listening, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) == 0 &&

@@ -38,7 +38,7 @@ class ControlServer {
 
     /// From now on clients can connect; they wait until `serve`. Absent on success, else the error for the user.
     std::optional<std::string> start();
-    /// Begins to read requests. Once, after `start`.
+    /// Begins to read requests. Call once, after `start`.
     void serve();
 
   private:
