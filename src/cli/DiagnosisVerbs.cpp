@@ -87,7 +87,7 @@ bool print(const std::vector<LogLine>& lines, const Arguments& arguments) {
     return out.empty() || writeAll(STDOUT_FILENO, out);
 }
 
-/// Follows a file that grows, and its successor when it is replaced by a new file of its name.
+/// Follows a file that grows, and, after it is replaced, the new file of the same name.
 class FollowedFile {
   public:
     explicit FollowedFile(std::string path) : path_(std::move(path)) {}
@@ -189,7 +189,7 @@ std::string preferencesSection(Redactor& redactor) {
     return asText(redactor.applied(preferences), 2);
 }
 
-/// Without lines of level detail, which may contain names and titles.
+/// Leaves out lines of the level “detail”, which may contain names and titles.
 std::string logSection() {
     const auto lines = readLog(LogSeverity::note);
     if (!lines) return "There is none.\n";

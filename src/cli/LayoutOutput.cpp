@@ -15,9 +15,9 @@ namespace {
 
 using nlohmann::json;
 
-constexpr double kCellAspect = 2; // a character is about twice as high as wide
-constexpr int kSmallHeight = 5;   // rows of a picture in the list
-constexpr int kTallest = 60;      // rows of any picture
+constexpr double kCharacterAspect = 2; // a character is about twice as high as wide
+constexpr int kSmallHeight = 5;        // rows of a picture in the list
+constexpr int kTallest = 60;           // rows of any picture
 
 Lines lineStyle() {
     return isUnicodeTerminal() ? Lines::box : Lines::ascii;
@@ -55,7 +55,7 @@ PictureTile pictureTile(const json& tile) {
 std::string printLayout(const json& result, const Arguments& arguments) {
     const int columns = arguments.number("width").value_or(terminalWidth());
     const int rows =
-        std::clamp(static_cast<int>(std::lround(columns / aspect(result.at("area")) / kCellAspect)), 3, kTallest);
+        std::clamp(static_cast<int>(std::lround(columns / aspect(result.at("area")) / kCharacterAspect)), 3, kTallest);
     std::vector<PictureTile> tiles;
     for (const json& tile : result.at("tiles")) tiles.push_back(pictureTile(tile));
 
@@ -98,7 +98,7 @@ std::string printLayoutList(const json& result, const Arguments&) {
         for (const json& slot : layout.at("slots")) tiles.push_back({rectOf(slot.at("frame")), {}});
         // An odd number, so that a half has a column of its own.
         const int columns =
-            static_cast<int>(std::lround(aspect(layout.at("referenceSize")) * kSmallHeight * kCellAspect)) | 1;
+            static_cast<int>(std::lround(aspect(layout.at("referenceSize")) * kSmallHeight * kCharacterAspect)) | 1;
         const auto picture = drawLayout(tiles, columns, kSmallHeight, lineStyle());
 
         const std::string count = std::to_string(tiles.size()) + (tiles.size() == 1 ? " tile" : " tiles");

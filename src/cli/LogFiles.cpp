@@ -12,7 +12,7 @@ namespace kova::cli {
 
 namespace {
 
-constexpr std::size_t kLargestLog = 16 * 1024 * 1024; // far more than the agent keeps
+constexpr std::size_t kLargestLog = 16 * 1024 * 1024; // bytes, far more than the agent keeps
 constexpr std::size_t kTimeLength = 23;
 
 constexpr std::array<std::pair<std::string_view, LogSeverity>, 4> kWordsInFile = {{{"debug", LogSeverity::detail},

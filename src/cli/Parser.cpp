@@ -19,7 +19,7 @@ namespace {
 using nlohmann::json;
 using Kind = Parameter::Kind;
 
-/// What is wrong with a word, and what would be right.
+/// What is wrong with a word, and which words would be right.
 struct WrongWord {
     std::string what;
     std::vector<std::string> choices{};

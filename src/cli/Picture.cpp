@@ -19,7 +19,7 @@ struct Interval {
     double low, high;
 };
 
-/// A tile on the canvas: the cells of its four lines.
+/// A tile on the canvas: the rows and columns of its four lines.
 struct Box {
     int left, top, right, bottom;
 };
@@ -51,8 +51,8 @@ class SharedEdges {
         for (std::size_t edge = 0; edge < values_.size(); ++edge) places_.push_back(place(edge));
     }
 
-    /// The cells of each tile's two edges on an axis of `count` cells, which is increased until every tile has an
-    /// inside.
+    /// The positions of each tile's two edges on an axis of `count` characters. `count` is increased until every tile
+    /// has an inside.
     std::vector<std::pair<int, int>> cells(int& count) const {
         constexpr int kMostCells = 400;
         for (;; ++count) {

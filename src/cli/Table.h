@@ -17,7 +17,7 @@ struct TableColumn {
 class Table {
   public:
     explicit Table(std::vector<TableColumn> columns);
-    /// One cell per column.
+    /// One text per column.
     void add(std::vector<std::string> cells);
     bool isEmpty() const { return rows_.size() == 1; }
     /// On a terminal the last column is cut at the terminal's edge.
