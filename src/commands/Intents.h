@@ -26,7 +26,7 @@ struct IntentParameter {
 struct Intent {
     std::string_view typeName;
     std::string_view title;
-    std::string_view url;  // with a parameter, its percent-encoded value follows
+    std::string_view url;  // the parameter's percent-encoded value, if any, follows
     TextAroundName dialog; // spoken when the intent runs, around the parameter's value; only `before` without one
     std::optional<IntentParameter> parameter;
 };
@@ -84,7 +84,8 @@ inline constexpr std::array<AppShortcut, 3> kAppShortcuts{{
     {kUndoIntent, kUndoPhrases, "Undo Window Action", "arrow.uturn.backward"},
 }};
 
-/// The URL that the intent opens, with the value of its parameter; ignored for an intent without a parameter.
+/// The URL that the intent opens, with the value of its parameter. The value is ignored for an intent
+/// without a parameter.
 std::string intentURL(const Intent& intent, std::string_view value = {});
 /// The sentence that an assistant speaks when it runs the intent.
 std::string intentDialog(const Intent& intent, std::string_view value = {});

@@ -129,7 +129,7 @@ std::optional<std::uint64_t> modifierNamed(std::string_view word) {
     return found == kModifierNames.end() ? std::nullopt : std::optional(found->flag);
 }
 
-/// Keypad keys write the same characters as other keys, which are preferred.
+/// Keypad keys write the same characters as other keys; the other keys are preferred.
 bool isOnKeypad(std::uint16_t code) {
     return code >= keyCode::keypadDecimal && code <= keyCode::keypad9 && code != keyCode::f18 && code != keyCode::f19 &&
            code != keyCode::f20;

@@ -46,7 +46,7 @@ enum class KovaShortcutAction : std::uint8_t {
     moveDown,
     focusZoom,
     cycleStack,
-    // The actions below have no default shortcut.
+    // The following actions have no default shortcut.
     previousInStack,
     swapLeft,
     swapRight,

@@ -13,8 +13,8 @@ namespace kova {
 
 class KovaShortcutSettings {
   public:
-    /// Reads the stored configuration; the default one if that is absent or cannot be read. The store outlives the
-    /// settings.
+    /// Reads the stored configuration; the default one if none is stored or the stored one cannot be read. The store
+    /// outlives the settings.
     explicit KovaShortcutSettings(PreferencesStore& defaults);
     KovaShortcutSettings(const KovaShortcutSettings&) = delete;
     KovaShortcutSettings& operator=(const KovaShortcutSettings&) = delete;

@@ -130,7 +130,7 @@ void LayoutShortcutCoordinator::claim() {
 
 /// Logs each held shortcut once, so that a user can find out why a key does nothing.
 void LayoutShortcutCoordinator::noteHeldByOthers() {
-    if (*shortcuts_.isRecording) return; // nothing is claimed meanwhile
+    if (*shortcuts_.isRecording) return; // while a shortcut is recorded, no combination is claimed
     const auto held = keys_.heldByOthers();
     for (const auto action : kDispatchedActions) {
         const KovaShortcut* shortcut = shortcuts_.configuration->shortcut(action);

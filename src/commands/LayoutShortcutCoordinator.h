@@ -42,7 +42,7 @@ class LayoutShortcutCoordinator {
     Subscription configurationChanges_;
     Subscription heldChanges_;
     std::vector<KeyCombination> heldByOthers_; // as last logged
-    int waiting_ = 0;                          // pressed keys that wait for a poll
+    int waiting_ = 0;                          // the number of key presses that wait for a poll
     Lifetime lifetime_;
 };
 

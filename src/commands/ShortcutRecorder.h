@@ -9,7 +9,7 @@
 
 namespace kova {
 
-inline constexpr std::string_view kRecorderPrompt = "Type Shortcut…"; // shown while it records
+inline constexpr std::string_view kRecorderPrompt = "Type Shortcut…"; // shown during the recording
 inline constexpr std::string_view kRecorderHelp = "Click to record a keyboard shortcut";
 inline constexpr std::string_view kNoShortcutDescription = "Keyboard shortcut not set"; // for accessibility clients
 
@@ -34,7 +34,7 @@ class ShortcutRecorder {
     enum class Outcome { recorded, cleared, cancelled, refused };
     struct Step {
         Outcome outcome = Outcome::refused;
-        std::string message; // why it was refused; empty for a beep only
+        std::string message; // why the press was refused; empty for a beep only
         bool endsRecording() const { return outcome != Outcome::refused; }
         bool beeps() const { return outcome == Outcome::refused; }
         bool operator==(const Step&) const = default;

@@ -22,7 +22,7 @@ class URLHandler {
     enum class Verdict { done, refused, notUnderstood, dropped };
     struct Response {
         Verdict verdict = Verdict::done;
-        std::string message; // the result, or why it was refused; may be empty
+        std::string message; // the result, or why the action was refused; may be empty
     };
     /// Performs the URL's action. A URL that names no action is `notUnderstood`. URLs beyond 20 within a second are
     /// `dropped`, with one line in the log for all of them.
