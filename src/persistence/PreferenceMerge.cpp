@@ -95,7 +95,7 @@ class Merger {
         return merged;
     }
 
-    /// Absent when the lists are not lists of records.
+    /// Absent when the values are not lists of records.
     JsonOrAbsent listOf(const std::string& place, const Sides& sides) {
         const auto base = recordsOf(sides.base), ours = recordsOf(sides.ours), theirs = recordsOf(sides.theirs);
         if (!base || !ours || !theirs || !sides.ours->is_array() || !sides.theirs->is_array()) return std::nullopt;

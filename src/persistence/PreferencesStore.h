@@ -25,10 +25,11 @@ class PreferencesStore {
 
     /// Absent when nothing is stored under the key.
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-    /// The value is written to disk soon after; `save` reports when, `synchronize` waits for that.
+    /// The value is written to disk soon after; `save` reports when it is on disk, `synchronize` waits until it is.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
     /// Sets a value that is expensive to make. A store may call `make` only when the value is read or written to disk,
-    /// and never if another value replaces it first, so `make` must own all that it uses. The default calls it now.
+    /// and never if another value replaces it first, so `make` must own all that it uses. The default implementation
+    /// calls `make` immediately.
     virtual void setValueLater(std::string_view key, std::function<PreferenceValue()> make) { setValue(key, make()); }
     virtual void removeValue(std::string_view key) = 0;
 

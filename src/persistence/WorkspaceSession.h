@@ -26,8 +26,8 @@ struct WorkspaceSessionWindow {
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
     std::optional<CGSize> observedMinimumSize{}; // points
-    bool isPutAway = false;                      // it was stacked, off the screen
-    bool isSurplus = false;                      // it was minimized because no tile was left
+    bool isPutAway = false;                      // the window was stacked, off the screen
+    bool isSurplus = false;                      // the window was minimized because no tile was left
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
 
