@@ -24,7 +24,7 @@ struct AgentServices {
     ShellServices shell;
     std::vector<const DiagnosticsServicing*> diagnostics; // the parts that report to `doctor`
     std::function<void()> quit;                           // ends the process soon, with success
-    DocumentPanelServicing* documentPanels = nullptr;     // null where the platform has none of its own
+    DocumentPanelServicing* documentPanels = nullptr;     // null where the platform has no such panels
     UserInterfaceDialogs* dialogs = nullptr;              // null where the platform has dialogs of its own
     UpdateChecker* updates = nullptr;                     // null where a package manager updates KOVA
 };
