@@ -53,8 +53,8 @@ class SharedEdges {
 
     /// The positions of each tile's two edges on an axis of `count` characters. `count` is increased until every tile
     /// has an inside.
-    std::vector<std::pair<int, int>> cells(int& count) const {
-        constexpr int kMostCells = 400;
+    std::vector<std::pair<int, int>> edgePositions(int& count) const {
+        constexpr int kMostCharacters = 400;
         for (;; ++count) {
             std::vector<std::pair<int, int>> all;
             bool hasInsides = true;
@@ -62,7 +62,7 @@ class SharedEdges {
                 all.emplace_back(cell(2 * tile, count), cell(2 * tile + 1, count));
                 hasInsides = hasInsides && all.back().second >= all.back().first + 2;
             }
-            if (hasInsides || count >= kMostCells) return all;
+            if (hasInsides || count >= kMostCharacters) return all;
         }
     }
 
@@ -173,8 +173,8 @@ class Canvas {
 std::vector<std::string> drawLayout(const std::vector<PictureTile>& tiles, int columns, int rows, Lines lines) {
     const SharedEdges horizontal(tiles, true);
     const SharedEdges vertical(tiles, false);
-    const auto x = horizontal.cells(columns);
-    const auto y = vertical.cells(rows);
+    const auto x = horizontal.edgePositions(columns);
+    const auto y = vertical.edgePositions(rows);
     std::vector<Box> boxes;
     for (std::size_t i = 0; i < tiles.size(); ++i) boxes.push_back({x[i].first, y[i].first, x[i].second, y[i].second});
     Canvas canvas(columns, rows);
