@@ -56,8 +56,8 @@ bool WindowStage::until(const std::function<bool()>& holds) {
 }
 
 nlohmann::json WindowStage::ask(const std::string& method, const nlohmann::json& parameters) {
-    nlohmann::json reply =
-        client().request(nlohmann::json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", parameters}}.dump());
+    nlohmann::json reply = client().request(
+        nlohmann::json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", parameters}}.dump());
     reply.erase("jsonrpc");
     reply.erase("id");
     return reply;
