@@ -1,7 +1,7 @@
 #include "workspace/WindowCommand.h"
 
 #include "support/Overloaded.h"
-#include "workspace/NeighbourTarget.h"
+#include "workspace/NeighborTarget.h"
 #include "workspace/WindowNames.h"
 
 #include <algorithm>
@@ -220,7 +220,7 @@ class CommandPlanner {
         for (const WorkspaceTile* tile : tilesOn(displayOf(window))) {
             if (tile->windowID != window.id) frames[tile->target] = tile->frameOnScreen;
         }
-        const auto target = neighbourTarget(flipped(*window.frame, input_.firstScreenMaxY), direction, frames);
+        const auto target = neighborTarget(flipped(*window.frame, input_.firstScreenMaxY), direction, frames);
         return target ? tileWith(*target) : nullptr;
     }
 

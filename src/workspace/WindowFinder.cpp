@@ -1,6 +1,6 @@
 #include "workspace/WindowFinder.h"
 
-#include "workspace/NeighbourTarget.h"
+#include "workspace/NeighborTarget.h"
 #include "workspace/WindowMatching.h"
 #include "workspace/WorkspaceParts.h"
 
@@ -79,7 +79,7 @@ std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, W
         if (considered == TilesConsidered::occupied && (!front || front->isElsewhere)) continue;
         frames[tile.target] = tile.frameOnScreen;
     }
-    return neighbourTarget(flipped(*start.window.frame, geometry_.firstScreenMaxY()), direction, frames);
+    return neighborTarget(flipped(*start.window.frame, geometry_.firstScreenMaxY()), direction, frames);
 }
 
 /// The tile whose stack is cycled (of a spanning window its anchor), and the stack in its new order. Absent if no other

@@ -14,7 +14,7 @@ namespace kova {
 /// The key of the rectangle that is nearest to `source` in the direction; all are in screen space (y up). Distance
 /// across the direction is multiplied by 2.25; of equal scores the smaller key is taken. Absent if no middle is more
 /// than one point further in that direction.
-std::optional<TileTarget> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
-                                          const std::map<TileTarget, CGRect>& frames);
+std::optional<TileTarget> neighborTarget(const CGRect& source, WorkspaceDirection direction,
+                                         const std::map<TileTarget, CGRect>& frames);
 
 } // namespace kova

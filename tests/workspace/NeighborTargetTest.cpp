@@ -1,4 +1,4 @@
-#include "workspace/NeighbourTarget.h"
+#include "workspace/NeighborTarget.h"
 
 #include "tests/harness/Scenario.h"
 
@@ -20,33 +20,33 @@ std::map<TileTarget, CGRect> quad() {
             {"upper-right", makeRect(100, 100, 100, 100)}};
 }
 
-TEST(NeighbourTarget, PrefersTheTileStraightAhead) {
+TEST(NeighborTarget, PrefersTheTileStraightAhead) {
     const CGRect source = makeRect(10, 10, 80, 80);
-    EXPECT_EQ(neighbourTarget(source, right, quad()), "lower-right");
-    EXPECT_EQ(neighbourTarget(source, up, quad()), "upper-left");
-    EXPECT_EQ(neighbourTarget(source, left, quad()), std::nullopt);
-    EXPECT_EQ(neighbourTarget(source, down, quad()), std::nullopt);
-    EXPECT_EQ(neighbourTarget(quad().at("upper-right"), left, quad()), "upper-left");
+    EXPECT_EQ(neighborTarget(source, right, quad()), "lower-right");
+    EXPECT_EQ(neighborTarget(source, up, quad()), "upper-left");
+    EXPECT_EQ(neighborTarget(source, left, quad()), std::nullopt);
+    EXPECT_EQ(neighborTarget(source, down, quad()), std::nullopt);
+    EXPECT_EQ(neighborTarget(quad().at("upper-right"), left, quad()), "upper-left");
 }
 
-TEST(NeighbourTarget, MultipliesTheDistanceAcrossTheDirectionByTwoAndAQuarter) {
+TEST(NeighborTarget, MultipliesTheDistanceAcrossTheDirectionByTwoAndAQuarter) {
     const auto frames = [](double aside) {
         return std::map<TileTarget, CGRect>{{"ahead", makeRect(325, 0, 0, 0)}, {"aside", makeRect(100, aside, 0, 0)}};
     };
-    EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(99)), "aside");
-    EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(-99)), "aside");
-    EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(101)), "ahead");
-    EXPECT_EQ(neighbourTarget(CGRect{}, right, frames(100)), "ahead") << "a tie goes to the smaller key";
+    EXPECT_EQ(neighborTarget(CGRect{}, right, frames(99)), "aside");
+    EXPECT_EQ(neighborTarget(CGRect{}, right, frames(-99)), "aside");
+    EXPECT_EQ(neighborTarget(CGRect{}, right, frames(101)), "ahead");
+    EXPECT_EQ(neighborTarget(CGRect{}, right, frames(100)), "ahead") << "a tie goes to the smaller key";
 }
 
-TEST(NeighbourTarget, ATileAtMostOnePointFurtherIsNoNeighbor) {
+TEST(NeighborTarget, ATileAtMostOnePointFurtherIsNoNeighbor) {
     const std::map<TileTarget, CGRect> one{{"near", makeRect(1, 0, 0, 0)}};
-    EXPECT_EQ(neighbourTarget(CGRect{}, right, one), std::nullopt);
+    EXPECT_EQ(neighborTarget(CGRect{}, right, one), std::nullopt);
     const std::map<TileTarget, CGRect> more{{"near", makeRect(1.5, 0, 0, 0)}};
-    EXPECT_EQ(neighbourTarget(CGRect{}, right, more), "near");
+    EXPECT_EQ(neighborTarget(CGRect{}, right, more), "near");
 }
 
-TEST(NeighbourTarget, TheTilesOfASpanAreNotItsNeighbors) {
+TEST(NeighborTarget, TheTilesOfASpanAreNotItsNeighbors) {
     struct Case {
         CGSize minimumSize; // of a window that spans two tiles of the grid
         std::size_t from;   // index of the tile into which the window is put first

@@ -1,4 +1,4 @@
-#include "workspace/NeighbourTarget.h"
+#include "workspace/NeighborTarget.h"
 
 #include <cmath>
 
@@ -30,8 +30,8 @@ Offset along(WorkspaceDirection direction, double dx, double dy) {
 
 } // namespace
 
-std::optional<TileTarget> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
-                                          const std::map<TileTarget, CGRect>& frames) {
+std::optional<TileTarget> neighborTarget(const CGRect& source, WorkspaceDirection direction,
+                                         const std::map<TileTarget, CGRect>& frames) {
     const CGPoint from = center(source);
     std::optional<TileTarget> best;
     double bestScore = 0;
