@@ -59,12 +59,12 @@ void ApplicationActions::applicationLaunched(const TileTarget& tile, const std::
     refreshCycle_.refresh();
 }
 
-/// Tiles that wait for the same application are filled in key order.
+/// Several tiles that wait for the same application get its windows in the order of the tiles' keys.
 void ApplicationActions::processPendingApplicationPlacements() {
     std::vector<TileTarget> waiting;
     for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
     for (const auto& target : waiting) {
-        // A launch stays pending without its tile: the display, or a layout with the slot, may return.
+        // A launch stays pending while its tile is missing: the display, or a layout with the slot, may return.
         const auto launch = awaited_.launches().find(target);
         const bool isThere = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
         const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;

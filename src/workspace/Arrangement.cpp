@@ -17,7 +17,7 @@ namespace {
 
 constexpr Seconds kFollowUpDelay{0.85};
 
-/// Whether the window's minimum size is its present size; such a window counts as one of fixed size.
+/// Whether the window's minimum size is its present size. Such a window is treated as a window of fixed size.
 bool isAtItsMinimum(const ManagedWindow& window) {
     constexpr double kFixedSizePoints = 1;
     return window.minimumSize && window.frame &&
@@ -42,17 +42,18 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
-    const auto obstacle = whyWindowsStay(); // before the arrangement, since it depends on refusals of earlier requests
+    // The answer depends on refusals of earlier requests, so it must be known before the arrangement.
+    const auto obstacle = whyWindowsStay();
     arrangeWindows();
     return Outcome::done(obstacle.value_or("Windows arranged into zones — Undo is available"));
 }
 
 std::optional<std::string> Arrangement::whyWindowsStay() const {
-    constexpr std::string_view kWayOut =
+    constexpr std::string_view kAdvice =
         "Only windows that float there can be arranged; use KOVA with a window manager "
         "that lets windows float.";
     if (const auto name = services_.accessibility.placingManager()) {
-        return *name + " places windows itself, so they stay where it puts them. " + std::string(kWayOut);
+        return *name + " places windows itself, so they stay where it puts them. " + std::string(kAdvice);
     }
     std::vector<PlacedWindow> placed;
     const auto frames = geometry_.framesOfTiledWindows();
@@ -64,7 +65,7 @@ std::optional<std::string> Arrangement::whyWindowsStay() const {
         placed.push_back({wanted->second, *window.frame, hasRefusedAllAttempts});
     }
     if (!isPlacingIgnored(placed)) return std::nullopt;
-    return "No window goes where it is sent: the window manager places them itself. " + std::string(kWayOut);
+    return "No window goes where it is sent: the window manager places them itself. " + std::string(kAdvice);
 }
 
 bool Arrangement::hasWindowToArrange() const {
@@ -87,7 +88,7 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
     candidate.applicationKey = applicationKey(window.applicationName, window.bundleIdentifier);
     candidate.role = classifyApplication(window.applicationName, window.bundleIdentifier);
     candidate.currentTarget = assignments.targetOf(window.id);
-    if (!candidate.currentTarget) candidate.stackedBehindID = assignments.stackTargetOf(window.id);
+    if (!candidate.currentTarget) candidate.stackTarget = assignments.stackTargetOf(window.id);
     if (window.frame) candidate.frameOnScreen = flipped(*window.frame, geometry_.firstScreenMaxY());
     const Screen* holding = screenShowing(*state_.screens, candidate.frameOnScreen);
     if (!holding && candidate.currentTarget) holding = geometry_.screenOfTarget(*candidate.currentTarget);
@@ -127,7 +128,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
             input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
                                                                 "unplugged just now and may come back"});
         }
-        if (!window.isFullScreen || window.isElsewhere) continue; // the tiles of other Spaces are free here
+        if (!window.isFullScreen || window.isElsewhere) continue; // a full-screen window elsewhere reserves no tile
         for (const auto& target : assignments.targetsOf(window.id)) {
             for (auto& display : input.displays) {
                 if (target.display == display.displayID) display.reservedSlotIDs.insert(target.slot);
@@ -140,7 +141,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
 ArrangementPlan Arrangement::planArrangement() const {
     const WorkspaceUndoSnapshot* before = focusMode_.snapshot();
     if (!before) return kova::planArrangement(arrangementInput(liveWindows_.all(), assignments_));
-    // Arranging ends focus mode first.
+    // An arrangement ends focus mode first, so the plan starts from the state before focus mode.
     return kova::planArrangement(arrangementInput(snapshots_.windowsAsIn(*before), before->tiles));
 }
 
@@ -267,14 +268,14 @@ TileAssignments Arrangement::assignmentsOnAbsentDisplays() const {
 void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
     if (state_.screens->empty()) return;
     if (!arranger_.takeStartupArrangement(justGranted))
-        return; // consumed even when the setting is off, which applies to the next start
+        return; // marked as done even if the setting is off: switching the setting on takes effect at the next start
     if (!state_.profile->autoArrangeOnLaunch) return;
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
-        if (!arranger_.isNewest(generation)) return; // superseded by an arrangement or an undo of the user
+        if (!arranger_.isNewest(generation)) return; // an arrangement or an undo by the user superseded this one
         if (access_.mayMoveWindows()) {
             steps_.changeLater([this] { arrangeWindows(); });
         } else if (access_.isAway()) {
-            arranger_.postponeStartupArrangement(); // the screen was locked meanwhile: due again after the unlock
+            arranger_.postponeStartupArrangement(); // the screen was locked: due again after the unlock
         }
     }));
 }

@@ -1,5 +1,5 @@
-// Arranges every window of every display: plans, carries the plan out, and places windows that had to be restored in a
-// second pass.
+// Arranges every window of every display: makes a plan and carries it out. Windows that are minimized or hidden are
+// shown first; they get their frames in a second step.
 #pragma once
 
 #include "support/Lifetime.h"

@@ -36,19 +36,19 @@ struct ArrangementCandidate {
     ManagedWindow window;
     std::string applicationKey;
     AutoArrangeAppRole role = AutoArrangeAppRole::other;
-    CGRect frameOnScreen{};                    // screen space; empty when unknown
-    std::optional<DisplayID> displayID;        // the display that holds it
-    std::optional<TileTarget> currentTarget;   // the tile whose front window it is
-    std::optional<TileTarget> stackedBehindID; // the tile in which it is stacked
-    CGSize minimumSize{};                      // points, 0 where none is known
-    std::optional<RuleTile> rule;              // while rules are on
-    bool isDeferred = false;                   // minimized or hidden, so that showing the window takes time
-    bool isComingBack = false;                 // not visible yet, but requested to be shown; ranks as visible
-    std::optional<std::size_t> useRank;        // 0 for the window used last; absent for one never used
+    CGRect frameOnScreen{};                  // screen space; empty when unknown
+    std::optional<DisplayID> displayID;      // the display that shows the window, else that of its tile
+    std::optional<TileTarget> currentTarget; // the tile in which the window is the front window
+    std::optional<TileTarget> stackTarget;   // the tile in which it is stacked
+    CGSize minimumSize{};                    // points, 0 where none is known
+    std::optional<RuleTile> rule;            // only while rules are applied
+    bool isDeferred = false;                 // minimized or hidden, so that showing the window takes time
+    bool isComingBack = false;               // not visible yet, but requested to be shown; ranks as visible
+    std::optional<std::size_t> useRank;      // 0 for the window used last; absent if never used
     bool isFixedSize = false;
 };
 
-/// A window that is not moved although the user may expect it.
+/// A window that the arrangement does not move although the user may expect a move.
 struct ArrangementLeftAlone {
     ManagedWindow window;
     std::string explanation; // one line in plain words
@@ -84,7 +84,8 @@ struct ArrangementPlan {
     std::vector<ArrangementSurplus> surplus;      // to be minimized
     std::vector<ArrangementLeftAlone> leftAlone;
 
-    /// A line per decision, a line per window that is not moved, then a line for the surplus, if any.
+    /// One line for each placement, each surplus window and each window left alone, in this order. If there are surplus
+    /// windows, a last line says how many.
     std::vector<std::string> explanation() const;
     /// Renames the window everywhere in the plan.
     void rename(const WindowID& windowID, const WindowID& newID);

@@ -1,4 +1,5 @@
-// Makes the plan of an arrangement: claims of rules and of the user first, then by score, display by display.
+// Makes the plan of an arrangement. Windows whose tile is named by a rule or preferred by the user get their tiles
+// first. The other windows get tiles by score, display by display.
 #include "workspace/ArrangementPlan.h"
 
 #include "support/text/Text.h"
@@ -38,7 +39,7 @@ struct Assignment {
 /// The tiles that a window would cover, the anchor first; empty if the window must not be put there.
 using Fit = std::vector<std::size_t>;
 
-/// Whether a large window may take tiles from others.
+/// Whether a large window may take tiles from other windows.
 enum class Displacement { forbidden, allowed };
 
 /// Which of the windows without a tile may get a tile.
@@ -80,7 +81,7 @@ class Planner {
     std::vector<std::optional<Assignment>> assignments_; // by candidate
     std::vector<bool> isCrowded_;                        // by display: more windows than tiles when the phase began
     // By candidate:
-    std::vector<bool> wasDisplaced_; // not displaced a second time, so that planning ends
+    std::vector<bool> wasDisplaced_; // such a window is not displaced a second time, so that planning ends
     std::vector<bool> hasClaimed_;   // has a tile by a rule or a preference, which no other window takes
     std::vector<bool> staysBehind_;  // stays stacked in the tile that its rule names
 };
@@ -109,8 +110,8 @@ std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase pha
     return waiting;
 }
 
-/// Compares ranks, which count if there are fewer tiles than windows: visible windows before hidden ones; then recently
-/// used ones first and unused ones last; then resizable windows before those of fixed size.
+/// Ranks decide which windows get tiles if there are fewer tiles than windows. They compare, in this order: visible
+/// before hidden, recently used before less recently used or unused, resizable before fixed size.
 bool Planner::outranks(std::size_t candidate, std::size_t other) const {
     const auto rank = [](const ArrangementCandidate& c) {
         return std::tuple(c.isDeferred, c.useRank.value_or(std::numeric_limits<std::size_t>::max()), c.isFixedSize);
@@ -209,8 +210,8 @@ TileRoom Planner::roomOn(std::size_t displayIndex) const {
 }
 
 /// The tile, or the span that the window needs. Empty if the span would displace a window that was displaced before or
-/// that claimed its tile. A span never contains the tile of a full-screen window: then the window gets the one tile and
-/// overlaps its neighbor.
+/// that claimed its tile. A span never contains the tile of a full-screen window. If the window would need that tile,
+/// it gets only `slot` and overlaps its neighbor; the result is empty if the span would also displace a window.
 Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
     const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
@@ -221,7 +222,6 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t
     bool isBesideFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
-        // Not displaced: a window that claimed its tile, or that was displaced before.
         if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimed_[*d.holder[s]])) return {};
         isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
         fit.push_back(s);
@@ -304,8 +304,8 @@ bool Planner::hasTileLeftForHiddenWindow() const {
     return free > waiting;
 }
 
-/// Windows whose tile is named by a rule or preferred by the user come before all scores. A hidden or minimized one
-/// gets its tile only if no visible window has to be minimized for it.
+/// Assigns the windows whose tile is named by a rule or preferred by the user, whatever the scores are. A hidden or
+/// minimized window gets its tile only if no visible window has to be minimized for it.
 void Planner::assignClaims() {
     for (const TileClaim& claim : tileClaims(input_)) {
         const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
@@ -313,7 +313,7 @@ void Planner::assignClaims() {
         const ArrangementDisplay& display = input_.displays[claim.display];
         const TileTarget target{display.displayID, display.solved.slots[claim.slot].id};
         if (!isFree(claim.display, claim.slot)) {
-            const bool isBehind = claim.kind == TileClaim::Kind::rule && candidate.stackedBehindID == target;
+            const bool isBehind = claim.kind == TileClaim::Kind::rule && candidate.stackTarget == target;
             if (isBehind) staysBehind_[claim.candidate] = true;
             continue;
         }
@@ -328,8 +328,8 @@ void Planner::assignClaims() {
 void Planner::assignWaiting(Phase phase) {
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
-        // First the windows that displace no other, then the others. The next round gives displaced windows another
-        // tile.
+        // Windows that displace no other window are assigned first. Each further round gives the displaced windows
+        // another tile.
         bool wasDisplaced = true;
         while (wasDisplaced) {
             assignOn(displayIndex, phase, Displacement::forbidden);
@@ -364,7 +364,7 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
 
 /// A stacked window stays stacked in its tile, as long as the layout has that tile.
 std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
-    const auto& behind = input_.candidates[candidate].stackedBehindID;
+    const auto& behind = input_.candidates[candidate].stackTarget;
     if (!behind) return std::nullopt;
     for (const DisplayState& state : displays_) {
         for (std::size_t slot = 0; slot < state.display->solved.slots.size(); ++slot) {

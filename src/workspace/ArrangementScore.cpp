@@ -7,8 +7,8 @@ namespace kova {
 
 namespace {
 
-// Learned slots weigh most, then the present tile, so that a repeated arrangement moves nothing without a reason, then
-// the role. The distance decides between equal scores.
+// Learned slots weigh most, then the present tile, then the role. The present tile outweighs the role so that a
+// repeated arrangement moves nothing without a reason. The distance decides between otherwise equal scores.
 constexpr double kLearnedWeight = 100;
 constexpr double kPresentTile = 25;
 constexpr double kDistanceWeight = 15;

@@ -1,6 +1,6 @@
-// Holds the plan of the last arrangement, what was learned from all arrangements, and whether the arrangement after the
-// start is due. Always true: the remaining steps of an arrangement are dropped as soon as another arrangement, an undo
-// or another layout supersedes it.
+// Holds the plan of the last arrangement, the learning from all arrangements, and whether the arrangement after the
+// agent's start is due. Always true: the remaining steps of an arrangement are dropped as soon as another arrangement,
+// an undo or another layout supersedes it.
 #pragma once
 
 #include "layout/AutoArrangeLearning.h"
@@ -42,7 +42,8 @@ class Arranger : public PartWithoutPolls {
     const Published<Learning>& publishedLearning() const { return learning_; }
     /// Takes over the model that was read from the preferences.
     void loadLearning(AutoArrangeLearningModel model);
-    /// Replaces the model. Saves it after the work that is queued already, so that requests to windows come first.
+    /// Replaces the model. Saves the model after all work that is already queued, so that requests to windows come
+    /// first.
     void setLearning(Learning learning);
     /// Replaces the model by a copy that `edit` has changed.
     template <class Edit>

@@ -22,7 +22,7 @@ class AttachedDialogs {
     const std::vector<ManagedWindow>& all() const { return dialogs_; }
     /// Null when no dialog has the id.
     const ManagedWindow* find(const WindowID& id) const;
-    /// The window to which the dialog belongs; for the id of an ordinary window that id.
+    /// The window to which the dialog belongs. For an id that is not a dialog's, that id itself.
     WindowID ownerOf(const WindowID& id) const;
 
     struct Move {
@@ -30,7 +30,8 @@ class AttachedDialogs {
         CGPoint origin{};
     };
     /// The new origins of the window's dialogs when the window moves to `frame`. The dialogs move by the same amount,
-    /// but stay inside `visibleArea` as far as they fit. Records the origins; leaves out dialogs that need not move.
+    /// but stay inside `visibleArea` as far as they fit. Records the new origins. Dialogs that need not move are left
+    /// out.
     std::vector<Move> follow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:

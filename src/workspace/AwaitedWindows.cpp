@@ -55,7 +55,7 @@ void AwaitedWindows::beginScene(std::uint64_t undoNumber) {
     scene_.undoNumber = undoNumber;
 }
 
-/// The report of a scene that is not waiting was published with its end.
+/// Reports only a scene that still waits; the final report of any other scene was already published.
 void AwaitedWindows::abandonScene() {
     if (!scene_.pending.empty()) {
         scene_.report.state = SceneReport::State::abandoned;

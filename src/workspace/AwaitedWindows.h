@@ -1,7 +1,7 @@
-// Windows that are awaited: of applications launched into a tile, of an opened scene, and of other launched
-// applications. Each kind has a timeout of its own, which stands still during a suspension. Always true: a tile waits
-// for at most one launch; launches are published; a scene launches an application at most once, and does not move a
-// window that the user has moved since.
+// Awaited windows of three kinds: of applications launched into a tile, of an opened scene, and of launched
+// applications that have no window yet. Each kind has its own timeout. A suspension does not count toward a
+// timeout. Always true: a tile waits for at most one launch; launches are published; a scene launches an application at
+// most once, and does not move a window that the user has moved since the scene was opened.
 #pragma once
 
 #include "layout/TileTarget.h"
@@ -36,15 +36,15 @@ class AwaitedWindows {
     /// Replaces the launch for which the tile waits. `now` is an uptime.
     void awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID, const SlotID& slotID,
                      Seconds now);
-    /// Reports the result of the launch into the tile (its id at the launch). Ignored if another launch into that tile
-    /// has begun since.
+    /// Reports the result of a launch. `requestedTile` is the tile as it was named when the launch began. Ignored if
+    /// another launch into that tile has begun since.
     void noteLaunched(const TileTarget& requestedTile, const std::string& identifier, const LaunchResult& result);
     void dropLaunch(const TileTarget& tile);
     void dropLaunches();
     void dropExpired(Seconds now);
     void onPoll(const PollContext& poll) {
         dropExpired(poll.now);
-        expected_.forgetThoseWithWindows(poll.windows);
+        expected_.forgetApplicationsWithWindows(poll.windows);
     }
 
     // A scene
@@ -67,7 +67,7 @@ class AwaitedWindows {
     };
     using FindForScene = std::function<std::optional<FoundForScene>(const PendingSceneWindowPlacement&)>;
     struct TakenForScene {
-        std::vector<RestoredPlacement> found; // by place in the stack
+        std::vector<RestoredPlacement> found; // in the order of the stacks
         std::size_t expired = 0;
     };
     /// Takes the placements whose window was found and those that have expired by `now` (uptime).
@@ -76,12 +76,12 @@ class AwaitedWindows {
     void publishReport();
     /// Forgets the scene and returns its number in the undo history.
     std::uint64_t endScene() { return std::exchange(scene_, {}).undoNumber; }
-    /// The user has put the window somewhere: the scene does not move it any more.
+    /// The user has moved the window: the scene no longer moves it.
     void noteMovedByUser(const WindowID& windowID);
 
     // Applications that may still show a window by themselves
     const ExpectedApplications& expected() const { return expected_; }
-    /// The launch of a scene's application has worked. As `ExpectedApplications::noteStarted`.
+    /// The launch of a scene's application has worked; see `ExpectedApplications::noteStarted`.
     void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity) {
         expected_.noteStarted(bundleID, process, std::move(startIdentity));
     }

@@ -16,14 +16,14 @@ namespace kova {
 struct ReturnedWindows {
     TileAssignments assignments;
     std::vector<WindowID> returnedFronts;  // front windows again, after they had lost their tiles
-    std::vector<WindowID> returnedWaiting; // stacked again, after they had left their stacks
+    std::vector<WindowID> returnedWaiting; // now stacked in a tile in which they were not stacked before
 };
 /// Puts the windows of `held` back into their tiles, in front of windows placed there since.
 ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignments assignments);
 
 struct AbsenceKey {
     DisplayID displayID;
-    std::string layoutID{}; // empty for a disconnected display
+    std::string layoutID{}; // the layout that cannot be shown; empty for a disconnected display
     auto operator<=>(const AbsenceKey&) const = default;
 };
 

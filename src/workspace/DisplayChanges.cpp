@@ -54,8 +54,8 @@ void DisplayChanges::screensChanged() {
     refreshCycle_.refresh();
 }
 
-/// Whether only visible frames of other displays than the zoomed window's have changed, for example by a panel, and
-/// their layouts have not.
+/// Whether the change leaves focus mode alone: only visible frames of displays without the zoomed window have changed,
+/// for example because of a panel, and those displays keep their layouts.
 bool DisplayChanges::isBesideFocusMode(const std::vector<Screen>& before) const {
     if (!focusMode_.isOn()) return false;
     const auto& now = *state_.screens;
@@ -119,16 +119,17 @@ void DisplayChanges::returnStrandedFloats() {
 void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     const RequestBatch::Scope batch(requests_);
-    displays_.forgetRecentlyGone();
+    displays_.forgetRecentlyDisconnected();
     placeWindowsOfAbsentDisplays();
     returnStrandedFloats(); // of displays that returned during a suspension
     bringIntoSight();
 }
 
-/// Puts the front windows of disconnected displays into free tiles, preferably of the same slot. No window is
-/// displaced, and all return when their display does. A display in focus mode is left out until focus mode ends.
+/// Puts the front windows of disconnected displays into free tiles, preferably of the same slot, and stacks their
+/// stacked windows. No window is displaced. All return with their display. A display in focus mode gets no
+/// window until focus mode ends.
 void DisplayChanges::placeWindowsOfAbsentDisplays() {
-    if (pointer_.isPausingPolls()) return displays_.beginSettling(); // drags come first
+    if (pointer_.isPausingPolls()) return displays_.beginSettling(); // tries again after the drag
     const auto fronts = placeFrontsOfAbsentDisplays();
     const auto waiting = restackWindowsOfAbsentDisplays();
     if (focusMode_.isOn()) {
@@ -138,7 +139,8 @@ void DisplayChanges::placeWindowsOfAbsentDisplays() {
     if (!fronts.empty() || !waiting.empty()) keeper_.commit({});
 }
 
-/// Windows for which no tile was free, and floating windows of a disconnected display, may be outside all displays.
+/// Moves windows without a tile onto a connected display. A window may be outside all displays if no tile was free, or
+/// if it floated on a disconnected display.
 void DisplayChanges::bringIntoSight() {
     if (pointer_.isPausingPolls() || state_.screens->empty()) return;
     const double top = geometry_.firstScreenMaxY();
@@ -197,8 +199,8 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
     return placed;
 }
 
-/// Stacks the stacked windows of disconnected displays behind their former front window if that has a tile, else in
-/// another tile, preferably of the same slot. Returns these windows.
+/// Stacks the stacked windows of disconnected displays again. Their new tile is that of their former front window. If
+/// that window has none, another occupied tile is used, preferably one of the same slot. Returns the stacked windows.
 std::vector<WindowID> DisplayChanges::restackWindowsOfAbsentDisplays() {
     std::vector<WindowID> taken;
     for (const auto& [absent, held] : displays_.absentDisplays()) {
@@ -242,7 +244,8 @@ void DisplayChanges::keepBesideFocusMode(const std::vector<WindowID>& fronts, co
     }
 }
 
-/// The desktop may move windows of a disconnected display to another one; verification must not move them off again.
+/// The desktop may move windows of a disconnected display to a connected one. The verification of a pending placement
+/// must not move such a window off the screen again.
 void DisplayChanges::cancelUnreachablePlacements() {
     windowService_.cancelPlacements([this](const CGRect& target) { return !geometry_.isOnSomeScreen(target); });
 }

@@ -20,7 +20,7 @@ class DisplayLayouts {
     /// The definition in force, weights applied. The catalogue's first layout replaces an id that is not in it.
     const LayoutDefinition& resolve(const Screen& screen, const WorkspaceProfile& profile,
                                     const std::vector<LayoutDefinition>& catalogue);
-    /// Its id.
+    /// The id of the definition in force.
     const std::string& layoutID(const Screen& screen, const WorkspaceProfile& profile,
                                 const std::vector<LayoutDefinition>& catalogue);
     /// The tiles on the screen's visible frame, in layout space.
@@ -46,7 +46,7 @@ class DisplayLayouts {
     struct Entry {
         ResolvedKey resolvedKey;
         LayoutDefinition definition;
-        bool hasFormerSlots = false; // the definition's slots are those of other weights
+        bool hasFormerSlots = false; // true if the definition's slots were computed for other weights
         SolvedKey solvedKey;
         bool isSolved = false;
         LayoutSolver solver;

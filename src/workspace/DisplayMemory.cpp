@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-/// Puts the hidden windows of `held` that have no tile into free tiles of `held`, if possible each into its own.
-/// Returns the ids of these windows.
+/// Puts the hidden windows of `held` that have no tile now into free tiles of `held`. A window gets its former tile if
+/// that tile is free. Returns the ids of these windows.
 std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
                                         const std::function<bool(const WindowID& windowID)>& isPutAway) {
     std::vector<WindowID> returned;
@@ -41,13 +41,13 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
     for (const auto& id : before) {
         if (now.contains(id)) continue;
         absence_.leave({id}, assignments);
-        if (isNamedByFrame(id)) recentlyGone_.insert(id);
+        if (isNamedByFrame(id)) recentlyDisconnected_.insert(id);
     }
     std::set<DisplayID> unknown;
     for (const auto& id : now) {
         if (before.contains(id)) continue;
-        const bool isKnown =
-            recentlyGone_.erase(id) > 0 || absence_.holds({id}) || assignments.onDisplay(id) != TileAssignments{};
+        const bool isKnown = recentlyDisconnected_.erase(id) > 0 || absence_.holds({id}) ||
+                             assignments.onDisplay(id) != TileAssignments{};
         if (isKnown) {
             takeBack(absence_, {id}, assignments);
         } else {
@@ -55,8 +55,8 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
         }
     }
     std::vector<Renaming> renamings;
-    for (const auto& [formerID, newID] : matchRenamedDisplays(recentlyGone_, unknown)) {
-        recentlyGone_.erase(formerID);
+    for (const auto& [formerID, newID] : matchRenamedDisplays(recentlyDisconnected_, unknown)) {
+        recentlyDisconnected_.erase(formerID);
         takeBack(absence_, {formerID}, assignments);
         renamings.push_back({formerID, newID});
     }

@@ -1,8 +1,8 @@
-// Remembers windows and layouts of displays that change: the windows of disconnected displays; the assignments before
-// an arrangement put those windows on connected displays; for each display the layout shown last, and the windows in
-// the layouts that the display had at other sizes. Always true: a window is remembered for at most one disconnected
-// display; displays count as changing until they have not changed for `kSettleTime`, since a display on standby may
-// look disconnected.
+// Remembers the windows of disconnected displays. If an arrangement puts these windows on connected displays, the
+// assignments before that arrangement are remembered. For each display this object also remembers the layout shown
+// last, and the windows in the layouts that the display had at other sizes. Always true: a window is
+// remembered for at most one disconnected display; displays count as changing until they have not changed for
+// `kSettleTime`, since a display on standby may look disconnected.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -35,8 +35,8 @@ class DisplayMemory : public PartWithoutPolls {
         DisplayID formerID;
         DisplayID newID;
     };
-    /// Records the windows of displays that were disconnected, and returns windows to those that were connected again.
-    /// Returns the displays that only changed their id; the caller renames these everywhere.
+    /// Records the windows of disconnected displays, and returns windows to displays that were connected again. The
+    /// result lists the displays that only changed their id; the caller renames these displays everywhere.
     [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<DisplayID>& before, const std::set<DisplayID>& now,
                                                       TileAssignments& assignments);
     /// Remembers the windows assigned to the display.
@@ -57,11 +57,11 @@ class DisplayMemory : public PartWithoutPolls {
 
     /// Call before an arrangement puts windows of disconnected displays into tiles of connected ones.
     void noteArrangement(const TileAssignments& assignments);
-    /// Once all displays are connected: hidden windows that lost their tile to such an arrangement and have none now
-    /// return to that tile, or to another free tile that had a window before the arrangement.
+    /// Reverts such an arrangement once all displays are connected. A hidden window that lost its tile and has none now
+    /// returns to that tile, or to another free tile that had a window before the arrangement.
     void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                       const std::function<bool(const WindowID& windowID)>& isPutAway);
-    /// Windows without a tile, as `StrandedFloats::noteGone`, `settle` and `takeReturned`.
+    /// Windows without a tile; see `StrandedFloats::noteGone`, `settle` and `takeReturned`.
     void noteStranded(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                       const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
         strandedFloats_.noteGone(before, connected, live, tiles);
@@ -76,7 +76,7 @@ class DisplayMemory : public PartWithoutPolls {
     /// Remembers the windows of a layout that the display leaves because its size has changed.
     void leaveLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
     void takeBackLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
-    /// Forgets former layouts of the display, whose layout the user has chosen.
+    /// Forgets the former layouts of a display. Call when the user has chosen a layout for that display.
     void forgetLayouts(const DisplayID& displayID);
 
     /// Records windows that have their tiles again and must be shown, and windows that are stacked again and must be
@@ -102,8 +102,8 @@ class DisplayMemory : public PartWithoutPolls {
     /// Whether the window's display was disconnected within the settle time.
     bool isAwaited(const WindowID& windowID) const { return isSettling() && belongsToDisconnectedDisplay(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
-    /// From now on the displays that were disconnected are not matched to new ones with another id.
-    void forgetRecentlyGone() { recentlyGone_.clear(); }
+    /// Displays that are connected later with another id are no longer matched to displays disconnected until now.
+    void forgetRecentlyDisconnected() { recentlyDisconnected_.clear(); }
 
     /// Records whether focus mode kept windows of disconnected displays out of free tiles.
     void noteHeldBackByZoom(bool isHeldBack) { isHeldBackByZoom_ = isHeldBack; }
@@ -127,9 +127,9 @@ class DisplayMemory : public PartWithoutPolls {
     StrandedFloats strandedFloats_;
     std::set<WindowID> windowsToShow_;
     std::set<WindowID> windowsToHide_;
-    std::map<DisplayID, ShownLayout> shown_; // also of disconnected displays
-    std::set<DisplayID> recentlyGone_;       // disconnected displays that are named by their frame
-    std::set<DisplayID> inheritedLayouts_;   // ids that have a copy of the former id's layout
+    std::map<DisplayID, ShownLayout> shown_;   // also of disconnected displays
+    std::set<DisplayID> recentlyDisconnected_; // displays named by their frame that were disconnected
+    std::set<DisplayID> inheritedLayouts_;     // ids that have a copy of the former id's layout
     Seconds settledAt_{0};
     bool isHeldBackByZoom_ = false;
     Lifetime lifetime_;

@@ -33,19 +33,19 @@ std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& d
     for (const auto& id : connected) {
         if (isNamedByFrame(id)) connectedBySize.emplace(sizeInName(id), id);
     }
-    std::map<DisplayID, DisplayID> successors;
+    std::map<DisplayID, DisplayID> newIDs;
     for (auto entry = disconnectedBySize.begin(); entry != disconnectedBySize.end();) {
         const auto [size, former] = *entry;
         const bool isOnlyOne = disconnectedBySize.count(size) == 1 && connectedBySize.count(size) == 1;
         entry = isOnlyOne ? disconnectedBySize.erase(entry) : std::next(entry);
         if (!isOnlyOne) continue;
-        successors[former] = connectedBySize.find(size)->second;
+        newIDs[former] = connectedBySize.find(size)->second;
         connectedBySize.erase(size);
     }
     if (disconnectedBySize.size() == 1 && connectedBySize.size() == 1) {
-        successors[disconnectedBySize.begin()->second] = connectedBySize.begin()->second;
+        newIDs[disconnectedBySize.begin()->second] = connectedBySize.begin()->second;
     }
-    return successors;
+    return newIDs;
 }
 
 void copyDisplay(WorkspaceProfile& profile, const DisplayID& displayID, const DisplayID& otherID) {

@@ -13,8 +13,8 @@ namespace kova {
 /// Whether the display id is derived from the frame instead of the device.
 bool isNamedByFrame(const DisplayID& displayID);
 
-/// Matches disconnected displays to new ones; keys are the former ids. Two displays match if no other disconnected or
-/// new display has their size, or if they are the only ones that remain unmatched.
+/// Matches disconnected displays to new displays; the keys are the former ids. A disconnected and a new display match
+/// if no other display of either set has their size, or if they are the last two without a match.
 std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& disconnected,
                                                     const std::set<DisplayID>& connected);
 

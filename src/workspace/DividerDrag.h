@@ -13,13 +13,13 @@
 
 namespace kova {
 
-/// Whether both are the same boundary of the same layout on the same display; their positions may differ.
+/// Whether `a` and `b` are the same boundary of the same layout on the same display. Their positions may differ.
 bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b);
 
 struct ActiveDividerDrag {
     DisplayLayoutDivider target;
     LayoutWeightOverrides startingOverrides;
-    LayoutWeightOverrides overrides; // as dragged so far
+    LayoutWeightOverrides overrides; // the weights at the present position of the drag
     bool didChange() const { return overrides != startingOverrides; }
 };
 
@@ -36,7 +36,7 @@ class DividerDrag {
 
     void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
-    /// Points along the divider's axis from its position at the beginning.
+    /// `translationPoints` is the distance along the divider's axis from its position at the beginning of the drag.
     void update(double translationPoints);
     /// Changes the weights by the pending translation; false if none is pending. The weights do not change if the
     /// divider cannot move; at its starting position the divider gets its starting weights.

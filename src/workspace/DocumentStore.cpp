@@ -77,8 +77,8 @@ void DocumentStore::saveWorkspaceDocument() {
                                    PreferenceData{encodeStoredDocument(workspaceDocument())});
 }
 
-/// Stores the document if it can be read back; otherwise changes nothing and returns the reason. A document that was
-/// too large before, by an edit of the preference file, may still be changed, so that it can shrink.
+/// Stores the document if it can be read back; otherwise changes nothing and returns the reason. A document may be
+/// too large already because the preference file was edited. Such a document may be changed, so that it can shrink.
 std::optional<DecodingError> DocumentStore::takeDocument(WorkspaceProductDocument next) {
     std::string stored = encodeStoredDocument(next);
     if (auto reason = whyUnreadable(next, stored.size())) {

@@ -13,8 +13,8 @@ struct DividerMove {
     bool operator==(const DividerMove&) const = default;
 };
 
-/// The dividers at the window edges that have moved by more than two points, and how far. All frames are in layout
-/// space; `cell` is the tile or the span, `before` and `after` are the window's frames in it.
+/// The dividers at those window edges that have moved by more than two points, each with the distance. All frames are
+/// in layout space. `cell` is the rectangle of the tile or the span; `before` and `after` are the window's frames.
 std::vector<DividerMove> dividersMovedBy(const CGRect& cell, const CGRect& before, const CGRect& after,
                                          const std::vector<LayoutDivider>& dividers);
 

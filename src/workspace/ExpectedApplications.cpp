@@ -16,7 +16,7 @@ void ExpectedApplications::noteStarted(const BundleID& bundleID, pid_t process,
     launch->second.startIdentity = *std::move(startIdentity);
 }
 
-void ExpectedApplications::forgetThoseWithWindows(const std::vector<ManagedWindow>& windows) {
+void ExpectedApplications::forgetApplicationsWithWindows(const std::vector<ManagedWindow>& windows) {
     if (launches_.empty()) return;
     for (const auto& window : windows) {
         if (window.bundleIdentifier) launches_.erase(*window.bundleIdentifier);

@@ -1,5 +1,5 @@
-// Applications that were launched and have no window yet. Until its first window an application may count as not
-// running; while it is expected here, no scene launches it a second time.
+// Applications that were launched and have no window yet. Such an application may not be listed as running. While it is
+// expected, no scene launches it a second time.
 #pragma once
 
 #include "support/Identifiers.h"
@@ -22,13 +22,13 @@ class ExpectedApplications {
 
     /// A launch was requested at the uptime `now`.
     void expect(const BundleID& bundleID, Seconds now);
-    /// The launch worked. Without a start identity the end of the process goes unnoticed: only the lifetime ends the
-    /// expectation.
+    /// The launch worked. Without a start identity the end of the process cannot be noticed, so the application stays
+    /// expected until its window appears or the lifetime is over.
     void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity);
     void forget(const BundleID& bundleID) { launches_.erase(bundleID); }
     /// Forgets applications that have a window now.
-    void forgetThoseWithWindows(const std::vector<ManagedWindow>& windows);
-    /// Whether the application may still show a window: not after the lifetime, nor once the launched process has
+    void forgetApplicationsWithWindows(const std::vector<ManagedWindow>& windows);
+    /// Whether the application may still show a window. False after the lifetime, and once the launched process has
     /// failed.
     bool isExpected(const BundleID& bundleID, Seconds now, const HasFailed& hasFailed) const;
     /// Extends every expectation by the time of a suspension.

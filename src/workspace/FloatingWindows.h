@@ -1,6 +1,6 @@
-// The windows that float by command, until they are put into a tile or their process ends: the id of a closed window
-// stays without effect, since the desktop may report an open window as closed around a sleep. Always true: the
-// published set is the only one.
+// The windows that float by command, until they are put into a tile or their process ends. The id of a closed window is
+// kept, because the desktop may report an open window as closed around a sleep. Always true: the published set is the
+// only copy of the ids.
 #pragma once
 
 #include "support/Identifiers.h"
@@ -28,7 +28,7 @@ class FloatingWindows : public PartWithoutPolls {
         next.insert(windowID);
         published_.set(std::move(next));
     }
-    /// Replaces all, after an undo or a restart.
+    /// Replaces the whole set, after an undo or a restart.
     void restore(std::set<WindowID> windowIDs) { published_.set(std::move(windowIDs)); }
     template <std::predicate<const WindowID&> Predicate>
     void dropIf(Predicate hasEnded) {
@@ -43,7 +43,7 @@ class FloatingWindows : public PartWithoutPolls {
         renameIn(next, windowID, newID);
         published_.set(std::move(next));
     }
-    void renameDisplay(const DisplayID&, const DisplayID&) {} // they are in no tile
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // a floating window has no tile
 
   private:
     PublishedIDs& published_;

@@ -20,7 +20,7 @@ class FocusMode : public PartWithoutPolls {
     /// What the end of focus mode restores.
     struct Before {
         WorkspaceUndoSnapshot snapshot;
-        std::vector<UndoEntry> history; // restored as well, so that focus mode does not cost the oldest entry
+        std::vector<UndoEntry> history; // restored as well, so that a full history keeps its oldest entry
     };
 
     explicit FocusMode(PublishedMode& published) : published_(published) {}

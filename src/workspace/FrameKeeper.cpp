@@ -15,7 +15,8 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         sizes_.endRetry(window.id);
     }
     const double tolerance = straying == Straying::any ? kRoundingPoints : kFrameTolerancePoints;
-    // Does not interfere with a placement that is still being verified; the poll after its last pass decides again.
+    // A placement of the same frame that is still being verified is not repeated. The poll after its last pass decides
+    // again.
     if (pending) noteRequest(window.id);
     if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::noRequest : Decision::request;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
@@ -72,7 +73,7 @@ bool FrameKeeper::isWaiting() const {
 }
 
 void FrameKeeper::rename(const WindowID& windowID, const WindowID& newID) {
-    // The new id may belong to another tab of the window, which may accept the frame.
+    // The new id may belong to another tab of the window. That tab may accept the frame, so the refusal is dropped.
     const auto found = refusals_.find(windowID);
     if (found != refusals_.end() && !found->second.isAccepted) refusals_.erase(found);
     renameKey(refusals_, windowID, newID);

@@ -1,5 +1,5 @@
-// Compares the requested frame of each window with its real one. Decides which requests to repeat and how often, and
-// what refusals say about minimum sizes. Always true: a window that keeps the same wrong frame gets `kAttempts`
+// Compares the requested frame of each window with its actual frame. Decides which requests are repeated and how often.
+// Derives minimum sizes from refused requests. Always true: a window that keeps the same wrong frame gets `kAttempts`
 // requests for the same frame, and then none until something changes.
 #pragma once
 
@@ -28,8 +28,8 @@ class FrameKeeper {
     /// window-service space.
     [[nodiscard]] Decision decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
                                   const std::optional<CGRect>& pending);
-    /// Call after a `repeatRequest`, but not while the window manager is being replaced: a window that does not move
-    /// then has refused nothing.
+    /// Call after a `repeatRequest`. Do not call while the window manager is being replaced: a window that does not
+    /// move during that time has not refused the request.
     void noteAttempt(const WindowID& windowID) { ++refusals_[windowID].attempts; }
     /// Records a request; the next poll may be too early to see its outcome.
     void noteRequest(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
@@ -66,7 +66,7 @@ class FrameKeeper {
         forgetRefusal(windowID);
     }
 
-    // How often displays are laid out anew; documented at `ReflowPolicy`.
+    // Limits how often the tiles of a display are laid out again; documented at `ReflowPolicy`.
     const ReflowPolicy& reflow() const { return reflow_; }
     void resetLimits() { reflow_.forgetAllPushes(); }
     void noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds now) {
@@ -80,7 +80,7 @@ class FrameKeeper {
 
     /// Forgets closed windows. Marks requests without a pending frame as seen by this poll.
     void onPoll(const PollContext& poll);
-    /// Whether a request or a poll is still due for some window.
+    /// Whether some window still needs a request, or a poll that sees the outcome of one.
     bool isWaiting() const;
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID) { reflow_.renameDisplay(displayID, newID); }

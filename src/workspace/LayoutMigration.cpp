@@ -18,11 +18,11 @@ struct Occupant {
     std::optional<WindowID> front;
     std::vector<WindowID> stack;
     CGPoint place{};
-    std::vector<SlotID> spanSlotIDs; // anchor first; of a window that spans several tiles
+    std::vector<SlotID> spanSlotIDs; // the tiles of a window that spans several tiles, anchor first
     std::optional<SlotID> newSlotID;
 };
 
-/// In the order of the old layout, with unknown slots last; places are known for the slots of the old layout only.
+/// In the order of the old layout. Slots that the old layout lacks come last, and their `place` is not set.
 std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& displayID, const DisplayTiles& tiles) {
     std::set<SlotID> slotIDs;
     const auto collect = [&](const TileTarget& target) {
@@ -98,7 +98,7 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
 
 namespace {
 
-/// Restores spans all of whose tiles are among the free ones.
+/// Restores each span if all of its tiles are free.
 void giveSpans(std::vector<Occupant>& all, std::vector<SlotID>& free) {
     const auto isFree = [&](const SlotID& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
     for (Occupant& occupant : all) {
@@ -166,8 +166,8 @@ LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayI
     return result;
 }
 
-/// If a stacked window came forward since its stack was remembered, it stays the front window. A stack without a front
-/// window gets its first window as front window.
+/// If the remembered front window is not in front now, but a window of the remembered stack is, that window becomes the
+/// front window. A remembered stack without a front window gets its first window as front window.
 void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
     for (Occupant& occupant : all) {
         if (occupant.front && now.isAssigned(*occupant.front)) continue;
@@ -187,7 +187,7 @@ void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
 LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
     std::vector<Occupant> all = occupants(before, displayID, oldTiles);
-    for (Occupant& occupant : all) occupant.spanSlotIDs.clear(); // the tiles of another layout are no span
+    for (Occupant& occupant : all) occupant.spanSlotIDs.clear(); // a span belongs to one layout only
     return migrate(before, displayID, std::move(all), newTiles);
 }
 

@@ -35,8 +35,8 @@ DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {
     TileAssignments assignments;
-    std::vector<WindowID> displacedWindowIDs; // lost their tile and are stacked behind another window
-    std::vector<WindowID> returnedWindowIDs;  // became front windows
+    std::vector<WindowID> displacedWindowIDs; // these lost their tile and are stacked behind another window
+    std::vector<WindowID> returnedWindowIDs;  // these became front windows
 };
 
 /// A front window stays in the slot with the same id; otherwise it moves to the slot with the same canonical id, to the

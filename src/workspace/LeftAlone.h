@@ -9,7 +9,7 @@
 namespace kova {
 
 enum class LeftAlone {
-    zoomed, // by focus mode
+    zoomed, // the window owns its display in focus mode
     heldByPointer,
     minimized,
     maximized,

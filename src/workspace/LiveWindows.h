@@ -31,8 +31,8 @@ class LiveWindows {
     /// Null when there is none with the id. Valid until the next enumeration.
     const ManagedWindow* find(const WindowID& windowID) const;
 
-    /// Takes the windows of a poll that began at `begun` (uptime): removes dialogs, and applies requests that it cannot
-    /// have seen. True if titles of windows or dialogs have changed.
+    /// Takes the windows of a poll that began at `begun` (uptime). Removes dialogs, and keeps requested states that the
+    /// poll cannot have seen. True if titles of windows or dialogs have changed.
     bool take(std::vector<ManagedWindow> found, Seconds begun);
     /// Forgets all windows, when the permission is missing.
     void clear();
@@ -51,14 +51,15 @@ class LiveWindows {
     /// Records the Space that is shown as of the last poll, and returns the one recorded before.
     std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
     std::uint64_t shownSpace() const { return shownSpace_; }
-    /// Another Space may be shown as of the last poll. `now` is an uptime.
+    /// Call if another Space may be shown since the last poll. `now` is an uptime.
     void noteSpaceChange(Seconds now) { spaceChange_ = now; }
     SpaceChange spaceChange(Seconds now) const {
         const bool isRecent = spaceChange_ && now - *spaceChange_ <= kSpaceChangeTime;
         return isRecent ? SpaceChange::possible : SpaceChange::none;
     }
 
-    // Requested states. `now` is an uptime. False if there is no such window.
+    // Requested states. `now` is an uptime.
+    /// False if there is no window with the id.
     bool request(const WindowID& windowID, WindowPresentation presentation, Seconds now);
     void requestHidden(pid_t process, Seconds now);
     /// All windows of the process on this Space that are not minimized.
@@ -73,7 +74,7 @@ class LiveWindows {
     /// Windows that this agent has minimized.
     const MinimizedWindows& minimized() const { return minimized_; }
     void noteMinimized(const WindowID& windowID, Seconds now) { minimized_.note(windowID, now); }
-    /// As `MinimizedWindows::takeAll`, `expectBack` and `takeReturned`.
+    /// See `MinimizedWindows::takeAll`, `expectBack` and `takeReturned`.
     std::vector<WindowID> takeMinimized() { return minimized_.takeAll(); }
     void expectMinimizedBack(const WindowID& windowID, const std::optional<CGRect>& frame, Seconds deadline) {
         minimized_.expectBack(windowID, frame, deadline);
@@ -90,9 +91,9 @@ class LiveWindows {
     }
     /// Whether a timeout or a confirmation is pending, so that polls must continue.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
-    /// The list itself has the new id already.
+    /// Renames the window in the records beside the list. The list of the last poll has the new id already.
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const DisplayID&, const DisplayID&) {} // windows know frames only
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // nothing here refers to a display
 
   private:
     void set(std::vector<ManagedWindow> windows);

@@ -23,8 +23,8 @@ class MinimizedWindows {
     /// Returns and forgets all windows; the caller restores them.
     std::vector<WindowID> takeAll();
 
-    /// The former agent had minimized the window and restored it to `frame` when that agent ended. The window may take
-    /// until `deadline` to appear there.
+    /// Expects a window that the former agent had minimized. That agent restored the window to `frame` when it ended.
+    /// The window may take until `deadline` (uptime) to appear there.
     void expectBack(const WindowID& windowID, const std::optional<CGRect>& frame, Seconds deadline);
     bool isExpecting() const { return !expected_.empty(); }
     /// Returns the expected windows that have reached their former frame and are not focused; the caller minimizes them

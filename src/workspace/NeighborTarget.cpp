@@ -7,7 +7,7 @@ namespace kova {
 namespace {
 
 constexpr double kCrossAxisWeight = 2.25;
-constexpr double kSameLine = 1; // points
+constexpr double kMinimumDistancePoints = 1; // along the direction
 
 struct Offset {
     double primary;
@@ -38,7 +38,7 @@ std::optional<TileTarget> neighborTarget(const CGRect& source, WorkspaceDirectio
     for (const auto& [key, frame] : frames) { // in key order, so that the smaller key wins a tie
         const CGPoint to = center(frame);
         const Offset offset = along(direction, to.x - from.x, to.y - from.y);
-        if (!(offset.primary > kSameLine)) continue;
+        if (!(offset.primary > kMinimumDistancePoints)) continue;
         const double score = offset.primary + kCrossAxisWeight * std::abs(offset.cross);
         if (!best || score < bestScore) {
             best = key;

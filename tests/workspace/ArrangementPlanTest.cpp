@@ -83,11 +83,13 @@ TEST(ArrangementPlan, LearnedTilesPrecedeThePresentTileAndThatPrecedesTheRole) {
     for (const int round : {1, 2, 3}) {
         table.input.learning.learnArrangement("jarvis.dual-split", "name:firefox", {"focus-main"});
         const auto lines = planArrangement(table.input).explanation();
-        EXPECT_EQ(table.plan() == "Firefox:focus-main Mail:secondary-1", round == 3) << "three rounds make a habit";
+        EXPECT_EQ(table.plan() == "Firefox:focus-main Mail:secondary-1", round == 3)
+            << "three arrangements outweigh the present tile";
         EXPECT_EQ(lines.front().find("usually keep") != std::string::npos, round == 3) << lines.front();
     }
     table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:mail", "focus-main");
-    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1") << "both have a habit of the tile: the role decides";
+    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1")
+        << "the tile is learned for both applications: the role decides";
     table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:firefox", "secondary-1");
     EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "the user's own choice counts at once";
 }
@@ -169,7 +171,7 @@ TEST(ArrangementPlan, HiddenWindowsRankAfterVisibleOnes) {
     EXPECT_EQ(table.plan(), "Viewer:focus-main Codex:secondary-1");
     table.window("Other");
     EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex:surplus");
-    table.input.candidates[0].stackedBehindID = "D::secondary-1";
+    table.input.candidates[0].stackTarget = "D::secondary-1";
     EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex behind:secondary-1");
 }
 
@@ -218,7 +220,7 @@ TEST(ArrangementPlan, TheTileOfAFullScreenWindowIsNotGivenToAnotherWindow) {
     table.window("Codex");
     table.window("Mail");
     EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail:surplus");
-    table.input.candidates.back().stackedBehindID = "D::focus-main";
+    table.input.candidates.back().stackTarget = "D::focus-main";
     EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "the stacked window stays stacked";
 }
 
@@ -257,7 +259,7 @@ TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbor) {
     claims.window("Codex").minimumSize = {2300, 400}; // leaves less than a tile needs
     claims.window("Mail");
     EXPECT_EQ(claims.plan(), "Codex:focus-main+secondary-1 Mail:surplus");
-    claims.input.candidates.back().stackedBehindID = "D::secondary-1";
+    claims.input.candidates.back().stackTarget = "D::secondary-1";
     EXPECT_EQ(claims.plan(), "Codex:focus-main+secondary-1 Mail behind:focus-main") << "a span has one stack";
 
     Table tooLarge;

@@ -106,7 +106,7 @@ TEST(AwaitedWindows, ASceneTakesItsWindowsInTheOrderOfTheirStacksAndReportsEachO
     EXPECT_EQ(report.state, SceneReport::State::finished) << "the scene was not waiting any more";
 }
 
-TEST(AwaitedWindows, AnAbandonedSceneIsReportedAsSuchAndForgotten) {
+TEST(AwaitedWindows, AnAbandonedSceneIsReportedAsAbandonedAndThenForgotten) {
     Awaited awaited;
     awaited.windows.beginScene(4);
     awaited.windows.noteMovedByUser("early");

@@ -153,7 +153,7 @@ TEST_F(DragStories, ADividerDragIsAbandonedWhenTheMachineSleeps) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DragStories, NoDividersOnADisplayThatAZoomedWindowOwns) {
+TEST_F(DragStories, ADisplayThatAZoomedWindowOwnsHasNoDividers) {
     desk.desktop.userFocuses("Mail");
     desk.zoom();
     EXPECT_TRUE(kova().dividers().empty());
@@ -286,8 +286,8 @@ TEST(EdgeResize, OnlyDividersAlongTheDraggedEdgeMove) {
     EXPECT_EQ(pulled(0, 0, 80, 80), "");
 }
 
-/// During a drag the layout in force, its tiles and its slots are changed in place.
-TEST(DraggedLayout, IsTheOneThatItsWeightsMakeAnew) {
+/// During a drag the cached layout is changed in place. The result must equal a layout that is computed from the start.
+TEST(DraggedLayout, EqualsALayoutComputedFromTheSameWeights) {
     const auto& catalogue = builtInLayouts();
     const LayoutDefinition& layout = *findLayout(catalogue, "jarvis.six-grid");
     Screen screen;

@@ -86,7 +86,7 @@ TEST_F(Launching, TheNewWindowDisplacesTheFrontWindowButNotOthersOfItsApplicatio
     EXPECT_TRUE(desk.desktop.isHidden("Mail"));
 }
 
-TEST_F(Launching, TheLastLaunchIntoATileCounts) {
+TEST_F(Launching, ASecondLaunchIntoATileReplacesTheFirst) {
     const auto slow = desk.desktop.install("Maps", {.startsAfter = Seconds(2), .window = {.frame = kSomewhere}});
     launch(slow, kRight);
     launch(desk.desktop.install("Notes"), kRight);
@@ -104,7 +104,7 @@ TEST_F(Launching, TwoAwaitingTilesGetOneWindowEachInTheOrderOfTheirKeys) {
     EXPECT_EQ(desk.desktop.window("Notes 3").frame, kSomewhere);
 }
 
-TEST_F(Launching, WithoutABundleIdentifierTheProcessDecides) {
+TEST_F(Launching, AWindowWithoutABundleIdentifierIsRecognizedByItsProcess) {
     desk.desktop.launch("Script", {.hasBundleIdentifier = false});
     desk.desktop.open("Script", {.frame = kSomewhere});
     launch(desk.desktop.install("Notes", {.hasBundleIdentifier = false}), kRight);
@@ -171,7 +171,7 @@ TEST_F(Launching, TheWindowWaitsForADisconnectedDisplayOrAMissingTile) {
     EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
 }
 
-TEST_F(Launching, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
+TEST_F(Launching, TheTimeoutStandsStillWhileTheScreenIsLockedOrAsleep) {
     using Change = std::function<void(Scenario&)>;
     const struct {
         const char* how;

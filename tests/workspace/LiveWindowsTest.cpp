@@ -14,7 +14,7 @@ ManagedWindow live(const WindowID& id, pid_t process) {
     return window;
 }
 
-TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
+TEST(LiveWindows, HaveTheRequestedStateUntilAPollShowsTheActualOne) {
     LiveWindows windows;
     (void)windows.take({live("a", 1), live("b", 1), live("c", 2)}, Seconds{0});
     EXPECT_FALSE(windows.request("gone", WindowPresentation::shown, Seconds{1}));
@@ -31,7 +31,7 @@ TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
     EXPECT_EQ(windows.find("b"), nullptr);
 }
 
-TEST(LiveWindows, ARenamedWindowStaysRecordedAsMinimizedAndUsed) {
+TEST(LiveWindows, ARenamedWindowKeepsItsMinimizedRecordAndItsPlaceInTheFocusOrder) {
     LiveWindows windows;
     windows.noteMinimized("a", Seconds{0});
     windows.noteFocus("a");

@@ -12,7 +12,7 @@ namespace {
 
 using enum WorkspaceDirection;
 
-/// Two columns of two tiles, y up.
+/// Two columns of two tiles each, in screen space (y up).
 std::map<TileTarget, CGRect> quad() {
     return {{"lower-left", makeRect(0, 0, 100, 100)},
             {"lower-right", makeRect(100, 0, 100, 100)},
@@ -39,7 +39,7 @@ TEST(NeighborTarget, MultipliesTheDistanceAcrossTheDirectionByTwoAndAQuarter) {
     EXPECT_EQ(neighborTarget(CGRect{}, right, frames(100)), "ahead") << "a tie goes to the smaller key";
 }
 
-TEST(NeighborTarget, ATileAtMostOnePointFurtherIsNoNeighbor) {
+TEST(NeighborTarget, ATileAtMostOnePointAwayInTheDirectionIsNoNeighbor) {
     const std::map<TileTarget, CGRect> one{{"near", makeRect(1, 0, 0, 0)}};
     EXPECT_EQ(neighborTarget(CGRect{}, right, one), std::nullopt);
     const std::map<TileTarget, CGRect> more{{"near", makeRect(1.5, 0, 0, 0)}};
