@@ -36,7 +36,7 @@ class PointerInteraction : public PartWithoutPolls {
     /// `moveDivider` is called when a movement of the divider is due, `resumed` when polls may move windows again.
     PointerInteraction(MainQueue& queue, std::function<void()> moveDivider, std::function<void()> resumed);
 
-    /// Whether only the pointer may move the window.
+    /// Whether the window is pressed or dragged. Only the pointer may move such a window.
     bool isHolding(const WindowID& windowID) const { return isPressing(windowID) || isDragging(windowID); }
     bool isPressing(const WindowID& windowID) const;
     bool isDragging(const WindowID& windowID) const;
@@ -46,13 +46,13 @@ class PointerInteraction : public PartWithoutPolls {
     bool isOnWindow() const;
     bool isPausingPolls() const { return pause_.isSuspended(); }
 
-    /// Without effect during a drag.
+    /// Records that a button is down on the window. No-op during a drag.
     void press(WindowID windowID, const std::optional<CGRect>& frame);
     /// Ends the press and returns the pressed window; absent if a drag has begun.
     std::optional<Press> release();
 
     void beginWindowDrag(WindowID windowID, WorkspaceUndoSnapshot before);
-    /// Absent when no window is dragged.
+    /// The window that is being dragged; absent when none is.
     std::optional<WindowID> draggedWindow() const;
     std::optional<WindowDrag> endWindowDrag();
 

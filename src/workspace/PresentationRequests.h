@@ -1,6 +1,6 @@
-// The last request for each window to be shown, hidden, minimized or maximized, until a poll confirms it. A poll may
-// have read a window before the request, and a desktop may carry the request out late; until then it counts, so that
-// every operation starts from the state that the previous one requested.
+// The last request for each window to be shown, hidden, minimized or maximized. A poll may have read the window before
+// the request, and a desktop may carry a request out late. Until a poll confirms the request, the requested state
+// replaces the state that polls read, so that every operation starts from the state that the previous one requested.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -17,15 +17,15 @@ enum class WindowPresentation { shown, minimized, hidden };
 
 class PresentationRequests {
   public:
-    /// How long a request counts without a confirmation; then the desktop's state does.
+    /// A request that no poll has confirmed within this time is dropped; the state that polls read counts again.
     static constexpr Seconds kValidity{1};
 
     /// Changes the window's state at once and remembers the request. `now` is an uptime.
     void request(ManagedWindow& window, WindowPresentation presentation, Seconds now);
-    /// Remembers a request to maximize or not, which is independent of the other states.
+    /// Like `request`, for maximizing a window or ending that. A window can have a request of both kinds.
     void requestMaximized(ManagedWindow& window, bool maximized, Seconds now);
-    /// Replaces the states in `windows`, which a poll has read that began at `begun` (uptime), by the requested states.
-    /// Drops requests that this poll confirms, that have timed out, or whose window is on another Space.
+    /// Replaces the states in `windows` by the requested states. `windows` are the result of a poll that began at
+    /// `begun` (uptime). Drops requests that this poll confirms, that have timed out, or whose window is elsewhere.
     void overrule(std::vector<ManagedWindow>& windows, Seconds begun);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
     bool isComingBack(const WindowID& windowID) const;
@@ -40,7 +40,7 @@ class PresentationRequests {
         State state{};
         Seconds requestedAt{}; // uptime
     };
-    /// The newest of each window, by its id.
+    /// The newest request of each window, by window id.
     template <class State>
     using Requests = std::map<WindowID, Request<State>>;
     template <class State>

@@ -1,6 +1,6 @@
-// Schedules polls: twice a second while running, one at a time. No poll runs while a desktop that announces its changes
-// has announced none; where announcements can get lost, a poll follows after the longest idle time. A generation
-// counter, not a lock, keeps late results from being applied. Main thread only, except for the poll itself.
+// Schedules polls: twice a second while running, one at a time. If the desktop announces its changes, no poll runs
+// until a change is announced. If announcements can get lost, a poll runs at the latest after the longest idle time. A
+// generation counter, not a lock, keeps late results from being applied. Main thread only, except for the poll itself.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -28,7 +28,7 @@ struct PollResult {
 class RefreshCycle {
   public:
     static constexpr Seconds kInterval{0.5};
-    /// The longest time that work waits for a poll, which may take long if applications respond slowly.
+    /// The longest time that work waits for a poll. A poll may take longer if applications respond slowly.
     static constexpr Seconds kLongestWait{0.3};
 
     struct Callbacks {
@@ -54,7 +54,7 @@ class RefreshCycle {
     void resume();
     /// Polls now. No-op while a poll is in flight, while suspended, or when not running.
     void refresh();
-    /// Ends idle polls, since an object has begun to wait.
+    /// Ends idle polls. Call when an object has begun to wait for a time or for a poll.
     void wake();
     /// Runs the work after a poll that begins now or later, but after `kLongestWait` at the latest, in the order of the
     /// calls. Returns false and drops the work if no other work waits and either the last result is current or no poll

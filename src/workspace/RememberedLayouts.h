@@ -1,6 +1,6 @@
-// Remembers for each display the tiles that windows had in the layouts that the user replaced, so that no placement is
-// lost while a layout with fewer tiles is in force: each new layout is filled from these tiles. Always true: per
-// display, a window is remembered for one layout, its home.
+// Remembers for each display the tiles that windows had in layouts that the user replaced. Each new layout is filled
+// from these tiles, so that no placement is lost while a layout with fewer tiles is in force. Always true: a window is
+// remembered for at most one layout of a display. This layout is the window's home.
 #pragma once
 
 #include "workspace/LayoutMigration.h"
@@ -22,11 +22,11 @@ class RememberedLayouts {
     /// The remembered windows that are still on the display, per layout, the newest layout first.
     std::vector<RememberedLayout> of(const DisplayID& displayID, const TileAssignments& assignments) const;
 
-    /// Forgets the window, which the user has moved.
+    /// Forgets the window. Call when the user has moved it.
     void forget(const WindowID& windowID);
     void forgetDisplay(const DisplayID& displayID) { homes_.erase(displayID); }
     void forgetAll() { homes_.clear(); }
-    /// After an arrangement: forgets all windows except those that it left stacked.
+    /// Call after an arrangement: forgets all windows except those that are stacked behind a front window now.
     void keepOnlyWaiting(const TileAssignments& assignments);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);

@@ -13,8 +13,8 @@ namespace kova {
 
 struct SceneDifference {
     std::string what;    // "theme", "layout of Display 1", "Mail “Inbox”"
-    std::string inScene; // these two in the names that the user sees
-    std::string now;
+    std::string inScene; // the value in the scene, by the name that the user sees
+    std::string now;     // the present value, by the name that the user sees
     bool operator==(const SceneDifference&) const = default;
 };
 

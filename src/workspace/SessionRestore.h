@@ -39,9 +39,10 @@ class SessionRestore {
     std::optional<std::string> processStart(pid_t process, const ProcessStartOf& read);
     void keepProcesses(const std::set<pid_t>& recorded);
 
-    /// Begins to await windows that are not listed although their processes run.
+    /// Begins to await the windows. They are windows of the former session that no poll lists although their processes
+    /// run.
     void await(std::set<WindowID> windowIDs, Seconds now);
-    /// Windows that may still appear.
+    /// The awaited windows that are not in `live`; empty after the timeout.
     const std::set<WindowID>& awaited(const std::vector<ManagedWindow>& live, Seconds now);
 
     /// Records a window that was stacked when the former agent ended; that agent then showed it at `formerFrame`.

@@ -1,6 +1,6 @@
 // Tiles and pending frames of windows on other Spaces (virtual desktops). While a Space is not shown, its windows keep
-// their tiles in the assignments; if such a tile is given to another window, it is remembered here instead. Always
-// true: a window has at most one remembered place.
+// their tiles in the assignments. If such a tile is given to another window, the former window's tile is remembered
+// here. Always true: a window has at most one remembered tile or stack.
 #pragma once
 
 #include "windowing/ManagedWindow.h"

@@ -21,11 +21,11 @@ class StrandedFloats {
     /// that is remembered already keeps its first display.
     void noteGone(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                   const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
-    /// Records the frame of the window while its display is disconnected: another frame later means that the
-    /// window was moved.
+    /// Records the first frame that the window has while its display is disconnected. If the window has another frame
+    /// when the display returns, the window was moved. Later calls for the same window have no effect.
     void settle(const WindowID& windowID, const CGRect& frame);
-    /// Ids and former frames of the windows whose display is connected, that were not moved and are in no tile. All
-    /// windows of connected displays are forgotten.
+    /// Returns the ids and former frames of the windows whose display is connected again, except windows that were
+    /// moved or are in a tile. Forgets all windows of connected displays.
     std::vector<std::pair<WindowID, CGRect>> takeReturned(const std::set<DisplayID>& connected,
                                                           const std::vector<ManagedWindow>& live,
                                                           const TileAssignments& tiles);

@@ -21,16 +21,16 @@ struct TileAssignments {
     std::map<TileTarget, std::vector<WindowID>> stackWindowIDsByTarget; // front first
     std::map<WindowID, TileTarget> anchorsByWindowID;                   // spanning windows only
 
-    /// The tile whose front window this is, for a span its anchor; absent if it is not a front window.
+    /// The tile in which the window is in front, the anchor for a span; absent if the window is not a front window.
     std::optional<TileTarget> targetOf(const WindowID& windowID) const;
-    /// The tile whose stack holds the window, front or not; absent when no stack does.
+    /// The tile whose stack contains the window, as front window or behind it; absent when no stack does.
     std::optional<TileTarget> stackTargetOf(const WindowID& windowID) const;
-    /// Every tile whose front window this is, in key order.
+    /// Every tile in which the window is in front, in the order of the map's keys.
     std::vector<TileTarget> targetsOf(const WindowID& windowID) const;
     /// Whether the window is the front window of a tile.
     bool isAssigned(const WindowID& windowID) const { return targetOf(windowID).has_value(); }
     bool isInAnyTile(const WindowID& windowID) const;
-    /// Every tile whose front window this is, its anchor first.
+    /// Every tile in which the window is in front, the anchor first.
     std::vector<TileTarget> targetsAnchorFirst(const WindowID& windowID) const;
     /// Every front window and every stacked window.
     std::set<WindowID> windows() const;

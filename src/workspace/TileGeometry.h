@@ -43,7 +43,7 @@ class TileGeometry {
     /// The height with which `flipped` converts between screen space and window-service space.
     double firstScreenMaxY() const;
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
-    /// The definition in force on the display, weights applied; null for a display that is not connected.
+    /// The layout in force on the display, with the display's weights; null for a display that is not connected.
     const LayoutDefinition* resolvedLayout(const DisplayID& displayID) const;
     /// In layout space. Valid until the next call for the display.
     const SolvedLayout& solvedTiles(const Screen& screen) const;
@@ -91,7 +91,7 @@ class TileGeometry {
     const LayoutDefinition& layoutOn(const Screen& screen) const {
         return layouts_.resolve(screen, *state_.profile, catalogue());
     }
-    /// Its id.
+    /// The id of the layout in force.
     const std::string& layoutIDOn(const Screen& screen) const {
         return layouts_.layoutID(screen, *state_.profile, catalogue());
     }

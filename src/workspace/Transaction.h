@@ -20,9 +20,9 @@ struct Transaction {
     std::vector<WindowID> displaced{};
     /// Tile frames have changed; overlays and divider handles follow.
     bool hasMovedTiles = false;
-    /// Refusing windows get all their attempts again, since their tiles or minimum sizes are others now.
+    /// Windows that refused their frames get all attempts again, because their tiles or minimum sizes have changed.
     bool resetsLimits = false;
-    /// The remaining steps of an arrangement are dropped, since they are for the former tiles.
+    /// The remaining steps of an arrangement are dropped, because they were planned for the former tiles.
     bool endsArrangement = false;
     /// Windows may lack room now; this one claims tiles first. Empty: no window comes first. Absent: no window lacks
     /// room.
@@ -33,7 +33,8 @@ struct Transaction {
     bool comparesTiles = true;
 };
 
-/// Of operations that move no window, or that have requested the frames themselves.
+/// The value of `Transaction::straying` for operations that move no window or that have requested the frames
+/// themselves.
 inline constexpr std::nullopt_t kFramesStay = std::nullopt;
 
 } // namespace kova

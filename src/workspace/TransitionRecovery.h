@@ -21,8 +21,8 @@ class TransitionRecovery {
   public:
     static constexpr Seconds kDuration{10};
 
-    /// At the begin of a transition: remembers the assigned live windows in list order, then the stacked ones. Windows
-    /// still missing from an earlier suspension stay in the list.
+    /// At the beginning of a transition: remembers the assigned live windows in list order, then the stacked ones.
+    /// Windows still missing from an earlier suspension stay in the list.
     void remember(const std::vector<ManagedWindow>& liveWindows, const TileAssignments& assignments);
     /// At the end of a transition (uptime): starts the ten seconds of recovery.
     void begin(Seconds uptime);
@@ -45,7 +45,7 @@ class TransitionRecovery {
     /// Remembered windows that have not returned yet.
     std::set<WindowID> awaitedWindowIDs() const;
 
-    // Displays at the begin of the transition, and how long it lasted
+    // The displays at the beginning of the transition, and how long the transition lasted
     void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
     bool hasOtherScreens(const std::vector<Screen>& now) const { return now != screensBefore_; }
     /// As `UnseenTime::begin` and `end`.

@@ -29,7 +29,7 @@ struct WorkspaceUndoSnapshot {
     std::set<WindowID> maximizedWindowIDs;
     std::set<WindowID> visibleWindowIDs;
     std::set<pid_t> hiddenProcessIdentifiers; // of hidden applications
-    std::set<WindowID> floatingWindowIDs;     // by command
+    std::set<WindowID> floatingWindowIDs;     // windows that a command made floating
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
