@@ -26,7 +26,7 @@ class RememberedLayouts {
     void forget(const WindowID& windowID);
     void forgetDisplay(const DisplayID& displayID) { homes_.erase(displayID); }
     void forgetAll() { homes_.clear(); }
-    /// Call after an arrangement: forgets all windows except those that are stacked behind a front window now.
+    /// Call after an arrangement: forgets all windows except those that are stacked and not in front.
     void keepOnlyWaiting(const TileAssignments& assignments);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
