@@ -46,17 +46,17 @@ TEST(PointSpace, ConvertsRectanglesPointsAndSizes) {
                   .minimum = {100, 50}, .base = {2, 4}, .increment = {7, 13}, .leastAspect = 1.5, .mostAspect = 2}));
 
     // A divider's handle is 8 points thick.
-    const auto thick = [](double scale) {
+    const auto handleAtScale = [](double scale) {
         const PointSpace space(scale, {0, 0, 2560, 1440});
         return placeOfHandle("id", flipped(makeRect(99, 10, 2, 500), 1440 / scale), LayoutAxis::horizontal, space);
     };
-    EXPECT_EQ(describe(thick(1).rect), "96,10 8x500");
-    EXPECT_EQ(describe(thick(2).rect), "192,20 16x1000");
-    EXPECT_EQ(thick(2).restingPixels, 6);
+    EXPECT_EQ(describe(handleAtScale(1).rect), "96,10 8x500");
+    EXPECT_EQ(describe(handleAtScale(2).rect), "192,20 16x1000");
+    EXPECT_EQ(handleAtScale(2).doubleClickTolerancePixels, 6);
 }
 
-// Edges in points are rounded by at most half a pixel.
-TEST(PointSpace, AFrameThatIsReadAndWrittenKeepsItsPlace) {
+// A frame in points that is written and read back moves each edge by at most half a pixel.
+TEST(PointSpace, AFrameThatIsReadAndWrittenBackStaysTheSame) {
     for (double scale = 1; scale <= 4; scale += 0.25) {
         const PointSpace space(scale, kFirst);
         for (int n = -500; n < 5000; n += 7) {
@@ -65,7 +65,8 @@ TEST(PointSpace, AFrameThatIsReadAndWrittenKeepsItsPlace) {
             ASSERT_EQ(describe(space.pixelsFromScreen(space.pointsOnScreen(rect))), describe(rect)) << scale;
             const CGRect points = makeRect(n, 3000 - n, 100 + n % 300, 90 + n % 500);
             const CGRect back = space.points(space.pixels(points));
-            ASSERT_TRUE(nearlyEqual(back, points, 1 / scale + 1e-5)) << scale << " " << n; // sizes by a pixel
+            ASSERT_TRUE(nearlyEqual(back, points, 1 / scale + 1e-5))
+                << scale << " " << n; // a size may differ by a whole pixel
             // The width of a window does not depend on its position: a moved terminal keeps its number of columns.
             const double columns = space.points(n % 80 * 7 + 700);
             ASSERT_EQ(space.pixels(makeRect(n, 0, columns, columns)).width, n % 80 * 7 + 700) << scale << " " << n;

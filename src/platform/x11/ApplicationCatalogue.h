@@ -13,8 +13,8 @@ struct ApplicationIdentity {
     BundleID bundleIdentifier;  // the desktop entry's id, else the class in lower case
     std::string localizedName;  // the entry's name, else the class
     std::string bundlePath;     // the entry's file; empty when there is none
-    std::string iconName;       // as the entry gives it; empty when there is none
-    bool isFileManager = false; // the entry has the category of file managers
+    std::string iconName;       // the icon's name in the entry; empty when there is none
+    bool isFileManager = false; // the entry belongs to the category of file managers
     bool operator==(const ApplicationIdentity&) const = default;
 };
 
@@ -28,7 +28,8 @@ struct ApplicationTraces {
 class ApplicationCatalogue {
   public:
     virtual ~ApplicationCatalogue() = default;
-    /// Any thread. Reads files at the first call and after changes of their folders; else uses values in memory.
+    /// Any thread. Reads files at the first call and when their folders have changed. Other calls use the values in
+    /// memory.
     virtual ApplicationIdentity identify(const ApplicationTraces& traces) = 0;
 };
 

@@ -23,7 +23,7 @@ class ChangeNotice {
 
     // Main thread
     /// `callback` runs on the main queue once the count differs from `count`. It replaces the former callback; an empty
-    /// function only cancels that. Call `callBackIfDue` afterwards.
+    /// function only removes the former callback. Call `callBackIfDue` afterwards, since the count may differ already.
     void await(std::uint64_t count, std::function<void()> callback) {
         callback_ = std::move(callback);
         awaitedCount_ = count;

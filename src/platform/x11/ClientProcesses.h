@@ -1,6 +1,6 @@
 // The process of a window. The X server knows which process opened a connection; the number in the window's own
-// property (_NET_WM_PID) may be wrong or belong to another process namespace. A process is killed only if nothing
-// contradicts that it owns the window.
+// property (_NET_WM_PID) may be wrong or belong to another process namespace. KOVA kills a process only if the X
+// server names it as the process of the window, and the window names no other process.
 #pragma once
 
 #include "platform/x11/ClientWindow.h"
@@ -28,8 +28,8 @@ OwnerEvidence evidenceOf(const ClientWindow& client);
 /// claims. Absent if there is neither, and for windows of programs on other machines.
 std::optional<pid_t> attributedProcess(const OwnerEvidence& evidence);
 
-/// The reason why the window's process must not be killed, as a sentence without its full stop; absent if the process
-/// may be killed. `innerNumber`: the number of the process in its own process namespace.
+/// The reason why the window's process must not be killed, as a sentence without its final period; absent if the
+/// process may be killed. `innerNumber`: the number of the process in its own process namespace.
 std::optional<std::string> whyUnverified(const OwnerEvidence& evidence, std::optional<pid_t> innerNumber);
 
 /// The number of the process in its innermost process namespace, which is the number that the process gets from
@@ -46,7 +46,7 @@ class ClientProcesses {
     bool isAvailable() const { return isAvailable_; }
     /// Buffers the request. Only call if `isAvailable`.
     xcb_res_query_client_ids_cookie_t request(xcb_window_t window) const;
-    /// Absent if the reply is null or the server does not know the client's process.
+    /// The client's process in the reply; absent if the reply is null or the server does not know the process.
     static std::optional<pid_t> processIn(const xcb_res_query_client_ids_reply_t* reply);
 
   private:

@@ -25,7 +25,7 @@ inline constexpr std::uint32_t kLargestProcess = 4'194'304;
 /// least this large. No process can have such a number; never send a signal to it.
 inline constexpr std::uint32_t kFirstInventedProcess = 0x40000000;
 static_assert(kFirstInventedProcess > kLargestProcess);
-/// Whether the number can belong to a process; a signal may only be sent to such a number.
+/// True if the number can belong to a process. Send signals only to such numbers.
 constexpr bool isProcess(pid_t number) {
     return number > 0 && static_cast<std::uint32_t>(number) <= kLargestProcess;
 }
@@ -35,7 +35,8 @@ enum class WindowKind { standard, dialog, dock, desktop, splash, menu, palette, 
 /// The subrole in the accessibility vocabulary.
 std::string_view subroleOf(WindowKind kind);
 
-/// A bit is set while the server has announced a change of the property that was not read yet.
+/// Each bit stands for one part of a window's data. The bit is set when the server announces a change of that part, and
+/// cleared when the new value is requested.
 namespace stale {
 enum Bit : std::uint32_t {
     title = 1U << 0,
@@ -46,13 +47,13 @@ enum Bit : std::uint32_t {
     desktop = 1U << 5,
     owner = 1U << 6, // class, process, machine
     strut = 1U << 7,
-    topLevel = 1U << 8, // which child of the root holds the window
+    topLevel = 1U << 8, // which child of the root contains the window
     events = 1U << 9,   // its events are not selected yet
     all = (1U << 10) - 1,
 };
 }
 
-/// Space that a panel reserves at the edges of the root window, with its span along each edge.
+/// Space that a panel reserves at the edges of the root window. Start and end limit the space along each edge.
 struct Strut {
     PixelEdges depth;
     int leftStart = 0, leftEnd = kLargestCoordinate;
@@ -66,7 +67,7 @@ struct Strut {
 struct PendingFrame {
     PixelRect outer;
     Seconds since{};
-    std::optional<std::uint32_t> sequence; // of the request, once it is sent
+    std::optional<std::uint32_t> sequence; // of the sent request; always absent under a window manager
 };
 
 inline constexpr std::uint32_t kAllDesktops = 0xFFFFFFFFU;
@@ -78,8 +79,8 @@ struct ClientWindow {
     bool isInputOnly = false;
 
     pid_t processIdentifier = 0;                 // of the window's application
-    std::optional<std::uint32_t> claimedProcess; // by the window's property
-    std::optional<pid_t> reportedProcess;        // by the X server
+    std::optional<std::uint32_t> claimedProcess; // the number in the window's _NET_WM_PID
+    std::optional<pid_t> reportedProcess;        // the number that the X server names
     std::string clientMachine;
     std::string instanceName, className, applicationID;
 
@@ -103,16 +104,19 @@ struct ClientWindow {
     PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
     PixelEdges margins; // from the top level's edge to the visible edge; negative where the decorations lie outside the
                         // top level
-    // Around the client's area in the present top level; absent unless the top level ends at the visible edge.
+    // The distances from the top level's edges to the client's area, as last measured. Absent if they differed from
+    // `decorations`.
     std::optional<PixelEdges> measuredDecorations;
-    std::optional<PixelRect> frameBeforeAnimation; // the visible edge; only while the frame is too small for the window
+    // The visible edge before the window manager began to animate or shade its frame around the window. Absent while
+    // that frame is large enough for the window.
+    std::optional<PixelRect> frameBeforeAnimation;
     std::optional<PixelRect> minimumElseBase; // minimum size of the hints, else their base size; x and y are unused
-    WindowSizeHints sizeHints;                // without `around`
-    PixelEdges decorationsWhenPlaced;         // when a frame was last requested
+    WindowSizeHints sizeHints;                // its member `around` is not set
+    PixelEdges decorationsWhenPlaced;         // `decorations` at the time of the last requested frame
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 
-    // State and frame are requested by the main thread and by polls. Sequence numbers of the requests whose replies
+    // The main thread and polls both request the state and the frame. Sequence numbers of the requests whose replies
     // were used last:
     std::optional<std::uint32_t> stateRequest, frameRequest;
     int pendingStateRequests = 0; // requests of the main thread without a reply yet
@@ -134,7 +138,7 @@ struct ClientWindow {
     bool isManaged() const { return !isInputOnly && (kind() == WindowKind::standard || kind() == WindowKind::dialog); }
 };
 
-/// One property that KOVA reads: which bit its change sets, and how its value is read.
+/// One property that KOVA reads: which stale bit its change sets, and how its value is read.
 struct PropertyRule {
     xcb_atom_t property;
     std::uint32_t staleBit;
@@ -145,13 +149,15 @@ struct PropertyRule {
 /// All properties of a client that KOVA reads, in the order in which they must be read.
 std::vector<PropertyRule> propertyRules(const Atoms& atoms);
 
-/// The 32-bit values of a property of that type (XCB_ATOM_NONE: of any type); empty if the type or the format differs.
+/// The 32-bit values of the property; empty if the property has another format or another type than `type`.
+/// XCB_ATOM_NONE stands for every type.
 std::vector<std::uint32_t> numbersIn(const PropertyView& property, xcb_atom_t type);
 /// The property's text up to the first zero byte, as UTF-8: converted from Latin-1 for the type STRING, otherwise with
 /// every invalid byte replaced by U+FFFD.
 std::string textIn(const PropertyView& property, const Atoms& atoms);
 std::string repairedUtf8(std::string_view text);
-/// Whether WM_CLIENT_MACHINE names this machine; a short host name equals a full one that begins with it.
+/// True if WM_CLIENT_MACHINE names this machine, or is empty or "localhost". A short name matches a full name that
+/// begins with the same host name.
 bool isSameMachine(std::string_view clientMachine, std::string_view hostName);
 
 } // namespace kova::x11

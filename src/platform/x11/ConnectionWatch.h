@@ -1,5 +1,5 @@
-// Watches the connection for the main thread. Does not watch during a pause, nor while the polling queue waits for
-// replies, since only one thread can read from a connection.
+// Notifies the main thread when there is something to read from the connection to the X server. Does not watch the
+// connection during a pause, nor while the polling queue waits for replies, since only one thread can read from it.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -24,15 +24,16 @@ class ConnectionWatch {
 
     // Main thread
     void begin(DescriptorWatch watch, std::function<void()> readable);
-    /// Watches from now on.
+    /// Ends the pause, and watches the connection from now on.
     void resume();
-    /// Pauses until `resume`. If no poll is reading, calls `readable` at the end of the pause. No-op before `begin`.
+    /// Stops watching until `resume`. If no poll is reading, `readable` is called after the time `pause`. No-op before
+    /// `begin`.
     void pause(Seconds pause);
     void stop() { watching_.reset(); }
 
-    // Call with the mutex held that guards whether a poll is reading
+    // Call with the mutex of X11Parts held
     void setPausedForPoll(bool isPaused) { isPausedForPoll_ = isPaused; }
-    /// Whether to read the connection before reading from the model. True only during a pause, and at most once a
+    /// True if the caller must read the connection before it reads the model: only during a pause, and at most once a
     /// millisecond, so that reading a hundred windows does not read the connection a hundred times.
     bool isReadDue(Seconds now);
 

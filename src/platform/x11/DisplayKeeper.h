@@ -1,5 +1,6 @@
-// The present displays: requests monitors and scale when the server announces changes, and computes the screens that
-// the platform interface reports. Main thread, with the model's mutex held; only `readAll` waits for the server.
+// Keeps the present displays: requests monitors and scale when the server announces changes, and computes the screens
+// that the platform interface reports. Main thread, with the model's mutex held. Only the constructor and `readAll`
+// wait for the server.
 #pragma once
 
 #include "platform/x11/DisplayReader.h"
@@ -25,7 +26,7 @@ class DisplayKeeper {
     /// have been read or the scale has changed; then call `arrange`.
     bool advance(const EventEffects& effects);
     bool isReading() const { return reader_.isReading() || scale_.isReading(); }
-    /// Whether requests were buffered since the last call.
+    /// True if requests were buffered since the last call.
     bool hasUnsent();
     /// Computes the screens from the monitors and the model's panels; true if the screens have changed.
     bool arrange(WindowModel& model);

@@ -17,16 +17,17 @@ class DisplayReader {
 
     /// The first event number of the extension; absent if the server does not support monitors.
     std::optional<std::uint8_t> eventBase() const { return eventBase_; }
-    /// Starts reading. If a reading is in progress, it starts over once the replies have arrived.
+    /// Starts a reading. A reading that is in progress already starts over once its replies have arrived.
     void begin();
     /// Uses the replies that have arrived; true if `monitors` has just been replaced.
     bool advance();
     bool isReading() const { return reading_.isUnderWay(); }
-    /// Whether requests were buffered since the last call.
+    /// True if requests were buffered since the last call.
     bool hasUnsent() { return reading_.hasUnsent(); }
+    /// Waits for the server until the reading is complete.
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
-    /// Whether the server supports monitors; if it does and `monitors` is empty, all are off.
+    /// True if the server has reported its monitors. If it has and `monitors` is empty, all monitors are off.
     bool hasReport() const { return hasReport_; }
 
   private:

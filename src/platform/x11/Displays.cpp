@@ -93,8 +93,8 @@ PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, c
         if (!isOn(panel, monitor)) continue;
         const Strut& strut = panel.strut;
         const PixelEdges& depth = strut.depth;
-        // Depths are measured from the edge of the root window, on whichever monitor the panel is. A strut that would
-        // cover the whole monitor belongs to a panel on another monitor, further inside.
+        // Depths are measured from the edge of the root window, even if the panel is on a monitor that does not touch
+        // this edge. A strut that would cover all of `monitor` belongs to a panel on a monitor further inside.
         if (depth.left > 0 && depth.left < monitor.right() &&
             overlaps(strut.leftStart, strut.leftEnd, monitor.y, monitor.bottom())) {
             left = std::max(left, depth.left);
@@ -142,10 +142,10 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport
         if (monitor.identity) {
             if (!monitor.identity->name.empty()) screen.localizedName = monitor.identity->name;
             // Without a serial number the id contains the connector even if no other monitor of the model is connected:
-            // the id must not change when a second one is connected or disconnected.
-            const bool isByPlace = !monitor.identity->hasSerialNumber || hasTwin(monitors, monitor);
-            const std::string place = isByPlace ? "@" + monitor.connector : "";
-            screen.displayUUID = stableUuid(monitor.identity->device + place);
+            // the id must not change when a second monitor of the model is connected or disconnected.
+            const bool needsConnector = !monitor.identity->hasSerialNumber || hasTwin(monitors, monitor);
+            const std::string suffix = needsConnector ? "@" + monitor.connector : "";
+            screen.displayUUID = stableUuid(monitor.identity->device + suffix);
         }
         arrangement.screens.push_back(std::move(screen));
     }

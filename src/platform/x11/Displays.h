@@ -40,15 +40,16 @@ struct Panel {
 
 struct DisplayArrangement {
     std::vector<Screen> screens; // the primary first
-    PointSpace space;            // of the first screen
+    PointSpace space;            // its origins are corners of the first screen
     bool operator==(const DisplayArrangement&) const = default;
 };
 
-/// `workarea` is the part of the root window that no panel covers, as announced by the window manager; it is used with
-/// one monitor only, since it is not per monitor. A monitor that panels would cover completely keeps its full frame.
-/// `scale`: pixels per point. `report`: if the server supports monitors (`all`) and `monitors` is empty, all monitors
-/// are off and there is no display. If the server does not support them (`none`), the root window is the display.
+/// `all`: the server has reported all monitors that are on. `none`: the server does not support monitors.
 enum class MonitorReport { none, all };
+/// If `monitors` is empty, `report` decides: with `all`, all monitors are off and there is no display; with `none`, the
+/// root window is the display. A monitor that panels would cover completely keeps its full frame. `workarea` is the
+/// part of the root window that no panel covers, as announced by the window manager. It is used only if there is one
+/// monitor, since X11 has only one work area for all monitors. `scale`: pixels per point.
 DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorReport report, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root, double scale = 1);
 

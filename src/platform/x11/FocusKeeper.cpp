@@ -37,7 +37,8 @@ void FocusKeeper::noteRefocused(xcb_window_t window, xcb_window_t active, Second
     expect(window, now + kTimeToRestore, now);
 }
 
-/// The window manager may still report each of the windows that were focused shortly before.
+/// Expects a report that `window` is focused. Until then the window manager may still report windows that were focused
+/// shortly before.
 void FocusKeeper::expect(xcb_window_t window, Seconds until, Seconds now) {
     if (now >= requestedUntil_) forgetRequest();
     isReportOutdated_ = window == reported_ && requested_ != kNoWindow && (isReportOutdated_ || requested_ != window);

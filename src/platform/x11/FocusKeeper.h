@@ -19,21 +19,21 @@ class FocusKeeper {
     /// KOVA has requested to restore `window` while `active` has the focus (kNoWindow: no window has it). All times are
     /// uptimes.
     void noteRestoreRequested(xcb_window_t window, xcb_window_t active, Seconds now);
-    /// KOVA has requested the focus for `window`, which is to keep it from now on.
+    /// KOVA has requested the focus for `window`. From now on `window` is to keep the focus.
     void noteFocusRequested(xcb_window_t window, Seconds now);
     /// Another program, not the window's own application, has requested the focus for `window`. That is the user's
-    /// choice: `window` may take the focus although it was only to be restored, and keeps it from now on.
+    /// choice: `window` may take the focus even if KOVA only restored it, and keeps the focus from now on.
     void noteRequestOfAnotherProgram(xcb_window_t window);
-    /// The window that counts as focused when the window manager reports `reported`. That is the window for which KOVA
-    /// has just requested the focus, as long as `reported` is a window that had the focus before or kNoWindow, which
-    /// some window managers report while the focus moves.
+    /// The window that counts as focused when the window manager reports `reported`. This is `reported` itself, unless
+    /// KOVA has just requested the focus for another window: that window counts as focused as long as `reported` is a
+    /// window that had the focus before, or kNoWindow. Some window managers report kNoWindow while the focus moves.
     xcb_window_t effectiveFocus(xcb_window_t reported, Seconds now);
     /// The focused window that the window manager reported last; kNoWindow for none.
     xcb_window_t reported() const { return reported_; }
     /// The window manager reports `active` as focused. Returns the window to focus again if `active`, or its parent
-    /// `owner` (kNoWindow: it has none), is a window that was only to be restored.
+    /// `owner` (kNoWindow: there is no parent), is a window that KOVA only restores.
     std::optional<xcb_window_t> windowToRefocus(xcb_window_t active, xcb_window_t owner, Seconds now);
-    /// KOVA is about to focus `window` instead of `active`, which was only to be restored.
+    /// KOVA is about to focus `window` instead of `active`, which KOVA only restores.
     void noteRefocused(xcb_window_t window, xcb_window_t active, Seconds now);
     /// The window that keeps the focus while others are restored; absent if no window is being restored.
     std::optional<xcb_window_t> kept(Seconds now) const;
@@ -43,15 +43,17 @@ class FocusKeeper {
     void forgetRequest();
     bool isKeeping(Seconds now) const { return !restored_.empty() && now < until_; }
 
-    xcb_window_t kept_ = kNoWindow;
+    xcb_window_t kept_ = kNoWindow;      // the window that keeps the focus
     xcb_window_t reported_ = kNoWindow;  // by the window manager
     xcb_window_t requested_ = kNoWindow; // the focus was requested for it, and not reported yet
     std::set<xcb_window_t> formerFocus_; // windows that had the focus, or a request for it, before `requested_`
-    /// The last report of `requested_` is older than a request for another window, which is not reported yet.
+    /// The last report names `requested_`, but comes from before KOVA's request for another window. That other window
+    /// was not reported as focused yet.
     bool isReportOutdated_ = false;
-    Seconds requestedUntil_{-1};
-    std::map<xcb_window_t, int> restored_; // by window: how often KOVA has taken the focus away from it again
-    Seconds until_{-1};
+    Seconds requestedUntil_{-1}; // uptime after which `requested_` counts as refused
+    /// The windows that KOVA restores. The number says how often KOVA has taken the focus away from the window.
+    std::map<xcb_window_t, int> restored_;
+    Seconds until_{-1}; // uptime until which `kept_` keeps the focus
 };
 
 } // namespace kova::x11

@@ -1,4 +1,5 @@
-// Queries the focused window from the server. Needed without a window manager, which would announce that window.
+// Queries the focused window from the server. Needed only without a window manager: a window manager announces the
+// focused window.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"

@@ -7,24 +7,24 @@ namespace kova::x11 {
 void requestFrame(PendingReplies& batch, const XConnection& connection, WindowModel& model,
                   const ClientWindow& client) {
     const xcb_window_t window = client.window, frame = client.topLevel;
-    const auto held = std::make_shared<PixelRect>();
+    const auto clientRect = std::make_shared<PixelRect>();
     const auto size = xcb_get_geometry(connection.get(), window);
-    batch.add(size, [held](const void* reply) {
+    batch.add(size, [clientRect](const void* reply) {
         const auto* geometry = static_cast<const xcb_get_geometry_reply_t*>(reply);
-        if (geometry) *held = {0, 0, geometry->width, geometry->height};
+        if (geometry) *clientRect = {0, 0, geometry->width, geometry->height};
     });
-    batch.add(xcb_translate_coordinates(connection.get(), window, frame, 0, 0), [held](const void* reply) {
+    batch.add(xcb_translate_coordinates(connection.get(), window, frame, 0, 0), [clientRect](const void* reply) {
         const auto* translated = static_cast<const xcb_translate_coordinates_reply_t*>(reply);
         if (!translated) return;
-        held->x = translated->dst_x;
-        held->y = translated->dst_y;
+        clientRect->x = translated->dst_x;
+        clientRect->y = translated->dst_y;
     });
-    const auto take = [&model, window, frame, held, request = size.sequence](const void* reply) {
+    const auto take = [&model, window, frame, clientRect, request = size.sequence](const void* reply) {
         const auto* geometry = static_cast<const xcb_get_geometry_reply_t*>(reply);
         ClientWindow* known = model.client(window);
-        if (!geometry || !known || known->topLevel != frame || held->width == 0) return;
+        if (!geometry || !known || known->topLevel != frame || clientRect->width == 0) return;
         const int border = geometry->border_width;
-        const PixelRect inner = {held->x + border, held->y + border, held->width, held->height};
+        const PixelRect inner = {clientRect->x + border, clientRect->y + border, clientRect->width, clientRect->height};
         const PixelRect outer = {0, 0, geometry->width + 2 * border, geometry->height + 2 * border};
         model.takeMeasuredFrame(*known, {inner.x, outer.width - inner.right(), inner.y, outer.height - inner.bottom()},
                                 request);

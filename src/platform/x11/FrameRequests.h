@@ -1,4 +1,4 @@
-// How far the visible edge of a decorated window lies inside the window manager's frame.
+// Measures how far the visible edge of a decorated window lies inside the window manager's frame.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"

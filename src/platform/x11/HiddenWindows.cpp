@@ -87,16 +87,16 @@ void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
 }
 
 std::vector<xcb_window_t> HiddenWindows::markApplicationReturning(pid_t processIdentifier, Seconds now) {
-    std::vector<xcb_window_t> taken;
-    const auto held = hiddenByProcess_.find(processIdentifier);
-    if (held == hiddenByProcess_.end()) return taken;
-    taken.reserve(static_cast<std::size_t>(held->second));
+    std::vector<xcb_window_t> returning;
+    const auto counted = hiddenByProcess_.find(processIdentifier);
+    if (counted == hiddenByProcess_.end()) return returning;
+    returning.reserve(static_cast<std::size_t>(counted->second));
     for (HiddenWindow& hidden : windows_) {
         if (hidden.processIdentifier != processIdentifier || !isHiddenWithApplication(hidden)) continue;
         setReturning(hidden, now);
-        taken.push_back(hidden.window);
+        returning.push_back(hidden.window);
     }
-    return taken;
+    return returning;
 }
 
 void HiddenWindows::markReturning(xcb_window_t window, Seconds now) {
@@ -108,12 +108,12 @@ void HiddenWindows::remove(xcb_window_t window) {
 }
 
 std::vector<xcb_window_t> HiddenWindows::markAllReturning(Seconds now) {
-    std::vector<xcb_window_t> taken;
+    std::vector<xcb_window_t> returning;
     for (HiddenWindow& hidden : windows_) {
         setReturning(hidden, now);
-        taken.push_back(hidden.window);
+        returning.push_back(hidden.window);
     }
-    return taken;
+    return returning;
 }
 
 bool HiddenWindows::isHiddenWithApplication(xcb_window_t window) const {
@@ -156,15 +156,15 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
             hidden.missingSince = now;
         }
     }
-    // While window managers change, a window on the screen may be hidden again by the new window manager.
+    // While window managers change, no entry is dropped: the new window manager may hide a shown window again.
     if (model.isSettling()) return;
     const auto isOver = [&](const HiddenWindow& hidden) {
         if (hidden.missingSince) return now - *hidden.missingSince > kReturnTimeout;
         const ClientWindow* client = model.client(hidden.window);
-        const bool isLeavingFirst =
+        const bool mustLeaveFirst =
             client->iconification.isRestoreDueAfterMinimize(now) && now - hidden.since < kTimeToLeaveScreen;
         if (hidden.isReturning) {
-            return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kReturnTimeout;
+            return (isShown(hidden) && !mustLeaveFirst) || now - hidden.since > kReturnTimeout;
         }
         return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kTimeToLeaveScreen);
     };
@@ -188,7 +188,7 @@ void HiddenWindows::writeFile() {
         list += R"(    {"window": )" + std::to_string(hidden.window) + R"(, "process": )" +
                 std::to_string(hidden.processIdentifier) + R"(, "how": ")" + word(hidden.how) + R"("})";
     }
-    // Best effort, and not synced: hidden windows do not survive the session.
+    // Best effort, and not synced to the disk: hidden windows do not survive the end of the X server.
     const FileReplacement how{.durability = Durability::survivesProcess};
     (void)replaceFileAtomically(path_, "{\n  \"windows\": [" + list + "\n  ]\n}\n", how);
 }

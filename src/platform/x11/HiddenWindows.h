@@ -1,7 +1,7 @@
 // The windows that KOVA hid and must show again: the windows of hidden applications and, without a window manager,
 // every window that KOVA unmapped. They are recorded in a file before they are unmapped, so that the next agent can
-// show them if this agent is killed. The file must survive the agent, not the machine, so it is replaced atomically,
-// not synced.
+// show them if this agent is killed. The file must survive the end of the agent but not a crash of the machine. So it
+// is replaced atomically, but not synced to the disk.
 #pragma once
 
 #include "platform/x11/WindowModel.h"
@@ -23,7 +23,7 @@ struct HiddenWindow {
     Seconds since{};                       // uptime of the last request to hide or show it
     bool hasLeftScreen = false;            // the model has reported it off the screen
     bool isReturning = false;              // KOVA requested to show it; it stays recorded until it is on the screen
-    std::optional<Seconds> missingSince{}; // the model has no such window since then
+    std::optional<Seconds> missingSince{}; // uptime since which the window is not in the model
 };
 
 class HiddenWindows {
@@ -51,12 +51,13 @@ class HiddenWindows {
     /// Makes the next `writeFile` write even if no entry has changed.
     void forceWrite() { isWritten_ = false; }
 
-    /// Whether the window was hidden with its application and is not returning.
+    /// True if the window was hidden with its application and is not returning.
     bool isHiddenWithApplication(xcb_window_t window) const;
-    /// Whether windows were hidden with the application and none of its windows is on the screen.
+    /// True if windows were hidden with the application, and none of the application's windows is on the screen.
     bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
-    /// Drops entries of windows that are on the screen again, that never left it, or that have been missing from the
-    /// model for some time (not at once: while window managers change, there is no window list).
+    /// Drops entries of windows that are on the screen again, or that never left the screen. Also drops entries of
+    /// windows that have been missing from the model for some time. It does not drop those at once, since there is no
+    /// window list while window managers change.
     void followModel(const WindowModel& model, Seconds now);
     /// Whether `followModel` would change anything.
     bool isOutdated(const WindowModel& model, Seconds now) const;
@@ -72,7 +73,7 @@ class HiddenWindows {
     bool isWritten_ = true;
     std::list<HiddenWindow> windows_; // in the order in which they were hidden
     std::unordered_map<xcb_window_t, Place> places_;
-    std::unordered_map<pid_t, int> hiddenByProcess_; // how many of its windows are hidden with the application
+    std::unordered_map<pid_t, int> hiddenByProcess_; // counts windows hidden with their application
 };
 
 } // namespace kova::x11

@@ -20,7 +20,7 @@ bool Iconification::scheduleUnmap(Seconds now) {
 
 void Iconification::unmapSent(std::uint32_t request) {
     stage_ = Stage::minimizing;
-    ownUnmap_ = request;
+    unmapRequest_ = request;
 }
 
 void Iconification::cancelRestore() {
@@ -35,7 +35,7 @@ void Iconification::noteRestoreRequest(Seconds now, bool isUnmapped) {
 
 void Iconification::forgetRequests() {
     stage_ = Stage::idle;
-    ownUnmap_.reset();
+    unmapRequest_.reset();
 }
 
 void Iconification::noteMapping(bool isMapped) {
@@ -46,7 +46,7 @@ void Iconification::noteMapping(bool isMapped) {
 
 Iconification::MappingChange Iconification::mappingChangedUnderManager(bool isMapped) {
     noteMapping(isMapped);
-    // A map event may result from an earlier request; the later request to minimize still counts.
+    // A map event may result from an earlier request. A later request to minimize still counts.
     if (isMapped || !isMinimizeRequested()) return MappingChange::none;
     return stage_ == Stage::minimizingThenRestoring ? MappingChange::restoreDue : MappingChange::minimized;
 }
@@ -54,15 +54,15 @@ Iconification::MappingChange Iconification::mappingChangedUnderManager(bool isMa
 Iconification::MappingChange Iconification::mappingChangedWithoutManager(bool isMapped, std::uint32_t sequence) {
     noteMapping(isMapped);
     // Events from before KOVA's own unmap request are out of date.
-    const bool isOwn = ownUnmap_.has_value();
-    const bool isLater = !isOwn || isAtOrAfter(sequence, *ownUnmap_);
-    if (isLater) ownUnmap_.reset();
+    const bool isUnmapAwaited = unmapRequest_.has_value();
+    const bool isLater = !isUnmapAwaited || isAtOrAfter(sequence, *unmapRequest_);
+    if (isLater) unmapRequest_.reset();
     if (isMapped) {
         if (!isLater || stage_ != Stage::minimizing) return MappingChange::none;
         stage_ = Stage::idle;
         return MappingChange::restored;
     }
-    return isOwn || isUnmapRequested() ? MappingChange::none : MappingChange::withdrawn;
+    return isUnmapAwaited || isUnmapRequested() ? MappingChange::none : MappingChange::withdrawn;
 }
 
 bool Iconification::mayStillMinimize(Seconds now) const {

@@ -15,16 +15,17 @@ class Iconification {
         idle,                    // KOVA has requested nothing
         unmapDue,                // to be unmapped at the next flush; only without a window manager
         minimizing,              // minimizing was requested, and may be done by now
-        minimizingThenRestoring, // restoring was requested before an event showed it minimized; only under a manager
+        minimizingThenRestoring, // restoring was requested before an event showed the window as minimized; only under
+                                 // a window manager
         restoring,               // restoring was requested, and may be done by now
     };
     /// What a map or unmap event means, beyond the fact that the window was mapped or unmapped.
     enum class MappingChange {
         none,
-        minimized,  // as requested
-        restoreDue, // minimized as requested; since restoring was requested meanwhile, the window must be mapped now
-        restored,   // although KOVA did not request that
-        withdrawn,  // unmapped by its own program, which closes the window
+        minimized,  // the window was minimized, as KOVA had requested
+        restoreDue, // as `minimized`, but KOVA has requested to restore the window since: the window must be mapped
+        restored,   // the window was restored, although KOVA had not requested that
+        withdrawn,  // the window's own program unmapped the window, in order to close it
     };
 
     Stage stage() const { return stage_; }
@@ -41,7 +42,7 @@ class Iconification {
     /// Restoring is requested while the window manager may not have minimized the window yet: the window is to be
     /// mapped once it has been unmapped.
     void restoreOnceMinimized() { stage_ = Stage::minimizingThenRestoring; }
-    /// The window need not be restored after it has been minimized.
+    /// Revokes `restoreOnceMinimized`: the window need not be restored after it has been minimized.
     void cancelRestore();
     /// A request to restore the window was sent. `isUnmapped`: its top level is not mapped, so a map event will follow.
     void noteRestoreRequest(Seconds now, bool isUnmapped);
@@ -82,8 +83,8 @@ class Iconification {
     void noteMapping(bool isMapped);
 
     Stage stage_ = Stage::idle;
-    Seconds requestedAt_{};                 // uptime of the request that led to the stage
-    std::optional<std::uint32_t> ownUnmap_; // sequence number of KOVA's unmap request, until its event arrives
+    Seconds requestedAt_{};                     // uptime of the request that led to the stage
+    std::optional<std::uint32_t> unmapRequest_; // sequence number of KOVA's unmap request, until its event arrives
     bool wasUnmapped_ = false;
     bool isMapAwaited_ = false;
 };

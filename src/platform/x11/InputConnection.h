@@ -18,7 +18,7 @@ namespace kova::x11 {
 
 class InputConnection {
   public:
-    /// Schedule calls on the main thread.
+    /// Functions that schedule a call on the main thread.
     struct Calls {
         std::function<void()> scheduleMotionEvents;   // calls `resumeMotionEvents` after a pause
         std::function<void()> scheduleRecordingRetry; // calls `tryRecording` after a pause

@@ -27,7 +27,7 @@ struct ApplicationEvidence {
     bool drawsDesktop = false; // draws the desktop's background or a panel
 };
 
-/// In the order of their first windows.
+/// One entry for each process, in the order of the processes' first windows.
 std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model);
 
 class KnownApplications {

@@ -152,7 +152,7 @@ std::string programOf(pid_t process) {
 }
 
 std::optional<std::string> startOf(pid_t process) {
-    static const std::string machineStart = [] {
+    static const std::string bootId = [] {
         std::ifstream file("/proc/sys/kernel/random/boot_id");
         std::string id;
         std::getline(file, id);
@@ -167,7 +167,7 @@ std::optional<std::string> startOf(pid_t process) {
     std::string word;
     for (int skipped = 0; skipped < kWordsBefore; ++skipped) words >> word;
     if (!(words >> word)) return std::nullopt;
-    return machineStart + "/" + word;
+    return bootId + "/" + word;
 }
 
 std::vector<pid_t> ownProcessAndAncestors() {

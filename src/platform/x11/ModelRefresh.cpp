@@ -30,7 +30,8 @@ xcb_window_t windowIn(const void* reply) {
 constexpr int kDeepestFrame = 8;
 /// Limit for the length of a window list.
 constexpr std::uint32_t kMostWindows = 16384;
-/// Replies can lead to new requests: a list names a new window, the window's properties name its frame.
+/// Limit for the rounds of one update. A reply can make another round necessary: for example, the client list names a
+/// window that is not in the model yet.
 constexpr int kMostRounds = 4;
 
 } // namespace
@@ -68,8 +69,8 @@ RefreshOutcome ModelRefresh::run(Seconds now) {
             requestNewTopLevels();
             requestClients();
         }
-        // Each step needs the replies of the step before: the root's properties, the window manager's own window if the
-        // root does not name it, and the properties of that window.
+        // Each step uses the replies of the step before. The steps read the root's properties, then the window
+        // manager's own window if the root does not name it, then the properties of that window.
         constexpr int kStepsToManager = 3;
         for (int step = 0; step < kStepsToManager; ++step) waitForReplies();
         findTopLevels();
@@ -144,7 +145,7 @@ void ModelRefresh::findManager(xcb_window_t selectionOwner) {
                        if (windowIn(reply) == window) *found = window;
                    });
     }
-    // The reply is not used: its handler runs after those of the requests above.
+    // The reply itself is not used. Its handler runs after the handlers of the requests above.
     batch_.add(xcb_get_selection_owner(connection_.get(), connection_.atoms()[Atom::windowManagerSelection]),
                [this, found](const void*) {
                    mutex_.assertHeld();
@@ -160,7 +161,8 @@ void ModelRefresh::requestManager(xcb_window_t checkWindow) {
     manager->checkWindow = checkWindow;
     batch_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-        // So far only: a window manager is running. Whether it publishes the list is known with the last reply.
+        // At first this only means that a window manager is running. The last reply shows whether it publishes the
+        // list.
         manager->publishesNoClientList =
             attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
     });
@@ -210,7 +212,7 @@ void ModelRefresh::requestTopLevel(xcb_window_t window) {
     const auto take = [this, window, top, request = cookie.sequence](const void* reply) {
         mutex_.assertHeld();
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-        if (!attributes || top->rect.width == 0) return; // the window was destroyed; the event will follow
+        if (!attributes || top->rect.width == 0) return; // the window was destroyed; an event will report that
         top->isMapped = attributes->map_state != XCB_MAP_STATE_UNMAPPED;
         top->isOverrideRedirect = attributes->override_redirect != 0;
         model_.takeTopLevel(window, *top, request);
@@ -327,7 +329,7 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
 
 void ModelRefresh::updateOwner(ClientWindow& client) {
     if (const auto process = attributedProcess(evidenceOf(client))) return model_.setOwner(client, *process);
-    // The windows of one connection have the same upper bits; ids have at most 29 bits.
+    // The ids of all windows of one connection have the same upper bits. Ids have at most 29 bits.
     const std::uint32_t connection = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
     model_.setOwner(client, static_cast<pid_t>((connection & (kFirstInventedProcess - 1)) | kFirstInventedProcess));
 }

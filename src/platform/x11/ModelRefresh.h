@@ -19,7 +19,7 @@ namespace kova::x11 {
 struct RefreshOutcome {
     bool ownersChanged = false;          // the set of windows or their processes changed
     bool panelsChanged = false;          // struts or the work area changed
-    std::vector<xcb_window_t> returning; // minimized as requested; restoring was requested meanwhile
+    std::vector<xcb_window_t> returning; // were minimized as requested; KOVA has since requested to restore them
 };
 
 class ModelRefresh {

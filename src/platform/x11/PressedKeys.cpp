@@ -7,7 +7,8 @@ namespace {
 /// In milliseconds. A press that comes later than this after the last press of the same key is not a repetition: the
 /// release in between was lost.
 constexpr std::int32_t kLongestRepeatDelay = 3000;
-/// Tolerances in milliseconds: a repetition comes at the repeat delay, or later if the server is busy.
+/// Tolerances in milliseconds for the time of a repetition, which normally comes after the repeat delay. A busy server
+/// sends it later.
 constexpr std::int32_t kTooEarly = 10, kTooLate = 100;
 
 } // namespace

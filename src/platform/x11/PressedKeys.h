@@ -16,13 +16,13 @@ class PressedKeys {
   public:
     using Bits = std::array<std::uint8_t, 32>; // as the server reports them: one bit per key code, lowest bit first
 
-    /// True if the press is a repetition. `time`: of the server's clock, in milliseconds, which wraps around.
+    /// True if the press is a repetition. `time`: the server's time in milliseconds, which wraps around.
     bool press(xcb_keycode_t key, xcb_timestamp_t time);
-    /// Call when the whole keyboard was grabbed, which makes the server report all releases: sets the keys that are
-    /// already pressed. Their next press events are repetitions.
+    /// Sets the keys that are already pressed; their next press events are repetitions. Call it when the whole keyboard
+    /// was grabbed: during such a grab the server reports all releases.
     void setPressed(const Bits& keys);
     /// True if this key activated the grab and other keys are still pressed: the grab ends with this key, so the
-    /// releases of the others will not be reported.
+    /// releases of the other keys will not be reported.
     bool release(xcb_keycode_t key);
     /// From now on the release of each pressed key is not reported, until that key is pressed again.
     void stopExpectingReleases();
@@ -39,7 +39,7 @@ class PressedKeys {
     bool isRepetition(const Held& held, xcb_timestamp_t time) const;
 
     std::map<xcb_keycode_t, Held> held_;
-    std::optional<xcb_keycode_t> first_; // of the pressed keys, the one that was pressed while no other was
+    std::optional<xcb_keycode_t> first_; // the key that was pressed while no other key was pressed
     std::int32_t repeatDelay_ = 660;     // milliseconds; the server's default
 };
 

@@ -9,7 +9,7 @@ namespace {
 
 /// A request that was not confirmed for this long may be sent again.
 constexpr Seconds kTimeToConfirm{0.15};
-/// How often the same frame is requested again from a window that keeps another frame.
+/// The same frame is requested at most this often in a row from a window that keeps another frame.
 constexpr int kMostRefusals = 4;
 
 // Words of EWMH messages
@@ -174,7 +174,7 @@ void RequestQueue::sendThroughManager(ClientWindow& client, const WindowRequest&
             xcb_configure_window(connection_.get(), client.window, kPlaceMask, values.data());
         }
     }
-    // Activation raises, too.
+    // Activating a window raises it as well.
     if (!request.raise || (activation_ && activation_->window == client.window)) return;
     if (manager.restacks) {
         connection_.sendToWindowManager(client.window, Atom::netRestackWindow,

@@ -20,8 +20,9 @@ class RequestQueue {
     void maximize(ClientWindow& client);
     /// Requests the focus for the window.
     void activate(const ClientWindow& client);
-    /// Keeps a request for a window of the process, else requests the focus for the window of the process that was
-    /// raised last, else for `mainWindow` (null: none).
+    /// Requests the focus for a window of the process. If the focus was already requested for one of its windows, that
+    /// request stays. Otherwise uses the window of the process that was raised last; if none was raised, `mainWindow`
+    /// (null: no window).
     void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
 
     /// The window that `send` will focus; absent if none was requested.

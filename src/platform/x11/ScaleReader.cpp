@@ -34,15 +34,15 @@ ScaleReader::ScaleReader(const XConnection& connection) :
 }
 
 bool ScaleReader::isHint(const xcb_generic_event_t& event) const {
-    const bool isTheManagers = owner_ != kNoWindow;
+    const bool hasOwner = owner_ != kNoWindow;
     switch (event.response_type) {
     case XCB_PROPERTY_NOTIFY: {
         const auto& changed = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (changed.window == connection_.root()) return changed.atom == XCB_ATOM_RESOURCE_MANAGER;
-        return isTheManagers && changed.window == owner_ && changed.atom == connection_.atoms()[Atom::xsettings];
+        return hasOwner && changed.window == owner_ && changed.atom == connection_.atoms()[Atom::xsettings];
     }
     case XCB_DESTROY_NOTIFY:
-        return isTheManagers && reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == owner_;
+        return hasOwner && reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == owner_;
     case XCB_CLIENT_MESSAGE | 0x80: {
         // The announcement of a new XSETTINGS manager.
         const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);

@@ -15,15 +15,16 @@ class ScaleReader {
     /// window.
     explicit ScaleReader(const XConnection& connection);
 
-    /// Whether the event may announce other settings; then call `begin`.
+    /// True if the event may announce new settings; then call `begin`.
     bool isHint(const xcb_generic_event_t& event) const;
-    /// Starts reading. If a reading is in progress, it starts over once the replies have arrived.
+    /// Starts a reading. A reading that is in progress already starts over once its replies have arrived.
     void begin() { reading_.begin(); }
     /// Uses the replies that have arrived; true if `scale` has changed.
     bool advance();
     bool isReading() const { return reading_.isUnderWay(); }
-    /// Whether requests were buffered since the last call.
+    /// True if requests were buffered since the last call.
     bool hasUnsent() { return reading_.hasUnsent(); }
+    /// Waits for the server until the reading is complete.
     void wait();
     /// In pixels per point.
     double scale() const { return scale_; }

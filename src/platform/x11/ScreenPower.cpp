@@ -8,12 +8,12 @@
 namespace kova::x11 {
 
 std::optional<Seconds> pauseBeforeNextQuery(const ScreenPowerState& state) {
-    // A program may switch the screens on without ending the screen saver; the user notices a delay then.
+    // A program may switch the screens on without ending the screen saver. The user would notice a longer delay then.
     constexpr Seconds kWhileOff{1.0};
     // The screens may go off some time after the screen saver began; a late reaction to that is harmless.
-    constexpr Seconds kWhileSaved{5.0};
+    constexpr Seconds kWhileSaverActive{5.0};
     if (state.areScreensOff) return kWhileOff;
-    if (state.isSaverActive) return kWhileSaved;
+    if (state.isSaverActive) return kWhileSaverActive;
     return std::nullopt;
 }
 

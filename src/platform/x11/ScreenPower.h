@@ -1,7 +1,7 @@
-// Whether the server has switched the screens off to save power (DPMS). The server sends no events for that, and
-// regular queries would wake an idle machine. But it sends events when its screen saver begins, which happens when the
-// screens go off, and when the screen saver ends, at the next input; at these events the power state is queried. A
-// timer queries again only while the power state can change without such an event. Call with the model's mutex held.
+// Finds out whether the server has switched the screens off to save power (DPMS). The server sends no events for that,
+// and regular queries would wake an idle machine. But the server does send events of its screen saver: it begins when
+// the screens go off, and ends at the next input. KOVA queries the power state at these events. A timer repeats the
+// query only while the power state can change without such an event. Call with the model's mutex held.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -12,7 +12,7 @@
 
 namespace kova::x11 {
 
-/// The state by the server's last reply; before the first reply, the screens count as on.
+/// The state according to the server's last reply. Before the first reply, the screens count as on.
 struct ScreenPowerState {
     bool areScreensOff = false;
     bool isSaverActive = false;
@@ -29,11 +29,11 @@ class ScreenPower {
 
     /// False if the server cannot switch screens off; then the state is never queried.
     bool isKnown() const { return saverEvent_.has_value(); }
-    /// Whether the event is a reason to query.
+    /// True if the event is a reason to query the state.
     bool isHint(const xcb_generic_event_t& event) const {
         return saverEvent_ && (event.response_type & 0x7F) == *saverEvent_;
     }
-    /// Adds the queries to the batch; calls `known` once the state is known.
+    /// Adds the queries to the batch. `known` is called once the replies have been used.
     void query(PendingReplies& batch, std::function<void()> known);
     const ScreenPowerState& state() const { return state_; }
 

@@ -20,9 +20,9 @@ class ScreenPowerNotices {
 
     /// False if the server cannot switch screens off.
     bool isKnown() const { return power_.isKnown(); }
-    /// Whether the event is a reason to query.
+    /// True if the event is a reason to query the state.
     bool isHint(const xcb_generic_event_t& event) const { return power_.isHint(event); }
-    /// If the screens are off already, the new observer is notified of that after the next query.
+    /// If the screens are off already, observers are notified of that after the next query.
     Subscription observe(std::function<void(SystemActivityEvent)> observer);
     bool isObserved() const { return power_.isKnown() && observers_.hasAny(); }
     void query(PendingReplies& batch);

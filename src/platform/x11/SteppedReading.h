@@ -22,7 +22,7 @@ class SteppedReading {
         hasUnsent_ = true;
         addFirst_(replies_);
     }
-    /// Uses the replies that have arrived; true if that has completed the last step.
+    /// Uses the replies that have arrived. True if the last step is complete now.
     bool advance() {
         if (!isUnderWay() || !replies_.collect(connection_)) return false;
         replies_.take();
@@ -35,7 +35,7 @@ class SteppedReading {
         return false;
     }
     bool isUnderWay() const { return !replies_.isEmpty(); }
-    /// Whether requests were buffered since the last call.
+    /// True if requests were buffered since the last call.
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     /// Sends and waits for the replies of one step; `advance` uses them.
     void waitForStep() { replies_.wait(connection_); }

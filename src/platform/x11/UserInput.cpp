@@ -6,6 +6,7 @@ namespace {
 
 /// The time between two queries of the pointer while the button is down.
 constexpr Seconds kMotionInterval{1.0 / 60};
+/// The time between two tries to grab the keyboard for a recording.
 constexpr Seconds kRecordingPause{0.05};
 /// The shortest times between two tries to grab combinations that other programs have grabbed: on request, and after
 /// windows changed.
@@ -70,12 +71,13 @@ void UserInput::scheduleRead() {
     }));
 }
 
-/// Events are posted, not reported at once, since observers may read and write windows, which needs the lock.
+/// Events are posted, not reported at once: observers may read and write windows, for which they need the lock.
 void UserInput::postEvents() {
     const MutexLock lock(mutex_);
     if (const auto active = input_->takeActiveWindow()) calls_.activeWindow(*active);
     const PointSpace& space = displays_.space();
-    // First, because the pointer's events are answers to queries: a press of a handle is older than its answer.
+    // Events of handles are posted first. Pointer events are made from replies to queries, so the press of a handle is
+    // older than the pointer event of the same press.
     for (const RootHandleEvent& onRoot : input_->takeHandleEvents()) {
         const DividerHandleEvent event{onRoot.kind, onRoot.id, space.pointOnScreen(onRoot.x, onRoot.y)};
         queue_.post(lifetime_.guard([this, event] { handleObservers_.notify(event); }));
@@ -195,7 +197,7 @@ Subscription UserInput::recordKeys(std::function<bool(const KeyPress&)> recorder
         input_->recordKeys(true);
     } else {
         queue_.post(lifetime_.guard([this] {
-            failRecordingKeys("The X server cannot tell which key is which: it lacks the XKEYBOARD extension");
+            failRecordingKeys("KOVA cannot identify the keys: the X server lacks the XKEYBOARD extension");
         }));
     }
     return Subscription(std::move(kept));

@@ -63,9 +63,9 @@ bool WindowHider::hide(pid_t process) {
 }
 
 bool WindowHider::unhide(pid_t process) {
-    const auto coming = record_.markApplicationReturning(process, clock_.uptime());
-    for (const xcb_window_t window : coming) showWindow(window);
-    return !coming.empty();
+    const auto returning = record_.markApplicationReturning(process, clock_.uptime());
+    for (const xcb_window_t window : returning) showWindow(window);
+    return !returning.empty();
 }
 
 void WindowHider::showAll() {
@@ -98,7 +98,7 @@ void WindowHider::takeOver(const std::vector<HiddenWindow>& leftover, bool stays
 
 void WindowHider::follow(const std::vector<xcb_window_t>& returning) {
     for (const xcb_window_t window : returning) {
-        // Not mapped if KOVA has requested to minimize the window again since the poll.
+        // The window is not mapped if KOVA has requested to minimize it again since the poll.
         ClientWindow* client = model_.client(window);
         if (!client || client->iconification.isRestoreDueAfterMinimize(clock_.uptime())) mapAgain(window);
         if (client) client->iconification.cancelRestore();
@@ -140,7 +140,7 @@ bool WindowHider::isAnyRestoreDue() const {
 }
 
 bool WindowHider::isAnyHidePending() const {
-    return std::ranges::any_of(record_.all(), [](const HiddenWindow& taken) { return !taken.hasLeftScreen; });
+    return std::ranges::any_of(record_.all(), [](const HiddenWindow& hidden) { return !hidden.hasLeftScreen; });
 }
 
 // One window
@@ -215,8 +215,8 @@ void WindowHider::mapAgain(xcb_window_t window) {
     // Some window managers keep a minimized window mapped. Then mapping has no effect, but activating restores it.
     const bool isStillMapped = top && top->isMapped && (client->isIconic || client->isHiddenState);
     if (isStillMapped && isManaged) requests_.sendActivation(*client);
-    // Set now, so that the next request does not act on the former state. If the window stays iconic, the next poll
-    // notices that.
+    // The state is set now, so that the next request does not act on the former state. If the window stays iconic, the
+    // next poll notices that.
     client->isIconic = client->isHiddenState = false;
     client->iconification.noteRestoreRequest(clock_.uptime(), top && !top->isMapped);
     model_.markStale(*client, stale::state);
@@ -236,14 +236,15 @@ void WindowHider::repeatMapRequests() {
     const Seconds now = clock_.uptime();
     if (now - lastRepetition_ < kPause) return;
     lastRepetition_ = now;
-    for (const HiddenWindow& taken : record_.all()) {
-        const ClientWindow* client = model_.client(taken.window);
-        if (!taken.isReturning || (client && model_.isShown(*client))) continue;
-        mapAgain(taken.window);
-        // A window that was mapped between two window managers may count as iconic for the second one. A map request
-        // has no effect on such a window.
+    for (const HiddenWindow& hidden : record_.all()) {
+        const ClientWindow* client = model_.client(hidden.window);
+        if (!hidden.isReturning || (client && model_.isShown(*client))) continue;
+        mapAgain(hidden.window);
+        // A window that was mapped while no window manager was running may count as iconic for the next window manager.
+        // A map request has no effect on such a window.
         if (model_.windowManager().isPresent) {
-            connection_.sendToWindowManager(taken.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
+            connection_.sendToWindowManager(hidden.window, Atom::wmChangeState,
+                                            {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
         }
     }
 }

@@ -25,7 +25,8 @@ class WindowHider {
     /// Minimizes the window and its dialogs. If its application is hidden, the window stays minimized when the
     /// application is shown.
     void minimize(ClientWindow& client);
-    /// Restores the window and its dialogs. If its application is hidden, the window is shown together with that.
+    /// Restores the window and its dialogs. If its application is hidden, the window is shown together with the
+    /// application.
     void restore(ClientWindow& client);
     /// Hides the application's windows on the current desktop; false if there is none.
     bool hide(pid_t process);
@@ -43,7 +44,7 @@ class WindowHider {
     void follow(const std::vector<xcb_window_t>& returning);
     /// Writes the record, and then unmaps all windows for which that is due.
     void sendUnmaps();
-    /// Whether requests were buffered since the last call.
+    /// True if requests were buffered since the last call.
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
 
     // Reading
@@ -54,9 +55,9 @@ class WindowHider {
     bool readsAsMinimized(const ClientWindow& client, Seconds now) const;
     /// True for a moment after restoring was requested, since the window manager takes time to map the window.
     bool countsAsRestored(const ClientWindow& client, Seconds now) const;
-    /// Whether a window must be mapped once the window manager has minimized it.
+    /// True if some window must be mapped once the window manager has minimized it.
     bool isAnyRestoreDue() const;
-    /// Whether the application of a window was hidden, or the window unmapped, and it is still on the screen.
+    /// True if some window is still on the screen although KOVA has hidden its application or unmapped the window.
     bool isAnyHidePending() const;
 
   private:

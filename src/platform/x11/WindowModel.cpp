@@ -55,7 +55,7 @@ void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& reply, std::
 }
 
 void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Seconds now) {
-    // A window manager that ends may release its windows first.
+    // A window manager that ends may first release its windows, which are then missing from the list.
     const auto isMissing = [&](xcb_window_t known) { return std::ranges::find(windows, known) == windows.end(); };
     if (!settlesAt_ && std::ranges::any_of(order_, isMissing)) settlesAt_ = now + kTimeToLeave;
     std::vector<xcb_window_t> kept;
@@ -299,7 +299,7 @@ std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, 
 
 bool WindowModel::isFullScreen(const ClientWindow& client) const {
     if (!manager_.isPresent || client.isFullScreen) return manager_.isPresent;
-    // While its state is unknown, a window that exactly fills a display counts as full screen.
+    // A window whose state is unknown counts as full screen if it exactly fills a display.
     const bool isStateUnknown = client.stale & stale::state || client.pendingStateRequests > 0;
     const auto outer = isStateUnknown ? outerFrame(client) : std::nullopt;
     return outer && std::ranges::find(displayRects, *outer) != displayRects.end();

@@ -28,7 +28,7 @@ struct TopLevel {
 
 struct WindowManager {
     bool isPresent = false;             // a window manager that publishes a list of its clients is running
-    bool publishesNoClientList = false; // one without the list is running: frames cannot be distinguished from windows
+    bool publishesNoClientList = false; // one without such a list is running; frames and windows look alike
     xcb_window_t checkWindow = kNoWindow;
     std::string name;
     bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW
@@ -46,9 +46,9 @@ struct EventEffects {
     bool mustQueryScreenPower = false;
     bool mustQueryScale = false;
     bool panelsChanged = false;
-    std::vector<xcb_window_t> redecorated;  // their decorations changed
-    std::vector<xcb_window_t> stateChanged; // their state changed under a window manager
-    std::vector<xcb_window_t> returning;    // minimized as requested; restoring was requested meanwhile
+    std::vector<xcb_window_t> redecorated;  // windows whose decorations changed
+    std::vector<xcb_window_t> stateChanged; // windows whose state changed; only under a window manager
+    std::vector<xcb_window_t> returning;    // were minimized as requested; KOVA has since requested to restore them
     void add(EventEffects&& other);
     bool isForMainThread() const {
         return mustQueryActiveWindow || mustQueryDisplays || mustQueryScreenPower || mustQueryScale || panelsChanged ||
@@ -70,12 +70,12 @@ class WindowModel {
     void takeTopLevel(xcb_window_t window, const TopLevel& reply, std::uint32_t request);
     void setStacking(std::vector<xcb_window_t> bottomFirst) { stacking_ = std::move(bottomFirst); }
     /// Sets the managed windows in their order. New windows are completely stale; missing windows are dropped. While
-    /// window managers change, the list is empty or incomplete for a moment: until that is over (`isSettling`), missing
-    /// windows are kept and marked stale, so that the next poll notices which were destroyed.
+    /// window managers change, the list is empty or incomplete for a moment. During this time (`isSettling`) missing
+    /// windows are kept and marked stale, so that the next poll notices which of them were destroyed.
     void setClientList(const std::vector<xcb_window_t>& windows, Seconds now);
     void setWindowManager(const WindowManager& manager, Seconds now);
-    /// Whether the window manager is changing, or has just changed. Then properties of the root are read at every poll,
-    /// and a window can be mapped without a request to restore it.
+    /// True while the window manager is changing, and for a moment afterwards. During this time every poll reads the
+    /// properties of the root, and a window may be mapped although KOVA has not requested to restore it.
     bool isSettling() const { return isReleasingWindows_ || settlesAt_; }
     /// Whether the window manager has changed or ended within the duration.
     bool hasManagerChangedWithin(Seconds duration, Seconds now) const {
@@ -89,10 +89,10 @@ class WindowModel {
     /// Adds a window that a former agent hid to the list.
     void adoptIconified(xcb_window_t window);
     void forget(xcb_window_t client);
-    /// Attributes the window to the process; the only place that does.
+    /// Attributes the window to the process. No other function changes the process of a window.
     void setOwner(ClientWindow& client, pid_t process);
-    /// Sets the decorations from _NET_FRAME_EXTENTS, which the main thread has requested. A window in a frame must be
-    /// measured after that.
+    /// Sets the decorations from _NET_FRAME_EXTENTS, which the main thread has requested. If the window is in a frame,
+    /// call `takeMeasuredFrame` afterwards.
     void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t request);
     /// Sets how far the window's area lies inside the window manager's frame.
     void takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t request);
@@ -114,15 +114,15 @@ class WindowModel {
     const std::vector<xcb_window_t>& stacking() const { return stacking_; } // bottom first
     /// The client inside the root's child; null if there is none.
     const ClientWindow* clientIn(xcb_window_t topLevel) const;
-    /// The visible outer edge by the last events; absent while unknown. While the window manager animates the frame to
-    /// or from a small size, the edge before the animation.
+    /// The visible outer edge according to the last events; absent while unknown. While the window manager animates the
+    /// frame to or from a small size, this is the edge before the animation.
     std::optional<PixelRect> outerFrame(const ClientWindow& client) const;
     /// The outer frame, or the frame that was requested within the last `maximumAge` and that no event has confirmed
     /// yet. Events of an animated frame do not count as confirmation.
     std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds maximumAge) const;
-    /// Whether the window manager has minimized the window. Without a window manager: whether KOVA has unmapped it; the
-    /// window's own property is ignored. Windows of other desktops and shaded windows may be iconic, but do not count
-    /// as minimized.
+    /// True if the window manager has minimized the window. Without a window manager: true if KOVA has unmapped the
+    /// window, or will do so at the next flush; the window's own property is ignored. Windows of other desktops and
+    /// shaded windows may be iconic, but do not count as minimized.
     bool isMinimized(const ClientWindow& client) const;
     /// Whether the window is mapped and not minimized; on any virtual desktop.
     bool isShown(const ClientWindow& client) const;
@@ -138,20 +138,20 @@ class WindowModel {
     std::vector<xcb_window_t> dialogsOf(const ClientWindow& client) const;
     const WindowManager& windowManager() const { return manager_; }
 
-    /// Whether a change was announced that was not read yet.
+    /// True if the server has announced a change whose new value was not requested yet.
     bool isStale() const;
     /// Children of the root that were reparented there, so that no event has reported their size. The list is empty
     /// afterwards.
     std::vector<xcb_window_t> takeUnknownTopLevels() { return std::exchange(unknownTopLevels_, {}); }
 
-    // State of the whole desktop, set by ModelRefresh.
+    // State of the whole desktop. ModelRefresh and other objects set it, too.
     std::uint32_t staleClients = 0; // how many clients have stale bits
     bool staleClientList = true;
     bool staleManager = true;
     bool staleDesktop = true;
     bool staleWorkarea = true;
-    bool ownersChanged = false;     // a window was added or removed, which was not handled yet
-    bool hasManagerChanged = false; // the window manager changed or ended, which was not handled yet
+    bool ownersChanged = false;     // windows were added or removed; not handled yet
+    bool hasManagerChanged = false; // the window manager changed or ended; not handled yet
     xcb_window_t activeWindow = kNoWindow;
     std::uint32_t currentDesktop = 0;
     std::vector<PixelRect> workareas; // by virtual desktop
@@ -186,9 +186,9 @@ class WindowModel {
     std::optional<std::uint8_t> randrEventBase_;
     WindowManager manager_;
     bool isManagerKnown_ = false;
-    std::optional<Seconds> settlesAt_;
+    std::optional<Seconds> settlesAt_; // uptime at which the settling ends; absent if no end is set
     std::optional<Seconds> managerChangedAt_;
-    bool isReleasingWindows_ = false; // since the last poll a managed window was taken out of its frame
+    bool isReleasingWindows_ = false; // a managed window left its frame since the last poll
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;
     std::vector<xcb_window_t> unknownTopLevels_;

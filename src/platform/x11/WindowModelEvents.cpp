@@ -7,8 +7,8 @@
 namespace kova::x11 {
 
 EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
-    // Any client can send any event, so sent events are ignored, except the event by which a program withdraws an
-    // unmapped window: the server itself has no such event.
+    // Any client can send any event, so events that clients send are ignored. The only exception is the event by which
+    // a program withdraws an unmapped window: the server itself has no such event.
     const bool isSentByClient = event.response_type & 0x80;
     if (isSentByClient && (event.response_type & 0x7F) != XCB_UNMAP_NOTIFY) return {};
     switch (event.response_type & 0x7F) {
@@ -86,10 +86,10 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
     EventEffects effects;
     if (event.window == root_) {
         if (event.atom == atoms_[Atom::netActiveWindow]) effects.mustQueryActiveWindow = true;
-        const auto mark = [&](Atom atom, bool& flag) {
+        const auto mark = [&](Atom atom, bool& isMarked) {
             if (event.atom != atoms_[atom]) return;
-            effects.changed |= !flag;
-            flag = true;
+            effects.changed |= !isMarked;
+            isMarked = true;
         };
         mark(Atom::netClientList, staleClientList);
         mark(Atom::netCurrentDesktop, staleDesktop);
@@ -143,7 +143,8 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     placeInStack(event.window, event.above_sibling);
 
     if (!moving) return effects;
-    // A window manager can animate a frame without the window inside. Margins that were measured meanwhile are wrong.
+    // A window manager can animate a frame without resizing the window inside. Margins that are measured during the
+    // animation are wrong.
     const bool isFrameExact = moving->topLevel == moving->window || moving->margins == moving->shadow;
     const bool isAnimated = isFrameExact && !settlesAt_ && !hasRoomInside(*moving);
     moving->frameBeforeAnimation = isAnimated ? before : std::nullopt;

@@ -75,9 +75,9 @@ X11Desktop::~X11Desktop() {
         if (record.all().empty() && !parts_->hider.isAnyRestoreDue() && !kept) return;
     }
     restoreHidden();
-    // A window that is just being minimized is restored once that is done. Windows that are not on the screen at the
-    // end stay recorded for the next agent. Closing the connection could drop requests that the server has not read, so
-    // the main thread waits for a moment, which it does nowhere else.
+    // A window that is just being minimized is restored once it is minimized. Windows that are not on the screen at the
+    // end stay recorded for the next agent. Closing the connection could drop requests that the server has not read.
+    // Therefore the main thread waits for a moment here; while the desktop is open it never waits.
     const Seconds end = parts_->queue.uptime() + parts_->returnTimeoutAtEnd;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
     bool isAnyRestoreDue = true;
@@ -95,7 +95,7 @@ X11Desktop::~X11Desktop() {
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
 }
 
-/// Many window managers focus a restored window; the focus is kept when the agent ends.
+/// Returns the focus to the window when the agent ends, since many window managers focus a restored window.
 void X11Desktop::Parts::keepActive(xcb_window_t window) {
     const MutexLock lock(mutex);
     const ClientWindow* client = model.client(window);
@@ -141,27 +141,27 @@ void X11Desktop::Parts::takeOverLeftoverWindows(bool staysHidden) {
     }
     if (left.empty()) return;
     PendingReplies batch;
-    for (const HiddenWindow& taken : left) {
+    for (const HiddenWindow& recorded : left) {
         // The server reuses window numbers, so KOVA checks that this is an iconic window of the recorded process.
         const auto state = std::make_shared<ClientWindow>();
         for (const PropertyRule& rule : rules) {
             if (!(rule.staleBit & (stale::state | stale::owner))) continue;
-            batch.add(connection->requestProperty(taken.window, rule.property, rule.lengthInWords),
+            batch.add(connection->requestProperty(recorded.window, rule.property, rule.lengthInWords),
                       [&rule, state, this](const void* reply) {
                           rule.take(*state, viewOf(static_cast<const xcb_get_property_reply_t*>(reply)),
                                     connection->atoms());
                       });
         }
         if (processes.isAvailable()) {
-            batch.add(processes.request(taken.window), [state](const void* reply) {
+            batch.add(processes.request(recorded.window), [state](const void* reply) {
                 state->reportedProcess =
                     ClientProcesses::processIn(static_cast<const xcb_res_query_client_ids_reply_t*>(reply));
             });
         }
-        batch.add(xcb_get_geometry(connection->get(), taken.window), [&found, taken, state](const void* reply) {
+        batch.add(xcb_get_geometry(connection->get(), recorded.window), [&found, recorded, state](const void* reply) {
             const auto process = attributedProcess(evidenceOf(*state));
-            const bool isSame = !process || *process == taken.processIdentifier;
-            if (reply && isSame && (state->isIconic || state->isHiddenState)) found.push_back(taken);
+            const bool isSame = !process || *process == recorded.processIdentifier;
+            if (reply && isSame && (state->isIconic || state->isHiddenState)) found.push_back(recorded);
         });
     }
     batch.wait(*connection);
@@ -205,7 +205,8 @@ void X11Desktop::Parts::bringUpToDate() {
     bool mainHasWork = false;
     {
         const MutexLock lock(mutex);
-        // While this thread waited, it also read events and replies for the main thread, which was not woken for them.
+        // While this thread waited for replies, it also read events and replies for the main thread. The main thread
+        // was not woken for them.
         pendingEffects.add(drain(xcb_poll_for_queued_event));
         pendingEffects.panelsChanged |= outcome.panelsChanged;
         pendingEffects.returning.insert(pendingEffects.returning.end(), outcome.returning.begin(),

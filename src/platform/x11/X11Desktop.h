@@ -39,7 +39,7 @@ class X11Desktop final : public AccessibilityServicing,
         Seconds returnTimeoutAtEnd{0.5};         // how long the destructor waits for windows to return
         /// Windows that a killed agent has hidden stay hidden until `resolveLeftoverHiddenWindows`.
         bool keepsLeftoverWindowsHidden = false;
-        bool queriesProcesses = true; // of windows from the server; false: only the windows' own properties are used
+        bool queriesProcesses = true; // asks the server for the processes of windows; false: only windows' properties
         bool claimsServer = false;    // opening fails if another agent has claimed the server
     };
     /// Why the desktop could not be opened.
@@ -60,9 +60,10 @@ class X11Desktop final : public AccessibilityServicing,
     /// Makes the main loop watch a descriptor: it calls `readable` whenever there is something to read, until the
     /// subscription is dropped.
     using Watch = std::function<Subscription(int descriptor, std::function<void()> readable)>;
-    /// From now on reads events when they arrive. But once an event shows that the next poll will find changes, later
-    /// events are read by that poll or by an earlier read of the model: a program that changes its title continuously
-    /// must not keep the agent awake. `lost` is called once, when the connection has ended.
+    /// From now on reads events when they arrive, with one exception: after an event that shows that the next poll will
+    /// find changes, further events stay unread for a while. The poll reads them, or an earlier read of the model does.
+    /// So a program that changes its title continuously does not keep the agent awake. `lost` is called once, when the
+    /// connection has ended.
     void listen(Watch watch, std::function<void()> lost);
     /// Readable when there are events for `readEvents`.
     int connectionDescriptor() const;
@@ -115,7 +116,7 @@ class X11Desktop final : public AccessibilityServicing,
     std::vector<Screen> screens() const override;
     Subscription observeScreens(std::function<void()> changed) override;
     /// The position at the last poll, focus change or crossing of a window's edge. Each call also queries the server,
-    /// for the next call.
+    /// so that the next call has a newer position.
     std::optional<CGPoint> pointerLocation() const override;
 
     // DesktopChangeServicing
@@ -142,7 +143,7 @@ class X11Desktop final : public AccessibilityServicing,
     Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
     void claim(const std::vector<KeyCombination>& combinations) override;
-    /// Each call also tries to grab them again, for the next call.
+    /// Each call also tries again to grab these combinations; a later call returns the result.
     std::vector<KeyCombination> heldByOthers() const override;
     Subscription observeHeldByOthers(std::function<void()> known) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,

@@ -1,4 +1,4 @@
-// Running applications, hiding and showing them; and displays.
+// Lists, hides and shows running applications; reports displays.
 #include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
 

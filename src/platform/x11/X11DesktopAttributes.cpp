@@ -247,7 +247,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             parts_->lastPlacing = now;
             // Another poll is needed, since a poll in progress may read the requested frame instead of the real one.
             parts_->changes.note();
-            // The request may be based on an outdated state; its verification needs the present state.
+            // The known state of the window may be outdated; the verification of the placement needs the present state.
             if (client->stale & stale::state) parts_->queryState(*client);
         }
     }
@@ -264,8 +264,8 @@ void X11Desktop::performAction(const AccessibilityElement& element, Accessibilit
     parts_->sendSoon();
 }
 
-/// Whether a window is reported as restored, or with its requested frame, before an event has confirmed that. If the
-/// request is refused, no event announces that, so a poll must find it out.
+/// True if some window is reported as restored, or with its requested frame, before an event has confirmed that. No
+/// event announces that a request was refused, so a poll must check.
 bool X11Desktop::Parts::isAnyStateAssumed() const {
     const Seconds now = queue.uptime();
     return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {

@@ -1,4 +1,4 @@
-// Diagnostics: reasons why windows may not be moved.
+// Diagnostics: facts about the desktop that explain why KOVA may not be able to move windows.
 #include "platform/x11/TilingManagers.h"
 #include "platform/x11/X11Parts.h"
 
@@ -50,7 +50,7 @@ std::optional<std::string> X11Desktop::limitation() const {
     const bool isWayland = (wayland && *wayland) || (sessionType && std::string_view(sessionType) == "wayland");
     if (!isWayland) return std::nullopt;
     return "This is a Wayland session: only windows of X11 programs can be seen and moved. Choose a session on X11 "
-           "(“Xorg”) in the login screen to manage all.";
+           "(“Xorg”) in the login screen to manage all windows.";
 }
 
 std::vector<DiagnosticLine> X11Desktop::diagnose() const {

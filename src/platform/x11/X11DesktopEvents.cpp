@@ -1,4 +1,4 @@
-// Events of the server, and when the connection is watched.
+// Handles the events of the server, and decides when the connection is watched.
 #include "platform/x11/X11Parts.h"
 
 #include <algorithm>
@@ -10,10 +10,10 @@ using namespace x11;
 
 namespace {
 
-/// How long the reactions of a window that was placed are handled soon.
+/// For this long after a placement, events are read after a short pause only, and changed states are queried at once.
 constexpr Seconds kPlacingTime{1.0};
-/// The server sends an event for each window as soon as it has placed it. With the pause the main thread wakes up once
-/// for all of them.
+/// The pause after a placement. The server sends an event for each placed window; with the pause the main thread wakes
+/// up once for all these events.
 constexpr Seconds kPlacingPause{0.005};
 /// How long the connection is not watched after an event shows that the next poll will find changes. The poll normally
 /// comes earlier and ends the pause.
@@ -85,8 +85,8 @@ bool X11Desktop::Parts::mayPause() const {
            !displays.isReading() && !hider.isAnyHidePending() && !hider.isAnyRestoreDue();
 }
 
-/// Call when frames of windows were requested. `readAndPause` itself decides about a pause at its end, since the
-/// descriptor cannot be watched again before the call of its watch returns.
+/// Call when frames of windows were requested. No-op during `readAndPause`, which decides about a pause at its end: the
+/// watch cannot be started again before its own call of `readAndPause` has returned.
 void X11Desktop::Parts::pauseAfterPlacing() {
     if (isReadingEvents || watch.isPaused()) return;
     bool pauses = false;
@@ -116,7 +116,9 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
     return effects;
 }
 
-/// KOVA's own requests are sent to the window manager alone. A restored application may request the focus for itself.
+/// Notes that another program has requested the focus for a window. KOVA's own requests do not arrive here, since only
+/// the window manager gets them. A request by an application for its own window is ignored: a restored application may
+/// request the focus for itself.
 void X11Desktop::Parts::noteFocusRequestOfAnotherProgram(const xcb_generic_event_t& event) {
     constexpr std::uint32_t kFromApplication = 1;
     if ((event.response_type & 0x7F) != XCB_CLIENT_MESSAGE) return;
@@ -131,7 +133,7 @@ void X11Desktop::Parts::handleEffects(EventEffects effects) {
     {
         const MutexLock lock(mutex);
         effects.add(std::exchange(pendingEffects, {}));
-        // Flushing and collecting replies also read events; the descriptor does not become readable for those.
+        // Flushing and collecting replies also read events. The descriptor does not become readable for these events.
         for (bool again = true; again;) {
             displaysChanged |= actOn(effects);
             again = std::exchange(mustFlush, false);

@@ -46,7 +46,8 @@ void X11Desktop::Parts::expectFocus(xcb_window_t window) {
     }
 }
 
-/// The report comes by another connection. Requests of other programs that caused it may still be unread in this one.
+/// The report comes from the input connection. The request of another program that caused the report may still be
+/// unread on the desktop's own connection, so that connection is read first.
 void X11Desktop::Parts::takeActiveWindowOfInput(xcb_window_t reported) {
     if (focusKeeper.kept(queue.uptime())) {
         pendingEffects.add(drain(xcb_poll_for_event));
@@ -55,7 +56,8 @@ void X11Desktop::Parts::takeActiveWindowOfInput(xcb_window_t reported) {
     takeActiveWindow(reported);
 }
 
-/// Ignored without a window manager: then _NET_ACTIVE_WINDOW is left over from one that has ended.
+/// Without a window manager the report is ignored: then _NET_ACTIVE_WINDOW is left over from a window manager that has
+/// ended.
 void X11Desktop::Parts::takeActiveWindow(xcb_window_t reported) {
     if (!model.windowManager().isPresent) return;
     returnFocus(reported);
@@ -80,7 +82,7 @@ void X11Desktop::Parts::setActiveWindow(xcb_window_t reported) {
 }
 
 /// A window manager may focus a window that KOVA only restores from the minimized state. Returns the focus to the
-/// window that had it before. Until then `active` does not count as focused, since the user did not choose it.
+/// window that had the focus before. Until then `active` does not count as focused, since the user did not choose it.
 void X11Desktop::Parts::returnFocus(xcb_window_t active) {
     const ClientWindow* focused = model.client(active);
     const ClientWindow* parent = focused ? model.parentOf(*focused) : nullptr;

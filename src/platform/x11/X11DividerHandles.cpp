@@ -17,7 +17,7 @@ constexpr xcb_button_t kMainButton = 1;
 constexpr std::uint32_t kEscapeSymbol = 0xFF1B;
 constexpr std::string_view kName = "KOVA divider";
 
-// Glyphs of the cursor font; each is followed by its mask.
+// Numbers of glyphs in the cursor font. The glyph with the next number is the mask.
 constexpr std::uint16_t kSidewaysArrow = 108, kUpDownArrow = 116;
 
 std::array<std::uint32_t, 4> numbersOf(const PixelRect& r) {
@@ -84,7 +84,7 @@ void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
     }
     for (const Shown& shown : spare) {
         if (isDragged(shown)) {
-            cancelByEscape();
+            cancelDrag();
             drag_.reset();
         }
         xcb_destroy_window(connection_.get(), shown.window);
@@ -195,8 +195,8 @@ void DividerHandleWindows::restack() {
     const auto [below, above] = neighbors();
     const bool hasAbove = above != kNoWindow;
     for (const Shown& shown : shown_) {
-        // First lowers the handle below all windows. The handle stays there if the sibling was destroyed, so that the
-        // second request fails.
+        // The first request lowers the handle below all windows. The handle stays there if the second request fails
+        // because the sibling was destroyed.
         const std::uint32_t atTheBottom = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_STACK_MODE, &atTheBottom);
         if (!hasAbove && below == kNoWindow) continue;
@@ -252,8 +252,9 @@ void DividerHandleWindows::pressed(const xcb_button_press_event_t& event, std::u
     const std::string& id = shown->place.id;
     const auto before = std::exchange(lastClick_, std::nullopt);
     const bool isDouble = before && before->id == id && event.time - before->when <= kDoubleClickTime;
-    drag_ = Drag{id,           shown->window, event.time, shown->place.restingPixels, event.root_x, event.root_y,
-                 event.root_x, event.root_y,  isDouble};
+    drag_ = Drag{id,           shown->window, event.time,   shown->place.doubleClickTolerancePixels,
+                 event.root_x, event.root_y,  event.root_x, event.root_y,
+                 isDouble};
     if (!isDouble) lastClick_ = Click{id, event.time};
     mustGrabKeyboard_ = !isDouble;
     const auto kind = isDouble ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed;
@@ -268,7 +269,7 @@ void DividerHandleWindows::moved(int x, int y) {
     if (!drag_) return;
     drag_->x = x;
     drag_->y = y;
-    if (std::hypot(x - drag_->startX, y - drag_->startY) > drag_->restingPixels) lastClick_.reset();
+    if (std::hypot(x - drag_->startX, y - drag_->startY) > drag_->doubleClickTolerancePixels) lastClick_.reset();
     if (drag_->isOver) return;
     // The newest position replaces an earlier one that was not reported yet.
     const bool isNewer = !events_.empty() && events_.back().kind == DividerHandleEvent::Kind::moved;
@@ -283,7 +284,7 @@ void DividerHandleWindows::released(const xcb_button_release_event_t& event) {
     mustGrabKeyboard_ = false;
 }
 
-void DividerHandleWindows::cancelByEscape() {
+void DividerHandleWindows::cancelDrag() {
     if (!std::exchange(drag_->isOver, true))
         events_.push_back({DividerHandleEvent::Kind::cancelled, drag_->id, drag_->x, drag_->y});
 }
@@ -292,7 +293,7 @@ bool DividerHandleWindows::act() {
     if (std::exchange(mustGrabKeyboard_, false) && drag_) grabKeyboard();
     if (escapeKeys_) {
         for (const xcb_keycode_t key : std::exchange(keysPressed_, {})) {
-            if (drag_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) cancelByEscape();
+            if (drag_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) cancelDrag();
         }
     }
     if (!drag_ || drag_->isOver) ungrabKeyboard();

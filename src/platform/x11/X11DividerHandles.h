@@ -2,8 +2,8 @@
 // is directly below the lowest application window, so that it lies above the desktop window and never covers an
 // application. It reacts to the main button only; other buttons reach the desktop.
 //
-// During a drag the server sends all pointer events (passive grab), and the keyboard is grabbed for Escape. Requests
-// are buffered, not sent.
+// During a drag the server sends all pointer events to KOVA (passive grab), and KOVA grabs the keyboard to receive
+// Escape. Requests are buffered, not sent.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -24,11 +24,12 @@ struct HandlePlace {
     std::string id;
     PixelRect rect;
     LayoutAxis axis = LayoutAxis::horizontal;
-    int restingPixels = 3; // how far the pointer may move between the presses of a double click
+    int doubleClickTolerancePixels = 3; // how far the pointer may move between the presses of a double click
     bool operator==(const HandlePlace&) const = default;
 };
 
-/// The handle of a gap (screen space): the gap itself, but at least 8 points across the axis.
+/// The place of the handle for a divider: the gap of the divider, widened to a thickness of at least 8 points. The
+/// gap is in screen space.
 HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, LayoutAxis axis, const PointSpace& space);
 
 /// An event of a handle. The point is in root coordinates.
@@ -54,7 +55,7 @@ class DividerHandleWindows {
     bool take(const xcb_generic_event_t& event);
     /// Handles the events. True if requests must be sent. Main thread.
     bool act();
-    /// Whether a handle has a wrong position in the model's stacking order.
+    /// True if a handle has a wrong position in the model's stacking order.
     bool isMisplaced() const;
     /// Restacks the handles if they are misplaced; call `act` afterwards.
     void keepInOrder();
@@ -64,13 +65,14 @@ class DividerHandleWindows {
     struct Shown {
         HandlePlace place;
         xcb_window_t window;
-        std::optional<std::uint32_t> since; // number of the request that moved the window here from another divider
+        std::optional<std::uint32_t>
+            since; // sequence number of the request that moved the window here from another divider
     };
     struct Drag {
         std::string id;
         xcb_window_t window = kNoWindow;
         xcb_timestamp_t since = 0;
-        int restingPixels = 0;
+        int doubleClickTolerancePixels = 0;
         int startX = 0, startY = 0;
         int x = 0, y = 0;
         bool isOver = false; // after the second press of a double click, or Escape
@@ -79,7 +81,7 @@ class DividerHandleWindows {
         std::string id;
         xcb_timestamp_t when = 0;
     };
-    /// Creates a handle's window, which is not mapped yet, and on top of all windows.
+    /// Creates a handle's window. The window is not mapped yet, and lies above all other windows.
     xcb_window_t create(const HandlePlace& place);
     /// Returns the sequence number of the request.
     std::uint32_t move(Shown& shown, const HandlePlace& place);
@@ -92,7 +94,7 @@ class DividerHandleWindows {
     void crossed(const xcb_enter_notify_event_t& event, DividerHandleEvent::Kind kind);
     void moved(int x, int y);
     void released(const xcb_button_release_event_t& event);
-    void cancelByEscape();
+    void cancelDrag();
     void grabKeyboard();
     void ungrabKeyboard();
     void restack();

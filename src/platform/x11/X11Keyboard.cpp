@@ -122,10 +122,10 @@ bool Keyboard::takeError(const xcb_generic_event_t& event) {
 bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
     if (event.event != connection_.root()) return false; // the event is for a divider's handle
     if (!isPress) {
-        if (held_.release(event.detail) && !hasKeyboard_) stopExpectingReleases();
+        if (pressedKeys_.release(event.detail) && !hasKeyboard_) stopExpectingReleases();
         return true;
     }
-    const bool isRepetition = held_.press(event.detail, event.time);
+    const bool isRepetition = pressedKeys_.press(event.detail, event.time);
     const auto code = map_.macKeyCode(event.detail);
     if (!code || !(hasKeyboard_ || isListening_)) return true;
     events_.push_back({hasKeyboard_ ? KeyboardEvent::Kind::recorded : KeyboardEvent::Kind::pressed,
@@ -136,11 +136,12 @@ bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
 /// Keys that are still pressed may be released unnoticed. The server's repeat delay then shows whether a press is a
 /// repetition.
 void Keyboard::stopExpectingReleases() {
-    held_.stopExpectingReleases();
+    pressedKeys_.stopExpectingReleases();
     mustSend_ = true;
     pendingReplies_.emplace_back().add(
         xcb_xkb_get_controls(connection_.get(), kCoreKeyboard), [this](const void* reply) {
-            if (reply) held_.setRepeatDelay(static_cast<const xcb_xkb_get_controls_reply_t*>(reply)->repeatDelay);
+            if (reply)
+                pressedKeys_.setRepeatDelay(static_cast<const xcb_xkb_get_controls_reply_t*>(reply)->repeatDelay);
         });
 }
 
@@ -344,7 +345,7 @@ void Keyboard::tryRecording() {
             mustSend_ |= isOurs;
         } else if (isOurs) {
             hasKeyboard_ = true;
-            held_.setPressed(*down);
+            pressedKeys_.setPressed(*down);
         } else if (++recordingTries_ < kRecordingTries) {
             scheduleRecordingRetry_();
         } else {

@@ -2,8 +2,8 @@
 // them, and the whole keyboard while a shortcut is recorded.
 //
 // A combination is grabbed for all states of Caps Lock, Num Lock and Scroll Lock, and again after changes of layout,
-// keyboard or modifiers. If another program has grabbed a combination, KOVA tries again whenever that may have changed;
-// no timer wakes the agent for that.
+// keyboard or modifiers. If another program has grabbed a combination, KOVA tries again whenever that program may have
+// released it; no timer wakes the agent for that.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -65,7 +65,7 @@ class Keyboard {
     struct Claim {
         KeyCombination combination;
         std::vector<std::pair<xcb_keycode_t, std::uint16_t>> grabs; // key and state
-        bool isGrabbed = false; // false also if KOVA has released the grab after a try
+        bool isGrabbed = false; // also false if KOVA has released the grab after a try
         bool isRefused = false; // the server refused the last try
         bool isHeldByOther = false;
     };
@@ -110,7 +110,7 @@ class Keyboard {
     bool areGrabResultsKnown_ = false;
     bool mustReport_ = false; // report `grabResultsKnown` even if nothing has changed
 
-    PressedKeys held_;
+    PressedKeys pressedKeys_;
     bool mustSend_ = false;
     std::vector<KeyboardEvent> events_;
 };

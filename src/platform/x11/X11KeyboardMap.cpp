@@ -216,12 +216,12 @@ KeyboardMap::KeyboardMap(const std::array<KeyboardKey, kKeyCount>& keys) {
     option_ = modifierWith(keys, {XKB_KEY_Alt_L, XKB_KEY_Alt_R});
     if (option_ == 0) option_ = modifierWith(keys, {XKB_KEY_Meta_L, XKB_KEY_Meta_R});
     command_ = modifierWith(keys, {XKB_KEY_Super_L, XKB_KEY_Super_R});
-    if (command_ == option_) command_ = 0; // if Alt and Super set the same modifier, that counts as Alt
-    const unsigned meant = option_ | command_ | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL;
+    if (command_ == option_) command_ = 0; // if Alt and Super set the same modifier, it counts as Alt
+    const unsigned shortcutModifiers = option_ | command_ | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL;
     unsigned locks = 0;
     for (const unsigned lock : {unsigned{XCB_MOD_MASK_LOCK}, unsigned{modifierWith(keys, {XKB_KEY_Num_Lock})},
                                 unsigned{modifierWith(keys, {XKB_KEY_Scroll_Lock})}}) {
-        if (lock == 0 || (lock & (meant | locks)) != 0) continue;
+        if (lock == 0 || (lock & (shortcutModifiers | locks)) != 0) continue;
         locks |= lock;
         for (std::size_t i = 0, count = lockStates_.size(); i < count; ++i) {
             lockStates_.push_back(static_cast<std::uint16_t>(lockStates_[i] | lock));

@@ -23,7 +23,7 @@ std::optional<std::uint16_t> macKeyCodeNamed(std::string_view xkbName);
 
 /// One key as the server describes it.
 struct KeyboardKey {
-    std::string name;                                // in XKB
+    std::string name;                                // XKB's name for the key
     std::vector<std::vector<std::uint32_t>> symbols; // by group, then level
     std::uint8_t outOfRangeGroups = 0;               // XKB's rule for groups that the key does not have
     std::uint8_t modifiers = 0;                      // bits of the event state that are set while the key is pressed

@@ -39,7 +39,7 @@ void PointerWatch::follow(bool follows) {
     listen(false);
 }
 
-void PointerWatch::listen(bool toMovements) {
+void PointerWatch::listen(bool toMotion) {
     struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
@@ -47,7 +47,7 @@ void PointerWatch::listen(bool toMovements) {
     if (isFollowing_) {
         selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
     }
-    if (isFollowing_ && toMovements) selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+    if (isFollowing_ && toMotion) selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
     mustSend_ = true;
     xcb_input_xi_select_events(connection_.get(), connection_.root(), 1, &selection.head);
 }
@@ -105,7 +105,8 @@ void PointerWatch::useReply(const xcb_query_pointer_reply_t& pointer) {
                       : !wasDown ? PointerEvent::Kind::pressed
                                  : PointerEvent::Kind::moved;
     const RootPointerEvent now{kind, pointer.root_x, pointer.root_y, (pointer.mask & XCB_KEY_BUT_MASK_SHIFT) != 0};
-    // Motion events are selected, and then the position is queried again; otherwise a motion in between would be lost.
+    // After a press, motion events are selected first, and then the position is queried again. Otherwise a motion
+    // between the first query and the selection would be lost.
     if (kind == PointerEvent::Kind::pressed) {
         listen(true);
         queryPosition();

@@ -1,6 +1,7 @@
-// Follows the pointer's main button on the whole desktop, by the raw events of the XInput extension, which arrive
-// whichever program has grabbed the pointer. Raw events have no position, so it is queried, without waiting for the
-// reply. The state of the button comes from the reply as well, so that swapped buttons are handled.
+// Follows the pointer's main button on the whole desktop. Uses the raw events of the XInput extension, which arrive
+// even if another program has grabbed the pointer. Raw events contain no position, so KOVA queries the position,
+// without waiting for the reply. The state of the button comes from the reply as well, so that swapped buttons are
+// handled.
 //
 // Motion without a button causes no wake-up: motion events are selected only while the button is down, and handled at
 // most 60 times a second.
@@ -41,7 +42,7 @@ class PointerWatch {
     /// True if the event is about the pointer; then call `act`.
     bool take(const xcb_generic_event_t& event);
     /// Call when a window moved. The pointer may have moved as well, since programs can move it without an event. And a
-    /// dragged window may follow the pointer only after the pointer has stopped; that must be handled, too.
+    /// dragged window may still move after the pointer has stopped; that movement must be handled as well.
     void noteMovement() {
         hasMoved_ |= isButtonDown_;
         hasWindowMoved_ |= isButtonDown_;
@@ -53,7 +54,7 @@ class PointerWatch {
     std::vector<RootPointerEvent> takeEvents() { return std::exchange(events_, {}); }
 
   private:
-    void listen(bool toMovements);
+    void listen(bool toMotion);
     void queryPosition();
     void useReply(const xcb_query_pointer_reply_t& pointer);
 

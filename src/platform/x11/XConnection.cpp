@@ -25,8 +25,7 @@ std::string whyNoDisplay() {
                "windows. Log out and choose a session on X11 (often called “Xorg”) in the login screen.";
     }
     return "There is no X display: DISPLAY is not set. Start KOVA inside the graphical session, or set DISPLAY to the "
-           "one "
-           "to manage, for example \":0\".";
+           "display to manage, for example \":0\".";
 }
 
 std::string whyNotConnected(const std::string& displayName, int error) {
