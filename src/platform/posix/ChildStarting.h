@@ -14,7 +14,7 @@ namespace kova {
 struct Command {
     std::vector<std::string> words;       // the first one is the program, by its absolute path
     std::string folder;                   // the program's current folder at its start
-    std::vector<std::string> environment; // all of it, as NAME=value
+    std::vector<std::string> environment; // the whole environment, as NAME=value
     bool endsWithParent = false;          // the program is killed when this thread ends, if the kernel supports that
 };
 
@@ -29,7 +29,7 @@ class ChildStarting {
   public:
     virtual ~ChildStarting() = default;
 
-    /// Called once, after `start` has returned: with the process once the program runs in it, or with the failure.
+    /// Called once, after `start` has returned: with the process when the program runs in it, else with the failure.
     using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
     /// Called after `started`, once the process has ended and was reaped, with the status from waitpid.
     using Ended = std::function<void(pid_t, int waitStatus)>;

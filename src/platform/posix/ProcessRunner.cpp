@@ -111,10 +111,12 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
     }
     out.drainInto(outcome.output);
     err.drainInto(outcome.problem);
-    const bool isKnown = ended == process; // else other code of this process has reaped the program
-    outcome.ending = hasTimedOut ? Ending::timedOut : isKnown && WIFEXITED(status) ? Ending::exited : Ending::killed;
+    const bool isStatusKnown = ended == process; // false if other code of this process has reaped the program
+    outcome.ending = hasTimedOut                          ? Ending::timedOut
+                     : isStatusKnown && WIFEXITED(status) ? Ending::exited
+                                                          : Ending::killed;
     if (outcome.ending == Ending::exited) outcome.exitCode = WEXITSTATUS(status);
-    if (!isKnown && !hasTimedOut && outcome.problem.empty()) outcome.problem = "how it ended is not known";
+    if (!isStatusKnown && !hasTimedOut && outcome.problem.empty()) outcome.problem = "how it ended is not known";
     return outcome;
 }
 

@@ -10,9 +10,9 @@ namespace kova {
 
 struct SpawnPlan {
     std::vector<std::string> words{};       // the first one is the program, by its full path
-    std::vector<std::string> environment{}; // all of it, as NAME=value; empty: that of this process
+    std::vector<std::string> environment{}; // the whole environment, as NAME=value; empty: this process's
     int output = -1, error = -1;            // this process's descriptors for the program's output; -1: /dev/null
-    bool isSessionOfItsOwn = false;         // false: only a process group of its own
+    bool isSessionOfItsOwn = false;         // true: in a new session; false: only in a new process group
 };
 
 struct Spawned {

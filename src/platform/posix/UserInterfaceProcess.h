@@ -16,9 +16,10 @@ namespace kova {
 /// Finds a program in PATH.
 using ProgramSearch = std::function<std::optional<std::string>(const std::string& name)>;
 
-/// The path of kova-ui; absent if it is not found. If the variable KOVA_UI is set, only that path is tried (empty:
-/// there is no kova-ui). Otherwise the first of these counts: beside `ownProgram`, ../libexec/kova relative to that
-/// folder, the application in ../Helpers, the result of `search`.
+/// The path of kova-ui; absent if it is not found. If the variable KOVA_UI is set, only the path in it is tried; an
+/// empty variable means that there is no kova-ui. Otherwise these places are tried in order: the folder of
+/// `ownProgram`, ../libexec/kova relative to that folder, the application bundle in ../Helpers, and the result of
+/// `search`.
 std::optional<std::string> findUserInterface(const std::string& ownProgram, const ProgramSearch& search = {});
 
 class UserInterfaceProcess final : public UserInterfaceServicing {
@@ -43,8 +44,8 @@ class UserInterfaceProcess final : public UserInterfaceServicing {
     ChildStarting& children_;
     std::optional<pid_t> process_;
     std::uint64_t run_ = 0;                       // counts starts and ends
-    std::function<void(UserInterfaceEnd)> ended_; // of `process_`
-    std::set<pid_t> ending_;                      // processes that were requested to end and still run
+    std::function<void(UserInterfaceEnd)> ended_; // called when `process_` ends
+    std::set<pid_t> ending_;                      // processes that have got SIGTERM and still run
     Lifetime lifetime_;
 };
 
