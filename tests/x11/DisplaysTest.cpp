@@ -38,8 +38,8 @@ std::vector<std::uint8_t> edid(std::uint8_t serial, const std::string& name) {
     return bytes;
 }
 
-TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
-    // A monitor on the left of the primary one, whose top is 100 pixels lower.
+TEST(Displays, AreListedWithThePrimaryFirstAndItsCornerIsTheOrigin) {
+    // The top of the primary monitor is 100 pixels lower than the top of the monitor on its left.
     const std::vector<Monitor> monitors = {{"HDMI-1", false, {0, 0, 1920, 1080}, {}},
                                            {"DP-1", true, {1920, 100, 2560, 1440}, {}},
                                            {"DP-2", false, {4480, 100, 1000, 1000}, {}}};
@@ -48,7 +48,7 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
     EXPECT_EQ(displays.screens[0].localizedName, "DP-1");
     EXPECT_EQ(text(displays.screens[0].frame), "0,0 2560x1440");
     EXPECT_EQ(displays.screens[1].localizedName, "HDMI-1");
-    // Its top is 100 above the primary's.
+    // The top of HDMI-1 is 100 pixels above the top of the primary monitor.
     EXPECT_EQ(text(displays.screens[1].frame), "-1920,460 1920x1080");
     EXPECT_EQ(text(displays.screens[2].frame), "2560,440 1000x1000");
     EXPECT_EQ(text(displays.space.firstDisplay()), "1920,100 2560x1440");
@@ -70,7 +70,7 @@ TEST(Displays, ExcludePanelsOnAnyEdgeFromTheVisibleFrame) {
         const char* onRight;
     };
     const std::vector<Case> cases = {
-        {"none", {}, "0,0 1920x1080", "1920,0 1280x1024"},
+        {"no panel", {}, "0,0 1920x1080", "1920,0 1280x1024"},
         {"top of the left monitor", {panel({0, 0, 1920, 30}, {0, 0, 30, 0})}, "0,30 1920x1050", "1920,0 1280x1024"},
         {"bottom of the right monitor, which is shorter",
          {panel({1920, 984, 1280, 40}, {0, 0, 0, 96})},
@@ -85,11 +85,14 @@ TEST(Displays, ExcludePanelsOnAnyEdgeFromTheVisibleFrame) {
          "0,0 1920x1080",
          "1980,0 1220x1024"},
         {"across both monitors", {panel({0, 0, 3200, 24}, {0, 0, 24, 0})}, "0,24 1920x1056", "1920,24 1280x1000"},
-        {"two on one edge",
+        {"two panels on one edge",
          {panel({0, 0, 900, 30}, {0, 0, 30, 0}), panel({900, 0, 900, 50}, {0, 0, 50, 0})},
          "0,50 1920x1030",
          "1920,0 1280x1024"},
-        {"all of a monitor", {panel({1920, 0, 1280, 1024}, {0, 1280, 0, 0})}, "0,0 1920x1080", "1920,0 1280x1024"},
+        {"a panel that would cover a whole monitor",
+         {panel({1920, 0, 1280, 1024}, {0, 1280, 0, 0})},
+         "0,0 1920x1080",
+         "1920,0 1280x1024"},
         {"impossible depths",
          {panel({0, 0, 10, 10}, {32767, 32767, 32767, 32767})},
          "0,0 1920x1080",
@@ -106,12 +109,13 @@ TEST(Displays, ExcludePanelsOnAnyEdgeFromTheVisibleFrame) {
         return text(
             describeDisplays(one, MonitorReport::all, top, workarea, {0, 0, 1920, 1080}).screens.at(0).visibleFrame);
     };
+    // A work area on the monitor reduces the visible frame further.
     EXPECT_EQ(visible(std::nullopt), "0,0 1920x1050");
     EXPECT_EQ(visible(PixelRect{0, 30, 1920, 1000}), "0,50 1920x1000");
     EXPECT_EQ(visible(PixelRect{5000, 0, 10, 10}), "0,0 1920x1050");
 }
 
-TEST(Displays, AreRecognizedByTheirDevice) {
+TEST(Displays, KeepTheirIdWhenTheMonitorMovesToAnotherConnector) {
     const auto first = identityInEdid(edid(1, "Wide 34")), second = identityInEdid(edid(2, "Wide 34"));
     ASSERT_TRUE(first && second);
     EXPECT_EQ(first->name, "Wide 34");
@@ -129,7 +133,7 @@ TEST(Displays, AreRecognizedByTheirDevice) {
     const Monitor a{"DP-1", true, {0, 0, 1000, 1000}, first}, b{"DP-2", false, {1000, 0, 1000, 1000}, second};
     const auto apart = uuids({a, b});
     EXPECT_NE(apart[0], apart[1]);
-    // The same device on another connector, in another place.
+    // The same monitor, on another connector and with another frame.
     EXPECT_EQ(uuids({{"HDMI-3", true, {0, 0, 800, 600}, first}})[0], apart[0]);
     // Monitors with the same identity are distinguished by their connector. Without a serial number the id contains the
     // connector even if there is only one.

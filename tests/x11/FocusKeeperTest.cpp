@@ -12,22 +12,22 @@ constexpr xcb_window_t kEditor = 10, kMail = 20, kPlayer = 30, kDialogWindow = 3
 class FocusKeeping : public ::testing::Test {
   protected:
     /// The window that KOVA focuses after the report that `active` is focused; kNoWindow for none.
-    xcb_window_t after(xcb_window_t active, double uptime, xcb_window_t owner = kNoWindow) {
+    xcb_window_t refocusedAfter(xcb_window_t active, double uptime, xcb_window_t owner = kNoWindow) {
         return keeper.windowToRefocus(active, owner, Seconds(uptime)).value_or(kNoWindow);
     }
     FocusKeeper keeper;
 };
 
 TEST_F(FocusKeeping, FocusesTheFormerWindowAgainWhenARestoredOneTakesTheFocus) {
-    EXPECT_EQ(after(kMail, 0), kNoWindow) << "no window is being restored";
+    EXPECT_EQ(refocusedAfter(kMail, 0), kNoWindow) << "no window is being restored";
     keeper.noteRestoreRequested(kMail, kEditor, Seconds(1));
     keeper.noteRestoreRequested(kPlayer, kMail, Seconds(1.1)); // kMail has taken the focus by now
-    EXPECT_EQ(after(kMail, 1.2), kEditor);
-    EXPECT_EQ(after(kEditor, 1.3), kNoWindow);
-    EXPECT_EQ(after(kNoWindow, 1.3), kNoWindow) << "no window has the focus for a moment";
-    EXPECT_EQ(after(kDialogWindow, 1.4, kPlayer), kEditor) << "a dialog of the restored window";
+    EXPECT_EQ(refocusedAfter(kMail, 1.2), kEditor);
+    EXPECT_EQ(refocusedAfter(kEditor, 1.3), kNoWindow);
+    EXPECT_EQ(refocusedAfter(kNoWindow, 1.3), kNoWindow) << "no window has the focus for a moment";
+    EXPECT_EQ(refocusedAfter(kDialogWindow, 1.4, kPlayer), kEditor) << "a dialog of the restored window";
     EXPECT_EQ(keeper.kept(Seconds(1.4)), kEditor);
-    EXPECT_EQ(after(kMail, 2.2), kNoWindow) << "after this time the change of focus is the user's choice";
+    EXPECT_EQ(refocusedAfter(kMail, 2.2), kNoWindow) << "after this time the change of focus is the user's choice";
     EXPECT_EQ(keeper.kept(Seconds(2.2)), std::nullopt);
 }
 
@@ -35,7 +35,7 @@ TEST_F(FocusKeeping, CountsTheFormerWindowAsFocusedAsSoonAsItIsRefocused) {
     keeper.noteRestoreRequested(kMail, kEditor, Seconds(1));
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(1.1)), kMail)
         << "the focus was not requested for another window yet";
-    ASSERT_EQ(after(kMail, 1.2), kEditor);
+    ASSERT_EQ(refocusedAfter(kMail, 1.2), kEditor);
     keeper.noteRefocused(kEditor, kMail, Seconds(1.2));
     keeper.noteFocusRequested(kEditor, Seconds(1.2)); // the request is sent
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(1.3)), kEditor);
@@ -52,33 +52,34 @@ TEST_F(FocusKeeping, CountsTheFormerWindowAsFocusedAsSoonAsItIsRefocused) {
 
 TEST_F(FocusKeeping, EndsWhenAnotherWindowIsFocusedOrAProgramTakesTheFocusRepeatedly) {
     keeper.noteRestoreRequested(kMail, kEditor, Seconds(1));
-    EXPECT_EQ(after(kPlayer, 1.1), kNoWindow);
-    EXPECT_EQ(after(kMail, 1.2), kNoWindow) << "the user has focused another window meanwhile";
+    EXPECT_EQ(refocusedAfter(kPlayer, 1.1), kNoWindow);
+    EXPECT_EQ(refocusedAfter(kMail, 1.2), kNoWindow) << "the user has focused another window meanwhile";
 
     keeper.noteRestoreRequested(kMail, kEditor, Seconds(5));
     keeper.noteFocusRequested(kPlayer, Seconds(5)); // KOVA focuses it in the same action
     int refocused = 0;
-    for (double uptime = 5.1; uptime < 5.9; uptime += 0.05) refocused += after(kMail, uptime) == kPlayer ? 1 : 0;
+    for (double uptime = 5.1; uptime < 5.9; uptime += 0.05)
+        refocused += refocusedAfter(kMail, uptime) == kPlayer ? 1 : 0;
     EXPECT_EQ(refocused, 6);
     keeper.noteRestoreRequested(kDialogWindow, kMail, Seconds(5.9));
-    EXPECT_EQ(after(kDialogWindow, 5.95), kPlayer) << "the limit is per window";
+    EXPECT_EQ(refocusedAfter(kDialogWindow, 5.95), kPlayer) << "the limit is per window";
 
     keeper.noteRestoreRequested(kMail, kNoWindow, Seconds(9));
-    EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had the focus before";
+    EXPECT_EQ(refocusedAfter(kMail, 9.1), kNoWindow) << "no window had the focus before";
 }
 
 TEST_F(FocusKeeping, ARestoredWindowKeepsTheFocusThatAnotherProgramRequestsForIt) {
     keeper.noteRestoreRequested(kMail, kEditor, Seconds(1));
-    ASSERT_EQ(after(kMail, 1.1), kEditor);
+    ASSERT_EQ(refocusedAfter(kMail, 1.1), kEditor);
     keeper.noteRefocused(kEditor, kMail, Seconds(1.1));
     keeper.noteRequestOfAnotherProgram(kMail);
     EXPECT_EQ(keeper.effectiveFocus(kMail, Seconds(1.2)), kMail);
-    EXPECT_EQ(after(kMail, 1.2), kNoWindow);
+    EXPECT_EQ(refocusedAfter(kMail, 1.2), kNoWindow);
     keeper.noteRestoreRequested(kPlayer, kMail, Seconds(1.3));
-    EXPECT_EQ(after(kPlayer, 1.4), kMail) << "the other restored windows return the focus to the window";
+    EXPECT_EQ(refocusedAfter(kPlayer, 1.4), kMail) << "the other restored windows return the focus to the window";
     keeper.noteRequestOfAnotherProgram(kDialogWindow);
     keeper.noteRestoreRequested(kDialogWindow, kMail, Seconds(3));
-    EXPECT_EQ(after(kDialogWindow, 3.1), kMail) << "restored after the request";
+    EXPECT_EQ(refocusedAfter(kDialogWindow, 3.1), kMail) << "restored after the request";
 }
 
 TEST_F(FocusKeeping, AWindowWhoseFocusIsRequestedCountsAsFocusedUntilAnUnexpectedWindowIsReported) {

@@ -107,7 +107,7 @@ TEST(Iconification, FollowsTheLastRequestUnderAWindowManager) {
     }
 }
 
-TEST(Iconification, DistinguishesOwnUnmapsFromThoseOfTheProgramWithoutAManager) {
+TEST(Iconification, WithoutAWindowManagerDistinguishesUnmapsByKovaFromUnmapsByTheProgram) {
     struct Case {
         const char* steps;
         bool isUnmapRequested;

@@ -28,8 +28,9 @@ TEST(PressedKeys, RepeatUntilTheyAreReleased) {
     EXPECT_FALSE(keys.press(kJ, 9080));
 }
 
-TEST(PressedKeys, WhoseReleaseGoesToAnotherProgramDoNotCountAsPressed) {
+TEST(PressedKeys, WithUnreportedReleasesRepeatOnlyWhenTheServerWouldRepeatThem) {
     PressedKeys keys;
+    // Presses H, then J, then releases H: the grab ends, and the release of J will not be reported.
     const auto overlap = [&](xcb_timestamp_t at) {
         keys.release(kJ);
         EXPECT_FALSE(keys.press(kH, at));
@@ -38,18 +39,20 @@ TEST(PressedKeys, WhoseReleaseGoesToAnotherProgramDoNotCountAsPressed) {
         keys.stopExpectingReleases();
         keys.setRepeatDelay(400);
     };
-    // Released and pressed again before it would repeat, and long after.
+    // J is released unnoticed, and pressed again before it would repeat, or long after.
     for (const xcb_timestamp_t again : {100U, 430U, 600U, 2900U}) {
         overlap(10000);
         EXPECT_FALSE(keys.press(kJ, 10000 + again)) << again;
         EXPECT_TRUE(keys.press(kJ, 10000 + again + 400)) << "releases of the key are reported again";
     }
-    // Still pressed: the key repeats at the expected time, and its release is reported again.
+    // J stays pressed. Once it has repeated, its release counts as reported again, so even a late press is a
+    // repetition.
     overlap(20000);
     for (const xcb_timestamp_t later : {452U, 490U, 530U, 2000U}) {
         EXPECT_TRUE(keys.press(kJ, 20000 + later)) << later;
     }
-    // Pressed so long that it repeated before the first key was released.
+    // J has repeated already when its release stops being reported. Then it may repeat after a short time, but not
+    // after a long time.
     overlap(30000);
     EXPECT_TRUE(keys.press(kJ, 30450));
     keys.stopExpectingReleases();

@@ -129,7 +129,7 @@ TEST(Properties, NumbersOfTheWrongTypeOrLengthAreIgnored) {
     EXPECT_EQ(withText(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, "alone").className, "");
 }
 
-TEST(Properties, MachinesMayHaveLongAndShortNames) {
+TEST(Properties, AShortMachineNameMatchesTheFullName) {
     EXPECT_TRUE(isSameMachine("desk", "desk.example.org"));
     EXPECT_TRUE(isSameMachine("desk.example.org", "desk"));
     EXPECT_TRUE(isSameMachine("", "desk"));

@@ -88,7 +88,7 @@ TEST_F(Model, AWorkAreaIsDroppedWhenTheSizeOfTheRootChanges) {
     EXPECT_TRUE(model.workareas.empty());
 }
 
-TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
+TEST_F(Model, MinimizedIsReadFromTheStateThatTheWindowManagerSets) {
     struct Case {
         const char* what;
         bool announcesHidden, isIconic, isHidden, isShaded, isMapped, isOnAnotherDesktop;
@@ -97,7 +97,7 @@ TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
     const Case cases[] = {
         {"minimized", true, true, true, false, false, false, true},
         {"minimized and still mapped", true, true, true, false, true, false, true},
-        {"of another desktop, iconic", true, true, false, false, false, true, false},
+        {"iconic on another desktop, which is not minimized", true, true, false, false, false, true, false},
         {"minimized on another desktop", true, true, true, false, false, true, true},
         {"shaded, iconic", true, true, false, true, true, false, false},
         {"shaded, hidden", true, false, true, true, true, false, false},
@@ -124,7 +124,7 @@ TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
     }
 }
 
-TEST_F(Model, KeepsEventsThatAreNewerThanAReply) {
+TEST_F(Model, KeepsTheValuesOfEventsThatAreNewerThanAReply) {
     const TopLevel reply{.rect = {5, 5, 50, 50}, .isMapped = true, .rectEventSequence = {}, .mappingEventSequence = {}};
     configure(100, 402, 325, 21);
     model.takeTopLevel(kFrame, reply, 20);
@@ -214,7 +214,7 @@ TEST_F(Model, MeasuresNoDecorationsWhileTheFrameIsSmallerThanItsWindow) {
     configure(20, 402, 325, 14);
     model.takeMeasuredFrame(window(), {1, -879, 20, -476}, 15);
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
-    // The frame of a shaded window stays smaller than the window, and counts with the size that it will have again.
+    // A shaded window keeps a small frame. The frame before the shading counts, since the window will have it again.
     takeState({atoms[Atom::netWmStateShaded]}, 16);
     configure(20, 402, 20, 17);
     model.takeMeasuredFrame(window(), {1, 1, 20, -300}, 18);
@@ -252,7 +252,7 @@ TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
         xcb_window_t parent;
     };
     const Case cases[] = {
-        {"no dialog", std::nullopt, false, kNoWindow},
+        {"not a dialog", std::nullopt, false, kNoWindow},
         {"a dialog that names its window", kOther, false, kOther},
         {"a dialog that names a window of another application", kForeign, true, kNoWindow},
         {"a dialog that names itself", kDialog, false, kNoWindow},
