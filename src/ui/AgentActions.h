@@ -18,7 +18,8 @@ class AgentActions final : public OverlayActions {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::AgentActions)
 
   public:
-    /// `styleMenus` is called before a menu is created or opened.
+    /// `styleMenus` is called before a menu is created or opened. `openWindow` opens the window of kova-ui with the
+    /// name `what`.
     AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus,
                  std::function<void(const std::string& what, const nlohmann::json& parameters)> openWindow) :
         link_(link),
@@ -39,7 +40,8 @@ class AgentActions final : public OverlayActions {
     /// Opens an alert that asks for confirmation; the alert sends the request.
     void confirmForceQuit(const std::string& window, const ApplicationName& application);
 
-    /// Returns the emptied menu. Created at the first use, since a menu loads the toolkit's styles.
+    /// Returns the menu that all calls share, without entries. The first call creates it and not the constructor, since
+    /// a menu loads the toolkit's styles.
     QMenu& emptyMenu();
 
     AgentLink& link_;

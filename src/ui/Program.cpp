@@ -24,7 +24,8 @@ namespace kova::ui {
 Program::Program(const std::string& socketPath) :
     link_(socketPath, {.contentsChanged =
                            [this] {
-                               // Queued: an event of a window may have caused this, and the refresh may destroy it.
+                               // Queued, since this may be called while a window handles an event, and the
+                               // refresh may destroy that window.
                                if (std::exchange(isRefreshScheduled_, true)) return;
                                QMetaObject::invokeMethod(
                                    this, [this] { contentsChanged(); }, Qt::QueuedConnection);
@@ -99,7 +100,7 @@ void Program::contentsChanged() {
     overlay_->show(contents);
     windows_.follow(contents ? contents->windows : std::map<std::string, ShownWindow>());
     if (contents && windows_.isAnyOpen() && contents->appearance != styledAppearance_) styleWidgets();
-    // Last, since the user notices a delay of the overlay first.
+    // The status item comes last, since a delay of the overlay is more noticeable.
     if (std::exchange(isAgentConnected_, contents.has_value()) != contents.has_value())
         tray_.setAgentConnected(isAgentConnected_);
 }

@@ -99,7 +99,7 @@ class AccessibilityIn : public WindowStage, public ::testing::WithParamInterface
     }
 };
 
-TEST_P(AccessibilityIn, EveryControlHasANameAndADescriptionAndFitsASmallDisplay) {
+TEST_P(AccessibilityIn, ControlsHaveNamesAndDescriptionsAndWindowsFitOnASmallDisplay) {
     QAccessible::setActive(true);
     desk.arrange();
     for (const WindowKind& kind : Registry<WindowKind>::entries()) expectAccessible(open(kind.name), kind.name);

@@ -49,7 +49,7 @@ TEST(Decoration, MovesOnlyWhileItIsVisibleAndAnimationsAreEnabled) {
     for (const Case& each : cases) {
         auto state = sampleState({.windows = 0, .hasMessage = false});
         state["appearance"]["showBrain"] = true;
-        DesktopStyle style = desktopStyleOf(Look::dark);
+        DesktopStyle style = desktopStyleOf(ThemeVariant::dark);
         style.areAnimationsEnabled = true;
         each.change(state, style);
         PicturePlatform platform;

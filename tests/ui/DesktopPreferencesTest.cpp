@@ -51,8 +51,8 @@ class FakePortal final : public QDBusVirtualObject {
 
 } // namespace
 
-// Must be the first test of its process: as in kova-ui, nothing has used the bus before.
-TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesItsValuesAndRestarts) {
+// This must be the first test of its process, since nothing has used the bus before `start` in kova-ui either.
+TEST(DesktopPreferences, FollowAPortalWhenItStartsAndWhenItsValuesChangeAndWhenItRestarts) {
     const QTemporaryDir folder;
     const QString address = QStringLiteral("unix:path=") + folder.filePath(QStringLiteral("bus"));
     const kova::testing::ChildProcess daemon(
@@ -99,7 +99,7 @@ TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesItsValuesAndRestarts
     for (const char* name : {"preferences", "portal"}) QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
 }
 
-TEST(DesktopPreferences, WithoutAPortalReportChangedValuesOnly) {
+TEST(DesktopPreferences, ReportOnlyChangedValuesWithoutAPortal) {
     int changes = 0;
     DesktopPreferences preferences([&] { ++changes; }, QDBusConnection(QStringLiteral("none")));
     preferences.set(Brightness::dark, false);

@@ -18,8 +18,8 @@ class FakeAgent {
     /// Accepts connections and responds to requests: to `subscribe` with the state, to others with an empty result.
     void serve();
     void setState(nlohmann::json state) { state_ = std::move(state); }
-    /// Replaces a section of the state and sends the change; for a list, the change contains all elements. Skips
-    /// `skipped` sequence numbers before.
+    /// Replaces a section of the state and sends the change, whose sequence number is `skipped` higher than the next
+    /// one. For a list, the change contains all elements.
     void change(const std::string& section, nlohmann::json value, int skipped = 0);
     void sendMessage(const nlohmann::json& message);
     void disconnect();

@@ -12,7 +12,8 @@ namespace kova::ui::testing {
 namespace {
 
 constexpr int kColorTolerance = 12; // of 255, for each component
-// Independent of the scale. The smallest shape of the overlay, a plus, covers 17 square points.
+// These sizes are in points, so the comparison is the same at every scale. The smallest shape of the overlay, a plus,
+// covers 17 square points.
 constexpr double kBlockPoints = 12, kBlockStepPoints = 4, kMostDifferentSquarePoints = 8;
 
 /// Whether the pixel's color lies between the colors that the picture has at that position and one pixel around it.
@@ -36,7 +37,8 @@ bool isWithin(const QImage& picture, QPoint at, QRgb pixel) {
     return true;
 }
 
-/// The number of pixels that differ between the block of `one` and the block of `other` that is moved by `shift`.
+/// The number of pixels that differ between `block` of `one` and the block of `other` whose position differs by
+/// `shift`.
 int differentPixels(const QImage& one, const QImage& other, const QRect& block, QPoint shift) {
     const QRect compared = block & one.rect() & one.rect().translated(-shift);
     int count = 0;

@@ -22,13 +22,13 @@ class GoldenSettings : public WindowStage {
 
 } // namespace
 
-TEST_F(GoldenSettings, PanesThatShowTheAgentsState) {
+TEST_F(GoldenSettings, PanesThatShowTheAgentsStateMatchTheGoldenPictures) {
     desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     for (const std::string pane : {"general", "layouts", "shortcuts", "appearance"})
         compareWithGoldens(*openAt(pane), "settings-" + pane);
 }
 
-TEST_F(GoldenSettings, NeonAndGerman) {
+TEST_F(GoldenSettings, TheLayoutsPaneInNeonAndGermanMatchesTheGoldenPicture) {
     installTranslations(QLocale(QLocale::German));
     desk.opens("Sheet", {.minimumSize = {{1500, 1600}}}).opens("Plan", {.minimumSize = {{1500, 1600}}}).settle();
     HostedWindow* window = openAt("layouts");
@@ -40,7 +40,7 @@ TEST_F(GoldenSettings, NeonAndGerman) {
     for (QTranslator* each : qApp->findChildren<QTranslator*>()) delete each;
 }
 
-TEST_F(GoldenSettings, About) {
+TEST_F(GoldenSettings, TheAboutPaneMatchesTheGoldenPictures) {
     HostedWindow* window = openAt("about");
     auto* version = control<QLabel>(window, "version");
     EXPECT_TRUE(until([&] { return version->text().size() > 5; }));

@@ -15,7 +15,7 @@ namespace {
 
 struct ShownSample {
     explicit ShownSample(const Sample& sample, bool isComposited = true) : platform(isComposited) {
-        overlay.setDesktopStyle(desktopStyleOf(sample.look));
+        overlay.setDesktopStyle(desktopStyleOf(sample.theme));
         overlay.show(contentsOf(sampleState(sample)));
     }
     PicturePlatform platform;
@@ -31,7 +31,7 @@ void compare(const Sample& sample, bool isComposited, const std::string& name) {
     compareWithGolden(pictureOf(sample, isComposited), name, sample.scale);
 }
 
-/// On a picture that is black at the left and white at the right.
+/// The overlay over a wallpaper that is black at the left and white at the right.
 QImage pictureOverWallpaper(const Sample& sample) {
     const ShownSample shown(sample);
     const QSize size = QSize(800, 500) * sample.scale;
@@ -41,7 +41,7 @@ QImage pictureOverWallpaper(const Sample& sample) {
     return shown.platform.screen(size, wallpaper);
 }
 
-/// With the pointer on an icon, in a wide and in a narrow footer.
+/// The overlay with the pointer on an icon, in a wide and in a narrow footer.
 QImage pictureWithHoveredIcon(const Sample& sample) {
     const ShownSample shown(sample);
     for (const char* tile : {"d1::primary", "d1::reference"}) {
@@ -62,7 +62,7 @@ class Golden : public ::testing::Test {
     }
 };
 
-TEST_F(Golden, ComparisonDistinguishesDriftFromChange) {
+TEST_F(Golden, ComparisonAcceptsSlightlyMovedLettersAndRefusesChangedShapes) {
     const QImage picture = pictureOf({});
     const auto changed = [&](auto&& change) {
         QImage other = picture;
@@ -75,51 +75,56 @@ TEST_F(Golden, ComparisonDistinguishesDriftFromChange) {
         return changed(
             [&](QPainter& painter) { painter.drawImage(entry.topLeft() + QPoint(by, 0), picture.copy(entry)); });
     };
-    EXPECT_TRUE(looksAlike(moved(1), picture, 1)) << "letters drift by a pixel";
-    EXPECT_TRUE(looksAlike(moved(2), picture, 1)) << "letters drift by two pixels";
+    EXPECT_TRUE(looksAlike(moved(1), picture, 1)) << "letters may move by one pixel";
+    EXPECT_TRUE(looksAlike(moved(2), picture, 1)) << "letters may move by two pixels";
     EXPECT_FALSE(looksAlike(moved(4), picture, 1)) << "an entry has moved";
-    const QImage bare = changed([&](QPainter& painter) { painter.fillRect(entry, picture.pixel(400, 304)); });
-    EXPECT_FALSE(looksAlike(bare, picture, 1)) << "an entry is missing";
+    const QImage withoutEntry = changed([&](QPainter& painter) { painter.fillRect(entry, picture.pixel(400, 304)); });
+    EXPECT_FALSE(looksAlike(withoutEntry, picture, 1)) << "an entry is missing";
     const QRect plus(467, 294, 20, 20);
-    const QImage closed = changed([&](QPainter& painter) { painter.fillRect(plus, picture.pixel(400, 304)); });
-    EXPECT_FALSE(looksAlike(closed, picture, 1)) << "a plus is missing";
+    const QImage withoutPlus = changed([&](QPainter& painter) { painter.fillRect(plus, picture.pixel(400, 304)); });
+    EXPECT_FALSE(looksAlike(withoutPlus, picture, 1)) << "a plus is missing";
     EXPECT_FALSE(looksAlike(pictureOf({.windows = 5}), picture, 1)) << "a window is missing";
 }
 
-TEST_F(Golden, TilesWithOneSixAndTwelveWindows) {
-    for (const auto& [look, lookName] :
-         {std::pair(Look::dark, "dark"), std::pair(Look::light, "light"), std::pair(Look::neon, "neon")}) {
+TEST_F(Golden, TilesWithOneSixAndTwelveWindowsMatchTheGoldenPictures) {
+    for (const auto& [theme, themeName] :
+         {std::pair(ThemeVariant::dark, "dark"), std::pair(ThemeVariant::light, "light"),
+          std::pair(ThemeVariant::neon, "neon")}) {
         for (const int scale : {1, 2}) {
             for (const int windows : {1, 6, 12}) {
-                compare(
-                    {.windows = windows, .scale = static_cast<double>(scale), .look = look, .hasMessage = windows == 6},
-                    true, std::string(lookName) + "-" + std::to_string(windows) + "@" + std::to_string(scale));
+                compare({.windows = windows,
+                         .scale = static_cast<double>(scale),
+                         .theme = theme,
+                         .hasMessage = windows == 6},
+                        true, std::string(themeName) + "-" + std::to_string(windows) + "@" + std::to_string(scale));
             }
         }
     }
 }
 
-TEST_F(Golden, DragsNoticesLaunchesAndDesktopsWithoutBackdrop) {
+TEST_F(Golden, DragsNoticesLaunchesAndDesktopsWithoutBackdropMatchTheGoldenPictures) {
     compare({.isDragging = true, .hasMessage = false}, true, "dark-drag");
-    compare({.look = Look::light, .isDragging = true, .hasMessage = false}, true, "light-drag");
-    compare({.look = Look::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");
+    compare({.theme = ThemeVariant::light, .isDragging = true, .hasMessage = false}, true, "light-drag");
+    compare({.theme = ThemeVariant::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");
     compare({.hasNotice = true}, true, "dark-notice");
-    compare({.look = Look::light, .isRightToLeft = true}, true, "light-right-to-left");
+    compare({.theme = ThemeVariant::light, .isRightToLeft = true}, true, "light-right-to-left");
     compare({.windows = 1, .hasMessage = false, .hasBrain = true}, true, "dark-brain");
     for (const int scale : {1, 2}) {
-        for (const auto& [look, name] : {std::pair(Look::dark, "dark"), std::pair(Look::light, "light")}) {
-            compareWithGolden(
-                pictureOverWallpaper({.scale = static_cast<double>(scale), .look = look, .useThemeBackground = false}),
-                std::string(name) + "-over-wallpaper@" + std::to_string(scale), scale);
+        for (const auto& [theme, name] :
+             {std::pair(ThemeVariant::dark, "dark"), std::pair(ThemeVariant::light, "light")}) {
+            compareWithGolden(pictureOverWallpaper(
+                                  {.scale = static_cast<double>(scale), .theme = theme, .useThemeBackground = false}),
+                              std::string(name) + "-over-wallpaper@" + std::to_string(scale), scale);
         }
         compareWithGolden(pictureWithHoveredIcon({.windows = 12, .scale = static_cast<double>(scale)}),
                           "dark-hovered@" + std::to_string(scale), scale);
     }
-    compare({.look = Look::light, .hasMessage = false, .isBusy = true}, true, "light-busy");
-    compare({.scale = 2, .look = Look::neon, .hasMessage = false, .isBusy = true}, true, "neon-busy@2");
-    compare({.look = Look::light, .useThemeBackground = false, .isDragging = true}, false, "light-without-compositor");
+    compare({.theme = ThemeVariant::light, .hasMessage = false, .isBusy = true}, true, "light-busy");
+    compare({.scale = 2, .theme = ThemeVariant::neon, .hasMessage = false, .isBusy = true}, true, "neon-busy@2");
+    compare({.theme = ThemeVariant::light, .useThemeBackground = false, .isDragging = true}, false,
+            "light-without-compositor");
     compare({.windows = 12, .scale = 1.25, .hasMessage = false, .hasSpan = true}, true, "dark-span@1.25");
-    compare({.windows = 12, .scale = 1.5, .look = Look::neon, .hasMessage = false, .hasSpan = true}, true,
+    compare({.windows = 12, .scale = 1.5, .theme = ThemeVariant::neon, .hasMessage = false, .hasSpan = true}, true,
             "neon-span@1.5");
 }
 

@@ -1,4 +1,4 @@
-// All windows of kova-ui on a real desktop, used only with the keyboard: from the palette to the settings and back.
+// The windows of kova-ui on a real desktop, used only with the keyboard.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -49,8 +49,8 @@ class KeyboardAlone : public ::testing::Test {
     void type(const std::string& text) const {
         ASSERT_EQ(session_.run({"xdotool", "type", "--delay", "20", text}).exitCode, 0);
     }
-    /// Presses the keys until `holds` is true. Keys that arrive before a list is filled or a shortcut is registered
-    /// have no effect, and the effect of others may take long on a busy machine.
+    /// Presses the keys until `holds` is true, at most three times. Keys have no effect before a list is filled or a
+    /// shortcut is registered, and on a busy machine their effect may take long.
     bool pressUntil(const std::string& keys, const std::function<bool()>& holds) const {
         for (int attempt = 0; attempt < 3; ++attempt) {
             press(keys);

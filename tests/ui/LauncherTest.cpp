@@ -46,8 +46,8 @@ class Launching : public WindowStage {
     bool listsAtLeast(std::size_t least) {
         return until([&] { return titles().size() >= least; });
     }
-    /// The text in the empty list; nothing if it is hidden.
-    std::string said() const {
+    /// The text in the middle of the empty list; empty if that text is hidden.
+    std::string textInEmptyList() const {
         const auto* text = entries->findChild<EmptyListText*>();
         return text->isVisible() ? text->text().toStdString() : std::string();
     }
@@ -95,9 +95,9 @@ TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
     ask("launch", {{"application", "Maps"}, {"tile", "1"}});
     HostedWindow* window = openAt("launcher", "secondary-1");
     ASSERT_TRUE(window);
-    EXPECT_TRUE(!titles().empty() || said() == "Loading…") << said();
+    EXPECT_TRUE(!titles().empty() || textInEmptyList() == "Loading…") << textInEmptyList();
     ASSERT_TRUE(listsAtLeast(5));
-    EXPECT_EQ(said(), "");
+    EXPECT_EQ(textInEmptyList(), "");
     EXPECT_EQ(titles(), (Titles{"Maps", "Files", "Firefox", "Fuzz", "LibreOffice Réseau"}));
     const CGRect tile = link.contents()->tile(desk.target("A", "secondary-1").text())->frame;
     EXPECT_TRUE(QRectF(tile.origin.x, tile.origin.y, tile.size.width, tile.size.height).contains(window->geometry()));
@@ -109,7 +109,7 @@ TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
     QTest::keyClick(field, Qt::Key_Down);
     EXPECT_EQ(entries->currentIndex().data().toString(), QStringLiteral("Firefox"));
     QTest::keyClicks(field, QStringLiteral("qq"));
-    EXPECT_EQ(said(), "Nothing found");
+    EXPECT_EQ(textInEmptyList(), "Nothing found");
     field->clear();
     QTest::keyClicks(field, QStringLiteral("ffx"));
     EXPECT_EQ(titles(), (Titles{"Firefox"}));
@@ -173,35 +173,36 @@ TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
     EXPECT_EQ(restored, 1) << "the user has focused another window";
 }
 
-TEST_F(Launching, TheSettingsHaveTheFocusAgainAfterThePaletteThatTheyOpened) {
-    struct NotedFocus : WindowFocus {
-        explicit NotedFocus(std::vector<std::string>& noted) : noted_(noted) {}
-        void take(QWidget& window) override {
-            noted_.push_back(window.objectName().toStdString());
-            WindowFocus::take(window);
+TEST_F(Launching, TheSettingsGetTheFocusBackWhenAPaletteThatWasOpenedFromThemCloses) {
+    struct RecordedFocus : WindowFocus {
+        explicit RecordedFocus(std::vector<std::string>& recorded) : recorded_(recorded) {}
+        void giveFocusTo(QWidget& window) override {
+            recorded_.push_back(window.objectName().toStdString());
+            WindowFocus::giveFocusTo(window);
         }
-        void restoreFocus() override { noted_.push_back("given back"); }
-        std::vector<std::string>& noted_;
+        void restoreFocus() override { recorded_.push_back("given back"); }
+        std::vector<std::string>& recorded_;
     };
-    std::vector<std::string> noted;
-    host.setFocus(std::make_unique<NotedFocus>(noted));
+    std::vector<std::string> recorded;
+    host.setFocus(std::make_unique<RecordedFocus>(recorded));
     HostedWindow* settings = open("settings");
     settings->setObjectName("settings");
     ASSERT_TRUE(until([&] { return settings->isActiveWindow(); }));
     ASSERT_TRUE(openAt("palette", "focus-main"));
     ASSERT_TRUE(until([&] { return host.window("palette")->isActiveWindow(); }));
-    noted.clear();
+    recorded.clear();
     QTest::keyClick(field, Qt::Key_Escape);
     ASSERT_TRUE(isClosed("palette"));
-    EXPECT_EQ(noted, std::vector<std::string>{"settings"});
+    EXPECT_EQ(recorded, std::vector<std::string>{"settings"});
     ASSERT_TRUE(until([&] { return settings->isActiveWindow(); }));
     settings->close();
     ASSERT_TRUE(isClosed("settings"));
-    EXPECT_EQ(noted, (std::vector<std::string>{"settings", "given back"})) << "the application's turn";
+    EXPECT_EQ(recorded, (std::vector<std::string>{"settings", "given back"}))
+        << "no window of kova-ui is open, so the application gets the focus back";
 }
 
-// The other window takes no focus, as footers do.
-TEST_F(Launching, APressOnAnotherWindowOfThisProgramCloses) {
+// The other window does not take the focus, just as a footer does not.
+TEST_F(Launching, APressOnAnotherWindowOfThisProgramClosesTheLauncher) {
     ASSERT_TRUE(openAt("launcher", "focus-main"));
     QWindow footer;
     footer.setFlags(Qt::ToolTip);
@@ -225,7 +226,8 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     QTest::keyClick(field, Qt::Key_Down);
     const QString selected = entries->currentIndex().data().toString();
     ASSERT_TRUE(titles().size() < count && listsAtLeast(count));
-    EXPECT_EQ(entries->currentIndex().data().toString(), selected) << "entries that arrive later leave it selected";
+    EXPECT_EQ(entries->currentIndex().data().toString(), selected)
+        << "the entry stays selected when further entries arrive";
     QTest::keyClick(field, Qt::Key_Escape);
     ASSERT_TRUE(isClosed("palette"));
     const auto run = [&](const char* typed, const char* expected) {
@@ -248,7 +250,7 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     EXPECT_EQ(ask("status")["result"]["isPaused"], true);
 }
 
-// On a real desktop the palette has the focus when a command is chosen, so the window is remembered.
+// On a real desktop the palette has the focus when a command is chosen. So the palette remembers the window.
 TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened) {
     desk.desktop.userFocuses("Terminal");
     desk.settle();
@@ -275,7 +277,7 @@ TEST_F(Launching, ThePaletteAsksForTheArgumentsOfACommandInTheSameField) {
             << expected << (titles().empty() ? "" : titles().front());
         QTest::keyClick(field, Qt::Key_Return);
     };
-    const auto ends = [&] {
+    const auto expectClosed = [&] {
         EXPECT_TRUE(isClosed("palette"));
         desk.settle();
     };
@@ -286,7 +288,7 @@ TEST_F(Launching, ThePaletteAsksForTheArgumentsOfACommandInTheSameField) {
     QTest::keyClick(field, Qt::Key_Backspace); // back to the previous question
     answer("read", "Reading");
     answer("Evening", "New name: “Evening”");
-    ends();
+    expectClosed();
     EXPECT_EQ(ask("scene.list")["result"]["scenes"][1]["name"], "Evening");
 
     ASSERT_TRUE(openAt("palette", "secondary-1"));
@@ -296,18 +298,18 @@ TEST_F(Launching, ThePaletteAsksForTheArgumentsOfACommandInTheSameField) {
     ASSERT_TRUE(until([&] { return error->isVisible(); })) << "the value is refused";
     field->clear();
     answer("12", "Points from 0 to 100: “12”");
-    ends();
+    expectClosed();
 
     ASSERT_TRUE(openAt("palette", "secondary-1"));
     answer("move a div", "Move a divider…");
     answer("primary", "Between Primary and Secondary");
     answer("30", "Points to the right or downwards: “30”");
-    ends();
+    expectClosed();
 
     ASSERT_TRUE(openAt("palette", "secondary-1"));
     answer("leave alone", "Add a rule: leave alone…");
     answer("mail", "Inbox — Mail");
-    ends();
+    expectClosed();
     EXPECT_EQ(ask("rule.list")["result"]["rules"][0]["disposition"], "ignore");
 
     ASSERT_TRUE(openAt("palette", "secondary-1"));
@@ -335,9 +337,10 @@ TEST_F(Launching, TheAgentAcceptsTheParametersOfEveryCommandOfThePalette) {
                                                     : answers.back().parameters);
         }
         if (!entry.parameters.contains("window")) {
-            nlohmann::json onAnother = entry.parameters;
-            onAnother["window"] = "no such window";
-            const bool takesWindow = ask(entry.method, onAnother)["error"]["code"] > 0; // not an invalid parameter
+            nlohmann::json onMissingWindow = entry.parameters;
+            onMissingWindow["window"] = "no such window";
+            const bool takesWindow =
+                ask(entry.method, onMissingWindow)["error"]["code"] > 0; // not an invalid parameter
             EXPECT_EQ(actsOnFocusedWindow(entry.method), takesWindow) << entry.method;
         }
         const nlohmann::json reply = ask(entry.method, entry.parameters);
@@ -351,7 +354,7 @@ TEST_F(Launching, TheAgentAcceptsTheParametersOfEveryCommandOfThePalette) {
 
 TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
     const std::set<std::string> offeredAsLists{"launch", "layout.select",
-                                               "scene.open"}; // listed by application, layout, scene
+                                               "scene.open"}; // the palette lists each application, layout and scene
     std::ifstream file(KOVA_DOCS "/control-schema.json");
     const nlohmann::json methods = nlohmann::json::parse(file).at("methods");
     std::set<std::string> offered = offeredAsLists;
@@ -365,7 +368,9 @@ TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
     }
 }
 
-TEST_F(Launching, GoldenPictures) {
+class GoldenLaunching : public Launching {};
+
+TEST_F(GoldenLaunching, MatchesTheGoldenPictures) {
     desk.opens("Letters", {.title = "A title that is far too long for the row that it has in the palette's list"})
         .settle();
     desk.desktop.install("متصفح الويب السريع", {.bundleIdentifier = BundleID("org.example.browser")});

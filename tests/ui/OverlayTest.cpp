@@ -16,16 +16,16 @@ using Strings = std::vector<std::string>;
 
 struct Stage {
     explicit Stage(nlohmann::json shown = sampleState()) : state(std::move(shown)) {
-        overlay.setDesktopStyle(desktopStyleOf(Look::dark));
+        overlay.setDesktopStyle(desktopStyleOf(ThemeVariant::dark));
         show();
     }
     void show() { overlay.show(contentsOf(state)); }
     FooterWindow& footer(const std::string& slot) { return *overlay.footers().at("d1::" + slot); }
-    QPoint entry(const std::string& slot, std::size_t index) {
+    QPoint entryCenter(const std::string& slot, std::size_t index) {
         return footer(slot).layoutInWindow().entries.at(index).area.center();
     }
     OverlayWindow* windowOf(Layer layer) {
-        for (const auto& [window, shown] : platform.shown()) {
+        for (const auto& [window, shown] : platform.windows()) {
             if (window->layer() == layer) return window;
         }
         return nullptr;
@@ -42,8 +42,8 @@ struct Stage {
 TEST(Overlay, ClicksOnAFooterCallTheMatchingMethod) {
     Stage stage;
     FooterWindow& footer = stage.footer("primary");
-    QTest::mouseClick(&footer, Qt::LeftButton, {}, stage.entry("primary", 1));
-    QTest::mouseClick(&footer, Qt::RightButton, {}, stage.entry("primary", 2));
+    QTest::mouseClick(&footer, Qt::LeftButton, {}, stage.entryCenter("primary", 1));
+    QTest::mouseClick(&footer, Qt::RightButton, {}, stage.entryCenter("primary", 2));
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().name.center());
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().launch.center());
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().remark.center());
@@ -60,7 +60,7 @@ TEST(Overlay, WheelStepsThroughAStackByWholeNotches) {
     turn("primary", -120);
     turn("primary", 60);
     turn("primary", 60);
-    turn("utility", -120); // nothing to step through
+    turn("utility", -120); // this tile has no windows
     EXPECT_EQ(stage.actions.recorded, (Strings{"next d1::primary", "previous d1::primary"}));
     stage.actions.recorded.clear();
     turn("primary", -300); // a fast turn is reported as one event
@@ -71,17 +71,17 @@ TEST(Overlay, WheelStepsThroughAStackByWholeNotches) {
 TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
     Stage stage;
     FooterWindow& footer = stage.footer("primary");
-    const QPoint start = stage.entry("primary", 1);
+    const QPoint start = stage.entryCenter("primary", 1);
     const auto dragTo = [&](QPoint onScreen) {
         QTest::mousePress(&footer, Qt::LeftButton, {}, start);
         QTest::mouseMove(&footer, start + QPoint(3, 0));
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << "a movement of a few pixels starts no drag";
+        EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 0) << "a movement of a few pixels starts no drag";
         QTest::mouseMove(&footer, onScreen - footer.position());
     };
     dragTo(QPoint(600, 300)); // over the tile "secondary"
-    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 1);
     QTest::mouseRelease(&footer, Qt::LeftButton, {}, QPoint(600, 300) - footer.position());
-    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 0);
     dragTo(stage.footer("utility").geometry().center());
     QTest::mouseRelease(&footer, Qt::LeftButton, {}, stage.footer("utility").geometry().center() - footer.position());
     dragTo(QPoint(100, 100)); // its own tile
@@ -103,7 +103,7 @@ TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
     };
     const std::vector<Case> cases{
         {"another tile is renamed", change([](auto& state) { state["tiles"][3]["name"] = "Other"; }), false},
-        {"focus mode takes the footer", change([](auto& state) { state["tiles"][0]["footerFrame"] = nullptr; })},
+        {"focus mode removes the footer", change([](auto& state) { state["tiles"][0]["footerFrame"] = nullptr; })},
         {"another layout", change([](auto& state) { state["tiles"].erase(0); })},
         {"the window leaves its tile", change([](auto& state) { state["tiles"][0]["applications"].erase(1); })},
         {"suspension", change([](auto& state) { state["isSuspended"] = true; })},
@@ -114,21 +114,22 @@ TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
     for (const Case& each : cases) {
         Stage stage;
         FooterWindow& footer = stage.footer("primary");
-        const QPoint start = stage.entry("primary", 1), target = QPoint(600, 300) - footer.position();
+        const QPoint start = stage.entryCenter("primary", 1), target = QPoint(600, 300) - footer.position();
         QTest::mousePress(&footer, Qt::LeftButton, {}, start);
         QTest::mouseMove(&footer, target);
         QTest::mouseMove(&footer, QPoint(496, 300) - footer.position());
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1) << each.what << ": the pointer is between two tiles";
+        EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 1)
+            << each.what << ": the pointer is between two tiles";
         const nlohmann::json before = stage.state;
         each.act(stage);
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1) << each.what;
+        EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), each.endsDrag ? 0 : 1) << each.what;
         stage.state = before;
         stage.show();
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), each.endsDrag ? 0 : 1)
-            << each.what << ", and is reverted";
+        EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), each.endsDrag ? 0 : 1)
+            << each.what << ", then the former contents are shown again";
         QTest::mouseMove(&stage.footer("primary"), target);
         QTest::mouseRelease(&stage.footer("primary"), Qt::LeftButton, {}, target);
-        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << each.what;
+        EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 0) << each.what;
         EXPECT_EQ(stage.actions.recorded, each.endsDrag ? Strings() : Strings{"place 1 d1::secondary"}) << each.what;
     }
 }
@@ -138,20 +139,20 @@ TEST(Overlay, MessageAndEmptyTileReceiveClicksOnlyOnTheirButtons) {
     for (const Layer layer : {Layer::message, Layer::emptyTile}) {
         OverlayWindow* window = stage.windowOf(layer);
         ASSERT_TRUE(window);
-        const QRegion clickable = stage.platform.shown().at(window).clickable;
+        const QRegion clickable = stage.platform.windows().at(window).clickable;
         EXPECT_LT(clickable.boundingRect().width(), window->width() / 2);
         QTest::mouseClick(window, Qt::LeftButton, {}, clickable.boundingRect().center());
     }
     EXPECT_EQ(stage.actions.recorded, (Strings{"undo", "choose d1::utility"}));
-    for (const auto& [window, shown] : stage.platform.shown()) {
+    for (const auto& [window, shown] : stage.platform.windows()) {
         EXPECT_EQ(shown.clickable.isEmpty(), window->layer() == Layer::backdrop);
     }
 }
 
-TEST(Overlay, TheMessageLeavesFootersAndTheButtonsOfEmptyTilesFree) {
+TEST(Overlay, TheMessageCoversNeitherFootersNorTheButtonsOfEmptyTiles) {
     struct Case {
         const char* what;
-        int bottom; // of the message, where 500 is that of the display
+        int bottom; // y of the message's lower edge; the display's lower edge is at 500
         std::function<void(nlohmann::json&)> change;
     };
     const std::vector<Case> cases{
@@ -189,7 +190,7 @@ TEST(Overlay, OnlyWhatChangedIsDrawn) {
 
 TEST(Overlay, TheWindowOfARemovedTileIsReused) {
     Stage stage;
-    const auto windows = stage.platform.shown().size();
+    const auto windows = stage.platform.windows().size();
     const QImage before = stage.platform.screen(QSize(800, 500));
     auto other = stage.state["tiles"];
     for (auto& tile : other) tile["id"] = "d1::other-" + tile["slot"].get<std::string>();
@@ -197,10 +198,10 @@ TEST(Overlay, TheWindowOfARemovedTileIsReused) {
     const auto tiles = std::exchange(stage.state["tiles"], other);
     QTest::mouseMove(&stage.footer("primary"), stage.footer("primary").layoutInWindow().launch.center());
     stage.show();
-    EXPECT_EQ(stage.platform.windowsOf(Layer::footer), 3);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::footer), 3);
     stage.state["tiles"] = tiles;
     stage.show();
-    EXPECT_EQ(stage.platform.shown().size(), windows) << "no window is created";
+    EXPECT_EQ(stage.platform.windows().size(), windows) << "no window is created";
     EXPECT_EQ(stage.platform.screen(QSize(800, 500)), before) << "a reused window shows nothing of its former tile";
 }
 
@@ -210,27 +211,27 @@ TEST(Overlay, ShowsOnlyTheContentsThatTheAgentPublishes) {
     for (auto& tile : stage.state["tiles"]) tile["footerFrame"] = nullptr;
     stage.state["message"] = nullptr;
     stage.show();
-    EXPECT_EQ(stage.platform.windowsOf(Layer::footer), 0);
-    EXPECT_EQ(stage.platform.windowsOf(Layer::emptyTile), 0);
-    EXPECT_EQ(stage.platform.windowsOf(Layer::message), 0);
-    EXPECT_EQ(stage.platform.windowsOf(Layer::backdrop), 1);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::footer), 0);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::emptyTile), 0);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::message), 0);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::backdrop), 1);
     stage.overlay.show(std::nullopt);
-    EXPECT_TRUE(stage.platform.shown().empty()) << "nothing is shown without an agent";
+    EXPECT_TRUE(stage.platform.windows().empty()) << "nothing is shown without an agent";
 }
 
-TEST(Overlay, HighlightVanishesWithSuspensionAndTheEndOfTheDrag) {
+TEST(Overlay, HighlightVanishesDuringASuspensionAndAfterTheDrag) {
     Stage stage(sampleState({.isDragging = true}));
-    ASSERT_EQ(stage.platform.windowsOf(Layer::highlight), 1);
-    EXPECT_TRUE(stage.platform.shown().at(stage.windowOf(Layer::highlight)).clickable.isEmpty());
+    ASSERT_EQ(stage.platform.windowCountOf(Layer::highlight), 1);
+    EXPECT_TRUE(stage.platform.windows().at(stage.windowOf(Layer::highlight)).clickable.isEmpty());
     stage.state["isSuspended"] = true;
     stage.show();
-    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 0);
     stage.state["isSuspended"] = false;
     stage.show();
-    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 1);
     stage.state["drag"] = nullptr;
     stage.show();
-    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+    EXPECT_EQ(stage.platform.windowCountOf(Layer::highlight), 0);
 }
 
 TEST(Overlay, MessageHighlightAndDividerFadeInWithAnimationsAndACompositor) {
@@ -245,17 +246,18 @@ TEST(Overlay, MessageHighlightAndDividerFadeInWithAnimationsAndACompositor) {
         PicturePlatform platform(isComposited);
         RecordedActions actions;
         Overlay overlay(platform, actions);
-        DesktopStyle style = desktopStyleOf(Look::dark);
+        DesktopStyle style = desktopStyleOf(ThemeVariant::dark);
         style.areAnimationsEnabled = areAnimationsEnabled;
         overlay.setDesktopStyle(style);
         overlay.show(contentsOf(state));
         const bool isGradual = areAnimationsEnabled && isComposited;
-        for (const auto& [window, shown] : platform.shown()) {
+        for (const auto& [window, shown] : platform.windows()) {
             const bool isTransient = !isBelowApplications(window->layer()) || window->layer() == Layer::divider;
             EXPECT_EQ(window->opacity() < 1, isGradual && isTransient) << window->title().toStdString();
         }
         EXPECT_TRUE(QTest::qWaitFor([&] {
-            return std::ranges::all_of(platform.shown(), [](const auto& shown) { return shown.first->opacity() == 1; });
+            return std::ranges::all_of(platform.windows(),
+                                       [](const auto& shown) { return shown.first->opacity() == 1; });
         }));
     }
 }
@@ -284,7 +286,7 @@ TEST(Footer, LongNoticeIsSplitIntoPartsInNarrowFooters) {
 TEST(Footer, SecondPartOfALongNoticeFollowsTheFirst) {
     Stage stage(sampleState({.hasNotice = true}));
     FooterWindow& footer = stage.footer("primary");
-    const auto picture = [&] { return stage.platform.shown().at(&footer).picture; };
+    const auto picture = [&] { return stage.platform.windows().at(&footer).picture; };
     ASSERT_EQ(footer.layoutInWindow().notice.parts.size(), 2);
     const QImage first = picture();
     EXPECT_TRUE(QTest::qWaitFor([&] { return picture() != first; }, 30'000));
@@ -295,7 +297,7 @@ TEST(Footer, SecondPartOfALongNoticeFollowsTheFirst) {
     EXPECT_EQ(picture(), first) << "a new notice begins with its first part";
 }
 
-TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
+TEST(Footer, PartsDoNotOverlapAtAnyWidth) {
     for (const double scale : {1.0, 2.0}) {
         for (int width = 60; width < 900; width += 37) {
             const auto contents = contentsOf(sampleState({.windows = 12, .scale = scale}));
@@ -342,7 +344,7 @@ TEST(Footer, TheFrontWindowTakesPrecedenceOverALaunchAndStackedWindows) {
     }
 }
 
-TEST(Footer, TheNameOfAnIconIsShownUnderThePointer) {
+TEST(Footer, TheNameOfTheIconUnderThePointerIsShown) {
     const TileContents tile = contentsOf(sampleState({.windows = 12})).tiles.front();
     const Style style{.fontFamily = QStringLiteral("DejaVu Sans")};
     const auto nameAt = [&](int width, std::size_t entry) {
@@ -357,7 +359,7 @@ TEST(Footer, TheNameOfAnIconIsShownUnderThePointer) {
     EXPECT_EQ(nameAt(470, 0), QString()) << "the entry shows the whole name";
     EXPECT_EQ(nameAt(470, 4), QStringLiteral("Запись"));
     EXPECT_EQ(nameAt(300, 1), QStringLiteral("Terminal"))
-        << "in place of the tile's name, since no other space is free";
+        << "the name is shown in place of the tile's name, since no other space is free";
     EXPECT_EQ(nameAt(300, 7), QString()) << "the entry is not shown";
 }
 

@@ -32,8 +32,8 @@ struct Session {
     std::string name;
     std::vector<std::string> manager;    // empty: none
     std::vector<std::string> compositor; // empty: none
-    bool needsBus = false;               // a session bus, which starts no services
-    bool drawsUnmanagedOnTop = false;    // whatever the stacking order is
+    bool needsBus = false;               // needs a session bus; the bus of the test starts no services
+    bool drawsUnmanagedOnTop = false;    // draws unmanaged windows above all others, whatever the stacking order is
 };
 void PrintTo(const Session& session, std::ostream* out) {
     *out << session.name;
@@ -59,7 +59,7 @@ constexpr const char* kBusConfiguration =
 class Desktop {
   public:
     explicit Desktop(const Session& session, const std::string& size = "800x500") :
-        server(size, ClientProcessNumbers::reported), session_(session) { // without process numbers Mutter crashes
+        server(size, ClientProcessNumbers::reported), session_(session) { // Mutter crashes without process numbers
         agent.setState(sampleState({.hasMessage = true}));
         if (session.needsBus) startBus();
         startManager();
@@ -120,7 +120,7 @@ class Desktop {
         return found;
     }
     /// The position of a window, or of the frame around it, among the root window's children; 0 is the bottom.
-    std::size_t height(xcb_window_t window) const {
+    std::size_t stackPosition(xcb_window_t window) const {
         for (;;) {
             auto* tree =
                 xcb_query_tree_reply(client.connection(), xcb_query_tree(client.connection(), window), nullptr);
@@ -148,7 +148,7 @@ class Desktop {
         return has;
     }
     /// Whether no part of the overlay is drawn over these windows, which must be within the screen.
-    bool showsWhole(const Windows& applications) const {
+    bool areUncovered(const Windows& applications) const {
         if (!session_.drawsUnmanagedOnTop) return true;
         return std::ranges::all_of(applications, [&](xcb_window_t window) {
             const CGRect area = client.area(window);
@@ -160,7 +160,8 @@ class Desktop {
     }
     bool isBelow(const Windows& lower, const Windows& upper) const {
         return std::ranges::all_of(lower, [&](xcb_window_t low) {
-            return std::ranges::all_of(upper, [&](xcb_window_t high) { return height(low) < height(high); });
+            return std::ranges::all_of(upper,
+                                       [&](xcb_window_t high) { return stackPosition(low) < stackPosition(high); });
         });
     }
     /// The child of the root window that receives a click at that point.
@@ -237,7 +238,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     }
     const auto isInOrder = [&] {
         return desktop.underlay().size() == 6 && desktop.isBelow(wallpaper, desktop.underlay()) &&
-               desktop.isBelow(desktop.underlay(), applications) && desktop.showsWhole(applications);
+               desktop.isBelow(desktop.underlay(), applications) && desktop.areUncovered(applications);
     };
     ASSERT_TRUE(desktop.until(isInOrder))
         << desktop.underlay().size() << " windows instead of a backdrop, four footers and an empty tile";
@@ -246,12 +247,13 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     // An application is lowered below all other windows.
     desktop.lower(applications[1]);
     desktop.lower(wallpaper[0]);
-    ASSERT_TRUE(desktop.until([&] { return desktop.height(applications[1]) < desktop.height(applications[0]); }));
+    ASSERT_TRUE(
+        desktop.until([&] { return desktop.stackPosition(applications[1]) < desktop.stackPosition(applications[0]); }));
     EXPECT_TRUE(desktop.until(isInOrder));
     const xcb_window_t late = desktop.client.open({.title = "late", .frame = makeRect(500, 200, 200, 200)});
     ASSERT_TRUE(desktop.until([&] { return seen.isViewable(late); }));
     EXPECT_TRUE(desktop.until(
-        [&] { return isInOrder() && desktop.isBelow(desktop.underlay(), {late}) && desktop.showsWhole({late}); }));
+        [&] { return isInOrder() && desktop.isBelow(desktop.underlay(), {late}) && desktop.areUncovered({late}); }));
 
     // The overlay is in no window list and does not take the focus.
     const Windows overlayWindows = desktop.overlay();
@@ -268,7 +270,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     desktop.server.start({"/usr/bin/xdotool", "mousemove", "725", "229", "click", "1"}).wait();
     EXPECT_TRUE(desktop.until([&] { return !desktop.agent.calls().empty(); }))
         << "the click on a footer's entry calls a method";
-    EXPECT_EQ(std::ranges::count(overlayWindows, seen.focus()), 0) << "the focus was with " << focus;
+    EXPECT_EQ(std::ranges::count(overlayWindows, seen.focus()), 0) << "before, the focus was on window " << focus;
 
     // Clicks on a footer, on the button of the empty tile, beside the button, and on the backdrop.
     const Windows emptyTile = desktop.overlay("KOVA empty tile"), footers = desktop.overlay("KOVA footer");
@@ -283,7 +285,7 @@ TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfWindowListsAndWithoutFocus
     }
 
     desktop.agent.disconnect();
-    desktop.agent.setState(nullptr); // which kova-ui cannot decode
+    desktop.agent.setState(nullptr); // a state that kova-ui cannot decode
     EXPECT_TRUE(desktop.until([&] { return desktop.overlay().empty(); })) << "without an agent nothing is shown";
     EXPECT_TRUE(desktop.until([&] {
         const xcb_window_t alert = seen.windowTitled("KOVA");
@@ -301,11 +303,11 @@ TEST_P(RealManagers, OverlayKeepsItsOrderWhenTheWindowManagerRestarts) {
                                    [&](xcb_window_t window) { return desktop.client.isViewable(window); }) &&
                desktop.isBelow(desktop.underlay(), applications);
     };
-    ASSERT_TRUE(desktop.until([&] { return isInOrder() && desktop.showsWhole(applications); }));
+    ASSERT_TRUE(desktop.until([&] { return isInOrder() && desktop.areUncovered(applications); }));
     desktop.endManager();
     EXPECT_TRUE(desktop.until(isInOrder));
     desktop.startManager();
-    EXPECT_TRUE(desktop.until([&] { return isInOrder() && desktop.showsWhole(applications); }));
+    EXPECT_TRUE(desktop.until([&] { return isInOrder() && desktop.areUncovered(applications); }));
 
     // The screen is locked and unlocked: overlay windows stay where they are.
     for (const bool isSuspended : {true, false}) {
@@ -340,7 +342,7 @@ TEST(RealDisplays, OverlayIsWhereTheFirstDisplayIs) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is missing";
     Desktop desktop(kSessions.front(), "1600x500");
     const auto run = [&](std::vector<std::string> command) { ASSERT_EQ(desktop.server.start(command).wait(), 0); };
-    const auto isInOrder = [&](double left) {
+    const auto isOnDisplayAt = [&](double left) {
         const Windows overlay = desktop.overlay();
         const bool isThere = std::ranges::all_of(overlay, [&](xcb_window_t window) {
             const CGRect area = desktop.client.area(window);
@@ -348,12 +350,12 @@ TEST(RealDisplays, OverlayIsWhereTheFirstDisplayIs) {
         });
         return overlay.size() == 7 && isThere;
     };
-    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "there is one display";
+    EXPECT_TRUE(desktop.until([&] { return isOnDisplayAt(0); })) << "there is one display";
     run({"xrandr", "--setmonitor", "left", "800/200x500/125+0+0", "screen"});
     run({"xrandr", "--setmonitor", "*right", "800/200x500/125+800+0", "none"});
-    EXPECT_TRUE(desktop.until([&] { return isInOrder(800); })) << "the primary display is on the right";
+    EXPECT_TRUE(desktop.until([&] { return isOnDisplayAt(800); })) << "the primary display is on the right";
     run({"xrandr", "--delmonitor", "right"});
-    EXPECT_TRUE(desktop.until([&] { return isInOrder(0); })) << "only the left display is connected";
+    EXPECT_TRUE(desktop.until([&] { return isOnDisplayAt(0); })) << "only the left display is connected";
 }
 
 const auto nameOf = [](const auto& session) {

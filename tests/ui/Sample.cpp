@@ -21,7 +21,7 @@ using nlohmann::json;
 
 namespace {
 
-/// QApplication on the offscreen platform; created in SetUp, so that listing tests does not need it.
+/// Owns the QApplication, on the offscreen platform. SetUp creates it, so that listing the tests needs no QApplication.
 class Toolkit : public ::testing::Environment {
   public:
     void SetUp() override {
@@ -142,12 +142,12 @@ json sampleState(const Sample& sample) {
                             {"isDragged", false}});
     }
     ThemeRegistry registry;
-    const std::string theme = sample.look == Look::neon ? "jarvis.neon-cyan" : "kova.native";
+    const std::string theme = sample.theme == ThemeVariant::neon ? "jarvis.neon-cyan" : "kova.native";
     json state{{"version", {{"contract", kOverlayContract}, {"agent", "0.1.0"}}},
                {"isSuspended", false},
                {"appearance",
                 {{"theme", theme},
-                 {"isDark", sample.look == Look::neon ? json(true) : json()},
+                 {"isDark", sample.theme == ThemeVariant::neon ? json(true) : json()},
                  {"palette", encode(registry.palette(theme, kDefaultAccentColorID))},
                  {"useThemeBackground", sample.useThemeBackground},
                  {"showTileBackgrounds", true},
@@ -179,20 +179,20 @@ OverlayContents contentsOf(const json& state) {
     return contents;
 }
 
-DesktopStyle desktopStyleOf(Look look) {
-    return {.brightness = look == Look::light ? Brightness::light : Brightness::dark,
+DesktopStyle desktopStyleOf(ThemeVariant theme) {
+    return {.brightness = theme == ThemeVariant::light ? Brightness::light : Brightness::dark,
             .areAnimationsEnabled = false,
             .fontFamily = QStringLiteral("DejaVu Sans"),
             .icon = nullptr};
 }
 
 void PicturePlatform::shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) {
-    shown_.at(&window).visible = visible;
-    shown_.at(&window).clickable = clickable;
+    windows_.at(&window).visible = visible;
+    windows_.at(&window).clickable = clickable;
 }
 
 void PicturePlatform::draw(OverlayWindow& window, const QRegion&) {
-    Shown& shown = shown_.at(&window);
+    WindowRecord& shown = windows_.at(&window);
     ++shown.drawings;
     shown.picture = QImage(window.size(), QImage::Format_ARGB32_Premultiplied);
     shown.picture.fill(Qt::transparent);
@@ -202,18 +202,18 @@ void PicturePlatform::draw(OverlayWindow& window, const QRegion&) {
 
 int PicturePlatform::drawings() const {
     int sum = 0;
-    for (const auto& [window, shown] : shown_) sum += shown.drawings;
+    for (const auto& [window, shown] : windows_) sum += shown.drawings;
     return sum;
 }
 
-int PicturePlatform::windowsOf(Layer layer) const {
+int PicturePlatform::windowCountOf(Layer layer) const {
     return static_cast<int>(std::ranges::count_if(
-        shown_, [&](const auto& shown) { return shown.first->layer() == layer && !shown.second.isConcealed; }));
+        windows_, [&](const auto& shown) { return shown.first->layer() == layer && !shown.second.isConcealed; }));
 }
 
 QImage PicturePlatform::screen(QSize size, const QBrush& wallpaper) const {
     std::vector<OverlayWindow*> windows;
-    for (const auto& [window, shown] : shown_) {
+    for (const auto& [window, shown] : windows_) {
         if (!shown.isConcealed) windows.push_back(window);
     }
     std::ranges::sort(windows, {}, [](const OverlayWindow* window) { return window->layer(); });
@@ -221,7 +221,7 @@ QImage PicturePlatform::screen(QSize size, const QBrush& wallpaper) const {
     QPainter painter(&screen);
     painter.fillRect(screen.rect(), wallpaper);
     for (OverlayWindow* window : windows) {
-        const Shown& shown = shown_.at(window);
+        const WindowRecord& shown = windows_.at(window);
         painter.setClipRegion(shown.visible.translated(window->position()));
         painter.drawImage(window->position(), shown.picture);
     }

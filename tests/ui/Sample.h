@@ -14,31 +14,31 @@
 
 namespace kova::ui::testing {
 
-enum class Look { dark, light, neon };
+enum class ThemeVariant { dark, light, neon };
 
 struct Sample {
     int windows = 6;
     double scale = 1;
-    Look look = Look::dark;
+    ThemeVariant theme = ThemeVariant::dark;
     bool useThemeBackground = true;
     bool isDragging = false;
     bool hasMessage = true;
     bool hasNotice = false;     // in two footers, of which one is too narrow for the whole notice
     bool isRightToLeft = false; // names and the message are Arabic and Hebrew; some do not fit
-    bool hasBrain = false;
+    bool hasBrain = false;      // the particles of the backdrop are drawn
     bool hasSpan =
         false;           // a window covers the tiles "primary" and "utility"; "reference" is too narrow for its windows
-    bool isBusy = false; // applications are being launched into two tiles, the pointer is on a divider
+    bool isBusy = false; // applications are being launched into two tiles, and the pointer is on a divider
 };
 /// A display of 800 by 500 points with four tiles. Tile "utility" is empty; the windows are in the other three.
 nlohmann::json sampleState(const Sample& sample = {});
 OverlayContents contentsOf(const nlohmann::json& state);
-DesktopStyle desktopStyleOf(Look look);
+DesktopStyle desktopStyleOf(ThemeVariant theme);
 
 /// Stores each window's picture, and counts how often the window was drawn.
 class PicturePlatform final : public OverlayPlatform {
   public:
-    struct Shown {
+    struct WindowRecord {
         QImage picture;
         QRegion visible, clickable;
         int drawings = 0;
@@ -47,28 +47,28 @@ class PicturePlatform final : public OverlayPlatform {
     explicit PicturePlatform(bool isComposited = true) : isComposited_(isComposited) {}
 
     bool isComposited() const override { return isComposited_; }
-    void adopt(OverlayWindow& window) override { shown_[&window]; }
-    void leave(OverlayWindow& window) override { shown_.erase(&window); }
+    void adopt(OverlayWindow& window) override { windows_[&window]; }
+    void release(OverlayWindow& window) override { windows_.erase(&window); }
     void stack(OverlayWindow&) override {}
-    void conceal(OverlayWindow& window) override { shown_.at(&window).isConcealed = true; }
-    void reveal(OverlayWindow& window) override { shown_.at(&window).isConcealed = false; }
+    void conceal(OverlayWindow& window) override { windows_.at(&window).isConcealed = true; }
+    void reveal(OverlayWindow& window) override { windows_.at(&window).isConcealed = false; }
     void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void exposed(OverlayWindow&) override {}
 
     /// All windows, including concealed ones.
-    const std::map<OverlayWindow*, Shown>& shown() const { return shown_; }
+    const std::map<OverlayWindow*, WindowRecord>& windows() const { return windows_; }
     int drawings() const;
-    int windowsOf(Layer layer) const;
-    /// All windows, mixed in their order over a wallpaper.
+    int windowCountOf(Layer layer) const;
+    /// A picture of the screen: all windows over a wallpaper, in their stacking order.
     QImage screen(QSize size, const QBrush& wallpaper = QColor(0x6b, 0x7f, 0x95)) const;
 
   private:
     bool isComposited_;
-    std::map<OverlayWindow*, Shown> shown_;
+    std::map<OverlayWindow*, WindowRecord> windows_;
 };
 
-/// Records the requested actions, as "bringForward 3".
+/// Records the requested actions as texts, for example "bringForward 3".
 class RecordedActions final : public OverlayActions {
   public:
     void bringForward(const std::string& window) override { recorded.push_back("bringForward " + window); }

@@ -59,7 +59,7 @@ class Settings : public WindowStage {
 
 } // namespace
 
-TEST_F(Settings, EachSwitchOfTheGeneralPaneIsASettingOfTheAgent) {
+TEST_F(Settings, EachSwitchOfTheGeneralPaneChangesASettingOfTheAgent) {
     HostedWindow* window = openAt("general");
     struct Switch {
         const char* box;
@@ -107,7 +107,7 @@ TEST_F(Settings, TheTileInsetMovesWindowsWhileItIsTyped) {
     EXPECT_TRUE(until([&] { return inset->value() == 7; })) << "the field shows a change by a command";
 }
 
-TEST_F(Settings, ErrorsAreShownAtTheControlWhichIsReset) {
+TEST_F(Settings, AnErrorIsShownBelowItsControlAndTheControlIsReset) {
     HostedWindow* window = openAt("general");
     settingProblem = "The login item cannot be written";
     auto* box = control<QCheckBox>(window, "startAtLogin");
@@ -132,8 +132,8 @@ TEST_F(Settings, PanesAreChosenByKeyboardAndTheLastOneIsShownAgain) {
     EXPECT_EQ(control<QListWidget>(open("settings"), "panes")->currentItem()->text(), last);
 }
 
-/// The agent's state lists the windows that should be open. When the user closes a window, kova-ui reports this.
-TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
+// The agent's state lists the windows that should be open. When the user closes a window, kova-ui reports this.
+TEST_F(Settings, OpenAndCloseAsTheAgentsStateSays) {
     const auto follow = [&] {
         return until([&] {
             host.follow(link.contents()->windows);
@@ -160,7 +160,7 @@ TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
     EXPECT_EQ(closedByUser, std::vector<std::string>{"settings"});
 }
 
-TEST_F(Settings, AppearanceIsAppliedLiveAndFollowsCommands) {
+TEST_F(Settings, AppearanceIsAppliedAtOnceAndShowsChangesByCommands) {
     HostedWindow* window = openAt("appearance");
     const auto active = [&](const char* list, const char* things) {
         const json all = ask(list)["result"][things];
@@ -282,7 +282,7 @@ TEST_F(ShortcutSettings, ShowConflictsWithOtherProgramsAndAreFoundByNameAndKeys)
         << "an action that the search hides must not stay chosen";
 }
 
-TEST_F(Settings, LayoutsAreChosenByPicturesThatMarkTilesThatAreTooSmall) {
+TEST_F(Settings, LayoutsAreChosenByTheirPicturesAndLayoutsThatAreTooSmallAreMarked) {
     desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     HostedWindow* window = openAt("layouts");
     auto* layouts = control<QListWidget>(window, "layouts");
@@ -336,7 +336,7 @@ class ChangedVariable {
     QByteArray before_;
 };
 
-TEST_F(Settings, AReportIsWrittenByTheCommandLineWhoseErrorsAreShown) {
+TEST_F(Settings, TheCommandLineWritesAReportAndItsErrorsAreShown) {
     const ChangedVariable path("PATH", QFileInfo(QStringLiteral(KOVA_UI_PROGRAM)).path().toLocal8Bit());
     HostedWindow* window = openAt("about");
     auto* version = control<QLabel>(window, "version");
@@ -354,7 +354,7 @@ TEST_F(Settings, AReportIsWrittenByTheCommandLineWhoseErrorsAreShown) {
         QMetaObject::invokeMethod(dialog, "accept");
     };
     write();
-    EXPECT_TRUE(until([&] { return control<QLabel>(window, "said")->text().contains(report); })) << refusalIn(window);
+    EXPECT_TRUE(until([&] { return control<QLabel>(window, "result")->text().contains(report); })) << refusalIn(window);
     EXPECT_GT(QFileInfo(report).size(), 1000);
     EXPECT_EQ(refusalIn(window), "");
     write();
@@ -379,7 +379,7 @@ TEST_F(Settings, UpdatesCanBeCheckedAndSwitchedWhereKovaUpdatesItself) {
     EXPECT_EQ(ask("updates.check")["result"]["isChecking"], true) << "a check is pending";
 }
 
-/// An agent without scenes, rules, displays and keyboard.
+// The agent of this test has no scenes, rules, displays or keyboard.
 TEST(EmptySettings, ListsSayWhyTheyAreEmptyAndButtonsWhyTheyAreDisabled) {
     const QTemporaryDir folder;
     FakeAgent agent(folder.filePath(QStringLiteral("agent.sock")).toStdString());

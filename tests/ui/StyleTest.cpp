@@ -27,7 +27,8 @@ void expectDisabledTextIsPale(const Palette& palette) {
         for (const QColor& background : {palette.panel, palette.raised}) {
             const double disabled = contrast(widgets.color(QPalette::Disabled, role), background);
             EXPECT_GE(disabled, 3);
-            EXPECT_LE(disabled, 0.85 * contrast(palette.mutedText, background)) << "paler than an explanation";
+            EXPECT_LE(disabled, 0.85 * contrast(palette.mutedText, background))
+                << "a disabled text must be paler than an explanation";
         }
     }
 }
@@ -72,7 +73,7 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
     }
 }
 
-TEST(Colors, ContrastIsThatOfTheWebGuidelines) {
+TEST(Colors, ContrastIsComputedAsInTheWebAccessibilityGuidelines) {
     EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 0.01);
     EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
     EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22))
@@ -93,7 +94,7 @@ TEST(Drawing, TheFirstLetterIsAWholeCharacter) {
     }
 }
 
-TEST(Style, NeighborsInPointsAreNeighborsInPixels) {
+TEST(Style, RectanglesThatTouchInPointsTouchInPixels) {
     for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
         const Style style{.scale = scale};
         const QRect left = style.px(makeRect(0.4, 0, 333.3, 20)), right = style.px(makeRect(333.7, 0, 100, 20));
@@ -103,7 +104,7 @@ TEST(Style, NeighborsInPointsAreNeighborsInPixels) {
     }
 }
 
-TEST(WidgetFont, LeavesTheTextOfIconsVisible) {
+TEST(WidgetFont, TheTextInSVGIconsIsDrawn) {
     applyWidgetFontHeight(13);
     EXPECT_EQ(QFontInfo(QApplication::font()).pixelSize(), 13);
     const TemporaryFolder folder;
@@ -115,10 +116,10 @@ TEST(WidgetFont, LeavesTheTextOfIconsVisible) {
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) drawn += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
     }
-    EXPECT_GT(drawn, 200) << "pixels of " << image.width() * image.height();
+    EXPECT_GT(drawn, 200) << "drawn pixels of " << image.width() * image.height();
 }
 
-TEST(WindowStyle, AClickSelectsWhereTheDesktopLetsItActivate) {
+TEST(WindowStyle, ASingleClickOnlySelectsAnEntryAlsoWhereTheDesktopWouldActivateIt) {
     struct SingleClickStyle : QProxyStyle {
         int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                       QStyleHintReturn* result) const override {

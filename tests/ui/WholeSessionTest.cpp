@@ -1,4 +1,4 @@
-// The real agent with the real kova-ui, as at a login.
+// The real agent, which starts the real kova-ui as at a login.
 #include "tests/agent/Session.h"
 #include "tests/desktop/PrivateServer.h"
 #include "tests/desktop/TestClient.h"
@@ -63,7 +63,7 @@ class WholeSession : public ::testing::Test {
 
 } // namespace
 
-TEST_F(WholeSession, TheOverlayIsNoWindowOfTheAgentAndEndsWithIt) {
+TEST_F(WholeSession, TheAgentDoesNotListTheOverlayAndTheOverlayEndsWithTheAgent) {
     start();
     ASSERT_EQ(session.kova({"layout", "select", "dual-split"}).exitCode, 0);
     EXPECT_NE(session.kova({"ui", "status"}).output.find("kova-ui runs"), std::string::npos);
@@ -110,7 +110,7 @@ TEST_F(WholeSession, FootersStayWhileTheSessionIsLocked) {
     EXPECT_EQ(session.query("windows").size(), 1U);
 }
 
-TEST_F(WholeSession, FootersFollowADisplayThatIsUnpluggedAndComesBack) {
+TEST_F(WholeSession, FootersVanishWithADisplayThatIsDisconnectedAndReturnWithIt) {
     const auto plugIn = [&](const char* name, const char* place, const char* output) {
         ASSERT_EQ(session.run({"xrandr", "--setmonitor", name, place, output}).exitCode, 0);
     };

@@ -36,6 +36,7 @@ class WindowStage : public ::testing::Test, public AgentStage {
     /// Sends a request on another connection and returns the response: {"result"} or {"error"}.
     nlohmann::json ask(const std::string& method, const nlohmann::json& parameters = nlohmann::json::object());
 
+    /// Gives all widgets the palette for the brightness.
     void style(Brightness brightness);
     /// Draws the window at `scale` pixels per point, without text cursor.
     static QImage picture(QWidget& window, int scale);
@@ -43,7 +44,7 @@ class WindowStage : public ::testing::Test, public AgentStage {
     /// comparison where the font of the golden pictures is missing.
     void compareWithGoldens(QWidget& window, const std::string& name);
 
-    std::vector<std::string> closedByUser; // windows that the user closed while the agent wanted them to be open
+    std::vector<std::string> closedByUser; // windows that the user closed while they were in the agent's list
     AgentLink link;
     Brightness brightness = Brightness::dark;
     IconSource icon; // of applications; without it they have none

@@ -43,7 +43,7 @@ void AgentConnection::send(std::string lines) {
 
 void AgentConnection::closeConnection() {
     if (!client_) return;
-    // The caller may be the notifier itself, so it is destroyed later.
+    // The notifier is destroyed later, since this may be called while the notifier emits its signal.
     readable_->setEnabled(false);
     readable_.release()->deleteLater();
     client_.reset();

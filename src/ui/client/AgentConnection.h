@@ -28,7 +28,7 @@ class AgentConnection : public QObject {
     void start();
     bool isConnected() const { return client_ != nullptr; }
     const std::string& socketPath() const { return socketPath_; }
-    /// No-op without a connection. If the agent does not read, the connection is closed.
+    /// No-op without a connection. Closes the connection if the agent does not read.
     void send(std::string lines);
     /// Closes the connection, if there is one: calls `lost`, and connects again later.
     void closeConnection();

@@ -1,5 +1,6 @@
-// A connection to the agent for the windows of kova-ui; the overlay has its own. Errors are shown at the control that
-// sent the request, not in the overlay's message. Reconnects after the agent has restarted. Main thread only.
+// A connection to the agent for the windows of kova-ui. The overlay has a connection of its own (`AgentLink`), so that
+// an error appears at the control that sent the request and not in the overlay's message. Reconnects after the agent
+// has restarted. Main thread only.
 #pragma once
 
 #include "ui/client/AgentConnection.h"
@@ -21,11 +22,11 @@ class AgentSession : public QObject {
     explicit AgentSession(std::string socketPath, QObject* parent = nullptr);
     ~AgentSession() override;
 
-    /// Sends a request. `done` may be empty. It is called once, with an error if there is no connection or the
-    /// connection ends; it is not called if `context` has been destroyed by then.
+    /// Sends a request. `done` may be empty. It is called once: with the response, or with an error if there is no
+    /// connection or the connection ends first. It is not called if `context` has been destroyed by then.
     void call(const QObject* context, const std::string& method, nlohmann::json parameters = nlohmann::json::object(),
               std::function<void(const Response&)> done = nullptr);
-    /// Subscribes to the topic, if empty to the state of the workspace, now and after each reconnection.
+    /// Subscribes to the topic now and after each reconnection. An empty topic stands for the state of the workspace.
     void follow(const std::string& topic = {});
     /// The sections of all subscribed topics; an empty object until the first state has arrived.
     const nlohmann::json& state() const { return state_; }

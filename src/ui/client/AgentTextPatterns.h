@@ -1,5 +1,5 @@
-// The agent's texts, as it writes them, with %1 and %2 in place of names and numbers. Without the toolkit, since the
-// agent's tests check that each message has its pattern.
+// Patterns of the texts that the agent writes, with %1 and %2 in place of names and numbers. This file compiles without
+// the toolkit, since tests of the agent check that each message has a pattern.
 #pragma once
 
 #include <algorithm>

@@ -10,10 +10,10 @@ namespace kova::ui {
 
 namespace {
 
-/// Whether the title of the menu entry is a name.
-bool isNamedByUser(const MenuItem& item) {
-    const auto isOf = [&](std::string_view prefix) { return item.id.starts_with(prefix); };
-    return isOf("scene.") || isOf("layout.") || isOf("place.");
+/// Whether the title of the menu entry is the name of a scene, a layout or a tile.
+bool hasNameAsTitle(const MenuItem& item) {
+    const auto idStartsWith = [&](std::string_view prefix) { return item.id.starts_with(prefix); };
+    return idStartsWith("scene.") || idStartsWith("layout.") || idStartsWith("place.");
 }
 
 } // namespace
@@ -31,7 +31,7 @@ QString inUsersLanguage(const std::string& text) {
 }
 
 QString titleInUsersLanguage(const MenuItem& item) {
-    return isNamedByUser(item) ? QString::fromStdString(item.title) : inUsersLanguage(item.title);
+    return hasNameAsTitle(item) ? QString::fromStdString(item.title) : inUsersLanguage(item.title);
 }
 
 } // namespace kova::ui

@@ -18,7 +18,8 @@ std::string text(const JsonCursor& at, std::string_view key) {
     return member ? member->string() : std::string();
 }
 
-bool flag(const JsonCursor& at, std::string_view key) {
+/// The member; false if absent.
+bool isTrue(const JsonCursor& at, std::string_view key) {
     const auto member = at.optional(key);
     return member && member->boolean();
 }
@@ -47,17 +48,17 @@ std::string textAt(const JsonCursor& at) {
     return at.string();
 }
 
-bool flagOf(const JsonCursor& at) {
+bool booleanAt(const JsonCursor& at) {
     return at.boolean();
 }
 
 Appearance appearance(const JsonCursor& at) {
     return {.theme = at.required("theme").string(),
-            .isDark = member(at, "isDark", flagOf),
+            .isDark = member(at, "isDark", booleanAt),
             .palette = decodePalette(at.required("palette")),
-            .useThemeBackground = flag(at, "useThemeBackground"),
-            .showTileBackgrounds = flag(at, "showTileBackgrounds"),
-            .showBrain = flag(at, "showBrain")};
+            .useThemeBackground = isTrue(at, "useThemeBackground"),
+            .showTileBackgrounds = isTrue(at, "showTileBackgrounds"),
+            .showBrain = isTrue(at, "showBrain")};
 }
 
 DisplayContents display(const JsonCursor& at) {
@@ -66,8 +67,8 @@ DisplayContents display(const JsonCursor& at) {
                             .frame = rectangle(at.required("frame")),
                             .visibleFrame = rectangle(at.required("visibleFrame")),
                             .scale = 1,
-                            .isFocusMode = flag(at, "isFocusMode"),
-                            .isCurrent = flag(at, "isCurrent")};
+                            .isFocusMode = isTrue(at, "isFocusMode"),
+                            .isCurrent = isTrue(at, "isCurrent")};
     if (const auto scale = at.optional("scale")) decoded.scale = scale->number();
     if (const auto frames = at.optional("floatingFrames")) decoded.floatingFrames = all(*frames, rectangle);
     if (!(decoded.scale >= 0.25 && decoded.scale <= 16)) at.fail("scale is out of range");
@@ -87,9 +88,9 @@ StackEntry stackEntry(const JsonCursor& at) {
     return {.window = window.value().is_number_integer() ? std::to_string(window.integer()) : window.string(),
             .application = application(at.required("application")),
             .title = text(at, "title"),
-            .isFront = flag(at, "isFront"),
-            .isFocused = flag(at, "isFocused"),
-            .isMinimized = flag(at, "isMinimized")};
+            .isFront = isTrue(at, "isFront"),
+            .isFocused = isTrue(at, "isFocused"),
+            .isMinimized = isTrue(at, "isMinimized")};
 }
 
 ApplicationName pendingLaunch(const JsonCursor& at) {
@@ -106,8 +107,8 @@ TileContents tile(const JsonCursor& at) {
             .name = at.required("name").string(),
             .frame = rectangle(at.required("frame")),
             .footerFrame = member(at, "footerFrame", rectangle),
-            .isEmpty = flag(at, "isEmpty"),
-            .isDropTarget = flag(at, "isDropTarget"),
+            .isEmpty = isTrue(at, "isEmpty"),
+            .isDropTarget = isTrue(at, "isDropTarget"),
             .applications = all(at.required("applications"), stackEntry),
             .pending = member(at, "pending", pendingLaunch),
             .notice = member(at, "notice", notice)};
@@ -118,7 +119,7 @@ DividerContents divider(const JsonCursor& at) {
             .display = at.required("display").string(),
             .frame = rectangle(at.required("frame")),
             .separatesSideBySide = at.required("axis").string() == "horizontal",
-            .isLit = flag(at, "isHovered") || flag(at, "isDragged")};
+            .isLit = isTrue(at, "isHovered") || isTrue(at, "isDragged")};
 }
 
 WindowDrag drag(const JsonCursor& at) {
@@ -141,8 +142,8 @@ MenuItem menuItem(const JsonCursor& at) {
     }
     item.id = text(at, "id");
     item.title = text(at, "title");
-    item.isEnabled = !at.optional("isEnabled") || flag(at, "isEnabled");
-    item.isChecked = flag(at, "isChecked");
+    item.isEnabled = !at.optional("isEnabled") || isTrue(at, "isEnabled");
+    item.isChecked = isTrue(at, "isChecked");
     item.shortcut = text(at, "shortcut");
     if (const auto entries = at.optional("entries")) item.entries = all(*entries, menuItem);
     return item;

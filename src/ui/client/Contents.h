@@ -76,8 +76,8 @@ struct TileContents {
     std::optional<CGRect> footerFrame; // absent where focus mode owns the display
     bool isEmpty = true;
     bool isDropTarget = false;
-    std::vector<StackEntry> applications; // front first
-    std::optional<ApplicationName> pending;
+    std::vector<StackEntry> applications;   // front first
+    std::optional<ApplicationName> pending; // the application that is being launched into the tile
     std::optional<PlacementNotice> notice;
     bool operator==(const TileContents&) const = default;
 };
@@ -86,8 +86,8 @@ struct DividerContents {
     std::string id;
     std::string display;
     CGRect frame{};                   // the whole gap between the tiles
-    bool separatesSideBySide = false; // the divider's line is vertical
-    bool isLit = false;               // hovered or dragged
+    bool separatesSideBySide = false; // the tiles lie side by side, so the divider's line is vertical
+    bool isLit = false;               // the line is drawn, since the divider is hovered or dragged
     bool operator==(const DividerContents&) const = default;
 };
 
@@ -104,7 +104,7 @@ struct StatusMessage {
     bool operator==(const StatusMessage&) const = default;
 };
 
-/// A window of kova-ui that the agent wants to be open.
+/// A window of kova-ui that is in the agent's list of windows to show.
 struct ShownWindow {
     std::optional<std::string> pane; // absent: the pane that was shown last
     std::int64_t request = 0;        // changes with each request to show the window
@@ -128,9 +128,9 @@ struct OverlayContents {
     const TileContents* tile(std::string_view id) const;
 };
 
-/// Merges `changes` into `sections`, the sections of the whole state. The change of a list contains its new and
-/// changed elements (of these at least the changed members) and, if elements came, went or moved, all ids in order.
-/// Throws `DecodingError`; `sections` may then be partly changed.
+/// Merges `changes` into `sections`, the sections of the whole state. The change of a list contains the new elements
+/// and, of each changed element, at least the changed members. If elements were added, removed or moved, the change
+/// also contains the ids of all elements in order. Throws `DecodingError`; `sections` may then be partly changed.
 void mergeChanges(nlohmann::json& sections, const JsonCursor& changes);
 
 /// Replaces the parts of `contents` that are members of `sections`; unknown members are ignored. Throws

@@ -6,7 +6,8 @@ namespace kova::ui {
 
 namespace {
 
-/// Bytes. The agent accepts 1000; a character that is cut at the end is replaced by a longer one.
+/// In bytes. The agent accepts 1000. The difference is a reserve: if the last character is cut, a replacement character
+/// takes its place, which may be longer.
 constexpr std::size_t kLongestReport = 990;
 
 nlohmann::json memberOf(const nlohmann::json& object, const char* key) {

@@ -56,10 +56,10 @@ class OverlayMirror {
 
     Listener listener_;
     std::optional<OverlayContents> contents_;
-    nlohmann::json sections_; // from which `contents_` was decoded
+    nlohmann::json sections_; // the JSON from which `contents_` was decoded
     std::uint64_t sequence_ = 0;
     std::uint64_t nextRequest_ = 1;
-    std::uint64_t subscription_ = 0; // id of the pending request to subscribe; 0: none is pending
+    std::uint64_t subscription_ = 0; // id of the pending request to subscribe; 0 if no such request is pending
     std::map<std::uint64_t, std::function<void(const Response&)>> pendingRequests_;
 };
 

@@ -19,7 +19,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr int kAlertColumns = 52; // width, in average letters
+constexpr int kAlertColumns = 52; // width of the texts, in average characters
 constexpr int kMostRows = 9;      // a longer list of applications scrolls
 
 const WindowRegistration alertRegistration({"alert", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
@@ -76,7 +76,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
 }
 
 void AlertWindow::present(const json& parameters) {
-    answer(false); // a new alert replaces and so cancels one that is open
+    answer(false); // a new alert replaces an open alert, which thereby counts as cancelled
     alert_ = parameters;
     const QString confirm = alertText(parameters, "confirm"), cancel = alertText(parameters, "cancel");
     const QString close = confirm.isEmpty() ? tr("Close") : confirm;

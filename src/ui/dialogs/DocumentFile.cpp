@@ -21,10 +21,10 @@ struct DocumentFile {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::DocumentFile)
 };
 
-/// Bytes. In JSON one byte takes up to six (“\u0000”), and a message has further members.
+/// In bytes. JSON needs up to six bytes for one byte of the text (“\u0000”), and the message has further members.
 constexpr qsizetype kLargestPiece = kLongestControlLine / 8;
 
-/// The number of bytes of the first piece, which ends at the end of a character.
+/// The number of bytes of the first piece. The piece does not end within a character.
 qsizetype lengthOfPiece(const QByteArray& text) {
     if (text.size() <= kLargestPiece) return text.size();
     qsizetype end = kLargestPiece;

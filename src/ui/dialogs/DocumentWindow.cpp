@@ -23,7 +23,7 @@ std::unique_ptr<HostedWindow> make(WindowServices& services) {
 const WindowRegistration exporting({"exportDocument", make<Exchange::exportDocument>});
 const WindowRegistration importing({"importDocument", make<Exchange::importDocument>});
 
-/// Does not close when a file is chosen: the window closes once the file has been written or read.
+/// A file panel that stays open when a file is chosen: the window closes once the file has been written or read.
 class Panel final : public QFileDialog {
   public:
     explicit Panel(QWidget* parent) : QFileDialog(parent) {

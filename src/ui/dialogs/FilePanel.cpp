@@ -18,7 +18,7 @@ struct Texts {
     QString name, description;
 };
 
-/// By the name of the control in the toolkit; an empty text leaves the control's own.
+/// The texts of each control. The keys are the object names that the toolkit gives the controls.
 std::map<QString, Texts> textsOf(const QFileDialog& panel) {
     const bool isExport = panel.acceptMode() == QFileDialog::AcceptSave;
     return {

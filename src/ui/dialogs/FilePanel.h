@@ -5,7 +5,7 @@
 
 namespace kova::ui {
 
-/// To be called once the panel's mode is set. No effect on the system's own panels.
+/// Call after the panel's mode was set, to open or to save a file. No effect on the system's own panels.
 void describeFilePanel(QFileDialog& panel);
 
 } // namespace kova::ui

@@ -16,8 +16,8 @@ const WindowRegistration paletteRegistration({"palette", [](WindowServices& serv
                                                   return std::make_unique<CommandPalette>(services);
                                               }});
 
-/// The objects with an id in the array `result[key]`.
-std::vector<nlohmann::json> identified(const nlohmann::json& result, const char* key) {
+/// The objects in the array `result[key]` that have an id.
+std::vector<nlohmann::json> elementsWithID(const nlohmann::json& result, const char* key) {
     std::vector<nlohmann::json> found;
     for (const auto& each : result.value(key, nlohmann::json::array())) {
         if (each.is_object() && each.contains("id") && each["id"].is_string()) found.push_back(each);
@@ -84,7 +84,7 @@ QString CommandPalette::tileName() const {
 
 std::vector<LauncherEntry> CommandPalette::windowEntries(const nlohmann::json& result) const {
     std::vector<LauncherEntry> entries;
-    for (const auto& window : identified(result, "windows")) {
+    for (const auto& window : elementsWithID(result, "windows")) {
         const QString application = memberText(window, "application"), title = memberText(window, "title");
         entries.push_back(
             {.title = title.isEmpty() ? application : tr("%1 — %2").arg(title, application),
@@ -99,7 +99,7 @@ std::vector<LauncherEntry> CommandPalette::windowEntries(const nlohmann::json& r
 
 std::vector<LauncherEntry> CommandPalette::sceneEntries(const nlohmann::json& result) const {
     std::vector<LauncherEntry> entries;
-    for (const auto& scene : identified(result, "scenes")) {
+    for (const auto& scene : elementsWithID(result, "scenes")) {
         entries.push_back({.title = memberText(scene, "name"),
                            .kind = tr("Scene"),
                            .method = "scene.open",
@@ -112,7 +112,7 @@ std::vector<LauncherEntry> CommandPalette::layoutEntries(const nlohmann::json& r
     const OverlayContents* contents = services().overlay ? services().overlay() : nullptr;
     const TileContents* target = contents ? contents->tile(tile()) : nullptr;
     std::vector<LauncherEntry> entries;
-    for (const auto& layout : identified(result, "layouts")) {
+    for (const auto& layout : elementsWithID(result, "layouts")) {
         entries.push_back({.title = memberText(layout, "name"),
                            .kind = tr("Layout"),
                            .method = "layout.select",
@@ -136,7 +136,8 @@ void CommandPalette::filter() {
     }
 }
 
-/// Asks for the next argument of the command in the field. Titles of commands with arguments end with “…”.
+/// Lets the field ask for the next argument of the command, with the command's title before the question. The title of
+/// a command with arguments ends with “…”, which is left out here.
 void CommandPalette::askNext() {
     const Question& current = *question();
     field().setPlaceholderText(tr("%1: %2").arg(command_->title.chopped(1), current.prompt));
@@ -165,7 +166,7 @@ void CommandPalette::entryChosen(const LauncherEntry& entry) {
         answered_ = 0;
     }
     if (question()) return askNext();
-    // Without a window in the parameters the agent would act on the focused window, but now the palette has the focus.
+    // Without a window in the parameters the agent acts on the focused window, which is the palette now.
     if (lastFocused_.is_string() && actsOnFocusedWindow(command_->method) && !command_->parameters.contains("window"))
         command_->parameters["window"] = lastFocused_;
     if (!command_->isConfirmedFirst) {

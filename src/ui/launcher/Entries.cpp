@@ -11,7 +11,9 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kMostUsesThatCount = 50; // among equally good matches, frequently used entries come first
+// Uses raise the score, so that frequently used entries come first among equally good matches. Further uses do not
+// count.
+constexpr int kMostUsesThatCount = 50;
 
 } // namespace
 

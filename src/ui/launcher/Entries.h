@@ -43,8 +43,8 @@ struct LauncherEntry {
     ApplicationName application{}; // whose icon is shown
     QString iconName{};            // in the icon theme, or a file path; empty: the icon is found by `application`
     QString words{};               // further words that the search finds
-    int uses = 0;
-    std::string method{}; // the agent's method to call when the entry is chosen
+    int uses = 0;                  // how often the application was launched by KOVA
+    std::string method{};          // the agent's method to call when the entry is chosen
     nlohmann::json parameters = nlohmann::json::object();
     std::vector<Question> questions{}; // asked in order; each answer is an entry with further parameters
     bool isConfirmedFirst = false;     // an alert asks for confirmation before the method is called
@@ -54,7 +54,8 @@ struct LauncherEntry {
 /// invalid elements are left out.
 std::vector<LauncherEntry> applicationEntries(const nlohmann::json& result, const std::string& tile);
 
-/// Entries, most used first, then by title. Their titles are folded for searching once and not at each query.
+/// Entries in order: most used first, then by title. Titles are folded for the search (see `folded`) when they are
+/// added, not at each query.
 class EntryList {
   public:
     void set(std::vector<LauncherEntry> entries);

@@ -7,7 +7,7 @@ namespace kova::ui {
 namespace {
 
 constexpr int kWholeName = 1000, kBeginning = 400, kWordBeginning = 250, kScattered = 100;
-constexpr int kMostLength = 60; // up to this length, a shorter name scores better
+constexpr int kMostLength = 60; // of two names up to this length, the shorter one scores better
 
 bool beginsWord(const QString& name, qsizetype at) {
     return at == 0 || !name[at - 1].isLetterOrNumber();

@@ -18,8 +18,8 @@ struct PaletteAnswers {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::PaletteAnswers)
 };
 
-/// Lists the possible answers: the elements of the member `list` of the method's result. `value` and `title` are the
-/// members of an element that contain the parameter's value and the text to show.
+/// Where the possible answers for a subject come from: they are the elements of the array `list` in the method's
+/// result. The members `value` and `title` of an element contain the parameter's value and the text to show.
 struct Source {
     Subject subject;
     const char* method;
@@ -93,7 +93,7 @@ std::vector<LauncherEntry> answersIn(const json& result, const Question& questio
     const Source* source = sourceOf(question.subject);
     if (!source || !result.is_object()) return {};
     std::vector<LauncherEntry> answers;
-    std::set<json> known; // several windows of an application are one answer
+    std::set<json> known; // several windows of an application give only one answer
     for (const json& element : result.value(source->list, json::array())) {
         if (!element.is_object()) continue;
         LauncherEntry answer = answerOf(element, *source, question);

@@ -1,5 +1,6 @@
-// The commands of the palette: every verb of the command line that changes something. A verb's other arguments than the
-// focused window and the palette's tile become questions.
+// The commands of the palette: every verb of the command line that changes something. Some commands take the window
+// that was focused before the palette opened, or the display of the palette's tile. The palette asks for all other
+// arguments.
 #pragma once
 
 #include "ui/launcher/Entries.h"

@@ -18,8 +18,8 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kSearchColumns = 64; // width, in average letters
-constexpr int kRows = 10;
+constexpr int kSearchColumns = 64; // width, in average characters
+constexpr int kRows = 10;          // entries that are visible at once
 
 int iconSizeOf(const QWidget& widget) {
     return widget.fontMetrics().height() * 3 / 2;
@@ -57,7 +57,8 @@ class EntryDelegate final : public QStyledItemDelegate {
     }
 };
 
-/// Closes the window at a press on another window of this program. A footer, for example, does not take the focus.
+/// Closes the window when a button is pressed over another window of this program. The loss of the focus does not
+/// suffice as a sign, since footers, for example, do not take the focus.
 class OutsidePressFilter final : public QObject {
   public:
     explicit OutsidePressFilter(QWidget& window) : QObject(&window), window_(window) { qApp->installEventFilter(this); }
@@ -283,8 +284,8 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
     }
 }
 
-/// Closes the window when another window takes the focus, as after a click there. A window manager may focus this
-/// window late, so only a window that has had the focus is closed.
+/// Closes the window when another window takes the focus, for example after a click on it. A window manager may focus
+/// this window late, so this window is closed only if it has had the focus.
 void SearchWindow::changeEvent(QEvent* event) {
     HostedWindow::changeEvent(event);
     if (event->type() != QEvent::ActivationChange) return;

@@ -23,7 +23,7 @@ class MacPlatform final : public OverlayPlatform {
     /// Overlay windows are panels.
     Qt::WindowType windowType() const override { return Qt::Tool; }
     void adopt(OverlayWindow& window) override;
-    void leave(OverlayWindow& window) override;
+    void release(OverlayWindow& window) override;
     /// Also hides the window's click area.
     void conceal(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
@@ -47,14 +47,15 @@ class MacPlatform final : public OverlayPlatform {
     std::map<OverlayWindow*, std::unique_ptr<ClickArea, RemoveLater>> clickAreas_;
 };
 
-/// A Mac focuses a window only if its program is active, which kova-ui usually is not; only a panel without a title bar
-/// gets the focus without that. If kova-ui is activated without a window, it activates the former application.
+/// On a Mac, a window gets the focus only while its program is active, which kova-ui usually is not. Panels without a
+/// title bar are the exception. If kova-ui becomes active while it shows no window, it activates the previous
+/// application again.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();
     ~MacWindowFocus() override;
     void prepare(QWidget& window) override;
-    void take(QWidget& window) override;
+    void giveFocusTo(QWidget& window) override;
     void restoreFocus() override;
 
   private:

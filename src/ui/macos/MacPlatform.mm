@@ -140,9 +140,9 @@ void MacPlatform::adopt(OverlayWindow& window) {
     configure(nativeWindow(window), levelOf(window.layer()));
 }
 
-void MacPlatform::leave(OverlayWindow& window) {
+void MacPlatform::release(OverlayWindow& window) {
     clickAreas_.erase(&window);
-    plain_.leave(window);
+    plain_.release(window);
 }
 
 void MacPlatform::conceal(OverlayWindow& window) {
@@ -201,8 +201,8 @@ bool showsAnyWidget() {
     return std::any_of(widgets.begin(), widgets.end(), [](const QWidget* each) { return each->isVisible(); });
 }
 
-/// On some systems a click on the overlay activates this program, and pressed keys would reach no window: activates the
-/// previous application again.
+/// Activates the previous application again if this program is active without a window, since pressed keys would reach
+/// no window. On some systems a click on the overlay activates this program.
 void returnUnusedActivation() {
     NSRunningApplication* front = applicationInFront();
     if (NSApp.active && front && !showsAnyWidget()) activate(front);
@@ -219,7 +219,7 @@ void bringToFront(NSWindow* window) {
 } // namespace
 
 struct MacWindowFocus::Parts {
-    NSRunningApplication* before = nil;
+    NSRunningApplication* before = nil; // was in front before the window was opened; `restoreFocus` activates it
     bool wasOurs = false; // another window of this program had the focus
     id activations = nil;
 };
@@ -249,7 +249,8 @@ MacWindowFocus::~MacWindowFocus() {
 
 void MacWindowFocus::prepare(QWidget& window) {
     parts_->wasOurs = NSApp.active && NSApp.keyWindow != nil;
-    // Not the active application: after KOVA was opened again, that may be the agent, which has no window.
+    // The owner of the menu bar, not the active application: that may be the agent, which has no window, for example
+    // after the user opened KOVA again.
     if (NSRunningApplication* front = applicationInFront()) parts_->before = front;
     // A nonactivating panel gets the focus although its application is not active.
     NSWindow* native = nativeWindow(window.winId());
@@ -257,11 +258,11 @@ void MacWindowFocus::prepare(QWidget& window) {
     if (isPanel) native.styleMask |= NSWindowStyleMaskNonactivatingPanel;
 }
 
-void MacWindowFocus::take(QWidget& window) {
-    WindowFocus::take(window);
+void MacWindowFocus::giveFocusTo(QWidget& window) {
+    WindowFocus::giveFocusTo(window);
     NSWindow* native = nativeWindow(window.winId());
     bringToFront(native);
-    // Again after the system has carried out or declined the activation.
+    // Repeats this after the system has carried out or declined the activation.
     __weak NSWindow* shown = native;
     dispatch_async(dispatch_get_main_queue(), ^{
       if (shown.visible && !shown.keyWindow) bringToFront(shown);

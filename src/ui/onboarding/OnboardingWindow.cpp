@@ -179,7 +179,7 @@ void OnboardingWindow::showState(const json& state) {
 void OnboardingWindow::showPermission(const json& permission) {
     if (!permission.is_object()) return;
     const QString problem = memberText(permission, "problem");
-    lacksPermission_ = lacksPermission_ || !problem.isEmpty();
+    hasLackedPermission_ = hasLackedPermission_ || !problem.isEmpty();
     permissionState_->setText(problem.isEmpty() ? tr("KOVA has the permission.") : problem);
     ask_->setEnabled(permission.value("canAsk", false));
     if (problem.isEmpty()) permissionError_->clear();
@@ -200,7 +200,7 @@ void OnboardingWindow::showSettings(const json& state) {
 }
 
 bool OnboardingWindow::isApplicable(int page) const {
-    return page != permission || lacksPermission_;
+    return page != permission || hasLackedPermission_;
 }
 
 void OnboardingWindow::step(int direction) {

@@ -50,7 +50,9 @@ class OnboardingWindow : public HostedWindow {
     QPushButton* undo_ = nullptr;
     QLabel* arrangementResult_ = nullptr;
     FieldError* arrangeError_ = nullptr;
-    bool lacksPermission_ = false; // at any time since the window was opened: a page that was shown stays available
+    /// True if the permission was lacking at any time since the window was opened. So the page about the permission
+    /// stays available after the user has granted it.
+    bool hasLackedPermission_ = false;
 };
 
 } // namespace kova::ui

@@ -19,7 +19,7 @@ bool runsOnBattery(const std::string& powerSupplyFolder) {
     const QDir folder(QString::fromStdString(powerSupplyFolder));
     for (const QString& supply : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const QString path = folder.filePath(supply) + u'/';
-        // Batteries of mice and the like are of another scope.
+        // A battery with the scope "Device" powers a peripheral such as a mouse.
         if (contentsOf(path + QStringLiteral("type")) != "Battery" ||
             contentsOf(path + QStringLiteral("scope")) == "Device")
             continue;

@@ -10,9 +10,10 @@ namespace {
 constexpr int kFramesPerPowerCheck = 30'000 / kParticleFrameMilliseconds;
 } // namespace
 
-class Decoration::Field final : public OverlayWindow {
+/// The window that shows the particles on one display.
+class Decoration::ParticleWindow final : public OverlayWindow {
   public:
-    Field(OverlayPlatform& platform, const Particles& particles) :
+    ParticleWindow(OverlayPlatform& platform, const Particles& particles) :
         OverlayWindow(platform, Layer::decoration, "KOVA decoration"), particles_(particles) {}
 
     void show(const QRect& area, const QRect& backdrop, bool isCovered, const Style& style) {
@@ -46,11 +47,11 @@ Decoration::~Decoration() = default;
 
 void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
     if (!contents || !contents->appearance.showBrain) {
-        fields_.clear();
+        windows_.clear();
         return timer_.stop();
     }
     bool isSeen = false, areAnimationsEnabled = true;
-    std::map<std::string, std::unique_ptr<Field>> kept;
+    std::map<std::string, std::unique_ptr<ParticleWindow>> kept;
     for (const DisplayContents& display : contents->displays) {
         const auto field = particleField(display);
         const Style style = styleOf(display.id);
@@ -58,15 +59,15 @@ void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
         const bool canBeShown = contents->appearance.useThemeBackground || style.isComposited;
         if (!field || !canBeShown || display.isFocusMode) continue;
         auto& window = kept[display.id];
-        window = std::move(fields_[display.id]);
-        if (!window) window = std::make_unique<Field>(platform_, particles_);
+        window = std::move(windows_[display.id]);
+        if (!window) window = std::make_unique<ParticleWindow>(platform_, particles_);
         const bool isHidden = isCovered(*field, display, contents->tiles);
         const QRect backdrop = contents->appearance.useThemeBackground ? style.px(display.frame) : QRect();
         window->show(style.px(*field), backdrop, isHidden, style);
         isSeen = isSeen || !isHidden;
         areAnimationsEnabled = areAnimationsEnabled && style.areAnimationsEnabled;
     }
-    fields_ = std::move(kept);
+    windows_ = std::move(kept);
     activity_.update(*contents, now());
     if (!isSeen || !areAnimationsEnabled || contents->isSuspended || activity_.isIdle(now())) return timer_.stop();
     if (timer_.isActive()) return;
@@ -79,8 +80,8 @@ void Decoration::move() {
     if (isPowerCheckDue) framesUntilPowerCheck_ = kFramesPerPowerCheck;
     if (activity_.isIdle(now()) || (isPowerCheckDue && platform_.isOnBattery())) return timer_.stop();
     particles_.step();
-    for (const auto& [display, field] : fields_) {
-        if (!field->isCovered()) field->redraw();
+    for (const auto& [display, window] : windows_) {
+        if (!window->isCovered()) window->redraw();
     }
 }
 

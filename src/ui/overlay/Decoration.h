@@ -1,6 +1,6 @@
-// The particle decoration of all displays and the one timer that moves it. It stands still, without a wake-up, while it
-// is covered by windows or the workspace is suspended, when nothing happened on the desktop for a minute, on battery,
-// and where animations are switched off.
+// The particle decoration of all displays, and the one timer that moves the particles. The timer is stopped while
+// windows cover the decoration or the workspace is suspended, after a minute without activity on the desktop, on
+// battery, and if animations are switched off. Then the particles stand still and the process does not wake up.
 #pragma once
 
 #include "ui/overlay/DesktopActivity.h"
@@ -28,12 +28,12 @@ class Decoration {
     bool isMoving() const { return timer_.isActive(); }
 
   private:
-    class Field;
+    class ParticleWindow;
     void move();
     DesktopActivity::Time now() const { return DesktopActivity::Time(clock_.elapsed()); }
 
     OverlayPlatform& platform_;
-    std::map<std::string, std::unique_ptr<Field>> fields_; // by display
+    std::map<std::string, std::unique_ptr<ParticleWindow>> windows_; // by display
     Particles particles_;
     QTimer timer_;
     QElapsedTimer clock_;

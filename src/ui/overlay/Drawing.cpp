@@ -15,7 +15,8 @@ namespace {
 
 constexpr double kDimOpacity = 0.6; // of icons from the theme, whose colors cannot be adapted
 
-/// The same for a name at every start; the toolkit's own hashes are not.
+/// A name has the same hue at every start. Therefore this does not use the toolkit's hash functions, whose results
+/// vary.
 int hueOf(std::string_view name) {
     std::uint32_t hash = 2166136261u;
     for (const char byte : name) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;

@@ -15,7 +15,7 @@ inline QString textOf(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// Draws a rounded rectangle with its line inside the area. An invalid color draws no fill, or no line.
+/// Draws a rounded rectangle whose outline lies inside the area. An invalid color draws no fill, or no line.
 void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColor& fill, const QColor& line,
                double lineWidth);
 /// Draws one line of text, elided at its end and vertically centered. Left alignment also holds for right-to-left text.

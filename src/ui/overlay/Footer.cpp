@@ -30,8 +30,8 @@ int entryWidth(int textWidth, const Style& style) {
     return textWidth == 0 ? icon + 2 * style.px(4) : padding + icon + style.px(points::iconGap) + textWidth + padding;
 }
 
-/// The width of each entry's text. Tries in this order: all texts in full; texts elided more and more; only the icon
-/// for the last entries.
+/// The width of each entry's text; 0 if the entry shows only its icon. To make the entries fit, this first elides long
+/// texts more and more, then leaves out the texts of the last entries.
 std::vector<int> textWidths(const std::vector<QString>& labels, int available, const Style& style) {
     std::vector<int> natural;
     for (const QString& label : labels) natural.push_back(widthOf(label, smallFont(style)) + 1);
@@ -91,12 +91,12 @@ int ringWidth(const Style& style) {
 /// strip only the ring of the launch indicator is shown.
 void layOutPending(FooterLayout& layout, const TileContents& tile, QRect strip, const Style& style) {
     const int gap = style.px(points::entryGap);
-    const int labelled = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
-                         widthOf(textOf(tile.pending->name) + QStringLiteral("…"), smallFont(style));
+    const int labeledWidth = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
+                             widthOf(textOf(tile.pending->name) + QStringLiteral("…"), smallFont(style));
     const std::size_t count = tile.applications.size();
     const int room = strip.width() - (count > 0 ? gap + leastWidth(count, style) : 0);
-    const bool hasLabel = count == 0 || room - labelled >= style.px(points::leastEntryText + points::iconGap);
-    const int width = std::min(hasLabel ? labelled : ringWidth(style), room);
+    const bool hasLabel = count == 0 || room - labeledWidth >= style.px(points::leastEntryText + points::iconGap);
+    const int width = std::min(hasLabel ? labeledWidth : ringWidth(style), room);
     const bool isShown = width >= style.px(points::iconSize);
     QRect entries = strip;
     if (isShown) entries.setWidth(std::max(0, strip.width() - width - gap));
@@ -121,9 +121,9 @@ void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::
     }
     if (isHovered) drawPanel(painter, place.area, radius, palette.hovered, QColor(), 0);
     const int icon = style.px(points::iconSize);
-    const bool isBare = place.label.isEmpty();
+    const bool showsOnlyIcon = place.label.isEmpty();
     const QRect iconArea(place.area.left() +
-                             (isBare ? (place.area.width() - icon) / 2 : style.px(points::entryPadding)),
+                             (showsOnlyIcon ? (place.area.width() - icon) / 2 : style.px(points::entryPadding)),
                          place.area.top() + (place.area.height() - icon) / 2, icon, icon);
     drawIcon(painter, iconArea, entry.application, style, entry.isFront || isHovered ? IconTone::full : IconTone::dim);
     const QColor color = entry.isFront ? palette.text : palette.mutedText;
@@ -133,15 +133,15 @@ void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::
             QRect(iconArea.left() + style.px(3), place.area.bottom() + 1 - height, icon - 2 * style.px(3), height),
             color);
     }
-    if (isBare) return;
+    if (showsOnlyIcon) return;
     drawText(painter, textArea(place, style), place.label, smallFont(style), color);
 }
 
 void paintPending(QPainter& painter, const ApplicationName& application, const QRect& area, double turn,
                   const Style& style) {
     const int size = style.px(points::iconSize);
-    const bool isBare = area.width() <= ringWidth(style);
-    const QRect icon(area.left() + (isBare ? (area.width() - size) / 2 : style.px(points::entryPadding)),
+    const bool showsOnlyIcon = area.width() <= ringWidth(style);
+    const QRect icon(area.left() + (showsOnlyIcon ? (area.width() - size) / 2 : style.px(points::entryPadding)),
                      area.top() + (area.height() - size) / 2, size, size);
     drawIcon(painter, icon.adjusted(style.px(3), style.px(3), -style.px(3), -style.px(3)), application, style);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -152,7 +152,7 @@ void paintPending(QPainter& painter, const ApplicationName& application, const Q
     painter.drawEllipse(ring);
     painter.setPen(QPen(style.palette.accentLine, width, Qt::SolidLine, Qt::RoundCap));
     painter.drawArc(ring, static_cast<int>((90 - 360 * turn) * 16), -100 * 16);
-    if (isBare) return;
+    if (showsOnlyIcon) return;
     drawText(painter, area.adjusted(icon.right() + 1 - area.left() + style.px(points::iconGap), 0, 0, 0),
              textOf(application.name) + QStringLiteral("…"), smallFont(style), style.palette.mutedText);
 }
@@ -200,7 +200,7 @@ void paintNotice(QPainter& painter, const ApplicationName& application, const Fo
 
 std::optional<QRect> footerArea(const TileContents& tile, const Style& style) {
     if (!tile.footerFrame) return std::nullopt;
-    // As wide as the window above it, which is inset within the tile.
+    // The footer is as wide as the window above it, which is inset within the tile.
     const CGRect& strip = *tile.footerFrame;
     const double left = std::max(minX(strip), minX(tile.frame)), right = std::min(maxX(strip), maxX(tile.frame));
     const double margin = (strip.size.height - points::footerPanelHeight) / 2;

@@ -1,6 +1,6 @@
 // A tile's footer: the tile's name, an entry for each of its windows, the application that is being launched, the
-// notice of a placement. Lays out and draws the parts, and finds the part at a point. Coordinates are pixels in the
-// window.
+// notice of a placement, and the button that launches an application. These functions lay out and draw the parts, and
+// find the part at a point. Coordinates are pixels in the window.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -42,7 +42,7 @@ struct FooterLayout {
         QStringList parts; // shown one after the other; usually one
     };
     Notice notice; // no parts if the tile has no notice
-    QRect launch;
+    QRect launch;  // the button that launches an application
 
     FooterHit at(QPoint point) const;
 };

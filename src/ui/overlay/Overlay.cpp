@@ -13,9 +13,9 @@ namespace {
 
 constexpr int kSpinnerMilliseconds = 80;
 
-/// Places a panel at the bottom of the room, horizontally centered, and as high as needed to cover no control. If the
-/// room is too small for that, places it at the bottom.
-QRect clearOf(const std::vector<QRect>& controls, QSize panel, const QRect& room, int margin) {
+/// The lowest area in the room, horizontally centered, in which the panel covers no control. If there is no such area,
+/// the area at the bottom, where the panel covers controls.
+QRect areaWithoutControls(const std::vector<QRect>& controls, QSize panel, const QRect& room, int margin) {
     QRect lowest(QPoint(0, 0), panel);
     lowest.moveCenter(room.center());
     lowest.moveBottom(room.bottom() - margin);
@@ -167,7 +167,8 @@ void Overlay::refreshFooters() {
     for (const auto& [id, footer] : footers_.shown()) footer->setDropTarget(draggedEntry_ && draggedEntry_->tile == id);
 }
 
-/// A footer that was removed gets no release of the button, so its drag is ended here.
+/// Ends the drag of an entry if the entry or its footer was removed, or if the workspace is suspended. A removed footer
+/// gets no event when the button is released.
 void Overlay::endLostDrag() {
     if (!draggedEntry_) return;
     bool isDragged = false;
@@ -226,8 +227,8 @@ void Overlay::refreshMessage() {
     const Style style = styleFor(display->id);
     const QRect room = style.px(display->visibleFrame);
     const int widest = style.px(display->visibleFrame.size.width - 2 * points::messageMargin);
-    const QRect area = clearOf(controlsOn(*display, style), layOutMessage(*message, widest, style).size, room,
-                               style.px(points::messageMargin));
+    const QRect area = areaWithoutControls(controlsOn(*display, style), layOutMessage(*message, widest, style).size,
+                                           room, style.px(points::messageMargin));
     if (!message_) message_ = std::make_unique<MessageWindow>(platform_, actions_);
     message_->show(*message, area, widest, style);
 }
@@ -277,8 +278,8 @@ void Overlay::dragEntry(const std::string& window, QPoint at, FooterWindow::Drag
     if (!contents_) return;
     const TileContents* tile = tileAt(at);
     const auto holds = [&](const StackEntry& entry) { return entry.window == window; };
-    const bool isElsewhere = tile && std::ranges::none_of(tile->applications, holds);
-    const std::optional<std::string> target = isElsewhere ? std::optional(tile->id) : std::nullopt;
+    const bool isOtherTile = tile && std::ranges::none_of(tile->applications, holds);
+    const std::optional<std::string> target = isOtherTile ? std::optional(tile->id) : std::nullopt;
     std::optional<WindowDrag> drag;
     if (dragEvent == FooterWindow::DragEvent::moved) {
         drag.emplace().tile = target;

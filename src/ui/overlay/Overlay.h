@@ -32,7 +32,7 @@ class Overlay {
     ~Overlay();
 
     void setDesktopStyle(DesktopStyle style);
-    /// Shows the agent's new contents. Absent, as without an agent: shows nothing.
+    /// Shows the agent's new contents. Absent contents show nothing, for example while no agent is connected.
     void show(const std::optional<OverlayContents>& contents);
     /// Call after a compositor has started or ended: creates all windows again.
     void compositingChanged();
@@ -40,6 +40,7 @@ class Overlay {
     void firstDisplayMoved();
 
     const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_.shown(); }
+    /// Whether the launch indicator turns or the decoration moves.
     bool isMoving() const { return spinner_.isActive() || decoration_.isMoving(); }
 
   private:
@@ -73,8 +74,8 @@ class Overlay {
     std::map<std::string, std::unique_ptr<HighlightWindow>> highlights_; // by display
     std::unique_ptr<MessageWindow> message_;
     Decoration decoration_;
-    QTimer spinner_;
-    double spinnerTurn_ = 0;
+    QTimer spinner_;         // turns the launch indicators
+    double spinnerTurn_ = 0; // 0 to 1
 };
 
 } // namespace kova::ui

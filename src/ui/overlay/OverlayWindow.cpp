@@ -20,11 +20,11 @@ void OverlayPlatform::reveal(OverlayWindow& window) {
     window.setVisible(true);
 }
 
-OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role) :
+OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view title) :
     platform_(platform), layer_(layer) {
     setFlags(platform.windowType() | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
              Qt::WindowDoesNotAcceptFocus);
-    setTitle(QString::fromUtf8(role.data(), static_cast<qsizetype>(role.size())));
+    setTitle(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
     if (platform.isComposited()) {
         QSurfaceFormat format;
         format.setAlphaBufferSize(8);
@@ -41,7 +41,7 @@ OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string
 }
 
 OverlayWindow::~OverlayWindow() {
-    if (isPresented_) platform_.leave(*this);
+    if (isPresented_) platform_.release(*this);
 }
 
 void OverlayWindow::present(const QRect& area, const QRegion& visible, const QRegion& clickable) {

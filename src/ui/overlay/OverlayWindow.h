@@ -31,18 +31,18 @@ class OverlayPlatform {
     /// The top left corner of the first display, in pixels on the screen.
     virtual QPoint firstDisplay() const { return {}; }
     virtual Qt::WindowType windowType() const { return Qt::Window; }
-    /// Call after the window was created and before it is shown.
+    /// Prepares the window for its place in the overlay. Call after the window was created and before it is shown.
     virtual void adopt(OverlayWindow& window) = 0;
-    /// Call before the window is destroyed.
-    virtual void leave(OverlayWindow& window) = 0;
-    /// Call before the window is shown. Moves it to its place in the stacking order.
+    /// Frees what belongs to the window. Call before the window is destroyed.
+    virtual void release(OverlayWindow& window) = 0;
+    /// Moves the window to its place in the stacking order. Call before the window is shown.
     virtual void stack(OverlayWindow& window) = 0;
     /// Takes a window off the screen; it will be shown again.
     virtual void conceal(OverlayWindow& window);
     /// Shows a concealed window, which has been drawn before.
     virtual void reveal(OverlayWindow& window);
-    /// Sets the visible parts and the parts that receive clicks; other clicks reach the window below. Also called after
-    /// each move.
+    /// Sets the visible parts and the parts that receive clicks; clicks elsewhere reach the window below. Call again
+    /// after each move of the window.
     virtual void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) = 0;
     /// Draws the region of the window and shows it on the screen.
     virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;
@@ -54,11 +54,11 @@ class OverlayPlatform {
 
 class OverlayWindow : public QWindow {
   public:
-    OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role);
+    OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view title);
     ~OverlayWindow() override;
 
     Layer layer() const { return layer_; }
-    /// Whether the window fades in when it is shown next. No effect without a compositor.
+    /// If `isGradual`, the window fades in when it is shown next. No effect without a compositor.
     void setAppearsGradually(bool isGradual) { appearsGradually_ = isGradual; }
     /// Shows the window, or changes it if it is shown. Draws it if it was not shown or its size has changed.
     void present(const QRect& area, const QRegion& visible, const QRegion& clickable);

@@ -11,8 +11,8 @@ namespace kova::ui {
 namespace {
 
 constexpr int kParticleCount = 42;
-constexpr double kLineLengthPoints = 64; // lines connect particles that are nearer
-constexpr double kCoveredShare = 0.9;
+constexpr double kLineLengthPoints = 64; // a line connects two particles whose distance is smaller
+constexpr double kCoveredShare = 0.9;    // of the area; from this share on the decoration counts as covered
 
 } // namespace
 
@@ -36,7 +36,7 @@ void Particles::step() {
         const double x = particle.x - middle, y = particle.y - middle, distance = std::hypot(x, y);
         const double outward = (particle.dx * x + particle.dy * y) / std::max(distance, 1.0);
         if (distance < radius || outward < 0) continue;
-        // Reflected at the edge of the circle.
+        // The particle is reflected at the edge of the circle.
         particle.dx -= 2 * outward * x / distance;
         particle.dy -= 2 * outward * y / distance;
     }

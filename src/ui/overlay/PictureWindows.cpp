@@ -88,7 +88,7 @@ void DividerWindow::paint(QPainter& painter) {
 void HighlightWindow::show(std::vector<OutlinedTile> tiles, const QRect& area, const Style& style) {
     const bool isNewSize = area.size() != size();
     const bool isSame = tiles == tiles_ && drawsAlike(style, style_);
-    // Only the tiles whose drawing has changed.
+    // Contains only the tiles whose drawing has changed.
     QRegion dirty;
     for (std::size_t i = 0; i < std::max(tiles.size(), tiles_.size()); ++i) {
         const bool isKept = i < tiles.size() && i < tiles_.size() && tiles[i] == tiles_[i];

@@ -1,5 +1,5 @@
-// The pictures of the overlay other than the footers: backdrop, empty tiles, outlines of tiles during a drag, divider
-// lines, the message. Areas are in pixels, with the origin at the top left of the window that is drawn.
+// The pictures of the overlay other than the footers: the backdrop, empty tiles, outlines of tiles during a drag,
+// divider lines and the message. Areas are in pixels, with the origin at the top left of the window that is drawn.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -29,7 +29,8 @@ struct EmptyTileLayout {
 EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Style& style);
 void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout,
                     TileBackground background, bool isButtonHovered, const Style& style);
-/// The visible parts of the window: all of it, but without a compositor on the desktop only the outline and the card.
+/// The visible parts of the window. On the desktop without a compositor these are only the outline and the card, else
+/// the whole tile.
 QRegion emptyTileShape(const EmptyTileLayout& layout, TileBackground background, const Style& style);
 
 /// A tile whose outline is shown while a window is dragged over the tile's display.
@@ -40,7 +41,8 @@ struct OutlinedTile {
     bool operator==(const OutlinedTile&) const = default;
 };
 void paintDropTargets(QPainter& painter, const std::vector<OutlinedTile>& tiles, const Style& style);
-/// The visible parts of the window: all tiles, but without a compositor only their outlines and the target's label.
+/// The visible parts of the window. Without a compositor these are only the outlines of the tiles and the target's
+/// label, else the whole tiles.
 QRegion dropTargetShape(const std::vector<OutlinedTile>& tiles, const Style& style);
 
 /// The divider's line inside `gap`, in the same coordinates.

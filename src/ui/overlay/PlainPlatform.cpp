@@ -6,7 +6,7 @@ void PlainPlatform::adopt(OverlayWindow& window) {
     stores_[&window] = std::make_unique<QBackingStore>(&window);
 }
 
-void PlainPlatform::leave(OverlayWindow& window) {
+void PlainPlatform::release(OverlayWindow& window) {
     stores_.erase(&window);
 }
 

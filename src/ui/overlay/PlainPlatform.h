@@ -1,5 +1,5 @@
-// Overlay windows that use only the toolkit, for window systems without an own implementation. Each window has a
-// backing store for its contents; the stacking order is left to the system.
+// Overlay windows that use only the toolkit, for window systems that have no platform class of their own. Each window
+// has a backing store for its contents; the stacking order is left to the system.
 #pragma once
 
 #include "ui/overlay/Battery.h"
@@ -17,7 +17,7 @@ class PlainPlatform final : public OverlayPlatform {
     bool isComposited() const override { return true; }
     bool isOnBattery() const override { return runsOnBattery(); }
     void adopt(OverlayWindow& window) override;
-    void leave(OverlayWindow& window) override;
+    void release(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
     void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;

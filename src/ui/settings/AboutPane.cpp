@@ -89,7 +89,7 @@ QWidget* AboutPane::updatesGroup() {
 
 QWidget* AboutPane::logGroup() {
     auto* group = new QGroupBox(tr("Log and report"), this);
-    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // not expanding until the log is shown
+    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // does not expand until the log is shown
     auto* column = new QVBoxLayout(group);
     auto* buttons = new QHBoxLayout;
     showLog_ = new QPushButton(tr("Show &Log"), group);
@@ -104,7 +104,7 @@ QWidget* AboutPane::logGroup() {
     buttons->addStretch(1);
     column->addLayout(buttons);
     result_ = explanation({}, group);
-    result_->setObjectName(QStringLiteral("said"));
+    result_->setObjectName(QStringLiteral("result"));
     error_ = new FieldError(group);
     log_ = new QPlainTextEdit(group);
     log_->setObjectName(QStringLiteral("log"));

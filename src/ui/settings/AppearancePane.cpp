@@ -39,17 +39,17 @@ QIcon pictureOf(const json& theme, const WindowServices& services) {
 
 } // namespace
 
-PictureChoice::PictureChoice(AgentSession& agent, const QString& title, const QString& text, Look look,
+PictureChoice::PictureChoice(AgentSession& agent, const QString& title, const QString& text, OptionLayout optionLayout,
                              std::function<AgentRequest(const std::string& id)> request, QWidget* parent) :
     QGroupBox(title, parent),
-    agent_(agent), text_(text), look_(look), request_(std::move(request)), buttons_(new QButtonGroup(this)),
-    row_(new QWidget(this)), error_(new FieldError(this)) {
+    agent_(agent), text_(text), optionLayout_(optionLayout), request_(std::move(request)),
+    buttons_(new QButtonGroup(this)), row_(new QWidget(this)), error_(new FieldError(this)) {
     auto* column = new QVBoxLayout(this);
     column->addWidget(row_);
     column->addWidget(error_);
-    auto* options = new QBoxLayout(look_.direction, row_);
+    auto* options = new QBoxLayout(optionLayout_.direction, row_);
     options->setContentsMargins(0, 0, 0, 0);
-    if (look_.direction == QBoxLayout::LeftToRight) options->setSpacing(2 * fontMetrics().height());
+    if (optionLayout_.direction == QBoxLayout::LeftToRight) options->setSpacing(2 * fontMetrics().height());
     options->addStretch(1);
     connect(buttons_, &QButtonGroup::idClicked, this, &PictureChoice::choose);
 }
@@ -72,7 +72,7 @@ void PictureChoice::showOptions(const std::vector<Option>& options) {
 void PictureChoice::showActive() {
     for (std::size_t i = 0; i < options_.size(); ++i) {
         QAbstractButton* button = buttons_->button(static_cast<int>(i));
-        button->setIconSize(look_.pictureSize);
+        button->setIconSize(optionLayout_.pictureSize);
         button->setIcon(options_[i].picture);
         if (options_[i].isActive) button->setChecked(true);
     }
@@ -86,7 +86,7 @@ void PictureChoice::choose(int index) {
 AppearancePane::AppearancePane(WindowServices& services) : services_(services) {
     AgentSession& agent = services.agent;
     const int line = fontMetrics().height();
-    const auto isOn = [](const char* method) {
+    const auto switchRequest = [](const char* method) {
         return [method](bool on) { return AgentRequest{method, {{"isOn", on}}}; };
     };
     themes_ = new PictureChoice(
@@ -106,12 +106,12 @@ AppearancePane::AppearancePane(WindowServices& services) : services_(services) {
     auto* shown = new QGroupBox(tr("Shown"), this);
     background_ = new SettingSwitch(agent, tr("Use theme &background"),
                                     tr("Covers the desktop's wallpaper with the background of the theme."),
-                                    isOn("theme.background"), shown);
+                                    switchRequest("theme.background"), shown);
     tileBackgrounds_ = new SettingSwitch(agent, tr("Show &tile backgrounds"),
                                          tr("Draws a panel and an outline where a tile is empty."),
-                                         isOn("theme.tileBackgrounds"), shown);
+                                         switchRequest("theme.tileBackgrounds"), shown);
     brain_ = new SettingSwitch(agent, tr("Show the bra&in"), tr("Lets particles move over the background."),
-                               isOn("theme.brain"), shown);
+                               switchRequest("theme.brain"), shown);
     background_->box().setObjectName(QStringLiteral("useThemeBackground"));
     tileBackgrounds_->box().setObjectName(QStringLiteral("showTileBackgrounds"));
     brain_->box().setObjectName(QStringLiteral("showBrain"));
@@ -143,7 +143,9 @@ void AppearancePane::showState(const json& state) {
         for (const json& accent : accents.at("accentColors")) options.push_back(option(accent, swatchOf(accent)));
         accents_->showOptions(options);
     }
-    QWidget* previous = nullptr; // the buttons of options are created after the switches, which stand below them
+    // Tab moves from top to bottom. Without this it would reach the switches first, because they are created before the
+    // options above them.
+    QWidget* previous = nullptr;
     for (QWidget* group : {static_cast<QWidget*>(themes_), static_cast<QWidget*>(accents_), brain_->parentWidget()}) {
         for (auto* button : group->findChildren<QAbstractButton*>()) {
             if (previous) setTabOrder(previous, button);

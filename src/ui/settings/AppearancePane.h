@@ -25,12 +25,12 @@ class PictureChoice final : public QGroupBox {
         QIcon picture;
         bool isActive = false;
     };
-    struct Look {
+    struct OptionLayout {
         QBoxLayout::Direction direction = QBoxLayout::TopToBottom; // of the options
         QSize pictureSize;
     };
     /// `request` builds the request to send when the option with the id is chosen.
-    PictureChoice(AgentSession& agent, const QString& title, const QString& text, Look look,
+    PictureChoice(AgentSession& agent, const QString& title, const QString& text, OptionLayout optionLayout,
                   std::function<AgentRequest(const std::string& id)> request, QWidget* parent = nullptr);
     void showOptions(const std::vector<Option>& options);
 
@@ -40,7 +40,7 @@ class PictureChoice final : public QGroupBox {
 
     AgentSession& agent_;
     const QString text_;
-    const Look look_;
+    const OptionLayout optionLayout_;
     std::function<AgentRequest(const std::string& id)> request_;
     std::vector<Option> options_;
     QButtonGroup* buttons_;

@@ -38,7 +38,7 @@ QString roleText(const QString& role) {
     return ApplicationsPane::tr("Other");
 }
 
-/// A dash for 0: a window may have refused to shrink in one direction only.
+/// Returns a dash for 0, which means that no window refused to shrink in this direction.
 QString lengthText(double points) {
     return points > 0 ? QString::number(qRound(points)) : QStringLiteral("–");
 }

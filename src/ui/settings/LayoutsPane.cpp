@@ -26,7 +26,7 @@ constexpr double kPictureInset = 0.015; // of the picture's width
 const QString kAutomatic = QStringLiteral("automatic");
 
 /// By how much a tile is too small, in points; 0 in a direction in which it is large enough.
-QSize shortageOf(const json& lacking) {
+QSize shortfallOf(const json& lacking) {
     const auto points = [&](const char* key) {
         return std::max(0, static_cast<int>(std::ceil(lacking.at(key).get<double>())));
     };
@@ -34,16 +34,16 @@ QSize shortageOf(const json& lacking) {
 }
 
 /// Names only the directions in which the tile is too small.
-QString sentenceFor(QSize shortage) {
-    if (shortage.height() == 0) return LayoutsPane::tr("%1 pt too narrow").arg(shortage.width());
-    if (shortage.width() == 0) return LayoutsPane::tr("%1 pt too short").arg(shortage.height());
-    return LayoutsPane::tr("%1 pt too narrow and %2 pt too short").arg(shortage.width()).arg(shortage.height());
+QString sentenceFor(QSize shortfall) {
+    if (shortfall.height() == 0) return LayoutsPane::tr("%1 pt too narrow").arg(shortfall.width());
+    if (shortfall.width() == 0) return LayoutsPane::tr("%1 pt too short").arg(shortfall.height());
+    return LayoutsPane::tr("%1 pt too narrow and %2 pt too short").arg(shortfall.width()).arg(shortfall.height());
 }
 
-/// Fits below a layout's picture.
-QString remarkFor(QSize shortage) {
-    if (shortage.width() == 0 || shortage.height() == 0) return sentenceFor(shortage);
-    return LayoutsPane::tr("%1 × %2 pt too small").arg(shortage.width()).arg(shortage.height());
+/// A shorter text, which fits below a layout's picture.
+QString remarkFor(QSize shortfall) {
+    if (shortfall.width() == 0 || shortfall.height() == 0) return sentenceFor(shortfall);
+    return LayoutsPane::tr("%1 × %2 pt too small").arg(shortfall.width()).arg(shortfall.height());
 }
 
 } // namespace
@@ -173,10 +173,10 @@ void LayoutsPane::addLayout(const json& layout, const json& area) {
     item->setData(kLayoutIDRole, memberText(layout, "id"));
     const json& lacking = layout.at("shortfall");
     if (lacking.is_null()) return item->setData(kShortfallRole, tr("All open windows fit."));
-    const QSize shortage = shortageOf(lacking);
+    const QSize shortfall = shortfallOf(lacking);
     const QString text =
-        tr("Too small for %1: its best tile is %2.").arg(memberText(lacking, "application"), sentenceFor(shortage));
-    item->setText(memberText(layout, "name") + u'\n' + remarkFor(shortage));
+        tr("Too small for %1: its best tile is %2.").arg(memberText(lacking, "application"), sentenceFor(shortfall));
+    item->setText(memberText(layout, "name") + u'\n' + remarkFor(shortfall));
     item->setData(kShortfallRole, text);
     item->setToolTip(text);
 }

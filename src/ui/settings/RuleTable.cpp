@@ -43,7 +43,8 @@ RuleTable::RuleTable(QWidget* parent) : QTreeWidget(parent) {
     });
 }
 
-/// Keeps the rows if their rules are the same: the list is also updated when a window opens or closes during a drag.
+/// Keeps the rows if their rules are the same. New rows would disturb a drag, and an update may arrive during a drag,
+/// for example when a window opens or closes.
 void RuleTable::show(const nlohmann::json& rules) {
     isFilling_ = true;
     if (!hasRowsOf(rules)) rebuild(static_cast<int>(rules.size()));
@@ -60,7 +61,7 @@ void RuleTable::show(const nlohmann::json& rules) {
         item->setCheckState(kRuleName, rule.value("isEnabled", true) ? Qt::Checked : Qt::Unchecked);
         item->setData(kRuleName, kRuleIDRole, memberText(rule, "id"));
     }
-    if (!selectShown(awaited_)) (void)selectShown(before);
+    if (!selectShown(idToSelect_)) (void)selectShown(before);
     if (selectedRow() < 0 && rowBefore >= 0 && row > 0) { // the selected rule was deleted: selects its neighbor
         setCurrentItem(topLevelItem(std::min(rowBefore, row - 1)));
     }
@@ -101,14 +102,14 @@ QString RuleTable::selectedID() const {
 }
 
 void RuleTable::select(const QString& id) {
-    if (!selectShown(id)) awaited_ = id;
+    if (!selectShown(id)) idToSelect_ = id;
 }
 
 /// Returns false if the rule is not in the list.
 bool RuleTable::selectShown(const QString& id) {
     for (int row = 0; row < topLevelItemCount(); ++row) {
         if (id.isEmpty() || idAt(row) != id) continue;
-        awaited_.clear();
+        idToSelect_.clear();
         setCurrentItem(topLevelItem(row));
         return true;
     }

@@ -42,7 +42,7 @@ class RuleTable : public QTreeWidget {
     int selectedRow() const;
     int gapAt(QPoint position) const;
 
-    QString awaited_;        // id of a rule to be selected when it arrives
+    QString idToSelect_;     // of a rule that is to be selected when it arrives
     QString selectedBefore_; // while rows are created again: id of the rule that was selected
     int rowBefore_ = -1;     // its row; -1: none
     bool isFilling_ = false;

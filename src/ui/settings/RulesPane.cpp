@@ -32,7 +32,7 @@ void addDisposition(QComboBox& box, const QString& text, const json& disposition
     box.setItemData(box.count() - 1, QByteArray::fromStdString(disposition.dump()), kDispositionRole);
 }
 
-/// The index of the disposition's entry. The entry is added if missing, as for a slot that no layout has.
+/// The index of the disposition's entry. A missing entry is added, for example for a slot that no layout has.
 int indexOf(QComboBox& box, const json& disposition, const QString& text) {
     for (int index = 0; index < box.count(); ++index) {
         if (dispositionOf(box, index) == disposition) return index;
@@ -232,7 +232,7 @@ void RulesPane::showSelected() {
     delete_->setEnabled(isThere);
     selectedError_->clear();
     const QString title = isThere ? memberText(rule, "title") : QString();
-    // A new window must not replace the text that is being typed.
+    // An update, for example after a window has opened, must not replace the text that is being typed.
     if (!title_->hasFocus() || !title_->isModified()) title_->setText(title);
     windows_->setText(isThere ? RuleTexts::windows(rule).split(u'\n').mid(0, kLongestWindowList).join(u'\n')
                               : QString());

@@ -1,4 +1,4 @@
-// The part of the pane that exports scenes and rules to a file and imports them.
+// The part of ScenesPane that exports scenes and rules to a file and imports them.
 #include "ui/dialogs/FilePanel.h"
 #include "ui/settings/ScenesPane.h"
 

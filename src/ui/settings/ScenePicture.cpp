@@ -19,7 +19,8 @@ QRectF within(const json& unitFrame, const QRectF& area) {
             unitFrame.value("width", 0.0) * area.width(), unitFrame.value("height", 0.0) * area.height()};
 }
 
-/// The application of the front window in the tile of that slot and display number; no name if the tile is empty.
+/// The application of the front window in the tile with that slot, on the display with that number. The name is empty
+/// if the tile is empty.
 ApplicationName frontOf(const json& scene, const json& number, const json& slot) {
     for (const json& placement : scene.value("placements", json::array())) {
         if (placement.value("display", json()) != number || !placement.value("isFront", false)) continue;
@@ -36,14 +37,14 @@ void drawDisplay(QPainter& painter, const QRectF& area, const json& scene, const
     const double line = std::max(1.0, area.height() / 60), gap = area.height() / 40;
     drawPanel(painter, area, 3 * line, colors.backdropBottom, colors.raisedLine, line);
     for (const json& tile : display.value("tiles", json::array())) {
-        const QRectF cell = within(tile.value("frame", json::object()), area).adjusted(gap, gap, -gap, -gap);
+        const QRectF tileArea = within(tile.value("frame", json::object()), area).adjusted(gap, gap, -gap, -gap);
         const ApplicationName front = frontOf(scene, display.value("number", json()), tile.value("slot", json()));
         const bool isTaken = !front.name.empty();
-        drawPanel(painter, cell, 2 * line, isTaken ? colors.raised : QColor(), colors.raisedLine, line);
+        drawPanel(painter, tileArea, 2 * line, isTaken ? colors.raised : QColor(), colors.raisedLine, line);
         if (!isTaken) continue;
-        const int icon = static_cast<int>(std::min(cell.width(), cell.height()) * 0.6);
+        const int icon = static_cast<int>(std::min(tileArea.width(), tileArea.height()) * 0.6);
         QRect square(0, 0, icon, icon);
-        square.moveCenter(cell.center().toPoint());
+        square.moveCenter(tileArea.center().toPoint());
         drawIcon(painter, square, front, style);
     }
 }

@@ -19,7 +19,7 @@ const PaneRegistration scenesRegistration({50, "scenes", [] { return ScenesPane:
                                            [](WindowServices& services) -> Pane* { return new ScenesPane(services); }});
 
 enum SceneColumn { kScenePicture, kSceneName, kSceneWindows, kSceneCaptured, kSceneColumnCount };
-constexpr int kNameRole = Qt::UserRole + 1; // of the picture: the name in the agent's state
+constexpr int kNameRole = Qt::UserRole + 1; // data of the picture column: the scene's name in the agent's state
 
 QString idOf(const QTreeWidgetItem* item) {
     return item->data(kScenePicture, ScenePictures::kIDRole).toString();
@@ -213,7 +213,7 @@ void ScenesPane::buildFiles(QVBoxLayout& column) {
     connect(cancel, &QPushButton::clicked, import_, &QWidget::hide);
 }
 
-/// Keeps the rows of scenes that are still there, since the name of one of them may be being edited.
+/// Keeps the rows of scenes that still exist, since the user may be editing the name of one of them.
 void ScenesPane::showScenes() {
     const json scenes = services_.agent.state().value("scenes", json::object()).value("scenes", json::array());
     isFilling_ = true;
@@ -257,7 +257,7 @@ void ScenesPane::showScene(QTreeWidgetItem& item, const json& scene) {
     const QString title = memberText(scene, "name");
     item.setText(kSceneWindows, QString::number(scene.value("windows", 0)));
     item.setText(kSceneCaptured, timeOf(scene));
-    // Any change of the cell would replace the text in its editor.
+    // Any change of the name's column would replace the text in its open editor.
     if (list_->isPersistentEditorOpen(&item, kSceneName)) return;
     if (item.data(kScenePicture, kNameRole) != title) {
         item.setText(kSceneName, title);

@@ -77,7 +77,7 @@ class ScenesPane : public Pane {
     QPushButton* add_ = nullptr;
 
     QByteArray document_; // the file that the shown summary describes
-    /// By id of each scene whose picture was requested: when the scene was last changed.
+    /// For the id of each scene whose picture was requested: the time of the scene's last change.
     std::map<std::string, std::string> pictureVersions_;
     bool isFilling_ = false;
 };

@@ -102,7 +102,7 @@ void ShortcutsPane::showShortcut(QTreeWidgetItem& item, const json& shortcut) {
     const QString name = memberText(shortcut, "title"), typed = memberText(shortcut, "keys"),
                   about = remarkOn(shortcut);
     item.setText(kShortcutTitle, name);
-    const bool isRecorded = recorder_ && shortcut.at("action") == recorded_ && !recordingPrompt_.isEmpty();
+    const bool isRecorded = recorder_ && shortcut.at("action") == recordedAction_ && !recordingPrompt_.isEmpty();
     item.setText(kShortcutKeys, isRecorded ? recordingPrompt_ : typed);
     item.setText(kShortcutRemark, about);
     item.setData(kShortcutKeys, Qt::AccessibleTextRole, typed.isEmpty() ? tr("Keyboard shortcut not set") : typed);
@@ -155,7 +155,7 @@ void ShortcutsPane::record() {
     const std::string action = chosenAction();
     if (action.empty() || recorder_) return;
     recorder_ = std::make_unique<AgentSession>(agent_.socketPath());
-    recorded_ = action;
+    recordedAction_ = action;
     recordingPrompt_.clear();
     connect(recorder_.get(), &AgentSession::notified, this, &ShortcutsPane::notified);
     connect(recorder_.get(), &AgentSession::connectionChanged, this, &ShortcutsPane::cancelRecording);

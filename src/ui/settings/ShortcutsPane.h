@@ -48,8 +48,8 @@ class ShortcutsPane final : public Pane {
     QPushButton* restore_ = nullptr;
     /// The connection for a recording; null if there is none. When it is closed, the agent ends the recording.
     std::unique_ptr<AgentSession> recorder_;
-    std::string recorded_;    // the action whose keys are recorded
-    QString recordingPrompt_; // shown instead of the keys of `recorded_`
+    std::string recordedAction_; // the action whose keys are recorded
+    QString recordingPrompt_;    // shown instead of the keys of `recordedAction_`
     bool canRecord_ = true;
 };
 

@@ -1,6 +1,6 @@
 // The desktop's preferences from its settings portal: light or dark, animations, the icon theme. Never waits for the
-// portal: defaults are used until it replies, and on a desktop without a portal. On a Mac, which has none, the system's
-// preferences are passed to `set`. Main thread only.
+// portal: defaults are used until it replies, and on a desktop without a portal. A Mac has no portal: there the
+// system's preferences are passed to `set`. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"

@@ -1,4 +1,5 @@
-// Icons that are drawn, not stored: sharp at every size and pixel ratio, and in the colors of the moment.
+// Icons that are drawn whenever they are shown. So they are sharp at every size and pixel ratio, and have the current
+// colors.
 #pragma once
 
 #include <QIcon>

@@ -11,13 +11,13 @@ namespace kova::ui {
 class WindowStyle final : public QProxyStyle {
   public:
     WindowStyle() : QProxyStyle(QStringLiteral("fusion")) {}
-    /// Takes ownership of the style that draws.
+    /// `drawing` is the style that draws; this object takes ownership of it.
     explicit WindowStyle(QStyle* drawing) : QProxyStyle(drawing) {}
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* result) const override {
-        // Some desktops let one click activate an entry, but here a click selects, and what is activated may move
-        // windows.
+        // Some desktops let a single click activate an entry. Here a single click only selects, since activating an
+        // entry may move windows.
         if (hint == SH_ItemView_ActivateItemOnSingleClick) return 0;
         return QProxyStyle::styleHint(hint, option, widget, result);
     }

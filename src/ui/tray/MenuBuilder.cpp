@@ -6,7 +6,8 @@ namespace kova::ui {
 
 namespace {
 
-/// The title, in which `&` marks no mnemonic; after a tab the shortcut, which is only shown: the agent handles it.
+/// The title, then a tab and the shortcut. `&` is escaped, since it would mark a mnemonic. The menu only shows the
+/// shortcut; the agent handles it.
 QString labelOf(const MenuItem& item) {
     QString label = titleInUsersLanguage(item);
     label.replace(u'&', QStringLiteral("&&"));

@@ -52,8 +52,8 @@ Tray::Tray(AgentLink& link, std::function<void()> styleMenus, std::function<void
 void Tray::watchBus() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
-    // A panel registers the watcher service first and itself as a host later. The toolkit looks for a host only once,
-    // so the item is created after a delay.
+    // A panel that shows status items is called a host. It registers the watcher service first and itself later. The
+    // toolkit looks for a host only once, so the item is created after a delay.
     const auto found = [this] {
         QTimer::singleShot(kHostDelay, this, [this] {
             hasHost_ = true;
@@ -97,8 +97,8 @@ void Tray::update() {
             if (why == QSystemTrayIcon::Trigger || isForMenu) openMenu(QCursor::pos());
         });
     }
-    // A host opens the menu itself and shows the refreshed entries. An item in a tray window would show the old
-    // entries, so there `openMenu` opens the menu.
+    // A host opens the menu itself and shows the refreshed entries. The toolkit would open the menu of an item in a
+    // tray window with the old entries, so `openMenu` opens that menu.
     if (hasHost_ && !item_->contextMenu()) item_->setContextMenu(menu_.get());
     refresh(nullptr);
     item_->show();

@@ -22,7 +22,7 @@ class Tray : public QObject {
 
     /// The item is shown while the agent is connected and the panel can show status items.
     void setAgentConnected(bool isConnected);
-    /// Whether a system tray window exists on the X server.
+    /// `hasWindow`: whether a system tray window exists on the X server.
     void setHasTrayWindow(bool hasWindow);
     /// Opens the menu at that point of the screen, in pixels.
     void openMenu(QPoint at);
@@ -41,7 +41,8 @@ class Tray : public QObject {
     std::vector<MenuItem> items_;  // the entries of `menu_`
     std::unique_ptr<QMenu> popup_; // for `openMenu`; separate, since a panel may keep `menu_` open
     std::unique_ptr<QSystemTrayIcon> item_;
-    bool isAgentConnected_ = false, hasTrayWindow_ = false, hasHost_ = false;
+    bool isAgentConnected_ = false, hasTrayWindow_ = false;
+    bool hasHost_ = false; // a panel shows status items that it finds on the message bus
 };
 
 } // namespace kova::ui

@@ -10,14 +10,14 @@ class EmptyListText final : public QLabel {
     Q_OBJECT
 
   public:
-    /// The list, which has its model already, owns the text. The text is shown while no row of the list is visible.
+    /// `list` must already have its model; it owns the text. The text is shown while no row of the list is visible.
     explicit EmptyListText(QAbstractItemView& list);
 
     /// An empty text shows nothing.
     void say(const QString& text);
     /// Says that the rows have been requested.
     void sayLoading() { say(tr("Loading…")); }
-    /// To be called after rows were hidden or shown again; rows that come and go are noticed.
+    /// Call after rows were hidden or shown again. Not needed after rows were added or removed.
     void refresh();
 
   protected:
@@ -27,7 +27,7 @@ class EmptyListText final : public QLabel {
     bool hasVisibleRow() const;
 
     QAbstractItemView& list_;
-    QString description_; // the list's own, while the text stands in its place for screen readers
+    QString description_; // the list's own accessible description, while the text replaces it
 };
 
 } // namespace kova::ui

@@ -25,8 +25,8 @@ struct Reactions {
     std::function<void()> refused{}; // called after the reason was shown, to reset the control
 };
 
-/// Sends the request and shows its error in `error`, or clears `error` on success. No effect on the response once
-/// `error` has been destroyed.
+/// Sends the request and shows its error in `error`, or clears `error` on success. The response is ignored if `error`
+/// has been destroyed by then.
 void callFor(FieldError& error, AgentSession& agent, const std::string& method,
              nlohmann::json parameters = nlohmann::json::object(), Reactions reactions = {});
 

@@ -13,7 +13,7 @@ class Pane : public QWidget {
 
   public:
     using QWidget::QWidget;
-    /// Called each time before the page is shown, to query its contents from the agent.
+    /// Called each time the page is shown, so that it can query its contents from the agent.
     virtual void opened() {}
 };
 

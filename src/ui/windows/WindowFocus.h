@@ -12,7 +12,7 @@ class WindowFocus {
     /// Call before the window is shown. Remembers the focused window, unless it belongs to this program.
     virtual void prepare(QWidget& window) { (void)window; }
     /// Call after the window is shown. Brings the window to the front and focuses it.
-    virtual void take(QWidget& window) {
+    virtual void giveFocusTo(QWidget& window) {
         window.raise();
         window.activateWindow();
     }

@@ -14,7 +14,8 @@ namespace kova::ui {
 
 namespace {
 
-// A window that is opened within this time reuses the connection; after it, unused memory is released to the system.
+// The time from the closing of the last window until the connection is closed and unused memory is released to the
+// system. A window that is opened earlier reuses the connection.
 constexpr std::chrono::seconds kIdleDelay{3};
 
 } // namespace
@@ -42,7 +43,7 @@ HostedWindow* WindowHost::window(const std::string& what) const {
     return found == windows_.end() ? nullptr : found->second.get();
 }
 
-/// The name of our window that has the focus.
+/// The name of the window of kova-ui that has the focus.
 std::optional<std::string> WindowHost::focusedWindow() const {
     for (const auto& [name, window] : windows_) {
         if (window && window->isActiveWindow()) return name;
@@ -79,7 +80,7 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
     }
     window->show();
     lastShown_ = window.get();
-    focus_->take(*window);
+    focus_->giveFocusTo(*window);
     return true;
 }
 
@@ -102,7 +103,8 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
         window->close();
         return true;
     }
-    // Some systems take the focus from a window before the toolkit reports that it is hidden.
+    // The focus is read before the window is hidden, since some systems take the focus away before the toolkit reports
+    // that the window is hidden.
     if (event->type() == QEvent::Close) closing_ = {window, window->isActiveWindow()};
     // A window may ignore its close event, so only a hidden window has been closed.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
@@ -126,7 +128,7 @@ void WindowHost::closed(const HostedWindow* window, bool hadFocus) {
     if (hadFocus && !isReplaced) {
         HostedWindow* before = opener ? this->window(opener.mapped()) : nullptr;
         if (before && before->isVisible()) {
-            focus_->take(*before);
+            focus_->giveFocusTo(*before);
         } else {
             focus_->restoreFocus();
         }

@@ -26,13 +26,13 @@ class WindowHost : public QObject {
         std::function<Brightness()> brightness{};
         std::function<QPoint()> origin{};
         std::function<void()> styleWidgets{}; // called before the first window is created
-        /// The user has closed a window that the agent wants to be open.
+        /// Called when the user has closed a window that is in the list of `follow`.
         std::function<void(const std::string& what)> closedByUser{};
     };
     explicit WindowHost(Environment environment);
     ~WindowHost() override;
 
-    /// Without this call, windows are focused as the toolkit does it.
+    /// Sets the way in which windows are focused. The default is the toolkit's way.
     void setFocus(std::unique_ptr<WindowFocus> focus);
     /// False if there is no window of that name.
     bool show(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
@@ -62,12 +62,13 @@ class WindowHost : public QObject {
     std::optional<WindowServices> services_;
     std::unique_ptr<WindowFocus> focus_;
     std::map<std::string, std::unique_ptr<HostedWindow>> windows_;
-    std::map<std::string, std::string>
-        openers_; // by name of an open window: the window of kova-ui that had the focus when it was opened
-    const HostedWindow* lastShown_ = nullptr;   // shown last; compared only
-    std::map<std::string, ShownWindow> wanted_; // by the agent
-    Closing closing_;                           // from a window's request to close until it is hidden
-    QTimer idleTimer_;                          // after the last window was closed
+    /// For the name of an open window: the name of the window of kova-ui that had the focus when it was opened.
+    std::map<std::string, std::string> openers_;
+    /// The window that was shown last. It may be destroyed, so the pointer is only compared.
+    const HostedWindow* lastShown_ = nullptr;
+    std::map<std::string, ShownWindow> wanted_; // the list of the last call of `follow`
+    Closing closing_;                           // set from a window's close event until the window is hidden
+    QTimer idleTimer_;                          // runs after the last window was closed
 };
 
 } // namespace kova::ui

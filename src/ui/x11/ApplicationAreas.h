@@ -1,6 +1,6 @@
 // The parts of the screen that windows of applications cover, in pixels. Some compositing window managers draw
-// unmanaged windows above all others whatever their stacking order; under these the overlay's shape excludes
-// applications. Plain values, independent of the X server.
+// unmanaged windows above all others, whatever the stacking order is. Under these window managers the applications are
+// cut out of the overlay's shape. Plain values, independent of the X server.
 #pragma once
 
 #include "ui/x11/StackOrder.h"

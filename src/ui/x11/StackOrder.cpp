@@ -61,7 +61,7 @@ std::vector<WindowNumber> StackOrder::shownApplications() const {
 }
 
 StackOrder::Place StackOrder::placeFor(const std::vector<WindowNumber>& ours) const {
-    // Between the guard and the lowest application. A desktop window above an application is not corrected.
+    // The place is between the guard and the lowest application. A desktop window above an application stays there.
     const auto is = [&](RootChild kind) {
         return [this, kind](WindowNumber window) { return kindOf(window) == kind; };
     };

@@ -35,8 +35,8 @@ class StackOrder {
     /// The applications that no guard hides, bottom first.
     std::vector<WindowNumber> shownApplications() const;
 
-    /// Where `ours` (bottom first) belong: directly above each other, below every application that is not hidden, above
-    /// the desktop windows that are below the applications.
+    /// Where the windows `ours` (bottom first) belong: directly above each other, below every application that no guard
+    /// hides, and above the desktop windows that are below these applications.
     struct Place {
         bool isKept = false;    // `ours` are there already
         WindowNumber above = 0; // the window directly above which the first of `ours` belongs; 0: at the bottom

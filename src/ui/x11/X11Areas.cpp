@@ -84,7 +84,7 @@ void X11Platform::reshapeLowerWindows(Layer layer) {
 }
 
 /// Applies the requested shape, minus the applications and the higher windows of the overlay where they must be cut
-/// out. Mutter ignores the order of the overlay's windows too: it draws the window on top that was shown last.
+/// out. Mutter also ignores the order among the overlay's windows: it draws the window on top that was shown last.
 void X11Platform::applyShape(OverlayWindow& window, Picture& picture) {
     QRegion region = picture.visible;
     if (isBelowApplications(window.layer())) region -= covered_.translated(-window.position());

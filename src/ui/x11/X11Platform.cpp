@@ -177,7 +177,7 @@ bool X11Platform::isDesktopType(WindowNumber window) const {
     return std::find(atoms, atoms + count, typeDesktop_) != atoms + count;
 }
 
-/// Whether this is the window of Mutter below which it keeps minimized windows mapped.
+/// Whether this is Mutter's guard window. Mutter keeps minimized windows mapped below that window.
 bool X11Platform::isGuard(WindowNumber window) const {
     constexpr std::string_view kName = "mutter guard window";
     const auto name = owned(xcb_get_property_reply(
@@ -192,7 +192,8 @@ RootChild X11Platform::kindOf(WindowNumber window) const {
         owned(xcb_get_window_attributes_reply(watch_, xcb_get_window_attributes(watch_, window), nullptr));
     if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED) return RootChild::other;
     if (attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) return isGuard(window) ? RootChild::guard : RootChild::other;
-    // Frames have override-redirect set as menus do, but contain a client. A new client may not have WM_STATE yet.
+    // A window manager's frame has override-redirect set, as a menu has, but it contains a client. A new client may not
+    // have WM_STATE yet.
     const auto known = clients_.find(window);
     WindowNumber client = known != clients_.end() ? known->second : clientOf(window, 2);
     if (client == 0 && !attributes->override_redirect) client = window;
@@ -303,7 +304,7 @@ void X11Platform::adopt(OverlayWindow& window) {
     if (isBelowApplications(window.layer())) layers_[window.layer()].push_back(number);
 }
 
-void X11Platform::leave(OverlayWindow& window) {
+void X11Platform::release(OverlayWindow& window) {
     const WindowNumber number = numberOf(window);
     std::erase(layers_[window.layer()], number);
     const auto found = pictures_.find(&window);
@@ -318,7 +319,7 @@ void X11Platform::stack(OverlayWindow& window) {
     const WindowNumber number = numberOf(window);
     order_.classify(number, RootChild::ours);
     if (isBelowApplications(window.layer())) {
-        // To the bottom first, then `keepOrder` moves it up, so that the window is never above an application.
+        // Moves the window to the bottom; later `keepOrder` moves it up. So the window is never above an application.
         const std::uint32_t below = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_, number, XCB_CONFIG_WINDOW_STACK_MODE, &below);
         xcb_flush(connection_);

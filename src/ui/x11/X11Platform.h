@@ -38,7 +38,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     bool isOnBattery() const override { return runsOnBattery(); }
     QPoint firstDisplay() const override { return firstDisplay_; }
     void adopt(OverlayWindow& window) override;
-    void leave(OverlayWindow& window) override;
+    void release(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
     void conceal(OverlayWindow& window) override;
     void reveal(OverlayWindow& window) override;

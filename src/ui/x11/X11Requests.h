@@ -21,7 +21,7 @@ Owned<Reply> owned(Reply* reply) {
     return {reply, &std::free};
 }
 
-/// Sets the shape of a window: by `kind` the visible part, or the part that receives clicks.
+/// Sets a shape of the window: the visible part or the part that receives clicks, depending on `kind`.
 void shapeWindow(xcb_connection_t* connection, WindowNumber window, xcb_shape_kind_t kind, const QRegion& region);
 
 } // namespace kova::ui

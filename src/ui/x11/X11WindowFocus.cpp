@@ -70,7 +70,7 @@ void X11WindowFocus::prepare(QWidget& window) {
                         XCB_ATOM_CARDINAL, 32, 1, &time);
 }
 
-void X11WindowFocus::take(QWidget& window) {
+void X11WindowFocus::giveFocusTo(QWidget& window) {
     window.raise();
     window.activateWindow(); // for a desktop without a window manager
     activate(static_cast<std::uint32_t>(window.winId()));

@@ -19,7 +19,7 @@ class X11WindowFocus final : public WindowFocus {
 
     // Each of these waits for the X server.
     void prepare(QWidget& window) override;
-    void take(QWidget& window) override;
+    void giveFocusTo(QWidget& window) override;
     void restoreFocus() override;
     void forget() override { formerFocus_ = 0; }
 
