@@ -46,7 +46,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     }
     steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     awaited_.beginScene(messages_.addedByAction());
-    applyLook(scene);
+    applyAppearanceAndLayouts(scene);
     tileMemory_.storeElsewhere(liveWindows_.all(), assignments_);
     assignments_ = {};
     forgetPlaces_();
@@ -61,7 +61,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
 
 /// Applies theme, accent color, inset, layouts and weights. A display whose layout does not exist any more keeps its
 /// current one.
-void SceneActions::applyLook(const WorkspaceScene& scene) {
+void SceneActions::applyAppearanceAndLayouts(const WorkspaceScene& scene) {
     WorkspaceProfile profile = *state_.profile;
     profile.themeID = geometry_.registry().theme(scene.themeID).id;
     profile.tileInset = clampedTileInset(scene.tileInset);

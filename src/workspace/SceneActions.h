@@ -46,7 +46,7 @@ class SceneActions {
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
 
   private:
-    void applyLook(const WorkspaceScene& scene);
+    void applyAppearanceAndLayouts(const WorkspaceScene& scene);
     std::size_t placeWindowsOf(const WorkspaceScene& scene);
     void launchForScene(const std::vector<BundleID>& bundleIDs);
     void launchedForScene(const LaunchableApplication& application, const LaunchResult& result);
