@@ -13,7 +13,7 @@ namespace kova {
 /// The smallest thickness of a handle, in points.
 inline constexpr double kThinnestHandle = 8;
 /// A press counts as the second of a double click only if the pointer moved at most this many points in between.
-inline constexpr double kRestingPoints = 3;
+inline constexpr double kDoubleClickTolerancePoints = 3;
 
 /// The area of a handle that reacts to the pointer: its frame, widened evenly to at least `kThinnestHandle`.
 CGRect pressFrame(const DividerHandle& handle);

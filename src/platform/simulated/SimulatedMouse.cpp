@@ -90,7 +90,7 @@ void SimulatedDesktop::movePointer(CGPoint point, ShiftKey shift) {
     if (entered && former != entered) postEvent(DividerHandleEvent::Kind::entered, *entered, point);
     if (!hold_) return;
     const double dx = point.x - hold_->start.x, dy = point.y - hold_->start.y;
-    if (std::hypot(dx, dy) > kRestingPoints) lastClick_.reset();
+    if (std::hypot(dx, dy) > kDoubleClickTolerancePoints) lastClick_.reset();
     if (SimulatedWindow* window = findWindow(hold_->window)) {
         setFrameOf(*window, draggedFrame(hold_->frame, hold_->grip, dx, dy));
     }

@@ -48,7 +48,7 @@ HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, Layo
     start -= missing / 2;
     thickness += missing;
     length = std::max(1, length);
-    return {id, gap, axis, space.pixels(kRestingPoints)};
+    return {id, gap, axis, space.pixels(kDoubleClickTolerancePoints)};
 }
 
 // Creating and moving handles
