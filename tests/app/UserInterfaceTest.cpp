@@ -25,7 +25,7 @@ class FakeUserInterface final : public UserInterfaceServicing {
         ended_ = nullptr;
     }
     std::optional<pid_t> process() const override { return process_; }
-    void ends(UserInterfaceEnd how) {
+    void simulateEnd(UserInterfaceEnd how) {
         process_.reset();
         std::exchange(ended_, nullptr)(how);
     }
@@ -91,23 +91,23 @@ TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndItIsSwitchedOn) {
 TEST_F(UserInterface, CrashesDelayTheNextStartAndTheFifthWithinAMinutePreventsIt) {
     controller->start();
     for (const double delay : {1.0, 2.0, 4.0, 8.0}) {
-        program.ends(unexpectedly);
+        program.simulateEnd(unexpectedly);
         EXPECT_EQ(startsWithin(delay - 0.01), 0) << delay;
         EXPECT_EQ(verdict(), DiagnosticVerdict::wrong);
         EXPECT_EQ(startsWithin(0.02), 1) << delay;
         EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
     }
-    program.ends(unexpectedly);
+    program.simulateEnd(unexpectedly);
     EXPECT_EQ(startsWithin(600), 0);
     EXPECT_NE(finding().find("5 times within a minute"), std::string::npos) << finding();
     EXPECT_TRUE(controller->restart());
     EXPECT_EQ(controller->status().problem, std::nullopt);
-    program.ends(unexpectedly);
+    program.simulateEnd(unexpectedly);
     EXPECT_EQ(startsWithin(1.01), 1) << "a restart by the user resets the count";
     // Crashes that are at least a minute apart are not counted together.
     for (int i = 0; i < 10; ++i) {
         queue.advance(Seconds(60));
-        program.ends(unexpectedly);
+        program.simulateEnd(unexpectedly);
         EXPECT_EQ(startsWithin(1.01), 1) << i;
     }
 }
@@ -135,20 +135,20 @@ TEST_F(UserInterface, AReportedProblemHoldsUntilTheReporterDisconnectsOrIsRestar
 
 TEST_F(UserInterface, IsNotStartedIfItIsClosedMissingOrSwitchedOff) {
     controller->start();
-    program.ends(byItself);
+    program.simulateEnd(byItself);
     EXPECT_EQ(startsWithin(100), 0);
     EXPECT_NE(finding().find("“kova ui restart”"), std::string::npos) << finding();
     EXPECT_TRUE(controller->restart());
-    program.ends(notStarted);
+    program.simulateEnd(notStarted);
     EXPECT_EQ(startsWithin(100), 0);
     EXPECT_EQ(verdict(), DiagnosticVerdict::wrong);
     EXPECT_TRUE(controller->restart());
-    program.ends(unexpectedly);
+    program.simulateEnd(unexpectedly);
     controller->setOn(false);
     EXPECT_EQ(startsWithin(100), 0);
     controller->setOn(true);
     EXPECT_EQ(program.starts, 4);
-    program.ends(unexpectedly);
+    program.simulateEnd(unexpectedly);
     EXPECT_TRUE(controller->restart()) << "possible while a delayed start is scheduled";
     EXPECT_EQ(startsWithin(100), 0) << "it is not started twice";
 
