@@ -173,7 +173,7 @@ class DesktopChangeServicing {
     virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
 
     /// False if `requestAnnouncements` must be called for each application and each window. Any thread.
-    virtual bool announcesUnasked() const { return true; }
+    virtual bool announcesWithoutRequest() const { return true; }
     /// Requests that an application or a window announces its changes. Call again for the same element only after
     /// `noAnswer` or `endAnnouncements`. Costs at most the platform's timeout. Polling queue.
     virtual AnnouncementAnswer requestAnnouncements(const AccessibilityElement&) {

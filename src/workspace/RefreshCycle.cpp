@@ -38,7 +38,7 @@ RefreshCycle::RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, 
                            Callbacks callbacks) :
     service_(std::move(service)),
     session_(session), changes_(changes), queue_(queue), pollingQueue_(pollingQueue), callbacks_(std::move(callbacks)),
-    announcements_(changes.announcesUnasked() ? nullptr : std::make_shared<ChangeAnnouncements>(changes)) {}
+    announcements_(changes.announcesWithoutRequest() ? nullptr : std::make_shared<ChangeAnnouncements>(changes)) {}
 
 RefreshCycle::~RefreshCycle() {
     stopTimer();

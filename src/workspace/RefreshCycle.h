@@ -103,7 +103,8 @@ class RefreshCycle {
     std::deque<Waiting> waiting_;
     std::shared_ptr<ScheduledWork> waitingDeadline_; // while any work waits
     std::optional<std::uint64_t> appliedChangeCount_;
-    std::shared_ptr<ChangeAnnouncements> announcements_; // used on the polling queue; null if `announcesUnasked()`
+    /// Used on the polling queue. Null if `announcesWithoutRequest()`.
+    std::shared_ptr<ChangeAnnouncements> announcements_;
     Lifetime lifetime_;
 };
 

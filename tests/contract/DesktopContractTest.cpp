@@ -172,7 +172,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     std::uint64_t last = 0;
     ChangeAnnouncements announcements(changes);
     const auto allAnnounceChanges = [&] {
-        if (changes.announcesUnasked()) return true;
+        if (changes.announcesWithoutRequest()) return true;
         bool allAnnounce = false;
         desktop().onPollingQueue([&] { allAnnounce = announcements.follow(enumeration(), Seconds(0)); });
         return allAnnounce;

@@ -137,7 +137,7 @@ Scenario& Scenario::perform(const WorkspaceAction& action) {
 
 Scenario& Scenario::arrange() {
     // Waits for a poll that sees windows that were just opened.
-    const Seconds late = desktop.announcesUnasked() ? Seconds(0) : Seconds(0.1);
+    const Seconds late = desktop.announcesWithoutRequest() ? Seconds(0) : Seconds(0.1);
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
     framesAtRestart_.clear();
     return perform(action::Arrange{});

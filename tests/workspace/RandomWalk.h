@@ -52,7 +52,7 @@ class RandomWalk {
 
     void perform(const std::string& name) { kinds_.at(name)(); }
     void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
-    bool isMac() const { return !desk_.desktop.announcesUnasked(); }
+    bool isMac() const { return !desk_.desktop.announcesWithoutRequest(); }
     static std::string applicationOf(const std::string& label) { return label.substr(0, label.find(' ')); }
 
     // Draws

@@ -218,7 +218,7 @@ TEST_F(Recovery, EndsInTimeEvenWithoutThePermission) {
     const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(30));
     // A Mac does not announce the grant of the permission, so KOVA polls it twice a second.
-    const int polls = desk.desktop.announcesUnasked() ? 0 : 60;
+    const int polls = desk.desktop.announcesWithoutRequest() ? 0 : 60;
     EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun() - before, polls) << "no window is awaited any more";
 }
 

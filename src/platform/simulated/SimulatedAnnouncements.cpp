@@ -80,7 +80,7 @@ AnnouncementAnswer SimulatedDesktop::requestAnnouncements(const AccessibilityEle
 }
 
 std::optional<Seconds> SimulatedDesktop::longestIdleTime() const {
-    return announcesUnasked() ? std::nullopt : std::optional(Seconds(10));
+    return announcesWithoutRequest() ? std::nullopt : std::optional(Seconds(10));
 }
 
 // What happens to applications and windows
@@ -91,7 +91,7 @@ void SimulatedDesktop::announce() {
 }
 
 void SimulatedDesktop::announceLater() {
-    if (announcesUnasked()) return announce();
+    if (announcesWithoutRequest()) return announce();
     queue_.after(SimulatedAnnouncements::kDelay, lifetime_.guard([this] { announce(); }));
 }
 

@@ -180,7 +180,7 @@ void SimulatedDesktop::userHides(std::string_view name, bool hide) {
 
 void SimulatedDesktop::setAnswering(std::string_view name, bool responds) {
     const bool isSame = std::exchange(application(name).responds, responds) == responds;
-    if (announcesUnasked()) return changed();
+    if (announcesWithoutRequest()) return changed();
     if (!isSame) announcements_.noteLoss();
 }
 

@@ -252,7 +252,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // DesktopChangeServicing and DiagnosticsServicing
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
-    bool announcesUnasked() const override { return announcements_.style() == AnnouncementStyle::always; }
+    bool announcesWithoutRequest() const override { return announcements_.style() == AnnouncementStyle::always; }
     AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
     void endAnnouncements(const AccessibilityElement& element) override { announcements_.end(element); }
     std::optional<Seconds> longestIdleTime() const override;
