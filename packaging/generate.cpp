@@ -1,5 +1,5 @@
-// Writes what is made of the program's own tables when it is built, so that neither can say anything else: the desktop
-// entry of the intents, and in the manual pages the verbs and the methods.
+// Generates installed files from the program's own tables, so that they always agree with the program: the desktop
+// entry from the intents, and the verbs and methods in the manual pages.
 //
 //   kova-generate desktop-entry
 //   kova-generate manual TEMPLATE    a page in which .KOVA-VERBS and .KOVA-METHODS stand for the tables
@@ -25,12 +25,12 @@ std::string replaced(std::string text, std::string_view what, std::string_view b
     return text;
 }
 
-/// "arrange" of "kova://action/arrange".
+/// Returns "arrange" for "kova://action/arrange".
 std::string_view lastPart(std::string_view url) {
     return url.substr(url.rfind('/') + 1);
 }
 
-/// What a program is to be started with, as one word of an Exec line.
+/// An argument of a program, written as one word of an Exec line.
 std::string execWord(std::string_view word) {
     return replaced(std::string(word), "%", "%%");
 }
@@ -62,7 +62,7 @@ std::string desktopEntry() {
            scheme + ";\nActions=" + actions + "\n" + groups;
 }
 
-/// The text as the manual's formatter takes it, wherever it stands in a line but at its beginning.
+/// The text escaped for the manual's formatter. The result must not be put at the beginning of a line.
 std::string forManual(std::string_view text) {
     std::string out = replaced(std::string(text), "\\", "\\e");
     out = replaced(std::move(out), "-", "\\-");
@@ -72,7 +72,7 @@ std::string forManual(std::string_view text) {
     return out;
 }
 
-/// "put every window into a tile" as a sentence.
+/// Returns "Put every window into a tile." for "put every window into a tile".
 std::string sentence(std::string_view summary) {
     std::string out = forManual(summary) + ".";
     if (out[0] >= 'a' && out[0] <= 'z') out[0] = static_cast<char>(out[0] - 'a' + 'A');
@@ -106,7 +106,7 @@ std::string verbs() {
 std::string methods() {
     std::string out;
     for (const cli::Verb& verb : cli::verbs()) {
-        if (verb.method.empty()) continue; // the agent is not asked
+        if (verb.method.empty()) continue; // works without the agent
         out += ".TP\n\\fB" + forManual(verb.method) + "\\fR\n" + forManual(verb.summary) + " (\\fBkova " +
                forManual(verb.name) + "\\fR)\n";
     }

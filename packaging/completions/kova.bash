@@ -1,7 +1,7 @@
-# Completion of kova for bash; kova itself knows what may stand where.
+# Completion of kova for bash. The program kova computes the possible words.
 
 _kova() {
-  # Bash cuts words at colons and equals signs, too; here they are put together again as they stand on the line.
+  # Bash also splits words at colons and equals signs. Here the parts are joined again as they are on the line.
   local rest=${COMP_LINE:0:COMP_POINT} trimmed piece words=() i
   for ((i = 0; i <= COMP_CWORD; i++)); do
     trimmed=${rest#"${rest%%[![:space:]]*}"}
@@ -15,7 +15,7 @@ _kova() {
     rest=${trimmed#"$piece"}
   done
 
-  # As it is meant: without an opening quotation mark and backslashes.
+  # Removes an opening quotation mark and backslashes, which are not part of the word.
   local current=${words[${#words[@]}-1]} quote=
   [[ $current != [\"\']* ]] || quote=${current:0:1} current=${current:1}
   [[ $quote == \' ]] || current=${current//\\/}
@@ -25,7 +25,7 @@ _kova() {
     words[i]=${piece//\\/}
   done
 
-  # What bash replaces begins after the last cut.
+  # Bash replaces only the text after its last split.
   local kept=
   [[ $quote || $current != *[:=]* ]] || kept=${current%"${current##*[:=]}"}
   local line candidate

@@ -1,4 +1,4 @@
-# Completion of kova for fish; kova itself knows what may stand where.
+# Completion of kova for fish. The program kova computes the possible words.
 
 function __kova_candidates
     set -l words (commandline --tokenize --cut-at-cursor --current-process)

@@ -1,7 +1,6 @@
-// Writes the Swift source of the App Intents from the values that every platform offers, when the program is built. The
-// system reads titles and phrases from the source as it is compiled, so they have to stand there as literals. Each
-// intent hands its URL to the application's delegate in the same process: opening it through the system would bring
-// KOVA to the front.
+// Generates the Swift source of the App Intents from the table of intents that all platforms use. The system reads
+// titles and phrases while the source is compiled, so they have to be literals. Each intent passes its URL to the
+// application's delegate in the same process: opening the URL through the system would bring KOVA to the front.
 #include "commands/Intents.h"
 
 #include <iostream>
@@ -12,7 +11,7 @@ namespace {
 
 using namespace kova;
 
-/// As it stands between the quotes of a Swift literal.
+/// The text escaped for a Swift string literal.
 std::string escaped(std::string_view text) {
     std::string result;
     for (const char letter : text) {
