@@ -35,7 +35,7 @@ TEST(Properties, TitlesAreAlwaysUtf8) {
         return withText(kAtoms[Atom::netWmName], kAtoms[Atom::utf8String], bytes).title();
     };
     EXPECT_EQ(newTitle("Grüße 🎉"), "Grüße 🎉");
-    EXPECT_EQ(newTitle("cut\0off"), "cut");
+    EXPECT_EQ(newTitle(std::string("cut\0off", 7)), "cut");
     EXPECT_EQ(newTitle("a\xFF"
                        "b"),
               "a\xEF\xBF\xBD"
