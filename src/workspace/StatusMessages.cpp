@@ -20,11 +20,9 @@ std::uint64_t StatusMessages::addedByAction() const {
 void StatusMessages::showResult(const std::string& text, std::uint64_t undoNumber) {
     undoNumber_ = undoNumber;
     state_.lastActionMessage.set(text);
-    // Compares serials instead of texts, so that a repeated message is shown for its full time.
-    const auto serial = ++serial_;
-    queue_.after(kDuration, lifetime_.guard([this, serial] {
-        if (serial == serial_) state_.lastActionMessage.set(std::nullopt);
-    }));
+    ++serial_;
+    if (end_) end_->cancel();
+    end_ = queue_.after(kDuration, lifetime_.guard([this] { state_.lastActionMessage.set(std::nullopt); }));
 }
 
 } // namespace kova

@@ -8,6 +8,7 @@
 #include "workspace/WorkspaceState.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -51,6 +52,7 @@ class StatusMessages {
     std::uint64_t serial_ = 0;
     std::optional<std::uint64_t> newestBefore_; // the newest entry of the history before the present action
     std::uint64_t undoNumber_ = 0;              // of the entry that reverts what is reported; 0: none does
+    std::shared_ptr<ScheduledWork> end_;        // of the present message
     Lifetime lifetime_;
 };
 
