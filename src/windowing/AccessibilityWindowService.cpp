@@ -18,9 +18,9 @@ WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window) {
 
 AccessibilityWindowService::AccessibilityWindowService(AccessibilityServicing& accessibility,
                                                        ApplicationServicing& applications, ScreenServicing& screens,
-                                                       MainQueue& queue) :
+                                                       ChangeNotifications& changes, MainQueue& queue) :
     accessibility_(accessibility),
-    applications_(applications), screens_(screens), queue_(queue), animations_(accessibility, queue) {}
+    applications_(applications), screens_(screens), changes_(changes), queue_(queue), animations_(accessibility, queue) {}
 
 AccessibilityPermissionState AccessibilityWindowService::permissionState() const {
     return accessibility_.isProcessTrusted() ? AccessibilityPermissionState::granted

@@ -7,6 +7,7 @@
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
+#include "windowing/ChangeNotifications.h"
 #include "windowing/FrameAnimations.h"
 #include "windowing/FrameVerification.h"
 #include "windowing/ManagedWindow.h"
@@ -63,7 +64,7 @@ WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window);
 class AccessibilityWindowService {
   public:
     AccessibilityWindowService(AccessibilityServicing& accessibility, ApplicationServicing& applications,
-                               ScreenServicing& screens, MainQueue& queue);
+                               ScreenServicing& screens, ChangeNotifications& changes, MainQueue& queue);
 
     AccessibilityPermissionState permissionState() const; // any thread
     AccessibilityPermissionState requestPermission(bool prompt);
@@ -132,17 +133,27 @@ class AccessibilityWindowService {
     void verifyLater(Placement placement);
     void scheduleVerification(const std::shared_ptr<VerificationRound>& round);
     void verify(const std::shared_ptr<VerificationRound>& round);
-    void verify(Placement& placement, int pass);
+    enum class PassResult { onTarget, mustRepeat };
+    PassResult verify(Placement& placement, int pass);
+    void verifyAfterChange(const std::shared_ptr<VerificationRound>& round, std::uint64_t changeCount);
+    void resumeVerification(const std::shared_ptr<VerificationRound>& round);
+    void endVerification(const WindowID& windowID);
     void correct(const Placement& placement, int pass);
 
     AccessibilityServicing& accessibility_;
     ApplicationServicing& applications_;
     ScreenServicing& screens_;
+    ChangeNotifications& changes_;
     MainQueue& queue_;
     FrameAnimations animations_;
     std::unordered_map<WindowID, int> placementGenerations_; // by window id; grows with every request
-    std::unordered_map<WindowID, CGRect> pendingFrames_;
-    std::shared_ptr<VerificationRound> newestRound_; // absent once its first pass has begun
+    struct PendingFrame {
+        CGRect frame;
+        std::optional<Seconds> end; // uptime; absent while the window's last pass is scheduled
+    };
+    std::unordered_map<WindowID, PendingFrame> pendingFrames_;
+    std::shared_ptr<VerificationRound> newestRound_;            // absent once its first pass has begun
+    std::vector<std::shared_ptr<VerificationRound>> unchanged_; // rounds whose next pass waits for a change
     Lifetime lifetime_;
 };
 

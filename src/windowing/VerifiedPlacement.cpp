@@ -34,6 +34,7 @@ struct AccessibilityWindowService::VerificationRound {
     Seconds begun{};                   // uptime
     std::vector<Placement> placements; // in the order of the requests
     int pass = 0;
+    Subscription change; // while the next pass waits for a change
 };
 
 void AccessibilityWindowService::writeFrame(const AccessibilityElement& element, const CGRect& frame,
@@ -49,8 +50,9 @@ void AccessibilityWindowService::writeFrame(const AccessibilityElement& element,
 void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,
                                           std::function<void(CGRect)> onMinimumSizeObserved) {
     assert(isFinite(frame));
-    const int generation = ++placementGenerations_[window.id];
-    pendingFrames_[window.id] = frame;
+    endVerification(window.id);
+    const int generation = placementGenerations_[window.id];
+    pendingFrames_[window.id] = {frame, std::nullopt};
     writeFrame(window.element, frame, writeOrder(0));
     if (bringToFront == BringToFront::yes) {
         applications_.unhide(window.processIdentifier);
@@ -69,7 +71,7 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
 void AccessibilityWindowService::verifyLater(Placement placement) {
     const Seconds now = queue_.uptime();
     if (!newestRound_ || now - newestRound_->begun > Seconds(kVerificationBatch)) {
-        newestRound_ = std::make_shared<VerificationRound>(VerificationRound{now, {}, 0});
+        newestRound_ = std::make_shared<VerificationRound>(VerificationRound{now, {}, 0, {}});
         scheduleVerification(newestRound_);
     }
     newestRound_->placements.push_back(std::move(placement));
@@ -86,31 +88,84 @@ void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>
         return placementGenerations_[placement.windowID] != placement.generation;
     });
     if (round->placements.empty()) return;
-    for (Placement& placement : round->placements) verify(placement, round->pass);
-    if (round->pass++ < kLastVerificationPass) scheduleVerification(round);
+    const auto changeCount = changes_.reliableCount();
+    bool isOnTarget = true;
+    for (Placement& placement : round->placements) {
+        if (verify(placement, round->pass) == PassResult::mustRepeat) isOnTarget = false;
+    }
+    if (round->pass++ >= kLastVerificationPass) return;
+    isOnTarget&& changeCount ? verifyAfterChange(round, *changeCount) : scheduleVerification(round);
+}
+
+/// Until the desktop changes, the next pass would find what this one has found. So it waits for a change; most
+/// placements need one pass then.
+void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<VerificationRound>& round,
+                                                   std::uint64_t changeCount) {
+    const Seconds end = round->begun + Seconds(kVerificationDelays.back());
+    for (const Placement& placement : round->placements) {
+        const auto pending = pendingFrames_.find(placement.windowID);
+        const bool isNewest = placementGenerations_[placement.windowID] == placement.generation;
+        if (isNewest && pending != pendingFrames_.end()) pending->second.end = end;
+    }
+    unchanged_.push_back(round);
+    round->change = changes_.notifyWhenChanged(changeCount, lifetime_.guard([this, weak = std::weak_ptr(round)] {
+        if (const auto changed = weak.lock()) resumeVerification(changed);
+    }));
+}
+
+/// The passes that were due before the change have nothing to find any more.
+void AccessibilityWindowService::resumeVerification(const std::shared_ptr<VerificationRound>& round) {
+    std::erase(unchanged_, round);
+    round->change = {};
+    const Seconds passed = queue_.uptime() - round->begun;
+    while (round->pass <= kLastVerificationPass &&
+           Seconds(kVerificationDelays[static_cast<std::size_t>(round->pass)]) < passed) {
+        ++round->pass;
+    }
+    const bool hasEnded = round->pass > kLastVerificationPass;
+    for (const Placement& placement : round->placements) {
+        if (placementGenerations_[placement.windowID] != placement.generation) continue;
+        if (hasEnded) {
+            pendingFrames_.erase(placement.windowID);
+        } else if (const auto pending = pendingFrames_.find(placement.windowID); pending != pendingFrames_.end()) {
+            pending->second.end.reset();
+        }
+    }
+    if (!hasEnded) scheduleVerification(round);
+}
+
+/// Ends the passes of the window's present placement.
+void AccessibilityWindowService::endVerification(const WindowID& windowID) {
+    placementGenerations_[windowID] += 1;
+    pendingFrames_.erase(windowID);
+    for (const auto& round : unchanged_) {
+        std::erase_if(round->placements, [&](const Placement& placement) { return placement.windowID == windowID; });
+    }
+    std::erase_if(unchanged_, [](const auto& round) { return round->placements.empty(); });
 }
 
 void AccessibilityWindowService::cancelPlacement(const WindowID& windowID) {
-    placementGenerations_[windowID] += 1;
-    pendingFrames_.erase(windowID);
+    endVerification(windowID);
 }
 
 void AccessibilityWindowService::cancelPlacements(const std::function<bool(const CGRect&)>& isChosen) {
-    std::erase_if(pendingFrames_, [&](const auto& pending) {
-        if (!isChosen(pending.second)) return false;
-        placementGenerations_[pending.first] += 1;
-        return true;
-    });
+    std::vector<WindowID> chosen;
+    for (const auto& [windowID, pending] : pendingFrames_) {
+        if (isChosen(pending.frame)) chosen.push_back(windowID);
+    }
+    for (const WindowID& windowID : chosen) cancelPlacement(windowID);
 }
 
 std::optional<CGRect> AccessibilityWindowService::pendingFrame(const WindowID& windowID) const {
     const auto pending = pendingFrames_.find(windowID);
-    if (pending == pendingFrames_.end()) return std::nullopt;
-    return pending->second;
+    if (pending == pendingFrames_.end() || (pending->second.end && queue_.uptime() >= *pending->second.end)) {
+        return std::nullopt;
+    }
+    return pending->second.frame;
 }
 
-void AccessibilityWindowService::verify(Placement& placement, int pass) {
-    if (placementGenerations_[placement.windowID] != placement.generation) return;
+AccessibilityWindowService::PassResult AccessibilityWindowService::verify(Placement& placement, int pass) {
+    if (placementGenerations_[placement.windowID] != placement.generation) return PassResult::onTarget;
     // Must come first: `onMinimumSizeObserved` may request a new frame, which is then pending.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 
@@ -119,16 +174,19 @@ void AccessibilityWindowService::verify(Placement& placement, int pass) {
     // A window that the user made full screen or maximized meanwhile is left alone, and its size says nothing about a
     // minimum. But until the last pass, it may be maximized only because the placement has not yet ended the maximize.
     if (verdict != FrameVerdict::onTarget) {
-        if (readFlag(AccessibilityAttribute::fullScreen, placement.element)) return;
+        if (readFlag(AccessibilityAttribute::fullScreen, placement.element)) return PassResult::mustRepeat;
         const bool mayBeEnding = placement.endsMaximize && pass != kLastVerificationPass;
-        if (!mayBeEnding && readFlag(AccessibilityAttribute::maximized, placement.element)) return;
+        if (!mayBeEnding && readFlag(AccessibilityAttribute::maximized, placement.element)) {
+            return PassResult::mustRepeat;
+        }
     }
     const auto refusedBefore = std::exchange(placement.refusedAt, std::nullopt);
     switch (verdict) {
     case FrameVerdict::onTarget:
-        return;
+        return PassResult::onTarget;
     case FrameVerdict::off:
-        return correct(placement, pass);
+        correct(placement, pass);
+        return PassResult::mustRepeat;
     case FrameVerdict::refusesToShrink:
         placement.refusedAt = frame->size;
         if (pass < kLastVerificationPass) {
@@ -139,6 +197,7 @@ void AccessibilityWindowService::verify(Placement& placement, int pass) {
             placement.onMinimumSizeObserved(*frame);
         }
     }
+    return PassResult::mustRepeat;
 }
 
 void AccessibilityWindowService::correct(const Placement& placement, int pass) {

@@ -34,10 +34,11 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
 } // namespace
 
 RefreshCycle::RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,
-                           DesktopChangeServicing& changes, MainQueue& queue, WorkQueue& pollingQueue,
-                           Callbacks callbacks) :
+                           DesktopChangeServicing& changes, ChangeNotifications& notifications, MainQueue& queue,
+                           WorkQueue& pollingQueue, Callbacks callbacks) :
     service_(std::move(service)),
-    session_(session), changes_(changes), queue_(queue), pollingQueue_(pollingQueue), callbacks_(std::move(callbacks)),
+    session_(session), changes_(changes), notifications_(notifications), queue_(queue), pollingQueue_(pollingQueue),
+    callbacks_(std::move(callbacks)),
     announcements_(changes.announcesWithoutRequest() ? nullptr : std::make_shared<ChangeAnnouncements>(changes)) {}
 
 RefreshCycle::~RefreshCycle() {
@@ -81,9 +82,8 @@ void RefreshCycle::invalidateOlderPolls() {
 }
 
 bool RefreshCycle::awaitCurrent(std::function<void()> work) {
-    const auto count = changes_.changeCount();
-    // Where announcements may be lost, an unchanged count does not prove that nothing changed.
-    const bool isCurrent = count && count == appliedChangeCount_ && !changes_.longestIdleTime();
+    const auto count = notifications_.reliableCount();
+    const bool isCurrent = count && count == appliedChangeCount_;
     if (waiting_.empty() && (isCurrent || !isRunning_ || isSuspended_)) return false;
     if (waiting_.empty()) {
         waitingDeadline_ = queue_.after(kLongestWait, lifetime_.guard([this] { runAllWaiting(); }));
@@ -144,8 +144,8 @@ void RefreshCycle::startTimer() {
 void RefreshCycle::stopTimer() {
     if (timer_) timer_->cancel();
     timer_.reset();
-    if (isIdle_) changes_.notifyWhenChanged(0, {});
     isIdle_ = false;
+    nextChange_ = {};
 }
 
 void RefreshCycle::scheduleTick() {
@@ -172,7 +172,7 @@ void RefreshCycle::tick() {
     if (const auto longest = changes_.longestIdleTime()) {
         timer_ = queue_.after(*longest, lifetime_.guard([this] { pollAfterIdleTime(); }));
     }
-    changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] { resumeTicking(); }));
+    nextChange_ = notifications_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] { resumeTicking(); }));
 }
 
 /// Polls although no change was announced, since an announcement may have been lost.
@@ -182,14 +182,13 @@ void RefreshCycle::pollAfterIdleTime() {
 }
 
 void RefreshCycle::wake() {
-    if (!isIdle_) return;
-    changes_.notifyWhenChanged(0, {});
     resumeTicking();
 }
 
 void RefreshCycle::resumeTicking() {
     if (!isIdle_) return;
     isIdle_ = false;
+    nextChange_ = {};
     if (timer_) timer_->cancel();
     const double missed = std::ceil((queue_.uptime() - nextTick_) / kInterval);
     if (missed > 0) nextTick_ += missed * kInterval;

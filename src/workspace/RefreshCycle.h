@@ -7,6 +7,7 @@
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "windowing/ChangeAnnouncements.h"
+#include "windowing/ChangeNotifications.h"
 
 #include <cstdint>
 #include <deque>
@@ -39,7 +40,8 @@ class RefreshCycle {
     };
 
     RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,
-                 DesktopChangeServicing& changes, MainQueue& queue, WorkQueue& pollingQueue, Callbacks callbacks);
+                 DesktopChangeServicing& changes, ChangeNotifications& notifications, MainQueue& queue,
+                 WorkQueue& pollingQueue, Callbacks callbacks);
     ~RefreshCycle();
     RefreshCycle(const RefreshCycle&) = delete;
     RefreshCycle& operator=(const RefreshCycle&) = delete;
@@ -88,6 +90,7 @@ class RefreshCycle {
     std::shared_ptr<AccessibilityWindowService> service_;
     SessionServicing& session_;
     DesktopChangeServicing& changes_;
+    ChangeNotifications& notifications_;
     MainQueue& queue_;
     WorkQueue& pollingQueue_;
     Callbacks callbacks_;
@@ -95,6 +98,7 @@ class RefreshCycle {
     bool isSuspended_ = false;
     bool isPollInFlight_ = false;
     bool isIdle_ = false;
+    Subscription nextChange_; // while idle
     bool hasResult_ = false;
     std::int64_t generation_ = 0;
     std::int64_t polls_ = 0; // begun so far

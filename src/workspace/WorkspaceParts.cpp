@@ -7,8 +7,9 @@
 namespace kova {
 
 WorkspaceParts::WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbacks callbacks) :
-    services(servicesOfAgent), windowService(std::make_shared<AccessibilityWindowService>(
-                                   services.accessibility, services.applications, services.screens, services.queue)),
+    services(servicesOfAgent), changeNotifications(services.changes),
+    windowService(std::make_shared<AccessibilityWindowService>(services.accessibility, services.applications,
+                                                               services.screens, changeNotifications, services.queue)),
     requests(services.accessibility), messages(services.queue, state, undo),
     displays(services.queue, std::move(callbacks.displaysSettled)),
     pointer(services.queue, std::move(callbacks.moveDivider), std::move(callbacks.pollsResumed)),

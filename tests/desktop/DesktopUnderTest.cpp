@@ -104,12 +104,14 @@ X11Desktop& DesktopUnderTest::openDesktop() {
     isConnectionLost_ = false;
     desktop_->listen([this](int descriptor, auto readable) { return loop_.watch(descriptor, std::move(readable)); },
                      [this] { isConnectionLost_ = true; });
-    service_ = std::make_unique<AccessibilityWindowService>(*desktop_, *desktop_, *desktop_, loop_);
+    changes_ = std::make_unique<ChangeNotifications>(*desktop_);
+    service_ = std::make_unique<AccessibilityWindowService>(*desktop_, *desktop_, *desktop_, *changes_, loop_);
     return *desktop_;
 }
 
 void DesktopUnderTest::closeDesktop() {
     service_.reset();
+    changes_.reset();
     desktop_.reset();
     loop_.dropPendingWork();
 }

@@ -23,7 +23,8 @@ struct ServiceBench {
     std::string frameOf(std::string_view label) const { return describeFrame(desktop.window(label).frame); }
 
     SimulatedDesktop desktop;
-    AccessibilityWindowService service{desktop, desktop, desktop, desktop.queue()};
+    ChangeNotifications changes{desktop};
+    AccessibilityWindowService service{desktop, desktop, desktop, changes, desktop.queue()};
 };
 
 } // namespace kova

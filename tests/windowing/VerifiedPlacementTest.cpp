@@ -174,6 +174,32 @@ TEST(VerifiedPlacement, NewerRequestEndsThePassesOfTheOlder) {
     EXPECT_EQ(bench.reported, "0,0 900x700;");
 }
 
+TEST(VerifiedPlacement, AfterAPassOnTargetTheNextPassRunsOnlyIfTheDesktopHasChanged) {
+    PlacementBench bench({});
+    bench.journalUntil(0.06);
+    EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
+    bench.journalUntil(0.2);
+    bench.desktop.userMoves("Mail", makeRect(0, 0, 600, 400));
+    bench.desktop.takeJournal();
+    EXPECT_EQ(bench.journalUntil(0.339), "");
+    EXPECT_EQ(bench.journalUntil(0.34), kSizeFirst);
+    EXPECT_EQ(bench.journalUntil(0.649), "");
+    EXPECT_TRUE(bench.isPending());
+    bench.journalUntil(0.66);
+    EXPECT_FALSE(bench.isPending());
+
+    // A change after the time of the last pass is the user's.
+    bench.desktop.userMoves("Mail", makeRect(10, 0, 600, 400));
+    bench.desktop.takeJournal();
+    EXPECT_EQ(bench.journalUntil(5), "");
+
+    // Where announcements can get lost, each pass runs.
+    bench.desktop.setAnnouncesAllChanges(false);
+    bench.request(kTarget);
+    bench.desktop.queue().advance(Seconds(0.06));
+    EXPECT_GT(bench.desktop.queue().pendingCount(), 0u);
+}
+
 TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) {
     PlacementBench bench({.isMinimized = true}, BringToFront::yes);
     EXPECT_EQ(bench.journalUntil(0.64),
@@ -220,7 +246,8 @@ TEST(VerifiedPlacement, EndsWhenTheWindowClosesOrTheServiceIsDestroyed) {
     desktop.launch("Mail");
     desktop.open("Mail", {.refusesToMove = true});
     {
-        AccessibilityWindowService service(desktop, desktop, desktop, desktop.queue());
+        ChangeNotifications changes(desktop);
+        AccessibilityWindowService service(desktop, desktop, desktop, changes, desktop.queue());
         const auto window = service.enumerateWindows().listed.front();
         service.setFrame(window, kTarget, BringToFront::no, {});
         service.restoreAndFocus(window);

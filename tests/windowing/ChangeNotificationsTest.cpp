@@ -1,0 +1,57 @@
+#include "windowing/ChangeNotifications.h"
+
+#include "tests/windowing/ServiceBench.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kova {
+namespace {
+
+TEST(ChangeNotifications, EachWaitingObjectIsNotifiedOnceUnlessItCancels) {
+    ServiceBench bench;
+    bench.desktop.open("Mail", {});
+    ChangeNotifications& changes = bench.changes;
+    std::string calls;
+    const auto runPosted = [&] { bench.desktop.queue().advance(Seconds(0)); };
+    const auto count = changes.reliableCount();
+    ASSERT_TRUE(count);
+
+    auto first = changes.notifyWhenChanged(*count, [&] { calls += "first "; });
+    auto second = changes.notifyWhenChanged(*count, [&] { calls += "second "; });
+    auto cancelled = changes.notifyWhenChanged(*count, [&] { calls += "cancelled "; });
+    cancelled = {};
+    runPosted();
+    EXPECT_EQ(calls, "");
+    bench.desktop.setTitle("Mail", "Inbox");
+    EXPECT_EQ(calls, "") << "callbacks run on the main queue";
+    runPosted();
+    EXPECT_EQ(calls, "first second ");
+    bench.desktop.setTitle("Mail", "Mail");
+    runPosted();
+    EXPECT_EQ(calls, "first second ");
+
+    // An outdated count is notified at once, and the objects that wait for the next change continue to wait.
+    calls.clear();
+    first = changes.notifyWhenChanged(*changes.reliableCount(), [&] { calls += "first "; });
+    second = changes.notifyWhenChanged(*count, [&] {
+        calls += "second ";
+        second = {};
+    });
+    runPosted();
+    EXPECT_EQ(calls, "second ");
+    bench.desktop.setTitle("Mail", "Inbox");
+    runPosted();
+    EXPECT_EQ(calls, "second first ");
+
+    // A callback cancels another one that is due at the same time.
+    calls.clear();
+    first = changes.notifyWhenChanged(*count, [&] { second = {}; });
+    second = changes.notifyWhenChanged(*count, [&] { calls += "second "; });
+    runPosted();
+    EXPECT_EQ(calls, "");
+}
+
+} // namespace
+} // namespace kova
