@@ -29,7 +29,7 @@ std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& 
         if (target.display == displayID) slotIDs.insert(target.slot);
     };
     for (const auto& [target, window] : before.assignedWindowIDs) {
-        if (before.targetOf(window) == target) collect(target);
+        if (before.isAnchor(target, window)) collect(target);
     }
     for (const auto& [target, stack] : before.stackWindowIDsByTarget) collect(target);
 
@@ -44,7 +44,7 @@ std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& 
         Occupant occupant{slot, {}, {}, {}, {}, {}};
         const TileTarget tile{displayID, slot};
         const auto front = before.assignedWindowIDs.find(tile);
-        if (front != before.assignedWindowIDs.end() && before.targetOf(front->second) == tile) {
+        if (front != before.assignedWindowIDs.end() && before.isAnchor(tile, front->second)) {
             occupant.front = front->second;
             const auto targets = before.targetsAnchorFirst(front->second);
             for (const auto& target : targets) occupant.spanSlotIDs.push_back(target.slot);
@@ -114,12 +114,7 @@ void giveSpans(std::vector<Occupant>& all, std::vector<SlotID>& free) {
 
 LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayID, std::vector<Occupant> all,
                         const DisplayTiles& newTiles) {
-    LayoutMigration result{before, {}, {}};
-    const auto isHere = [&](const auto& entry) { return entry.first.display == displayID; };
-    std::erase_if(result.assignments.assignedWindowIDs, isHere);
-    std::erase_if(result.assignments.stackWindowIDsByTarget, isHere);
-    std::erase_if(result.assignments.anchorsByWindowID,
-                  [&](const auto& entry) { return entry.second.display == displayID; });
+    LayoutMigration result{before.onOtherDisplays(displayID), {}, {}};
     if (newTiles.slotIDs.empty()) return result;
 
     std::vector<SlotID> free = newTiles.slotIDs;
@@ -153,12 +148,14 @@ LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayI
             result.assignments.insertIntoStack(target, member, TileAssignments::StackPosition::behind);
         }
     }
-    for (const auto& [target, window] : before.onDisplay(displayID).assignedWindowIDs) {
+    for (const auto& [target, window] : before.assignedWindowIDs) {
+        if (target.display != displayID) continue;
         const auto& displaced = result.displacedWindowIDs;
         const bool isListed = std::find(displaced.begin(), displaced.end(), window) != displaced.end();
         if (!isListed && !result.assignments.isAssigned(window)) result.displacedWindowIDs.push_back(window);
     }
-    for (const auto& [target, window] : result.assignments.onDisplay(displayID).assignedWindowIDs) {
+    for (const auto& [target, window] : result.assignments.assignedWindowIDs) {
+        if (target.display != displayID) continue;
         const auto& returned = result.returnedWindowIDs;
         const bool isListed = std::find(returned.begin(), returned.end(), window) != returned.end();
         if (!isListed && !before.isAssigned(window)) result.returnedWindowIDs.push_back(window);

@@ -21,7 +21,7 @@ std::vector<RememberedLayout> RememberedLayouts::of(const DisplayID& displayID,
                                                     const TileAssignments& assignments) const {
     const auto found = homes_.find(displayID);
     if (found == homes_.end()) return {};
-    const auto present = assignments.onDisplay(displayID).windows();
+    const auto present = assignments.windowsOn(displayID);
     std::vector<RememberedLayout> homes = found->second;
     for (auto& home : homes) home.assignments.keepOnly(present);
     return homes;

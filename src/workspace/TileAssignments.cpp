@@ -6,6 +6,26 @@
 
 namespace kova {
 
+namespace {
+
+/// The assignments of the tiles for which `isChosen` returns true.
+template <class IsChosen>
+TileAssignments partWhere(const TileAssignments& all, IsChosen isChosen) {
+    TileAssignments part;
+    const auto copy = [](const auto& from, auto& to, auto isCopied) {
+        for (const auto& entry : from) {
+            if (isCopied(entry)) to.emplace_hint(to.end(), entry);
+        }
+    };
+    const auto isKeyChosen = [&](const auto& entry) { return isChosen(entry.first); };
+    copy(all.assignedWindowIDs, part.assignedWindowIDs, isKeyChosen);
+    copy(all.stackWindowIDsByTarget, part.stackWindowIDsByTarget, isKeyChosen);
+    copy(all.anchorsByWindowID, part.anchorsByWindowID, [&](const auto& entry) { return isChosen(entry.second); });
+    return part;
+}
+
+} // namespace
+
 std::optional<TileTarget> TileAssignments::targetOf(const WindowID& windowID) const {
     if (const auto anchor = anchorsByWindowID.find(windowID); anchor != anchorsByWindowID.end()) {
         return anchor->second;
@@ -35,6 +55,11 @@ bool TileAssignments::isInAnyTile(const WindowID& windowID) const {
     return targetOf(windowID).has_value() || stackTargetOf(windowID).has_value();
 }
 
+bool TileAssignments::isAnchor(const TileTarget& target, const WindowID& windowID) const {
+    const auto anchor = anchorsByWindowID.find(windowID);
+    return anchor == anchorsByWindowID.end() || anchor->second == target;
+}
+
 std::vector<TileTarget> TileAssignments::targetsAnchorFirst(const WindowID& windowID) const {
     auto targets = targetsOf(windowID);
     if (const auto anchor = targetOf(windowID)) {
@@ -51,12 +76,23 @@ std::set<WindowID> TileAssignments::windows() const {
     return all;
 }
 
+std::set<WindowID> TileAssignments::windowsOn(const DisplayID& displayID) const {
+    std::set<WindowID> found;
+    for (const auto& [target, window] : assignedWindowIDs) {
+        if (target.display == displayID) found.insert(window);
+    }
+    for (const auto& [target, stack] : stackWindowIDsByTarget) {
+        if (target.display == displayID) found.insert(stack.begin(), stack.end());
+    }
+    return found;
+}
+
 TileAssignments TileAssignments::onDisplay(const DisplayID& displayID) const {
-    TileAssignments here = *this;
-    std::erase_if(here.assignedWindowIDs, [&](const auto& entry) { return entry.first.display != displayID; });
-    std::erase_if(here.stackWindowIDsByTarget, [&](const auto& entry) { return entry.first.display != displayID; });
-    std::erase_if(here.anchorsByWindowID, [&](const auto& entry) { return entry.second.display != displayID; });
-    return here;
+    return partWhere(*this, [&](const TileTarget& target) { return target.display == displayID; });
+}
+
+TileAssignments TileAssignments::onOtherDisplays(const DisplayID& displayID) const {
+    return partWhere(*this, [&](const TileTarget& target) { return target.display != displayID; });
 }
 
 bool TileAssignments::isSound() const {

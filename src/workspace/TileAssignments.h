@@ -30,12 +30,18 @@ struct TileAssignments {
     /// Whether the window is the front window of a tile.
     bool isAssigned(const WindowID& windowID) const { return targetOf(windowID).has_value(); }
     bool isInAnyTile(const WindowID& windowID) const;
+    /// Whether `target`, in which the window is in front, is its only tile or the anchor of its span.
+    bool isAnchor(const TileTarget& target, const WindowID& windowID) const;
     /// Every tile in which the window is in front, the anchor first.
     std::vector<TileTarget> targetsAnchorFirst(const WindowID& windowID) const;
     /// Every front window and every stacked window.
     std::set<WindowID> windows() const;
+    /// Those on one display.
+    std::set<WindowID> windowsOn(const DisplayID& displayID) const;
     /// The part of the assignments that belongs to one display.
     TileAssignments onDisplay(const DisplayID& displayID) const;
+    /// The part of the assignments that belongs to all other displays.
+    TileAssignments onOtherDisplays(const DisplayID& displayID) const;
     /// Whether the invariants above hold. They may not if the assignments come from a file that was edited.
     bool isSound() const;
 

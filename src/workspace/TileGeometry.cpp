@@ -214,7 +214,7 @@ TileRoom TileGeometry::roomOn(const Screen& screen) const {
         if (target.display != id) continue;
         TileHolder& holder = holders[windowID];
         holder.slotIDs.push_back(target.slot);
-        if (assignments_.targetOf(windowID) == target) std::swap(holder.slotIDs.front(), holder.slotIDs.back());
+        if (assignments_.isAnchor(target, windowID)) std::swap(holder.slotIDs.front(), holder.slotIDs.back());
     }
     std::vector<TileHolder> all;
     for (auto& [windowID, holder] : holders) {

@@ -245,7 +245,7 @@ void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
 std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const Screen& screen, const WindowID& first,
                                                                           const std::set<WindowID>& done) const {
     const TileRoom room = geometry_.roomOn(screen);
-    auto cramped = room.cramped();
+    auto cramped = room.crampedIn(geometry_.solvedTiles(screen));
     std::stable_partition(cramped.begin(), cramped.end(), [&](const WindowID& id) { return id == first; });
     for (const auto& windowID : cramped) {
         const ManagedWindow* window = liveWindows_.find(windowID);

@@ -78,9 +78,8 @@ bool TileRoom::isCramped(const TileHolder& holder, const SolvedLayout& solved) c
            cell.height - 2 * tileInset_ < least.height - kMinimumFitTolerance;
 }
 
-std::vector<WindowID> TileRoom::cramped() const {
+std::vector<WindowID> TileRoom::crampedIn(const SolvedLayout& solved) const {
     std::vector<WindowID> found;
-    const SolvedLayout solved = this->solved();
     for (const auto& holder : holders_) {
         if (isCramped(holder, solved)) found.push_back(holder.windowID);
     }

@@ -26,7 +26,9 @@ class TileRoom {
 
     /// The holders whose tiles are smaller than their minimum size. A minimum size that is larger than all tiles
     /// together is reduced to that area.
-    std::vector<WindowID> cramped() const;
+    std::vector<WindowID> cramped() const { return crampedIn(solved()); }
+    /// The same, given the layout solved with the minimum sizes of these holders.
+    std::vector<WindowID> crampedIn(const SolvedLayout& solved) const;
     /// The tiles that the window covers if it is put into the slot, anchor first: the slot alone if no window becomes
     /// cramped by that, otherwise the preferred span in which the window fits. The present holders of these tiles lose
     /// them. Empty if the layout has no such slot.
