@@ -258,6 +258,9 @@ TEST(FilePreferencesStore, AnEditOfTheUserIsMergedWithTheAgentsChanges) {
     store.synchronize();
     EXPECT_EQ(contentsOf(home.file()), R"({"mine":"7"})");
     EXPECT_EQ(store.string("mine"), "7");
+    store.setValue("ours", true);
+    store.synchronize();
+    EXPECT_EQ(nlohmann::json::parse(contentsOf(home.file())), nlohmann::json::parse(R"({"mine": "7", "ours": true})"));
 }
 
 TEST(FilePreferencesStore, WritesThroughALink) {

@@ -81,25 +81,38 @@ bool isWorthACopy(const std::string& place) {
            place != std::string(preferenceKey::workspaceProfile) + ".id";
 }
 
-/// The values as they would be read from the file, so that equal records have equal texts.
+/// The values as they would be read from the file, so that equal records have equal texts. `known` are values of this
+/// form.
 PreferenceValues asInFile(const PreferenceValues& values, const PreferenceValues& known) {
     PreferenceValues out;
     for (const auto& [key, value] : values) {
-        if (!std::holds_alternative<PreferenceData>(value)) {
+        const auto before = known.find(key);
+        if (!std::holds_alternative<PreferenceData>(value) || (before != known.end() && before->second == value)) {
             out.emplace(key, value);
         } else if (const auto json = jsonOf(value); !json.is_discarded()) {
             out.emplace(key, valueOf(json));
-        } else if (const auto before = known.find(key); before != known.end()) {
+        } else if (before != known.end()) {
             out.insert(*before);
         }
     }
     return out;
 }
 
-std::string documentOf(const PreferenceValues& values) {
-    auto document = nlohmann::json::object();
-    for (const auto& [key, value] : values) document[key] = jsonOf(value);
-    return document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+constexpr std::string_view kIndentation = "  ";
+
+std::string jsonText(const nlohmann::json& json, int indentation) {
+    return json.dump(indentation, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+/// The value's text in the file, where it is a member of the outermost object.
+std::string memberText(const PreferenceValue& value) {
+    const std::string text = jsonText(jsonOf(value), static_cast<int>(kIndentation.size()));
+    std::string indented;
+    for (const char character : text) {
+        indented += character;
+        if (character == '\n') indented += kIndentation;
+    }
+    return indented;
 }
 
 PreferenceValues valuesOf(const std::string& text) {
@@ -244,6 +257,7 @@ PreferencesFile::Loaded PreferencesFile::load(WallTime now) {
     const auto reading = read(*target, now);
     if (const auto* text = std::get_if<Text>(&reading)) {
         ours_ = known_ = text->values;
+        memberTexts_.clear();
         return {known_, {}, {}};
     }
     knownFingerprint_.reset();
@@ -349,9 +363,11 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
     auto next = mergeInto(inFile.value_or(known_), ours, written, disputed);
     // A file that has these values already is not rewritten, since the user may have formatted it. Without any values
     // no file is made.
+    MemberTexts texts;
     if (inFile ? next != *inFile : !next.empty()) {
         written.problem = keepCopies(*target, next, request, disputed, now, written);
-        if (written.problem.empty()) written.problem = replace(*target, documentOf(next));
+        texts = memberTexts(next);
+        if (written.problem.empty()) written.problem = replace(*target, documentOf(texts));
     } else {
         knownFingerprint_ = present;
     }
@@ -360,12 +376,35 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
         written.takenOver.clear();
         return written;
     }
+    if (!texts.empty() || next != known_) memberTexts_ = std::move(texts);
     known_ = std::move(next);
     ours_ = std::move(ours);
     isUnread_ = false;
     newestVersion_ = request.version;
     written.isOnDisk = true;
     return written;
+}
+
+/// Most writes change one or two values; the texts of all others are those of the last write.
+PreferencesFile::MemberTexts PreferencesFile::memberTexts(const PreferenceValues& values) const {
+    MemberTexts texts;
+    for (const auto& [key, value] : values) {
+        const auto known = known_.find(key);
+        const auto last = memberTexts_.find(key);
+        const bool isUnchanged = last != memberTexts_.end() && known != known_.end() && known->second == value;
+        texts.emplace(key, isUnchanged ? last->second : memberText(value));
+    }
+    return texts;
+}
+
+std::string PreferencesFile::documentOf(const MemberTexts& texts) {
+    if (texts.empty()) return "{}\n";
+    std::string document = "{";
+    for (const auto& [key, text] : texts) {
+        if (document.size() > 1) document += ',';
+        document.append("\n").append(kIndentation).append(jsonText(key, -1)).append(": ").append(text);
+    }
+    return document + "\n}\n";
 }
 
 std::string PreferencesFile::replace(const fs::path& target, const std::string& text) {

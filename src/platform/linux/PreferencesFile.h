@@ -92,6 +92,10 @@ class PreferencesFile {
     /// Empty on success or if the copy exists, else the error.
     std::string keepCopies(const std::filesystem::path& target, const PreferenceValues& next, const Request& request,
                            const std::string& disputed, WallTime now, Written& written) KOVA_REQUIRES(mutex_);
+    /// The texts of the values in the file, by key.
+    using MemberTexts = std::map<std::string, std::string, std::less<>>;
+    MemberTexts memberTexts(const PreferenceValues& values) const KOVA_REQUIRES(mutex_);
+    static std::string documentOf(const MemberTexts& texts);
     static Fingerprint fingerprintOf(const struct stat& status);
     /// Absent if there is no file, or if it cannot be examined (errno).
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
@@ -104,8 +108,9 @@ class PreferencesFile {
     const std::filesystem::path path_;
     const FolderSync syncFolder_;
     Mutex mutex_;
-    PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // values in the file when it was last read or written
-    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // values of this agent at its last write, or as read at the start
+    PreferenceValues known_ KOVA_GUARDED_BY(mutex_);  // values in the file when it was last read or written
+    MemberTexts memberTexts_ KOVA_GUARDED_BY(mutex_); // of `known_`; empty until the first write
+    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);   // values of this agent at its last write, or as read at the start
     // The file could not be read at the start; its values take precedence once it can be read.
     bool isUnread_ KOVA_GUARDED_BY(mutex_) = false;
     std::optional<Fingerprint> knownFingerprint_ KOVA_GUARDED_BY(mutex_);
