@@ -20,7 +20,8 @@ AccessibilityWindowService::AccessibilityWindowService(AccessibilityServicing& a
                                                        ApplicationServicing& applications, ScreenServicing& screens,
                                                        ChangeNotifications& changes, MainQueue& queue) :
     accessibility_(accessibility),
-    applications_(applications), screens_(screens), changes_(changes), queue_(queue), animations_(accessibility, queue) {}
+    applications_(applications), screens_(screens), changes_(changes), queue_(queue),
+    animations_(accessibility, queue) {}
 
 AccessibilityPermissionState AccessibilityWindowService::permissionState() const {
     return accessibility_.isProcessTrusted() ? AccessibilityPermissionState::granted
