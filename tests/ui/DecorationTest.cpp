@@ -36,7 +36,9 @@ TEST(Decoration, MovesOnlyWhileItIsVisibleAndAnimationsAreEnabled) {
              }
          }},
         {"covered by a window in full screen", false,
-         [&](auto& state, auto&) { state["displays"][0]["floatingFrames"] = {frame(0, 0, 800, 500)}; }},
+         [&](auto& state, auto&) {
+             state["displays"][0]["floatingFrames"] = nlohmann::json::array({frame(0, 0, 800, 500)});
+         }},
         {"covered by floating windows together", false,
          [&](auto& state, auto&) {
              state["displays"][0]["floatingFrames"] = {frame(0, 0, 420, 500), frame(410, 0, 390, 500)};
