@@ -18,9 +18,9 @@ WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window) {
 
 AccessibilityWindowService::AccessibilityWindowService(AccessibilityServicing& accessibility,
                                                        ApplicationServicing& applications, ScreenServicing& screens,
-                                                       ChangeNotifications& changes, MainQueue& queue) :
+                                                       std::shared_ptr<ChangeNotifications> changes, MainQueue& queue) :
     accessibility_(accessibility),
-    applications_(applications), screens_(screens), changes_(changes), queue_(queue),
+    applications_(applications), screens_(screens), changes_(std::move(changes)), queue_(queue),
     animations_(accessibility, queue) {}
 
 AccessibilityPermissionState AccessibilityWindowService::permissionState() const {

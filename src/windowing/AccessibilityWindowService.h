@@ -64,7 +64,8 @@ WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window);
 class AccessibilityWindowService {
   public:
     AccessibilityWindowService(AccessibilityServicing& accessibility, ApplicationServicing& applications,
-                               ScreenServicing& screens, ChangeNotifications& changes, MainQueue& queue);
+                               ScreenServicing& screens, std::shared_ptr<ChangeNotifications> changes,
+                               MainQueue& queue);
 
     AccessibilityPermissionState permissionState() const; // any thread
     AccessibilityPermissionState requestPermission(bool prompt);
@@ -143,7 +144,7 @@ class AccessibilityWindowService {
     AccessibilityServicing& accessibility_;
     ApplicationServicing& applications_;
     ScreenServicing& screens_;
-    ChangeNotifications& changes_;
+    const std::shared_ptr<ChangeNotifications> changes_; // shared, since a poll can keep the service alive at the end
     MainQueue& queue_;
     FrameAnimations animations_;
     std::unordered_map<WindowID, int> placementGenerations_; // by window id; grows with every request

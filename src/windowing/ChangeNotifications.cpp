@@ -12,16 +12,24 @@ std::optional<std::uint64_t> ChangeNotifications::reliableCount() const {
 }
 
 Subscription ChangeNotifications::notifyWhenChanged(std::uint64_t count, std::function<void()> callback) {
-    auto waiting = std::make_shared<Waiting>(count, std::move(callback), lifetime_.guard([this] { awaitNext(); }));
+    auto waiting =
+        std::make_shared<Waiting>(count, std::move(callback), lifetime_.guard([this] { stopIfNoneWaits(); }));
     waiting_.push_back(waiting);
     awaitNext();
     return Subscription(std::move(waiting));
 }
 
+/// Called when a subscription is dropped, which may happen during any operation. The desktop may read events when it is
+/// asked for a notification, so the notification for the others stays as it is.
+void ChangeNotifications::stopIfNoneWaits() {
+    std::erase_if(waiting_, [](const auto& waiting) { return waiting.expired(); });
+    if (waiting_.empty()) changes_.notifyWhenChanged(0, {});
+}
+
 /// Waits for the first change since any of the awaited counts.
 void ChangeNotifications::awaitNext() {
-    std::erase_if(waiting_, [](const auto& waiting) { return waiting.expired(); });
-    if (waiting_.empty()) return changes_.notifyWhenChanged(0, {});
+    stopIfNoneWaits();
+    if (waiting_.empty()) return;
     auto oldest = std::numeric_limits<std::uint64_t>::max();
     for (const auto& weak : waiting_) {
         if (const auto waiting = weak.lock()) oldest = std::min(oldest, waiting->count);

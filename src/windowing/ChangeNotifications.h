@@ -41,6 +41,7 @@ class ChangeNotifications {
     };
 
     void awaitNext();
+    void stopIfNoneWaits();
     void notifyDue();
 
     DesktopChangeServicing& changes_;

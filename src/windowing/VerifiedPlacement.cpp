@@ -88,7 +88,7 @@ void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>
         return placementGenerations_[placement.windowID] != placement.generation;
     });
     if (round->placements.empty()) return;
-    const auto changeCount = changes_.reliableCount();
+    const auto changeCount = changes_->reliableCount();
     bool isOnTarget = true;
     for (Placement& placement : round->placements) {
         if (verify(placement, round->pass) == PassResult::mustRepeat) isOnTarget = false;
@@ -108,7 +108,7 @@ void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<Verific
         if (isNewest && pending != pendingFrames_.end()) pending->second.end = end;
     }
     unchanged_.push_back(round);
-    round->change = changes_.notifyWhenChanged(changeCount, lifetime_.guard([this, weak = std::weak_ptr(round)] {
+    round->change = changes_->notifyWhenChanged(changeCount, lifetime_.guard([this, weak = std::weak_ptr(round)] {
         if (const auto changed = weak.lock()) resumeVerification(changed);
     }));
 }

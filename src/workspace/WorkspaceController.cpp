@@ -13,7 +13,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
                       .pollsResumed = [this] { presentationResumed(); },
                       .describeSession = [this] { return ops_.sessionTaker.describeSession(); }}),
     ops_(parts_, refreshCycle_),
-    refreshCycle_(parts_.windowService, services.session, services.changes, parts_.changeNotifications, services.queue,
+    refreshCycle_(parts_.windowService, services.session, services.changes, *parts_.changeNotifications, services.queue,
                   services.pollingQueue,
                   {[this](PollResult result) { applyPoll(std::move(result)); }, [this] { return parts_.isWaiting(); },
                    [this] { return knownWindows(parts_.liveWindows.all()); }}) {

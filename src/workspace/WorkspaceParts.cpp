@@ -7,7 +7,7 @@
 namespace kova {
 
 WorkspaceParts::WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbacks callbacks) :
-    services(servicesOfAgent), changeNotifications(services.changes),
+    services(servicesOfAgent), changeNotifications(std::make_shared<ChangeNotifications>(services.changes)),
     windowService(std::make_shared<AccessibilityWindowService>(services.accessibility, services.applications,
                                                                services.screens, changeNotifications, services.queue)),
     requests(services.accessibility), messages(services.queue, state, undo),

@@ -52,7 +52,7 @@ struct WorkspaceParts {
     WorkspaceParts& operator=(const WorkspaceParts&) = delete;
 
     WorkspaceServices services;
-    ChangeNotifications changeNotifications;
+    std::shared_ptr<ChangeNotifications> changeNotifications;
     std::shared_ptr<AccessibilityWindowService> windowService;
     RequestBatch requests;
     WorkspaceState state;

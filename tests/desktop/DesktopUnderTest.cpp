@@ -104,14 +104,13 @@ X11Desktop& DesktopUnderTest::openDesktop() {
     isConnectionLost_ = false;
     desktop_->listen([this](int descriptor, auto readable) { return loop_.watch(descriptor, std::move(readable)); },
                      [this] { isConnectionLost_ = true; });
-    changes_ = std::make_unique<ChangeNotifications>(*desktop_);
-    service_ = std::make_unique<AccessibilityWindowService>(*desktop_, *desktop_, *desktop_, *changes_, loop_);
+    service_ = std::make_unique<AccessibilityWindowService>(*desktop_, *desktop_, *desktop_,
+                                                            std::make_shared<ChangeNotifications>(*desktop_), loop_);
     return *desktop_;
 }
 
 void DesktopUnderTest::closeDesktop() {
     service_.reset();
-    changes_.reset();
     desktop_.reset();
     loop_.dropPendingWork();
 }

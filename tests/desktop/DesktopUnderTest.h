@@ -96,7 +96,6 @@ class DesktopUnderTest {
     TestLoop loop_;
     PlainCatalogue catalogue_;
     std::unique_ptr<X11Desktop> desktop_;
-    std::unique_ptr<ChangeNotifications> changes_;
     std::unique_ptr<AccessibilityWindowService> service_;
     std::vector<CGRect> reportedMinimums_;
     bool isConnectionLost_ = false;

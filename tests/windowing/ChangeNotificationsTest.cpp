@@ -12,7 +12,7 @@ namespace {
 TEST(ChangeNotifications, EachWaitingObjectIsNotifiedOnceUnlessItCancels) {
     ServiceBench bench;
     bench.desktop.open("Mail", {});
-    ChangeNotifications& changes = bench.changes;
+    ChangeNotifications& changes = *bench.changes;
     std::string calls;
     const auto runPosted = [&] { bench.desktop.queue().advance(Seconds(0)); };
     const auto count = changes.reliableCount();

@@ -23,7 +23,7 @@ struct ServiceBench {
     std::string frameOf(std::string_view label) const { return describeFrame(desktop.window(label).frame); }
 
     SimulatedDesktop desktop;
-    ChangeNotifications changes{desktop};
+    std::shared_ptr<ChangeNotifications> changes = std::make_shared<ChangeNotifications>(desktop);
     AccessibilityWindowService service{desktop, desktop, desktop, changes, desktop.queue()};
 };
 

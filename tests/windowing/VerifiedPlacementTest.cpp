@@ -246,8 +246,8 @@ TEST(VerifiedPlacement, EndsWhenTheWindowClosesOrTheServiceIsDestroyed) {
     desktop.launch("Mail");
     desktop.open("Mail", {.refusesToMove = true});
     {
-        ChangeNotifications changes(desktop);
-        AccessibilityWindowService service(desktop, desktop, desktop, changes, desktop.queue());
+        AccessibilityWindowService service(desktop, desktop, desktop, std::make_shared<ChangeNotifications>(desktop),
+                                           desktop.queue());
         const auto window = service.enumerateWindows().listed.front();
         service.setFrame(window, kTarget, BringToFront::no, {});
         service.restoreAndFocus(window);
