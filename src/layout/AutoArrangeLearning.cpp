@@ -32,7 +32,7 @@ constexpr std::string_view kBrowserNameParts[] = {"safari", "chrome", "firefox",
 constexpr std::string_view kUtilityBundles[] = {
     "com.apple.systempreferences", "com.apple.activitymonitor", "com.apple.console",       "com.apple.diskutility",
     "com.apple.colorsyncutility",  "com.apple.fontbook",        "com.apple.keychainaccess"};
-// The system's own tools, by their English and their German names.
+// Tools that are part of macOS, by their English and their German names.
 constexpr std::string_view kUtilityNameParts[] = {"system settings",
                                                   "system preferences",
                                                   "systemeinstellungen",
@@ -61,7 +61,7 @@ bool isOneOf(std::string_view text, Words words) {
     return std::find(words.begin(), words.end(), text) != words.end();
 }
 
-/// Searches for plain substrings, which match broadly on purpose. If several roles match, the one checked first counts.
+/// Searches for plain substrings, so that a word also matches within a longer name.
 bool containsAny(std::string_view text, Words words) {
     return std::any_of(words.begin(), words.end(),
                        [text](std::string_view word) { return text.find(word) != std::string_view::npos; });
@@ -82,7 +82,7 @@ constexpr double kFadePerPlacement = 0.7;
 constexpr double kForgottenWeight = 0.001;
 constexpr double kOtherLayoutsShare = 0.5;
 
-/// A stored weight; invalid numbers count as 0.
+/// The weight that is used for a stored one: at most a habit, unless the user chose the slot; 0 for an invalid number.
 double learnedWeight(double stored) {
     if (stored == AutoArrangeLearningModel::kUserWeight) return stored;
     return stored > 0 ? std::min(stored, AutoArrangeLearningModel::kHabitWeight) : 0;
@@ -109,6 +109,7 @@ std::string_view describe(AutoArrangeAppRole role) {
 AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<BundleID>& bundleIdentifier) {
     const std::string lowerName = lowercased(name);
     const std::string bundle = bundleIdentifier ? lowercased(bundleIdentifier->text()) : "";
+    // If several roles match, the application has the one that is checked first.
     if (isOneOf(bundle, kCodingAgentBundles) || containsAny(bundle, kCodingAgentBundleParts) ||
         containsAny(lowerName, kCodingAgentNameParts)) {
         return AutoArrangeAppRole::codingAgent;

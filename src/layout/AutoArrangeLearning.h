@@ -25,7 +25,8 @@ AutoArrangeAppRole classifyApplication(std::string_view name, const std::optiona
 /// The key of an application: its bundle identifier in lower case, else "name:" and its name in lower case.
 std::string applicationKey(std::string_view name, const std::optional<BundleID>& bundleIdentifier);
 
-/// The slot id that slots of the same meaning share in all layouts.
+/// The id shared by the slots that have the same meaning in different layouts, for example "secondary-1" for
+/// "focus-right-top". Any other id is returned unchanged.
 std::string_view canonicalSlotID(const SlotID& slotID);
 
 struct AutoArrangeLearningModel {
@@ -43,22 +44,22 @@ struct AutoArrangeLearningModel {
     };
     std::map<std::string, LayoutLearning> layouts; // by layout id
 
-    /// A slot with at least this weight is a habit of the application. Three arrangements reach it, or one placement by
-    /// the user. Larger stored weights count as this one.
+    /// If a slot has at least this weight, its use is a habit of the application. Three arrangements reach this weight;
+    /// one placement by the user exceeds it. Larger stored weights count as this one, except `kUserWeight`.
     static constexpr double kHabitWeight = 3;
-    /// The weight of a slot that the user chose. Older versions counted arrangements without a limit; the quarter
-    /// distinguishes the user's choice from such a count.
+    /// The weight of the slot that the user chose. The quarter distinguishes this weight from the weights that older
+    /// versions stored: those counted arrangements without a limit.
     static constexpr double kUserWeight = 4.25;
 
-    /// The application's preference for the slot, from 0 to 1: the slot's share of the habits on this layout. Without a
-    /// habit on this layout: half the share of the slots with the same canonical id on the other layouts. Weights below
-    /// a habit do not count.
+    /// The application's preference for the slot, from 0 to 1: the slot's share of the weights of all habits on this
+    /// layout. If the application has no habit on this layout, the result is half the share that the slots with the
+    /// same canonical id have on the other layouts. Weights below `kHabitWeight` do not count.
     double preference(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
     /// Whether the user has put the application into the slot, and into no other slot of this layout since.
     bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, const SlotID& slotID) const;
-    /// Call when an arrangement has put windows of the application into the slots: their weights grow by 1 up to a
-    /// habit. Weights of the layout's other slots, except the user's choice, are multiplied by 0.7 and dropped below
-    /// 0.001.
+    /// Call when an arrangement has put windows of the application into the slots. The weights of these slots grow by
+    /// 1, up to `kHabitWeight`. The weights of the layout's other slots are multiplied by 0.7, except the weight of the
+    /// slot that the user chose. A weight below 0.001 is removed.
     void learnArrangement(const std::string& layoutID, const std::string& applicationKey,
                           const std::set<SlotID>& slotIDs);
     /// Call when the user has put a window of the application into the slot, which becomes the only habit on this

@@ -8,8 +8,8 @@ namespace kova {
 
 namespace {
 
-/// Each pass divides the remaining length among the branches that are not pinned, and pins those that get less than
-/// their minimum to it. The first pass that pins no branch is the last one.
+/// Each pass divides the remaining length among the branches that are not pinned. A branch whose share is less than its
+/// minimum is pinned: its length is its minimum. The first pass that pins no branch is the last one.
 void shareOutAroundMinimums(std::span<const double> weights, std::span<const double> minimums, double available,
                             double totalWeight, std::span<double> lengths, BranchLengthsScratch& scratch) {
     const std::size_t count = weights.size();
@@ -44,8 +44,9 @@ void shareOutAroundMinimums(std::span<const double> weights, std::span<const dou
     for (std::size_t i = 0; i < count; ++i) lengths[i] += surplus * (weights[i] / totalWeight);
 }
 
-/// Larger fractions first. Successive fractions that differ by at most the tolerance form a tie, in which the lower
-/// branch comes first. This needs a second step, since a comparison with a tolerance would not be transitive.
+/// Larger fractions first. Successive fractions that differ by at most the tolerance form a tie, in which the branch
+/// with the lower index comes first. This needs a second step, since a comparison with a tolerance would not be
+/// transitive.
 void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
     std::sort(candidates.begin(), candidates.end(), [](const RoundingCandidate& a, const RoundingCandidate& b) {
         return a.fraction != b.fraction ? a.fraction > b.fraction : a.branch < b.branch;
@@ -59,8 +60,8 @@ void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
     }
 }
 
-/// Rounds a split of two branches, the most frequent case, without sorting. False if more than one point is missing;
-/// then the lengths are not changed.
+/// Rounds the lengths of a split of two branches, the most frequent case, without sorting. If more than one point is
+/// missing, returns false and does not change the lengths.
 bool roundPair(double& first, double& second, double target) {
     const double a = std::max(first, 0.0), b = std::max(second, 0.0);
     const double wholeA = wholePart(a), wholeB = wholePart(b);

@@ -11,7 +11,8 @@ namespace {
 
 using nlohmann::json;
 
-/// JSON cannot express numbers that are not finite; they would make the whole record unreadable.
+/// JSON cannot express numbers that are not finite. They would be written as null, and then the whole record could not
+/// be decoded.
 double writable(double number) {
     return std::isfinite(number) ? number : 0;
 }

@@ -1,5 +1,4 @@
-// JSON of the layout records, used wherever one of them is stored. Geometry is nested arrays: [[x, y], [width,
-// height]].
+// Encodes layout records as JSON and decodes them. A rectangle is a nested array: [[x, y], [width, height]].
 #pragma once
 
 #include "layout/LayoutCatalogue.h"

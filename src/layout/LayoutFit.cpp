@@ -9,7 +9,7 @@ namespace kova {
 
 namespace {
 
-CGSize lackingIn(const CGRect& tileFrame, CGSize minimumSize, double tileInset) {
+CGSize shortfallIn(const CGRect& tileFrame, CGSize minimumSize, double tileInset) {
     if (holdsWindow(tileFrame, minimumSize, tileInset)) return {};
     const CGSize room = insetBy(tileFrame, tileInset).size;
     return {std::max(0.0, minimumSize.width - room.width), std::max(0.0, minimumSize.height - room.height)};
@@ -19,13 +19,13 @@ double sum(CGSize size) {
     return size.width + size.height;
 }
 
-/// The free tile that lacks the least room; of several such tiles the smallest.
+/// The free tile with the smallest shortfall; of several such tiles the one with the smallest area.
 std::optional<std::size_t> bestTile(const SolvedLayout& solved, const std::set<std::size_t>& taken, CGSize minimumSize,
                                     double tileInset) {
     std::optional<std::size_t> best;
     const auto rank = [&](std::size_t tile) {
         const CGRect& frame = solved.frames[tile];
-        return std::pair(sum(lackingIn(frame, minimumSize, tileInset)), frame.size.width * frame.size.height);
+        return std::pair(sum(shortfallIn(frame, minimumSize, tileInset)), frame.size.width * frame.size.height);
     };
     for (std::size_t tile = 0; tile < solved.frames.size(); ++tile) {
         if (!taken.contains(tile) && (!best || rank(tile) < rank(*best))) best = tile;
@@ -57,7 +57,7 @@ std::vector<CGSize> shortfalls(const LayoutDefinition& layout, const std::vector
     for (std::size_t window = 0; window < minimumSizes.size(); ++window) {
         const auto tile = tileOf[window] ? tileOf[window] : bestTile(grown, {}, minimumSizes[window], tileInset);
         lacking.push_back(tile && *tile < grown.frames.size()
-                              ? lackingIn(grown.frames[*tile], minimumSizes[window], tileInset)
+                              ? shortfallIn(grown.frames[*tile], minimumSizes[window], tileInset)
                               : minimumSizes[window]);
     }
     return lacking;

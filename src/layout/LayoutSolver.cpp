@@ -20,7 +20,7 @@ double lengthAlong(LayoutAxis axis, CGSize size) {
     return axis == LayoutAxis::horizontal ? size.width : size.height;
 }
 
-/// The input numbers of one solve, made usable.
+/// The numbers that apply to the whole tree, limited so that results are finite.
 struct SolveContext {
     std::array<double, 2> gap;               // by axis
     std::array<double, 2> minimumTileLength; // by axis
@@ -55,8 +55,9 @@ CGSize normalizingSize(CGSize area) {
 
 } // namespace
 
-/// The tree level by level: the branches of a split lie side by side, so that its weights and minimums are spans, and
-/// every split precedes its branches. Minimums are added up backwards, frames are assigned forwards.
+/// The nodes of the tree, level by level. The branches of a split are adjacent, so their weights and minimums are
+/// contiguous. Every split precedes its branches, so minimums are added up from the last split to the first, and frames
+/// are assigned from the first split to the last.
 struct LayoutSolver::Scratch {
     struct Split {
         const LayoutSplit* split;
@@ -77,7 +78,7 @@ struct LayoutSolver::Scratch {
         const LayoutTile* tile;
         std::uint32_t node;
     };
-    /// The tiles and dividers of the result that belong to a node: how many, and where they begin.
+    /// How many tiles and dividers of the result belong to a node, and the index of the first of each.
     struct Extent {
         std::uint32_t tiles = 0;
         std::uint32_t dividers = 0;
@@ -95,7 +96,7 @@ struct LayoutSolver::Scratch {
     std::vector<SplitPlace> places; // of the splits; valid for the next solve if the tree has the same shape
     std::string splitIDs;
 
-    // One entry per node; entries beyond `nodeCount` only keep their memory.
+    // One entry per node; entries beyond `nodeCount` are kept only to reuse their memory.
     std::uint32_t nodeCount = 0;
     std::vector<double> weights;
     std::array<std::vector<double>, 2> minimums; // by axis
@@ -139,7 +140,7 @@ std::uint32_t LayoutSolver::Scratch::addNodes(std::size_t count) {
 
 void LayoutSolver::Scratch::nameSplit(std::size_t split, std::size_t parent, std::size_t branch) {
     if (split < places.size() && places[split].parent == parent && places[split].branch == branch) return;
-    // The ids after this one may be derived from the id of another parent, so all are computed again.
+    // The tree has another shape than in the last solve, so all ids from this one on are computed again.
     places.resize(split);
     splitIDs.resize(split > 0 ? places.back().idOffset + places.back().idLength : 0);
     const std::size_t offset = splitIDs.size();
@@ -188,7 +189,8 @@ void LayoutSolver::Scratch::flatten(const LayoutNode& tree, const SolveContext& 
 }
 
 void LayoutSolver::Scratch::readWindowMinimums(const TileMinimumSizes& sizes, const SolveContext& context) {
-    // The sizes usually come in the same order as in the last solve, so the tile found there is tried first.
+    // The sizes usually come in the same order as in the last solve, so the tile that this entry had then is tried
+    // first.
     if (windowMinimums.size() < sizes.size()) windowMinimums.resize(sizes.size(), {nullptr, {0, 0}, TileIndex::kNone});
     std::size_t count = 0;
     for (const auto& [id, size] : sizes) {
@@ -356,7 +358,7 @@ void LayoutSolver::solve(const LayoutNode& tree, const TileMinimumSizes& minimum
 }
 
 bool areEqual(const TileMinimumSizes& a, const TileMinimumSizes& b) {
-    // Then they list their entries in the same order, too, so no id has to be hashed.
+    // Maps that were filled in the same order also list their entries in the same order. For these, no id is hashed.
     return a.size() == b.size() && (std::equal(a.begin(), a.end(), b.begin()) || a == b);
 }
 

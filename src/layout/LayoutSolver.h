@@ -53,15 +53,16 @@ using TileMinimumSizes = std::unordered_map<SlotID, CGSize>;
 bool areEqual(const TileMinimumSizes& a, const TileMinimumSizes& b);
 
 struct SolvedLayout {
-    std::vector<TileSlot> slots;         // tree order, one per leaf that received a frame
+    std::vector<TileSlot> slots;         // one per leaf, in tree order
     std::vector<CGRect> frames;          // the slots' cells in layout space, in the same order
-    std::set<SlotID> unsatisfiedTileIDs; // tiles smaller than their window's minimum, and unknown ids
+    std::set<SlotID> unsatisfiedTileIDs; // of tiles smaller than their window's minimum; also unknown ids
     std::vector<LayoutDivider> dividers; // depth first
     bool operator==(const SolvedLayout&) const = default;
 };
 
 /// Solves layouts into reusable results: once the buffers have grown to the size of the tree, a solve allocates
-/// nothing, which keeps the drag of a divider cheap. Each display has its own solver. One thread at a time.
+/// nothing, which keeps the drag of a divider cheap. Each display has its own solver. Only one thread at a time may use
+/// a solver.
 class LayoutSolver {
   public:
     LayoutSolver();
@@ -70,8 +71,9 @@ class LayoutSolver {
     LayoutSolver& operator=(LayoutSolver&&) noexcept;
 
     /// `referenceSize` is the area in points, `tileInset` the gap on each side between a tile's cell and its window.
-    /// Never fails on degenerate input: an area that is too small for margins has none; minimums that do not fit their
-    /// split (an infinite one never does) are ignored there; other lengths that are not finite count as 0.
+    /// Every input has a result. An area that is too small for margins has none. If the minimums of a split's branches
+    /// exceed its length, as an infinite minimum always does, this split ignores them. Other lengths that are not
+    /// finite count as 0.
     void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);
 

@@ -14,7 +14,9 @@
 
 namespace kova {
 
-enum class LayoutAxis { horizontal, vertical }; // a row along x, a column along y
+/// Branches lie side by side along the horizontal axis (a row) or one above the other along the vertical axis (a
+/// column).
+enum class LayoutAxis { horizontal, vertical };
 
 /// "horizontal" or "vertical".
 std::string_view rawValue(LayoutAxis axis);
@@ -62,7 +64,8 @@ std::string splitID(std::span<const int> path);
 /// The tree with override weights put into its branches. An entry counts only when it has one finite, positive value
 /// per branch; every resulting weight is at least 0.000001.
 LayoutNode applyingWeightOverrides(const LayoutNode& tree, const LayoutWeightOverrides& overrides);
-/// The same in place: `tree` is a copy of `original` with any weights. Without effect on parts that differ otherwise.
+/// Does the same in place. `tree` is a copy of `original` whose weights may differ. A split whose number of branches
+/// differs stays unchanged.
 void replaceWeights(LayoutNode& tree, const LayoutNode& original, const LayoutWeightOverrides& overrides);
 
 /// Number of tiles in the tree.

@@ -1,5 +1,5 @@
-// The frame of a window in one or more tiles. A span is a rectangle when it is claimed, but tiles move with dividers
-// and minimum sizes, and then other tiles may reach into it.
+// The frame of a window in one or more tiles. When a span is claimed, its tiles form a rectangle. But dividers and
+// minimum sizes change tiles later, and then other tiles may overlap this rectangle.
 #pragma once
 
 #include "support/Geometry.h"
@@ -8,8 +8,9 @@
 
 namespace kova {
 
-/// The rectangle around the own tiles (at least one). If others reach into it: the part that the own tiles' columns or
-/// rows have in common, else the largest own tile. In the coordinates of the given rectangles.
-CGRect frameOfSpan(std::span<const CGRect> own, std::span<const CGRect> others);
+/// The bounding rectangle of the span's tiles, of which there is at least one. If another tile overlaps it, it is
+/// narrowed to the columns that all tiles of the span share, or else to the rows. If that does not help, the result is
+/// the largest tile of the span. All rectangles are in one coordinate space.
+CGRect frameOfSpan(std::span<const CGRect> spanTiles, std::span<const CGRect> otherTiles);
 
 } // namespace kova

@@ -39,7 +39,7 @@ class TileIndex {
     std::uint32_t lookUp(const SlotID& id) const;
     std::uint32_t& bucket(const SlotID& id);
 
-    std::vector<SlotID> ids_; // entries beyond `count_` only keep their memory
+    std::vector<SlotID> ids_; // entries beyond `count_` are kept only to reuse their memory
     std::vector<std::uint32_t> next_;
     std::vector<std::uint32_t> buckets_; // open addressing; the size is a power of two, at least twice the tile count
     std::uint32_t count_ = 0;

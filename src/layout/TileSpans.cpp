@@ -41,7 +41,7 @@ struct Side {
     double position = 0;
     SlotSet within = 0;   // slots that do not extend beyond the side
     SlotSet touching = 0; // slots that end exactly on the side
-    SlotSet reaching = 0; // slots with a part on the span's side of it
+    SlotSet reaching = 0; // slots of which a part is on the same side as the span
 };
 
 struct Candidate {
@@ -110,7 +110,7 @@ class SpanSearch {
     }
     int occupiedIn(SlotSet set) const { return std::popcount(set & occupied_); }
     std::string joinedIDs(SlotSet set) const;
-    bool isSmaller(SlotSet a, SlotSet b) const;
+    bool isPreferred(SlotSet a, SlotSet b) const;
 
     std::span<const TileSlot> slots_;
     SlotSet anchor_;
@@ -155,9 +155,9 @@ SpanSearch::SpanSearch(std::span<const TileSlot> slots, std::size_t anchor, CGSi
         const bool begins = sides == &lefts_ || sides == &tops_;
         const auto& intervals = sides == &lefts_ || sides == &rights_ ? columns : rows;
         for (Side& side : *sides) {
-            for (SlotSet left = usable; left != 0; left = withoutFirst(left)) {
-                const Interval& slot = intervals[firstOf(left)];
-                const SlotSet bit = left & ~withoutFirst(left);
+            for (SlotSet remaining = usable; remaining != 0; remaining = withoutFirst(remaining)) {
+                const Interval& slot = intervals[firstOf(remaining)];
+                const SlotSet bit = remaining & ~withoutFirst(remaining);
                 const double end = begins ? slot.low : slot.high;
                 if (begins ? end >= side.position : end <= side.position) side.within |= bit;
                 if (end == side.position) side.touching |= bit;
@@ -181,7 +181,7 @@ std::string SpanSearch::joinedIDs(SlotSet set) const {
 }
 
 /// Whether `a` is preferred to `b`, which has the same bounding rectangle.
-bool SpanSearch::isSmaller(SlotSet a, SlotSet b) const {
+bool SpanSearch::isPreferred(SlotSet a, SlotSet b) const {
     if (std::popcount(a) != std::popcount(b)) return std::popcount(a) < std::popcount(b);
     if (occupiedIn(a) != occupiedIn(b)) return occupiedIn(a) < occupiedIn(b);
     return joinedIDs(a) < joinedIDs(b);
@@ -199,8 +199,9 @@ bool SpanSearch::cutsASlot(const CGRect& frame, SlotSet crossing) const {
     return false;
 }
 
-/// Slots with an area below the tolerance belong to a span only if it needs them to reach its sides. Empty if they do
-/// not suffice, or if more than `most` slots would be needed.
+/// The preferred set that contains `slots` and touches every side. The slots of `tiny` have an area below the
+/// tolerance; they are added only if no other slot touches a side. Empty if they do not suffice, or if more than `most`
+/// slots would be needed.
 SlotSet SpanSearch::smallestSetReaching(const Sides& sides, SlotSet slots, SlotSet tiny, int most) const {
     const auto missed =
         std::find_if(sides.begin(), sides.end(), [slots](const Side* side) { return !(side->touching & slots); });
@@ -209,7 +210,7 @@ SlotSet SpanSearch::smallestSetReaching(const Sides& sides, SlotSet slots, SlotS
     SlotSet best = 0;
     for (SlotSet choice = tiny & (*missed)->touching; choice != 0; choice = withoutFirst(choice)) {
         const SlotSet set = smallestSetReaching(sides, slots | only(firstOf(choice)), tiny, most);
-        if (set != 0 && (best == 0 || isSmaller(set, best))) best = set;
+        if (set != 0 && (best == 0 || isPreferred(set, best))) best = set;
     }
     return best;
 }

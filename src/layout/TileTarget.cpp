@@ -21,7 +21,8 @@ TileTarget TileTarget::from(std::string_view text) {
 std::strong_ordering operator<=>(const TileTarget& left, const TileTarget& right) {
     if (left.display == right.display) return left.slot <=> right.slot;
     const std::string &first = left.display.text(), &second = right.display.text();
-    // Compares the separator, too: ":" sorts after the digits with which the longer id may continue.
+    // One id begins with the other one. The separator decides: ":" sorts after the digits with which the longer id may
+    // continue.
     if (first.starts_with(second) || second.starts_with(first)) return left.text() <=> right.text();
     return first <=> second;
 }

@@ -1,4 +1,4 @@
-// A tile of a display, whether the layout in force has it or not.
+// Names a tile of a display. The layout in force on the display need not have this tile.
 #pragma once
 
 #include "support/Identifiers.h"
@@ -24,7 +24,7 @@ struct TileTarget {
 
     /// Display id, "::", slot id: the tile's id in files and on the socket.
     std::string text() const;
-    /// The tile with that id. Without "::" the text is the display's id and the slot's is empty.
+    /// The tile with this text. If the text has no "::", it is the display's id, and the slot's id is empty.
     static TileTarget from(std::string_view text);
 
     /// In JSON a tile is its text.
@@ -37,7 +37,7 @@ struct TileTarget {
     friend void to_json(Json& json, const std::map<TileTarget, Value>& map) = delete;
 
     friend bool operator==(const TileTarget&, const TileTarget&) = default;
-    /// Orders by the ids as texts, which is the order in files and decides ties.
+    /// Orders tiles by their texts. Files list tiles in this order, and it decides ties.
     friend std::strong_ordering operator<=>(const TileTarget& left, const TileTarget& right);
     /// For the messages of failed tests.
     template <class Stream>
@@ -47,7 +47,7 @@ struct TileTarget {
     }
 };
 
-/// The tile, on the display with the new id if it was on the former one.
+/// The tile; if its display has the former id, with the new id instead.
 TileTarget withDisplayRenamed(TileTarget target, const DisplayID& formerID, const DisplayID& newID);
 
 } // namespace kova

@@ -32,7 +32,7 @@ struct WorkspaceProfile {
     bool autoArrangeOnLaunch = false;
     std::map<SlotID, std::string> preferredApplications;
     std::map<std::string, CGSize> applicationMinimumSizes;                                    // by application key
-    std::map<DisplayID, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // display, layout
+    std::map<DisplayID, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // then by layout id
 
     /// The weights stored for the display and layout; empty when there are none.
     const LayoutWeightOverrides& weights(const DisplayID& displayID, const std::string& layoutIdentifier) const;

@@ -137,7 +137,7 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
     for (int round = 0; round < 30; ++round) model.learnArrangement("grid", "mail", {"secondary-2"});
     EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "old slots are forgotten";
 
-    for (const double stored : {3.5, 4.0, 12.0, 1e9}) { // from a version without the limit
+    for (const double stored : {3.5, 4.0, 12.0, 1e9}) { // stored by older versions, which had no limit
         auto& weights = model.layouts["grid"].applications["old"].slotWeights;
         weights = {{"focus-main", stored}};
         EXPECT_FALSE(model.isPlacedByUser("grid", "old", "focus-main")) << stored;

@@ -28,7 +28,7 @@ TEST(LayoutFit, ReportsByHowMuchTilesAreTooSmallAfterTheyHaveGrown) {
         const auto found = shortfalls(*layout, each.windows, {2000, 1000}, 0);
         ASSERT_EQ(found.size(), each.windows.size());
         for (std::size_t i = 0; i < found.size(); ++i) {
-            EXPECT_NEAR(found[i].width, each.lacking[i].width, 40) << i; // margins of the area
+            EXPECT_NEAR(found[i].width, each.lacking[i].width, 40) << i; // the margins take some points
             EXPECT_NEAR(found[i].height, each.lacking[i].height, 1) << i;
         }
     }

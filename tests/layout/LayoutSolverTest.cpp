@@ -50,13 +50,13 @@ TEST(LayoutSolver, DividesTheAreaByWeightsMarginsAndGaps) {
     };
     const LayoutNode rowOfTwo = row({{0.63, tile("a")}, {0.37, tile("b")}});
     const LayoutNode columnOfTwo = column({{1, tile("a")}, {1, tile("b")}});
-    const LayoutNode same = row({{1, tile("a")}, {1, column({{1, tile("b")}, {1, tile("a")}})}});
+    const LayoutNode repeatedID = row({{1, tile("a")}, {1, column({{1, tile("b")}, {1, tile("a")}})}});
     const Case cases[] = {
         {"a tile", tile("a"), {2560, 1440}, kDefaults, "a 10,10 2540x1392"},
         {"by weight", rowOfTwo, {2560, 1440}, kDefaults, "a 10,10 1593x1392 | b 1615,10 935x1392"},
         {"footers between rows", columnOfTwo, {2560, 1440}, kDefaults, "a 10,10 2540x676 | b 10,726 2540x676"},
         {"fractional gutter", rowOfTwo, {2560, 1440}, {10, 12.5, {}}, "a 10,10 1592x1392 | b 1615,10 935x1392"},
-        {"the gap is rounded with its footer",
+        {"the sum of gutter and footer is rounded",
          columnOfTwo,
          {100, 158},
          {10, 12.5, {}},
@@ -71,7 +71,7 @@ TEST(LayoutSolver, DividesTheAreaByWeightsMarginsAndGaps) {
         {"an empty split", row({{1, tile("a")}, {1, column({})}}), {52, 138}, kDefaults, "a 10,10 10x90"},
         {"an empty tree", column({}), {100, 100}, kDefaults, ""},
         {"equal ids share the last frame",
-         same,
+         repeatedID,
          {232, 138},
          {10, 12, {}},
          "a 122,75 100x25 | b 122,10 100x25 | a 122,75 100x25"},
@@ -104,7 +104,7 @@ TEST(LayoutSolver, TilesGrowToTheMinimumSizesOfTheirWindows) {
         std::string expected, unsatisfied;
     };
     const Case cases[] = {
-        {"a window with its inset",
+        {"the tile grows to the minimum width and the insets; the minimum height does not fit",
          {{"c", {690, 500}}},
          "a 10,10 468x652 | b 490,10 700x306 | c 490,356 700x306",
          "c "},
@@ -355,7 +355,7 @@ TEST(LayoutSolver, DeepAndWideTreesAreSolvedCompletely) {
     }
 }
 
-TEST(LayoutSolver, ASolveIntoAUsedResultAllocatesNothing) {
+TEST(LayoutSolver, ASolveIntoTheResultOfAnEarlierSolveAllocatesNothing) {
     const LayoutNode tree = balanced(300);
     const LayoutNode dragged = applyingWeightOverrides(tree, {{{"root", {3, 1}}, {"root.1.0", {1, 9}}}});
     TileMinimumSizes minimums{{"a tile that is not in the tree", {1, 1}}};

@@ -1,4 +1,4 @@
-// Numbers that are not valid lengths.
+// Numbers that are not finite, for tests of invalid input.
 #pragma once
 
 #include <limits>

@@ -161,7 +161,7 @@ TEST(TileSpans, PreferFewSlotsThenFreeSlotsThenASmallAreaThenAShortDistance) {
     const Slots overlapping{slot("a", 0, 0, 0.5, 1), slot("b", 0.499998, 0, 0.5, 1)};
     const Slots gap{slot("a", 0, 0, 0.4, 1), slot("b", 0.6, 0, 0.4, 1)};
     const Slots marked{slot("a", 0, 0, 0.4, 1), slot("line", 0.8, 0, 0, 1), slot("dot", 0.9, 0.5, 0, 0)};
-    const Slots hollow{slot("a", kNaN, 0, 0.5, 1), slot("b", 0.5, 0, 0.5, 1), slot("c", 0, 0, 0.5, 1)};
+    const Slots invalidFrame{slot("a", kNaN, 0, 0.5, 1), slot("b", 0.5, 0, 0.5, 1), slot("c", 0, 0, 0.5, 1)};
     const Slots uneven{slot("left", 0, 0, 0.3, 1), slot("mid", 0.3, 0, 0.3, 1), slot("right", 0.6, 0, 0.4, 1)};
     const Slots nearTie{slot("z", 0, 0, 0.3, 1), slot("mid", 0.3, 0, 0.4, 1), slot("a", 0.7, 0, 0.3000008, 1)};
     const Case cases[] = {
@@ -172,7 +172,7 @@ TEST(TileSpans, PreferFewSlotsThenFreeSlotsThenASmallAreaThenAShortDistance) {
         {"exceeds the span by less than the tolerance", quad, "q2", {990.0009, 100}, {}, "q1 q2"},
         {"one occupied slot beats two free ones", quad, "q1", {490, 490}, {"q1"}, "q1"},
         {"fewer occupied slots", row, "c", {600, 0}, {"a"}, "b c"},
-        {"the same area and distance: the first ids", row, "c", {600, 0}, {}, "b c"},
+        {"of equal area and distance, the span whose ids sort first", row, "c", {600, 0}, {}, "b c"},
         {"areas within the tolerance are equal", nearTie, "mid", {600, 0}, {}, "mid a"},
         {"smaller area", uneven, "mid", {500, 0}, {}, "left mid"},
         {"an overlap too small to count", nearlyOverlapping, "a", {}, {}, "a"},
@@ -181,8 +181,8 @@ TEST(TileSpans, PreferFewSlotsThenFreeSlotsThenASmallAreaThenAShortDistance) {
         {"a line without area can be a side", marked, "a", {600, 0}, {}, "a line"},
         {"a dot can be a side, and the line before it is left out", marked, "a", {850, 0}, {}, "a dot"},
         {"the dot as the anchor", marked, "dot", {0, 0}, {}, "dot"},
-        {"an anchor with an invalid frame", hollow, "a", {}, {}, "none"},
-        {"an invalid frame does not block others", hollow, "b", {600, 0}, {}, "b c"},
+        {"an anchor with an invalid frame", invalidFrame, "a", {}, {}, "none"},
+        {"an invalid frame does not block others", invalidFrame, "b", {600, 0}, {}, "b c"},
         {"invalid minimums count as 0", quad, "q4", {kNaN, -3}, {}, "q4"},
         {"an infinite minimum counts as 0", quad, "q4", {std::numeric_limits<double>::infinity(), 600}, {}, "q2 q4"},
         {"no such anchor", quad, "q9", {}, {}, "none"},
@@ -202,8 +202,8 @@ TEST(TileSpans, AreFoundAmongSixtyThreeSlots) {
             grid.push_back(slot(SlotID(std::to_string(x) + std::to_string(y)), x / 9.0, y / 7.0, 1 / 9.0, 1 / 7.0));
         }
     }
-    // Of the six spans of 3 by 2 slots around slot 43, three use the occupied row below; the middle one of the others
-    // is the nearest.
+    // Six spans of 3 by 2 slots contain slot 43. Three of them use the occupied row below slot 43. The middle one of
+    // the three others is the nearest.
     const auto span = TileSpanPolicy::bestSpan(grid, "43", {1800, 1400}, 0, {500, 300}, {"44", "34", "54"});
     EXPECT_EQ(ids(span), "32 42 52 33 43 53");
     const auto whole = TileSpanPolicy::bestSpan(grid, "43", {1800, 1400}, 0, {1700, 1300}, {});
@@ -228,8 +228,8 @@ TEST(TileTarget, HasATextOfDisplayAndSlotAndSortsLikeThatText) {
 }
 
 TEST(TileSpans, DistancesAndFitsHaveNarrowTolerances) {
-    // The left neighbor is wider by 0.00001. That exceeds the tolerance of distances, but as the tiles are flat, not
-    // that of areas.
+    // The left neighbor is wider than the right one by 0.00001. This difference exceeds the tolerance of distances. The
+    // difference of the areas is within its tolerance, because the tiles are flat.
     const Slots slots{slot("b", 0, 0, 0.30001, 0.05), slot("m", 0.30001, 0, 0.39999, 0.05),
                       slot("z", 0.7, 0, 0.3, 0.05)};
     EXPECT_EQ(ids(TileSpanPolicy::bestSpan(slots, "m", kDisplay, 0, {600, 0}, {})), "m z");
