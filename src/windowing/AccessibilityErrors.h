@@ -14,21 +14,22 @@ enum class AccessibilityOutcome {
     silent    // the application did not respond
 };
 
-/// `error` as the Mac numbers it; 0 is success.
+/// `error` is an error number of the Mac; 0 is success.
 AccessibilityOutcome accessibilityOutcome(int error);
 
-/// Whether a window that its application does not list exists, by the error of a request to the window. A disabled
-/// interface, or a failure without a reason, proves nothing.
+/// Whether a window that its application does not list still exists, judged by the error of a request to the window. A
+/// disabled interface and a failure without a reason count as `noAnswer`, since they prove nothing.
 WindowPresence windowPresence(int error);
 
-/// Combines the errors of several requests to one element for announcements: `noAnswer` if a request must be repeated,
-/// else `announces` if a request succeeded. A disabled interface is not a refusal, since the permission may be granted
-/// again.
+/// An element gets one request for each kind of announcement. This function combines the errors of these requests:
+/// `noAnswer` if the requests must be repeated, else `announces` if one of them succeeded, else `refuses`. A disabled
+/// interface counts as `noAnswer`, since the permission may be granted again.
 AnnouncementAnswer announcementAnswer(std::span<const int> errors);
 
-/// Recognizes a permission that the system shows as granted but ignores: then every application reports a disabled
-/// interface. A single application may report that for another reason. So the permission counts as ignored only after
-/// two applications have reported it three times each (in more than one poll) without any other response in between.
+/// Recognizes a permission that the system shows as granted but ignores. In this state every application reports a
+/// disabled interface. A single application may report a disabled interface for another reason. So the permission
+/// counts as ignored only after two applications have reported it three times each (in more than one poll), and no
+/// application has given any other response in between.
 class IgnoredPermission {
   public:
     static constexpr int kFewestApplications = 2;

@@ -46,12 +46,12 @@ enum class AccessibilityAttribute {
     size,
     minSize,
     minimumSize,
-    parent, // of a window: its application, or for a dialog its window
+    parent, // of a window: its application; of a dialog: the window to which it belongs
     main,
     focused,
     fullScreen,
     maximized,             // by the window manager, in one direction at least; never on a Mac
-    enhancedUserInterface, // of a Mac application: while it is on, the application animates frames that are written
+    enhancedUserInterface, // of a Mac application: while this is on, the application animates each change of a frame
 };
 
 /// "AXWindows", "AXFocusedWindow", and so on.
@@ -71,7 +71,7 @@ struct AttributeWrite {
     AttributeValue value;
 };
 
-/// One window as the window server shows it.
+/// One window in the window server's list of windows on the screen.
 struct OnScreenWindow {
     pid_t processIdentifier = 0;
     int layer = 0;   // 0: ordinary windows
@@ -85,9 +85,9 @@ enum class WindowPresence {
     noAnswer, // its application did not respond in time
 };
 
-/// A dialog is a window whose parent is a window. It stays above that window and is hidden and shown with it; a desktop
-/// need not move it along. A restored window does not take the focus unless requested. A position or size written to a
-/// maximized window ends the maximizing first.
+/// Every implementation meets these requirements: A dialog is a window whose parent is a window. A dialog stays above
+/// its parent and is hidden and shown with it, but need not move with it. A restored window gets the focus only if that
+/// is requested. Writing a position or a size to a maximized window first ends the maximized state.
 class AccessibilityServicing {
   public:
     virtual ~AccessibilityServicing() = default;
@@ -100,8 +100,8 @@ class AccessibilityServicing {
     /// Whether this process may manage windows, showing the system's dialog if requested and there is one. Main thread.
     virtual bool requestTrust(bool prompt) = 0;
 
-    /// What to do about a granted permission that every application ignores, as after an update with another signature;
-    /// normally absent. Known after a poll. Any thread; never waits.
+    /// What the user can do if the permission is granted but has no effect, as after an update with another signature;
+    /// absent if the permission has an effect. Known after a poll. Any thread; never waits.
     virtual std::optional<std::string> stalePermission() const { return std::nullopt; }
     /// Whether each read sends a request to the application, which costs time on the application's main thread; false
     /// if the platform reads from its own model. Any thread.
@@ -159,8 +159,8 @@ class AccessibilityServicing {
 /// The result of a request to announce changes.
 enum class AnnouncementAnswer { announces, refuses, noAnswer };
 
-/// Whether a poll could find a change. On a desktop that announces every change by an event, polls stop while nothing
-/// happens.
+/// Tells whether the desktop may have changed since the last poll. On a desktop that announces every change by an
+/// event, polls stop while nothing happens.
 class DesktopChangeServicing {
   public:
     virtual ~DesktopChangeServicing() = default;
@@ -181,8 +181,8 @@ class DesktopChangeServicing {
     }
     /// Ends the announcements of an element. Costs at most the platform's timeout. Polling queue.
     virtual void endAnnouncements(const AccessibilityElement&) {}
-    /// The longest pause between polls without an announcement, if announcements can get lost; absent if none can. Any
-    /// thread.
+    /// If announcements can get lost: after this time without an announcement, a poll is made nevertheless. Absent if
+    /// no announcement can get lost. Any thread.
     virtual std::optional<Seconds> longestIdleTime() const { return std::nullopt; }
 };
 

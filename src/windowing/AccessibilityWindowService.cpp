@@ -81,7 +81,7 @@ bool AccessibilityWindowService::restoreAndFocus(const ManagedWindow& window) {
     takeFocus(window.element, window.processIdentifier);
     applications_.activate(window.processIdentifier);
 
-    // Another application that activates itself now can defeat the first attempt.
+    // Another application may activate itself now and take the focus, so the focus is requested a second time.
     queue_.post(lifetime_.guard([this, element = window.element, process = window.processIdentifier] {
         if (!isRunning(process)) return;
         takeFocus(element, process);

@@ -24,7 +24,7 @@
 
 namespace kova {
 
-/// The attributes of one accessibility element.
+/// The attributes of a window that can be managed, read from its accessibility element.
 struct WindowCandidate {
     WindowID id;
     AccessibilityElement element;
@@ -55,7 +55,7 @@ struct WindowEnumeration {
     std::vector<ManagedWindow> listed;
     std::vector<UnlistedWindow> unlisted; // in the order of the known windows
     std::vector<UnmanagedWindow> unmanaged;
-    std::vector<pid_t> applications; // those whose windows are managed
+    std::vector<pid_t> applications; // processes of the applications whose windows are managed
     std::uint64_t shownSpace = 0;
 };
 
@@ -72,8 +72,8 @@ class AccessibilityWindowService {
     /// See `AccessibilityServicing`.
     std::optional<std::string> stalePermission() const { return accessibility_.stalePermission(); }
 
-    /// Lists every eligible window of every eligible application, and queries the presence of each known window that is
-    /// not listed: with one request per window, but with only one per unresponsive application. Polling queue; touches
+    /// Lists every window that can be managed. For each known window that is not listed, one more request finds out
+    /// whether the window still exists. An unresponsive application gets only one such request. Polling queue; touches
     /// no state.
     WindowEnumeration enumerateWindows(std::span<const KnownWindow> known = {}) const;
     /// Reads one element; absent if it is not a window that can be managed.
@@ -96,11 +96,12 @@ class AccessibilityWindowService {
     /// Ends the pending passes of the windows for whose requested frame (window-service space) `isChosen` returns true;
     /// writes nothing.
     void cancelPlacements(const std::function<bool(const CGRect& target)>& isChosen);
-    /// The requested frame until its last pass; absent when no request for the window is pending.
+    /// The frame that was requested for the window, until the last pass of this request; absent at other times.
     std::optional<CGRect> pendingFrame(const WindowID& windowID) const;
 
-    /// Shows the application, restores the window, brings both to the front with keyboard focus, and repeats that once.
-    /// False if the window or its application does not exist any more, or the permission is missing.
+    /// Shows the application, restores the window and brings both to the front with keyboard focus. Then requests the
+    /// focus once more, in case another application has taken it. False if the window or its application does not exist
+    /// any more, or the permission is missing.
     bool restoreAndFocus(const ManagedWindow& window);
     void minimize(const ManagedWindow& window);
     void unminimize(const ManagedWindow& window);

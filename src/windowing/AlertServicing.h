@@ -38,8 +38,9 @@ class AlertServicing {
     virtual ~AlertServicing() = default;
     /// Shows the user a message. Main thread; never waits.
     virtual void inform(const Alert& alert) = 0;
-    /// Shows a warning with a question. `answer` is called at most once, on the main thread and after this has
-    /// returned: true only if the user has confirmed, false where no question can be shown. Main thread; never waits.
+    /// Shows a warning with a question. `answer` is called at most once, on the main thread and after
+    /// `confirm` has returned: true only if the user has confirmed, false where no question can be shown. Main thread;
+    /// never waits.
     virtual void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) = 0;
 };
 

@@ -15,8 +15,8 @@ namespace kova {
 
 enum class ApplicationActivationPolicy { regular = 0, accessory = 1, prohibited = 2 };
 
-/// An application's icon: a name in the desktop's icon theme, a file, or the platform's object. There is no icon if all
-/// of these are empty.
+/// An application's icon. `name` is a name in the desktop's icon theme or the path of a file; `image` is an object of
+/// the platform. If both are empty, there is no icon.
 struct ApplicationIcon {
     std::string name;
     std::shared_ptr<const void> image;
@@ -71,7 +71,8 @@ class ApplicationServicing {
     virtual std::vector<RunningApplication> runningApplications() const = 0;
     /// Absent when there is no such process among the applications. Any thread; never waits.
     virtual std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const = 0;
-    /// Whether all its windows are hidden; false when there is no such application. Any thread; never waits.
+    /// Whether all windows of the application are hidden; false when there is no such application. Any thread; never
+    /// waits.
     virtual bool isApplicationHidden(pid_t processIdentifier) const {
         const auto application = runningApplication(processIdentifier);
         return application && application->isHidden;

@@ -30,7 +30,8 @@ bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
         withWindows.insert(window.processIdentifier);
     }
     for (const auto& window : found.unlisted) {
-        // The window got its request while it was listed; otherwise the tab that replaced it got one under another id.
+        // A window that was listed before has got its request. If it was not, no request is made: it may be behind a
+        // tab that has another id and has got its own request.
         const auto known = elements_.find(window.id);
         if (known == elements_.end()) continue;
         present.emplace(window.id, known->second.element);

@@ -1,4 +1,4 @@
-// Diagnostics of a desktop: reasons why windows may not be moved.
+// Platform interface to diagnostics: facts about a desktop that can prevent KOVA from moving windows.
 #pragma once
 
 #include <optional>

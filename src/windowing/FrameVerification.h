@@ -9,7 +9,8 @@
 
 namespace kova {
 
-/// Some applications clamp the size against the position, or the position against the size; so the order matters.
+/// The order matters: some applications limit the size depending on the position, or the position depending on the
+/// size.
 enum class FrameWriteOrder { positionFirst, sizeFirst };
 
 /// When the passes run, in seconds after the request.
@@ -27,10 +28,12 @@ enum class FrameVerdict {
 /// `frame` is absent when it could not be read.
 FrameVerdict verdictOnFrame(const std::optional<CGRect>& frame, const CGRect& target);
 
-/// The first write of a request has step 0, the correction of pass k step k + 1; the order alternates.
+/// The order of one write of a request. The first write is step 0, the correction of pass k is step k + 1. The two
+/// orders alternate.
 FrameWriteOrder writeOrder(int step);
 
-/// The frame moved inside the target with its size kept; absent when it is larger than the target or need not move.
+/// The frame, moved inside the target without a change of its size. Absent if the frame is larger than the target, or
+/// if it is inside the target already.
 std::optional<CGRect> movedInside(const CGRect& frame, const CGRect& target);
 
 } // namespace kova

@@ -7,10 +7,10 @@ namespace kova {
 namespace {
 
 constexpr auto kAmerican = [] {
-    std::array<std::string_view, keyCode::limit> written{};
+    std::array<std::string_view, keyCode::limit> characterByCode{};
     struct Run {
         std::string_view characters;
-        std::uint16_t first; // the key code of the first character; those of the others follow
+        std::uint16_t first; // the key code of the first character; the next characters have the next codes
     };
     constexpr std::array kRuns = {
         Run{"asdfhgzxcv", 0},
@@ -28,10 +28,10 @@ constexpr auto kAmerican = [] {
     };
     for (const Run& run : kRuns) {
         for (std::size_t n = 0; n < run.characters.size(); ++n) {
-            written[run.first + n] = run.characters.substr(n, 1);
+            characterByCode[run.first + n] = run.characters.substr(n, 1);
         }
     }
-    return written;
+    return characterByCode;
 }();
 
 } // namespace

@@ -44,7 +44,8 @@ enum class ModifierNames {
     symbols, // ⌃⌥H, as on a Mac
 };
 
-/// Which holders of key combinations the platform can detect.
+/// The holders of key combinations that the platform can detect. A holder is a program that has registered the
+/// combination, or the system.
 enum class KnownHolders {
     everyProgram, // a combination for which no holder is known is free
     systemOnly,   // the system's own shortcuts are known; those of other programs are not
@@ -55,14 +56,14 @@ class KeyMonitorServicing {
   public:
     virtual ~KeyMonitorServicing() = default;
 
-    /// Reports presses while another application is active; that application gets them, too. On a window system where
-    /// combinations must be grabbed, only presses of these are reported, and no other application gets them.
+    /// Reports presses while another application is active, which gets them, too. On a window system where combinations
+    /// must be grabbed, only presses of grabbed combinations are reported, and no other application gets these presses.
     [[nodiscard]] virtual Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) = 0;
     /// Reports presses while a window of KOVA has the focus. If `monitor` returns true, the window does not get the
     /// press.
     [[nodiscard]] virtual Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) = 0;
-    /// Replaces the combinations of the monitors. On window systems with grabs the combinations are grabbed while there
-    /// is a global monitor and no recorder.
+    /// Sets the combinations that KOVA uses, in place of the former ones. On window systems with grabs the combinations
+    /// are grabbed while there is a global monitor and no recorder.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
     /// The combinations of `claim` that one of `knownHolders` holds. Their presses are not reported to KOVA, or the
     /// holder acts on them as well.

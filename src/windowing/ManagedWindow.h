@@ -51,7 +51,8 @@ struct UnmanagedWindow {
     std::string reason; // “it is smaller than 120 × 80 points”
 };
 
-/// Whether `b` need not be published after `a`: frame and title are not compared.
+/// Whether `a` and `b` are equal in everything that must be published when it changes. Frame and title are not
+/// compared.
 bool samePresentation(const ManagedWindow& a, const ManagedWindow& b);
 
 } // namespace kova

@@ -22,8 +22,8 @@ struct PointerEvent {
 class PointerMonitorServicing {
   public:
     virtual ~PointerMonitorServicing() = default;
-    /// Reports the main button, and movements only while it is held. Costs nothing without an observer. Main
-    /// thread.
+    /// Reports presses and releases of the main button, and movements while the button is held. Costs nothing without
+    /// an observer. Main thread.
     [[nodiscard]] virtual Subscription observePointer(std::function<void(const PointerEvent&)> observer) = 0;
     /// Whether the user can drag a window by any point, as with Alt on X11; otherwise only by its title or an edge.
     virtual bool dragsWindowsByAnyPoint() const { return true; }
@@ -48,8 +48,8 @@ struct DividerHandleEvent {
 class DividerHandleServicing {
   public:
     virtual ~DividerHandleServicing() = default;
-    /// Shows exactly these handles, each at least 8 points thick, with the resize cursor of its axis, above the desktop
-    /// but below the windows that overlap it. Main thread; never waits.
+    /// Shows exactly these handles. Each handle is at least 8 points thick and has the resize cursor of its axis. It is
+    /// above the desktop, but below the windows that overlap it. Main thread; never waits.
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
     /// Whether handles cover the desktop's icons. If so, they are shown only on displays with a window in a tile.
     virtual bool coversDesktopIcons() const { return false; }

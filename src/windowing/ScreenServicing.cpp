@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-/// The integral part; an impossible number counts as 0.
+/// The integral part; a number that is not finite counts as 0.
 std::string integralText(double points) {
     constexpr double kLargest = 1e15;
     if (!std::isfinite(points)) return "0";

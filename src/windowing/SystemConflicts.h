@@ -1,4 +1,4 @@
-// Functions of a Mac that conflict with tiles and shortcuts, as values, and the diagnostics about them.
+// Features of a Mac that conflict with tiles and shortcuts, and the diagnostics about them.
 #pragma once
 
 #include "windowing/DiagnosticsServicing.h"
@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// An unknown setting counts as off.
+/// Which of these features are on. A feature whose state is unknown counts as off.
 struct SystemConflicts {
     bool isSecureInputOn = false;       // keys are not reported to other programs
     bool tilesWindowsAtEdges = false;   // a window dropped at an edge of the display fills a half of it

@@ -13,9 +13,9 @@ constexpr CGSize kSmallestManagedSize = {120, 80}; // points; anything smaller i
 constexpr std::string_view kUntitled = "Untitled Window";
 constexpr std::string_view kUnnamedApplication = "App";
 constexpr std::string_view kWindowSymbol = "macwindow";
-constexpr int kLongestChain = 16; // of dialogs of dialogs; a longer one is a cycle
+constexpr int kLongestChain = 16; // of dialogs that belong to dialogs; a longer chain is a cycle
 
-/// All attributes that are read of a window, in one request.
+/// The attributes of a window that a poll reads, in one request.
 constexpr std::array kWindowAttributes = {
     AccessibilityAttribute::role,      AccessibilityAttribute::subrole,     AccessibilityAttribute::title,
     AccessibilityAttribute::minimized, AccessibilityAttribute::position,    AccessibilityAttribute::size,
@@ -91,8 +91,8 @@ struct Found {
     bool isElsewhere = false;
 };
 
-/// Indices of the visible windows. Windows of another Space are left out: one may have the same frame as a shown
-/// window.
+/// Indices of the visible windows. Windows of another Space are left out, since such a window may have the same frame
+/// as a shown window.
 std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
                                            std::span<const CGRect> onScreenRectangles) {
     std::vector<VisibilityCandidate> pool;
@@ -103,8 +103,8 @@ std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
     return visibleWindows(std::move(pool), onScreenRectangles);
 }
 
-/// The window at the head of a dialog's chain of parents; absent for a window that is not a dialog of another one in
-/// `found`, and for a cycle.
+/// The ordinary window at the end of the chain of parents that begins with the dialog. Absent if the parent of `dialog`
+/// is not in `found`, and for a cycle.
 std::optional<WindowID> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
     const WindowCandidate* at = &dialog;
     for (int length = 0; length < kLongestChain; ++length) {
@@ -136,7 +136,7 @@ std::optional<WindowCandidate> candidateIn(const AttributeValues& values, const 
                                            pid_t processIdentifier) {
     if (whyNotManaged(values)) return std::nullopt;
     const auto* parent = values.get<AccessibilityElement>(AccessibilityAttribute::parent);
-    const bool isInWindow = parent && parent->hash != 0 && parent->processIdentifier == processIdentifier;
+    const bool isDialog = parent && parent->hash != 0 && parent->processIdentifier == processIdentifier;
     return WindowCandidate{.id = windowID(processIdentifier, element),
                            .element = element,
                            .title = titleIn(values),
@@ -145,7 +145,7 @@ std::optional<WindowCandidate> candidateIn(const AttributeValues& values, const 
                            .isMaximized = values.isTrue(AccessibilityAttribute::maximized),
                            .frame = values.frame(),
                            .minimumSize = values.minimumSize(),
-                           .parentID = isInWindow ? std::optional(windowID(processIdentifier, *parent)) : std::nullopt};
+                           .parentID = isDialog ? std::optional(windowID(processIdentifier, *parent)) : std::nullopt};
 }
 
 } // namespace
@@ -155,8 +155,8 @@ struct AccessibilityWindowService::PollResults {
     std::uint64_t shownSpace = 0;
     std::vector<ManagedWindow> windows;
     std::vector<UnmanagedWindow> unmanaged;
-    std::unordered_set<WindowID> answered; // ids of listed elements that are managed
-    std::unordered_set<pid_t> processes;   // of the applications whose windows are managed
+    std::unordered_set<WindowID> listedIDs; // of the managed windows
+    std::unordered_set<pid_t> processes;    // of the applications whose windows are managed
 };
 
 WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const KnownWindow> known) const {
@@ -206,7 +206,7 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
             results.unmanaged.push_back({windowID(process, element), name, titleIn(window), std::string(*reason)});
         }
         if (!candidate || !seen.insert(candidate->id).second) continue;
-        results.answered.insert(candidate->id);
+        results.listedIDs.insert(candidate->id);
         const auto space = accessibility_.spaceOf(element);
         found.push_back({std::move(*candidate), space, space && *space != results.shownSpace});
     }
@@ -246,10 +246,10 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
 std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::span<const KnownWindow> known,
                                                                         const PollResults& results) const {
     std::vector<UnlistedWindow> unlisted;
-    std::unordered_set<pid_t> silent; // each costs one timeout
+    std::unordered_set<pid_t> silent; // unresponsive applications; each costs one timeout
     for (const auto& window : known) {
         const pid_t process = window.element.processIdentifier;
-        if (results.answered.contains(window.id) || !results.processes.contains(process)) continue;
+        if (results.listedIDs.contains(window.id) || !results.processes.contains(process)) continue;
         const auto presence =
             silent.contains(process) ? WindowPresence::noAnswer : accessibility_.presenceOf(window.element);
         switch (presence) {

@@ -1,5 +1,5 @@
-// Parses the list of windows of a Mac's window server. Its entries come from other programs, so any number may be
-// missing or impossible.
+// Parses the list of windows of a Mac's window server. The entries come from other programs, so any number may be
+// missing or out of range.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"
@@ -15,7 +15,7 @@ struct WindowListEntry {
     std::optional<double> x, y, width, height; // window-service space
 };
 
-/// Absent unless the entry is complete and its numbers are possible.
+/// Absent unless the entry is complete and its numbers are in range.
 std::optional<OnScreenWindow> onScreenWindow(const WindowListEntry& entry);
 
 } // namespace kova

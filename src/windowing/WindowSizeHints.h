@@ -1,4 +1,4 @@
-// Which sizes a window accepts, by its announced hints, and the frame to request so that it gets one of them.
+// The sizes that a window accepts, according to the hints that it announces, and the frame to request for such a size.
 #pragma once
 
 #include "support/Geometry.h"
@@ -8,7 +8,7 @@ namespace kova {
 /// In points. Sizes are those of the window's content; the frame is larger by `around`. A component that is 0 restricts
 /// nothing.
 struct WindowSizeHints {
-    CGSize around{};
+    CGSize around{}; // what the decorations add to the content
     CGSize minimum{};
     CGSize maximum{};
     CGSize base{};          // an accepted size is `base` plus whole increments

@@ -12,7 +12,7 @@ namespace kova {
 
 namespace {
 
-TEST(WindowListParsing, AnEntryWithAMissingOrImpossibleNumberIsSkipped) {
+TEST(WindowListParsing, AnEntryWithANumberThatIsMissingOrOutOfRangeIsSkipped) {
     const WindowListEntry complete{.layer = 0, .ownerProcess = 501, .x = -20, .y = 30.5, .width = 800, .height = 600};
     const auto window = onScreenWindow(complete);
     ASSERT_TRUE(window);
@@ -35,7 +35,7 @@ TEST(WindowListParsing, AnEntryWithAMissingOrImpossibleNumberIsSkipped) {
     EXPECT_FALSE(onScreenWindow(tooLarge));
 }
 
-TEST(AccessibilityErrors, AWindowIsClosedOnlyIfTheErrorSaysSo) {
+TEST(AccessibilityErrors, AWindowCountsAsClosedOnlyAfterTheErrorInvalidElement) {
     using enum WindowPresence;
     const std::pair<int, WindowPresence> cases[] = {
         {0, present},       // success
@@ -85,7 +85,7 @@ TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
     EXPECT_TRUE(backoff.silent().empty());
 }
 
-TEST(AccessibilityErrors, ARefusalIsAResponse) {
+TEST(AccessibilityErrors, AnApplicationThatRefusesARequestCountsAsResponsive) {
     // The error numbers of the accessibility interface.
     constexpr int kSuccess = 0, kFailure = -25200, kAttributeUnsupported = -25205, kDisabled = -25211,
                   kNoValue = -25212;

@@ -21,7 +21,8 @@ TEST(RequestedHiding, ARequestCountsAsDoneForOneSecondAndThenTheReportedStateCou
     EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(100.4)));
 
     hiding.show(kEditor, Seconds(101.2));
-    EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(101.3))) << "each application has its own second";
+    EXPECT_TRUE(hiding.isHidden(kMail, kShown, Seconds(101.3)))
+        << "the request to show the editor does not affect Mail";
     EXPECT_FALSE(hiding.isHidden(kMail, kShown, Seconds(101.4))) << "the application has refused to hide";
     EXPECT_FALSE(hiding.isHidden(kEditor, kHidden, Seconds(102.1)));
     EXPECT_TRUE(hiding.isHidden(kEditor, kHidden, Seconds(102.3))) << "the user has hidden the editor";

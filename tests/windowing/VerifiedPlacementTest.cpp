@@ -111,7 +111,7 @@ TEST(VerifiedPlacement, AcceptsADeviationOfUpToTwoPoints) {
     }
 }
 
-TEST(VerifiedPlacement, WindowThatDoesNotShrinkIsReportedOnce) {
+TEST(VerifiedPlacement, TheFrameOfAWindowThatDoesNotShrinkIsReportedOnce) {
     // The last pass neither writes the frame nor raises the window, although the window is to be brought to the front.
     PlacementBench bench({.secretMinimumSize = CGSize{900, 200}}, BringToFront::yes);
     EXPECT_EQ(bench.journalUntil(0), std::string(kPositionFirst) + "Mail: unhide\nMail: AXRaise\nMail: activate\n");
@@ -147,14 +147,16 @@ TEST(VerifiedPlacement, MovesAWindowInsideTheTileOnlyIfItFits) {
 }
 
 TEST(VerifiedPlacement, WindowThatCannotFillItsTargetIsMovedInsideIt) {
-    // A window of whole increments of 130 x 90 points is 520 x 360 in this target; the user drags it out below.
+    // The window accepts only multiples of 130 x 90 points, so it is 520 x 360 in this target. Then the user drags it
+    // out of the target.
     PlacementBench bench({.cell = CGSize{130, 90}});
     bench.journalUntil(0.64);
     bench.desktop.userMoves("Mail", makeRect(150, 150, 520, 360));
     EXPECT_EQ(bench.journalUntil(5), kPositionFirst);
     EXPECT_EQ(bench.frameOf("Mail"), "100,100 520x360") << "the correction has moved the window inside";
 
-    // A slow window has not carried out the correction yet: the last pass moves it inside from its present position.
+    // A slow window has not carried out the correction when the last pass reads its frame. The pass then also writes a
+    // frame of the present size that is inside the target.
     PlacementBench slow({.maximumSize = CGSize{520, 360}, .answersAfter = Seconds(10)});
     slow.journalUntil(0.64);
     slow.desktop.userMoves("Mail", makeRect(250, 80, 520, 360));
@@ -163,7 +165,7 @@ TEST(VerifiedPlacement, WindowThatCannotFillItsTargetIsMovedInsideIt) {
                   "Mail: AXSize 520x360, AXPosition 180,100, AXSize 520x360, AXPosition 180,100\n");
 }
 
-TEST(VerifiedPlacement, NewerRequestEndsThePassesOfTheOlder) {
+TEST(VerifiedPlacement, ANewerRequestEndsThePassesOfTheOlderOne) {
     PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
     bench.journalUntil(0.3);
     bench.request(makeRect(0, 0, 500, 300));

@@ -6,7 +6,7 @@ namespace kova {
 
 namespace {
 
-TEST(VirtualTime, AJobReadsTheUptimeAtWhichItWasDue) {
+TEST(VirtualTime, AJobThatReadsTheUptimeGetsTheTimeAtWhichItWasDue) {
     VirtualMainQueue queue;
     const Seconds start = queue.uptime();
     std::string events;

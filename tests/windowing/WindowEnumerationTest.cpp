@@ -69,7 +69,9 @@ TEST(WindowEnumeration, ManagesOnlyWindowsAndDialogsOfAtLeast120By80Points) {
         {"frame not a number", {.frame = makeRect(0, 0, std::nan(""), 500)}, "Mail/Mail nowhere"},
         {"untitled", {.frame = large, .unreadable = {title}}, "Mail/Untitled Window 10,20 300x200 visible"},
         {"title empty", {.frame = large, .title = ""}, "Mail/ 10,20 300x200 visible"},
-        {"state unreadable", {.frame = large, .unreadable = {minimized}}, "Mail/Mail 10,20 300x200 visible"},
+        {"whether it is minimized is unreadable",
+         {.frame = large, .unreadable = {minimized}},
+         "Mail/Mail 10,20 300x200 visible"},
         {"minimized", {.frame = large, .isMinimized = true}, "Mail/Mail 10,20 300x200 minimized"},
         {"on another Space", {.frame = large, .virtualDesktop = 1}, "Mail/Mail 10,20 300x200"},
         {"not an ordinary layer", {.frame = large, .layer = 3}, "Mail/Mail 10,20 300x200"},
@@ -156,7 +158,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfUnlistedKnownWindowsOnly) {
         const char* what;
         std::function<void()> happens;
         std::string expected; // the windows that are neither listed nor closed
-        int moreRequests;     // than a poll without known windows sends
+        int moreRequests;     // how many more than a poll without known windows
     };
     const Case cases[] = {
         {"all are listed", [] {}, "", 0},
@@ -186,7 +188,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfUnlistedKnownWindowsOnly) {
     }
 }
 
-TEST(WindowEnumeration, AnApplicationWithoutAnIconGetsThatOfItsBundleOrASymbol) {
+TEST(WindowEnumeration, AnApplicationWithoutAnIconGetsTheIconOfItsBundleOrASymbol) {
     ServiceBench bench;
     const ApplicationIcon none{};
     bench.desktop.launch("Bundled", {.icon = none, .bundlePath = "/Applications/Bundled.app"});
@@ -292,7 +294,7 @@ TEST(WindowIdentity, SamePresentationIgnoresFrameAndTitle) {
     }
 }
 
-TEST(DisplayIdentity, ComesFromTheDeviceElseFromTheFrame) {
+TEST(DisplayIdentity, IsDerivedFromTheDeviceOrElseFromTheFrame) {
     const auto id = [](std::optional<std::string> uuid, CGRect frame) {
         return displayID({.displayUUID = std::move(uuid), .localizedName = "", .frame = frame, .visibleFrame = frame});
     };

@@ -28,7 +28,7 @@ TEST(WindowFocus, RestoresAMinimizedOrHiddenWindow) {
     EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
 }
 
-TEST(WindowFocus, SecondAttemptWinsAgainstAnotherActivation) {
+TEST(WindowFocus, AWindowGetsTheFocusAlthoughAnotherApplicationActivatesItselfMeanwhile) {
     FocusBench bench;
     bench.desktop.stealNextActivation("Notes");
     EXPECT_TRUE(bench.service.restoreAndFocus(bench.managed("Mail")));
@@ -37,7 +37,7 @@ TEST(WindowFocus, SecondAttemptWinsAgainstAnotherActivation) {
     EXPECT_EQ(bench.desktop.focusedLabel(), "Mail");
 }
 
-TEST(WindowFocus, FailsWithoutPermissionWindowOrApplication) {
+TEST(WindowFocus, FailsIfThePermissionTheWindowOrTheApplicationIsMissing) {
     struct Case {
         const char* why;
         std::function<void(SimulatedDesktop&)> happens;
