@@ -1,5 +1,5 @@
 // Computes from several sources whether a Linux session is asleep, inactive or locked. Each desktop has only some of
-// the sources. Values and arithmetic only.
+// the sources. Free functions over values.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"

@@ -35,7 +35,7 @@ std::string escaped(const std::string& text) {
 } // namespace
 
 std::string scopeName(const std::string& applicationIdentifier, pid_t process) {
-    constexpr std::size_t kLongestIdentifier = 160; // of 255 for the whole name
+    constexpr std::size_t kLongestIdentifier = 160; // the whole name may have 255 characters
     const std::string identifier = escaped(applicationIdentifier).substr(0, kLongestIdentifier);
     return "app-kova-" + identifier + "-" + std::to_string(process) + ".scope";
 }

@@ -21,8 +21,8 @@ class ApplicationScopes {
     /// Connects to the session bus at the first call of `moveToOwnScope`.
     ApplicationScopes(std::string busAddress, EventLoop& loop);
 
-    /// Requests that the user manager moves the process into a scope. Processes that it starts later are in the scope,
-    /// too.
+    /// Requests that the user manager moves the process into a scope. Processes that are started by this process later
+    /// belong to the same scope.
     void moveToOwnScope(pid_t process, const std::string& applicationIdentifier, const std::string& applicationName);
 
   private:

@@ -147,7 +147,7 @@ LaunchAtLoginStatus AutostartEntry::status() const {
 
 std::optional<std::string> AutostartEntry::registerAtLogin() {
     if (status() == LaunchAtLoginStatus::enabled) return std::nullopt;
-    if (program_.empty()) return "where kova-agent is installed cannot be found out";
+    if (program_.empty()) return "the path of kova-agent is not known";
     const auto present = contents(entry_);
     if (!present || isAsWritten(*present)) return replace(writtenEntry());
     // Enables an entry that the user disabled or edited; other lines do not change.
@@ -163,7 +163,7 @@ std::optional<std::string> AutostartEntry::unregisterAtLogin() {
     const auto present = contents(entry_);
     const auto shared = sharedEntry();
     if (shared || (present && !isAsWritten(*present))) {
-        // Without this entry the system-wide one would count, or the user's lines would be lost.
+        // If the file were removed, the system-wide entry would apply, or the lines that the user added would be lost.
         const std::string text = present ? *present : contents(*shared).value_or("");
         problem = replace(withValue(text, kHidden, "true"));
     } else if (present) {
@@ -171,12 +171,13 @@ std::optional<std::string> AutostartEntry::unregisterAtLogin() {
         if (!fs::remove(entry_, error) && error) problem = entry_.string() + ": " + error.message();
     }
     if (problem || !isUnitEnabled()) return problem;
-    return std::string("the systemd unit ") + kUnit + " starts it; “systemctl --user disable " + kUnit + "” ends that";
+    return std::string("the systemd unit ") + kUnit + " starts KOVA; “systemctl --user disable " + kUnit +
+           "” ends that";
 }
 
 std::string AutostartEntry::guidance() const {
     if (isUnitEnabled()) {
-        return std::string("The systemd unit ") + kUnit + " starts it; “systemctl --user disable " + kUnit +
+        return std::string("The systemd unit ") + kUnit + " starts KOVA; “systemctl --user disable " + kUnit +
                "” ends that.";
     }
     const auto present = contents(entry_);
@@ -184,9 +185,9 @@ std::string AutostartEntry::guidance() const {
     const std::string file = present || !shared ? entry_.string() : shared->string();
     switch (status()) {
     case LaunchAtLoginStatus::enabled:
-        return "The autostart entry " + file + " starts it.";
+        return "The autostart entry " + file + " starts KOVA.";
     case LaunchAtLoginStatus::notFound:
-        return "The autostart entry " + file + " names a program that is not there.";
+        return "The autostart entry " + file + " names a program that does not exist.";
     case LaunchAtLoginStatus::notRegistered:
     case LaunchAtLoginStatus::requiresApproval:
         break;

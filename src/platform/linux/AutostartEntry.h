@@ -1,5 +1,6 @@
-// Start at login by an autostart entry, which every Linux desktop reads. Files are changed only at the user's
-// request, and keep lines that the user added. A systemd unit that starts the agent counts as well.
+// Starts the agent at login by an autostart entry, which every Linux desktop reads. The entry is changed only at the
+// user's request, and lines that the user added are kept. If a systemd unit starts the agent, the start at login counts
+// as enabled, too.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"

@@ -18,7 +18,7 @@ namespace kova {
 
 namespace {
 
-constexpr unsigned int kCloseRangeCloexec = 4; // of close_range
+constexpr unsigned int kCloseRangeCloexec = 4; // the flag CLOSE_RANGE_CLOEXEC
 constexpr rlim_t kMaxDescriptors = 65536;      // closed one by one if the kernel has no close_range
 constexpr Seconds kReapingPause{5};            // between two checks if the kernel has no pidfd
 
@@ -33,8 +33,8 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
 struct ChildPlan {
     std::vector<char*> words, environment;
     const char* folder = nullptr;
-    int outcome = -1;                       // where to write an error
-    std::optional<pid_t> parentToDieWith{}; // this process, if the child is to be killed when it ends
+    int outcome = -1;                       // descriptor to which an error is written
+    std::optional<pid_t> parentToDieWith{}; // the parent, if its end is to kill the child
 };
 
 void resetSignals() {
@@ -92,8 +92,8 @@ pid_t forkChild(const ChildPlan& plan) {
 } // namespace
 
 struct ChildProcesses::Child {
-    int outcome = -1; // readable once the start has succeeded or failed
-    int end = -1;     // readable once the process has ended
+    int outcome = -1; // descriptor, readable once the start has succeeded or failed
+    int end = -1;     // descriptor, readable once the process has ended
     Started started;
     Ended ended;
     Subscription watchingOutcome, watchingEnd;
@@ -123,7 +123,7 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     };
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return fail(errno);
-    // The number is above those of the standard descriptors, which the child replaces.
+    // The child replaces its standard descriptors, so the number of this descriptor must be above theirs.
     const int outcome = fcntl(pipe[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(pipe[1]);
     const ChildPlan plan{pointersTo(command.words), pointersTo(command.environment), command.folder.c_str(), outcome,
@@ -146,7 +146,8 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     return process;
 }
 
-/// Reads the error if the program could not be started, else the end of the pipe, which the start has closed.
+/// Reads the error if the program could not be started. A successful start has closed the other end of the pipe, so
+/// that nothing is read.
 void ChildProcesses::readOutcome(pid_t process) {
     const auto found = children_.find(process);
     if (found == children_.end()) return;

@@ -22,7 +22,7 @@ class ChildProcesses final : public ChildStarting {
     ChildProcesses& operator=(const ChildProcesses&) = delete;
 
     std::optional<pid_t> start(const Command& command, Started started, Ended ended = {}) override;
-    /// Whether the process has ended with status 0. If several had that number, the last one started here counts.
+    /// Whether the process has ended with status 0. If several started processes had this number, the last one counts.
     bool hasSucceeded(pid_t process) const { return succeeded_.contains(process); }
 
   private:

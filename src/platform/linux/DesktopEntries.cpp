@@ -332,7 +332,7 @@ void DesktopEntries::scan() {
     folders_.clear();
     identities_.clear();
     for (const auto& root : roots_) scanFolder(root, "", 0);
-    // Hidden entries are needed only to keep out later entries with their ids.
+    // Hidden entries were needed only to exclude later entries with the same ids.
     std::erase_if(entries_, [](const Entry& entry) { return entry.isHidden; });
     std::stable_partition(entries_.begin(), entries_.end(), [](const Entry& entry) { return entry.isDisplayed; });
     texts_.shrink_to_fit();

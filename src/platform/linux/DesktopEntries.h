@@ -30,7 +30,7 @@ struct DesktopEntry {
     bool needsTerminal = false;
     std::string execLine;                           // empty if there is none
     std::string tryExec;                            // a program; if it does not exist, the application is not installed
-    std::string workingFolder;                      // empty if any folder will do
+    std::string workingFolder;                      // empty if the entry names none
     std::vector<std::string> onlyShowIn, notShowIn; // desktops
 };
 
@@ -51,10 +51,11 @@ class DesktopEntries final : public ApplicationCatalogue {
     /// The locale of messages, from the environment.
     static std::string localeOfMessages();
 
-    /// Finds the first entry of which the following is true, tried in this order: its id is the application's own ID;
-    /// its StartupWMClass is the window's class or instance name; its id is the class; the last component of its id,
-    /// after a reverse domain name, is the class. Except for the application's own ID, case is ignored if there is no
-    /// exact match. Entries that menus do not show are considered last.
+    /// Finds the application's entry. These conditions are tried in this order: the entry's id is the application's own
+    /// ID; its StartupWMClass is the window's class or instance name; its id is the window's class; the last component
+    /// of its id, after a reverse domain name, is the window's class. A window without a class is matched by its
+    /// instance name instead. Except for the application's own ID, case is ignored if there is no exact match. Of
+    /// several entries that meet a condition, those that menus show come first.
     ApplicationIdentity identify(const ApplicationTraces& traces) override;
 
     /// The applications that menus show, sorted by name.

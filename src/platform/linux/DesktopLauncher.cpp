@@ -115,7 +115,8 @@ void DesktopLauncher::launch(const LaunchableApplication& application, LaunchAct
     Command command{.words = std::get<Words>(std::move(words)),
                     .folder = entry->workingFolder.empty() ? homeFolder() : entry->workingFolder,
                     .environment = environmentForLaunchedProgram()};
-    // The id sets the user time of the program's windows to 0. Window managers do not focus such windows.
+    // The end of the startup id, _TIME0, sets the user time of the program's windows to 0. Window managers do not focus
+    // such windows.
     if (activation == LaunchActivation::inBackground) {
         command.environment.push_back("DESKTOP_STARTUP_ID=kova-" + std::to_string(getpid()) + "-" +
                                       std::to_string(++backgroundLaunches_) + "_TIME0");

@@ -10,8 +10,8 @@ namespace kova {
 
 class DesktopLauncher final : public ApplicationLauncher {
   public:
-    /// Entries and scopes must outlive the launcher. The applications that it started continue to run after its end.
-    /// Without scopes an application stays in the control group of this process.
+    /// `entries`, `loop` and `scopes` must outlive the launcher. Started applications continue to run after its end.
+    /// Without `scopes` an application remains in the control group of this process.
     DesktopLauncher(DesktopEntries& entries, EventLoop& loop, ApplicationScopes* scopes = nullptr);
 
     std::vector<LaunchableApplication> launchableApplications() override;

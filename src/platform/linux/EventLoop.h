@@ -1,5 +1,5 @@
 // The main queue on Linux: one thread that sleeps until work is posted, a timer is due, a descriptor has something to
-// read or a signal requests the process to end. It never wakes up when none of these happened.
+// read, or a signal requests the process to end. For no other reason does the thread wake up.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -24,7 +24,8 @@ class EventLoop final : public MainQueue {
     Seconds uptime() const override;
 
     /// Calls back while the descriptor has something to read, or was closed at its other end, until the subscription is
-    /// dropped. The descriptor stays the caller's and must outlive the subscription. Main thread only.
+    /// dropped. The caller remains responsible for closing the descriptor, after dropping the subscription. Main thread
+    /// only.
     [[nodiscard]] Subscription watchReadable(int descriptor, std::function<void()> readable);
 
     /// When SIGTERM, SIGINT or SIGHUP arrives, calls `stop` instead of ending the process. Call once, before `run`.

@@ -27,7 +27,7 @@ class FilePreferencesStore final : public PreferencesStore {
     static constexpr Seconds kLongestRetry{60.0};
 
     /// Reads the file, which need not exist. `problemFound` is called for each problem when it is noticed. The queues
-    /// outlive the store.
+    /// must outlive the store.
     FilePreferencesStore(std::filesystem::path file, MainQueue& queue, WorkQueue& diskQueue,
                          std::function<void(const std::string&)> problemFound = {});
 
@@ -64,7 +64,8 @@ class FilePreferencesStore final : public PreferencesStore {
     std::function<void(const std::string&)> problemFound_;
     std::shared_ptr<PreferencesFile> file_; // a job on the work queue may outlive the store
     PreferenceValues values_;
-    std::map<std::string, std::function<PreferenceValue()>, std::less<>> deferred_; // newer than `values_`
+    /// Functions that make the newest values of their keys; `values_` has older ones.
+    std::map<std::string, std::function<PreferenceValue()>, std::less<>> deferred_;
     std::uint64_t version_ = 0;
     std::uint64_t writtenVersion_ = 0;
     bool isWriting_ = false; // on the work queue

@@ -44,7 +44,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
                  LoginSessionTimeouts timeouts = {});
 
-    /// The last state that logind reported. Any thread.
+    /// Whether the session was locked by the last report of logind; screen savers do not count. Any thread.
     bool isLoginSessionScreenLocked() const override { return isLockedHintSet_; }
     Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
     std::vector<DiagnosticLine> diagnose() const override;

@@ -179,13 +179,13 @@ void LogindClient::examine(std::vector<std::string> paths, Search way) {
     const std::string path = paths.front();
     paths.erase(paths.begin());
     const auto round = round_;
-    querySession(path, [this, round, way, rest = std::move(paths)](const std::optional<Session>& session) {
+    querySession(path, [this, round, way, remaining = std::move(paths)](const std::optional<Session>& session) {
         if (round != round_) return;
         if (session && session->isOurs) {
             if (session->isGraphical()) return use(*session);
             if (!candidate_) candidate_ = session; // a desktop started by startx runs in a terminal's session
         }
-        examine(rest, way);
+        examine(remaining, way);
     });
 }
 

@@ -47,12 +47,12 @@ class LogindClient {
         std::string path;
         std::string id;
         std::string type;
-        bool isOurs = false; // of this user, and not a greeter
+        bool isOurs = false; // of this user; not a greeter, and not about to close
         bool isActive = true;
         bool isLocked = false;
         bool isGraphical() const { return type == "x11" || type == "wayland" || type == "mir"; }
     };
-    /// Ways to find the session, the most reliable first; `over` when none is left.
+    /// Ways to find the session, the most reliable first; `over` means that all have been tried.
     enum class Search { namedByEnvironment, ofProcess, displayOfUser, anyOfUser, over };
     using Number = std::uint64_t;
 

@@ -188,7 +188,7 @@ void MessageBus::send(const BusMethod& method, const std::function<void(sdbus::M
         });
     } catch (const sdbus::Error& error) {
         // The connection is broken; the next `process` reports that.
-        log(LogLevel::detail, "the " + name_ + " takes no question: " + error.getMessage());
+        log(LogLevel::detail, "a call on the " + name_ + " failed: " + error.getMessage());
     }
     waitForDeadline();
 }
@@ -212,7 +212,7 @@ void MessageBus::queryOwner(const std::string& service, std::function<void(const
          [this, service, handler = std::move(handler)](sdbus::Message* reply) {
              std::string owner;
              if (reply) *reply >> owner;
-             // A missing reply does not mean that a known owner has left; the bus announces that.
+             // An empty reply does not remove a known owner: if the owner leaves, the bus announces that.
              if (!owner.empty()) setOwner(service, owner);
              handler(owner);
          });
@@ -239,7 +239,8 @@ void MessageBus::process() {
         int handled = 0;
         while (connection_ && connection_->processPendingRequest()) {
             if (++handled < kMessagesPerCall) continue;
-            // The library may have read further messages already. For these the descriptor does not become readable.
+            // The library may have read further messages already. The descriptor does not become readable for these, so
+            // this function is called again.
             if (!std::exchange(isProcessDue_, true)) {
                 loop_.post(lifetime_.guard([this] {
                     isProcessDue_ = false;

@@ -52,8 +52,8 @@ class MessageBus {
     MessageBus(const MessageBus&) = delete;
     MessageBus& operator=(const MessageBus&) = delete;
 
-    /// Connects now; after a failure or a lost connection, retries after growing pauses, at most ten minutes. Call
-    /// once. `connected` is called after each connection, `lost` after each loss of one.
+    /// Connects now; after a failure or a lost connection, retries after growing pauses of at most ten minutes.
+    /// Call once. `connected` is called after each connection, `lost` after each loss of one.
     void open(std::vector<BusSignal> signals, std::function<void()> connected, std::function<void()> lost);
     bool isConnected() const { return connection_ != nullptr; }
     /// Why there is no connection; empty while there is one.
@@ -67,8 +67,8 @@ class MessageBus {
     void call(const BusMethod& method, std::uint32_t number, ReplyHandler handler);
     /// Calls a method with arguments of any types, which `fill` writes before this function returns.
     void send(const BusMethod& method, const std::function<void(sdbus::MethodCall&)>& fill, ReplyHandler handler);
-    /// Queries the owner of the name; empty if there is none. Does not start the service. Signals of a service are only
-    /// passed on after this query, or after the service has appeared, on the current connection.
+    /// Queries the owner of the name; empty if there is none. Does not start the service. On each connection,
+    /// signals of a service are passed on only after this query has found its owner, or after the service has appeared.
     void queryOwner(const std::string& service, std::function<void(const std::string& owner)> handler);
     /// Whether the name is known to have an owner.
     bool hasOwner(const std::string& service) const { return owners_.contains(service); }

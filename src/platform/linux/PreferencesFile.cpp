@@ -69,9 +69,9 @@ nlohmann::json jsonOf(const PreferenceValue& value) {
     return nlohmann::json::parse(std::get<PreferenceData>(value).json, nullptr, false);
 }
 
-/// Whether the record describes the windows of one agent's session. Such a record is replaced instead of merged, since
-/// it means nothing to another agent.
-bool isOwnState(const std::string& key) {
+/// Whether the record is state that an agent computes in its own session. Such a record is replaced instead of merged
+/// with that of another agent.
+bool isStateOfOneAgent(const std::string& key) {
     return key == preferenceKey::workspaceSession || key == preferenceKey::autoArrangeLearning;
 }
 
@@ -172,8 +172,8 @@ void removeAbandonedDrafts(const fs::path& target) {
     }
 }
 
-/// Locks the folder against agents of other sessions while it exists. Best effort: a folder that cannot be locked, as
-/// on some network file systems, is used without a lock.
+/// Locks the folder against agents of other sessions, for the lifetime of this object. Best effort: a folder that
+/// cannot be locked, as on some network file systems, is used without a lock.
 class FolderLock {
   public:
     explicit FolderLock(const fs::path& folder) : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
@@ -279,7 +279,7 @@ PreferenceValues PreferencesFile::mergeInto(const PreferenceValues& theirs, cons
         std::optional<PreferenceValue> value = our;
         if (our == base || our == at(known_, key)) { // not changed by this agent, or taken over by an earlier reading
             value = their;
-        } else if (their != base && their != our && !isOwnState(key)) {
+        } else if (their != base && their != our && !isStateOfOneAgent(key)) {
             const auto merged = merge(key, {jsonAt(ours_, key), jsonAt(ours, key), jsonAt(theirs, key),
                                             jsonAt(known_, key), isUnread_ ? MergeWinner::theirs : MergeWinner::ours});
             value = merged.value ? std::optional(valueOf(*merged.value)) : std::nullopt;

@@ -56,7 +56,7 @@ class PreferencesFile {
         TakenOver takenOver;
         std::string keptAt;  // the copy of a file with unusable values; empty when none was made
         std::string notice;  // for the user, although the write succeeded
-        std::string problem; // why it is not on disk
+        std::string problem; // why the values are not on disk
     };
     /// Writes all the values, unless they are on disk already. A request with an older version than one written before
     /// is dropped.

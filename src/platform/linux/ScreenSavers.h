@@ -1,5 +1,6 @@
-// Follows the session's screen saver. Each desktop has its own service name; all have the same interface. Each signal
-// is confirmed by a query to the owner of the name; without a reply the screen saver counts as inactive.
+// Observes whether the session's screen saver is active. Each desktop has its own service name; all have the same
+// interface. Each signal is confirmed by a query to the owner of the name; without a reply the screen saver counts as
+// inactive.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
@@ -35,7 +36,7 @@ class ScreenSavers {
     Listener listener_;
     std::set<std::string> running_;
     std::set<std::string> queried_;  // names with a query in progress
-    std::set<std::string> outdated_; // names of `queried_` of which a signal has arrived since the query
+    std::set<std::string> outdated_; // names of `queried_` that have sent a signal since the query began
 };
 
 } // namespace kova

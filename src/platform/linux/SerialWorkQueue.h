@@ -16,7 +16,7 @@ class SerialWorkQueue final : public WorkQueue {
   public:
     /// `name` is the name of the thread in debuggers and process lists; only its first 15 characters are used.
     explicit SerialWorkQueue(std::string name);
-    /// Waits for the job that runs; jobs not begun are dropped.
+    /// Waits until the running job ends. Jobs that have not begun are dropped.
     ~SerialWorkQueue() override;
 
     void post(std::function<void()> job) override;

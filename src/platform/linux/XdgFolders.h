@@ -21,8 +21,8 @@ struct XdgFolders {
     static XdgFolders fromEnvironment();
 };
 
-/// Creates the folder and the folders above it where they are missing, for this user alone (0700). False when it
-/// cannot; errno then says why.
+/// Creates the folder, and missing folders above it, with access for this user alone (0700). False on failure, with the
+/// reason in errno.
 bool createPrivateFolder(const std::filesystem::path& folder);
 
 } // namespace kova
