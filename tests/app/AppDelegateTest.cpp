@@ -312,7 +312,7 @@ TEST(FirstSteps, AreShownUntilTheFirstArrangement) {
     desk.arrange();
     EXPECT_EQ(adviceFor(UserHistory::newUser), std::nullopt);
     Scenario wayland;
-    wayland.desktop.setAbsence("This is a Wayland session.");
+    wayland.desktop.setUnavailableReason("This is a Wayland session.");
     wayland.start().settle();
     EXPECT_EQ(firstSteps(UserHistory::newUser, wayland.controller()), std::nullopt);
 }

@@ -176,7 +176,7 @@ TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
     setLogWriter([&](LogLevel, const std::string& text) { logged.push_back(text); }, LogLevel::warning);
     coordinator.removeMonitors();
     const KeyCombination right{keyCode::right, kFocus};
-    keyboard.holdByOther(right);
+    keyboard.claimByOther(right);
     coordinator.installMonitors();
     desk.settle();
     // After a recording or a new installation of the monitors the held combination is not logged again.
@@ -196,7 +196,7 @@ TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
     EXPECT_EQ(layout(), "jarvis.dual-split");
     press(keyCode::h, kFocus);
     desk.expectFocus("Codex");
-    keyboard.giveUpByOther(right);
+    keyboard.releaseByOther(right);
     press(keyCode::right, kFocus);
     EXPECT_EQ(layout(), "jarvis.dual-stack");
 }

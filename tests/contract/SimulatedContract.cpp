@@ -59,7 +59,7 @@ class SimulatedStage final : public ContractDesktop {
     void pressKey(KeyCombination combination) override {
         keyboard_.press(combination.keyCode, combination.modifierFlags);
     }
-    void claimForOther(KeyCombination combination) override { keyboard_.holdByOther(combination); }
+    void claimForOther(KeyCombination combination) override { keyboard_.claimByOther(combination); }
     LaunchableApplication install(const std::string& name) override { return desktop_.install(name); }
     void uninstall(const std::string& name) override { desktop_.uninstall(name); }
 

@@ -458,7 +458,7 @@ TEST_F(AgentMethods, WindowsOfADisconnectedDisplayAreListedAsWithoutATile) {
 }
 
 TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
-    desk.desktop.setAbsence("This is a Wayland session. Log in to an X11 session instead.");
+    desk.desktop.setUnavailableReason("This is a Wayland session. Log in to an X11 session instead.");
     desk.settle();
     EXPECT_EQ(error("arrange")["message"], "This is a Wayland session. Log in to an X11 session instead.");
     EXPECT_EQ(error("arrange")["code"], controlCode::noPermission);

@@ -73,7 +73,7 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
 }
 
 TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
-    keyboard().holdByOther({keyCode::g, modifierFlag::command});
+    keyboard().claimByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
     result("shortcut.set", {{"action", "undo"}, {"keys", "super+g"}});
     EXPECT_EQ(nextNotification(connection), "claimed Super+G held");
@@ -86,7 +86,7 @@ TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
                      check["text"].get<std::string>().find("Super+G (Undo Window Action)") != std::string::npos;
     }
     EXPECT_TRUE(isReported);
-    keyboard().giveUpByOther({keyCode::g, modifierFlag::command});
+    keyboard().releaseByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
 
     EXPECT_NE(result("doctor").dump().find("No other program holds"), std::string::npos);
@@ -101,7 +101,7 @@ TEST_F(ShortcutsOverTheSocket, OfAMacAreShownWithItsSymbolsAndHeldByTheSystem) {
               "A shortcut needs control, option or command: without them “⇧U” could not be typed any more");
     const auto says = [&](const std::string& text) { return result("doctor").dump().find(text) != std::string::npos; };
     EXPECT_FALSE(says("No other program holds")) << "whether programs hold keys is unknown";
-    keyboard().holdByOther({keyCode::left, modifierFlag::control | modifierFlag::command});
+    keyboard().claimByOther({keyCode::left, modifierFlag::control | modifierFlag::command});
     EXPECT_TRUE(says("The system itself acts on these keys, too: ⌃⌘← (Undo Window Action)"));
     EXPECT_FALSE(says("nother program"));
     EXPECT_EQ(shortcutOf("undo")["heldBy"], "system");

@@ -254,7 +254,7 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
 }
 
 TEST_F(ShortcutSettings, ShowConflictsWithOtherProgramsAndAreFoundByNameAndKeys) {
-    desk.desktop.keyboard().holdByOther({5, modifierFlag::control | modifierFlag::option});
+    desk.desktop.keyboard().claimByOther({5, modifierFlag::control | modifierFlag::option});
     ask("shortcut.set", {{"action", "focusLeft"}, {"keys", "ctrl+alt+g"}});
     desk.settle();
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(2) == QStringLiteral("In use by another program"); }));

@@ -1,4 +1,4 @@
-// Announcements of changes and times of responses, which are like a Mac's or like those of X11.
+// Announcements of changes, and the times that responses take. Both depend on the style of the desktop.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <utility>
@@ -22,8 +22,8 @@ bool SimulatedAnnouncements::noteChange(pid_t process, std::uint64_t hash) {
     if (style_ == AnnouncementStyle::always) return true;
     if (dropped_.contains({process, hash})) noteLoss();
     if (!requested_.contains({process, hash})) return false;
-    if (toLose_ == 0) return true;
-    --toLose_;
+    if (announcementsToLose_ == 0) return true;
+    --announcementsToLose_;
     noteLoss();
     return false;
 }
@@ -45,7 +45,7 @@ void SimulatedDesktop::setPermissionStale(bool isStale) {
 }
 
 void SimulatedDesktop::setAnswerTime(Seconds time) {
-    // Applications do not announce that they respond again.
+    // An application announces neither that it stops to respond nor that it responds again.
     if ((time < kReadDeadline) != (answerTime_ < kReadDeadline)) announcements_.noteLoss();
     answerTime_ = time;
 }

@@ -21,7 +21,7 @@ std::string asciiLowercased(std::string text) {
 }
 
 [[noreturn]] void throwUnknownName(std::string_view name) {
-    throw std::out_of_range("no \"" + std::string(name) + "\" here");
+    throw std::out_of_range("there is no \"" + std::string(name) + "\"");
 }
 
 } // namespace
@@ -338,7 +338,7 @@ void SimulatedDesktop::setMinimized(SimulatedWindow& window, bool minimized) {
 void SimulatedDesktop::setMinimizedAlone(SimulatedWindow& window, bool minimized) {
     if (window.isMinimized == minimized) return;
     window.isMinimized = minimized;
-    // Where hiding means iconifying, an application with a visible window is not hidden.
+    // With this style an application with a restored window is not hidden.
     if (!minimized && hidingStyle_ == HidingStyle::iconifiesWindows) {
         window.wasIconifiedByHiding = false;
         findApplication(window.processIdentifier())->record.isHidden = false;
@@ -351,8 +351,8 @@ bool SimulatedDesktop::isMinimizedByItself(const SimulatedWindow& window) const 
            !(window.wasIconifiedByHiding && findApplication(window.processIdentifier())->record.isHidden);
 }
 
-/// Where hiding means iconifying, a request for a window of a hidden application only changes whether the window is
-/// restored together with the application.
+/// With `HidingStyle::iconifiesWindows` all windows of a hidden application are minimized. A request for such a window
+/// only changes whether the window is restored together with the application.
 void SimulatedDesktop::setMinimizedByRequest(SimulatedWindow& window, bool minimized) {
     Application& owner = *findApplication(window.processIdentifier());
     if (hidingStyle_ == HidingStyle::hidesApplication || !owner.record.isHidden || !window.isMinimized) {

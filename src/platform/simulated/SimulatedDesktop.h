@@ -1,7 +1,7 @@
-// A whole desktop in memory, in virtual time: a back end like any other, used by every scenario test. With the upper
-// half of the class, tests act as users, applications and the machine; the lower half implements the platform
-// interfaces for KOVA. The desktop records the requests of KOVA; a call that violates a platform interface (a write
-// from the polling queue, a frame that is not a number) is added to `violations`.
+// A back end that simulates a whole desktop in memory and in virtual time. Every scenario test uses it. Tests call the
+// first half of the class to act as the user, the applications and the machine. The second half implements the platform
+// interfaces, which KOVA calls. The desktop records the requests of KOVA. A call that violates a platform interface (a
+// write from the polling queue, a frame that is not a number) is added to `violations`.
 #pragma once
 
 #include "platform/simulated/SimulatedAnnouncements.h"
@@ -53,7 +53,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
     SimulatedKeyboard& keyboard() { return keyboard_; }
 
-    // Displays. Windows that a change leaves on no display are moved onto the first, unless they are stranded.
+    // Displays. If a change of displays leaves a window on no display, the window is moved onto the first display;
+    // after `strandWindows(true)` it stays where it is.
     void addDisplay(SimulatedDisplay display);
     void removeDisplay(std::string_view name);
     void resizeDisplay(std::string_view name, CGSize size);
@@ -66,27 +67,28 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Applications. Unknown names and labels throw std::out_of_range, since the scenario has a mistake.
     pid_t launch(std::string name, ApplicationTraits traits = {});
     void quit(std::string_view application);
-    /// The application stays listed, but as terminated.
+    /// Marks the application as terminated; it stays listed.
     void beginTerminating(std::string_view application);
     void userHides(std::string_view application, bool hide = true);
-    /// The application begins or stops to respond. While it does not respond, a request takes until the deadline, and
-    /// writes are lost.
+    /// Sets whether the application responds. While it does not respond, each request of a poll takes `kReadDeadline`,
+    /// and writes are lost.
     void setAnswering(std::string_view application, bool responds);
     bool isAnswering(const SimulatedWindow& window) const;
+    /// Whether the process is a running application that does not respond in time.
     bool isSilent(pid_t processIdentifier) const;
-    // How a Mac responds (SimulatedAnnouncements.cpp)
-    /// Sets the time that each request of a poll takes. From `kReadDeadline` on there is no response.
+    // Traits of a Mac (SimulatedAnnouncements.cpp)
+    /// Sets the time that each request of a poll takes. If it is `kReadDeadline` or more, no application responds in
+    /// time.
     void setAnswerTime(Seconds time);
     /// While the permission is stale, every request is refused although KOVA has the permission.
     void setPermissionStale(bool isStale);
     SimulatedAnnouncements& announcements() { return announcements_; }
-    /// The application animates its windows while its enhanced user interface is on.
+    /// Sets an attribute of the application. While it is on, applications on a Mac animate the frames that are written.
     void setEnhancedUserInterface(std::string_view application, bool isOn);
     bool hasEnhancedUserInterface(std::string_view application) const;
     /// At the next activation of another application, this application takes the focus back.
     void stealNextActivation(std::string_view application);
-    /// From now on the desktop places windows itself, so that writes of frames are lost. `name` is the name that
-    /// `placingManager` returns.
+    /// From now on the desktop places windows itself and ignores writes of frames. `placingManager` returns `name`.
     void placeWindowsItself(std::optional<std::string> name) {
         placesWindows_ = true;
         placingManager_ = std::move(name);
@@ -105,7 +107,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<Alert> takeAlerts() { return std::exchange(alerts_, {}); }
     /// From now on alerts are shown by `alerts` instead, which must exist as long as KOVA shows alerts.
     void showAlertsBy(AlertServicing& alerts) { alternativeAlerts_ = &alerts; }
-    /// Answers the oldest open alert as a user does.
+    /// Acts as the user who confirms or declines the oldest open confirmation.
     void answerAlert(bool isConfirmed);
 
     // Windows. A label is the application's name, with a number for every further window: "Mail", "Mail 2".
@@ -116,9 +118,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     void userFocuses(std::string_view label);
     void setTitle(std::string_view label, std::string title);
     void setMinimumSize(std::string_view label, CGSize size);
-    /// For the duration windows keep their sizes, and their sizes are unreliable until two seconds later.
+    /// Simulates the replacement of the window manager. For `duration`, windows ignore requests for a size. From now
+    /// until two seconds after that, `areSizesReliable` is false.
     void replaceWindowManager(Seconds duration) { managerComesAt_ = queue_.uptime() + duration; }
-    /// For the duration windows keep their sizes although the sizes count as reliable.
+    /// For `duration`, windows ignore requests for a size, although `areSizesReliable` is true.
     void stallResizing(Seconds duration) { stalledUntil_ = queue_.uptime() + duration; }
     // Spaces and native tabs (SimulatedSpaces.cpp)
     void setSpaceStyle(SpaceStyle style) { spaceStyle_ = style; }
@@ -129,13 +132,13 @@ class SimulatedDesktop : public AccessibilityServicing,
     int shownVirtualDesktop() const { return virtualDesktop_; }
     /// With `SpaceStyle::listsShown`: the delay after which `shownSpace` reports that another Space is shown.
     void delaySpaceNotifications(Seconds delay) { spaceNotificationDelay_ = delay; }
-    /// Closes a window, but its application keeps the window's object, which still responds: with an empty size, or
-    /// with the frame that the window had.
+    /// Closes a window whose application keeps the window's object. The object still responds, with an empty size or
+    /// with the last frame of the window.
     enum class RetainedFrame { empty, asItWas };
     void closeAndRetain(std::string_view label, RetainedFrame frame);
     bool isRetained(const WindowID& windowID) const;
-    /// Opens one more tab in the window's tab group and shows it. Only the shown tab is listed. A tab gets a new
-    /// element each time it is shown; the elements of the other tabs still respond.
+    /// Opens one more tab in the window's tab group and shows that tab. Only the shown tab is listed. A tab gets a new
+    /// element each time it is shown. The elements of the other tabs still respond.
     std::string openTab(std::string_view label, WindowTraits traits = {});
     void showTab(std::string_view label);
     /// The window server reports an open window as destroyed or, if `lose` is false, as present again. Both happen
@@ -147,32 +150,35 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
 
     // Session, permission, pointer
-    /// Locks the session without a notification; queries report the lock.
+    /// Locks or unlocks the session without a `SystemActivityEvent`; queries report the new state.
     void setLocked(bool locked);
     /// A change of the machine or the login session, delivered on the queue.
     void simulate(SystemActivityEvent event);
     void setTrusted(bool trusted);
     /// From now on no window of the session can be managed, for this reason.
-    void setAbsence(std::string reason);
+    void setUnavailableReason(std::string reason);
+    /// Sets whether the user grants the permission when `requestTrust` shows a prompt.
     void setAnswerToPrompt(bool trusted) { answerToPrompt_ = trusted; }
     int promptCount() const { return promptCount_; }
+    /// Moves the pointer without an event; absent: the pointer has no known location.
     void movePointer(std::optional<CGPoint> pointOnDesktop);
-    /// Whether the desktop announces every change.
+    /// Sets whether the desktop announces every change, so that it has a `changeCount`.
     void setAnnouncesAllChanges(bool announcesAll);
 
-    // The mouse (SimulatedMouse.cpp); its events are delivered on the queue. Points are in desktop space.
-    /// Presses the main button: on the window at the point, else on the handle there.
+    // The mouse (SimulatedMouse.cpp). Its events are delivered on the queue. Points are in desktop space.
+    /// Presses the main button on the window at the point. If there is no window, presses the handle at the point.
     void pressAt(CGPoint point, WindowPart grip = WindowPart::titleBar);
     /// Moves the pointer; the dragged window or handle follows.
     void movePointer(CGPoint point, ShiftKey shift = ShiftKey::up);
     void releaseButton(ShiftKey shift = ShiftKey::up);
-    /// Ends the drag of a handle.
+    /// Presses Escape, which ends the drag of a handle.
     void pressEscape();
-    /// Until `reportPress`, only handles get events of the button and the pointer, like on a desktop whose answer where
-    /// a press was comes late.
+    /// From now on until `reportPress`, the observers of the pointer get no events; the observers of handles still do.
+    /// Some desktops also report late where the button was pressed.
     void delayPressReport() { delaysPressReport_ = true; }
-    /// Reports the press with the pointer's position by now.
+    /// Reports the delayed press with the pointer's present position.
     void reportPress();
+    /// From now on `coversDesktopIcons` is true.
     void coverDesktopIcons() { coversDesktopIcons_ = true; }
     /// The handles shown now.
     const std::vector<DividerHandle>& handles() const { return handles_; }
@@ -198,7 +204,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// The number of requests to read attributes since the start.
     int readCount() const { return readCount_; }
     const std::vector<std::string>& violations() const { return violations_; }
-    /// The number of windows since the start that the user or their application has closed.
+    /// The number of windows that were closed since the start.
     int closedCount() const { return closedCount_; }
     int openedCount() const { return openedCount_; }
 
@@ -207,7 +213,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool areSizesReliable(const AccessibilityElement&) const override;
     bool isProcessTrusted() const override { return isTrusted_; }
     bool requestTrust(bool prompt) override;
-    std::optional<std::string> unavailableReason() const override { return absence_; }
+    std::optional<std::string> unavailableReason() const override { return unavailableReason_; }
     std::optional<std::string> stalePermission() const override;
     bool readsSendRequests() const override { return style_ == DesktopStyle::mac; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
@@ -266,7 +272,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
-    // A window's own number, and those of the elements inside it.
+    // Each window uses that many numbers: the first for itself, the others for the elements inside it.
     static constexpr std::uint64_t kNumbersPerWindow = 16;
 
     struct Application {
@@ -304,21 +310,21 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::string freeLabel(const std::string& applicationName) const;
 
     CGRect displayFrame(const SimulatedDisplay& display) const;
-    /// The display under the window's top left corner, else the first.
+    /// The frame of the display under the top left corner of `frame`; if there is none, of the first display.
     CGRect displayFrameUnder(const CGRect& frame) const;
     CGPoint firstDisplayOrigin() const;
     bool isOnSomeDisplay(const CGRect& frame) const;
     void displaysChanged();
     CGPoint onScreen(CGPoint pointOnDesktop) const;
 
-    // The object that is dragged while the button is down.
+    // The state of the main button while it is down, and the window or handle that follows the pointer.
     struct Hold {
-        std::uint64_t window = 0;
+        std::uint64_t window = 0; // its number; 0: the button was not pressed on a window
         WindowPart grip = WindowPart::nothing;
-        CGRect frame{}; // of the window, when the button went down
-        CGPoint start{};
+        CGRect frame{};  // of the window, when the button went down
+        CGPoint start{}; // where the button went down
         std::optional<std::string> handleID{};
-        bool isOver = false; // the press was the second of a double click, or Escape ended the drag
+        bool isOver = false; // the drag of the handle: this was the second press of a double click, or Escape ended it
     };
     struct Click {
         std::string handleID;
@@ -328,27 +334,29 @@ class SimulatedDesktop : public AccessibilityServicing,
     void postEvent(PointerEvent::Kind kind, CGPoint pointOnDesktop, ShiftKey shift = ShiftKey::up);
     void postEvent(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint pointOnDesktop);
 
-    void changed(); // a change that the system itself announces: of applications, Spaces, displays or the session
+    void changed(); // applications, Spaces, displays or the session changed; the system itself announces this
     void changed(const SimulatedWindow& window);
-    void changed(const Application& application); // its windows changed, or which of them has its focus
+    void changed(const Application& application); // the list of its windows changed, or its focused window
     void announce();
     void announceLater();
     void announceChange();
-    /// Whether the application responds. A poll spends the time of the response, or the time until the deadline.
+    /// Returns whether the application responds in time. During a poll, the time until the response or until the
+    /// deadline passes.
     bool waitForResponse(const Application& application) const;
     bool isInTime(const Application& application) const;
-    void note(std::string line);
+    void addToJournal(std::string line);
     void requireMainThread(const char* call) const;
     void remove(const SimulatedWindow& window);
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
     /// The window to which the dialog `window` belongs; null for other windows.
     const SimulatedWindow* parentOf(const SimulatedWindow& window) const;
-    /// A window, its dialogs and their dialogs are hidden and shown together, whichever of them gets the request.
+    /// The windows that are minimized and restored together with `window`: the topmost parent, its dialogs, and their
+    /// dialogs.
     std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
     void setMinimized(SimulatedWindow& window, bool minimized);
     void setMinimizedAlone(SimulatedWindow& window, bool minimized);
     void setMinimizedByRequest(SimulatedWindow& window, bool minimized);
-    /// Whether the window was minimized by a request of its own, not hidden together with its application.
+    /// Whether the window was minimized alone, and not because its application was hidden.
     bool isMinimizedByItself(const SimulatedWindow& window) const;
     void setHidden(Application& application, bool hidden);
     void iconifyWindows(Application& application, bool iconify);
@@ -372,17 +380,17 @@ class SimulatedDesktop : public AccessibilityServicing,
     mutable VirtualMainQueue queue_;
     mutable VirtualWorkQueue pollingQueue_{queue_};
     SimulatedKeyboard keyboard_{queue_};
-    std::vector<SimulatedDisplay> displays_; // the platform's order
-    std::deque<Application> applications_;   // the order of launching
+    std::vector<SimulatedDisplay> displays_; // in the order of `screens`
+    std::deque<Application> applications_;   // in the order of their launches
     std::vector<Installation> installations_;
-    std::map<pid_t, bool> forkingPrograms_; // by their process: whether they have ended
+    std::map<pid_t, bool> forkingPrograms_; // for each process: whether it has ended
     std::vector<Alert> alerts_;
     AlertServicing* alternativeAlerts_ = nullptr;
     std::deque<std::function<void(bool)>> pendingConfirmations_;
     std::map<std::uint64_t, SimulatedWindow> windows_;
     std::vector<std::uint64_t> stacking_; // front to back
     std::optional<pid_t> frontmost_;
-    std::optional<pid_t> activationThief_; // of `stealNextActivation`
+    std::optional<pid_t> activationThief_; // set by `stealNextActivation`
     HidingStyle hidingStyle_ = HidingStyle::hidesApplication;
     bool placesWindows_ = false;
     std::optional<std::string> placingManager_;
@@ -392,16 +400,16 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool isPermissionStale_ = false;
     SpaceStyle spaceStyle_ = SpaceStyle::listsAll;
     int virtualDesktop_ = 0;
-    int lastOwnSpace_ = 1000; // the last Space made for a full-screen window; higher numbers than scenarios use
-    std::uint64_t spaceChanges_ = 0;
+    int lastOwnSpace_ = 1000;        // the newest Space of a full-screen window; scenarios use lower numbers
+    std::uint64_t spaceChanges_ = 0; // `shownSpace` with `SpaceStyle::listsShown`
     Seconds spaceNotificationDelay_{0};
     std::map<std::uint64_t, SimulatedWindow> retained_; // closed, but still responding
     bool strandsWindows_ = false;
     bool isTrusted_ = true;
-    std::optional<std::string> absence_;
+    std::optional<std::string> unavailableReason_;
     bool answerToPrompt_ = false;
     bool isLocked_ = false;
-    std::optional<Seconds> managerComesAt_; // uptime
+    std::optional<Seconds> managerComesAt_; // the uptime at which the new window manager starts
     Seconds stalledUntil_{0};
     bool announcesAllChanges_ = true;
     std::optional<CGPoint> pointerOnDesktop_;

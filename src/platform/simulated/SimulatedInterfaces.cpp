@@ -8,7 +8,7 @@ namespace kova {
 
 namespace {
 
-constexpr std::uint64_t kInnermost = 2; // a button in a group in the window
+constexpr std::uint64_t kInnermost = 2; // the depth of the innermost element: a button in a group in the window
 constexpr Seconds kSpringDelay{0.1};
 
 bool isPlausible(const AttributeWrite& write) {
@@ -32,7 +32,7 @@ void SimulatedDesktop::announceChange() {
     }));
 }
 
-void SimulatedDesktop::note(std::string line) {
+void SimulatedDesktop::addToJournal(std::string line) {
     journal_.push_back(std::move(line));
 }
 
@@ -178,12 +178,12 @@ void SimulatedDesktop::writeAttributes(const AccessibilityElement& element, std:
     }
     auto* owner = findApplication(element.processIdentifier);
     auto* window = const_cast<SimulatedWindow*>(windowOf(element));
-    note((window ? window->label() : owner ? owner->name : "no window") + ": " + line);
+    addToJournal((window ? window->label() : owner ? owner->name : "no window") + ": " + line);
     if (!owner || !isInTime(*owner) || !isTrusted_ || isPermissionStale_) return;
     if (!window) {
         for (const auto& write : writes) {
-            const auto* flag = std::get_if<bool>(&write.value);
-            if (flag && write.attribute == AccessibilityAttribute::enhancedUserInterface) owner->isEnhanced = *flag;
+            const auto* isOn = std::get_if<bool>(&write.value);
+            if (isOn && write.attribute == AccessibilityAttribute::enhancedUserInterface) owner->isEnhanced = *isOn;
         }
         const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
         const bool isRequested = std::any_of(writes.begin(), writes.end(), [&](const auto& write) {
@@ -226,19 +226,19 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
         if (placesWindows_) return;
         window.isMaximized = false;
     }
-    // A value with a type that the attribute does not have is ignored.
+    // A value of the wrong type for the attribute is ignored.
     if (point && write.attribute == AccessibilityAttribute::position) {
         const CGPoint corner = firstDisplayOrigin();
         const CGPoint origin = {point->x + corner.x, point->y + corner.y};
-        // A window that moves to another display is limited by that display.
+        // If the window moves to another display, the frame of that display limits its position.
         setFrameOf(window, window.frameMovedTo(origin, displayFrameUnder({origin, {}})));
     } else if (size && write.attribute == AccessibilityAttribute::size) {
         if (queue_.uptime() < std::max(stalledUntil_, managerComesAt_.value_or(Seconds{0}))) return;
         setFrameOf(window, window.frameResizedTo(*size, display));
-    } else if (const auto* flag = std::get_if<bool>(&write.value)) {
-        if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByRequest(window, *flag);
-        if (write.attribute == AccessibilityAttribute::maximized) setMaximized(window.label(), *flag);
-        if (*flag &&
+    } else if (const auto* boolean = std::get_if<bool>(&write.value)) {
+        if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByRequest(window, *boolean);
+        if (write.attribute == AccessibilityAttribute::maximized) setMaximized(window.label(), *boolean);
+        if (*boolean &&
             (write.attribute == AccessibilityAttribute::main || write.attribute == AccessibilityAttribute::focused)) {
             findApplication(window.processIdentifier())->focusedWindow = window.number();
         }
@@ -248,7 +248,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
 void SimulatedDesktop::performAction(const AccessibilityElement& element, AccessibilityAction action) {
     requireMainThread("performAction");
     const auto* window = windowOf(element);
-    note((window ? window->label() : "no window") + ": " + std::string(actionName(action)));
+    addToJournal((window ? window->label() : "no window") + ": " + std::string(actionName(action)));
     if (window && isTrusted_ && !isPermissionStale_) raise(*window);
 }
 
@@ -280,7 +280,7 @@ void SimulatedDesktop::flush() {
 
 // ApplicationServicing
 
-/// A process number is never reused on this desktop, so the number identifies the start.
+/// This desktop never reuses a process number, so the number alone identifies the process.
 std::optional<std::string> SimulatedDesktop::processStartIdentity(pid_t processIdentifier) const {
     const auto program = forkingPrograms_.find(processIdentifier);
     const bool isProgram = program != forkingPrograms_.end() && !program->second;
@@ -312,7 +312,7 @@ void SimulatedDesktop::hide(pid_t processIdentifier) {
     requireMainThread("hide");
     auto* application = findApplication(processIdentifier);
     if (!application) return;
-    note(application->name + ": hide");
+    addToJournal(application->name + ": hide");
     setHidden(*application, true);
 }
 
@@ -320,7 +320,7 @@ void SimulatedDesktop::unhide(pid_t processIdentifier) {
     requireMainThread("unhide");
     auto* application = findApplication(processIdentifier);
     if (!application) return;
-    note(application->name + ": unhide");
+    addToJournal(application->name + ": unhide");
     setHidden(*application, false);
 }
 
@@ -328,7 +328,7 @@ void SimulatedDesktop::activate(pid_t processIdentifier) {
     requireMainThread("activate");
     const auto* application = findApplication(processIdentifier);
     if (!application) return;
-    note(application->name + ": activate");
+    addToJournal(application->name + ": activate");
     if (application->record.isHidden) return;
     frontmost_ = processIdentifier;
     if (activationThief_ && activationThief_ != processIdentifier) frontmost_ = std::exchange(activationThief_, {});

@@ -22,7 +22,7 @@ void SimulatedKeyboard::deliver(const KeyPress& press) {
         return;
     }
     if (focus_ == Focus::ownWindow) {
-        if (!isKeptByLocalMonitor(press)) typed_.push_back(press);
+        if (!isConsumedByLocalMonitor(press)) typed_.push_back(press);
         return;
     }
     const KeyCombination combination{press.keyCode, press.modifierFlags & modifierFlag::ofShortcuts};
@@ -32,7 +32,7 @@ void SimulatedKeyboard::deliver(const KeyPress& press) {
     if (!isClaimed && !heldByOthers_.contains(combination)) typed_.push_back(press);
 }
 
-bool SimulatedKeyboard::isKeptByLocalMonitor(const KeyPress& press) {
+bool SimulatedKeyboard::isConsumedByLocalMonitor(const KeyPress& press) {
     const auto present = localMonitors_;
     for (const auto& weak : present) {
         const auto monitor = weak.lock();
@@ -41,11 +41,11 @@ bool SimulatedKeyboard::isKeptByLocalMonitor(const KeyPress& press) {
     return false;
 }
 
-void SimulatedKeyboard::holdByOther(KeyCombination combination) {
+void SimulatedKeyboard::claimByOther(KeyCombination combination) {
     if (!claimed().contains(combination)) heldByOthers_.insert(combination);
 }
 
-void SimulatedKeyboard::giveUpByOther(KeyCombination combination) {
+void SimulatedKeyboard::releaseByOther(KeyCombination combination) {
     heldByOthers_.erase(combination);
     notifyHeldByOthers();
 }
@@ -53,7 +53,7 @@ void SimulatedKeyboard::giveUpByOther(KeyCombination combination) {
 std::set<KeyCombination> SimulatedKeyboard::claimed() const {
     std::set<KeyCombination> ours;
     if (delivery_ == Delivery::observed || !globalMonitors_.hasAny() || !recorder_.expired()) return ours;
-    for (const KeyCombination& combination : wanted_) {
+    for (const KeyCombination& combination : requested_) {
         if (!heldByOthers_.contains(combination)) ours.insert(combination);
     }
     return ours;
@@ -73,7 +73,7 @@ Subscription SimulatedKeyboard::addLocalMonitor(std::function<bool(const KeyPres
 }
 
 void SimulatedKeyboard::claim(const std::vector<KeyCombination>& combinations) {
-    wanted_ = {combinations.begin(), combinations.end()};
+    requested_ = {combinations.begin(), combinations.end()};
     notifyHeldByOthers();
 }
 
@@ -84,7 +84,7 @@ void SimulatedKeyboard::notifyHeldByOthers() {
 std::vector<KeyCombination> SimulatedKeyboard::heldByOthers() const {
     std::vector<KeyCombination> held;
     if (!globalMonitors_.hasAny() || !recorder_.expired()) return held;
-    for (const KeyCombination& combination : wanted_) {
+    for (const KeyCombination& combination : requested_) {
         if (heldByOthers_.contains(combination)) held.push_back(combination);
     }
     return held;
@@ -105,7 +105,7 @@ Subscription SimulatedKeyboard::recordKeys(std::function<bool(const KeyPress&)> 
         recorder_ = kept;
         notifyHeldByOthers();
     }
-    // At the end of the recording, the claims that were suspended for it are in force again.
+    // Claims have no effect during a recording. At its end, `heldByOthers` may therefore change.
     return Subscription(std::shared_ptr<void>(
         kept.get(), [kept, notifyUnlessEnded = lifetime_.guard([this] { notifyHeldByOthers(); })](void*) mutable {
             kept.reset();

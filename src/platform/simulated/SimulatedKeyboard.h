@@ -1,5 +1,5 @@
-// The keyboard of the simulated desktop. Users press keys; other programs hold combinations of their own, or the whole
-// keyboard. All other presses are typed into the window that has the keyboard focus.
+// The keyboard of the simulated desktop. A test presses keys as the user, and claims combinations or the whole keyboard
+// as another program. A press that no program has claimed is typed into the window that has the keyboard focus.
 #pragma once
 
 #include "platform/simulated/VirtualTime.h"
@@ -19,28 +19,31 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
   public:
     explicit SimulatedKeyboard(VirtualMainQueue& queue) : queue_(queue) {}
 
-    /// How programs get key presses for other programs.
+    /// Which programs get a key press while another application has the focus.
     enum class Delivery {
         claimed,  // a combination goes only to the program that claimed it first, and is not typed into a window
         observed, // as on a Mac: every program can observe every press, which is typed into the focused window as well
     };
     void setDelivery(Delivery delivery) { delivery_ = delivery; }
+    /// The window that has the keyboard focus: a window of another application, or a window of KOVA.
     enum class Focus { otherApplication, ownWindow };
     void setFocus(Focus focus) { focus_ = focus; }
 
-    /// A key goes down. Its characters depend on the layout.
+    /// Presses a key. Its character depends on the layout.
     void press(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
     /// Reports another repetition of a key that stays pressed.
     void repeat(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
     /// The presses that were typed into a window since the last call.
     std::vector<KeyPress> takeTyped() { return std::exchange(typed_, {}); }
 
-    /// Another program claims a combination, unless KOVA has claimed it already, or releases it. With
-    /// `Delivery::observed` that program is the system.
-    void holdByOther(KeyCombination combination);
-    void giveUpByOther(KeyCombination combination);
+    /// Lets another program claim the combination; no-op if KOVA has claimed it. With `Delivery::observed` the other
+    /// program is the system.
+    void claimByOther(KeyCombination combination);
+    /// Lets the other program release the combination.
+    void releaseByOther(KeyCombination combination);
+    /// Sets whether another program gets all key presses.
     void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }
-    /// The characters of keys that differ from an American keyboard.
+    /// Sets the characters of the keys that differ from those of an American keyboard.
     void setLayout(std::map<std::uint16_t, std::string> characters) { layout_ = std::move(characters); }
     /// The combinations claimed by KOVA that no other program holds.
     std::set<KeyCombination> claimed() const;
@@ -65,14 +68,14 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     using LocalMonitor = std::function<bool(const KeyPress&)>;
 
     void deliver(const KeyPress& press);
-    bool isKeptByLocalMonitor(const KeyPress& press);
+    bool isConsumedByLocalMonitor(const KeyPress& press);
     void notifyHeldByOthers();
 
     VirtualMainQueue& queue_;
     Delivery delivery_ = Delivery::claimed;
     Focus focus_ = Focus::otherApplication;
     std::map<std::uint16_t, std::string> layout_;
-    std::set<KeyCombination> wanted_;
+    std::set<KeyCombination> requested_; // by `claim`
     std::set<KeyCombination> heldByOthers_;
     bool isKeyboardHeldByOther_ = false;
     Observers<const KeyPress&> globalMonitors_;

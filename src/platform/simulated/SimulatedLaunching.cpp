@@ -1,4 +1,4 @@
-// Applications that are launched and quit, and alerts.
+// Launching and quitting applications, and alerts.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>
@@ -71,7 +71,8 @@ const SimulatedDesktop::Installation* SimulatedDesktop::findInstallation(const s
 void SimulatedDesktop::launch(const LaunchableApplication& launched, LaunchActivation activation,
                               LaunchCompletion completion) {
     requireMainThread("launch");
-    note(launched.name + (activation == LaunchActivation::activates ? ": launch" : ": launch in the background"));
+    addToJournal(launched.name +
+                 (activation == LaunchActivation::activates ? ": launch" : ": launch in the background"));
     const auto* known = findInstallation(launched.identifier);
     const Seconds delay = known ? known->traits.startsAfter : Seconds(0);
     queue_.after(delay, lifetime_.guard([this, launched, activation, completion = std::move(completion)] {
@@ -137,7 +138,7 @@ bool SimulatedDesktop::terminate(pid_t process) {
     requireMainThread("terminate");
     const auto* requested = findApplication(process);
     if (!requested) return false;
-    note(requested->name + ": terminate");
+    addToJournal(requested->name + ": terminate");
     if (requested->quittingHabit == QuittingHabit::refuses || !requested->responds) return true;
     queue_.after(kQuittingTime, lifetime_.guard([this, process] {
         if (findApplication(process)) end(process);
@@ -151,7 +152,7 @@ std::optional<std::string> SimulatedDesktop::forceTerminate(pid_t process) {
     if (!ended || process == kOwnProcessIdentifier) return "there is no such application";
     if (ended->record.isPartOfDesktop) return "it belongs to the desktop";
     if (!ended->isVerified) return "its process is not known";
-    note(ended->name + ": force terminate");
+    addToJournal(ended->name + ": force terminate");
     queue_.post(lifetime_.guard([this, process] {
         if (findApplication(process)) end(process);
     }));

@@ -16,8 +16,8 @@ void SimulatedDesktop::simulate(SystemActivityEvent event) {
     queue_.post(lifetime_.guard([this, event] { systemActivityObservers_.notify(event); }));
 }
 
-void SimulatedDesktop::setAbsence(std::string reason) {
-    absence_ = std::move(reason);
+void SimulatedDesktop::setUnavailableReason(std::string reason) {
+    unavailableReason_ = std::move(reason);
     setTrusted(false);
 }
 
@@ -33,7 +33,7 @@ void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
 
 void SimulatedDesktop::setAnnouncesAllChanges(bool announcesAll) {
     announcesAllChanges_ = announcesAll;
-    // If no polls are made, a poll must find out that changes are not announced any more.
+    // Polls may be idle. The notification causes a poll, which finds that changes are not announced any more.
     if (!announcesAll) announceChange();
 }
 

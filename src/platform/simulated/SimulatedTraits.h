@@ -1,4 +1,4 @@
-// The traits that a scenario sets: of displays, applications and installed programs of the simulated desktop, and the
+// Traits of the simulated desktop that a scenario sets: those of displays, applications and installed programs, and the
 // styles of the whole desktop.
 #pragma once
 
@@ -14,10 +14,10 @@ namespace kova {
 struct SimulatedDisplay {
     std::string name;
     CGSize size{2560, 1440};           // points
-    std::optional<CGPoint> origin{};   // desktop space; absent: to the right of the others, tops aligned
-    CGRect panels{};                   // thickness at the edges: origin left and top, size right and bottom
+    std::optional<CGPoint> origin{};   // desktop space; absent: to the right of the other displays, with y = 0
+    CGRect panels{};                   // thickness at the left (x), top (y), right (width) and bottom (height) edge
     std::optional<std::string> uuid{}; // absent: made from the name
-    bool canTellUUID = true;
+    bool canTellUUID = true;           // false: the platform does not report the UUID
 };
 
 struct ApplicationTraits {
@@ -37,13 +37,14 @@ struct ApplicationTraits {
 struct InstallationTraits {
     std::optional<BundleID> bundleIdentifier{}; // absent: "sim." and the name in lower case
     bool hasBundleIdentifier = true;
-    std::optional<std::string> fails{}; // launching it gives this error
-    Seconds startsAfter{0.5};           // until its process runs and the launch is reported as successful
-    Seconds opensAfter{0.5};            // from then until its first window; further windows follow every 0.5 s
+    std::optional<std::string> fails{}; // the error with which each launch fails; absent: launches succeed
+    Seconds startsAfter{
+        0.5};                // the time from the launch until the process runs and the launch is reported as successful
+    Seconds opensAfter{0.5}; // the time from then until the first window; further windows follow every 0.5 s
     int windowCount = 1;
     bool opensWhenRunning = false; // opens one more window when it is launched while it runs
-    /// Its program ends with status 0 at once, and another process runs `opensAfter` later, with windows another
-    /// `opensAfter` later.
+    /// The launched program ends with status 0 at once. After `opensAfter` another process starts, which opens its
+    /// first window after another `opensAfter`.
     bool forks = false;
     WindowTraits window{};
     ApplicationTraits traits{};
@@ -54,18 +55,22 @@ enum class QuittingHabit { quits, refuses };
 
 /// What hiding an application does to its windows.
 enum class HidingStyle {
-    hidesApplication, // they leave the screen and keep their state
-    iconifiesWindows, // each is minimized; showing the application restores exactly these windows
+    hidesApplication, // its windows leave the screen and keep their state
+    iconifiesWindows, // its windows are minimized; showing the application restores exactly these windows
 };
 
 /// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.
 enum class SpaceStyle {
     listsAll,   // every window is listed with its Space; a full-screen window stays on its Space
-    listsShown, // applications list windows of the shown Space, and minimized ones; full screen is a Space of its own
+    listsShown, // only windows on the shown Space and minimized windows are listed; a full-screen window has its own
+                // Space
 };
 
-/// Which system the desktop resembles: X11, which responds from its own model, or a Mac, where applications respond.
-enum class DesktopStyle { knowsItsWindows, mac };
+/// The system that the desktop resembles.
+enum class DesktopStyle {
+    knowsItsWindows, // X11: the desktop answers reads from its own model
+    mac,             // each read is a request to the application
+};
 
 /// The part of a window by which the pointer drags it.
 enum class WindowPart { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };

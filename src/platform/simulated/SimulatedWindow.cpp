@@ -10,11 +10,11 @@ namespace kova {
 
 namespace {
 
-/// At most two decimals, none for whole numbers.
+/// The number with at most two decimals, and with none if it is whole.
 std::string describeNumber(double number) {
     std::ostringstream text;
     text.precision(12);
-    text << std::round(number * 100) / 100 + 0.0; // no "-0"
+    text << std::round(number * 100) / 100 + 0.0; // turns -0 into 0
     return text.str();
 }
 
@@ -22,11 +22,11 @@ double wholeCells(double length, double cell) {
     return cell > 0 ? std::floor(length / cell) * cell : length;
 }
 
-double keptLength(double requested, double minimum, double maximum) {
+double limitedLength(double requested, double minimum, double maximum) {
     return std::min(std::max(requested, minimum), maximum);
 }
 
-double keptPlace(double requested, double length, double low, double high) {
+double limitedOrigin(double requested, double length, double low, double high) {
     return std::max(low, std::min(requested, high - length));
 }
 
@@ -60,8 +60,8 @@ std::optional<CGSize> SimulatedWindow::leastSize() const {
 CGRect SimulatedWindow::frameMovedTo(CGPoint origin, const CGRect& displayFrame) const {
     if (traits_.refusesToMove || isFullScreen) return frame;
     if (!traits_.clampsToDisplay) return {origin, frame.size};
-    return {{keptPlace(origin.x, frame.size.width, minX(displayFrame), maxX(displayFrame)),
-             keptPlace(origin.y, frame.size.height, minY(displayFrame), maxY(displayFrame))},
+    return {{limitedOrigin(origin.x, frame.size.width, minX(displayFrame), maxX(displayFrame)),
+             limitedOrigin(origin.y, frame.size.height, minY(displayFrame), maxY(displayFrame))},
             frame.size};
 }
 
@@ -74,10 +74,10 @@ CGRect SimulatedWindow::frameResizedTo(CGSize size, const CGRect& displayFrame) 
     const CGSize announced = traits_.minimumSize.value_or(CGSize{1, 1});
     const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{1, 1});
     const CGSize maximum = traits_.maximumSize.value_or(CGSize{1e6, 1e6});
-    CGSize taken = {
-        keptLength(wholeCells(size.width, traits_.cell.width), std::max(announced.width, secret.width), maximum.width),
-        keptLength(wholeCells(size.height, traits_.cell.height), std::max(announced.height, secret.height),
-                   maximum.height)};
+    CGSize taken = {limitedLength(wholeCells(size.width, traits_.cell.width), std::max(announced.width, secret.width),
+                                  maximum.width),
+                    limitedLength(wholeCells(size.height, traits_.cell.height),
+                                  std::max(announced.height, secret.height), maximum.height)};
     if (traits_.aspect) taken.height = std::round(taken.width / *traits_.aspect);
     return {frame.origin, taken};
 }
@@ -100,7 +100,7 @@ std::string describeFrame(const CGRect& frame) {
 std::string describeWrite(const AttributeWrite& write) {
     const std::string value = std::visit(
         Overloaded{[](std::monostate) { return std::string("nothing"); },
-                   [](bool flag) { return std::string(flag ? "true" : "false"); },
+                   [](bool isTrue) { return std::string(isTrue ? "true" : "false"); },
                    [](const std::string& text) { return text; },
                    [](const CGPoint& point) { return describeNumber(point.x) + "," + describeNumber(point.y); },
                    [](const CGSize& size) { return describeNumber(size.width) + "x" + describeNumber(size.height); },

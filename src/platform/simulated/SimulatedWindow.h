@@ -1,5 +1,5 @@
-// One window of the simulated desktop, with the behavior of real ones.
-// Frames are in desktop space: points, origin at a corner that no change of displays moves, y growing downwards.
+// One window of the simulated desktop. It behaves like a real window.
+// Frames are in desktop space: points, y growing downwards. A change of displays does not move the origin.
 #pragma once
 
 #include "support/Geometry.h"
@@ -13,6 +13,7 @@
 
 namespace kova {
 
+/// The `virtualDesktop` of a window that is on all virtual desktops.
 inline constexpr int kEveryVirtualDesktop = -1;
 
 /// The elements inside a window; the innermost one is reported as the element under the pointer.
@@ -35,19 +36,20 @@ struct WindowTraits {
     bool isMinimized = false;
     std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
-    std::optional<CGSize> minimumSize{};       // enforced, and announced
-    std::optional<CGSize> otherMinimumSize{};  // announced under the attribute's other name, and not enforced
+    std::optional<CGSize> minimumSize{};       // enforced, and announced as `minSize`
+    std::optional<CGSize> otherMinimumSize{};  // announced as `minimumSize`, and not enforced
     std::optional<CGSize> secretMinimumSize{}; // enforced, not announced
     std::optional<CGSize> maximumSize{};
-    std::optional<double> aspect{}; // width divided by height; keeps the requested width, whatever the height
-    bool tellsSizeHints = false;    // of cells, largest size and aspect
-    CGSize cell{};                  // sizes are whole cells, as in a terminal; 0: any size
+    std::optional<double> aspect{}; // width divided by height; the height is computed from the requested width
+    bool tellsSizeHints = false;    // announces hints: minimum and maximum size, cell, aspect
+    CGSize cell{};                  // size of a character in a terminal; sizes are multiples of it; 0: any size
     bool refusesToMove = false;
     bool refusesToResize = false;
-    bool clampsToDisplay = false; // stays on its display: limits a new size by its position, a new position by its size
-    Seconds answersAfter{0};      // the delay until a write takes effect
-    int springsBackTimes = 0;     // how often it returns to its former frame, 0.1 s after a request
-    int vanishesAtWrite = 0;      // closes itself at the n-th request; 0: never
+    bool clampsToDisplay =
+        false;                // stays on its display: its position limits a new size, its size limits a new position
+    Seconds answersAfter{0};  // the delay until a write takes effect
+    int springsBackTimes = 0; // how many times it returns to its former frame 0.1 s after a request
+    int vanishesAtWrite = 0;  // closes itself at the write with this number; 0: never
 };
 
 class SimulatedWindow {
@@ -57,16 +59,17 @@ class SimulatedWindow {
     std::uint64_t number() const { return number_; }
     void renumber(std::uint64_t number) { number_ = number; }
     pid_t processIdentifier() const { return processIdentifier_; }
-    /// Its name in scenarios; unique among open windows.
+    /// The name of the window in scenarios; unique among open windows.
     const std::string& label() const { return label_; }
     const WindowTraits& traits() const { return traits_; }
     /// Whether the window takes any frame as requested.
     bool isObedient() const;
-    /// The minimum size of a window that otherwise takes a frame as requested; absent for others.
+    /// The smallest size that the window accepts. Absent if traits other than its size limits (minimum and maximum
+    /// size, cell) delay, change or refuse requested frames.
     std::optional<CGSize> leastSize() const;
 
     std::optional<WindowSizeHints> sizeHints() const;
-    /// Changes its minimum size, and announces it.
+    /// Changes the announced minimum size.
     void setMinimumSize(std::optional<CGSize> size) { traits_.minimumSize = size; }
 
     CGRect frame{};
@@ -81,11 +84,11 @@ class SimulatedWindow {
     std::uint64_t tabGroup = 0; // 0: none
     bool isBackgroundTab = false;
     CGRect frameBeforeFullScreen{}; // or before it was maximized
-    int writeCount = 0;             // requests to write any attribute
-    int frameWriteCount = 0;        // of these, with a position or a size
-    int springsBackTimes = 0;
+    int writeCount = 0;             // writes of any attributes
+    int frameWriteCount = 0;        // writes of a position or a size
+    int springsBackTimes = 0;       // how many times it will still return to its former frame
 
-    /// The frame that the window takes when the origin or the size is requested. `displayFrame` is the frame of the
+    /// The frame that the window takes when this origin or this size is requested. `displayFrame` is the frame of the
     /// window's display.
     CGRect frameMovedTo(CGPoint origin, const CGRect& displayFrame) const;
     CGRect frameResizedTo(CGSize size, const CGRect& displayFrame) const;
@@ -97,9 +100,9 @@ class SimulatedWindow {
     WindowTraits traits_;
 };
 
-/// "15,15 1908x1382".
+/// A text such as "15,15 1908x1382".
 std::string describeFrame(const CGRect& frame);
-/// "AXPosition 15,15", "AXMinimized true".
+/// A text such as "AXPosition 15,15" or "AXMinimized true".
 std::string describeWrite(const AttributeWrite& write);
 
 } // namespace kova

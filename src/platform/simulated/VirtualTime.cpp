@@ -7,10 +7,10 @@ namespace kova {
 
 namespace {
 
-constexpr int kEndlessWork = 1'000'000;                               // tasks at one moment
-constexpr WallTime kFirstMoment{std::chrono::seconds(1'700'000'000)}; // of the virtual wall clock
+constexpr int kEndlessWork = 1'000'000; // more tasks than this at one moment are an endless loop
+constexpr WallTime kFirstMoment{std::chrono::seconds(1'700'000'000)}; // the virtual wall clock at uptime 0
 
-/// Clamped to the clock's range, so that “never” does not wrap around.
+/// The duration, limited to 100 years, so that an infinite delay does not overflow.
 std::chrono::nanoseconds wholeNanoseconds(Seconds duration) {
     constexpr Seconds kForever = std::chrono::hours(24 * 365 * 100);
     return std::chrono::round<std::chrono::nanoseconds>(std::clamp(duration, -kForever, kForever));
@@ -66,7 +66,7 @@ void VirtualMainQueue::runUntil(Nanoseconds end) {
     for (auto moment = uptime_; const auto task = takeNext(end);) {
         ranAtOneMoment = uptime_ == moment ? ranAtOneMoment + 1 : 0;
         moment = uptime_;
-        if (ranAtOneMoment > kEndlessWork) throw std::logic_error("the main queue never comes to rest");
+        if (ranAtOneMoment > kEndlessWork) throw std::logic_error("work on the main queue posts more work without end");
         if (!task->isCancelled) task->work();
     }
     const MutexLock lock(mutex_); // another thread may be posting

@@ -1,5 +1,5 @@
-// Time that tests advance. Each piece of work runs at the time when it is due, not at the end of the step, and only
-// inside `advance` and `runDue`.
+// A clock and queues for tests. Time passes only when a test calls `advance`. Work runs only inside `advance` and
+// `runDue`, and while it runs, the clock shows the time at which the work was due.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -19,23 +19,24 @@ class VirtualMainQueue : public MainQueue {
     WallTime now() const override;
     Seconds uptime() const override;
 
-    /// Runs all that becomes due within the duration, in order; the clock then stands at its end.
+    /// Lets the duration pass and runs all work that becomes due within it, in order.
     void advance(Seconds duration);
-    /// Runs the work that is due now and the work that it posts. Throws std::logic_error if that does not end.
+    /// Runs the work that is due now, and the work that this work posts. Throws std::logic_error if that does not end.
     void runDue();
-    /// The amount of work that is still to run.
+    /// The number of tasks that have not run; cancelled tasks do not count.
     std::size_t pendingCount() const;
 
   private:
     friend class VirtualWorkQueue;
-    using Nanoseconds = std::chrono::nanoseconds; // whole, so that ten steps of 0.1 s are one second
+    using Nanoseconds = std::chrono::nanoseconds; // an integer type: ten steps of 0.1 s are exactly one second
     struct Task;
-    using Key = std::pair<Nanoseconds, std::uint64_t>; // when it is due, then the order of the calls
+    using Key = std::pair<Nanoseconds, std::uint64_t>; // the uptime at which the task is due, and its number in the
+                                                       // order of the calls
 
     std::shared_ptr<Task> add(Nanoseconds delay, std::function<void()> work);
     std::shared_ptr<Task> takeNext(Nanoseconds notAfter);
     void runUntil(Nanoseconds end);
-    /// Delays later posts: they come from a worker's job that has taken this long.
+    /// Delays all later posts, since they come from a worker's job that has lasted this long. 0 when no job runs.
     void setWorkerDelay(Seconds delay);
 
     mutable Mutex mutex_; // `post` may come from another thread
@@ -45,21 +46,21 @@ class VirtualMainQueue : public MainQueue {
     Nanoseconds workerDelay_ KOVA_GUARDED_BY(mutex_){0};
 };
 
-/// A worker in virtual time. A job sees the desktop as it is when the job begins; what it posts arrives when the job's
-/// duration has passed, and only then does the next job begin.
+/// A worker in virtual time. A job sees the desktop as it is when the job begins. Work that the job posts to the main
+/// queue runs after the job's duration. Then the next job begins.
 class VirtualWorkQueue : public WorkQueue {
   public:
     explicit VirtualWorkQueue(VirtualMainQueue& queue) : queue_(queue) {}
 
     void post(std::function<void()> job) override;
 
-    /// How long each job takes from now on.
+    /// Sets the duration of each job from now on.
     void setJobDuration(Seconds duration) { jobDuration_ = duration; }
-    /// Lets the running job take that much longer, as if it waited for another process.
+    /// Makes the running job last longer by that time, as if it waited for another process.
     void spend(Seconds duration);
     bool isRunningJob() const { return isRunningJob_; }
     int jobsBegun() const { return jobsBegun_; }
-    /// Jobs that wait for the running one to end.
+    /// The number of jobs that have not begun.
     std::size_t jobsWaiting() const { return jobs_.size(); }
 
   private:
