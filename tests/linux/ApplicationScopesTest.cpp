@@ -1,4 +1,4 @@
-// Launched applications leave the control group of the agent.
+// Launched applications are moved from the agent's control group into control groups of their own, called scopes.
 #include "platform/linux/ApplicationScopes.h"
 #include "platform/linux/DesktopLauncher.h"
 #include "tests/linux/LoopTime.h"
@@ -58,7 +58,7 @@ TEST(ApplicationScopes, EachLaunchedApplicationGetsAScopeOfItsOwn) {
               (std::vector{scopeName("org.test.Sleeper", processes[0]), scopeName("org.test.Sleeper", processes[1])}));
 }
 
-TEST(ApplicationScopes, WithoutAUserManagerOrABusApplicationsStartAnyway) {
+TEST(ApplicationScopes, AFailedRequestToAMissingUserManagerOrBusIsIgnored) {
     PrivateBus bus;
     bus.start();
     EventLoop loop;
@@ -69,8 +69,8 @@ TEST(ApplicationScopes, WithoutAUserManagerOrABusApplicationsStartAnyway) {
     }
 }
 
-/// Protects applications that have no scope: stopping the service ends only the agent.
-TEST(ServiceUnit, EndsOnlyTheAgent) {
+/// An application without a scope of its own belongs to the agent's service, and must survive the end of the service.
+TEST(ServiceUnit, StoppingTheServiceEndsOnlyTheAgent) {
     std::ifstream file(KOVA_SERVICE_UNIT);
     const std::string unit{std::istreambuf_iterator<char>(file), {}};
     EXPECT_NE(unit.find("\nKillMode=process\n"), std::string::npos) << unit;

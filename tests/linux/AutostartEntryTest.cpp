@@ -8,8 +8,9 @@ namespace {
 
 using Status = LaunchAtLoginStatus;
 
-constexpr const char* kOurs = "[Desktop Entry]\nType=Application\nName=KOVA\nComment=Puts windows into tiles\n"
-                              "TryExec=/bin/true\nExec=/bin/true\nNoDisplay=true\nTerminal=false\n";
+constexpr const char* kRegisteredEntry =
+    "[Desktop Entry]\nType=Application\nName=KOVA\nComment=Puts windows into tiles\n"
+    "TryExec=/bin/true\nExec=/bin/true\nNoDisplay=true\nTerminal=false\n";
 
 class AutostartEntryTest : public ::testing::Test {
   protected:
@@ -19,11 +20,11 @@ class AutostartEntryTest : public ::testing::Test {
         folders.configFolders = {folder.path() / "xdg"};
         return {folders, program, folder.path() / "systemd"};
     }
-    bool hasEntry() const { return std::filesystem::exists(folder.path() / kEntry); }
-    std::string entryText() const { return contentsOf(folder.path() / kEntry); }
+    bool hasEntry() const { return std::filesystem::exists(folder.path() / kUserFile); }
+    std::string entryText() const { return contentsOf(folder.path() / kUserFile); }
 
-    static constexpr const char* kEntry = "home/autostart/kova-agent.desktop";
-    static constexpr const char* kShared = "xdg/autostart/kova-agent.desktop";
+    static constexpr const char* kUserFile = "home/autostart/kova-agent.desktop";
+    static constexpr const char* kSystemWideFile = "xdg/autostart/kova-agent.desktop";
     TemporaryFolder folder;
 };
 
@@ -33,7 +34,7 @@ TEST_F(AutostartEntryTest, IsWrittenByRegisteringAndRemovedByUnregistering) {
     EXPECT_EQ(login.unregisterAtLogin(), std::nullopt);
     EXPECT_FALSE(hasEntry());
     EXPECT_EQ(login.registerAtLogin(), std::nullopt);
-    EXPECT_EQ(entryText(), kOurs);
+    EXPECT_EQ(entryText(), kRegisteredEntry);
     EXPECT_EQ(login.status(), Status::enabled);
     EXPECT_EQ(login.unregisterAtLogin(), std::nullopt);
     EXPECT_FALSE(hasEntry());
@@ -58,27 +59,27 @@ TEST_F(AutostartEntryTest, RespectsEditsOfTheUser) {
     const std::vector<Case> cases = {
         {"an entry that the user wrote", theirs, Status::enabled, theirs, with(theirs, "Hidden=true")},
         {"hidden", with(theirs, "Hidden=true"), Status::notRegistered, theirs, with(theirs, "Hidden=true")},
-        {"switched off by a desktop", with(kOurs, "X-GNOME-Autostart-enabled=false"), Status::notRegistered, kOurs,
-         with(with(kOurs, "X-GNOME-Autostart-enabled=false"), "Hidden=true")},
-        {"the program has moved", outdated, Status::notFound, kOurs, ""},
+        {"switched off by a desktop", with(kRegisteredEntry, "X-GNOME-Autostart-enabled=false"), Status::notRegistered,
+         kRegisteredEntry, with(with(kRegisteredEntry, "X-GNOME-Autostart-enabled=false"), "Hidden=true")},
+        {"the program has moved", outdated, Status::notFound, kRegisteredEntry, ""},
         {"a file without an entry", "nonsense\n", Status::notFound,
          "nonsense\n[Desktop Entry]\nExec=/bin/true\nTryExec=/bin/true\n", "nonsense\n[Desktop Entry]\nHidden=true\n"},
     };
     for (const Case& c : cases) {
-        folder.write(kEntry, c.before);
+        folder.write(kUserFile, c.before);
         EXPECT_EQ(autostart().status(), c.status) << c.name;
         EXPECT_EQ(entryText(), c.before) << c.name << ": a query of the status changes no file";
         EXPECT_EQ(autostart().registerAtLogin(), std::nullopt) << c.name;
         EXPECT_EQ(entryText(), c.afterRegistering) << c.name;
-        folder.write(kEntry, c.before);
+        folder.write(kUserFile, c.before);
         EXPECT_EQ(autostart().unregisterAtLogin(), std::nullopt) << c.name;
         EXPECT_EQ(hasEntry() ? entryText() : "", c.afterUnregistering) << c.name;
         EXPECT_EQ(autostart().status(), Status::notRegistered) << c.name;
     }
 }
 
-TEST_F(AutostartEntryTest, CountsOtherWaysToStartTheAgent) {
-    folder.write(kShared, kOurs);
+TEST_F(AutostartEntryTest, TheStatusIncludesTheSystemWideEntryAndTheServiceUnit) {
+    folder.write(kSystemWideFile, kRegisteredEntry);
     EXPECT_EQ(autostart().status(), Status::enabled);
     EXPECT_EQ(autostart().unregisterAtLogin(), std::nullopt);
     EXPECT_NE(entryText().find("Hidden=true"), std::string::npos) << "the user's entry hides the system-wide entry";
@@ -101,12 +102,13 @@ TEST_F(AutostartEntryTest, QuotesItsProgramAndReportsErrors) {
     const auto program = folder.write("a \"$5\" 100% \\ folder/kova-agent", "#!/bin/sh\n");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     EXPECT_EQ(autostart(program.string()).registerAtLogin(), std::nullopt);
-    EXPECT_EQ(autostart().status(), Status::enabled) << entryText(); // the program is found by parsing the Exec line
+    // The status is `enabled` only if parsing the Exec line gives the path of the program.
+    EXPECT_EQ(autostart().status(), Status::enabled) << entryText();
     std::filesystem::remove_all(folder.path() / "home");
     folder.write("home/autostart", "a file, no folder");
     const auto problem = autostart().registerAtLogin();
     ASSERT_TRUE(problem);
-    EXPECT_NE(problem->find(kEntry), std::string::npos) << *problem;
+    EXPECT_NE(problem->find(kUserFile), std::string::npos) << *problem;
 }
 
 } // namespace

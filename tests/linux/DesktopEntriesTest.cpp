@@ -61,7 +61,7 @@ TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
         {"x", "Settings", "z-settings", "Settings"},
         {"x", "Helper", "helper", "Helper"},
         {"x", "NorThis", "northis", "NorThis"},
-        // Programs whose class does not lead to their entry announce the id of the entry.
+        // A program can announce the id of its entry. The id takes precedence over the class if there is such an entry.
         {"x", "example-files", "org.example.Files", "Files", "org.example.Files"},
         {"x", "Thunderbird", "org.example.Files", "Files", "org.example.Files"},
         {"x", "Thunderbird", "mail", "Mail", "org.example.Missing"},
@@ -101,7 +101,7 @@ TEST(DesktopEntries, NamesAreInTheUsersLanguage) {
     }
 }
 
-TEST(DesktopEntries, AnEntryHidesLaterOnesWithItsIdAndInvalidFilesAreSkipped) {
+TEST(DesktopEntries, TheUsersEntryHidesTheSystemWideEntryWithTheSameIdAndInvalidFilesAreSkipped) {
     EntryFolders folders;
     folders.installForAll("editor.desktop", entry("Editor of all", "StartupWMClass=Editor"));
     folders.install("editor.desktop", entry("My editor", "StartupWMClass=Editor"));
@@ -128,15 +128,15 @@ TEST(DesktopEntries, AnEntryHidesLaterOnesWithItsIdAndInvalidFilesAreSkipped) {
     }
 }
 
-TEST(DesktopEntries, EntriesInstalledLaterAreFoundAfterTheLookupOfANewName) {
+TEST(DesktopEntries, AnEntryThatIsInstalledLaterIsFoundAfterTheLookupOfAnUnknownName) {
     EntryFolders folders;
     folders.install("one.desktop", entry("One"));
     auto entries = folders.entries();
     EXPECT_EQ(entries.identify({"", "One"}).localizedName, "One");
     EXPECT_EQ(entries.identify({"", "Two"}).bundlePath, "");
-    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // file systems may keep times coarsely
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // even coarse file times differ now
     folders.install("two.desktop", entry("The second"));
-    EXPECT_EQ(entries.identify({"", "Three"}).bundlePath, ""); // a lookup of a new name notices the change
+    EXPECT_EQ(entries.identify({"", "Three"}).bundlePath, ""); // the lookup of an unknown name reads the folders again
     EXPECT_EQ(entries.identify({"", "Two"}).localizedName, "The second");
 
     std::vector<std::thread> threads;

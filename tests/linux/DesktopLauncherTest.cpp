@@ -1,4 +1,4 @@
-// Launches real programs by their desktop entries.
+// Tests that launch real programs by their desktop entries.
 #include "platform/linux/DesktopLauncher.h"
 #include "tests/linux/LoopTime.h"
 #include "tests/linux/TemporaryFolder.h"
@@ -29,8 +29,8 @@ class Launching : public ::testing::Test {
         folder_.write("data/applications/" + id + ".desktop",
                       "[Desktop Entry]\nType=Application\nName=" + id + "\n" + keys);
     }
-    /// A script that writes its arguments, folder, session, signal masks and descriptors into the file that is its
-    /// first argument, and then runs `more`.
+    /// Makes a script whose first argument is a path. The script writes its other arguments, its folder, session,
+    /// signal masks and descriptors into the file with that path, and then runs `more`.
     std::string program(const std::string& name, const std::string& more = "") {
         const auto path = folder_.path() / "bin" / name;
         folder_.write(
@@ -60,12 +60,12 @@ class Launching : public ::testing::Test {
             result = reported;
             ++calls;
         });
-        EXPECT_FALSE(result) << "the completion was called before the call returned";
+        EXPECT_FALSE(result) << "the completion was called before `launch` returned";
         EXPECT_TRUE(runUntil([&] { return result.has_value(); }));
         EXPECT_EQ(calls, 1);
         return result.value_or(LaunchResult{});
     }
-    bool runUntil(const std::function<bool()>& holds) { return letPassUntil(loop_, holds); }
+    bool runUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }
     std::string programReport() {
         EXPECT_TRUE(runUntil([&] { return std::filesystem::exists(reportFile_); }));
         return contentsOf(reportFile_);
@@ -89,7 +89,7 @@ class Launching : public ::testing::Test {
 TEST_F(Launching, StartsAProgramInANewSessionWithoutTheAgentsDescriptors) {
     program("reporter");
     install("org.example.Mail", "Exec=reporter " + reportFile_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
-    const int ours = open("/dev/null", O_RDONLY); // without close-on-exec
+    const int inheritable = open("/dev/null", O_RDONLY); // without close-on-exec
     sigset_t blocked, before;
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);
@@ -98,7 +98,7 @@ TEST_F(Launching, StartsAProgramInANewSessionWithoutTheAgentsDescriptors) {
     const auto result = launch("org.example.Mail");
     std::signal(SIGPIPE, handlerBefore);
     sigprocmask(SIG_SETMASK, &before, nullptr);
-    close(ours);
+    close(inheritable);
     ASSERT_EQ(result.error, std::nullopt);
     ASSERT_TRUE(result.processIdentifier);
     const std::string number = std::to_string(*result.processIdentifier);
@@ -108,14 +108,14 @@ TEST_F(Launching, StartsAProgramInANewSessionWithoutTheAgentsDescriptors) {
         << report;
     for (const char* fd : {" 0 -> /dev/null\n", " 2 -> /dev/null\n"})
         EXPECT_NE(report.find(fd), std::string::npos) << report;
-    EXPECT_EQ(report.find(" " + std::to_string(ours) + " -> /dev/null"), std::string::npos) << report;
+    EXPECT_EQ(report.find(" " + std::to_string(inheritable) + " -> /dev/null"), std::string::npos) << report;
     EXPECT_EQ(report.find("pipe"), std::string::npos) << report;
     EXPECT_TRUE(runUntil([&] { return !isRunning(*result.processIdentifier); })) << "the process was not reaped";
 
     std::filesystem::remove(reportFile_);
     EXPECT_EQ(launch("org.example.Mail", LaunchActivation::inBackground).error, std::nullopt);
     EXPECT_NE(programReport().find("_TIME0\n"), std::string::npos)
-        << "window managers focus an application whose user time is not 0";
+        << "only the user time 0 keeps window managers from focusing the application";
 }
 
 TEST_F(Launching, ReportsErrors) {
@@ -164,7 +164,7 @@ TEST_F(Launching, ReportsErrors) {
     EXPECT_EQ(launch(uninstalled).error, "Gone is not installed any more");
 }
 
-TEST_F(Launching, ATerminalIsOpenedForProgramsThatNeedOne) {
+TEST_F(Launching, AnEntryWithTerminalTrueIsLaunchedInATerminal) {
     program("reporter");
     folder_.write("bin/xdg-terminal-exec",
                   "#!/bin/sh\necho terminal > " + (folder_.path() / "terminal").string() + "\nexec \"$@\"\n");
@@ -196,7 +196,7 @@ TEST_F(Launching, ManyProgramsAreStartedAndReapedAtOnce) {
     EXPECT_TRUE(runUntil([&] { return descriptors() == before; })) << descriptors() << ", before " << before;
 }
 
-TEST_F(Launching, OnlyAnEndWithStatusZeroIsASuccess) {
+TEST_F(Launching, OnlyAProcessThatEndedWithStatusZeroHasSucceeded) {
     install("good", "Exec=true\n");
     install("bad", "Exec=false\n");
     install("killed", "Exec=sh -c \"kill -9 \\\\$\\\\$\"\n");
@@ -211,7 +211,7 @@ TEST_F(Launching, OnlyAnEndWithStatusZeroIsASuccess) {
     kill(process, SIGKILL);
 }
 
-TEST_F(Launching, ApplicationsInMenusAreListed) {
+TEST_F(Launching, OnlyApplicationsThatMenusShowAreListed) {
     install("org.example.Zoo", "Exec=true\nIcon=zoo\n");
     install("org.example.apple", "Exec=true\nName[de]=Apfel\n");
     install("secret", "Exec=true\nNoDisplay=true\n");

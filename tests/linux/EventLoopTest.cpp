@@ -44,7 +44,7 @@ TEST(EventLoop, TimersAreNeverEarlyAndStayCancelled) {
     std::shared_ptr<ScheduledWork> own;
     own = loop.after(5ms, [&] { own->cancel(); });
     loop.after(30ms, [&] { loop.quit(0); });
-    // Keeps the loop busy until the timer is due and queued. Even then it can be cancelled.
+    // Keeps the loop busy until the timer `late` is due and queued. Even then the timer can be cancelled.
     loop.post([&] {
         while (loop.uptime() - start < 20ms) {
         }
@@ -62,7 +62,7 @@ TEST(EventLoop, WatchesADescriptorUntilTheSubscriptionIsDropped) {
     ASSERT_EQ(pipe(ends), 0);
     std::string read;
     Subscription watch = loop.watchReadable(ends[0], [&] {
-        char byte = 0; // reads one byte at a time: the loop must call back for the remaining ones
+        char byte = 0; // one byte per call: the loop must call again for the other bytes
         if (::read(ends[0], &byte, 1) != 1) return loop.quit(1);
         read += byte;
         if (byte == '.') watch = Subscription();
@@ -78,7 +78,7 @@ TEST(EventLoop, WatchesADescriptorUntilTheSubscriptionIsDropped) {
     close(ends[1]);
 }
 
-TEST(EventLoop, SignalsCallTheStopFunction) {
+TEST(EventLoop, EachStopSignalCallsTheStopFunction) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         EventLoop loop;
         loop.onStopSignal([&] { loop.quit(3); });
@@ -107,8 +107,8 @@ TEST(EventLoop, PostsFromManyThreadsAllArrive) {
     EXPECT_EQ(arrived, kThreads * kPosts);
 }
 
-/// How often this thread gave up the processor to wait.
-long sleepsSoFar() {
+/// The number of times that this thread has waited, and thus given up the processor.
+long waitsSoFar() {
     rusage usage{};
     getrusage(RUSAGE_THREAD, &usage);
     return usage.ru_nvcsw;
@@ -122,9 +122,9 @@ TEST(EventLoop, DoesNotWakeUpWhileNothingIsDue) {
     loop.onStopSignal([] {});
     loop.after(1h, [] {});
     long before = 0, after = 0;
-    loop.after(20ms, [&] { before = sleepsSoFar(); });
+    loop.after(20ms, [&] { before = waitsSoFar(); });
     loop.after(620ms, [&] {
-        after = sleepsSoFar();
+        after = waitsSoFar();
         loop.quit(0);
     });
     loop.run();

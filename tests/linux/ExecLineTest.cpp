@@ -5,9 +5,9 @@
 namespace kova {
 namespace {
 
-/// The words, each in brackets; or the error.
-std::string read(std::string_view line, const ExecLineContext& context = {"Mail — It's “here”", "mail-icon",
-                                                                          "/usr/share/applications/mail.desktop"}) {
+/// The words of the line, each in brackets, or the error.
+std::string parsed(std::string_view line, const ExecLineContext& context = {"Mail — It's “here”", "mail-icon",
+                                                                            "/usr/share/applications/mail.desktop"}) {
     const auto words = wordsOfExecLine(line, context);
     if (const auto* problem = std::get_if<std::string>(&words)) return *problem;
     std::string text;
@@ -53,11 +53,11 @@ TEST(ExecLine, IsParsedWithoutAShell) {
         {"../../bin/sh -c x", "has an Exec line that begins with “../../bin/sh”, which names no program"},
         {"mail a\0b"sv, "has an Exec line with a zero byte"},
     };
-    for (const auto& c : cases) EXPECT_EQ(read(c.line), c.words) << c.line;
-    EXPECT_EQ(read("mail %i x", {}), "[mail][x]");
+    for (const auto& c : cases) EXPECT_EQ(parsed(c.line), c.words) << c.line;
+    EXPECT_EQ(parsed("mail %i x", {}), "[mail][x]");
     // The value of a field code is not expanded again.
-    EXPECT_EQ(read("mail %c", {"\"%k\" $(x) \\", "", ""}), "[mail][\"%k\" $(x) \\]");
-    EXPECT_EQ(read("mail " + std::string(200'000, 'x')), "[mail][" + std::string(200'000, 'x') + "]");
+    EXPECT_EQ(parsed("mail %c", {"\"%k\" $(x) \\", "", ""}), "[mail][\"%k\" $(x) \\]");
+    EXPECT_EQ(parsed("mail " + std::string(200'000, 'x')), "[mail][" + std::string(200'000, 'x') + "]");
 }
 
 } // namespace

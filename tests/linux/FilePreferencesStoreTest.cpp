@@ -20,13 +20,13 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-/// Runs each job within `post`.
+/// Runs each job at once, inside `post`.
 class ImmediateWorkQueue final : public WorkQueue {
   public:
     void post(std::function<void()> job) override { job(); }
 };
 
-/// A home folder with a preference file, which stores of the test use.
+/// A home folder in which the stores of one test keep their preference file.
 class Home {
   public:
     fs::path folder() const { return temporary_.path() / "config/kova"; }
@@ -35,12 +35,13 @@ class Home {
         return temporary_.write("config/kova/preferences.json", text);
     }
     FilePreferencesStore store() { return FilePreferencesStore(file(), loop_, disk_); }
-    /// Lets time pass until changes have been written.
+    /// Runs the loop until all changes have been written.
     void waitForWrite() {
         loop_.after(FilePreferencesStore::kGatheringTime + 100ms, [this] { loop_.quit(0); });
         loop_.run();
     }
-    /// The contents of the file that was set aside; if there is not exactly one, the number of files.
+    /// The contents of the file that was set aside under a name with `word`. If there is not exactly one such file, the
+    /// number of such files.
     std::string setAside(const std::string& word) const {
         std::vector<fs::path> found;
         for (const auto& member : fs::directory_iterator(folder())) {
@@ -57,7 +58,7 @@ class Home {
     ImmediateWorkQueue disk_;
 };
 
-/// All problems, as one text.
+/// All problems of the store, one per line.
 std::string problemsOf(const PreferencesStore& store) {
     std::string text;
     for (const auto& problem : store.problems()) text += problem + "\n";
@@ -80,7 +81,7 @@ TEST(FilePreferencesStore, KeepsTypedValuesInAReadableFile) {
         auto store = home.store();
         EXPECT_FALSE(store.contains("KOVA.showBrain.v1"));
         store.synchronize();
-        EXPECT_FALSE(fs::exists(home.folder())); // no file is made without a value
+        EXPECT_FALSE(fs::exists(home.folder())); // without a value no file is made
         store.setValue("KOVA.showBrain.v1", false);
         store.setValue("KOVA.accentColor.v1", std::string("caf\xc3\xa9 \"\\\n"));
         store.setValue("KOVA.workspaceProfile.v1", PreferenceData{R"({"z":[1,2.50,1e300],"a":{"b":null}})"});
@@ -109,13 +110,13 @@ TEST(FilePreferencesStore, KeepsTypedValuesInAReadableFile) {
     const auto store = home.store();
     EXPECT_EQ(store.boolean("KOVA.showBrain.v1"), false);
     EXPECT_EQ(store.string("KOVA.accentColor.v1"), "caf\xc3\xa9 \"\\\n");
-    EXPECT_EQ(store.boolean("KOVA.accentColor.v1"), std::nullopt); // another type counts as absent
+    EXPECT_EQ(store.boolean("KOVA.accentColor.v1"), std::nullopt); // a value of another type counts as absent
     const auto record = store.data("KOVA.workspaceProfile.v1");
     ASSERT_TRUE(record);
     EXPECT_EQ(nlohmann::json::parse(record->json), nlohmann::json::parse(R"({"z":[1,2.5,1e300],"a":{"b":null}})"));
 }
 
-TEST(FilePreferencesStore, ChangesAreCollectedAndUnknownKeysAreKept) {
+TEST(FilePreferencesStore, ChangesAreWrittenTogetherAndUnknownKeysAreKept) {
     Home home;
     home.writePreferences(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null, "KOVA.showBrain.v1": true})");
     auto store = home.store();
@@ -134,7 +135,7 @@ TEST(FilePreferencesStore, ChangesAreCollectedAndUnknownKeysAreKept) {
     EXPECT_EQ(inodeOf(home.file()), before); // writing the same value again is no change
 }
 
-TEST(FilePreferencesStore, ADeferredValueIsMadeWhenNeededUnlessReplaced) {
+TEST(FilePreferencesStore, ADeferredValueIsMadeOnlyWhenItIsReadOrWritten) {
     Home home;
     auto store = home.store();
     int made = 0;
@@ -145,7 +146,7 @@ TEST(FilePreferencesStore, ADeferredValueIsMadeWhenNeededUnlessReplaced) {
     store.setValueLater("KOVA.accentColor.v1", deferred("replaced"));
     store.setValueLater("KOVA.accentColor.v1", deferred("green"));
     EXPECT_EQ(made, 0);
-    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "a read returns the value before it is written";
+    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "a read makes the value before it is written";
     home.waitForWrite();
     EXPECT_EQ(accentInFile(), "green");
 
@@ -183,7 +184,7 @@ TEST(FilePreferencesStore, SetsAsideADamagedFile) {
         EXPECT_EQ(home.store().boolean("a"), true);
     }
     Home home;
-    fs::create_directories(home.file() / "a folder in its place");
+    fs::create_directories(home.file() / "a folder in place of the file");
     auto store = home.store();
     store.setValue("a", true);
     store.synchronize();
@@ -196,7 +197,7 @@ TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
     for (const auto& [allowed, expected] : cases) {
         Home home;
         home.writePreferences("precious, but broken");
-        // Runs in a child that drops root's privileges, since root is not subject to permissions.
+        // A child process without root's privileges uses the store, since permissions do not restrict root.
         const pid_t child = fork();
         if (child == 0) {
             fs::permissions(home.temporary().path(), fs::perms::all);
@@ -313,7 +314,7 @@ TEST(FilePreferencesStore, AFileThatIsTooLargeToBeReadIsNotWritten) {
     EXPECT_EQ(home.store().boolean("a"), true);
 }
 
-TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadRuns) {
+TEST(FilePreferencesStore, TheLastValueIsKeptWhenWritesOfTheWorkerAndOfTheMainThreadOverlap) {
     TemporaryFolder folder;
     const auto file = folder.path() / "kova/preferences.json";
     EventLoop loop;
@@ -323,7 +324,7 @@ TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadRuns) {
         for (int round = 0; round < 20; ++round) {
             loop.after(round * 110ms, [&store, round] {
                 store.setValue("round", std::to_string(round));
-                if (round % 3 == 0) store.synchronize(); // races with the worker: the newer version must remain
+                if (round % 3 == 0) store.synchronize(); // competes with the worker; the newer value must remain
             });
         }
         loop.after(2.3s, [&] { loop.quit(0); });
@@ -331,8 +332,8 @@ TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadRuns) {
         store.synchronize();
         store.setValue("round", std::string("not written before the store is destroyed"));
     }
-    FilePreferencesStore again(file, loop, disk);
-    EXPECT_EQ(again.string("round"), "19");
+    FilePreferencesStore reopened(file, loop, disk);
+    EXPECT_EQ(reopened.string("round"), "19");
 }
 
 /// Writes preferences of growing and shrinking size until it is killed.
@@ -359,7 +360,7 @@ TEST(FilePreferencesStore, TheFileIsCompleteWheneverTheWriterIsKilled) {
     for (int round = 0; round < 60; ++round) {
         const pid_t child = fork();
         if (child == 0) writeForever(home.file(), round * 97 + 1);
-        // The child has begun to write once the file has been replaced.
+        // A new inode shows that the child has replaced the file, and so has begun to write.
         const auto before = inodeOf(home.file());
         for (int i = 0; i < 5000 && inodeOf(home.file()) == before; ++i) std::this_thread::sleep_for(1ms);
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
@@ -373,7 +374,7 @@ TEST(FilePreferencesStore, TheFileIsCompleteWheneverTheWriterIsKilled) {
         lengths.insert(*store.string("length"));
     }
     EXPECT_GT(lengths.size(), 30U) << "the writers were not killed at different moments";
-    // Temporary files of processes that have ended are removed, too.
+    // The temporary files of the killed processes have been removed.
     EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
 }
 

@@ -110,7 +110,7 @@ class LoginSessionTest : public ::testing::Test {
         return {};
     }
     bool isListening() const { return lineOf("login session").starts_with("logind tells"); }
-    /// Expects the next event, and no other.
+    /// Waits for the expected events, and checks that exactly these were reported.
     void expectReported(const std::string& expected) {
         runLoopUntil([&] { return reported_.size() >= expected.size(); });
         EXPECT_EQ(std::exchange(reported_, {}), expected);
@@ -168,11 +168,11 @@ TEST_F(LoginSessionTest, FindsItsSessionByEnvironmentProcessOrUser) {
     };
     const std::uint32_t me = getuid();
     const std::vector<Case> cases = {
-        {"named", "c2", {{"c1", me, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
-        {"named session has ended", "c9", {{"c1", me, "wayland"}}, "session c1 (wayland)"},
-        {"named session is on a terminal", "c2", {{"c1", me, "x11"}, {"c2", me, "tty"}}, "session c1 (x11)"},
+        {"the environment names a session", "c2", {{"c1", me, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
+        {"the named session has ended", "c9", {{"c1", me, "wayland"}}, "session c1 (wayland)"},
+        {"the named session is on a terminal", "c2", {{"c1", me, "x11"}, {"c2", me, "tty"}}, "session c1 (x11)"},
         {"only a session on a terminal, as with startx", "c1", {{"c1", me, "tty"}}, "session c1 (tty)"},
-        {"not named", {}, {{"c1", kOtherUser, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
+        {"the environment names no session", {}, {{"c1", kOtherUser, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
         {"only a session of another user", "c1", {{"c1", kOtherUser, "x11"}}, "logind knows no session of this user"},
     };
     bus_.start();
@@ -204,7 +204,7 @@ TEST_F(LoginSessionTest, SurvivesARestartOfLogind) {
     expectReported("unlocked ");
 }
 
-TEST_F(LoginSessionTest, ADisconnectedServiceDoesNotSuspendForever) {
+TEST_F(LoginSessionTest, StatesEndWhenTheyAreNotConfirmedOrTheirServiceDisconnects) {
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
@@ -230,7 +230,7 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     bus_.addSession("c1", getuid(), "x11");
     open("c1");
     ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
-    bus_.forgeScreenSaver(true); // nothing owns the name
+    bus_.forgeScreenSaver(true); // no service owns the name of the screen saver
     bus_.startScreenSaver();
     bus_.forgeScreenSaver(true);
     bus_.setScreenSaver(true);
@@ -265,16 +265,16 @@ TEST_F(LoginSessionTest, AnUnconfirmedSignalOfAScreenSaverDoesNotKeepTheSessionL
     expectReported("locked unlocked ");
 }
 
-TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
+TEST_F(LoginSessionTest, AFloodOfChangesIsReportedInFewEventsAndEndsWithTheLastState) {
     constexpr int kChanges = 1501;
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
     open("c1", {.floodPeriod = 200ms});
     ASSERT_TRUE(runLoopUntil([&] { return isListening(); }));
-    // No signal is handled before the loop runs again: by then all of them are queued.
+    // The loop does not run during these calls, so that all signals are queued before the first one is handled.
     for (int i = 0; i < kChanges; ++i) bus_.set("c1", "LockedHint", sdbus::Variant(i % 2 == 0));
-    // Measures how long other work of the loop is delayed meanwhile.
+    // Measures how long the signals delay other work of the loop.
     Seconds longestPause{0}, before = loop_.uptime();
     std::function<void()> tick = [&] {
         const Seconds now = loop_.uptime();
@@ -286,11 +286,12 @@ TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
     ASSERT_TRUE(runLoopUntil([&] { return reported_.size() > 100; })) << reported_;
     runLoop(1500ms);
     EXPECT_TRUE(reported_.ends_with("locked ") && !reported_.ends_with("unlocked ")) << reported_;
-    EXPECT_LT(std::ranges::count(reported_, ' '), kChanges / 10) << "each report suspends or resumes the workspace";
+    EXPECT_LT(std::ranges::count(reported_, ' '), kChanges / 10)
+        << "too many events: each one suspends or resumes the workspace";
     EXPECT_LT(longestPause, 250ms);
 }
 
-TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWhenItStarts) {
+TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWheneverABusStarts) {
     open("c1", {.unconfirmedLock = 50ms, .disconnectedLogind = 50ms});
     ASSERT_TRUE(runLoopUntil([&] { return lineOf("login session").find("not connected yet") == std::string::npos; }));
     EXPECT_TRUE(lineOf("login session").starts_with("There is no system bus (")) << lineOf("login session");

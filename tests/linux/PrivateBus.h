@@ -27,8 +27,8 @@ class PrivateBus {
 
     void start() {
         std::filesystem::remove(folder_.path() / "bus");
-        // The daemon prints its address once clients can connect. This waits for it, since the library leaks memory at
-        // each failed attempt.
+        // The daemon prints its address when clients can connect. `start` waits for the address, since the library
+        // leaks memory at each failed attempt to connect.
         std::array<int, 2> ends{};
         ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
         daemon_ = testing::ChildProcess({"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=" + address(),
@@ -71,7 +71,7 @@ class PrivateBus {
                            std::string("ssa(sv)a(sa(sv))"), std::string("o"),
                            std::string("ret = dbus.ObjectPath('/org/freedesktop/systemd1/job/1')"));
     }
-    /// The arguments of each request for a scope.
+    /// The arguments of each request for a scope that the user manager has got.
     std::vector<std::vector<sdbus::Variant>> scopes() {
         std::vector<sdbus::Struct<std::uint64_t, std::vector<sdbus::Variant>>> calls;
         userManager()
@@ -90,8 +90,8 @@ class PrivateBus {
             .onInterface("org.gnome.ScreenSaver")
             .withArguments(isActive);
     }
-    /// Starts a program that owns the name of a screen saver, sends its signal, and has no method for reading the
-    /// state.
+    /// Starts a service that owns the name of a screen saver and signals that the screen saver is active. The service
+    /// has no method for reading the state.
     void startScreenSaverWithoutState(const std::string& name) {
         screenSaver_ = testing::ChildProcess({"/usr/bin/python3", "-m", "dbusmock", name, "/", name},
                                              {"PATH=/usr/bin:/bin", "DBUS_SESSION_BUS_ADDRESS=" + address()});
@@ -102,15 +102,18 @@ class PrivateBus {
             .withArguments(name, std::string("ActiveChanged"), std::string("b"),
                            std::vector<sdbus::Variant>{sdbus::Variant(true)});
     }
+    /// Sends a forged signal of the screen saver.
     void forgeScreenSaver(bool isActive) {
         forge("/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "ActiveChanged", isActive);
     }
+    /// The unique bus name of the connection that sends the forged signals.
     std::string forgerName() const { return connection_->getUniqueName(); }
-    /// Sends a forged signal of the bus: the name has a new owner, or none if `owner` is empty.
+    /// Sends a forged signal of the bus, which says that the name has a new owner, or none if `owner` is empty.
     void forgeOwner(const std::string& name, const std::string& owner) {
         forge("/org/freedesktop/DBus", "org.freedesktop.DBus", "NameOwnerChanged", name, std::string(), owner);
     }
-    /// Sends a signal from a connection that owns no name, once to all connections and once to each one alone.
+    /// Sends a forged signal from a connection that owns no service's name: first to all connections at once, then to
+    /// each connection alone.
     template <class... Arguments>
     void forge(const std::string& path, const char* interface, const char* member, const Arguments&... arguments) {
         const auto object = sdbus::createObject(*connection_, path);

@@ -1,4 +1,4 @@
-// When changes count as saved, also if the disk fails or another program writes the file.
+// Tests when a change counts as saved, even if the disk fails or another program writes the file.
 #include "persistence/PreferenceKeys.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/simulated/VirtualTime.h"
@@ -18,8 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-/// Runs its jobs when the test calls `run`.
-class HeldDisk final : public WorkQueue {
+/// A work queue that runs its jobs only when the test calls `run`.
+class ManualWorkQueue final : public WorkQueue {
   public:
     void post(std::function<void()> job) override { jobs.push_back(std::move(job)); }
     /// Returns the number of jobs that it ran.
@@ -54,7 +54,7 @@ class SavingPreferences : public testing::Test {
         queue.runDue();
         return result;
     }
-    /// Contents of the files that were set aside or copied.
+    /// The contents of all files that were set aside or copied under a name with `word`.
     std::vector<std::string> copies(const std::string& word) const {
         std::vector<std::string> found;
         for (const auto& member : fs::directory_iterator(folder())) {
@@ -87,7 +87,7 @@ class SavingPreferences : public testing::Test {
 
     TemporaryFolder temporary;
     VirtualMainQueue queue;
-    HeldDisk disk;
+    ManualWorkQueue disk;
     std::string log;
 };
 
@@ -100,7 +100,7 @@ TEST_F(SavingPreferences, ASaveCompletesOnceTheValuesAreOnDiskAndDoesNotBlock) {
     store.setValue("a", true);
     save("a");
     store.setValue("b", true);
-    save("b"); // while the first is being written
+    save("b"); // while "a" is being written
     queue.runDue();
     EXPECT_EQ(results, "");
     ASSERT_EQ(disk.jobs.size(), 1U);
@@ -147,7 +147,7 @@ TEST_F(SavingPreferences, AFailedWriteIsReportedAndRetriedUntilItSucceeds) {
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
 
-TEST_F(SavingPreferences, AFileWithoutASyncedFolderDoesNotCountAsSaved) {
+TEST_F(SavingPreferences, AFileCountsAsSavedOnlyAfterItsFolderIsSynced) {
     writePreferences(R"({"theirs": "1"})");
     int error = EIO, syncs = 0;
     PreferencesFile written(file(), [&](const fs::path& synced) {
@@ -174,10 +174,10 @@ TEST_F(SavingPreferences, AFileWithoutASyncedFolderDoesNotCountAsSaved) {
     EXPECT_EQ(syncs, 3) << "nothing was written";
 }
 
-TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsKeptAndLaterTakesPrecedence) {
+TEST_F(SavingPreferences, AFileThatCannotBeReadIsKeptAndItsValuesLaterTakePrecedence) {
     {
-        // Runs the same code with descriptors first: the undefined-behavior sanitizer opens one when it checks a type
-        // for the first time.
+        // The undefined-behavior sanitizer opens a descriptor when it checks a type for the first time. This first run
+        // of the same code lets the sanitizer do so while descriptors are available.
         writePreferences(R"({"both": "theirs"})");
         auto ordinary = this->store();
         ordinary.setValue("both", std::string("ours"));
@@ -200,7 +200,7 @@ TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsKeptAndLaterTakesPrecedence)
     EXPECT_EQ(store->string("both"), "theirs");
     EXPECT_EQ(problemsOf(*store), "") << "the file can be read again";
 
-    // An edit is not lost if the file could not be read at the next write.
+    // An edit of the file is not lost if the agent cannot read the file at its next write.
     writePreferences(R"({"both": "edited", "new": true})");
     store->setValue("mine", true);
     {
@@ -254,7 +254,7 @@ TEST_F(SavingPreferences, ADamagedFileBehindALinkKeepsItsName) {
     EXPECT_EQ(contentsOf(foreign), "alias ll=ls");
     EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
     EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"})
-        << "the target's contents are no longer read through the link";
+        << "the link itself must be set aside, not its target";
 }
 
 TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
@@ -300,7 +300,7 @@ TEST_F(SavingPreferences, AnEditWithinARecordIsMergedWithTheAgentsChanges) {
     writePreferences(json{{profile, {{"tileInset", 5}, {"name", "Mine"}, {"themeID", "a"}}}}.dump());
     auto store = this->store();
     writePreferences(json{{profile, {{"tileInset", 5}, {"name", "Edited"}, {"themeID", "a"}}}}.dump());
-    for (const int inset : {7, 8}) { // the agent's copy in memory never contains the edit
+    for (const int inset : {7, 8}) { // the records that the agent sets never contain the edit
         store.setValue(profile, PreferenceData{json{{"tileInset", inset}, {"name", "Mine"}, {"themeID", "a"}}.dump()});
         ASSERT_EQ(resultOfSaving(store), "on disk");
         EXPECT_EQ(inFile()[profile],

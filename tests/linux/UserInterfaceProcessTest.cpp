@@ -1,4 +1,4 @@
-// kova-ui as a child process. Shell scripts take the place of kova-ui.
+// Tests of kova-ui as a child process. Shell scripts are used instead of kova-ui.
 #include "platform/posix/UserInterfaceProcess.h"
 
 #include "platform/linux/ChildProcesses.h"
@@ -34,7 +34,7 @@ class UserInterfaceProgram : public ::testing::Test {
         std::ifstream stream(folder_.path() / name);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// The program that the variable KOVA_UI names.
+    /// The path of the program that the variable KOVA_UI names.
     static std::optional<std::string> findByVariable() { return findUserInterface("", findProgram); }
     bool hasEnded(pid_t process) const { return kill(process, 0) != 0; }
 
@@ -95,7 +95,7 @@ TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
     EXPECT_EQ(process.process(), std::nullopt);
 }
 
-TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnce) {
+TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItIgnoresSigtermAndCanBeStartedAgainAtOnce) {
     const std::string ready = (folder_.path() / "ready").string();
     setenv("KOVA_UI", program("ui", "trap '' TERM; : > " + ready + "; while :; do sleep 0.05; done").c_str(), 1);
     UserInterfaceProcess process(findByVariable, "/socket", loop_, children_);
@@ -135,7 +135,7 @@ TEST_F(UserInterfaceProgram, IsKilledWhenTheAgentIsKilled) {
     EXPECT_FALSE(hasEnded(program));
     kill(agent, SIGKILL);
     waitpid(agent, nullptr, 0);
-    // The process that adopts kova-ui may reap it late or never, so a zombie counts as dead.
+    // The new parent process of kova-ui may reap kova-ui late or never, so a zombie counts as dead.
     const auto isDead = [&] {
         std::ifstream stream("/proc/" + std::to_string(program) + "/stat");
         const std::string stat{std::istreambuf_iterator<char>(stream), {}};

@@ -44,7 +44,7 @@ TEST(ProcessRunner, ReportsExitStatusAndOutput) {
     }
 }
 
-TEST(ProcessRunner, KillsAHangingProgramWithItsChildren) {
+TEST(ProcessRunner, KillsAProgramAndItsChildrenAtTheDeadline) {
     const auto begin = std::chrono::steady_clock::now();
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "trap '' TERM; echo begun; sleep 60; sleep 60"}, 300ms);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
@@ -53,8 +53,7 @@ TEST(ProcessRunner, KillsAHangingProgramWithItsChildren) {
 }
 
 TEST(ProcessRunner, AnUnknownExitStatusDoesNotCountAsSuccess) {
-    // A process inherits this setting from a parent that ignores the ends of its children. Then the kernel drops the
-    // exit status.
+    // A process may inherit this setting from its parent. The kernel then drops the exit status of each child.
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "exit 7"}, 8s);
     std::signal(SIGCHLD, before);
@@ -62,7 +61,7 @@ TEST(ProcessRunner, AnUnknownExitStatusDoesNotCountAsSuccess) {
     EXPECT_EQ(outcome.problem, "how it ended is not known");
 }
 
-TEST(ProcessRunner, LargeOutputNeitherBlocksNorFillsTheMemory) {
+TEST(ProcessRunner, OutputBeyondTheLimitIsDroppedAndDoesNotBlockTheProgram) {
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "head -c 1000000 /dev/zero"}, 20s);
     EXPECT_EQ(outcome.ending, Ending::exited);
     EXPECT_EQ(outcome.exitCode, 0);

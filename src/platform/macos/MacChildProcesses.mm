@@ -25,7 +25,7 @@ MacChildProcesses::~MacChildProcesses() = default;
 
 std::optional<pid_t> MacChildProcesses::start(const Command& command, Started started, Ended ended) {
     const Spawned spawned =
-        spawn({.words = command.words, .environment = command.environment, .isSessionOfItsOwn = true});
+        spawn({.words = command.words, .environment = command.environment, .startsNewSession = true});
     if (spawned.error != 0) {
         queue_.post(lifetime_.guard([started = std::move(started), error = spawned.error] {
             started(StartFailure{StartFailure::Step::running, error});

@@ -21,7 +21,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kLongestText = 64 * 1024;
-constexpr std::chrono::milliseconds kCheckInterval{20}; // to notice the end of a program that prints nothing
+constexpr std::chrono::milliseconds kCheckInterval{20}; // pause between checks whether a silent program has ended
 
 /// A pipe from the program to this process.
 class Pipe {
@@ -45,7 +45,8 @@ class Pipe {
     int readEnd() const { return ends_[0]; }
     int writeEnd() const { return ends_[1]; }
     void closeWriteEnd() { closeEnd(1); }
-    /// Reads what is available; output beyond the limit is read and dropped, so that the program does not block.
+    /// Reads the available output. Output beyond `kLongestText` is read and dropped, so that the program does not
+    /// block.
     void drainInto(std::string& text) {
         std::array<char, 4096> piece;
         while (isOpen()) {
@@ -111,7 +112,7 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
     }
     out.drainInto(outcome.output);
     err.drainInto(outcome.problem);
-    const bool isStatusKnown = ended == process; // false if other code of this process has reaped the program
+    const bool isStatusKnown = ended == process; // false if waitpid failed: the program was reaped elsewhere
     outcome.ending = hasTimedOut                          ? Ending::timedOut
                      : isStatusKnown && WIFEXITED(status) ? Ending::exited
                                                           : Ending::killed;

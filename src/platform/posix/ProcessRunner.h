@@ -7,8 +7,8 @@ namespace kova {
 
 class ProcessRunner final : public ProcessRunning {
   public:
-    /// The program starts with default signals, in a process group of its own, which is killed as a whole at the
-    /// deadline. Children that outlive the program are not awaited.
+    /// The program starts with the default signal handling, in a new process group. At the deadline the whole group is
+    /// killed. `run` does not wait for children that outlive the program.
     ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments,
                        Seconds deadline) override;
 };

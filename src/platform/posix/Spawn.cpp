@@ -18,13 +18,14 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// Frees what posix_spawn's setup functions allocate.
+/// The descriptors of the new process. Frees the memory that the functions of posix_spawn allocate.
 struct FileActions {
     posix_spawn_file_actions_t actions{};
     FileActions() { posix_spawn_file_actions_init(&actions); }
     FileActions(const FileActions&) = delete;
     FileActions& operator=(const FileActions&) = delete;
     ~FileActions() { posix_spawn_file_actions_destroy(&actions); }
+    /// Makes `descriptor` of this process the descriptor `as` of the new process; -1 stands for /dev/null.
     void use(int descriptor, int as) {
         if (descriptor >= 0) {
             posix_spawn_file_actions_adddup2(&actions, descriptor, as);
@@ -35,11 +36,11 @@ struct FileActions {
 };
 
 struct Attributes {
-    posix_spawnattr_t attributes{};
-    Attributes() { posix_spawnattr_init(&attributes); }
+    posix_spawnattr_t value{};
+    Attributes() { posix_spawnattr_init(&value); }
     Attributes(const Attributes&) = delete;
     Attributes& operator=(const Attributes&) = delete;
-    ~Attributes() { posix_spawnattr_destroy(&attributes); }
+    ~Attributes() { posix_spawnattr_destroy(&value); }
 };
 
 } // namespace
@@ -50,31 +51,31 @@ Spawned spawn(const SpawnPlan& plan) {
     files.use(plan.output, STDOUT_FILENO);
     files.use(plan.error, STDERR_FILENO);
 
-    Attributes with;
-    sigset_t none;
-    sigemptyset(&none);
+    Attributes attributes;
+    sigset_t blocked; // no signals
+    sigemptyset(&blocked);
     sigset_t toReset; // the signals that an agent ignores or handles
     sigemptyset(&toReset);
     for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&toReset, signal);
-    posix_spawnattr_setsigmask(&with.attributes, &none);
-    posix_spawnattr_setsigdefault(&with.attributes, &toReset);
+    posix_spawnattr_setsigmask(&attributes.value, &blocked);
+    posix_spawnattr_setsigdefault(&attributes.value, &toReset);
     int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #if defined(POSIX_SPAWN_CLOEXEC_DEFAULT)
     flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
 #endif
 #if defined(POSIX_SPAWN_SETSID)
-    if (plan.isSessionOfItsOwn) flags |= POSIX_SPAWN_SETSID;
+    if (plan.startsNewSession) flags |= POSIX_SPAWN_SETSID;
 #endif
-    if (!plan.isSessionOfItsOwn) {
-        posix_spawnattr_setpgroup(&with.attributes, 0);
+    if (!plan.startsNewSession) {
+        posix_spawnattr_setpgroup(&attributes.value, 0);
         flags |= POSIX_SPAWN_SETPGROUP;
     }
-    posix_spawnattr_setflags(&with.attributes, static_cast<short>(flags));
+    posix_spawnattr_setflags(&attributes.value, static_cast<short>(flags));
 
     const auto words = pointersTo(plan.words);
     const auto environment = pointersTo(plan.environment);
     Spawned spawned;
-    spawned.error = posix_spawn(&spawned.process, words[0], &files.actions, &with.attributes, words.data(),
+    spawned.error = posix_spawn(&spawned.process, words[0], &files.actions, &attributes.value, words.data(),
                                 plan.environment.empty() ? environ : environment.data());
     return spawned;
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kProgram = "kova-ui";
 constexpr std::string_view kSocketVariable = "KOVA_SOCKET=", kAgentVariable = "KOVA_AGENT_PROCESS=";
-constexpr Seconds kTimeToEnd{2};
+constexpr Seconds kTerminationTimeout{2}; // the time from SIGTERM to SIGKILL
 
 std::vector<std::string> environmentWith(const std::string& socketPath) {
     auto environment = ownEnvironment();
@@ -88,7 +88,7 @@ void UserInterfaceProcess::end() {
     ++run_;
     ending_.insert(process);
     kill(process, SIGTERM);
-    queue_.after(kTimeToEnd, lifetime_.guard([this, process] {
+    queue_.after(kTerminationTimeout, lifetime_.guard([this, process] {
         if (ending_.contains(process)) kill(process, SIGKILL);
     }));
 }

@@ -24,8 +24,8 @@ std::optional<std::string> findUserInterface(const std::string& ownProgram, cons
 
 class UserInterfaceProcess final : public UserInterfaceServicing {
   public:
-    /// `find` returns the present path of kova-ui. kova-ui gets `socketPath` as KOVA_SOCKET, and the number of this
-    /// process as KOVA_AGENT_PROCESS. The queue and the children outlive this object.
+    /// `find` is called before each start and returns the path of kova-ui. In its environment kova-ui gets `socketPath`
+    /// as KOVA_SOCKET and the number of this process as KOVA_AGENT_PROCESS. `queue` and `children` outlive this object.
     UserInterfaceProcess(std::function<std::optional<std::string>()> find, std::string socketPath, MainQueue& queue,
                          ChildStarting& children);
     ~UserInterfaceProcess() override { end(); }
@@ -43,9 +43,9 @@ class UserInterfaceProcess final : public UserInterfaceServicing {
     MainQueue& queue_;
     ChildStarting& children_;
     std::optional<pid_t> process_;
-    std::uint64_t run_ = 0;                       // counts starts and ends
-    std::function<void(UserInterfaceEnd)> ended_; // called when `process_` ends
-    std::set<pid_t> ending_;                      // processes that have got SIGTERM and still run
+    std::uint64_t run_ = 0;                       // counts the calls of `start` and `end`; older callbacks are ignored
+    std::function<void(UserInterfaceEnd)> ended_; // the callback of the last `start`
+    std::set<pid_t> ending_;                      // processes that got SIGTERM and still run
     Lifetime lifetime_;
 };
 

@@ -317,14 +317,14 @@ class SimulatedDesktop : public AccessibilityServicing,
     void displaysChanged();
     CGPoint onScreen(CGPoint pointOnDesktop) const;
 
-    // The state of the main button while it is down, and the window or handle that follows the pointer.
+    // Exists while the main button is down: where it was pressed, and the window or the handle under it.
     struct Hold {
         std::uint64_t window = 0; // its number; 0: the button was not pressed on a window
         WindowPart grip = WindowPart::nothing;
         CGRect frame{};  // of the window, when the button went down
         CGPoint start{}; // where the button went down
         std::optional<std::string> handleID{};
-        bool isOver = false; // the drag of the handle: this was the second press of a double click, or Escape ended it
+        bool isOver = false; // the handle is not dragged: the press ended a double click, or Escape ended the drag
     };
     struct Click {
         std::string handleID;

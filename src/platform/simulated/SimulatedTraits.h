@@ -38,9 +38,8 @@ struct InstallationTraits {
     std::optional<BundleID> bundleIdentifier{}; // absent: "sim." and the name in lower case
     bool hasBundleIdentifier = true;
     std::optional<std::string> fails{}; // the error with which each launch fails; absent: launches succeed
-    Seconds startsAfter{
-        0.5};                // the time from the launch until the process runs and the launch is reported as successful
-    Seconds opensAfter{0.5}; // the time from then until the first window; further windows follow every 0.5 s
+    Seconds startsAfter{0.5};           // the time from the launch until the process runs and the result is reported
+    Seconds opensAfter{0.5};            // the time from then until the first window; further windows follow every 0.5 s
     int windowCount = 1;
     bool opensWhenRunning = false; // opens one more window when it is launched while it runs
     /// The launched program ends with status 0 at once. After `opensAfter` another process starts, which opens its
@@ -62,8 +61,7 @@ enum class HidingStyle {
 /// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.
 enum class SpaceStyle {
     listsAll,   // every window is listed with its Space; a full-screen window stays on its Space
-    listsShown, // only windows on the shown Space and minimized windows are listed; a full-screen window has its own
-                // Space
+    listsShown, // only windows on the shown Space and minimized windows; a full-screen window has its own Space
 };
 
 /// The system that the desktop resembles.
