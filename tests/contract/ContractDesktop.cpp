@@ -51,7 +51,7 @@ std::optional<CGRect> DesktopContract::frameOf(const AccessibilityElement& eleme
     return CGRect{*origin, *size};
 }
 
-bool DesktopContract::flag(const AccessibilityElement& element, Attribute attribute) {
+bool DesktopContract::isTrue(const AccessibilityElement& element, Attribute attribute) {
     return read(element, attribute) == AttributeValue(true);
 }
 

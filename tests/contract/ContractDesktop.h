@@ -1,6 +1,7 @@
-// Tests of the platform interfaces that every desktop must pass. Each back end implements `ContractDesktop`, with which
-// a test acts as the user and as the applications, and registers it with INSTANTIATE_TEST_SUITE_P.
-// Frames and points are in window-service space. Tests name a window by its title and an application by its name.
+// The contract tests of the platform interfaces: every desktop must pass them. Each back end implements
+// `ContractDesktop` and registers its class with INSTANTIATE_TEST_SUITE_P. A test calls `ContractDesktop` to act as the
+// user and as the applications. Frames and points are in window-service space. Tests name a window by its title and an
+// application by its name.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -20,7 +21,7 @@
 #include <string>
 #include <vector>
 
-// How googletest prints these types in failures.
+// These functions print values in the messages of failed tests.
 inline void PrintTo(const CGPoint& point, std::ostream* stream) {
     *stream << point.x << "," << point.y;
 }
@@ -50,20 +51,21 @@ inline const NewWindow kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 /// Abilities that a back end may lack. A test leaves out the steps that need a missing ability.
 enum class Ability {
     minimizingByUser,
-    enforcingMinimumSizes,
+    enforcingMinimumSizes, // no window becomes smaller than its announced minimum size
     pluggingInDisplays,
     withdrawingPermission,
     usingTheMouse,
     grabbingKeys,
     launching,
-    forcingToEnd, // `forceTerminate` works: each application has a process of its own
-    destroyingDesktop,
+    forceTerminating,  // each application has its own process, so that `forceTerminate` can kill it
+    destroyingDesktop, // the desktop can be destroyed before its queue
     openingDialogs
 };
 
 class ContractDesktop {
   public:
     virtual ~ContractDesktop() = default;
+    /// Whether the back end has the ability.
     virtual bool can(Ability) const { return true; }
 
     /// Opens a window and returns the process of its application. The first window of an application starts it.
@@ -83,10 +85,12 @@ class ContractDesktop {
     /// Destroys the implementations of the platform interfaces while the queue continues to run. Tests must not use the
     /// interfaces afterwards.
     virtual void destroyDesktop() = 0;
+    /// Presses the main button of the mouse.
     virtual void press(CGPoint point) = 0;
     virtual void movePointer(CGPoint point) = 0;
     virtual void releaseButton() = 0;
-    /// Presses and releases a key while another application has the focus. Only the keys H and J must be supported.
+    /// Presses and releases a key while an application other than KOVA has the focus. Back ends need to support only
+    /// the keys H and J.
     virtual void pressKey(KeyCombination combination) = 0;
     /// Lets another program grab the combination. Call this before `KeyMonitorServicing::claim`.
     virtual void claimForOther(KeyCombination combination) = 0;
@@ -102,7 +106,7 @@ class ContractDesktop {
     virtual DividerHandleServicing& handles() = 0;
     virtual KeyMonitorServicing& keys() = 0;
 
-    /// Runs the job on the polling queue and returns when it is done; the main queue runs meanwhile.
+    /// Runs the job on the polling queue and returns when the job is done. The main queue runs during the job.
     virtual void onPollingQueue(const std::function<void()>& job) = 0;
     /// Lets time pass until the condition holds; false if it does not hold within 20 s.
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
@@ -135,20 +139,25 @@ class DesktopContract : public ::testing::TestWithParam<Backend> {
                                      const std::vector<AccessibilityAttribute>& attributes);
     AttributeValue read(const AccessibilityElement& element, AccessibilityAttribute attribute);
     std::optional<CGRect> frameOf(const AccessibilityElement& element);
-    bool flag(const AccessibilityElement& element, AccessibilityAttribute attribute);
-    /// The applications and their windows, with the members that `ChangeAnnouncements` needs. Polling queue.
+    /// Whether the attribute can be read and is true.
+    bool isTrue(const AccessibilityElement& element, AccessibilityAttribute attribute);
+    /// The applications and their windows. Only the members that `ChangeAnnouncements` needs are set. Polling queue.
     WindowEnumeration enumeration();
     /// Lists the running applications, on the polling queue.
     std::vector<RunningApplication> poll();
+    /// Lists the running applications on the polling queue, and returns the one with that process; absent if there is
+    /// none.
     std::optional<RunningApplication> polled(pid_t process);
-    /// Waits for the window with that title; the test fails if it does not appear.
+    /// Waits for the window with that title. The test fails if the window does not appear.
     AccessibilityElement element(const std::string& title);
+    /// The window with that title; absent if no application lists it. Does not wait.
     std::optional<AccessibilityElement> find(const std::string& title);
-    /// The title of the window under the point, found by the calls that the window service makes; empty if there is no
-    /// window.
+    /// The title of the window under the point; empty if there is no window. Makes the same calls as the window
+    /// service.
     std::string titleAt(CGPoint point);
     /// The ordinary windows of the listed applications that are on the screen, front to back.
     std::vector<OnScreenWindow> windowsOnScreen();
+    /// Writes the attributes and flushes.
     void write(const AccessibilityElement& element, const std::vector<AttributeWrite>& writes);
 
   private:

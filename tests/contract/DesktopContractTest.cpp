@@ -1,4 +1,4 @@
-// Applications, displays, the pointer, and announcements of changes.
+// Contract tests of applications, displays, announcements of changes, and the pointer.
 #include "tests/contract/ContractDesktop.h"
 
 #include <algorithm>
@@ -45,7 +45,7 @@ TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndIdentity) {
     EXPECT_TRUE(polled(mail));
 }
 
-TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
+TEST_P(DesktopContract, EachLaunchReportsItsResultOnceAfterTheCallHasReturned) {
     if (!desktop().can(Ability::launching)) GTEST_SKIP() << "nothing can be launched here";
     desktop().open(kPlan);
     element("Plan");
@@ -69,7 +69,7 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     });
     applications().launch(abacus, LaunchActivation::inBackground,
                           [&](const LaunchResult& result) { results.push_back(result); });
-    EXPECT_TRUE(results.empty() && failures == 0) << "the completion was called before the call returned";
+    EXPECT_TRUE(results.empty() && failures == 0) << "a completion was called before `launch` returned";
     ASSERT_TRUE(until([&] { return results.size() == 1 && failures == 1; }));
     EXPECT_EQ(results[0].error, std::nullopt);
     ASSERT_TRUE(results[0].processIdentifier);
@@ -80,7 +80,7 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     EXPECT_TRUE(until([&] { return !polled(window.processIdentifier); }));
     applications().launch(zebra, LaunchActivation::activates, [](const LaunchResult&) {});
     const pid_t process = element("Zebra").processIdentifier;
-    const bool canForce = desktop().can(Ability::forcingToEnd);
+    const bool canForce = desktop().can(Ability::forceTerminating);
     EXPECT_EQ(applications().forceTerminate(process).has_value(), !canForce);
     EXPECT_TRUE(canForce || applications().terminate(process));
     EXPECT_TRUE(until([&] { return !polled(process); }));
@@ -91,9 +91,9 @@ TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     EXPECT_EQ(failures, 1);
 }
 
-TEST_P(DesktopContract, ADestroyedDesktopCallsNothingBack) {
+TEST_P(DesktopContract, ADestroyedDesktopCallsNoCallbacks) {
     if (!desktop().can(Ability::destroyingDesktop) || !desktop().can(Ability::launching))
-        GTEST_SKIP() << "this desktop cannot be destroyed before its queue";
+        GTEST_SKIP() << "this desktop cannot be destroyed before its queue, or nothing can be launched here";
     desktop().open(kPlan);
     element("Plan");
     const auto late = desktop().install("Late"), uninstalled = desktop().install("Gone");
@@ -155,7 +155,7 @@ TEST_P(DesktopContract, TheFirstDisplayIsThePrimaryDisplayAndChangesAreReported)
                displayID(screens().front()) != displayID(before.front());
     }));
     expectValidScreens();
-    // Frames of windows are relative to the new first display.
+    // The frames of windows are now relative to the new first display.
     EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(desktop().frame("Plan")); }))
         << "read " << text(frameOf(plan)) << ", actual frame " << text(desktop().frame("Plan"));
     EXPECT_EQ(callsOnce, 1);
@@ -227,7 +227,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
         EXPECT_TRUE(until([&] { return calls == 1 && *changes.changeCount() > last; })) << name;
         ASSERT_TRUE(becomesIdle()) << "after " << name;
         EXPECT_EQ(calls, 1) << name << " was announced twice";
-        EXPECT_EQ(callsOfReplaced, 0) << name << " was announced to a callback that another one has replaced";
+        EXPECT_EQ(callsOfReplaced, 0) << name << " was announced to a replaced callback";
     }
     int calls = 0;
     changes.notifyWhenChanged(last, [&] { ++calls; });
@@ -236,7 +236,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     EXPECT_TRUE(until([&] { return *changes.changeCount() > last; }));
     ASSERT_TRUE(becomesIdle());
     EXPECT_EQ(calls, 0);
-    // If the count has changed already, the callback is posted at once; it runs after the call has returned.
+    // If the count has already changed, the callback is posted at once and runs after the call has returned.
     changes.notifyWhenChanged(last - 1, [&] { ++calls; });
     EXPECT_EQ(calls, 0);
     EXPECT_TRUE(until([&] { return calls == 1; }));
@@ -262,7 +262,7 @@ TEST_P(DesktopContract, APressedHandleGetsAllPointerEventsUntilTheRelease) {
         if (pointerEvents.ends_with(word(event.kind)) && event.kind == PointerEvent::Kind::moved) return;
         pointerEvents += word(event.kind);
     });
-    // A thin divider has a wider handle; the window covers part of it.
+    // The handle of a thin divider is wider than the divider. The window covers part of the handle.
     desktop().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
     desktop().runFor(Seconds(0.2));
     desktop().movePointer({197, 500});
@@ -273,8 +273,8 @@ TEST_P(DesktopContract, APressedHandleGetsAllPointerEventsUntilTheRelease) {
     desktop().releaseButton();
     EXPECT_TRUE(until([&] { return handleEvents == "divider: press move release "; })) << handleEvents;
 
-    // The pointer monitor reports movements only while the button is down. Locations are in screen space. A window in
-    // front of the handle gets the press.
+    // A window in front of the handle gets the press. The pointer monitor reports movements only while the button is
+    // down, and locations in screen space.
     handleEvents.clear();
     EXPECT_TRUE(until([&] { return pointerEvents.ends_with("release "); })) << pointerEvents;
     pointerEvents.clear();
@@ -286,7 +286,7 @@ TEST_P(DesktopContract, APressedHandleGetsAllPointerEventsUntilTheRelease) {
     pointer = Subscription();
     desktop().releaseButton();
 
-    // The new set of handles replaces the old one: a press at the first handle's position is not reported.
+    // The new handles replace the old ones: a press at the position of the old handle is not reported.
     desktop().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
     desktop().runFor(Seconds(0.2));
     for (const double x : {200.0, 500.0}) {

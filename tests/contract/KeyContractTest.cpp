@@ -1,4 +1,4 @@
-// The keyboard: which key presses each monitor and each recorder gets.
+// Contract tests of the keyboard: which key presses each monitor and each recorder gets.
 #include "tests/contract/ContractDesktop.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@ namespace kova::contract {
 namespace {
 
 constexpr std::uint64_t kModifiers = modifierFlag::control | modifierFlag::option;
-constexpr KeyCombination kH{4, kModifiers}, kJ{38, kModifiers}, kBareH{4, modifierFlag::control};
+constexpr KeyCombination kH{4, kModifiers}, kJ{38, kModifiers}, kControlH{4, modifierFlag::control};
 
 /// The reported presses as a text: "h" for `kH`, "j" for `kJ`, "?" for any other.
 class KeyLog {
@@ -21,14 +21,14 @@ class KeyLog {
     std::string keys;
 };
 
-TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
+TEST_P(DesktopContract, ClaimedCombinationsAreReportedWhileTheMonitorExists) {
     desktop().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
     element("Plan");
     auto& keys = desktop().keys();
     KeyLog first, second, once;
     bool isInsideCall = false;
     Subscription monitor = keys.addGlobalMonitor([&](const KeyPress& press) {
-        EXPECT_FALSE(isInsideCall) << "the monitor was called inside the call";
+        EXPECT_FALSE(isInsideCall) << "the monitor was called inside `claim`";
         first.record(press);
     });
     Subscription other = keys.addGlobalMonitor([&](const KeyPress& press) { second.record(press); });
@@ -51,7 +51,7 @@ TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
 
     monitor = Subscription();
     if (desktop().can(Ability::grabbingKeys)) {
-        // The new combinations replace the former ones.
+        // The new claim replaces the former one: H is not reported any more.
         notifications = 0;
         keys.claim({kJ});
         EXPECT_TRUE(until([&] { return notifications > 0; }));
@@ -66,7 +66,7 @@ TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
     EXPECT_EQ(keys.charactersOf(999), "");
 }
 
-TEST_P(DesktopContract, KeysOfAnotherProgramAreListedAndNotReported) {
+TEST_P(DesktopContract, CombinationsOfAnotherProgramAreListedAndNotReported) {
     if (!desktop().can(Ability::grabbingKeys)) GTEST_SKIP() << "keys cannot be grabbed here";
     desktop().claimForOther(kJ);
     auto& keys = desktop().keys();
@@ -106,12 +106,12 @@ TEST_P(DesktopContract, OnlyTheRecorderGetsPressesWhileRecording) {
         },
         failed);
     desktop().runFor(Seconds(0.2));
-    for (const KeyCombination& pressed : {kH, kBareH, kJ}) desktop().pressKey(pressed);
+    for (const KeyCombination& pressed : {kH, kControlH, kJ}) desktop().pressKey(pressed);
     EXPECT_TRUE(until([&] { return recorded == "hhj"; })) << recorded;
     desktop().runFor(Seconds(0.2));
     EXPECT_TRUE(shortcuts.keys.empty() || !desktop().can(Ability::grabbingKeys)) << shortcuts.keys;
     shortcuts.keys.clear();
-    // The recording has ended, and shortcuts are reported again.
+    // After the end of the recording the monitor gets presses again.
     desktop().pressKey(kH);
     EXPECT_TRUE(until([&] { return shortcuts.keys == "h"; })) << shortcuts.keys;
     EXPECT_EQ(recorded, "hhj");

@@ -1,5 +1,5 @@
-// Tests that every preferences store must pass. Each back end registers a stage: the environment in which the test
-// opens the store.
+// The contract tests of preferences stores: every store must pass them. Each back end registers a stage, which opens
+// the store for a test.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -17,7 +17,7 @@ class PreferencesStage {
   public:
     virtual ~PreferencesStage() = default;
     virtual PreferencesStore& store() = 0;
-    /// Opens the store again as the next start of the agent does. A store in memory stays as it is.
+    /// Opens the store again, as the next start of the agent does. No effect on a store in memory.
     virtual void reopen() = 0;
 };
 
@@ -33,6 +33,7 @@ class PreferencesContract : public ::testing::TestWithParam<PreferencesBackend> 
   protected:
     PreferencesContract() : stage_(GetParam().open()) {}
     PreferencesStore& store() { return stage_->store(); }
+    /// Saves the values and opens the store again.
     void restart() {
         store().synchronize();
         stage_->reopen();

@@ -37,11 +37,11 @@ TEST_P(PreferencesContract, ValuesKeepTheirTypeAndAWrongTypeCountsAsAbsent) {
     for (int i = 0; i < 2; ++i) store().noteUnusable("KOVA.record.v1", "a: expected a number");
     ASSERT_EQ(store().problems().size(), 1U);
     EXPECT_TRUE(store().problems()[0].starts_with("KOVA.record.v1 is not used as stored: a: expected a number"));
-    store().setValue("KOVA.record.v1", PreferenceData{"{}"}); // a store on disk keeps a copy of the unusable value
+    store().setValue("KOVA.record.v1", PreferenceData{"{}"}); // a store on disk first copies the unusable value
     EXPECT_EQ(store().data("KOVA.record.v1"), PreferenceData{"{}"});
 }
 
-TEST_P(PreferencesContract, TheLastWriteCountsAndRemovedKeysAreAbsent) {
+TEST_P(PreferencesContract, TheLastValueOfAKeyIsKeptAndRemovedKeysAreAbsent) {
     store().setValue(kKey, std::string("first"));
     store().setValue(kKey, true);
     store().setValue("KOVA.removed.v1", true);
@@ -71,7 +71,7 @@ TEST_P(PreferencesContract, ADeferredValueIsMadeBeforeItIsReadOrStored) {
     EXPECT_TRUE(store().contains(kKey));
     setLater(kKey, std::string("newer"));
     EXPECT_EQ(store().string(kKey), "newer");
-    store().setValue(kKey, false); // newer still
+    store().setValue(kKey, false); // replaces the value that was set last
     EXPECT_EQ(store().boolean(kKey), false);
     setLater("KOVA.removed.v1", true);
     store().removeValue("KOVA.removed.v1");

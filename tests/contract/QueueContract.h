@@ -1,5 +1,5 @@
-// Tests that every main queue and work queue must pass. Each back end registers a stage, which makes the queues and
-// lets time pass.
+// The contract tests of main queues and work queues: every queue must pass them. Each back end registers a stage, which
+// makes the queues and lets time pass.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -16,10 +16,10 @@ class QueueStage {
   public:
     virtual ~QueueStage() = default;
     virtual MainQueue& queue() = 0;
-    /// Runs the queue for that time.
+    /// Runs the main queue for that time.
     virtual void runFor(Seconds time) = 0;
     virtual std::unique_ptr<WorkQueue> makeWorker() = 0;
-    /// Lets that much time pass within one piece of work, so that no other work can run meanwhile.
+    /// Call inside a piece of work: lets the time pass before the call returns, so that no other work can run.
     virtual void beBusyFor(Seconds time) = 0;
 };
 
@@ -36,7 +36,7 @@ class QueueContract : public ::testing::TestWithParam<QueueBackend> {
     QueueContract() : stage_(GetParam().open()) {}
     QueueStage& stage() { return *stage_; }
     MainQueue& queue() { return stage_->queue(); }
-    /// Lets time pass until the log has that length, at most 20 s.
+    /// Runs the main queue until the log has that length, but for at most 20 s.
     void runUntilLength(const std::string& log, std::size_t length) {
         for (int i = 0; i < 400 && log.size() < length; ++i) stage_->runFor(Seconds(0.05));
     }

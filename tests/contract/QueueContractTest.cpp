@@ -7,7 +7,7 @@
 namespace kova::contract {
 namespace {
 
-TEST_P(QueueContract, PostsRunInOrderAndADelayOfZeroOrLessIsAPost) {
+TEST_P(QueueContract, PostsAndWorkWithADelayOfZeroOrLessRunInTheOrderOfTheCalls) {
     std::string log;
     const auto append = [&](char letter) { return [&log, letter] { log += letter; }; };
     queue().post(append('a'));
@@ -19,7 +19,7 @@ TEST_P(QueueContract, PostsRunInOrderAndADelayOfZeroOrLessIsAPost) {
     });
     queue().after(Seconds(-std::numeric_limits<double>::infinity()), append('d'));
     queue().post(append('e'));
-    EXPECT_EQ(log, "") << "the task ran inside the call";
+    EXPECT_EQ(log, "") << "work ran inside the call that posted it";
     runUntilLength(log, 7);
     EXPECT_EQ(log, "abcdefg");
 }
@@ -39,7 +39,7 @@ TEST_P(QueueContract, DelayedWorkRunsInTheOrderOfItsDueTimesAndNeverEarly) {
     at(0.04, 'a');
     at(0.08, 'b'); // dropping the returned handle does not cancel the work
     at(0.08, 'c');
-    // After this work all four are overdue. They run in the order of their due times.
+    // After this work, the four timers a to d are overdue. They run in the order of their due times.
     queue().post([&] { stage().beBusyFor(Seconds(0.2)); });
     runUntilLength(log, 4);
     EXPECT_EQ(log, "abcd");
@@ -67,17 +67,17 @@ TEST_P(QueueContract, CancelledWorkDoesNotStart) {
         own->cancel();
         log += 'b';
     });
-    // The queue must not keep work that has run: when the handle is dropped, the captured objects are freed.
-    auto held = std::make_shared<int>(1);
-    auto keeper = queue().after(Seconds(0.07), [held] { *held += 1; });
+    // The queue does not keep work that has run: when the returned handle is dropped, the captured objects are freed.
+    auto captured = std::make_shared<int>(1);
+    auto handle = queue().after(Seconds(0.07), [captured] { *captured += 1; });
     runUntilLength(log, 2);
     stage().runFor(Seconds(0.1));
     EXPECT_EQ(log, "ab");
-    EXPECT_EQ(*held, 2);
-    keeper->cancel(); // no-op, since the work has run
-    keeper.reset();
+    EXPECT_EQ(*captured, 2);
+    handle->cancel(); // no-op, since the work has run
+    handle.reset();
     stage().runFor(Seconds(0.05));
-    EXPECT_EQ(held.use_count(), 1) << "work that has run was not destroyed";
+    EXPECT_EQ(captured.use_count(), 1) << "work that has run was not destroyed";
 }
 
 TEST_P(QueueContract, PostsFromOtherThreadsKeepTheirOrder) {
@@ -107,8 +107,8 @@ TEST_P(QueueContract, AWorkerRunsOneJobAtATimeAndDropsPendingJobsWhenItIsDestroy
     EXPECT_EQ(log, "abcdez") << "a job may post another job";
     EXPECT_EQ(done, 5);
 
-    // The destructor of a worker waits for the job that runs, and drops all others.
-    std::atomic<int> afterTheEnd = 0;
+    // The destructor of a worker waits for the running job and drops all other jobs.
+    std::atomic<int> ranAfterTheEnd = 0;
     worker->post([] {});
     worker.reset();
     stage().runFor(Seconds(0.05));
@@ -116,13 +116,13 @@ TEST_P(QueueContract, AWorkerRunsOneJobAtATimeAndDropsPendingJobsWhenItIsDestroy
     std::atomic<bool> hasEnded = false;
     for (int i = 0; i < 100; ++i) {
         other->post([&] {
-            if (hasEnded) ++afterTheEnd;
+            if (hasEnded) ++ranAfterTheEnd;
         });
     }
     other.reset();
     hasEnded = true;
     stage().runFor(Seconds(0.1));
-    EXPECT_EQ(afterTheEnd, 0);
+    EXPECT_EQ(ranAfterTheEnd, 0);
 }
 
 } // namespace

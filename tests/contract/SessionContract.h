@@ -1,5 +1,5 @@
-// Tests that every login session must pass. Each back end registers a stage, which opens the session and simulates the
-// events of the system.
+// The contract tests of login sessions: every back end must pass them. Each back end registers a stage, which opens the
+// session and simulates the events of the system.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -23,6 +23,7 @@ class SessionStage {
     /// False for events that cannot be simulated here, or that this session does not report.
     virtual bool canSimulate(SystemActivityEvent) const { return true; }
     virtual void simulate(SystemActivityEvent event) = 0;
+    /// Lets time pass until the condition holds; false if it does not hold in time.
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;
 };

@@ -12,7 +12,7 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
     Events reported, reportedOnce, reportedToDropped;
     bool isInsideCall = false;
     const auto watch = stage().activity().observeSystemActivity([&](Event event) {
-        EXPECT_FALSE(isInsideCall) << "the observer was called inside the call";
+        EXPECT_FALSE(isInsideCall) << "the observer was called inside `simulate`";
         reported.push_back(event);
     });
     Subscription once;
@@ -26,7 +26,7 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
     EXPECT_TRUE(reported.empty()) << "an event was reported although nothing has happened";
     EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
 
-    // The last three: the screen is locked during sleep and is still locked after waking.
+    // In the last three events, the screen is locked during sleep and stays locked after waking.
     Events events = {Event::systemWillSleep, Event::systemDidWake,          Event::screensDidSleep,
                      Event::screensDidWake,  Event::sessionDidResignActive, Event::sessionDidBecomeActive,
                      Event::systemWillSleep, Event::screenDidLock,          Event::systemDidWake};
@@ -41,7 +41,7 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
     EXPECT_EQ(reportedOnce, Events{Event::systemWillSleep});
     if (!stage().canSimulate(Event::screenDidLock)) return;
 
-    // A query agrees with the events.
+    // A query returns the state that the events reported.
     EXPECT_TRUE(stage().session().isLoginSessionScreenLocked());
     const std::size_t reportedBefore = reportedToDropped.size();
     dropped = Subscription();

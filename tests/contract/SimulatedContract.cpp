@@ -99,7 +99,7 @@ class SimulatedStage final : public ContractDesktop {
 
     SimulatedDesktop desktop_;
     SimulatedKeyboard keyboard_{desktop_.queue()};
-    std::map<std::string, std::string> labels_; // names of the windows in the simulated desktop, by title
+    std::map<std::string, std::string> labels_; // the labels of windows in the simulated desktop, by title
 };
 
 Backend simulated(const std::string& name, HidingStyle style) {

@@ -1,4 +1,4 @@
-// Windows: reading, requests, and closed windows.
+// Contract tests of windows: reading attributes, requests, and closed windows.
 #include "tests/contract/ContractDesktop.h"
 
 namespace kova::contract {
@@ -9,13 +9,14 @@ using Elements = std::vector<AccessibilityElement>;
 
 const NewWindow kDraft{"Editor", "Draft", makeRect(600, 50, 500, 400)};
 
-const std::vector<Attribute> kEverything = {
+/// All attributes except `enhancedUserInterface`, which only applications on a Mac have.
+const std::vector<Attribute> kAllAttributes = {
     Attribute::windows,     Attribute::focusedWindow, Attribute::frontmost,  Attribute::role,
     Attribute::subrole,     Attribute::title,         Attribute::minimized,  Attribute::position,
     Attribute::size,        Attribute::minSize,       Attribute::parent,     Attribute::main,
     Attribute::minimumSize, Attribute::focused,       Attribute::fullScreen, Attribute::maximized};
 
-TEST_P(DesktopContract, ValuesHaveTheOrderOfTheRequestedAttributesAndAbsentOnesAreEmpty) {
+TEST_P(DesktopContract, ValuesHaveTheOrderOfTheRequestedAttributesAndAMissingAttributeHasNoValue) {
     const pid_t editor = desktop().open(kPlan);
     const auto plan = element("Plan");
     const auto values = read(plan, {Attribute::title, Attribute::windows, Attribute::size, Attribute::role,
@@ -34,7 +35,7 @@ TEST_P(DesktopContract, ValuesHaveTheOrderOfTheRequestedAttributesAndAbsentOnesA
                                                    false,
                                                    application}));
     // An attribute has the same value whether it is read alone or with others.
-    for (const Attribute attribute : kEverything) {
+    for (const Attribute attribute : kAllAttributes) {
         EXPECT_EQ(read(plan, attribute), read(plan, std::vector{attribute, Attribute::role}).front())
             << attributeName(attribute);
     }
@@ -44,7 +45,7 @@ TEST_P(DesktopContract, ValuesHaveTheOrderOfTheRequestedAttributesAndAbsentOnesA
     const auto* minimumSize = std::get_if<CGSize>(&minimumSizes[0]) ? std::get_if<CGSize>(&minimumSizes[0])
                                                                     : std::get_if<CGSize>(&minimumSizes[1]);
     ASSERT_TRUE(minimumSize);
-    EXPECT_GE(minimumSize->width, 300); // larger than announced if the window has decorations
+    EXPECT_GE(minimumSize->width, 300); // the decorations of the window may add to the announced size
     EXPECT_GE(minimumSize->height, 200);
 
     EXPECT_EQ(application, (AccessibilityElement{editor, application.hash, nullptr}));
@@ -52,7 +53,7 @@ TEST_P(DesktopContract, ValuesHaveTheOrderOfTheRequestedAttributesAndAbsentOnesA
               (std::vector<AttributeValue>{std::string("AXApplication"), Elements{plan}, {}, {}}));
 }
 
-TEST_P(DesktopContract, AnEmptyTitleIsReadAsAnEmptyStringNotAsAbsent) {
+TEST_P(DesktopContract, AnEmptyTitleIsReadAsAnEmptyString) {
     desktop().open(kPlan);
     const auto plan = element("Plan");
     desktop().retitle("Plan", "");
@@ -75,10 +76,10 @@ TEST_P(DesktopContract, AnElementStaysTheSameAsLongAsItsWindowExists) {
     EXPECT_TRUE(
         until([&] { return frameOf(plan) && text(frameOf(plan)) == text(desktop().frame("Plan B — “final”")); }));
     write(plan, {{Attribute::minimized, true}});
-    EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized); }));
+    EXPECT_TRUE(until([&] { return isTrue(plan, Attribute::minimized); }));
     EXPECT_EQ(element("Plan B — “final”"), plan);
 
-    // A new window with the title of a closed window has another element.
+    // A new window has another element than a closed window with the same title.
     desktop().close("Draft");
     desktop().open(kDraft);
     EXPECT_TRUE(until([&] { return find("Draft") && find("Draft") != draft; }));
@@ -89,7 +90,7 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     const pid_t mail = desktop().open(kInbox);
     desktop().open(kDraft);
     const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
-    const std::vector<AttributeValue> nothing(kEverything.size());
+    const std::vector<AttributeValue> nothing(kAllAttributes.size());
     const auto writeWithoutEffect = [&](const AccessibilityElement& closed) {
         write(closed, {{Attribute::position, CGPoint{1, 2}},
                        {Attribute::size, CGSize{300, 200}},
@@ -100,7 +101,7 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
         accessibility().flush();
     };
     desktop().close("Plan");
-    EXPECT_TRUE(until([&] { return read(plan, kEverything) == nothing; }));
+    EXPECT_TRUE(until([&] { return read(plan, kAllAttributes) == nothing; }));
     EXPECT_EQ(read(accessibility().applicationElement(editor), Attribute::windows), AttributeValue(Elements{draft}));
     const auto before = frameOf(draft);
     writeWithoutEffect(plan);
@@ -119,8 +120,8 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     desktop().crash("Mail");
     EXPECT_TRUE(until([&] { return !polled(mail); }));
     EXPECT_EQ(presenceOf(inbox), WindowPresence::gone);
-    EXPECT_EQ(read(inbox, kEverything), nothing);
-    EXPECT_EQ(read(accessibility().applicationElement(mail), kEverything), nothing);
+    EXPECT_EQ(read(inbox, kAllAttributes), nothing);
+    EXPECT_EQ(read(accessibility().applicationElement(mail), kAllAttributes), nothing);
     EXPECT_EQ(applications().runningApplication(mail), std::nullopt);
     writeWithoutEffect(inbox);
     writeWithoutEffect(accessibility().applicationElement(mail));
@@ -128,18 +129,18 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     applications().unhide(mail);
     applications().activate(mail);
     EXPECT_FALSE(applications().terminate(mail));
-    EXPECT_TRUE(applications().forceTerminate(mail)) << "no reason was given for the refusal";
+    EXPECT_TRUE(applications().forceTerminate(mail)) << "the request was not refused";
 
     desktop().runFor(Seconds(0.3));
     EXPECT_EQ(text(frameOf(draft)), text(before)) << "a request to a closed window changed another window";
-    EXPECT_FALSE(flag(draft, Attribute::minimized));
+    EXPECT_FALSE(isTrue(draft, Attribute::minimized));
 }
 
 TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
     desktop().open(kPlan);
     const auto plan = element("Plan");
-    // A desktop may need more than one request, so the request is repeated every 0.3 s. The verification of a placement
-    // repeats requests as well.
+    // A desktop may need more than one request. Therefore the request is repeated every 0.3 s, as the verification of a
+    // placement does.
     const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& requested) {
         Seconds nextTry{0}, passed{0};
         return until([&] {
@@ -157,7 +158,7 @@ TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
         << text(desktop().frame("Plan")) << ", read as " << text(frameOf(plan));
     EXPECT_TRUE(becomes({{Attribute::position, CGPoint{100, 110}}}, makeRect(100, 110, 640, 420)));
     EXPECT_TRUE(becomes({{Attribute::size, CGSize{500, 380}}}, makeRect(100, 110, 500, 380)));
-    // Of several writes to one attribute the last write counts.
+    // If one attribute is written several times, the last value counts.
     EXPECT_TRUE(becomes({{Attribute::size, CGSize{900, 600}},
                          {Attribute::position, CGPoint{20, 30}},
                          {Attribute::size, CGSize{450, 360}},
@@ -198,32 +199,32 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) 
     ASSERT_TRUE(until([&] { return countOf(editor) == 2 && countOf(mail) == 1; }));
     const auto frameBefore = text(frameOf(plan));
     write(plan, {{Attribute::minimized, true}});
-    EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized) && countOf(editor) == 1; }));
-    EXPECT_FALSE(flag(draft, Attribute::minimized));
+    EXPECT_TRUE(until([&] { return isTrue(plan, Attribute::minimized) && countOf(editor) == 1; }));
+    EXPECT_FALSE(isTrue(draft, Attribute::minimized));
     EXPECT_FALSE(polled(editor)->isHidden) << "an application with a minimized window is not hidden";
 
     // Hiding an application hides its windows that are on the screen and does not minimize them. Unhiding the
     // application shows only these windows.
     applications().hide(editor);
     EXPECT_TRUE(until([&] { return polled(editor)->isHidden && countOf(editor) == 0; }));
-    EXPECT_FALSE(flag(draft, Attribute::minimized));
-    EXPECT_TRUE(flag(plan, Attribute::minimized));
+    EXPECT_FALSE(isTrue(draft, Attribute::minimized));
+    EXPECT_TRUE(isTrue(plan, Attribute::minimized));
     EXPECT_EQ(countOf(mail), 1u);
     applications().hide(editor); // the second request has no effect
     applications().unhide(editor);
     EXPECT_TRUE(until([&] { return !polled(editor)->isHidden && countOf(editor) == 1; }));
-    EXPECT_TRUE(flag(plan, Attribute::minimized));
+    EXPECT_TRUE(isTrue(plan, Attribute::minimized));
     applications().unhide(editor);
 
     write(plan, {{Attribute::minimized, false}});
-    EXPECT_TRUE(until([&] { return !flag(plan, Attribute::minimized) && countOf(editor) == 2; }));
+    EXPECT_TRUE(until([&] { return !isTrue(plan, Attribute::minimized) && countOf(editor) == 2; }));
     EXPECT_TRUE(until([&] { return text(frameOf(plan)) == frameBefore; })) << text(frameOf(plan));
 
     if (!desktop().can(Ability::minimizingByUser)) return;
     desktop().userMinimizes("Draft");
-    EXPECT_TRUE(until([&] { return flag(draft, Attribute::minimized) && countOf(editor) == 1; }));
+    EXPECT_TRUE(until([&] { return isTrue(draft, Attribute::minimized) && countOf(editor) == 1; }));
     write(draft, {{Attribute::minimized, false}});
-    EXPECT_TRUE(until([&] { return !flag(draft, Attribute::minimized) && countOf(editor) == 2; }));
+    EXPECT_TRUE(until([&] { return !isTrue(draft, Attribute::minimized) && countOf(editor) == 2; }));
 }
 
 TEST_P(DesktopContract, ARaisedWindowIsInFrontAndIsFoundUnderThePoint) {
@@ -249,7 +250,7 @@ TEST_P(DesktopContract, ARaisedWindowIsInFrontAndIsFoundUnderThePoint) {
     EXPECT_EQ(text(windows[0].bounds), text(desktop().frame("Plan")));
     EXPECT_EQ(text(windows[1].bounds), text(desktop().frame("Inbox")));
 
-    // The left and top edges belong to a window, the right and bottom edges do not.
+    // The points on the left and top edges belong to a window. Those on the right and bottom edges do not.
     const CGRect r = desktop().frame("Inbox");
     EXPECT_EQ(titleAt({maxX(r) - 1, maxY(r) - 1}), "Inbox");
     EXPECT_EQ(titleAt({maxX(r), maxY(r)}), "");
@@ -276,11 +277,12 @@ TEST_P(DesktopContract, OnlyTheFocusedWindowAndItsApplicationReadAsFocused) {
             return applications().frontmostApplication() == chosen.processIdentifier &&
                    read(application, Attribute::focusedWindow) == AttributeValue(chosen);
         })) << chosen.hash;
-        EXPECT_TRUE(until([&] { return flag(chosen, Attribute::main) && flag(application, Attribute::frontmost); }));
+        EXPECT_TRUE(
+            until([&] { return isTrue(chosen, Attribute::main) && isTrue(application, Attribute::frontmost); }));
         const pid_t other = chosen.processIdentifier == editor ? mail : editor;
-        EXPECT_FALSE(flag(accessibility().applicationElement(other), Attribute::frontmost));
+        EXPECT_FALSE(isTrue(accessibility().applicationElement(other), Attribute::frontmost));
     }
-    EXPECT_FALSE(flag(draft, Attribute::main));
+    EXPECT_FALSE(isTrue(draft, Attribute::main));
     // When the focused window is minimized, another window is focused.
     write(plan, {{Attribute::minimized, true}});
     EXPECT_TRUE(until([&] {
@@ -351,9 +353,9 @@ TEST_P(DesktopContract, WithoutPermissionNothingIsReadOrWritten) {
     desktop().withdrawPermission();
     EXPECT_TRUE(until([&] { return !accessibility().isProcessTrusted(); }));
     EXPECT_FALSE(accessibility().requestTrust(false));
-    const std::vector<AttributeValue> nothing(kEverything.size());
-    EXPECT_EQ(read(plan, kEverything), nothing);
-    EXPECT_EQ(read(accessibility().applicationElement(plan.processIdentifier), kEverything), nothing);
+    const std::vector<AttributeValue> nothing(kAllAttributes.size());
+    EXPECT_EQ(read(plan, kAllAttributes), nothing);
+    EXPECT_EQ(read(accessibility().applicationElement(plan.processIdentifier), kAllAttributes), nothing);
     EXPECT_EQ(accessibility().elementAtPosition({100, 200}), std::nullopt);
     write(plan, {{Attribute::position, CGPoint{1, 2}}, {Attribute::minimized, true}});
     accessibility().performAction(plan, AccessibilityAction::raise);

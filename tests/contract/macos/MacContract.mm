@@ -1,5 +1,5 @@
-// The contract tests on a Mac. They open windows on the desktop; the test program needs the accessibility permission.
-// Do not use the pointer and the keyboard while the tests run.
+// The contract tests on a Mac. The tests open windows on the desktop, so the test program needs the accessibility
+// permission. Do not use the mouse and the keyboard while the tests run.
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
 #include "platform/macos/MacAccessibility.h"
@@ -48,8 +48,8 @@ void runMainLoopFor(Seconds time) {
     }
 }
 
-/// Makes an application bundle of the client's program in the user's Applications folder, where the system finds the
-/// bundle.
+/// Makes an application bundle with the client's program. The bundle is in the user's Applications folder, where the
+/// system finds it.
 NSURL* makeBundle(const std::string& name) {
     NSFileManager* files = NSFileManager.defaultManager;
     NSURL* home = [files URLsForDirectory:NSApplicationDirectory inDomains:NSUserDomainMask].firstObject;
@@ -71,7 +71,7 @@ NSURL* makeBundle(const std::string& name) {
     return bundle;
 }
 
-/// A running client that takes commands.
+/// A running client program, which carries out commands.
 class Client {
   public:
     explicit Client(const std::string& name) {
@@ -256,8 +256,8 @@ INSTANTIATE_TEST_SUITE_P(Mac, DesktopContract,
                              [] { return std::make_unique<MacStage>(); }}),
                          nameOf);
 
-/// The test posts the system's notifications itself, except those of the screen lock: other applications would act on
-/// these.
+/// The test posts the system's notifications itself. It does not post those of the screen lock, since other
+/// applications would act on them.
 class MacSessionStage final : public SessionStage {
   public:
     SystemActivityServicing& activity() override { return activity_; }

@@ -21,7 +21,7 @@ class LinuxSessionStage final : public SessionStage {
     }
     SystemActivityServicing& activity() override { return *session_; }
     SessionServicing& session() override { return *session_; }
-    /// Screen sleep and wake are reported by the desktop back end, not by logind.
+    /// The desktop back end reports that the screens sleep or wake; logind does not.
     bool canSimulate(SystemActivityEvent event) const override {
         return event != SystemActivityEvent::screensDidSleep && event != SystemActivityEvent::screensDidWake;
     }

@@ -49,7 +49,7 @@ class X11Stage final : public ContractDesktop {
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
                                         .returnTimeoutAtEnd = Seconds(10),
-                                        // The server would name the process of this test for all clients.
+                                        // A query would return the process of this test for every client.
                                         .queriesProcesses = false},
                                        loop_, catalogue_);
         if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
@@ -60,7 +60,7 @@ class X11Stage final : public ContractDesktop {
     }
 
     bool can(Ability ability) const override {
-        if (ability == Ability::forcingToEnd) return false; // all clients belong to the process of the test
+        if (ability == Ability::forceTerminating) return false; // all clients belong to the process of the test
         return manager_ != Manager::none ||
                (ability != Ability::minimizingByUser && ability != Ability::enforcingMinimumSizes);
     }
@@ -230,7 +230,7 @@ class X11Stage final : public ContractDesktop {
         command.insert(command.begin(), "xdotool");
         ASSERT_EQ(server_.start(command).wait(), 0);
     }
-    /// Writes the request itself, since the library's function cannot add a monitor without outputs.
+    /// Sends the request as bytes, since the library's function cannot add a monitor without outputs.
     void addMonitor(const char* name, bool isPrimary, int x, int width) {
         struct {
             xcb_randr_set_monitor_request_t request{};
@@ -250,7 +250,7 @@ class X11Stage final : public ContractDesktop {
     }
 
     const Manager manager_;
-    const int scale_; // pixels to a point
+    const int scale_; // pixels per point
     TemporaryFolder home_;
     PrivateServer server_;
     std::unique_ptr<TestClient> watcher_;
@@ -260,7 +260,7 @@ class X11Stage final : public ContractDesktop {
     std::unique_ptr<X11Desktop> desktop_;
     std::map<std::string, Application> applications_;
     std::map<std::string, Window> windows_;
-    pid_t lastProcess_ = 4000; // the newest client announces this number; the process need not exist
+    pid_t lastProcess_ = 4000; // announced by the newest client; the process need not exist
     double firstDisplayX_ = 0;
     bool isEnding_ = false;
 };
