@@ -68,7 +68,7 @@ class ContractDesktop {
     /// Whether the back end has the ability.
     virtual bool can(Ability) const { return true; }
 
-    /// Opens a window and returns the process of its application. The first window of an application starts it.
+    /// Opens a window and returns the process of its application. Opening its first window starts an application.
     virtual pid_t open(const NewWindow& newWindow) = 0;
     virtual void retitle(const std::string& title, const std::string& newTitle) = 0;
     virtual void close(const std::string& title) = 0;
@@ -155,7 +155,7 @@ class DesktopContract : public ::testing::TestWithParam<Backend> {
     /// The title of the window under the point; empty if there is no window. Makes the same calls as the window
     /// service.
     std::string titleAt(CGPoint point);
-    /// The ordinary windows of the listed applications that are on the screen, front to back.
+    /// The ordinary windows on the screen that belong to listed applications, front to back.
     std::vector<OnScreenWindow> windowsOnScreen();
     /// Writes the attributes and flushes.
     void write(const AccessibilityElement& element, const std::vector<AttributeWrite>& writes);

@@ -336,7 +336,7 @@ TEST(FilePreferencesStore, TheLastValueIsKeptWhenWritesOfTheWorkerAndOfTheMainTh
     EXPECT_EQ(reopened.string("round"), "19");
 }
 
-/// Writes preferences of growing and shrinking size until it is killed.
+/// Writes preferences of changing size until the process is killed.
 [[noreturn]] void writeForever(const fs::path& file, int first) {
     EventLoop loop;
     ImmediateWorkQueue disk;

@@ -145,7 +145,7 @@ TEST_F(LoginSessionTest, ReportsEventsOfLogind) {
     bus_.set("c1", "Active", sdbus::Variant(true));
     expectReported("inactive active ");
 
-    bus_.call("c2", "Lock"); // another session
+    bus_.call("c2", "Lock"); // events of another session are not reported
     bus_.set("c2", "LockedHint", sdbus::Variant(true));
     bus_.set("c1", "IdleHint", sdbus::Variant(true));
     bus_.call("c1", "Lock");

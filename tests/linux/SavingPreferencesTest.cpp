@@ -285,7 +285,7 @@ TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
     EXPECT_EQ(copies("edited").size() + copies("damaged").size(), 0U);
     EXPECT_EQ(log, "");
 
-    // One agent removes its own scene, the other one continues to write.
+    // One agent removes one of its scenes, and then the other agent writes. The scene stays removed.
     json scenes = json::array();
     for (int scene = 2; scene <= 12; ++scene) scenes.push_back({{"id", "first" + std::to_string(scene)}});
     first.setValue(product, PreferenceData{json{{"scenes", scenes}}.dump()});

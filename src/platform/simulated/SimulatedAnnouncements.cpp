@@ -83,7 +83,7 @@ std::optional<Seconds> SimulatedDesktop::longestIdleTime() const {
     return announcesWithoutRequest() ? std::nullopt : std::optional(Seconds(10));
 }
 
-// What happens to applications and windows
+// Announcements of changes
 
 void SimulatedDesktop::announce() {
     ++changeCount_;

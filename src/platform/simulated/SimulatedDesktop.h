@@ -64,7 +64,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     CGRect frameOfDisplay(std::string_view name) const; // desktop space
     void strandWindows(bool strand) { strandsWindows_ = strand; }
 
-    // Applications. Unknown names and labels throw std::out_of_range, since the scenario has a mistake.
+    // Applications. An unknown name or label is a mistake in the scenario; the functions throw std::out_of_range.
     pid_t launch(std::string name, ApplicationTraits traits = {});
     void quit(std::string_view application);
     /// Marks the application as terminated; it stays listed.
@@ -97,7 +97,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setHidingStyle(HidingStyle style) { hidingStyle_ = style; }
     pid_t processIdentifier(std::string_view application) const;
     bool isRunning(std::string_view application) const;
-    /// Makes an application known to launchers.
+    /// Installs an application, so that KOVA can launch it.
     LaunchableApplication install(std::string name, InstallationTraits traits = {});
     void uninstall(std::string_view name);
     void setQuittingHabit(std::string_view application, QuittingHabit habit);
@@ -130,7 +130,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
     int shownVirtualDesktop() const { return virtualDesktop_; }
-    /// With `SpaceStyle::listsShown`: the delay after which `shownSpace` reports that another Space is shown.
+    /// Sets the delay after which `shownSpace` reports that another Space is shown, with `SpaceStyle::listsShown`.
     void delaySpaceNotifications(Seconds delay) { spaceNotificationDelay_ = delay; }
     /// Closes a window whose application keeps the window's object. The object still responds, with an empty size or
     /// with the last frame of the window.
@@ -141,8 +141,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// element each time it is shown. The elements of the other tabs still respond.
     std::string openTab(std::string_view label, WindowTraits traits = {});
     void showTab(std::string_view label);
-    /// The window server reports an open window as destroyed or, if `lose` is false, as present again. Both happen
-    /// around sleep.
+    /// From now on the window server reports an open window as closed or, if `lose` is false, as present again. On real
+    /// desktops both happen around sleep.
     void loseWindow(std::string_view label, bool lose = true);
     /// The window gets another identifier.
     void renumber(std::string_view label);
@@ -152,7 +152,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Session, permission, pointer
     /// Locks or unlocks the session without a `SystemActivityEvent`; queries report the new state.
     void setLocked(bool locked);
-    /// A change of the machine or the login session, delivered on the queue.
+    /// Simulates a change of the machine or the login session. The event is delivered on the queue.
     void simulate(SystemActivityEvent event);
     void setTrusted(bool trusted);
     /// From now on no window of the session can be managed, for this reason.
@@ -201,7 +201,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool isHidden(std::string_view application) const;
     /// The requests of KOVA since the last call, one per line: "Mail: AXPosition 15,15, AXSize 600x400".
     std::string takeJournal();
-    /// The number of requests to read attributes since the start.
+    /// The number of read requests of KOVA since the start.
     int readCount() const { return readCount_; }
     const std::vector<std::string>& violations() const { return violations_; }
     /// The number of windows that were closed since the start.

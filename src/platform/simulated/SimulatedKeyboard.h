@@ -45,7 +45,7 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }
     /// Sets the characters of the keys that differ from those of an American keyboard.
     void setLayout(std::map<std::uint16_t, std::string> characters) { layout_ = std::move(characters); }
-    /// The combinations claimed by KOVA that no other program holds.
+    /// The combinations whose presses only KOVA gets at present.
     std::set<KeyCombination> claimed() const;
 
     // KeyMonitorServicing

@@ -19,7 +19,7 @@ inline constexpr int kEveryVirtualDesktop = -1;
 /// The elements inside a window; the innermost one is reported as the element under the pointer.
 enum class InnerElements {
     nested,   // a button in a group in the window
-    cyclic,   // a cycle of parents
+    cyclic,   // the button and the group are each other's parent
     orphaned, // no parent can be read
 };
 
