@@ -203,7 +203,8 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     keeper_.setProfile(std::move(profile));
     arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
     keeper_.publishMinimums();
-    keeper_.commit({.hasMovedTiles = true, .resetsLimits = true, .straying = kFramesStay, .comparesTiles = false});
+    keeper_.commit(
+        {.hasMovedTiles = true, .resetsLimits = true, .correctedDrift = kNoCorrection, .comparesTiles = false});
     if (access_.mayMoveWindows()) refreshCycle_.refresh(); // the poll shrinks spans and places all windows
     return Outcome::done().with(std::move(forgotten));
 }

@@ -158,8 +158,10 @@ void Arrangement::arrangeWindows() {
     for (const auto& placement : plan.placements) {
         if (!placement.isPrimary) behind.push_back(placement.window.id);
     }
-    keeper_.commit(
-        {.displaced = std::move(behind), .resetsLimits = true, .endsArrangement = true, .straying = kFramesStay});
+    keeper_.commit({.displaced = std::move(behind),
+                    .resetsLimits = true,
+                    .endsArrangement = true,
+                    .correctedDrift = kNoCorrection});
 
     if (std::ranges::any_of(plan.placements, &AutoArrangePlacement::isDeferred)) {
         services_.queue.after(
@@ -228,7 +230,7 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
             keeper_.place(*live, {placement.claimedTargets}, BringToFront::no);
             placed.push_back(id);
         }
-        keeper_.commit({.straying = kFramesStay});
+        keeper_.commit({.correctedDrift = kNoCorrection});
         for (const auto& id : placed) keeper_.retryMinimum(id);
     });
 }
@@ -274,7 +276,7 @@ void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
         if (!arranger_.isNewest(generation)) return; // an arrangement or an undo by the user superseded this one
         if (access_.mayMoveWindows()) {
             steps_.changeLater([this] { arrangeWindows(); });
-        } else if (access_.isAway()) {
+        } else if (access_.isSuspendedOrLocked()) {
             arranger_.postponeStartupArrangement(); // the screen was locked: due again after the unlock
         }
     }));

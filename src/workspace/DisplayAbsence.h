@@ -34,13 +34,13 @@ class DisplayAbsence {
 
     using Return = ReturnedWindows;
     /// Restores every remembered window to its tile, in front of windows placed there in the meantime.
-    Return comeBack(const AbsenceKey& key, TileAssignments assignments);
-    bool holds(const AbsenceKey& key) const { return homes_.contains(key); }
+    Return returnWindows(const AbsenceKey& key, TileAssignments assignments);
+    bool holds(const AbsenceKey& key) const { return heldTiles_.contains(key); }
 
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const;
     /// Forgets the window, which the user has moved.
     void forget(const WindowID& windowID);
-    void forgetAll() { homes_.clear(); }
+    void forgetAll() { heldTiles_.clear(); }
     void forgetDisplay(const DisplayID& displayID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
@@ -48,13 +48,13 @@ class DisplayAbsence {
     /// After an undo: replaces the remembered windows by those that the restored assignments have on these displays.
     void restate(const TileAssignments& assignments);
 
-    const std::map<AbsenceKey, TileAssignments>& homes() const { return homes_; }
-    void restore(std::map<AbsenceKey, TileAssignments> homes) { homes_ = std::move(homes); }
+    const std::map<AbsenceKey, TileAssignments>& heldTiles() const { return heldTiles_; }
+    void restore(std::map<AbsenceKey, TileAssignments> tiles) { heldTiles_ = std::move(tiles); }
 
   private:
     void dropEmpty();
 
-    std::map<AbsenceKey, TileAssignments> homes_;
+    std::map<AbsenceKey, TileAssignments> heldTiles_;
 };
 
 } // namespace kova

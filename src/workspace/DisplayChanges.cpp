@@ -86,7 +86,8 @@ void DisplayChanges::recordConnectedAndDisconnected(const std::set<DisplayID>& b
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
     });
-    keeper_.commit({.hasMovedTiles = true, .resetsLimits = true, .straying = kFramesStay, .comparesTiles = false});
+    keeper_.commit(
+        {.hasMovedTiles = true, .resetsLimits = true, .correctedDrift = kNoCorrection, .comparesTiles = false});
     session_.noteChange(); // the record contains the disconnected displays
 }
 

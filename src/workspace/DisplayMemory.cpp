@@ -82,9 +82,9 @@ void DisplayMemory::takeBackDisplay(const DisplayID& displayID, TileAssignments&
     takeBack(absence_, {displayID}, assignments);
 }
 
-void DisplayMemory::takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments) {
-    if (!homes.holds(key)) return;
-    auto back = homes.comeBack(key, std::move(assignments));
+void DisplayMemory::takeBack(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments) {
+    if (!absence.holds(key)) return;
+    auto back = absence.returnWindows(key, std::move(assignments));
     assignments = std::move(back.assignments);
     noteReturned(back.returnedFronts, back.returnedWaiting);
 }
@@ -105,7 +105,7 @@ void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
 }
 
 void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
-    if (absence_.homes().empty() || beforeArrangement_ != TileAssignments{}) return;
+    if (absence_.heldTiles().empty() || beforeArrangement_ != TileAssignments{}) return;
     beforeArrangement_ = assignments;
     for (const auto& window : assignments.windows()) {
         if (absence_.belongsToDisconnectedDisplay(window)) beforeArrangement_.remove(window);
@@ -114,7 +114,7 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
 
 void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                                  const std::function<bool(const WindowID& windowID)>& isPutAway) {
-    if (!absence_.homes().empty()) return;
+    if (!absence_.heldTiles().empty()) return;
     TileAssignments held = std::exchange(beforeArrangement_, {});
     std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
     noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});

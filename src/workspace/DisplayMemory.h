@@ -50,7 +50,7 @@ class DisplayMemory : public PartWithoutPolls {
         return absence_.belongsToDisconnectedDisplay(windowID);
     }
     /// By the id of the display.
-    const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.homes(); }
+    const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.heldTiles(); }
     void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
     /// After an undo: replaces the remembered windows by those of the restored assignments.
     void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
@@ -61,10 +61,10 @@ class DisplayMemory : public PartWithoutPolls {
     /// returns to that tile, or to another free tile that had a window before the arrangement.
     void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                       const std::function<bool(const WindowID& windowID)>& isPutAway);
-    /// Windows without a tile; see `StrandedFloats::noteGone`, `settle` and `takeReturned`.
+    /// Windows without a tile; see `StrandedFloats::rememberDisconnected`, `settle` and `takeReturned`.
     void noteStranded(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                       const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
-        strandedFloats_.noteGone(before, connected, live, tiles);
+        strandedFloats_.rememberDisconnected(before, connected, live, tiles);
     }
     void settleStranded(const WindowID& windowID, const CGRect& frame) { strandedFloats_.settle(windowID, frame); }
     std::vector<std::pair<WindowID, CGRect>> takeReturnedStranded(const std::set<DisplayID>& connected,
@@ -117,7 +117,7 @@ class DisplayMemory : public PartWithoutPolls {
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
-    void takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments);
+    void takeBack(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments);
 
     MainQueue& queue_;
     std::function<void()> settled_;

@@ -8,13 +8,13 @@
 
 namespace kova {
 
-FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
-                                          const std::optional<CGRect>& pending) {
+FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGRect& wanted,
+                                          CorrectedDrift correctedDrift, const std::optional<CGRect>& pending) {
     if (sizes_.isBeingRetried(window.id)) {
         if (pending) return Decision::noRequest;
         sizes_.endRetry(window.id);
     }
-    const double tolerance = straying == Straying::any ? kRoundingPoints : kFrameTolerancePoints;
+    const double tolerance = correctedDrift == CorrectedDrift::any ? kRoundingPoints : kFrameTolerancePoints;
     // A placement of the same frame that is still being verified is not repeated. The poll after its last pass decides
     // again.
     if (pending) noteRequest(window.id);

@@ -22,11 +22,11 @@ class FrameKeeper {
 
     /// The drift at which a window gets a request: `noticeable` is more than `kFrameTolerancePoints`, `any` more than
     /// rounding, so that a change of the layout by one point takes effect.
-    enum class Straying { noticeable, any };
+    enum class CorrectedDrift { noticeable, any };
     enum class Decision { noRequest, request, repeatRequest };
     /// Whether to request the frame now; `pending` is a requested frame that is still being verified. Frames are in
     /// window-service space.
-    [[nodiscard]] Decision decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
+    [[nodiscard]] Decision decide(const ManagedWindow& window, const CGRect& wanted, CorrectedDrift correctedDrift,
                                   const std::optional<CGRect>& pending);
     /// Call after a `repeatRequest`. Do not call while the window manager is being replaced: a window that does not
     /// move during that time has not refused the request.

@@ -41,7 +41,7 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
     const DisplayTiles after =
         tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
     LayoutMigration migration =
-        migrateRemembered(assignments_, id, tileMemory_.homes().of(id, assignments_), {layout.id, after});
+        migrateRemembered(assignments_, id, tileMemory_.rememberedLayouts().of(id, assignments_), {layout.id, after});
     if (const auto focused = finder_.focusedWindowID()) keepInFront(migration, *focused);
     assignments_ = std::move(migration.assignments);
     displays_.noteReturned(migration.returnedWindowIDs, migration.displacedWindowIDs);
@@ -90,8 +90,10 @@ Outcome LayoutChoice::setTileInset(double points) {
     profile.tileInset = points;
     keeper_.setProfile(std::move(profile));
     geometry_.layouts().invalidateAll();
-    keeper_.commit(
-        {.hasMovedTiles = true, .resetsLimits = true, .claimant = "", .straying = FrameKeeper::Straying::any});
+    keeper_.commit({.hasMovedTiles = true,
+                    .resetsLimits = true,
+                    .claimant = "",
+                    .correctedDrift = FrameKeeper::CorrectedDrift::any});
     return Outcome::done();
 }
 

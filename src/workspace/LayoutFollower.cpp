@@ -55,7 +55,7 @@ void LayoutFollower::migrateChangedDisplays() {
         const LayoutDefinition& layout = geometry_.layoutOn(screen);
         if (!last || last->layoutID == layout.id) continue;
         displays_.leaveLayout(id, last->layoutID, assignments_);
-        tileMemory_.forgetHomesOn(id);
+        tileMemory_.forgetRememberedLayoutsOn(id);
         const DisplayTiles after =
             tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
         LayoutMigration migration = migrateAssignments(assignments_, id, last->tiles, after);

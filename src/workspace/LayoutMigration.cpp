@@ -189,12 +189,12 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayI
 }
 
 LayoutMigration migrateRemembered(const TileAssignments& before, const DisplayID& displayID,
-                                  const std::vector<RememberedLayout>& homes, const ShownLayout& next) {
+                                  const std::vector<RememberedLayout>& remembered, const ShownLayout& next) {
     std::vector<Occupant> all;
-    for (const RememberedLayout& home : homes) {
-        auto some = occupants(home.assignments, displayID, home.shown.tiles);
+    for (const RememberedLayout& layout : remembered) {
+        auto some = occupants(layout.assignments, displayID, layout.shown.tiles);
         for (Occupant& occupant : some) {
-            if (home.shown.layoutID != next.layoutID) occupant.spanSlotIDs.clear();
+            if (layout.shown.layoutID != next.layoutID) occupant.spanSlotIDs.clear();
             all.push_back(std::move(occupant));
         }
     }

@@ -49,7 +49,7 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayI
 /// precedence. If `next` is a remembered layout, its windows return to their tiles and spans there. A window that was
 /// remembered as stacked and is a front window now stays in front.
 LayoutMigration migrateRemembered(const TileAssignments& before, const DisplayID& displayID,
-                                  const std::vector<RememberedLayout>& homes, const ShownLayout& next);
+                                  const std::vector<RememberedLayout>& remembered, const ShownLayout& next);
 
 /// If the migration stacked this window, which was a front window before, it changes places with the front window of
 /// its new tile. No-op if that front window spans several tiles.

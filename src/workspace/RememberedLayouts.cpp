@@ -7,36 +7,37 @@ namespace kova {
 
 void RememberedLayouts::leave(const DisplayID& displayID, const ShownLayout& layout,
                               const TileAssignments& assignments) {
-    auto& homes = homes_[displayID];
-    if (!homes.empty() && homes.back().shown.layoutID == layout.layoutID) homes.clear();
-    RememberedLayout home{layout, assignments.onDisplay(displayID)};
-    for (const auto& other : homes) {
-        for (const auto& window : other.assignments.windows()) home.assignments.remove(window);
+    auto& layouts = layoutsByDisplay_[displayID];
+    if (!layouts.empty() && layouts.back().shown.layoutID == layout.layoutID) layouts.clear();
+    RememberedLayout remembered{layout, assignments.onDisplay(displayID)};
+    for (const auto& other : layouts) {
+        for (const auto& window : other.assignments.windows()) remembered.assignments.remove(window);
     }
-    if (home.assignments != TileAssignments{}) homes.insert(homes.begin(), std::move(home));
-    if (homes.empty()) homes_.erase(displayID);
+    if (remembered.assignments != TileAssignments{}) layouts.insert(layouts.begin(), std::move(remembered));
+    if (layouts.empty()) layoutsByDisplay_.erase(displayID);
 }
 
 std::vector<RememberedLayout> RememberedLayouts::of(const DisplayID& displayID,
                                                     const TileAssignments& assignments) const {
-    const auto found = homes_.find(displayID);
-    if (found == homes_.end()) return {};
+    const auto found = layoutsByDisplay_.find(displayID);
+    if (found == layoutsByDisplay_.end()) return {};
     const auto present = assignments.windowsOn(displayID);
-    std::vector<RememberedLayout> homes = found->second;
-    for (auto& home : homes) home.assignments.keepOnly(present);
-    return homes;
+    std::vector<RememberedLayout> layouts = found->second;
+    for (auto& remembered : layouts) remembered.assignments.keepOnly(present);
+    return layouts;
 }
 
 void RememberedLayouts::keepIf(const std::function<bool(const WindowID&)>& isKept) {
-    for (auto& [display, homes] : homes_) {
-        for (auto& home : homes) {
-            for (const auto& window : home.assignments.windows()) {
-                if (!isKept(window)) home.assignments.remove(window);
+    for (auto& [display, layouts] : layoutsByDisplay_) {
+        for (auto& remembered : layouts) {
+            for (const auto& window : remembered.assignments.windows()) {
+                if (!isKept(window)) remembered.assignments.remove(window);
             }
         }
-        std::erase_if(homes, [](const RememberedLayout& home) { return home.assignments == TileAssignments{}; });
+        std::erase_if(layouts,
+                      [](const RememberedLayout& remembered) { return remembered.assignments == TileAssignments{}; });
     }
-    std::erase_if(homes_, [](const auto& entry) { return entry.second.empty(); });
+    std::erase_if(layoutsByDisplay_, [](const auto& entry) { return entry.second.empty(); });
 }
 
 void RememberedLayouts::forget(const WindowID& windowID) {
@@ -50,22 +51,22 @@ void RememberedLayouts::keepOnlyWaiting(const TileAssignments& assignments) {
 }
 
 void RememberedLayouts::keepOnly(const std::set<WindowID>& windowIDs) {
-    if (homes_.empty()) return;
+    if (layoutsByDisplay_.empty()) return;
     keepIf([&](const WindowID& window) { return windowIDs.contains(window); });
 }
 
 void RememberedLayouts::rename(const WindowID& windowID, const WindowID& newID) {
-    for (auto& [display, homes] : homes_) {
-        for (auto& home : homes) home.assignments.rename(windowID, newID);
+    for (auto& [display, layouts] : layoutsByDisplay_) {
+        for (auto& remembered : layouts) remembered.assignments.rename(windowID, newID);
     }
 }
 
 void RememberedLayouts::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
-    auto homes = homes_.extract(displayID);
-    if (homes.empty()) return;
-    homes.key() = newID;
-    for (auto& home : homes.mapped()) home.assignments.renameDisplay(displayID, newID);
-    homes_.insert(std::move(homes));
+    auto layouts = layoutsByDisplay_.extract(displayID);
+    if (layouts.empty()) return;
+    layouts.key() = newID;
+    for (auto& remembered : layouts.mapped()) remembered.assignments.renameDisplay(displayID, newID);
+    layoutsByDisplay_.insert(std::move(layouts));
 }
 
 } // namespace kova

@@ -116,7 +116,7 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
                                 .resetsLimits = true,
                                 .endsArrangement = true,
                                 .claimant = "",
-                                .straying = FrameKeeper::Straying::any});
+                                .correctedDrift = FrameKeeper::CorrectedDrift::any});
     launchForScene(toLaunch);
     if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // polls continue until the windows appear or time out
     return awaited_.scene().pending.size();
@@ -202,8 +202,9 @@ void SceneActions::processPendingScenePlacements() {
     };
     const auto taken = awaited_.takeForScene(services_.queue.uptime(), find);
     if (!taken.found.empty()) {
-        steps_.changeLater(
-            [&] { carryOutRestored(taken.found, {.claimant = "", .straying = FrameKeeper::Straying::any}); });
+        steps_.changeLater([&] {
+            carryOutRestored(taken.found, {.claimant = "", .correctedDrift = FrameKeeper::CorrectedDrift::any});
+        });
     }
     awaited_.publishReport();
     if (awaited_.scene().pending.empty()) endRestoration(taken.expired);

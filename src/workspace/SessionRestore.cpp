@@ -13,7 +13,7 @@ SessionRestore::SessionRestore(MainQueue& queue, PreferencesStore& store,
     kept_(keeper_.kept()) {}
 
 std::optional<WorkspaceSession> SessionRestore::takeKept() {
-    if (std::exchange(hasTakenUp_, true)) return std::nullopt;
+    if (std::exchange(isTaken_, true)) return std::nullopt;
     return std::exchange(kept_, std::nullopt).value_or(WorkspaceSession{});
 }
 

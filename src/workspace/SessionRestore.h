@@ -70,7 +70,7 @@ class SessionRestore {
   private:
     SessionKeeper keeper_;
     std::optional<WorkspaceSession> kept_;
-    bool hasTakenUp_ = false;
+    bool isTaken_ = false;
     std::map<pid_t, std::optional<std::string>> processStarts_;
     std::set<WindowID> awaited_;
     Seconds awaitedUntil_{0};

@@ -89,7 +89,7 @@ WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
 }
 
 /// Runs with the first poll. True if any window was recognized.
-bool SessionTaker::takeUpSession() {
+bool SessionTaker::restoreSession() {
     const auto session = session_.takeKept();
     if (!session) return false;
     const auto resumed = resumedWindows(*session, liveWindows_.all(), [this](pid_t process) {
@@ -99,11 +99,11 @@ bool SessionTaker::takeUpSession() {
     services_.applications.resolveLeftoverHiddenWindows(knowsAny ? LeftoverWindows::stayHidden : LeftoverWindows::show);
     if (resumed.idNow.empty() && resumed.awaited.empty()) return false;
 
-    takeUpTiles(*session, resumed);
-    auto returned = takeUpDisplays(*session);
+    restoreTiles(*session, resumed);
+    auto returned = restoreDisplays(*session);
     const TileAssignments known = assignments_;
     follower_.migrateChangedDisplays();
-    keeper_.commit({.straying = kFramesStay});
+    keeper_.commit({.correctedDrift = kNoCorrection});
     const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
@@ -116,14 +116,14 @@ bool SessionTaker::takeUpSession() {
 
 /// Restores which window is in which tile, on connected and disconnected displays and on other Spaces, and the
 /// other records of the windows.
-void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
+void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
-    std::map<AbsenceKey, TileAssignments> homes;
+    std::map<AbsenceKey, TileAssignments> heldTiles;
     for (const auto& [id, tiles] : session.awayDisplays) {
         auto held = resumedTiles(tiles, resumed);
-        if (held != TileAssignments{}) homes[{id}] = std::move(held);
+        if (held != TileAssignments{}) heldTiles[{id}] = std::move(held);
     }
-    displays_.restoreAbsentDisplays(std::move(homes));
+    displays_.restoreAbsentDisplays(std::move(heldTiles));
     std::vector<SpaceMemory::Places> places;
     for (const auto& [space, tiles] : session.otherSpaces) {
         auto held = resumedTiles(tiles, resumed);
@@ -149,7 +149,7 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
 
 /// Handles displays that were connected or disconnected since the session was stored. Returns those that were
 /// connected.
-std::set<DisplayID> SessionTaker::takeUpDisplays(const WorkspaceSession& session) {
+std::set<DisplayID> SessionTaker::restoreDisplays(const WorkspaceSession& session) {
     std::set<DisplayID> returned;
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
@@ -157,7 +157,7 @@ std::set<DisplayID> SessionTaker::takeUpDisplays(const WorkspaceSession& session
         returned.insert(id);
         displays_.takeBackDisplay(id, assignments_);
     }
-    for (const auto& id : takeUpResizedDisplays()) returned.insert(id);
+    for (const auto& id : restoreResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
         const DisplayID& id = target.display;
         if (geometry_.screenOf(id) || displays_.holdsDisplay(id)) continue;
@@ -179,7 +179,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
 }
 
 /// Handles displays whose size, and therefore id, has changed since the session was stored. Returns the present ids.
-std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
+std::set<DisplayID> SessionTaker::restoreResizedDisplays() {
     std::set<DisplayID> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
         const DisplayID& id = target.display;
@@ -226,7 +226,7 @@ void SessionTaker::hideStackedWindowsAgain() {
         return !assignments_.isAssigned(id) && assignments_.stackTargetOf(id);
     };
     const auto hasReturned = [this](const ManagedWindow& window, const std::optional<CGRect>& former) {
-        return hasComeBackToWait(window, former);
+        return isBackBehindFront(window, former);
     };
     const auto leaving = session_.takeReturned(liveWindows_.all(), isWaiting, hasReturned, services_.queue.uptime());
     // Applications with another visible window are not hidden.
@@ -247,7 +247,7 @@ void SessionTaker::hideStackedWindowsAgain() {
 }
 
 /// Whether the window is in the frame of its stack's tile, or in its former frame, behind a visible front window.
-bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
+bool SessionTaker::isBackBehindFront(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
     if (!window.isVisible || &window == finder_.focusedWindow() || !tile || !geometry_.screenOfTarget(*tile))
         return false;

@@ -36,18 +36,18 @@ class SessionTaker {
                  TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps, DisplayChanges& displayChanges);
 
     std::optional<WorkspaceSession> describeSession();
-    bool takeUpSession();
+    bool restoreSession();
     void hideStackedWindowsAgain();
     std::set<WindowID> sparedWindowIDs();
 
   private:
     WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<WindowID, CGSize>& minimums);
-    void takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
-    std::set<DisplayID> takeUpDisplays(const WorkspaceSession& session);
+    void restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
+    std::set<DisplayID> restoreDisplays(const WorkspaceSession& session);
     void expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed);
-    std::set<DisplayID> takeUpResizedDisplays();
+    std::set<DisplayID> restoreResizedDisplays();
     void acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs);
-    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const;
+    bool isBackBehindFront(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const;
 
     const WorkspaceServices& services_;
     WorkspaceState& state_;

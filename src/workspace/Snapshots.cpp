@@ -29,7 +29,7 @@ WorkspaceUndoSnapshot Snapshots::capture() const {
                                    .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID,
-                                   .layoutHomes = tileMemory_.homes(),
+                                   .rememberedLayouts = tileMemory_.rememberedLayouts(),
                                    .learning = arranger_.learning()};
     for (const auto& window : liveWindows_) {
         // A pending frame takes precedence over the frame last read, which may be older.
@@ -64,7 +64,7 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     documents_.restoreActiveScene(snapshot.activeSceneID);
-    tileMemory_.setHomes(snapshot.layoutHomes);
+    tileMemory_.setRememberedLayouts(snapshot.rememberedLayouts);
     if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)

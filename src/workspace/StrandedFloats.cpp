@@ -8,8 +8,8 @@
 
 namespace kova {
 
-void StrandedFloats::noteGone(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
-                              const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
+void StrandedFloats::rememberDisconnected(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
+                                          const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
     if (before.empty()) return;
     const double top = maxY(before.front().frame);
     for (const ManagedWindow& window : live) {

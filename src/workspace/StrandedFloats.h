@@ -19,8 +19,8 @@ class StrandedFloats {
   public:
     /// Remembers the windows on displays that were disconnected since `before`, with their frames in `live`. A window
     /// that is remembered already keeps its first display.
-    void noteGone(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
-                  const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
+    void rememberDisconnected(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
+                              const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
     /// Records the first frame that the window has while its display is disconnected. If the window has another frame
     /// when the display returns, the window was moved. Later calls for the same window have no effect.
     void settle(const WindowID& windowID, const CGRect& frame);

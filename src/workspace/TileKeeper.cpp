@@ -54,7 +54,7 @@ void TileKeeper::layoutChanged(const DisplayID& id) {
             .resetsLimits = true,
             .endsArrangement = true,
             .claimant = access_.mayMoveWindows() ? std::optional<WindowID>("") : std::nullopt,
-            .straying = FrameKeeper::Straying::any});
+            .correctedDrift = FrameKeeper::CorrectedDrift::any});
 }
 
 /// True when tiles have moved since the last call. They also move without a new layout, with the minimum sizes of their
@@ -93,7 +93,7 @@ void TileKeeper::commit(const Transaction& changes) {
     publishAssignments();
     const bool haveMoved = changes.comparesTiles && noteTileGeometry();
     if (changes.hasMovedTiles || haveMoved) raiseRevision();
-    if (changes.straying) presenter_.reapplyTileFrames(*changes.straying);
+    if (changes.correctedDrift) presenter_.reapplyTileFrames(*changes.correctedDrift);
 }
 
 /// Leaves out windows that a later step of the operation has put into a tile again.

@@ -10,20 +10,20 @@ void TileMemory::keepHandledByRules(const std::function<bool(const WindowID& win
 
 void TileMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     spaces_.keepOnly(windowIDs);
-    homes_.keepOnly(windowIDs);
+    rememberedLayouts_.keepOnly(windowIDs);
     succession_.keepOnly(windowIDs);
 }
 
 void TileMemory::rename(const WindowID& windowID, const WindowID& newID) {
     spaces_.rename(windowID, newID);
-    homes_.rename(windowID, newID);
+    rememberedLayouts_.rename(windowID, newID);
     succession_.rename(windowID, newID);
     renameIn(handledByRules_, windowID, newID);
 }
 
 void TileMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     spaces_.renameDisplay(displayID, newID);
-    homes_.renameDisplay(displayID, newID);
+    rememberedLayouts_.renameDisplay(displayID, newID);
     succession_.renameDisplay(displayID, newID);
 }
 

@@ -45,17 +45,17 @@ class TileMemory : public PartWithoutPolls {
     }
 
     // Tiles in layouts that were replaced
-    const RememberedLayouts& homes() const { return homes_; }
+    const RememberedLayouts& rememberedLayouts() const { return rememberedLayouts_; }
     /// Call before the display's layout is replaced.
     void noteLayoutReplaced(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
-        homes_.leave(displayID, layout, assignments);
+        rememberedLayouts_.leave(displayID, layout, assignments);
     }
-    void noteArranged(const TileAssignments& assignments) { homes_.keepOnlyWaiting(assignments); }
-    void noteMovedByUser(const WindowID& windowID) { homes_.forget(windowID); }
+    void noteArranged(const TileAssignments& assignments) { rememberedLayouts_.keepOnlyWaiting(assignments); }
+    void noteMovedByUser(const WindowID& windowID) { rememberedLayouts_.forget(windowID); }
     /// As in a snapshot.
-    void setHomes(RememberedLayouts homes) { homes_ = std::move(homes); }
-    void forgetHomes() { homes_.forgetAll(); }
-    void forgetHomesOn(const DisplayID& displayID) { homes_.forgetDisplay(displayID); }
+    void setRememberedLayouts(RememberedLayouts layouts) { rememberedLayouts_ = std::move(layouts); }
+    void forgetRememberedLayouts() { rememberedLayouts_.forgetAll(); }
+    void forgetRememberedLayoutsOn(const DisplayID& displayID) { rememberedLayouts_.forgetDisplay(displayID); }
 
     // Tiles that windows lost to others
     const StackSuccession& succession() const { return succession_; }
@@ -75,7 +75,7 @@ class TileMemory : public PartWithoutPolls {
 
   private:
     SpaceMemory spaces_;
-    RememberedLayouts homes_;
+    RememberedLayouts rememberedLayouts_;
     StackSuccession succession_;
     std::set<WindowID> handledByRules_;
 };

@@ -28,13 +28,13 @@ struct Transaction {
     /// room.
     std::optional<WindowID> claimant{};
     /// How far windows may be off their tiles before their frames are requested. Absent: no frame is requested.
-    std::optional<FrameKeeper::Straying> straying = FrameKeeper::Straying::noticeable;
+    std::optional<FrameKeeper::CorrectedDrift> correctedDrift = FrameKeeper::CorrectedDrift::noticeable;
     /// False while the layouts shown before still have to be compared with those of changed displays.
     bool comparesTiles = true;
 };
 
-/// The value of `Transaction::straying` for operations that move no window or that have requested the frames
+/// The value of `Transaction::correctedDrift` for operations that move no window or that have requested the frames
 /// themselves.
-inline constexpr std::nullopt_t kFramesStay = std::nullopt;
+inline constexpr std::nullopt_t kNoCorrection = std::nullopt;
 
 } // namespace kova

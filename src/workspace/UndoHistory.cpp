@@ -15,14 +15,14 @@ void WorkspaceUndoSnapshot::rename(const WindowID& windowID, const WindowID& new
     renameIn(maximizedWindowIDs, windowID, newID);
     renameIn(visibleWindowIDs, windowID, newID);
     renameIn(floatingWindowIDs, windowID, newID);
-    layoutHomes.rename(windowID, newID);
+    rememberedLayouts.rename(windowID, newID);
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     tiles.renameDisplay(displayID, newID);
     spaces.renameDisplay(displayID, newID);
     copyDisplay(profile, displayID, newID);
-    layoutHomes.renameDisplay(displayID, newID);
+    rememberedLayouts.renameDisplay(displayID, newID);
 }
 
 void WorkspaceUndoSnapshot::forgetApplication(const std::string& applicationKey) {

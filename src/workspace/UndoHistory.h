@@ -33,7 +33,7 @@ struct WorkspaceUndoSnapshot {
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
-    RememberedLayouts layoutHomes;
+    RememberedLayouts rememberedLayouts;
     std::shared_ptr<const AutoArrangeLearningModel> learning; // undo reverts learning, too
     /// Whether the window existed when the snapshot was taken.
     bool knows(const WindowID& windowID) const {

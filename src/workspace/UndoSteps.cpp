@@ -81,7 +81,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
                      snapshot);
     focusMode_.enter({start->displayID, start->target, start->window.id}, {std::move(snapshot), std::move(history)});
     presenter_.writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
-    keeper_.commit({.hasMovedTiles = true, .straying = kFramesStay});
+    keeper_.commit({.hasMovedTiles = true, .correctedDrift = kNoCorrection});
     return Outcome::done("Focus Mode — " + start->window.applicationName + " owns this display");
 }
 
@@ -91,13 +91,13 @@ bool UndoSteps::leaveFocusMode() {
     snapshots_.restore(before->snapshot);
     undo_.restore(std::move(before->history));
     state_.canUndo.set(!undo_.isEmpty());
-    keeper_.commit({.hasMovedTiles = true, .straying = kFramesStay, .comparesTiles = false});
+    keeper_.commit({.hasMovedTiles = true, .correctedDrift = kNoCorrection, .comparesTiles = false});
     return true;
 }
 
 /// No-op during a suspension: actions are refused then, and the zoomed window stays.
 void UndoSteps::closeFocusMode() {
-    if (!access_.isAway()) (void)leaveFocusMode();
+    if (!access_.isSuspendedOrLocked()) (void)leaveFocusMode();
 }
 
 } // namespace kova

@@ -139,14 +139,14 @@ void WindowPresenter::moveDialogsAlong(const WindowID& windowID, const CGRect& f
     }
 }
 
-void WindowPresenter::reapplyTileFrames(Straying straying) {
+void WindowPresenter::reapplyTileFrames(CorrectedDrift correctedDrift) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     const auto frames = geometry_.framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
         if (pointer_.isPressing(window.id)) continue; // until it is released
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
-            reapplyWindow(window, target->second, straying);
+            reapplyWindow(window, target->second, correctedDrift);
             continue;
         }
         frames_.noteWithoutTarget(window);
@@ -163,8 +163,8 @@ std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& wind
 
 /// Requests the frame of a window that is off its tile. A placement that is still being verified is left to its passes,
 /// and the number of requests to a refusing window is limited.
-void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
-    const auto decision = frames_.decide(window, target, straying, windowService_.pendingFrame(window.id));
+void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& target, CorrectedDrift correctedDrift) {
+    const auto decision = frames_.decide(window, target, correctedDrift, windowService_.pendingFrame(window.id));
     if (decision == FrameKeeper::Decision::noRequest) return;
     const bool isAgain = decision == FrameKeeper::Decision::repeatRequest;
     if (isAgain && windowService_.areSizesReliable(window)) frames_.noteAttempt(window.id);

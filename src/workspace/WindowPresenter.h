@@ -27,7 +27,7 @@ struct WorkspaceParts;
 
 class WindowPresenter {
   public:
-    using Straying = FrameKeeper::Straying;
+    using CorrectedDrift = FrameKeeper::CorrectedDrift;
 
     WindowPresenter(WorkspaceParts& parts, RefreshCycle& refreshCycle, TileGeometry& geometry,
                     const WindowFinder& finder,
@@ -48,7 +48,7 @@ class WindowPresenter {
     /// Hides windows that lost their tile: the application if none of its windows stays in a tile, else the window.
     void presentDisplaced(const std::vector<WindowID>& displacedWindowIDs);
     /// Requests the frames of windows that are off their tiles.
-    void reapplyTileFrames(Straying straying);
+    void reapplyTileFrames(CorrectedDrift correctedDrift);
     /// Absent when the window may be moved.
     std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
@@ -59,7 +59,7 @@ class WindowPresenter {
 
   private:
     void moveDialogsAlong(const WindowID& windowID, const CGRect& frameForWindowService);
-    void reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying);
+    void reapplyWindow(const ManagedWindow& window, const CGRect& target, CorrectedDrift correctedDrift);
 
     const WorkspaceServices& services_;
     AccessibilityWindowService& windowService_;

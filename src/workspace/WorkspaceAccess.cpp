@@ -47,12 +47,12 @@ std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
 }
 
 /// True during a suspension, when the user cannot see the effect of an action.
-bool WorkspaceAccess::isAway() const {
+bool WorkspaceAccess::isSuspendedOrLocked() const {
     return refreshCycle_.isSuspended() || recovery_.isLocked();
 }
 
 bool WorkspaceAccess::mayMoveWindows() const {
-    return isRunning() && !isAway() && *state_.permissionState == AccessibilityPermissionState::granted;
+    return isRunning() && !isSuspendedOrLocked() && *state_.permissionState == AccessibilityPermissionState::granted;
 }
 
 } // namespace kova

@@ -20,7 +20,7 @@ class WorkspaceAccess {
   public:
     WorkspaceAccess(WorkspaceParts& parts, const RefreshCycle& refreshCycle);
 
-    bool isAway() const;
+    bool isSuspendedOrLocked() const;
     bool mayMoveWindows() const;
     std::optional<std::string> whyNothingIsSeen() const;
     /// The message if the permission is missing.

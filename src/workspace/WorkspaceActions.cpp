@@ -122,7 +122,7 @@ Outcome WorkspaceController::undoLastAction() {
     if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
     Transaction changes{.hasMovedTiles = true, .resetsLimits = true, .endsArrangement = true};
     const bool isAsBefore = parts_.assignments.assignedWindowIDs == snapshot.tiles.assignedWindowIDs;
-    if (isAsBefore) changes.straying = kFramesStay; // the snapshot's frames were restored
+    if (isAsBefore) changes.correctedDrift = kNoCorrection; // the snapshot's frames were restored
     ops_.keeper.commit(changes);
     parts_.state.canUndo.set(!parts_.undo.isEmpty());
     return Outcome::done("Last window action undone");

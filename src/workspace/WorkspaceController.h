@@ -158,7 +158,7 @@ class WorkspaceController {
     void publishWindows();
     void noteFocus();
     void followShownSpace();
-    void giveOwedFrames();
+    void requestPendingFrames();
     void applyDenied();
     void keepAssignmentsValid();
     void presentationResumed();

@@ -30,7 +30,7 @@ void WorkspaceParts::forgetPlaces() {
     session.dropKept(); // restoring it with the first poll would displace the scene's windows
     arranger.skipStartupArrangement();
     displays.forgetAllWindows();
-    tileMemory.forgetHomes();
+    tileMemory.forgetRememberedLayouts();
     recovery.clear();
 }
 

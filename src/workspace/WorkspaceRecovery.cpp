@@ -4,7 +4,7 @@ namespace kova {
 
 void WorkspaceController::suspendForSystemTransition() {
     if (!ops_.access.isRunning() || refreshCycle_.isSuspended()) return;
-    if (!ops_.access.isAway())
+    if (!ops_.access.isSuspendedOrLocked())
         parts_.recovery.noteScreens(*parts_.state.screens); // a poll may notice the lock before its event
     parts_.recovery.beginUnseenTime(parts_.services.queue.uptime());
     refreshCycle_.suspend();
@@ -34,7 +34,7 @@ void WorkspaceController::beginTransitionRecovery() {
     parts_.displays.beginSettling();
     parts_.recovery.begin(parts_.services.queue.uptime());
     ops_.geometry.layouts().invalidateAll();
-    ops_.keeper.commit({.hasMovedTiles = true, .straying = kFramesStay});
+    ops_.keeper.commit({.hasMovedTiles = true, .correctedDrift = kNoCorrection});
 }
 
 /// True while the session is locked: then nothing is moved, minimized or forgotten.
@@ -66,7 +66,7 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
         ops_.keeper.publishMinimums();
         if (parts_.assignments.isInAnyTile(id)) ops_.keeper.noteHasItsPlace(id);
     }
-    if (!successors.empty()) ops_.keeper.commit({.straying = kFramesStay, .comparesTiles = false});
+    if (!successors.empty()) ops_.keeper.commit({.correctedDrift = kNoCorrection, .comparesTiles = false});
 }
 
 /// Places each returning window once. Minimized and hidden windows are placed when they are shown.

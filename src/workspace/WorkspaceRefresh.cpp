@@ -20,7 +20,7 @@ bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<Man
 void WorkspaceController::presentationResumed() {
     publishWindows();
     keepAssignmentsValid();
-    ops_.keeper.commit({.straying = kFramesStay});
+    ops_.keeper.commit({.correctedDrift = kNoCorrection});
     refresh();
 }
 
@@ -72,7 +72,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
         parts_.windowService->cancelPlacement(window.id);
     }
     parts_.onPoll();
-    const bool tookUpSession = ops_.sessionTaker.takeUpSession();
+    const bool hasRestoredSession = ops_.sessionTaker.restoreSession();
     if (hasOtherTitles) parts_.state.titleRevision.set(*parts_.state.titleRevision + 1);
     if (!isRecovering && parts_.focusMode.isOn() && !parts_.liveWindows.find(parts_.focusMode.mode()->windowID)) {
         (void)ops_.steps.leaveFocusMode();
@@ -80,7 +80,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
     ops_.keeper.publishMinimums();
     if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
-    if (tookUpSession) {
+    if (hasRestoredSession) {
         parts_.arranger.skipStartupArrangement(); // the restored session needs no arrangement
     } else {
         ops_.arrangement.scheduleAutomaticArrangement(justGranted);
@@ -101,7 +101,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     ops_.keeper.noteSizesSeen();
     ops_.keeper.giveBackSpans();
     ops_.keeper.commit({.claimant = isRecovering ? std::nullopt : std::optional<WindowID>("")});
-    giveOwedFrames();
+    requestPendingFrames();
     ops_.applications.processPendingApplicationPlacements();
     ops_.scenes.processPendingScenePlacements();
     if (!isRecovering && *parts_.state.continuousManagementEnabled) ops_.rules.applyRules(parts_.liveWindows.all());
@@ -120,12 +120,12 @@ void WorkspaceController::followShownSpace() {
         return;
     }
     ops_.follower.migrateChangedDisplays(); // a display may have got another layout while the Space was not shown
-    ops_.keeper.commit({.straying = kFramesStay});
+    ops_.keeper.commit({.correctedDrift = kNoCorrection});
 }
 
 /// Requests the frames that windows could not get while they were elsewhere or did not respond. A window in a tile was
 /// placed already.
-void WorkspaceController::giveOwedFrames() {
+void WorkspaceController::requestPendingFrames() {
     for (const auto& [windowID, frame] : parts_.tileMemory.takeAppliableFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);
         if (parts_.assignments.isAssigned(windowID) || ops_.presenter.isLeftAlone(*window)) continue;
@@ -153,7 +153,7 @@ void WorkspaceController::applyDenied() {
     parts_.assignments.assignedWindowIDs.clear();
     parts_.assignments.anchorsByWindowID.clear();
     parts_.tileMemory.forgetSpaces();
-    ops_.keeper.commit({.straying = kFramesStay});
+    ops_.keeper.commit({.correctedDrift = kNoCorrection});
 }
 
 /// Records and publishes the focused window; none if the focused window is not managed.

@@ -7,7 +7,7 @@ using namespace kova;
 namespace {
 
 using enum FrameKeeper::Decision;
-using Straying = FrameKeeper::Straying;
+using CorrectedDrift = FrameKeeper::CorrectedDrift;
 
 constexpr CGRect kTile{{0, 0}, {100, 100}};
 
@@ -22,7 +22,7 @@ struct FrameKeeperTest : testing::Test {
     FrameKeeper frames;
     void refuse(const ManagedWindow& window, int times = FrameKeeper::kAttempts) {
         for (int i = 0; i < times; ++i) {
-            ASSERT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), repeatRequest);
+            ASSERT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, std::nullopt), repeatRequest);
             frames.noteAttempt(window.id);
         }
     }
@@ -34,40 +34,40 @@ TEST_F(FrameKeeperTest, RequestsTheSameFrameALimitedNumberOfTimes) {
     EXPECT_EQ(frames.refusal("mail"), nullptr);
     EXPECT_TRUE(frames.isWaiting());
     refuse(window, 1);
-    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), noRequest);
+    EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, std::nullopt), noRequest);
     EXPECT_FALSE(frames.refusal("mail")->isAccepted);
     EXPECT_EQ(frames.refusal("mail")->actual, *window.frame);
     const CGRect otherTile = makeRect(200, 0, 100, 100);
-    EXPECT_EQ(frames.decide(window, otherTile, Straying::noticeable, std::nullopt), repeatRequest)
+    EXPECT_EQ(frames.decide(window, otherTile, CorrectedDrift::noticeable, std::nullopt), repeatRequest)
         << "the window may accept that frame";
     refuse(windowAt(makeRect(60, 0, 100, 100)));
     frames.rename("mail", "mail of another tab");
     EXPECT_FALSE(frames.refusal("mail of another tab")) << "the other tab may accept the frame";
-    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), repeatRequest);
+    EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, std::nullopt), repeatRequest);
     frames.accept("mail", kTile, *window.frame);
     frames.rename("mail", "mail of another tab");
     EXPECT_TRUE(frames.refusal("mail of another tab")->isAccepted) << "the tab has the frame that was accepted";
     frames.rename("mail of another tab", "mail");
     frames.forgetRefusal("mail");
-    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), repeatRequest);
+    EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, std::nullopt), repeatRequest);
 }
 
 TEST_F(FrameKeeperTest, DecidesWhichFramesHaveDrifted) {
     const struct {
         const char* title;
         double off;
-        Straying straying;
+        CorrectedDrift correctedDrift;
         std::optional<CGRect> pending;
         FrameKeeper::Decision expected;
     } cases[] = {
-        {"a drift of 1.5 points is tolerated", 1.5, Straying::noticeable, {}, noRequest},
-        {"a drift of 1.5 points after the user changed the tiles", 1.5, Straying::any, {}, repeatRequest},
-        {"a pending request for the same frame is not repeated", 50, Straying::any, kTile, noRequest},
-        {"a pending request for another frame is replaced", 50, Straying::any, makeRect(9, 9, 100, 100), request},
+        {"a drift of 1.5 points is tolerated", 1.5, CorrectedDrift::noticeable, {}, noRequest},
+        {"a drift of 1.5 points after the user changed the tiles", 1.5, CorrectedDrift::any, {}, repeatRequest},
+        {"a pending request for the same frame is not repeated", 50, CorrectedDrift::any, kTile, noRequest},
+        {"a pending request for another frame is replaced", 50, CorrectedDrift::any, makeRect(9, 9, 100, 100), request},
     };
     for (const auto& each : cases) {
         const auto window = windowAt(makeRect(each.off, 0, 100, 100));
-        EXPECT_EQ(frames.decide(window, kTile, each.straying, each.pending), each.expected) << each.title;
+        EXPECT_EQ(frames.decide(window, kTile, each.correctedDrift, each.pending), each.expected) << each.title;
     }
 }
 
@@ -75,14 +75,14 @@ TEST_F(FrameKeeperTest, AwaitsAPlacementDuringWhichThePointerHeldTheWindow) {
     const auto window = windowAt(makeRect(0, 0, 150, 100));
     frames.noteRequest("mail");
     frames.noteWithoutTarget(window); // held by the pointer
-    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, kTile), noRequest);
+    EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, kTile), noRequest);
     EXPECT_TRUE(frames.isWaiting()) << "the placement is not verified yet";
-    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), repeatRequest);
+    EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, std::nullopt), repeatRequest);
 }
 
 TEST_F(FrameKeeperTest, ForgetsTheRefusalOfAWindowThatReachedItsTile) {
     refuse(windowAt(makeRect(50, 0, 100, 100)));
-    EXPECT_EQ(frames.decide(windowAt(kTile), kTile, Straying::noticeable, std::nullopt), noRequest);
+    EXPECT_EQ(frames.decide(windowAt(kTile), kTile, CorrectedDrift::noticeable, std::nullopt), noRequest);
     EXPECT_EQ(frames.refusal("mail"), nullptr);
 }
 
