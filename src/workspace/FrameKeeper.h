@@ -68,7 +68,7 @@ class FrameKeeper {
 
     // Limits how often the tiles of a display are laid out again; documented at `ReflowPolicy`.
     const ReflowPolicy& reflow() const { return reflow_; }
-    void resetLimits() { reflow_.forgetAllPushes(); }
+    void resetLimits() { reflow_.resetCounts(); }
     void noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds now) {
         reflow_.noteReflow(displayID, windowID, now);
     }

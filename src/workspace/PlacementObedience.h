@@ -1,4 +1,4 @@
-// Recognizes by refused placements that a window manager places windows itself.
+// Finds out from refused placements whether the window manager ignores requested positions.
 #pragma once
 
 #include "support/Geometry.h"
@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// A visible window with a tile, as the last poll found it. Frames are in one space.
+/// A visible window with a tile, as the last poll found it. Both frames are in the same coordinate space.
 struct PlacedWindow {
     CGRect wanted{};
     CGRect actual{};

@@ -42,7 +42,7 @@ class PlacementReport {
     /// Compares the frames of all front windows with the requested ones.
     std::vector<PlacementFinding> verifyPlacements() const;
     Outcome repairPlacements();
-    /// Why the window is not moved, in sentences; empty if it may be moved.
+    /// The reasons why the window is not moved, one sentence each; empty if it may be moved.
     std::vector<std::string> whyItStays(const ManagedWindow& window) const;
 
   private:

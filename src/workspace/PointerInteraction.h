@@ -1,6 +1,7 @@
 // The state of the pointer: idle, a button is down on a window, a window is being dragged, or a divider is being
-// dragged. Always true: exactly one of these; each drag has a snapshot of the state before it. Drags pause polls, which
-// would move the dragged window; the pause ends shortly after the drag, or when the pointer stops moving.
+// dragged. Always true: exactly one of these four holds, and each drag has a snapshot of the workspace before it. A
+// drag pauses polls, because a poll would move the dragged window back. The pause ends shortly after the drag, or when
+// the pointer stops moving.
 #pragma once
 
 #include "workspace/DividerDrag.h"

@@ -22,7 +22,7 @@ class PresentationRequests {
 
     /// Changes the window's state at once and remembers the request. `now` is an uptime.
     void request(ManagedWindow& window, WindowPresentation presentation, Seconds now);
-    /// Like `request`, for maximizing a window or ending that. A window can have a request of both kinds.
+    /// Like `request`, but maximizes the window or ends that state. A window can have one request of each kind.
     void requestMaximized(ManagedWindow& window, bool maximized, Seconds now);
     /// Replaces the states in `windows` by the requested states. `windows` are the result of a poll that began at
     /// `begun` (uptime). Drops requests that this poll confirms, that have timed out, or whose window is elsewhere.

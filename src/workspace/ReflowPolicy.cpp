@@ -6,15 +6,15 @@ namespace kova {
 
 std::optional<Seconds> ReflowPolicy::nextReflow(const DisplayID& displayID, const WindowID& windowID,
                                                 Seconds uptime) const {
-    const auto pushes = pushCounts_.find(windowID);
-    if (pushes != pushCounts_.end() && pushes->second >= kReflowsPerWindow) return std::nullopt;
+    const auto reflows = reflowCounts_.find(windowID);
+    if (reflows != reflowCounts_.end() && reflows->second >= kReflowsPerWindow) return std::nullopt;
     const auto last = lastReflowByDisplay_.find(displayID);
     return last == lastReflowByDisplay_.end() ? uptime : std::max(uptime, last->second + kReflowInterval);
 }
 
 void ReflowPolicy::noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds uptime) {
     lastReflowByDisplay_[displayID] = uptime;
-    ++pushCounts_[windowID];
+    ++reflowCounts_[windowID];
 }
 
 bool ReflowPolicy::mayGiveBackSpan(const WindowID& windowID) const {
@@ -29,12 +29,12 @@ void ReflowPolicy::rename(const WindowID& windowID, const WindowID& newID) {
         entry.key() = newID;
         map.insert(std::move(entry));
     };
-    renameIn(pushCounts_);
+    renameIn(reflowCounts_);
     renameIn(givenBackCounts_);
 }
 
 void ReflowPolicy::keepOnly(const std::function<bool(const WindowID& windowID)>& isLive) {
-    std::erase_if(pushCounts_, [&](const auto& entry) { return !isLive(entry.first); });
+    std::erase_if(reflowCounts_, [&](const auto& entry) { return !isLive(entry.first); });
     std::erase_if(givenBackCounts_, [&](const auto& entry) { return !isLive(entry.first); });
 }
 

@@ -33,8 +33,8 @@ class ReflowPolicy {
     std::optional<Seconds> nextReflow(const DisplayID& displayID, const WindowID& windowID, Seconds uptime) const;
     void noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds uptime);
     /// Resets the counts, after a change of the layout or an arrangement.
-    void forgetAllPushes() {
-        pushCounts_.clear();
+    void resetCounts() {
+        reflowCounts_.clear();
         givenBackCounts_.clear();
     }
     /// Whether the window's span may be given back. A window that claims its span again each time must not continue
@@ -49,7 +49,7 @@ class ReflowPolicy {
 
   private:
     std::map<DisplayID, Seconds> lastReflowByDisplay_;
-    std::map<WindowID, int> pushCounts_;
+    std::map<WindowID, int> reflowCounts_;
     std::map<WindowID, int> givenBackCounts_;
 };
 

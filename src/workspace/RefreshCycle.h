@@ -51,7 +51,7 @@ class RefreshCycle {
     void startTimer();
     /// Stops the timer and drops the results of polls.
     void end();
-    /// Refuses polls until `resume`; a poll in flight is dropped.
+    /// Refuses polls until `resume`. The result of a poll in flight is dropped.
     void suspend();
     void resume();
     /// Polls now. No-op while a poll is in flight, while suspended, or when not running.
@@ -72,7 +72,7 @@ class RefreshCycle {
 
   private:
     struct Waiting {
-        std::int64_t poll; // the first one that is recent enough
+        std::int64_t poll; // the number of the first poll that is recent enough
         std::function<void()> work;
     };
 
@@ -101,11 +101,11 @@ class RefreshCycle {
     Subscription nextChange_; // while idle
     bool hasResult_ = false;
     std::int64_t generation_ = 0;
-    std::int64_t polls_ = 0; // begun so far
+    std::int64_t polls_ = 0; // the number of polls begun so far
     Seconds nextTick_{0};    // uptime
     std::shared_ptr<ScheduledWork> timer_;
     std::deque<Waiting> waiting_;
-    std::shared_ptr<ScheduledWork> waitingDeadline_; // while any work waits
+    std::shared_ptr<ScheduledWork> waitingDeadline_; // set while any work waits
     std::optional<std::uint64_t> appliedChangeCount_;
     /// Used on the polling queue. Null if `announcesWithoutRequest()`.
     std::shared_ptr<ChangeAnnouncements> announcements_;

@@ -24,13 +24,14 @@ enum class RuleVerdict {
     notConsulted, // an earlier rule decides
 };
 
-/// The verdict on this rule alone, so never `notConsulted`.
+/// The verdict on this rule, without regard to other rules. Never `notConsulted`.
 RuleVerdict verdictOf(const WorkspaceRule& rule, const ManagedWindow& window);
 
 /// The first rule in the list that matches; absent when none does.
 std::optional<std::size_t> decidingRule(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
 
-/// Whether the rules must wait for the window's title, since a rule that needs it precedes every rule that matches now.
+/// True if the rules must wait for the window's title: a rule that needs the title precedes every rule that matches
+/// now.
 bool awaitsTitle(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
 
 /// Whether the rules keep the window out of arrangements.
@@ -49,8 +50,8 @@ struct RuleExplanation {
     std::string summary;                 // one line in plain words
 };
 
-/// `remarks` are lines about the present state, such as that rules are switched off; they end the summary. The
-/// catalogue has the names of tiles.
+/// `remarks` are sentences about the present state, for example that rules are switched off; the summary ends with
+/// them. `catalogue` supplies the names of tiles.
 RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window,
                              const std::vector<std::string>& remarks, const std::vector<LayoutDefinition>& catalogue);
 

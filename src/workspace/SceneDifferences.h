@@ -30,8 +30,8 @@ struct WorkspaceNow {
 };
 
 /// Lists theme, accent color and inset first, then displays, the windows of the scene in the scene's order, and windows
-/// that are not in the scene. Matches windows like the opening of the scene does. Empty if the opening would change
-/// nothing.
+/// that are not in the scene. Matches windows in the same way as opening the scene. Empty if opening the scene would
+/// change nothing.
 std::vector<SceneDifference> sceneDifferences(const WorkspaceScene& scene, const WorkspaceNow& now);
 
 } // namespace kova

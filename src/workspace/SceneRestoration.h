@@ -35,7 +35,7 @@ struct SceneRestoration {
     std::vector<PendingSceneWindowPlacement> pending; // in the order in which they were deferred
     std::set<BundleID> launchedBundleIDs;             // each application is launched at most once
     std::map<WindowID, std::int64_t> stackIndexByID;  // of the restored windows
-    std::set<WindowID> movedByUser;                   // since the opening; the scene does not place these any more
+    std::set<WindowID> movedByUser; // since the scene was opened; the scene no longer places these windows
     SceneReport report;
     std::uint64_t undoNumber = 0; // of the entry in the undo history that reverts the scene
 };

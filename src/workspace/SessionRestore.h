@@ -34,8 +34,8 @@ class SessionRestore {
     /// Drops the stored session without restoring it.
     void dropKept() { kept_.reset(); }
 
-    /// A text that distinguishes the process from other processes with the same id at other times. Calls `read` only
-    /// for a process that is not recorded: a recorded one is still running.
+    /// A text that distinguishes the process from other processes with the same id at other times. The text is
+    /// recorded, because it does not change while the process runs; `read` is called only if no text is recorded.
     std::optional<std::string> processStart(pid_t process, const ProcessStartOf& read);
     void keepProcesses(const std::set<pid_t>& recorded);
 
@@ -47,7 +47,7 @@ class SessionRestore {
 
     /// Records a window that was stacked when the former agent ended; that agent then showed it at `formerFrame`.
     void expectReturn(const WindowID& windowID, const std::optional<CGRect>& formerFrame);
-    /// Starts `kReturnTakesAtMost` for returning windows, and returns the uptime of its end.
+    /// Starts the timeout of `kReturnTakesAtMost` for returning windows, and returns the uptime at which it ends.
     Seconds beginReturns(Seconds now);
     bool hasReturns() const { return !returning_.empty(); }
     bool isReturning(const WindowID& windowID) const { return returning_.contains(windowID); }
@@ -55,8 +55,9 @@ class SessionRestore {
     std::optional<CGRect> formerFrame(const WindowID& windowID) const;
     using IsThere = std::function<bool(const WindowID& windowID)>;
     using HasReturned = std::function<bool(const ManagedWindow& window, const std::optional<CGRect>& formerFrame)>;
-    /// Takes the windows that are at their frames again; the caller hides them. An application is hidden as a whole, so
-    /// all its windows are taken together, or at the timeout. Forgets windows for which `isWaiting` is false.
+    /// Removes and returns the windows that are at their frames again; the caller hides them. An application is hidden
+    /// as a whole, so its windows are returned only when all its visible ones are at their frames, or at the timeout.
+    /// Forgets windows for which `isWaiting` is false.
     std::set<WindowID> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
                                     const HasReturned& hasReturned, Seconds now);
     void forgetReturns() { returning_.clear(); }
@@ -65,7 +66,7 @@ class SessionRestore {
     bool isWaiting() const { return !awaited_.empty() || !returning_.empty(); }
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID&, const DisplayID&) {} // the stored session keeps its own display ids
-    void onPoll(const PollContext&) {}                        // only deadlines end the waiting
+    void onPoll(const PollContext&) {} // windows are awaited until a deadline, not for a number of polls
 
   private:
     SessionKeeper keeper_;

@@ -30,7 +30,7 @@ class Snapshots {
               DocumentStore& documents, LayoutFollower& follower);
 
     WorkspaceUndoSnapshot capture() const;
-    /// The caller commits.
+    /// Restores the snapshot without a commit; the caller commits.
     void restore(const WorkspaceUndoSnapshot& snapshot);
     /// The live windows in the state that restoring the snapshot will give them.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;

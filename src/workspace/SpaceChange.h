@@ -3,7 +3,8 @@
 
 namespace kova {
 
-/// Needed where Spaces have no numbers: a window that appears without a change of Spaces was sent to the shown Space.
+/// Where Spaces have no numbers, this shows why a window appears: without a change of Spaces, the window was sent to
+/// the shown Space.
 enum class SpaceChange { none, possible };
 
 } // namespace kova

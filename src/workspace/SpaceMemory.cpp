@@ -78,7 +78,7 @@ std::map<WindowID, CGRect> SpaceMemory::takeAppliableFrames(const std::vector<Ma
     if (pendingFrames_.empty()) return due;
     for (const auto& window : windows) {
         if (window.isElsewhere || !window.isAnswering) continue;
-        if (auto owed = pendingFrames_.extract(window.id)) due.insert(std::move(owed));
+        if (auto pending = pendingFrames_.extract(window.id)) due.insert(std::move(pending));
     }
     return due;
 }
@@ -90,14 +90,14 @@ bool SpaceMemory::holds(const WindowID& windowID) const {
 void SpaceMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     for (auto& places : places_) places.tiles.keepOnly(windowIDs);
     std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
-    std::erase_if(pendingFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
+    std::erase_if(pendingFrames_, [&](const auto& pending) { return !windowIDs.contains(pending.first); });
 }
 
 void SpaceMemory::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& places : places_) places.tiles.rename(windowID, newID);
-    if (auto owed = pendingFrames_.extract(windowID)) {
-        owed.key() = newID;
-        pendingFrames_.insert(std::move(owed));
+    if (auto pending = pendingFrames_.extract(windowID)) {
+        pending.key() = newID;
+        pendingFrames_.insert(std::move(pending));
     }
 }
 

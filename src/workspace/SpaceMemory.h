@@ -18,7 +18,7 @@ namespace kova {
 
 class SpaceMemory {
   public:
-    /// Tiles that were given to other windows by one operation.
+    /// The remembered tiles of one Space; where Spaces have no numbers, those of one operation.
     struct Places {
         std::optional<std::uint64_t> space; // absent where Spaces have no numbers
         TileAssignments tiles;
@@ -30,9 +30,10 @@ class SpaceMemory {
     /// Like `store`, but only for windows in these tiles, in front or stacked.
     void storeFrom(const std::vector<TileTarget>& targets, const std::vector<ManagedWindow>& windows,
                    TileAssignments& assignments);
-    /// Returns windows whose Space is shown again to their tiles, in front of windows placed there since, unless they
-    /// moved to another Space or have a tile. If any window returns, stores the windows that are elsewhere now and
-    /// returns true.
+    /// Call when a poll has found which Space is shown. Puts the windows of that Space back into their remembered
+    /// tiles, in front of windows placed there since. Forgets the remembered tiles of windows that were sent to another
+    /// Space or already have a tile. If any window returns to its tile, also stores the windows that are elsewhere now
+    /// and returns true.
     bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
                  TileAssignments& assignments);
 

@@ -38,7 +38,7 @@ class StatusMessages {
     void show(const std::string& text);
     /// The number of the history's entry that the present action has added; 0 if it has added none.
     std::uint64_t addedByAction() const;
-    /// Shows the result of an earlier action, which added the entry of that number.
+    /// Shows the result of an earlier action. `undoNumber` is the number of the undo entry that the action added.
     void showResult(const std::string& text, std::uint64_t undoNumber);
     /// Whether undo would now revert what the last message reports.
     bool isUndoable() const { return undoNumber_ != 0 && undoNumber_ == undo_.newestNumber(); }

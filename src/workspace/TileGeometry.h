@@ -45,24 +45,25 @@ class TileGeometry {
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
     /// The layout in force on the display, with the display's weights; null for a display that is not connected.
     const LayoutDefinition* resolvedLayout(const DisplayID& displayID) const;
-    /// In layout space. Valid until the next call for the display.
+    /// The frames of the display's tiles, in layout space. The reference is valid until the next call for the display.
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     /// Absent when the layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const TileTarget& target) const;
-    /// The window's frame by its tiles, in window-service space; absent for a window without a tile.
+    /// The frame that the window's tiles give it, in window-service space; absent for a window without a tile.
     std::optional<CGRect> frameForWindow(const WindowID& windowID) const;
     /// The frames that tiles give to their front windows, by window id, in window-service space.
     std::map<WindowID, CGRect> framesOfTiledWindows() const;
     std::map<WindowID, CGRect> framesOfTiledWindows(const Screen& screen) const;
-    /// The tiles of every display, in the platform's order and the layouts' order.
+    /// The tiles of all displays: the displays in the platform's order, the tiles of each in the order of its layout.
     std::vector<WorkspaceTile> tiles() const;
-    /// The display of the window's tile, else the display that shows most of the window; null if none shows any of it.
+    /// The display of the window's tile, else the display that shows the window's middle, else the one that shows most
+    /// of the window; null if none shows any of it.
     const Screen* screenOfWindow(const ManagedWindow& window) const;
     /// The minimum size in points, 0 if unknown.
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
-    /// The largest frame in the tile that the size hints of the window allow, both in window-service space.
+    /// The largest frame inside `tileFrame` that the window's size hints allow. Both are in window-service space.
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
     /// The windows in front of the display's tiles, and the room that they need.
     TileRoom roomOn(const Screen& screen) const;

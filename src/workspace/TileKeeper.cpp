@@ -57,8 +57,7 @@ void TileKeeper::layoutChanged(const DisplayID& id) {
             .correctedDrift = FrameKeeper::CorrectedDrift::any});
 }
 
-/// True when tiles have moved since the last call. They also move without a new layout, with the minimum sizes of their
-/// windows.
+/// True if tiles have moved since the last call. The cause may be a new layout or changed minimum sizes of windows.
 bool TileKeeper::noteTileGeometry() {
     bool hasMoved = false;
     for (const auto& screen : *state_.screens) {
@@ -70,7 +69,7 @@ bool TileKeeper::noteTileGeometry() {
     return hasMoved;
 }
 
-/// First, floating windows that have a tile by now cease to be floating.
+/// Removes windows that have a tile by now from the floating windows first.
 void TileKeeper::publishAssignments() {
     keepFloatingValid();
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -96,7 +95,7 @@ void TileKeeper::commit(const Transaction& changes) {
     if (changes.correctedDrift) presenter_.reapplyTileFrames(*changes.correctedDrift);
 }
 
-/// Leaves out windows that a later step of the operation has put into a tile again.
+/// Does not hide displaced windows that a later step of the operation has put into a tile again.
 void TileKeeper::hideDisplaced() {
     auto displaced = std::exchange(displaced_, {});
     std::erase_if(displaced, [this](const WindowID& id) { return assignments_.isAssigned(id); });
@@ -192,7 +191,8 @@ void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wan
     }
 }
 
-/// Lays the display out now, or as soon as it may be; not at all once the limit for the window is reached.
+/// Lays the display out now or, if its last layout is too recent, later. Does nothing once the window's limit is
+/// reached.
 void TileKeeper::reflow(const WindowID& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const auto target = assignments_.targetOf(windowID);
@@ -225,11 +225,11 @@ void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSi
 
 /// Solves the tiles again with the observed minimum size; if that is not enough, the window claims a span.
 void TileKeeper::makeRoomFor(const ManagedWindow& window) {
-    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // a later poll does it then
+    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // a later poll makes room
     commit({.hasMovedTiles = true, .claimant = window.id});
 }
 
-/// Windows whose tiles are too small claim spans, `first` before all others.
+/// Gives spans to windows whose tiles are too small, beginning with `first`.
 void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
         if (focusMode_.ownsDisplay(displayID(screen))) continue;
@@ -288,10 +288,10 @@ void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWi
     }
 }
 
-/// Forgets a learned minimum size that the window is smaller than.
+/// Forgets learned minimum sizes that are larger than a window which they concern.
 void TileKeeper::noteSizesSeen() {
     for (const ManagedWindow& window : liveWindows_) {
-        // The frame of a window that does not respond is the requested one.
+        // A window that does not respond still has the requested frame in the list, not its actual one.
         const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
                               !window.isFullScreen && !windowService_.pendingFrame(window.id);
         if (!isAtRest) continue;
@@ -326,8 +326,8 @@ void TileKeeper::retryMinimum(const WindowID& windowID) {
     presenter_.writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
 }
 
-/// A window that needs less than when it claimed its span keeps only as many tiles as it now needs. Not in focus mode,
-/// whose end restores the tiles as they were.
+/// A window that needs less room than when it claimed its span keeps only the tiles that it still needs. Does nothing
+/// in focus mode, because the end of focus mode restores the former tiles.
 void TileKeeper::giveBackSpans() {
     if (focusMode_.isOn()) return;
     const auto& anchors = assignments_.anchorsByWindowID;
@@ -335,9 +335,9 @@ void TileKeeper::giveBackSpans() {
         const ManagedWindow* window = liveWindows_.find(id);
         return window ? std::optional(geometry_.minimumSizeOf(*window)) : std::nullopt;
     };
-    const auto modest = frames_.takeShrunken(anchors, minimumOf);
+    const auto shrunken = frames_.takeShrunken(anchors, minimumOf);
     const TileAssignments assignmentsBefore = assignments_;
-    for (const WindowID& id : modest) {
+    for (const WindowID& id : shrunken) {
         const ManagedWindow window = *liveWindows_.find(id);
         const auto covering = geometry_.coveringFor(window, *assignments_.targetOf(window.id));
         const auto own = assignments_.targetsOf(window.id);
@@ -351,16 +351,16 @@ void TileKeeper::giveBackSpans() {
         frames_.noteSpanGivenBack(window.id);
         (void)assignments_.assign(window.id, kept);
     }
-    if (!modest.empty()) bringNextForward(assignmentsBefore);
+    if (!shrunken.empty()) bringNextForward(assignmentsBefore);
 }
 
-/// A rule for an application does not move a window that was placed individually.
+/// A window that was placed individually is no longer moved by rules.
 void TileKeeper::noteHasItsPlace(const WindowID& windowID) {
     if (*state_.continuousManagementEnabled) tileMemory_.noteHandledByRules(windowID);
 }
 
-/// Fills the tiles that have lost their front window since `before`. Not in focus mode: its end restores the snapshot,
-/// and the next poll then finds the tile without its window.
+/// Fills the tiles that have lost their front window since `before`. Does nothing in focus mode: its end restores the
+/// snapshot, and the next poll then finds the tiles that have lost their window.
 void TileKeeper::bringNextForward(const TileAssignments& before) {
     if (!*state_.bringsNextForward || focusMode_.isOn() || !access_.mayMoveWindows()) return;
     for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
@@ -383,8 +383,8 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
     return true;
 }
 
-/// Windows with a tile, and those of a process that has ended, are not floating any more. A window that is not listed
-/// may return: around a sleep, desktops report open windows as closed.
+/// Windows that have a tile, or whose process has ended, are no longer floating. Other windows that are not listed stay
+/// floating: before and after a sleep, desktops report open windows as closed.
 void TileKeeper::keepFloatingValid() {
     const auto hasEnded = [&](const WindowID& id) {
         pid_t process = 0;

@@ -40,10 +40,11 @@ class TileKeeper {
 
     /// Ends every operation that edits tiles: the only place that publishes the assignments.
     void commit(const Transaction& changes);
-    /// Raises the layout revision: overlays and divider handles follow. `commit` does so, too; a divider drag does it
-    /// for each movement.
+    /// Raises the layout revision, so that overlays and divider handles are updated. `commit` calls this if tiles have
+    /// moved; a divider drag calls it for each movement.
     void raiseRevision();
-    /// Gives the tiles to the window. The commit hides the windows that lost them and requests the window's frame.
+    /// Gives the tiles to the window. The next `commit` hides the windows that lost them and requests the window's
+    /// frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     /// Places the window in one tile. False if there is no such window or tile.
     bool placeInTile(const WindowID& windowID, const TileTarget& target, Focusing focusing);
@@ -62,7 +63,7 @@ class TileKeeper {
     /// Requests a size below the window's learned minimum once, if that is due.
     void retryMinimum(const WindowID& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().observed()); }
-    /// Publishes and stores it.
+    /// Publishes and stores the profile.
     void setProfile(WorkspaceProfile profile);
     /// Commits after tiles of the display have moved.
     void layoutChanged(const DisplayID& displayID);

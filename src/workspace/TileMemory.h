@@ -21,7 +21,7 @@ class TileMemory : public PartWithoutPolls {
   public:
     // Tiles on other Spaces
     const SpaceMemory& spaces() const { return spaces_; }
-    /// As `SpaceMemory::store`, `storeFrom` and `restore`.
+    /// The same as `SpaceMemory::store`, `storeFrom` and `restore`.
     void storeElsewhere(const std::vector<ManagedWindow>& windows, TileAssignments& assignments) {
         spaces_.store(windows, assignments);
     }
@@ -33,12 +33,12 @@ class TileMemory : public PartWithoutPolls {
                            TileAssignments& assignments) {
         return spaces_.restore(windows, shownSpace, change, assignments);
     }
-    /// As the session of the former agent has them.
+    /// Replaces the remembered tiles by those in the session of the former agent.
     void setPlacesOnSpaces(std::vector<SpaceMemory::Places> places) { spaces_.setPlaces(std::move(places)); }
-    /// As in a snapshot; it may have been taken on another Space.
+    /// Restores the value in a snapshot, which may have been taken while another Space was shown.
     void setSpaces(SpaceMemory spaces) { spaces_ = std::move(spaces); }
     void forgetSpaces() { spaces_ = {}; }
-    /// Frames (window-service space) for windows that are elsewhere or do not respond.
+    /// The same as `SpaceMemory::setPendingFrame` and `takeAppliableFrames`.
     void setPendingFrame(const WindowID& windowID, const CGRect& frame) { spaces_.setPendingFrame(windowID, frame); }
     std::map<WindowID, CGRect> takeAppliableFrames(const std::vector<ManagedWindow>& windows) {
         return spaces_.takeAppliableFrames(windows);
@@ -52,7 +52,7 @@ class TileMemory : public PartWithoutPolls {
     }
     void noteArranged(const TileAssignments& assignments) { rememberedLayouts_.keepOnlyWaiting(assignments); }
     void noteMovedByUser(const WindowID& windowID) { rememberedLayouts_.forget(windowID); }
-    /// As in a snapshot.
+    /// Restores the value in a snapshot.
     void setRememberedLayouts(RememberedLayouts layouts) { rememberedLayouts_ = std::move(layouts); }
     void forgetRememberedLayouts() { rememberedLayouts_.forgetAll(); }
     void forgetRememberedLayoutsOn(const DisplayID& displayID) { rememberedLayouts_.forgetDisplay(displayID); }

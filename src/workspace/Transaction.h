@@ -1,6 +1,6 @@
 // What one operation has changed. An operation finds its target or refuses, edits, and commits once at its end: windows
 // that lack room claim tiles, tiles without a front window get the next of their stack, windows that lost their tile
-// are hidden, placed ones get their frames, the assignments are published, frames are requested for windows that are
+// are hidden, placed windows get their frames, the assignments are published, frames are requested for windows that are
 // not in their tiles, and all requests are sent together.
 #pragma once
 
@@ -24,8 +24,8 @@ struct Transaction {
     bool resetsLimits = false;
     /// The remaining steps of an arrangement are dropped, because they were planned for the former tiles.
     bool endsArrangement = false;
-    /// Windows may lack room now; this one claims tiles first. Empty: no window comes first. Absent: no window lacks
-    /// room.
+    /// Present if windows may lack room now: the window that claims further tiles first. An empty id means that no
+    /// window comes first.
     std::optional<WindowID> claimant{};
     /// How far windows may be off their tiles before their frames are requested. Absent: no frame is requested.
     std::optional<FrameKeeper::CorrectedDrift> correctedDrift = FrameKeeper::CorrectedDrift::noticeable;

@@ -61,7 +61,7 @@ std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vecto
     return successors;
 }
 
-/// Includes front windows: a window that was listed once is not awaited any more.
+/// A window that was listed once is no longer awaited, whether it is in front or stacked.
 void TransitionRecovery::noteReturned(const std::vector<ManagedWindow>& liveWindows) {
     for (const auto& window : liveWindows) returnedWindowIDs_.insert(window.id);
 }

@@ -40,7 +40,7 @@ class TransitionRecovery {
     /// Front windows that have returned and were not placed yet; marks them as placed.
     std::vector<WindowID> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                         const TileAssignments& assignments);
-    /// Whether all assigned and stacked windows have returned, or no window is assigned.
+    /// True if every front window has returned and no remembered window of a tile or stack is still missing.
     bool isComplete(const TileAssignments& assignments) const;
     /// Remembered windows that have not returned yet.
     std::set<WindowID> awaitedWindowIDs() const;
@@ -48,7 +48,7 @@ class TransitionRecovery {
     // The displays at the beginning of the transition, and how long the transition lasted
     void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
     bool hasOtherScreens(const std::vector<Screen>& now) const { return now != screensBefore_; }
-    /// As `UnseenTime::begin` and `end`.
+    /// The same as `UnseenTime::begin` and `end`.
     void beginUnseenTime(Seconds now) { unseenTime_.begin(now); }
     Seconds endUnseenTime(Seconds now) { return unseenTime_.end(now); }
     /// A poll has found the login session locked, which no event may have announced.
@@ -59,7 +59,7 @@ class TransitionRecovery {
     bool isWaiting() const { return hasDeadline() || isLocked_; }
 
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const DisplayID&, const DisplayID&) {} // the screens are compared as they were
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // the former screens are compared with their former ids
     void onPoll(const PollContext&) {}                        // ends by its deadline
 
   private:

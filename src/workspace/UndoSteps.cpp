@@ -13,8 +13,7 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     pointer_(parts.pointer), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
     presenter_(presenter), keeper_(keeper), snapshots_(snapshots) {}
 
-/// For the later steps of an arrangement, a launch or a scene. Ends focus mode first, since otherwise its end would
-/// restore the state before these steps.
+/// Ends focus mode before the change, since the end of focus mode would otherwise undo the change.
 void UndoSteps::changeLater(const std::function<void()>& change) {
     const RequestBatch::Scope batch(requests_);
     closeFocusMode();
@@ -28,7 +27,7 @@ void UndoSteps::abandonDrags() {
     if (heldPollsBack) refreshCycle_.refresh(); // the paused polls were not applied
 }
 
-/// Another action begins: windows and weights return to their state before the drag.
+/// Called when another action begins. Windows and weights return to their state before the drag.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();

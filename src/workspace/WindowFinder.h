@@ -53,7 +53,7 @@ class WindowFinder {
     std::optional<StartingPoint> zoomStartingPoint(const std::optional<WindowID>& windowID) const;
     /// The display of the focused window, else the one under the pointer, else the first; absent without displays.
     std::optional<DisplayID> currentDisplayID() const;
-    /// The display that the window's tile, else most of the window, is on; absent when there is none.
+    /// The id of `TileGeometry::screenOfWindow`; absent if there is no such window or display.
     std::optional<DisplayID> displayIDOfWindow(const WindowID& windowID) const;
     /// The managed window under a point of screen space.
     std::optional<WindowID> managedWindowUnder(CGPoint pointOnScreen) const;

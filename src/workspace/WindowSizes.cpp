@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-constexpr int kArrangementsToConfirm = 2; // must observe a minimum size that contradicts the announced one
+constexpr int kArrangementsToConfirm = 2; // that must observe a minimum size which contradicts the announced one
 
 bool isKnownInAnyDirection(CGSize size) {
     return size.width > 0 || size.height > 0;
@@ -78,7 +78,7 @@ void WindowSizes::beginArrangement() {
 
 WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual,
                                               Seconds uptime) {
-    if (pointerMovedAt_ && uptime - *pointerMovedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
+    if (pointerUsedAt_ && uptime - *pointerUsedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
     Known& known = known_[window.id];
     CGSize observed = known.observed;
     if (actual.width > wanted.width + kFrameTolerancePoints) observed.width = actual.width;
@@ -128,8 +128,8 @@ WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize 
         known.arrangements = 0;
         known.lastArrangement = -1;
     }
-    // A smaller window does not disprove the minimum size of the application, unless it also disproves its own one:
-    // otherwise other windows of the application may still need that size.
+    // Other windows of the application may still need its minimum size. A smaller window disproves it only if the
+    // window also disproved its own minimum size or was retried.
     disproof.ofApplication =
         ofApplication && (disproof.ofWindow || known.wasRetried) &&
         (isSmaller(size.width, ofApplication->width) || isSmaller(size.height, ofApplication->height));

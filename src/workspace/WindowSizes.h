@@ -17,7 +17,8 @@ namespace kova {
 
 class WindowSizes {
   public:
-    /// The desktop may still resize a window that was just released, for example at an edge of the screen.
+    /// A refusal within this time after the pointer pressed or released a window is not counted: the desktop may still
+    /// resize the window, for example at an edge of the screen.
     static constexpr Seconds kSettlesAfterPointer{1};
     /// A minimum size that was observed within this time is not retried.
     static constexpr Seconds kRetryAfter{10};
@@ -33,7 +34,7 @@ class WindowSizes {
     std::map<WindowID, CGSize> confirmed() const;
 
     /// Records that the pointer has pressed or released a window.
-    void notePointer(Seconds uptime) { pointerMovedAt_ = uptime; }
+    void notePointer(Seconds uptime) { pointerUsedAt_ = uptime; }
     /// Begins an arrangement: forgets observed minimum sizes that are not confirmed, so that the windows get requests
     /// for their tiles again.
     void beginArrangement();
@@ -80,7 +81,7 @@ class WindowSizes {
     const Known* find(const WindowID& windowID) const;
 
     std::map<WindowID, Known> known_; // by window id
-    std::optional<Seconds> pointerMovedAt_;
+    std::optional<Seconds> pointerUsedAt_;
     std::int64_t arrangement_ = 0;
 };
 

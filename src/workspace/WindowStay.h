@@ -13,15 +13,15 @@ namespace kova {
 /// The facts from which the reasons follow.
 struct WindowSituation {
     std::optional<std::string> obstacle{}; // why no window is moved now, as a sentence without its full stop
-    bool isDragUnderWay = false;           // of any window or divider
-    bool hasTile = false;                  // as its front window
+    bool isDragUnderWay = false;           // a drag of any window or divider
+    bool hasTile = false;                  // the window is in front in a tile
     std::optional<LeftAlone> leftAlone{};
     const Refusal* refusal = nullptr; // null without a refusal
     int attempts = 0;                 // the number of requests for one frame
     bool isPlacementPending = false;
     bool isOffScreen = false;             // no display shows the window although it is neither minimized nor hidden
     std::optional<std::string> manager{}; // why the window manager refuses placements, as a sentence
-    bool isFloating = false;              // by command
+    bool isFloating = false;              // made floating by a command
     std::optional<std::string> rule{}; // the rule that keeps the window out of arrangements: “Notes float” says float
     bool isDisplayAwaited = false;     // its display was just disconnected
     bool isAwaitedByLaunch = false;    // a tile waits for a window of its application

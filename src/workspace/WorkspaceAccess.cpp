@@ -38,7 +38,7 @@ Outcome WorkspaceAccess::requireVisibleScreen() const {
     return reason ? refuse(*reason) : Outcome::done();
 }
 
-/// Why no window is moved now, apart from the permission; absent if windows may be moved.
+/// The reason why no window is moved now, without regard to the permission; absent if windows may be moved.
 std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
     if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
     if (recovery_.isLocked()) return "The screen is locked";

@@ -70,7 +70,7 @@ struct FocusWindow {
 struct FocusDisplay {
     DisplayChoice display;
 };
-/// Moves the window to a free tile of the display, else to the tile of the same slot or at the same place.
+/// Moves the window to a free tile of the display, else to the tile of the same slot, else to the first tile.
 struct MoveToDisplay {
     std::optional<WindowID> windowID;
     DisplayChoice display;
@@ -79,7 +79,7 @@ struct MoveToDisplay {
 struct Float {
     std::optional<WindowID> windowID;
 };
-/// Puts the window into the nearest free tile of its display, else into the tile under the window's middle.
+/// Puts the window into the nearest free tile of its display, else into the nearest tile.
 struct Tile {
     std::optional<WindowID> windowID;
 };

@@ -24,7 +24,8 @@ void WorkspaceController::resumeAfterSystemTransition() {
     refresh();
 }
 
-/// Displays that were disconnected and reconnected during the transition are not a change.
+/// Compares the displays with those before the transition. A display that was disconnected and reconnected meanwhile
+/// does not count as changed.
 void WorkspaceController::beginTransitionRecovery() {
     parts_.awaited.postpone(parts_.recovery.endUnseenTime(parts_.services.queue.uptime())); // nothing could be placed
     if (parts_.recovery.hasOtherScreens(*parts_.state.screens)) {
@@ -37,7 +38,7 @@ void WorkspaceController::beginTransitionRecovery() {
     ops_.keeper.commit({.hasMovedTiles = true, .correctedDrift = kNoCorrection});
 }
 
-/// True while the session is locked: then nothing is moved, minimized or forgotten.
+/// Returns true while the session is locked. The caller then moves, minimizes and forgets nothing.
 bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     if (pollFoundLocked || parts_.services.session.isLoginSessionScreenLocked()) {
         if (!parts_.recovery.isLocked()) {
@@ -83,7 +84,7 @@ void WorkspaceController::recoverAssignedWindows() {
     }
     if (!parts_.recovery.isComplete(parts_.assignments)) return;
     parts_.recovery.clear();
-    refresh(); // windows that recovery left in place are placed now
+    refresh(); // the next poll places the windows that recovery left where they were
 }
 
 } // namespace kova

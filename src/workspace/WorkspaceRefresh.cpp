@@ -46,7 +46,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     const auto formerSpace = parts_.liveWindows.noteShownSpace(shownSpace);
     std::vector<WindowSuccessor> tabs;
     if (!isRecovering) {
-        // Changes reported during the poll count, too.
+        // Changes that were reported during the poll count as well.
         const bool isSame = formerSpace == shownSpace && parts_.services.accessibility.shownSpace() == shownSpace;
         tabs = takeTabSuccessors(found, parts_.liveWindows.all(), isSame ? ShownSpace::same : ShownSpace::another);
     }
@@ -87,7 +87,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
 }
 
-/// Not called during drags, in which only the pointer moves windows.
+/// Not called during drags, because only the pointer may move windows then.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     noteFocus();
@@ -123,8 +123,8 @@ void WorkspaceController::followShownSpace() {
     ops_.keeper.commit({.correctedDrift = kNoCorrection});
 }
 
-/// Requests the frames that windows could not get while they were elsewhere or did not respond. A window in a tile was
-/// placed already.
+/// Requests the frames that windows could not get while they were elsewhere or did not respond. Leaves out front
+/// windows of tiles: the commit has already requested their frames.
 void WorkspaceController::requestPendingFrames() {
     for (const auto& [windowID, frame] : parts_.tileMemory.takeAppliableFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);

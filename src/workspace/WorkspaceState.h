@@ -46,7 +46,7 @@ struct WorkspaceState {
     Published<std::optional<WindowPlacementNotice>> placementNotice;
     Published<std::optional<TileTarget>> dropTarget; // the tile under a window that is being dragged
     Published<std::map<TileTarget, std::vector<WindowID>>> stackWindowIDsByTarget;
-    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // until a window is placed or the timeout
+    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // until placed or timed out
     Published<bool> canUndo{false};
     Published<std::optional<WorkspaceFocusMode>> focusMode;
     Published<std::optional<std::string>> lastActionMessage;
@@ -56,7 +56,7 @@ struct WorkspaceState {
     Published<std::optional<Uuid>> activeSceneID;
     Published<std::optional<SceneReport>> sceneReport; // of the scene opened last; absent before the first
     Published<bool> continuousManagementEnabled{false};
-    Published<bool> bringsNextForward{true}; // when the front window of a stack leaves its tile
+    Published<bool> bringsNextForward{true}; // the next window of a stack, when the front window leaves
     Published<bool> useThemeBackground{false};
     Published<bool> showBrain{false};
     Published<bool> showTileBackgrounds{true};
@@ -64,8 +64,8 @@ struct WorkspaceState {
     Published<WorkspaceProfile> profile;
     Published<std::vector<Screen>> screens;
     Published<std::optional<WindowID>> focusedWindowID; // as of the last poll; absent when none is managed
-    Published<std::set<WindowID>> floatingWindowIDs;    // by command, until they are put into a tile
-    Published<bool> isPaused{false};                    // by the user; no window is moved
+    Published<std::set<WindowID>> floatingWindowIDs;    // made floating by a command; until they get a tile
+    Published<bool> isPaused{false};                    // the user has paused KOVA; no window is moved
 };
 
 } // namespace kova

@@ -19,7 +19,7 @@ TEST(ReflowPolicy, AllowsOneReflowPerSecondAndDisplayAndThreePerWindow) {
     policy.noteReflow("D", "a", Seconds(11));
     policy.noteReflow("D", "a", Seconds(12));
     EXPECT_EQ(policy.nextReflow("D", "a", Seconds(90)), std::nullopt);
-    policy.forgetAllPushes();
+    policy.resetCounts();
     EXPECT_EQ(policy.nextReflow("D", "a", Seconds(90)), Seconds(90));
 }
 
