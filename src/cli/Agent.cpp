@@ -19,7 +19,7 @@ constexpr const char* kHowToStart = ".\nStart it with “kova-agent”.";
 #endif
 
 CommandError commandError(const ConnectionFailure& failure) {
-    // Starting an agent helps only where no process listens.
+    // The advice to start an agent helps only if no process listens on the socket.
     const bool isMissing = failure.kind == ConnectionFailure::Kind::noAgent;
     return {ExitCode::noAgent, failure.message + (isMissing ? kHowToStart : ".")};
 }

@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Too short for the user to notice a delay of the completion.
+/// Short enough that the user does not notice how long the completion takes.
 constexpr std::chrono::milliseconds kNamesTimeout{300};
 
 std::string textOf(const json& value) {
@@ -21,19 +21,19 @@ std::string textOf(const json& value) {
     return value.is_number_integer() ? std::to_string(value.get<std::int64_t>()) : "";
 }
 
-/// The records in the method's result; empty without an agent and after the timeout.
-json recordsFrom(std::string_view method, const char* records) {
+/// The list of records that the method's result has under `recordsKey`. Empty without an agent and after the timeout.
+json recordsFrom(std::string_view method, const char* recordsKey) {
     auto agent = Agent::connect();
     if (!agent) return json::array();
     auto result = agent->ask(method, json::object(), kNamesTimeout);
-    return result && result->contains(records) ? (*result)[records] : json::array();
+    return result && result->contains(recordsKey) ? (*result)[recordsKey] : json::array();
 }
 
-std::vector<Candidate> namesFrom(std::string_view method, const char* records, const char* name,
-                                 const char* description) {
+std::vector<Candidate> namesFrom(std::string_view method, const char* recordsKey, const char* nameKey,
+                                 const char* descriptionKey) {
     std::vector<Candidate> names;
-    for (const json& record : recordsFrom(method, records)) {
-        names.push_back({textOf(record.value(name, json())), textOf(record.value(description, json()))});
+    for (const json& record : recordsFrom(method, recordsKey)) {
+        names.push_back({textOf(record.value(nameKey, json())), textOf(record.value(descriptionKey, json()))});
     }
     return names;
 }
@@ -49,7 +49,7 @@ std::vector<Candidate> layoutNames() {
 
 std::vector<Candidate> layoutChoices() {
     auto choices = layoutNames();
-    choices.push_back({"automatic", "as the display's shape decides"});
+    choices.push_back({"automatic", "the display's shape decides"});
     return choices;
 }
 
@@ -58,11 +58,13 @@ std::vector<Candidate> windowNames() {
     std::vector<Candidate> names;
     for (const json& window : windows) {
         // A window is named by its application, or by its title if the application has several windows.
-        const auto isOfTheSame = [&](const json& other) { return other.at("application") == window.at("application"); };
-        const bool isAlone = std::count_if(windows.begin(), windows.end(), isOfTheSame) == 1;
+        const auto hasSameApplication = [&](const json& other) {
+            return other.at("application") == window.at("application");
+        };
+        const bool isOnlyWindow = std::count_if(windows.begin(), windows.end(), hasSameApplication) == 1;
         const std::string application = textOf(window.at("application"));
         const std::string title = textOf(window.at("title"));
-        names.push_back(isAlone ? Candidate{application, title} : Candidate{title, application});
+        names.push_back(isOnlyWindow ? Candidate{application, title} : Candidate{title, application});
     }
     return names;
 }

@@ -1,4 +1,5 @@
-// Names that the agent knows, for the completion of a parameter's value. No names if no agent responds at once.
+// Names that the agent knows, for the completion of a parameter's value. Each function returns no names if no agent
+// responds at once.
 #pragma once
 
 #include <string>

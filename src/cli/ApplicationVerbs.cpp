@@ -21,7 +21,7 @@ std::string lowercasedAscii(std::string text) {
     return text;
 }
 
-/// Asks the user at the terminal, on standard error: standard output is for the result.
+/// Prints the question to standard error, because standard output is for the result.
 bool isConfirmedAtTerminal(const json& question) {
     printToStandardError(
         printableLines(question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>() + "\n"));

@@ -1,5 +1,5 @@
-// The verbs that need more than one request: launching and opening a scene, whose outcome comes later, and ending all
-// applications, which the user confirms first.
+// Verbs that do not end with the response to their first request. `launch` and `scene open` wait for a notification of
+// the outcome. `force-quit-all` asks the user to confirm, and then sends a second request.
 #pragma once
 
 #include "cli/Verbs.h"
@@ -9,7 +9,7 @@
 namespace kova::cli {
 
 ExitCode runLaunch(const Verb& verb, const Arguments& arguments);
-/// With --wait it ends when no window of the scene is pending any more.
+/// With --wait the command ends when KOVA waits for no further window of the scene.
 ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments);
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments);
 

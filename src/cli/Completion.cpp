@@ -27,7 +27,8 @@ std::vector<Candidate> valuesOf(const Parameter& parameter) {
     return values;
 }
 
-/// The words that follow `before` in the names of verbs: groups and verbs, or the verbs of a group.
+/// The words that may follow the words `before` in the name of a verb. If `before` is empty, these are the first words
+/// of all names.
 std::vector<Candidate> verbWords(std::string_view before) {
     std::vector<Candidate> words;
     const std::string lead = before.empty() ? "" : std::string(before) + " ";
@@ -35,14 +36,14 @@ std::vector<Candidate> verbWords(std::string_view before) {
         if (!verb.name.starts_with(lead)) continue;
         const std::string_view rest = verb.name.substr(lead.size());
         const std::string word(rest.substr(0, rest.find(' ')));
-        const bool isWhole = word.size() == rest.size();
+        const bool isLastWord = word.size() == rest.size();
         if (words.empty() || words.back().text != word)
-            words.push_back({word, std::string(isWhole ? verb.summary : "")});
+            words.push_back({word, std::string(isLastWord ? verb.summary : "")});
     }
     return words;
 }
 
-/// The candidates that may follow the words of a verb so far.
+/// Reads the words after a verb one by one, and knows which words may come next.
 class Position {
   public:
     explicit Position(const Verb& verb) {
@@ -50,7 +51,7 @@ class Position {
         parameters_.push_back(&kJson);
     }
 
-    void pass(std::string_view word) {
+    void advance(std::string_view word) {
         if (awaited_) {
             awaited_ = nullptr;
         } else if (word.starts_with("-") && word.size() > 1) {
@@ -59,7 +60,7 @@ class Position {
             if (!option) return;
             taken_.push_back(option);
             if (!option->value.empty() && equals == std::string_view::npos) awaited_ = option;
-        } else if (const Parameter* next = nextWord()) {
+        } else if (const Parameter* next = nextPositional()) {
             taken_.push_back(next);
         }
     }
@@ -72,8 +73,8 @@ class Position {
             for (Candidate& value : values) value.text.insert(0, current.substr(0, equals + 1));
             return values;
         }
-        if (const Parameter* next = nextWord(); next && !current.starts_with("-")) return valuesOf(*next);
-        return current.starts_with("-") || !nextWord() ? options() : std::vector<Candidate>{};
+        if (const Parameter* next = nextPositional(); next && !current.starts_with("-")) return valuesOf(*next);
+        return current.starts_with("-") || !nextPositional() ? options() : std::vector<Candidate>{};
     }
 
   private:
@@ -81,19 +82,21 @@ class Position {
         return std::find(taken_.begin(), taken_.end(), parameter) != taken_.end();
     }
     const Parameter* optionNamed(std::string_view flag) const {
-        const auto found = std::find_if(parameters_.begin(), parameters_.end(),
-                                        [&](const Parameter* each) { return !each->isWord() && each->flag == flag; });
+        const auto found = std::find_if(parameters_.begin(), parameters_.end(), [&](const Parameter* each) {
+            return !each->isPositional() && each->flag == flag;
+        });
         return found == parameters_.end() ? nullptr : *found;
     }
-    const Parameter* nextWord() const {
+    const Parameter* nextPositional() const {
         const auto found = std::find_if(parameters_.begin(), parameters_.end(),
-                                        [&](const Parameter* each) { return each->isWord() && !isTaken(each); });
+                                        [&](const Parameter* each) { return each->isPositional() && !isTaken(each); });
         return found == parameters_.end() ? nullptr : *found;
     }
     std::vector<Candidate> options() const {
         std::vector<Candidate> all;
         for (const Parameter* each : parameters_) {
-            if (!each->isWord() && !isTaken(each)) all.push_back({std::string(each->flag), std::string(each->meaning)});
+            if (!each->isPositional() && !isTaken(each))
+                all.push_back({std::string(each->flag), std::string(each->meaning)});
         }
         all.push_back({"--help", "show what the verb does"});
         return all;
@@ -119,7 +122,7 @@ std::vector<Candidate> allCandidates(std::span<const std::string> before, std::s
     if (!verb) return before.size() == 1 ? verbWords(before[0]) : std::vector<Candidate>{};
     if (isHelp) return {};
     Position position(*verb);
-    for (const auto& word : before) position.pass(word);
+    for (const auto& word : before) position.advance(word);
     auto candidates = position.candidates(current);
     // A verb can be the beginning of another verb: “focus” and “focus display”.
     if (before.empty()) {
@@ -133,7 +136,8 @@ bool isSameLetter(char a, char b) {
     return lower(a) == lower(b);
 }
 
-/// Candidates are printed one per line, and must not control the terminal.
+/// Whether the candidate begins with `current`, in any case. A candidate with control characters does not fit, because
+/// the shell prints it on the terminal.
 bool fits(const Candidate& candidate, std::string_view current) {
     const std::string& text = candidate.text;
     if (text.empty()) return candidate.description == "files";
@@ -150,7 +154,7 @@ std::vector<Candidate> candidatesFor(std::span<const std::string> words) {
     try {
         found = allCandidates(words.first(words.size() - 1), current);
     } catch (const nlohmann::json::exception&) {
-        return {}; // an agent of another version
+        return {}; // the agent has another version, and its result has another form
     }
     std::vector<Candidate> fitting;
     for (Candidate& each : found) {

@@ -28,7 +28,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr int kUsualLines = 50;
+constexpr int kDefaultLines = 50;
 constexpr std::chrono::milliseconds kLogPollInterval{200};
 constexpr std::chrono::minutes kReportedMinutes{15};
 constexpr std::size_t kMostReportedLines = 2000;
@@ -52,7 +52,7 @@ void addFindings(json& report, const Agent& agent, const json& found) {
                  (isSame ? "." : "; end the agent with “kova quit” and start it anew."));
 }
 
-/// The agent's checks, and those that a client has to make.
+/// The agent's checks, and the checks that only a client can make.
 json examine() {
     json report = {{"isHealthy", false}, {"version", nullptr}, {"checks", json::array()}};
     auto agent = Agent::connect();
@@ -159,7 +159,7 @@ std::string withoutHome(std::string text) {
 
 std::string systemSection() {
     utsname system{};
-    (void)uname(&system); // without its network name
+    (void)uname(&system); // the report leaves out the network name
     std::string text = std::string("kova ") + KOVA_VERSION + "\n" + system.sysname + " " + system.release + " " +
                        system.machine + "\n";
     for (const char* variable : {"XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE", "DISPLAY", "WAYLAND_DISPLAY", "LANG"}) {
@@ -202,7 +202,7 @@ std::string logSection() {
     return text;
 }
 
-/// Writes a new file that only the user may read. Returns the reason when it could not be written.
+/// Writes a new file that only the user may read. Returns the reason if the file could not be written.
 std::optional<std::string> writeNewFile(const std::string& path, std::string_view text) {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (file < 0) {
@@ -226,7 +226,7 @@ ExitCode runDoctor(const Verb&, const Arguments& arguments) {
 
 ExitCode runLog(const Verb&, const Arguments& arguments) {
     const auto least = logSeverityNamed(arguments.text("level", "detail")).value_or(LogSeverity::detail);
-    const std::size_t count = static_cast<std::size_t>(arguments.number("lines").value_or(kUsualLines));
+    const std::size_t count = static_cast<std::size_t>(arguments.number("lines").value_or(kDefaultLines));
     if (!arguments.has("follow")) {
         auto lines = readLog(least);
         if (!lines) return fail({ExitCode::refused, "There is no log at " + logFile() + "."});

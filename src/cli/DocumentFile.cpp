@@ -23,8 +23,8 @@ FileProblem problem(const std::string& what, const std::string& path, int error)
     return {"cannot " + what + " " + quoted(path) + ": " + std::strerror(error)};
 }
 
-/// A pipe is opened without waiting for a writer, so the reader must find out whether there is one. True while more
-/// text may come.
+/// True if more text may come. The pipe was opened without waiting for a writer, so while it has no text, this function
+/// waits up to two seconds for the first writer.
 bool waitForMore(int descriptor, bool hasWriter, bool hasText) {
     constexpr int kWriterTimeoutMilliseconds = 2000;
     constexpr int kPauseMilliseconds = 20;

@@ -1,4 +1,4 @@
-// A file that is read whole, or replaced whole.
+// Reads a whole file, and replaces a whole file.
 #pragma once
 
 #include "support/Result.h"
@@ -10,7 +10,7 @@
 
 namespace kova::cli {
 
-/// In place of a path: standard input, or standard output.
+/// This text in place of a path means standard input or standard output.
 inline constexpr std::string_view kStandardStream = "-";
 
 struct FileProblem {
@@ -20,14 +20,15 @@ struct FileProblem {
 /// Fails for a file larger than `mostBytes`, without reading much more than that.
 Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
 
-/// The path of the file to write: in a folder, the file of that name; links are followed.
+/// The path of the file to write. If `path` is a folder, this is the file `nameInFolder` in it. Symbolic links are
+/// resolved.
 std::string documentPath(const std::string& path, std::string_view nameInFolder);
 
 /// Whether writing to the path would replace an existing file.
 bool wouldOverwrite(const std::string& path);
 
 /// Replaces the file atomically and keeps its mode. Anything but a regular file, such as a pipe, is written to
-/// directly. Absent when it was written.
+/// directly. Returns the problem; absent on success.
 std::optional<FileProblem> replaceFile(const std::string& path, std::string_view text);
 
 } // namespace kova::cli

@@ -21,10 +21,11 @@ using nlohmann::json;
 
 constexpr std::string_view kProposedName = "KOVA-Workspace.json";
 constexpr std::chrono::seconds kDocumentTimeout{60}; // for the largest document
-/// The longest piece of a document in one request: a byte takes at most six in JSON (“\u0000”).
+/// The longest piece of a document in one request, in bytes. A byte of the document takes at most six bytes in JSON
+/// (“\u0000”).
 constexpr std::size_t kLargestPiece = kLongestControlLine / 8;
 
-/// The longest beginning of the text, up to `kLargestPiece`, that does not cut a character.
+/// The longest beginning of the text, up to `kLargestPiece`, that does not end inside a character.
 std::string_view firstPiece(std::string_view text) {
     constexpr std::size_t kLongestCharacter = 4;
     if (text.size() <= kLargestPiece) return text;

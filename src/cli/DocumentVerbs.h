@@ -1,4 +1,4 @@
-// The verbs that write and read a file. The agent gets its contents, never the file.
+// `export` writes a file and `import` reads one. The agent gets only the text of the file, never its path.
 #pragma once
 
 #include "cli/Verbs.h"

@@ -96,7 +96,7 @@ std::string printLayoutList(const json& result, const Arguments&) {
         if (!out.empty()) out += "\n";
         std::vector<PictureTile> tiles;
         for (const json& slot : layout.at("slots")) tiles.push_back({rectOf(slot.at("frame")), {}});
-        // An odd number, so that a half has a column of its own.
+        // The number is odd, so that the line between two halves is in the middle column.
         const int columns =
             static_cast<int>(std::lround(aspect(layout.at("referenceSize")) * kSmallHeight * kCharacterAspect)) | 1;
         const auto picture = drawLayout(tiles, columns, kSmallHeight, lineStyle());

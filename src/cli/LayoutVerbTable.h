@@ -17,7 +17,7 @@ inline std::optional<std::string> checkPreference(const Arguments& arguments) {
 }
 
 inline constexpr Parameter kLayoutWindow =
-    kWindow.asOption("--window").meaningThat("the display of this window: its id, application or title");
+    kWindow.asOption("--window").withMeaning("the display of this window: its id, application or title");
 inline constexpr Parameter kSplit{.key = "split",
                                   .value = "SPLIT",
                                   .meaning = "the split that the divider belongs to, as “divider list” names it",
@@ -33,7 +33,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"divider list",
      "divider.list",
      "list the dividers between tiles",
-     "For each the split and the boundary that name it in “divider drag”, how far it can move, and its position.",
+     "Prints for each divider the split and the boundary by which “divider drag” names it, how far it can move, and its "
+     "position.",
      "kova divider list\nkova divider list --display 1",
      {kDisplay},
      printDividers},
@@ -55,8 +56,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"divider reset",
      "divider.reset",
      "put a divider back to where its layout has it",
-     "As a double click on the divider does, together with the other dividers of its split. One undo step; refused if "
-     "none of them was moved.",
+     "Like a double click on the divider: all dividers of its split return to where the layout has them. One undo step; "
+     "refused if none of these dividers was moved.",
      "kova divider reset root 0",
      {kSplit, kBoundary, kDisplay},
      printDividerReset},
@@ -70,16 +71,16 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"layout fit",
      "layout.fit",
      "say which layouts have room for the open windows",
-     "For each display, or for one: the layouts in which every window of the display has at least its minimum size, and "
-     "by how much the others are too small.",
+     "Prints for each display, or for one, the layouts in which every window of the display has at least its minimum "
+     "size, and how many points the other layouts lack.",
      "kova layout fit\nkova layout fit --display 1",
-     {kDisplay.meaningThat("number, name or id of a display (default: all)")},
+     {kDisplay.withMeaning("number, name or id of a display (default: all)")},
      printLayoutFit},
     {"layout show",
      "layout.show",
      "draw a layout",
      "Draws the layout that is in force on a display, with the sizes that windows get in it and the windows in its "
-     "tiles; or any other layout as it would be on that display. The drawing is as wide as the terminal.",
+     "tiles. Another LAYOUT is drawn as it would be on that display. The drawing is as wide as the terminal.",
      "kova layout show\nkova layout show quad-grid --width 60",
      {{.key = "layout",
        .value = "LAYOUT",
@@ -91,17 +92,17 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
        .key = "width",
        .flag = "--width",
        .value = "COLUMNS",
-       .meaning = "of the drawing (default: the terminal's)",
+       .meaning = "width of the drawing (default: that of the terminal)",
        .least = 16,
        .most = 1000,
        .isRequired = false,
-       .use = Parameter::Use::own}},
+       .use = Parameter::Use::local}},
      printLayout},
     {"layout next",
      "layout.next",
      "go to the next layout",
-     "Changes the layout of the current display: that of the focused window, else the one under the pointer, else the "
-     "first. After the last layout comes the first.",
+     "Changes the layout of the current display: the display of the focused window, else the display under the pointer, "
+     "else the first display. After the last layout comes the first.",
      "kova layout next\nkova layout next --display 1",
      {kLayoutWindow, kDisplay},
      printLayoutChange},
@@ -115,8 +116,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"layout select",
      "layout.select",
      "choose the layout of a display",
-     "Names a layout by its id, its name or a part of them that no other layout has; “automatic” lets the display's "
-     "shape decide. Windows stay in the tiles that the old and the new layout have in common; the others move to the "
+     "A layout is named by its id, its name or a part of them that no other layout has; “automatic” lets the display's "
+     "shape decide. Windows stay in the tiles that the old and the new layout have in common; other windows move to the "
      "nearest tile.",
      "kova layout select quad-grid\nkova layout select \"Dual Split (2)\" --display 1\nkova layout select automatic",
      {{.key = "layout",
@@ -138,14 +139,14 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "From the next arrangement on, a tile of this slot goes to the application if it has a window, whatever its role "
      "and whatever was learned; only rules come before. Applies to every layout that has the slot.",
      "kova layout prefer focus-main Mail\nkova layout prefer 2 --clear",
-     {kTile.meaningThat("a slot of any layout, or number or name of a tile in force"),
+     {kTile.withMeaning("a slot of any layout, or number or name of a tile in force"),
       kApplication.optional(),
       {.kind = Parameter::Kind::flag,
        .key = "clear",
        .flag = "--clear",
        .meaning = "instead of APP: no application comes first in this tile",
        .isRequired = false,
-       .use = Parameter::Use::own}},
+       .use = Parameter::Use::local}},
      printPreference,
      nullptr,
      checkPreference},
@@ -163,29 +164,30 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"query displays",
      "query.displays",
      "list the displays",
-     "Number, name, id, frame and layout of each. Other verbs take any of the first three after --display. Frames are "
-     "in points from the top left of the first display.",
+     "Prints number, name, id, frame and layout of each display. Other verbs accept the number, the name or the id "
+     "after --display. Frames are in points from the top left of the first display.",
      "kova query displays\nkova query displays --json",
      {},
      printDisplays},
     {"query windows",
      "query.windows",
      "list the windows",
-     "Every managed window and its tile.",
+     "Prints every managed window and its tile.",
      "kova query windows\nkova query windows --json",
      {},
      printWindows},
     {"query tiles",
      "query.tiles",
      "list the tiles",
-     "Every tile of every display: the frame that a window gets in it, the window in front and how many are behind it.",
+     "Prints for every tile of every display the frame that a window gets in it, the number of windows in its stack, "
+     "and the front window.",
      "kova query tiles\nkova query tiles --json",
      {},
      printTiles},
     {"query focus",
      "query.focus",
      "show the focused window",
-     "Also shows its tile and its display.",
+     "Also shows the tile and the display of the window.",
      "kova query focus\nkova query focus --json",
      {},
      printFocus},
@@ -210,8 +212,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"windows",
      "windows",
      "list the windows by their tiles",
-     "For every tile the front window and the stacked ones, then the windows that are in no tile. The focused one is "
-     "marked.",
+     "Prints for every tile its front window and its stacked windows, then the windows that are in no tile. The focused "
+     "window is marked.",
      "kova windows\nkova windows --json",
      {},
      printWindowList},
@@ -224,15 +226,15 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      {{.kind = Parameter::Kind::flag,
        .key = "repair",
        .flag = "--repair",
-       .meaning = "request the frames of those that drifted again",
+       .meaning = "repeat the request for each window that drifted",
        .isRequired = false},
-      kDryRun.meaningThat("with --repair: only say for which windows")},
+      kDryRun.withMeaning("with --repair: only say how many windows would be put back")},
      printVerification,
      runVerify},
     {"query state",
      "query.state",
      "show the whole state",
-     "Displays, tiles and windows together, and the last message.",
+     "Prints displays, tiles and windows together, and the last message.",
      "kova query state\nkova query state --json",
      {},
      printState},
@@ -240,8 +242,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "explain",
      "say why windows are where they are",
      "Without WINDOW: a line for each decision of the last arrangement, with the present state if a decision no longer "
-     "holds, and the rules and preferred applications that apply to the next one. With WINDOW: where it is, why, and "
-     "what would be decided now.",
+     "holds, and the rules and preferred applications that apply to the next arrangement. With WINDOW: where the window "
+     "is, why, and what would be decided now.",
      "kova explain\nkova explain Mail",
      {kWindow.optional()},
      printExplanation},

@@ -20,8 +20,8 @@ constexpr std::array<std::pair<std::string_view, LogSeverity>, 4> kWordsInFile =
                                                                                    {"warning", LogSeverity::warning},
                                                                                    {"error", LogSeverity::error}}};
 
-/// The line if it has the beginning that the agent writes: "2024-02-29 12:34:56.789 info: ".
-std::optional<LogLine> beginningOf(std::string_view text) {
+/// The line with its time and severity; absent unless it begins as in "2024-02-29 12:34:56.789 info: text".
+std::optional<LogLine> parsedLine(std::string_view text) {
     constexpr std::string_view kShape = "0000-00-00 00:00:00.000 ";
     if (text.size() < kShape.size()) return std::nullopt;
     for (std::size_t i = 0; i < kShape.size(); ++i) {
@@ -62,19 +62,19 @@ std::optional<LogSeverity> logSeverityNamed(std::string_view name) {
 
 std::vector<LogLine> LogReader::take(std::string_view text) {
     std::vector<LogLine> lines;
-    rest_ += text;
+    incompleteLine_ += text;
     std::size_t at = 0;
-    for (auto end = rest_.find('\n', at); end != std::string::npos; end = rest_.find('\n', at)) {
-        const std::string_view line = std::string_view(rest_).substr(at, end - at);
-        if (auto begun = beginningOf(line)) {
-            last_ = *std::move(begun);
+    for (auto end = incompleteLine_.find('\n'); end != std::string::npos; end = incompleteLine_.find('\n', at)) {
+        const std::string_view line = std::string_view(incompleteLine_).substr(at, end - at);
+        if (auto parsed = parsedLine(line)) {
+            last_ = *std::move(parsed);
         } else {
             last_.text = line;
         }
         if (last_.severity >= least_) lines.push_back(last_);
         at = end + 1;
     }
-    rest_.erase(0, at);
+    incompleteLine_.erase(0, at);
     return lines;
 }
 

@@ -1,4 +1,4 @@
-// Reads the files of the agent's log. The command line reads them without the agent, which may not run.
+// Reads the files of the agent's log. This does not need the agent, so the log can be read when no agent runs.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace kova::cli {
 
-/// "debug", "info", "warning" and "error" in the file.
+/// The file names these levels "debug", "info", "warning" and "error".
 enum class LogSeverity { detail, note, warning, error };
 
 std::optional<LogSeverity> logSeverityNamed(std::string_view name);
@@ -19,16 +19,16 @@ struct LogLine {
     std::string text; // as it is in the file, without the newline
 };
 
-/// Splits text into log lines. A line without the usual beginning belongs to the line before.
+/// Splits text into log lines. A line that does not begin with a time and a level gets both from the line before it.
 class LogReader {
   public:
     explicit LogReader(LogSeverity least) : least_(least) {}
-    /// The complete lines of at least the requested severity.
+    /// Returns the lines that `text` completes, if they have at least the requested severity.
     std::vector<LogLine> take(std::string_view text);
 
   private:
     LogSeverity least_;
-    std::string rest_; // an incomplete line
+    std::string incompleteLine_;
     LogLine last_;
 };
 

@@ -34,7 +34,7 @@ std::string textOr(const json& value, const char* otherwise) {
     return value.is_null() ? otherwise : value.get<std::string>();
 }
 
-std::string shape(const json& window) {
+std::string stateOf(const json& window) {
     if (!window.at("dialogOf").is_null()) return "dialog of " + window.at("dialogOf").get<std::string>();
     if (window.at("isFullScreen").get<bool>()) return "full screen";
     if (window.at("isMinimized").get<bool>()) return "minimized";
@@ -58,7 +58,7 @@ std::string displayTable(const json& displays, const json& current) {
     return table.isEmpty() ? "No display is connected.\n" : table.text();
 }
 
-/// The name of a display or tile; without one, and for null, "-". `names` are those of the result, by id.
+/// The name of the display or tile that has the id. `names` maps ids to names. "-" if the id is null or has no name.
 std::string nameOf(const json& id, const json& names) {
     return id.is_null() ? "-" : names.value(id.get<std::string>(), "-");
 }
@@ -69,7 +69,7 @@ std::string windowTable(const json& windows, const json& names) {
         const json& tile = window.at("tile");
         const std::string behind = tile.is_null() || window.at("isFront").get<bool>() ? "" : " (behind)";
         table.add({window.at("id"), window.at("application"), textOr(tile, "-"), nameOf(tile, names) + behind,
-                   frame(window.at("frame")), shape(window), window.at("title")});
+                   frame(window.at("frame")), stateOf(window), window.at("title")});
     }
     return table.isEmpty() ? "No windows.\n" : table.text();
 }
@@ -83,7 +83,7 @@ std::string tileTable(const json& tiles, const json& names) {
     return table.isEmpty() ? "No tiles.\n" : table.text();
 }
 
-/// As the queries of tiles and windows return them.
+/// The names of all displays and tiles by id, as the queries of tiles and windows return them.
 json namesIn(const json& state) {
     json names = json::object();
     for (const json& display : state.at("displays")) names[display.at("id").get<std::string>()] = display.at("name");
@@ -250,7 +250,7 @@ std::string printStatus(const json& result, const Arguments&) {
     const json& held = result.at("shortcutsHeldByOthers");
     const char* holder = result.value("shortcutHolder", "program") == "system" ? "the system" : "another program";
     for (const json& shortcut : held)
-        out += "not ours    " + line(shortcut.get<std::string>() + " is held by " + holder);
+        out += "shortcut    " + line(shortcut.get<std::string>() + " is held by " + holder);
     for (const json& problem : result.value("preferenceProblems", json::array()))
         out += "preferences " + line(problem.get<std::string>());
     if (!result.at("message").is_null()) out += "message     " + line(result.at("message").get<std::string>());

@@ -1,5 +1,4 @@
-// The parameters of verbs, one object each: the parser reads its value into the request, the help explains it and the
-// completion offers values for it.
+// Each parameter of a verb is described by one object. The parser, the help and the completion use this description.
 #pragma once
 
 #include "cli/AgentNames.h"
@@ -14,7 +13,7 @@ namespace kova::cli {
 
 struct Parameter {
     enum class Kind {
-        flag,        // present or not
+        flag,        // an option without a value
         name,        // text that is not empty
         text,        // any text
         file,        // a path
@@ -23,31 +22,31 @@ struct Parameter {
         wholeNumber, // from `least` to `most`
         number,      // a number with a fraction
     };
-    enum class Use { request, own };
+    enum class Use { request, local }; // sent to the agent, or used only by the command line
 
     Kind kind = Kind::name;
-    const char* key = "";                        // of the value in the request, or in the command line's own values
-    std::string_view flag{};                     // "--display"; empty for a word by itself
-    std::string_view value{};                    // "DISPLAY", in the help
-    std::string_view meaning{};                  // in the help
-    std::string_view words{};                    // "left right": what the completion offers, besides names
+    const char* key = "";                        // of the value in `Arguments::request` or `Arguments::local`
+    std::string_view flag{};                     // "--display"; empty for a positional parameter
+    std::string_view value{};                    // "DISPLAY": the value's placeholder in the help
+    std::string_view meaning{};                  // the explanation in the help
+    std::string_view words{};                    // "left right": values that the completion offers, besides names
     std::vector<Candidate> (*names)() = nullptr; // names that the agent knows
     double least = 0;
     double most = std::numeric_limits<int>::max(); // this value means no limit
     bool isRequired = true;
     Use use = Use::request;
 
-    constexpr bool isWord() const { return flag.empty(); }
+    constexpr bool isPositional() const { return flag.empty(); }
     /// A copy that is not required.
     constexpr Parameter optional() const {
         Parameter copy = *this;
         copy.isRequired = false;
         return copy;
     }
-    /// A copy as an option, not required.
+    /// A copy that is an option, and not required.
     constexpr Parameter asOption(std::string_view name) const { return optional().with(&Parameter::flag, name); }
     constexpr Parameter withValue(std::string_view name) const { return with(&Parameter::value, name); }
-    constexpr Parameter meaningThat(std::string_view text) const { return with(&Parameter::meaning, text); }
+    constexpr Parameter withMeaning(std::string_view text) const { return with(&Parameter::meaning, text); }
 
   private:
     constexpr Parameter with(std::string_view Parameter::*text, std::string_view newText) const {
@@ -57,7 +56,7 @@ struct Parameter {
     }
 };
 
-/// The parameters of one verb: words in their order, and options.
+/// The parameters of one verb: options, and positional parameters in their order.
 class ParameterList {
   public:
     constexpr ParameterList() = default;
@@ -72,14 +71,14 @@ class ParameterList {
     std::size_t count_ = 0;
 };
 
-// The parameters of more than one verb.
+// Parameters that several verbs have.
 
 inline constexpr Parameter kJson{.kind = Parameter::Kind::flag,
                                  .key = "json",
                                  .flag = "--json",
                                  .meaning = "print the agent's answer as JSON",
                                  .isRequired = false,
-                                 .use = Parameter::Use::own}; // taken by every verb
+                                 .use = Parameter::Use::local}; // taken by every verb
 inline constexpr Parameter kDryRun{.kind = Parameter::Kind::flag,
                                    .key = "dryRun",
                                    .flag = "--dry-run",
@@ -108,7 +107,7 @@ inline constexpr Parameter kWindow{.key = "window",
                                    .meaning = "id, application or title of a window, or a part of them",
                                    .names = windowNames};
 inline constexpr Parameter kWindowOption =
-    kWindow.asOption("--window").meaningThat("id, application or title of a window (default: the focused one)");
+    kWindow.asOption("--window").withMeaning("id, application or title of a window (default: the focused one)");
 inline constexpr Parameter kTile{.key = "tile",
                                  .value = "TILE",
                                  .meaning = "id, number or name of a tile, on the window's display",
@@ -118,7 +117,7 @@ inline constexpr Parameter kApplication{.key = "application",
                                         .meaning = "id or name of an application, or a part of it",
                                         .names = applicationNames};
 inline constexpr Parameter kListedApplication =
-    kApplication.meaningThat("id or name of an application, or a part of it, as “app list” names it");
+    kApplication.withMeaning("id or name of an application, or a part of it, as “app list” names it");
 inline constexpr Parameter kLearnedApplication{
     .key = "application",
     .value = "APP",
@@ -148,7 +147,7 @@ inline constexpr Parameter kShortcutAction{.key = "action",
 inline constexpr Parameter kFile{.kind = Parameter::Kind::file,
                                  .key = "file",
                                  .value = "FILE",
-                                 .meaning = "a JSON file; “-” for the standard stream",
-                                 .use = Parameter::Use::own};
+                                 .meaning = "a JSON file; “-” for standard input or output",
+                                 .use = Parameter::Use::local};
 
 } // namespace kova::cli

@@ -35,7 +35,7 @@ std::optional<json> wholeNumber(std::string_view text, double least, double most
     return isNumber && value >= least && value <= most ? std::optional<json>(value) : std::nullopt;
 }
 
-/// Parses a number with a fraction or an exponent; neither words like “nan” nor hexadecimal digits are numbers.
+/// Parses a decimal number, which may have a fraction and an exponent. Refuses “nan” and hexadecimal digits.
 std::optional<json> number(std::string_view text, double least, double most) {
     if (text.empty() || text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return std::nullopt;
     const std::string terminated(text);
@@ -72,8 +72,8 @@ std::string nearestOf(std::string_view wanted, const std::vector<std::string>& w
 std::string range(const Parameter& parameter) {
     const auto text = [](double limit) { return std::to_string(std::llround(limit)); };
     const std::string what = parameter.kind == Kind::number ? "a number from " : "a whole number from ";
-    const bool isOpen = parameter.most == Parameter{}.most;
-    return what + text(parameter.least) + (isOpen ? " on" : " to " + text(parameter.most));
+    const bool hasLimit = parameter.most != Parameter{}.most;
+    return what + text(parameter.least) + (!hasLimit ? " on" : " to " + text(parameter.most));
 }
 
 /// The word as the parameter's value, or an error that names what was expected.
@@ -106,7 +106,7 @@ Result<json, WrongWord> valueOf(const Parameter& parameter, std::string_view wor
     return std::move(*value);
 }
 
-/// Negative numbers are values, which may be out of range, rather than unknown options.
+/// A hyphen with a digit after it begins a negative number, not an option.
 bool looksLikeOption(std::string_view word) {
     return word.size() > 1 && word[0] == '-' && !(word[1] >= '0' && word[1] <= '9');
 }
@@ -130,7 +130,8 @@ class Parser {
                 continue;
             }
             if (!hasOptionsEnded && (word == "--help" || word == "-h")) return ParseEnd{ExitCode::done};
-            const ParseError error = !hasOptionsEnded && looksLikeOption(word) ? takeOption(word) : takeWord(word);
+            const ParseError error =
+                !hasOptionsEnded && looksLikeOption(word) ? takeOption(word) : takePositional(word);
             if (error) return wrong(*error);
         }
         for (const Parameter& parameter : verb_.parameters) {
@@ -154,10 +155,10 @@ class Parser {
     ParseError take(const Parameter& parameter, std::string_view word) {
         auto value = valueOf(parameter, word);
         if (!value) {
-            const std::string_view name = parameter.isWord() ? parameter.value : parameter.flag;
+            const std::string_view name = parameter.isPositional() ? parameter.value : parameter.flag;
             return WrongWord{std::string(name) + ": " + value.error().what, value.error().choices};
         }
-        (parameter.use == Parameter::Use::request ? arguments_.request : arguments_.own)[parameter.key] = *value;
+        (parameter.use == Parameter::Use::request ? arguments_.request : arguments_.local)[parameter.key] = *value;
         return std::nullopt;
     }
 
@@ -182,7 +183,7 @@ class Parser {
     const Parameter* optionNamed(std::string_view name) const {
         const Parameter* found = nullptr;
         eachParameter(verb_, [&](const Parameter& each) {
-            if (!each.isWord() && each.flag == name) found = &each;
+            if (!each.isPositional() && each.flag == name) found = &each;
         });
         return found;
     }
@@ -190,14 +191,14 @@ class Parser {
     std::vector<std::string> allFlags() const {
         std::vector<std::string> flags;
         eachParameter(verb_, [&](const Parameter& each) {
-            if (!each.isWord()) flags.emplace_back(each.flag);
+            if (!each.isPositional()) flags.emplace_back(each.flag);
         });
         return flags;
     }
 
-    ParseError takeWord(std::string_view word) {
+    ParseError takePositional(std::string_view word) {
         for (const Parameter& parameter : verb_.parameters) {
-            if (parameter.isWord() && !arguments_.has(parameter.key)) return take(parameter, word);
+            if (parameter.isPositional() && !arguments_.has(parameter.key)) return take(parameter, word);
         }
         return WrongWord{quoted(word) + " is a word too many"};
     }
@@ -212,7 +213,7 @@ class Parser {
     Arguments arguments_;
 };
 
-/// The text in lines of the help's width.
+/// The text, broken into lines of at most `kHelpWidth` columns.
 std::string wrapped(std::string_view text) {
     std::string out;
     std::size_t column = 0;
@@ -264,7 +265,7 @@ std::string help(const Verb& verb) {
 json helpRecord(const Verb& verb) {
     json parameters = json::array();
     eachParameter(verb, [&](const Parameter& each) {
-        parameters.push_back({{"flag", each.isWord() ? json() : json(each.flag)},
+        parameters.push_back({{"flag", each.isPositional() ? json() : json(each.flag)},
                               {"value", each.value.empty() ? json() : json(each.value)},
                               {"meaning", each.meaning},
                               {"choices", split(each.words)},

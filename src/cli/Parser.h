@@ -1,5 +1,5 @@
-// Parses the words after a verb into its arguments, and prints the help of a verb, both from the verb's row in the
-// table. A general-purpose parsing library would take longer to start than the rest of a command takes.
+// Parses the words after a verb into its arguments, and writes the help of a verb. Both use the verb's row in the
+// table. No general-purpose parsing library is used: its start would take longer than the rest of a command.
 #pragma once
 
 #include "cli/Verbs.h"
@@ -23,7 +23,7 @@ Result<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words
 std::string help(const Verb& verb);
 /// The help of a verb as a value: name, summary, description, parameters and examples.
 nlohmann::json helpRecord(const Verb& verb);
-/// "--display DISPLAY".
+/// How the help writes the parameter: "--display DISPLAY".
 std::string spelling(const Parameter& parameter);
 
 } // namespace kova::cli

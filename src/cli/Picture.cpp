@@ -12,8 +12,8 @@ namespace kova::cli {
 
 namespace {
 
-constexpr double kWidestGap = 0.09; // of the unit square: gutters and footers on a small display
-constexpr double kSame = 0.000001;
+constexpr double kWidestGap = 0.09; // in the unit square: a gutter with a footer on a small display
+constexpr double kTolerance = 0.000001;
 
 struct Interval {
     double low, high;
@@ -29,10 +29,11 @@ Interval along(const CGRect& frame, bool isX) {
 }
 
 bool overlap(Interval a, Interval b) {
-    return std::min(a.high, b.high) - std::max(a.low, b.low) > kSame;
+    return std::min(a.high, b.high) - std::max(a.low, b.low) > kTolerance;
 }
 
-/// The edges of all tiles along one axis, two a tile (low, high), moved onto the lines that neighbors share.
+/// The edges of all tiles along one axis: for each tile its low and its high edge. Edges of neighboring tiles that face
+/// each other are drawn as one line.
 class SharedEdges {
   public:
     SharedEdges(const std::vector<PictureTile>& tiles, bool isX) : line_(tiles.size() * 2), hasNeighbor_(line_.size()) {
@@ -44,25 +45,25 @@ class SharedEdges {
         for (std::size_t a = 0; a < tiles.size(); ++a) {
             for (std::size_t b = 0; b < tiles.size(); ++b) {
                 const double gap = values_[2 * b] - values_[2 * a + 1];
-                if (a == b || gap < -kSame || gap > kWidestGap) continue;
+                if (a == b || gap < -kTolerance || gap > kWidestGap) continue;
                 if (overlap(along(tiles[a].frame, !isX), along(tiles[b].frame, !isX))) join(2 * a + 1, 2 * b);
             }
         }
-        for (std::size_t edge = 0; edge < values_.size(); ++edge) places_.push_back(place(edge));
+        for (std::size_t edge = 0; edge < values_.size(); ++edge) linePositions_.push_back(linePosition(edge));
     }
 
     /// The positions of each tile's two edges on an axis of `count` characters. `count` is increased until every tile
-    /// has an inside.
+    /// has at least one character between its edges.
     std::vector<std::pair<int, int>> edgePositions(int& count) const {
         constexpr int kMostCharacters = 400;
         for (;; ++count) {
             std::vector<std::pair<int, int>> all;
-            bool hasInsides = true;
+            bool hasRoom = true;
             for (std::size_t tile = 0; tile < values_.size() / 2; ++tile) {
-                all.emplace_back(cell(2 * tile, count), cell(2 * tile + 1, count));
-                hasInsides = hasInsides && all.back().second >= all.back().first + 2;
+                all.emplace_back(characterPosition(2 * tile, count), characterPosition(2 * tile + 1, count));
+                hasRoom = hasRoom && all.back().second >= all.back().first + 2;
             }
-            if (hasInsides || count >= kMostCharacters) return all;
+            if (hasRoom || count >= kMostCharacters) return all;
         }
     }
 
@@ -77,11 +78,13 @@ class SharedEdges {
         line_[root(high)] = root(low);
     }
 
-    int cell(std::size_t edge, int count) const { return static_cast<int>(std::lround(places_[edge] * (count - 1))); }
+    int characterPosition(std::size_t edge, int count) const {
+        return static_cast<int>(std::lround(linePositions_[edge] * (count - 1)));
+    }
 
     /// The position of the edge's line, from 0 to 1: the mean of the edges on that line, or the border of the picture
     /// for an edge at the layout's margin.
-    double place(std::size_t edge) const {
+    double linePosition(std::size_t edge) const {
         double sum = 0;
         int members = 0;
         for (std::size_t other = 0; other < line_.size(); ++other) {
@@ -96,9 +99,9 @@ class SharedEdges {
     }
 
     std::vector<double> values_;
-    std::vector<std::size_t> line_; // union-find: another edge on the same line; the line's root names itself
+    std::vector<std::size_t> line_; // union-find: another edge on the same line; the root refers to itself
     std::vector<bool> hasNeighbor_;
-    std::vector<double> places_;
+    std::vector<double> linePositions_;
 };
 
 class Canvas {
@@ -157,9 +160,9 @@ class Canvas {
         return line == 0 ? " " : line == (kUp | kDown) ? "|" : line == (kLeft | kRight) ? "-" : "+";
     }
 
-    template <class Cells>
-    auto at(Cells& cells, int x, int y) -> decltype(cells[0]) {
-        return cells[static_cast<std::size_t>(y) * static_cast<std::size_t>(columns_) + static_cast<std::size_t>(x)];
+    template <class Grid>
+    auto at(Grid& grid, int x, int y) -> decltype(grid[0]) {
+        return grid[static_cast<std::size_t>(y) * static_cast<std::size_t>(columns_) + static_cast<std::size_t>(x)];
     }
 
     int columns_;

@@ -15,7 +15,7 @@ struct PictureTile {
 
 enum class Lines { box, ascii };
 
-/// One string per row. The drawing is larger than requested if a tile would have no inside.
+/// One string per row. The drawing is larger than requested if a tile would have no character between its lines.
 std::vector<std::string> drawLayout(const std::vector<PictureTile>& tiles, int columns, int rows, Lines lines);
 
 } // namespace kova::cli

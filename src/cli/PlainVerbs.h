@@ -1,4 +1,4 @@
-// Verbs that send one request, and `kova open` without a URL, which starts the agent.
+// Verbs that send one request; `kova open`, which may start the agent; and `kova subscribe`.
 #pragma once
 
 #include "cli/Verbs.h"
@@ -10,7 +10,8 @@ ExitCode run(const Verb& verb, const Arguments& arguments);
 /// Prints the result of the verb's method, as JSON with --json.
 ExitCode printAnswer(const Verb& verb, const Arguments& arguments, const nlohmann::json& result);
 
-/// Without a URL the agent is started unless it runs; it takes the place of this process.
+/// With a URL, sends it to the agent. Without a URL, shows the settings of the running agent, or starts an agent in
+/// place of this process.
 ExitCode runOpen(const Verb& verb, const Arguments& arguments);
 /// Prints each change until interrupted.
 ExitCode runSubscribe(const Verb& verb, const Arguments& arguments);

@@ -11,6 +11,7 @@ namespace {
 
 using nlohmann::json;
 
+/// Keys of texts that are not private.
 constexpr auto kHarmless = std::to_array<std::string_view>({
     "accent",
     "accentColor",
@@ -94,7 +95,7 @@ json Redactor::applied(const json& value, std::string_view key) {
     if (value.is_object()) {
         for (auto& [name, member] : out.items()) member = applied(member, isMapOfIDs(key) ? key : name);
     } else if (value.is_array()) {
-        // A text that is a whole preference is one of KOVA's own choices; texts in a list may be private.
+        // A preference that is a single text is an id or a choice that KOVA offers. Texts in a list may be private.
         for (json& element : out) element = applied(element, isPreferenceKey(key) ? "" : key);
     }
     return out;

@@ -33,7 +33,7 @@ std::string quotedName(const json& record) {
     return quoted(printable(record.at("name").get<std::string>()));
 }
 
-std::string act(const json& rule) {
+std::string dispositionOf(const json& rule) {
     return rule.at("slot").is_null() ? text(rule.at("disposition")) : "tile " + text(rule.at("slot"));
 }
 
@@ -116,7 +116,7 @@ std::string printDifferences(const json& result, const Arguments&) {
 std::string printRules(const json& result, const Arguments&) {
     Table table({{"NUMBER", Align::right}, {"NAME"}, {"DOES"}, {"ENABLED"}, {"WINDOWS", Align::right}, {"FOR"}});
     for (const json& rule : result.at("rules")) {
-        table.add({wholeNumber(rule.at("number")), text(rule.at("name")), act(rule),
+        table.add({wholeNumber(rule.at("number")), text(rule.at("name")), dispositionOf(rule),
                    rule.at("isEnabled").get<bool>() ? "yes" : "no", windowsDecided(rule), criterion(rule)});
     }
     const std::string remark = result.at("isOn").get<bool>() ? "" : std::string("\n") + kRulesAreOff;
@@ -129,7 +129,7 @@ std::string printAddedRule(const json& result, const Arguments& arguments) {
 
 std::string printChangedRule(const json& result, const Arguments&) {
     const json& rule = result.at("rule");
-    return "Rule " + quotedName(rule) + ": " + act(rule) + ", for " + criterion(rule) + "\n";
+    return "Rule " + quotedName(rule) + ": " + dispositionOf(rule) + ", for " + criterion(rule) + "\n";
 }
 
 std::string printSwitchedRule(const json& result, const Arguments&) {

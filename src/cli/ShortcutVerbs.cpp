@@ -16,7 +16,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Longer than the agent takes to send the notification in any case.
+/// The agent always sends the notification sooner than this.
 constexpr std::chrono::seconds kClaimTimeout{3};
 
 /// Why a shortcut may not work; may be empty.
@@ -42,7 +42,7 @@ ExitCode finish(Agent& agent, const Verb& verb, const Arguments& arguments, json
     return printAnswer(verb, arguments, result);
 }
 
-/// Rings the terminal's bell, where there is a terminal.
+/// Prints the message, and rings the bell of a terminal.
 void refuse(const json& message) {
     if (isatty(STDERR_FILENO)) printToStandardError("\a");
     if (message.is_string()) printToStandardError(printableLines(message.get<std::string>() + "\n"));
@@ -65,8 +65,9 @@ std::string printShortcut(const json& result, const Arguments&) {
     const json& shortcut = result.at("shortcut");
     const std::string subject = quoted(shortcut.at("title").get<std::string>());
     if (shortcut.at("keys").is_null()) return subject + " has no shortcut.\n";
-    const std::string odd = remark(shortcut);
-    return printable(subject + ": " + shortcut.at("keys").get<std::string>() + (odd.empty() ? "" : ", " + odd)) + "\n";
+    const std::string text = remark(shortcut);
+    return printable(subject + ": " + shortcut.at("keys").get<std::string>() + (text.empty() ? "" : ", " + text)) +
+           "\n";
 }
 
 ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments) {

@@ -1,4 +1,5 @@
-// The verbs for keyboard shortcuts. Whether another program holds a new combination is known a moment after it was set.
+// The verbs for keyboard shortcuts. The verbs that set a combination wait until the agent has found out whether another
+// program holds it.
 #pragma once
 
 #include "cli/Verbs.h"

@@ -1,4 +1,4 @@
-// The three standard streams, as every verb uses them.
+// Reading and writing the three standard streams; all verbs use these functions.
 #pragma once
 
 #include "cli/Agent.h"
@@ -15,15 +15,15 @@ namespace kova::cli {
 ExitCode print(std::string_view text);
 /// Writes to standard error; a failure cannot be reported anywhere.
 void printToStandardError(std::string_view text);
-/// Reports that standard output cannot be written, by `errno`, and returns the exit code.
+/// Reports that standard output cannot be written, with the reason in `errno`, and returns the exit code.
 ExitCode failUnwritten();
 /// Makes `fail` write errors as JSON documents from now on.
 void reportErrorsAsJson();
 /// Reports the error on standard error and returns its exit code.
 ExitCode fail(const CommandError& error);
-/// One document; on one line when the indentation is negative.
+/// The value as JSON text; on one line if the indentation is negative.
 std::string asText(const nlohmann::json& value, int indentation);
-/// Text that may come from other programs, made safe for a terminal line by line.
+/// Replaces what could control the terminal in text that may come from other programs; newlines are kept.
 std::string printableLines(std::string_view text);
 
 /// Whether the user can be asked: standard input and standard error are terminals.

@@ -1,4 +1,4 @@
-// Columns of text, aligned.
+// A table with aligned columns of text.
 #pragma once
 
 #include <cstddef>

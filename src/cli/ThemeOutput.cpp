@@ -34,7 +34,7 @@ std::string hexadecimal(const json& color) {
     return text.data();
 }
 
-/// Two columns in the color.
+/// Two spaces with the color as their background.
 std::string patch(const json& color) {
     const auto [red, green, blue] = bytesOf(color);
     return "\x1b[48;2;" + std::to_string(red) + ";" + std::to_string(green) + ";" + std::to_string(blue) + "m  \x1b[0m";

@@ -19,9 +19,9 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"arrange",
      "arrange",
      "put every window into a tile",
-     "Distributes the windows of all displays over the tiles of their layouts: each to the tile that suits it best, "
-     "by what was learned, by the role of its application and by where it is. Windows for which no tile is left are "
-     "minimized; none is ever closed. One undo step.",
+     "Distributes the windows of all displays over the tiles of their layouts: each window to the tile that suits it "
+     "best, by what was learned, by the role of its application and by where it is. Windows for which no tile is left "
+     "are minimized; no window is ever closed. One undo step.",
      "kova arrange\nkova arrange --dry-run",
      {kDryRun},
      printArrangement},
@@ -29,14 +29,14 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
      "arrangeAfterLaunch",
      "arrange windows once after each start of KOVA, or not",
      "Automatically arrange after launch: the agent arranges windows after its start, as “arrange” does. Windows that "
-     "were in tiles when it ended stay there.",
+     "were in tiles when the agent ended stay there.",
      "kova arrange-after-launch on",
      {kOnOff},
      printArrangeAfterLaunch},
     {"focus",
      "focus",
      "focus the window of the neighboring tile",
-     "Focuses the window in the nearest occupied tile in that direction; tiles straight ahead come first.",
+     "Focuses the window in the nearest occupied tile in that direction; tiles straight ahead take precedence.",
      "kova focus right",
      {kDirection, kWindowOption, kDisplay},
      printMessage},
@@ -58,7 +58,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
        .meaning = "next (default) or previous",
        .words = "next previous",
        .isRequired = false},
-      kTile.asOption("--tile").meaningThat("id, number or name of a tile, in place of the focused window's"),
+      kTile.asOption("--tile").withMeaning("id, number or name of a tile, in place of the focused window's"),
       kWindowOption,
       kDisplay,
       kDryRun},
@@ -66,20 +66,21 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"place",
      "place",
      "put a window into a tile",
-     "WINDOW, or the focused one, becomes the front window of the tile; the former one is stacked behind it. A tile is "
-     "named by its id, its number in the layout or its name, and is on the window's display unless --display names "
-     "another. One undo step.",
+     "WINDOW, or the focused window, becomes the front window of the tile; the former front window is stacked behind "
+     "it. A tile is named by its id, its number in the layout or its name, and is on the window's display unless "
+     "--display names another. One undo step.",
      "kova place mail 2\nkova place --tile focus-main\nkova place mail --tile 1 --dry-run",
      {kWindow.optional(), kTile.optional(),
-      kTile.asOption("--tile").meaningThat("the same; without WINDOW for the focused one"), kDisplay, kDryRun},
+      kTile.asOption("--tile").withMeaning("the tile as an option, so that WINDOW can be left out"), kDisplay, kDryRun},
      printWindowPlan,
      nullptr,
      checkPlacement},
     {"swap",
      "swap",
      "exchange a window with its neighbor or with the window of a tile",
-     "Each tile keeps its stacked windows; into an empty tile the window just moves. With a tile, --display is the "
-     "display of that tile; with a direction, the window focused last on that display is swapped. One undo step.",
+     "Each tile keeps its stacked windows. If the other tile is empty, the window just moves there. With a tile, "
+     "--display is the display of that tile; with a direction, the window focused last on that display is swapped. One "
+     "undo step.",
      "kova swap right\nkova swap 1 --window mail\nkova swap left --dry-run",
      {{.key = "with",
        .value = "WITH",
@@ -93,22 +94,22 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"focus window",
      "focus.window",
      "bring a window to the front and focus it",
-     "A stacked window becomes the front window of its tile, which is one undo step; a minimized one is restored.",
+     "A stacked window becomes the front window of its tile, which is one undo step; a minimized window is restored.",
      "kova focus window mail\nkova focus window mail --dry-run",
      {kWindow, kDryRun},
      printWindowPlan},
     {"focus display",
      "focus.display",
      "focus a window on another display",
-     "Focuses the window that was focused last on that display, else the first in its tiles.",
+     "Focuses the window that was focused last on that display, else the first window in its tiles.",
      "kova focus display 1\nkova focus display 1 --dry-run",
      {kOtherDisplay, kDryRun},
      printWindowPlan},
     {"move display",
      "move.display",
      "move a window to another display",
-     "Moves the window into a free tile of the display, preferably of the same name; without a free tile, into the "
-     "tile of the same name, whose window is then stacked behind it. One undo step.",
+     "Moves the window into a free tile of the display, preferably the tile with the same name. Without a free tile, "
+     "moves the window into the tile with the same name, whose window is then stacked behind it. One undo step.",
      "kova move display 1\nkova move display 1 --window mail",
      {kOtherDisplay, kWindowOption, kDisplay, kDryRun},
      printWindowPlan},
@@ -123,8 +124,8 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"tile",
      "tile",
      "put a window that is in no tile into one",
-     "Puts the window into the nearest free tile of its display; without a free tile, into the one that it covers most, "
-     "whose window is then stacked behind it. One undo step.",
+     "Puts the window into the nearest free tile of its display. Without a free tile, puts it into the tile that it "
+     "covers most, whose window is then stacked behind it. One undo step.",
      "kova tile\nkova tile --window mail",
      {kWindowOption, kDisplay, kDryRun},
      printWindowPlan},
@@ -138,7 +139,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
      printMessage},
     {"undo",
      "undo",
-     "step back",
+     "undo the last action",
      "Undoes the last action that rearranged windows, including drags of dividers and windows: tiles, frames, "
      "minimized and hidden windows, layouts and sizes are restored. The last 30 actions can be undone; there is no "
      "redo.",
@@ -163,7 +164,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"history",
      "history",
      "list what can be undone, newest first",
-     "For each action its time, its name, and the applications of the windows concerned.",
+     "Prints for each action its time, its name, and the applications of the windows concerned.",
      "kova history",
      {},
      printHistory},

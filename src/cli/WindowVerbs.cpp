@@ -18,7 +18,7 @@ namespace {
 using nlohmann::json;
 
 constexpr std::chrono::milliseconds kPause{100};
-constexpr int kMostTries = 25; // a placement is verified within less than a second, and repeated by polls
+constexpr int kMostTries = 25; // long enough for the verification of a placement, and for a repetition by a poll
 
 std::string line(const std::string& text) {
     return printable(text) + "\n";
@@ -46,7 +46,7 @@ std::string stepText(const json& step) {
     return name + " would float";
 }
 
-/// "Mail  Inbox  minimized".
+/// "* Mail “Inbox”, minimized"; the asterisk marks the focused window.
 std::string described(const json& window) {
     std::string out = (window.at("isFocused").get<bool>() ? "* " : "") + nameOf(window);
     const std::string state = window.at("state");

@@ -15,7 +15,7 @@ std::string printFocus(const nlohmann::json& result, const Arguments& arguments)
 std::string printWindowAt(const nlohmann::json& result, const Arguments& arguments);
 std::string printVerification(const nlohmann::json& result, const Arguments& arguments);
 
-/// Waits for placements that are under way; refused when a window is not where it was requested to be.
+/// Waits for placements that are under way. Returns `refused` if a window does not have the requested frame.
 ExitCode runVerify(const Verb& verb, const Arguments& arguments);
 
 } // namespace kova::cli

@@ -1,5 +1,5 @@
-// The command line: finds the verb, sends the request, prints the result. Nothing is built that the verb does not use,
-// so that the program starts in less time than the agent needs to respond.
+// The command line: finds the verb, sends the request, prints the result. Creates only what the verb uses, so that the
+// program starts in less time than the agent needs to respond.
 #include "cli/Completion.h"
 #include "cli/Parser.h"
 #include "cli/PlainVerbs.h"
