@@ -21,19 +21,19 @@ class MacAgent {
     MacAgent(const MacAgent&) = delete;
     MacAgent& operator=(const MacAgent&) = delete;
 
-    /// Starts the agent and opens the URLs that arrived earlier. Returns the exit code of the process if that fails,
-    /// with the reason in `startProblem`; absent on success.
+    /// Starts the agent and opens the URLs that arrived before. If the start fails, returns the exit code of the
+    /// process and sets `startProblem`; absent on success.
     [[nodiscard]] std::optional<int> start();
     /// Why the start failed, as a sentence for the user; empty on success.
     const std::string& startProblem() const { return startProblem_; }
     /// Shows hidden and minimized windows again, and writes the preferences to disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);
-    /// Call when KOVA became active: after an opening that shows no dialog, passes the activation to the application
-    /// that was active before, or to kova-ui.
+    /// Call when KOVA became active. If the user has just opened KOVA and no dialog is shown, passes the activation to
+    /// kova-ui or to the application that was active before.
     void useActivation();
-    /// Call when the user opens the program again: shows the settings or, if no program draws them, the menu of the
-    /// menu-bar item.
+    /// Call when the user opens the running program again. Shows the settings; if no program draws them, shows the menu
+    /// of the menu-bar item.
     void reopen();
 
   private:

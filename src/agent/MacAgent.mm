@@ -41,7 +41,7 @@ DispatchMainQueue& mainQueue() {
     return *queue;
 }
 
-std::string labeled(const char* suffix) {
+std::string queueLabel(const char* suffix) {
     NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
     return (identifier ? text(identifier) : std::string("kova-agent")) + suffix;
 }
@@ -95,17 +95,17 @@ struct MacAgent::Parts {
     MacOnboarding onboarding;
     MainAppLoginItem loginItem;
     ProcessRunner runner;
-    DispatchWorkQueue commandQueue{labeled(".commands")};
+    DispatchWorkQueue commandQueue{queueLabel(".commands")};
     SystemDockAutoHideService dock{runner, commandQueue, mainQueue()};
-    DispatchWorkQueue diskQueue{labeled(".disk")};
+    DispatchWorkQueue diskQueue{queueLabel(".disk")};
     MacDocumentPanels panels{mainQueue(), diskQueue};
     MacChildProcesses children{mainQueue()};
     UserInterfaceProcess userInterface{[] { return findUserInterface(text(NSBundle.mainBundle.executablePath)); },
                                        controlSocketPlace().path, mainQueue(), children};
     std::unique_ptr<UpdateChecker> updates = makeUpdateChecker();
-    DispatchWorkQueue pollingQueue{labeled(".window-snapshot")};
+    DispatchWorkQueue pollingQueue{queueLabel(".window-snapshot")};
     SessionAgent agent;
-    std::optional<MenuBar> menuBar; // once the agent has started
+    std::optional<MenuBar> menuBar; // absent until the agent has started
     // Without this activity the system slows down timers of an application without windows (App Nap). The machine may
     // still sleep.
     id<NSObject> activity =

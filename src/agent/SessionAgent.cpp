@@ -88,8 +88,8 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     return std::nullopt;
 }
 
-/// Requests are served after the first poll, so that an arrangement right after the start includes the existing
-/// windows. In a locked session there is no poll, so the wait ends at `until` (uptime).
+/// Serves requests from the first poll on, so that an arrangement right after the start includes the existing windows.
+/// In a locked session there is no poll, so requests are served from `until` (uptime) on at the latest.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
     if (!delegate_.workspace().hasPolled() && queue_.uptime() < until) {
         queue_.after(kFirstPollCheckInterval, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));

@@ -1,4 +1,5 @@
-// The agent without its platform: the workspace with its delegate, and the control socket. Main thread.
+// The part of the agent that is the same on all platforms: the workspace with its delegate, and the control socket.
+// Main thread.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -35,11 +36,12 @@ class SessionAgent {
     SessionAgent(const SessionAgent&) = delete;
     SessionAgent& operator=(const SessionAgent&) = delete;
 
-    /// Claims the session; call before anything else. Absent on failure, with the reason passed to `reportProblem`.
+    /// Claims the session, so that no other agent manages it; call before anything else. On failure returns no claim,
+    /// and passes the reason to `reportProblem`.
     static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& reportProblem);
 
-    /// Listens at the socket and begins to manage windows; clients are served after the first poll. Absent on success,
-    /// else the error for the user.
+    /// Listens at the socket and begins to manage windows; clients are served after the first poll. Returns the error
+    /// for the user; absent on success.
     [[nodiscard]] std::optional<std::string> start(AgentClaim claim);
     /// Stops managing windows. The socket stays open until the agent is destroyed.
     void stop() { delegate_.stopWorkspace(); }
@@ -50,7 +52,7 @@ class SessionAgent {
     AppDelegate& delegate() { return delegate_; }
     /// For the program or platform that draws the menu.
     KovaMenuBarContent& menu() { return menu_; }
-    /// Advice for a new user, until this agent ends; absent for other users.
+    /// Advice for a new user; absent for other users. The same user counts as new until this agent ends.
     std::optional<std::string> firstSteps();
 
   private:
@@ -58,7 +60,7 @@ class SessionAgent {
 
     MainQueue& queue_;
     AppDelegate delegate_;
-    const UserHistory userHistory_; // at the start
+    const UserHistory userHistory_; // when the agent started
     Subscription messages_;
     const std::unique_ptr<DocumentExchange> documents_; // null without panels
     KovaMenuBarContent menu_;

@@ -21,12 +21,12 @@ constexpr const char* kHelp =
     R"(usage: kova-agent [OPTION]...
 
 Divides each display into tiles and keeps the windows of this session in them. It runs until it is told to quit;
-ask it with "kova". One agent has a session.
+control it with "kova". Each session has at most one agent.
 
   --foreground   write the log to the terminal, too
-  --verbose      log what it does in detail; names and titles of windows may be among it
-  --version      print the version and end
-  --help         print this and end
+  --verbose      log in detail, including window titles and application names
+  --version      print the version and exit
+  --help         print this help and exit
 
 The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defaults.
 )";
@@ -116,7 +116,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
 
 - (void)listenToStopSignals {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        std::signal(number, SIG_IGN); // the dispatch source is notified anyway
+        std::signal(number, SIG_IGN); // the dispatch source still receives the signal
         dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(number),
                                                           0, dispatch_get_main_queue());
         dispatch_source_set_event_handler(source, ^{

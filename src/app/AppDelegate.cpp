@@ -39,7 +39,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (dockAutoHide_ && *dockAutoHide_->hidesSystemDock()) {
         dockAutoHide_->applyDockPreference();
     } else if (dockAutoHide_) {
-        dockAutoHide_->refreshDockState(); // a start changes the Dock only for users who chose to hide it
+        dockAutoHide_->refreshDockState(); // without such a choice of the user, the start does not change the Dock
     }
     settingsWindow_.emplace(overlay_, userInterface(), [this] { readSystemSettings(); });
     startWorkspace();
@@ -80,7 +80,7 @@ void AppDelegate::startWorkspace() {
             source->observeSystemActivity([this](SystemActivityEvent event) { handleSystemActivityEvent(event); }));
     }
     log(LogLevel::note, "workspace started");
-    // There is no event for a lock that began before the start.
+    // No event reports a screen lock that began before the start.
     if (services_.session.isLoginSessionScreenLocked()) handleSystemActivityEvent(SystemActivityEvent::screenDidLock);
     onboardingWindow_->showIfNeeded();
 }
@@ -108,8 +108,8 @@ void AppDelegate::stopWorkspace() {
     log(LogLevel::note, "workspace stopped");
 }
 
-/// Installs the monitors of pointer and keys again, if the permission is granted: some desktops never send events to a
-/// monitor that was installed before.
+/// Installs the monitors of pointer and keys anew if the permission is granted. Some desktops never send events to a
+/// monitor that was installed before the permission was granted.
 void AppDelegate::installMonitors() {
     removeMonitors();
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;

@@ -95,7 +95,7 @@ class AppDelegate {
     WorkspaceServices services_;
     ShellServices shell_;
     PermissionRequest permission_;
-    // In the order in which the constructors read the preferences.
+    // The order of these members is the order in which their constructors read the preferences.
     KovaOnboardingState onboarding_;
     std::optional<LaunchAtLoginController> launchAtLogin_;
     std::optional<DockAutoHideController> dockAutoHide_;

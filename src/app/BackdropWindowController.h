@@ -34,7 +34,7 @@ class BackdropWindowController {
         std::uint64_t serial = 0; // of the message
         std::optional<DisplayID> displayID;
     };
-    MessagePlace messagePlace_;               // a message stays on its display
+    MessagePlace messagePlace_;               // a message stays on the display on which it was first shown
     std::vector<Subscription> subscriptions_; // while shown
 };
 

@@ -1,6 +1,6 @@
-// The areas in which the desktop is visible between the windows in tiles: the outer margin, the strips of footers, and
-// the parts of gaps beside the dividers' handles. Some desktops move all windows aside when the wallpaper is clicked. A
-// press that misses a divider must not cause that, so these areas are guarded.
+// Some desktops move all windows aside when the wallpaper is clicked. A press that misses a divider must not cause
+// that, so the areas in which the wallpaper is visible between the windows in tiles are guarded: the outer margin, the
+// strips of footers, and the parts of gaps beside the dividers' handles.
 #pragma once
 
 #include "support/Geometry.h"

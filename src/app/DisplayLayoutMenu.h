@@ -22,13 +22,14 @@ struct DisplayLayoutMenu {
     bool operator==(const DisplayLayoutMenu&) const = default;
 };
 
-/// The layout is chosen by the display's size.
+/// The option that lets the display's size decide the layout.
 inline constexpr std::string_view kAutomaticLayoutOption = "automatic";
 
-/// In the platform's order of displays. A display for which nothing was chosen shows the layout in force as selected.
+/// One menu for each display, in the platform's order of displays. If the user has chosen no layout for a display, the
+/// layout in force is selected.
 std::vector<DisplayLayoutMenu> displayLayoutMenus(const WorkspaceController& workspace);
-/// False if the display or the option does not exist any more, or if the workspace refuses (its status message has the
-/// reason).
+/// Selects the option on the display. False if the display or the option no longer exists, or if the workspace refuses;
+/// then the workspace's status message has the reason.
 bool chooseLayout(WorkspaceController& workspace, const DisplayID& displayID, const std::string& optionID);
 
 } // namespace kova

@@ -1,6 +1,6 @@
-// Whether the system's Dock hides itself, so that tiles have the whole screen. Until the user chooses, the Dock is not
-// changed. Afterwards the Dock is changed only if it differs from the choice, since each change restarts the Dock. Main
-// thread only.
+// Lets the system's Dock hide itself, so that tiles have the whole screen. Until the user chooses, the Dock is not
+// changed. Afterwards the Dock is changed only if its state differs from the choice, since each change restarts the
+// Dock. Main thread only.
 #pragma once
 
 #include "app/DockAutoHideServicing.h"
@@ -16,7 +16,7 @@ namespace kova {
 
 class DockAutoHideController {
   public:
-    /// Both arguments outlive the controller. The system is neither read nor changed before the first call.
+    /// Both arguments outlive the controller. The constructor neither reads nor changes the Dock.
     DockAutoHideController(DockAutoHideServicing& service, PreferencesStore& defaults);
 
     /// The user's choice; without one, the system's last known state.
@@ -29,9 +29,9 @@ class DockAutoHideController {
 
     /// Stores and applies the user's choice. On a desktop without such a preference it only sets the error.
     void setHidesSystemDock(bool hides);
-    /// Changes the system if it differs from the choice. Asynchronous.
+    /// Changes the Dock if its state differs from the choice. Asynchronous.
     void applyDockPreference();
-    /// Reads the system's state without changing it. Asynchronous.
+    /// Reads the Dock's state without changing it. Asynchronous.
     void refreshDockState();
 
   private:
@@ -45,7 +45,7 @@ class DockAutoHideController {
     Published<bool> hidesSystemDock_;
     Published<bool> isPreferenceConfigured_;
     Published<std::optional<std::string>> errorMessage_;
-    std::uint64_t request_ = 0; // the newest; replies to older requests are ignored
+    std::uint64_t request_ = 0; // number of the newest request; replies to older requests are ignored
     Lifetime lifetime_;
 };
 

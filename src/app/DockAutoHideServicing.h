@@ -31,8 +31,8 @@ class DockAutoHideServicing {
     using WriteCompletion = std::function<void(const std::optional<DockAutoHideServiceError>&)>;
 
     virtual ~DockAutoHideServicing() = default;
-    /// Why this desktop has no such preference, in one sentence; absent if it has one. Otherwise do not call the
-    /// functions below.
+    /// Why this desktop has no such preference, in one sentence; absent if it has one. Call the functions below only if
+    /// this is absent.
     virtual std::optional<std::string> unavailableReason() const { return std::nullopt; }
     /// Reads whether the Dock hides itself.
     virtual void readAutoHide(ReadCompletion completion) = 0;

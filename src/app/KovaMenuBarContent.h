@@ -1,5 +1,5 @@
-// The entries of the menu and their actions. The platform draws the menu and reports the chosen entry. No toolkit is
-// used here, so that the whole menu is tested on systems without a menu bar. Main thread only.
+// The entries of the menu and their actions. The platform draws the menu and reports the chosen entry. This code uses
+// no toolkit, so that the whole menu can be tested on systems without a menu bar. Main thread only.
 #pragma once
 
 #include "app/AppDelegate.h"

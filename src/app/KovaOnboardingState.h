@@ -1,4 +1,4 @@
-// Whether onboarding is complete. Main thread only.
+// Remembers whether the user has completed the onboarding. Main thread only.
 #pragma once
 
 #include "persistence/PreferenceKeys.h"

@@ -10,7 +10,8 @@ namespace kova {
 
 namespace {
 
-/// The gap below a tile begins with its footer, which has controls of its own. `frame` is in screen space.
+/// Takes the footer out of the frame of a handle between an upper and a lower tile: the gap begins with the upper
+/// tile's footer, which has its own controls. `frame` is in screen space.
 void leaveFooterFree(LayoutAxis axis, CGRect& frame) {
     if (axis == LayoutAxis::vertical && frame.size.height > kFooterHeight) frame.size.height -= kFooterHeight;
 }
@@ -128,7 +129,8 @@ void LayoutDividerWindowController::hover(const std::optional<std::string>& hand
     if (std::exchange(hoveredID_, handleID) != handleID) board_.refresh(OverlaySection::dividers);
 }
 
-/// The workspace has cancelled the drag. The next event of the pointer may arrive only after the suspension, or never.
+/// Call when the workspace has cancelled the drag because of a suspension. The next event of the pointer may arrive
+/// only after the suspension, or never.
 void LayoutDividerWindowController::forgetPointer() {
     held_.reset();
     hoveredID_.reset();

@@ -1,6 +1,6 @@
 // Keeps a handle on every divider of every display, turns pointer events on handles into divider drags, and shows the
-// dividers in the overlay. Guards the desktop between windows if a press on the desktop would move windows aside. Main
-// thread only.
+// dividers in the overlay. On desktops where a press on the wallpaper moves windows aside, also guards the wallpaper
+// between windows. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"

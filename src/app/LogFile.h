@@ -1,4 +1,4 @@
-// Where the log goes: a file that is rotated at a size limit, with one older file, and optionally the terminal.
+// Writes the log to a file that is rotated at a size limit, with one older file, and optionally to the terminal.
 #pragma once
 
 #include "support/Log.h"

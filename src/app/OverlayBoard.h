@@ -1,5 +1,5 @@
-// Connects the overlay's controllers with its contents. Each section belongs to one controller, which fills it on
-// demand: without a watcher a refresh costs one comparison. Main thread only.
+// Connects the overlay's controllers with the overlay's contents. Each section of the contents belongs to one
+// controller, which fills it only when the section is read. Main thread only.
 #pragma once
 
 #include "control/OverlayContents.h"

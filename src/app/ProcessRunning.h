@@ -20,8 +20,8 @@ struct ProcessOutcome {
 class ProcessRunning {
   public:
     virtual ~ProcessRunning() = default;
-    /// Runs the program, given by its full path, without a shell and without input, and waits for its end. Kills it
-    /// after the deadline. Any thread but the main one.
+    /// Runs the program, given by its full path, without a shell and without input, and waits for its end. Kills the
+    /// program if it has not ended after `deadline`. Call on any thread but the main thread.
     virtual ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments,
                                Seconds deadline) = 0;
 };

@@ -1,4 +1,4 @@
-// Whether the user can see the screen, according to the system's events. A value.
+// The conditions under which the user can see the screen, according to the system's events. A plain value.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"
@@ -11,7 +11,7 @@ struct SystemActivityState {
     bool isSessionActive = true;
     bool isScreenLocked = false;
 
-    /// Changes the condition to which the event belongs.
+    /// Changes the one condition that the event reports.
     void update(SystemActivityEvent event);
     /// False if any of the four conditions keeps the user from seeing the screen.
     bool isAvailable() const { return isSystemAwake && areScreensAwake && isSessionActive && !isScreenLocked; }

@@ -47,7 +47,7 @@ void SystemDockAutoHideService::readAutoHide(ReadCompletion completion) {
             answer = value == "1" || value == "true" || value == "YES";
         } else if (outcome.ending != ProcessOutcome::Ending::exited) {
             answer = failure(commands.defaults, outcome);
-        } // else the value was never set, and the Dock does not hide
+        } // else the command failed because the value was never set: the Dock does not hide
         queue.post([completion, answer] { completion(answer); });
     });
 }

@@ -1,4 +1,4 @@
-// Start at login and the hiding Dock, as settings of the control socket.
+// The settings for the start at login and for hiding the Dock, as the control socket offers them.
 #pragma once
 
 #include "control/SystemSetting.h"

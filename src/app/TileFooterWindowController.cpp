@@ -162,8 +162,8 @@ void TileFooterWindowController::fill(OverlayContents& contents) {
     addNotice(contents.tiles);
 }
 
-/// The notice has no id of a window or tile. Finds its span by application and by the center of the claimed area, since
-/// a divider may have changed the span's frame.
+/// Adds the notice to the footer of its span. The notice names no window or tile, so its span is found by the
+/// application and by the center of the claimed area: a divider may have changed the span's frame.
 void TileFooterWindowController::addNotice(std::vector<OverlayTile>& tiles) {
     const auto& notice = *workspace_.state().placementNotice;
     const Seconds left = noticeEnd_ - queue_.uptime();

@@ -1,6 +1,6 @@
-// The strip below each tile: its name, the windows of its stack, an application that is being launched into it, and for
-// 6 seconds the notice that a window claimed further tiles. A span has one footer, along the bottom of what it covers;
-// a display that a window owns in focus mode has none. Main thread only.
+// Contents of the footers, the strips below tiles. A footer shows the tile's name, the windows of its stack, an
+// application that is being launched into the tile, and for 6 seconds the notice that a window claimed further tiles. A
+// span has one footer, below its whole area. A display in focus mode has no footers. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"

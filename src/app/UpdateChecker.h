@@ -1,4 +1,4 @@
-// Platform interface to the check for newer versions of the program; optional.
+// Platform interface to the check for newer versions of the program. Not every platform has it.
 #pragma once
 
 namespace kova {

@@ -1,4 +1,5 @@
-// Keeps the program that draws the overlay running while it is switched on, and reports its state. Main thread only.
+// Keeps kova-ui, the program that draws the overlay, running while it is switched on, and reports its state. Main
+// thread only.
 #pragma once
 
 #include "app/CrashBackoff.h"
@@ -50,7 +51,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
         std::string problem;
         std::weak_ptr<ControlPeer> reporter;
     };
-    std::optional<Report> report_; // of a kova-ui that shows nothing; reset at each start
+    std::optional<Report> report_; // why the running kova-ui shows nothing; reset at each start
     std::uint64_t run_ = 0;        // counts starts and ends; callbacks of earlier runs are ignored
     Lifetime lifetime_;
 };

@@ -1,4 +1,5 @@
-// Platform interface to the program that draws the overlay and the menu: one process, which ends with this one.
+// Platform interface to kova-ui, the program that draws the overlay and the menu. It is one process, which ends when
+// the agent's process ends.
 #pragma once
 
 #include <sys/types.h>
@@ -21,12 +22,12 @@ class UserInterfaceServicing {
     virtual ~UserInterfaceServicing() = default;
     /// Why the program is not available; absent if it is.
     virtual std::optional<std::string> unavailableReason() const = 0;
-    /// Starts the program unless it runs. `ended` is called once, on the main queue and after this has returned, when
-    /// the process ends without `end`. Main thread; never waits.
+    /// Starts the program unless it runs. When the process ends although `end` was not called, `ended` is called once,
+    /// on the main queue and after this call has returned. Main thread; never waits.
     virtual void start(std::function<void(UserInterfaceEnd)> ended) = 0;
-    /// Asks the process to end; no-op if it does not run. It may be started again at once.
+    /// Asks the process to end; no-op if it does not run. `start` may be called immediately afterwards.
     virtual void end() = 0;
-    /// Absent when it does not run.
+    /// The process; absent if the program does not run.
     virtual std::optional<pid_t> process() const = 0;
 };
 

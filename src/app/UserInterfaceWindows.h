@@ -9,8 +9,9 @@
 
 namespace kova {
 
-/// Starts kova-ui unless a client draws windows. Returns why no window can be shown; absent on success. A starting
-/// program reads the window to show from the overlay's contents, so this does not wait. `userInterface` may be null.
+/// Starts kova-ui unless a client draws windows already. Returns why no window can be shown; absent on success. Does
+/// not wait for the start: when kova-ui has started, it reads from the overlay's contents which window to show.
+/// `userInterface` may be null.
 std::optional<std::string> ensureUserInterface(const OverlayBoard& board, UserInterfaceControl* userInterface);
 
 } // namespace kova

@@ -69,7 +69,7 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
 }
 
 void WindowDragCoordinator::pressed(CGPoint location) {
-    // The window of the last press may still be moving to its final frame, or the event of its release was lost.
+    // The window of the previous press may still be moving to its final frame, or the event of the release was lost.
     if (press_ && !release_) release_ = Release{location, action::DropMode::intoTile};
     finishRelease();
     const bool beginsAtOnce = pointer_.dragsWindowsByAnyPoint() || isNearKnownTitleOrEdge(location);
@@ -94,7 +94,8 @@ void WindowDragCoordinator::beginPress(CGPoint location) {
     if (workspace_.perform(action::PressWindow{*windowID})) press_ = Press{*windowID, *frame, location};
 }
 
-/// The window may have moved already, so the last polled frame is taken as the frame at the press.
+/// Begins a press whose location did not tell whether the window is dragged. The window may have moved already, so the
+/// last polled frame counts as its frame at the press.
 void WindowDragCoordinator::beginPressByContent(CGPoint location) {
     if (!contentPress_) return;
     const CGPoint start = *contentPress_;

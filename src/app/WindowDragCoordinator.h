@@ -1,6 +1,6 @@
-// Recognizes that the user moves or resizes a window with the pointer, and reports the pointer's position and the
-// release to the workspace, which decides what happens. The overlay shows the drag while a window is moved. Main thread
-// only.
+// Recognizes that the user moves or resizes a window with the pointer. Reports the pointer's position and the release
+// to the workspace, which decides what happens. The overlay shows the drag of a window that is moved, not resized. Main
+// thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"
@@ -16,11 +16,11 @@ namespace kova {
 
 class WindowDragCoordinator {
   public:
-    /// The longest time after the release until the window has its final frame.
+    /// The time after a release within which the window gets its final frame.
     static constexpr Seconds kSettlingTime{0.05};
-    /// On desktops where windows are dragged by titles and edges, a press elsewhere in a window sends no request to its
-    /// application. Once the pointer has moved this far, the window may be dragged by its content, so a request is
-    /// sent.
+    /// On some desktops windows are usually dragged by titles and edges. There, a press elsewhere in a window sends no
+    /// request to the window's application at first. Once the pointer has moved this far, the request is sent, because
+    /// the user may be dragging the window by its content.
     static constexpr double kContentDragPoints = 24;
 
     /// All arguments outlive the coordinator.
@@ -46,7 +46,7 @@ class WindowDragCoordinator {
     };
     void handle(const PointerEvent& event);
     void pressed(CGPoint location);
-    /// `mode`: what a release of the button at the location would do.
+    /// `mode` says what a release of the button would do.
     void moved(CGPoint location, action::DropMode mode);
     void released(CGPoint location, action::DropMode mode);
     bool isNearKnownTitleOrEdge(CGPoint location) const;
@@ -71,7 +71,7 @@ class WindowDragCoordinator {
         CGPoint location{};
         action::DropMode mode = action::DropMode::intoTile;
     };
-    std::optional<CGPoint> contentPress_; // screen space; until the pointer has moved by kContentDragPoints
+    std::optional<CGPoint> contentPress_; // a press by content, in screen space; until kContentDragPoints are reached
     std::optional<Press> press_;
     std::optional<Release> release_;
     std::optional<OverlayDrag> shownDrag_; // until the button is up

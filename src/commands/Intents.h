@@ -1,5 +1,5 @@
-// The intents for assistants, launchers and automation tools, as values. Each intent stands for one URL, which the
-// program that offers it opens. The desktop entry and the Mac's Swift source are generated from these values. This
+// The intents that KOVA offers to assistants, launchers and automation tools, as values. To run an intent, such a
+// program opens the intent's URL. The desktop entry and the Mac's Swift source are generated from these values. This
 // header needs no other part of KOVA.
 #pragma once
 
@@ -26,8 +26,8 @@ struct IntentParameter {
 struct Intent {
     std::string_view typeName;
     std::string_view title;
-    std::string_view url;  // the parameter's percent-encoded value, if any, follows
-    TextAroundName dialog; // spoken when the intent runs, around the parameter's value; only `before` without one
+    std::string_view url;  // without the parameter's percent-encoded value, which is appended
+    TextAroundName dialog; // spoken when the intent runs, around the parameter's value; without parameter only `before`
     std::optional<IntentParameter> parameter;
 };
 
@@ -36,7 +36,7 @@ struct AppShortcut {
     const Intent& intent;
     std::span<const TextAroundName> phrases; // said to the assistant, around the application's name
     std::string_view shortTitle;
-    std::string_view symbol; // of the system's collection
+    std::string_view symbol; // name of an image in the system's collection
 };
 
 inline constexpr std::string_view kAppShortcutsTypeName = "KOVAAppShortcuts";

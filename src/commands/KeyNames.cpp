@@ -14,8 +14,8 @@ namespace {
 
 struct NamedKey {
     std::uint16_t code;
-    std::string_view label; // empty: the character on the key
-    std::string_view name;  // in a sentence, and typed in any case
+    std::string_view label; // empty: the key is labeled with its character
+    std::string_view name;  // used in sentences; users may type it in any case
 };
 
 constexpr std::array kNamedKeys = std::to_array<NamedKey>({
@@ -112,7 +112,7 @@ constexpr std::array kModifierNames = std::to_array<NamedModifier>({
     {"meta", modifierFlag::command},
 });
 
-/// In the order in which both kinds of desktop show them.
+/// The modifiers in the order in which both Linux desktops and Macs show them.
 struct ShownModifier {
     std::uint64_t flag;
     std::string_view word, symbol;
@@ -129,12 +129,13 @@ std::optional<std::uint64_t> modifierNamed(std::string_view word) {
     return found == kModifierNames.end() ? std::nullopt : std::optional(found->flag);
 }
 
-/// Keypad keys write the same characters as other keys; the other keys are preferred.
+/// Keypad keys type the same characters as other keys. For such a character the other key is preferred.
 bool isOnKeypad(std::uint16_t code) {
     return code >= keyCode::keypadDecimal && code <= keyCode::keypad9 && code != keyCode::f18 && code != keyCode::f19 &&
            code != keyCode::f20;
 }
 
+/// The first key for which `writes` returns true; keypad keys come last.
 template <class Writes>
 std::optional<std::uint16_t> keyThat(Writes writes) {
     for (const bool onKeypad : {false, true}) {

@@ -31,7 +31,7 @@ struct KovaShortcutEvent {
 KovaShortcutEvent eventOf(const KeyPress& press);
 
 enum class KovaShortcutAction : std::uint8_t {
-    commandCenter, // carried over from older configurations: it can have a shortcut, which does nothing
+    commandCenter, // exists only for older configurations; its shortcut does nothing
     previousLayout,
     nextLayout,
     arrangeWindows,

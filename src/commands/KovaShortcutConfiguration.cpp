@@ -12,7 +12,7 @@ namespace {
 using nlohmann::json;
 using Field = std::optional<KovaShortcut> KovaShortcutConfiguration::*;
 
-/// The member that holds the action's shortcut; null for those in `additional`.
+/// The member that holds the action's shortcut; null for actions whose shortcuts are in `additional`.
 Field fieldOf(KovaShortcutAction action) {
     switch (action) {
     case KovaShortcutAction::previousLayout:

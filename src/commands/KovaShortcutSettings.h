@@ -1,5 +1,5 @@
-// The user's shortcuts, as they are stored and changed. No change gives one combination to two actions; a stored
-// configuration that does so is kept as it is. Main thread only.
+// The user's shortcuts: reads, changes and stores them. A change that would give one combination to two actions is
+// refused; a stored configuration in which two actions have one combination is kept unchanged. Main thread only.
 #pragma once
 
 #include "commands/KovaShortcutConfiguration.h"
@@ -13,8 +13,8 @@ namespace kova {
 
 class KovaShortcutSettings {
   public:
-    /// Reads the stored configuration; the default one if none is stored or the stored one cannot be read. The store
-    /// outlives the settings.
+    /// Reads the stored configuration. Uses the default configuration if none is stored, or if the stored one cannot be
+    /// read. The store outlives the settings.
     explicit KovaShortcutSettings(PreferencesStore& defaults);
     KovaShortcutSettings(const KovaShortcutSettings&) = delete;
     KovaShortcutSettings& operator=(const KovaShortcutSettings&) = delete;
@@ -25,11 +25,11 @@ class KovaShortcutSettings {
     Published<bool> isRecording;
 
     std::optional<KovaShortcut> shortcut(KovaShortcutAction action) const;
-    /// An absent shortcut removes the action's shortcut. False, without a change, if another action has the
+    /// An absent shortcut removes the action's shortcut. Returns false and changes nothing if another action has the
     /// combination.
     [[nodiscard]] bool setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
     void restoreDefaults();
-    /// The first other action that has the shortcut's key and modifiers.
+    /// The first action other than `edited` that has the shortcut's key and modifiers.
     std::optional<KovaShortcutAction> conflictingAction(const KovaShortcut& shortcut, KovaShortcutAction edited) const;
 
   private:

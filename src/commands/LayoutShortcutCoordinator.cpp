@@ -15,11 +15,11 @@ namespace {
 
 using enum KovaShortcutAction;
 
-/// The actions that a press is compared with, in their order: all but the legacy one.
+/// The actions whose shortcuts have an effect: all but `commandCenter`.
 constexpr auto kDispatchedActions = std::span(kShortcutActions).subspan(1);
 static_assert(kShortcutActions.front() == commandCenter);
 
-/// While KOVA is paused only the shortcut that resumes it counts.
+/// While KOVA is paused, only the shortcut that resumes KOVA has an effect.
 bool actsWhilePaused(KovaShortcutAction action) {
     return action == pauseOrResume;
 }
@@ -103,7 +103,7 @@ LayoutShortcutCoordinator::LayoutShortcutCoordinator(WorkspaceController& worksp
 void LayoutShortcutCoordinator::installMonitors() {
     if (hasMonitors()) return;
     globalKeyMonitor_ = keys_.addGlobalMonitor([this](const KeyPress& press) {
-        // Handled after the work that is queued already; by then the monitors may have been removed.
+        // The press is handled after the work that is queued already. By then the monitors may have been removed.
         queue_.post(lifetime_.guard([this, event = eventOf(press)] {
             if (hasMonitors()) handle(event);
         }));
@@ -154,8 +154,8 @@ bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {
         if (openPalette_) openPalette_();
         return true;
     }
-    // An arrangement waits for a poll, to include windows opened a moment ago. Later shortcuts wait, too, to keep their
-    // order.
+    // An arrangement waits for a poll, so that it includes windows that were opened a moment ago. Shortcuts pressed
+    // meanwhile wait as well, so that all are performed in their order.
     const bool mayWait = *wanted == arrangeWindows || waiting_ > 0;
     const auto later = lifetime_.guard([this, action = *wanted] {
         --waiting_;

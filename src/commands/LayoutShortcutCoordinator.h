@@ -41,7 +41,7 @@ class LayoutShortcutCoordinator {
     std::optional<Subscription> localKeyMonitor_;
     Subscription configurationChanges_;
     Subscription heldChanges_;
-    std::vector<KeyCombination> heldByOthers_; // as last logged
+    std::vector<KeyCombination> heldByOthers_; // at the last report of held combinations
     int waiting_ = 0;                          // the number of key presses that wait for a poll
     Lifetime lifetime_;
 };
@@ -50,7 +50,7 @@ class LayoutShortcutCoordinator {
 /// none.
 std::optional<KovaShortcutAction> actionFor(const KovaShortcutConfiguration& configuration,
                                             const KovaShortcutEvent& event);
-/// The combinations to register for a configuration, each once.
+/// The combinations of a configuration that have an effect, sorted, each combination once.
 std::vector<KeyCombination> combinationsOf(const KovaShortcutConfiguration& configuration);
 
 } // namespace kova

@@ -1,5 +1,6 @@
-// The rules of recording a shortcut, for each key press: Delete clears it, Escape cancels, any other key needs a
-// modifier and must not belong to another action. Main thread only.
+// Decides for each key press during the recording of a shortcut. Delete removes the action's shortcut, and Escape
+// cancels the recording. Any other key needs a modifier, and the combination must not belong to another action. Main
+// thread only.
 #pragma once
 
 #include "commands/KovaShortcutSettings.h"
@@ -16,13 +17,13 @@ inline constexpr std::string_view kNoShortcutDescription = "Keyboard shortcut no
 /// The label of a key without a character. Stored configurations contain exactly this text.
 inline constexpr std::string_view kUnknownKeyLabel = "Key (event.keyCode)";
 
-/// The message when another action has the combination.
+/// The message for a combination that the action `holder` already has.
 std::string conflictMessage(KovaShortcutAction holder);
 
 /// Whether these modifiers are enough; Shift alone is not.
 bool canBeShortcut(std::uint64_t modifierFlags);
 
-/// The text for the key of a press.
+/// The label of the pressed key.
 std::string keyLabel(const KeyPress& press);
 
 class ShortcutRecorder {

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kScheme = "kova";
 
-/// ASCII only: letters of other scripts are not equal to ASCII ones.
+/// Changes ASCII letters only, so that no other letter becomes equal to an ASCII letter.
 std::string lowerCased(std::string_view text) {
     std::string out(text);
     for (char& c : out) {
@@ -36,7 +36,7 @@ std::optional<unsigned> hexadecimalDigit(char c) {
     return std::nullopt;
 }
 
-/// Absent for an escape without two digits, for a NUL, and if the result is not UTF-8.
+/// Absent if a percent sign has no two hexadecimal digits after it, if it encodes NUL, or if the result is not UTF-8.
 std::optional<std::string> percentDecoded(std::string_view segment) {
     std::string out;
     while (!segment.empty()) {
@@ -64,8 +64,8 @@ std::optional<std::string_view> hostOf(std::string_view authority) {
     return std::all_of(port.begin(), port.end(), isDigit) ? std::optional(authority.substr(0, colon)) : std::nullopt;
 }
 
-/// The host and the parts of the path, percent-encoded as in the URL, without empty ones; none for an invalid URL or
-/// another scheme.
+/// The host and the parts of the path, percent-encoded as in the URL; empty parts are left out. The list is empty for
+/// an invalid URL and for another scheme.
 std::vector<std::string_view> segmentsOf(std::string_view url) {
     if (url.size() > kLongestURL || std::any_of(url.begin(), url.end(), isControl)) return {};
     const auto colon = url.find(':');
@@ -104,7 +104,7 @@ std::optional<DisplayStep> displayStepNamed(std::string_view word) {
     return std::nullopt;
 }
 
-/// From 1 to 99; absent for everything else.
+/// A number from 1 to 99; absent for any other text.
 std::optional<std::size_t> tileNumberIn(std::string_view word) {
     if (word.empty() || word.size() > 2 || word.front() == '0' || !std::all_of(word.begin(), word.end(), isDigit)) {
         return std::nullopt;
@@ -114,7 +114,7 @@ std::optional<std::size_t> tileNumberIn(std::string_view word) {
     return number;
 }
 
-/// The action of the word after "focus", "move" and "swap".
+/// The action of "focus", "move" or "swap" and the words that follow: a direction, or "display" and a step.
 std::optional<URLAction> towards(std::string_view verb, std::string_view where, std::string_view step) {
     if (const auto direction = directionNamed(where)) {
         if (verb == "focus") return action::Focus{*direction};

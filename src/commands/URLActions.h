@@ -4,8 +4,8 @@
 //   kova://action/focus/left, move/up, swap/right, …    kova://action/focus/display/next, move/display/previous, …
 //   kova://action/place/2
 //
-// A URL may come from any source, also a web page. So it can only name an operation with a direction, a step, the
-// number of a tile or a scene that the user has captured.
+// A URL may come from any source, for example from a web page. So a URL can only name an operation, and a direction, a
+// step, the number of a tile, or a scene that the user has captured.
 #pragma once
 
 #include "workspace/WorkspaceAction.h"
@@ -28,9 +28,9 @@ using URLAction = std::variant<WorkspaceAction, OpenSceneNamed>;
 /// Longer URLs are ignored.
 inline constexpr std::size_t kLongestURL = 4096; // bytes
 
-/// The action of the URL; absent if there is none. Scheme, host and words of actions may be in any case; user, port,
-/// additional path parts, query and fragment are ignored. A word is percent-decoded once, after the URL was split, and
-/// must then be UTF-8 without a NUL.
+/// The action that the URL names; absent if it names none. Scheme, host and words of actions may be in any case; user,
+/// port, additional path parts, query and fragment are ignored. Each part is percent-decoded once, after the URL was
+/// split, and must then be UTF-8 without NUL.
 std::optional<URLAction> parseURLAction(std::string_view url);
 
 } // namespace kova

@@ -1,4 +1,5 @@
-// Performs the actions of `kova://` URLs. Their rate is limited, since any program can open any number of them.
+// Performs the actions of `kova://` URLs. The number of URLs in a second is limited, since any program can open any
+// number of them.
 #pragma once
 
 #include "commands/URLActions.h"
@@ -24,12 +25,12 @@ class URLHandler {
         Verdict verdict = Verdict::done;
         std::string message; // the result, or why the action was refused; may be empty
     };
-    /// Performs the URL's action. A URL that names no action is `notUnderstood`. URLs beyond 20 within a second are
-    /// `dropped`, with one line in the log for all of them.
+    /// Performs the URL's action. The verdict is `notUnderstood` if the URL names no action, and `dropped` if 20 URLs
+    /// were handled within the last second. The log gets one line for several dropped URLs.
     Response handle(std::string_view url);
 
   private:
-    bool exceedsRateLimit(); // if false, the URL has been counted
+    bool exceedsRateLimit(); // counts the URL
     Outcome run(const URLAction& action);
 
     WorkspaceController& workspace_;

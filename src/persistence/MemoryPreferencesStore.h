@@ -1,4 +1,4 @@
-// Preferences that last as long as this object.
+// Keeps preferences in memory only, as long as this object exists.
 #pragma once
 
 #include "persistence/PreferencesStore.h"

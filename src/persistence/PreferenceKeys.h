@@ -1,4 +1,4 @@
-// Every preference key. The version is part of the name: a change of format takes a new key.
+// All preference keys. A key contains the version of its value's format, so that a new format gets a new key.
 #pragma once
 
 #include <array>
@@ -21,11 +21,11 @@ inline constexpr std::string_view startAtLogin = "KOVA.startAtLogin.v1";
 inline constexpr std::string_view hideSystemDock = "KOVA.hideSystemDock.v2";
 inline constexpr std::string_view onboardingCompleted = "KOVA.onboarding.completed.v1";
 inline constexpr std::string_view userInterface = "KOVA.userInterface.v1"; // whether kova-ui is started
-inline constexpr std::string_view launchCounts = "KOVA.launchCounts.v1";   // by application, for launchers
+inline constexpr std::string_view launchCounts = "KOVA.launchCounts.v1";   // number of launches of each application
 /// On a Mac: the processes that an agent has hidden, each by process id and start time.
 inline constexpr std::string_view hiddenApplications = "KOVA.hiddenApplications.v1";
 
-/// A value under any of these keys marks an existing user.
+/// A user whose preferences contain any of these keys is not a new user.
 inline constexpr std::array existingUserKeys = {workspaceProfile,    useThemeBackground, showBrain,
                                                 showTileBackgrounds, accentColor,        autoArrangeLearning};
 

@@ -10,7 +10,7 @@ namespace {
 
 using nlohmann::json;
 
-/// The values of all sides at one place; null where a side has none.
+/// The values at one place of the four records in `MergeSides`; null where a record has no value.
 struct Sides {
     const json* base = nullptr;
     const json* ours = nullptr;
@@ -28,8 +28,8 @@ const json* member(const json* object, const std::string& key) {
     return found == object->end() ? nullptr : &*found;
 }
 
-/// An enumeration with a payload is stored as an object with one key, the name of the case. Two cases must not be
-/// merged into one object.
+/// Whether both sides changed an enumeration with a payload to different cases. It is stored as an object with one key,
+/// the name of the case, and two cases must not be merged into one object.
 bool areDifferentCases(const Sides& sides) {
     return sides.base && sides.base->size() == 1 && sides.ours->size() == 1 && sides.theirs->size() == 1 &&
            sides.ours->begin().key() != sides.theirs->begin().key();
@@ -37,8 +37,8 @@ bool areDifferentCases(const Sides& sides) {
 
 using Records = std::map<std::string, const json*>;
 
-/// The records of a list by their ids, none for an absent list; no result if the value is not a list of records with
-/// unique ids.
+/// The records of a list by their ids; empty if the list is absent. No result if the value is not a list of records
+/// with unique ids.
 std::optional<Records> recordsOf(const json* list) {
     if (!list) return Records();
     if (!list->is_array()) return std::nullopt;
@@ -50,6 +50,7 @@ std::optional<Records> recordsOf(const json* list) {
     return records;
 }
 
+/// The ids of the list's records in their order, but only ids that are also in `among`.
 std::vector<std::string> order(const json* list, const Records& among) {
     std::vector<std::string> ids;
     if (!list) return ids;
@@ -95,7 +96,7 @@ class Merger {
         return merged;
     }
 
-    /// Absent when the values are not lists of records.
+    /// The merged list of records; absent if the values are not such lists.
     JsonOrAbsent listOf(const std::string& place, const Sides& sides) {
         const auto base = recordsOf(sides.base), ours = recordsOf(sides.ours), theirs = recordsOf(sides.theirs);
         if (!base || !ours || !theirs || !sides.ours->is_array() || !sides.theirs->is_array()) return std::nullopt;
@@ -104,7 +105,8 @@ class Merger {
             const auto found = records.find(id);
             return found == records.end() ? nullptr : found->second;
         };
-        // The order is that of the side that rearranged the records; new records of the other side come last.
+        // If our side rearranged the records, the result has our order, else their order. New records of the other side
+        // come last.
         const bool isOrderOurs = order(sides.ours, *base) != order(sides.base, *ours);
         auto ids = order(isOrderOurs ? sides.ours : sides.theirs, isOrderOurs ? *ours : *theirs);
         const std::set<std::string> ordered(ids.begin(), ids.end());

@@ -1,4 +1,5 @@
-// Merges the agent's changes of a stored value with the changes that the user or another agent made in the file.
+// Merges this agent's changes of a stored value (“ours”) with the changes that the user or another agent has made in
+// the file (“theirs”).
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -19,17 +20,18 @@ struct MergeSides {
     JsonOrAbsent ours;                      // our new value
     JsonOrAbsent theirs;                    // the value in the file now
     JsonOrAbsent seen;                      // the value in the file at our last reading
-    MergeWinner winner = MergeWinner::ours; // where both sides changed one value
+    MergeWinner winner = MergeWinner::ours; // the side whose value is taken if both sides changed it
 };
 
 struct Merged {
     JsonOrAbsent value;
-    /// Places where a change of the other side was overruled for the first time: "KOVA.workspaceProfile.v1.tileInset".
+    /// Places such as "KOVA.workspaceProfile.v1.tileInset" at which our value replaced a change of theirs that is new
+    /// since our last reading.
     std::vector<std::string> disputed;
 };
 
-/// Merges objects member by member, and lists of records with an "id" record by record. Any other value is taken as a
-/// whole from one side.
+/// Merges objects member by member, and lists of records that have an "id" record by record. Any other value is taken
+/// as a whole from one side. `place` is the name of the value in `disputed`.
 Merged merge(const std::string& place, const MergeSides& sides);
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// Where preferences are kept: typed values under versioned keys.
+// Interface to the stored preferences: typed values under versioned keys.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// JSON text of a record; on disk it may be kept as structure rather than as text.
+/// A record as JSON text. A store may write the record to disk as part of its own JSON document, not as a text.
 struct PreferenceData {
     std::string json;
     bool operator==(const PreferenceData&) const = default;
@@ -25,7 +25,8 @@ class PreferencesStore {
 
     /// Absent when nothing is stored under the key.
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-    /// The value is written to disk soon after; `save` reports when it is on disk, `synchronize` waits until it is.
+    /// Sets the value, and writes it to disk soon afterwards. `save` reports when that is done, `synchronize` waits for
+    /// it.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
     /// Sets a value that is expensive to make. A store may call `make` only when the value is read or written to disk,
     /// and never if another value replaces it first, so `make` must own all that it uses. The default implementation
@@ -33,12 +34,13 @@ class PreferencesStore {
     virtual void setValueLater(std::string_view key, std::function<PreferenceValue()> make) { setValue(key, make()); }
     virtual void removeValue(std::string_view key) = 0;
 
-    /// Called with the result of a save: absent if everything is on disk, else why changes are in memory only.
+    /// Called with the result of a save: absent if everything is on disk, else the reason why changes are only in
+    /// memory.
     using SaveHandler = std::function<void(const std::optional<std::string>& problem)>;
     /// Begins to write all changes and returns. `done` is called when the write has succeeded or failed, immediately if
     /// there is nothing to write, and never if the store is destroyed first.
     virtual void save(SaveHandler done) = 0;
-    /// Waits until everything set so far is on disk, or could not be written.
+    /// Waits until everything that was set is on disk, or writing it has failed.
     virtual void synchronize() = 0;
 
     /// Reports that the value under the key, or the part that the reason names, is unusable. The store keeps a copy
@@ -47,7 +49,7 @@ class PreferencesStore {
     /// Problems of the store and its values, for the user; empty for none.
     virtual std::vector<std::string> problems() const = 0;
 
-    /// Whether anything is stored under the key, also a value of a type that `PreferenceValue` lacks.
+    /// Whether any value is stored under the key, even one whose type `PreferenceValue` does not have.
     virtual bool contains(std::string_view key) const { return value(key).has_value(); }
     std::optional<bool> boolean(std::string_view key) const { return typed<bool>(key); }
     std::optional<std::string> string(std::string_view key) const { return typed<std::string>(key); }

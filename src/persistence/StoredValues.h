@@ -1,4 +1,5 @@
-// Reads preferences and reports unusable values to the store, so that they are not mistaken for absent ones.
+// Reads preferences and reports unusable values to the store. An unusable value is treated as absent, but the store
+// keeps a copy of it.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -12,7 +13,8 @@
 
 namespace kova {
 
-/// The stored value of type `T`; absent if there is none, or one of another type, which is reported to the store.
+/// The stored value of type `T`; absent if there is none. A value of another type is reported to the store and counts
+/// as absent.
 template <class T>
 std::optional<T> storedValue(PreferencesStore& store, std::string_view key, const char* expected) {
     auto stored = store.value(key);
@@ -30,7 +32,8 @@ inline std::optional<std::string> storedString(PreferencesStore& store, std::str
     return storedValue<std::string>(store, key, "expected a text");
 }
 
-/// The stored record; absent if there is none, or one that `decode` refuses, which is reported to the store.
+/// The stored record; absent if there is none. A record that `decode` refuses is reported to the store and counts as
+/// absent.
 template <class Record, class Decode>
 std::optional<Record> storedRecord(PreferencesStore& store, std::string_view key, Decode decode) {
     const auto data = storedValue<PreferenceData>(store, key, "expected an object");

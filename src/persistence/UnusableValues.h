@@ -1,4 +1,4 @@
-// The unusable values of a store, and where their copies are kept.
+// The list of a store's unusable values, with the reason and the place of the copy of each.
 #pragma once
 
 #include <set>
@@ -12,7 +12,7 @@ class UnusableValues {
   public:
     /// Records the key and the reason. False if both were recorded before.
     bool note(std::string_view key, const std::string& reason);
-    /// Keys of values without a copy.
+    /// The keys of values that have no copy yet.
     std::set<std::string, std::less<>> notKept() const;
     /// Records that the values of these keys have a copy at the place.
     void keptAt(const std::set<std::string, std::less<>>& keys, const std::string& place);

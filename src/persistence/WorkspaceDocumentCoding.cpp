@@ -16,7 +16,7 @@ json encode(Date date, DateCoding dates) {
     return dates == DateCoding::iso8601 ? json(iso8601(date)) : json(secondsSince2001(date));
 }
 
-/// JSON cannot express numbers that are not finite; `other` replaces them.
+/// The number if it is finite, else `other`: JSON has only finite numbers.
 double writable(double number, double other) {
     return std::isfinite(number) ? number : other;
 }
@@ -169,7 +169,8 @@ std::optional<DecodingError> whyUnreadable(const WorkspaceProductDocument& docum
         if (auto error = whyUnreadable(document.scenes[i].displays, path + ".displays")) return error;
         if (auto error = whyUnreadable(document.scenes[i].placements, path + ".placements")) return error;
     }
-    // Indentation makes a list of one-digit numbers 9.5 times as long; everything else grows less.
+    // Indentation makes the exported text longer than the stored text. A list of one-digit numbers becomes 9.5 times as
+    // long; everything else grows less.
     constexpr std::size_t kLargestGrowth = 12;
     if (storedBytes <= kMaximumImportBytes / kLargestGrowth) return std::nullopt;
     if (exported(document).size() > kMaximumImportBytes) return tooLarge();

@@ -83,7 +83,7 @@ bool WorkspaceDocumentReader::key(std::string& name) {
     Record& record = records_.back();
     if (!record.containers.empty()) {
         json& member = (*record.containers.back())[name];
-        member = nullptr; // of two members with the same name the second counts
+        member = nullptr; // if two members have the same name, the second one is used
         record.containers.push_back(&member);
         return true;
     }
@@ -151,7 +151,7 @@ bool WorkspaceDocumentReader::open(json container) {
     return true;
 }
 
-/// Of two lists with the same name the second counts, as for any other member.
+/// If two lists have the same name, the second one is used, as for any other member.
 void WorkspaceDocumentReader::openList(Record& record) {
     record.list = record.key;
     record.entries = 0;

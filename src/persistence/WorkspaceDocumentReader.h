@@ -1,5 +1,5 @@
-// Reads a workspace document from the parser's events. Scenes and their entries become records as soon as their closing
-// brace is read; unknown members are skipped; the first error ends the reading.
+// Reads a workspace document from the events of a JSON parser. A scene, display, placement or rule is decoded as soon
+// as its closing brace is read. Unknown members are skipped. The first error ends the reading.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -18,14 +18,14 @@ enum class DateCoding { secondsSince2001, iso8601 };
 /// The error for a record at the path that exceeds `kMaximumValuesPerRecord`.
 DecodingError tooManyValues(const std::string& path);
 
-/// Listens to the JSON library's parser, which prescribes the names of the event functions. These throw
-/// `DecodingError`.
+/// Receives the events of the JSON library's parser, which prescribes the names of the event functions. The event
+/// functions throw `DecodingError`.
 class WorkspaceDocumentReader {
   public:
     using json = nlohmann::json;
 
     explicit WorkspaceDocumentReader(DateCoding dates) : dates_(dates) {}
-    /// The document, once all of it was parsed.
+    /// The document; call after the parser has ended.
     WorkspaceProductDocument take() { return std::move(document_); }
 
     bool null() { return scalar(nullptr); }
@@ -44,7 +44,7 @@ class WorkspaceDocumentReader {
 
   private:
     enum class Kind { document, scene, display, placement, rule };
-    /// A record before its closing brace.
+    /// A record whose closing brace has not been read yet.
     struct Record {
         Record(Kind recordKind, std::string recordPath) : kind(recordKind), path(std::move(recordPath)) {}
 
@@ -52,10 +52,10 @@ class WorkspaceDocumentReader {
         std::string path;
         json members = json::object(); // members read so far, without lists
         std::string key;               // of the next member
-        std::vector<json*> containers; // inside that member, the innermost last
-        std::size_t values = 0;
-        std::string list;        // the list that is open, by its key; empty when none is
-        std::size_t entries = 0; // read from that list so far
+        std::vector<json*> containers; // open arrays and objects inside that member, the innermost last
+        std::size_t values = 0;        // number of JSON values read so far
+        std::string list;              // key of the list that is being read; empty outside lists
+        std::size_t entries = 0;       // number of entries read from that list so far
     };
 
     static Kind entryKind(const std::string& list);
@@ -82,7 +82,7 @@ class WorkspaceDocumentReader {
     std::vector<WorkspaceScenePlacement> placements_;
     std::vector<Record> records_; // the innermost last
     int depth_ = 0;
-    int skipped_ = 0; // containers open inside an unknown member
+    int skipped_ = 0; // number of open arrays and objects inside an unknown member
 };
 
 } // namespace kova

@@ -20,7 +20,7 @@ namespace kova {
 struct WorkspaceWindowReference {
     std::optional<BundleID> bundleIdentifier;
     std::string applicationName;
-    std::optional<std::string> titleHint; // the title at capture; absent when it was empty
+    std::optional<std::string> titleHint; // the title when the scene was captured; absent if the title was empty
     bool operator==(const WorkspaceWindowReference&) const = default;
 };
 
@@ -28,10 +28,10 @@ struct WorkspaceScenePlacement {
     Uuid id = Uuid::random();
     WorkspaceWindowReference window;
     std::int64_t displayOrdinal = 0;
-    SlotID slotID; // of the anchor tile, when the window spans several
+    SlotID slotID; // for a span, the slot of its anchor
     std::int64_t stackIndex = 0;
     std::optional<std::vector<SlotID>> claimedSlotIDs; // sorted
-    std::optional<bool> isActive;                      // in front of its tile
+    std::optional<bool> isActive;                      // the window was the front window of its tile
     bool operator==(const WorkspaceScenePlacement&) const = default;
 };
 
@@ -77,7 +77,7 @@ struct WorkspaceRule {
     Uuid id = Uuid::random();
     std::string name;
     bool isEnabled = true;
-    // Criteria: all that are present must hold, and a rule without any never matches.
+    // The criteria: a window matches if it meets all that are present. A rule without criteria matches no window.
     std::optional<BundleID> bundleIdentifier;
     std::optional<std::string> applicationName;
     std::optional<std::string> titleContains;
@@ -88,12 +88,13 @@ struct WorkspaceRule {
 struct WorkspaceProductDocument {
     std::int64_t version = 1;           // always written as 1, ignored when read
     std::vector<WorkspaceScene> scenes; // the newest last
-    std::vector<WorkspaceRule> rules;   // the first that matches decides
+    std::vector<WorkspaceRule> rules;   // the first rule that matches a window decides
     std::optional<Uuid> activeSceneID;
     bool operator==(const WorkspaceProductDocument&) const = default;
 };
 
-/// An index counted from 1. The largest integer, which an imported document may contain, stays unchanged.
+/// The number that is shown for an index: the first index is 0, the first number 1. The largest integer, which an
+/// imported document may contain, stays unchanged.
 inline std::int64_t countedFromOne(std::int64_t index) {
     return index == std::numeric_limits<std::int64_t>::max() ? index : index + 1;
 }

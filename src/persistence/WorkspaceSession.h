@@ -1,4 +1,4 @@
-// The stored record for the next start: which window is in which tile, and how each window is recognized.
+// The record from which a restarted agent continues: which window was in which tile, and how each window is recognized.
 #pragma once
 
 #include "layout/TileTarget.h"
@@ -21,7 +21,7 @@ namespace kova {
 struct WorkspaceSessionWindow {
     WindowID id;
     pid_t processIdentifier = 0;
-    std::optional<std::string> processStart{}; // distinguishes the process from later ones with its id
+    std::optional<std::string> processStart{}; // distinguishes the process from later processes with the same id
     std::optional<BundleID> bundleIdentifier{};
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
@@ -31,7 +31,7 @@ struct WorkspaceSessionWindow {
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
 
-/// The assignments of the workspace, with the window ids of the time at which the session was stored.
+/// The assignments of the workspace, with the window ids that were valid when the session was stored.
 struct WorkspaceSessionTiles {
     std::map<TileTarget, WindowID> assignedWindowIDs;
     std::map<TileTarget, std::vector<WindowID>> stackWindowIDs; // front first

@@ -1,5 +1,5 @@
-// Dates of stored records, to the microsecond, and their two formats. Every date that can be read, from the year 0000
-// to 9999, can be written in both.
+// Dates of stored records, to the microsecond, and their two formats. Every date that can be read lies in the years
+// 0000 to 9999, and can be written in both formats.
 #pragma once
 
 #include <chrono>
@@ -18,7 +18,7 @@ std::optional<Date> dateFromSecondsSince2001(double seconds);
 
 /// YYYY-MM-DDTHH:MM:SSZ, rounded down to a whole second.
 std::string iso8601(Date date);
-/// Reads exactly that form; absent for any other text, and for a date that does not exist.
+/// Reads exactly the form that `iso8601` writes; absent for any other text, and for a date that does not exist.
 std::optional<Date> dateFromIso8601(std::string_view text);
 
 /// The date in the user's time zone: "Nov 14, 18:12".

@@ -1,5 +1,4 @@
-// The result of decoding a stored record: the record, or an error with its place. Code that only passes records on
-// needs no other header.
+// The result of decoding a stored record: the record, or an error that names its place in the document.
 #pragma once
 
 #include <stdexcept>
@@ -18,7 +17,7 @@ class DecodingError : public std::runtime_error {
     std::string path_;
 };
 
-/// The record, or an error with its place.
+/// The record, or the error.
 template <class T>
 using Decoded = std::variant<T, DecodingError>;
 

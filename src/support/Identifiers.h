@@ -1,5 +1,6 @@
-// The ids of windows, displays, slots and applications, each a type of its own, so that none can be passed for another.
-// They are converted to and from text only where they are stored, sent on the socket or read from a desktop.
+// The ids of windows, displays, slots and applications. Each kind of id has its own type, so that a window id cannot be
+// passed for a display id. Ids are converted to and from text only where they are stored, sent on the socket or read
+// from a desktop.
 #pragma once
 
 #include <compare>
@@ -38,7 +39,8 @@ class Identifier {
         json = id.text();
     }
 
-    /// The JSON library would write a map with ids for keys as an array of pairs; an object takes their texts.
+    /// The JSON library would write a map whose keys are ids as an array of pairs. Write an object with the ids' texts
+    /// instead.
     template <class Json, class Value>
     friend void to_json(Json& json, const std::map<Identifier, Value>& map) = delete;
 

@@ -6,7 +6,7 @@ namespace kova {
 
 namespace {
 
-/// The library's reason without its prefix of error names and numbers.
+/// The part of the library's error text after `mark`: the reason without error names and numbers.
 std::string after(std::string_view mark, std::string_view text) {
     const auto at = text.find(mark);
     const std::string_view reason = at == std::string_view::npos ? text : text.substr(at + mark.size());
@@ -15,8 +15,8 @@ std::string after(std::string_view mark, std::string_view text) {
     return reason.size() <= kLongestReason ? std::string(reason) : std::string(reason.substr(0, kLongestReason)) + "…";
 }
 
-/// Counts brackets before the text is parsed. The library could call a function that counts them, but then it searches
-/// all siblings of each object at its end, so that a list of many objects takes quadratic time.
+/// Counts brackets before the text is parsed. The library could call a function for each bracket that it parses. But
+/// then it searches all siblings of an object at the object's end, so that a list of many objects takes quadratic time.
 bool isNestedDeeperThan(int levels, std::string_view text) {
     int depth = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -1,5 +1,6 @@
 // Reading JSON with errors that name the place: `scenes[2].displays[0].layoutID: expected a string`.
-// Unknown keys are ignored; null is absent for an optional field and an error for a required one; 1.0 is an integer.
+// Unknown keys are ignored. Null counts as absent for an optional field, and is an error for a required field. The
+// number 1.0 is an integer.
 #pragma once
 
 #include "support/Decoded.h"
@@ -36,8 +37,8 @@ class JsonCursor {
     std::vector<std::pair<std::string, JsonCursor>> members() const;
     JsonCursor required(std::string_view key) const;
     std::optional<JsonCursor> optional(std::string_view key) const;
-    /// The one member of an enumeration with a payload: the case name and its payload object. Any other number of
-    /// members fails with "Invalid number of keys found, expected one.".
+    /// Reads an enumeration with a payload: an object with one member, whose key is the case and whose value is the
+    /// payload. Any other number of members fails with "Invalid number of keys found, expected one.".
     std::pair<std::string, JsonCursor> soleCase() const;
 
   private:
@@ -48,7 +49,7 @@ class JsonCursor {
 /// A key as shown in errors. A long key is cut, since it is part of every path below it.
 std::string shownKey(std::string_view key);
 
-/// Deeper documents are refused.
+/// Documents with more nested arrays and objects are refused.
 inline constexpr int kMaximumJsonDepth = 64;
 /// The library's parse error as a `DecodingError` with a text of limited length.
 DecodingError notJson(const nlohmann::json::exception& error);

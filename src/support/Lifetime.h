@@ -1,4 +1,5 @@
-// Disables callbacks once their owner is destroyed. Keep it as the last member, so that it ends first.
+// Disables callbacks once their owner is destroyed. Declare it as the owner's last member, so that it is destroyed
+// first.
 #pragma once
 
 #include <memory>

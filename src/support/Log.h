@@ -1,5 +1,5 @@
-// The agent's log of its own work, for diagnosis. Titles of windows are private: they are logged at the level `detail`
-// only, which is off unless the user asks for it.
+// The agent's log, for diagnosis. Titles of windows are private: they are logged only at the level `detail`, which is
+// off unless the user turns it on.
 #pragma once
 
 #include <functional>

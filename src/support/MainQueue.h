@@ -1,5 +1,5 @@
-// The main queue, its clock and its timers. All state lives on it, and code sleeps, reads a clock or sets a timer only
-// through it, so that tests can advance time.
+// The main queue, its clock and its timers. All state lives on the main queue. Code reads a clock or sets a timer only
+// through the main queue, so that tests can advance time.
 #pragma once
 
 #include <chrono>
@@ -33,11 +33,11 @@ class MainQueue {
     virtual Seconds uptime() const = 0;
 };
 
-/// A serial worker beside the main queue, for work that may wait for other processes. It runs one job after the other.
+/// A queue with its own thread, for jobs that may wait for other processes. It runs one job after the other.
 class WorkQueue {
   public:
     virtual ~WorkQueue() = default;
-    /// Any thread may call. Jobs not begun when the queue ends are dropped.
+    /// Any thread may call. Jobs that have not begun when the queue is destroyed are dropped.
     virtual void post(std::function<void()> job) = 0;
 };
 

@@ -23,7 +23,7 @@ class KOVA_THREAD_SAFETY(capability("mutex")) Mutex {
   public:
     void lock() KOVA_THREAD_SAFETY(acquire_capability()) { mutex_.lock(); }
     void unlock() KOVA_THREAD_SAFETY(release_capability()) { mutex_.unlock(); }
-    /// For a lambda that is called while the mutex is held, which the analysis cannot see. Does nothing.
+    /// Tells the analysis that the mutex is held, as in a lambda whose caller holds it. Does nothing.
     void assertHeld() const KOVA_THREAD_SAFETY(assert_capability(this)) {}
 
   private:

@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// Keeps an observer registered for as long as the subscription exists, which may outlive the observed value.
+/// Keeps an observer registered as long as the subscription exists. A subscription may outlive the observed value.
 class Subscription {
   public:
     Subscription() = default;
@@ -40,7 +40,8 @@ class Observers {
     void notify(Arguments... arguments) {
         notifyWhile([] { return true; }, arguments...);
     }
-    /// Notifies the observers while `isWanted` returns true; it is called before each observer.
+    /// Notifies one observer after the other, and stops when `isWanted` returns false. `isWanted` is called before each
+    /// observer.
     template <std::predicate IsWanted>
     void notifyWhile(IsWanted isWanted, Arguments... arguments) {
         std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
@@ -82,7 +83,7 @@ class Published {
 
   private:
     T value_{};
-    std::uint64_t round_ = 0; // counts the changes of which observers were notified
+    std::uint64_t round_ = 0; // number of changes so far
     mutable Observers<const T&> observers_;
 };
 

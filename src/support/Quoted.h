@@ -1,4 +1,4 @@
-// Names in texts for the user.
+// Puts names in quotation marks in texts for the user.
 #pragma once
 
 #include <string>
@@ -9,7 +9,8 @@ namespace kova {
 struct Quoting {
     std::string operator()(std::string_view name) const { return "“" + std::string(name) + "”"; }
 };
-/// quoted("Work") is "“Work”". This is not a function, since a call with a std::string could also mean std::quoted.
+/// quoted("Work") is "“Work”". An object, not a function: a function call with a std::string could also mean
+/// std::quoted.
 inline constexpr Quoting quoted;
 
 } // namespace kova

@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// The two types must differ. Access the value only if there is one.
+/// The two types must differ. Access the value only if the result converts to true, else the error.
 template <class Value, class Error>
 class [[nodiscard]] Result {
   public:

@@ -7,7 +7,8 @@
 
 namespace kova {
 
-/// Windows round their frames, and window managers add or take a point.
+/// The tolerance between a requested frame and the frame that a window took: windows round their frames, and window
+/// managers add or subtract a point.
 inline constexpr double kFrameTolerancePoints = 2;
 /// The tolerance between two readings of one window's frame, which differ only by rounding.
 inline constexpr double kRoundingPoints = 0.5;

@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-/// Bytes; longer texts are not typing errors, and comparing them would take long.
+/// In bytes. A longer text is not a misspelled word, and its comparison would take long.
 constexpr std::size_t kLongestCompared = 64;
 
 } // namespace

@@ -9,11 +9,12 @@
 
 namespace kova {
 
-/// The number of edits that make `b` of `a`. An edit inserts, drops or replaces a byte, or exchanges two adjacent ones.
+/// The number of edits that turn `a` into `b`. An edit inserts, drops or replaces a byte, or exchanges two adjacent
+/// bytes.
 std::size_t editDistance(std::string_view a, std::string_view b);
 
-/// The index of the word with the fewest edits. Absent if that takes more than two edits, or more than one if `wanted`
-/// has at most four bytes. Upper and lower case are different letters.
+/// The index of the word that needs the fewest edits. Absent if it needs more than two edits, or more than one edit if
+/// `wanted` has at most four bytes. Upper and lower case are different letters.
 std::optional<std::size_t> nearestWord(std::string_view wanted, std::span<const std::string> words);
 
 } // namespace kova

@@ -38,7 +38,7 @@ int replaceFileAtomically(const fs::path& target, std::string_view text, const F
                           struct stat* written) {
     const fs::path folder = target.parent_path();
     const fs::path draft = folder / (draftPrefix(target) + std::to_string(getpid()));
-    unlink(draft.c_str()); // left behind by a process that had the same number
+    unlink(draft.c_str()); // an earlier process with the same id may have left a draft behind
     int error = 0;
     {
         const Descriptor file(open(draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, how.mode));

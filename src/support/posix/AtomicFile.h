@@ -12,7 +12,7 @@
 
 namespace kova {
 
-/// Owns a file descriptor and closes it; negative: none.
+/// Owns a file descriptor and closes it. A negative number means no descriptor.
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -34,7 +34,7 @@ class Descriptor {
 enum class Durability {
     survivesPowerLoss,        // waits for the disk
     contentSurvivesPowerLoss, // syncs only the file; the caller syncs the folder
-    survivesProcess,
+    survivesProcess,          // syncs nothing
 };
 
 struct FileReplacement {
@@ -47,7 +47,7 @@ struct FileReplacement {
 [[nodiscard]] int replaceFileAtomically(const std::filesystem::path& target, std::string_view text,
                                         const FileReplacement& how, struct stat* written = nullptr);
 
-/// The name of a draft is this prefix, followed by the number of the process that writes it.
+/// The name of a draft is this prefix, followed by the id of the process that writes the draft.
 std::string draftPrefix(const std::filesystem::path& target);
 
 } // namespace kova

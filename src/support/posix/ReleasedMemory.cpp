@@ -19,7 +19,7 @@ namespace kova {
 
 namespace {
 
-/// The first line of a mapping: "7f5c3000-7f5c5000 r-xp 00001000 08:01 1234   /usr/lib/libx.so".
+/// The first line of a mapping in smaps: "7f5c3000-7f5c5000 r-xp 00001000 08:01 1234   /usr/lib/libx.so".
 struct MappingLine {
     MappedPages pages;
     std::string permissions, path;
@@ -47,15 +47,15 @@ bool isUnwrittenFile(const MappingLine& mapping) {
 } // namespace
 
 std::vector<MappedPages> unchangedFilePages(std::istream& smaps) {
-    constexpr std::string_view kOwnPages = "Anonymous:";
+    constexpr std::string_view kChangedPages = "Anonymous:";
     std::vector<MappedPages> found;
     std::optional<MappingLine> mapping;
     for (std::string line; std::getline(smaps, line);) {
         if (auto next = mappingIn(line)) {
             mapping = std::move(next);
-        } else if (mapping && line.starts_with(kOwnPages)) {
+        } else if (mapping && line.starts_with(kChangedPages)) {
             std::size_t kilobytes = 1;
-            std::istringstream(line.substr(kOwnPages.size())) >> kilobytes;
+            std::istringstream(line.substr(kChangedPages.size())) >> kilobytes;
             if (kilobytes == 0 && isUnwrittenFile(*mapping)) found.push_back(mapping->pages);
             mapping.reset();
         }
@@ -70,7 +70,7 @@ void releaseUnusedMemory() {
 #if defined(__linux__)
     std::ifstream smaps("/proc/self/smaps");
     for (const MappedPages& pages : unchangedFilePages(smaps)) {
-        // The address is one of this process, as a number.
+        // smaps gives an address of this process as a number.
         madvise(reinterpret_cast<void*>(pages.begin), pages.length, MADV_DONTNEED); // NOLINT
     }
 #endif

@@ -1,4 +1,4 @@
-// Returns memory to the system that a program needed only for a while.
+// Returns unused memory of a program to the system.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ struct MappedPages {
     bool operator==(const MappedPages&) const = default;
 };
 /// Finds in the text of /proc/PID/smaps the mappings that can be read again from their file: private, not writable, and
-/// without pages that differ from the file. Data of libraries that was relocated and then made read-only does differ.
+/// without pages that differ from the file. Relocated data of libraries differs, although it is not writable.
 std::vector<MappedPages> unchangedFilePages(std::istream& smaps);
 
 } // namespace kova

@@ -1,6 +1,6 @@
 #include "support/text/Text.h"
 
-// The C interface, since a Mac has only that.
+// Uses the C interface of the library, since a Mac has no other.
 #include <unicode/uchar.h>
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
@@ -57,7 +57,8 @@ std::string encode(std::u16string_view text) {
     return out;
 }
 
-/// Runs a function of the library that fills a buffer and returns the length of the result; `text` if it fails.
+/// Runs a function of the library that fills a buffer and returns the length of the result. Returns the filled buffer,
+/// or `text` if the function fails.
 template <class Fill>
 std::u16string filled(std::u16string_view text, Fill fill) {
     std::u16string out(text.size() * 3 + 16, u'\0');
@@ -76,8 +77,8 @@ std::u16string composed(std::u16string_view text) {
     });
 }
 
-/// The language by which the session orders text. The "C" locale orders by code points, capitals first, which users do
-/// not expect, so the order of most languages replaces it.
+/// The locale by which the session orders text. The "C" locale orders by code points, with capitals first. Users do not
+/// expect this, so the library's general order replaces it.
 const char* comparisonLocale() {
     char variant[16] = "";
     UErrorCode status = U_ZERO_ERROR;
@@ -85,11 +86,11 @@ const char* comparisonLocale() {
     return U_SUCCESS(status) && std::string_view(variant) == "POSIX" ? "" : nullptr;
 }
 
-/// Whether the session's language sorts printable ASCII in the library's general order, and no two letters as one.
-/// Only the most common of these languages are listed; for all others the library compares.
+/// Whether the session's language sorts printable ASCII in the library's general order, and treats no two letters as
+/// one. Only the most common languages of this kind are listed; for all other languages the library compares.
 bool comparesAsciiPlainly() {
 #if defined(__APPLE__)
-    return false; // the system, not the environment, says which language it is
+    return false; // the language is a setting of the system, not of the environment
 #else
     const char* locale = "";
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
@@ -107,8 +108,8 @@ bool comparesAsciiPlainly() {
 #endif
 }
 
-/// The general order of printable ASCII without regard to case, known here because the library's data costs half a
-/// megabyte when it is touched, and most names need nothing else.
+/// Compares printable ASCII in the library's general order, without regard to case. Most names need nothing else, and
+/// the library's data would take half a megabyte of memory once it is used.
 int comparePrintableAscii(std::string_view a, std::string_view b) {
     constexpr std::string_view kOrder = " _-,;:!?.'\"()[]{}@*/\\&#%`^+<=>|~$0123456789abcdefghijklmnopqrstuvwxyz";
     const auto rank = [&](char c) { return kOrder.find(c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c); };
@@ -123,8 +124,8 @@ bool isPrintableAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-/// Compares without regard to case but with regard to accents. Null if the library has no collation data. Opened at the
-/// first comparison, since most sessions never need it.
+/// Compares without regard to case but with regard to accents. Null if the library has no collation data. The collator
+/// is opened at the first comparison, since most sessions never need it.
 const UCollator* collator() {
     struct Close {
         void operator()(UCollator* open) const { ucol_close(open); }

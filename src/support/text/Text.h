@@ -12,8 +12,8 @@ std::string lowercased(std::string_view text);
 std::string uppercased(std::string_view text);
 /// The localized, case-insensitive order: negative, zero or positive as `a` comes before, with or after `b`.
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
-/// The form of a text in which to search for a part of it without regard to case. Unlike the lower case, the folded
-/// form of a letter does not depend on its neighbors: a Greek sigma has another lower case at the end of a word.
+/// The text in a form for searching without regard to case. Unlike the lower case, this form of a letter does not
+/// depend on neighboring letters: the lower case of a Greek sigma is different at the end of a word.
 std::string caseFolded(std::string_view text);
 /// Whether `part` occurs in the text, without regard to case; true for an empty part.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
