@@ -43,7 +43,7 @@ TEST_F(AgentLife, ALimitOnFileSizesDoesNotEndTheAgent) {
 }
 
 /// Each agent has its own runtime folder, and therefore its own socket.
-TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
+TEST_F(AgentLife, OnlyOneAgentManagesAnXServer) {
     PrivateServer server("800x600", ClientProcessNumbers::reported);
     Session session(server.folder(), server.displayName());
     const pid_t agent = session.startAgent();
@@ -220,7 +220,7 @@ TEST_F(AgentLife, InAWaylandSessionStatusSaysThatOnlyXWindowsAreManaged) {
     }
 }
 
-TEST_F(AgentLife, PrintsItsVersionItsHelpAndWrongArguments) {
+TEST_F(AgentLife, PrintsItsVersionAndItsHelpAndRefusesWrongArguments) {
     const PrivateServer unusedServer("640x480");
     const Session session(unusedServer.folder(), "");
     EXPECT_EQ(session.run({KOVA_AGENT, "--version"}).output, "kova-agent " KOVA_VERSION "\n");

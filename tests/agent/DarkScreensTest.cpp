@@ -133,6 +133,7 @@ class DarkScreens : public ::testing::Test {
     bool wasResumed(int times) const {
         return eventually([&] { return count("workspace resumed") == times; });
     }
+    /// The frames of all windows.
     std::string picture() {
         std::string all;
         for (const auto window : windows_) {

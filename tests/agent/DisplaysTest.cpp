@@ -38,6 +38,7 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
     bool hasDisplays(std::size_t count) {
         return eventually([&] { return session_.query("displays").size() == count; });
     }
+    /// The frames of all windows, and the window of each tile.
     std::string picture() {
         std::string all;
         for (const auto window : windows_) {

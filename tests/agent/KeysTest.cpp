@@ -15,6 +15,7 @@ class Keyboard : public TwoWindows {
         const auto finished = session_.run({"/bin/sh", "-c", "xdotool key " + keys});
         ASSERT_EQ(finished.exitCode, 0) << finished.output;
     }
+    /// The x coordinate of the window's left edge; "away" if the window is not shown.
     std::string place(xcb_window_t window) const {
         return client_.isViewable(window) ? std::to_string(std::lround(minX(client_.outerFrame(window)))) : "away";
     }

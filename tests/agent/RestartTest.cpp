@@ -82,7 +82,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
     xcb_window_t steppedWindow_ = 0;
 };
 
-TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
+TEST_P(Restart, AfterAnAgentIsKilledTheNextAgentRestoresAllTilesAndMovesNoWindow) {
     const auto tiles = session_.query("tiles");
     const auto windows = session_.query("windows");
     const auto seen = shown();

@@ -18,7 +18,7 @@ namespace kova::testing {
 
 struct Finished {
     int exitCode = -1;  // 128 + signal number if a signal ended the process
-    std::string output; // both streams
+    std::string output; // standard output and standard error
 };
 
 class Session {
@@ -59,8 +59,8 @@ class Session {
 /// Waits until the condition holds; false after the timeout.
 bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout = std::chrono::seconds(20));
 
-/// Waits until no window has moved for `quietFor`; false after twenty seconds. `takeMoves` counts the moves since it
-/// was last called.
+/// Waits until no window has moved for `quietFor`; false after twenty seconds. `takeMoves` returns the number of moves
+/// since its last call.
 bool movementEnds(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor);
 
 /// "15,15 1254x1382"

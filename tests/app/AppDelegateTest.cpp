@@ -27,7 +27,7 @@ TEST(AppDelegate, StartsTheWorkspaceOnceAndStopsItOnce) {
     {
         AppDelegate delegate(servicesOf(desktop, preferences));
         delegate.stopWorkspace();
-        EXPECT_EQ(preferences.synchronizations, 0); // there was nothing to stop
+        EXPECT_EQ(preferences.synchronizations, 0) << "the workspace was not started";
         desktop.queue().advance(Seconds(2));
         EXPECT_EQ(polls(), 0);
 
@@ -55,7 +55,7 @@ class SystemActivity : public ::testing::Test {
   protected:
     SystemActivity() {
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
-        passes(0);
+        advance(0);
         (void)workspace.perform(action::SelectLayout{displayID(desktop.screens().front()),
                                                      DisplayLayoutSelection::layout("jarvis.dual-split")});
         for (const char* name : {"Mail", "Notes"}) {
@@ -69,14 +69,14 @@ class SystemActivity : public ::testing::Test {
     }
     void startAndArrange() {
         delegate.startWorkspace();
-        passes(0.5);
+        advance(0.5);
         workspace.perform(action::Arrange{});
-        passes(3);
+        advance(3);
     }
-    void passes(double seconds) { desktop.queue().advance(Seconds(seconds)); }
+    void advance(double seconds) { desktop.queue().advance(Seconds(seconds)); }
     void simulate(const std::vector<SystemActivityEvent>& events) {
         for (const auto event : events) desktop.simulate(event);
-        passes(0);
+        advance(0);
     }
     /// Drags a window over the other tile and back. True if a drop target was published. The test fails if the drop
     /// target was published more than once, which happens if events arrive twice.
@@ -86,12 +86,12 @@ class SystemActivity : public ::testing::Test {
         int targets = 0;
         const auto count = workspace.state().dropTarget.observe([&](const auto& slot) { targets += slot ? 1 : 0; });
         desktop.pressAt(title);
-        passes(0.02);
+        advance(0.02);
         desktop.movePointer({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
-        passes(0.02);
+        advance(0.02);
         desktop.movePointer(title);
         desktop.releaseButton(ShiftKey::up);
-        passes(3);
+        advance(3);
         EXPECT_LE(targets, 1);
         return targets > 0;
     }
@@ -127,12 +127,12 @@ TEST_F(SystemActivity, TheWorkspaceIsSuspendedWhileAnyOfFourConditionsHolds) {
         EXPECT_EQ(delegate.isWorkspaceSuspended(), steps[i].second) << i;
         const int polls = desktop.pollingQueue().jobsBegun();
         desktop.setTitle("Mail", "Mail " + std::to_string(i));
-        passes(1);
+        advance(1);
         EXPECT_EQ(desktop.pollingQueue().jobsBegun() > polls, !steps[i].second) << i;
     }
 }
 
-TEST_F(SystemActivity, ThePointerIsMonitoredOnceWhileTheScreenCanBeSeenAndHandlesStay) {
+TEST_F(SystemActivity, ThePointerIsMonitoredOnlyWhileTheScreenCanBeSeenAndDividerHandlesStay) {
     startAndArrange();
     EXPECT_EQ(desktop.handles().size(), 1U);
     EXPECT_TRUE(monitorsThePointer());
@@ -161,9 +161,9 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     // The suspension ends the drag of a window.
     const CGRect frame = desktop.window("Mail").frame;
     desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
-    passes(0.02);
+    advance(0.02);
     desktop.movePointer({minX(frame) + 260, minY(frame) + 105});
-    passes(0.02);
+    advance(0.02);
     EXPECT_TRUE(contents().drag);
     simulate({screenDidLock});
     desktop.releaseButton();
@@ -182,7 +182,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     delegate.stopWorkspace();
     EXPECT_EQ(contents(), OverlayContents{});
     delegate.startWorkspace();
-    passes(1);
+    advance(1);
     EXPECT_EQ(contents().tiles.size(), 2U) << "the contents are computed again";
     delegate.overlay().watch({});
 }
@@ -194,7 +194,7 @@ TEST_F(SystemActivity, ShortcutsAreReleasedWhileTheScreenCannotBeSeen) {
         const auto layout = [&] { return workspace.resolvedLayout(displayID(desktop.screens().front()))->id; };
         const std::string before = layout();
         desktop.keyboard().press(right.keyCode, right.modifierFlags);
-        passes(1);
+        advance(1);
         return layout() != before;
     };
     EXPECT_FALSE(isGrabbed());
@@ -214,10 +214,10 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     desktop.setLocked(true);
     delegate.startWorkspace();
     EXPECT_TRUE(delegate.isWorkspaceSuspended());
-    passes(60);
+    advance(60);
     EXPECT_TRUE(workspace.liveWindows().empty());
     simulate({screenDidUnlock});
-    passes(1);
+    advance(1);
     EXPECT_EQ(workspace.liveWindows().size(), 2U);
 
     // A sleep that begins before the workspace stops does not affect the next start. Nor does a session switch while

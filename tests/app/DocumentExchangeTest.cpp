@@ -7,7 +7,7 @@
 namespace kova {
 namespace {
 
-/// A disk with one file, which the user always picks.
+/// Simulated panels: the user always picks the same file.
 class OneFile final : public DocumentPanelServicing {
   public:
     void saveDocument(const std::string& proposedName, std::string json,

@@ -46,7 +46,7 @@ TEST(LogFile, KeepsTheRequestedLevelsAndAtMostTwoFiles) {
     EXPECT_GE(bytes, 1024U * 1024);
 }
 
-TEST(LogFile, SaysWhenItCannotWrite) {
+TEST(LogFile, OpeningReturnsAnErrorIfTheFileCannotBeWritten) {
     const TemporaryFolder folder;
     folder.write("a file", "");
     EXPECT_TRUE(openLog((folder.path() / "a file/agent.log").string(), LogLevel::note, LogEcho::none));

@@ -66,7 +66,7 @@ class MenuBar : public ::testing::Test {
   protected:
     MenuBar() {
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
-        passes(0);
+        advance(0);
         (void)workspace.perform(action::SelectLayout{displayID(desktop.screens().front()),
                                                      DisplayLayoutSelection::layout("jarvis.dual-split")});
         delegate.startWorkspace();
@@ -76,16 +76,16 @@ class MenuBar : public ::testing::Test {
     void opens(const std::string& name) {
         if (!desktop.isRunning(name)) desktop.launch(name);
         desktop.open(name);
-        passes(0.6);
+        advance(0.6);
     }
-    void passes(double seconds) { desktop.queue().advance(Seconds(seconds)); }
+    void advance(double seconds) { desktop.queue().advance(Seconds(seconds)); }
     static std::string line(const MenuEntry& entry) {
         const bool isCommand = entry.kind == MenuEntry::Kind::command;
         return (entry.isEnabled ? "" : "(") + entry.title + (entry.isEnabled ? "" : ")") +
                (entry.isChecked ? " ✓" : "") + (isCommand ? "" : ":");
     }
-    /// One line per entry: its title, in parentheses if the entry is not enabled, or "---" for a separator. The entries
-    /// of submenus are left out.
+    /// One line per entry: its title, in parentheses if the entry is not enabled, with "✓" if it is checked, and with
+    /// ":" if it is a submenu or a heading. A separator is "---". The entries of submenus are left out.
     std::string picture(const std::vector<MenuEntry>& entries) {
         std::string lines;
         for (const auto& entry : entries) {
@@ -105,7 +105,7 @@ class MenuBar : public ::testing::Test {
     /// Chooses an entry by its title.
     bool choose(const std::string& title) {
         const bool chosen = menu.choose(entry(title).id);
-        passes(2.4);
+        advance(2.4);
         return chosen;
     }
     std::string message() { return workspace.state().lastActionMessage.get().value_or(""); }
@@ -127,8 +127,8 @@ class MenuBar : public ::testing::Test {
         {.delegate = delegate, .documents = &documents, .updates = &updates, .quit = [this] { ++quits; }}};
 };
 
-TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
-    passes(4.1); // the message of the layout
+TEST_F(MenuBar, ShowsAStatusMessageUntilItEnds) {
+    advance(4.1); // until the message about the layout has ended
     int changes = 0;
     const auto subscription = menu.observeSymbol([&] { ++changes; });
     EXPECT_EQ(menu.symbol(), MenuBarSymbol::usual);
@@ -136,14 +136,14 @@ TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
     EXPECT_EQ(menu.symbol(), MenuBarSymbol::message);
     EXPECT_EQ(menu.entries().front().title, "Windows arranged");
     EXPECT_FALSE(menu.entries().front().isEnabled);
-    passes(4.1);
+    advance(4.1);
     EXPECT_EQ(menu.symbol(), MenuBarSymbol::usual);
     EXPECT_EQ(menu.entries().front().title, "Arrange Windows into Zones");
     EXPECT_EQ(changes, 2);
 }
 
 TEST_F(MenuBar, EnablesTheCommandsThatAreAvailableNow) {
-    passes(4.1); // the message of the layout
+    advance(4.1); // until the message about the layout has ended
     EXPECT_EQ(picture(menu.entries()), "(Arrange Windows into Zones)\n"
                                        "Undo Window Action\n"
                                        "(Focus Mode)\n"
@@ -182,7 +182,7 @@ TEST_F(MenuBar, EnablesTheCommandsThatAreAvailableNow) {
     EXPECT_EQ(message(), "Windows arranged into zones — Undo is available");
     EXPECT_TRUE(isEnabled("Undo Window Action"));
     desktop.userFocuses("Mail");
-    passes(0.6);
+    advance(0.6);
     EXPECT_TRUE(isEnabled("Focus Left") && isEnabled("Move Window Right"));
     const WindowID front = workspace.focusedWindow()->id;
     const auto target = workspace.assignments().targetOf(front);
@@ -212,7 +212,7 @@ TEST_F(MenuBar, HasTheCommandsForOneWindow) {
     desktop.userFocuses("Mail");
     EXPECT_TRUE(choose("Arrange Windows into Zones"));
     desktop.userFocuses("Mail");
-    passes(0.6);
+    advance(0.6);
     const WindowID mail = workspace.focusedWindow()->id;
     const auto places = entry("Place Window in Zone").entries;
     ASSERT_EQ(places.size(), 2u);
@@ -233,7 +233,7 @@ TEST_F(MenuBar, HasTheCommandsForOneWindow) {
 
     EXPECT_FALSE(isEnabled("Move Window to Next Display")) << "only one display is connected";
     desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
-    passes(3);
+    advance(3);
     EXPECT_TRUE(choose("Move Window to Next Display"));
     EXPECT_NE(workspace.assignments().targetOf(mail)->display, displayID(desktop.screens().front()));
     EXPECT_TRUE(choose("Focus Previous Display"));
@@ -269,7 +269,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     ASSERT_TRUE(workspace.perform(action::BeginDividerDrag{dividers.front()}));
     workspace.perform(action::UpdateDividerDrag{dividers.front(), 60});
     workspace.perform(action::EndDividerDrag{dividers.front()});
-    passes(1);
+    advance(1);
     EXPECT_TRUE(choose("Reset Layout Sizes on Current Display"));
     EXPECT_FALSE(isEnabled("Reset Layout Sizes on Current Display"));
 
@@ -281,7 +281,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     const std::string id = entry(scene.name).id;
     EXPECT_TRUE(choose("Next Layout on Current Display"));
     EXPECT_TRUE(menu.choose(id));
-    passes(2.4);
+    advance(2.4);
     EXPECT_EQ(checked("Layout on Current Display"), other + ";");
     // The scene was deleted by another client while the menu was open.
     EXPECT_TRUE(workspace.perform(action::DeleteScene{scene.id}));
@@ -292,7 +292,7 @@ TEST_F(MenuBar, ChoosesTheLayoutOfEachDisplay) {
     const std::string first = displayLayoutMenus(workspace).front().title;
     EXPECT_FALSE(entryIn(menu.entries(), "Layout on " + first)) << "there is only one display";
     desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
-    passes(3);
+    advance(3);
     const auto menuOfBeamer = [&] { return displayLayoutMenus(workspace).at(1); };
     EXPECT_EQ(menuOfBeamer().title, "Beamer");
     EXPECT_EQ(menuOfBeamer().options.size(), workspace.catalogue().size() + 1);
@@ -307,14 +307,14 @@ TEST_F(MenuBar, ChoosesTheLayoutOfEachDisplay) {
     EXPECT_EQ(workspace.resolvedLayout(menuOfBeamer().id)->id, workspace.catalogue().at(2).id);
     EXPECT_EQ(displayLayoutMenus(workspace).front().selectedOptionID,
               workspace.resolvedLayout(displayLayoutMenus(workspace).front().id)->id);
-    EXPECT_FALSE(chooseLayout(workspace, "gone", "automatic"));
+    EXPECT_FALSE(chooseLayout(workspace, "unknown", "automatic"));
 }
 
 TEST_F(MenuBar, ShowsWhyTheEntriesAreDisabled) {
-    passes(4.1); // the message of the layout
+    advance(4.1); // until the message about the layout has ended
     opens("Mail");
     desktop.setTrusted(false);
-    passes(3);
+    advance(3);
     EXPECT_EQ(menu.entries().front().title, "Accessibility permission is required");
     for (const char* title :
          {"Arrange Windows into Zones", "Undo Window Action", "Focus Mode", "Next Window in Current Zone", "Focus Left",
@@ -333,7 +333,7 @@ TEST_F(MenuBar, ShowsWhyTheEntriesAreDisabled) {
     }
     EXPECT_TRUE(isEnabled("Quit KOVA") && isEnabled("Use Theme Background"));
     delegate.handleSystemActivityEvent(SystemActivityEvent::systemDidWake);
-    passes(3);
+    advance(3);
     EXPECT_TRUE(isEnabled("Arrange Windows into Zones"));
 }
 
@@ -374,11 +374,11 @@ TEST_F(MenuBar, EntriesChangeTheirSettings) {
     ASSERT_EQ(desktop.takeAlerts().size(), 1u);
     EXPECT_TRUE(desktop.isRunning("Mail"));
     desktop.answerAlert(true);
-    passes(1);
+    advance(1);
     EXPECT_FALSE(desktop.isRunning("Mail"));
 }
 
-TEST_F(MenuBar, ShowsShortcutsAsTheyAreSet) {
+TEST_F(MenuBar, ShowsTheShortcutsThatAreSet) {
     opens("Mail");
     const auto arrange = shortcuts.shortcut(KovaShortcutAction::arrangeWindows);
     ASSERT_TRUE(arrange);
@@ -401,7 +401,7 @@ TEST_F(MenuBar, ShowsShortcutsAsTheyAreSet) {
     for (const auto& [shortcut, character] : known) EXPECT_EQ(menuKeyEquivalent(shortcut), character);
 }
 
-TEST_F(MenuBar, LeavesOutMissingServices) {
+TEST_F(MenuBar, LeavesOutTheEntriesOfMissingServices) {
     KovaMenuBarContent bare({.delegate = delegate});
     for (const char* title :
          {"Check for Updates…", "Quit KOVA", "Export Scenes and Rules…", "Check for Updates Automatically"}) {

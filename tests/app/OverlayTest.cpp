@@ -20,7 +20,7 @@ class Overlay : public ::testing::Test {
         footers.emplace(desk.controller(), board, desk.desktop.queue());
         drags.emplace(desk.controller(), desk.desktop, board, desk.desktop.queue());
         drags->installMonitor();
-        board.watch([this](OverlaySections sections) { touched |= sections; });
+        board.watch([this](OverlaySections sections) { refreshed |= sections; });
     }
     ~Overlay() override {
         drags.reset();
@@ -33,8 +33,8 @@ class Overlay : public ::testing::Test {
         board.update(current, kEveryOverlaySection);
         return current;
     }
-    /// For each footer the tile's name and the strip: "*" before the front window, "!" before the focused one, "_"
-    /// before a minimized one, "→" before a launched application, "^" for a drop target.
+    /// The contents of all footers: the tile's name, then its windows. "*" marks the front window, "!" the focused
+    /// window, "_" a minimized window, "→" a launched application, and "^" a tile that is the drop target.
     std::string strips() {
         std::string text;
         for (const OverlayTile& tile : contents().tiles) {
@@ -68,7 +68,7 @@ class Overlay : public ::testing::Test {
         return (drag->windowID == desk.desktop.windowIDOf("Mail") ? "Mail over " : "Codex over ") +
                drag->displayID.value_or("no display").text() + " " + (drag->tileID ? drag->tileID->text() : "no tile");
     }
-    void passes(double seconds) { desk.advance(Seconds(seconds)); }
+    void advance(double seconds) { desk.advance(Seconds(seconds)); }
 
     Scenario desk;
     OverlayBoard board;
@@ -77,7 +77,7 @@ class Overlay : public ::testing::Test {
     std::optional<TileFooterWindowController> footers;
     std::optional<WindowDragCoordinator> drags;
     OverlayContents current;
-    OverlaySections touched = 0;
+    OverlaySections refreshed = 0;
 };
 
 TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
@@ -114,7 +114,7 @@ TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomWithTheNoticeForSixSeconds) {
     show();
     ASSERT_TRUE(desk.controller().perform(
         command::Place{desk.desktop.windowIDOf("Mail"), desk.target("A", desk.controller().tiles()[0].slot.id)}));
-    passes(0.1);
+    advance(0.1);
     ASSERT_EQ(contents().tiles.size(), 3U) << strips();
     const OverlayTile& span = contents().tiles[0];
     EXPECT_EQ(span.coveredSlotIDs.size(), 2U);
@@ -125,11 +125,11 @@ TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomWithTheNoticeForSixSeconds) {
     EXPECT_EQ(span.notice->text,
               "Mail did not fit in the selected tile, so KOVA automatically claimed 1 additional tiles");
     EXPECT_EQ(span.notice->application.name, "Mail");
-    passes(5.8);
+    advance(5.8);
     EXPECT_TRUE(contents().tiles[0].notice);
-    touched = 0;
-    passes(0.2);
-    EXPECT_TRUE(holds(touched, OverlaySection::tiles)) << "watchers are notified of the notice's end";
+    refreshed = 0;
+    advance(0.2);
+    EXPECT_TRUE(holds(refreshed, OverlaySection::tiles)) << "watchers are notified of the notice's end";
     EXPECT_FALSE(contents().tiles[0].notice);
 }
 
@@ -152,22 +152,22 @@ TEST_F(Overlay, ALaunchIsPendingUntilItsWindowIsPlacedOrItFailsOrTimesOut) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     show();
     const auto launch = [&](const LaunchableApplication& application) {
-        touched = 0;
+        refreshed = 0;
         ASSERT_TRUE(
             desk.controller().perform(action::LaunchApplication{application, desk.displayIDOf("A"), "secondary-1"}));
-        EXPECT_TRUE(holds(touched, OverlaySection::tiles));
+        EXPECT_TRUE(holds(refreshed, OverlaySection::tiles));
         EXPECT_EQ(strips(), "Primary: *!Mail | Secondary: →" + application.name);
     };
     launch(desk.desktop.install("Broken", {.fails = "It is broken"}));
-    passes(0.5);
+    advance(0.5);
     EXPECT_EQ(strips(), "Primary: *!Mail | Secondary:");
     launch(desk.desktop.install("Silent", {.startsAfter = Seconds(1), .windowCount = 0}));
-    passes(19);
+    advance(19);
     EXPECT_EQ(strips(), "Primary: *!Mail | Secondary: →Silent");
-    passes(2);
+    advance(2);
     EXPECT_EQ(strips(), "Primary: *!Mail | Secondary:");
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(1)}));
-    passes(3);
+    advance(3);
     EXPECT_EQ(strips(), "Primary: *Mail | Secondary: *!Notes");
 }
 
@@ -177,12 +177,12 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilTheReleaseOrTheEndOfMonitoring) {
     const std::string over = "Mail over " + desk.displayIDOf("A").text();
     const auto dragTo = [&](CGPoint point, ShiftKey shift = ShiftKey::up) {
         desk.desktop.movePointer(point, shift);
-        passes(0.02);
+        advance(0.02);
         return drag();
     };
     const auto press = [&](CGPoint point, WindowPart grip = WindowPart::titleBar) {
         desk.desktop.pressAt(point, grip);
-        passes(0.02);
+        advance(0.02);
     };
     press({1400, 30});
     EXPECT_EQ(drag(), "none");
@@ -193,7 +193,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilTheReleaseOrTheEndOfMonitoring) {
     EXPECT_EQ(strips(), "Primary: *Codex | Secondary: *!Mail");
     EXPECT_EQ(dragTo({500, 300}), over + " " + desk.target("A", "focus-main").text());
     desk.desktop.releaseButton();
-    passes(0);
+    advance(0);
     EXPECT_EQ(drag(), "none") << "the drag is hidden at the release, although the window may still move";
     desk.settle();
     EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
@@ -216,16 +216,16 @@ TEST_F(Overlay, DividersAreShownAsHoveredOrDragged) {
     EXPECT_EQ(dividerStates(), "-");
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1274,10 12x1392");
     const auto moves = [&](CGPoint point) {
-        touched = 0;
+        refreshed = 0;
         desk.desktop.movePointer(point);
-        passes(0.02);
+        advance(0.02);
         return dividerStates();
     };
     EXPECT_EQ(moves({1280, 700}), "hovered");
     EXPECT_EQ(moves({1281, 710}), "hovered");
-    EXPECT_EQ(touched, 0U) << "motion within the divider changes no section";
+    EXPECT_EQ(refreshed, 0U) << "motion within the divider changes no section";
     desk.desktop.pressAt({1280, 700});
-    passes(0.02);
+    advance(0.02);
     EXPECT_EQ(dividerStates(), "hovered+dragged");
     EXPECT_EQ(moves({1480, 700}), "hovered+dragged");
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1474,10 12x1392");
@@ -270,7 +270,7 @@ TEST_F(Overlay, UndoIsOfferedBesideTheMessageOfTheNewestStep) {
     desk.desktop.quit("Mail");
     desk.settle();
     EXPECT_EQ(after(action::ActivateScene{desk.state().scenes->front().id}), "undo");
-    passes(5);
+    advance(5);
     ASSERT_TRUE(contents().message);
     EXPECT_EQ(contents().message->text, "Scene fully restored");
     EXPECT_EQ(contents().message->undoMethod, "undo") << "undo reverts the scene, although its opening ended later";
@@ -305,9 +305,9 @@ TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     EXPECT_EQ(message->undoMethod, "undo");
     desk.desktop.userMoves("Mail", makeRect(2600, 100, 800, 600));
     desk.desktop.userFocuses("Mail");
-    passes(1);
+    advance(1);
     EXPECT_EQ(contents().message, message);
-    passes(4);
+    advance(4);
     EXPECT_EQ(contents().message, std::nullopt);
 }
 

@@ -49,6 +49,7 @@ class PointerFixture : public ::testing::Test {
         desk.advance(Seconds(0)); // handles are updated after the operation that moved them
         return desk.desktop.handles();
     }
+    /// The frames of all handles. "-" follows a handle between columns, "i" a handle between rows.
     std::string handles() {
         std::string text;
         for (const auto& handle : currentHandles()) {
@@ -187,7 +188,7 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     EXPECT_EQ(minY(currentHandles()[1].frame), minY(across) - 100);
 }
 
-/// When the late press is reported, the pointer is over a window that has not made room yet.
+/// A desktop may report the press on a handle late, when the pointer is already over a window that has not made room.
 TEST_F(DividerHandles, AreNotMistakenForAWindowWhoseEdgeIsDragged) {
     desk.desktop.delayPressReport();
     presses({1280, 25});
@@ -202,7 +203,7 @@ TEST_F(DividerHandles, AreNotMistakenForAWindowWhoseEdgeIsDragged) {
     EXPECT_EQ(newUndoSteps(), 1U);
 }
 
-TEST_F(DividerHandles, ReturnWithEscape) {
+TEST_F(DividerHandles, ReturnToTheirPlaceWhenEscapeIsPressed) {
     const auto profile = *desk.state().profile;
     presses({1280, 700}).moves({1580, 700});
     EXPECT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
@@ -284,7 +285,7 @@ TEST_F(DraggedWindows, LandInTheTileWhereTheyAreDropped) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DraggedWindows, MayFollowThePointerLate) {
+TEST_F(DraggedWindows, AreDroppedIntoTheTileEvenIfTheyFollowThePointerLate) {
     presses({1400, 30}, WindowPart::nothing).moves({500, 300}).releases();
     desk.desktop.userMoves("Mail", makeRect(391, 285, 1254, 1382));
     desk.settle();

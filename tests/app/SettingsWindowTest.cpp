@@ -72,7 +72,7 @@ TEST_F(SettingsWindow, IsShownOnlyOnRequestAndThenReadsTheSystemSettings) {
     EXPECT_EQ(shown(), std::nullopt);
 }
 
-TEST_F(SettingsWindow, StartsTheProgramThatDrawsItOrSaysWhyNot) {
+TEST_F(SettingsWindow, StartsTheProgramThatDrawsItOrSaysWhyItCannotBeShown) {
     delegate.applicationDidFinishLaunching();
     program.closeByUser();
     EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), std::nullopt);

@@ -113,7 +113,7 @@ class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
     std::string commands;
     std::string failure; // the end of the name of the command that fails
     bool isHidden = false;
-    bool isSet = false;
+    bool isSet = false; // whether the Dock's setting has a value
 };
 
 constexpr const char* kHide = "/usr/bin/defaults write com.apple.dock autohide -bool true\n/usr/bin/killall Dock\n";

@@ -1,4 +1,5 @@
-// Starts and restarts of the program that draws the overlay, in virtual time, with a fake program that ends on command.
+// Starts and restarts of kova-ui, the program that draws the overlay. The tests run in virtual time with a fake
+// program.
 #include "app/UserInterfaceController.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/PreferenceKeys.h"
@@ -67,7 +68,7 @@ class Reporter final : public ControlPeer {
 
 using enum UserInterfaceEnd;
 
-TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndItIsSwitchedOn) {
+TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndTheUserInterfaceIsSwitchedOn) {
     EXPECT_EQ(program.process(), std::nullopt);
     controller->start();
     EXPECT_EQ(controller->status(), (UserInterfaceStatus{true, program.process(), std::nullopt}));

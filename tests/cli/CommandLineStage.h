@@ -26,13 +26,13 @@ class CommandLine : public testing::Test, public AgentStage {
     }
     Result run(const std::vector<std::string>& words) {
         auto command = begin(words);
-        pressAwaitedKey(words);
+        pressRecordedKey(words);
         const int code = command->wait();
         return {code, command->out, command->err};
     }
 
-    /// Presses a key combination, as a user would, if the command records a shortcut.
-    void pressAwaitedKey(const std::vector<std::string>& words) {
+    /// If the command records a shortcut, waits until the recording begins and presses a key combination.
+    void pressRecordedKey(const std::vector<std::string>& words) {
         const auto has = [&](const char* word) { return std::ranges::find(words, word) != words.end(); };
         if (!has("record") || has("help") || has("--help")) return;
         EXPECT_TRUE(waitUntil([this] { runAgentOnce(); }, [this] { return *shortcuts.isRecording; }));

@@ -22,7 +22,7 @@ using Words = std::vector<std::string>;
 constexpr std::string_view kSubscribeToOverlay =
     R"({"jsonrpc": "2.0", "id": 1, "method": "subscribe", "params": {"topic": "overlay"}})";
 
-/// The words of a command as a shell splits the command, without the first word.
+/// Splits the command into words as a shell does; leaves out the first word.
 Words wordsOf(const std::string& command) {
     Words words;
     bool isQuoted = false;
@@ -62,7 +62,7 @@ TEST_F(CommandLine, SaysWhenAChangeIsInMemoryOnly) {
     EXPECT_EQ(run({"doctor"}).code, 1);
 }
 
-TEST_F(CommandLine, NotificationsBeforeTheResponseAreRead) {
+TEST_F(CommandLine, ReadsNotificationsThatArriveBeforeTheResponse) {
     struct NotifiesFirst final : ControlHandling {
         void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>& peer,
                     ControlResponder respond) override {
@@ -84,7 +84,7 @@ TEST_F(CommandLine, NotificationsBeforeTheResponseAreRead) {
     EXPECT_NE(command->out.find("another program"), std::string::npos) << command->out;
 }
 
-TEST_F(CommandLine, ResponsesOfAnotherVersionAreHandled) {
+TEST_F(CommandLine, ReportsAnErrorIfAnAgentOfAnotherVersionRespondsInAnotherForm) {
     struct OtherVersion final : ControlHandling {
         void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&, ControlResponder respond) override {
             respond(json::object());
@@ -129,7 +129,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheReadmeWorks) {
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
-        // Learned tiles may have placed the focused window elsewhere.
+        // The arrangement may have put the focused window into a tile that has no neighbor in this direction.
         if (example == "kova focus right") (void)run({"swap", "1"});
         if (example == "kova focus left") (void)run({"swap", "2"});
         auto command = begin(words);
@@ -137,7 +137,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheReadmeWorks) {
             EXPECT_TRUE(command->waitForOutput("windows")) << example;
             continue;
         }
-        pressAwaitedKey(words);
+        pressRecordedKey(words);
         EXPECT_EQ(command->wait(), 0) << example << "\n" << command->err;
         EXPECT_FALSE(command->out.empty()) << example;
         const bool hasPrompt = words[0] == "shortcut" && words[1] == "record";
@@ -296,14 +296,14 @@ TEST_F(CommandLine, EachErrorHasItsExitCode) {
     desk.settle();
     EXPECT_EQ(run({"arrange"}).code, 4);
     EXPECT_EQ(run({"status"}).code, 0);
-    const Result sick = run({"doctor"});
-    EXPECT_EQ(sick.code, 1);
-    EXPECT_NE(sick.out.find("permission   wrong "), std::string::npos) << sick.out;
+    const Result diagnosed = run({"doctor"});
+    EXPECT_EQ(diagnosed.code, 1);
+    EXPECT_NE(diagnosed.out.find("permission   wrong "), std::string::npos) << diagnosed.out;
 
-    environment[0] = "KOVA_SOCKET=" + socketPath() + ".gone";
-    const Result alone = run({"arrange"});
-    EXPECT_EQ(alone.code, 3);
-    EXPECT_NE(alone.err.find("Start it with “kova-agent”"), std::string::npos);
+    environment[0] = "KOVA_SOCKET=" + socketPath() + ".missing";
+    const Result withoutAgent = run({"arrange"});
+    EXPECT_EQ(withoutAgent.code, 3);
+    EXPECT_NE(withoutAgent.err.find("Start it with “kova-agent”"), std::string::npos);
     EXPECT_EQ(run({"open", "kova://action/arrange"}).code, 3);
     EXPECT_EQ(run({"doctor"}).code, 1);
 }
@@ -336,7 +336,7 @@ TEST_F(CommandLine, OpenWithoutAURLStartsAnAgentUnlessOneRuns) {
     std::filesystem::permissions("kova-agent", std::filesystem::perms::owner_all);
     environment.push_back("PATH=" + files.path().string() + ":/bin:/usr/bin");
     EXPECT_EQ(run({"open"}).out, run({"status"}).out);
-    environment[0] += ".gone";
+    environment[0] += ".missing";
     EXPECT_EQ(run({"open"}).out, "started 0\n");
     environment.back() = "PATH=/nowhere";
     const Result missing = run({"open"});

@@ -100,7 +100,7 @@ TEST_F(Completion, OffersTheArgumentsOfTheVerb) {
     desk.settle();
     EXPECT_EQ(outputOf(KOVA_COMMAND, {"--complete", "explain", "No"}), "Notes\ta?b?]0;c?\n");
 
-    environment[0] += ".gone";
+    environment[0] += ".missing";
     EXPECT_EQ(offered({"scene", "open", ""}), "");
     EXPECT_EQ(offered({"scene", "op"}), "open");
 }

@@ -119,9 +119,9 @@ TEST_F(Diagnosis, AReportContainsNoTextOfTheUser) {
 
     endServer();
     EXPECT_EQ(run({"bugreport", path("alone.txt")}).front(), 'T');
-    const std::string alone = contentsOf(path("alone.txt"));
-    EXPECT_NE(alone.find("~/x is full"), std::string::npos) << "the log is read without an agent";
-    EXPECT_NE(alone.find("no agent could be asked"), std::string::npos);
+    const std::string withoutAgent = contentsOf(path("alone.txt"));
+    EXPECT_NE(withoutAgent.find("~/x is full"), std::string::npos) << "the log is read without an agent";
+    EXPECT_NE(withoutAgent.find("no agent could be asked"), std::string::npos);
 }
 
 TEST(Redactor, UsesTheSameWordForTheSameTextWithinOneReportOnly) {

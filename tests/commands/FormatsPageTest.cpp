@@ -20,7 +20,7 @@ namespace kova {
 
 namespace {
 
-/// The page's blocks of JSON, by the word after “json” in their first line.
+/// The page's blocks of JSON. The key of a block is the word after “json” in its first line.
 std::map<std::string, std::string> examples() {
     std::ifstream page(KOVA_DOCS "/formats.md");
     EXPECT_TRUE(page);

@@ -110,7 +110,7 @@ TEST_F(Keys, DriveTheWholeWorkspace) {
     EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "keys without a shortcut are typed";
 }
 
-TEST_F(Keys, KeptPressedChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {
+TEST_F(Keys, HeldDownChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B");
     const DisplayID other = desk.displayIDOf("B");
     desk.desktop.movePointer(CGPoint{3000, 500}); // over the other display
@@ -123,7 +123,7 @@ TEST_F(Keys, KeptPressedChangeTheLayoutOfTheFocusedWindowsDisplayOnce) {
     EXPECT_EQ(layout(), "jarvis.dual-split");
 }
 
-TEST_F(Keys, AreNotTypedIntoOwnWindowsEvenIfRefused) {
+TEST_F(Keys, AreNotTypedIntoWindowsOfKovaEvenIfTheActionIsRefused) {
     keyboard.setFocus(SimulatedKeyboard::Focus::ownWindow);
     desk.desktop.setLocked(true);
     desk.settle();
@@ -171,7 +171,7 @@ TEST_F(Keys, FollowTheConfigurationAndHaveNoEffectDuringARecording) {
     EXPECT_TRUE(coordinator.handle({keyCode::f5, modifierFlag::command, false}));
 }
 
-TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
+TEST_F(Keys, HeldByAnotherProgramHaveNoEffectAndOtherKeysWork) {
     std::vector<std::string> logged;
     setLogWriter([&](LogLevel, const std::string& text) { logged.push_back(text); }, LogLevel::warning);
     coordinator.removeMonitors();

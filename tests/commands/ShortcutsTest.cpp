@@ -178,7 +178,7 @@ TEST(ShortcutRecorder, RecordsClearsCancelsOrRefusesEachPress) {
     }
 }
 
-TEST(ShortcutRecorder, NamesKeysByPositionIfTheyHaveNoCharacter) {
+TEST(ShortcutRecorder, LabelsAKeyWithItsFixedNameElseWithItsCharacter) {
     const std::map<std::uint16_t, std::string> labels = {
         {36, "↩"},    {48, "⇥"},    {49, "Space"}, {51, "⌫"},     {53, "⎋"},    {117, "⌦"},       {123, "←"},
         {124, "→"},   {125, "↓"},   {126, "↑"},    {115, "Home"}, {119, "End"}, {116, "Page Up"}, {121, "Page Down"},
@@ -218,7 +218,7 @@ TEST(ShortcutMatching, PicksTheFirstActionWithTheSameKeyAndModifiers) {
     EXPECT_EQ(std::ranges::count(claimed, KeyCombination{8, 0x40000}), 0);
 }
 
-TEST(ShortcutDispatch, RunsTheFirstActionInListOrderThatHasTheKeys) {
+TEST(ShortcutMatching, PicksActionsWithTheSameShortcutInTheOrderOfTheActions) {
     KovaShortcutConfiguration configuration;
     const KovaShortcut shared{9, kControlOption, "V"};
     for (const auto action : kShortcutActions) configuration.setShortcut(shared, action);
@@ -286,8 +286,8 @@ TEST(ShortcutNames, AreParsedAsUsersTypeThem) {
     // A layout without Latin letters.
     const auto parsed = parseShortcut("ctrl+h", [](std::uint16_t code) { return code == keyCode::h ? "р" : ""; });
     EXPECT_EQ(std::get<KovaShortcut>(parsed), (KovaShortcut{4, 0x40000, "Р"}));
-    const auto blind = parseShortcut("ctrl+u", [](std::uint16_t) { return ""; });
-    EXPECT_EQ(std::get<KovaShortcut>(blind), (KovaShortcut{32, 0x40000, "U"}))
+    const auto withoutLayout = parseShortcut("ctrl+u", [](std::uint16_t) { return ""; });
+    EXPECT_EQ(std::get<KovaShortcut>(withoutLayout), (KovaShortcut{32, 0x40000, "U"}))
         << "an unknown keyboard layout counts as American";
     EXPECT_EQ(shortcutText({93, 0x40000, "Key (event.keyCode)"}, ModifierNames::words), "Ctrl+Key 93");
 

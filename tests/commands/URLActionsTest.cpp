@@ -239,21 +239,21 @@ TEST(URLHandler, AcceptsTwentyURLsWithinASecondAndLogsTheRestOnce) {
     logged.clear();
     {
         URLHandler urls(desk.controller(), desk.desktop.queue());
-        const auto taken = [&](int count) {
+        const auto accepted = [&](int count) {
             int out = 0;
             for (int i = 0; i < count; ++i) out += urls.handle("kova://nothing").verdict == dropped ? 0 : 1;
             return out;
         };
-        EXPECT_EQ(taken(12), 12);
+        EXPECT_EQ(accepted(12), 12);
         desk.advance(Seconds(0.5));
-        EXPECT_EQ(taken(10), 8);
+        EXPECT_EQ(accepted(10), 8);
         desk.advance(Seconds(0.6)); // the first twelve are more than a second ago
-        EXPECT_EQ(taken(100), 12);
+        EXPECT_EQ(accepted(100), 12);
         desk.advance(Seconds(0.9));
         EXPECT_EQ(logged, std::vector<std::string>{"URLs came faster than 20 a second; 90 of them were dropped"});
         desk.advance(Seconds(0.2));
-        EXPECT_EQ(taken(20), 20);
-        EXPECT_EQ(taken(1), 0);
+        EXPECT_EQ(accepted(20), 20);
+        EXPECT_EQ(accepted(1), 0);
     }
     desk.advance(Seconds(2)); // the handler has been destroyed
     EXPECT_EQ(logged.size(), 1U);

@@ -105,7 +105,7 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
     result("place", {{"window", "notes"}, {"tile", "1"}});
     desk.opens("Zoom", {.secretMinimumSize = {{1500, 400}}}).settle();
     result("place", {{"window", "zoom"}, {"tile", "2"}});
-    desk.rest();
+    desk.settleFully();
     const auto learned = [&](const std::string& name) {
         const json list = result("app.learned");
         for (const json& each : list["applications"]) {

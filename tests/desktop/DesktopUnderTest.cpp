@@ -10,7 +10,7 @@
 
 namespace kova::testing {
 
-struct TestLoop::Due final : ScheduledWork {
+struct TestLoop::Timer final : ScheduledWork {
     void cancel() override { work = nullptr; }
     Seconds when{};
     std::function<void()> work;
@@ -22,11 +22,11 @@ void TestLoop::post(std::function<void()> work) {
 }
 
 std::shared_ptr<ScheduledWork> TestLoop::after(Seconds delay, std::function<void()> work) {
-    auto due = std::make_shared<Due>();
-    due->when = uptime() + delay;
-    due->work = std::move(work);
-    timers_.push_back(due);
-    return due;
+    auto timer = std::make_shared<Timer>();
+    timer->when = uptime() + delay;
+    timer->work = std::move(work);
+    timers_.push_back(timer);
+    return timer;
 }
 
 WallTime TestLoop::now() const {
@@ -54,8 +54,8 @@ void TestLoop::runOnce() {
             ++it;
             continue;
         }
-        work.push_back([due = *it] {
-            if (due->work) due->work();
+        work.push_back([timer = *it] {
+            if (timer->work) timer->work();
         });
         it = timers_.erase(it);
     }

@@ -29,15 +29,15 @@ class TestLoop final : public MainQueue {
     /// Runs due timers and reads available input once; sleeps for a moment if there is neither.
     void runOnce();
     void dropPendingWork();
-    /// While true, no timer fires.
+    /// After a call with true no timer fires until a call with false.
     void holdTimers(bool holds) { holdsTimers_ = holds; }
 
   private:
-    struct Due;
+    struct Timer;
     std::mutex mutex_;
     bool holdsTimers_ = false;
     std::vector<std::function<void()>> posted_;
-    std::vector<std::shared_ptr<Due>> timers_;
+    std::vector<std::shared_ptr<Timer>> timers_;
     std::vector<std::weak_ptr<std::pair<int, std::function<void()>>>> watched_;
 };
 

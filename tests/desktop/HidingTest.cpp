@@ -203,7 +203,7 @@ TEST_P(Hiding, ByAKilledAgentIsUndoneByTheNextAgent) {
 INSTANTIATE_TEST_SUITE_P(With, Hiding, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
 
-TEST(WindowManager, MayStartAndEnd) {
+TEST(WindowManager, MayStartAndEndWhileTheAgentRuns) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::none);
     const auto mail = desk.client("Mail", 4001);

@@ -48,8 +48,8 @@ class Keys : public ::testing::Test {
                !reported[0].isRepeat &&
                (reported[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
     }
-    /// Presses `keys` and then `reportedKeys`. True if only the second press is reported: then the first one will not
-    /// be reported later.
+    /// Presses `keys` and then `reportedKeys`. True if only the second press is reported. Presses are reported in their
+    /// order, so the first press is not reported later.
     bool pressIsIgnored(const std::string& keys, const std::string& reportedKeys, const KeyCombination& combination) {
         press(keys);
         return pressIsReported(reportedKeys, combination);

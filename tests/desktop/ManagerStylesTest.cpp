@@ -8,7 +8,8 @@
 namespace kova::testing {
 namespace {
 
-/// Announces itself and the open windows. All else that a window manager does is up to the test.
+/// Sets the properties by which a window manager announces itself and the open windows. Each test simulates everything
+/// else that the window manager does.
 class FakeManager {
   public:
     FakeManager(DesktopUnderTest& desk, const std::string& name, const std::vector<std::uint32_t>& windows) :

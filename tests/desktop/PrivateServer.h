@@ -1,4 +1,4 @@
-// A private X server without a screen, and the programs that run on it. The destructor ends all of them.
+// A private X server that needs no display, and the window manager that a test runs on it. The destructor ends both.
 #pragma once
 
 #include "tests/desktop/ChildProcess.h"
@@ -9,8 +9,8 @@
 namespace kova::testing {
 
 enum class Manager { none, openbox };
-/// Whether the server reports the processes of its clients. If not, the clients of a test can count as different
-/// programs although they are in one process.
+/// Whether the server reports the processes of its clients. If it does not, several clients in the process of the test
+/// count as different programs.
 enum class ClientProcessNumbers { unreported, reported };
 
 class PrivateServer {

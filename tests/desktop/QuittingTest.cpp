@@ -61,38 +61,38 @@ class Quitting : public ::testing::TestWithParam<Manager> {
 
 TEST_P(Quitting, EachWindowWithTheDeleteProtocolGetsACloseRequest) {
     DesktopUnderTest desk(GetParam());
-    const auto polite = desk.client("Polite", 4001), withoutProtocol = desk.client("Deaf", 4002),
+    const auto withProtocol = desk.client("Protocol", 4001), withoutProtocol = desk.client("NoProtocol", 4002),
                other = desk.client("Other", 4003);
-    const auto first = polite->open({.title = "First", .hasDeleteProtocol = true});
-    const auto second = polite->open({.title = "Second", .hasDeleteProtocol = true});
-    const auto third = polite->open({.title = "Third"});
-    const auto deaf = withoutProtocol->open({.title = "Deaf"});
-    const auto bystander = other->open({.title = "Other", .hasDeleteProtocol = true});
+    const auto first = withProtocol->open({.title = "First", .hasDeleteProtocol = true});
+    const auto second = withProtocol->open({.title = "Second", .hasDeleteProtocol = true});
+    const auto third = withProtocol->open({.title = "Third"});
+    const auto fourth = withoutProtocol->open({.title = "Fourth"});
+    const auto otherWindow = other->open({.title = "Other", .hasDeleteProtocol = true});
     auto& desktop = desk.openDesktop();
-    ASSERT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"}));
+    ASSERT_TRUE(desk.showsExactly({"First", "Second", "Third", "Fourth", "Other"}));
 
     EXPECT_TRUE(desktop.terminate(4001));
     EXPECT_TRUE(desktop.terminate(4002));
-    EXPECT_TRUE(
-        desk.runUntil([&] { return polite->closeRequestCount(first) == 1 && polite->closeRequestCount(second) == 1; }));
+    EXPECT_TRUE(desk.runUntil(
+        [&] { return withProtocol->closeRequestCount(first) == 1 && withProtocol->closeRequestCount(second) == 1; }));
     desk.poll();
-    EXPECT_EQ(polite->closeRequestCount(third), 0);
-    EXPECT_EQ(withoutProtocol->closeRequestCount(deaf), 0);
-    EXPECT_EQ(other->closeRequestCount(bystander), 0);
-    EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "no window is destroyed";
+    EXPECT_EQ(withProtocol->closeRequestCount(third), 0);
+    EXPECT_EQ(withoutProtocol->closeRequestCount(fourth), 0);
+    EXPECT_EQ(other->closeRequestCount(otherWindow), 0);
+    EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Fourth", "Other"})) << "no window is destroyed";
 
-    polite->destroy(second); // the close request reaches a window that is being destroyed
+    withProtocol->destroy(second); // the close request reaches a window that is being destroyed
     EXPECT_TRUE(desktop.terminate(4001));
-    EXPECT_TRUE(desk.runUntil([&] { return polite->closeRequestCount(first) == 2; }));
+    EXPECT_TRUE(desk.runUntil([&] { return withProtocol->closeRequestCount(first) == 2; }));
     EXPECT_FALSE(desktop.terminate(4999));
     EXPECT_FALSE(desk.isConnectionLost());
 }
 
 TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
     DesktopUnderTest desk(GetParam());
-    IdleProcess victim, distant, panel;
+    IdleProcess local, distant, panel;
     const auto number = [](const IdleProcess& idle) { return static_cast<std::uint32_t>(idle.process()); };
-    const auto mail = desk.client("Mail", number(victim)), remote = desk.client("Remote", number(distant)),
+    const auto mail = desk.client("Mail", number(local)), remote = desk.client("Remote", number(distant)),
                init = desk.client("Init", 1), ours = desk.client("Ours", static_cast<std::uint32_t>(getpid())),
                parent = desk.client("Parent", static_cast<std::uint32_t>(getppid())),
                unnamed = desk.client("Unnamed", 0), bar = desk.client("Bar", number(panel));
@@ -117,26 +117,26 @@ TEST_P(Quitting, NoProcessIsKilledWithoutTheServersConfirmation) {
         EXPECT_NE(desktop.forceTerminate(found->processIdentifier).value_or(""), "") << name;
     }
     EXPECT_TRUE(desktop.forceTerminate(distant.process()));
-    EXPECT_FALSE(victim.hasEnded() || distant.hasEnded() || panel.hasEnded());
+    EXPECT_FALSE(local.hasEnded() || distant.hasEnded() || panel.hasEnded());
     for (const pid_t process : {pid_t{0}, pid_t{-1}, pid_t{1}, getpid()}) {
         EXPECT_TRUE(x11::killProcess(process)) << process;
     }
-    EXPECT_EQ(x11::killProcess(victim.process()), std::nullopt);
-    EXPECT_TRUE(desk.runUntil([&] { return victim.hasEnded(); }));
-    EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
+    EXPECT_EQ(x11::killProcess(local.process()), std::nullopt);
+    EXPECT_TRUE(desk.runUntil([&] { return local.hasEnded(); }));
+    EXPECT_TRUE(x11::killProcess(local.process())) << "there is no such process any more";
 }
 
 /// After all windows of a process are closed, the process may end and another process may get its number.
 TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
-    IdleProcess victim;
-    const auto mail = desk.client("Mail", static_cast<std::uint32_t>(victim.process()));
+    IdleProcess local;
+    const auto mail = desk.client("Mail", static_cast<std::uint32_t>(local.process()));
     const auto window = mail->open({.title = "Mail"});
     auto& desktop = desk.openDesktop();
     ASSERT_TRUE(desk.showsExactly({"Mail"}));
     mail->destroy(window);
     const auto isRefusedAs = [&](const char* reason) {
-        const auto refusal = desktop.forceTerminate(victim.process());
+        const auto refusal = desktop.forceTerminate(local.process());
         EXPECT_TRUE(refusal);
         return refusal.value_or("") == reason;
     };
@@ -148,7 +148,7 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     ASSERT_TRUE(desk.showsExactly({}));
     EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); }))
         << "after its window is destroyed";
-    EXPECT_FALSE(victim.hasEnded());
+    EXPECT_FALSE(local.hasEnded());
 }
 
 TEST_P(Quitting, RealApplicationsEnd) {
@@ -169,9 +169,9 @@ TEST_P(Quitting, RealApplicationsEnd) {
 /// do), and one window announces no number.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
     DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::reported);
-    IdleProcess innocent;
+    IdleProcess unrelated;
     std::map<std::string, ChildProcess> terminals;
-    for (const char* title : {"Liar", "Box 1", "Box 2", "Silent"})
+    for (const char* title : {"Foreign number", "Box 1", "Box 2", "No number"})
         terminals.emplace(title, desk.server().start({"xterm", "-T", title, "-e", "sleep", "1000"}));
     const auto prober = desk.client("Prober", 1);
     const auto falsifyProcessNumber = [&](const std::string& title) {
@@ -179,28 +179,28 @@ TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
             const auto window = prober->windowTitled(title);
             // The program sets the property a moment after it has created its window.
             if (window == 0 || prober->numbers(window, "_NET_WM_PID").empty()) return false;
-            if (title == "Silent") {
+            if (title == "No number") {
                 prober->remove(window, "_NET_WM_PID");
             } else {
                 prober->setNumbers(window, "_NET_WM_PID", "CARDINAL",
-                                   {title == "Liar" ? static_cast<std::uint32_t>(innocent.process()) : 1U});
+                                   {title == "Foreign number" ? static_cast<std::uint32_t>(unrelated.process()) : 1U});
             }
             return true;
         });
     };
     for (const auto& [title, terminal] : terminals) ASSERT_TRUE(falsifyProcessNumber(title)) << title;
     auto& desktop = desk.openDesktop();
-    ASSERT_TRUE(desk.showsExactly({"Liar", "Box 1", "Box 2", "Silent"}));
+    ASSERT_TRUE(desk.showsExactly({"Foreign number", "Box 1", "Box 2", "No number"}));
     for (const auto& [title, terminal] : terminals)
         EXPECT_EQ(desk.window(title).processIdentifier, terminal.process()) << title;
 
-    const pid_t liar = terminals.at("Liar").process();
-    EXPECT_EQ(desktop.forceTerminate(liar), "its window names process " + std::to_string(innocent.process()) +
-                                                ", but the X server says process " + std::to_string(liar));
-    EXPECT_TRUE(desktop.forceTerminate(innocent.process()));
-    EXPECT_EQ(desktop.forceTerminate(terminals.at("Silent").process()), std::nullopt);
-    EXPECT_TRUE(desk.showsExactly({"Liar", "Box 1", "Box 2"}));
-    EXPECT_FALSE(innocent.hasEnded());
+    const pid_t foreign = terminals.at("Foreign number").process();
+    EXPECT_EQ(desktop.forceTerminate(foreign), "its window names process " + std::to_string(unrelated.process()) +
+                                                   ", but the X server says process " + std::to_string(foreign));
+    EXPECT_TRUE(desktop.forceTerminate(unrelated.process()));
+    EXPECT_EQ(desktop.forceTerminate(terminals.at("No number").process()), std::nullopt);
+    EXPECT_TRUE(desk.showsExactly({"Foreign number", "Box 1", "Box 2"}));
+    EXPECT_FALSE(unrelated.hasEnded());
 }
 
 TEST(DesktopPrograms, AreKnownByTheirNames) {

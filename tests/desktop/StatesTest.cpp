@@ -102,9 +102,9 @@ TEST_F(Desktop, MovesAWindowThatKeepsItsSizeIntoItsTile) {
     const auto client = desk.client("Player", 4001), manager = desk.client("Manager", 4002);
     const auto film = client->open({.title = "Film", .frame = makeRect(100, 30, 300, 200)});
     const std::uint32_t redirected = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
-    const auto sign = manager->create({.title = "Manager"});
-    for (const auto window : {manager->root(), sign}) {
-        manager->setNumbers(window, "_NET_SUPPORTING_WM_CHECK", "WINDOW", {sign});
+    const auto checkWindow = manager->create({.title = "Manager"});
+    for (const auto window : {manager->root(), checkWindow}) {
+        manager->setNumbers(window, "_NET_SUPPORTING_WM_CHECK", "WINDOW", {checkWindow});
     }
     xcb_change_window_attributes(manager->connection(), manager->root(), XCB_CW_EVENT_MASK, &redirected);
     manager->setNumbers(manager->root(), "_NET_SUPPORTED", "ATOM",
@@ -188,36 +188,36 @@ TEST_F(Desktop, IgnoresShadowsOutsideTheVisibleEdge) {
 TEST_F(Desktop, ToleratesWindowsWithFalsePropertiesAndWindowsThatClose) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
         DesktopUnderTest desk(manager);
-        const auto honest = desk.client("Honest", 4001), liar = desk.client("Liar", 4002);
-        honest->open({.title = "Honest"});
-        const auto lie = liar->create({.title = "Lie"});
-        liar->setNumbers(lie, "WM_NORMAL_HINTS", "WM_SIZE_HINTS",
-                         {16, 0, 0, 0, 0, 0x80000000U, 0x80000000U, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+        const auto ordinary = desk.client("Ordinary", 4001), faulty = desk.client("Faulty", 4002);
+        ordinary->open({.title = "Ordinary"});
+        const auto invalid = faulty->create({.title = "Invalid"});
+        faulty->setNumbers(invalid, "WM_NORMAL_HINTS", "WM_SIZE_HINTS",
+                           {16, 0, 0, 0, 0, 0x80000000U, 0x80000000U, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
         for (const char* property :
              {"_NET_FRAME_EXTENTS", "_GTK_FRAME_EXTENTS", "_NET_WM_STRUT_PARTIAL", "_NET_WM_DESKTOP"}) {
-            liar->setText(lie, property, "STRING", "nonsense");
+            faulty->setText(invalid, property, "STRING", "nonsense");
         }
-        liar->setNumbers(lie, "_NET_WM_PID", "STRING", {4002});
-        liar->setNumbers(lie, "WM_TRANSIENT_FOR", "CARDINAL", {1, 2, 3});
-        liar->setText(lie, "WM_NAME", "STRING", "L\xFCge");
-        liar->setText(lie, "_NET_WM_NAME", "UTF8_STRING", "L\xFCge");
-        liar->map(lie);
-        const auto fleeting = liar->open({.title = "Fleeting"});
+        faulty->setNumbers(invalid, "_NET_WM_PID", "STRING", {4002});
+        faulty->setNumbers(invalid, "WM_TRANSIENT_FOR", "CARDINAL", {1, 2, 3});
+        faulty->setText(invalid, "WM_NAME", "STRING", "L\xFCge");
+        faulty->setText(invalid, "_NET_WM_NAME", "UTF8_STRING", "L\xFCge");
+        faulty->map(invalid);
+        const auto fleeting = faulty->open({.title = "Fleeting"});
         desk.openDesktop();
-        EXPECT_TRUE(desk.showsExactly({"Fleeting", "Honest", "L\xEF\xBF\xBDge"}));
-        liar->remove(lie, "_NET_WM_NAME");
-        EXPECT_TRUE(desk.showsExactly({"Fleeting", "Honest", "Lüge"}));
+        EXPECT_TRUE(desk.showsExactly({"Fleeting", "Ordinary", "L\xEF\xBF\xBDge"}));
+        faulty->remove(invalid, "_NET_WM_NAME");
+        EXPECT_TRUE(desk.showsExactly({"Fleeting", "Ordinary", "Lüge"}));
         // The windows of one connection count as one application if they announce no valid process number.
         EXPECT_GT(desk.window("Lüge").processIdentifier, 4'194'304);
 
         // The window is closed between the poll and the requests.
         const auto window = desk.window("Fleeting");
-        liar->destroy(fleeting);
+        faulty->destroy(fleeting);
         desk.place(window, makeRect(0, 0, 300, 300));
         desk.service().minimize(window);
         desk.service().restoreAndFocus(window);
         desk.runFor(Seconds(0.7));
-        EXPECT_TRUE(desk.showsExactly({"Honest", "Lüge"}));
+        EXPECT_TRUE(desk.showsExactly({"Ordinary", "Lüge"}));
         EXPECT_TRUE(desk.desktop().isProcessTrusted());
     }
 }

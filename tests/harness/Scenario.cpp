@@ -191,7 +191,7 @@ void Scenario::noteLostAnnouncements() {
     lossesFoundBy_ = desktop.queue().uptime() + desktop.longestIdleTime().value_or(Seconds(0)) + kSettlingTime;
 }
 
-Scenario& Scenario::rest() {
+Scenario& Scenario::settleFully() {
     advance(Seconds(20));
     std::vector<std::string> violations;
     if (isManaging() && isSettled_ && !isRecovering()) checkTiledWindowsDoNotOverlap(violations, MinimumSizes::all);

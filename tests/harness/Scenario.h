@@ -73,9 +73,9 @@ class Scenario {
     // Time
     Scenario& advance(Seconds duration);
     Scenario& settle() { return advance(settlingTime()); }
-    /// Advances by 20 s. After this time, windows have refused frames below minimum sizes that they do not announce,
-    /// and other windows have made room for these windows.
-    Scenario& rest();
+    /// Advances by 20 s, much longer than `settle`. After this time, windows have refused frames below minimum sizes
+    /// that they do not announce, and other windows have made room for these windows.
+    Scenario& settleFully();
 
     // Expectations. A failure prints the whole screen.
     /// The tiles in the order of the layout: "Mail 15,15 600x400 + Notes | - | (Mail)". Each tile has its front window

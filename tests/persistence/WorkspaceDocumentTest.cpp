@@ -157,7 +157,7 @@ TEST(WorkspaceDocument, WrittenDocumentsCanBeRead) {
     }
 }
 
-TEST(WorkspaceDocument, OfTwoMembersWithOneNameTheSecondCounts) {
+TEST(WorkspaceDocument, IfTwoMembersHaveTheSameNameTheSecondIsRead) {
     const std::string exported = fileText("exported.json");
     const std::string end = exported.substr(0, exported.rfind('}'));
     EXPECT_TRUE(decoded(decodeExportedDocument(end + R"(,"scenes":[],"version":2})")).scenes.empty());
@@ -178,7 +178,7 @@ std::string repeated(const std::string& text, std::size_t bytes) {
     return out;
 }
 
-TEST(WorkspaceDocument, MemoryStaysWithinASmallMultipleOfAnyText) {
+TEST(WorkspaceDocument, ReadingTakesAtMostASmallMultipleOfTheSizeOfAnyTextInMemory) {
     constexpr std::size_t kBytes = std::size_t{1} << 20;
     constexpr std::size_t kMultiple = 10; // mostly for the library's error message about text that ends too early
     const std::string start = R"({"version":1,"rules":[],"scenes":[)";
@@ -331,7 +331,7 @@ TEST(WorkspaceDocument, ExportsThatAreTooLargeToImportAreRefused) {
 } // namespace kova
 
 namespace {
-constexpr std::size_t kSizeRoom = alignof(std::max_align_t);
+constexpr std::size_t kSizeRoom = alignof(std::max_align_t); // bytes before each block, in which its size is stored
 }
 
 void* operator new(std::size_t size) {

@@ -171,18 +171,18 @@ TEST(Published, NotifiesOfChangesOnly) {
     EXPECT_EQ(notified, "a2 b2 a3 b3 c3 c4 ");
 }
 
-TEST(Published, AValueSetByAnObserverIsNotifiedOnce) {
+TEST(Published, IfAnObserverSetsAnotherValueLaterObserversGetOnlyThatValue) {
     Published<std::string> value("calm");
     std::string notified;
     const auto before = value.observe([&](const std::string& now) { notified += "a:" + now + " "; });
     const auto setting = value.observe([&](const std::string& now) {
-        if (now == "wanted") value.set("corrected, and too long to stay where the other was");
+        if (now == "wanted") value.set("corrected, and too long for the buffer of a short string");
         notified += "b:" + now.substr(0, 9) + " ";
     });
     const auto after = value.observe([&](const std::string& now) { notified += "c:" + now.substr(0, 9) + " "; });
     value.set("wanted");
     EXPECT_EQ(notified,
-              "a:wanted a:corrected, and too long to stay where the other was b:corrected c:corrected b:wanted ");
+              "a:wanted a:corrected, and too long for the buffer of a short string b:corrected c:corrected b:wanted ");
     notified.clear();
     value.set("calm");
     EXPECT_EQ(notified, "a:calm b:calm c:calm ");

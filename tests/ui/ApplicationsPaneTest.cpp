@@ -38,7 +38,7 @@ TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     EXPECT_EQ(shown("Terminal", 2), "–");
     desk.opens("Zoom", {.secretMinimumSize = {{1500, 400}}}).settle();
     ask("place", {{"window", "zoom"}, {"tile", "2"}});
-    desk.rest();
+    desk.settleFully();
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).starts_with("1500 ×"); }))
         << "the open pane shows what is learned now: " << shown("Zoom", 2);
 

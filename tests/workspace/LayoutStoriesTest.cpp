@@ -267,7 +267,7 @@ TEST(FocusModeStories, AnActionThatIsRefusedWithoutAVisibleScreenDoesNotEndFocus
             EXPECT_EQ(*desk.state().focusMode, zoomed) << absence << " " << action.index();
         }
         end();
-        desk.rest();
+        desk.settleFully();
         EXPECT_EQ(*desk.state().focusMode, zoomed) << absence;
         EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 15,15 2530x1382");
     }

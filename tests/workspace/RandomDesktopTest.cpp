@@ -40,7 +40,7 @@ class RandomDay : public RandomWalk {
         perform(name);
         // The next event comes at once, during the passes of a placement, between two polls, or after settling.
         const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), desk_.settlingTime()});
-        chance(12) ? desk_.rest() : desk_.advance(pause);
+        chance(12) ? desk_.settleFully() : desk_.advance(pause);
     }
     /// Once all applications respond again and no more events occur, the desktop settles for good.
     void end() override {
@@ -48,9 +48,9 @@ class RandomDay : public RandomWalk {
         for (const auto& application : desktop.runningApplications())
             desktop.setAnswering(*application.localizedName, true);
         endDisturbances();
-        desk_.rest().arrange();
+        desk_.settleFully().arrange();
         withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); });
-        desk_.rest(); // a frame that a window refuses is requested more than once
+        desk_.settleFully(); // a frame that a window refuses is requested more than once
         (void)desktop.takeJournal();
         EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0)
             << "frames are written although the desktop should have settled: " << desktop.picture() << "\n"
@@ -147,7 +147,7 @@ class RandomDay : public RandomWalk {
         if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() ||
             desktop.isLoginSessionScreenLocked() || !desktop.isProcessTrusted())
             return;
-        desk_.rest(); // earlier operations may still move windows
+        desk_.settleFully(); // earlier operations may still move windows
         const auto& controller = desk_.controller();
         bool mayChangeAnyway =
             !controller.state().pendingLaunches->empty() || !controller.pendingSceneWindowPlacements().empty();

@@ -34,7 +34,7 @@ TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
     // A minimum size that the window confirms is kept, and no further frame is written.
     Scenario real;
     real.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
-    real.rest().arrange();
+    real.settleFully().arrange();
     real.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
     EXPECT_EQ(real.framesWrittenWithin(Seconds(60)), 0);
 }
@@ -58,7 +58,7 @@ TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
     desk.start().desktop.replaceWindowManager(Seconds(2));
     desk.arrange();
     EXPECT_TRUE(desk.state().observedMinimumSizes->empty());
-    desk.rest();
+    desk.settleFully();
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
@@ -71,7 +71,7 @@ TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
     desk.desktop.stallResizing(Seconds(0.9)); // longer than the verification of the last frames
     controller.perform(action::UpdateDividerDrag{divider, -400});
     controller.perform(action::EndDividerDrag{divider});
-    desk.rest();
+    desk.settleFully();
     EXPECT_EQ(learnedOfApplications(desk), 0u);
     desk.expectTiles("Codex 15,15 854x1382 | Mail 891,15 1654x1382");
 }
@@ -98,12 +98,12 @@ TEST(SizeStories, LearnedSizesOfAnApplicationCanBeForgotten) {
     ASSERT_TRUE(forgotten.details<ForgottenApplications>());
     EXPECT_EQ(forgotten.details<ForgottenApplications>()->names, std::vector<std::string>{"Mail"});
     EXPECT_EQ(learnedOfApplications(desk), 0u);
-    desk.rest();
+    desk.settleFully();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
     EXPECT_EQ(learnedOfApplications(desk), 1u) << "the window refused the smaller size again";
     for (const WorkspaceAction& restoring :
          {WorkspaceAction(action::ToggleFocusZoom{}), WorkspaceAction(action::Undo{})}) {
-        desk.rest();
+        desk.settleFully();
         std::holds_alternative<action::Undo>(restoring) ? desk.arrange() : desk.zoom();
         ASSERT_EQ(learnedOfApplications(desk), 1u);
         (void)desk.controller().perform(action::ForgetApplication{"mail"});
