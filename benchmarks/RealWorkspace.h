@@ -1,5 +1,5 @@
-// Shared by the measurements on a private X server: a workspace on real windows, without a window manager, and a
-// second client that can send the same requests.
+// For the benchmarks on a private X server: a workspace that manages real windows, without a window manager, and an X
+// client that sends the same requests as the workspace, but does nothing else.
 #pragma once
 
 #include "persistence/MemoryPreferencesStore.h"
@@ -20,34 +20,34 @@ class UnlockedSession final : public SessionServicing {
     bool isLoginSessionScreenLocked() const override { return false; }
 };
 
-class UnansweredAlerts final : public AlertServicing {
+class DeclinedAlerts final : public AlertServicing {
   public:
     void inform(const Alert&) override {}
     void confirm(const Alert&, std::function<void(bool isConfirmed)> answer) override { answer(false); }
 };
 
 struct RealWorkspace {
-    /// Only sends the requests that move the windows to the frames, in one buffer.
-    void onlyConfigure(const std::vector<CGRect>& frames) {
+    /// Sends the requests that move the windows to the frames, all in one flush, and does nothing else.
+    void sendOnlyRequests(const std::vector<CGRect>& frames) {
         for (std::size_t i = 0; i < windows.size(); ++i) {
             const CGRect& frame = frames[i];
             const std::uint32_t values[] = {
                 static_cast<std::uint32_t>(minX(frame)), static_cast<std::uint32_t>(minY(frame)),
                 static_cast<std::uint32_t>(frame.size.width), static_cast<std::uint32_t>(frame.size.height)};
             xcb_configure_window(
-                other->connection(), windows[i],
+                requestsOnly->connection(), windows[i],
                 XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
         }
-        xcb_flush(other->connection());
+        xcb_flush(requestsOnly->connection());
     }
 
-    testing::DesktopUnderTest desk{testing::Manager::none, "2560x1440"};
-    std::unique_ptr<testing::TestClient> client = desk.client("Bench", 4001);
-    std::unique_ptr<testing::TestClient> other = desk.client("Other", 4002);
+    testing::DesktopUnderTest desktopUnderTest{testing::Manager::none, "2560x1440"};
+    std::unique_ptr<testing::TestClient> windowOwner = desktopUnderTest.client("Bench", 4001);
+    std::unique_ptr<testing::TestClient> requestsOnly = desktopUnderTest.client("Other", 4002);
     std::vector<xcb_window_t> windows;
-    X11Desktop& desktop = desk.openDesktop();
+    X11Desktop& desktop = desktopUnderTest.openDesktop();
     UnlockedSession session;
-    UnansweredAlerts alerts;
+    DeclinedAlerts alerts;
     MemoryPreferencesStore preferences;
     SerialWorkQueue polling{"polling"};
     WorkspaceController controller{WorkspaceServices{.accessibility = desktop,
@@ -56,7 +56,7 @@ struct RealWorkspace {
                                                      .session = session,
                                                      .changes = desktop,
                                                      .preferences = preferences,
-                                                     .queue = desk.loop(),
+                                                     .queue = desktopUnderTest.loop(),
                                                      .pollingQueue = polling,
                                                      .alerts = alerts}};
 };

@@ -1,5 +1,6 @@
-// The cost of large scenes: importing a large file, capturing many windows, and placing many pending windows at once.
-// Each benchmark also runs at double size, which should take about double the time.
+// Measures the cost of large scenes: importing a large file, capturing many windows, and placing many awaited windows
+// at once. Each benchmark runs with one number of scenes or windows and with twice that number; the second run should
+// take about twice as long.
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/WorkspaceDocumentCoding.h"
 #include "tests/harness/SimulatedServices.h"
@@ -14,7 +15,7 @@ namespace kova {
 namespace {
 
 constexpr std::int64_t kApplications = 50;
-constexpr Seconds kReadingTime{0.01};
+constexpr Seconds kPollDuration{0.01};
 constexpr std::string_view kSlots[] = {"focus-main",  "secondary-1", "secondary-2",
                                        "secondary-3", "secondary-4", "secondary-5"};
 
@@ -34,21 +35,21 @@ struct Session {
             desktop.setTitle(desktop.open(name), "Document " + std::to_string(i));
         }
     }
-    /// Does the work of the polling queue, which the agent does on another thread.
+    /// Runs the part of a poll that the agent runs on the polling queue's thread.
     void readDesktop() {
-        desktop.pollingQueue().setJobDuration(kReadingTime);
+        desktop.pollingQueue().setJobDuration(kPollDuration);
         controller.refresh();
         desktop.queue().runDue();
     }
-    /// Does the work of the main queue on the result of the poll.
-    void takeResult() { desktop.queue().advance(kReadingTime); }
+    /// Runs the part of a poll that the agent runs on the main queue: applies the result of `readDesktop`.
+    void applyPoll() { desktop.queue().advance(kPollDuration); }
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     WorkspaceController controller{simulatedServices(desktop, preferences)};
 };
 
-/// A scene of the first windows that `openWindows` opens.
+/// Returns a scene with a placement for each of the first windows that `openWindows` opens.
 WorkspaceScene sceneOf(std::int64_t placements) {
     WorkspaceScene scene;
     scene.name = "Scene";
@@ -97,7 +98,7 @@ void CaptureWindows(benchmark::State& state) {
     (void)session.controller.perform(action::ImportDocument{std::get<std::string>(encodeExportedDocument(document))});
     session.openWindows(state.range(0));
     session.readDesktop();
-    session.takeResult();
+    session.applyPoll();
     (void)session.controller.perform(action::ActivateScene{document.scenes.front().id});
     session.desktop.queue().advance(Seconds(1));
     for (auto _ : state) {
@@ -112,30 +113,30 @@ void CaptureWindows(benchmark::State& state) {
 }
 BENCHMARK(CaptureWindows)->Arg(200)->Arg(400)->Unit(benchmark::kMicrosecond);
 
-void PlaceAllPendingWindows(benchmark::State& state) {
-    const std::int64_t pending = state.range(0), windows = state.range(1);
+void PlaceAllAwaitedWindows(benchmark::State& state) {
+    const std::int64_t awaited = state.range(0), windows = state.range(1);
     WorkspaceProductDocument document;
-    document.scenes.push_back(sceneOf(pending));
+    document.scenes.push_back(sceneOf(awaited));
     const std::string file = std::get<std::string>(encodeExportedDocument(document));
     for (auto _ : state) {
         state.PauseTiming();
         auto session = std::make_unique<Session>();
         (void)session->controller.perform(action::ImportDocument{file});
         (void)session->controller.perform(action::ActivateScene{document.scenes.front().id});
-        if (static_cast<std::int64_t>(session->controller.pendingSceneWindowPlacements().size()) != pending) {
+        if (static_cast<std::int64_t>(session->controller.pendingSceneWindowPlacements().size()) != awaited) {
             state.SkipWithError("not awaited");
         }
         session->openWindows(windows);
         session->readDesktop();
         state.ResumeTiming();
-        session->takeResult();
+        session->applyPoll();
         state.PauseTiming();
         if (!session->controller.pendingSceneWindowPlacements().empty()) state.SkipWithError("not placed");
         session.reset();
         state.ResumeTiming();
     }
 }
-BENCHMARK(PlaceAllPendingWindows)->Args({200, 500})->Args({400, 1000})->Unit(benchmark::kMillisecond);
+BENCHMARK(PlaceAllAwaitedWindows)->Args({200, 500})->Args({400, 1000})->Unit(benchmark::kMillisecond);
 
 } // namespace
 

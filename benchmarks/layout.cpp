@@ -1,6 +1,6 @@
-// The layout engine compared with the shortest time that its arithmetic can take. `Floor` divides the same balanced
-// trees with the same minimum sizes in plain arrays of numbers, without names, slots or dividers. `Solver` and
-// `Display` report how many times longer than `Floor` they take ("ratio").
+// Compares the layout engine with its arithmetic alone. The benchmark `Floor` is that arithmetic: it divides the same
+// balanced trees with the same minimum sizes, but in plain arrays of numbers, without names, slots or dividers.
+// `Solver` and `Display` measure the engine; their counter "ratio" says how many times longer than `Floor` they take.
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
 #include "workspace/DisplayLayouts.h"
@@ -21,16 +21,17 @@ using namespace kova;
 
 constexpr int kWidth = 2560, kHeight = 1440, kGap = 8;
 
-/// The width alternates, so that no result can be kept from one call to the next.
-int nextWidth(int& tick) {
-    return kWidth - (++tick & 1);
+/// Returns two widths alternately, so that the engine cannot reuse the result of the call before.
+int nextWidth(int& calls) {
+    return kWidth - (++calls & 1);
 }
 
-/// Every fifth tile needs more than its share.
+/// The minimum size of every fifth tile is larger than the share that its weight gives.
 CGSize minimumOfTile(int tile, int tiles) {
     return tile % 5 == 0 ? CGSize{static_cast<double>(3600 / tiles), static_cast<double>(1800 / tiles)} : CGSize{1, 1};
 }
 
+/// A balanced tree of splits with two branches each. A node is followed by its first branch.
 class FloorTree {
   public:
     explicit FloorTree(int tiles) {
@@ -71,9 +72,9 @@ class FloorTree {
 
   private:
     struct Node {
-        std::int32_t second = 0;
-        std::int32_t tile = -1;
-        float ratio = 0.5F;
+        std::int32_t second = 0; // index of the second branch; 0 for a tile
+        std::int32_t tile = -1;  // number of the tile; -1 for a split
+        float ratio = 0.5F;      // share of the first branch
         bool isHorizontal = true;
     };
     struct Frame {
@@ -132,12 +133,12 @@ LayoutNode balancedTree(int tiles, int firstTile, LayoutAxis axis) {
                         {static_cast<double>(tiles - before), balancedTree(tiles - before, firstTile + before, next)}}};
 }
 
-/// How many times longer a call of `work` takes than one of `floor`, in processor time, from the quickest of
-/// alternating batches.
+/// Returns how many times longer a call of `work` takes than a call of `floor`, in processor time. Batches of calls
+/// alternate between the two, and the quickest batch of each is compared.
 template <class Work, class Floor>
 double ratioOf(Work work, Floor floor, int callsInBatch) {
-    const char* fewer = std::getenv("KOVA_BENCHMARK_BATCHES");
-    const int batches = fewer ? std::atoi(fewer) : 40;
+    const char* value = std::getenv("KOVA_BENCHMARK_BATCHES");
+    const int batches = value ? std::atoi(value) : 40;
     const auto batch = [callsInBatch](auto& call) {
         const std::clock_t start = std::clock();
         for (int i = 0; i < callsInBatch; ++i) call();
@@ -153,8 +154,8 @@ double ratioOf(Work work, Floor floor, int callsInBatch) {
 
 void Floor(benchmark::State& state) {
     FloorTree tree(static_cast<int>(state.range(0)));
-    int tick = 0;
-    for (auto _ : state) tree.solve(nextWidth(tick), kHeight);
+    int calls = 0;
+    for (auto _ : state) tree.solve(nextWidth(calls), kHeight);
 }
 
 void Solver(benchmark::State& state) {
@@ -165,21 +166,21 @@ void Solver(benchmark::State& state) {
     const LayoutMetrics metrics{0, kGap, {0, 0}};
     LayoutSolver solver;
     SolvedLayout result;
-    int tick = 0;
+    int calls = 0;
     const auto solve = [&] {
-        solver.solve(tree, minimums, {static_cast<double>(nextWidth(tick)), kHeight}, metrics, 0, result);
+        solver.solve(tree, minimums, {static_cast<double>(nextWidth(calls)), kHeight}, metrics, 0, result);
         benchmark::DoNotOptimize(result.frames.data());
         benchmark::ClobberMemory();
     };
     for (auto _ : state) solve();
     FloorTree floor(tiles);
-    int floorTick = 0;
+    int floorCalls = 0;
     state.counters["ratio"] = ratioOf(
-        solve, [&] { floor.solve(nextWidth(floorTick), kHeight); }, 200'000 / tiles);
+        solve, [&] { floor.solve(nextWidth(floorCalls), kHeight); }, 200'000 / tiles);
     state.counters["unsatisfied"] = static_cast<double>(result.unsatisfiedTileIDs.size());
 }
 
-/// Searches a span for a window that fits no single slot. Every second slot of the layout is occupied.
+/// Searches for a span of slots, for a window that does not fit into one slot. Every second slot is occupied.
 void searchSpan(benchmark::State& state, const std::vector<TileSlot>& slots, std::size_t anchor, CGSize minimumSize) {
     std::set<SlotID> occupied;
     for (std::size_t i = 0; i < slots.size(); i += 2) occupied.insert(slots[i].id);
@@ -210,7 +211,7 @@ void SpanInGridOf63(benchmark::State& state) {
     searchSpan(state, grid(9, 7), 31, fillsDisplay ? CGSize{kWidth - 20, kHeight - 20} : CGSize{700, 500});
 }
 
-/// No two edges coincide, so every rectangle of edges has to be examined.
+/// No edges of two slots are in line, so the search has to examine every rectangle between edges.
 void SpanAmong63ScatteredSlots(benchmark::State& state) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> place(0, 0.95);
@@ -222,7 +223,8 @@ void SpanAmong63ScatteredSlots(benchmark::State& state) {
     searchSpan(state, slots, 0, {kWidth * 0.8, kHeight * 0.8});
 }
 
-/// The agent's work when a divider moves or a display changes: the display reuses its solver and its result.
+/// Measures what the agent computes when a divider moves or a display changes. `DisplayLayouts` reuses the solver and
+/// the memory of the result.
 void Display(benchmark::State& state) {
     const int tiles = static_cast<int>(state.range(0));
     const std::vector<LayoutDefinition> catalogue{
@@ -237,17 +239,17 @@ void Display(benchmark::State& state) {
     screen.frame = screen.visibleFrame = makeRect(0, 0, kWidth, kHeight);
     screen.knownID = displayID(screen); // as the workspace stores it
     DisplayLayouts layouts;
-    int tick = 0;
+    int calls = 0;
     const auto solve = [&] {
-        screen.visibleFrame.size.width = nextWidth(tick);
+        screen.visibleFrame.size.width = nextWidth(calls);
         benchmark::DoNotOptimize(layouts.solve(screen, profile, catalogue, minimums).frames.data());
         benchmark::ClobberMemory();
     };
     for (auto _ : state) solve();
     FloorTree floor(tiles);
-    int floorTick = 0;
+    int floorCalls = 0;
     state.counters["ratio"] = ratioOf(
-        solve, [&] { floor.solve(nextWidth(floorTick), kHeight); }, 200'000 / tiles);
+        solve, [&] { floor.solve(nextWidth(floorCalls), kHeight); }, 200'000 / tiles);
 }
 
 BENCHMARK(Floor)->Arg(6)->Arg(20)->Arg(100)->Arg(1000);

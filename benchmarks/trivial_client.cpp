@@ -1,5 +1,7 @@
-// The smallest possible command, with which `kova` is compared: sends one line to a Unix socket, reads one response,
-// prints it.
+// The smallest possible client, with which command_benchmark compares `kova`. Sends one line to a Unix socket, reads
+// one response and prints it.
+//
+//   trivial_client SOCKET LINE
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>

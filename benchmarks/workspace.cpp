@@ -1,5 +1,6 @@
-// The cost of the engine alone: a plan for many windows, a poll without changes, a change of layout up to the last
-// request. The desktop is the simulated one, so the times do not include an X server.
+// Measures the time of the workspace's own code: the plan of an arrangement of many windows, a poll without changes,
+// and a change of layout until its last request is sent. The desktop is simulated, so the times contain no work of an X
+// server.
 #include "persistence/MemoryPreferencesStore.h"
 #include "tests/harness/SimulatedServices.h"
 
