@@ -133,6 +133,7 @@ void RefreshCycle::receive(PollResult result, std::int64_t generation, std::int6
     hasResult_ = true;
     callbacks_.apply(std::move(result));
     runWaiting(poll);
+    if (timer_ && !isIdle_ && mayBeIdle()) becomeIdle(); // the next tick would only wake the agent
 }
 
 void RefreshCycle::startTimer() {
@@ -160,13 +161,15 @@ bool RefreshCycle::mayBeIdle() const {
 void RefreshCycle::tick() {
     nextTick_ += kInterval;
     if (nextTick_ <= queue_.uptime()) nextTick_ = queue_.uptime() + kInterval; // the machine was busy or asleep
-    if (!mayBeIdle()) {
-        refresh();
-        scheduleTick();
-        return;
-    }
-    // Nothing has changed, so no poll runs until the next change or the longest idle time. Later polls stay at
-    // multiples of `kInterval` from the earlier ones.
+    if (mayBeIdle()) return becomeIdle();
+    refresh();
+    scheduleTick();
+}
+
+/// No poll runs until the next change or the longest idle time. Later polls stay at multiples of `kInterval` from the
+/// earlier ones.
+void RefreshCycle::becomeIdle() {
+    timer_->cancel();
     timer_.reset();
     isIdle_ = true;
     if (const auto longest = changes_.longestIdleTime()) {

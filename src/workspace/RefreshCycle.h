@@ -85,6 +85,7 @@ class RefreshCycle {
     void pollAfterIdleTime();
     void tick();
     bool mayBeIdle() const;
+    void becomeIdle();
     void receive(PollResult result, std::int64_t generation, std::int64_t poll);
 
     std::shared_ptr<AccessibilityWindowService> service_;
