@@ -26,7 +26,8 @@ int nextWidth(int& calls) {
     return kWidth - (++calls & 1);
 }
 
-/// The minimum size of every fifth tile is larger than the share that its weight gives.
+/// Every fifth tile has a minimum size of more than a point. The share of the tile is larger still, with 6 to 1000
+/// tiles.
 CGSize minimumOfTile(int tile, int tiles) {
     return tile % 5 == 0 ? CGSize{static_cast<double>(3600 / tiles), static_cast<double>(1800 / tiles)} : CGSize{1, 1};
 }

@@ -2,7 +2,7 @@
 // entry from the intents, and the verbs and methods in the manual pages.
 //
 //   kova-generate desktop-entry
-//   kova-generate manual TEMPLATE    a page in which .KOVA-VERBS and .KOVA-METHODS stand for the tables
+//   kova-generate manual TEMPLATE    replaces the lines .KOVA-VERBS and .KOVA-METHODS of the page by the tables
 #include "cli/Verbs.h"
 #include "commands/Intents.h"
 #include "support/Version.h"
@@ -30,7 +30,7 @@ std::string_view lastPart(std::string_view url) {
     return url.substr(url.rfind('/') + 1);
 }
 
-/// An argument of a program, written as one word of an Exec line.
+/// Escapes an argument without spaces or quotation marks for an Exec line.
 std::string execWord(std::string_view word) {
     return replaced(std::string(word), "%", "%%");
 }
@@ -62,7 +62,8 @@ std::string desktopEntry() {
            scheme + ";\nActions=" + actions + "\n" + groups;
 }
 
-/// The text escaped for the manual's formatter. The result must not be put at the beginning of a line.
+/// Escapes the text for the formatter of manual pages. A text must not begin with a period, which is
+/// not escaped.
 std::string forManual(std::string_view text) {
     std::string out = replaced(std::string(text), "\\", "\\e");
     out = replaced(std::move(out), "-", "\\-");
@@ -106,7 +107,7 @@ std::string verbs() {
 std::string methods() {
     std::string out;
     for (const cli::Verb& verb : cli::verbs()) {
-        if (verb.method.empty()) continue; // works without the agent
+        if (verb.method.empty()) continue; // the verb works without the agent
         out += ".TP\n\\fB" + forManual(verb.method) + "\\fR\n" + forManual(verb.summary) + " (\\fBkova " +
                forManual(verb.name) + "\\fR)\n";
     }

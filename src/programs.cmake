@@ -1,5 +1,5 @@
-# The programs. The command line must start at once: on Linux it is one static file without the unused parts of the
-# libraries, so that there is little to load.
+# The programs. The command line must start quickly. So on Linux it is linked statically, without the unused parts of the
+# libraries, and little has to be loaded.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 file(GLOB cli_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/cli/*.cpp)
@@ -26,7 +26,7 @@ endif()
 
 if(APPLE)
   file(GLOB agent_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/agent/*.cpp ${CMAKE_CURRENT_LIST_DIR}/agent/*.mm)
-  list(FILTER agent_sources EXCLUDE REGEX "/main\\.cpp$") # the one on Linux
+  list(FILTER agent_sources EXCLUDE REGEX "/main\\.cpp$") # main.cpp is for Linux
   add_executable(kova-agent ${agent_sources})
   target_link_libraries(kova-agent PRIVATE kova_control kova_platform_macos kova_platform_posix kova_app)
 endif()

@@ -1,4 +1,4 @@
-# kova-ui: the one program with Qt. Without Qt everything else is built all the same.
+# kova-ui, the only program that uses Qt. If Qt is not installed, only kova-ui is left out.
 option(KOVA_BUILD_UI "Build kova-ui, the user interface" ON)
 if(NOT KOVA_BUILD_UI)
   return()
@@ -28,14 +28,15 @@ if(APPLE)
 else()
   list(FILTER ui_sources EXCLUDE REGEX /ui/macos/)
 endif()
-# Not an archive: windows and panes enter themselves in lists, and nothing refers to their files.
+# Windows and panes register themselves in lists, and no other source refers to them. If this were a static library, the linker
+# would leave them out.
 add_library(kova_ui OBJECT ${ui_sources})
 set_target_properties(kova_ui PROPERTIES AUTOMOC ON)
 target_link_libraries(kova_ui PUBLIC kova_control_client kova_themes Qt6::Widgets Qt6::DBus ${window_system})
 target_compile_definitions(kova_ui PUBLIC QT_NO_FOREACH QT_NO_KEYWORDS)
 target_compile_options(kova_ui PRIVATE "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc;-Wunguarded-availability>")
 
-# Translations are compiled into the program. script/translate renews the files after texts have changed.
+# Translations are compiled into the program. script/translate updates their files after texts have changed.
 find_package(Qt6LinguistTools QUIET)
 if(Qt6LinguistTools_FOUND)
   file(GLOB translations CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/ui/translations/*.ts)
@@ -50,7 +51,7 @@ if(Qt6LinguistTools_FOUND)
   qt6_add_resources(translation_sources ${CMAKE_CURRENT_BINARY_DIR}/translations.qrc)
   target_sources(kova_ui PRIVATE ${translation_sources})
 else()
-  message(STATUS "kova-ui speaks English only: qt6-tools-dev and qt6-l10n-tools are missing")
+  message(STATUS "kova-ui is built in English only: qt6-tools-dev and qt6-l10n-tools are missing")
 endif()
 add_executable(kova-ui ui/main.cpp)
 target_link_libraries(kova-ui PRIVATE kova_ui)

@@ -1,4 +1,4 @@
-# The agent's socket and the command line, tested with a whole agent on the simulated desktop.
+# Tests of the agent's socket and of the command line. They run a complete agent on the simulated desktop.
 target_link_libraries(control_tests PRIVATE kova_scenario)
 target_compile_definitions(control_tests PRIVATE KOVA_DOCS="${PROJECT_SOURCE_DIR}/docs")
 

@@ -1,4 +1,4 @@
-# Fuzz tests of readers of untrusted files, for a short time. Only with a compiler that has the library for it.
+# Fuzz tests of the code that reads untrusted input. Each runs for a short time. They need a compiler with libFuzzer, as clang has it.
 include(CheckCXXSourceCompiles)
 set(CMAKE_REQUIRED_FLAGS -fsanitize=fuzzer)
 check_cxx_source_compiles("extern \"C\" int LLVMFuzzerTestOneInput(const unsigned char*, unsigned long) { return 0; }"
@@ -8,24 +8,25 @@ if(NOT KOVA_HAS_FUZZER)
   return()
 endif()
 
-set(KOVA_FUZZ_SECONDS 20 CACHE STRING "How long a test with made-up bytes runs, in seconds")
+set(KOVA_FUZZ_SECONDS 20 CACHE STRING "The duration of each fuzz test, in seconds")
 
 pkg_check_modules(KOVA_FUZZ_ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 
-# fuzz/NAME.cpp with the sources of its reader, compiled again, since the fuzzer follows the branches of the code. It
-# begins with the files of fuzz/CORPUS and the words of fuzz/CORPUS.dict; no input is longer than LONGEST bytes.
+# Adds a test from fuzz/<name>.cpp and the given sources of the tested code. The sources are compiled again for this test, since
+# libFuzzer needs to see which branches of the code run. The fuzzer begins with the inputs in fuzz/<corpus> and the words in
+# fuzz/<corpus>.dict. No input is longer than <longest> bytes.
 function(kova_fuzz test name corpus longest)
   add_executable(${test} fuzz/${name}.cpp ${ARGN})
   target_link_libraries(${test} PRIVATE kova_options nlohmann_json::nlohmann_json Threads::Threads
     PkgConfig::KOVA_FUZZ_ICU)
   target_compile_options(${test} PRIVATE -O1 -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all)
   target_link_options(${test} PRIVATE -fsanitize=fuzzer,address,undefined)
-  # New corpus files are written to the build folder; the corpus in the sources is only read.
-  set(found ${CMAKE_CURRENT_BINARY_DIR}/fuzz/${corpus})
-  file(MAKE_DIRECTORY ${found})
+  # New inputs are written to the build folder; fuzz/<corpus> is only read.
+  set(new_inputs ${CMAKE_CURRENT_BINARY_DIR}/fuzz/${corpus})
+  file(MAKE_DIRECTORY ${new_inputs})
   add_test(NAME ${test} COMMAND ${test} -max_total_time=${KOVA_FUZZ_SECONDS} -timeout=5 -rss_limit_mb=1024
     -max_len=${longest} -dict=${CMAKE_CURRENT_SOURCE_DIR}/fuzz/${corpus}.dict
-    -artifact_prefix=${CMAKE_CURRENT_BINARY_DIR}/fuzz/ ${found} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/${corpus})
+    -artifact_prefix=${CMAKE_CURRENT_BINARY_DIR}/fuzz/ ${new_inputs} ${CMAKE_CURRENT_SOURCE_DIR}/fuzz/${corpus})
   set_tests_properties(${test} PROPERTIES LABELS fuzz TIMEOUT 300)
 endfunction()
 

@@ -1,4 +1,4 @@
-# The parts of the Mac application that are made on every system.
+# Tests of those files of the Mac application that are generated on every system.
 find_package(Python3 COMPONENTS Interpreter)
 if(Python3_FOUND)
   add_test(NAME macos_bundle COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_LIST_DIR}/packaging/check-macos-bundle.py

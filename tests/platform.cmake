@@ -1,4 +1,4 @@
-# Tests of the platform modules. Those under desktop/ open real windows on a private X server.
+# Tests of the platform modules. The tests under desktop/ open real windows on a private X server.
 if(UNIX AND NOT APPLE)
   find_package(sdbus-c++ REQUIRED)
   set(private_server desktop/ChildProcess.cpp desktop/PrivateServer.cpp desktop/TestClient.cpp)
@@ -7,14 +7,14 @@ if(UNIX AND NOT APPLE)
   target_compile_definitions(linux_tests PRIVATE KOVA_SERVICE_UNIT="${PROJECT_SOURCE_DIR}/packaging/linux/kova-agent.service")
   kova_tests(x11 kova_platform_x11)
   kova_tests(desktop kova_platform_x11)
-  # Adds a back end to the contract tests.
+  # The contract tests run on this back end, too.
   target_sources(contract_tests PRIVATE contract/x11/X11Contract.cpp contract/x11/LinuxSessionContract.cpp ${private_server})
   target_link_libraries(contract_tests PRIVATE kova_platform_x11 kova_platform_linux)
   kova_tests(agent kova_platform_x11 SDBusCpp::sdbus-c++)
   target_sources(agent_tests PRIVATE ${private_server})
   target_compile_definitions(agent_tests PRIVATE KOVA_COMMAND="$<TARGET_FILE:kova>" KOVA_AGENT="$<TARGET_FILE:kova-agent>")
   add_dependencies(agent_tests kova kova-agent)
-  # A module for Xorg that can switch screens off; without the server's headers, tests of dark screens are left out.
+  # A driver module for Xorg that can switch screens off. If Xorg's headers are not installed, tests of dark screens are left out.
   pkg_check_modules(XORG_SERVER xorg-server)
   if(XORG_SERVER_FOUND)
     set(xorg_modules ${CMAKE_CURRENT_BINARY_DIR}/xorg)
@@ -34,7 +34,7 @@ if(APPLE)
   add_executable(contract_client contract/macos/ContractClient.mm)
   target_compile_options(contract_client PRIVATE -fobjc-arc)
   target_link_libraries(contract_client PRIVATE "-framework AppKit")
-  # Adds a back end to the contract tests.
+  # The contract tests run on this back end, too.
   target_sources(contract_tests PRIVATE contract/macos/MacContract.mm)
   target_link_libraries(contract_tests PRIVATE kova_platform_macos "-framework CoreServices")
   target_compile_definitions(contract_tests PRIVATE KOVA_CONTRACT_CLIENT="$<TARGET_FILE:contract_client>")

@@ -1,5 +1,6 @@
-# kova-ui: its pictures, its pointer, its client, without a screen; and its windows on private X servers.
-if(NOT TARGET kova_ui OR APPLE) # its windows are tried on X servers
+# Tests of kova-ui. Drawing, pointer events and the connection to the agent are tested without a screen, the windows on private X
+# servers.
+if(NOT TARGET kova_ui OR APPLE) # the tests need an X server
   return()
 endif()
 find_package(Qt6 REQUIRED COMPONENTS Test)

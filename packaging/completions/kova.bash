@@ -1,7 +1,7 @@
 # Completion of kova for bash. The program kova computes the possible words.
 
 _kova() {
-  # Bash also splits words at colons and equals signs. Here the parts are joined again as they are on the line.
+  # Bash also splits words at colons and equals signs. This loop joins the parts again as they stand on the line.
   local rest=${COMP_LINE:0:COMP_POINT} trimmed piece words=() i
   for ((i = 0; i <= COMP_CWORD; i++)); do
     trimmed=${rest#"${rest%%[![:space:]]*}"}
@@ -15,7 +15,7 @@ _kova() {
     rest=${trimmed#"$piece"}
   done
 
-  # Removes an opening quotation mark and backslashes, which are not part of the word.
+  # Quotation marks and backslashes are not part of a word. The word at the cursor may have an opening mark only.
   local current=${words[${#words[@]}-1]} quote=
   [[ $current != [\"\']* ]] || quote=${current:0:1} current=${current:1}
   [[ $quote == \' ]] || current=${current//\\/}
@@ -25,7 +25,7 @@ _kova() {
     words[i]=${piece//\\/}
   done
 
-  # Bash replaces only the text after its last split.
+  # Bash replaces only the text after the last colon or equals sign, so the text before it is removed from the candidates.
   local kept=
   [[ $quote || $current != *[:=]* ]] || kept=${current%"${current##*[:=]}"}
   local line candidate

@@ -1,5 +1,5 @@
-# The signed application, for a tap of the project's own. The address and the sum are placeholders until there is a
-# release to name.
+# The signed application, for the project's own Homebrew tap. The URL and the checksum are placeholders until the first
+# release.
 cask "kova-app" do
   version "0.1.0"
   sha256 "0000000000000000000000000000000000000000000000000000000000000000"

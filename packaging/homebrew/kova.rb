@@ -1,5 +1,5 @@
-# The command line and the agent from source, for a tap of the project's own. The address and the sum are placeholders
-# until there is a release to name.
+# Builds KOVA.app with the agent and the command line from source, for the project's own Homebrew tap. The URL and the
+# checksum are placeholders until the first release.
 class Kova < Formula
   desc "Divides each display into named tiles and keeps windows in them"
   homepage "https://kova.example.org"
@@ -16,7 +16,7 @@ class Kova < Formula
   depends_on "icu4c@77"
   depends_on "qt"
   depends_on macos: :ventura
-  depends_on xcode: ["15.0", :build] # only its own build finds the App Intents
+  depends_on xcode: ["15.0", :build] # the system finds the App Intents only if Xcode builds them
 
   def install
     system "cmake", "-S", ".", "-B", "build", "-G", "Xcode", "-DKOVA_WITH_APP_INTENTS=ON",
@@ -28,7 +28,7 @@ class Kova < Formula
 
   service do
     run [opt_prefix/"KOVA.app/Contents/MacOS/KOVA"]
-    keep_alive crashed: true # an agent that ends by itself has said why
+    keep_alive crashed: true # an agent that ended without a crash is not started again
   end
 
   def caveats
@@ -37,8 +37,8 @@ class Kova < Formula
       System Settings → Privacy & Security → Accessibility:
         #{opt_prefix}/KOVA.app
 
-      After an upgrade, macOS may show KOVA as allowed and ignore it: remove it from that list and add it
-      again, or run
+      After an upgrade, macOS may list KOVA as allowed but not give it access. Remove KOVA from that list and
+      add it again, or run
         tccutil reset Accessibility org.example.kova
     EOS
   end

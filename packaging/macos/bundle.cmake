@@ -1,9 +1,10 @@
-# KOVA.app: the agent with its icon, its Info.plist, the command line (Contents/Helpers/kova) and, where Qt is installed,
-# kova-ui as a separate application beside it; with the options for them also Sparkle and the intents in Swift. Included
-# where the agent's target is defined. Other systems generate only the Info.plist and the Swift source, for the tests.
+# Builds KOVA.app from the agent, its icon, its Info.plist and the command line (Contents/Helpers/kova). If Qt is installed, the
+# application contains kova-ui (Contents/Helpers/kova-ui.app). Options add Sparkle and the App Intents, which are written in
+# Swift. src/programs.cmake includes this file. Systems other than a Mac only generate the Info.plist files and the Swift source,
+# for the tests.
 set(bundle_folder ${CMAKE_CURRENT_LIST_DIR})
-set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "Under which the Mac knows the application and its permissions")
-option(KOVA_WITH_SPARKLE "Build the Mac application with Sparkle, which looks for updates" OFF)
+set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "The identifier under which macOS stores the application's permissions")
+option(KOVA_WITH_SPARKLE "Build the Mac application with Sparkle, which checks for updates" OFF)
 set(KOVA_UPDATE_FEED "" CACHE STRING "The address of Sparkle's list of versions")
 set(KOVA_UPDATE_KEY "" CACHE STRING "The public key that updates are signed with")
 
@@ -41,15 +42,16 @@ set_target_properties(kova-agent PROPERTIES
   XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}
   INSTALL_RPATH "@executable_path/../Frameworks"
   BUILD_WITH_INSTALL_RPATH TRUE)
-# Only headers of these libraries are used. If they were linked, they would have to be installed, and have the same signer.
+# Leaves out libraries of which only headers are used. A linked library would have to be installed, with the application's signer.
 target_link_options(kova-agent PRIVATE LINKER:-dead_strip,-dead_strip_dylibs)
-# Not in the folder of the application's own program (KOVA), since file names on a Mac usually ignore case.
+# The program kova is copied to Helpers. It cannot be in the same folder as the agent's program (KOVA), since file names on a Mac
+# usually ignore case.
 set(contents $<TARGET_BUNDLE_CONTENT_DIR:kova-agent>)
 add_dependencies(kova-agent kova)
 add_custom_command(TARGET kova-agent POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Helpers
   COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:kova> ${contents}/Helpers/kova VERBATIM)
-# The programs are copied whenever the agent is linked, so the agent is linked again when one of them was.
+# The copies are made when the agent is linked. So the agent is linked again whenever kova or kova-ui has been linked.
 set_property(TARGET kova-agent APPEND PROPERTY LINK_DEPENDS $<TARGET_FILE:kova>)
 
 if(TARGET kova-ui)
@@ -64,9 +66,9 @@ if(TARGET kova-ui)
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${helper}
     COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${helper} VERBATIM)
   if(CMAKE_BUILD_TYPE STREQUAL Release)
-    # A signed application loads only libraries of the same signer, so Qt is copied into kova-ui.app. That makes the signature
-    # of the linker or of Xcode invalid, and the system ends a program with an invalid signature. So kova-ui.app is signed
-    # again, before the application that contains it.
+    # A signed application loads only libraries of the same signer, so Qt is copied into kova-ui.app. The copy makes the
+    # signature of the linker or of Xcode invalid, and the system ends a program with an invalid signature. So kova-ui.app is
+    # signed again, before KOVA.app is signed.
     find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_prefix}/bin REQUIRED)
     add_custom_command(TARGET kova-agent POST_BUILD
       COMMAND ${MACDEPLOYQT} ${helper} -verbose=1
@@ -74,8 +76,8 @@ if(TARGET kova-ui)
   endif()
 endif()
 
-# Xcode's own build (preset "macos") reads titles and phrases from the source. Any other build compiles the intents, but
-# the system does not find them.
+# Only a build with Xcode (preset "macos") extracts the titles and phrases of the intents from their source. Other generators
+# compile the intents, but the system then does not find them.
 if(CMAKE_GENERATOR STREQUAL Xcode)
   set(intents_default ON)
 else()
@@ -85,9 +87,9 @@ option(KOVA_WITH_APP_INTENTS "Build the Mac application with its App Intents, in
 if(KOVA_WITH_APP_INTENTS)
   set(CMAKE_Swift_LANGUAGE_VERSION 5) # otherwise Xcode uses an older version
   enable_language(Swift)
-  set_target_properties(kova-agent PROPERTIES Swift_MODULE_NAME KOVA) # a module's name has no hyphen
+  set_target_properties(kova-agent PROPERTIES Swift_MODULE_NAME KOVA) # a module's name cannot contain a hyphen
   target_sources(kova-agent PRIVATE ${intents})
-  add_dependencies(kova-agent kova_app_intents) # in Xcode two independent targets cannot share a command
+  add_dependencies(kova-agent kova_app_intents) # required by Xcode, as both targets use the generated source
   target_compile_options(kova-agent PRIVATE $<$<COMPILE_LANGUAGE:Swift>:-parse-as-library>)
   target_link_libraries(kova-agent PRIVATE "-framework AppIntents")
 endif()

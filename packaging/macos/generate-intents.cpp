@@ -1,6 +1,6 @@
-// Generates the Swift source of the App Intents from the table of intents that all platforms use. The system reads
-// titles and phrases while the source is compiled, so they have to be literals. Each intent passes its URL to the
-// application's delegate in the same process: opening the URL through the system would bring KOVA to the front.
+// Generates the Swift source of the App Intents from the table of intents that all platforms use. Xcode extracts titles
+// and phrases when it compiles the source, so they have to be literals. Each intent passes its URL to the application's
+// delegate in the same process, since opening the URL through the system would bring KOVA to the front.
 #include "commands/Intents.h"
 
 #include <iostream>
@@ -11,7 +11,7 @@ namespace {
 
 using namespace kova;
 
-/// The text escaped for a Swift string literal.
+/// Escapes the text for a Swift string literal.
 std::string escaped(std::string_view text) {
     std::string result;
     for (const char letter : text) {
@@ -48,9 +48,9 @@ void printIntent(const Intent& intent) {
               << "}\n\n";
 }
 
-enum class ShortcutLook { none, titleAndSymbol };
+enum class ShortcutDisplay { phrasesOnly, titleAndSymbol };
 
-void printShortcuts(ShortcutLook look) {
+void printShortcuts(ShortcutDisplay display) {
     for (const AppShortcut& shortcut : kAppShortcuts) {
         std::cout << "            AppShortcut(\n"
                   << "                intent: " << shortcut.intent.typeName << "(),\n"
@@ -59,7 +59,7 @@ void printShortcuts(ShortcutLook look) {
             std::cout << "                    " << literal(phrase, "\\(.applicationName)") << ",\n";
         }
         std::cout << "                ]";
-        if (look == ShortcutLook::titleAndSymbol) {
+        if (display == ShortcutDisplay::titleAndSymbol) {
             std::cout << ",\n"
                       << "                shortTitle: " << literal(shortcut.shortTitle) << ",\n"
                       << "                systemImageName: " << literal(shortcut.symbol);
@@ -69,14 +69,14 @@ void printShortcuts(ShortcutLook look) {
     }
 }
 
-/// A program may have one provider only. Short titles and symbols came with macOS 14.
+/// Prints the one provider that a program may have. Shortcuts have short titles and symbols since macOS 14.
 void printShortcutsProvider() {
     std::cout << "struct " << kAppShortcutsTypeName << ": AppShortcutsProvider {\n"
               << "    @AppShortcutsBuilder static var appShortcuts: [AppShortcut] {\n"
               << "        if #available(macOS 14.0, *) {\n";
-    printShortcuts(ShortcutLook::titleAndSymbol);
+    printShortcuts(ShortcutDisplay::titleAndSymbol);
     std::cout << "        } else {\n";
-    printShortcuts(ShortcutLook::none);
+    printShortcuts(ShortcutDisplay::phrasesOnly);
     std::cout << "        }\n"
               << "    }\n"
               << "}\n";
@@ -85,7 +85,7 @@ void printShortcutsProvider() {
 } // namespace
 
 int main() {
-    std::cout << R"(// Made when the program is built; changes belong into the intents that it is made of.
+    std::cout << R"(// Generated from src/commands/Intents.h when the program is built. Make changes there.
 import AppIntents
 import AppKit
 
@@ -97,7 +97,7 @@ private func openURL(_ text: String) throws {
     delegate.application?(NSApplication.shared, open: [url])
 }
 
-/// Every byte that is neither a letter, a digit nor one of "-._~".
+/// Encodes every byte that is neither an ASCII letter, an ASCII digit nor one of "-._~".
 private func percentEncoded(_ text: String) -> String {
     var unreserved = CharacterSet(charactersIn: "-._~")
     unreserved.insert(charactersIn: "a"..."z")

@@ -1,4 +1,4 @@
-# The platform modules of Linux: the desktop on X11, folders, desktop entries, event loop.
+# The platform modules of Linux. platform_x11 is the desktop; platform_linux has folders, desktop entries and the event loop.
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-dpms xcb-icccm xcb-randr xcb-res xcb-screensaver xcb-xinput xcb-xkb xkbcommon)
 find_package(sdbus-c++ REQUIRED)
 
