@@ -1,5 +1,5 @@
-// Counts changes on a Mac: the requested notifications of applications and windows, and notifications of the system.
-// Created and destroyed on the main thread.
+// Counts changes of the desktop on a Mac. It counts the notifications that applications and windows were requested to
+// send, and notifications of the system. Created and destroyed on the main thread.
 #pragma once
 
 #include "platform/macos/MacAccessibility.h"
@@ -29,13 +29,13 @@ class MacChangeObservers final : public DesktopChangeServicing {
     void endAnnouncements(const AccessibilityElement& element) override;
     std::optional<Seconds> longestIdleTime() const override { return Seconds(10); }
 
-    /// Called when a change was announced. Main thread.
+    /// Increases the change count. Main thread.
     void noteChange();
 
   private:
     struct Observer;
     std::shared_ptr<Observer> observerOf(pid_t process);
-    void tellSoon();
+    void notifySoon();
 
     MainQueue& queue_;
     const MacAccessibility& accessibility_;
