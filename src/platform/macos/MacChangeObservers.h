@@ -41,7 +41,7 @@ class MacChangeObservers final : public DesktopChangeServicing {
     const MacAccessibility& accessibility_;
     std::atomic<std::uint64_t> changes_{1};
     std::function<void()> callback_;
-    std::uint64_t request_ = 0; // the newest call of notifyWhenChanged
+    std::uint64_t request_ = 0; // number of the newest call of notifyWhenChanged
     std::vector<Subscription> systemChanges_;
     Mutex mutex_;
     std::map<pid_t, std::shared_ptr<Observer>> observers_ KOVA_GUARDED_BY(mutex_);

@@ -123,7 +123,7 @@ void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
         const auto known = observers_.find(element.processIdentifier);
         if (known == observers_.end()) return;
         observed = known->second;
-        // A hash of 0 means the application itself. Its end is the end of all announcements of the process.
+        // The element of the application has the hash 0. Ending its announcements also ends those of all its windows.
         if (element.hash == 0) observers_.erase(known);
     }
     if (!observed) return;
