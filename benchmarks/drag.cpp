@@ -37,8 +37,10 @@ using Microseconds = std::chrono::duration<double, std::micro>;
 
 constexpr int kWindows = 6;
 
+/// Times from the start of a step or a comparison, in microseconds.
 struct Cost {
-    double sent = 0, done = 0; // microseconds from the start
+    double sent = 0; // when the last request had been sent
+    double done = 0; // when the server had carried out all requests
 };
 
 double median(const std::vector<Cost>& costs, double Cost::*part) {

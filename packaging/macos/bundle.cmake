@@ -6,7 +6,7 @@ set(bundle_folder ${CMAKE_CURRENT_LIST_DIR})
 set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "The identifier under which macOS stores the application's permissions")
 option(KOVA_WITH_SPARKLE "Build the Mac application with Sparkle, which checks for updates" OFF)
 set(KOVA_UPDATE_FEED "" CACHE STRING "The address of Sparkle's list of versions")
-set(KOVA_UPDATE_KEY "" CACHE STRING "The public key that updates are signed with")
+set(KOVA_UPDATE_KEY "" CACHE STRING "The public key that verifies the signatures of updates")
 
 set(KOVA_UPDATE_KEYS "")
 if(KOVA_WITH_SPARKLE AND KOVA_UPDATE_FEED)
@@ -42,7 +42,8 @@ set_target_properties(kova-agent PROPERTIES
   XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}
   INSTALL_RPATH "@executable_path/../Frameworks"
   BUILD_WITH_INSTALL_RPATH TRUE)
-# Leaves out libraries of which only headers are used. A linked library would have to be installed, with the application's signer.
+# Of some libraries only the headers are used. These options keep the linker from linking them: a linked library would have to be
+# installed, and to have the same signer as the application.
 target_link_options(kova-agent PRIVATE LINKER:-dead_strip,-dead_strip_dylibs)
 # The program kova is copied to Helpers. It cannot be in the same folder as the agent's program (KOVA), since file names on a Mac
 # usually ignore case.

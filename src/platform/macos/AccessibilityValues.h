@@ -1,5 +1,5 @@
-// Converts between the accessibility interface's objects and the values of the platform interface. The type of each
-// object is checked. Objective-C++ only.
+// Converts between the objects of the Mac's accessibility interface and the values of the platform interface. Every
+// conversion checks the type of the object. Objective-C++ only.
 #pragma once
 
 #include "platform/macos/CoreFoundation.h"
@@ -9,9 +9,10 @@
 
 namespace kova::macos {
 
-/// The element with its process and its hash; absent when its process cannot be read.
+/// Returns the element with its process and its hash; absent if the system does not report the process.
 std::optional<AccessibilityElement> interfaceElement(AXUIElementRef element);
-/// The system's object of an element. If an application's element has none, creates one with the timeout for requests.
+/// Returns the system's object of an element. An application's element has no object, so a new one is created. It gets
+/// the timeout of requests.
 Owned<AXUIElementRef> systemElement(const AccessibilityElement& element);
 
 /// Returns monostate for objects of other types, and for the placeholder of an error.

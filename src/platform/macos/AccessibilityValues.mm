@@ -20,7 +20,7 @@ AttributeValue structure(AXValueRef value) {
         return structure<CGPoint>(value, kAXValueTypeCGPoint);
     case kAXValueTypeCGSize:
         return structure<CGSize>(value, kAXValueTypeCGSize);
-    case kAXValueTypeAXError: // the placeholder for an attribute of a batch that could not be read
+    case kAXValueTypeAXError: // stands for an attribute that could not be read
     default:
         return {};
     }

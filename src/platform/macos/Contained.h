@@ -1,4 +1,5 @@
-// Keeps exceptions of both languages out of the system's stack frames, which cannot be unwound. Objective-C++ only.
+// Stops exceptions of C++ and of Objective-C before they reach the system's stack frames, which cannot be unwound.
+// Objective-C++ only.
 #pragma once
 
 #include "platform/macos/CoreFoundation.h"

@@ -1,4 +1,4 @@
-// An owner for objects that a Create or Copy function of the system returns, and conversions of text.
+// `Owned` releases the objects that Create and Copy functions of the system return. Other functions convert text.
 // Objective-C++ only.
 #pragma once
 
@@ -37,7 +37,7 @@ class Owned {
 
     Ref get() const { return ref_; }
     explicit operator bool() const { return ref_ != Ref{}; }
-    /// Out parameter for a function that returns a reference. Call only while this is empty.
+    /// For functions that return a reference through a pointer. Call only while this is empty.
     Ref* receiver() { return &ref_; }
 
   private:
@@ -45,19 +45,19 @@ class Owned {
     Ref ref_{};
 };
 
-/// A further reference, as a type that portable code can hold.
+/// Returns a further reference to the object, as a type that portable code can use.
 inline std::shared_ptr<const void> shared(CFTypeRef object) {
     if (!object) return nullptr;
     return {CFRetain(object), [](const void* held) { CFRelease(held); }};
 }
 
-/// The text as UTF-8; characters that UTF-8 cannot express are replaced. Empty for nil.
+/// Returns the text as UTF-8. Unpaired surrogates, which UTF-8 cannot express, are replaced. Empty for nil.
 inline std::string text(NSString* string) {
     NSData* bytes = [string dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
     return bytes ? std::string(static_cast<const char*>(bytes.bytes), bytes.length) : std::string();
 }
 
-/// Empty if the text is not valid UTF-8.
+/// Returns an empty string if the text is not valid UTF-8.
 inline NSString* nsString(std::string_view text) {
     NSString* made = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
     return made ? made : @"";

@@ -1,4 +1,4 @@
-// The agent's queues on Grand Central Dispatch: the main queue, and serial ones.
+// The agent's main queue and its serial work queues, which use Grand Central Dispatch.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -8,13 +8,13 @@
 
 namespace kova::macos {
 
-/// Lives as long as the process: posted work may run at any time while the main run loop does.
+/// Must live as long as the process, since posted work may run as long as the main run loop runs.
 class DispatchMainQueue final : public MainQueue {
   public:
     void post(std::function<void()> work) override;
     std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) override;
     WallTime now() const override;
-    /// The clock of the timers: it stands still while the machine sleeps.
+    /// The time of the timers' clock, which stops while the machine sleeps.
     Seconds uptime() const override;
 };
 

@@ -11,7 +11,8 @@ namespace kova::macos {
 
 namespace {
 
-/// Its event handler keeps the timer alive until the work has run or was cancelled, so callers may drop their handle.
+/// The event handler of the source keeps the timer alive until the work has run or was cancelled. So callers need not
+/// keep a reference.
 class Timer final : public ScheduledWork, public std::enable_shared_from_this<Timer> {
   public:
     explicit Timer(std::function<void()> work) : work_(std::move(work)) {}
@@ -29,7 +30,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         dispatch_resume(source_);
     }
     void cancel() override {
-        work_ = nullptr; // even if the timer is already due and its handler is queued
+        work_ = nullptr; // the handler may already be queued; then it finds no work
         release();
     }
 
@@ -40,7 +41,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         if (work) contained(work);
     }
     void release() {
-        // Cancelling the source releases its handler and with it this object.
+        // Cancelling the source releases its handler, which releases this object.
         if (source_) dispatch_source_cancel(source_);
         source_ = nil;
     }

@@ -1,5 +1,5 @@
-// Panels between the windows of all applications and the desktop: a divider's handle, and the guard of a bare area.
-// Objective-C++ only; main thread.
+// Panels between the desktop and the windows of all applications. A panel is the handle of a divider, or a guard: a
+// panel that keeps presses in an area without windows from the desktop. Objective-C++ only; main thread.
 #pragma once
 
 #include "windowing/PointerServicing.h"
@@ -10,24 +10,25 @@
 
 namespace kova::macos {
 
-/// Pointer events of a handle; the pointer's location is read elsewhere.
+/// Callbacks for pointer events of a handle. They read the pointer's location themselves.
 struct DividerPanelEvents {
     std::function<void(int clickCount)> pressed;
     std::function<void()> moved;
     std::function<void()> released;
-    std::function<void(bool isEntered)> crossed; // the pointer has entered the handle, or left it
+    std::function<void(bool isEntered)> hoverChanged; // the pointer has entered the handle, or left it
 };
 
 } // namespace kova::macos
 
-/// An invisible view. Swallows presses of the main button; presses of other buttons reach the desktop.
+/// An invisible view. It receives presses of the main button and does nothing. It passes presses of other buttons on to
+/// the desktop.
 @interface KOVAGuardView : NSView
 @end
 
-/// A divider's handle. Shows a thin line while the pointer is over it or drags it; otherwise invisible.
+/// A divider's handle. Shows a thin line while the pointer is over it or drags it, and is invisible otherwise.
 @interface KOVADividerView : KOVAGuardView
 - (instancetype)initWithAxis:(kova::LayoutAxis)axis events:(kova::macos::DividerPanelEvents)events;
 @end
 
-/// A panel that contains the view and never gets the focus.
+/// Makes a panel that contains the view. The panel never gets the focus.
 NSPanel* makeDesktopPanel(KOVAGuardView* view);

@@ -15,7 +15,7 @@
     return NO;
 }
 
-/// Dividers can be dragged while a dialog of KOVA is open.
+/// The panel receives events while a dialog of KOVA is open, so that dividers can be dragged.
 - (BOOL)worksWhenModal {
     return YES;
 }
@@ -25,8 +25,9 @@
 namespace {
 
 constexpr CGFloat kLineThickness = 3; // points
-// How long the panel ignores events, so that an event that is posted again reaches the window below.
-constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
+// How long a panel ignores events after it has posted an event again. The event then reaches the window below the
+// panel.
+constexpr int64_t kIgnoringTime = 200 * NSEC_PER_MSEC;
 
 } // namespace
 
@@ -36,11 +37,11 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
     return YES;
 }
 
-/// Swallows the event: does not pass it on to the next responder.
+/// Does nothing, so that the event does not reach the next responder.
 - (void)mouseDown:(NSEvent*)__unused event {
 }
 
-/// Passed on so that the desktop's own menu also opens between tiles.
+/// Passes the event on, so that a right click between tiles opens the desktop's own menu.
 - (void)rightMouseDown:(NSEvent*)event {
     [self passOn:event];
 }
@@ -52,12 +53,13 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 - (void)passOn:(NSEvent*)event {
     const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
     NSWindow* panel = self.window;
-    // If the panel gets its own posted event although it ignores events, posting the event again would never end.
+    // The panel may receive the event that it has posted, although it ignores events. Posting the event again then
+    // would never end.
     if (!sent || panel.ignoresMouseEvents) return;
     panel.ignoresMouseEvents = YES;
     CGEventPost(kCGHIDEventTap, sent.get());
     __weak NSWindow* weak = panel;
-    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, kPassingTime), dispatch_get_main_queue(), ^{
+    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, kIgnoringTime), dispatch_get_main_queue(), ^{
       weak.ignoresMouseEvents = NO;
     });
 }
@@ -78,7 +80,7 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
         _axis = axis;
         _cursor = axis == kova::LayoutAxis::horizontal ? NSCursor.resizeLeftRightCursor : NSCursor.resizeUpDownCursor;
         _events = std::move(events);
-        // Also while another application is active, which is nearly always the case.
+        // ActiveAlways: nearly always another application is active, not KOVA.
         const NSTrackingAreaOptions options =
             NSTrackingMouseEnteredAndExited | NSTrackingCursorUpdate | NSTrackingActiveAlways | NSTrackingInVisibleRect;
         [self addTrackingArea:[[NSTrackingArea alloc] initWithRect:NSZeroRect options:options owner:self userInfo:nil]];
@@ -103,10 +105,11 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 - (void)hover:(BOOL)isHovered {
     _isHovered = isHovered;
     self.needsDisplay = YES;
-    kova::macos::contained([&] { self->_events.crossed(isHovered != NO); });
+    kova::macos::contained([&] { self->_events.hoverChanged(isHovered != NO); });
 }
 
-/// The system mostly shows the cursor of the active application, so only the line shows where the handle is.
+/// Shows where the handle is. The resize cursor alone would not, since the system mostly shows the cursor of the active
+/// application.
 - (void)drawRect:(NSRect)__unused dirtyRect {
     if (!_isHovered && !_isPressed) return;
     const BOOL isUpright = _axis == kova::LayoutAxis::horizontal;
@@ -142,14 +145,14 @@ NSPanel* makeDesktopPanel(KOVAGuardView* view) {
                                                            backing:NSBackingStoreBuffered
                                                              defer:NO];
     panel.releasedWhenClosed = NO; // ARC owns it
-    // Between the levels of kova-ui: its backdrop is below this level, its footers are above.
+    // The backdrop of kova-ui is below this level, its footers are above this level.
     panel.level = CGWindowLevelForKey(kCGDesktopIconWindowLevelKey) + 2;
     panel.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
                                NSWindowCollectionBehaviorIgnoresCycle;
     panel.opaque = NO;
     panel.hasShadow = NO;
     panel.hidesOnDeactivate = NO;
-    panel.canHide = NO; // "Hide Others" of another application leaves it where it is
+    panel.canHide = NO; // the panel stays visible after "Hide Others" in another application
     panel.excludedFromWindowsMenu = YES;
     panel.animationBehavior = NSWindowAnimationBehaviorNone;
     // Not fully transparent, since clicks pass through fully transparent windows.

@@ -1,5 +1,5 @@
-// The main menu, which is never shown: text fields of dialogs get Command-V and other key equivalents from it.
-// Objective-C++ only; main thread.
+// KOVA's main menu, which is never shown. Without it Command-V and other shortcuts would not work in text fields of
+// dialogs. Objective-C++ only; main thread.
 #pragma once
 
 namespace kova::macos {

@@ -1,4 +1,5 @@
-// Watches the system's events for as long as a subscription lives. Objective-C++ only; main thread.
+// Watches keyboard and pointer events. Watching ends when the subscription is destroyed. Objective-C++ only; main
+// thread.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -13,42 +14,43 @@
 
 namespace kova::macos {
 
-/// Watches events that are sent to other applications, after they were sent. Watches key events only if this process
-/// has the accessibility permission.
+/// Watches events that are sent to other applications, which get them, too. Key events are reported only if this
+/// process has the Accessibility permission.
 [[nodiscard]] Subscription watchEventsOfOthers(NSEventMask mask, std::function<void(NSEvent*)> watcher);
-/// Watches events that are sent to windows of this process, before their windows get them. If `watcher` returns true,
-/// the window does not get the event.
+/// Watches events that are sent to windows of this process. `watcher` is called before the window gets the event. If it
+/// returns true, the window does not get the event.
 [[nodiscard]] Subscription watchOwnEvents(NSEventMask mask, std::function<bool(NSEvent*)> watcher);
 
 enum class EventSource { others, everywhere };
 
-/// Converts events to values when they arrive and posts them to the main queue; their windows get the events as well.
-/// Events without a value are dropped.
+/// Calls the observer for watched events. `read` converts each event to a value when the event arrives; the observer
+/// gets the value later, on the main queue. An event for which `read` returns no value is not reported. Windows get all
+/// events.
 template <class Value>
 [[nodiscard]] Subscription monitorEvents(MainQueue& queue, EventSource source, NSEventMask mask,
                                          std::function<std::optional<Value>(NSEvent*)> read,
                                          std::function<void(const Value&)> observer) {
-    struct Telling {
+    struct Monitoring {
         std::function<void(const Value&)> observer;
         Subscription others, own;
     };
-    const auto telling = std::make_shared<Telling>();
-    telling->observer = std::move(observer);
-    const auto tell = [&queue, read, weak = std::weak_ptr(telling)](NSEvent* event) {
+    const auto monitoring = std::make_shared<Monitoring>();
+    monitoring->observer = std::move(observer);
+    const auto report = [&queue, read, weak = std::weak_ptr(monitoring)](NSEvent* event) {
         const std::optional<Value> value = read(event);
         if (!value) return;
-        queue.post([weak, told = *value] {
-            if (const auto alive = weak.lock()) alive->observer(told);
+        queue.post([weak, reported = *value] {
+            if (const auto alive = weak.lock()) alive->observer(reported);
         });
     };
-    telling->others = watchEventsOfOthers(mask, tell);
+    monitoring->others = watchEventsOfOthers(mask, report);
     if (source == EventSource::everywhere) {
-        telling->own = watchOwnEvents(mask, [tell](NSEvent* event) {
-            tell(event);
+        monitoring->own = watchOwnEvents(mask, [report](NSEvent* event) {
+            report(event);
             return false;
         });
     }
-    return Subscription(telling);
+    return Subscription(monitoring);
 }
 
 } // namespace kova::macos

@@ -10,7 +10,7 @@ namespace {
 
 template <class Watcher>
 struct Monitor {
-    explicit Monitor(Watcher calls) : watcher(std::move(calls)) {}
+    explicit Monitor(Watcher callback) : watcher(std::move(callback)) {}
     Monitor(const Monitor&) = delete;
     Monitor& operator=(const Monitor&) = delete;
     ~Monitor() {
@@ -23,7 +23,8 @@ struct Monitor {
 
 } // namespace
 
-// The system owns the blocks. They refer to the monitor weakly, so that destroying the subscription ends the monitor.
+// The system owns the handler blocks. They refer to the monitor only weakly, so that it is destroyed with the
+// subscription.
 
 Subscription watchEventsOfOthers(NSEventMask mask, std::function<void(NSEvent*)> watcher) {
     const auto monitor = std::make_shared<Monitor<std::function<void(NSEvent*)>>>(std::move(watcher));
@@ -43,12 +44,12 @@ Subscription watchOwnEvents(NSEventMask mask, std::function<bool(NSEvent*)> watc
     const auto weak = std::weak_ptr(monitor);
     monitor->registration = [NSEvent addLocalMonitorForEventsMatchingMask:mask
                                                                   handler:^NSEvent*(NSEvent* event) {
-                                                                    bool isKept = false;
+                                                                    bool isConsumed = false;
                                                                     contained([&] {
                                                                         if (const auto alive = weak.lock())
-                                                                            isKept = alive->watcher(event);
+                                                                            isConsumed = alive->watcher(event);
                                                                     });
-                                                                    return isKept ? nil : event;
+                                                                    return isConsumed ? nil : event;
                                                                   }];
     return Subscription(monitor);
 }

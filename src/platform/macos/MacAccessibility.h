@@ -1,6 +1,7 @@
-// Other applications' windows through the Mac's accessibility interface and its window server. Every request goes to
-// the other application and waits for the response up to ApplicationBackoff::kDeadline; an application that hangs gets
-// no requests for a while. Thread-safe for the main thread and the polling queue.
+// Access to other applications' windows, through the Mac's accessibility interface and its window server. Every request
+// to an element goes to the application of the element and waits for its response, at most
+// ApplicationBackoff::kDeadline. An application that hangs gets no requests for a while. The main thread and the
+// polling queue may call at the same time.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -16,7 +17,7 @@ namespace kova::macos {
 
 class MacAccessibility final : public AccessibilityServicing {
   public:
-    /// The queue, whose clock is used, outlives it.
+    /// Uses the clock of the queue. The queue outlives this.
     explicit MacAccessibility(const MainQueue& queue);
 
     bool isProcessTrusted() const override;
@@ -26,10 +27,10 @@ class MacAccessibility final : public AccessibilityServicing {
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
-    /// An element also responds while "AXWindows" does not list it: on another Space, in full screen, behind another
-    /// tab.
+    /// Sends a request to the window's element. The element responds even while "AXWindows" does not list the window,
+    /// because it is on another Space, in full screen or behind another tab.
     WindowPresence presenceOf(const AccessibilityElement& window) const override;
-    /// The number of changes to another Space, since Spaces have no public numbers.
+    /// Returns how often another Space was shown, since macOS does not number its Spaces publicly.
     std::uint64_t shownSpace() const override { return spaceChanges_; }
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
@@ -38,10 +39,10 @@ class MacAccessibility final : public AccessibilityServicing {
     /// No-op: each request is sent immediately.
     void flush() override {}
 
-    /// Sends a request to the process and returns its error number; absent when the process gets no requests now. Waits
-    /// up to the deadline. Any thread.
-    std::optional<int> ask(pid_t process, const std::function<int()>& request) const;
-    /// The applications that do not respond and get no requests now. Main thread.
+    /// Calls `request`, which sends a request to the process and returns an error number. Returns that number; absent
+    /// if the process gets no requests now. Waits at most ApplicationBackoff::kDeadline. Any thread.
+    std::optional<int> send(pid_t process, const std::function<int()>& request) const;
+    /// Returns the applications that did not respond to the last request. Main thread.
     std::vector<pid_t> silentApplications() const;
 
   private:

@@ -44,7 +44,7 @@ WindowListEntry windowListEntry(NSDictionary* window) {
             .height = number(rectangle, @"Height")};
 }
 
-/// The process of the window under the point, according to the window server; absent if there is no window.
+/// Returns the process that owns the window under the point, according to the window server; absent if there is none.
 std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
     NSScreen* first = NSScreen.screens.firstObject;
     if (!first) return std::nullopt;
@@ -64,7 +64,7 @@ std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
 
 MacAccessibility::MacAccessibility(const MainQueue& queue) : queue_(queue) {
     const auto systemWide = Owned<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
-    // The timeout of the system-wide element applies to every element without its own timeout.
+    // This timeout also applies to every other element for which no timeout is set.
     AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationBackoff::kDeadline.count()));
     systemWide_ = shared(systemWide.get());
     spaceChangesSubscription_ =
@@ -95,20 +95,19 @@ AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifie
     return {processIdentifier, 0, nullptr};
 }
 
-std::optional<int> MacAccessibility::ask(pid_t process, const std::function<int()>& request) const {
-    // Windows of this process are not managed, and a request to this process would make the main thread wait for
-    // itself.
+std::optional<int> MacAccessibility::send(pid_t process, const std::function<int()>& request) const {
+    // A request to this process would make the main thread wait for itself. Windows of this process are not managed.
     if (process == getpid()) return std::nullopt;
     const auto occasion = NSThread.isMainThread ? RequestOccasion::mainThread : RequestOccasion::poll;
-    const Seconds asked = queue_.uptime();
+    const Seconds begun = queue_.uptime();
     {
         const MutexLock lock(mutex_);
-        if (!backoff_.maySendRequest(process, occasion, asked)) return std::nullopt;
+        if (!backoff_.maySendRequest(process, occasion, begun)) return std::nullopt;
     }
     const int error = request();
     const MutexLock lock(mutex_);
     ignoredPermission_.note(process, error);
-    backoff_.note(process, accessibilityOutcome(error), asked, queue_.uptime());
+    backoff_.note(process, accessibilityOutcome(error), begun, queue_.uptime());
     return error;
 }
 
@@ -120,15 +119,15 @@ std::vector<AttributeValue> MacAccessibility::readAttributes(const Accessibility
         NSMutableArray<NSString*>* names = [NSMutableArray arrayWithCapacity:attributes.size()];
         for (const auto attribute : attributes) [names addObject:nsString(attributeName(attribute))];
         const auto target = systemElement(element);
-        Owned<CFArrayRef> answers;
-        ask(element.processIdentifier, [&] {
+        Owned<CFArrayRef> results;
+        send(element.processIdentifier, [&] {
             return AXUIElementCopyMultipleAttributeValues(target.get(), (__bridge CFArrayRef)names,
-                                                          AXCopyMultipleAttributeOptions(0), answers.receiver());
+                                                          AXCopyMultipleAttributeOptions(0), results.receiver());
         });
-        if (!answers) return values;
-        const auto count = std::min(values.size(), static_cast<std::size_t>(CFArrayGetCount(answers.get())));
+        if (!results) return values;
+        const auto count = std::min(values.size(), static_cast<std::size_t>(CFArrayGetCount(results.get())));
         for (std::size_t i = 0; i < count; ++i) {
-            values[i] = interfaceValue(CFArrayGetValueAtIndex(answers.get(), static_cast<CFIndex>(i)));
+            values[i] = interfaceValue(CFArrayGetValueAtIndex(results.get(), static_cast<CFIndex>(i)));
         }
     }
     return values;
@@ -139,7 +138,7 @@ WindowPresence MacAccessibility::presenceOf(const AccessibilityElement& window) 
         const auto target = systemElement(window);
         NSString* name = nsString(attributeName(AccessibilityAttribute::role));
         Owned<CFTypeRef> role;
-        const auto error = ask(window.processIdentifier, [&] {
+        const auto error = send(window.processIdentifier, [&] {
             return AXUIElementCopyAttributeValue(target.get(), (__bridge CFStringRef)name, role.receiver());
         });
         return error ? windowPresence(*error) : WindowPresence::noAnswer;
@@ -156,14 +155,14 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
             const auto request = [&] {
                 return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get());
             };
-            // Sent even to an application that does not respond, since VoiceOver needs the attribute to be switched on
-            // again.
+            // VoiceOver needs this attribute. So the request that switches it on again is sent even to an application
+            // that does not respond.
             const bool isSwitchedOnAgain =
                 write.attribute == AccessibilityAttribute::enhancedUserInterface && write.value == AttributeValue(true);
             if (isSwitchedOnAgain) {
                 request();
             } else {
-                ask(element.processIdentifier, request);
+                send(element.processIdentifier, request);
             }
         }
     }
@@ -173,8 +172,8 @@ void MacAccessibility::performAction(const AccessibilityElement& element, Access
     @autoreleasepool {
         const auto target = systemElement(element);
         NSString* name = nsString(actionName(action));
-        ask(element.processIdentifier,
-            [&] { return AXUIElementPerformAction(target.get(), (__bridge CFStringRef)name); });
+        send(element.processIdentifier,
+             [&] { return AXUIElementPerformAction(target.get(), (__bridge CFStringRef)name); });
     }
 }
 
@@ -182,15 +181,15 @@ std::optional<AccessibilityElement> MacAccessibility::elementAtPosition(CGPoint 
     @autoreleasepool {
         const auto owner = ownerOfWindowAt(point);
         Owned<AXUIElementRef> found;
-        const auto question = [&] {
+        const auto request = [&] {
             return AXUIElementCopyElementAtPosition(static_cast<AXUIElementRef>(systemWide_.get()),
                                                     static_cast<float>(point.x), static_cast<float>(point.y),
                                                     found.receiver());
         };
         if (owner) {
-            ask(*owner, question);
+            send(*owner, request);
         } else {
-            question();
+            request();
         }
         if (!found) return std::nullopt;
         return interfaceElement(found.get());

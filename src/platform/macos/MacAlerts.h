@@ -1,4 +1,4 @@
-// Dialogs. The main queue and timers continue to run during a dialog's modal loop.
+// Shows dialogs with a message or a question. The main queue and its timers continue to run while a dialog is shown.
 #pragma once
 
 #include "support/Lifetime.h"

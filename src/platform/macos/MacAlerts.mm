@@ -9,7 +9,8 @@ namespace kova::macos {
 
 namespace {
 
-/// Return chooses the first button, which is the default button; Escape chooses the cancel button.
+/// Shows the alert and waits. Returns true if the user chose the confirm button. The Return key chooses the only button
+/// of an alert that just informs; Escape chooses the cancel button of a question.
 bool isConfirmed(const Alert& alert, NSAlertStyle style) {
     NSAlert* dialog = [[NSAlert alloc] init];
     dialog.alertStyle = style;
@@ -18,7 +19,7 @@ bool isConfirmed(const Alert& alert, NSAlertStyle style) {
     [dialog addButtonWithTitle:nsString(alert.confirmButton)];
     if (!alert.cancelButton.empty()) {
         [dialog addButtonWithTitle:nsString(alert.cancelButton)].keyEquivalent = @"\033";
-        // Return must not choose an action that cannot be undone.
+        // In a question the Return key must not choose the confirm button, since its action may be destructive.
         dialog.buttons.firstObject.hasDestructiveAction = YES;
         dialog.buttons.firstObject.keyEquivalent = @"";
     }

@@ -1,5 +1,5 @@
-// The Mac's running and installed applications, as NSWorkspace lists them; it updates the list while the main run loop
-// runs. Nothing here waits for an application.
+// The Mac's running and installed applications. NSWorkspace lists the running ones, and updates its list only while the
+// main run loop runs. No function waits for an application.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -16,11 +16,11 @@ namespace kova::macos {
 
 class MacApplications final : public ApplicationServicing {
   public:
-    /// The queue must live as long as the process: the system reports the result of a launch late. `accessibility`
-    /// outlives this.
+    /// The queue must live as long as the process, since the system may report the result of a launch after this object
+    /// was destroyed. `accessibility` outlives this.
     MacApplications(MainQueue& queue, AccessibilityServicing& accessibility) :
         queue_(queue), accessibility_(accessibility) {}
-    /// Unhides the applications that are still hidden by KOVA.
+    /// Unhides the applications that KOVA has hidden.
     ~MacApplications() override;
     MacApplications(const MacApplications&) = delete;
     MacApplications& operator=(const MacApplications&) = delete;
@@ -28,10 +28,10 @@ class MacApplications final : public ApplicationServicing {
     pid_t ownProcessIdentifier() const override;
     std::vector<RunningApplication> runningApplications() const override;
     std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
-    /// The application whose menu is in the menu bar. KOVA has no menu there, so KOVA can be active while another
-    /// application owns the menu bar.
+    /// Returns the application whose menu is in the menu bar. KOVA has no such menu. So while KOVA is active, this is
+    /// the application that was active before.
     std::optional<pid_t> frontmostApplication() const override;
-    /// The wall-clock time at which the process began.
+    /// Returns the wall-clock time at which the process began, as seconds and microseconds.
     std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
     ApplicationIcon iconForFile(const std::string& path) const override;
     ApplicationIcon systemSymbolIcon(const std::string& name) const override;
@@ -50,17 +50,17 @@ class MacApplications final : public ApplicationServicing {
     MainQueue& queue_;
     AccessibilityServicing& accessibility_;
     mutable Mutex mutex_;
-    // The system creates a new image for each request; one is kept for each application.
+    // One icon per application, since the system creates a new image whenever an icon is requested.
     mutable std::map<pid_t, ApplicationIcon> icons_ KOVA_GUARDED_BY(mutex_);
     RequestedHiding requestedHiding_ KOVA_GUARDED_BY(mutex_);
-    std::set<pid_t> hidden_; // by us; main thread
+    std::set<pid_t> hiddenByKova_; // main thread
     Lifetime lifetime_;
 
     bool isHidden(const void* application) const;
     ApplicationIcon iconOf(const void* application) const;
     RunningApplication describe(const void* application) const;
-    /// Stores the hidden applications, so that the next agent can show them if this one is killed.
-    void keepHidden() const;
+    /// Stores `hiddenByKova_`, so that the next agent can show these applications if this agent is killed.
+    void storeHidden() const;
 };
 
 } // namespace kova::macos

@@ -48,24 +48,24 @@ NSString* hiddenKey() {
 } // namespace
 
 MacApplications::~MacApplications() {
-    if (hidden_.empty()) return; // keeps the record of the previous agent
+    if (hiddenByKova_.empty()) return; // the list that a previous agent stored is kept
     @autoreleasepool {
-        for (const pid_t process : hidden_) [find(process) unhide];
-        hidden_.clear();
-        keepHidden();
+        for (const pid_t process : hiddenByKova_) [find(process) unhide];
+        hiddenByKova_.clear();
+        storeHidden();
     }
 }
 
-void MacApplications::keepHidden() const {
-    NSMutableArray<NSString*>* kept = [NSMutableArray array];
-    for (const pid_t process : hidden_) {
+void MacApplications::storeHidden() const {
+    NSMutableArray<NSString*>* stored = [NSMutableArray array];
+    for (const pid_t process : hiddenByKova_) {
         if (const auto start = processStartIdentity(process)) {
-            [kept addObject:nsString(std::to_string(process) + " " + *start)];
+            [stored addObject:nsString(std::to_string(process) + " " + *start)];
         }
     }
     NSUserDefaults* defaults = NSUserDefaults.standardUserDefaults;
-    if (kept.count > 0) {
-        [defaults setObject:kept forKey:hiddenKey()];
+    if (stored.count > 0) {
+        [defaults setObject:stored forKey:hiddenKey()];
     } else {
         [defaults removeObjectForKey:hiddenKey()];
     }
@@ -75,24 +75,24 @@ void MacApplications::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindo
     @autoreleasepool {
         for (id each in [NSUserDefaults.standardUserDefaults arrayForKey:hiddenKey()]) {
             if (![each isKindOfClass:NSString.class]) continue;
-            const pid_t process = [each intValue]; // the number before the blank
+            const pid_t process = [each intValue]; // the number before the space
             const auto start = processStartIdentity(process);
             if (!start || text(each) != std::to_string(process) + " " + *start) continue;
             NSRunningApplication* application = find(process);
-            if (!application.hidden) continue; // the user has shown it since
+            if (!application.hidden) continue; // the user has shown the application
             if (leftoverWindows == LeftoverWindows::stayHidden) {
-                hidden_.insert(process);
+                hiddenByKova_.insert(process);
             } else {
                 [application unhide];
             }
         }
-        keepHidden();
+        storeHidden();
     }
 }
 
 bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
-    // The property changes only when the main run loop continues.
+    // The system updates this property only while the main run loop runs, so a recent request counts instead.
     const bool isReportedHidden = application.hidden != NO;
     const MutexLock lock(mutex_);
     return requestedHiding_.isHidden(application.processIdentifier, isReportedHidden, queue_.uptime());
@@ -119,7 +119,8 @@ ApplicationIcon MacApplications::iconOf(const void* object) const {
         const MutexLock lock(mutex_);
         if (const auto kept = icons_.find(process); kept != icons_.end()) return kept->second;
     }
-    // Without the lock, since the icon may be read from disk, and the main thread must not wait for the polling queue.
+    // The system may read the icon from disk. Meanwhile the lock is not held, so that the main thread never waits for
+    // the polling queue.
     auto made = icon(application.icon);
     if (made.isEmpty()) return made;
     const MutexLock lock(mutex_);
@@ -161,12 +162,13 @@ std::optional<pid_t> MacApplications::frontmostApplication() const {
 }
 
 std::optional<std::string> MacApplications::processStartIdentity(pid_t processIdentifier) const {
-    // NSWorkspace knows the date only of applications that it launched itself.
-    std::array<int, 4> question{CTL_KERN, KERN_PROC, KERN_PROC_PID, processIdentifier};
+    // NSRunningApplication has the launch date only of applications that were launched with the system's launch
+    // services.
+    std::array<int, 4> name{CTL_KERN, KERN_PROC, KERN_PROC_PID, processIdentifier};
     kinfo_proc process{};
     std::size_t size = sizeof process;
-    const int error = sysctl(question.data(), static_cast<u_int>(question.size()), &process, &size, nullptr, 0);
-    if (error != 0 || size < sizeof process) return std::nullopt; // without such a process nothing was written
+    const int error = sysctl(name.data(), static_cast<u_int>(name.size()), &process, &size, nullptr, 0);
+    if (error != 0 || size < sizeof process) return std::nullopt; // nothing is written if there is no such process
     const timeval begun = process.kp_proc.p_starttime;
     return std::to_string(begun.tv_sec) + "." + std::to_string(begun.tv_usec);
 }
@@ -193,14 +195,14 @@ void MacApplications::hide(pid_t processIdentifier) {
             const MutexLock lock(mutex_);
             requestedHiding_.hide(processIdentifier, queue_.uptime());
         }
-        hidden_.insert(processIdentifier);
-        keepHidden();
+        hiddenByKova_.insert(processIdentifier);
+        storeHidden();
     }
 }
 
 void MacApplications::unhide(pid_t processIdentifier) {
     @autoreleasepool {
-        if (hidden_.erase(processIdentifier) > 0) keepHidden();
+        if (hiddenByKova_.erase(processIdentifier) > 0) storeHidden();
         if (![find(processIdentifier) unhide]) return;
         const MutexLock lock(mutex_);
         requestedHiding_.show(processIdentifier, queue_.uptime());
@@ -210,7 +212,7 @@ void MacApplications::unhide(pid_t processIdentifier) {
 void MacApplications::activate(pid_t processIdentifier) {
     @autoreleasepool {
         [find(processIdentifier) activateWithOptions:NSApplicationActivationOptions(0)];
-        // Since macOS 14 an activation is only a request unless KOVA is active.
+        // Since macOS 14 the system may ignore this call unless KOVA is active, so the attribute is written, too.
         const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
         accessibility_.writeAttributes(accessibility_.applicationElement(processIdentifier), {&frontmost, 1});
     }

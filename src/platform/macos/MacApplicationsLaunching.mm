@@ -1,4 +1,4 @@
-// Installed applications, and starting them.
+// The part of MacApplications that lists installed applications and starts them.
 #include "platform/macos/Contained.h"
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/MacApplications.h"
@@ -16,7 +16,7 @@ NSArray<NSURL*>* applicationFolders() {
     return [NSFileManager.defaultManager URLsForDirectory:NSAllApplicationsDirectory inDomains:NSAllDomainsMask];
 }
 
-/// Reads the file each time, since NSBundle caches the first contents that it read.
+/// Reads the Info.plist of the bundle. Does not use NSBundle, which would return old contents after an update.
 NSDictionary* information(NSURL* bundle) {
     return CFBridgingRelease(CFBundleCopyInfoDictionaryInDirectory((__bridge CFURLRef)bundle));
 }
@@ -38,8 +38,8 @@ bool isSwitchedOn(NSDictionary* information, NSString* key) {
     return isConvertible && [value boolValue];
 }
 
-/// Whether the application can come to the front, so that menus list it.
-bool isForMenus(NSDictionary* information) {
+/// Whether the Dock shows the application while it runs. Launchers list these applications only.
+bool isForLaunchers(NSDictionary* information) {
     return !isSwitchedOn(information, @"LSUIElement") && !isSwitchedOn(information, @"LSBackgroundOnly");
 }
 
@@ -56,14 +56,14 @@ std::vector<LaunchableApplication> MacApplications::launchableApplications() con
                                                                  errorHandler:nil]) {
                 if (![each.pathExtension isEqualToString:@"app"]) continue;
                 NSDictionary* known = information(each);
-                if (known && isForMenus(known)) found.push_back(launchable(each, known));
+                if (known && isForLaunchers(known)) found.push_back(launchable(each, known));
             }
         }
     }
-    // Some folders contain others.
+    // Some of the folders contain others, so an application can be found twice.
     std::ranges::sort(found, {}, &LaunchableApplication::location);
-    const auto twice = std::ranges::unique(found, {}, &LaunchableApplication::location);
-    found.erase(twice.begin(), twice.end());
+    const auto duplicates = std::ranges::unique(found, {}, &LaunchableApplication::location);
+    found.erase(duplicates.begin(), duplicates.end());
     std::ranges::stable_sort(
         found, [](const auto& a, const auto& b) { return localizedCaseInsensitiveCompare(a.name, b.name) < 0; });
     return found;
@@ -83,7 +83,7 @@ void MacApplications::launch(const LaunchableApplication& application, LaunchAct
     @autoreleasepool {
         NSWorkspaceOpenConfiguration* configuration = [NSWorkspaceOpenConfiguration configuration];
         configuration.activates = activation == LaunchActivation::activates;
-        // The system calls back on another thread, perhaps after this object has been destroyed.
+        // The system calls the handler on another thread, perhaps after this object was destroyed.
         auto* queue = &queue_;
         const auto finish = std::make_shared<LaunchCompletion>(lifetime_.guard(std::move(completion)));
         [NSWorkspace.sharedWorkspace openApplicationAtURL:[NSURL fileURLWithPath:nsString(application.location)]

@@ -1,5 +1,5 @@
-// Counts changes on a Mac: the requested notifications of applications and windows, and notifications of the system.
-// Created and destroyed on the main thread.
+// Counts changes of the desktop on a Mac. It counts the notifications that applications and windows were requested to
+// send, and notifications of the system. Created and destroyed on the main thread.
 #pragma once
 
 #include "platform/macos/MacAccessibility.h"
@@ -29,19 +29,19 @@ class MacChangeObservers final : public DesktopChangeServicing {
     void endAnnouncements(const AccessibilityElement& element) override;
     std::optional<Seconds> longestIdleTime() const override { return Seconds(10); }
 
-    /// Called when a change was announced. Main thread.
+    /// Increases the change count. Main thread.
     void noteChange();
 
   private:
     struct Observer;
     std::shared_ptr<Observer> observerOf(pid_t process);
-    void tellSoon();
+    void notifySoon();
 
     MainQueue& queue_;
     const MacAccessibility& accessibility_;
     std::atomic<std::uint64_t> changes_{1};
     std::function<void()> callback_;
-    std::uint64_t request_ = 0; // the newest call of notifyWhenChanged
+    std::uint64_t request_ = 0; // number of the newest call of notifyWhenChanged
     std::vector<Subscription> systemChanges_;
     Mutex mutex_;
     std::map<pid_t, std::shared_ptr<Observer>> observers_ KOVA_GUARDED_BY(mutex_);

@@ -15,7 +15,7 @@ namespace kova::macos {
 namespace {
 
 /// Called by the main run loop.
-void announced(AXObserverRef, AXUIElementRef, CFStringRef, void* observers) {
+void onAnnouncement(AXObserverRef, AXUIElementRef, CFStringRef, void* observers) {
     contained([&] { static_cast<MacChangeObservers*>(observers)->noteChange(); });
 }
 
@@ -29,7 +29,7 @@ std::vector<CFStringRef> announcementsOf(const AccessibilityElement& element) {
 
 } // namespace
 
-/// Observes one process for as long as it lives.
+/// Receives the announcements of one process until this object is destroyed or `stop` is called.
 struct MacChangeObservers::Observer {
     explicit Observer(Owned<AXObserverRef> created) : observer(std::move(created)) {
         CFRunLoopAddSource(CFRunLoopGetMain(), AXObserverGetRunLoopSource(observer.get()), kCFRunLoopCommonModes);
@@ -37,7 +37,7 @@ struct MacChangeObservers::Observer {
     Observer(const Observer&) = delete;
     Observer& operator=(const Observer&) = delete;
     ~Observer() { stop(); }
-    /// Stops notifications. Any thread.
+    /// Announcements are no longer delivered. Any thread.
     void stop() {
         CFRunLoopRemoveSource(CFRunLoopGetMain(), AXObserverGetRunLoopSource(observer.get()), kCFRunLoopCommonModes);
     }
@@ -58,8 +58,8 @@ MacChangeObservers::MacChangeObservers(MainQueue& queue, const MacAccessibility&
     systemChanges_.push_back(observeNotification(NSNotificationCenter.defaultCenter,
                                                  NSApplicationDidChangeScreenParametersNotification,
                                                  [this] { noteChange(); }));
-    // Posted when the list of applications that are allowed changes. Not documented; if it is not posted, the poll
-    // after the longest idle time notices the change.
+    // The system posts the first of these when the list of applications with the permission changes. This is not
+    // documented. If the system does not post it, a poll notices the change, at the latest after `longestIdleTime`.
     for (NSString* name in
          @[ @"com.apple.accessibility.api", @"com.apple.screenIsLocked", @"com.apple.screenIsUnlocked" ]) {
         systemChanges_.push_back(observeDistributedNotification(name, [this] { noteChange(); }));
@@ -70,10 +70,10 @@ MacChangeObservers::~MacChangeObservers() = default;
 
 void MacChangeObservers::noteChange() {
     ++changes_;
-    tellSoon();
+    notifySoon();
 }
 
-void MacChangeObservers::tellSoon() {
+void MacChangeObservers::notifySoon() {
     if (!callback_) return;
     queue_.post(lifetime_.guard([this, request = request_, callback = std::exchange(callback_, nullptr)] {
         if (request == request_) callback();
@@ -83,7 +83,7 @@ void MacChangeObservers::tellSoon() {
 void MacChangeObservers::notifyWhenChanged(std::uint64_t count, std::function<void()> callback) {
     ++request_;
     callback_ = std::move(callback);
-    if (changes_ != count) tellSoon();
+    if (changes_ != count) notifySoon();
 }
 
 std::shared_ptr<MacChangeObservers::Observer> MacChangeObservers::observerOf(pid_t process) {
@@ -91,7 +91,7 @@ std::shared_ptr<MacChangeObservers::Observer> MacChangeObservers::observerOf(pid
     auto& known = observers_[process];
     if (known) return known;
     Owned<AXObserverRef> created;
-    if (AXObserverCreate(process, announced, created.receiver()) == kAXErrorSuccess && created) {
+    if (AXObserverCreate(process, onAnnouncement, created.receiver()) == kAXErrorSuccess && created) {
         known = std::make_shared<Observer>(std::move(created));
     }
     return known;
@@ -105,7 +105,7 @@ AnnouncementAnswer MacChangeObservers::requestAnnouncements(const AccessibilityE
         const auto target = systemElement(element);
         std::vector<int> errors;
         for (CFStringRef name : announcementsOf(element)) {
-            const auto error = accessibility_.ask(
+            const auto error = accessibility_.send(
                 process, [&] { return AXObserverAddNotification(observed->observer.get(), target.get(), name, this); });
             if (!error || accessibilityOutcome(*error) == AccessibilityOutcome::silent) {
                 return AnnouncementAnswer::noAnswer;
@@ -123,20 +123,21 @@ void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
         const auto known = observers_.find(element.processIdentifier);
         if (known == observers_.end()) return;
         observed = known->second;
-        // An element without a hash is the application: removes all observations of its process.
+        // The element of the application has the hash 0. Ending its announcements also ends those of all its windows.
         if (element.hash == 0) observers_.erase(known);
     }
     if (!observed) return;
     if (element.hash == 0) {
         observed->stop();
-        // The main thread may be delivering a notification of this observer now, so the observer is released there.
+        // The main thread may be delivering an announcement of this observer now. So the observer is released on the
+        // main thread, after that.
         queue_.post([ended = std::move(observed)] {});
         return;
     }
     @autoreleasepool {
         const auto target = systemElement(element);
         for (CFStringRef name : announcementsOf(element)) {
-            accessibility_.ask(element.processIdentifier, [&] {
+            accessibility_.send(element.processIdentifier, [&] {
                 return AXObserverRemoveNotification(observed->observer.get(), target.get(), name);
             });
         }

@@ -1,4 +1,4 @@
-// Programs that are started beside the application. Main thread only.
+// Starts other programs as child processes. Main thread only.
 #pragma once
 
 #include "platform/posix/ChildStarting.h"
@@ -10,8 +10,9 @@
 
 namespace kova::macos {
 
-/// Each program starts in the current folder of this process, and outlives this process: macOS cannot end a program
-/// together with its parent. A program that should end then watches its parent.
+/// A program starts in the current folder of this process; `Command::folder` is not used. macOS cannot end a program
+/// together with its parent, so `Command::endsWithParent` has no effect. A program that should end with its parent has
+/// to watch its parent process.
 class MacChildProcesses final : public ChildStarting {
   public:
     /// The queue outlives this.

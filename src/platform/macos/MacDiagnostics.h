@@ -1,4 +1,4 @@
-// Reasons why windows may not move on a Mac, for `doctor`.
+// Finds the reasons why windows may not move on a Mac, for `kova doctor`.
 #pragma once
 
 #include "platform/macos/MacAccessibility.h"

@@ -10,21 +10,21 @@ namespace kova::macos {
 
 namespace {
 
-/// A switch of the system's window manager; `otherwise` if the user has never set it.
-bool windowManagerSwitch(NSString* key, bool otherwise) {
+/// Reads an on/off setting of the system's window manager. Returns `initial` if the user has never changed it.
+bool windowManagerSetting(NSString* key, bool initial) {
     Boolean isValid = false;
     const bool isOn =
         CFPreferencesGetAppBooleanValue((__bridge CFStringRef)key, CFSTR("com.apple.WindowManager"), &isValid) != 0;
-    return isValid ? isOn : otherwise;
+    return isValid ? isOn : initial;
 }
 
 SystemConflicts systemConflicts() {
     SystemConflicts conflicts;
     conflicts.isSecureInputOn = IsSecureEventInputEnabled() != 0;
-    conflicts.isStageManagerOn = windowManagerSwitch(@"GloballyEnabled", false);
-    if (@available(macOS 15.0, *)) { // the first version that tiles windows
-        conflicts.tilesWindowsAtEdges = windowManagerSwitch(@"EnableTilingByEdgeDrag", true);
-        conflicts.tilesWindowsAtMenuBar = windowManagerSwitch(@"EnableTopTilingByEdgeDrag", true);
+    conflicts.isStageManagerOn = windowManagerSetting(@"GloballyEnabled", false);
+    if (@available(macOS 15.0, *)) { // the first version of macOS that tiles windows itself
+        conflicts.tilesWindowsAtEdges = windowManagerSetting(@"EnableTilingByEdgeDrag", true);
+        conflicts.tilesWindowsAtMenuBar = windowManagerSetting(@"EnableTopTilingByEdgeDrag", true);
     }
     conflicts.isVoiceOverOn = NSWorkspace.sharedWorkspace.voiceOverEnabled != NO;
     return conflicts;
@@ -57,7 +57,7 @@ std::vector<DiagnosticLine> MacDiagnostics::diagnose() const {
         if (!application) continue;
         lines.push_back({"application that hangs", DiagnosticVerdict::note,
                          application->localizedName.value_or("Process " + std::to_string(process)) +
-                             " does not answer; its windows are left alone until it does."});
+                             " does not respond; KOVA does not move its windows until it responds again."});
     }
     return lines;
 }

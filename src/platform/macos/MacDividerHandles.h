@@ -1,6 +1,7 @@
-// The handles of dividers, and the guards of the bare desktop beside the handles. Both are panels just above the
-// desktop's icons, so that every window lies over them. They receive pointer events and never the focus, and activate
-// no application. Drags of other applications pass through them.
+// Shows the handles of dividers, and guards: panels that keep presses beside the handles from the desktop. Handles and
+// guards are just above the desktop's icons, so every window is above them. They receive pointer events, but never get
+// the focus, and a press on them activates no application. They ignore a drag that began in another application, so
+// that its contents can be dropped on the desktop.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -34,14 +35,14 @@ class MacDividerHandles final : public DividerHandleServicing {
     void move();
     void release();
     void watchPressesElsewhere();
-    void letThrough(bool lets);
-    void tell(const std::optional<DividerHandleEvent>& event);
+    void setIgnoresEvents(bool ignores);
+    void notify(const std::optional<DividerHandleEvent>& event);
 
     MainQueue& queue_;
-    DividerGestureRecognizer grip_;
+    DividerGestureRecognizer gesture_;
     std::map<std::string, std::unique_ptr<Handle>> handles_; // by id
     std::vector<std::unique_ptr<Panel>> guards_;
-    Subscription escape_;                          // while a handle is pressed
+    Subscription escapeKey_;                       // while a handle is pressed
     std::optional<Subscription> pressesElsewhere_; // while there are panels
     Observers<const DividerHandleEvent&> observers_;
     Lifetime lifetime_;

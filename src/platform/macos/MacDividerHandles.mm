@@ -27,7 +27,7 @@ class MacDividerHandles::Panel {
         [panel_ setFrame:frameOnScreen display:NO];
         if (!panel_.visible) [panel_ orderFrontRegardless];
     }
-    void letThrough(bool lets) { panel_.ignoresMouseEvents = lets; }
+    void setIgnoresEvents(bool ignores) { panel_.ignoresMouseEvents = ignores; }
 
   private:
     NSPanel* panel_;
@@ -49,8 +49,8 @@ MacDividerHandles::MacDividerHandles(MainQueue& queue) : queue_(queue) {}
 MacDividerHandles::~MacDividerHandles() = default;
 
 void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
-    tell(grip_.keepOnly(handles, pointerOnScreen()));
-    if (!grip_.isHeld()) escape_ = {}; // a handle that was removed gets no release
+    notify(gesture_.keepOnly(handles, pointerOnScreen()));
+    if (!gesture_.isHeld()) escapeKey_ = {}; // a removed handle gets no release event
     std::erase_if(handles_, [&](const auto& shown) {
         return std::ranges::none_of(handles, [&](const DividerHandle& handle) {
             return handle.id == shown.first && handle.axis == shown.second->axis();
@@ -59,7 +59,6 @@ void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
     for (const DividerHandle& handle : handles) {
         auto& shown = handles_[handle.id];
         if (!shown) {
-            // The system may own the view a little longer than this owns the panel.
             shown = std::make_unique<Handle>(handle.axis, eventsOf(handle.id));
         }
         shown->show(gapFrame(handle));
@@ -76,13 +75,14 @@ void MacDividerHandles::guardDesktop(const std::vector<CGRect>& areas) {
     watchPressesElsewhere();
 }
 
+/// `lifetime_` disables the callbacks, since the system may release a panel's view after this object was destroyed.
 DividerPanelEvents MacDividerHandles::eventsOf(const std::string& id) {
     return {.pressed = lifetime_.guard([this, id](int clickCount) { press(id, clickCount); }),
             .moved = lifetime_.guard([this] { move(); }),
             .released = lifetime_.guard([this] { release(); }),
-            .crossed = lifetime_.guard([this, id](bool isEntered) {
+            .hoverChanged = lifetime_.guard([this, id](bool isEntered) {
                 const auto kind = isEntered ? DividerHandleEvent::Kind::entered : DividerHandleEvent::Kind::left;
-                tell(DividerHandleEvent{kind, id, pointerOnScreen()});
+                notify(DividerHandleEvent{kind, id, pointerOnScreen()});
             })};
 }
 
@@ -91,38 +91,38 @@ Subscription MacDividerHandles::observeHandles(std::function<void(const DividerH
 }
 
 void MacDividerHandles::press(const std::string& handleID, int clickCount) {
-    tell(grip_.press(handleID, clickCount, pointerOnScreen()));
-    if (!grip_.isHeld()) return;
-    escape_ = watchEventsOfOthers(NSEventMaskKeyDown, lifetime_.guard([this](NSEvent* event) {
-        if (event.keyCode == keyCode::escape) tell(grip_.cancel(pointerOnScreen()));
+    notify(gesture_.press(handleID, clickCount, pointerOnScreen()));
+    if (!gesture_.isHeld()) return;
+    escapeKey_ = watchEventsOfOthers(NSEventMaskKeyDown, lifetime_.guard([this](NSEvent* event) {
+        if (event.keyCode == keyCode::escape) notify(gesture_.cancel(pointerOnScreen()));
     }));
 }
 
-/// After a press elsewhere something may be dragged to the desktop, so the panels ignore events until the release.
+/// A press in another application may begin a drag to the desktop, so the panels ignore events until the release.
 void MacDividerHandles::watchPressesElsewhere() {
     if (handles_.empty() && guards_.empty()) return pressesElsewhere_.reset();
     if (pressesElsewhere_) return;
     pressesElsewhere_ = watchEventsOfOthers(
         NSEventMaskLeftMouseDown | NSEventMaskLeftMouseUp,
-        lifetime_.guard([this](NSEvent* event) { letThrough(event.type == NSEventTypeLeftMouseDown); }));
+        lifetime_.guard([this](NSEvent* event) { setIgnoresEvents(event.type == NSEventTypeLeftMouseDown); }));
 }
 
-void MacDividerHandles::letThrough(bool lets) {
-    for (const auto& shown : handles_) shown.second->letThrough(lets);
-    for (const auto& guard : guards_) guard->letThrough(lets);
+void MacDividerHandles::setIgnoresEvents(bool ignores) {
+    for (const auto& shown : handles_) shown.second->setIgnoresEvents(ignores);
+    for (const auto& guard : guards_) guard->setIgnoresEvents(ignores);
 }
 
 void MacDividerHandles::move() {
-    tell(grip_.move(pointerOnScreen()));
+    notify(gesture_.move(pointerOnScreen()));
 }
 
 void MacDividerHandles::release() {
-    escape_ = {};
-    tell(grip_.release(pointerOnScreen()));
+    escapeKey_ = {};
+    notify(gesture_.release(pointerOnScreen()));
 }
 
-void MacDividerHandles::tell(const std::optional<DividerHandleEvent>& event) {
-    if (event) queue_.post(lifetime_.guard([this, told = *event] { observers_.notify(told); }));
+void MacDividerHandles::notify(const std::optional<DividerHandleEvent>& event) {
+    if (event) queue_.post(lifetime_.guard([this, reported = *event] { observers_.notify(reported); }));
 }
 
 } // namespace kova::macos

@@ -1,4 +1,4 @@
-// The system's panels for saving and opening. Files are read and written on the disk queue.
+// Lets the user choose a file in the system's save and open panels. The file is read or written on the disk queue.
 #pragma once
 
 #include "app/DocumentPanelServicing.h"
@@ -9,7 +9,7 @@ namespace kova::macos {
 
 class MacDocumentPanels final : public DocumentPanelServicing {
   public:
-    /// Both live as long as the process.
+    /// Both queues live as long as the process.
     MacDocumentPanels(MainQueue& queue, WorkQueue& diskQueue) : queue_(queue), diskQueue_(diskQueue) {}
     void saveDocument(const std::string& proposedName, std::string json,
                       std::function<void(const std::optional<FileProblem>&)> completion) override;

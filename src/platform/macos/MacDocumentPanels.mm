@@ -7,7 +7,7 @@
 #if __has_include(<UniformTypeIdentifiers/UniformTypeIdentifiers.h>)
 #import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
 #else
-// Declarations for syntax checks with headers that lack this framework.
+// For a syntax check with copies of the SDK's headers that lack this framework.
 @interface UTType : NSObject
 + (nullable instancetype)typeWithIdentifier:(nonnull NSString*)identifier;
 @end
@@ -17,7 +17,8 @@ namespace kova::macos {
 
 namespace {
 
-/// Shows the panel without waiting for it. `chosen` gets the path on the main thread.
+/// Shows the panel and returns. `chosen` is called on the main thread with the path of the chosen file, and not at all
+/// if the user cancels.
 void show(NSSavePanel* panel, std::function<void(const std::string& path)> chosen) {
     UTType* json = [UTType typeWithIdentifier:@"public.json"];
     if (json) panel.allowedContentTypes = @[ json ];

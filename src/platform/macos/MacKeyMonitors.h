@@ -1,5 +1,6 @@
-// Key presses anywhere on the Mac. Events for other applications can be watched, but the applications still get them.
-// So `claim` grabs nothing. Combinations that the system uses can be queried, combinations of other programs cannot.
+// Reports key presses, in whichever application they occur. macOS lets KOVA watch the presses for other applications,
+// but these applications get them, too. So `claim` grabs nothing. The key combinations that the system uses are known;
+// those of other programs are not.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -24,7 +25,7 @@ class MacKeyMonitors final : public KeyMonitorServicing {
     std::vector<KeyCombination> heldByOthers() const override;
     KnownHolders knownHolders() const override { return KnownHolders::systemOnly; }
     ModifierNames modifierNames() const override { return ModifierNames::symbols; }
-    Subscription observeHeldByOthers(std::function<void()> known) override;
+    Subscription observeHeldByOthers(std::function<void()> changed) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                             std::function<void(const std::string& reason)> failed) override;
     std::string charactersOf(std::uint16_t keyCode) const override;

@@ -17,7 +17,7 @@ static_assert(kKeyDown == 1 << 10);
 
 constexpr unichar kFirstCharacter = 0x20;
 constexpr unichar kDelete = 0x7F;
-// The range of characters that the system assigns to keys that write nothing, such as arrows.
+// The system assigns the characters of this range to keys that type no character, such as arrows.
 constexpr unichar kFirstFunctionKey = 0xF700;
 constexpr unichar kLastFunctionKey = 0xF8FF;
 
@@ -39,9 +39,9 @@ SystemHotKey systemHotKey(NSDictionary* record) {
             .isEnabled = numberIn(record, kHISymbolicHotKeyEnabled) != 0};
 }
 
-bool isCharacter(NSString* written) {
-    if (written.length == 0) return false;
-    const unichar first = [written characterAtIndex:0];
+bool isPrintable(NSString* characters) {
+    if (characters.length == 0) return false;
+    const unichar first = [characters characterAtIndex:0];
     return first >= kFirstCharacter && first != kDelete && !(first >= kFirstFunctionKey && first <= kLastFunctionKey);
 }
 
@@ -51,9 +51,9 @@ struct MacKeyMonitors::Recording {
     std::function<bool(const KeyPress&)> recorder; // empty once the recording has ended
     Subscription others, own;
 
-    void hear(const KeyPress& press) {
-        const auto hears = recorder;
-        if (hears && hears(press)) end();
+    void handle(const KeyPress& press) {
+        const auto record = recorder; // a copy, since the recorder may end the recording
+        if (record && record(press)) end();
     }
     void end() { recorder = nullptr; }
     bool isOn() const { return recorder != nullptr; }
@@ -64,27 +64,27 @@ MacKeyMonitors::~MacKeyMonitors() {
 }
 
 Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
-    auto listen = lifetime_.guard([this](NSEvent* event, std::optional<KeyPress>& heard) {
-        // Checked when the press arrives: monitors are called in any order, and the press may have ended the recording
-        // by the time the value is delivered.
+    // A press that is recorded is not reported. This is checked when the press arrives, since the press may have ended
+    // the recording by the time its value is delivered.
+    auto readUnlessRecording = lifetime_.guard([this](NSEvent* event, std::optional<KeyPress>& press) {
         const auto recording = recording_.lock();
-        if (!recording || !recording->isOn()) heard = keyPress(event);
+        if (!recording || !recording->isOn()) press = keyPress(event);
     });
-    const auto read = [listen = std::move(listen)](NSEvent* event) mutable {
-        std::optional<KeyPress> heard;
-        listen(event, heard);
-        return heard;
+    const auto read = [readUnlessRecording = std::move(readUnlessRecording)](NSEvent* event) mutable {
+        std::optional<KeyPress> press;
+        readUnlessRecording(event, press);
+        return press;
     };
     return monitorEvents<KeyPress>(queue_, EventSource::others, kKeyDown, read, lifetime_.guard(std::move(monitor)));
 }
 
 Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)> monitor) {
-    auto hear = lifetime_.guard(
-        [monitor = std::move(monitor)](const KeyPress& press, bool& isKept) { isKept = monitor(press); });
-    return watchOwnEvents(kKeyDown, [hear = std::move(hear)](NSEvent* event) mutable {
-        bool isKept = false;
-        hear(keyPress(event), isKept);
-        return isKept;
+    auto callMonitor = lifetime_.guard(
+        [monitor = std::move(monitor)](const KeyPress& press, bool& isConsumed) { isConsumed = monitor(press); });
+    return watchOwnEvents(kKeyDown, [callMonitor = std::move(callMonitor)](NSEvent* event) mutable {
+        bool isConsumed = false;
+        callMonitor(keyPress(event), isConsumed);
+        return isConsumed;
     });
 }
 
@@ -106,8 +106,8 @@ void MacKeyMonitors::claim(const std::vector<KeyCombination>& combinations) {
     queue_.post(lifetime_.guard([this] { claimObservers_.notify(); }));
 }
 
-Subscription MacKeyMonitors::observeHeldByOthers(std::function<void()> known) {
-    return claimObservers_.add(std::move(known));
+Subscription MacKeyMonitors::observeHeldByOthers(std::function<void()> changed) {
+    return claimObservers_.add(std::move(changed));
 }
 
 Subscription MacKeyMonitors::recordKeys(std::function<bool(const KeyPress&)> recorder,
@@ -119,17 +119,17 @@ Subscription MacKeyMonitors::recordKeys(std::function<bool(const KeyPress&)> rec
     const auto weak = std::weak_ptr(recording);
     recording->others =
         monitorEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress, [weak](const KeyPress& press) {
-            if (const auto alive = weak.lock()) alive->hear(press);
+            if (const auto alive = weak.lock()) alive->handle(press);
         });
     recording->own = watchOwnEvents(kKeyDown, [weak](NSEvent* event) {
         const auto alive = weak.lock();
         if (!alive || !alive->isOn()) return false;
-        alive->hear(keyPress(event));
+        alive->handle(keyPress(event));
         return true;
     });
     if (!AXIsProcessTrusted() && !NSApp.active) {
         queue_.post([weak, failed = std::move(failed)] {
-            if (weak.lock() && failed) failed("Keys can be heard only with the Accessibility permission");
+            if (weak.lock() && failed) failed("Keys can be recorded only with the Accessibility permission");
         });
     }
     return Subscription(recording);
@@ -140,8 +140,8 @@ std::string MacKeyMonitors::charactersOf(std::uint16_t keyCode) const {
         const auto press = Owned<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, keyCode, true));
         if (!press) return {};
         CGEventSetFlags(press.get(), CGEventFlags(0));
-        NSString* written = [NSEvent eventWithCGEvent:press.get()].charactersIgnoringModifiers;
-        return isCharacter(written) ? text(written) : std::string();
+        NSString* characters = [NSEvent eventWithCGEvent:press.get()].charactersIgnoringModifiers;
+        return isPrintable(characters) ? text(characters) : std::string();
     }
 }
 

@@ -1,4 +1,4 @@
-// The first dialog: what KOVA does, and which permission it needs. Main thread.
+// The dialog for a new user. It says what KOVA does and which permission KOVA needs. Main thread.
 #pragma once
 
 #include "app/OnboardingServicing.h"
@@ -16,13 +16,13 @@ class MacOnboarding final : public OnboardingServicing {
 
   private:
     void run();
-    void finish(std::uint64_t showing, bool isContinued, bool isOfferChanged, bool isOfferOn);
+    void finish(std::uint64_t number, bool isContinued, bool isOfferChanged, bool isOfferOn);
 
     std::optional<OnboardingOffer> offer_; // while the dialog is shown or about to be shown
     std::function<void()> askForPermission_;
-    bool isWanted_ = false;     // the dialog is shown or about to be shown
-    bool isRunning_ = false;    // also while a closed dialog's modal loop has not ended yet
-    std::uint64_t showing_ = 0; // counts the calls of showOnboarding that took effect
+    bool isShownOrPending_ = false;   // pending: the dialog will be shown soon
+    bool isModalLoopRunning_ = false; // may still be true for a moment after the dialog was closed
+    std::uint64_t dialogNumber_ = 0;  // how many dialogs were requested so far
     Lifetime lifetime_;
 };
 

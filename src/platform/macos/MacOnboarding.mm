@@ -19,7 +19,7 @@ NSButton* checkbox(const OnboardingOffer& offer) {
     return box;
 }
 
-/// The check box with its explanation below, as high as the text requires.
+/// Returns the check box with its explanation below. The height fits the text.
 NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
     NSTextField* label = [NSTextField wrappingLabelWithString:nsString(offer.text)];
     label.font = [NSFont systemFontOfSize:NSFont.smallSystemFontSize];
@@ -28,7 +28,7 @@ NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
     view.orientation = NSUserInterfaceLayoutOrientationVertical;
     view.alignment = NSLayoutAttributeLeading;
     const CGFloat height = view.fittingSize.height;
-    // The dialog uses the frame, which a stack view ignores unless this is set.
+    // The dialog lays out the view by its frame. Without this line a stack view ignores its frame.
     view.translatesAutoresizingMaskIntoConstraints = YES;
     view.frame = NSMakeRect(0, 0, kOfferWidth, height);
     return view;
@@ -37,20 +37,20 @@ NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
 } // namespace
 
 void MacOnboarding::showOnboarding(std::optional<OnboardingOffer> offer, std::function<void()> askForPermission) {
-    if (std::exchange(isWanted_, true)) return;
-    ++showing_;
+    if (std::exchange(isShownOrPending_, true)) return;
+    ++dialogNumber_;
     offer_ = std::move(offer);
     askForPermission_ = std::move(askForPermission);
     runDialogSoon(lifetime_.guard([this] {
-        if (isWanted_ && !isRunning_) run();
+        if (isShownOrPending_ && !isModalLoopRunning_) run();
     }));
 }
 
 void MacOnboarding::closeOnboarding() {
-    isWanted_ = false;
+    isShownOrPending_ = false;
     offer_.reset();
     askForPermission_ = nullptr;
-    if (isRunning_) abandonAlert();
+    if (isModalLoopRunning_) abandonAlert();
 }
 
 void MacOnboarding::openPermissionSettings() {
@@ -70,25 +70,25 @@ void MacOnboarding::run() {
     NSButton* box = offer_ ? checkbox(*offer_) : nil;
     const NSControlStateValue before = box.state;
     if (box) dialog.accessoryView = offerView(box, *offer_);
-    // The agent may end while the dialog is open, and this object is then destroyed.
-    auto finishUnlessGone = lifetime_.guard([this, box, before, showing = showing_](NSModalResponse answer) {
-        finish(showing, answer == NSAlertFirstButtonReturn, box.state != before, box.state == NSControlStateValueOn);
+    // If the agent ends while the dialog is open, this object is destroyed before the dialog returns.
+    auto finishIfAlive = lifetime_.guard([this, box, before, number = dialogNumber_](NSModalResponse answer) {
+        finish(number, answer == NSAlertFirstButtonReturn, box.state != before, box.state == NSControlStateValueOn);
     });
-    isRunning_ = true;
+    isModalLoopRunning_ = true;
     const NSModalResponse answer = runAlert(dialog);
-    finishUnlessGone(answer);
+    finishIfAlive(answer);
 }
 
-void MacOnboarding::finish(std::uint64_t showing, bool isContinued, bool isOfferChanged, bool isOfferOn) {
-    isRunning_ = false;
-    if (!isWanted_) return returnActivationSoon();
-    if (showing != showing_) return; // closed and requested again: the run loop shows the dialog again next
-    isWanted_ = false;
+void MacOnboarding::finish(std::uint64_t number, bool isContinued, bool isOfferChanged, bool isOfferOn) {
+    isModalLoopRunning_ = false;
+    if (!isShownOrPending_) return returnActivationSoon();
+    if (number != dialogNumber_) return; // the dialog was closed and requested again; the run loop shows it next
+    isShownOrPending_ = false;
     const auto offer = std::exchange(offer_, std::nullopt);
     const auto askForPermission = std::exchange(askForPermission_, nullptr);
-    if (!isContinued) return returnActivationSoon(); // otherwise the system shows its permission prompt next
+    if (!isContinued) return returnActivationSoon();
     if (offer && isOfferChanged) offer->choose(isOfferOn);
-    if (askForPermission) askForPermission();
+    if (askForPermission) askForPermission(); // KOVA stays active for the system's permission prompt
 }
 
 } // namespace kova::macos

@@ -1,4 +1,4 @@
-// The pointer while its main button is held, anywhere on the desktop.
+// Reports presses, movements and releases of the pointer while its main button is held, anywhere on the desktop.
 #pragma once
 
 #include "support/Lifetime.h"

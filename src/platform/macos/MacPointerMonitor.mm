@@ -20,7 +20,8 @@ PointerEvent::Kind kind(NSEvent* event) {
 }
 
 PointerEvent pointerEvent(NSEvent* event) {
-    // An event of another application has no window here; its location is in screen space.
+    // The location of an event is relative to its window. Events for other applications have no window in this process,
+    // and their location is in screen space.
     NSWindow* window = event.window;
     const CGPoint place = event.locationInWindow;
     return {.kind = kind(event),
@@ -32,7 +33,7 @@ PointerEvent pointerEvent(NSEvent* event) {
 
 Subscription MacPointerMonitor::observePointer(std::function<void(const PointerEvent&)> observer) {
     return monitorEvents<PointerEvent>(queue_, EventSource::everywhere, kMainButton, pointerEvent,
-                                    lifetime_.guard(std::move(observer)));
+                                       lifetime_.guard(std::move(observer)));
 }
 
 } // namespace kova::macos

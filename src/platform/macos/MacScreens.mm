@@ -17,9 +17,9 @@ std::optional<std::string> displayUUID(NSScreen* screen) {
     const CGDirectDisplayID display = [number unsignedIntValue];
     const auto uuid = Owned<CFUUIDRef>::adopt(CGDisplayCreateUUIDFromDisplayID(display));
     if (!uuid) return std::nullopt;
-    NSString* words = CFBridgingRelease(CFUUIDCreateString(kCFAllocatorDefault, uuid.get()));
-    if (!words) return std::nullopt;
-    return text(words);
+    NSString* string = CFBridgingRelease(CFUUIDCreateString(kCFAllocatorDefault, uuid.get()));
+    if (!string) return std::nullopt;
+    return text(string);
 }
 
 } // namespace
@@ -39,7 +39,7 @@ std::vector<Screen> MacScreens::screens() const {
 }
 
 Subscription MacScreens::observeScreens(std::function<void()> changed) {
-    // The system also notifies of changes that do not matter here, such as another color profile.
+    // The system also posts this notification for other changes, such as a new color profile. These are not reported.
     auto compared = [this, last = screens(), changed = std::move(changed)]() mutable {
         auto now = screens();
         if (now == last) return;

@@ -1,4 +1,5 @@
-// Sleep, screens that sleep, user switching and the lock, from the Mac's notifications.
+// Reports when the machine or its screens sleep and wake, when the user session is switched, and when the screen is
+// locked or unlocked. The Mac posts notifications of these events.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"

@@ -12,7 +12,7 @@ using Event = SystemActivityEvent;
 
 MacSystemActivity::MacSystemActivity() {
     NSNotificationCenter* center = NSWorkspace.sharedWorkspace.notificationCenter;
-    const std::pair<NSString*, Event> ofThisMachine[] = {
+    const std::pair<NSString*, Event> workspaceEvents[] = {
         {NSWorkspaceWillSleepNotification, Event::systemWillSleep},
         {NSWorkspaceDidWakeNotification, Event::systemDidWake},
         {NSWorkspaceScreensDidSleepNotification, Event::screensDidSleep},
@@ -20,15 +20,15 @@ MacSystemActivity::MacSystemActivity() {
         {NSWorkspaceSessionDidResignActiveNotification, Event::sessionDidResignActive},
         {NSWorkspaceSessionDidBecomeActiveNotification, Event::sessionDidBecomeActive},
     };
-    for (const auto& entry : ofThisMachine) {
+    for (const auto& entry : workspaceEvents) {
         const Event event = entry.second;
         registrations_.push_back(observeNotification(center, entry.first, [this, event] { observers_.notify(event); }));
     }
-    const std::pair<NSString*, Event> ofTheLock[] = {
+    const std::pair<NSString*, Event> lockEvents[] = {
         {@"com.apple.screenIsLocked", Event::screenDidLock},
         {@"com.apple.screenIsUnlocked", Event::screenDidUnlock},
     };
-    for (const auto& entry : ofTheLock) {
+    for (const auto& entry : lockEvents) {
         const Event event = entry.second;
         registrations_.push_back(
             observeDistributedNotification(entry.first, [this, event] { observers_.notify(event); }));

@@ -1,4 +1,4 @@
-// Start at login through SMAppService.
+// Lets the system start KOVA.app at login, through SMAppService.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"

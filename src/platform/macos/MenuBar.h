@@ -1,5 +1,6 @@
-// KOVA's item in the menu bar: shows the content and passes choices to it. The menu is rebuilt each time it opens; the
-// symbol is filled while there is a message. Main thread only.
+// KOVA's item in the menu bar. It shows the entries of KovaMenuBarContent in a menu, and reports the chosen entry to
+// the content. The menu is rebuilt each time it opens. The item's symbol is filled while there is a message. Main
+// thread only.
 #pragma once
 
 #include "app/KovaMenuBarContent.h"
@@ -12,7 +13,7 @@ class MenuBar {
   public:
     /// Shows the item. The content outlives it.
     explicit MenuBar(KovaMenuBarContent& content);
-    /// Removes the item; choosing an entry of a menu that is still open has no effect.
+    /// Removes the item. If its menu is still open, choosing an entry has no effect any more.
     ~MenuBar();
     MenuBar(const MenuBar&) = delete;
     MenuBar& operator=(const MenuBar&) = delete;

@@ -5,7 +5,7 @@
 
 #import <AppKit/AppKit.h>
 
-/// Fills the menu when it opens, and passes the chosen entry on.
+/// Fills the menu when it opens, and reports the chosen entry to the content.
 @interface KOVAMenuBarTarget : NSObject <NSMenuDelegate>
 - (instancetype)initWithContent:(kova::KovaMenuBarContent&)content;
 /// Stops using the content, which may be destroyed afterwards.
@@ -13,7 +13,7 @@
 @end
 
 @implementation KOVAMenuBarTarget {
-    kova::KovaMenuBarContent* _content; // null once detached
+    kova::KovaMenuBarContent* _content; // null after `detach`
 }
 
 - (instancetype)initWithContent:(kova::KovaMenuBarContent&)content {
@@ -55,7 +55,7 @@
         item.representedObject = kova::macos::nsString(entry.id);
         if (entry.shortcut) {
             item.keyEquivalent = kova::macos::nsString(kova::menuKeyEquivalent(*entry.shortcut));
-            // KOVA stores modifiers with the system's own numbers.
+            // A KovaShortcut has the same modifier bits as the system.
             item.keyEquivalentModifierMask = static_cast<NSEventModifierFlags>(entry.shortcut->modifierFlagsRawValue);
         }
     }
@@ -80,7 +80,7 @@ struct MenuBar::Parts {
         showSymbol();
         symbolChanges = content.observeSymbol([this, &content] { showSymbol(content.symbol()); });
         NSMenu* menu = [[NSMenu alloc] initWithTitle:@"KOVA"];
-        menu.delegate = target; // not owned by the menu
+        menu.delegate = target; // the menu does not own its delegate; `target` does
         item.menu = menu;
     }
     /// Shows the symbol, or the name on a system that lacks the symbol.
@@ -107,12 +107,13 @@ MenuBar::MenuBar(KovaMenuBarContent& content) : parts_(std::make_unique<Parts>(c
 MenuBar::~MenuBar() = default;
 
 void MenuBar::open() {
-    // The click runs the menu's own loop, which must not be entered from within another event.
+    // A click runs the menu's own event loop until the menu closes. So the click is not made now, within another event,
+    // but by the main run loop.
     __weak NSStatusItem* item = parts_->item;
     [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
                                     block:^{
                                       [item.button performClick:nil];
-                                      returnActivationSoon(); // opening KOVA has activated KOVA
+                                      returnActivationSoon(); // KOVA became active when it was opened
                                     }];
 }
 

@@ -22,13 +22,13 @@ void runDialogSoon(std::function<void()> dialog) {
 
 void bringToFront(NSWindow* dialog) {
     dialog.level = NSModalPanelWindowLevel;
-    // The newer call without the argument is only a request, which the system declines when it comes from the menu bar.
+    // Not the newer `activate`, since the system refuses its request when the user opens the dialog from the menu bar.
     [NSApp activateIgnoringOtherApps:YES];
     __weak NSWindow* shown = dialog;
     [NSRunLoop.mainRunLoop performInModes:@[ NSModalPanelRunLoopMode, NSDefaultRunLoopMode ]
                                     block:^{
                                       NSWindow* window = shown;
-                                      if (!window.visible) return; // the user has already answered
+                                      if (!window.visible) return; // the user has already closed the dialog
                                       [NSApp activateIgnoringOtherApps:YES];
                                       [window orderFrontRegardless];
                                       [window makeKeyWindow];
@@ -37,15 +37,15 @@ void bringToFront(NSWindow* dialog) {
 }
 
 NSModalResponse runAlert(NSAlert* alert) {
-    // By default a modal dialog prevents the application from quitting, also at a logout.
+    // By default an open modal dialog prevents the application from quitting, and so prevents a logout.
     alert.window.preventsApplicationTerminationWhenModal = NO;
     bringToFront(alert.window);
     return [alert runModal];
 }
 
 void abandonAlert() {
-    // Stops the loop instead of throwing: `contained` would catch the exception. The loop checks for the stop after
-    // the next event, so an event is posted.
+    // Not `abortModal`, whose exception `contained` would catch. The modal loop stops only after its next event, so an
+    // event is posted.
     [NSApp stopModalWithCode:NSModalResponseAbort];
     NSEvent* event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined
                                         location:NSZeroPoint
@@ -65,7 +65,7 @@ bool hasDialog() {
 
 void returnActivation() {
     if (!NSApp.active || hasDialog()) return;
-    // KOVA has no menu in the menu bar, so the owner is still the application that was active before.
+    // KOVA has no menu in the menu bar, so the menu bar still belongs to the application that was active before.
     NSRunningApplication* before = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
     if (!before || [before isEqual:NSRunningApplication.currentApplication]) return;
     if (@available(macOS 14.0, *)) {
@@ -78,7 +78,7 @@ void returnActivation() {
 }
 
 void passActivationTo(const std::string& bundleIdentifier) {
-    // Before macOS 14 an application becomes active without the consent of the active one.
+    // Before macOS 14 an application can become active without the consent of the active application.
     if (@available(macOS 14.0, *)) {
         [NSApp yieldActivationToApplicationWithBundleIdentifier:nsString(bundleIdentifier)];
     }

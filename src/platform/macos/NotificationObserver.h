@@ -1,4 +1,5 @@
-// Registrations with notification centers, as subscriptions. Objective-C++ only; main thread.
+// Observes notifications of the system. Observing ends when the subscription is destroyed. Objective-C++ only; main
+// thread.
 #pragma once
 
 #include "support/Published.h"
@@ -9,11 +10,11 @@
 
 namespace kova::macos {
 
-/// Calls back on the main thread whenever the center posts the notification.
+/// Calls the observer on the main thread whenever the notification is posted to the center.
 [[nodiscard]] Subscription observeNotification(NSNotificationCenter* center, NSString* name,
                                                std::function<void()> observer);
-/// Observes notifications of other programs to the whole session, delivered at once: the system delays them for
-/// applications that are not active.
+/// Observes a notification that programs post to the whole session. It is delivered immediately; by default the system
+/// would delay it while KOVA is not the active application.
 [[nodiscard]] Subscription observeDistributedNotification(NSString* name, std::function<void()> observer);
 
 } // namespace kova::macos

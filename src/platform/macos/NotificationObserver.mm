@@ -6,7 +6,7 @@
 
 @interface KOVANotificationTarget : NSObject
 - (instancetype)initWithObserver:(std::function<void()>)observer;
-- (void)heard:(NSNotification*)notification;
+- (void)receive:(NSNotification*)notification;
 @end
 
 @implementation KOVANotificationTarget {
@@ -19,11 +19,11 @@
     return self;
 }
 
-- (void)heard:(NSNotification*)notification {
-    if (!NSThread.isMainThread) {                     // called on the thread that posts
-        __weak KOVANotificationTarget* target = self; // nil once the registration has ended
+- (void)receive:(NSNotification*)notification {
+    if (!NSThread.isMainThread) {                     // the center calls on the thread that posts
+        __weak KOVANotificationTarget* target = self; // nil after the registration has ended
         dispatch_async(dispatch_get_main_queue(), ^{
-          [target heard:notification];
+          [target receive:notification];
         });
         return;
     }
@@ -39,7 +39,8 @@ namespace kova::macos {
 
 namespace {
 
-/// A center does not own its observers, so they must be removed before they are destroyed.
+/// Registers an observer with a center. A center does not own its observers, so this object owns the observer, and
+/// removes it from the center before it is destroyed.
 struct Registration {
     NSNotificationCenter* center;
     KOVANotificationTarget* target;
@@ -55,7 +56,7 @@ struct Registration {
 
 Subscription observeNotification(NSNotificationCenter* center, NSString* name, std::function<void()> observer) {
     const auto registration = std::make_shared<Registration>(center, std::move(observer));
-    [center addObserver:registration->target selector:@selector(heard:) name:name object:nil];
+    [center addObserver:registration->target selector:@selector(receive:) name:name object:nil];
     return Subscription(registration);
 }
 
@@ -63,7 +64,7 @@ Subscription observeDistributedNotification(NSString* name, std::function<void()
     NSDistributedNotificationCenter* center = NSDistributedNotificationCenter.defaultCenter;
     const auto registration = std::make_shared<Registration>(center, std::move(observer));
     [center addObserver:registration->target
-                  selector:@selector(heard:)
+                  selector:@selector(receive:)
                       name:name
                     object:nil
         suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];

@@ -1,5 +1,5 @@
-// Updates through Sparkle, if the program was built with it (KOVA_WITH_SPARKLE); the feed and the key that signs
-// updates are in the bundle's Info.plist. Main thread only.
+// Checks for updates with Sparkle, if the program was built with Sparkle (KOVA_WITH_SPARKLE). The address of the feed
+// and the public key for signatures are in the bundle's Info.plist. Main thread only.
 #pragma once
 
 #include "app/UpdateChecker.h"
@@ -8,8 +8,8 @@
 
 namespace kova::macos {
 
-/// Starts Sparkle with the user's settings; null in a program that was built without Sparkle, or whose bundle names no
-/// feed.
+/// Starts Sparkle with the user's settings. Returns null if the program was built without Sparkle, or if the Info.plist
+/// names no feed.
 std::unique_ptr<UpdateChecker> makeUpdateChecker();
 
 } // namespace kova::macos

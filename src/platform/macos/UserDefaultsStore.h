@@ -1,4 +1,5 @@
-// Preferences in the user's defaults, in the application's domain. The system writes them with a delay.
+// Stores the preferences in the user's defaults, in the domain of the application. The system writes them to disk
+// later.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -12,15 +13,16 @@ namespace kova::macos {
 
 class UserDefaultsStore final : public PreferencesStore {
   public:
-    /// A record is stored as data, a text as a string and a switch as a boolean; a value of any other type, also a
-    /// number, counts as absent.
+    /// Reads data as a record, a string as a text, and a boolean as a bool. A value of another type counts as absent,
+    /// for example a number.
     std::optional<PreferenceValue> value(std::string_view key) const override;
     bool contains(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
     void save(SaveHandler done) override;
     void synchronize() override;
-    /// The copy is kept in the same domain, under the key followed by ".damaged-" and the date.
+    /// The copy of the value is stored in the same domain. Its key is the original key followed by ".damaged-" and the
+    /// date.
     void noteUnusable(std::string_view key, const std::string& reason) override;
     std::vector<std::string> problems() const override;
 

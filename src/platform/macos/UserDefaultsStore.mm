@@ -15,7 +15,7 @@ namespace kova::macos {
 
 namespace {
 
-/// Foundation stores booleans as numbers; distinguishes them from other numbers.
+/// In Foundation booleans are objects of the class NSNumber. This function distinguishes them from other numbers.
 bool isBoolean(id object) {
     return CFGetTypeID((__bridge CFTypeRef)object) == CFBooleanGetTypeID();
 }
@@ -64,16 +64,16 @@ void UserDefaultsStore::removeValue(std::string_view key) {
 }
 
 void UserDefaultsStore::save(SaveHandler done) {
-    const auto answer =
+    const auto finish =
         std::make_shared<std::function<void(bool)>>(lifetime_.guard([this, done = std::move(done)](bool isWritten) {
             noteWritten(isWritten);
             done(isWritten ? std::nullopt : std::optional(writeProblem_));
         }));
-    // The call waits for the preferences daemon, so it runs on another queue.
+    // CFPreferencesAppSynchronize waits for the preferences daemon, so it is not called on the main thread.
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
       const bool isWritten = CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
       dispatch_async(dispatch_get_main_queue(), ^{
-        contained([&] { (*answer)(isWritten); });
+        contained([&] { (*finish)(isWritten); });
       });
     });
 }
