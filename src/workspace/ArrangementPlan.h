@@ -49,7 +49,7 @@ struct ArrangementCandidate {
 };
 
 /// A window that the arrangement does not move although the user may expect a move.
-struct ArrangementLeftAlone {
+struct ArrangementLeftAloneWindow {
     ManagedWindow window;
     std::string explanation; // one line in plain words
 };
@@ -57,7 +57,7 @@ struct ArrangementLeftAlone {
 struct ArrangementInput {
     std::vector<ArrangementDisplay> displays;     // the platform's order
     std::vector<ArrangementCandidate> candidates; // the order of the window list
-    std::vector<ArrangementLeftAlone> leftAlone;
+    std::vector<ArrangementLeftAloneWindow> leftAlone;
     AutoArrangeLearningModel learning;
     std::map<SlotID, std::string> preferredApplications; // slot id -> application key
     double tileInset = 5;                                // points
@@ -74,15 +74,15 @@ struct AutoArrangePlacement {
     std::string explanation;                       // one line in plain words
 };
 
-struct ArrangementSurplus {
+struct ArrangementSurplusWindow {
     ManagedWindow window;
     std::string explanation;
 };
 
 struct ArrangementPlan {
-    std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then stacked windows
-    std::vector<ArrangementSurplus> surplus;      // to be minimized
-    std::vector<ArrangementLeftAlone> leftAlone;
+    std::vector<AutoArrangePlacement> placements;  // fronts in display and layout order, then stacked windows
+    std::vector<ArrangementSurplusWindow> surplus; // to be minimized
+    std::vector<ArrangementLeftAloneWindow> leftAlone;
 
     /// One line for each placement, each surplus window and each window left alone, in this order. If there are surplus
     /// windows, a last line says how many.

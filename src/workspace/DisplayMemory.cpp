@@ -1,7 +1,7 @@
 #include "workspace/DisplayMemory.h"
 
 #include "layout/WorkspaceProfile.h"
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 #include "workspace/Renaming.h"
 
 #include <algorithm>

@@ -32,8 +32,8 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.leftAlone = presenter_.whyLeftAlone(window);
     // A stacked window is hidden by KOVA itself; that is no reason of its own.
     const bool isWaiting = assignments_.isInAnyTile(window.id) && !situation.hasTile;
-    if (isWaiting &&
-        (situation.leftAlone == LeftAlone::minimized || situation.leftAlone == LeftAlone::applicationHidden))
+    if (isWaiting && (situation.leftAlone == LeftAloneReason::minimized ||
+                      situation.leftAlone == LeftAloneReason::applicationHidden))
         situation.leftAlone.reset();
     situation.refusal = frames_.refusal(window.id);
     situation.attempts = FrameKeeper::kAttempts;

@@ -1,7 +1,7 @@
 #include "workspace/SessionTaker.h"
 
 #include "support/SameFrame.h"
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 #include "workspace/WorkspaceParts.h"
 
 #include <utility>

@@ -1,4 +1,4 @@
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 
 #include <algorithm>
 #include <iterator>

@@ -8,7 +8,7 @@
 
 namespace kova {
 
-enum class LeftAlone {
+enum class LeftAloneReason {
     zoomed, // the window owns its display in focus mode
     heldByPointer,
     minimized,
@@ -27,9 +27,9 @@ struct LeftAloneFacts {
 };
 
 /// The first reason that applies; absent if the window may be moved to its tile.
-std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
+std::optional<LeftAloneReason> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
 
 /// The reason as the end of a sentence about the window: "is minimized".
-std::string_view describe(LeftAlone cause);
+std::string_view describe(LeftAloneReason cause);
 
 } // namespace kova
