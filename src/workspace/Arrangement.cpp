@@ -80,7 +80,7 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
                                                               const TileAssignments& assignments) const {
     const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
     if (window.isFullScreen || presenter_.isOffScreen(window) || isExcludedByRules(window) ||
-        displays_.isAwaited(window.id) || floating_.contains(window.id)) {
+        displays_.isWaitingForItsDisplay(window.id) || floating_.contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;
@@ -124,7 +124,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
             if (used != focusOrder.end()) candidate->useRank = static_cast<std::size_t>(used - focusOrder.begin());
             input.candidates.push_back(std::move(*candidate));
         }
-        if (displays_.isAwaited(window.id)) {
+        if (displays_.isWaitingForItsDisplay(window.id)) {
             input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
                                                                 "unplugged just now and may come back"});
         }
@@ -172,7 +172,7 @@ void Arrangement::arrangeWindows() {
 }
 
 void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
-    TileAssignments next = assignmentsOnAbsentDisplays();
+    TileAssignments next = assignmentsOnDisconnectedDisplays();
     for (const auto& window : liveWindows_) { // a full-screen window keeps its tile
         if (window.isFullScreen) next.adopt(window.id, assignments_);
     }
@@ -258,7 +258,7 @@ void Arrangement::learnPlacementByUser(const ManagedWindow& window, const TileTa
     });
 }
 
-TileAssignments Arrangement::assignmentsOnAbsentDisplays() const {
+TileAssignments Arrangement::assignmentsOnDisconnectedDisplays() const {
     TileAssignments away = assignments_;
     for (const auto& tile : geometry_.tiles()) {
         if (tile.windowID) away.remove(*tile.windowID);

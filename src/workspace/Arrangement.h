@@ -63,7 +63,7 @@ class Arrangement {
     void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
     void carryOutDeferred(std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
-    TileAssignments assignmentsOnAbsentDisplays() const;
+    TileAssignments assignmentsOnDisconnectedDisplays() const;
     std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;
 
     const WorkspaceServices& services_;

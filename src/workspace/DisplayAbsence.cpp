@@ -42,58 +42,58 @@ ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignmen
     return back;
 }
 
-void DisplayAbsence::leave(const AbsenceKey& key, const TileAssignments& assignments) {
+void DisplayAbsence::remember(const AbsenceKey& key, const TileAssignments& assignments) {
     TileAssignments held = assignments.onDisplay(key.displayID);
     for (const auto& window : held.windows()) {
         if (belongsToDisconnectedDisplay(window)) held.remove(window);
     }
-    if (held != TileAssignments{}) heldTiles_[key] = std::move(held);
+    if (held != TileAssignments{}) rememberedTiles_[key] = std::move(held);
 }
 
 DisplayAbsence::Return DisplayAbsence::returnWindows(const AbsenceKey& key, TileAssignments assignments) {
-    const auto entry = heldTiles_.extract(key);
+    const auto entry = rememberedTiles_.extract(key);
     if (entry.empty()) return {std::move(assignments), {}, {}};
     return withRememberedWindows(entry.mapped(), std::move(assignments));
 }
 
 bool DisplayAbsence::belongsToDisconnectedDisplay(const WindowID& windowID) const {
-    return std::any_of(heldTiles_.begin(), heldTiles_.end(),
+    return std::any_of(rememberedTiles_.begin(), rememberedTiles_.end(),
                        [&](const auto& entry) { return entry.second.isInAnyTile(windowID); });
 }
 
 void DisplayAbsence::forget(const WindowID& windowID) {
-    for (auto& [key, held] : heldTiles_) held.remove(windowID);
+    for (auto& [key, held] : rememberedTiles_) held.remove(windowID);
     dropEmpty();
 }
 
 void DisplayAbsence::forgetDisplay(const DisplayID& displayID) {
-    std::erase_if(heldTiles_, [&](const auto& entry) { return entry.first.displayID == displayID; });
+    std::erase_if(rememberedTiles_, [&](const auto& entry) { return entry.first.displayID == displayID; });
 }
 
 void DisplayAbsence::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     std::map<AbsenceKey, TileAssignments> renamed;
-    for (auto& [key, held] : heldTiles_) {
+    for (auto& [key, held] : rememberedTiles_) {
         held.renameDisplay(displayID, newID);
         const DisplayID& id = key.displayID == displayID ? newID : key.displayID;
         renamed.insert_or_assign(AbsenceKey{id, key.layoutID}, std::move(held));
     }
-    heldTiles_ = std::move(renamed);
+    rememberedTiles_ = std::move(renamed);
 }
 
 void DisplayAbsence::keepOnly(const std::set<WindowID>& windowIDs) {
-    for (auto& [key, held] : heldTiles_) held.keepOnly(windowIDs);
+    for (auto& [key, held] : rememberedTiles_) held.keepOnly(windowIDs);
     dropEmpty();
 }
 
 void DisplayAbsence::rename(const WindowID& windowID, const WindowID& newID) {
-    for (auto& [key, held] : heldTiles_) held.rename(windowID, newID);
+    for (auto& [key, held] : rememberedTiles_) held.rename(windowID, newID);
 }
 
-void DisplayAbsence::restate(const TileAssignments& assignments) {
-    for (auto& [key, held] : heldTiles_) {
+void DisplayAbsence::replaceRemembered(const TileAssignments& assignments) {
+    for (auto& [key, held] : rememberedTiles_) {
         auto stated = assignments.onDisplay(key.displayID);
         if (stated == TileAssignments{}) continue;
-        for (auto& [other, others] : heldTiles_) {
+        for (auto& [other, others] : rememberedTiles_) {
             if (other == key) continue;
             for (const auto& window : stated.windows()) others.remove(window);
         }
@@ -103,7 +103,7 @@ void DisplayAbsence::restate(const TileAssignments& assignments) {
 }
 
 void DisplayAbsence::dropEmpty() {
-    std::erase_if(heldTiles_, [](const auto& entry) { return entry.second == TileAssignments{}; });
+    std::erase_if(rememberedTiles_, [](const auto& entry) { return entry.second == TileAssignments{}; });
 }
 
 } // namespace kova

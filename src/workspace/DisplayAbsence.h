@@ -30,31 +30,31 @@ struct AbsenceKey {
 class DisplayAbsence {
   public:
     /// Remembers the windows on the key's display, except those that belong to another disconnected display.
-    void leave(const AbsenceKey& key, const TileAssignments& assignments);
+    void remember(const AbsenceKey& key, const TileAssignments& assignments);
 
     using Return = ReturnedWindows;
     /// Restores every remembered window to its tile, in front of windows placed there in the meantime.
     Return returnWindows(const AbsenceKey& key, TileAssignments assignments);
-    bool holds(const AbsenceKey& key) const { return heldTiles_.contains(key); }
+    bool remembers(const AbsenceKey& key) const { return rememberedTiles_.contains(key); }
 
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const;
     /// Forgets the window, which the user has moved.
     void forget(const WindowID& windowID);
-    void forgetAll() { heldTiles_.clear(); }
+    void forgetAll() { rememberedTiles_.clear(); }
     void forgetDisplay(const DisplayID& displayID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
     /// After an undo: replaces the remembered windows by those that the restored assignments have on these displays.
-    void restate(const TileAssignments& assignments);
+    void replaceRemembered(const TileAssignments& assignments);
 
-    const std::map<AbsenceKey, TileAssignments>& heldTiles() const { return heldTiles_; }
-    void restore(std::map<AbsenceKey, TileAssignments> tiles) { heldTiles_ = std::move(tiles); }
+    const std::map<AbsenceKey, TileAssignments>& rememberedTiles() const { return rememberedTiles_; }
+    void restore(std::map<AbsenceKey, TileAssignments> tiles) { rememberedTiles_ = std::move(tiles); }
 
   private:
     void dropEmpty();
 
-    std::map<AbsenceKey, TileAssignments> heldTiles_;
+    std::map<AbsenceKey, TileAssignments> rememberedTiles_;
 };
 
 } // namespace kova

@@ -49,7 +49,7 @@ void DisplayChanges::screensChanged() {
     cancelUnreachablePlacements();
     displays_.beginSettling();
     if (!access_.mayMoveWindows()) return;
-    settleOnDisplays();
+    adaptToDisplays();
     if (keepsFocusMode) keepFramesBesideFocusMode();
     refreshCycle_.refresh();
 }
@@ -100,7 +100,7 @@ void DisplayChanges::displayHasNewID(const DisplayID& formerID, const DisplayID&
 }
 
 /// Adapts windows and layouts to the present displays.
-void DisplayChanges::settleOnDisplays() {
+void DisplayChanges::adaptToDisplays() {
     follower_.migrateChangedDisplays();
     follower_.presentReturned();
     returnStrandedFloats();
@@ -121,7 +121,7 @@ void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     const RequestBatch::Scope batch(requests_);
     displays_.forgetRecentlyDisconnected();
-    placeWindowsOfAbsentDisplays();
+    placeWindowsOfDisconnectedDisplays();
     returnStrandedFloats(); // of displays that returned during a suspension
     bringIntoSight();
 }
@@ -129,12 +129,12 @@ void DisplayChanges::displaysSettled() {
 /// Puts the front windows of disconnected displays into free tiles, preferably of the same slot, and stacks their
 /// stacked windows. No window is displaced. All return with their display. A display in focus mode gets no
 /// window until focus mode ends.
-void DisplayChanges::placeWindowsOfAbsentDisplays() {
+void DisplayChanges::placeWindowsOfDisconnectedDisplays() {
     if (pointer_.isPausingPolls()) return displays_.beginSettling(); // tries again after the drag
-    const auto fronts = placeFrontsOfAbsentDisplays();
-    const auto waiting = restackWindowsOfAbsentDisplays();
+    const auto fronts = placeFrontsOfDisconnectedDisplays();
+    const auto waiting = restackWindowsOfDisconnectedDisplays();
     if (focusMode_.isOn()) {
-        displays_.noteHeldBackByZoom(!displays_.absentDisplays().empty());
+        displays_.noteKeptOutByFocusMode(!displays_.disconnectedDisplays().empty());
         keepBesideFocusMode(fronts, waiting);
     }
     if (!fronts.empty() || !waiting.empty()) keeper_.commit({});
@@ -165,12 +165,12 @@ bool DisplayChanges::isZoomedOver(const WorkspaceTile& tile) const {
 }
 
 /// Returns the windows that were placed.
-std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
+std::vector<WindowID> DisplayChanges::placeFrontsOfDisconnectedDisplays() {
     const auto isFree = [this](const WorkspaceTile& tile) {
         return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
     };
     std::vector<std::pair<SlotID, WindowID>> displaced;
-    for (const auto& [absent, held] : displays_.absentDisplays()) {
+    for (const auto& [absent, held] : displays_.disconnectedDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             auto now = assignments_.targetOf(windowID);
             if (!now) now = assignments_.stackTargetOf(windowID);
@@ -202,9 +202,9 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
 
 /// Stacks the stacked windows of disconnected displays again. Their new tile is that of their former front window. If
 /// that window has none, another occupied tile is used, preferably one of the same slot. Returns the stacked windows.
-std::vector<WindowID> DisplayChanges::restackWindowsOfAbsentDisplays() {
+std::vector<WindowID> DisplayChanges::restackWindowsOfDisconnectedDisplays() {
     std::vector<WindowID> taken;
-    for (const auto& [absent, held] : displays_.absentDisplays()) {
+    for (const auto& [absent, held] : displays_.disconnectedDisplays()) {
         for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
             const auto front = held.assignedWindowIDs.find(home);
             std::optional<TileTarget> there;

@@ -36,9 +36,9 @@ class DisplayChanges {
     void readScreens();
     void screensChanged();
     void displayHasNewID(const DisplayID& formerID, const DisplayID& newID);
-    void settleOnDisplays();
+    void adaptToDisplays();
     void displaysSettled();
-    void placeWindowsOfAbsentDisplays();
+    void placeWindowsOfDisconnectedDisplays();
 
   private:
     bool isBesideFocusMode(const std::vector<Screen>& before) const;
@@ -47,8 +47,8 @@ class DisplayChanges {
     void returnStrandedFloats();
     void bringIntoSight();
     bool isZoomedOver(const WorkspaceTile& tile) const;
-    std::vector<WindowID> placeFrontsOfAbsentDisplays();
-    std::vector<WindowID> restackWindowsOfAbsentDisplays();
+    std::vector<WindowID> placeFrontsOfDisconnectedDisplays();
+    std::vector<WindowID> restackWindowsOfDisconnectedDisplays();
     void keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
     void cancelUnreachablePlacements();
 

@@ -40,16 +40,16 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
                                                                   TileAssignments& assignments) {
     for (const auto& id : before) {
         if (now.contains(id)) continue;
-        absence_.leave({id}, assignments);
+        absence_.remember({id}, assignments);
         if (isNamedByFrame(id)) recentlyDisconnected_.insert(id);
     }
     std::set<DisplayID> unknown;
     for (const auto& id : now) {
         if (before.contains(id)) continue;
-        const bool isKnown = recentlyDisconnected_.erase(id) > 0 || absence_.holds({id}) ||
+        const bool isKnown = recentlyDisconnected_.erase(id) > 0 || absence_.remembers({id}) ||
                              assignments.onDisplay(id) != TileAssignments{};
         if (isKnown) {
-            takeBack(absence_, {id}, assignments);
+            returnWindows(absence_, {id}, assignments);
         } else {
             unknown.insert(id);
         }
@@ -57,46 +57,47 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
     std::vector<Renaming> renamings;
     for (const auto& [formerID, newID] : matchRenamedDisplays(recentlyDisconnected_, unknown)) {
         recentlyDisconnected_.erase(formerID);
-        takeBack(absence_, {formerID}, assignments);
+        returnWindows(absence_, {formerID}, assignments);
         renamings.push_back({formerID, newID});
     }
     return renamings;
 }
 
-void DisplayMemory::leaveDisplay(const DisplayID& displayID, const TileAssignments& assignments) {
-    absence_.leave({displayID}, assignments);
+void DisplayMemory::rememberDisplay(const DisplayID& displayID, const TileAssignments& assignments) {
+    absence_.remember({displayID}, assignments);
 }
 
-void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected) {
+void DisplayMemory::rememberDisconnectedDisplays(const TileAssignments& assignments,
+                                                 const std::set<DisplayID>& connected) {
     std::set<DisplayID> absent;
     for (const auto& [target, window] : assignments.assignedWindowIDs) {
         const DisplayID& id = target.display;
         if (!connected.contains(id)) absent.insert(id);
     }
     for (const auto& id : absent) {
-        if (!absence_.holds({id})) absence_.leave({id}, assignments);
+        if (!absence_.remembers({id})) absence_.remember({id}, assignments);
     }
 }
 
-void DisplayMemory::takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments) {
-    takeBack(absence_, {displayID}, assignments);
+void DisplayMemory::returnWindowsToDisplay(const DisplayID& displayID, TileAssignments& assignments) {
+    returnWindows(absence_, {displayID}, assignments);
 }
 
-void DisplayMemory::takeBack(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments) {
-    if (!absence.holds(key)) return;
+void DisplayMemory::returnWindows(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments) {
+    if (!absence.remembers(key)) return;
     auto back = absence.returnWindows(key, std::move(assignments));
     assignments = std::move(back.assignments);
     noteReturned(back.returnedFronts, back.returnedWaiting);
 }
 
-void DisplayMemory::leaveLayout(const DisplayID& displayID, const std::string& layoutID,
-                                const TileAssignments& assignments) {
-    formerLayouts_.leave({displayID, layoutID}, assignments);
+void DisplayMemory::rememberLayout(const DisplayID& displayID, const std::string& layoutID,
+                                   const TileAssignments& assignments) {
+    formerLayouts_.remember({displayID, layoutID}, assignments);
 }
 
-void DisplayMemory::takeBackLayout(const DisplayID& displayID, const std::string& layoutID,
-                                   TileAssignments& assignments) {
-    takeBack(formerLayouts_, {displayID, layoutID}, assignments);
+void DisplayMemory::returnWindowsToLayout(const DisplayID& displayID, const std::string& layoutID,
+                                          TileAssignments& assignments) {
+    returnWindows(formerLayouts_, {displayID, layoutID}, assignments);
 }
 
 void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
@@ -105,7 +106,7 @@ void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
 }
 
 void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
-    if (absence_.heldTiles().empty() || beforeArrangement_ != TileAssignments{}) return;
+    if (absence_.rememberedTiles().empty() || beforeArrangement_ != TileAssignments{}) return;
     beforeArrangement_ = assignments;
     for (const auto& window : assignments.windows()) {
         if (absence_.belongsToDisconnectedDisplay(window)) beforeArrangement_.remove(window);
@@ -114,7 +115,7 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
 
 void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                                  const std::function<bool(const WindowID& windowID)>& isPutAway) {
-    if (!absence_.heldTiles().empty()) return;
+    if (!absence_.rememberedTiles().empty()) return;
     TileAssignments held = std::exchange(beforeArrangement_, {});
     std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
     noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});

@@ -40,20 +40,20 @@ class DisplayMemory : public PartWithoutPolls {
     [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<DisplayID>& before, const std::set<DisplayID>& now,
                                                       TileAssignments& assignments);
     /// Remembers the windows assigned to the display.
-    void leaveDisplay(const DisplayID& displayID, const TileAssignments& assignments);
+    void rememberDisplay(const DisplayID& displayID, const TileAssignments& assignments);
     /// Remembers the windows of every disconnected display that has assignments and no record yet.
-    void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected);
-    void takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments);
-    bool holdsDisplay(const DisplayID& displayID) const { return absence_.holds({displayID}); }
+    void rememberDisconnectedDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected);
+    void returnWindowsToDisplay(const DisplayID& displayID, TileAssignments& assignments);
+    bool remembersDisplay(const DisplayID& displayID) const { return absence_.remembers({displayID}); }
     /// True if the window belongs to a disconnected display.
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const {
         return absence_.belongsToDisconnectedDisplay(windowID);
     }
     /// By the id of the display.
-    const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.heldTiles(); }
-    void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
+    const std::map<AbsenceKey, TileAssignments>& disconnectedDisplays() const { return absence_.rememberedTiles(); }
+    void restoreDisconnectedDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
     /// After an undo: replaces the remembered windows by those of the restored assignments.
-    void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
+    void replaceRemembered(const TileAssignments& assignments) { absence_.replaceRemembered(assignments); }
 
     /// Call before an arrangement puts windows of disconnected displays into tiles of connected ones.
     void noteArrangement(const TileAssignments& assignments);
@@ -74,8 +74,8 @@ class DisplayMemory : public PartWithoutPolls {
     }
 
     /// Remembers the windows of a layout that the display leaves because its size has changed.
-    void leaveLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
-    void takeBackLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
+    void rememberLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
+    void returnWindowsToLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
     /// Forgets the former layouts of a display. Call when the user has chosen a layout for that display.
     void forgetLayouts(const DisplayID& displayID);
 
@@ -100,14 +100,16 @@ class DisplayMemory : public PartWithoutPolls {
     /// Restarts the settle time; `settled` is called at its end.
     void beginSettling();
     /// Whether the window's display was disconnected within the settle time.
-    bool isAwaited(const WindowID& windowID) const { return isSettling() && belongsToDisconnectedDisplay(windowID); }
+    bool isWaitingForItsDisplay(const WindowID& windowID) const {
+        return isSettling() && belongsToDisconnectedDisplay(windowID);
+    }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
     /// Displays that are connected later with another id are no longer matched to displays disconnected until now.
     void forgetRecentlyDisconnected() { recentlyDisconnected_.clear(); }
 
     /// Records whether focus mode kept windows of disconnected displays out of free tiles.
-    void noteHeldBackByZoom(bool isHeldBack) { isHeldBackByZoom_ = isHeldBack; }
-    bool takeHeldBackByZoom() { return std::exchange(isHeldBackByZoom_, false); }
+    void noteKeptOutByFocusMode(bool areKeptOut) { areKeptOutByFocusMode_ = areKeptOut; }
+    bool takeKeptOutByFocusMode() { return std::exchange(areKeptOutByFocusMode_, false); }
 
     /// Forgets the window, which the user has moved.
     void forget(const WindowID& windowID);
@@ -117,7 +119,7 @@ class DisplayMemory : public PartWithoutPolls {
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
-    void takeBack(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments);
+    void returnWindows(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments);
 
     MainQueue& queue_;
     std::function<void()> settled_;
@@ -131,7 +133,7 @@ class DisplayMemory : public PartWithoutPolls {
     std::set<DisplayID> recentlyDisconnected_; // displays named by their frame that were disconnected
     std::set<DisplayID> inheritedLayouts_;     // ids that have a copy of the former id's layout
     Seconds settledAt_{0};
-    bool isHeldBackByZoom_ = false;
+    bool areKeptOutByFocusMode_ = false;
     Lifetime lifetime_;
 };
 

@@ -54,13 +54,13 @@ void LayoutFollower::migrateChangedDisplays() {
         const ShownLayout* last = displays_.shown(id);
         const LayoutDefinition& layout = geometry_.layoutOn(screen);
         if (!last || last->layoutID == layout.id) continue;
-        displays_.leaveLayout(id, last->layoutID, assignments_);
+        displays_.rememberLayout(id, last->layoutID, assignments_);
         tileMemory_.forgetRememberedLayoutsOn(id);
         const DisplayTiles after =
             tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
         LayoutMigration migration = migrateAssignments(assignments_, id, last->tiles, after);
         assignments_ = std::move(migration.assignments);
-        displays_.takeBackLayout(id, layout.id, assignments_);
+        displays_.returnWindowsToLayout(id, layout.id, assignments_);
         std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
         presenter_.presentDisplaced(migration.displacedWindowIDs);
     }

@@ -45,7 +45,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
         const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];
         situation.rule = "“" + rule.name + "” says " + kova::describe(rule.disposition, geometry_.catalogue());
     }
-    situation.isDisplayAwaited = displays_.isAwaited(window.id);
+    situation.isWaitingForItsDisplay = displays_.isWaitingForItsDisplay(window.id);
     const bool isInTile = assignments_.isInAnyTile(window.id);
     situation.isAwaitedByLaunch = !isInTile && std::ranges::any_of(awaited_.launches(), [&](const auto& entry) {
         return entry.second.isAwaiting(window);

@@ -36,7 +36,7 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
-    for (const auto& [absent, held] : displays_.absentDisplays()) {
+    for (const auto& [absent, held] : displays_.disconnectedDisplays()) {
         session.awayDisplays[absent.displayID] = sessionTiles(held);
     }
     for (const auto& [space, tiles] : tileMemory_.spaces().places())
@@ -118,12 +118,12 @@ bool SessionTaker::restoreSession() {
 /// other records of the windows.
 void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
-    std::map<AbsenceKey, TileAssignments> heldTiles;
+    std::map<AbsenceKey, TileAssignments> rememberedTiles;
     for (const auto& [id, tiles] : session.awayDisplays) {
         auto held = resumedTiles(tiles, resumed);
-        if (held != TileAssignments{}) heldTiles[{id}] = std::move(held);
+        if (held != TileAssignments{}) rememberedTiles[{id}] = std::move(held);
     }
-    displays_.restoreAbsentDisplays(std::move(heldTiles));
+    displays_.restoreDisconnectedDisplays(std::move(rememberedTiles));
     std::vector<SpaceMemory::Places> places;
     for (const auto& [space, tiles] : session.otherSpaces) {
         auto held = resumedTiles(tiles, resumed);
@@ -153,15 +153,15 @@ std::set<DisplayID> SessionTaker::restoreDisplays(const WorkspaceSession& sessio
     std::set<DisplayID> returned;
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
-        if (!displays_.holdsDisplay(id)) continue;
+        if (!displays_.remembersDisplay(id)) continue;
         returned.insert(id);
-        displays_.takeBackDisplay(id, assignments_);
+        displays_.returnWindowsToDisplay(id, assignments_);
     }
     for (const auto& id : restoreResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
         const DisplayID& id = target.display;
-        if (geometry_.screenOf(id) || displays_.holdsDisplay(id)) continue;
-        displays_.leaveDisplay(id, assignments_);
+        if (geometry_.screenOf(id) || displays_.remembersDisplay(id)) continue;
+        displays_.rememberDisplay(id, assignments_);
         displays_.beginSettling();
     }
     return returned;
@@ -183,7 +183,7 @@ std::set<DisplayID> SessionTaker::restoreResizedDisplays() {
     std::set<DisplayID> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
         const DisplayID& id = target.display;
-        if (!geometry_.screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
+        if (!geometry_.screenOf(id) && !displays_.remembersDisplay(id)) gone.insert(id);
     }
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);

@@ -50,12 +50,12 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     tileMemory_.setSpaces(snapshot.spaces);
     const bool isAnotherSpace = tileMemory_.restoreFromSpaces(liveWindows_.all(), liveWindows_.shownSpace(),
                                                               SpaceChange::possible, assignments_);
-    displays_.restate(assignments_);
+    displays_.replaceRemembered(assignments_);
     floating_.restore(snapshot.floatingWindowIDs);
     std::set<DisplayID> connected;
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
     // Windows that the snapshot assigns to a disconnected display are remembered for it.
-    displays_.leaveAbsentDisplays(assignments_, connected);
+    displays_.rememberDisconnectedDisplays(assignments_, connected);
     WorkspaceProfile profile = snapshot.profile;
     profile.autoArrangeOnLaunch = state_.profile->autoArrangeOnLaunch; // settings that undo does not cover
     profile.preferredApplications = state_.profile->preferredApplications;

@@ -23,9 +23,9 @@ struct WindowSituation {
     std::optional<std::string> manager{}; // why the window manager refuses placements, as a sentence
     bool isFloating = false;              // made floating by a command
     std::optional<std::string> rule{}; // the rule that keeps the window out of arrangements: “Notes float” says float
-    bool isDisplayAwaited = false;     // its display was just disconnected
-    bool isAwaitedByLaunch = false;    // a tile waits for a window of its application
-    bool isAwaitedByScene = false;     // a scene waits for a window of its application
+    bool isWaitingForItsDisplay = false; // its display was just disconnected
+    bool isAwaitedByLaunch = false;      // a tile waits for a window of its application
+    bool isAwaitedByScene = false;       // a scene waits for a window of its application
 };
 
 /// Empty if the window is in its tile or will get a request for its frame.

@@ -32,9 +32,9 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     ops_.displayChanges.readScreens();
     watchSession();
     subscriptions_.push_back(parts_.state.focusMode.observe([this](const auto& mode) {
-        if (mode || !parts_.displays.takeHeldBackByZoom()) return;
+        if (mode || !parts_.displays.takeKeptOutByFocusMode()) return;
         parts_.services.queue.post(lifetime_.guard([this] {
-            if (ops_.access.mayMoveWindows()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
+            if (ops_.access.mayMoveWindows()) ops_.displayChanges.placeWindowsOfDisconnectedDisplays();
         }));
     }));
     subscriptions_.push_back(

@@ -58,7 +58,7 @@ TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
 
 TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
     (void)tiles.assign("mail", {"D::a"});
-    memory.leaveLayout("D", "quad", tiles);
+    memory.rememberLayout("D", "quad", tiles);
     EXPECT_FALSE(memory.noteShown("D", "quad", {})) << "the first layout moves nothing";
     memory.noteReturned({"mail"}, {"notes"});
     memory.rename("mail", "mail2");
@@ -70,7 +70,7 @@ TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
     EXPECT_EQ(returned.fronts, Names{"mail2"});
     EXPECT_EQ(returned.waiting, Names{"notes2"});
     TileAssignments now;
-    memory.takeBackLayout("E", "quad", now);
+    memory.returnWindowsToLayout("E", "quad", now);
     EXPECT_EQ(now.targetOf("mail2"), "E::a");
 }
 

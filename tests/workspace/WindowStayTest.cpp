@@ -30,7 +30,7 @@ TEST(WindowStay, EachReasonHasASentence) {
          {"It is left where it was when KOVA started, 640 × 480 at 10, 20, until its tile changes or it moves."}},
         {{.hasTile = true, .isPlacementPending = true},
          {"It was asked for its frame a moment ago, and whether it obeys is being verified."}},
-        {{.isFloating = true, .rule = "“Calm” says float", .isDisplayAwaited = true},
+        {{.isFloating = true, .rule = "“Calm” says float", .isWaitingForItsDisplay = true},
          {"It floats until it is put into a tile.", "An arrangement leaves it alone: the rule “Calm” says float.",
           "An arrangement leaves it alone for a moment: its display was unplugged and may come back."}},
         {{.isOffScreen = true, .manager = "i3 places windows itself."},
