@@ -75,7 +75,7 @@ void ApplicationActions::processPendingApplicationPlacements() {
             if (placed.isMinimized || windowService_.isApplicationHidden(placed.processIdentifier))
                 presenter_.bringBack(placed);
             (void)keeper_.placeWindow(placed.id, target, Focusing::yes);
-            keeper_.noteHasItsPlace(placed.id);
+            keeper_.exemptFromRules(placed.id);
         });
     }
 }

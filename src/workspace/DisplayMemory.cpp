@@ -13,13 +13,13 @@ namespace {
 /// Puts the hidden windows of `held` that have no tile now into free tiles of `held`. A window gets its former tile if
 /// that tile is free. Returns the ids of these windows.
 std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
-                                        const std::function<bool(const WindowID& windowID)>& isPutAway) {
+                                        const std::function<bool(const WindowID& windowID)>& isMinimizedByKova) {
     std::vector<WindowID> returned;
     const auto& tiles = held.assignedWindowIDs;
     const auto isFree = [&](const auto& tile) { return !assignments.assignedWindowIDs.contains(tile.first); };
     for (const bool mustBeItsOwn : {true, false}) {
         for (auto own = tiles.begin(); own != tiles.end(); ++own) {
-            if (!isPutAway(own->second) || assignments.isInAnyTile(own->second)) continue;
+            if (!isMinimizedByKova(own->second) || assignments.isInAnyTile(own->second)) continue;
             const auto tile = mustBeItsOwn ? own : std::find_if(tiles.begin(), tiles.end(), isFree);
             if (tile == tiles.end() || !isFree(*tile)) continue;
             assignments.insertIntoStack(tile->first, own->second, TileAssignments::StackPosition::front);
@@ -113,12 +113,13 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
     }
 }
 
-void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
-                                                 const std::function<bool(const WindowID& windowID)>& isPutAway) {
+void DisplayMemory::returnDisplacedByArrangement(
+    TileAssignments& assignments, const std::set<DisplayID>& connected,
+    const std::function<bool(const WindowID& windowID)>& isMinimizedByKova) {
     if (!absence_.rememberedTiles().empty()) return;
     TileAssignments held = std::exchange(beforeArrangement_, {});
     std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
-    noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
+    noteReturned(returnToFreeTiles(held, assignments, isMinimizedByKova), {});
 }
 
 void DisplayMemory::noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting) {

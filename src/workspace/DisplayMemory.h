@@ -60,7 +60,7 @@ class DisplayMemory : public PartWithoutPolls {
     /// Reverts such an arrangement once all displays are connected. A hidden window that lost its tile and has none now
     /// returns to that tile, or to another free tile that had a window before the arrangement.
     void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
-                                      const std::function<bool(const WindowID& windowID)>& isPutAway);
+                                      const std::function<bool(const WindowID& windowID)>& isMinimizedByKova);
     /// Windows without a tile; see `StrandedFloats::rememberDisconnected`, `settle` and `takeReturned`.
     void noteStranded(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                       const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {

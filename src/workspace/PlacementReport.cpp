@@ -26,7 +26,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     if (!isGranted)
         situation.obstacle = access_.permissionProblem();
     else
-        situation.obstacle = access_.whyNothingIsSeen();
+        situation.obstacle = access_.whyNoWindowMayMove();
     situation.isDragUnderWay = pointer_.isPausingPolls();
     situation.hasTile = assignments_.isAssigned(window.id);
     situation.leftAlone = presenter_.whyLeftAlone(window);

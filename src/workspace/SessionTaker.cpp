@@ -37,7 +37,7 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
     for (const auto& [absent, held] : displays_.disconnectedDisplays()) {
-        session.awayDisplays[absent.displayID] = sessionTiles(held);
+        session.disconnectedDisplays[absent.displayID] = sessionTiles(held);
     }
     for (const auto& [space, tiles] : tileMemory_.spaces().places())
         session.otherSpaces.push_back({space, sessionTiles(tiles)});
@@ -81,8 +81,8 @@ WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
         .frame = window.frame};
     const bool isReturning = session_.isReturning(window.id);
     if (isReturning) kept.frame = session_.formerFrame(window.id);
-    kept.isPutAway = (!window.isVisible || isReturning) && !assignments_.isAssigned(window.id) &&
-                     assignments_.isInAnyTile(window.id);
+    kept.isHiddenInStack = (!window.isVisible || isReturning) && !assignments_.isAssigned(window.id) &&
+                           assignments_.isInAnyTile(window.id);
     const auto minimum = minimums.find(window.id);
     if (minimum != minimums.end()) kept.observedMinimumSize = minimum->second;
     return kept;
@@ -119,7 +119,7 @@ bool SessionTaker::restoreSession() {
 void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
     std::map<AbsenceKey, TileAssignments> rememberedTiles;
-    for (const auto& [id, tiles] : session.awayDisplays) {
+    for (const auto& [id, tiles] : session.disconnectedDisplays) {
         auto held = resumedTiles(tiles, resumed);
         if (held != TileAssignments{}) rememberedTiles[{id}] = std::move(held);
     }
@@ -136,7 +136,7 @@ void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWi
         if (now == resumed.idNow.end()) continue;
         if (window.observedMinimumSize) frames_.restoreMinimum(now->second, *window.observedMinimumSize);
         if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
-            keeper_.noteHasItsPlace(now->second);
+            keeper_.exemptFromRules(now->second);
         }
     }
     keeper_.publishMinimums();
@@ -173,7 +173,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
     for (const auto& former : session.windows) {
         const auto now = resumed.idNow.find(former.id);
         if (now == resumed.idNow.end()) continue;
-        if (former.isPutAway) session_.expectReturn(now->second, former.frame);
+        if (former.isHiddenInStack) session_.expectReturn(now->second, former.frame);
         if (former.isSurplus) liveWindows_.expectMinimizedBack(now->second, former.frame, deadline);
     }
 }

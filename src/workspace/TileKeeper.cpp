@@ -355,7 +355,7 @@ void TileKeeper::giveBackSpans() {
 }
 
 /// A window that was placed individually is no longer moved by rules.
-void TileKeeper::noteHasItsPlace(const WindowID& windowID) {
+void TileKeeper::exemptFromRules(const WindowID& windowID) {
     if (*state_.continuousManagementEnabled) tileMemory_.noteHandledByRules(windowID);
 }
 

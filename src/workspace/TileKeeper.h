@@ -70,7 +70,7 @@ class TileKeeper {
     /// `weights` without splits restore the layout's own weights.
     void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     /// Marks the window as placed, so that rules do not move it.
-    void noteHasItsPlace(const WindowID& windowID);
+    void exemptFromRules(const WindowID& windowID);
     /// Forgets all remembered tiles of the window.
     void noteMovedByUser(const WindowID& windowID);
 
