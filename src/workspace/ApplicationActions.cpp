@@ -16,8 +16,9 @@ ApplicationActions::ApplicationActions(WorkspaceParts& parts, RefreshCycle& refr
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), undo_(parts.undo), focusMode_(parts.focusMode), frames_(parts.frames),
-    awaited_(parts.awaited), arranger_(parts.arranger), messages_(parts.messages), refreshCycle_(refreshCycle),
-    access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper), steps_(steps) {}
+    awaited_(parts.awaited), arrangementMemory_(parts.arrangementMemory), messages_(parts.messages),
+    refreshCycle_(refreshCycle), access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper),
+    steps_(steps) {}
 
 std::vector<LaunchableApplication> ApplicationActions::launchableApplications() const {
     return services_.applications.launchableApplications();
@@ -162,7 +163,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
     for (const auto& [slotID, key] : state_.profile->preferredApplications) names.emplace(key, key);
-    for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
+    for (const auto& [layoutID, layout] : arrangementMemory_.learning()->layouts) {
         for (const auto& [key, learned] : layout.applications) names.emplace(key, key);
     }
     for (const auto& window : liveWindows_) {
@@ -186,7 +187,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     }
     ForgottenApplications forgotten;
     WorkspaceProfile profile = *state_.profile;
-    AutoArrangeLearningModel learning = *arranger_.learning();
+    AutoArrangeLearningModel learning = *arrangementMemory_.learning();
     for (const auto& [key, shownName] : names) {
         profile.applicationMinimumSizes.erase(key);
         std::erase_if(profile.preferredApplications,
@@ -201,7 +202,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
         forgotten.names.push_back(shownName);
     }
     keeper_.setProfile(std::move(profile));
-    arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
+    arrangementMemory_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
     keeper_.publishMinimums();
     keeper_.commit(
         {.hasMovedTiles = true, .resetsLimits = true, .correctedDrift = kNoCorrection, .comparesTiles = false});

@@ -36,8 +36,8 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
     focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames),
-    arranger_(parts.arranger), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
-    keeper_(keeper), snapshots_(snapshots), steps_(steps) {}
+    arrangementMemory_(parts.arrangementMemory), access_(access), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), snapshots_(snapshots), steps_(steps) {}
 
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
@@ -104,7 +104,7 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
 ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>& windows,
                                                const TileAssignments& assignments) const {
     ArrangementInput input;
-    input.learning = *arranger_.learning();
+    input.learning = *arrangementMemory_.learning();
     input.preferredApplications = state_.profile->preferredApplications;
     input.tileInset = state_.profile->tileInset;
     for (const auto& screen : *state_.screens) {
@@ -149,8 +149,8 @@ void Arrangement::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
     tileMemory_.storeElsewhere(liveWindows_.all(), assignments_);
     displays_.noteArrangement(assignments_);
-    arranger_.notePlan(planArrangement());
-    const ArrangementPlan& plan = arranger_.lastPlan();
+    arrangementMemory_.notePlan(planArrangement());
+    const ArrangementPlan& plan = arrangementMemory_.lastPlan();
     frames_.beginArrangement();
     keeper_.publishMinimums();
     carryOutArrangement(plan);
@@ -164,8 +164,10 @@ void Arrangement::arrangeWindows() {
                     .correctedDrift = kNoCorrection});
 
     if (std::ranges::any_of(plan.placements, &AutoArrangePlacement::isDeferred)) {
-        services_.queue.after(
-            kFollowUpDelay, lifetime_.guard([this, generation = arranger_.newest()] { carryOutDeferred(generation); }));
+        services_.queue.after(kFollowUpDelay,
+                              lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
+                                  carryOutDeferred(generation);
+                              }));
     }
     learnFrom(plan);
     tileMemory_.noteArranged(assignments_);
@@ -217,10 +219,10 @@ void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const 
 }
 
 void Arrangement::carryOutDeferred(std::int64_t generation) {
-    if (!arranger_.isNewest(generation) || !access_.mayMoveWindows()) return;
+    if (!arrangementMemory_.isNewest(generation) || !access_.mayMoveWindows()) return;
     steps_.changeLater([&] {
         std::vector<WindowID> placed;
-        for (const auto& placement : arranger_.lastPlan().placements) {
+        for (const auto& placement : arrangementMemory_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
             // Meanwhile the user may have put another window into the tile, or may be dragging this one.
             const WindowID& id = placement.window.id;
@@ -244,7 +246,7 @@ void Arrangement::learnFrom(const ArrangementPlan& plan) {
         const ManagedWindow& window = placement.window;
         slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
     }
-    arranger_.learn([&](AutoArrangeLearningModel& model) {
+    arrangementMemory_.learn([&](AutoArrangeLearningModel& model) {
         for (const auto& [habit, slotIDs] : slots) model.learnArrangement(habit.first, habit.second, slotIDs);
     });
 }
@@ -252,7 +254,7 @@ void Arrangement::learnFrom(const ArrangementPlan& plan) {
 void Arrangement::learnPlacementByUser(const ManagedWindow& window, const TileTarget& target) {
     const auto place = geometry_.learnedPlace(target);
     if (!place) return;
-    arranger_.learn([&](AutoArrangeLearningModel& model) {
+    arrangementMemory_.learn([&](AutoArrangeLearningModel& model) {
         model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),
                                    place->slotID);
     });
@@ -269,17 +271,19 @@ TileAssignments Arrangement::assignmentsOnDisconnectedDisplays() const {
 
 void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
     if (state_.screens->empty()) return;
-    if (!arranger_.takeStartupArrangement(justGranted))
+    if (!arrangementMemory_.takeStartupArrangement(justGranted))
         return; // marked as done even if the setting is off: switching the setting on takes effect at the next start
     if (!state_.profile->autoArrangeOnLaunch) return;
-    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
-        if (!arranger_.isNewest(generation)) return; // an arrangement or an undo by the user superseded this one
-        if (access_.mayMoveWindows()) {
-            steps_.changeLater([this] { arrangeWindows(); });
-        } else if (access_.isSuspendedOrLocked()) {
-            arranger_.postponeStartupArrangement(); // the screen was locked: due again after the unlock
-        }
-    }));
+    services_.queue.after(
+        kAutomaticArrangementDelay, lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
+            if (!arrangementMemory_.isNewest(generation))
+                return; // an arrangement or an undo by the user superseded this one
+            if (access_.mayMoveWindows()) {
+                steps_.changeLater([this] { arrangeWindows(); });
+            } else if (access_.isSuspendedOrLocked()) {
+                arrangementMemory_.postponeStartupArrangement(); // the screen was locked: due again after the unlock
+            }
+        }));
 }
 
 std::optional<RuleTile> Arrangement::tileOfRule(const ManagedWindow& window) const {

@@ -4,7 +4,7 @@
 
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
@@ -77,7 +77,7 @@ class Arrangement {
     const FloatingWindows& floating_;
     const PointerInteraction& pointer_;
     FrameKeeper& frames_;
-    Arranger& arranger_;
+    ArrangementMemory& arrangementMemory_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;

@@ -12,7 +12,7 @@ bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b)
 
 DividerDrag::DividerDrag(MainQueue& queue, std::function<void()> apply) : queue_(queue), apply_(std::move(apply)) {}
 
-bool DividerDrag::concerns(const DisplayLayoutDivider& divider) const {
+bool DividerDrag::isDragging(const DisplayLayoutDivider& divider) const {
     return active_ && isSameDivider(active_->target, divider);
 }
 

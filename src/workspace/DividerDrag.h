@@ -32,7 +32,7 @@ class DividerDrag {
 
     const std::optional<ActiveDividerDrag>& active() const { return active_; }
     /// True while this divider is being dragged.
-    bool concerns(const DisplayLayoutDivider& divider) const;
+    bool isDragging(const DisplayLayoutDivider& divider) const;
 
     void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);

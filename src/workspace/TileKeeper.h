@@ -4,7 +4,7 @@
 
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/FloatingWindows.h"
@@ -108,7 +108,7 @@ class TileKeeper {
     PointerInteraction& pointer_;
     FrameKeeper& frames_;
     AwaitedWindows& awaited_;
-    Arranger& arranger_;
+    ArrangementMemory& arrangementMemory_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     WindowPresenter& presenter_;

@@ -81,7 +81,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     ops_.keeper.publishMinimums();
     if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
     if (hasRestoredSession) {
-        parts_.arranger.skipStartupArrangement(); // the restored session needs no arrangement
+        parts_.arrangementMemory.skipStartupArrangement(); // the restored session needs no arrangement
     } else {
         ops_.arrangement.scheduleAutomaticArrangement(justGranted);
     }

@@ -17,11 +17,11 @@
 
 namespace kova {
 
-class Arranger : public PartWithoutPolls {
+class ArrangementMemory : public PartWithoutPolls {
   public:
     using Learning = std::shared_ptr<const AutoArrangeLearningModel>; // shared with undo snapshots
 
-    Arranger(MainQueue& queue, PreferencesStore& preferences);
+    ArrangementMemory(MainQueue& queue, PreferencesStore& preferences);
 
     /// The plan of the last arrangement; empty before the first.
     const ArrangementPlan& lastPlan() const { return lastPlan_; }
@@ -29,7 +29,7 @@ class Arranger : public PartWithoutPolls {
 
     /// Drops the remaining steps of earlier arrangements. Returns the number of the newest one.
     std::int64_t supersede();
-    std::int64_t newest() const { return generation_; }
+    std::int64_t newestGeneration() const { return generation_; }
     bool isNewest(std::int64_t generation) const { return generation == generation_; }
 
     /// Returns whether the arrangement after the start is due, and marks it as done.
