@@ -37,12 +37,12 @@ Outcome ApplicationActions::launchApplication(const action::LaunchApplication& l
                                       applicationLaunched(tile, launch.application.identifier, result);
                                       if (launch.completion) launch.completion(result);
                                   }));
-    refreshCycle_.wake(); // polls continue until the window is placed or the launch has timed out
+    refreshCycle_.wake(); // polls continue until the window is placed or the launch times out
     return Outcome::done();
 }
 
-/// Records the started process, or drops the expectation after an error, so that a scene does not launch the
-/// application a second time.
+/// Records the started process, so that a scene does not launch the application a second time. After an error the
+/// application is no longer expected, so a scene may launch it again.
 void ApplicationActions::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
     if (!application.bundleIdentifier) return;
     if (result.error) {
@@ -60,7 +60,8 @@ void ApplicationActions::applicationLaunched(const TileTarget& tile, const std::
     refreshCycle_.refresh();
 }
 
-/// Several tiles that wait for the same application get its windows in the order of the tiles' keys.
+/// Places the first window of each launched application into the tile of the launch. If several tiles wait for the same
+/// application, they get its windows in the order of the tiles' keys.
 void ApplicationActions::processPendingApplicationPlacements() {
     std::vector<TileTarget> waiting;
     for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
@@ -81,7 +82,8 @@ void ApplicationActions::processPendingApplicationPlacements() {
     }
 }
 
-/// The first window of the application that has no tile yet; full-screen windows are skipped.
+/// The first window of the application that has no tile yet. Windows in full screen or on another Space are skipped.
+/// Null if there is none.
 const ManagedWindow* ApplicationActions::windowLaunchedFor(const PendingApplicationPlacement& placement) const {
     const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(), [&](const ManagedWindow& window) {
         return placement.isAwaiting(window) && !window.isFullScreen && !window.isElsewhere &&
@@ -105,7 +107,8 @@ Outcome ApplicationActions::forceQuitApplication(const WindowID& windowID) {
                             [this](pid_t process) { return services_.applications.forceTerminate(process); });
 }
 
-/// If the application refuses to quit, its windows stay managed.
+/// Calls `end` with the application's process and reports `message`. An application that belongs to the desktop is not
+/// ended. Windows stay managed until a poll no longer lists them, since an application may refuse to quit.
 Outcome ApplicationActions::endApplicationOf(const WindowID& windowID, const std::string& message,
                                              const std::function<std::optional<std::string>(pid_t)>& end) {
     const ManagedWindow* live = liveWindows_.find(windowID);
@@ -137,7 +140,8 @@ void ApplicationActions::forceQuitAllApplications() {
     }));
 }
 
-/// Ends only processes that are still the confirmed application; a process id may have been reused.
+/// Ends the applications that the user has confirmed. A process id may belong to another application by now, so the
+/// identifier and the name are compared as well.
 Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& confirmed) {
     ForceQuitOutcome outcome;
     for (const auto& candidate : regularApplicationsToForceQuit()) {
@@ -159,6 +163,7 @@ Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& con
     return Outcome::done().with(std::move(outcome));
 }
 
+/// `name` is the name or the identifier of an application, or a part of only one of them.
 Outcome ApplicationActions::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);

@@ -44,7 +44,7 @@ class ApplicationActions {
     void processPendingApplicationPlacements();
     Outcome quitApplication(const WindowID& windowID);
     Outcome forceQuitApplication(const WindowID& windowID);
-    /// The applications that `ForceQuitAll` would end, by name.
+    /// The applications that "force quit all" would end, sorted by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     void forceQuitAllApplications();
     Outcome forceQuit(const std::vector<RunningApplication>& confirmed);

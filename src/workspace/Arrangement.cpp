@@ -17,7 +17,7 @@ namespace {
 
 constexpr Seconds kFollowUpDelay{0.85};
 
-/// Whether the window's minimum size is its present size. Such a window is treated as a window of fixed size.
+/// Whether the window's minimum size is its present size. An arrangement treats such a window as one of fixed size.
 bool isAtItsMinimum(const ManagedWindow& window) {
     constexpr double kFixedSizePoints = 1;
     return window.minimumSize && window.frame &&
@@ -42,7 +42,7 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
-    // The answer depends on refusals of earlier requests, so it must be known before the arrangement.
+    // The arrangement forgets refused requests, and `whyWindowsStay` needs them, so it is called first.
     const auto obstacle = whyWindowsStay();
     arrangeWindows();
     return Outcome::done(obstacle.value_or("Windows arranged into zones — Undo is available"));
@@ -74,8 +74,10 @@ bool Arrangement::hasWindowToArrange() const {
                        [this](const auto& window) { return candidateFor(window, assignments_).has_value(); });
 }
 
-/// Absent for a window that the arrangement does not move: its display was just disconnected, it is in full screen or
-/// on another Space, it floats by command, or a rule lets it float or ignores it.
+/// Absent for a window that the arrangement does not move, because:
+/// - the window is in full screen, or cannot be shown (for example, it is on another Space),
+/// - its display was just disconnected, or
+/// - the window floats by command, or a rule makes it float or ignores it.
 std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindow& window,
                                                               const TileAssignments& assignments) const {
     const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
@@ -90,9 +92,9 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
     candidate.currentTarget = assignments.targetOf(window.id);
     if (!candidate.currentTarget) candidate.stackTarget = assignments.stackTargetOf(window.id);
     if (window.frame) candidate.frameOnScreen = flipped(*window.frame, geometry_.firstScreenMaxY());
-    const Screen* holding = screenShowing(*state_.screens, candidate.frameOnScreen);
-    if (!holding && candidate.currentTarget) holding = geometry_.screenOfTarget(*candidate.currentTarget);
-    if (holding) candidate.displayID = displayID(*holding);
+    const Screen* screen = screenShowing(*state_.screens, candidate.frameOnScreen);
+    if (!screen && candidate.currentTarget) screen = geometry_.screenOfTarget(*candidate.currentTarget);
+    if (screen) candidate.displayID = displayID(*screen);
     candidate.minimumSize = geometry_.minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
     candidate.isFixedSize = isAtItsMinimum(window);
@@ -207,7 +209,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     }
 }
 
-/// The assignments already contain the window.
+/// Requests the window's frame. The assignments already contain the window.
 void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
@@ -224,7 +226,7 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
         std::vector<WindowID> placed;
         for (const auto& placement : arrangementMemory_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
-            // Meanwhile the user may have put another window into the tile, or may be dragging this one.
+            // Meanwhile the user may have put another window into the tile, or may be dragging this window.
             const WindowID& id = placement.window.id;
             if (assignments_.targetOf(id) != placement.target.id() || pointer_.isHolding(id)) continue;
             const ManagedWindow* live = liveWindows_.find(id);
@@ -237,9 +239,10 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
     });
 }
 
-/// Learns all windows of an application together, so that one window does not reduce the weights of another's slot.
+/// Learns the slots of all windows of an application together. If each window were learned alone, it would reduce the
+/// weights of the other windows' slots.
 void Arrangement::learnFrom(const ArrangementPlan& plan) {
-    std::map<std::pair<std::string, std::string>, std::set<SlotID>> slots; // by layout and application
+    std::map<std::pair<std::string, std::string>, std::set<SlotID>> slots; // by layout id and application key
     for (const auto& placement : plan.placements) {
         const auto place = placement.isPrimary ? geometry_.learnedPlace(placement.target.id()) : std::nullopt;
         if (!place) continue;
@@ -247,7 +250,7 @@ void Arrangement::learnFrom(const ArrangementPlan& plan) {
         slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
     }
     arrangementMemory_.learn([&](AutoArrangeLearningModel& model) {
-        for (const auto& [habit, slotIDs] : slots) model.learnArrangement(habit.first, habit.second, slotIDs);
+        for (const auto& [key, slotIDs] : slots) model.learnArrangement(key.first, key.second, slotIDs);
     });
 }
 
@@ -261,29 +264,30 @@ void Arrangement::learnPlacementByUser(const ManagedWindow& window, const TileTa
 }
 
 TileAssignments Arrangement::assignmentsOnDisconnectedDisplays() const {
-    TileAssignments away = assignments_;
+    TileAssignments disconnected = assignments_;
     for (const auto& tile : geometry_.tiles()) {
-        if (tile.windowID) away.remove(*tile.windowID);
-        for (const auto& waiting : tile.stack) away.remove(waiting);
+        if (tile.windowID) disconnected.remove(*tile.windowID);
+        for (const auto& stacked : tile.stack) disconnected.remove(stacked);
     }
-    return away;
+    return disconnected;
 }
 
-void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
+void Arrangement::scheduleAutomaticArrangement(bool isPermissionNew) {
     if (state_.screens->empty()) return;
-    if (!arrangementMemory_.takeStartupArrangement(justGranted))
-        return; // marked as done even if the setting is off: switching the setting on takes effect at the next start
+    if (!arrangementMemory_.takeStartupArrangement(isPermissionNew)) return;
+    // The arrangement is marked as done even if the setting is off. Switching the setting on takes effect at the next
+    // start.
     if (!state_.profile->autoArrangeOnLaunch) return;
-    services_.queue.after(
-        kAutomaticArrangementDelay, lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
-            if (!arrangementMemory_.isNewest(generation))
-                return; // an arrangement or an undo by the user superseded this one
-            if (access_.mayMoveWindows()) {
-                steps_.changeLater([this] { arrangeWindows(); });
-            } else if (access_.isSuspendedOrLocked()) {
-                arrangementMemory_.postponeStartupArrangement(); // the screen was locked: due again after the unlock
-            }
-        }));
+    services_.queue.after(kAutomaticArrangementDelay,
+                          lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
+                              if (!arrangementMemory_.isNewest(generation))
+                                  return; // the user has arranged the windows or used undo meanwhile
+                              if (access_.mayMoveWindows()) {
+                                  steps_.changeLater([this] { arrangeWindows(); });
+                              } else if (access_.isSuspendedOrLocked()) {
+                                  arrangementMemory_.postponeStartupArrangement(); // due again after the suspension
+                              }
+                          }));
 }
 
 std::optional<RuleTile> Arrangement::tileOfRule(const ManagedWindow& window) const {

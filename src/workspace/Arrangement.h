@@ -1,5 +1,5 @@
-// Arranges every window of every display: makes a plan and carries it out. Windows that are minimized or hidden are
-// shown first; they get their frames in a second step.
+// Arranges the windows of all displays: makes a plan and carries it out. Windows that are minimized or hidden are only
+// shown in the first step. They get their frames in a second step, because showing them takes time.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -42,15 +42,18 @@ class Arrangement {
                 WindowPresenter& presenter, TileKeeper& keeper, const Snapshots& snapshots, UndoSteps& steps);
 
     Outcome arrange();
-    /// The message for the user if the window manager places windows itself (recognized by its name or by refusals);
-    /// otherwise absent.
+    /// The message for the user if the window manager places windows itself; otherwise absent. Such a window manager is
+    /// recognized by its name, or by the requests that windows refused.
     std::optional<std::string> whyWindowsStay() const;
     /// If false, `arrange` refuses.
     bool hasWindowToArrange() const;
     /// The plan that `arrange` would carry out now.
     ArrangementPlan planArrangement() const;
+    /// Learns that the user has put the window into the tile.
     void learnPlacementByUser(const ManagedWindow& window, const TileTarget& target);
-    void scheduleAutomaticArrangement(bool justGranted);
+    /// Schedules the arrangement after the agent's start, if it is due and switched on. `isPermissionNew` is true if
+    /// the permission was granted just now.
+    void scheduleAutomaticArrangement(bool isPermissionNew);
     bool isExcludedByRules(const ManagedWindow& window) const;
 
   private:

@@ -11,7 +11,7 @@ namespace kova {
 ArrangementMemory::ArrangementMemory(MainQueue& queue, PreferencesStore& preferences) :
     queue_(queue), preferences_(preferences), learning_(std::make_shared<const AutoArrangeLearningModel>()) {}
 
-std::int64_t ArrangementMemory::supersede() {
+std::int64_t ArrangementMemory::dropRemainingSteps() {
     if (generation_ == std::numeric_limits<std::int64_t>::max()) std::abort();
     return ++generation_;
 }

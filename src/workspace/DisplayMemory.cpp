@@ -87,7 +87,7 @@ void DisplayMemory::returnWindows(DisplayAbsence& absence, const AbsenceKey& key
     if (!absence.remembers(key)) return;
     auto back = absence.returnWindows(key, std::move(assignments));
     assignments = std::move(back.assignments);
-    noteReturned(back.returnedFronts, back.returnedWaiting);
+    noteReturned(back.returnedFronts, back.returnedStacked);
 }
 
 void DisplayMemory::rememberLayout(const DisplayID& displayID, const std::string& layoutID,

@@ -83,7 +83,7 @@ void TileKeeper::raiseRevision() {
 void TileKeeper::commit(const Transaction& changes) {
     const RequestBatch::Scope batch(requests_);
     if (changes.resetsLimits) frames_.resetLimits();
-    if (changes.endsArrangement) (void)arrangementMemory_.supersede();
+    if (changes.endsArrangement) (void)arrangementMemory_.dropRemainingSteps();
     if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
     if (changes.before) bringNextForward(*changes.before);
     displaced_.insert(displaced_.end(), changes.displaced.begin(), changes.displaced.end());

@@ -63,7 +63,7 @@ void WorkspaceController::stop() {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
     }
     parts_.session.forgetReturns();
-    (void)parts_.arrangementMemory.supersede();
+    (void)parts_.arrangementMemory.dropRemainingSteps();
     parts_.awaited.dropLaunches();
     parts_.awaited.abandonScene();
     (void)parts_.recovery.endUnseenTime(parts_.services.queue.uptime());
