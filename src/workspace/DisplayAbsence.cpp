@@ -50,7 +50,7 @@ void DisplayAbsence::remember(const AbsenceKey& key, const TileAssignments& assi
     if (remembered != TileAssignments{}) rememberedTiles_[key] = std::move(remembered);
 }
 
-DisplayAbsence::Return DisplayAbsence::returnWindows(const AbsenceKey& key, TileAssignments assignments) {
+ReturnedWindows DisplayAbsence::returnWindows(const AbsenceKey& key, TileAssignments assignments) {
     const auto entry = rememberedTiles_.extract(key);
     if (entry.empty()) return {std::move(assignments), {}, {}};
     return withRememberedWindows(entry.mapped(), std::move(assignments));
@@ -91,13 +91,13 @@ void DisplayAbsence::rename(const WindowID& windowID, const WindowID& newID) {
 
 void DisplayAbsence::replaceRemembered(const TileAssignments& assignments) {
     for (auto& [key, remembered] : rememberedTiles_) {
-        auto stated = assignments.onDisplay(key.displayID);
-        if (stated == TileAssignments{}) continue;
-        for (auto& [other, others] : rememberedTiles_) {
-            if (other == key) continue;
-            for (const auto& window : stated.windows()) others.remove(window);
+        auto restored = assignments.onDisplay(key.displayID);
+        if (restored == TileAssignments{}) continue;
+        for (auto& [otherKey, otherTiles] : rememberedTiles_) {
+            if (otherKey == key) continue;
+            for (const auto& window : restored.windows()) otherTiles.remove(window);
         }
-        remembered = std::move(stated);
+        remembered = std::move(restored);
     }
     dropEmpty();
 }

@@ -34,9 +34,8 @@ class DisplayAbsence {
     /// Remembers the windows on the key's display, except those that are remembered already for another key.
     void remember(const AbsenceKey& key, const TileAssignments& assignments);
 
-    using Return = ReturnedWindows;
     /// Adds the windows of the key to the assignments, as `withRememberedWindows` says, and forgets the key.
-    Return returnWindows(const AbsenceKey& key, TileAssignments assignments);
+    ReturnedWindows returnWindows(const AbsenceKey& key, TileAssignments assignments);
     bool remembers(const AbsenceKey& key) const { return rememberedTiles_.contains(key); }
 
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const;
@@ -47,7 +46,8 @@ class DisplayAbsence {
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
-    /// After an undo: replaces the remembered windows by those that the restored assignments have on these displays.
+    /// Call after an undo. If the restored assignments have windows on a remembered display, these windows replace the
+    /// remembered ones.
     void replaceRemembered(const TileAssignments& assignments);
 
     const std::map<AbsenceKey, TileAssignments>& rememberedTiles() const { return rememberedTiles_; }

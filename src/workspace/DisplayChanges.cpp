@@ -102,7 +102,7 @@ void DisplayChanges::displayHasNewID(const DisplayID& formerID, const DisplayID&
 /// Adapts windows and layouts to the present displays.
 void DisplayChanges::adaptToDisplays() {
     follower_.migrateChangedDisplays();
-    follower_.presentReturned();
+    follower_.presentReturnedWindows();
     returnStrandedFloats();
     keeper_.commit({.claimant = ""});
 }

@@ -10,21 +10,22 @@ namespace kova {
 
 namespace {
 
-/// Puts the hidden windows of `held` that have no tile now into free tiles of `held`. A window gets its former tile if
-/// that tile is free. Returns the ids of these windows.
-std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
+/// Takes the windows that were front windows in `before`, and that KOVA has minimized and that have no tile now. Puts
+/// them into free tiles of `before`, each into its former tile if that tile is free. Returns the windows that got a
+/// tile.
+std::vector<WindowID> returnToFreeTiles(const TileAssignments& before, TileAssignments& assignments,
                                         const std::function<bool(const WindowID& windowID)>& isMinimizedByKova) {
     std::vector<WindowID> returned;
-    const auto& tiles = held.assignedWindowIDs;
+    const auto& tiles = before.assignedWindowIDs;
     const auto isFree = [&](const auto& tile) { return !assignments.assignedWindowIDs.contains(tile.first); };
-    for (const bool mustBeItsOwn : {true, false}) {
-        for (auto own = tiles.begin(); own != tiles.end(); ++own) {
-            if (!isMinimizedByKova(own->second) || assignments.isInAnyTile(own->second)) continue;
-            const auto tile = mustBeItsOwn ? own : std::find_if(tiles.begin(), tiles.end(), isFree);
+    for (const bool mustBeFormerTile : {true, false}) {
+        for (auto formerTile = tiles.begin(); formerTile != tiles.end(); ++formerTile) {
+            if (!isMinimizedByKova(formerTile->second) || assignments.isInAnyTile(formerTile->second)) continue;
+            const auto tile = mustBeFormerTile ? formerTile : std::find_if(tiles.begin(), tiles.end(), isFree);
             if (tile == tiles.end() || !isFree(*tile)) continue;
-            assignments.insertIntoStack(tile->first, own->second, TileAssignments::StackPosition::front);
-            (void)assignments.assign(own->second, {tile->first}); // the tile is free: no window is displaced
-            returned.push_back(own->second);
+            assignments.insertIntoStack(tile->first, formerTile->second, TileAssignments::StackPosition::front);
+            (void)assignments.assign(formerTile->second, {tile->first}); // the tile is free: no window is displaced
+            returned.push_back(formerTile->second);
         }
     }
     return returned;
@@ -85,9 +86,9 @@ void DisplayMemory::returnWindowsToDisplay(const DisplayID& displayID, TileAssig
 
 void DisplayMemory::returnWindows(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments) {
     if (!absence.remembers(key)) return;
-    auto back = absence.returnWindows(key, std::move(assignments));
-    assignments = std::move(back.assignments);
-    noteReturned(back.returnedFronts, back.returnedStacked);
+    auto returned = absence.returnWindows(key, std::move(assignments));
+    assignments = std::move(returned.assignments);
+    noteWindowsToPresent(returned.returnedFronts, returned.returnedStacked);
 }
 
 void DisplayMemory::rememberLayout(const DisplayID& displayID, const std::string& layoutID,
@@ -117,17 +118,17 @@ void DisplayMemory::returnDisplacedByArrangement(
     TileAssignments& assignments, const std::set<DisplayID>& connected,
     const std::function<bool(const WindowID& windowID)>& isMinimizedByKova) {
     if (!absence_.rememberedTiles().empty()) return;
-    TileAssignments held = std::exchange(beforeArrangement_, {});
-    std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
-    noteReturned(returnToFreeTiles(held, assignments, isMinimizedByKova), {});
+    TileAssignments before = std::exchange(beforeArrangement_, {});
+    std::erase_if(before.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
+    noteWindowsToPresent(returnToFreeTiles(before, assignments, isMinimizedByKova), {});
 }
 
-void DisplayMemory::noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting) {
-    windowsToShow_.insert(fronts.begin(), fronts.end());
-    windowsToHide_.insert(waiting.begin(), waiting.end());
+void DisplayMemory::noteWindowsToPresent(const std::vector<WindowID>& toShow, const std::vector<WindowID>& toHide) {
+    windowsToShow_.insert(toShow.begin(), toShow.end());
+    windowsToHide_.insert(toHide.begin(), toHide.end());
 }
 
-DisplayMemory::Returned DisplayMemory::takeReturned() {
+DisplayMemory::WindowsToPresent DisplayMemory::takeWindowsToPresent() {
     return {std::exchange(windowsToShow_, {}), std::exchange(windowsToHide_, {})};
 }
 
@@ -145,10 +146,10 @@ bool DisplayMemory::noteShown(const DisplayID& displayID, const std::string& lay
 }
 
 void DisplayMemory::carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID) {
-    const bool hasItsOwn = profile.layoutSelectionsByDisplay.contains(newID);
+    const bool hasOwnLayout = profile.layoutSelectionsByDisplay.contains(newID);
     copyDisplay(profile, formerID, newID);
     if (inheritedLayouts_.erase(formerID) > 0) eraseDisplay(profile, formerID);
-    if (!hasItsOwn) inheritedLayouts_.insert(newID);
+    if (!hasOwnLayout) inheritedLayouts_.insert(newID);
 }
 
 void DisplayMemory::beginSettling() {

@@ -44,8 +44,8 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
         migrateRemembered(assignments_, id, tileMemory_.rememberedLayouts().of(id, assignments_), {layout.id, after});
     if (const auto focused = finder_.focusedWindowID()) keepInFront(migration, *focused);
     assignments_ = std::move(migration.assignments);
-    displays_.noteReturned(migration.returnedWindowIDs, migration.displacedWindowIDs);
-    follower_.presentReturned();
+    displays_.noteWindowsToPresent(migration.returnedWindowIDs, migration.displacedWindowIDs);
+    follower_.presentReturnedWindows();
     keeper_.layoutChanged(id);
     return Outcome::done(layoutName + " on " + screen.localizedName);
 }
@@ -62,8 +62,8 @@ Outcome LayoutChoice::cycleLayout(const action::CycleLayout& cycle) {
     return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id));
 }
 
-Outcome LayoutChoice::resetLayoutSizes(const std::optional<DisplayID>& wanted) {
-    const auto id = wanted ? wanted : finder_.currentDisplayID();
+Outcome LayoutChoice::resetLayoutSizes(const std::optional<DisplayID>& requestedID) {
+    const auto id = requestedID ? requestedID : finder_.currentDisplayID();
     const Screen* screen = id ? geometry_.screenOf(*id) : nullptr;
     if (!screen) return access_.refuse("No display is connected");
     const std::string name = screen->localizedName;

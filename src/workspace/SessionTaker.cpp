@@ -107,7 +107,7 @@ bool SessionTaker::restoreSession() {
     const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
-    follower_.presentReturned();
+    follower_.presentReturnedWindows();
     expectReturns(*session, resumed);
     hideStackedWindowsAgain();
     if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.resumeFocusMode(*session->zoom, resumed);

@@ -95,7 +95,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     followShownSpace();
     ops_.sessionTaker.hideStackedWindowsAgain();
     if (isRecovering) {
-        if (parts_.displays.hasReturned()) ops_.displayChanges.adaptToDisplays();
+        if (parts_.displays.hasWindowsToPresent()) ops_.displayChanges.adaptToDisplays();
         recoverAssignedWindows();
     }
     ops_.keeper.noteSizesSeen();
