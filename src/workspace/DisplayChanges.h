@@ -1,4 +1,4 @@
-// Moves windows and layouts after displays were connected, disconnected or resized.
+// Moves windows to other tiles after displays were connected, disconnected or resized.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -41,15 +41,15 @@ class DisplayChanges {
     void placeWindowsOfDisconnectedDisplays();
 
   private:
-    bool isBesideFocusMode(const std::vector<Screen>& before) const;
-    void keepFramesBesideFocusMode();
+    bool mayKeepFocusMode(const std::vector<Screen>& before) const;
+    void keepFramesAfterFocusMode();
     void recordConnectedAndDisconnected(const std::set<DisplayID>& before);
     void returnStrandedFloats();
-    void bringIntoSight();
-    bool isZoomedOver(const WorkspaceTile& tile) const;
+    void moveIntoView();
+    bool isOnZoomedDisplay(const WorkspaceTile& tile) const;
     std::vector<WindowID> placeFrontsOfDisconnectedDisplays();
     std::vector<WindowID> restackWindowsOfDisconnectedDisplays();
-    void keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
+    void keepTilesAfterFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
     void cancelUnreachablePlacements();
 
     const WorkspaceServices& services_;

@@ -52,10 +52,10 @@ bool DividerDrag::takePendingTranslation() {
     if (!weights) return true;
     lastUpdateUptime_ = queue_.uptime();
     active_->overrides = active_->startingOverrides;
-    const bool isBack =
+    const bool isAtStart =
         std::equal(weights->begin(), weights->end(), divider.branchLengths.begin(), divider.branchLengths.end(),
                    [](double weight, double length) { return weight == std::max(length, kWeightFloor); });
-    if (!isBack) active_->overrides.splits[divider.splitID] = *weights;
+    if (!isAtStart) active_->overrides.splits[divider.splitID] = *weights;
     return true;
 }
 
