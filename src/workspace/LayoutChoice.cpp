@@ -24,7 +24,7 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
     if (current != state_.profile->layoutSelectionsByDisplay.end() && current->second == selection) {
         return Outcome::done(geometry_.resolvedLayout(id)->name + " on " + screen.localizedName);
     }
-    if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
+    if (const auto access = access_.requireVisibleScreen(); !access) return access;
     const std::string choice = selection.layoutID
                                    ? "layout " + findLayout(geometry_.catalogue(), *selection.layoutID)->name
                                    : "automatic layout";
@@ -67,7 +67,7 @@ Outcome LayoutChoice::resetLayoutSizes(const std::optional<DisplayID>& requested
     const Screen* screen = id ? geometry_.screenOf(*id) : nullptr;
     if (!screen) return access_.refuse("No display is connected");
     const std::string name = screen->localizedName;
-    if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
+    if (const auto access = access_.requireVisibleScreen(); !access) return access;
     if (state_.profile->layoutWeightsByDisplay.contains(*id)) {
         steps_.pushUndoSnapshot(
             {std::string(action::ResetLayoutSizes::kTraits.undoLabel), geometry_.applicationsOn(id)});
@@ -83,7 +83,7 @@ Outcome LayoutChoice::setTileInset(double points) {
     if (!(points >= 0 && points <= kLargestTileInset))
         return access_.refuseSilently("The tile inset was not changed: it must be from 0 to 100 points");
     if (points == state_.profile->tileInset) return Outcome::done();
-    if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
+    if (const auto access = access_.requireVisibleScreen(); !access) return access;
     steps_.pushUndoSnapshot(
         {std::string(action::SetTileInset::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
     WorkspaceProfile profile = *state_.profile;

@@ -1,4 +1,5 @@
-// Reasons why a window is not moved to its tile for now. The window keeps the tile and is moved once the reason ends.
+// Reasons why a window is left alone: it is not moved to its tile for now. The window keeps the tile and is moved when
+// the reason ends.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -19,7 +20,7 @@ enum class LeftAloneReason {
     applicationHidden,
 };
 
-/// Facts about the window that are not among its attributes.
+/// Facts about a window that `ManagedWindow` does not contain.
 struct LeftAloneFacts {
     bool isZoomed = false;
     bool isHeldByPointer = false;
@@ -29,7 +30,7 @@ struct LeftAloneFacts {
 /// The first reason that applies; absent if the window may be moved to its tile.
 std::optional<LeftAloneReason> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
 
-/// The reason as the end of a sentence about the window: "is minimized".
+/// The reason as the end of a sentence about the window, for example "is minimized".
 std::string_view describe(LeftAloneReason cause);
 
 } // namespace kova
