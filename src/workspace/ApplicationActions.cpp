@@ -68,8 +68,8 @@ void ApplicationActions::processPendingApplicationPlacements() {
     for (const auto& target : waiting) {
         // A launch stays pending while its tile is missing: the display, or a layout with the slot, may return.
         const auto launch = awaited_.launches().find(target);
-        const bool isThere = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
-        const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;
+        const bool hasTile = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
+        const ManagedWindow* window = hasTile ? windowLaunchedFor(launch->second) : nullptr;
         if (!window) continue;
         const ManagedWindow placed = *window;
         awaited_.dropLaunch(target);
@@ -176,17 +176,17 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     }
     const auto folded = [](const std::string& text) { return applicationKey("", BundleID(text)); };
     const std::string asName = applicationKey(name, std::nullopt), asIdentifier = folded(name);
-    const auto isMeant = [&](const auto& entry) {
+    const auto isExactMatch = [&](const auto& entry) {
         return entry.first == asName || entry.first == asIdentifier || folded(entry.second) == asIdentifier;
     };
-    const auto isPart = [&](const auto& entry) {
+    const auto isPartialMatch = [&](const auto& entry) {
         return entry.first.find(asIdentifier) != std::string::npos ||
                folded(entry.second).find(asIdentifier) != std::string::npos;
     };
-    if (std::ranges::any_of(names, isMeant)) {
-        std::erase_if(names, std::not_fn(isMeant));
-    } else if (std::ranges::count_if(names, isPart) == 1) {
-        std::erase_if(names, std::not_fn(isPart));
+    if (std::ranges::any_of(names, isExactMatch)) {
+        std::erase_if(names, std::not_fn(isExactMatch));
+    } else if (std::ranges::count_if(names, isPartialMatch) == 1) {
+        std::erase_if(names, std::not_fn(isPartialMatch));
     } else {
         return Outcome::refused("Nothing was learned of an application " + quoted(name));
     }

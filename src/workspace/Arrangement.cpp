@@ -25,7 +25,7 @@ bool isAtItsMinimum(const ManagedWindow& window) {
            window.minimumSize->height >= window.frame->size.height - kFixedSizePoints;
 }
 
-constexpr Seconds kAutomaticArrangementDelay{0.3};
+constexpr Seconds kStartupArrangementDelay{0.3};
 
 } // namespace
 
@@ -272,13 +272,13 @@ TileAssignments Arrangement::assignmentsOnDisconnectedDisplays() const {
     return disconnected;
 }
 
-void Arrangement::scheduleAutomaticArrangement(bool isPermissionNew) {
+void Arrangement::scheduleStartupArrangement(bool isPermissionNew) {
     if (state_.screens->empty()) return;
     if (!arrangementMemory_.takeStartupArrangement(isPermissionNew)) return;
     // The arrangement is marked as done even if the setting is off. Switching the setting on takes effect at the next
     // start.
     if (!state_.profile->autoArrangeOnLaunch) return;
-    services_.queue.after(kAutomaticArrangementDelay,
+    services_.queue.after(kStartupArrangementDelay,
                           lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
                               if (!arrangementMemory_.isNewest(generation))
                                   return; // the user has arranged the windows or used undo meanwhile

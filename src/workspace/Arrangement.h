@@ -53,7 +53,7 @@ class Arrangement {
     void learnPlacementByUser(const ManagedWindow& window, const TileTarget& target);
     /// Schedules the arrangement after the agent's start, if it is due and switched on. `isPermissionNew` is true if
     /// the permission was granted just now.
-    void scheduleAutomaticArrangement(bool isPermissionNew);
+    void scheduleStartupArrangement(bool isPermissionNew);
     bool isExcludedByRules(const ManagedWindow& window) const;
 
   private:

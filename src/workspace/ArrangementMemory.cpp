@@ -16,8 +16,8 @@ std::int64_t ArrangementMemory::dropRemainingSteps() {
     return ++generation_;
 }
 
-bool ArrangementMemory::takeStartupArrangement(bool wasPermissionJustGranted) {
-    const bool isDue = wasPermissionJustGranted || !hadStartupArrangement_;
+bool ArrangementMemory::takeStartupArrangement(bool isPermissionNew) {
+    const bool isDue = isPermissionNew || !hadStartupArrangement_;
     hadStartupArrangement_ = true;
     return isDue;
 }

@@ -33,8 +33,9 @@ class ArrangementMemory : public PartWithoutPolls {
     std::int64_t newestGeneration() const { return generation_; }
     bool isNewest(std::int64_t generation) const { return generation == generation_; }
 
-    /// Returns whether the arrangement after the start is due, and marks it as done.
-    bool takeStartupArrangement(bool wasPermissionJustGranted);
+    /// Returns whether the arrangement after the agent's start is due, and marks it as done. `isPermissionNew` is true
+    /// if the permission was granted just now; then the arrangement is due again.
+    bool takeStartupArrangement(bool isPermissionNew);
     void skipStartupArrangement() { hadStartupArrangement_ = true; }
     /// Marks the arrangement after the start as due again, after it could not be carried out.
     void postponeStartupArrangement() { hadStartupArrangement_ = false; }

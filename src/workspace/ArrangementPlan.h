@@ -70,7 +70,7 @@ struct AutoArrangePlacement {
     bool isPrimary = true;                         // true for a front window, false for a stacked window
     std::vector<DisplayTileTarget> claimedTargets; // the covered tiles, the anchor first; empty for a stacked window
     std::optional<WindowID> behindID;              // the front window of a stacked window, unless it is full-screen
-    bool isDeferred = false;                       // the front window appears first, and gets its frame later
+    bool isDeferred = false;                       // true if the window is shown first and gets its frame later
     std::string explanation;                       // one line in plain words
 };
 

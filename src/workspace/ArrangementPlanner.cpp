@@ -81,9 +81,9 @@ class Planner {
     std::vector<std::optional<Assignment>> assignments_; // by candidate
     std::vector<bool> isCrowded_; // by display: when the phase began, there were more windows than free tiles
     // By candidate:
-    std::vector<bool> wasDisplaced_;   // such a window is not displaced a second time, so that planning ends
-    std::vector<bool> hasClaimedTile_; // has the tile of a rule or preference; no other window takes this tile
-    std::vector<bool> staysStacked_;   // stays stacked in the tile that its rule names and another window holds
+    std::vector<bool> wasDisplaced_;   // a displaced window is not displaced again, so that planning ends
+    std::vector<bool> hasClaimedTile_; // the window has its tile by a rule or preference; no other window takes it
+    std::vector<bool> staysStacked_;   // the window is stacked in the tile that its rule names; another window holds it
 };
 
 Planner::Planner(const ArrangementInput& input) :
@@ -296,7 +296,7 @@ bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displ
     return wasDisplaced;
 }
 
-/// Whether a hidden window can get a tile, so that each visible window without a tile still gets one, too.
+/// Whether more tiles are free than visible windows need, so that a hidden window may take one.
 bool Planner::hasTileLeftForHiddenWindow() const {
     std::size_t free = 0;
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {

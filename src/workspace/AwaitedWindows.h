@@ -31,14 +31,14 @@ class AwaitedWindows {
 
     AwaitedWindows(PublishedLaunches& launches, PublishedReport& report) : published_(launches), report_(report) {}
 
-    // Launches into tiles
+    // Windows of applications launched into tiles
     const Launches& launches() const { return launches_; }
     /// The tile waits for a window of the application, and no longer for an earlier launch. `now` is an uptime.
     void awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID, const SlotID& slotID,
                      Seconds now);
-    /// Records the process of a launch, or drops the launch if it failed. `requestedTile` is the tile's name when the
-    /// launch began; the id of its display may have changed since. No-op if a launch of another application into the
-    /// tile has begun since.
+    /// Records the process of a launch, or drops the launch if it failed. `requestedTile` is the tile for which
+    /// `awaitLaunch` was called; the id of its display may have changed since. No-op if the tile now waits for another
+    /// application.
     void noteLaunched(const TileTarget& requestedTile, const std::string& identifier, const LaunchResult& result);
     void dropLaunch(const TileTarget& tile);
     void dropLaunches();
@@ -48,7 +48,7 @@ class AwaitedWindows {
         expected_.forgetApplicationsWithWindows(poll.windows);
     }
 
-    // A scene
+    // Windows of the opened scene
     const SceneRestoration& scene() const { return scene_; }
     /// Abandons the former scene. `undoNumber` is the number of the new scene's entry in the undo history.
     void beginScene(std::uint64_t undoNumber);

@@ -16,8 +16,8 @@ namespace kova {
 
 struct ReturnedWindows {
     TileAssignments assignments;
-    std::vector<WindowID> returnedFronts;  // they are front windows in tiles that they had lost
-    std::vector<WindowID> returnedStacked; // they are stacked in tiles in which they were not stacked before
+    std::vector<WindowID> returnedFronts;  // became front windows of tiles in which they were not in front before
+    std::vector<WindowID> returnedStacked; // became stacked in tiles in which they were not stacked before
 };
 /// Adds the windows of `remembered` to `assignments`, in their former tiles. Windows that were placed there meanwhile
 /// are stacked behind them.

@@ -120,7 +120,7 @@ void DisplayChanges::returnStrandedFloats() {
 }
 
 /// Called once the displays have not changed for the settle time. Moves the windows of disconnected displays to other
-/// displays. Not earlier, since a display on standby may look disconnected for a moment.
+/// displays. This does not happen earlier, since a display on standby may look disconnected for a moment.
 void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     const RequestBatch::Scope batch(requests_);
@@ -136,12 +136,12 @@ void DisplayChanges::displaysSettled() {
 void DisplayChanges::placeWindowsOfDisconnectedDisplays() {
     if (pointer_.isPausingPolls()) return displays_.beginSettling(); // tries again after the drag
     const auto fronts = placeFrontsOfDisconnectedDisplays();
-    const auto waiting = restackWindowsOfDisconnectedDisplays();
+    const auto stacked = restackWindowsOfDisconnectedDisplays();
     if (focusMode_.isOn()) {
         displays_.noteKeptOutByFocusMode(!displays_.disconnectedDisplays().empty());
-        keepTilesAfterFocusMode(fronts, waiting);
+        keepTilesAfterFocusMode(fronts, stacked);
     }
-    if (!fronts.empty() || !waiting.empty()) keeper_.commit({});
+    if (!fronts.empty() || !stacked.empty()) keeper_.commit({});
 }
 
 /// Moves windows that have no tile and are not in view onto a connected display. Such a window was in a tile of a
@@ -239,11 +239,11 @@ std::vector<WindowID> DisplayChanges::restackWindowsOfDisconnectedDisplays() {
 
 /// Adds the placed windows to the snapshot that the end of focus mode restores, so that they keep their new tiles.
 void DisplayChanges::keepTilesAfterFocusMode(const std::vector<WindowID>& fronts,
-                                             const std::vector<WindowID>& waiting) {
+                                             const std::vector<WindowID>& stacked) {
     WorkspaceUndoSnapshot* snapshot = focusMode_.snapshot();
     if (!snapshot) return;
     for (const auto& id : fronts) snapshot->tiles.adopt(id, assignments_);
-    for (const auto& id : waiting) {
+    for (const auto& id : stacked) {
         if (const auto tile = assignments_.stackTargetOf(id)) {
             snapshot->tiles.insertIntoStack(*tile, id, TileAssignments::StackPosition::behind);
         }

@@ -49,7 +49,7 @@ class DisplayChanges {
     bool isOnZoomedDisplay(const WorkspaceTile& tile) const;
     std::vector<WindowID> placeFrontsOfDisconnectedDisplays();
     std::vector<WindowID> restackWindowsOfDisconnectedDisplays();
-    void keepTilesAfterFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
+    void keepTilesAfterFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& stacked);
     void cancelUnreachablePlacements();
 
     const WorkspaceServices& services_;

@@ -47,13 +47,14 @@ class DisplayMemory : public PartWithoutPolls {
     /// Puts the remembered windows of the display back into its tiles, and forgets them.
     void returnWindowsToDisplay(const DisplayID& displayID, TileAssignments& assignments);
     bool remembersDisplay(const DisplayID& displayID) const { return absence_.remembers({displayID}); }
-    /// True if the window belongs to a disconnected display.
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const {
         return absence_.belongsToDisconnectedDisplay(windowID);
     }
     /// The remembered windows of each disconnected display. The layout id of each key is empty.
     const std::map<AbsenceKey, TileAssignments>& disconnectedDisplays() const { return absence_.rememberedTiles(); }
-    void restoreDisconnectedDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
+    void restoreDisconnectedDisplays(std::map<AbsenceKey, TileAssignments> tiles) {
+        absence_.restore(std::move(tiles));
+    }
     /// See `DisplayAbsence::replaceRemembered`.
     void replaceRemembered(const TileAssignments& assignments) { absence_.replaceRemembered(assignments); }
 
@@ -85,8 +86,8 @@ class DisplayMemory : public PartWithoutPolls {
     /// chosen a layout for the display.
     void forgetLayouts(const DisplayID& displayID);
 
-    /// Records front windows that must be shown, and stacked windows that must be hidden, since they have returned to
-    /// other tiles. `takeWindowsToPresent` returns and forgets them.
+    /// Records front windows that must be shown, and stacked windows that must be hidden, because their tiles have
+    /// changed. `takeWindowsToPresent` returns and forgets them.
     void noteWindowsToPresent(const std::vector<WindowID>& toShow, const std::vector<WindowID>& toHide);
     bool hasWindowsToPresent() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
     struct WindowsToPresent {
@@ -106,7 +107,7 @@ class DisplayMemory : public PartWithoutPolls {
 
     /// Restarts the settle time; `settled` is called at its end.
     void beginSettling();
-    /// Whether the window's display was disconnected within the settle time.
+    /// Whether the window's display is disconnected, but may return soon because the displays have not settled yet.
     bool isWaitingForItsDisplay(const WindowID& windowID) const {
         return isSettling() && belongsToDisconnectedDisplay(windowID);
     }

@@ -147,7 +147,7 @@ Outcome DocumentStore::addRule(WorkspaceRule rule) {
     return appendRule(std::move(rule), subject);
 }
 
-/// Adds the rule after the other rules, so it has the lowest precedence. The message names `subject`.
+/// Adds the rule after the other rules, so it has the lowest precedence.
 Outcome DocumentStore::appendRule(WorkspaceRule rule, const std::string& subject) {
     const std::string message = "Rule added for " + subject;
     auto document = workspaceDocument();

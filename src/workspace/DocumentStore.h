@@ -35,7 +35,7 @@ class DocumentStore {
     /// The scene with exactly this name, else the first whose name differs only in case.
     std::optional<Uuid> findScene(const std::string& name) const;
     Outcome addRule(WorkspaceRule rule);
-    /// Like `addRule`, for a rule that is complete. `subject` is the application in the message.
+    /// Like `addRule`, but neither checks the rule nor gives it a name. `subject` is named in the message.
     Outcome appendRule(WorkspaceRule rule, const std::string& subject);
     Outcome changeRule(const action::ChangeRule& change);
     Outcome deleteRule(const Uuid& id);

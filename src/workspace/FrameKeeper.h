@@ -33,8 +33,8 @@ class FrameKeeper {
     void noteAttempt(const WindowID& windowID) { ++refusals_[windowID].attempts; }
     /// Call after a request. Polls continue until one has seen the outcome of the request.
     void noteRequest(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
-    /// Call at the start of the agent: the window keeps the frame `actual` although its tile has the frame `wanted`,
-    /// and gets no request.
+    /// Call at the start of the agent: the window keeps the frame `actual` although its tile has the frame `wanted`. It
+    /// gets no request until one of these frames changes.
     void accept(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
     /// Forgets the refusal, so that all attempts are made again.
     void forgetRefusal(const WindowID& windowID) { refusals_.erase(windowID); }
@@ -42,8 +42,8 @@ class FrameKeeper {
     /// Call for a window that has no tile on a display: drops its refusal. A window elsewhere keeps its refusal, so
     /// that the request is not repeated each time its Space is shown.
     void noteWithoutTarget(const ManagedWindow& window);
-    /// The request that the window refused `kAttempts` times, and the frame that it kept. Null if it refused none so
-    /// often.
+    /// The request that the window refused `kAttempts` times and the frame that it kept, or the frames given to
+    /// `accept`. Null otherwise.
     const Refusal* refusal(const WindowID& windowID) const;
 
     // Minimum sizes; documented at `WindowSizes`. Times are uptimes.

@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-/// Whether the layout has every tile of the display that has a window.
+/// Whether all windows of the display are in tiles that the layout has.
 bool hasTilesFor(const LayoutDefinition& layout, const DisplayID& displayID, const TileAssignments& assignments) {
     const auto isOfLayout = [&](const auto& entry) {
         return std::ranges::any_of(layout.slots, [&](const auto& slot) {

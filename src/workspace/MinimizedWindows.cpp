@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// A window that is not minimized this long after the request has refused it.
+/// A window that is still not minimized after this time has refused the request.
 constexpr Seconds kTimeToMinimize{2};
 
 } // namespace

@@ -83,7 +83,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     if (hasRestoredSession) {
         parts_.arrangementMemory.skipStartupArrangement(); // the restored session needs no arrangement
     } else {
-        ops_.arrangement.scheduleAutomaticArrangement(justGranted);
+        ops_.arrangement.scheduleStartupArrangement(justGranted);
     }
 }
 
