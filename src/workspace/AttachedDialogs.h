@@ -32,7 +32,7 @@ class AttachedDialogs {
     /// Returns the new origins of the window's dialogs for the window's new `frame`, and records them. Dialogs move as
     /// far as the window does, but stay inside `visibleArea` as far as they fit. Dialogs that need not move are left
     /// out.
-    std::vector<Move> follow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
+    std::vector<Move> moveWithWindow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:
     struct Place {

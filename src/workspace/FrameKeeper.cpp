@@ -34,7 +34,7 @@ void FrameKeeper::accept(const WindowID& windowID, const CGRect& wanted, const C
     refusals_[windowID] = {wanted, actual, kAttempts, false, true};
 }
 
-void FrameKeeper::noteWithoutTarget(const ManagedWindow& window) {
+void FrameKeeper::noteNotPlaced(const ManagedWindow& window) {
     if (!window.isElsewhere || !refusal(window.id)) refusals_.erase(window.id);
 }
 

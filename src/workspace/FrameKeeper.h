@@ -39,9 +39,9 @@ class FrameKeeper {
     /// Forgets the refusal, so that all attempts are made again.
     void forgetRefusal(const WindowID& windowID) { refusals_.erase(windowID); }
     void forgetRefusals() { refusals_.clear(); }
-    /// Call for a window that has no tile on a display: drops its refusal. A window elsewhere keeps its refusal, so
+    /// Call for a window that has no tile or is left alone: drops its refusal. A window elsewhere keeps its refusal, so
     /// that the request is not repeated each time its Space is shown.
-    void noteWithoutTarget(const ManagedWindow& window);
+    void noteNotPlaced(const ManagedWindow& window);
     /// The request that the window refused `kAttempts` times and the frame that it kept, or the frames given to
     /// `accept`. Null otherwise.
     const Refusal* refusal(const WindowID& windowID) const;

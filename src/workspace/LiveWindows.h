@@ -42,10 +42,10 @@ class LiveWindows {
     void noteUnmanaged(std::vector<UnmanagedWindow> windows) { unmanaged_ = std::move(windows); }
 
     const AttachedDialogs& dialogs() const { return dialogs_; }
-    /// See `AttachedDialogs::follow`.
+    /// See `AttachedDialogs::moveWithWindow`.
     std::vector<AttachedDialogs::Move> moveDialogs(const WindowID& windowID, const CGRect& frame,
                                                    const CGRect& visibleArea) {
-        return dialogs_.follow(windowID, frame, visibleArea);
+        return dialogs_.moveWithWindow(windowID, frame, visibleArea);
     }
 
     /// Records the Space that is shown as of the last poll, and returns the one recorded before.
@@ -86,7 +86,7 @@ class LiveWindows {
     const FocusOrder& focusOrder() const { return focusOrder_; }
 
     void onPoll(const PollContext& poll) {
-        minimized_.follow(poll.windows, poll.now);
+        minimized_.onPoll(poll.windows, poll.now);
         focusOrder_.keepOnly(poll.isLive);
     }
     /// Whether a timeout or a confirmation is pending, so that polls must continue.

@@ -17,7 +17,7 @@ class MinimizedWindows {
     /// Records that KOVA has requested to minimize the window. All times of this class are uptimes.
     void note(const WindowID& windowID, Seconds now);
     /// Forgets windows that have closed, are not minimized any more, or have not been minimized in time.
-    void follow(const std::vector<ManagedWindow>& live, Seconds now);
+    void onPoll(const std::vector<ManagedWindow>& live, Seconds now);
     void rename(const WindowID& windowID, const WindowID& newID);
     bool contains(const WindowID& windowID) const { return minimized_.contains(windowID); }
     /// Forgets all windows and returns them; the caller restores them.

@@ -149,7 +149,7 @@ void WindowPresenter::reapplyTileFrames(CorrectedDrift correctedDrift) {
             reapplyWindow(window, target->second, correctedDrift);
             continue;
         }
-        frames_.noteWithoutTarget(window);
+        frames_.noteNotPlaced(window);
     }
 }
 
