@@ -256,11 +256,11 @@ json plan(ArrangementPlan plan) {
                               {"explanation", placement.explanation}});
     }
     json surplus = json::array();
-    for (const ArrangementSurplus& left : plan.surplus) {
+    for (const ArrangementSurplusWindow& left : plan.surplus) {
         surplus.push_back({{"window", brief(left.window)}, {"explanation", left.explanation}});
     }
     json leftAlone = json::array();
-    for (const ArrangementLeftAlone& left : plan.leftAlone) {
+    for (const ArrangementLeftAloneWindow& left : plan.leftAlone) {
         leftAlone.push_back({{"window", brief(left.window)}, {"explanation", left.explanation}});
     }
     return {{"placements", std::move(placements)},

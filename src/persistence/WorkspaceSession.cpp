@@ -34,7 +34,7 @@ json encode(const WorkspaceSessionWindow& window) {
     if (const auto& minimum = window.observedMinimumSize; minimum && isFinite(*minimum)) {
         out["observedMinimumSize"] = json::array({minimum->width, minimum->height});
     }
-    if (window.isPutAway) out["isPutAway"] = true;
+    if (window.isHiddenInStack) out["isPutAway"] = true;
     if (window.isSurplus) out["isSurplus"] = true;
     return out;
 }
@@ -51,7 +51,7 @@ WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
         const auto n = numbers(*minimum, 2);
         window.observedMinimumSize = CGSize{n[0], n[1]};
     }
-    if (const auto putAway = cursor.optional("isPutAway")) window.isPutAway = putAway->boolean();
+    if (const auto putAway = cursor.optional("isPutAway")) window.isHiddenInStack = putAway->boolean();
     if (const auto surplus = cursor.optional("isSurplus")) window.isSurplus = surplus->boolean();
     return window;
 }
@@ -96,7 +96,8 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
                 {"awayDisplays", json::object()},
                 {"handledRuleWindowIDs", session.handledRuleWindowIDs}};
     for (const auto& window : session.windows) out["windows"].push_back(encode(window));
-    for (const auto& [display, tiles] : session.awayDisplays) out["awayDisplays"][display.text()] = encode(tiles);
+    for (const auto& [display, tiles] : session.disconnectedDisplays)
+        out["awayDisplays"][display.text()] = encode(tiles);
     for (const auto& space : session.otherSpaces) {
         json entry = {{"tiles", encode(space.tiles)}};
         if (space.number) entry["number"] = *space.number;
@@ -120,7 +121,7 @@ Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text) {
         for (const auto& window : cursor.required("windows").elements())
             session.windows.push_back(decodeWindow(window));
         for (const auto& [display, tiles] : cursor.required("awayDisplays").members()) {
-            session.awayDisplays[DisplayID(display)] = decodeTiles(tiles);
+            session.disconnectedDisplays[DisplayID(display)] = decodeTiles(tiles);
         }
         if (const auto spaces = cursor.optional("otherSpaces")) {
             for (const auto& space : spaces->elements()) {

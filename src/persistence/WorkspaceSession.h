@@ -26,7 +26,7 @@ struct WorkspaceSessionWindow {
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
     std::optional<CGSize> observedMinimumSize{}; // points
-    bool isPutAway = false;                      // the window was stacked, off the screen
+    bool isHiddenInStack = false;                // "isPutAway" in the file
     bool isSurplus = false;                      // the window was minimized because no tile was left
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
@@ -58,7 +58,7 @@ struct WorkspaceSessionZoom {
 struct WorkspaceSession {
     std::vector<WorkspaceSessionWindow> windows;
     WorkspaceSessionTiles tiles;
-    std::map<DisplayID, WorkspaceSessionTiles> awayDisplays; // tiles of disconnected displays, by display id
+    std::map<DisplayID, WorkspaceSessionTiles> disconnectedDisplays; // their tiles; "awayDisplays" in the file
     std::vector<WorkspaceSessionSpace> otherSpaces;
     std::set<WindowID> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;

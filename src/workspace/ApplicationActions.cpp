@@ -16,8 +16,9 @@ ApplicationActions::ApplicationActions(WorkspaceParts& parts, RefreshCycle& refr
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), undo_(parts.undo), focusMode_(parts.focusMode), frames_(parts.frames),
-    awaited_(parts.awaited), arranger_(parts.arranger), messages_(parts.messages), refreshCycle_(refreshCycle),
-    access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper), steps_(steps) {}
+    awaited_(parts.awaited), arrangementMemory_(parts.arrangementMemory), messages_(parts.messages),
+    refreshCycle_(refreshCycle), access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper),
+    steps_(steps) {}
 
 std::vector<LaunchableApplication> ApplicationActions::launchableApplications() const {
     return services_.applications.launchableApplications();
@@ -36,12 +37,12 @@ Outcome ApplicationActions::launchApplication(const action::LaunchApplication& l
                                       applicationLaunched(tile, launch.application.identifier, result);
                                       if (launch.completion) launch.completion(result);
                                   }));
-    refreshCycle_.wake(); // polls continue until the window is placed or the launch has timed out
+    refreshCycle_.wake(); // polls continue until the window is placed or the launch times out
     return Outcome::done();
 }
 
-/// Records the started process, or drops the expectation after an error, so that a scene does not launch the
-/// application a second time.
+/// Records the started process, so that a scene does not launch the application a second time. After an error the
+/// application is no longer expected, so a scene may launch it again.
 void ApplicationActions::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
     if (!application.bundleIdentifier) return;
     if (result.error) {
@@ -59,15 +60,16 @@ void ApplicationActions::applicationLaunched(const TileTarget& tile, const std::
     refreshCycle_.refresh();
 }
 
-/// Several tiles that wait for the same application get its windows in the order of the tiles' keys.
+/// Places the first window of each launched application into the tile of the launch. If several tiles wait for the same
+/// application, they get its windows in the order of the tiles' keys.
 void ApplicationActions::processPendingApplicationPlacements() {
     std::vector<TileTarget> waiting;
     for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
     for (const auto& target : waiting) {
         // A launch stays pending while its tile is missing: the display, or a layout with the slot, may return.
         const auto launch = awaited_.launches().find(target);
-        const bool isThere = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
-        const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;
+        const bool hasTile = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
+        const ManagedWindow* window = hasTile ? windowLaunchedFor(launch->second) : nullptr;
         if (!window) continue;
         const ManagedWindow placed = *window;
         awaited_.dropLaunch(target);
@@ -75,12 +77,13 @@ void ApplicationActions::processPendingApplicationPlacements() {
             if (placed.isMinimized || windowService_.isApplicationHidden(placed.processIdentifier))
                 presenter_.bringBack(placed);
             (void)keeper_.placeWindow(placed.id, target, Focusing::yes);
-            keeper_.noteHasItsPlace(placed.id);
+            keeper_.exemptFromRules(placed.id);
         });
     }
 }
 
-/// The first window of the application that has no tile yet; full-screen windows are skipped.
+/// The first window of the application that has no tile yet. Windows in full screen or on another Space are skipped.
+/// Null if there is none.
 const ManagedWindow* ApplicationActions::windowLaunchedFor(const PendingApplicationPlacement& placement) const {
     const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(), [&](const ManagedWindow& window) {
         return placement.isAwaiting(window) && !window.isFullScreen && !window.isElsewhere &&
@@ -104,7 +107,8 @@ Outcome ApplicationActions::forceQuitApplication(const WindowID& windowID) {
                             [this](pid_t process) { return services_.applications.forceTerminate(process); });
 }
 
-/// If the application refuses to quit, its windows stay managed.
+/// Calls `end` with the application's process and reports `message`. An application that belongs to the desktop is not
+/// ended. Windows stay managed until a poll no longer lists them, since an application may refuse to quit.
 Outcome ApplicationActions::endApplicationOf(const WindowID& windowID, const std::string& message,
                                              const std::function<std::optional<std::string>(pid_t)>& end) {
     const ManagedWindow* live = liveWindows_.find(windowID);
@@ -136,7 +140,8 @@ void ApplicationActions::forceQuitAllApplications() {
     }));
 }
 
-/// Ends only processes that are still the confirmed application; a process id may have been reused.
+/// Ends the applications that the user has confirmed. A process id may belong to another application by now, so the
+/// identifier and the name are compared as well.
 Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& confirmed) {
     ForceQuitOutcome outcome;
     for (const auto& candidate : regularApplicationsToForceQuit()) {
@@ -158,11 +163,12 @@ Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& con
     return Outcome::done().with(std::move(outcome));
 }
 
+/// `name` is the name or the identifier of an application, or a part of only one of them.
 Outcome ApplicationActions::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
     for (const auto& [slotID, key] : state_.profile->preferredApplications) names.emplace(key, key);
-    for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
+    for (const auto& [layoutID, layout] : arrangementMemory_.learning()->layouts) {
         for (const auto& [key, learned] : layout.applications) names.emplace(key, key);
     }
     for (const auto& window : liveWindows_) {
@@ -170,23 +176,23 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     }
     const auto folded = [](const std::string& text) { return applicationKey("", BundleID(text)); };
     const std::string asName = applicationKey(name, std::nullopt), asIdentifier = folded(name);
-    const auto isMeant = [&](const auto& entry) {
+    const auto isExactMatch = [&](const auto& entry) {
         return entry.first == asName || entry.first == asIdentifier || folded(entry.second) == asIdentifier;
     };
-    const auto isPart = [&](const auto& entry) {
+    const auto isPartialMatch = [&](const auto& entry) {
         return entry.first.find(asIdentifier) != std::string::npos ||
                folded(entry.second).find(asIdentifier) != std::string::npos;
     };
-    if (std::ranges::any_of(names, isMeant)) {
-        std::erase_if(names, std::not_fn(isMeant));
-    } else if (std::ranges::count_if(names, isPart) == 1) {
-        std::erase_if(names, std::not_fn(isPart));
+    if (std::ranges::any_of(names, isExactMatch)) {
+        std::erase_if(names, std::not_fn(isExactMatch));
+    } else if (std::ranges::count_if(names, isPartialMatch) == 1) {
+        std::erase_if(names, std::not_fn(isPartialMatch));
     } else {
         return Outcome::refused("Nothing was learned of an application " + quoted(name));
     }
     ForgottenApplications forgotten;
     WorkspaceProfile profile = *state_.profile;
-    AutoArrangeLearningModel learning = *arranger_.learning();
+    AutoArrangeLearningModel learning = *arrangementMemory_.learning();
     for (const auto& [key, shownName] : names) {
         profile.applicationMinimumSizes.erase(key);
         std::erase_if(profile.preferredApplications,
@@ -201,7 +207,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
         forgotten.names.push_back(shownName);
     }
     keeper_.setProfile(std::move(profile));
-    arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
+    arrangementMemory_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
     keeper_.publishMinimums();
     keeper_.commit(
         {.hasMovedTiles = true, .resetsLimits = true, .correctedDrift = kNoCorrection, .comparesTiles = false});

@@ -3,7 +3,7 @@
 
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
@@ -44,7 +44,7 @@ class ApplicationActions {
     void processPendingApplicationPlacements();
     Outcome quitApplication(const WindowID& windowID);
     Outcome forceQuitApplication(const WindowID& windowID);
-    /// The applications that `ForceQuitAll` would end, by name.
+    /// The applications that "force quit all" would end, sorted by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     void forceQuitAllApplications();
     Outcome forceQuit(const std::vector<RunningApplication>& confirmed);
@@ -65,7 +65,7 @@ class ApplicationActions {
     FocusMode& focusMode_;
     FrameKeeper& frames_;
     AwaitedWindows& awaited_;
-    Arranger& arranger_;
+    ArrangementMemory& arrangementMemory_;
     StatusMessages& messages_;
     RefreshCycle& refreshCycle_;
     WorkspaceAccess& access_;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr Seconds kFollowUpDelay{0.85};
 
-/// Whether the window's minimum size is its present size. Such a window is treated as a window of fixed size.
+/// Whether the window's minimum size is its present size. An arrangement treats such a window as one of fixed size.
 bool isAtItsMinimum(const ManagedWindow& window) {
     constexpr double kFixedSizePoints = 1;
     return window.minimumSize && window.frame &&
@@ -25,7 +25,7 @@ bool isAtItsMinimum(const ManagedWindow& window) {
            window.minimumSize->height >= window.frame->size.height - kFixedSizePoints;
 }
 
-constexpr Seconds kAutomaticArrangementDelay{0.3};
+constexpr Seconds kStartupArrangementDelay{0.3};
 
 } // namespace
 
@@ -36,13 +36,13 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
     focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames),
-    arranger_(parts.arranger), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
-    keeper_(keeper), snapshots_(snapshots), steps_(steps) {}
+    arrangementMemory_(parts.arrangementMemory), access_(access), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), snapshots_(snapshots), steps_(steps) {}
 
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
-    // The answer depends on refusals of earlier requests, so it must be known before the arrangement.
+    // The arrangement forgets refused requests, and `whyWindowsStay` needs them, so it is called first.
     const auto obstacle = whyWindowsStay();
     arrangeWindows();
     return Outcome::done(obstacle.value_or("Windows arranged into zones — Undo is available"));
@@ -74,13 +74,15 @@ bool Arrangement::hasWindowToArrange() const {
                        [this](const auto& window) { return candidateFor(window, assignments_).has_value(); });
 }
 
-/// Absent for a window that the arrangement does not move: its display was just disconnected, it is in full screen or
-/// on another Space, it floats by command, or a rule lets it float or ignores it.
+/// Absent for a window that the arrangement does not move, because:
+/// - the window is in full screen, or cannot be shown (for example, it is on another Space),
+/// - its display was just disconnected, or
+/// - the window floats by command, or a rule makes it float or ignores it.
 std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindow& window,
                                                               const TileAssignments& assignments) const {
     const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
     if (window.isFullScreen || presenter_.isOffScreen(window) || isExcludedByRules(window) ||
-        displays_.isAwaited(window.id) || floating_.contains(window.id)) {
+        displays_.isWaitingForItsDisplay(window.id) || floating_.contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;
@@ -90,9 +92,9 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
     candidate.currentTarget = assignments.targetOf(window.id);
     if (!candidate.currentTarget) candidate.stackTarget = assignments.stackTargetOf(window.id);
     if (window.frame) candidate.frameOnScreen = flipped(*window.frame, geometry_.firstScreenMaxY());
-    const Screen* holding = screenShowing(*state_.screens, candidate.frameOnScreen);
-    if (!holding && candidate.currentTarget) holding = geometry_.screenOfTarget(*candidate.currentTarget);
-    if (holding) candidate.displayID = displayID(*holding);
+    const Screen* screen = screenShowing(*state_.screens, candidate.frameOnScreen);
+    if (!screen && candidate.currentTarget) screen = geometry_.screenOfTarget(*candidate.currentTarget);
+    if (screen) candidate.displayID = displayID(*screen);
     candidate.minimumSize = geometry_.minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
     candidate.isFixedSize = isAtItsMinimum(window);
@@ -104,7 +106,7 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
 ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>& windows,
                                                const TileAssignments& assignments) const {
     ArrangementInput input;
-    input.learning = *arranger_.learning();
+    input.learning = *arrangementMemory_.learning();
     input.preferredApplications = state_.profile->preferredApplications;
     input.tileInset = state_.profile->tileInset;
     for (const auto& screen : *state_.screens) {
@@ -124,7 +126,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
             if (used != focusOrder.end()) candidate->useRank = static_cast<std::size_t>(used - focusOrder.begin());
             input.candidates.push_back(std::move(*candidate));
         }
-        if (displays_.isAwaited(window.id)) {
+        if (displays_.isWaitingForItsDisplay(window.id)) {
             input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
                                                                 "unplugged just now and may come back"});
         }
@@ -149,8 +151,8 @@ void Arrangement::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
     tileMemory_.storeElsewhere(liveWindows_.all(), assignments_);
     displays_.noteArrangement(assignments_);
-    arranger_.notePlan(planArrangement());
-    const ArrangementPlan& plan = arranger_.lastPlan();
+    arrangementMemory_.notePlan(planArrangement());
+    const ArrangementPlan& plan = arrangementMemory_.lastPlan();
     frames_.beginArrangement();
     keeper_.publishMinimums();
     carryOutArrangement(plan);
@@ -164,15 +166,17 @@ void Arrangement::arrangeWindows() {
                     .correctedDrift = kNoCorrection});
 
     if (std::ranges::any_of(plan.placements, &AutoArrangePlacement::isDeferred)) {
-        services_.queue.after(
-            kFollowUpDelay, lifetime_.guard([this, generation = arranger_.newest()] { carryOutDeferred(generation); }));
+        services_.queue.after(kFollowUpDelay,
+                              lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
+                                  carryOutDeferred(generation);
+                              }));
     }
     learnFrom(plan);
     tileMemory_.noteArranged(assignments_);
 }
 
 void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
-    TileAssignments next = assignmentsOnAbsentDisplays();
+    TileAssignments next = assignmentsOnDisconnectedDisplays();
     for (const auto& window : liveWindows_) { // a full-screen window keeps its tile
         if (window.isFullScreen) next.adopt(window.id, assignments_);
     }
@@ -205,7 +209,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     }
 }
 
-/// The assignments already contain the window.
+/// Requests the window's frame. The assignments already contain the window.
 void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
@@ -217,12 +221,12 @@ void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const 
 }
 
 void Arrangement::carryOutDeferred(std::int64_t generation) {
-    if (!arranger_.isNewest(generation) || !access_.mayMoveWindows()) return;
+    if (!arrangementMemory_.isNewest(generation) || !access_.mayMoveWindows()) return;
     steps_.changeLater([&] {
         std::vector<WindowID> placed;
-        for (const auto& placement : arranger_.lastPlan().placements) {
+        for (const auto& placement : arrangementMemory_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
-            // Meanwhile the user may have put another window into the tile, or may be dragging this one.
+            // Meanwhile the user may have put another window into the tile, or may be dragging this window.
             const WindowID& id = placement.window.id;
             if (assignments_.targetOf(id) != placement.target.id() || pointer_.isHolding(id)) continue;
             const ManagedWindow* live = liveWindows_.find(id);
@@ -235,51 +239,55 @@ void Arrangement::carryOutDeferred(std::int64_t generation) {
     });
 }
 
-/// Learns all windows of an application together, so that one window does not reduce the weights of another's slot.
+/// Learns the slots of all windows of an application together. If each window were learned alone, it would reduce the
+/// weights of the other windows' slots.
 void Arrangement::learnFrom(const ArrangementPlan& plan) {
-    std::map<std::pair<std::string, std::string>, std::set<SlotID>> slots; // by layout and application
+    std::map<std::pair<std::string, std::string>, std::set<SlotID>> slots; // by layout id and application key
     for (const auto& placement : plan.placements) {
         const auto place = placement.isPrimary ? geometry_.learnedPlace(placement.target.id()) : std::nullopt;
         if (!place) continue;
         const ManagedWindow& window = placement.window;
         slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
     }
-    arranger_.learn([&](AutoArrangeLearningModel& model) {
-        for (const auto& [habit, slotIDs] : slots) model.learnArrangement(habit.first, habit.second, slotIDs);
+    arrangementMemory_.learn([&](AutoArrangeLearningModel& model) {
+        for (const auto& [key, slotIDs] : slots) model.learnArrangement(key.first, key.second, slotIDs);
     });
 }
 
 void Arrangement::learnPlacementByUser(const ManagedWindow& window, const TileTarget& target) {
     const auto place = geometry_.learnedPlace(target);
     if (!place) return;
-    arranger_.learn([&](AutoArrangeLearningModel& model) {
+    arrangementMemory_.learn([&](AutoArrangeLearningModel& model) {
         model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),
                                    place->slotID);
     });
 }
 
-TileAssignments Arrangement::assignmentsOnAbsentDisplays() const {
-    TileAssignments away = assignments_;
+TileAssignments Arrangement::assignmentsOnDisconnectedDisplays() const {
+    TileAssignments disconnected = assignments_;
     for (const auto& tile : geometry_.tiles()) {
-        if (tile.windowID) away.remove(*tile.windowID);
-        for (const auto& waiting : tile.stack) away.remove(waiting);
+        if (tile.windowID) disconnected.remove(*tile.windowID);
+        for (const auto& stacked : tile.stack) disconnected.remove(stacked);
     }
-    return away;
+    return disconnected;
 }
 
-void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
+void Arrangement::scheduleStartupArrangement(bool isPermissionNew) {
     if (state_.screens->empty()) return;
-    if (!arranger_.takeStartupArrangement(justGranted))
-        return; // marked as done even if the setting is off: switching the setting on takes effect at the next start
+    if (!arrangementMemory_.takeStartupArrangement(isPermissionNew)) return;
+    // The arrangement is marked as done even if the setting is off. Switching the setting on takes effect at the next
+    // start.
     if (!state_.profile->autoArrangeOnLaunch) return;
-    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
-        if (!arranger_.isNewest(generation)) return; // an arrangement or an undo by the user superseded this one
-        if (access_.mayMoveWindows()) {
-            steps_.changeLater([this] { arrangeWindows(); });
-        } else if (access_.isSuspendedOrLocked()) {
-            arranger_.postponeStartupArrangement(); // the screen was locked: due again after the unlock
-        }
-    }));
+    services_.queue.after(kStartupArrangementDelay,
+                          lifetime_.guard([this, generation = arrangementMemory_.newestGeneration()] {
+                              if (!arrangementMemory_.isNewest(generation))
+                                  return; // the user has arranged the windows or used undo meanwhile
+                              if (access_.mayMoveWindows()) {
+                                  steps_.changeLater([this] { arrangeWindows(); });
+                              } else if (access_.isSuspendedOrLocked()) {
+                                  arrangementMemory_.postponeStartupArrangement(); // due again after the suspension
+                              }
+                          }));
 }
 
 std::optional<RuleTile> Arrangement::tileOfRule(const ManagedWindow& window) const {

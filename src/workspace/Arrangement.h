@@ -1,10 +1,10 @@
-// Arranges every window of every display: makes a plan and carries it out. Windows that are minimized or hidden are
-// shown first; they get their frames in a second step.
+// Arranges the windows of all displays: makes a plan and carries it out. Windows that are minimized or hidden are only
+// shown in the first step. They get their frames in a second step, because showing them takes time.
 #pragma once
 
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
@@ -42,15 +42,18 @@ class Arrangement {
                 WindowPresenter& presenter, TileKeeper& keeper, const Snapshots& snapshots, UndoSteps& steps);
 
     Outcome arrange();
-    /// The message for the user if the window manager places windows itself (recognized by its name or by refusals);
-    /// otherwise absent.
+    /// The message for the user if the window manager places windows itself; otherwise absent. Such a window manager is
+    /// recognized by its name, or by the requests that windows refused.
     std::optional<std::string> whyWindowsStay() const;
     /// If false, `arrange` refuses.
     bool hasWindowToArrange() const;
     /// The plan that `arrange` would carry out now.
     ArrangementPlan planArrangement() const;
+    /// Learns that the user has put the window into the tile.
     void learnPlacementByUser(const ManagedWindow& window, const TileTarget& target);
-    void scheduleAutomaticArrangement(bool justGranted);
+    /// Schedules the arrangement after the agent's start, if it is due and switched on. `isPermissionNew` is true if
+    /// the permission was granted just now.
+    void scheduleStartupArrangement(bool isPermissionNew);
     bool isExcludedByRules(const ManagedWindow& window) const;
 
   private:
@@ -63,7 +66,7 @@ class Arrangement {
     void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
     void carryOutDeferred(std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
-    TileAssignments assignmentsOnAbsentDisplays() const;
+    TileAssignments assignmentsOnDisconnectedDisplays() const;
     std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;
 
     const WorkspaceServices& services_;
@@ -77,7 +80,7 @@ class Arrangement {
     const FloatingWindows& floating_;
     const PointerInteraction& pointer_;
     FrameKeeper& frames_;
-    Arranger& arranger_;
+    ArrangementMemory& arrangementMemory_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;

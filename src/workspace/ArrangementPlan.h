@@ -20,15 +20,15 @@ struct ArrangementDisplay {
     DisplayID displayID;
     std::string name;
     CGRect visibleFrame{};            // screen space
-    LayoutDefinition layout;          // in force, weights applied
-    SolvedLayout solved;              // on the visible frame, with no minimum sizes
-    std::set<SlotID> reservedSlotIDs; // held by windows that are not moved, such as full-screen ones
+    LayoutDefinition layout;          // the layout in force, with the user's weights
+    SolvedLayout solved;              // the layout on the visible frame, without regard to minimum sizes
+    std::set<SlotID> reservedSlotIDs; // the tiles of full-screen windows, which an arrangement does not move
 };
 
-/// The tile named by the rule that decides for a window.
+/// The tile that the deciding rule of a window names.
 struct RuleTile {
     SlotID slotID;
-    std::string name; // of the rule
+    std::string name; // the rule's name
 };
 
 /// A window that the arrangement may move.
@@ -37,29 +37,29 @@ struct ArrangementCandidate {
     std::string applicationKey;
     AutoArrangeAppRole role = AutoArrangeAppRole::other;
     CGRect frameOnScreen{};                  // screen space; empty when unknown
-    std::optional<DisplayID> displayID;      // the display that shows the window, else that of its tile
+    std::optional<DisplayID> displayID;      // the display that shows the window, else the display of its tile
     std::optional<TileTarget> currentTarget; // the tile in which the window is the front window
     std::optional<TileTarget> stackTarget;   // the tile in which it is stacked
-    CGSize minimumSize{};                    // points, 0 where none is known
-    std::optional<RuleTile> rule;            // only while rules are applied
+    CGSize minimumSize{};                    // points; 0 if unknown
+    std::optional<RuleTile> rule;            // absent while rules are not applied
     bool isDeferred = false;                 // minimized or hidden, so that showing the window takes time
-    bool isComingBack = false;               // not visible yet, but requested to be shown; ranks as visible
-    std::optional<std::size_t> useRank;      // 0 for the window used last; absent if never used
+    bool isComingBack = false;               // not visible yet, but KOVA has requested to show it; ranks as visible
+    std::optional<std::size_t> useRank;      // 0 for the window focused last; absent if never focused
     bool isFixedSize = false;
 };
 
 /// A window that the arrangement does not move although the user may expect a move.
-struct ArrangementLeftAlone {
+struct ArrangementLeftAloneWindow {
     ManagedWindow window;
     std::string explanation; // one line in plain words
 };
 
 struct ArrangementInput {
-    std::vector<ArrangementDisplay> displays;     // the platform's order
-    std::vector<ArrangementCandidate> candidates; // the order of the window list
-    std::vector<ArrangementLeftAlone> leftAlone;
+    std::vector<ArrangementDisplay> displays;     // in the platform's order
+    std::vector<ArrangementCandidate> candidates; // in the order of the window list
+    std::vector<ArrangementLeftAloneWindow> leftAlone;
     AutoArrangeLearningModel learning;
-    std::map<SlotID, std::string> preferredApplications; // slot id -> application key
+    std::map<SlotID, std::string> preferredApplications; // application keys by slot id
     double tileInset = 5;                                // points
 };
 
@@ -67,22 +67,22 @@ struct ArrangementInput {
 struct AutoArrangePlacement {
     ManagedWindow window;
     DisplayTileTarget target;
-    bool isPrimary = true;                         // front window; false: stacked
+    bool isPrimary = true;                         // true for a front window, false for a stacked window
     std::vector<DisplayTileTarget> claimedTargets; // the covered tiles, the anchor first; empty for a stacked window
-    std::optional<WindowID> behindID;              // of a stacked window: the front window, unless it is full-screen
-    bool isDeferred = false;                       // placed after it had time to appear; never a stacked window
+    std::optional<WindowID> behindID;              // the front window of a stacked window, unless it is full-screen
+    bool isDeferred = false;                       // true if the window is shown first and gets its frame later
     std::string explanation;                       // one line in plain words
 };
 
-struct ArrangementSurplus {
+struct ArrangementSurplusWindow {
     ManagedWindow window;
     std::string explanation;
 };
 
 struct ArrangementPlan {
-    std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then stacked windows
-    std::vector<ArrangementSurplus> surplus;      // to be minimized
-    std::vector<ArrangementLeftAlone> leftAlone;
+    std::vector<AutoArrangePlacement> placements;  // front windows by display and slot, then stacked windows
+    std::vector<ArrangementSurplusWindow> surplus; // to be minimized
+    std::vector<ArrangementLeftAloneWindow> leftAlone;
 
     /// One line for each placement, each surplus window and each window left alone, in this order. If there are surplus
     /// windows, a last line says how many.

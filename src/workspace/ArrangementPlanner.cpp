@@ -1,5 +1,5 @@
 // Makes the plan of an arrangement. Windows whose tile is named by a rule or preferred by the user get their tiles
-// first. The other windows get tiles by score, display by display.
+// first. The other windows get tiles by score: first a tile of their own display, then a tile of any display.
 #include "workspace/ArrangementPlan.h"
 
 #include "support/text/Text.h"
@@ -16,7 +16,7 @@ namespace kova {
 
 namespace {
 
-/// One window in one tile, with its score.
+/// A window that could be put into a tile, with the score for this tile.
 struct Pair {
     std::size_t candidate;
     std::size_t slot;
@@ -27,7 +27,7 @@ struct Pair {
 /// The planner's working copy of a display.
 struct DisplayState {
     const ArrangementDisplay* display;
-    std::vector<std::optional<std::size_t>> holder; // by slot: the candidate in front
+    std::vector<std::optional<std::size_t>> holder; // by slot: the candidate that gets it; absent if the slot is free
 };
 
 struct Assignment {
@@ -54,42 +54,42 @@ class Planner {
     enum class Phase { ownDisplay, anyDisplay };
     void assignClaims();
     bool hasTileLeftForHiddenWindow() const;
-    void assignWaiting(Phase phase);
+    void assignRemaining(Phase phase);
     bool assignOn(std::size_t displayIndex, Phase phase, Displacement displacement,
                   Admission admission = Admission::asManyAsTiles);
     std::vector<Pair> pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const;
-    std::vector<std::size_t> waitingFor(std::size_t displayIndex, Phase phase) const;
-    std::optional<std::size_t> slotOfWindowAlone(std::size_t displayIndex, Phase phase) const;
+    std::vector<std::size_t> windowsWithoutTile(std::size_t displayIndex, Phase phase) const;
+    std::optional<std::size_t> slotForOnlyWindow(std::size_t displayIndex, Phase phase) const;
     void keepHighestRanked(std::vector<Pair>& pairs, std::size_t tileCount) const;
     bool outranks(std::size_t candidate, std::size_t other) const;
     bool isCrowded(std::size_t displayIndex, Phase phase) const;
     bool isFree(std::size_t displayIndex, std::size_t slot) const;
     Fit fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const;
     bool displacesWindow(std::size_t displayIndex, const Fit& fit) const;
-    bool isOutrankedByAWaitingWindow(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
-    bool displacesOneOfHigherRank(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
+    bool isOutrankedByWindowWithoutTile(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
+    bool displacesWindowOfHigherRank(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
     void assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason);
     void vacate(std::size_t candidate);
     TileRoom roomOn(std::size_t displayIndex) const;
     bool isAnyTileFree() const;
-    std::optional<AutoArrangePlacement> behindPlacement(std::size_t candidate) const;
+    std::optional<AutoArrangePlacement> stackedPlacement(std::size_t candidate) const;
     AutoArrangePlacement frontPlacement(std::size_t candidate, const Assignment& assignment) const;
     std::string describe(std::size_t candidate) const;
 
     const ArrangementInput& input_;
     std::vector<DisplayState> displays_;
     std::vector<std::optional<Assignment>> assignments_; // by candidate
-    std::vector<bool> isCrowded_;                        // by display: more windows than tiles when the phase began
+    std::vector<bool> isCrowded_; // by display: when the phase began, there were more windows than free tiles
     // By candidate:
-    std::vector<bool> wasDisplaced_; // such a window is not displaced a second time, so that planning ends
-    std::vector<bool> hasClaimed_;   // has a tile by a rule or a preference, which no other window takes
-    std::vector<bool> staysBehind_;  // stays stacked in the tile that its rule names
+    std::vector<bool> wasDisplaced_;   // a displaced window is not displaced again, so that planning ends
+    std::vector<bool> hasClaimedTile_; // the window has its tile by a rule or preference; no other window takes it
+    std::vector<bool> staysStacked_;   // the window is stacked in the tile that its rule names; another window holds it
 };
 
 Planner::Planner(const ArrangementInput& input) :
     input_(input), assignments_(input.candidates.size()), isCrowded_(input.displays.size()),
-    wasDisplaced_(input.candidates.size()), hasClaimed_(input.candidates.size()),
-    staysBehind_(input.candidates.size()) {
+    wasDisplaced_(input.candidates.size()), hasClaimedTile_(input.candidates.size()),
+    staysStacked_(input.candidates.size()) {
     for (const auto& display : input.displays) {
         displays_.push_back({&display, {}});
         displays_.back().holder.resize(display.solved.slots.size());
@@ -101,13 +101,14 @@ bool Planner::isFree(std::size_t displayIndex, std::size_t slot) const {
     return !d.holder[slot] && !d.display->reservedSlotIDs.contains(d.display->solved.slots[slot].id);
 }
 
-std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase phase) const {
-    std::vector<std::size_t> waiting;
+/// The candidates that need a tile: in the phase `ownDisplay` only those of the display.
+std::vector<std::size_t> Planner::windowsWithoutTile(std::size_t displayIndex, Phase phase) const {
+    std::vector<std::size_t> candidates;
     for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
         const bool isHere = input_.candidates[c].displayID == displays_[displayIndex].display->displayID;
-        if (!assignments_[c] && !staysBehind_[c] && (isHere || phase == Phase::anyDisplay)) waiting.push_back(c);
+        if (!assignments_[c] && !staysStacked_[c] && (isHere || phase == Phase::anyDisplay)) candidates.push_back(c);
     }
-    return waiting;
+    return candidates;
 }
 
 /// Ranks decide which windows get tiles if there are fewer tiles than windows. They compare, in this order: visible
@@ -123,7 +124,7 @@ bool Planner::isCrowded(std::size_t displayIndex, Phase phase) const {
     std::size_t freeCount = 0;
     for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
         freeCount += isFree(displayIndex, slot) ? 1 : 0;
-    return waitingFor(displayIndex, phase).size() > freeCount;
+    return windowsWithoutTile(displayIndex, phase).size() > freeCount;
 }
 
 /// Keeps the pairs of the `tileCount` windows of highest rank. `pairs` are sorted by score, which decides between
@@ -140,16 +141,17 @@ void Planner::keepHighestRanked(std::vector<Pair>& pairs, std::size_t tileCount)
         pairs, [&](const Pair& pair) { return std::find(order.begin(), order.end(), pair.candidate) == order.end(); });
 }
 
-/// For the only window of a display: the primary tile, or the one into which the user has put the application.
-std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, Phase phase) const {
+/// If only one window needs a tile of the display and no other window has one: the slot into which the user has put its
+/// application or, without such a slot, the primary slot. Absent otherwise.
+std::optional<std::size_t> Planner::slotForOnlyWindow(std::size_t displayIndex, Phase phase) const {
     const ArrangementDisplay& display = *displays_[displayIndex].display;
     const auto& slots = display.solved.slots;
-    const auto waiting = waitingFor(displayIndex, phase);
-    const bool isAlone = phase == Phase::ownDisplay && waiting.size() == 1 && display.reservedSlotIDs.empty() &&
+    const auto candidates = windowsWithoutTile(displayIndex, phase);
+    const bool isAlone = phase == Phase::ownDisplay && candidates.size() == 1 && display.reservedSlotIDs.empty() &&
                          std::none_of(displays_[displayIndex].holder.begin(), displays_[displayIndex].holder.end(),
                                       [](const auto& holder) { return holder.has_value(); });
     if (!isAlone || slots.empty()) return std::nullopt;
-    const std::string& key = input_.candidates[waiting.front()].applicationKey;
+    const std::string& key = input_.candidates[candidates.front()].applicationKey;
     std::size_t primary = 0;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (input_.learning.isPlacedByUser(display.layout.id, key, slots[s].id)) return s;
@@ -159,16 +161,16 @@ std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, 
 }
 
 std::vector<Pair> Planner::pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const {
-    // Visible windows come before hidden and minimized ones.
+    // Ranks all visible windows before hidden and minimized windows.
     constexpr double kDeferredPenalty = 1000;
-    const ArrangementDisplay& display = *displays_[displayIndex].display;
-    const auto alone = slotOfWindowAlone(displayIndex, phase);
-    std::vector<Pair> pairs;
-    // Tiles that would have to grow for the window, at the cost of others, come last.
+    // Ranks tiles that have room for the window before tiles that would have to grow at the cost of other tiles.
     constexpr double kGrowthPenalty = 50;
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
+    const auto alone = slotForOnlyWindow(displayIndex, phase);
+    std::vector<Pair> pairs;
     std::size_t freeCount = 0;
     for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(displayIndex, s) ? 1 : 0;
-    for (const std::size_t c : waitingFor(displayIndex, phase)) {
+    for (const std::size_t c : windowsWithoutTile(displayIndex, phase)) {
         const auto& candidate = input_.candidates[c];
         const auto fits = [&](std::size_t s) {
             const CGSize tile = display.solved.frames[s].size;
@@ -209,9 +211,10 @@ TileRoom Planner::roomOn(std::size_t displayIndex) const {
     return {display.layout, display.visibleFrame.size, input_.tileInset, std::move(holders)};
 }
 
-/// The tile, or the span that the window needs. Empty if the span would displace a window that was displaced before or
-/// that claimed its tile. A span never contains the tile of a full-screen window. If the window would need that tile,
-/// it gets only `slot` and overlaps its neighbor; the result is empty if the span would also displace a window.
+/// The tiles that the window needs at `slot`: one tile or a span. Empty if the span would displace a window that was
+/// displaced before or that has claimed its tile. A span never contains the tile of a full-screen window: a window that
+/// needs such a tile gets only `slot` and overlaps its neighbor. If its span would also displace a window, the result
+/// is empty.
 Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
     const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
@@ -219,14 +222,14 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t
     const ArrangementCandidate& wanted = input_.candidates[candidate];
     const auto needed = roomOn(displayIndex).tilesFor(wanted.window.id, wanted.minimumSize, slots[slot].id);
     Fit fit{slot};
-    bool isBesideFullScreen = false;
+    bool needsTileOfFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
-        if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimed_[*d.holder[s]])) return {};
-        isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
+        if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimedTile_[*d.holder[s]])) return {};
+        needsTileOfFullScreen = needsTileOfFullScreen || display.reservedSlotIDs.contains(slots[s].id);
         fit.push_back(s);
     }
-    if (!isBesideFullScreen) return fit;
+    if (!needsTileOfFullScreen) return fit;
     return displacesWindow(displayIndex, fit) ? Fit{} : Fit{slot};
 }
 
@@ -260,31 +263,32 @@ bool Planner::isAnyTileFree() const {
     return false;
 }
 
-bool Planner::isOutrankedByAWaitingWindow(std::size_t candidate, std::size_t displayIndex, Phase phase) const {
-    const auto waiting = waitingFor(displayIndex, phase);
-    return std::any_of(waiting.begin(), waiting.end(), [&](std::size_t other) { return outranks(other, candidate); });
+bool Planner::isOutrankedByWindowWithoutTile(std::size_t candidate, std::size_t displayIndex, Phase phase) const {
+    const auto others = windowsWithoutTile(displayIndex, phase);
+    return std::any_of(others.begin(), others.end(), [&](std::size_t other) { return outranks(other, candidate); });
 }
 
-bool Planner::displacesOneOfHigherRank(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const {
+bool Planner::displacesWindowOfHigherRank(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const {
     return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) {
         const auto& holder = displays_[displayIndex].holder[slot];
         return holder && outranks(*holder, candidate);
     });
 }
 
-/// Returns whether a window was displaced.
+/// Gives free tiles of the display to windows, the highest score first. Returns whether a window was displaced.
 bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
     bool wasDisplaced = false;
     const bool wasCrowded = isCrowded_[displayIndex];
     for (const Pair& pair : pairsFor(displayIndex, phase, admission)) {
         if (assignments_[pair.candidate] || !isFree(displayIndex, pair.slot)) continue;
         const Fit fit = fitFor(pair.candidate, displayIndex, pair.slot);
-        const bool pushes = displacesWindow(displayIndex, fit);
-        if (fit.empty() || (pushes && displacement == Displacement::forbidden)) continue;
+        const bool displacesOthers = displacesWindow(displayIndex, fit);
+        if (fit.empty() || (displacesOthers && displacement == Displacement::forbidden)) continue;
         const bool takesTilesOfOthers =
-            fit.size() > 1 && isOutrankedByAWaitingWindow(pair.candidate, displayIndex, phase);
-        if (wasCrowded && (takesTilesOfOthers || displacesOneOfHigherRank(pair.candidate, displayIndex, fit))) continue;
-        wasDisplaced = wasDisplaced || pushes;
+            fit.size() > 1 && isOutrankedByWindowWithoutTile(pair.candidate, displayIndex, phase);
+        if (wasCrowded && (takesTilesOfOthers || displacesWindowOfHigherRank(pair.candidate, displayIndex, fit)))
+            continue;
+        wasDisplaced = wasDisplaced || displacesOthers;
         assign(pair.candidate, displayIndex, fit,
                reasonFor(pair.score, input_.candidates[pair.candidate],
                          displays_[displayIndex].display->solved.slots[pair.slot]));
@@ -292,16 +296,17 @@ bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displ
     return wasDisplaced;
 }
 
+/// Whether more tiles are free than visible windows need, so that a hidden window may take one.
 bool Planner::hasTileLeftForHiddenWindow() const {
     std::size_t free = 0;
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
             free += isFree(displayIndex, slot) ? 1 : 0;
     }
-    std::size_t waiting = 0;
+    std::size_t visible = 0; // visible windows without a tile
     for (std::size_t c = 0; c < assignments_.size(); ++c)
-        waiting += assignments_[c] || input_.candidates[c].isDeferred ? 0 : 1;
-    return free > waiting;
+        visible += assignments_[c] || input_.candidates[c].isDeferred ? 0 : 1;
+    return free > visible;
 }
 
 /// Assigns the windows whose tile is named by a rule or preferred by the user, whatever the scores are. A hidden or
@@ -313,23 +318,23 @@ void Planner::assignClaims() {
         const ArrangementDisplay& display = input_.displays[claim.display];
         const TileTarget target{display.displayID, display.solved.slots[claim.slot].id};
         if (!isFree(claim.display, claim.slot)) {
-            const bool isBehind = claim.kind == TileClaim::Kind::rule && candidate.stackTarget == target;
-            if (isBehind) staysBehind_[claim.candidate] = true;
+            const bool isStackedThere = claim.kind == TileClaim::Kind::rule && candidate.stackTarget == target;
+            if (isStackedThere) staysStacked_[claim.candidate] = true;
             continue;
         }
         if (candidate.isDeferred && !hasTileLeftForHiddenWindow()) continue;
         const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
         if (fit.empty() || displacesWindow(claim.display, fit)) continue;
         assign(claim.candidate, claim.display, fit, claim.reason);
-        hasClaimed_[claim.candidate] = true;
+        hasClaimedTile_[claim.candidate] = true;
     }
 }
 
-void Planner::assignWaiting(Phase phase) {
+void Planner::assignRemaining(Phase phase) {
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
-        // Windows that displace no other window are assigned first. Each further round gives the displaced windows
-        // another tile.
+        // Each round first assigns windows that displace no other window, then windows that do. The next round gives
+        // the displaced windows another tile.
         bool wasDisplaced = true;
         while (wasDisplaced) {
             assignOn(displayIndex, phase, Displacement::forbidden);
@@ -362,8 +367,9 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
     return placement;
 }
 
-/// A stacked window stays stacked in its tile, as long as the layout has that tile.
-std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
+/// A candidate that got no tile stays in the stack that it is in now. Absent if the candidate is in no stack, or if the
+/// tile of the stack is missing in the layout or has no front window.
+std::optional<AutoArrangePlacement> Planner::stackedPlacement(std::size_t candidate) const {
     const auto& behind = input_.candidates[candidate].stackTarget;
     if (!behind) return std::nullopt;
     for (const DisplayState& state : displays_) {
@@ -395,8 +401,8 @@ std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candida
 
 ArrangementPlan Planner::plan() {
     assignClaims();
-    assignWaiting(Phase::ownDisplay);
-    assignWaiting(Phase::anyDisplay);
+    assignRemaining(Phase::ownDisplay);
+    assignRemaining(Phase::anyDisplay);
 
     ArrangementPlan plan;
     for (const DisplayState& state : displays_) {
@@ -409,7 +415,7 @@ ArrangementPlan Planner::plan() {
     }
     for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
         if (assignments_[c]) continue;
-        if (auto behind = behindPlacement(c)) {
+        if (auto behind = stackedPlacement(c)) {
             plan.placements.push_back(std::move(*behind));
         } else {
             const std::string reason = isAnyTileFree() ? "no free tile has room for it" : "no tile was left";

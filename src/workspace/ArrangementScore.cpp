@@ -16,7 +16,8 @@ constexpr double kDistanceWeight = 15;
 constexpr std::string_view kPrimarySlot = kPrimarySlotID;
 constexpr std::string_view kUtilitySlot = "focus-utility";
 
-/// Decides which windows get tiles when there are fewer tiles than windows; does not depend on the tile.
+/// The part of the score that does not depend on the tile. If there are fewer tiles than windows of the same rank, it
+/// decides which of these windows get tiles.
 double precedence(AutoArrangeAppRole role) {
     return 4 * static_cast<double>(role);
 }

@@ -1,5 +1,5 @@
-// Scores how well a window fits a tile, by the learned slots, the application's role, the window's present tile and the
-// distance on the screen.
+// Scores how well a window suits a tile. The score depends on the learned slots, the application's role, the window's
+// present tile and the distance from the window to the tile.
 #pragma once
 
 #include "workspace/ArrangementPlan.h"
@@ -18,7 +18,7 @@ struct ArrangementScore {
     double role = 0;
     double present = 0;
     double distance = 0;
-    bool isAlone = false; // the display has no other window
+    bool isAlone = false; // the slot is the primary one, and the display has no other window
     double total() const { return learned + role + present + distance; }
 };
 
@@ -26,7 +26,7 @@ struct ArrangementScore {
 ArrangementScore scoreOf(const ArrangementCandidate& candidate, const ArrangementDisplay& display,
                          std::size_t slotIndex, const AutoArrangeLearningModel& learning);
 
-/// Why the pair was chosen, as the end of a sentence: "it is there already", "browsers go to the primary tile".
+/// Why the window gets the tile, as the end of a sentence: "it is there already", "utilities go to the last tiles".
 std::string reasonFor(const ArrangementScore& score, const ArrangementCandidate& candidate, const TileSlot& slot);
 
 } // namespace kova

@@ -36,8 +36,8 @@ WindowID AttachedDialogs::ownerOf(const WindowID& id) const {
     return dialog ? *dialog->parentID : id;
 }
 
-std::vector<AttachedDialogs::Move> AttachedDialogs::follow(const WindowID& windowID, const CGRect& frame,
-                                                           const CGRect& visibleArea) {
+std::vector<AttachedDialogs::Move> AttachedDialogs::moveWithWindow(const WindowID& windowID, const CGRect& frame,
+                                                                   const CGRect& visibleArea) {
     std::vector<Move> moves;
     for (ManagedWindow& dialog : dialogs_) {
         const auto place = places_.find(dialog.id);

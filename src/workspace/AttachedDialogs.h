@@ -15,8 +15,8 @@ namespace kova {
 
 class AttachedDialogs {
   public:
-    /// Removes the dialogs from a poll's windows and returns the other windows. A dialog that moved by itself gets its
-    /// new offset; moving its window does not change the offset.
+    /// Takes the dialogs out of a poll's windows and returns the other windows. If a dialog has moved since it was seen
+    /// or put somewhere last, its offset is measured again; a move of its window does not change the offset.
     std::vector<ManagedWindow> takeFrom(std::vector<ManagedWindow> found);
 
     const std::vector<ManagedWindow>& all() const { return dialogs_; }
@@ -29,15 +29,15 @@ class AttachedDialogs {
         ManagedWindow dialog;
         CGPoint origin{};
     };
-    /// The new origins of the window's dialogs when the window moves to `frame`. The dialogs move by the same amount,
-    /// but stay inside `visibleArea` as far as they fit. Records the new origins. Dialogs that need not move are left
+    /// Returns the new origins of the window's dialogs for the window's new `frame`, and records them. Dialogs move as
+    /// far as the window does, but stay inside `visibleArea` as far as they fit. Dialogs that need not move are left
     /// out.
-    std::vector<Move> follow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
+    std::vector<Move> moveWithWindow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:
     struct Place {
-        CGPoint offset{}; // from the window's origin, as the user or the application chose it
-        CGPoint origin{}; // where the dialog was seen or put last
+        CGPoint offset{}; // from the window's origin to the dialog's; only the user or the application changes it
+        CGPoint origin{}; // the dialog's origin as it was seen or requested last
     };
 
     std::vector<ManagedWindow> dialogs_;

@@ -55,7 +55,7 @@ void AwaitedWindows::beginScene(std::uint64_t undoNumber) {
     scene_.undoNumber = undoNumber;
 }
 
-/// Reports only a scene that still waits; the final report of any other scene was already published.
+/// Publishes the report only if the scene still waits for windows. Otherwise its final report is already published.
 void AwaitedWindows::abandonScene() {
     if (!scene_.pending.empty()) {
         scene_.report.state = SceneReport::State::abandoned;

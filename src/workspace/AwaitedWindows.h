@@ -1,7 +1,7 @@
-// Awaited windows of three kinds: of applications launched into a tile, of an opened scene, and of launched
-// applications that have no window yet. Each kind has its own timeout. A suspension does not count toward a
-// timeout. Always true: a tile waits for at most one launch; launches are published; a scene launches an application at
-// most once, and does not move a window that the user has moved since the scene was opened.
+// Holds what is awaited: windows of applications that were launched into a tile, windows of an opened scene, and the
+// first window of each launched application. Each kind has its own timeout, which a suspension extends. Always true: a
+// tile waits for at most one launch. Launches are published. A scene launches an application at most once, and does not
+// move a window that the user has moved since the scene was opened.
 #pragma once
 
 #include "layout/TileTarget.h"
@@ -31,13 +31,14 @@ class AwaitedWindows {
 
     AwaitedWindows(PublishedLaunches& launches, PublishedReport& report) : published_(launches), report_(report) {}
 
-    // Launches into tiles
+    // Windows of applications launched into tiles
     const Launches& launches() const { return launches_; }
-    /// Replaces the launch for which the tile waits. `now` is an uptime.
+    /// The tile waits for a window of the application, and no longer for an earlier launch. `now` is an uptime.
     void awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID, const SlotID& slotID,
                      Seconds now);
-    /// Reports the result of a launch. `requestedTile` is the tile as it was named when the launch began. Ignored if
-    /// another launch into that tile has begun since.
+    /// Records the process of a launch, or drops the launch if it failed. `requestedTile` is the tile for which
+    /// `awaitLaunch` was called; the id of its display may have changed since. No-op if the tile now waits for another
+    /// application.
     void noteLaunched(const TileTarget& requestedTile, const std::string& identifier, const LaunchResult& result);
     void dropLaunch(const TileTarget& tile);
     void dropLaunches();
@@ -47,17 +48,18 @@ class AwaitedWindows {
         expected_.forgetApplicationsWithWindows(poll.windows);
     }
 
-    // A scene
+    // Windows of the opened scene
     const SceneRestoration& scene() const { return scene_; }
     /// Abandons the former scene. `undoNumber` is the number of the new scene's entry in the undo history.
     void beginScene(std::uint64_t undoNumber);
     void abandonScene();
-    /// Reports the window of a placement whose tile is missing in the layout in force.
+    /// Adds to the report a window whose tile is missing in the layout in force.
     void noteWithoutTile(const WorkspaceWindowReference& window);
-    /// Reports a window that was open already.
+    /// Adds to the report a window that was open before the scene.
     void noteAdopted(const ManagedWindow& window);
     void awaitForScene(PendingSceneWindowPlacement placement);
-    /// False if the scene has launched the application already. `now` is an uptime.
+    /// Records that the scene launches the application. False if the scene has launched it already; then it must not be
+    /// launched again. `now` is an uptime.
     [[nodiscard]] bool noteSceneLaunch(const BundleID& bundleID, const std::string& name, Seconds now);
     /// Records the stack positions of restored windows.
     void noteRestored(const std::vector<RestoredPlacement>& placements);
@@ -70,7 +72,8 @@ class AwaitedWindows {
         std::vector<RestoredPlacement> found; // in the order of the stacks
         std::size_t expired = 0;
     };
-    /// Takes the placements whose window was found and those that have expired by `now` (uptime).
+    /// Removes the pending placements for which `find` returns a window, and those that have expired by `now` (uptime).
+    /// Returns the found windows and the number of expired placements.
     [[nodiscard]] TakenForScene takeForScene(Seconds now, const FindForScene& find);
     /// Publishes the report: finished if nothing is pending, else waiting.
     void publishReport();
@@ -79,15 +82,16 @@ class AwaitedWindows {
     /// The user has moved the window: the scene no longer moves it.
     void noteMovedByUser(const WindowID& windowID);
 
-    // Applications that may still show a window by themselves
+    // Launched applications that have no window yet
     const ExpectedApplications& expected() const { return expected_; }
-    /// The launch of a scene's application has worked; see `ExpectedApplications::noteStarted`.
+    /// The launched application has started; see `ExpectedApplications::noteStarted`.
     void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity) {
         expected_.noteStarted(bundleID, process, std::move(startIdentity));
     }
+    /// The launch has failed.
     void noteNotStarted(const BundleID& bundleID) { expected_.forget(bundleID); }
 
-    /// Extends all deadlines by the time in which no window could be placed.
+    /// Extends all deadlines by the duration of a suspension.
     void postpone(Seconds duration);
     /// Whether a launch or a placement is pending, so that polls must continue until its deadline.
     bool isWaiting() const { return !launches_.empty() || !scene_.pending.empty(); }

@@ -1,6 +1,7 @@
-// The windows that displays had when they were disconnected, so that every window returns to its slot with its display.
-// Also used for layouts that a display cannot show for a while, because it has another size. Always true: a window is
-// remembered for at most one display, the first that was disconnected.
+// Remembers the windows that displays had when they were disconnected, so that every window returns to its tile when
+// its display is connected again. Another object of this class remembers the windows of layouts that a display cannot
+// show for a while, because it has another size. Always true: a window is remembered for at most one display, the first
+// that was disconnected.
 #pragma once
 
 #include "workspace/TileAssignments.h"
@@ -15,11 +16,12 @@ namespace kova {
 
 struct ReturnedWindows {
     TileAssignments assignments;
-    std::vector<WindowID> returnedFronts;  // front windows again, after they had lost their tiles
-    std::vector<WindowID> returnedWaiting; // now stacked in a tile in which they were not stacked before
+    std::vector<WindowID> returnedFronts;  // became front windows of tiles in which they were not in front before
+    std::vector<WindowID> returnedStacked; // became stacked in tiles in which they were not stacked before
 };
-/// Puts the windows of `held` back into their tiles, in front of windows placed there since.
-ReturnedWindows withRememberedWindows(const TileAssignments& held, TileAssignments assignments);
+/// Adds the windows of `remembered` to `assignments`, in their former tiles. Windows that were placed there meanwhile
+/// are stacked behind them.
+ReturnedWindows withRememberedWindows(const TileAssignments& remembered, TileAssignments assignments);
 
 struct AbsenceKey {
     DisplayID displayID;
@@ -29,32 +31,32 @@ struct AbsenceKey {
 
 class DisplayAbsence {
   public:
-    /// Remembers the windows on the key's display, except those that belong to another disconnected display.
-    void leave(const AbsenceKey& key, const TileAssignments& assignments);
+    /// Remembers the windows on the key's display, except those that are remembered already for another key.
+    void remember(const AbsenceKey& key, const TileAssignments& assignments);
 
-    using Return = ReturnedWindows;
-    /// Restores every remembered window to its tile, in front of windows placed there in the meantime.
-    Return returnWindows(const AbsenceKey& key, TileAssignments assignments);
-    bool holds(const AbsenceKey& key) const { return heldTiles_.contains(key); }
+    /// Adds the windows of the key to the assignments, as `withRememberedWindows` says, and forgets the key.
+    ReturnedWindows returnWindows(const AbsenceKey& key, TileAssignments assignments);
+    bool remembers(const AbsenceKey& key) const { return rememberedTiles_.contains(key); }
 
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const;
-    /// Forgets the window, which the user has moved.
+    /// Call when the user has moved the window.
     void forget(const WindowID& windowID);
-    void forgetAll() { heldTiles_.clear(); }
+    void forgetAll() { rememberedTiles_.clear(); }
     void forgetDisplay(const DisplayID& displayID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
-    /// After an undo: replaces the remembered windows by those that the restored assignments have on these displays.
-    void restate(const TileAssignments& assignments);
+    /// Call after an undo. If the restored assignments have windows on a remembered display, these windows replace the
+    /// remembered ones.
+    void replaceRemembered(const TileAssignments& assignments);
 
-    const std::map<AbsenceKey, TileAssignments>& heldTiles() const { return heldTiles_; }
-    void restore(std::map<AbsenceKey, TileAssignments> tiles) { heldTiles_ = std::move(tiles); }
+    const std::map<AbsenceKey, TileAssignments>& rememberedTiles() const { return rememberedTiles_; }
+    void restore(std::map<AbsenceKey, TileAssignments> tiles) { rememberedTiles_ = std::move(tiles); }
 
   private:
     void dropEmpty();
 
-    std::map<AbsenceKey, TileAssignments> heldTiles_;
+    std::map<AbsenceKey, TileAssignments> rememberedTiles_;
 };
 
 } // namespace kova

@@ -42,21 +42,22 @@ void DisplayChanges::screensChanged() {
     readScreens();
     geometry_.layouts().invalidateAll();
     displays_.noteStranded(before, idsOf(*state_.screens), liveWindows_.all(), assignments_);
-    const bool keepsFocusMode = isBesideFocusMode(before);
-    // The zoomed frame belongs to the former display; the restored windows must be visible on the present ones.
+    const bool keepsFocusMode = mayKeepFocusMode(before);
+    // The zoomed window fills a display that has changed. Focus mode ends, so that all windows are placed on the
+    // present displays.
     if (access_.isRunning() && !keepsFocusMode) steps_.closeFocusMode();
     recordConnectedAndDisconnected(idsOf(before));
     cancelUnreachablePlacements();
     displays_.beginSettling();
     if (!access_.mayMoveWindows()) return;
-    settleOnDisplays();
-    if (keepsFocusMode) keepFramesBesideFocusMode();
+    adaptToDisplays();
+    if (keepsFocusMode) keepFramesAfterFocusMode();
     refreshCycle_.refresh();
 }
 
-/// Whether the change leaves focus mode alone: only visible frames of displays without the zoomed window have changed,
-/// for example because of a panel, and those displays keep their layouts.
-bool DisplayChanges::isBesideFocusMode(const std::vector<Screen>& before) const {
+/// Whether focus mode can go on: the only change is that displays without the zoomed window have another visible frame,
+/// for example because of a panel, and these displays keep their layouts.
+bool DisplayChanges::mayKeepFocusMode(const std::vector<Screen>& before) const {
     if (!focusMode_.isOn()) return false;
     const auto& now = *state_.screens;
     return std::equal(before.begin(), before.end(), now.begin(), now.end(), [this](const Screen& a, const Screen& b) {
@@ -68,7 +69,9 @@ bool DisplayChanges::isBesideFocusMode(const std::vector<Screen>& before) const 
     });
 }
 
-void DisplayChanges::keepFramesBesideFocusMode() {
+/// Changes the snapshot that the end of focus mode restores, so that windows on displays without the zoomed window keep
+/// their new frames.
+void DisplayChanges::keepFramesAfterFocusMode() {
     WorkspaceUndoSnapshot* before = focusMode_.snapshot();
     if (!before) return;
     for (const auto& screen : *state_.screens) {
@@ -77,7 +80,7 @@ void DisplayChanges::keepFramesBesideFocusMode() {
     }
 }
 
-/// Only records the change; the caller decides whether windows may be moved now.
+/// Only records the change and assigns tiles. Does not move windows, since that may not be allowed now.
 void DisplayChanges::recordConnectedAndDisconnected(const std::set<DisplayID>& before) {
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
@@ -88,10 +91,10 @@ void DisplayChanges::recordConnectedAndDisconnected(const std::set<DisplayID>& b
     });
     keeper_.commit(
         {.hasMovedTiles = true, .resetsLimits = true, .correctedDrift = kNoCorrection, .comparesTiles = false});
-    session_.noteChange(); // the record contains the disconnected displays
+    session_.noteChange(); // the session contains the disconnected displays
 }
 
-/// The display is named by its frame, which has changed.
+/// Call when a display that is named by its frame has got a new id, because its frame has changed.
 void DisplayChanges::displayHasNewID(const DisplayID& formerID, const DisplayID& newID) {
     renameDisplay_(formerID, newID);
     WorkspaceProfile profile = *state_.profile;
@@ -100,9 +103,9 @@ void DisplayChanges::displayHasNewID(const DisplayID& formerID, const DisplayID&
 }
 
 /// Adapts windows and layouts to the present displays.
-void DisplayChanges::settleOnDisplays() {
+void DisplayChanges::adaptToDisplays() {
     follower_.migrateChangedDisplays();
-    follower_.presentReturned();
+    follower_.presentReturnedWindows();
     returnStrandedFloats();
     keeper_.commit({.claimant = ""});
 }
@@ -116,70 +119,73 @@ void DisplayChanges::returnStrandedFloats() {
     }
 }
 
-/// Windows are moved to other displays only after their display was disconnected for the settle time.
+/// Called once the displays have not changed for the settle time. Moves the windows of disconnected displays to other
+/// displays. This does not happen earlier, since a display on standby may look disconnected for a moment.
 void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     const RequestBatch::Scope batch(requests_);
     displays_.forgetRecentlyDisconnected();
-    placeWindowsOfAbsentDisplays();
-    returnStrandedFloats(); // of displays that returned during a suspension
-    bringIntoSight();
+    placeWindowsOfDisconnectedDisplays();
+    returnStrandedFloats(); // a display may have returned during a suspension
+    moveIntoView();
 }
 
-/// Puts the front windows of disconnected displays into free tiles, preferably of the same slot, and stacks their
-/// stacked windows. No window is displaced. All return with their display. A display in focus mode gets no
-/// window until focus mode ends.
-void DisplayChanges::placeWindowsOfAbsentDisplays() {
+/// Puts the front windows of disconnected displays into free tiles, preferably of the same slot, and stacks the stacked
+/// windows there. No window is displaced. The moved windows return when their display is connected again. A display
+/// in focus mode gets no window until focus mode ends.
+void DisplayChanges::placeWindowsOfDisconnectedDisplays() {
     if (pointer_.isPausingPolls()) return displays_.beginSettling(); // tries again after the drag
-    const auto fronts = placeFrontsOfAbsentDisplays();
-    const auto waiting = restackWindowsOfAbsentDisplays();
+    const auto fronts = placeFrontsOfDisconnectedDisplays();
+    const auto stacked = restackWindowsOfDisconnectedDisplays();
     if (focusMode_.isOn()) {
-        displays_.noteHeldBackByZoom(!displays_.absentDisplays().empty());
-        keepBesideFocusMode(fronts, waiting);
+        displays_.noteKeptOutByFocusMode(!displays_.disconnectedDisplays().empty());
+        keepTilesAfterFocusMode(fronts, stacked);
     }
-    if (!fronts.empty() || !waiting.empty()) keeper_.commit({});
+    if (!fronts.empty() || !stacked.empty()) keeper_.commit({});
 }
 
-/// Moves windows without a tile onto a connected display. A window may be outside all displays if no tile was free, or
-/// if it floated on a disconnected display.
-void DisplayChanges::bringIntoSight() {
+/// Moves windows that have no tile and are not in view onto a connected display. Such a window was in a tile of a
+/// disconnected display and no other tile was free, or it floated on a disconnected display.
+void DisplayChanges::moveIntoView() {
     if (pointer_.isPausingPolls() || state_.screens->empty()) return;
     const double top = geometry_.firstScreenMaxY();
     for (const ManagedWindow& live : std::vector(liveWindows_.all())) {
         const auto tile = assignments_.targetOf(live.id);
         const bool hasTile = tile && geometry_.screenOfTarget(*tile);
         if (hasTile || !live.isVisible || !live.frame || presenter_.isLeftAlone(live)) continue;
-        const CGRect onScreen = flipped(*live.frame, top);
-        const CGRect visible = flipped(screenNearest(*state_.screens, onScreen)->visibleFrame, top);
-        const bool isInSight = displays_.belongsToDisconnectedDisplay(live.id)
-                                   ? containsWithin(visible, *live.frame, 0)
-                                   : isMiddleShown(*state_.screens, onScreen);
-        const CGRect inSight = isInSight ? *live.frame : movedIntoArea(*live.frame, visible);
-        if (!isInSight) presenter_.writeFrame(live, inSight, AccessibilityWindowService::BringToFront::no);
-        displays_.settleStranded(live.id, inSight);
+        const CGRect frameOnScreen = flipped(*live.frame, top);
+        const CGRect visible = flipped(screenNearest(*state_.screens, frameOnScreen)->visibleFrame, top);
+        const bool isInView = displays_.belongsToDisconnectedDisplay(live.id)
+                                  ? containsWithin(visible, *live.frame, 0)
+                                  : isMiddleShown(*state_.screens, frameOnScreen);
+        const CGRect newFrame = isInView ? *live.frame : movedIntoArea(*live.frame, visible);
+        if (!isInView) presenter_.writeFrame(live, newFrame, AccessibilityWindowService::BringToFront::no);
+        displays_.settleStranded(live.id, newFrame);
     }
 }
 
-bool DisplayChanges::isZoomedOver(const WorkspaceTile& tile) const {
+bool DisplayChanges::isOnZoomedDisplay(const WorkspaceTile& tile) const {
     return focusMode_.ownsDisplay(tile.displayID);
 }
 
-/// Returns the windows that were placed.
-std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
+/// Places the front windows of disconnected displays in free tiles. Returns the windows that were placed.
+std::vector<WindowID> DisplayChanges::placeFrontsOfDisconnectedDisplays() {
     const auto isFree = [this](const WorkspaceTile& tile) {
-        return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
+        return !tile.windowID && tile.stack.empty() && !isOnZoomedDisplay(tile);
     };
-    std::vector<std::pair<SlotID, WindowID>> displaced;
-    for (const auto& [absent, held] : displays_.absentDisplays()) {
-        for (const auto& [target, windowID] : held.assignedWindowIDs) {
+    std::vector<std::pair<SlotID, WindowID>> frontsWithoutTile; // with the slots that they had
+    for (const auto& [key, remembered] : displays_.disconnectedDisplays()) {
+        for (const auto& [target, windowID] : remembered.assignedWindowIDs) {
             auto now = assignments_.targetOf(windowID);
             if (!now) now = assignments_.stackTargetOf(windowID);
-            const bool hasTile = (now && geometry_.screenOfTarget(*now)) || held.targetOf(windowID) != target;
-            if (target.display == absent.displayID && !hasTile) displaced.emplace_back(target.slot, windowID);
+            const bool hasTile = now && geometry_.screenOfTarget(*now);
+            const bool isAnchor = remembered.targetOf(windowID) == target; // lists a spanning window only once
+            if (target.display == key.displayID && isAnchor && !hasTile)
+                frontsWithoutTile.emplace_back(target.slot, windowID);
         }
     }
     std::vector<WindowID> placed;
-    for (const auto& [slotID, windowID] : displaced) {
+    for (const auto& [slotID, windowID] : frontsWithoutTile) {
         const ManagedWindow* live = liveWindows_.find(windowID);
         if (!live || !live->isVisible || presenter_.isLeftAlone(*live)) continue;
         const ManagedWindow window = *live;
@@ -189,7 +195,7 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
             const bool isSameSlot = tile.slot.id == slotID;
             if (!isFree(tile) || (chosen && (hasSameSlot || !isSameSlot))) continue;
             auto covering = geometry_.coveringFor(window, tile.target);
-            if (!covering || covering->targets.size() > 1) continue; // the window would need tiles of other windows
+            if (!covering || covering->targets.size() > 1) continue; // the window needs more than one tile
             chosen = std::move(covering);
             hasSameSlot = isSameSlot;
         }
@@ -200,42 +206,44 @@ std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
     return placed;
 }
 
-/// Stacks the stacked windows of disconnected displays again. Their new tile is that of their former front window. If
-/// that window has none, another occupied tile is used, preferably one of the same slot. Returns the stacked windows.
-std::vector<WindowID> DisplayChanges::restackWindowsOfAbsentDisplays() {
-    std::vector<WindowID> taken;
-    for (const auto& [absent, held] : displays_.absentDisplays()) {
-        for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
-            const auto front = held.assignedWindowIDs.find(home);
-            std::optional<TileTarget> there;
-            if (front != held.assignedWindowIDs.end()) there = assignments_.targetOf(front->second);
-            if (!there || !geometry_.screenOfTarget(*there)) {
-                there.reset();
+/// Stacks the stacked windows of disconnected displays in tiles of connected displays. Their new tile is the tile of
+/// their former front window. If that window has no tile, another occupied tile is used, preferably one with the same
+/// slot. Returns the windows that were stacked.
+std::vector<WindowID> DisplayChanges::restackWindowsOfDisconnectedDisplays() {
+    std::vector<WindowID> stacked;
+    for (const auto& [key, remembered] : displays_.disconnectedDisplays()) {
+        for (const auto& [formerTile, stack] : remembered.stackWindowIDsByTarget) {
+            const auto front = remembered.assignedWindowIDs.find(formerTile);
+            std::optional<TileTarget> newTile;
+            if (front != remembered.assignedWindowIDs.end()) newTile = assignments_.targetOf(front->second);
+            if (!newTile || !geometry_.screenOfTarget(*newTile)) {
+                newTile.reset();
                 for (const auto& tile : geometry_.tiles()) {
-                    if (!tile.windowID || isZoomedOver(tile)) continue;
-                    const bool hasSameSlot = home.display == absent.displayID && tile.slot.id == home.slot;
-                    if (!there || hasSameSlot) there = assignments_.targetOf(*tile.windowID);
+                    if (!tile.windowID || isOnZoomedDisplay(tile)) continue;
+                    const bool hasSameSlot = formerTile.display == key.displayID && tile.slot.id == formerTile.slot;
+                    if (!newTile || hasSameSlot) newTile = assignments_.targetOf(*tile.windowID);
                     if (hasSameSlot) break;
                 }
             }
-            if (!there) continue;
+            if (!newTile) continue;
             for (const auto& member : stack) {
                 const auto now = assignments_.stackTargetOf(member);
                 if (!now || geometry_.screenOfTarget(*now) || assignments_.isAssigned(member)) continue;
-                assignments_.insertIntoStack(*there, member, TileAssignments::StackPosition::behind);
-                taken.push_back(member);
+                assignments_.insertIntoStack(*newTile, member, TileAssignments::StackPosition::behind);
+                stacked.push_back(member);
             }
         }
     }
-    return taken;
+    return stacked;
 }
 
-/// The end of focus mode must not undo changes on other displays.
-void DisplayChanges::keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting) {
+/// Adds the placed windows to the snapshot that the end of focus mode restores, so that they keep their new tiles.
+void DisplayChanges::keepTilesAfterFocusMode(const std::vector<WindowID>& fronts,
+                                             const std::vector<WindowID>& stacked) {
     WorkspaceUndoSnapshot* snapshot = focusMode_.snapshot();
     if (!snapshot) return;
     for (const auto& id : fronts) snapshot->tiles.adopt(id, assignments_);
-    for (const auto& id : waiting) {
+    for (const auto& id : stacked) {
         if (const auto tile = assignments_.stackTargetOf(id)) {
             snapshot->tiles.insertIntoStack(*tile, id, TileAssignments::StackPosition::behind);
         }
@@ -245,8 +253,8 @@ void DisplayChanges::keepBesideFocusMode(const std::vector<WindowID>& fronts, co
     }
 }
 
-/// The desktop may move windows of a disconnected display to a connected one. The verification of a pending placement
-/// must not move such a window off the screen again.
+/// Cancels placements whose frame is on no display. The desktop may move windows of a disconnected display to a
+/// connected one, and the verification of a pending placement must not move such a window off the screen again.
 void DisplayChanges::cancelUnreachablePlacements() {
     windowService_.cancelPlacements([this](const CGRect& target) { return !geometry_.isOnSomeScreen(target); });
 }

@@ -1,4 +1,4 @@
-// Moves windows and layouts after displays were connected, disconnected or resized.
+// Moves windows to other tiles after displays were connected, disconnected or resized.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -36,20 +36,20 @@ class DisplayChanges {
     void readScreens();
     void screensChanged();
     void displayHasNewID(const DisplayID& formerID, const DisplayID& newID);
-    void settleOnDisplays();
+    void adaptToDisplays();
     void displaysSettled();
-    void placeWindowsOfAbsentDisplays();
+    void placeWindowsOfDisconnectedDisplays();
 
   private:
-    bool isBesideFocusMode(const std::vector<Screen>& before) const;
-    void keepFramesBesideFocusMode();
+    bool mayKeepFocusMode(const std::vector<Screen>& before) const;
+    void keepFramesAfterFocusMode();
     void recordConnectedAndDisconnected(const std::set<DisplayID>& before);
     void returnStrandedFloats();
-    void bringIntoSight();
-    bool isZoomedOver(const WorkspaceTile& tile) const;
-    std::vector<WindowID> placeFrontsOfAbsentDisplays();
-    std::vector<WindowID> restackWindowsOfAbsentDisplays();
-    void keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
+    void moveIntoView();
+    bool isOnZoomedDisplay(const WorkspaceTile& tile) const;
+    std::vector<WindowID> placeFrontsOfDisconnectedDisplays();
+    std::vector<WindowID> restackWindowsOfDisconnectedDisplays();
+    void keepTilesAfterFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& stacked);
     void cancelUnreachablePlacements();
 
     const WorkspaceServices& services_;

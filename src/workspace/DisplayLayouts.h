@@ -11,22 +11,24 @@
 
 namespace kova {
 
-/// The layout that is selected for the display: the chosen one, the one for the display's class if the selection is
-/// `automatic`, or the profile's own layout without a selection.
+/// The id of the layout that is selected for the display: the chosen layout or, if the selection is `automatic`, the
+/// layout for the display's class. Without a selection, and for a display of the standard class, it is the layout that
+/// the profile has for all displays.
 const std::string& resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen);
 
 class DisplayLayouts {
   public:
-    /// The definition in force, weights applied. The catalogue's first layout replaces an id that is not in it.
+    /// The layout in force with the weights in force. If the catalogue lacks the selected layout, its first layout is
+    /// used.
     const LayoutDefinition& resolve(const Screen& screen, const WorkspaceProfile& profile,
                                     const std::vector<LayoutDefinition>& catalogue);
-    /// The id of the definition in force.
+    /// The id of the layout in force.
     const std::string& layoutID(const Screen& screen, const WorkspaceProfile& profile,
                                 const std::vector<LayoutDefinition>& catalogue);
     /// The tiles on the screen's visible frame, in layout space.
     const SolvedLayout& solve(const Screen& screen, const WorkspaceProfile& profile,
                               const std::vector<LayoutDefinition>& catalogue, const TileMinimumSizes& minimumSizes);
-    /// Replaces the profile's weights while a divider is dragged.
+    /// Sets weights that replace the profile's weights while a divider is dragged.
     void setTransientWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     void clearTransientWeights(const DisplayID& displayID);
     void clearAllTransientWeights();
@@ -46,7 +48,7 @@ class DisplayLayouts {
     struct Entry {
         ResolvedKey resolvedKey;
         LayoutDefinition definition;
-        bool hasFormerSlots = false; // true if the definition's slots were computed for other weights
+        bool hasFormerSlots = false; // true if the slots of `definition` were computed for other weights
         SolvedKey solvedKey;
         bool isSolved = false;
         LayoutSolver solver;

@@ -1,7 +1,7 @@
 #include "workspace/DisplayMemory.h"
 
 #include "layout/WorkspaceProfile.h"
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 #include "workspace/Renaming.h"
 
 #include <algorithm>
@@ -10,21 +10,22 @@ namespace kova {
 
 namespace {
 
-/// Puts the hidden windows of `held` that have no tile now into free tiles of `held`. A window gets its former tile if
-/// that tile is free. Returns the ids of these windows.
-std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
-                                        const std::function<bool(const WindowID& windowID)>& isPutAway) {
+/// Takes the windows that were front windows in `before`, and that KOVA has minimized and that have no tile now. Puts
+/// them into free tiles of `before`, each into its former tile if that tile is free. Returns the windows that got a
+/// tile.
+std::vector<WindowID> returnToFreeTiles(const TileAssignments& before, TileAssignments& assignments,
+                                        const std::function<bool(const WindowID& windowID)>& isMinimizedByKova) {
     std::vector<WindowID> returned;
-    const auto& tiles = held.assignedWindowIDs;
+    const auto& tiles = before.assignedWindowIDs;
     const auto isFree = [&](const auto& tile) { return !assignments.assignedWindowIDs.contains(tile.first); };
-    for (const bool mustBeItsOwn : {true, false}) {
-        for (auto own = tiles.begin(); own != tiles.end(); ++own) {
-            if (!isPutAway(own->second) || assignments.isInAnyTile(own->second)) continue;
-            const auto tile = mustBeItsOwn ? own : std::find_if(tiles.begin(), tiles.end(), isFree);
+    for (const bool mustBeFormerTile : {true, false}) {
+        for (auto formerTile = tiles.begin(); formerTile != tiles.end(); ++formerTile) {
+            if (!isMinimizedByKova(formerTile->second) || assignments.isInAnyTile(formerTile->second)) continue;
+            const auto tile = mustBeFormerTile ? formerTile : std::find_if(tiles.begin(), tiles.end(), isFree);
             if (tile == tiles.end() || !isFree(*tile)) continue;
-            assignments.insertIntoStack(tile->first, own->second, TileAssignments::StackPosition::front);
-            (void)assignments.assign(own->second, {tile->first}); // the tile is free: no window is displaced
-            returned.push_back(own->second);
+            assignments.insertIntoStack(tile->first, formerTile->second, TileAssignments::StackPosition::front);
+            (void)assignments.assign(formerTile->second, {tile->first}); // the tile is free: no window is displaced
+            returned.push_back(formerTile->second);
         }
     }
     return returned;
@@ -40,16 +41,16 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
                                                                   TileAssignments& assignments) {
     for (const auto& id : before) {
         if (now.contains(id)) continue;
-        absence_.leave({id}, assignments);
+        absence_.remember({id}, assignments);
         if (isNamedByFrame(id)) recentlyDisconnected_.insert(id);
     }
     std::set<DisplayID> unknown;
     for (const auto& id : now) {
         if (before.contains(id)) continue;
-        const bool isKnown = recentlyDisconnected_.erase(id) > 0 || absence_.holds({id}) ||
+        const bool isKnown = recentlyDisconnected_.erase(id) > 0 || absence_.remembers({id}) ||
                              assignments.onDisplay(id) != TileAssignments{};
         if (isKnown) {
-            takeBack(absence_, {id}, assignments);
+            returnWindows(absence_, {id}, assignments);
         } else {
             unknown.insert(id);
         }
@@ -57,46 +58,47 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
     std::vector<Renaming> renamings;
     for (const auto& [formerID, newID] : matchRenamedDisplays(recentlyDisconnected_, unknown)) {
         recentlyDisconnected_.erase(formerID);
-        takeBack(absence_, {formerID}, assignments);
+        returnWindows(absence_, {formerID}, assignments);
         renamings.push_back({formerID, newID});
     }
     return renamings;
 }
 
-void DisplayMemory::leaveDisplay(const DisplayID& displayID, const TileAssignments& assignments) {
-    absence_.leave({displayID}, assignments);
+void DisplayMemory::rememberDisplay(const DisplayID& displayID, const TileAssignments& assignments) {
+    absence_.remember({displayID}, assignments);
 }
 
-void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected) {
+void DisplayMemory::rememberDisconnectedDisplays(const TileAssignments& assignments,
+                                                 const std::set<DisplayID>& connected) {
     std::set<DisplayID> absent;
     for (const auto& [target, window] : assignments.assignedWindowIDs) {
         const DisplayID& id = target.display;
         if (!connected.contains(id)) absent.insert(id);
     }
     for (const auto& id : absent) {
-        if (!absence_.holds({id})) absence_.leave({id}, assignments);
+        if (!absence_.remembers({id})) absence_.remember({id}, assignments);
     }
 }
 
-void DisplayMemory::takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments) {
-    takeBack(absence_, {displayID}, assignments);
+void DisplayMemory::returnWindowsToDisplay(const DisplayID& displayID, TileAssignments& assignments) {
+    returnWindows(absence_, {displayID}, assignments);
 }
 
-void DisplayMemory::takeBack(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments) {
-    if (!absence.holds(key)) return;
-    auto back = absence.returnWindows(key, std::move(assignments));
-    assignments = std::move(back.assignments);
-    noteReturned(back.returnedFronts, back.returnedWaiting);
+void DisplayMemory::returnWindows(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments) {
+    if (!absence.remembers(key)) return;
+    auto returned = absence.returnWindows(key, std::move(assignments));
+    assignments = std::move(returned.assignments);
+    noteWindowsToPresent(returned.returnedFronts, returned.returnedStacked);
 }
 
-void DisplayMemory::leaveLayout(const DisplayID& displayID, const std::string& layoutID,
-                                const TileAssignments& assignments) {
-    formerLayouts_.leave({displayID, layoutID}, assignments);
+void DisplayMemory::rememberLayout(const DisplayID& displayID, const std::string& layoutID,
+                                   const TileAssignments& assignments) {
+    formerLayouts_.remember({displayID, layoutID}, assignments);
 }
 
-void DisplayMemory::takeBackLayout(const DisplayID& displayID, const std::string& layoutID,
-                                   TileAssignments& assignments) {
-    takeBack(formerLayouts_, {displayID, layoutID}, assignments);
+void DisplayMemory::returnWindowsToLayout(const DisplayID& displayID, const std::string& layoutID,
+                                          TileAssignments& assignments) {
+    returnWindows(formerLayouts_, {displayID, layoutID}, assignments);
 }
 
 void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
@@ -105,27 +107,28 @@ void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
 }
 
 void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
-    if (absence_.heldTiles().empty() || beforeArrangement_ != TileAssignments{}) return;
+    if (absence_.rememberedTiles().empty() || beforeArrangement_ != TileAssignments{}) return;
     beforeArrangement_ = assignments;
     for (const auto& window : assignments.windows()) {
         if (absence_.belongsToDisconnectedDisplay(window)) beforeArrangement_.remove(window);
     }
 }
 
-void DisplayMemory::returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
-                                                 const std::function<bool(const WindowID& windowID)>& isPutAway) {
-    if (!absence_.heldTiles().empty()) return;
-    TileAssignments held = std::exchange(beforeArrangement_, {});
-    std::erase_if(held.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
-    noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
+void DisplayMemory::returnDisplacedByArrangement(
+    TileAssignments& assignments, const std::set<DisplayID>& connected,
+    const std::function<bool(const WindowID& windowID)>& isMinimizedByKova) {
+    if (!absence_.rememberedTiles().empty()) return;
+    TileAssignments before = std::exchange(beforeArrangement_, {});
+    std::erase_if(before.assignedWindowIDs, [&](const auto& tile) { return !connected.contains(tile.first.display); });
+    noteWindowsToPresent(returnToFreeTiles(before, assignments, isMinimizedByKova), {});
 }
 
-void DisplayMemory::noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting) {
-    windowsToShow_.insert(fronts.begin(), fronts.end());
-    windowsToHide_.insert(waiting.begin(), waiting.end());
+void DisplayMemory::noteWindowsToPresent(const std::vector<WindowID>& toShow, const std::vector<WindowID>& toHide) {
+    windowsToShow_.insert(toShow.begin(), toShow.end());
+    windowsToHide_.insert(toHide.begin(), toHide.end());
 }
 
-DisplayMemory::Returned DisplayMemory::takeReturned() {
+DisplayMemory::WindowsToPresent DisplayMemory::takeWindowsToPresent() {
     return {std::exchange(windowsToShow_, {}), std::exchange(windowsToHide_, {})};
 }
 
@@ -143,10 +146,10 @@ bool DisplayMemory::noteShown(const DisplayID& displayID, const std::string& lay
 }
 
 void DisplayMemory::carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID) {
-    const bool hasItsOwn = profile.layoutSelectionsByDisplay.contains(newID);
+    const bool hasOwnLayout = profile.layoutSelectionsByDisplay.contains(newID);
     copyDisplay(profile, formerID, newID);
     if (inheritedLayouts_.erase(formerID) > 0) eraseDisplay(profile, formerID);
-    if (!hasItsOwn) inheritedLayouts_.insert(newID);
+    if (!hasOwnLayout) inheritedLayouts_.insert(newID);
 }
 
 void DisplayMemory::beginSettling() {

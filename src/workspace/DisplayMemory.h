@@ -1,8 +1,8 @@
 // Remembers the windows of disconnected displays. If an arrangement puts these windows on connected displays, the
-// assignments before that arrangement are remembered. For each display this object also remembers the layout shown
-// last, and the windows in the layouts that the display had at other sizes. Always true: a window is
-// remembered for at most one disconnected display; displays count as changing until they have not changed for
-// `kSettleTime`, since a display on standby may look disconnected.
+// assignments before that arrangement are remembered as well. For each display, this object also remembers the layout
+// that was shown last, and the windows in the layouts that the display had at other sizes. Always true: a window is
+// remembered for at most one disconnected display. Displays count as changing until they have not changed for
+// `kSettleTime`, since a display on standby may look disconnected for a moment.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -35,33 +35,38 @@ class DisplayMemory : public PartWithoutPolls {
         DisplayID formerID;
         DisplayID newID;
     };
-    /// Records the windows of disconnected displays, and returns windows to displays that were connected again. The
-    /// result lists the displays that only changed their id; the caller renames these displays everywhere.
+    /// Call when the set of connected displays has changed from `before` to `now`. Remembers the windows of displays
+    /// that were disconnected. Puts windows back into the tiles of displays that were connected again. The result lists
+    /// the displays of which only the id has changed; the caller renames these displays everywhere.
     [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<DisplayID>& before, const std::set<DisplayID>& now,
                                                       TileAssignments& assignments);
     /// Remembers the windows assigned to the display.
-    void leaveDisplay(const DisplayID& displayID, const TileAssignments& assignments);
-    /// Remembers the windows of every disconnected display that has assignments and no record yet.
-    void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected);
-    void takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments);
-    bool holdsDisplay(const DisplayID& displayID) const { return absence_.holds({displayID}); }
-    /// True if the window belongs to a disconnected display.
+    void rememberDisplay(const DisplayID& displayID, const TileAssignments& assignments);
+    /// Remembers the windows of every disconnected display that has front windows and is not remembered yet.
+    void rememberDisconnectedDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected);
+    /// Puts the remembered windows of the display back into its tiles, and forgets them.
+    void returnWindowsToDisplay(const DisplayID& displayID, TileAssignments& assignments);
+    bool remembersDisplay(const DisplayID& displayID) const { return absence_.remembers({displayID}); }
     bool belongsToDisconnectedDisplay(const WindowID& windowID) const {
         return absence_.belongsToDisconnectedDisplay(windowID);
     }
-    /// By the id of the display.
-    const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.heldTiles(); }
-    void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
-    /// After an undo: replaces the remembered windows by those of the restored assignments.
-    void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
+    /// The remembered windows of each disconnected display. The layout id of each key is empty.
+    const std::map<AbsenceKey, TileAssignments>& disconnectedDisplays() const { return absence_.rememberedTiles(); }
+    void restoreDisconnectedDisplays(std::map<AbsenceKey, TileAssignments> tiles) {
+        absence_.restore(std::move(tiles));
+    }
+    /// See `DisplayAbsence::replaceRemembered`.
+    void replaceRemembered(const TileAssignments& assignments) { absence_.replaceRemembered(assignments); }
 
-    /// Call before an arrangement puts windows of disconnected displays into tiles of connected ones.
+    /// Call before every arrangement. Records the assignments if a display is disconnected and none are recorded yet.
     void noteArrangement(const TileAssignments& assignments);
-    /// Reverts such an arrangement once all displays are connected. A hidden window that lost its tile and has none now
-    /// returns to that tile, or to another free tile that had a window before the arrangement.
+    /// Once all displays are connected, gives tiles to the recorded windows that KOVA has minimized and that have no
+    /// tile now. Such a window returns to its recorded tile or, if that tile is taken, to another free tile of the
+    /// record.
     void returnDisplacedByArrangement(TileAssignments& assignments, const std::set<DisplayID>& connected,
-                                      const std::function<bool(const WindowID& windowID)>& isPutAway);
-    /// Windows without a tile; see `StrandedFloats::rememberDisconnected`, `settle` and `takeReturned`.
+                                      const std::function<bool(const WindowID& windowID)>& isMinimizedByKova);
+    /// The next three are for windows without a tile; see `StrandedFloats::rememberDisconnected`, `settle` and
+    /// `takeReturned`.
     void noteStranded(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                       const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
         strandedFloats_.rememberDisconnected(before, connected, live, tiles);
@@ -73,43 +78,50 @@ class DisplayMemory : public PartWithoutPolls {
         return strandedFloats_.takeReturned(connected, live, tiles);
     }
 
-    /// Remembers the windows of a layout that the display leaves because its size has changed.
-    void leaveLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
-    void takeBackLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
-    /// Forgets the former layouts of a display. Call when the user has chosen a layout for that display.
+    /// Remembers the windows of a layout that the display no longer shows because its size has changed.
+    void rememberLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
+    /// Puts the remembered windows of the layout back into its tiles, and forgets them.
+    void returnWindowsToLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
+    /// Forgets the windows that the display had in former layouts and before an arrangement. Call when the user has
+    /// chosen a layout for the display.
     void forgetLayouts(const DisplayID& displayID);
 
-    /// Records windows that have their tiles again and must be shown, and windows that are stacked again and must be
-    /// hidden; `takeReturned` returns and forgets them.
-    void noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
-    bool hasReturned() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
-    struct Returned {
-        std::set<WindowID> fronts;
-        std::set<WindowID> waiting;
+    /// Records front windows that must be shown, and stacked windows that must be hidden, because their tiles have
+    /// changed. `takeWindowsToPresent` returns and forgets them.
+    void noteWindowsToPresent(const std::vector<WindowID>& toShow, const std::vector<WindowID>& toHide);
+    bool hasWindowsToPresent() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
+    struct WindowsToPresent {
+        std::set<WindowID> toShow;
+        std::set<WindowID> toHide;
     };
-    Returned takeReturned();
+    WindowsToPresent takeWindowsToPresent();
 
     /// Null for a display without a record.
     const ShownLayout* shown(const DisplayID& displayID) const;
-    /// Records the tiles of the display. Returns whether they differ from those of the last call.
+    /// Records the layout and the tiles that the display shows. Returns whether they differ from those recorded before;
+    /// false for a display without a record.
     bool noteShown(const DisplayID& displayID, const std::string& layoutID, const SolvedLayout& solved);
-    /// Copies the chosen layout to the display's new id. The former id keeps the layout only if the user chose it for
-    /// that id.
+    /// Copies the chosen layout from the display's former id to its new id. The former id keeps the layout too, unless
+    /// it has only a copy that an earlier call made.
     void carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID);
 
     /// Restarts the settle time; `settled` is called at its end.
     void beginSettling();
-    /// Whether the window's display was disconnected within the settle time.
-    bool isAwaited(const WindowID& windowID) const { return isSettling() && belongsToDisconnectedDisplay(windowID); }
+    /// Whether the window's display is disconnected, but may return soon because the displays have not settled yet.
+    bool isWaitingForItsDisplay(const WindowID& windowID) const {
+        return isSettling() && belongsToDisconnectedDisplay(windowID);
+    }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
-    /// Displays that are connected later with another id are no longer matched to displays disconnected until now.
+    /// Call when the displays have settled. A display that is connected later is not matched to the displays that were
+    /// disconnected before.
     void forgetRecentlyDisconnected() { recentlyDisconnected_.clear(); }
 
-    /// Records whether focus mode kept windows of disconnected displays out of free tiles.
-    void noteHeldBackByZoom(bool isHeldBack) { isHeldBackByZoom_ = isHeldBack; }
-    bool takeHeldBackByZoom() { return std::exchange(isHeldBackByZoom_, false); }
+    /// Records whether focus mode kept windows of disconnected displays out of free tiles. If so, they are placed when
+    /// focus mode ends.
+    void noteKeptOutByFocusMode(bool areKeptOut) { areKeptOutByFocusMode_ = areKeptOut; }
+    bool takeKeptOutByFocusMode() { return std::exchange(areKeptOutByFocusMode_, false); }
 
-    /// Forgets the window, which the user has moved.
+    /// Call when the user has moved the window: it no longer returns to a display, a layout or a tile.
     void forget(const WindowID& windowID);
     void forgetAllWindows();
     void keepOnly(const std::set<WindowID>& windowIDs);
@@ -117,21 +129,21 @@ class DisplayMemory : public PartWithoutPolls {
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
-    void takeBack(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments);
+    void returnWindows(DisplayAbsence& absence, const AbsenceKey& key, TileAssignments& assignments);
 
     MainQueue& queue_;
     std::function<void()> settled_;
     DisplayAbsence absence_;
     DisplayAbsence formerLayouts_;      // by display and layout
-    TileAssignments beforeArrangement_; // before the first arrangement with a disconnected display
+    TileAssignments beforeArrangement_; // before the first arrangement while a display was disconnected
     StrandedFloats strandedFloats_;
     std::set<WindowID> windowsToShow_;
     std::set<WindowID> windowsToHide_;
     std::map<DisplayID, ShownLayout> shown_;   // also of disconnected displays
-    std::set<DisplayID> recentlyDisconnected_; // displays named by their frame that were disconnected
-    std::set<DisplayID> inheritedLayouts_;     // ids that have a copy of the former id's layout
+    std::set<DisplayID> recentlyDisconnected_; // only displays named by their frame; until displays settle
+    std::set<DisplayID> inheritedLayouts_;     // ids whose layout is a copy of their former id's layout
     Seconds settledAt_{0};
-    bool isHeldBackByZoom_ = false;
+    bool areKeptOutByFocusMode_ = false;
     Lifetime lifetime_;
 };
 

@@ -12,7 +12,7 @@ bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b)
 
 DividerDrag::DividerDrag(MainQueue& queue, std::function<void()> apply) : queue_(queue), apply_(std::move(apply)) {}
 
-bool DividerDrag::concerns(const DisplayLayoutDivider& divider) const {
+bool DividerDrag::isDragging(const DisplayLayoutDivider& divider) const {
     return active_ && isSameDivider(active_->target, divider);
 }
 
@@ -52,10 +52,10 @@ bool DividerDrag::takePendingTranslation() {
     if (!weights) return true;
     lastUpdateUptime_ = queue_.uptime();
     active_->overrides = active_->startingOverrides;
-    const bool isBack =
+    const bool isAtStart =
         std::equal(weights->begin(), weights->end(), divider.branchLengths.begin(), divider.branchLengths.end(),
                    [](double weight, double length) { return weight == std::max(length, kWeightFloor); });
-    if (!isBack) active_->overrides.splits[divider.splitID] = *weights;
+    if (!isAtStart) active_->overrides.splits[divider.splitID] = *weights;
     return true;
 }
 

@@ -1,5 +1,5 @@
-// The drag of a divider. Updates are applied at most 60 times a second, always with the newest translation. Main thread
-// only.
+// The drag of a divider. Its movements are applied at most 60 times a second, always with the newest translation. For
+// the main thread only.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -18,8 +18,8 @@ bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b)
 
 struct ActiveDividerDrag {
     DisplayLayoutDivider target;
-    LayoutWeightOverrides startingOverrides;
-    LayoutWeightOverrides overrides; // the weights at the present position of the drag
+    LayoutWeightOverrides startingOverrides; // the weights when the drag began
+    LayoutWeightOverrides overrides;         // the weights at the present position of the drag
     bool didChange() const { return overrides != startingOverrides; }
 };
 
@@ -27,19 +27,20 @@ class DividerDrag {
   public:
     static constexpr Seconds kUpdateInterval{1.0 / 60};
 
-    /// `apply` is called when a translation is due.
+    /// `apply` is called when the newest translation must be applied; it calls `takePendingTranslation`.
     DividerDrag(MainQueue& queue, std::function<void()> apply);
 
     const std::optional<ActiveDividerDrag>& active() const { return active_; }
     /// True while this divider is being dragged.
-    bool concerns(const DisplayLayoutDivider& divider) const;
+    bool isDragging(const DisplayLayoutDivider& divider) const;
 
     void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
-    /// `translationPoints` is the distance along the divider's axis from its position at the beginning of the drag.
+    /// Moves the divider. `translationPoints` is the distance along the divider's axis from its position at the
+    /// beginning of the drag.
     void update(double translationPoints);
-    /// Changes the weights by the pending translation; false if none is pending. The weights do not change if the
-    /// divider cannot move; at its starting position the divider gets its starting weights.
+    /// Changes the weights by the pending translation. False if no translation is pending. The weights do not change if
+    /// the divider cannot move. If the divider is back at its starting position, it gets its starting weights.
     bool takePendingTranslation();
     /// Ends the drag, cancels scheduled updates and returns the dragged divider.
     std::optional<ActiveDividerDrag> end();

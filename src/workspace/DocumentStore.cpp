@@ -17,7 +17,8 @@ namespace kova {
 
 namespace {
 
-/// Existing records take precedence; of several imported records with the same id the first one is used.
+/// The imported records whose id is not among the known records. Of several imported records with the same id, only the
+/// first is returned.
 template <class Record>
 std::vector<Record> newAmong(std::vector<Record> imported, const std::vector<Record>& known) {
     std::set<Uuid> ids;
@@ -77,9 +78,10 @@ void DocumentStore::saveWorkspaceDocument() {
                                    PreferenceData{encodeStoredDocument(workspaceDocument())});
 }
 
-/// Stores the document if it can be read back; otherwise changes nothing and returns the reason. A document may be
-/// too large already because the preference file was edited. Such a document may be changed, so that it can shrink.
-std::optional<DecodingError> DocumentStore::takeDocument(WorkspaceProductDocument next) {
+/// Stores the document. If the stored text could not be read again, for example because it is too large, this changes
+/// nothing and returns the reason. Exception: if the present document cannot be read again either, because the
+/// preference file was edited, every change is stored, so that the user can make the document smaller.
+std::optional<DecodingError> DocumentStore::storeDocument(WorkspaceProductDocument next) {
     std::string stored = encodeStoredDocument(next);
     if (auto reason = whyUnreadable(next, stored.size())) {
         const auto present = workspaceDocument();
@@ -93,7 +95,7 @@ std::optional<DecodingError> DocumentStore::takeDocument(WorkspaceProductDocumen
 }
 
 Outcome DocumentStore::changeDocument(WorkspaceProductDocument next) {
-    const auto reason = takeDocument(std::move(next));
+    const auto reason = storeDocument(std::move(next));
     if (!reason) return Outcome::done();
     const auto sentence = std::string("Not changed, because it could not be stored: ") + reason->what();
     messages_.show(sentence);
@@ -113,7 +115,7 @@ Outcome DocumentStore::importWorkspaceDocument(std::string_view data) {
                                   .scenes = joined(*state_.scenes, std::move(newRecords.scenes)),
                                   .rules = joined(*state_.rules, std::move(newRecords.rules)),
                                   .activeSceneID = *state_.activeSceneID};
-    if (const auto reason = takeDocument(std::move(next))) {
+    if (const auto reason = storeDocument(std::move(next))) {
         return Outcome::refused(std::string("scenes and rules together could not be stored: ") + reason->what());
     }
     counts.message =
@@ -145,7 +147,7 @@ Outcome DocumentStore::addRule(WorkspaceRule rule) {
     return appendRule(std::move(rule), subject);
 }
 
-/// The newest rule has the lowest precedence.
+/// Adds the rule after the other rules, so it has the lowest precedence.
 Outcome DocumentStore::appendRule(WorkspaceRule rule, const std::string& subject) {
     const std::string message = "Rule added for " + subject;
     auto document = workspaceDocument();
@@ -195,12 +197,12 @@ std::optional<WorkspaceScene> DocumentStore::sceneWithID(const Uuid& id) const {
 }
 
 std::optional<Uuid> DocumentStore::findScene(const std::string& name) const {
-    std::optional<Uuid> inAnotherCase;
+    std::optional<Uuid> differingInCase;
     for (const auto& scene : *state_.scenes) {
         if (scene.name == name) return scene.id;
-        if (!inAnotherCase && localizedCaseInsensitiveCompare(scene.name, name) == 0) inAnotherCase = scene.id;
+        if (!differingInCase && localizedCaseInsensitiveCompare(scene.name, name) == 0) differingInCase = scene.id;
     }
-    return inAnotherCase;
+    return differingInCase;
 }
 
 Outcome DocumentStore::renameScene(const Uuid& id, const std::string& name) {
@@ -239,9 +241,9 @@ Outcome DocumentStore::insertScene(WorkspaceScene scene, std::size_t index) {
 }
 
 void DocumentStore::restoreActiveScene(const std::optional<Uuid>& id) {
-    const auto known = id && sceneWithID(*id) ? id : std::nullopt; // the scene may have been deleted since
-    if (known == *state_.activeSceneID) return;
-    state_.activeSceneID.set(known);
+    const auto existing = id && sceneWithID(*id) ? id : std::nullopt; // the scene may have been deleted since
+    if (existing == *state_.activeSceneID) return;
+    state_.activeSceneID.set(existing);
     saveWorkspaceDocument();
 }
 

@@ -23,7 +23,8 @@ Extent extentAlong(LayoutAxis axis, const CGRect& r) {
     return {minY(r), maxY(r), minX(r), maxX(r)};
 }
 
-bool runsAlong(const Extent& divider, const Extent& cell) {
+/// Whether the divider is at least as long as the side of the cell.
+bool coversSide(const Extent& divider, const Extent& cell) {
     return divider.acrossStart <= cell.acrossStart + kTouchingPoints &&
            divider.acrossEnd >= cell.acrossEnd - kTouchingPoints;
 }
@@ -36,12 +37,12 @@ std::vector<DividerMove> dividersMovedBy(const CGRect& cell, const CGRect& befor
     for (const auto& divider : dividers) {
         const Extent gap = extentAlong(divider.axis, divider.frame);
         const Extent tile = extentAlong(divider.axis, cell);
-        if (!runsAlong(gap, tile)) continue;
+        if (!coversSide(gap, tile)) continue;
         const Extent old = extentAlong(divider.axis, before);
         const Extent now = extentAlong(divider.axis, after);
-        const bool isAfter = std::abs(gap.start - tile.end) <= kTouchingPoints;
-        const bool isBefore = std::abs(gap.end - tile.start) <= kTouchingPoints;
-        const double moved = isAfter ? now.end - old.end : isBefore ? now.start - old.start : 0;
+        const bool isAtEnd = std::abs(gap.start - tile.end) <= kTouchingPoints;
+        const bool isAtStart = std::abs(gap.end - tile.start) <= kTouchingPoints;
+        const double moved = isAtEnd ? now.end - old.end : isAtStart ? now.start - old.start : 0;
         if (std::abs(moved) > kFrameTolerancePoints) moves.push_back({divider, moved});
     }
     return moves;

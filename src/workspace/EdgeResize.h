@@ -1,4 +1,4 @@
-// Moves the dividers at the edges of a tile when the user resizes the tile's window.
+// Finds the dividers that must move when the user resizes the window of a tile.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -13,8 +13,9 @@ struct DividerMove {
     bool operator==(const DividerMove&) const = default;
 };
 
-/// The dividers at those window edges that have moved by more than two points, each with the distance. All frames are
-/// in layout space. `cell` is the rectangle of the tile or the span; `before` and `after` are the window's frames.
+/// Finds the edges of the window that have moved by more than two points. Returns the dividers at these edges, each
+/// with the distance. `cell` is the rectangle of the tile or the span. `before` and `after` are the frames of the
+/// window before and after the resize. All rectangles are in layout space.
 std::vector<DividerMove> dividersMovedBy(const CGRect& cell, const CGRect& before, const CGRect& after,
                                          const std::vector<LayoutDivider>& dividers);
 

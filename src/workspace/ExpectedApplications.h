@@ -1,5 +1,5 @@
-// Applications that were launched and have no window yet. Such an application may not be listed as running. While it is
-// expected, no scene launches it a second time.
+// Holds the applications that were launched and have no window yet. They are called expected. An expected application
+// may not be listed as running yet, so a scene does not launch it a second time.
 #pragma once
 
 #include "support/Identifiers.h"
@@ -20,10 +20,10 @@ class ExpectedApplications {
     /// Whether the launched process, given by its id and its start identity, cannot show a window any more.
     using HasFailed = std::function<bool(pid_t, const std::string&)>;
 
-    /// A launch was requested at the uptime `now`.
+    /// Call when a launch is requested. `now` is an uptime.
     void expect(const BundleID& bundleID, Seconds now);
-    /// The launch worked. Without a start identity the end of the process cannot be noticed, so the application stays
-    /// expected until its window appears or the lifetime is over.
+    /// Call when the launch has worked. Without a start identity, the end of the process cannot be noticed. Then the
+    /// application stays expected until its window appears or `kLifetime` is over.
     void noteStarted(const BundleID& bundleID, pid_t process, std::optional<std::string> startIdentity);
     void forget(const BundleID& bundleID) { launches_.erase(bundleID); }
     /// Forgets applications that have a window now.
@@ -31,7 +31,7 @@ class ExpectedApplications {
     /// Whether the application may still show a window. False after the lifetime, and once the launched process has
     /// failed.
     bool isExpected(const BundleID& bundleID, Seconds now, const HasFailed& hasFailed) const;
-    /// Extends every expectation by the time of a suspension.
+    /// Call after a suspension with its duration: extends the lifetime of every expected application.
     void postpone(Seconds duration);
 
   private:

@@ -1,6 +1,6 @@
-// The windows that float by command, until they are put into a tile or their process ends. The id of a closed window is
-// kept, because the desktop may report an open window as closed around a sleep. Always true: the published set is the
-// only copy of the ids.
+// Holds the windows that a command made floating. A window floats until it is put into a tile or its process ends. The
+// id of a closed window is kept, because the desktop may report an open window as closed around a sleep. Always true:
+// the published set is the only copy of the ids.
 #pragma once
 
 #include "support/Identifiers.h"
@@ -31,10 +31,10 @@ class FloatingWindows : public PartWithoutPolls {
     /// Replaces the whole set, after an undo or a restart.
     void restore(std::set<WindowID> windowIDs) { published_.set(std::move(windowIDs)); }
     template <std::predicate<const WindowID&> Predicate>
-    void dropIf(Predicate hasEnded) {
-        if (std::ranges::none_of(all(), hasEnded)) return;
+    void dropIf(Predicate isDropped) {
+        if (std::ranges::none_of(all(), isDropped)) return;
         auto next = all();
-        std::erase_if(next, hasEnded);
+        std::erase_if(next, isDropped);
         published_.set(std::move(next));
     }
 

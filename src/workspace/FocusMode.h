@@ -20,23 +20,23 @@ class FocusMode : public PartWithoutPolls {
     /// What the end of focus mode restores.
     struct Before {
         WorkspaceUndoSnapshot snapshot;
-        std::vector<UndoEntry> history; // restored as well, so that a full history keeps its oldest entry
+        std::vector<UndoEntry> history; // before the undo step of focus mode, which can push out the oldest entry
     };
 
     explicit FocusMode(PublishedMode& published) : published_(published) {}
 
     void enter(WorkspaceFocusMode mode, Before before);
-    /// Ends focus mode, if it is on. The caller restores the result, or drops it.
+    /// Ends focus mode, if it is on. The caller decides whether the result is restored or dropped.
     std::optional<Before> leave();
 
     bool isOn() const { return before_.has_value(); }
     bool isZoomed(const WindowID& windowID) const;
     bool ownsDisplay(const DisplayID& displayID) const;
-    /// The display that the window is zoomed on; absent for every other window.
+    /// The display that the window owns in focus mode; absent for every other window.
     std::optional<DisplayID> displayOf(const WindowID& windowID) const;
     const std::optional<WorkspaceFocusMode>& mode() const { return *published_; }
-    /// Null when focus mode is off. Changes on other displays are written into this snapshot, so that the end of focus
-    /// mode keeps them.
+    /// The snapshot that the end of focus mode restores; null when focus mode is off. Changes on displays without the
+    /// zoomed window are written into this snapshot, so that the end of focus mode keeps them.
     WorkspaceUndoSnapshot* snapshot() { return before_ ? &before_->snapshot : nullptr; }
     const WorkspaceUndoSnapshot* snapshot() const { return before_ ? &before_->snapshot : nullptr; }
 

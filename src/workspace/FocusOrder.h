@@ -1,4 +1,4 @@
-// The order in which windows were focused, the most recent first. A plain value.
+// The windows in the order in which they were focused last, the most recent first. A plain value.
 #pragma once
 
 #include <algorithm>
@@ -11,6 +11,7 @@ namespace kova {
 
 class FocusOrder {
   public:
+    /// The window has the focus now.
     void note(const WindowID& windowID) {
         if (!windowIDs_.empty() && windowIDs_.front() == windowID) return;
         std::erase(windowIDs_, windowID);
@@ -22,7 +23,7 @@ class FocusOrder {
     void rename(const WindowID& windowID, const WindowID& newID) {
         std::replace(windowIDs_.begin(), windowIDs_.end(), windowID, newID);
     }
-    /// Only windows that were focused since the agent started.
+    /// The most recent first. Contains only windows that were focused since the agent started.
     const std::vector<WindowID>& windowIDs() const { return windowIDs_; }
 
   private:

@@ -10,7 +10,7 @@ namespace {
 
 const BundleID kFileManagerOfTheMac = "com.apple.finder";
 
-/// Joins the lines of a name, which would otherwise look like several applications in the list.
+/// Puts the name on one line. A name of several lines would look like several applications in the list.
 std::string onOneLine(std::string name) {
     std::replace_if(
         name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');

@@ -10,10 +10,12 @@
 
 namespace kova {
 
-/// Whether the application belongs to the desktop, such as the file manager. The confirmation says that it stays open.
+/// Whether the application is part of the desktop, as the file manager is. Such an application is never ended, as the
+/// confirmation question says.
 bool isKeptOpen(const RunningApplication& application);
 
-/// The running regular applications in their order, except this program and those that are kept open.
+/// The regular applications in `running`, in the same order. Leaves out this program and applications that are kept
+/// open.
 std::vector<RunningApplication> forceQuitCandidates(const std::vector<RunningApplication>& running,
                                                     pid_t ownProcessIdentifier);
 /// Sorts by name without regard to case; applications without a name come last.
@@ -24,15 +26,15 @@ struct ForceQuitOutcome {
     std::vector<std::string> refusals; // one sentence for each application that was not ended
 };
 
-/// The sentence for an application that was not ended; `reason` is a sentence without its full stop.
+/// The message for an application that was not ended. `reason` is a sentence without its full stop.
 std::string notForceQuitMessage(const std::string& applicationName, const std::string& reason);
 
-/// The name, or "Unknown Application" without one.
+/// The application's name, or "Unknown Application" if it has none.
 std::string displayedName(const RunningApplication& application);
 
-/// The message when there is nothing to end.
+/// The message when there is no application to end.
 Alert noOpenApplicationsAlert();
-/// The confirmation question.
+/// The question whether the candidates may be ended.
 Alert forceQuitAllAlert(std::span<const RunningApplication> candidates);
 
 } // namespace kova

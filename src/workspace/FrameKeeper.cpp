@@ -15,8 +15,8 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         sizes_.endRetry(window.id);
     }
     const double tolerance = correctedDrift == CorrectedDrift::any ? kRoundingPoints : kFrameTolerancePoints;
-    // A placement of the same frame that is still being verified is not repeated. The poll after its last pass decides
-    // again.
+    // While a placement of the same frame is being verified, no further request is made. The first poll after the last
+    // pass decides again.
     if (pending) noteRequest(window.id);
     if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::noRequest : Decision::request;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
@@ -24,9 +24,9 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         return Decision::noRequest;
     }
     Refusal& refusal = refusals_[window.id];
-    const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kRoundingPoints) &&
-                           nearlyEqual(refusal.actual, *window.frame, kRoundingPoints);
-    if (!sameAgain) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
+    const bool isSameAsBefore = nearlyEqual(refusal.wanted, wanted, kRoundingPoints) &&
+                                nearlyEqual(refusal.actual, *window.frame, kRoundingPoints);
+    if (!isSameAsBefore) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
     return refusal.attempts < kAttempts ? Decision::repeatRequest : Decision::noRequest;
 }
 
@@ -34,7 +34,7 @@ void FrameKeeper::accept(const WindowID& windowID, const CGRect& wanted, const C
     refusals_[windowID] = {wanted, actual, kAttempts, false, true};
 }
 
-void FrameKeeper::noteWithoutTarget(const ManagedWindow& window) {
+void FrameKeeper::noteNotPlaced(const ManagedWindow& window) {
     if (!window.isElsewhere || !refusal(window.id)) refusals_.erase(window.id);
 }
 
@@ -51,8 +51,8 @@ FrameKeeper::takeShrunken(const std::map<WindowID, TileTarget>& anchors,
     for (const auto& [windowID, anchor] : anchors) {
         const auto now = minimumOf(windowID);
         if (!now) continue;
-        const CGSize then = std::exchange(minimumsOfSpanning_.try_emplace(windowID, *now).first->second, *now);
-        const bool needsLess = now->width < then.width || now->height < then.height;
+        const CGSize before = std::exchange(minimumsOfSpanning_.try_emplace(windowID, *now).first->second, *now);
+        const bool needsLess = now->width < before.width || now->height < before.height;
         if (needsLess && reflow_.mayGiveBackSpan(windowID)) shrunken.push_back(windowID);
     }
     return shrunken;
@@ -73,7 +73,7 @@ bool FrameKeeper::isWaiting() const {
 }
 
 void FrameKeeper::rename(const WindowID& windowID, const WindowID& newID) {
-    // The new id may belong to another tab of the window. That tab may accept the frame, so the refusal is dropped.
+    // The new id may belong to another tab of the window. That tab may take the frame, so the refusal is dropped.
     const auto found = refusals_.find(windowID);
     if (found != refusals_.end() && !found->second.isAccepted) refusals_.erase(found);
     renameKey(refusals_, windowID, newID);

@@ -31,17 +31,19 @@ class FrameKeeper {
     /// Call after a `repeatRequest`. Do not call while the window manager is being replaced: a window that does not
     /// move during that time has not refused the request.
     void noteAttempt(const WindowID& windowID) { ++refusals_[windowID].attempts; }
-    /// Records a request; the next poll may be too early to see its outcome.
+    /// Call after a request. Polls continue until one has seen the outcome of the request.
     void noteRequest(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
-    /// Accepts the window's frame at the start of the agent as its placement.
+    /// Call at the start of the agent: the window keeps the frame `actual` although its tile has the frame `wanted`. It
+    /// gets no request until one of these frames changes.
     void accept(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
     /// Forgets the refusal, so that all attempts are made again.
     void forgetRefusal(const WindowID& windowID) { refusals_.erase(windowID); }
     void forgetRefusals() { refusals_.clear(); }
-    /// Drops the refusal of a window without a tile frame. A window elsewhere keeps its refusal, so that the request is
-    /// not repeated whenever its Space is shown.
-    void noteWithoutTarget(const ManagedWindow& window);
-    /// The refused request and the window's frame, after `kAttempts` requests; null otherwise.
+    /// Call for a window that has no tile or is left alone: drops its refusal. A window elsewhere keeps its refusal, so
+    /// that the request is not repeated each time its Space is shown.
+    void noteNotPlaced(const ManagedWindow& window);
+    /// The request that the window refused `kAttempts` times and the frame that it kept, or the frames given to
+    /// `accept`. Null otherwise.
     const Refusal* refusal(const WindowID& windowID) const;
 
     // Minimum sizes; documented at `WindowSizes`. Times are uptimes.
@@ -74,13 +76,15 @@ class FrameKeeper {
     }
     void noteSpanGivenBack(const WindowID& windowID) { reflow_.noteSpanGivenBack(windowID); }
 
-    /// Windows that span several tiles and need less room than at the last call. `anchors` by the id of the window.
+    /// Returns windows that span several tiles and need less room than at the last call. `anchors` has the anchor of
+    /// each spanning window, by window id. `minimumOf` returns the minimum size of a window.
     std::vector<WindowID> takeShrunken(const std::map<WindowID, TileTarget>& anchors,
                                        const std::function<std::optional<CGSize>(const WindowID&)>& minimumOf);
 
-    /// Forgets closed windows. Marks requests without a pending frame as seen by this poll.
+    /// Forgets closed windows. A request whose placement is no longer being verified counts as seen by this poll.
     void onPoll(const PollContext& poll);
-    /// Whether some window still needs a request, or a poll that sees the outcome of one.
+    /// Whether polls must continue: a window may get a further request, or no poll has seen the outcome of its last
+    /// one.
     bool isWaiting() const;
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID) { reflow_.renameDisplay(displayID, newID); }
@@ -89,7 +93,7 @@ class FrameKeeper {
     std::map<WindowID, Refusal> refusals_; // by window id
     ReflowPolicy reflow_;
     WindowSizes sizes_;
-    std::map<WindowID, CGSize> minimumsOfSpanning_; // at the last call, by window id
+    std::map<WindowID, CGSize> minimumsOfSpanning_; // at the last call of `takeShrunken`, by window id
 };
 
 } // namespace kova

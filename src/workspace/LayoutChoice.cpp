@@ -24,7 +24,7 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
     if (current != state_.profile->layoutSelectionsByDisplay.end() && current->second == selection) {
         return Outcome::done(geometry_.resolvedLayout(id)->name + " on " + screen.localizedName);
     }
-    if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
+    if (const auto access = access_.requireVisibleScreen(); !access) return access;
     const std::string choice = selection.layoutID
                                    ? "layout " + findLayout(geometry_.catalogue(), *selection.layoutID)->name
                                    : "automatic layout";
@@ -44,8 +44,8 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
         migrateRemembered(assignments_, id, tileMemory_.rememberedLayouts().of(id, assignments_), {layout.id, after});
     if (const auto focused = finder_.focusedWindowID()) keepInFront(migration, *focused);
     assignments_ = std::move(migration.assignments);
-    displays_.noteReturned(migration.returnedWindowIDs, migration.displacedWindowIDs);
-    follower_.presentReturned();
+    displays_.noteWindowsToPresent(migration.returnedWindowIDs, migration.displacedWindowIDs);
+    follower_.presentReturnedWindows();
     keeper_.layoutChanged(id);
     return Outcome::done(layoutName + " on " + screen.localizedName);
 }
@@ -62,12 +62,12 @@ Outcome LayoutChoice::cycleLayout(const action::CycleLayout& cycle) {
     return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id));
 }
 
-Outcome LayoutChoice::resetLayoutSizes(const std::optional<DisplayID>& wanted) {
-    const auto id = wanted ? wanted : finder_.currentDisplayID();
+Outcome LayoutChoice::resetLayoutSizes(const std::optional<DisplayID>& requestedID) {
+    const auto id = requestedID ? requestedID : finder_.currentDisplayID();
     const Screen* screen = id ? geometry_.screenOf(*id) : nullptr;
     if (!screen) return access_.refuse("No display is connected");
     const std::string name = screen->localizedName;
-    if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
+    if (const auto access = access_.requireVisibleScreen(); !access) return access;
     if (state_.profile->layoutWeightsByDisplay.contains(*id)) {
         steps_.pushUndoSnapshot(
             {std::string(action::ResetLayoutSizes::kTraits.undoLabel), geometry_.applicationsOn(id)});
@@ -83,7 +83,7 @@ Outcome LayoutChoice::setTileInset(double points) {
     if (!(points >= 0 && points <= kLargestTileInset))
         return access_.refuseSilently("The tile inset was not changed: it must be from 0 to 100 points");
     if (points == state_.profile->tileInset) return Outcome::done();
-    if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
+    if (const auto access = access_.requireVisibleScreen(); !access) return access;
     steps_.pushUndoSnapshot(
         {std::string(action::SetTileInset::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
     WorkspaceProfile profile = *state_.profile;

@@ -1,4 +1,4 @@
-// The layouts that the user chooses, and their sizes.
+// The actions that choose the layout of a display, reset its weights or set the tile inset.
 #pragma once
 
 #include "workspace/DisplayMemory.h"

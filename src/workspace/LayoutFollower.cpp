@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-/// Whether every window of the display is in a tile that the layout has.
+/// Whether all windows of the display are in tiles that the layout has.
 bool hasTilesFor(const LayoutDefinition& layout, const DisplayID& displayID, const TileAssignments& assignments) {
     const auto isOfLayout = [&](const auto& entry) {
         return std::ranges::any_of(layout.slots, [&](const auto& slot) {
@@ -29,45 +29,45 @@ LayoutFollower::LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, Wi
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), geometry_(geometry),
     presenter_(presenter) {}
 
-/// Shows the windows that got their tile back, and hides those that are stacked again.
-void LayoutFollower::presentReturned() {
-    const auto returned = displays_.takeReturned();
-    for (const auto& id : returned.fronts) {
+/// Shows front windows, and hides stacked windows, that have returned to their tiles.
+void LayoutFollower::presentReturnedWindows() {
+    const auto windows = displays_.takeWindowsToPresent();
+    for (const auto& id : windows.toShow) {
         const ManagedWindow* window = liveWindows_.find(id);
         if (!window || !assignments_.isAssigned(id)) continue;
         if (window->isMinimized || windowService_.isApplicationHidden(window->processIdentifier)) {
             presenter_.bringBack(ManagedWindow(*window));
         }
     }
-    std::vector<WindowID> leaving;
-    for (const auto& id : returned.waiting) {
-        if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) leaving.push_back(id);
+    std::vector<WindowID> toHide;
+    for (const auto& id : windows.toHide) {
+        if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) toHide.push_back(id);
     }
-    presenter_.presentDisplaced(leaving);
+    presenter_.presentDisplaced(toHide);
 }
 
-/// If a display has another layout because of its size, its windows move to the tiles of that layout, without an undo
-/// step. If the display had that layout before, its windows return to their former tiles in it.
+/// If a display has another layout now because its size has changed, its windows move to the tiles of that layout. This
+/// makes no undo step. If the display had that layout before, the windows return to their former tiles in that layout.
 void LayoutFollower::migrateChangedDisplays() {
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
         const ShownLayout* last = displays_.shown(id);
         const LayoutDefinition& layout = geometry_.layoutOn(screen);
         if (!last || last->layoutID == layout.id) continue;
-        displays_.leaveLayout(id, last->layoutID, assignments_);
+        displays_.rememberLayout(id, last->layoutID, assignments_);
         tileMemory_.forgetRememberedLayoutsOn(id);
         const DisplayTiles after =
             tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
         LayoutMigration migration = migrateAssignments(assignments_, id, last->tiles, after);
         assignments_ = std::move(migration.assignments);
-        displays_.takeBackLayout(id, layout.id, assignments_);
+        displays_.returnWindowsToLayout(id, layout.id, assignments_);
         std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
         presenter_.presentDisplaced(migration.displacedWindowIDs);
     }
     migrateFromMissingTiles();
 }
 
-/// Assignments of a snapshot or session may name tiles that the present layout lacks.
+/// Moves windows from tiles that the present layout lacks. Assignments of a snapshot or a session may name such tiles.
 void LayoutFollower::migrateFromMissingTiles() {
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);

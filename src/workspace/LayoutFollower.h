@@ -1,4 +1,5 @@
-// Moves windows to the tiles of the new layout after a display has changed its layout because of its size.
+// Moves the windows of a display to the tiles of another layout when the display gets that layout because its size has
+// changed.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -18,11 +19,11 @@ class LayoutFollower {
   public:
     LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter);
 
-    /// Moves the windows of displays that show another layout than before. The caller commits, and so records the
-    /// layouts that are shown now.
+    /// Moves the windows of displays whose layout has changed. The caller commits; the commit records the layouts that
+    /// are shown now.
     void migrateChangedDisplays();
     void migrateFromMissingTiles();
-    void presentReturned();
+    void presentReturnedWindows();
 
   private:
     AccessibilityWindowService& windowService_;

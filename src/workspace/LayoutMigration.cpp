@@ -12,18 +12,20 @@ namespace kova {
 
 namespace {
 
-/// A tile of the old layout with its windows.
-struct Occupant {
+/// A tile of the old layout that has windows. For a span this is the anchor.
+struct FormerTile {
     SlotID slotID;
     std::optional<WindowID> front;
     std::vector<WindowID> stack;
-    CGPoint place{};
-    std::vector<SlotID> spanSlotIDs; // the tiles of a window that spans several tiles, anchor first
-    std::optional<SlotID> newSlotID;
+    CGPoint middle{};                // of the cell; not set if the old layout lacks the slot
+    std::vector<SlotID> spanSlotIDs; // the tiles that the front window covers, the anchor first
+    std::optional<SlotID> newSlotID; // the slot of the new layout that the front window gets
 };
 
-/// In the order of the old layout. Slots that the old layout lacks come last, and their `place` is not set.
-std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& displayID, const DisplayTiles& tiles) {
+/// The tiles of the display that have windows, in the order of the old layout. Slots that the old layout lacks come
+/// last.
+std::vector<FormerTile> tilesWithWindows(const TileAssignments& before, const DisplayID& displayID,
+                                         const DisplayTiles& tiles) {
     std::set<SlotID> slotIDs;
     const auto collect = [&](const TileTarget& target) {
         if (target.display == displayID) slotIDs.insert(target.slot);
@@ -39,34 +41,35 @@ std::vector<Occupant> occupants(const TileAssignments& before, const DisplayID& 
     }
     ordered.insert(ordered.end(), slotIDs.begin(), slotIDs.end());
 
-    std::vector<Occupant> out;
+    std::vector<FormerTile> out;
     for (const auto& slot : ordered) {
-        Occupant occupant{slot, {}, {}, {}, {}, {}};
-        const TileTarget tile{displayID, slot};
-        const auto front = before.assignedWindowIDs.find(tile);
-        if (front != before.assignedWindowIDs.end() && before.isAnchor(tile, front->second)) {
-            occupant.front = front->second;
-            const auto targets = before.targetsAnchorFirst(front->second);
-            for (const auto& target : targets) occupant.spanSlotIDs.push_back(target.slot);
+        FormerTile tile{slot, {}, {}, {}, {}, {}};
+        const TileTarget target{displayID, slot};
+        const auto front = before.assignedWindowIDs.find(target);
+        if (front != before.assignedWindowIDs.end() && before.isAnchor(target, front->second)) {
+            tile.front = front->second;
+            for (const auto& covered : before.targetsAnchorFirst(front->second))
+                tile.spanSlotIDs.push_back(covered.slot);
         }
-        if (const auto stack = before.stackWindowIDsByTarget.find(tile); stack != before.stackWindowIDsByTarget.end()) {
-            occupant.stack = stack->second;
+        if (const auto stack = before.stackWindowIDsByTarget.find(target);
+            stack != before.stackWindowIDsByTarget.end()) {
+            tile.stack = stack->second;
         }
         const auto at = std::find(tiles.slotIDs.begin(), tiles.slotIDs.end(), slot);
         if (at != tiles.slotIDs.end()) {
-            occupant.place = center(tiles.frames[static_cast<std::size_t>(at - tiles.slotIDs.begin())]);
+            tile.middle = center(tiles.frames[static_cast<std::size_t>(at - tiles.slotIDs.begin())]);
         }
-        out.push_back(std::move(occupant));
+        out.push_back(std::move(tile));
     }
     return out;
 }
 
-SlotID nearestSlot(CGPoint place, const DisplayTiles& tiles) {
+SlotID nearestSlot(CGPoint point, const DisplayTiles& tiles) {
     double best = std::numeric_limits<double>::infinity();
     std::size_t index = 0;
     for (std::size_t i = 0; i < tiles.frames.size(); ++i) {
         const CGPoint other = center(tiles.frames[i]);
-        const double distance = std::hypot(other.x - place.x, other.y - place.y);
+        const double distance = std::hypot(other.x - point.x, other.y - point.y);
         if (distance < best) {
             best = distance;
             index = i;
@@ -75,14 +78,14 @@ SlotID nearestSlot(CGPoint place, const DisplayTiles& tiles) {
     return tiles.slotIDs[index];
 }
 
-/// Puts each occupant without a slot into the first free new slot that `fits` accepts.
+/// Gives each front window that has no new slot yet the first free slot that `fits` accepts.
 template <class Fits>
-void giveSlots(std::vector<Occupant>& all, std::vector<SlotID>& free, Fits fits) {
-    for (Occupant& occupant : all) {
-        if (occupant.newSlotID || !occupant.front) continue;
-        const auto slot = std::find_if(free.begin(), free.end(), [&](const auto& id) { return fits(occupant, id); });
+void assignFreeSlots(std::vector<FormerTile>& all, std::vector<SlotID>& free, Fits fits) {
+    for (FormerTile& tile : all) {
+        if (tile.newSlotID || !tile.front) continue;
+        const auto slot = std::find_if(free.begin(), free.end(), [&](const auto& id) { return fits(tile, id); });
         if (slot == free.end()) continue;
-        occupant.newSlotID = *slot;
+        tile.newSlotID = *slot;
         free.erase(slot);
     }
 }
@@ -98,51 +101,51 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
 
 namespace {
 
-/// Restores each span if all of its tiles are free.
-void giveSpans(std::vector<Occupant>& all, std::vector<SlotID>& free) {
+/// Restores each span of which all tiles are free. Other windows lose their spans.
+void restoreSpans(std::vector<FormerTile>& all, std::vector<SlotID>& free) {
     const auto isFree = [&](const SlotID& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
-    for (Occupant& occupant : all) {
-        const auto& span = occupant.spanSlotIDs;
+    for (FormerTile& tile : all) {
+        const auto& span = tile.spanSlotIDs;
         if (span.size() < 2 || !std::all_of(span.begin(), span.end(), isFree)) {
-            occupant.spanSlotIDs.clear();
+            tile.spanSlotIDs.clear();
             continue;
         }
-        occupant.newSlotID = occupant.spanSlotIDs.front();
-        for (const auto& slot : occupant.spanSlotIDs) std::erase(free, slot);
+        tile.newSlotID = tile.spanSlotIDs.front();
+        for (const auto& slot : tile.spanSlotIDs) std::erase(free, slot);
     }
 }
 
-LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayID, std::vector<Occupant> all,
+LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayID, std::vector<FormerTile> all,
                         const DisplayTiles& newTiles) {
     LayoutMigration result{before.onOtherDisplays(displayID), {}, {}};
     if (newTiles.slotIDs.empty()) return result;
 
     std::vector<SlotID> free = newTiles.slotIDs;
-    giveSpans(all, free);
-    giveSlots(all, free, [](const Occupant& o, const SlotID& id) { return id == o.slotID; });
-    giveSlots(all, free,
-              [](const Occupant& o, const SlotID& id) { return canonicalSlotID(id) == canonicalSlotID(o.slotID); });
-    giveSlots(all, free, [](const Occupant&, const SlotID&) { return true; });
+    restoreSpans(all, free);
+    assignFreeSlots(all, free, [](const FormerTile& tile, const SlotID& id) { return id == tile.slotID; });
+    assignFreeSlots(all, free, [](const FormerTile& tile, const SlotID& id) {
+        return canonicalSlotID(id) == canonicalSlotID(tile.slotID);
+    });
+    assignFreeSlots(all, free, [](const FormerTile&, const SlotID&) { return true; });
 
-    for (const Occupant& occupant : all) {
-        if (!occupant.newSlotID) continue;
-        const TileTarget target{displayID, *occupant.newSlotID};
+    for (const FormerTile& tile : all) {
+        if (!tile.newSlotID) continue;
+        const TileTarget target{displayID, *tile.newSlotID};
         std::vector<TileTarget> targets{target};
-        for (std::size_t i = 1; i < occupant.spanSlotIDs.size(); ++i)
-            targets.push_back({displayID, occupant.spanSlotIDs[i]});
-        (void)result.assignments.assign(*occupant.front, targets); // the tiles were free: no window is displaced
-        if (!occupant.stack.empty()) result.assignments.stackWindowIDsByTarget[target] = occupant.stack;
+        for (std::size_t i = 1; i < tile.spanSlotIDs.size(); ++i) targets.push_back({displayID, tile.spanSlotIDs[i]});
+        (void)result.assignments.assign(*tile.front, targets); // the tiles were free: no window is displaced
+        if (!tile.stack.empty()) result.assignments.stackWindowIDsByTarget[target] = tile.stack;
     }
-    for (const Occupant& occupant : all) {
-        if (occupant.newSlotID) continue;
-        TileTarget target{displayID, nearestSlot(occupant.place, newTiles)};
+    for (const FormerTile& tile : all) {
+        if (tile.newSlotID) continue;
+        TileTarget target{displayID, nearestSlot(tile.middle, newTiles)};
         if (const auto front = result.assignments.assignedWindowIDs.find(target);
             front != result.assignments.assignedWindowIDs.end()) {
             target = *result.assignments.targetOf(front->second); // the tiles of a span share the stack of its anchor
         }
-        std::vector<WindowID> members = occupant.stack;
-        if (occupant.front && std::find(members.begin(), members.end(), *occupant.front) == members.end()) {
-            members.insert(members.begin(), *occupant.front);
+        std::vector<WindowID> members = tile.stack;
+        if (tile.front && std::find(members.begin(), members.end(), *tile.front) == members.end()) {
+            members.insert(members.begin(), *tile.front);
         }
         for (const auto& member : members) {
             result.assignments.insertIntoStack(target, member, TileAssignments::StackPosition::behind);
@@ -163,18 +166,19 @@ LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayI
     return result;
 }
 
-/// If the remembered front window is not in front now, but a window of the remembered stack is, that window becomes the
-/// front window. A remembered stack without a front window gets its first window as front window.
-void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
-    for (Occupant& occupant : all) {
-        if (occupant.front && now.isAssigned(*occupant.front)) continue;
-        const auto forward = std::find_if(occupant.stack.begin(), occupant.stack.end(),
+/// Changes the front windows of remembered tiles, so that a window that is a front window now stays one. If a
+/// remembered front window is not in front now, a window of its stack that is in front now replaces it. A remembered
+/// stack without a front window gets its first window as front window.
+void preferPresentFronts(std::vector<FormerTile>& all, const TileAssignments& now) {
+    for (FormerTile& tile : all) {
+        if (tile.front && now.isAssigned(*tile.front)) continue;
+        const auto present = std::find_if(tile.stack.begin(), tile.stack.end(),
                                           [&](const WindowID& member) { return now.isAssigned(member); });
-        if (forward != occupant.stack.end()) {
-            occupant.front = *forward;
-            std::rotate(occupant.stack.begin(), forward, forward + 1);
-        } else if (!occupant.front && !occupant.stack.empty()) {
-            occupant.front = occupant.stack.front();
+        if (present != tile.stack.end()) {
+            tile.front = *present;
+            std::rotate(tile.stack.begin(), present, present + 1);
+        } else if (!tile.front && !tile.stack.empty()) {
+            tile.front = tile.stack.front();
         }
     }
 }
@@ -183,22 +187,22 @@ void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
 
 LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
-    std::vector<Occupant> all = occupants(before, displayID, oldTiles);
-    for (Occupant& occupant : all) occupant.spanSlotIDs.clear(); // a span belongs to one layout only
+    std::vector<FormerTile> all = tilesWithWindows(before, displayID, oldTiles);
+    for (FormerTile& tile : all) tile.spanSlotIDs.clear(); // a span belongs to one layout only
     return migrate(before, displayID, std::move(all), newTiles);
 }
 
 LayoutMigration migrateRemembered(const TileAssignments& before, const DisplayID& displayID,
                                   const std::vector<RememberedLayout>& remembered, const ShownLayout& next) {
-    std::vector<Occupant> all;
+    std::vector<FormerTile> all;
     for (const RememberedLayout& layout : remembered) {
-        auto some = occupants(layout.assignments, displayID, layout.shown.tiles);
-        for (Occupant& occupant : some) {
-            if (layout.shown.layoutID != next.layoutID) occupant.spanSlotIDs.clear();
-            all.push_back(std::move(occupant));
+        auto some = tilesWithWindows(layout.assignments, displayID, layout.shown.tiles);
+        for (FormerTile& tile : some) {
+            if (layout.shown.layoutID != next.layoutID) tile.spanSlotIDs.clear();
+            all.push_back(std::move(tile));
         }
     }
-    putForward(all, before);
+    preferPresentFronts(all, before);
     return migrate(before, displayID, std::move(all), next.tiles);
 }
 

@@ -35,24 +35,24 @@ DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {
     TileAssignments assignments;
-    std::vector<WindowID> displacedWindowIDs; // these lost their tile and are stacked behind another window
-    std::vector<WindowID> returnedWindowIDs;  // these became front windows
+    std::vector<WindowID> displacedWindowIDs; // lost their tiles; each is stacked behind another window
+    std::vector<WindowID> returnedWindowIDs;  // became front windows
 };
 
-/// A front window stays in the slot with the same id; otherwise it moves to the slot with the same canonical id, to the
-/// first free slot, or onto the stack of the nearest tile, in this order of preference. Stacks follow their front
-/// window. Other displays do not change.
+/// Moves the windows of the display to the tiles of its new layout. A front window stays in the slot with the same id.
+/// Otherwise it moves to the slot with the same canonical id, to the first free slot, or into the stack of the nearest
+/// tile, in this order of preference. Stacks follow their front window. Other displays do not change.
 LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles);
 
-/// Like `migrateAssignments`, for windows that are remembered in several former layouts; earlier entries have
-/// precedence. If `next` is a remembered layout, its windows return to their tiles and spans there. A window that was
-/// remembered as stacked and is a front window now stays in front.
+/// Like `migrateAssignments`, but for windows that are remembered in several former layouts. Earlier entries of
+/// `remembered` have precedence. If the new layout `next` is among them, its windows return to their tiles and spans. A
+/// window that is remembered as stacked but is a front window now stays in front.
 LayoutMigration migrateRemembered(const TileAssignments& before, const DisplayID& displayID,
                                   const std::vector<RememberedLayout>& remembered, const ShownLayout& next);
 
-/// If the migration stacked this window, which was a front window before, it changes places with the front window of
-/// its new tile. No-op if that front window spans several tiles.
+/// If the window was a front window before the migration and is stacked after it, the window changes places with the
+/// front window of its new tile. No-op if that front window spans several tiles.
 void keepInFront(LayoutMigration& migration, const WindowID& windowID);
 
 } // namespace kova

@@ -23,10 +23,10 @@ const ManagedWindow* LiveWindows::find(const WindowID& windowID) const {
     return found == indexByID_.end() ? nullptr : &windows_[found->second];
 }
 
-bool LiveWindows::take(std::vector<ManagedWindow> found, Seconds begun) {
+bool LiveWindows::take(std::vector<ManagedWindow> found, Seconds pollBegan) {
     const auto dialogsBefore = dialogs_.all();
     auto windows = dialogs_.takeFrom(std::move(found));
-    requests_.overrule(windows, begun);
+    requests_.overrule(windows, pollBegan);
     const bool hasOtherTitles = !sameTitles(windows_, windows) || !sameTitles(dialogsBefore, dialogs_.all());
     set(std::move(windows));
     return hasOtherTitles;

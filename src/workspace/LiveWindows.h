@@ -1,6 +1,6 @@
-// The windows of the last enumeration, with the states and frames that were requested since: a window counts as shown,
-// hidden, minimized or moved at once, before a poll confirms it. Always true: ids are unique; the list has no dialogs;
-// only this object changes a window of the list.
+// The windows of the last poll, with the states and frames that were requested since. A window counts as shown, hidden,
+// minimized or moved as soon as this is requested, before a poll confirms it. Always true: ids are unique. The list has
+// no dialogs. Only this object changes a window of the list.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -28,30 +28,30 @@ class LiveWindows {
     const std::vector<ManagedWindow>& all() const { return windows_; }
     auto begin() const { return windows_.begin(); }
     auto end() const { return windows_.end(); }
-    /// Null when there is none with the id. Valid until the next enumeration.
+    /// Null if no window has the id. The pointer is valid until the next `take` or `clear`.
     const ManagedWindow* find(const WindowID& windowID) const;
 
-    /// Takes the windows of a poll that began at `begun` (uptime). Removes dialogs, and keeps requested states that the
-    /// poll cannot have seen. True if titles of windows or dialogs have changed.
-    bool take(std::vector<ManagedWindow> found, Seconds begun);
-    /// Forgets all windows, when the permission is missing.
+    /// Replaces the windows by those of a poll that began at `pollBegan` (uptime). Stores dialogs separately, and keeps
+    /// requested states that the poll cannot have seen. True if titles of windows or dialogs have changed.
+    bool take(std::vector<ManagedWindow> found, Seconds pollBegan);
+    /// Forgets all windows. Call when the permission is missing.
     void clear();
 
-    /// As of the last poll.
+    /// The windows that KOVA does not manage, as of the last poll.
     const std::vector<UnmanagedWindow>& unmanaged() const { return unmanaged_; }
     void noteUnmanaged(std::vector<UnmanagedWindow> windows) { unmanaged_ = std::move(windows); }
 
     const AttachedDialogs& dialogs() const { return dialogs_; }
-    /// The moves of the window's dialogs, as `AttachedDialogs::follow` says.
+    /// See `AttachedDialogs::moveWithWindow`.
     std::vector<AttachedDialogs::Move> moveDialogs(const WindowID& windowID, const CGRect& frame,
                                                    const CGRect& visibleArea) {
-        return dialogs_.follow(windowID, frame, visibleArea);
+        return dialogs_.moveWithWindow(windowID, frame, visibleArea);
     }
 
     /// Records the Space that is shown as of the last poll, and returns the one recorded before.
     std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
     std::uint64_t shownSpace() const { return shownSpace_; }
-    /// Call if another Space may be shown since the last poll. `now` is an uptime.
+    /// Call if another Space may have been shown since the last poll. `now` is an uptime.
     void noteSpaceChange(Seconds now) { spaceChange_ = now; }
     SpaceChange spaceChange(Seconds now) const {
         const bool isRecent = spaceChange_ && now - *spaceChange_ <= kSpaceChangeTime;
@@ -59,13 +59,13 @@ class LiveWindows {
     }
 
     // Requested states. `now` is an uptime.
-    /// False if there is no window with the id.
+    /// False if no window has the id.
     bool request(const WindowID& windowID, WindowPresentation presentation, Seconds now);
     void requestHidden(pid_t process, Seconds now);
-    /// All windows of the process on this Space that are not minimized.
+    /// For all windows of the process that are on the shown Space and not minimized.
     void requestShown(pid_t process, Seconds now);
     void requestMaximized(const WindowID& windowID, bool maximized, Seconds now);
-    /// The frame requested or just read, in window-service space.
+    /// Records a frame that was requested or read since the last poll, in window-service space.
     void noteFrame(const WindowID& windowID, const CGRect& frame);
     void noteNotMinimized(const WindowID& windowID);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
@@ -86,12 +86,12 @@ class LiveWindows {
     const FocusOrder& focusOrder() const { return focusOrder_; }
 
     void onPoll(const PollContext& poll) {
-        minimized_.follow(poll.windows, poll.now);
+        minimized_.onPoll(poll.windows, poll.now);
         focusOrder_.keepOnly(poll.isLive);
     }
     /// Whether a timeout or a confirmation is pending, so that polls must continue.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
-    /// Renames the window in the records beside the list. The list of the last poll has the new id already.
+    /// Renames the window everywhere except in the list: the list is that of the last poll and has the new id already.
     void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const DisplayID&, const DisplayID&) {} // nothing here refers to a display
 
@@ -107,7 +107,7 @@ class LiveWindows {
     PresentationRequests requests_;
     FocusOrder focusOrder_;
     std::uint64_t shownSpace_ = 0;
-    std::optional<Seconds> spaceChange_; // uptime of the last one
+    std::optional<Seconds> spaceChange_; // uptime of the last possible change
 };
 
 } // namespace kova

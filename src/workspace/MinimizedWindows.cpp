@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// A window that is not minimized after this time has refused the request.
+/// A window that is still not minimized after this time has refused the request.
 constexpr Seconds kTimeToMinimize{2};
 
 } // namespace
@@ -20,7 +20,7 @@ void MinimizedWindows::note(const WindowID& windowID, Seconds now) {
     minimized_[windowID] = {now, false};
 }
 
-void MinimizedWindows::follow(const std::vector<ManagedWindow>& live, Seconds now) {
+void MinimizedWindows::onPoll(const std::vector<ManagedWindow>& live, Seconds now) {
     for (auto entry = minimized_.begin(); entry != minimized_.end();) {
         auto& [id, request] = *entry;
         const auto window = std::ranges::find(live, id, &ManagedWindow::id);

@@ -1,5 +1,5 @@
-// The windows that KOVA minimized and that are still minimized. They are restored when the agent ends, and minimized
-// again by the agent that restores the session.
+// Holds the windows that KOVA minimized and that are still minimized. When the agent ends, it restores them. The next
+// agent minimizes them again when it restores the session.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -14,21 +14,21 @@ namespace kova {
 
 class MinimizedWindows {
   public:
-    /// Times are uptimes.
+    /// Records that KOVA has requested to minimize the window. All times of this class are uptimes.
     void note(const WindowID& windowID, Seconds now);
-    /// Forgets windows that have closed or are not minimized any more.
-    void follow(const std::vector<ManagedWindow>& live, Seconds now);
+    /// Forgets windows that have closed, are not minimized any more, or have not been minimized in time.
+    void onPoll(const std::vector<ManagedWindow>& live, Seconds now);
     void rename(const WindowID& windowID, const WindowID& newID);
     bool contains(const WindowID& windowID) const { return minimized_.contains(windowID); }
-    /// Returns and forgets all windows; the caller restores them.
+    /// Forgets all windows and returns them; the caller restores them.
     std::vector<WindowID> takeAll();
 
-    /// Expects a window that the former agent had minimized. That agent restored the window to `frame` when it ended.
-    /// The window may take until `deadline` (uptime) to appear there.
+    /// Expects the return of a window that the former agent had minimized. That agent restored the window when it
+    /// ended, and the desktop may need until `deadline` to show the window at its former `frame`.
     void expectBack(const WindowID& windowID, const std::optional<CGRect>& frame, Seconds deadline);
     bool isExpecting() const { return !expected_.empty(); }
-    /// Returns the expected windows that have reached their former frame and are not focused; the caller minimizes them
-    /// again. A window that is still minimized counts as minimized by this agent.
+    /// Returns the expected windows that are visible at their former frame and not focused; the caller minimizes them
+    /// again. An expected window that is minimized counts as minimized by this agent.
     std::vector<WindowID> takeReturned(const std::vector<ManagedWindow>& live,
                                        const std::optional<WindowID>& focusedWindowID, Seconds now);
 

@@ -10,11 +10,11 @@ constexpr double kCrossAxisWeight = 2.25;
 constexpr double kMinimumDistancePoints = 1; // along the direction
 
 struct Offset {
-    double primary;
-    double cross;
+    double along; // positive in the direction
+    double across;
 };
 
-Offset along(WorkspaceDirection direction, double dx, double dy) {
+Offset offsetIn(WorkspaceDirection direction, double dx, double dy) {
     switch (direction) {
     case WorkspaceDirection::left:
         return {-dx, dy};
@@ -37,9 +37,9 @@ std::optional<TileTarget> neighborTarget(const CGRect& source, WorkspaceDirectio
     double bestScore = 0;
     for (const auto& [key, frame] : frames) { // in key order, so that the smaller key wins a tie
         const CGPoint to = center(frame);
-        const Offset offset = along(direction, to.x - from.x, to.y - from.y);
-        if (!(offset.primary > kMinimumDistancePoints)) continue;
-        const double score = offset.primary + kCrossAxisWeight * std::abs(offset.cross);
+        const Offset offset = offsetIn(direction, to.x - from.x, to.y - from.y);
+        if (!(offset.along > kMinimumDistancePoints)) continue;
+        const double score = offset.along + kCrossAxisWeight * std::abs(offset.across);
         if (!best || score < bestScore) {
             best = key;
             bestScore = score;

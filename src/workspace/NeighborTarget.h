@@ -1,4 +1,4 @@
-// Finds the neighboring tile of a window in a direction.
+// Finds the tile that is next to a window in a direction.
 #pragma once
 
 #include "layout/TileTarget.h"
@@ -12,9 +12,9 @@
 namespace kova {
 
 /// The key of the rectangle in `frames` that is nearest to `source` in the direction. All rectangles are in screen
-/// space (y up). Distances are those between the middles; the part across the direction is multiplied by 2.25. Of
-/// equally near rectangles the one with the smaller key is taken. Absent if no middle is more than one point away in
-/// the direction.
+/// space (y up). The distance is measured between the centers: the part along the direction, plus 2.25 times the part
+/// across it. Of equally near rectangles, the one with the smallest key is taken. Absent if no center is more than one
+/// point away in the direction.
 std::optional<TileTarget> neighborTarget(const CGRect& source, WorkspaceDirection direction,
                                          const std::map<TileTarget, CGRect>& frames);
 

@@ -26,14 +26,14 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     if (!isGranted)
         situation.obstacle = access_.permissionProblem();
     else
-        situation.obstacle = access_.whyNothingIsSeen();
+        situation.obstacle = access_.whyNoWindowMayMove();
     situation.isDragUnderWay = pointer_.isPausingPolls();
     situation.hasTile = assignments_.isAssigned(window.id);
     situation.leftAlone = presenter_.whyLeftAlone(window);
     // A stacked window is hidden by KOVA itself; that is no reason of its own.
     const bool isWaiting = assignments_.isInAnyTile(window.id) && !situation.hasTile;
-    if (isWaiting &&
-        (situation.leftAlone == LeftAlone::minimized || situation.leftAlone == LeftAlone::applicationHidden))
+    if (isWaiting && (situation.leftAlone == LeftAloneReason::minimized ||
+                      situation.leftAlone == LeftAloneReason::applicationHidden))
         situation.leftAlone.reset();
     situation.refusal = frames_.refusal(window.id);
     situation.attempts = FrameKeeper::kAttempts;
@@ -45,7 +45,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
         const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];
         situation.rule = "“" + rule.name + "” says " + kova::describe(rule.disposition, geometry_.catalogue());
     }
-    situation.isDisplayAwaited = displays_.isAwaited(window.id);
+    situation.isWaitingForItsDisplay = displays_.isWaitingForItsDisplay(window.id);
     const bool isInTile = assignments_.isInAnyTile(window.id);
     situation.isAwaitedByLaunch = !isInTile && std::ranges::any_of(awaited_.launches(), [&](const auto& entry) {
         return entry.second.isAwaiting(window);

@@ -61,7 +61,7 @@ class PointerInteraction : public PartWithoutPolls {
                           WorkspaceUndoSnapshot before, std::map<WindowID, CGRect> frames);
     /// Null when no divider is dragged.
     const ActiveDividerDrag* dividerDrag() const;
-    bool isDragging(const DisplayLayoutDivider& divider) const { return divider_.concerns(divider); }
+    bool isDragging(const DisplayLayoutDivider& divider) const { return divider_.isDragging(divider); }
     void moveDivider(double translationPoints) { divider_.update(translationPoints); }
     /// Changes the weights by the pending translation; false if none is pending.
     bool takeDividerTranslation() { return divider_.takePendingTranslation(); }

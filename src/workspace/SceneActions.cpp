@@ -167,7 +167,7 @@ void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placem
         if (!fronts.contains(windowID)) changes.displaced.push_back(windowID);
     }
     for (const auto& placement : placements) {
-        keeper_.noteHasItsPlace(placement.windowID);
+        keeper_.exemptFromRules(placement.windowID);
         if (!fronts.contains(placement.windowID)) {
             if (!frontsBefore.contains(placement.windowID)) changes.displaced.push_back(placement.windowID);
             continue;

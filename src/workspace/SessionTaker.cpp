@@ -1,7 +1,7 @@
 #include "workspace/SessionTaker.h"
 
 #include "support/SameFrame.h"
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 #include "workspace/WorkspaceParts.h"
 
 #include <utility>
@@ -36,8 +36,8 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
-    for (const auto& [absent, held] : displays_.absentDisplays()) {
-        session.awayDisplays[absent.displayID] = sessionTiles(held);
+    for (const auto& [absent, held] : displays_.disconnectedDisplays()) {
+        session.disconnectedDisplays[absent.displayID] = sessionTiles(held);
     }
     for (const auto& [space, tiles] : tileMemory_.spaces().places())
         session.otherSpaces.push_back({space, sessionTiles(tiles)});
@@ -81,8 +81,8 @@ WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
         .frame = window.frame};
     const bool isReturning = session_.isReturning(window.id);
     if (isReturning) kept.frame = session_.formerFrame(window.id);
-    kept.isPutAway = (!window.isVisible || isReturning) && !assignments_.isAssigned(window.id) &&
-                     assignments_.isInAnyTile(window.id);
+    kept.isHiddenInStack = (!window.isVisible || isReturning) && !assignments_.isAssigned(window.id) &&
+                           assignments_.isInAnyTile(window.id);
     const auto minimum = minimums.find(window.id);
     if (minimum != minimums.end()) kept.observedMinimumSize = minimum->second;
     return kept;
@@ -107,7 +107,7 @@ bool SessionTaker::restoreSession() {
     const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
-    follower_.presentReturned();
+    follower_.presentReturnedWindows();
     expectReturns(*session, resumed);
     hideStackedWindowsAgain();
     if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.resumeFocusMode(*session->zoom, resumed);
@@ -118,12 +118,12 @@ bool SessionTaker::restoreSession() {
 /// other records of the windows.
 void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
-    std::map<AbsenceKey, TileAssignments> heldTiles;
-    for (const auto& [id, tiles] : session.awayDisplays) {
+    std::map<AbsenceKey, TileAssignments> rememberedTiles;
+    for (const auto& [id, tiles] : session.disconnectedDisplays) {
         auto held = resumedTiles(tiles, resumed);
-        if (held != TileAssignments{}) heldTiles[{id}] = std::move(held);
+        if (held != TileAssignments{}) rememberedTiles[{id}] = std::move(held);
     }
-    displays_.restoreAbsentDisplays(std::move(heldTiles));
+    displays_.restoreDisconnectedDisplays(std::move(rememberedTiles));
     std::vector<SpaceMemory::Places> places;
     for (const auto& [space, tiles] : session.otherSpaces) {
         auto held = resumedTiles(tiles, resumed);
@@ -136,7 +136,7 @@ void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWi
         if (now == resumed.idNow.end()) continue;
         if (window.observedMinimumSize) frames_.restoreMinimum(now->second, *window.observedMinimumSize);
         if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
-            keeper_.noteHasItsPlace(now->second);
+            keeper_.exemptFromRules(now->second);
         }
     }
     keeper_.publishMinimums();
@@ -153,15 +153,15 @@ std::set<DisplayID> SessionTaker::restoreDisplays(const WorkspaceSession& sessio
     std::set<DisplayID> returned;
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
-        if (!displays_.holdsDisplay(id)) continue;
+        if (!displays_.remembersDisplay(id)) continue;
         returned.insert(id);
-        displays_.takeBackDisplay(id, assignments_);
+        displays_.returnWindowsToDisplay(id, assignments_);
     }
     for (const auto& id : restoreResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
         const DisplayID& id = target.display;
-        if (geometry_.screenOf(id) || displays_.holdsDisplay(id)) continue;
-        displays_.leaveDisplay(id, assignments_);
+        if (geometry_.screenOf(id) || displays_.remembersDisplay(id)) continue;
+        displays_.rememberDisplay(id, assignments_);
         displays_.beginSettling();
     }
     return returned;
@@ -173,7 +173,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
     for (const auto& former : session.windows) {
         const auto now = resumed.idNow.find(former.id);
         if (now == resumed.idNow.end()) continue;
-        if (former.isPutAway) session_.expectReturn(now->second, former.frame);
+        if (former.isHiddenInStack) session_.expectReturn(now->second, former.frame);
         if (former.isSurplus) liveWindows_.expectMinimizedBack(now->second, former.frame, deadline);
     }
 }
@@ -183,7 +183,7 @@ std::set<DisplayID> SessionTaker::restoreResizedDisplays() {
     std::set<DisplayID> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
         const DisplayID& id = target.display;
-        if (!geometry_.screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
+        if (!geometry_.screenOf(id) && !displays_.remembersDisplay(id)) gone.insert(id);
     }
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);

@@ -14,8 +14,8 @@ Snapshots::Snapshots(WorkspaceParts& parts, RefreshCycle& refreshCycle, TileGeom
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
-    floating_(parts.floating), arranger_(parts.arranger), refreshCycle_(refreshCycle), geometry_(geometry),
-    presenter_(presenter), documents_(documents), follower_(follower) {}
+    floating_(parts.floating), arrangementMemory_(parts.arrangementMemory), refreshCycle_(refreshCycle),
+    geometry_(geometry), presenter_(presenter), documents_(documents), follower_(follower) {}
 
 WorkspaceUndoSnapshot Snapshots::capture() const {
     WorkspaceUndoSnapshot snapshot{.tiles = assignments_,
@@ -30,7 +30,7 @@ WorkspaceUndoSnapshot Snapshots::capture() const {
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID,
                                    .rememberedLayouts = tileMemory_.rememberedLayouts(),
-                                   .learning = arranger_.learning()};
+                                   .learning = arrangementMemory_.learning()};
     for (const auto& window : liveWindows_) {
         // A pending frame takes precedence over the frame last read, which may be older.
         const auto pending = windowService_.pendingFrame(window.id);
@@ -50,12 +50,12 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     tileMemory_.setSpaces(snapshot.spaces);
     const bool isAnotherSpace = tileMemory_.restoreFromSpaces(liveWindows_.all(), liveWindows_.shownSpace(),
                                                               SpaceChange::possible, assignments_);
-    displays_.restate(assignments_);
+    displays_.replaceRemembered(assignments_);
     floating_.restore(snapshot.floatingWindowIDs);
     std::set<DisplayID> connected;
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
     // Windows that the snapshot assigns to a disconnected display are remembered for it.
-    displays_.leaveAbsentDisplays(assignments_, connected);
+    displays_.rememberDisconnectedDisplays(assignments_, connected);
     WorkspaceProfile profile = snapshot.profile;
     profile.autoArrangeOnLaunch = state_.profile->autoArrangeOnLaunch; // settings that undo does not cover
     profile.preferredApplications = state_.profile->preferredApplications;
@@ -65,7 +65,7 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     documents_.restoreActiveScene(snapshot.activeSceneID);
     tileMemory_.setRememberedLayouts(snapshot.rememberedLayouts);
-    if (snapshot.learning) arranger_.setLearning(snapshot.learning);
+    if (snapshot.learning) arrangementMemory_.setLearning(snapshot.learning);
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)
         follower_.migrateFromMissingTiles(); // the windows of that Space were placed with an earlier layout

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/DocumentStore.h"
 #include "workspace/FloatingWindows.h"
@@ -47,7 +47,7 @@ class Snapshots {
     TileMemory& tileMemory_;
     DisplayMemory& displays_;
     FloatingWindows& floating_;
-    Arranger& arranger_;
+    ArrangementMemory& arrangementMemory_;
     RefreshCycle& refreshCycle_;
     TileGeometry& geometry_;
     WindowPresenter& presenter_;

@@ -18,8 +18,8 @@ TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeome
     requests_(parts.requests), windowService_(*parts.windowService), state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
     displays_(parts.displays), focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer),
-    frames_(parts.frames), awaited_(parts.awaited), arranger_(parts.arranger), access_(access), geometry_(geometry),
-    presenter_(presenter) {}
+    frames_(parts.frames), awaited_(parts.awaited), arrangementMemory_(parts.arrangementMemory), access_(access),
+    geometry_(geometry), presenter_(presenter) {}
 
 void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     displays_.forget(windowID);
@@ -83,7 +83,7 @@ void TileKeeper::raiseRevision() {
 void TileKeeper::commit(const Transaction& changes) {
     const RequestBatch::Scope batch(requests_);
     if (changes.resetsLimits) frames_.resetLimits();
-    if (changes.endsArrangement) (void)arranger_.supersede();
+    if (changes.endsArrangement) (void)arrangementMemory_.dropRemainingSteps();
     if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
     if (changes.before) bringNextForward(*changes.before);
     displaced_.insert(displaced_.end(), changes.displaced.begin(), changes.displaced.end());
@@ -355,7 +355,7 @@ void TileKeeper::giveBackSpans() {
 }
 
 /// A window that was placed individually is no longer moved by rules.
-void TileKeeper::noteHasItsPlace(const WindowID& windowID) {
+void TileKeeper::exemptFromRules(const WindowID& windowID) {
     if (*state_.continuousManagementEnabled) tileMemory_.noteHandledByRules(windowID);
 }
 

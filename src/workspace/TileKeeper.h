@@ -4,7 +4,7 @@
 
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/FloatingWindows.h"
@@ -70,7 +70,7 @@ class TileKeeper {
     /// `weights` without splits restore the layout's own weights.
     void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     /// Marks the window as placed, so that rules do not move it.
-    void noteHasItsPlace(const WindowID& windowID);
+    void exemptFromRules(const WindowID& windowID);
     /// Forgets all remembered tiles of the window.
     void noteMovedByUser(const WindowID& windowID);
 
@@ -108,7 +108,7 @@ class TileKeeper {
     PointerInteraction& pointer_;
     FrameKeeper& frames_;
     AwaitedWindows& awaited_;
-    Arranger& arranger_;
+    ArrangementMemory& arrangementMemory_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     WindowPresenter& presenter_;

@@ -1,6 +1,6 @@
 #include "workspace/UndoHistory.h"
 
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 #include "workspace/Renaming.h"
 
 #include <utility>

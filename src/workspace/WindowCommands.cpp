@@ -159,7 +159,7 @@ void WindowCommands::placeByCommand(const ManagedWindow& window, const TileTarge
     const auto covering = geometry_.coveringFor(window, target);
     if (!covering) return;
     keeper_.noteMovedByUser(window.id);
-    keeper_.noteHasItsPlace(window.id);
+    keeper_.exemptFromRules(window.id);
     presenter_.bringBack(window);
     keeper_.place(window, *covering, bringToFront);
     arrangement_.learnPlacementByUser(window, target);
@@ -167,7 +167,7 @@ void WindowCommands::placeByCommand(const ManagedWindow& window, const TileTarge
 
 void WindowCommands::floatByCommand(const ManagedWindow& window) {
     keeper_.noteMovedByUser(window.id);
-    keeper_.noteHasItsPlace(window.id);
+    keeper_.exemptFromRules(window.id);
     assignments_.remove(window.id);
     floating_.add(window.id);
     presenter_.bringBack(window); // a stacked window is hidden

@@ -149,12 +149,12 @@ void WindowPresenter::reapplyTileFrames(CorrectedDrift correctedDrift) {
             reapplyWindow(window, target->second, correctedDrift);
             continue;
         }
-        frames_.noteWithoutTarget(window);
+        frames_.noteNotPlaced(window);
     }
 }
 
 /// A window that is left alone keeps its tile and is placed as soon as the reason has ended.
-std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& window) const {
+std::optional<LeftAloneReason> WindowPresenter::whyLeftAlone(const ManagedWindow& window) const {
     return kova::whyLeftAlone(window,
                               {.isZoomed = focusMode_.isZoomed(window.id),
                                .isHeldByPointer = pointer_.isHolding(window.id),

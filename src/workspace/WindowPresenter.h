@@ -5,7 +5,7 @@
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
-#include "workspace/LeftAlone.h"
+#include "workspace/LeftAloneReason.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
@@ -50,7 +50,7 @@ class WindowPresenter {
     /// Requests the frames of windows that are off their tiles.
     void reapplyTileFrames(CorrectedDrift correctedDrift);
     /// Absent when the window may be moved.
-    std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
+    std::optional<LeftAloneReason> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
     /// True for a window that is not visible and that no request of KOVA can show.
     bool isOffScreen(const ManagedWindow& window) const;

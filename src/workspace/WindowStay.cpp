@@ -43,7 +43,7 @@ std::vector<std::string> whyItStays(const WindowSituation& situation) {
     if (situation.manager) causes.push_back(*situation.manager);
     if (situation.isFloating) causes.push_back("It floats until it is put into a tile.");
     if (situation.rule) causes.push_back("An arrangement leaves it alone: the rule " + *situation.rule + ".");
-    if (situation.isDisplayAwaited) {
+    if (situation.isWaitingForItsDisplay) {
         causes.push_back("An arrangement leaves it alone for a moment: its display was unplugged and may come back.");
     }
     if (situation.isAwaitedByLaunch) causes.push_back("A tile waits for a window of its application.");

@@ -34,12 +34,12 @@ Outcome WorkspaceAccess::requireWindowAccess() const {
 }
 
 Outcome WorkspaceAccess::requireVisibleScreen() const {
-    const auto reason = whyNothingIsSeen();
+    const auto reason = whyNoWindowMayMove();
     return reason ? refuse(*reason) : Outcome::done();
 }
 
 /// The reason why no window is moved now, without regard to the permission; absent if windows may be moved.
-std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
+std::optional<std::string> WorkspaceAccess::whyNoWindowMayMove() const {
     if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
     if (recovery_.isLocked()) return "The screen is locked";
     if (refreshCycle_.isSuspended()) return "Suspended while the screen is asleep, locked or another user's";

@@ -22,7 +22,7 @@ class WorkspaceAccess {
 
     bool isSuspendedOrLocked() const;
     bool mayMoveWindows() const;
-    std::optional<std::string> whyNothingIsSeen() const;
+    std::optional<std::string> whyNoWindowMayMove() const;
     /// The message if the permission is missing.
     std::string permissionProblem() const;
     /// Why windows cannot be managed in this session at all; absent if they can, or could with the permission.

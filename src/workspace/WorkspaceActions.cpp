@@ -119,7 +119,7 @@ Outcome WorkspaceController::undoLastAction() {
     if (entry->label.action == action::ActivateScene::kTraits.undoLabel) parts_.awaited.abandonScene();
     ops_.snapshots.restore(snapshot);
     ops_.follower.migrateFromMissingTiles(); // displays may have been resized since the snapshot
-    if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
+    if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfDisconnectedDisplays();
     Transaction changes{.hasMovedTiles = true, .resetsLimits = true, .endsArrangement = true};
     const bool isAsBefore = parts_.assignments.assignedWindowIDs == snapshot.tiles.assignedWindowIDs;
     if (isAsBefore) changes.correctedDrift = kNoCorrection; // the snapshot's frames were restored

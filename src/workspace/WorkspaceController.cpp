@@ -19,7 +19,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
                    [this] { return knownWindows(parts_.liveWindows.all()); }}) {
     WorkspacePreferences loaded = loadWorkspacePreferences(parts_.services.preferences);
     parts_.state.profile.set(std::move(loaded.profile));
-    parts_.arranger.loadLearning(std::move(loaded.learning));
+    parts_.arrangementMemory.loadLearning(std::move(loaded.learning));
     parts_.state.useThemeBackground.set(loaded.useThemeBackground);
     parts_.state.showBrain.set(loaded.showBrain);
     parts_.state.showTileBackgrounds.set(loaded.showTileBackgrounds);
@@ -32,9 +32,9 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     ops_.displayChanges.readScreens();
     watchSession();
     subscriptions_.push_back(parts_.state.focusMode.observe([this](const auto& mode) {
-        if (mode || !parts_.displays.takeHeldBackByZoom()) return;
+        if (mode || !parts_.displays.takeKeptOutByFocusMode()) return;
         parts_.services.queue.post(lifetime_.guard([this] {
-            if (ops_.access.mayMoveWindows()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
+            if (ops_.access.mayMoveWindows()) ops_.displayChanges.placeWindowsOfDisconnectedDisplays();
         }));
     }));
     subscriptions_.push_back(
@@ -63,7 +63,7 @@ void WorkspaceController::stop() {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
     }
     parts_.session.forgetReturns();
-    (void)parts_.arranger.supersede();
+    (void)parts_.arrangementMemory.dropRemainingSteps();
     parts_.awaited.dropLaunches();
     parts_.awaited.abandonScene();
     (void)parts_.recovery.endUnseenTime(parts_.services.queue.uptime());

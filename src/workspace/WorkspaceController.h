@@ -57,9 +57,11 @@ class WorkspaceController {
     const TileAssignments& assignments() const { return parts_.assignments; }
     const UndoHistory& undoHistory() const { return parts_.undo; }
     /// The plan of the last arrangement; empty before the first.
-    const ArrangementPlan& lastArrangement() const { return parts_.arranger.lastPlan(); }
+    const ArrangementPlan& lastArrangement() const { return parts_.arrangementMemory.lastPlan(); }
     /// The learned slots of applications; shared, never null.
-    const Published<Arranger::Learning>& learning() const { return parts_.arranger.publishedLearning(); }
+    const Published<ArrangementMemory::Learning>& learning() const {
+        return parts_.arrangementMemory.publishedLearning();
+    }
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
         return parts_.awaited.scene().pending;
     }

@@ -14,7 +14,7 @@ WorkspaceParts::WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbac
     displays(services.queue, std::move(callbacks.displaysSettled)),
     pointer(services.queue, std::move(callbacks.moveDivider), std::move(callbacks.pollsResumed)),
     session(services.queue, services.preferences, std::move(callbacks.describeSession)),
-    arranger(services.queue, services.preferences) {}
+    arrangementMemory(services.queue, services.preferences) {}
 
 void WorkspaceParts::renameWindow(const WindowID& formerID, const WindowID& newID) {
     assignments.rename(formerID, newID);
@@ -28,7 +28,7 @@ void WorkspaceParts::renameDisplay(const DisplayID& formerID, const DisplayID& n
 
 void WorkspaceParts::forgetPlaces() {
     session.dropKept(); // restoring it with the first poll would displace the scene's windows
-    arranger.skipStartupArrangement();
+    arrangementMemory.skipStartupArrangement();
     displays.forgetAllWindows();
     tileMemory.forgetRememberedLayouts();
     recovery.clear();

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 #include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayMemory.h"
 #include "workspace/FloatingWindows.h"
@@ -69,7 +69,7 @@ struct WorkspaceParts {
     TransitionRecovery recovery;
     SessionRestore session;
     AwaitedWindows awaited{state.pendingLaunches, state.sceneReport};
-    Arranger arranger;
+    ArrangementMemory arrangementMemory;
 
     /// Renames the id in every object that stores it.
     void renameWindow(const WindowID& formerID, const WindowID& newID);
@@ -87,7 +87,7 @@ struct WorkspaceParts {
     template <class Self>
     static auto all(Self& self) {
         return std::tie(self.tileMemory, self.liveWindows, self.displays, self.undo, self.focusMode, self.floating,
-                        self.pointer, self.frames, self.session, self.awaited, self.arranger, self.recovery);
+                        self.pointer, self.frames, self.session, self.awaited, self.arrangementMemory, self.recovery);
     }
 };
 

@@ -36,7 +36,7 @@ enum class PlacementVerdict {
     asRequested,
     drifted,
     underWay,  // the request is not verified yet
-    leftAlone, // see `LeftAlone`
+    leftAlone, // see `LeftAloneReason`
 };
 
 /// The requested and the actual frame of a tile's front window, in window-service space.

@@ -65,7 +65,7 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
     for (const auto& [formerID, id] : successors) {
         parts_.renameWindow(formerID, id);
         ops_.keeper.publishMinimums();
-        if (parts_.assignments.isInAnyTile(id)) ops_.keeper.noteHasItsPlace(id);
+        if (parts_.assignments.isInAnyTile(id)) ops_.keeper.exemptFromRules(id);
     }
     if (!successors.empty()) ops_.keeper.commit({.correctedDrift = kNoCorrection, .comparesTiles = false});
 }

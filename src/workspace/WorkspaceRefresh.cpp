@@ -81,9 +81,9 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     ops_.keeper.publishMinimums();
     if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
     if (hasRestoredSession) {
-        parts_.arranger.skipStartupArrangement(); // the restored session needs no arrangement
+        parts_.arrangementMemory.skipStartupArrangement(); // the restored session needs no arrangement
     } else {
-        ops_.arrangement.scheduleAutomaticArrangement(justGranted);
+        ops_.arrangement.scheduleStartupArrangement(justGranted);
     }
 }
 
@@ -95,7 +95,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     followShownSpace();
     ops_.sessionTaker.hideStackedWindowsAgain();
     if (isRecovering) {
-        if (parts_.displays.hasReturned()) ops_.displayChanges.settleOnDisplays();
+        if (parts_.displays.hasWindowsToPresent()) ops_.displayChanges.adaptToDisplays();
         recoverAssignedWindows();
     }
     ops_.keeper.noteSizesSeen();

@@ -28,10 +28,10 @@ TEST_F(DisplayMemoryTest, AReturningDisplayGetsItsWindowsBackInFrontOfOthers) {
     EXPECT_TRUE(memory.noteConnected({"C"}, {"C", "D"}, tiles).empty());
     EXPECT_EQ(tiles.targetOf("mail"), "D::a");
     EXPECT_FALSE(memory.belongsToDisconnectedDisplay("mail"));
-    const auto returned = memory.takeReturned();
-    EXPECT_EQ(returned.fronts, Names{"mail"});
-    EXPECT_EQ(returned.waiting, Names{"notes"});
-    EXPECT_FALSE(memory.hasReturned());
+    const auto returned = memory.takeWindowsToPresent();
+    EXPECT_EQ(returned.toShow, Names{"mail"});
+    EXPECT_EQ(returned.toHide, Names{"notes"});
+    EXPECT_FALSE(memory.hasWindowsToPresent());
 }
 
 TEST_F(DisplayMemoryTest, WindowsPlacedInTheTilesOfAReturningSpanAreStackedBehindIt) {
@@ -58,19 +58,19 @@ TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
 
 TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
     (void)tiles.assign("mail", {"D::a"});
-    memory.leaveLayout("D", "quad", tiles);
+    memory.rememberLayout("D", "quad", tiles);
     EXPECT_FALSE(memory.noteShown("D", "quad", {})) << "the first layout moves nothing";
-    memory.noteReturned({"mail"}, {"notes"});
+    memory.noteWindowsToPresent({"mail"}, {"notes"});
     memory.rename("mail", "mail2");
     memory.rename("notes", "notes2");
     memory.renameDisplay("D", "E");
     EXPECT_EQ(memory.shown("D"), nullptr);
     EXPECT_EQ(memory.shown("E")->layoutID, "quad");
-    const auto returned = memory.takeReturned();
-    EXPECT_EQ(returned.fronts, Names{"mail2"});
-    EXPECT_EQ(returned.waiting, Names{"notes2"});
+    const auto returned = memory.takeWindowsToPresent();
+    EXPECT_EQ(returned.toShow, Names{"mail2"});
+    EXPECT_EQ(returned.toHide, Names{"notes2"});
     TileAssignments now;
-    memory.takeBackLayout("E", "quad", now);
+    memory.returnWindowsToLayout("E", "quad", now);
     EXPECT_EQ(now.targetOf("mail2"), "E::a");
 }
 

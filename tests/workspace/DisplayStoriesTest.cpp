@@ -1,7 +1,7 @@
 // Displays that are unplugged, on standby, resized or reordered, and where their windows are meanwhile.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 
 #include <gtest/gtest.h>
 
@@ -401,7 +401,7 @@ TEST_F(NamelessDisplay, TheLastArrangementAndDisplacedWindowsGetItsNewID) {
     EXPECT_EQ(candidates[0], (std::vector<Promotion>{{"notes", "E::left"}}));
 }
 
-TEST(DisplaySuccession, MatchesOnlyUnambiguousDisplays) {
+TEST(DisplayRenaming, MatchesOnlyUnambiguousDisplays) {
     const DisplayID a = "display-0-0-1920x1080", b = "display--1920-0-1920x1080", c = "display-0-0-1280x800";
     const DisplayID other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";
     using Ids = std::set<DisplayID>;

@@ -74,7 +74,7 @@ TEST_F(FrameKeeperTest, DecidesWhichFramesHaveDrifted) {
 TEST_F(FrameKeeperTest, AwaitsAPlacementDuringWhichThePointerHeldTheWindow) {
     const auto window = windowAt(makeRect(0, 0, 150, 100));
     frames.noteRequest("mail");
-    frames.noteWithoutTarget(window); // held by the pointer
+    frames.noteNotPlaced(window); // held by the pointer
     EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, kTile), noRequest);
     EXPECT_TRUE(frames.isWaiting()) << "the placement is not verified yet";
     EXPECT_EQ(frames.decide(window, kTile, CorrectedDrift::noticeable, std::nullopt), repeatRequest);
@@ -90,10 +90,10 @@ TEST_F(FrameKeeperTest, KeepsTheRefusalOfAWindowOnAnotherSpace) {
     auto window = windowAt(makeRect(50, 0, 100, 100));
     refuse(window);
     window.isElsewhere = true;
-    frames.noteWithoutTarget(window);
+    frames.noteNotPlaced(window);
     EXPECT_TRUE(frames.refusal("mail"));
     window.isElsewhere = false;
-    frames.noteWithoutTarget(window);
+    frames.noteNotPlaced(window);
     EXPECT_FALSE(frames.refusal("mail"));
 }
 

@@ -17,10 +17,11 @@ TEST(WindowStay, EachReasonHasASentence) {
         {{}, {}},
         {{.hasTile = true}, {}},
         {{.obstacle = "The screen is locked"}, {"No window is moved now: The screen is locked."}},
-        {{.isDragUnderWay = true, .hasTile = true, .leftAlone = LeftAlone::heldByPointer},
+        {{.isDragUnderWay = true, .hasTile = true, .leftAlone = LeftAloneReason::heldByPointer},
          {"No window is moved while the pointer drags something.",
           "It is not put into its tile while it is held by the pointer."}},
-        {{.leftAlone = LeftAlone::fullScreen, .refusal = &refusing}, {"It is left alone while it is in full screen."}},
+        {{.leftAlone = LeftAloneReason::fullScreen, .refusal = &refusing},
+         {"It is left alone while it is in full screen."}},
         {{.hasTile = true, .refusal = &refusing, .attempts = 3},
          {"It refuses the frame of its tile: asked 3 times for 300 × 200 at 0, 0, it stays at 640 × 480 at 10, 20. "
           "It is asked again when its tile changes or it moves."}},
@@ -29,13 +30,13 @@ TEST(WindowStay, EachReasonHasASentence) {
          {"It is left where it was when KOVA started, 640 × 480 at 10, 20, until its tile changes or it moves."}},
         {{.hasTile = true, .isPlacementPending = true},
          {"It was asked for its frame a moment ago, and whether it obeys is being verified."}},
-        {{.isFloating = true, .rule = "“Calm” says float", .isDisplayAwaited = true},
+        {{.isFloating = true, .rule = "“Calm” says float", .isWaitingForItsDisplay = true},
          {"It floats until it is put into a tile.", "An arrangement leaves it alone: the rule “Calm” says float.",
           "An arrangement leaves it alone for a moment: its display was unplugged and may come back."}},
         {{.isOffScreen = true, .manager = "i3 places windows itself."},
          {"It is on no screen although it is neither minimized nor hidden, so KOVA cannot show it.",
           "i3 places windows itself."}},
-        {{.leftAlone = LeftAlone::onAnotherDesktop, .isOffScreen = true},
+        {{.leftAlone = LeftAloneReason::onAnotherDesktop, .isOffScreen = true},
          {"It is left alone while it is on another virtual desktop."}},
         {{.isAwaitedByLaunch = true, .isAwaitedByScene = true},
          {"A tile waits for a window of its application.",
@@ -44,22 +45,22 @@ TEST(WindowStay, EachReasonHasASentence) {
     for (const auto& row : rows) EXPECT_EQ(whyItStays(row.situation), row.expected);
 }
 
-TEST(LeftAlone, TheFirstReasonInTheOrderOfPrecedenceIsGiven) {
+TEST(LeftAloneReason, TheFirstReasonInTheOrderOfPrecedenceIsGiven) {
     ManagedWindow window;
     window.isVisible = true;
     EXPECT_FALSE(whyLeftAlone(window, {}));
-    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAlone::applicationHidden);
+    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAloneReason::applicationHidden);
     window.isAnswering = false;
-    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAlone::notAnswering);
+    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAloneReason::notAnswering);
     window.isMaximized = true;
-    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::maximized);
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAloneReason::maximized);
     window.isFullScreen = true;
-    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::fullScreen);
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAloneReason::fullScreen);
     window.isMinimized = true;
-    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::minimized);
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAloneReason::minimized);
     window.isElsewhere = true;
-    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::onAnotherDesktop);
-    EXPECT_EQ(whyLeftAlone(window, {.isZoomed = true, .isHeldByPointer = true}), LeftAlone::zoomed);
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAloneReason::onAnotherDesktop);
+    EXPECT_EQ(whyLeftAlone(window, {.isZoomed = true, .isHeldByPointer = true}), LeftAloneReason::zoomed);
 }
 
 } // namespace

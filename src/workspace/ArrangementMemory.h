@@ -1,6 +1,6 @@
-// Holds the plan of the last arrangement, the learning from all arrangements, and whether the arrangement after the
-// agent's start is due. Always true: the remaining steps of an arrangement are dropped as soon as another arrangement,
-// an undo or another layout supersedes it.
+// Holds the plan of the last arrangement, what was learned from arrangements and moves, and whether the arrangement
+// after the agent's start is due. Always true: the remaining steps of an arrangement are dropped as soon as another
+// arrangement, an undo or a change of the layout supersedes that arrangement.
 #pragma once
 
 #include "layout/AutoArrangeLearning.h"
@@ -17,33 +17,35 @@
 
 namespace kova {
 
-class Arranger : public PartWithoutPolls {
+class ArrangementMemory : public PartWithoutPolls {
   public:
     using Learning = std::shared_ptr<const AutoArrangeLearningModel>; // shared with undo snapshots
 
-    Arranger(MainQueue& queue, PreferencesStore& preferences);
+    ArrangementMemory(MainQueue& queue, PreferencesStore& preferences);
 
     /// The plan of the last arrangement; empty before the first.
     const ArrangementPlan& lastPlan() const { return lastPlan_; }
     void notePlan(ArrangementPlan plan) { lastPlan_ = std::move(plan); }
 
-    /// Drops the remaining steps of earlier arrangements. Returns the number of the newest one.
-    std::int64_t supersede();
-    std::int64_t newest() const { return generation_; }
+    /// Drops the remaining steps of the last arrangement: raises the generation, and returns it. A step that runs later
+    /// checks `isNewest` with the generation in which it was scheduled.
+    std::int64_t dropRemainingSteps();
+    std::int64_t newestGeneration() const { return generation_; }
     bool isNewest(std::int64_t generation) const { return generation == generation_; }
 
-    /// Returns whether the arrangement after the start is due, and marks it as done.
-    bool takeStartupArrangement(bool wasPermissionJustGranted);
+    /// Returns whether the arrangement after the agent's start is due, and marks it as done. `isPermissionNew` is true
+    /// if the permission was granted just now; then the arrangement is due again.
+    bool takeStartupArrangement(bool isPermissionNew);
     void skipStartupArrangement() { hadStartupArrangement_ = true; }
     /// Marks the arrangement after the start as due again, after it could not be carried out.
     void postponeStartupArrangement() { hadStartupArrangement_ = false; }
 
     const Learning& learning() const { return *learning_; }
     const Published<Learning>& publishedLearning() const { return learning_; }
-    /// Takes over the model that was read from the preferences.
+    /// Uses the model that was read from the preferences; does not save it.
     void loadLearning(AutoArrangeLearningModel model);
-    /// Replaces the model. Saves the model after all work that is already queued, so that requests to windows come
-    /// first.
+    /// Replaces the model. The model is saved after all work that is queued now, so that saving does not delay requests
+    /// to windows.
     void setLearning(Learning learning);
     /// Replaces the model by a copy that `edit` has changed.
     template <class Edit>

@@ -1,4 +1,5 @@
-// Reasons why a window is not moved to its tile for now. The window keeps the tile and is moved once the reason ends.
+// Reasons why a window is left alone: it is not moved to its tile for now. The window keeps the tile and is moved when
+// the reason ends.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -8,7 +9,7 @@
 
 namespace kova {
 
-enum class LeftAlone {
+enum class LeftAloneReason {
     zoomed, // the window owns its display in focus mode
     heldByPointer,
     minimized,
@@ -19,7 +20,7 @@ enum class LeftAlone {
     applicationHidden,
 };
 
-/// Facts about the window that are not among its attributes.
+/// Facts about a window that `ManagedWindow` does not contain.
 struct LeftAloneFacts {
     bool isZoomed = false;
     bool isHeldByPointer = false;
@@ -27,9 +28,9 @@ struct LeftAloneFacts {
 };
 
 /// The first reason that applies; absent if the window may be moved to its tile.
-std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
+std::optional<LeftAloneReason> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
 
-/// The reason as the end of a sentence about the window: "is minimized".
-std::string_view describe(LeftAlone cause);
+/// The reason as the end of a sentence about the window, for example "is minimized".
+std::string_view describe(LeftAloneReason cause);
 
 } // namespace kova

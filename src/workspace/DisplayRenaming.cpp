@@ -1,4 +1,4 @@
-#include "workspace/DisplaySuccession.h"
+#include "workspace/DisplayRenaming.h"
 
 #include <algorithm>
 #include <iterator>
@@ -8,7 +8,8 @@ namespace kova {
 
 namespace {
 
-/// "1920x1080" for "display-0-0-1920x1080"; empty for an id derived from the device.
+/// The size in the id of a display that is named by its frame: "1920x1080" for "display-0-0-1920x1080". Empty for an id
+/// that is derived from the device.
 std::string sizeInName(const DisplayID& displayID) {
     const std::string size = displayID.text().substr(displayID.text().rfind('-') + 1);
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };

@@ -1,4 +1,4 @@
-#include "workspace/Arranger.h"
+#include "workspace/ArrangementMemory.h"
 
 #include "workspace/WorkspacePreferences.h"
 
@@ -8,25 +8,25 @@
 
 namespace kova {
 
-Arranger::Arranger(MainQueue& queue, PreferencesStore& preferences) :
+ArrangementMemory::ArrangementMemory(MainQueue& queue, PreferencesStore& preferences) :
     queue_(queue), preferences_(preferences), learning_(std::make_shared<const AutoArrangeLearningModel>()) {}
 
-std::int64_t Arranger::supersede() {
+std::int64_t ArrangementMemory::dropRemainingSteps() {
     if (generation_ == std::numeric_limits<std::int64_t>::max()) std::abort();
     return ++generation_;
 }
 
-bool Arranger::takeStartupArrangement(bool wasPermissionJustGranted) {
-    const bool isDue = wasPermissionJustGranted || !hadStartupArrangement_;
+bool ArrangementMemory::takeStartupArrangement(bool isPermissionNew) {
+    const bool isDue = isPermissionNew || !hadStartupArrangement_;
     hadStartupArrangement_ = true;
     return isDue;
 }
 
-void Arranger::loadLearning(AutoArrangeLearningModel model) {
+void ArrangementMemory::loadLearning(AutoArrangeLearningModel model) {
     learning_.set(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
 }
 
-void Arranger::setLearning(Learning learning) {
+void ArrangementMemory::setLearning(Learning learning) {
     if (learning == *learning_) return;
     learning_.set(std::move(learning));
     if (std::exchange(isSavePending_, true)) return;

@@ -1,5 +1,5 @@
-// Displays that are named by their frame, such as those of virtual machines and monitors without identification. Their
-// id changes with the frame.
+// Finds displays whose id has changed. The id of some displays, such as those of virtual machines and monitors without
+// identification, is made of the frame and changes with it.
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
@@ -13,13 +13,15 @@ namespace kova {
 /// Whether the display id is derived from the frame instead of the device.
 bool isNamedByFrame(const DisplayID& displayID);
 
-/// Matches disconnected displays to new displays; the keys are the former ids. A disconnected and a new display match
-/// if no other display of either set has their size, or if they are the last two without a match.
+/// Matches disconnected displays to newly connected displays: the new ids, by former id. Only displays that are named
+/// by their frame are matched. Two displays match if they have the same size and no other display of either set has it,
+/// or if each is the only one of its set that is left.
 std::map<DisplayID, DisplayID> matchRenamedDisplays(const std::set<DisplayID>& disconnected,
                                                     const std::set<DisplayID>& connected);
 
-/// Copies the chosen layout of the display, and its weights, to the other one.
+/// Copies the layout selection and the weights from one display to the other.
 void copyDisplay(WorkspaceProfile& profile, const DisplayID& displayID, const DisplayID& otherID);
+/// Erases the layout selection and the weights of the display.
 void eraseDisplay(WorkspaceProfile& profile, const DisplayID& displayID);
 
 } // namespace kova
