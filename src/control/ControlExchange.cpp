@@ -36,7 +36,7 @@ void ControlExchange::carryOutNext() {
 }
 
 void ControlExchange::carryOutWhenCurrent(const jsonrpc::Request& request) {
-    // Posted, since the server may have ended when the request is ready.
+    // `ready` may be called after the server has ended. Then `post_` drops the request.
     auto ready = [self = shared_from_this(), &request] { self->post_([self, &request] { self->carryOut(request); }); };
     if (!handling_.deferUntilCurrent(request.call, std::move(ready))) carryOut(request);
 }
@@ -57,7 +57,7 @@ void ControlExchange::carryOut(const jsonrpc::Request& request) {
     }
 }
 
-/// Null for a notification, which gets no response.
+/// `reply` is null for a notification, which gets no response.
 void ControlExchange::respond(const nlohmann::json* reply) {
     std::string response = reply ? jsonrpc::line(*reply) : std::string();
     responseBytes_ += response.size();

@@ -31,7 +31,7 @@ ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
     json result{{"scene", nameAndID(scene)}, {"message", orNull(outcome.message())}};
     messageNumber_ = controller_.messagesShown();
     deleted_.push_back({std::move(scene), index});
-    if (deleted_.size() > kMost) deleted_.pop_front();
+    if (deleted_.size() > kMaximumCount) deleted_.pop_front();
     return result;
 }
 
@@ -41,7 +41,7 @@ bool DeletedScenes::isShownByStatusMessage() const {
 
 ControlReply DeletedScenes::undelete() {
     const auto& scenes = *controller_.state().scenes;
-    std::erase_if(deleted_, [&](const Deleted& each) { // an import has restored the scene
+    std::erase_if(deleted_, [&](const Deleted& each) { // an import may have restored a deleted scene
         return std::ranges::find(scenes, each.scene.id, &WorkspaceScene::id) != scenes.end();
     });
     if (deleted_.empty()) return refusal("No scene was deleted since the agent started");

@@ -44,7 +44,8 @@ std::vector<ConstrainedWindow> constrainedWindowsOn(const WorkspaceController& c
     return constrained;
 }
 
-/// Null when every window fits; else the window that lacks the most points of width and height together.
+/// Null if every window fits. Otherwise by how many points its tile is too small for a window, for the window for which
+/// this is the most (width plus height).
 json shortfall(const LayoutDefinition& layout, const std::vector<ConstrainedWindow>& windows, CGSize area,
                double inset) {
     std::vector<CGSize> needed;

@@ -241,7 +241,7 @@ ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction)
 
 /// Which rule decides for a window, and the result of the others.
 ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto found = lookUpWindow(controller, parameters.required("window").string());
     if (!found) return found.error();
     const auto& window = *found;

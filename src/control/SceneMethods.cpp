@@ -152,7 +152,7 @@ ControlReply renameScene(WorkspaceController& controller, const JsonCursor& para
 }
 
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure; // no window is known without it
+    if (auto failure = permissionFailure(controller)) return *failure; // no window is known without it
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const auto& scene = *found;

@@ -134,7 +134,7 @@ ControlReply showSettings(const UserInterfaceParts& parts, const JsonCursor& par
     }
     SettingsWindowControl* settings = parts.settings();
     if (!settings) return refusal(kNoInterface);
-    if (parts.overlay) parts.overlay->hasPeers(); // drops disconnected clients
+    if (parts.overlay) parts.overlay->hasSubscribers(); // drops disconnected clients
     if (auto problem = settings->show(pane)) return refusal(*problem);
     return json{{"pane", orNull(pane)}};
 }
@@ -149,12 +149,12 @@ ControlReply showInUserInterface(const UserInterfaceParts& parts, const JsonCurs
     if (what == "onboarding") {
         OnboardingWindowControl* onboarding = parts.onboarding();
         if (!onboarding) return refusal(kNoInterface);
-        if (parts.overlay) parts.overlay->hasPeers(); // drops disconnected clients
+        if (parts.overlay) parts.overlay->hasSubscribers(); // drops disconnected clients
         if (auto problem = onboarding->show()) return refusal(*problem);
         return json{{"what", what}};
     }
     if (!parts.overlay || !parts.overlay->show(what)) {
-        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
+        return refusal("The program that draws the overlay is not connected. Start it with “kova ui restart”");
     }
     return json{{"what", what}};
 }

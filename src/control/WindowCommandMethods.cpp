@@ -41,7 +41,7 @@ json planRecord(const WorkspaceController& controller, bool isDryRun, const Wind
 }
 
 ControlReply carryOut(WorkspaceController& controller, const JsonCursor& parameters, const WindowCommand& command) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const bool isDryRun = isTrue(parameters, "dryRun");
     const auto planned = controller.planCommand(command);
     if (const auto* refused = std::get_if<WindowRefusal>(&planned)) return refusal(refused->reason);
@@ -55,7 +55,7 @@ ControlReply carryOut(WorkspaceController& controller, const JsonCursor& paramet
 /// The window that "window" names. "display" is ignored here, since it names the display of the tile.
 WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
     // Without the permission no window is known; the error names the missing permission.
-    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    if (auto failure = permissionFailure(controller)) return *std::move(failure);
     const auto named = parameters.optional("window");
     if (!named) return std::nullopt;
     const auto found = lookUpWindow(controller, named->string());
@@ -106,7 +106,7 @@ const char* describe(PlacementVerdict verdict) {
 WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto named = parameters.optional("display");
     if (parameters.optional("window") || !named) return namedWindow(controller, parameters);
-    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    if (auto failure = permissionFailure(controller)) return *std::move(failure);
     const auto display = lookUpDisplay(controller, named->string());
     if (!display) return display.error();
     auto window = controller.windowLastFocusedOn(*display);
@@ -155,7 +155,7 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
     auto tile = wantedTile(controller, parameters, with, windowID);
     if (!tile) {
         const std::vector<std::string> directions = {"left", "right", "up", "down"};
-        const std::string meant = nearestName(with, directions);
+        const std::string meant = suggestionFor(with, directions);
         if (meant.empty()) return tile.error();
         return ControlFailure{controlCode::refused,
                               "There is no direction or tile " + quoted(textForMessage(with)) + meant,
@@ -202,10 +202,10 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
         cycle.windowID = *std::move(window);
     }
     if (!isTrue(parameters, "dryRun")) return performAction(controller, cycle);
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto next = controller.nextInStack(cycle);
     if (!next) return refusal(controller.whyNothingNext(cycle));
-    json result = performed(controller, std::nullopt);
+    json result = actionResult(controller, std::nullopt);
     const ManagedWindow* coming = controller.actingWindow(*next);
     result["message"] = (coming ? nameOf(*coming) : std::string("It")) + " would come to the front";
     return result;
@@ -221,14 +221,14 @@ ControlReply listWindows(const WorkspaceController& controller) {
             if (display.at("id") != tile.displayID) continue;
             json waiting = json::array();
             for (const auto& id : tile.stack) {
-                if (id != tile.windowID) waiting.push_back(controlRecord::windowInBrief(controller, id));
+                if (id != tile.windowID) waiting.push_back(controlRecord::briefWindowWithState(controller, id));
             }
-            own.push_back(
-                {{"id", tile.target},
-                 {"number", own.size() + 1},
-                 {"name", tile.slot.name},
-                 {"window", tile.windowID ? controlRecord::windowInBrief(controller, *tile.windowID) : json(nullptr)},
-                 {"waiting", std::move(waiting)}});
+            own.push_back({{"id", tile.target},
+                           {"number", own.size() + 1},
+                           {"name", tile.slot.name},
+                           {"window", tile.windowID ? controlRecord::briefWindowWithState(controller, *tile.windowID)
+                                                    : json(nullptr)},
+                           {"waiting", std::move(waiting)}});
         }
         displays.push_back({{"id", display.at("id")},
                             {"number", display.at("number")},
@@ -239,7 +239,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
     json others = json::array();
     for (const ManagedWindow& window : controller.liveWindows()) {
         if (!controlRecord::isInOneOf(tiles, window.id)) {
-            others.push_back(controlRecord::windowInBrief(controller, window.id));
+            others.push_back(controlRecord::briefWindowWithState(controller, window.id));
         }
     }
     return json{{"displays", std::move(displays)}, {"others", std::move(others)}};
@@ -247,7 +247,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
 
 /// Compares the frames of tiled windows with what was requested; with "repair" they are requested again.
 ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto findings = controller.verifyPlacements();
     const bool repairs = isTrue(parameters, "repair") && !isTrue(parameters, "dryRun");
     if (repairs) {

@@ -190,7 +190,7 @@ ControlReply explain(const WorkspaceController& controller, const JsonCursor& pa
         for (auto& line : explainStandingChoices(controller)) lines.push_back(std::move(line));
         return json{{"window", nullptr}, {"lines", std::move(lines)}, {"decisions", std::move(decisions)}};
     }
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto found = lookUpWindowOrDialog(controller, named->string());
     if (!found) {
         const UnmanagedWindow* unmanaged = findUnmanagedWindow(controller, named->string());

@@ -47,7 +47,8 @@ TEST(AgentClaim, IsHeldByOneProcessUntilItsEnd) {
     EXPECT_EQ(isHeld, 'y');
 
     std::optional<pid_t> holder;
-    EXPECT_EQ(refusalOf(place, &holder), "Another KOVA agent (process " + std::to_string(other) + ") has this session");
+    EXPECT_EQ(refusalOf(place, &holder),
+              "Another KOVA agent (process " + std::to_string(other) + ") already manages this session");
     EXPECT_EQ(holder, other);
     folder.write("kova/agent.sock", "what it leaves behind");
     kill(other, SIGKILL);
@@ -56,7 +57,7 @@ TEST(AgentClaim, IsHeldByOneProcessUntilItsEnd) {
     const auto claim = AgentClaim::take(place);
     ASSERT_TRUE(std::holds_alternative<AgentClaim>(claim));
     EXPECT_EQ(refusalOf(place, &holder),
-              "Another KOVA agent (process " + std::to_string(getpid()) + ") has this session");
+              "Another KOVA agent (process " + std::to_string(getpid()) + ") already manages this session");
     EXPECT_EQ(modeOf(folder.path() / "kova"), 0700u);
     EXPECT_EQ(modeOf(folder.path() / "kova" / "agent.sock.lock"), 0600u);
     close(ready[0]);

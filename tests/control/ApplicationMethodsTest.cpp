@@ -58,7 +58,8 @@ TEST_F(ApplicationMethods, LaunchesAreCountedAndTheLauncherPrefersAnEmptyTile) {
     disk.setValue(preferenceKey::launchCounts, PreferenceData{R"({"a": -1})"});
     EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an impossible count is not used";
 
-    EXPECT_EQ(refusal("ui.launcher"), "No program that could show it is connected. Start it with “kova ui restart”");
+    EXPECT_EQ(refusal("ui.launcher"),
+              "The program that draws the overlay is not connected. Start it with “kova ui restart”");
     auto drawing = client();
     call(drawing, "subscribe", {{"topic", "overlay"}});
     const auto shown = [&](const char* method, json parameters = json::object()) {
