@@ -102,7 +102,7 @@ class ControlMethods::Table final : MethodTable {
         }
         ControlReply reply = call(*method, request.parameters, peer);
         if (!reply) showInOverlay(reply.error(), peer);
-        if (reply) settings_.touch();
+        if (reply) settings_.noteChange();
         if (!reply || !method->respondsOnceSaved) return respond(std::move(reply));
         context_.preferences.save(
             [result = std::move(*reply), respond = std::move(respond)](const auto& problem) mutable {

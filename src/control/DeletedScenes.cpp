@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-json nameAndID(const WorkspaceScene& scene) {
+json idAndName(const WorkspaceScene& scene) {
     return {{"id", scene.id.string()}, {"name", scene.name}};
 }
 
@@ -28,7 +28,7 @@ ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
         static_cast<std::size_t>(std::ranges::find(scenes, scene.id, &WorkspaceScene::id) - scenes.begin());
     const auto outcome = controller_.perform(action::DeleteScene{scene.id});
     if (!outcome) return failureOf(outcome);
-    json result{{"scene", nameAndID(scene)}, {"message", orNull(outcome.message())}};
+    json result{{"scene", idAndName(scene)}, {"message", orNull(outcome.message())}};
     messageNumber_ = controller_.messagesShown();
     deleted_.push_back({std::move(scene), index});
     if (deleted_.size() > kMaximumCount) deleted_.pop_front();
@@ -48,7 +48,7 @@ ControlReply DeletedScenes::undelete() {
     const Deleted& last = deleted_.back();
     const auto outcome = controller_.perform(action::InsertScene{last.scene, last.index});
     if (!outcome) return failureOf(outcome);
-    json result{{"scene", nameAndID(last.scene)}, {"message", orNull(outcome.message())}};
+    json result{{"scene", idAndName(last.scene)}, {"message", orNull(outcome.message())}};
     deleted_.pop_back();
     return result;
 }

@@ -44,7 +44,7 @@ json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
         touched_ = kEveryOverlaySection;
         sendChanges();
     } else {
-        overlay_.watch([this](OverlaySections sections) { sectionsTouched(sections); });
+        overlay_.watch([this](OverlaySections sections) { noteChange(sections); });
         update(sent_, kEveryOverlaySection);
         touched_ = 0;
     }
@@ -64,7 +64,7 @@ void OverlayBroadcast::update(OverlayContents& contents, OverlaySections section
     if (amend_) amend_(contents);
 }
 
-void OverlayBroadcast::sectionsTouched(OverlaySections sections) {
+void OverlayBroadcast::noteChange(OverlaySections sections) {
     if (touched_ == 0) {
         queue_.post(lifetime_.guard([this] {
             if (touched_ != 0) sendChanges();

@@ -46,7 +46,7 @@ class OverlayBroadcast {
   private:
     void add(std::shared_ptr<ControlPeer> peer);
     void update(OverlayContents& contents, OverlaySections sections);
-    void sectionsTouched(OverlaySections sections);
+    void noteChange(OverlaySections sections);
     void sendChanges();
     void send(const std::string& line);
 
