@@ -17,14 +17,14 @@ TEST(UnsentBudget, DropsTheClientThatHasReadNothingForTheLongestTime) {
     a.setUnread(40, at(1));
     b.setUnread(50, at(2));
     EXPECT_EQ(budget.unreadBytes(), 90U);
-    a.setUnread(30, at(3)); // this client has read some output
+    a.setUnread(30, at(3)); // a has read some of its output
     c.setUnread(30, at(4));
     EXPECT_EQ(dropped, "b");
     EXPECT_TRUE(b.isDropped());
     EXPECT_EQ(budget.unreadBytes(), 60U);
     b.setUnread(1000, at(5));
     EXPECT_EQ(budget.unreadBytes(), 60U) << "a dropped client no longer counts";
-    c.setUnread(500, at(6)); // a single client may exceed the limit while the others have no unread bytes
+    c.setUnread(500, at(6)); // a is dropped; then c may exceed the limit, since no other client has unread bytes
     EXPECT_EQ(dropped, "ba");
     EXPECT_EQ(budget.unreadBytes(), 500U);
     {
