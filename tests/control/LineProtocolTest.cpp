@@ -276,8 +276,8 @@ TEST_F(LineProtocol, RequestsAfterADelayedResponseWaitForIt) {
     listen();
     auto connection = client();
     auto other = client();
-    // The server may read what one client sent after what another client sent later. The request of `other` alone
-    // therefore proves nothing; the test waits for the held requests, too.
+    // The server may read the input of one client after later input of another client. So the test first waits for the
+    // held requests, and then for the response to a request of `other`.
     const auto isHeld = [&](std::size_t count) {
         return waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() >= count; }) &&
                other.request(kEcho)["id"] == 7 && agent.held.size() == count;
