@@ -57,8 +57,8 @@ ControlReply arrange(WorkspaceController& controller, const JsonCursor& paramete
     return arrangementResult(controller.lastArrangement(), isDryRun, outcome.message());
 }
 
-/// Carries out the "url" of the parameters. Only the client learns of an error: the workspace shows no message for an
-/// unknown URL.
+/// Carries out the action that the parameter "url" names. Only the client learns of an error: the workspace shows no
+/// message for an unknown URL.
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
     const std::string url = parameters.required("url").string();
     const auto outcome = urls.handle(url);
@@ -74,7 +74,7 @@ ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const Js
     return refusal(outcome.message);
 }
 
-/// Returns the "direction" of the parameters. Throws `DecodingError` if the direction is invalid.
+/// Returns the parameter "direction". Throws `DecodingError` if the direction is invalid.
 WorkspaceDirection wantedDirection(const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("direction");
     const std::string word = given.string();

@@ -21,8 +21,8 @@ struct AgentClaimRefusal {
 
 class AgentClaim {
   public:
-    /// Creates the socket's folder if necessary, so that only its owner may enter it, and locks a file beside the
-    /// socket.
+    /// Creates the socket's folder if necessary and closes it to other users, unless the user chose the folder. Then
+    /// locks a file beside the socket.
     static std::variant<AgentClaim, AgentClaimRefusal> take(const ControlSocketPlace& place);
 
     AgentClaim(AgentClaim&& other) noexcept :

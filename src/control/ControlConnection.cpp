@@ -92,7 +92,7 @@ void ControlConnection::readInput() {
     const auto length = ::recv(descriptor_, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
     if (length < 0) return wouldBlock(errno) ? waitForInput() : close();
     if (length == 0) return endInput();
-    take({readBuffer_.data(), static_cast<std::size_t>(length)});
+    splitIntoMessages({readBuffer_.data(), static_cast<std::size_t>(length)});
 
     const MutexLock guard(lock_);
     if (!isOpen_) return;
@@ -100,15 +100,15 @@ void ControlConnection::readInput() {
     if (!isInputPaused_) waitForInput();
 }
 
-void ControlConnection::take(std::string_view bytes) {
+void ControlConnection::splitIntoMessages(std::string_view bytes) {
     lines_.feed(
-        bytes, [this](std::string_view line) { takeMessage(jsonrpc::readMessage(line), line.size()); },
+        bytes, [this](std::string_view line) { queueMessage(jsonrpc::readMessage(line), line.size()); },
         [this] {
-            takeMessage(invalidLine("a line holds at most " + std::to_string(kLongestControlLine) + " bytes"), 0);
+            queueMessage(invalidLine("a line holds at most " + std::to_string(kLongestControlLine) + " bytes"), 0);
         });
 }
 
-void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes) {
+void ControlConnection::queueMessage(jsonrpc::Message message, std::size_t bytes) {
     {
         const MutexLock guard(lock_);
         if (!isOpen_) return;
@@ -133,7 +133,7 @@ void ControlConnection::deliverNext() {
 }
 
 void ControlConnection::endInput() {
-    if (lines_.isInsideLine()) takeMessage(invalidLine("the request ends in mid-line"), 0);
+    if (lines_.isInsideLine()) queueMessage(invalidLine("the request ends in mid-line"), 0);
     bool isDone = false;
     {
         const MutexLock guard(lock_);

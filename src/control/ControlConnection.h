@@ -66,8 +66,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void waitForInput();
     void readAvailable();
     void readInput();
-    void take(std::string_view bytes);
-    void takeMessage(jsonrpc::Message message, std::size_t bytes);
+    void splitIntoMessages(std::string_view bytes);
+    void queueMessage(jsonrpc::Message message, std::size_t bytes);
     void deliverNext();
     void endInput();
     void closeSoon();

@@ -23,8 +23,8 @@ class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
     ControlExchange(Post post, ControlHandling& handling, std::shared_ptr<ControlConnection> connection,
                     jsonrpc::Message message, std::size_t longestBatchResponse);
 
-    /// Carries out the next request and then the remaining ones; after the last one sends the response to the client.
-    /// Do not call after the server has ended.
+    /// Carries out the next request of the message, and the remaining requests in later tasks. Then sends the response
+    /// to the client. Do not call after the server has ended.
     void carryOutNext();
 
   private:
@@ -37,7 +37,7 @@ class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
     const std::shared_ptr<ControlConnection> connection_;
     const jsonrpc::Message message_;
     const std::size_t longestBatchResponse_;
-    std::size_t at_ = 0;            // the index of the next entry of the message
+    std::size_t nextEntry_ = 0;     // the index in `message_.entries`
     std::size_t responseBytes_ = 0; // of all responses so far
 };
 

@@ -16,7 +16,7 @@ class WorkspaceController;
 
 class DeletedScenes {
   public:
-    static constexpr std::size_t kMaximumCount = 8; // the oldest scene is dropped for a ninth
+    static constexpr std::size_t kMaximumCount = 8; // of kept scenes; then the oldest one is dropped
 
     explicit DeletedScenes(WorkspaceController& controller) : controller_(controller) {}
 

@@ -44,8 +44,7 @@ std::vector<ConstrainedWindow> constrainedWindowsOn(const WorkspaceController& c
     return constrained;
 }
 
-/// Null if every window fits. Otherwise by how many points its tile is too small for a window, for the window for which
-/// this is the most (width plus height).
+/// The window that lacks the most points, width plus height, in its tile, and these points; null if every window fits.
 json shortfall(const LayoutDefinition& layout, const std::vector<ConstrainedWindow>& windows, CGSize area,
                double inset) {
     std::vector<CGSize> needed;

@@ -17,7 +17,7 @@ struct MenuEntry {
     std::string title{};
     bool isEnabled = true;
     bool isChecked = false;
-    std::optional<KovaShortcut> shortcut{}; // shown beside the title; it works without the menu
+    std::optional<KovaShortcut> shortcut{}; // shown beside the title; it also works while the menu is closed
     std::vector<MenuEntry> entries{};       // of a submenu
     bool operator==(const MenuEntry&) const = default;
 };

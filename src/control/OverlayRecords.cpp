@@ -137,7 +137,7 @@ class Members {
     Members& add(const char* name, Member T::*member) {
         return differs(member) ? addAlways(name, member) : *this;
     }
-    /// For the member that identifies the value, which is written even if it is equal.
+    /// Writes the member even if it does not differ. For the member that identifies the value.
     template <class Member>
     Members& addAlways(const char* name, Member T::*member) {
         out_.name(name);

@@ -9,8 +9,8 @@ class PermissionControl {
     virtual ~PermissionControl() = default;
     /// True if the system requires a permission and the user can be asked for it.
     virtual bool canAsk() const = 0;
-    /// Opens the system's permission dialog, or the page of its settings if the dialog was shown before or cannot help.
-    /// No-op unless `canAsk`. Never waits.
+    /// Opens the system's permission dialog, or a page of the system's settings if the dialog was shown before or
+    /// cannot help. No-op unless `canAsk`. Never waits.
     virtual void ask() = 0;
 };
 

@@ -19,7 +19,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::int64_t kLargestPlace = 1'000'000; // in the list of rules, where a rule is moved to
+constexpr std::int64_t kLargestPlace = 1'000'000; // the largest number that the method “rule.move” accepts
 
 /// The name of the slot; its id if no layout has such a slot.
 std::string slotNameOrID(const SlotID& slotID, const std::vector<SlotName>& slots) {
@@ -27,8 +27,8 @@ std::string slotNameOrID(const SlotID& slotID, const std::vector<SlotName>& slot
     return found == slots.end() ? slotID.text() : found->name;
 }
 
-/// The rule's name for display. A rule's name can end with an arrow and the id of a slot; the label has the slot's name
-/// in place of the id.
+/// The rule's name as the user sees it. A rule's name can end with an arrow and the id of a slot; the label has the
+/// slot's name in place of the id.
 std::string label(const WorkspaceRule& rule, const std::vector<SlotName>& slots) {
     static constexpr std::string_view kArrow = " → ";
     const auto arrow = rule.name.rfind(kArrow);
@@ -132,7 +132,8 @@ ControlReply listRules(const WorkspaceController& controller) {
     json rules = json::array();
     for (std::size_t i = 0; i < controller.state().rules->size(); ++i) {
         json rule = record((*controller.state().rules)[i], i + 1, slots);
-        rule["windows"] = i < matches.size() ? windowsOf(matches[i], controller) : json(nullptr); // null: not matched
+        rule["windows"] =
+            i < matches.size() ? windowsOf(matches[i], controller) : json(nullptr); // null: too many rules
         rules.push_back(std::move(rule));
     }
     return json{{"isOn", *controller.state().continuousManagementEnabled}, {"rules", std::move(rules)}};

@@ -57,7 +57,7 @@ class ShortcutMethods {
     ControlReply list() const;
     ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply clear(const JsonCursor& parameters);
-    /// Starts a recording. The client gets a notification for every result; after the last one the recording has ended.
+    /// Starts a recording. The client gets a notification for every result, and the last one when the recording ends.
     ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply restoreDefaults();
     nlohmann::json recordOf(KovaShortcutAction action) const;

@@ -19,7 +19,7 @@ class UnsentBudget {
 
     explicit UnsentBudget(std::size_t bytes) : bytesAllowed_(bytes) {}
 
-    /// The unread output of one client. It no longer counts once the object is destroyed.
+    /// The unread output of one client. Once the object is destroyed, this output no longer counts.
     class Account {
       public:
         /// `drop` disconnects the client. It is called at most once, on any thread and with locks held, so it may only

@@ -30,7 +30,7 @@ class UserInterfaceControl {
     /// Ends the program if it runs, and starts it, even after repeated crashes. Returns false if the program is
     /// switched off or the workspace is not started.
     virtual bool restart() = 0;
-    /// Reports that the program cannot show the contents. The report holds until the program is started again or
+    /// Reports that the program cannot show the overlay. The report holds until the program is started again or
     /// `reporter`, the reporting client, disconnects.
     virtual void reportProblem(const std::string& problem, std::weak_ptr<ControlPeer> reporter) = 0;
 };
