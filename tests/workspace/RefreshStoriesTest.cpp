@@ -173,7 +173,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
     desk.desktop.setTrusted(false);
     desk.start();
     desk.desktop.setTrusted(true);
-    desk.advance(Seconds(0.75));
+    desk.advance(Seconds(0.25));
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     desk.settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
@@ -186,7 +186,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsIfALockIsReportedLate) {
     desk.desktop.setTrusted(false);
     desk.start();
     desk.desktop.setTrusted(true);
-    desk.advance(Seconds(0.75)).simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
+    desk.advance(Seconds(0.25)).simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     desk.simulate(SystemActivityEvent::screenDidUnlock).settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
