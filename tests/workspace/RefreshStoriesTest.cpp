@@ -43,7 +43,7 @@ TEST(RefreshStories, ADesktopWithoutAnnouncementsIsPolledTwiceASecond) {
 
 TEST(RefreshStories, TheListHasTheRealFrameOfAWindowThatRoundsItsSize) {
     Scenario desk;
-    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.sizeIncrement = {17, 31}}).arrange();
     desk.advance(Seconds(30));
     const ManagedWindow& known = desk.controller().liveWindows().front();
     EXPECT_EQ(known.frame, desk.desktop.window("Terminal").frame);

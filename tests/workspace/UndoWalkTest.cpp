@@ -254,7 +254,7 @@ class UndoWalk : public RandomWalk {
             traits.minimumSize = CGSize{300 + number(900), 200};
             traits.frame->size.width = std::max(traits.frame->size.width, traits.minimumSize->width);
         } else if (chance(6)) {
-            traits.cell = kCell;
+            traits.sizeIncrement = kCell;
         }
         return traits;
     }
