@@ -82,8 +82,8 @@ std::string sentence(std::string_view summary) {
 
 std::string parameterForManual(const cli::Parameter& parameter) {
     std::string out;
-    if (!parameter.flag.empty()) out += "\\fB" + forManual(parameter.flag) + "\\fR";
-    if (!parameter.flag.empty() && !parameter.value.empty()) out += " ";
+    if (!parameter.optionName.empty()) out += "\\fB" + forManual(parameter.optionName) + "\\fR";
+    if (!parameter.optionName.empty() && !parameter.value.empty()) out += " ";
     if (!parameter.value.empty()) out += "\\fI" + forManual(parameter.value) + "\\fR";
     return out;
 }

@@ -81,9 +81,9 @@ class Position {
     bool isTaken(const Parameter* parameter) const {
         return std::find(taken_.begin(), taken_.end(), parameter) != taken_.end();
     }
-    const Parameter* optionNamed(std::string_view flag) const {
+    const Parameter* optionNamed(std::string_view name) const {
         const auto found = std::find_if(parameters_.begin(), parameters_.end(), [&](const Parameter* each) {
-            return !each->isPositional() && each->flag == flag;
+            return !each->isPositional() && each->optionName == name;
         });
         return found == parameters_.end() ? nullptr : *found;
     }
@@ -96,7 +96,7 @@ class Position {
         std::vector<Candidate> all;
         for (const Parameter* each : parameters_) {
             if (!each->isPositional() && !isTaken(each))
-                all.push_back({std::string(each->flag), std::string(each->meaning)});
+                all.push_back({std::string(each->optionName), std::string(each->meaning)});
         }
         all.push_back({"--help", "show what the verb does"});
         return all;

@@ -26,7 +26,7 @@ struct Parameter {
 
     Kind kind = Kind::name;
     const char* key = "";                        // of the value in `Arguments::request` or `Arguments::local`
-    std::string_view flag{};                     // "--display"; empty for a positional parameter
+    std::string_view optionName{};               // "--display"; empty for a positional parameter
     std::string_view value{};                    // "DISPLAY": the value's placeholder in the help
     std::string_view meaning{};                  // the explanation in the help
     std::string_view words{};                    // "left right": values that the completion offers, besides names
@@ -36,7 +36,7 @@ struct Parameter {
     bool isRequired = true;
     Use use = Use::request;
 
-    constexpr bool isPositional() const { return flag.empty(); }
+    constexpr bool isPositional() const { return optionName.empty(); }
     /// A copy that is not required.
     constexpr Parameter optional() const {
         Parameter copy = *this;
@@ -44,7 +44,7 @@ struct Parameter {
         return copy;
     }
     /// A copy that is an option, and not required.
-    constexpr Parameter asOption(std::string_view name) const { return optional().with(&Parameter::flag, name); }
+    constexpr Parameter asOption(std::string_view name) const { return optional().with(&Parameter::optionName, name); }
     constexpr Parameter withValue(std::string_view name) const { return with(&Parameter::value, name); }
     constexpr Parameter withMeaning(std::string_view text) const { return with(&Parameter::meaning, text); }
 
@@ -75,13 +75,13 @@ class ParameterList {
 
 inline constexpr Parameter kJson{.kind = Parameter::Kind::flag,
                                  .key = "json",
-                                 .flag = "--json",
+                                 .optionName = "--json",
                                  .meaning = "print the agent's answer as JSON",
                                  .isRequired = false,
                                  .use = Parameter::Use::local}; // taken by every verb
 inline constexpr Parameter kDryRun{.kind = Parameter::Kind::flag,
                                    .key = "dryRun",
-                                   .flag = "--dry-run",
+                                   .optionName = "--dry-run",
                                    .meaning = "only say what would be done",
                                    .isRequired = false};
 inline constexpr Parameter kOnOff{
@@ -92,7 +92,7 @@ inline constexpr Parameter kDirection{.kind = Parameter::Kind::choice,
                                       .meaning = "left, right, up or down",
                                       .words = "left right up down"};
 inline constexpr Parameter kDisplay{.key = "display",
-                                    .flag = "--display",
+                                    .optionName = "--display",
                                     .value = "DISPLAY",
                                     .meaning = "number, name or id of a display (default: the current one)",
                                     .names = displayNames,

@@ -155,7 +155,7 @@ class Parser {
     ParseError take(const Parameter& parameter, std::string_view word) {
         auto value = valueOf(parameter, word);
         if (!value) {
-            const std::string_view name = parameter.isPositional() ? parameter.value : parameter.flag;
+            const std::string_view name = parameter.isPositional() ? parameter.value : parameter.optionName;
             return WrongWord{std::string(name) + ": " + value.error().what, value.error().choices};
         }
         (parameter.use == Parameter::Use::request ? arguments_.request : arguments_.local)[parameter.key] = *value;
@@ -167,8 +167,8 @@ class Parser {
         const std::string_view name = word.substr(0, equals);
         const Parameter* option = optionNamed(name);
         if (!option) {
-            const auto flags = allFlags();
-            return WrongWord{"there is no option " + quoted(name) + nearestOf(name, flags), flags};
+            const auto optionNames = allOptionNames();
+            return WrongWord{"there is no option " + quoted(name) + nearestOf(name, optionNames), optionNames};
         }
         if (option->kind == Kind::flag) {
             if (equals != std::string_view::npos) return WrongWord{std::string(name) + " takes no value"};
@@ -183,17 +183,17 @@ class Parser {
     const Parameter* optionNamed(std::string_view name) const {
         const Parameter* found = nullptr;
         eachParameter(verb_, [&](const Parameter& each) {
-            if (!each.isPositional() && each.flag == name) found = &each;
+            if (!each.isPositional() && each.optionName == name) found = &each;
         });
         return found;
     }
 
-    std::vector<std::string> allFlags() const {
-        std::vector<std::string> flags;
+    std::vector<std::string> allOptionNames() const {
+        std::vector<std::string> optionNames;
         eachParameter(verb_, [&](const Parameter& each) {
-            if (!each.isPositional()) flags.emplace_back(each.flag);
+            if (!each.isPositional()) optionNames.emplace_back(each.optionName);
         });
-        return flags;
+        return optionNames;
     }
 
     ParseError takePositional(std::string_view word) {
@@ -240,8 +240,8 @@ Result<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words
 }
 
 std::string spelling(const Parameter& parameter) {
-    std::string text(parameter.flag);
-    if (!parameter.flag.empty() && !parameter.value.empty()) text += " ";
+    std::string text(parameter.optionName);
+    if (!parameter.optionName.empty() && !parameter.value.empty()) text += " ";
     return text + std::string(parameter.value);
 }
 
@@ -265,7 +265,7 @@ std::string help(const Verb& verb) {
 json helpRecord(const Verb& verb) {
     json parameters = json::array();
     eachParameter(verb, [&](const Parameter& each) {
-        parameters.push_back({{"flag", each.isPositional() ? json() : json(each.flag)},
+        parameters.push_back({{"flag", each.isPositional() ? json() : json(each.optionName)},
                               {"value", each.value.empty() ? json() : json(each.value)},
                               {"meaning", each.meaning},
                               {"choices", split(each.words)},

@@ -12,7 +12,7 @@ using nlohmann::json;
 
 namespace {
 
-json planned(const ArrangementPlan& plan, bool isDryRun, const std::optional<std::string>& message) {
+json arrangementResult(const ArrangementPlan& plan, bool isDryRun, const std::optional<std::string>& message) {
     json result = controlRecord::plan(plan);
     result["dryRun"] = isDryRun;
     result["message"] = orNull(message);
@@ -21,7 +21,7 @@ json planned(const ArrangementPlan& plan, bool isDryRun, const std::optional<std
 
 } // namespace
 
-json performed(const WorkspaceController& controller, const std::optional<std::string>& message) {
+json actionResult(const WorkspaceController& controller, const std::optional<std::string>& message) {
     return {{"message", message ? json(*message) : json(nullptr)},
             {"canUndo", *controller.state().canUndo},
             {"focusMode", controlRecord::focusMode(controller)}};
@@ -30,7 +30,7 @@ json performed(const WorkspaceController& controller, const std::optional<std::s
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action) {
     const auto outcome = controller.perform(action);
     if (!outcome) return failureOf(outcome);
-    return performed(controller, outcome.message());
+    return actionResult(controller, outcome.message());
 }
 
 namespace {
@@ -43,28 +43,28 @@ ControlReply performOn(WorkspaceController& controller, const JsonCursor& parame
     return performAction(controller, Action{argument..., *std::move(window)});
 }
 
-/// Arranges all windows; with "dryRun" only returns the plan.
+/// Arranges all windows. With "dryRun", returns the plan and moves no window.
 ControlReply arrange(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto dryRun = parameters.optional("dryRun");
     const bool isDryRun = dryRun && dryRun->boolean();
     if (isDryRun) {
-        if (auto failure = withoutPermission(controller)) return *failure;
+        if (auto failure = permissionFailure(controller)) return *failure;
         if (!controller.hasWindowToArrange()) return refusal(std::string(kNothingToArrange));
-        return planned(controller.planArrangement(), isDryRun, std::nullopt);
+        return arrangementResult(controller.planArrangement(), isDryRun, std::nullopt);
     }
     const auto outcome = controller.perform(action::Arrange{});
     if (!outcome) return failureOf(outcome);
-    return planned(controller.lastArrangement(), isDryRun, outcome.message());
+    return arrangementResult(controller.lastArrangement(), isDryRun, outcome.message());
 }
 
-/// Carries out the "url" of the parameters. An error goes to the client only: the workspace shows no message for an
-/// unknown URL.
+/// Carries out the action that the parameter "url" names. Only the client learns of an error: the workspace shows no
+/// message for an unknown URL.
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
     const std::string url = parameters.required("url").string();
     const auto outcome = urls.handle(url);
     switch (outcome.verdict) {
     case URLHandler::Verdict::done:
-        return performed(controller, outcome.message.empty() ? std::nullopt : std::optional(outcome.message));
+        return actionResult(controller, outcome.message.empty() ? std::nullopt : std::optional(outcome.message));
     case URLHandler::Verdict::refused:
         return refusal(controller, outcome.message);
     case URLHandler::Verdict::notUnderstood:
@@ -74,7 +74,7 @@ ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const Js
     return refusal(outcome.message);
 }
 
-/// "direction" of the parameters; throws `DecodingError` if it is invalid.
+/// Returns the parameter "direction". Throws `DecodingError` if the direction is invalid.
 WorkspaceDirection wantedDirection(const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("direction");
     const std::string word = given.string();

@@ -1,4 +1,4 @@
-// Adds the methods of the user's actions. Each goes through `WorkspaceController::perform` and returns its message.
+// Adds the methods for arranging, focusing, moving, zooming and undoing, for KOVA's URLs, and for the undo history.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -14,9 +14,10 @@ class URLHandler;
 
 void addActionMethods(MethodTable& methods, WorkspaceController& controller, URLHandler& urls);
 
-/// The result of every action.
-nlohmann::json performed(const WorkspaceController& controller, const std::optional<std::string>& message);
+/// The result of an action that was carried out: `message`, and what the action may have changed.
+nlohmann::json actionResult(const WorkspaceController& controller, const std::optional<std::string>& message);
 
+/// Carries out the action. Returns its `actionResult`, or the error if the workspace refused the action.
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action);
 
 } // namespace kova

@@ -21,7 +21,8 @@ std::string because(int error) {
     return std::string(": ") + std::strerror(error);
 }
 
-/// Absent when the folder exists and only this user can write to it.
+/// Creates the folder of the socket if necessary. If the folder is KOVA's own, lets only this user enter it. Returns
+/// the error message on failure.
 std::optional<std::string> prepareFolder(const ControlSocketPlace& place) {
     const std::string folder = place.folder();
     if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
@@ -29,17 +30,18 @@ std::optional<std::string> prepareFolder(const ControlSocketPlace& place) {
     if (!place.isFolderOurs) return std::nullopt;
 
     struct stat found {};
-    if (lstat(folder.c_str(), &found) != 0) return "Cannot look at the folder " + folder + because(errno);
+    if (lstat(folder.c_str(), &found) != 0) return "Cannot inspect the folder " + folder + because(errno);
     if (!S_ISDIR(found.st_mode)) return folder + " is not a folder";
     if (found.st_uid != geteuid()) return "The folder " + folder + " belongs to another user";
     if ((found.st_mode & 07777) != S_IRWXU && chmod(folder.c_str(), S_IRWXU) != 0) {
-        return "Cannot close the folder " + folder + " to others" + because(errno);
+        return "Cannot withdraw other users' access to the folder " + folder + because(errno);
     }
     return std::nullopt;
 }
 
+/// The process id of the agent that holds the lock; absent if it cannot be read.
 std::optional<pid_t> holderOf(int lock) {
-    // The holder writes its process id just after it has taken the lock.
+    // That agent writes its process id shortly after it has taken the lock, so reading is tried several times.
     for (int attempt = 0; attempt < 20; ++attempt) {
         std::array<char, 16> text{};
         const auto length = pread(lock, text.data(), text.size(), 0);
@@ -74,9 +76,10 @@ std::variant<AgentClaim, AgentClaimRefusal> AgentClaim::take(const ControlSocket
         if (errno != EWOULDBLOCK) return refuse("Cannot lock " + lockPath + because(errno));
         const auto holder = holderOf(lock);
         const std::string process = holder ? " (process " + std::to_string(*holder) + ")" : "";
-        return refuse("Another KOVA agent" + process + " has this session", holder);
+        return refuse("Another KOVA agent" + process + " already manages this session", holder);
     }
-    // The lock is valid without the process id, which only the message of a second agent needs.
+    // A full disk is no reason to fail: the lock is valid without the process id, which only a second agent's error
+    // message needs.
     const auto isFull = [](int error) { return error == EFBIG || error == ENOSPC || error == EDQUOT; };
     if (!writeHolder(lock) && !isFull(errno)) return refuse("Cannot write to " + lockPath + because(errno));
     return claim;

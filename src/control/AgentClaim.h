@@ -1,5 +1,5 @@
-// The claim to be the only agent of a session: a lock that the system releases whenever the process ends, even if it
-// crashes. While the claim is held, no other agent listens at the socket's path.
+// The claim to be the only agent of a session. It is a file lock, which the system releases when the process ends or
+// crashes. While a process holds the claim, no other agent listens at the socket's path.
 #pragma once
 
 #include "control/client/ControlSocket.h"
@@ -21,7 +21,8 @@ struct AgentClaimRefusal {
 
 class AgentClaim {
   public:
-    /// Creates the socket's folder if necessary (only its owner may enter it) and takes the lock beside the socket.
+    /// Creates the socket's folder if necessary and closes it to other users, unless the user chose the folder. Then
+    /// locks a file beside the socket.
     static std::variant<AgentClaim, AgentClaimRefusal> take(const ControlSocketPlace& place);
 
     AgentClaim(AgentClaim&& other) noexcept :

@@ -1,4 +1,4 @@
-// What `kova status` shows.
+// The result of the method “status”, which `kova status` shows.
 #pragma once
 
 #include "control/ControlMethods.h"

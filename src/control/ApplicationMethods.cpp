@@ -18,11 +18,11 @@ namespace {
 
 using nlohmann::json;
 
-json brief(const LaunchableApplication& application) {
+json idAndName(const LaunchableApplication& application) {
     return {{"id", application.identifier}, {"name", application.name}};
 }
 
-/// Finds an application that menus show by any of its names, and any other application by its id.
+/// Finds an application that menus show by its id or name, and an application that menus do not show only by its id.
 ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController& controller,
                                                        const std::string& wanted) {
     const auto applications = controller.launchableApplications();
@@ -37,7 +37,7 @@ ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController
     return found.error();
 }
 
-/// Identifies a running application even if its process id is reused.
+/// Process id, name and bundle identifier: if the process id is reused for another application, the others differ.
 json identityOf(const RunningApplication& application) {
     return {{"process", application.processIdentifier},
             {"name", orNull(application.localizedName)},
@@ -50,6 +50,7 @@ json identitiesOf(const std::vector<RunningApplication>& applications) {
     return out;
 }
 
+/// The `candidates` that the client listed in “confirmed”.
 std::vector<RunningApplication> confirmedAmong(const std::vector<RunningApplication>& candidates,
                                                const JsonCursor& confirmed) {
     std::vector<RunningApplication> chosen;
@@ -76,8 +77,7 @@ ControlReply listApplications(const WorkspaceController& controller, const Launc
     return json{{"applications", std::move(applications)}};
 }
 
-/// A launch that is carried out is counted. The client gets a “launched” notification once the launch has worked or
-/// failed.
+/// Starts the launch and counts it. The client gets a “launched” notification once the launch has succeeded or failed.
 ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& counts, const JsonCursor& parameters,
                             const std::shared_ptr<ControlPeer>& peer) {
     const std::string wantedApplication = parameters.required("application").string();
@@ -91,7 +91,7 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
     if (!found) return found.error();
 
     const auto& application = *found;
-    const auto notify = [peer = std::weak_ptr(peer), application = brief(application),
+    const auto notify = [peer = std::weak_ptr(peer), application = idAndName(application),
                          target](const LaunchResult& launched) {
         const auto client = peer.lock();
         if (!client) return;
@@ -105,7 +105,7 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
         controller.perform(action::LaunchApplication{application, tile->displayID, tile->slot.id, notify});
     if (!outcome) return failureOf(outcome);
     counts.countLaunch(application.identifier);
-    return json{{"application", brief(application)},
+    return json{{"application", idAndName(application)},
                 {"display", tile->displayID},
                 {"tile", {{"id", target}, {"name", tile->slot.name}}}};
 }
@@ -113,7 +113,7 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
 enum class Ending { quit, forceQuit };
 
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto found = lookUpWindowOfApplication(controller, parameters.required("window").string());
     if (!found) return found.error();
     const auto& window = *found;

@@ -44,7 +44,7 @@ void ControlConnection::close() {
         alreadySent_ = 0;
         batchResponse_ = {};
         pending_.clear();
-        account_.hold(0);
+        account_.setUnread(0);
         asio::error_code ignored;
         socket_.close(ignored);
         callbacks.swap(whenDisconnected_);
@@ -53,7 +53,7 @@ void ControlConnection::close() {
     closed_(shared_from_this());
 }
 
-/// May be called on any thread and with locks held, so it only schedules the closing.
+/// Only schedules the closing, because this function may be called on any thread and with locks held.
 void ControlConnection::closeSoon() {
     asio::post(*context_, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->close();
@@ -88,11 +88,11 @@ void ControlConnection::readAvailable() {
 }
 
 void ControlConnection::readInput() {
-    if (!isConnected()) return; // closed since this call was posted; the descriptor may have been reused
+    if (!isConnected()) return; // another file may have the number of a closed descriptor now
     const auto length = ::recv(descriptor_, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
     if (length < 0) return wouldBlock(errno) ? waitForInput() : close();
     if (length == 0) return endInput();
-    take({readBuffer_.data(), static_cast<std::size_t>(length)});
+    splitIntoMessages({readBuffer_.data(), static_cast<std::size_t>(length)});
 
     const MutexLock guard(lock_);
     if (!isOpen_) return;
@@ -100,15 +100,15 @@ void ControlConnection::readInput() {
     if (!isInputPaused_) waitForInput();
 }
 
-void ControlConnection::take(std::string_view bytes) {
+void ControlConnection::splitIntoMessages(std::string_view bytes) {
     lines_.feed(
-        bytes, [this](std::string_view line) { takeMessage(jsonrpc::readMessage(line), line.size()); },
+        bytes, [this](std::string_view line) { queueMessage(jsonrpc::readMessage(line), line.size()); },
         [this] {
-            takeMessage(invalidLine("a line holds at most " + std::to_string(kLongestControlLine) + " bytes"), 0);
+            queueMessage(invalidLine("a line holds at most " + std::to_string(kLongestControlLine) + " bytes"), 0);
         });
 }
 
-void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes) {
+void ControlConnection::queueMessage(jsonrpc::Message message, std::size_t bytes) {
     {
         const MutexLock guard(lock_);
         if (!isOpen_) return;
@@ -118,7 +118,7 @@ void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes)
     deliverNext();
 }
 
-/// While a client leaves output unread, its next message is not handled.
+/// Passes the next message on, unless one is being handled or the client has left output unread.
 void ControlConnection::deliverNext() {
     std::optional<Pending> next;
     {
@@ -133,7 +133,7 @@ void ControlConnection::deliverNext() {
 }
 
 void ControlConnection::endInput() {
-    if (lines_.isInsideLine()) takeMessage(invalidLine("the request ends in mid-line"), 0);
+    if (lines_.isInsideLine()) queueMessage(invalidLine("the request ends in mid-line"), 0);
     bool isDone = false;
     {
         const MutexLock guard(lock_);
@@ -251,9 +251,9 @@ bool ControlConnection::sendWhatFits() {
     if (sent < 0 && !wouldBlock(errno)) return false;
     if (sent > 0) alreadySent_ += static_cast<std::size_t>(sent);
     if (alreadySent_ == unsent_.size()) {
-        unsent_ = {}; // an idle client keeps no memory
+        unsent_ = {}; // frees the memory, so that an idle client uses none
         alreadySent_ = 0;
-    } else if (alreadySent_ > unsent_.size() / 2) { // only then, since each erasure moves the rest of a long response
+    } else if (alreadySent_ > unsent_.size() / 2) { // seldom, since each erasure moves all the unsent bytes
         unsent_.erase(0, alreadySent_);
         alreadySent_ = 0;
     }

@@ -28,7 +28,7 @@ ControlExchange::ControlExchange(Post post, ControlHandling& handling, std::shar
     longestBatchResponse_(longestBatchResponse) {}
 
 void ControlExchange::carryOutNext() {
-    const auto& entry = message_.entries[at_];
+    const auto& entry = message_.entries[nextEntry_];
     if (const auto* request = std::get_if<jsonrpc::Request>(&entry)) return carryOutWhenCurrent(*request);
     const auto& invalid = std::get<jsonrpc::Invalid>(entry);
     const auto reply = jsonrpc::failureReply(invalid.id, invalid.failure);
@@ -36,7 +36,7 @@ void ControlExchange::carryOutNext() {
 }
 
 void ControlExchange::carryOutWhenCurrent(const jsonrpc::Request& request) {
-    // Posted, since the server may have ended when the request is ready.
+    // `ready` may be called after the server has ended. Then `post_` drops the request.
     auto ready = [self = shared_from_this(), &request] { self->post_([self, &request] { self->carryOut(request); }); };
     if (!handling_.deferUntilCurrent(request.call, std::move(ready))) carryOut(request);
 }
@@ -57,11 +57,12 @@ void ControlExchange::carryOut(const jsonrpc::Request& request) {
     }
 }
 
-/// Null for a notification, which gets no response.
+/// `reply` is null for a notification, which gets no response.
 void ControlExchange::respond(const nlohmann::json* reply) {
     std::string response = reply ? jsonrpc::line(*reply) : std::string();
     responseBytes_ += response.size();
-    if (++at_ == message_.entries.size()) return connection_->finishMessage(std::move(response), message_.isBatch);
+    if (++nextEntry_ == message_.entries.size())
+        return connection_->finishMessage(std::move(response), message_.isBatch);
     connection_->addToBatch(response);
     post_([self = shared_from_this()] { self->carryOutNext(); });
 }

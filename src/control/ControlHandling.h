@@ -21,7 +21,7 @@ struct ControlRequest {
 struct ControlFailure {
     int code = 0;
     std::string message;
-    nlohmann::json data; // null when there is nothing to add
+    nlohmann::json data; // details for the client program, or null
 };
 
 template <class Value>
@@ -32,10 +32,10 @@ template <class Value>
 nlohmann::json orNull(const std::optional<Value>& value) {
     return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
 }
-/// Its record, or null when the value is absent.
+/// The value as JSON, made by `encode`; null when the value is absent.
 template <class Value>
-nlohmann::json orNull(const std::optional<Value>& value, nlohmann::json (*record)(const Value&)) {
-    return value ? record(*value) : nlohmann::json(nullptr);
+nlohmann::json orNull(const std::optional<Value>& value, nlohmann::json (*encode)(const Value&)) {
+    return value ? encode(*value) : nlohmann::json(nullptr);
 }
 
 /// Responds to one request. Call exactly once, on the main queue.
@@ -45,10 +45,11 @@ using ControlResponder = std::function<void(ControlReply)>;
 class ControlPeer {
   public:
     virtual ~ControlPeer() = default;
-    /// Sends a notification: one line, without its line break. Never waits; a client that leaves too much unread is
+    /// Sends a notification; `line` has no line break. Never waits: a client that leaves too much output unread is
     /// disconnected. Main thread.
     virtual void send(const std::string& line) = 0;
-    /// Sends the notification; if a request of the client is being carried out, only after its response. Main thread.
+    /// Sends a notification. If a request of the client is being carried out, the notification follows the response to
+    /// that request. Main thread.
     virtual void sendAfterResponse(const std::string& line) { send(line); }
     /// False once the client has disconnected. Any thread.
     virtual bool isConnected() const = 0;
@@ -60,8 +61,8 @@ class ControlPeer {
 class ControlHandling {
   public:
     virtual ~ControlHandling() = default;
-    /// Main thread. If the request needs a poll, starts the poll and returns true. Then `ready` is called once after
-    /// the poll, and the request must not be handled before.
+    /// Main thread. If the request needs a new poll, starts the poll and returns true; `ready` is called once after the
+    /// poll, and the caller must not call `handle` before. Returns false if the request can be handled at once.
     [[nodiscard]] virtual bool deferUntilCurrent(const ControlRequest&, std::function<void()> /*ready*/) {
         return false;
     }

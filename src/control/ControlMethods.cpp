@@ -102,7 +102,7 @@ class ControlMethods::Table final : MethodTable {
         }
         ControlReply reply = call(*method, request.parameters, peer);
         if (!reply) showInOverlay(reply.error(), peer);
-        if (reply) settings_.touch();
+        if (reply) settings_.noteChange();
         if (!reply || !method->respondsOnceSaved) return respond(std::move(reply));
         context_.preferences.save(
             [result = std::move(*reply), respond = std::move(respond)](const auto& problem) mutable {
@@ -124,7 +124,7 @@ class ControlMethods::Table final : MethodTable {
         addLearningMethods(*this, controller);
         addSceneMethods(*this, controller, sceneListeners_, deletedScenes_);
         transfer_.addTo(*this);
-        addThemeMethods(*this, controller, [overlay] { return overlay && overlay->hasPeers(); });
+        addThemeMethods(*this, controller, [overlay] { return overlay && overlay->hasSubscribers(); });
         shortcuts_.addTo(*this);
         addQueryMethods(*this, controller);
         addExplanationMethods(*this, controller);
@@ -141,15 +141,15 @@ class ControlMethods::Table final : MethodTable {
         if (!context_.dialogs || !overlay_) return;
         context_.dialogs->connect(UserInterfaceDialogs::Connection{
             [this](const std::string& what, const json& parameters) {
-                return overlay_->show(what, parameters) ? overlay_->peers() : UserInterfaceDialogs::Clients();
+                return overlay_->show(what, parameters) ? overlay_->subscribers() : UserInterfaceDialogs::Clients();
             },
-            [this] { return overlay_->hasPeers(); },
+            [this] { return overlay_->hasSubscribers(); },
             [this](const std::string& text) { context_.controller.perform(action::ShowMessage{text}); }});
     }
 
-    /// A refused action of the overlay sets the status message: a click has no other place for the error.
+    /// Shows the error of a refused request of the overlay as status message, since the overlay itself shows no errors.
     void showInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
-        if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
+        if (failure.code == controlCode::refused && overlay_ && overlay_->isSubscriber(peer))
             context_.controller.perform(action::ShowMessage{failure.message});
     }
 
@@ -186,7 +186,7 @@ class ControlMethods::Table final : MethodTable {
         return overlay_->subscribe(call.peer);
     }
 
-    /// The contents of the settings window. Each section is the result of a method that commands use, too.
+    /// The contents of the settings window. Most sections are the results of methods that commands use, too.
     std::vector<SettingsBroadcast::Section> sections() {
         const WorkspaceController& controller = context_.controller;
         const auto resultOf = [this](const char* method) {

@@ -1,5 +1,5 @@
-// The methods of the agent's socket.
-// docs/control-schema.json lists every method and describes its result; docs/control.md explains them.
+// The methods of the agent's socket. docs/control-schema.json lists every method and describes its result;
+// docs/control.md explains the methods.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -28,13 +28,13 @@ class UserInterfaceDialogs;
 class UserInterfaceControl;
 class WorkspaceController;
 
-/// All members outlive the methods.
+/// The objects on which the methods act. Each of them outlives the `ControlMethods`.
 struct ControlContext {
     WorkspaceController& controller;
     URLHandler& urls;
     KovaShortcutSettings& shortcuts;
     PreferencesStore& preferences;
-    std::vector<const DiagnosticsServicing*> diagnostics = {}; // the parts that report to `doctor`
+    std::vector<const DiagnosticsServicing*> diagnostics = {}; // the parts whose state the method “doctor” reports
     KeyMonitorServicing* keys = nullptr;                       // null where keys cannot be observed
     MainQueue& queue;
     std::function<void()> quit; // called on the main queue, after the response was sent
@@ -45,8 +45,9 @@ struct ControlContext {
     OverlayServing* overlay = nullptr;                           // null: the agent has no overlay
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
-    UserInterfaceDialogs* dialogs = nullptr;                     // null where the platform has dialogs of its own
-    std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or returns null while there is no window
+    UserInterfaceDialogs* dialogs = nullptr; // null where the platform has dialogs of its own
+    // Each of the two functions is empty, or returns null while the window cannot be opened.
+    std::function<SettingsWindowControl*()> settingsWindow = {};
     std::function<OnboardingWindowControl*()> onboardingWindow = {};
     PermissionControl* permission = nullptr; // null if no permission is needed
 };
@@ -56,11 +57,12 @@ class ControlMethods final : public ControlHandling {
   public:
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
-    /// Requests that arrange, name a window or concern all windows wait for the next poll if windows changed since the
-    /// last poll; `verify` waits until frames were read on the polling queue.
+    /// A request that arranges windows, names a window or concerns all windows waits for the next poll if windows
+    /// changed since the last poll. The request “verify” waits until the frames of the windows were read on the polling
+    /// queue.
     [[nodiscard]] bool deferUntilCurrent(const ControlRequest& request, std::function<void()> ready) override;
-    /// Responds to a method that changes stored data once the data is on disk. If the write failed, the result has a
-    /// member "unsaved".
+    /// If the method changes stored data, the response is sent once the data is on disk. If writing failed, the result
+    /// has a member "unsaved" with the error.
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
                 ControlResponder respond) override;
 

@@ -21,7 +21,7 @@ double firstScreenMaxY(const WorkspaceController& controller) {
     return screens.empty() ? 0 : maxY(screens.front().frame);
 }
 
-/// "automatic", a layout's id, or null where the user chose nothing.
+/// The user's choice of a layout for the display: "automatic" or a layout's id; null without a choice.
 json selection(const WorkspaceProfile& profile, const DisplayID& displayID) {
     const auto found = profile.layoutSelectionsByDisplay.find(displayID);
     if (found == profile.layoutSelectionsByDisplay.end()) return nullptr;
@@ -104,7 +104,7 @@ json names(const WorkspaceController& controller) {
     return out;
 }
 
-json windowInBrief(const WorkspaceController& controller, const WindowID& windowID) {
+json briefWindowWithState(const WorkspaceController& controller, const WindowID& windowID) {
     json out = briefWindow(controller, windowID);
     const ManagedWindow* window = controller.actingWindow(windowID);
     const auto stateOf = [](const ManagedWindow& known) {
@@ -224,7 +224,7 @@ json dividers(const WorkspaceController& controller) {
         const auto frame = controller.dividerFrameOnScreen(on);
         if (!frame) continue;
         const auto first = static_cast<std::size_t>(divider.boundaryIndex);
-        // The neighbors' minimum sizes limit the movement; no movement if the neighbors are too small already.
+        // The minimum sizes of the neighbors limit the movement. It is 0 if they need more than their present lengths.
         double least = divider.branchMinimumLengths[first] - divider.branchLengths[first];
         double most = divider.branchLengths[first + 1] - divider.branchMinimumLengths[first + 1];
         if (least > most) least = most = 0;

@@ -1,5 +1,6 @@
-// The workspace as JSON of the socket. Every rectangle is in window-service space (points, origin at the top left of
-// the first display, y growing downwards), except that rectangles of a layout are in the unit square.
+// Describes the workspace in JSON, for the results of the socket's methods. Rectangles of a layout are in the unit
+// square. All other rectangles are in window-service space: points, origin at the top left of the first display, y
+// growing downwards.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -14,28 +15,28 @@
 
 namespace kova::controlRecord {
 
-/// Absent if the value has a fraction, or is too large to be exact.
+/// The value as an integer; absent if the value has a fraction or is too large to be exact.
 std::optional<std::int64_t> wholeNumber(double value);
-/// Writes whole numbers without a fraction, since people read them, too.
+/// Whole numbers have no ".0", since people read the JSON, too.
 nlohmann::json number(double value);
-/// "2024-02-29T12:34:56Z".
+/// Like "2024-02-29T12:34:56Z".
 std::string time(WallTime time);
 nlohmann::json rect(const CGRect& frame);
 nlohmann::json size(const CGSize& size);
 /// The name of the window's application; null without a window.
 nlohmann::json applicationOf(const WorkspaceController& controller, const std::optional<WindowID>& windowID);
 nlohmann::json window(const ManagedWindow& window, const WorkspaceController& controller);
-/// Id, application and title; the last two are empty for a closed window.
+/// Id, application and title of the window; application and title are empty if the window was closed.
 nlohmann::json briefWindow(const WorkspaceController& controller, const WindowID& windowID);
-/// As `briefWindow`, with the state of the window.
-nlohmann::json windowInBrief(const WorkspaceController& controller, const WindowID& windowID);
-/// Whether the window is in a tile of `tiles`, in front or behind another window.
+/// As `briefWindow`, and whether the window is visible, focused and floating.
+nlohmann::json briefWindowWithState(const WorkspaceController& controller, const WindowID& windowID);
+/// True if the window is in one of the `tiles`, in front or behind another window.
 bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID);
-/// The names of the tile and its display: "Primary on DVI-1". The tile's id if the tile does not exist any more.
+/// The names of the tile and its display, like "Primary on DVI-1"; the tile's id if the tile no longer exists.
 std::string tileName(const WorkspaceController& controller, const TileTarget& target);
-/// The names of all displays and tiles, by their ids; those of tiles as `tileName` returns them.
+/// An object with the name of every display and tile under its id; the name of a tile is its `tileName`.
 nlohmann::json names(const WorkspaceController& controller);
-/// The focused window with its tile and display; without one the current display.
+/// The focused window with its tile and display. If no window has the focus, only the current display.
 nlohmann::json focus(const WorkspaceController& controller);
 
 nlohmann::json displays(const WorkspaceController& controller);

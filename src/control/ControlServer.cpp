@@ -30,8 +30,8 @@ using Local = asio::local::stream_protocol;
 constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(200);
 constexpr int kBacklog = 128;
 
-/// Makes the socket non-blocking, so that no client can block the thread. Launched programs do not inherit the socket.
-/// False on failure.
+/// Makes the socket non-blocking, so that no client can block the thread, and keeps launched programs from inheriting
+/// it. Returns false on failure.
 bool prepareSocket(int socket) {
 #if defined(SO_NOSIGPIPE)
     const int yes = 1;
@@ -40,7 +40,7 @@ bool prepareSocket(int socket) {
     return fcntl(socket, F_SETFD, FD_CLOEXEC) == 0 && fcntl(socket, F_SETFL, O_NONBLOCK) == 0;
 }
 
-/// Negative, with errno set, when no client is waiting or none can be accepted.
+/// Returns the connection of the next client; a negative number, with errno set, if no client waits or accepting fails.
 int acceptFrom(int listening) {
 #if defined(SOCK_CLOEXEC)
     return accept4(listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
@@ -51,18 +51,19 @@ int acceptFrom(int listening) {
 #endif
 }
 
-bool isExhausted(int error) {
+bool isLackOfResources(int error) {
     return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
 }
 
-/// A socket that listens at the path and that only this user may connect to; negative on failure, with errno set.
+/// Returns a socket that listens at the path and that only this user may connect to; a negative number, with errno set,
+/// on failure.
 int listenAt(const std::string& path) {
     const auto address = controlSocketAddress(path);
     if (!address) return errno = ENAMETOOLONG, -1;
     const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     if (listening < 0) return -1;
-    // This process holds the claim, so an existing socket belongs to an agent that has exited. No client can connect
-    // before listen(), so the mode is set before that call.
+    // This process holds the claim, so an existing socket belongs to an agent that has exited. The mode is set before
+    // listen(), since other users could connect afterwards.
     unlink(path.c_str());
     const bool isReady = prepareSocket(listening) &&
                          bind(listening, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) == 0 &&
@@ -89,7 +90,7 @@ class ControlServer::Listener {
         acceptor_.close(ignored);
         retry_.cancel();
         for (const auto& connection : std::set(connections_)) connection->close();
-        // Queued handlers own connections, and connections own the context. Running the handlers releases them.
+        // Queued handlers own connections, and connections own the context. Running the handlers ends this cycle.
         work_.reset();
         context_->restart();
         context_->poll();
@@ -120,7 +121,7 @@ class ControlServer::Listener {
                 context_->run();
                 return;
             } catch (const std::exception&) {
-                // There was not enough memory for one client; the others are still served.
+                // There was not enough memory for one client. The other clients are still served.
             }
         }
     }
@@ -129,13 +130,14 @@ class ControlServer::Listener {
         acceptor_.async_wait(Local::acceptor::wait_read, [this](const asio::error_code& error) {
             if (error || !acceptor_.is_open()) return;
             const int accepted = acceptFrom(acceptor_.native_handle());
-            if (accepted < 0 && isExhausted(errno)) return acceptLater();
+            if (accepted < 0 && isLackOfResources(errno)) return acceptLater();
             accept();
-            if (accepted >= 0) welcome(accepted);
+            if (accepted >= 0) addConnection(accepted);
         });
     }
 
-    /// Without free descriptors, accepting fails at once, so it is retried after a pause.
+    /// Accepts after a pause. While no descriptor is free, accepting fails at once, and trying without pauses would use
+    /// the processor.
     void acceptLater() {
         retry_.expires_after(kPauseWithoutDescriptors);
         retry_.async_wait([this](const asio::error_code& error) {
@@ -143,7 +145,7 @@ class ControlServer::Listener {
         });
     }
 
-    void welcome(int accepted) {
+    void addConnection(int accepted) {
         Local::socket socket(*context_);
         asio::error_code error;
         socket.assign(Local(), accepted, error);

@@ -1,6 +1,6 @@
-// The agent's socket: JSON-RPC 2.0, one message a line. It reads and writes on a thread of its own; every request is
-// handled on the main queue, one of each client at a time, and the main queue never waits for a client. No client can
-// block the agent or another client, whatever it sends or leaves unread.
+// The agent's socket: JSON-RPC 2.0, one message a line. A thread of its own, the control thread, reads the requests and
+// writes what clients do not take at once. The main queue handles one request of each client at a time and never waits
+// for a client. No client can block the agent or another client, whatever the client sends or leaves unread.
 #pragma once
 
 #include "control/AgentClaim.h"
@@ -18,27 +18,28 @@ namespace kova {
 class ControlHandling;
 
 struct ControlServerLimits {
-    std::size_t connections = 512;                   // a further client gets an error and is disconnected
-    std::size_t unsentBytes = 4 * 1024 * 1024;       // of one client: a subscriber that leaves more unread is dropped
-    std::size_t totalUnsentBytes = 64 * 1024 * 1024; // of all clients, see `UnsentBudget`
-    std::size_t longestBatchResponse = 4 * 1024 * 1024; // in bytes: later requests of the batch are refused
-    std::size_t unansweredRequests = 64;                // of one client; no more are read until some have responses
-    std::optional<uid_t> onlyUser{};                    // the user that may connect; this process's own when absent
+    std::size_t connections = 512;             // a further client gets an error and is disconnected
+    std::size_t unsentBytes = 4 * 1024 * 1024; // of one client; a subscriber that leaves more unread is disconnected
+    std::size_t totalUnsentBytes = 64 * 1024 * 1024;    // of all clients, see `UnsentBudget`
+    std::size_t longestBatchResponse = 4 * 1024 * 1024; // in bytes; once exceeded, the rest of the batch is refused
+    std::size_t unansweredRequests = 64;                // of one client; then reading pauses until some have responses
+    std::optional<uid_t> onlyUser{};                    // the only user that may connect; absent: this process's user
 };
 
 class ControlServer {
   public:
-    /// The queue and the handling outlive the server. Main thread, as for all calls.
+    /// `queue` and `handling` outlive the server. Main thread, as for all functions of the server.
     ControlServer(AgentClaim claim, MainQueue& queue, ControlHandling& handling, ControlServerLimits limits = {});
-    /// Passes earlier responses to the system, closes every connection and removes the socket. Waits for the control
-    /// thread, which finishes at most one line.
+    /// Closes every connection and removes the socket; output that the system has not accepted yet is lost. Waits for
+    /// the control thread, which reads at most once more.
     ~ControlServer();
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;
 
-    /// From now on clients can connect; they wait until `serve`. Absent on success, else the error for the user.
+    /// Opens the socket. From now on clients can connect, but their requests wait for `serve`. Returns the error
+    /// message on failure.
     std::optional<std::string> start();
-    /// Begins to read requests. Call once, after `start`.
+    /// Begins to accept connections and to read requests. Call once, after `start`.
     void serve();
 
   private:

@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-json nameAndID(const WorkspaceScene& scene) {
+json idAndName(const WorkspaceScene& scene) {
     return {{"id", scene.id.string()}, {"name", scene.name}};
 }
 
@@ -28,10 +28,10 @@ ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
         static_cast<std::size_t>(std::ranges::find(scenes, scene.id, &WorkspaceScene::id) - scenes.begin());
     const auto outcome = controller_.perform(action::DeleteScene{scene.id});
     if (!outcome) return failureOf(outcome);
-    json result{{"scene", nameAndID(scene)}, {"message", orNull(outcome.message())}};
+    json result{{"scene", idAndName(scene)}, {"message", orNull(outcome.message())}};
     messageNumber_ = controller_.messagesShown();
     deleted_.push_back({std::move(scene), index});
-    if (deleted_.size() > kMost) deleted_.pop_front();
+    if (deleted_.size() > kMaximumCount) deleted_.pop_front();
     return result;
 }
 
@@ -41,14 +41,14 @@ bool DeletedScenes::isShownByStatusMessage() const {
 
 ControlReply DeletedScenes::undelete() {
     const auto& scenes = *controller_.state().scenes;
-    std::erase_if(deleted_, [&](const Deleted& each) { // an import has restored the scene
+    std::erase_if(deleted_, [&](const Deleted& each) { // an import may have restored a deleted scene
         return std::ranges::find(scenes, each.scene.id, &WorkspaceScene::id) != scenes.end();
     });
     if (deleted_.empty()) return refusal("No scene was deleted since the agent started");
     const Deleted& last = deleted_.back();
     const auto outcome = controller_.perform(action::InsertScene{last.scene, last.index});
     if (!outcome) return failureOf(outcome);
-    json result{{"scene", nameAndID(last.scene)}, {"message", orNull(outcome.message())}};
+    json result{{"scene", idAndName(last.scene)}, {"message", orNull(outcome.message())}};
     deleted_.pop_back();
     return result;
 }

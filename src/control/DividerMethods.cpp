@@ -72,7 +72,7 @@ void addNeighbors(json& divider, const json& tiles) {
     divider["after"] = std::move(after);
 }
 
-/// The divider that “split”, “boundary” and “display” name.
+/// The divider that the parameters “split”, “boundary” and “display” name.
 ControlResult<DisplayLayoutDivider> wantedDivider(const WorkspaceController& controller, const JsonCursor& parameters) {
     WantedDivider wanted{{}, parameters.required("split").string(), parameters.required("boundary").integer()};
     auto display = wantedDisplay(controller, parameters);
@@ -81,7 +81,7 @@ ControlResult<DisplayLayoutDivider> wantedDivider(const WorkspaceController& con
     const auto known = controller.dividersOn(wanted.displayID);
     const auto found = wanted.among(known);
     if (!found) return unknown(wanted, known);
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     return *found;
 }
 
@@ -106,8 +106,8 @@ ControlReply listDividers(const WorkspaceController& controller, const JsonCurso
     return json{{"dividers", std::move(dividers)}, {"names", controlRecord::names(controller)}};
 }
 
-/// Moves one divider as the pointer does, from press to release: one undo step, within the minimum sizes of its
-/// neighbors.
+/// Moves a divider as dragging it with the pointer does: within the minimum sizes of its neighbors, and as one undo
+/// step.
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters) {
     const JsonCursor givenPoints = parameters.required("points");
     const double points = givenPoints.number();
@@ -122,7 +122,8 @@ ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& para
     return result;
 }
 
-/// Resets all dividers of the split to their places in the layout, in one undo step. Refused if none was moved.
+/// Moves all dividers of the split back to their places in the layout, as one undo step. Refused if no divider was
+/// moved.
 ControlReply resetDivider(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto divider = wantedDivider(controller, parameters);
     if (!divider) return divider.error();

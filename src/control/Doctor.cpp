@@ -36,9 +36,9 @@ DiagnosticLine permissionLine(const WorkspaceController& controller) {
         return {"permission", Verdict::fine, "KOVA may move other applications' windows."};
     case AccessibilityPermissionState::denied:
         return {"permission", Verdict::wrong,
-                "KOVA may not move other applications' windows; it stays idle until it may."};
+                "KOVA may not move other applications' windows; it stays idle until it has the permission."};
     case AccessibilityPermissionState::unknown:
-        return {"permission", Verdict::note, "The permission was not asked for yet."};
+        return {"permission", Verdict::note, "KOVA has not asked for the permission yet."};
     }
     return {};
 }
@@ -74,11 +74,11 @@ std::vector<DiagnosticLine> preferencesLines(const PreferencesStore& preferences
 std::optional<DiagnosticLine> shortcutsLine(const ControlContext& context, const std::vector<std::string>& held) {
     if (!context.keys) {
         return DiagnosticLine{"shortcuts", Verdict::note,
-                              "No key can be heard in this session; use the command line instead."};
+                              "KOVA cannot receive keys in this session; use the command line instead."};
     }
     const bool isSystem = context.keys->knownHolders() == KnownHolders::systemOnly;
     if (held.empty() && isSystem) return std::nullopt;
-    if (held.empty()) return DiagnosticLine{"shortcuts", Verdict::fine, "No other program holds any of them."};
+    if (held.empty()) return DiagnosticLine{"shortcuts", Verdict::fine, "No other program holds any shortcut of KOVA."};
     std::string names;
     for (const std::string& name : held) names += (names.empty() ? "" : ", ") + name;
     return DiagnosticLine{
@@ -86,7 +86,8 @@ std::optional<DiagnosticLine> shortcutsLine(const ControlContext& context, const
         isSystem ? "The system itself acts on these keys, too: " + names +
                        ". Switch that off under System Settings → Keyboard → Keyboard Shortcuts, or choose others with "
                        "“kova shortcut set”."
-                 : "Held by another program: " + names + ". Free it there, or choose others with “kova shortcut set”."};
+                 : "Other programs hold these keys: " + names +
+                       ". Free them there, or choose others with “kova shortcut set”."};
 }
 
 } // namespace
@@ -103,12 +104,12 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
     for (const DiagnosticsServicing* part : context.diagnostics) {
         for (DiagnosticLine& line : part->diagnose()) lines.push_back(std::move(line));
     }
-    // A line of the desktop has precedence over a general one about the same subject.
+    // A line that the desktop reports has precedence over a general line about the same subject.
     const auto addUnlessKnown = [&lines](DiagnosticLine line) {
         const auto same = [&](const DiagnosticLine& known) { return known.subject == line.subject; };
         if (std::none_of(lines.begin(), lines.end(), same)) lines.push_back(std::move(line));
     };
-    // If no window can be managed at all, which the desktop reports, other checks are pointless.
+    // If no window can be managed at all, these checks are pointless. The desktop has reported the reason.
     if (!context.controller.absenceOfWindows()) {
         addUnlessKnown(permissionLine(context.controller));
         addUnlessKnown(displaysLine(context.controller));

@@ -1,4 +1,4 @@
-// Checks everything that arranging windows depends on.
+// Checks whether KOVA can manage the windows of the session.
 #pragma once
 
 #include "control/ControlMethods.h"
@@ -11,8 +11,9 @@
 
 namespace kova {
 
-/// Why only some of the session's windows can be managed; absent when all can.
+/// The reason why KOVA can manage only some of the session's windows; absent if it can manage all.
 std::optional<std::string> limitationOf(const ControlContext& context);
+/// The result of the method “doctor”: every check with its verdict.
 nlohmann::json examine(const ControlContext& context, const ShortcutMethods& shortcuts);
 
 } // namespace kova

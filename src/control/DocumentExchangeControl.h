@@ -1,4 +1,4 @@
-// Export and import of scenes and rules in which the user picks the file. Main thread only.
+// Exports and imports scenes and rules with a dialog in which the user picks the file. Main thread only.
 #pragma once
 
 namespace kova {
@@ -6,9 +6,10 @@ namespace kova {
 class DocumentExchangeControl {
   public:
     virtual ~DocumentExchangeControl() = default;
-    /// Whether the user can be asked for a file now.
+    /// True if the dialog can be shown now.
     virtual bool canAsk() const = 0;
-    /// Errors are shown where the user picks the file, or in an alert; success is not reported. Neither function waits.
+    /// Both functions open the dialog and return at once. Errors are shown in the dialog or in an alert; success is not
+    /// reported.
     virtual void exportDocument() = 0;
     virtual void importDocument() = 0;
 };

@@ -40,11 +40,11 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     const auto mode = dryRun && dryRun->boolean() ? ImportMode::dryRun : ImportMode::apply;
     dropAbandoned();
     Upload& upload = uploadOf(peer);
-    // The uploads of all clients together are limited to one largest document, so that they cannot fill the memory.
+    // All uploads together may be as long as the largest document, so that clients cannot fill the memory.
     if (bytesOfAllUploads() + piece.size() > kLargestDocument) {
-        const bool isAlone = uploads_.size() == 1;
+        const bool isOnlyUpload = uploads_.size() == 1;
         forget(peer);
-        if (!isAlone) return importFailure("too much is being imported at once");
+        if (!isOnlyUpload) return importFailure("too much is being imported at once");
         return importFailure("larger than " + std::to_string(kLargestDocument >> 20) + " MiB");
     }
     upload.text.append(piece);

@@ -1,5 +1,5 @@
-// Export and import of the document of scenes and rules. The client reads and writes the file, so the agent opens no
-// file and does not wait for its disk. Main thread only.
+// The methods that export and import the document of scenes and rules. The client reads and writes the file, so the
+// agent never waits for the disk. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -19,7 +19,7 @@ class MethodTable;
 
 class DocumentTransfer {
   public:
-    /// An upload without a new piece for this long is dropped.
+    /// An upload is dropped if the client sends no piece of it for this long.
     static constexpr Seconds kUploadTimeout{60};
 
     /// Both arguments outlive the transfer.
@@ -34,7 +34,7 @@ class DocumentTransfer {
     struct Upload {
         std::weak_ptr<ControlPeer> peer;
         std::string text;
-        Seconds lastPiece{0}; // uptime
+        Seconds lastPiece{0}; // the uptime at which the last piece arrived
     };
 
     Upload& uploadOf(const std::shared_ptr<ControlPeer>& peer);

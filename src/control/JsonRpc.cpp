@@ -48,7 +48,7 @@ Message readMessage(std::string_view line) {
     try {
         document = parseJson(line);
     } catch (const DecodingError& error) {
-        // The reason quotes the last token, which may be the whole line.
+        // The reason is cut, since it quotes the last token, which may be the whole line.
         const std::string reason = std::string(error.what()).substr(0, kLongestReason);
         return {false, {Invalid{nullptr, {controlCode::parseError, "Parse error: " + reason, nullptr}}}};
     }

@@ -1,4 +1,4 @@
-// JSON-RPC 2.0: from a line to its requests, and from results to the line of the response.
+// JSON-RPC 2.0: reads the requests of a line, and writes responses and notifications as lines.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -20,15 +20,15 @@ struct Request {
     std::optional<nlohmann::json> id; // absent: a notification, which gets no response
 };
 
-/// An invalid request, with the id for the response (null if it has no readable id).
+/// An invalid request.
 struct Invalid {
-    nlohmann::json id;
+    nlohmann::json id; // for the response; null if the request has no readable id
     ControlFailure failure;
 };
 
 using Entry = std::variant<Request, Invalid>;
 
-/// The requests of one line, in their order. A line that cannot be read is one `Invalid`.
+/// The requests of one line, in their order. A line that cannot be read gives one `Invalid`.
 struct Message {
     bool isBatch = false;
     std::vector<Entry> entries;
@@ -36,12 +36,12 @@ struct Message {
 
 Message readMessage(std::string_view line);
 
-/// The response to the request with the id.
+/// The response to the request with this id.
 nlohmann::json replyTo(const nlohmann::json& id, ControlReply reply);
 nlohmann::json resultReply(const nlohmann::json& id, nlohmann::json result);
 nlohmann::json failureReply(const nlohmann::json& id, const ControlFailure& failure);
 nlohmann::json notification(std::string_view method, nlohmann::json parameters);
-/// One line of JSON; bytes that are not UTF-8 become U+FFFD.
+/// The message as JSON in one line, without a line break; bytes that are not UTF-8 become U+FFFD.
 std::string line(const nlohmann::json& message);
 
 } // namespace kova::jsonrpc

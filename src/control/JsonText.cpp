@@ -13,7 +13,7 @@ namespace kova {
 
 namespace {
 
-/// Whether the text needs no escapes.
+/// True if the text is ASCII and needs no escapes.
 bool isPlain(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return c >= ' ' && c < '\x7f' && c != '"' && c != '\\'; });
 }

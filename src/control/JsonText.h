@@ -1,4 +1,5 @@
-// Writes JSON straight into text, for what is sent often: a tree of values needs an allocation for each of them.
+// Writes JSON as text without building a tree of values, which would allocate memory for every value. Used for what is
+// sent often.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -11,7 +12,7 @@
 
 namespace kova {
 
-/// Writes the commas. The caller writes a name before each value of an object, and ends what it begins.
+/// Adds the commas. The caller calls `name` before each value of an object, and ends each object and array.
 class JsonText {
   public:
     void beginObject() { begin('{'); }
@@ -21,15 +22,16 @@ class JsonText {
     void name(std::string_view name);
     /// Bytes that are not UTF-8 become U+FFFD.
     void text(std::string_view value);
-    /// Whole numbers without a fraction.
+    /// Writes whole numbers without ".0".
     void number(double value);
     void integer(std::int64_t value);
     void boolean(bool value);
     void null();
+    /// Writes any value.
     void tree(const nlohmann::json& value);
 
     std::size_t length() const { return text_.size(); }
-    /// Removes what was written after the text had that length.
+    /// Removes everything after the first `length` bytes.
     void cutTo(std::size_t length) { text_.resize(length); }
     std::string take() { return std::move(text_); }
 

@@ -37,9 +37,9 @@ void LaunchCounts::countLaunch(const std::string& identifier) {
     int& count = counts_[identifier];
     count = std::min(count + 1, kMostLaunches);
     if (counts_.size() > kMostApplications) {
-        const auto isNewcomer = [&](const auto& entry) { return entry.first == identifier; };
+        const auto isJustLaunched = [&](const auto& entry) { return entry.first == identifier; };
         counts_.erase(std::ranges::min_element(
-            counts_, {}, [&](const auto& entry) { return isNewcomer(entry) ? kMostLaunches + 1 : entry.second; }));
+            counts_, {}, [&](const auto& entry) { return isJustLaunched(entry) ? kMostLaunches + 1 : entry.second; }));
     }
     const nlohmann::json record = counts_;
     preferences_.setValue(preferenceKey::launchCounts,

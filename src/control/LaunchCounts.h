@@ -1,4 +1,5 @@
-// How often each application was launched into a tile: a launcher lists the most used ones first. Main thread only.
+// Counts how often each application was launched into a tile. A launcher lists the most used applications first. Main
+// thread only.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -10,10 +11,10 @@ namespace kova {
 
 class LaunchCounts {
   public:
-    /// The store outlives the counts.
+    /// `preferences` outlive the counts.
     explicit LaunchCounts(PreferencesStore& preferences);
 
-    /// Counts one more launch of the application; stored soon after.
+    /// Counts one more launch of the application. The preferences are saved soon afterwards.
     void countLaunch(const std::string& identifier);
     /// How often the application was launched; 0 if never.
     int of(const std::string& identifier) const;

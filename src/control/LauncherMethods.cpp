@@ -18,8 +18,8 @@ namespace {
 
 using nlohmann::json;
 
-/// The tile if the parameters name none. The launcher prefers an empty tile for the application to start, then the tile
-/// of the focused window; the palette prefers them in the reverse order.
+/// Which tile to take if the parameters name no tile. The launcher takes an empty tile for the application, or else the
+/// tile of the focused window; the palette takes the tile of the focused window, or else an empty tile.
 enum class Preferred { emptyTile, focusedTile };
 
 ControlResult<TileTarget> tileFor(const WorkspaceController& controller, const JsonCursor& parameters,
@@ -43,7 +43,7 @@ ControlResult<TileTarget> tileFor(const WorkspaceController& controller, const J
 ControlReply showAtTile(OverlayBroadcast* overlay, const std::string& what, const ControlResult<TileTarget>& tile) {
     if (!tile) return tile.error();
     if (!overlay || !overlay->show(what, {{"tile", *tile}}))
-        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
+        return refusal("The program that draws the overlay is not connected. Start it with “kova ui restart”");
     return json{{"what", what}, {"tile", *tile}};
 }
 

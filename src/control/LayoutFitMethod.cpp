@@ -44,7 +44,7 @@ std::vector<ConstrainedWindow> constrainedWindowsOn(const WorkspaceController& c
     return constrained;
 }
 
-/// Null when every window fits; else the window that lacks the most points of width and height together.
+/// The window that lacks the most points, width plus height, in its tile, and these points; null if every window fits.
 json shortfall(const LayoutDefinition& layout, const std::vector<ConstrainedWindow>& windows, CGSize area,
                double inset) {
     std::vector<CGSize> needed;

@@ -1,4 +1,4 @@
-// The layouts for each display, and whether the windows there fit into them.
+// The method “layout.fit”: which layouts the windows of a display fit into.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -8,7 +8,8 @@ namespace kova {
 
 class WorkspaceController;
 
-/// Lists the layouts for the display that the parameters name, else for all displays.
+/// Lists, for the display that the parameters name or else for every display, all layouts and whether the display's
+/// windows fit into them.
 ControlReply fitLayouts(const WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -27,11 +27,11 @@ const Screen* findScreen(const WorkspaceController& controller, const DisplayID&
     return found == screens.end() ? nullptr : &*found;
 }
 
-/// The display of the window that the parameters name, else the display that they name, else the current one.
+/// The display of the window that the parameters name; else the display that they name; else the current display.
 ControlResult<DisplayID> displayOfWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto named = parameters.optional("window");
     if (!named) return wantedDisplay(controller, parameters);
-    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    if (auto failure = permissionFailure(controller)) return *std::move(failure);
     const auto window = lookUpWindow(controller, named->string());
     if (!window) return window.error();
     auto display = controller.displayIDOfWindow(window->id);
@@ -39,7 +39,7 @@ ControlResult<DisplayID> displayOfWindow(const WorkspaceController& controller, 
     return *std::move(display);
 }
 
-/// The layout that is now in force on the display, and the message about it.
+/// The layout that is now in force on the display, and the status message.
 json inForce(const WorkspaceController& controller, const DisplayID& display) {
     const LayoutDefinition* layout = controller.resolvedLayout(display);
     const auto& message = *controller.state().lastActionMessage;
@@ -48,7 +48,7 @@ json inForce(const WorkspaceController& controller, const DisplayID& display) {
             {"message", message ? json(*message) : json(nullptr)}};
 }
 
-json tileShown(const TileSlot& slot, CGSize windowSize, json window, std::size_t stackSize) {
+json tileRecord(const TileSlot& slot, CGSize windowSize, json window, std::size_t stackSize) {
     return {{"slot", slot.id},
             {"name", slot.name},
             {"frame", controlRecord::rect(slot.normalizedFrame)},
@@ -63,18 +63,18 @@ json tilesInForce(const WorkspaceController& controller, const DisplayID& displa
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.displayID != display) continue;
         const CGRect room = insetBy(tile.frameOnScreen, controller.state().profile->tileInset);
-        out.push_back(tileShown(tile.slot, room.size, controlRecord::applicationOf(controller, tile.windowID),
-                                tile.stack.size()));
+        out.push_back(tileRecord(tile.slot, room.size, controlRecord::applicationOf(controller, tile.windowID),
+                                 tile.stack.size()));
     }
     return out;
 }
 
-/// The tiles that the layout would have in an area of this size, in points.
+/// The tiles that the layout would have in an area of this size (points).
 json tilesProposed(const LayoutDefinition& layout, CGSize area, double inset) {
     const SolvedLayout solved = solveDefinition(layout, {}, area, inset);
     json out = json::array();
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
-        out.push_back(tileShown(solved.slots[i], insetBy(solved.frames[i], inset).size, nullptr, 0));
+        out.push_back(tileRecord(solved.slots[i], insetBy(solved.frames[i], inset).size, nullptr, 0));
     }
     return out;
 }
@@ -141,8 +141,8 @@ ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor&
     return inForce(controller, *display);
 }
 
-/// Sets the application to which arrangements offer the tiles of a slot first; clears it if the parameters
-/// name no application.
+/// Sets the application whose windows arrangements prefer for the tiles of a slot; clears this preference if the
+/// parameters name no application.
 ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto slot = lookUpSlotOfAnyLayout(controller, parameters.required("tile").string());
     if (!slot) return slot.error();

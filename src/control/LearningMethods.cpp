@@ -24,13 +24,14 @@ using nlohmann::json;
 
 constexpr std::string_view kNamePrefix = "name:";
 
-struct Known {
+struct KnownApplication {
     std::string name;
     json places = json::array();
     json preferredSlots = json::array(), preferredTiles = json::array();
 };
 
-/// Finds the application's name by its key: from its windows, else from the installed application, else the key itself.
+/// Finds the name of an application by its key: the name of its windows' application, else that of the installed
+/// application, else the key.
 class ApplicationNames {
   public:
     explicit ApplicationNames(const WorkspaceController& controller) : controller_(controller) {
@@ -53,7 +54,7 @@ class ApplicationNames {
   private:
     const WorkspaceController& controller_;
     std::map<std::string, std::string> names_; // by application key
-    bool hasReadInstalled_ = false;            // installed applications are read only if no window has the name
+    bool hasReadInstalled_ = false;            // installed applications are read only if no window has a searched key
 };
 
 json nameOfSlot(const LayoutDefinition* layout, const SlotID& slotID) {
@@ -62,10 +63,10 @@ json nameOfSlot(const LayoutDefinition* layout, const SlotID& slotID) {
     return slot == layout->slots.end() ? json(nullptr) : json(slot->name);
 }
 
-std::map<std::string, Known> knownApplications(const WorkspaceController& controller) {
+std::map<std::string, KnownApplication> knownApplications(const WorkspaceController& controller) {
     const AutoArrangeLearningModel& learning = **controller.learning();
     const WorkspaceProfile& profile = *controller.state().profile;
-    std::map<std::string, Known> known; // by application key
+    std::map<std::string, KnownApplication> known; // by application key
     for (const auto& [layoutID, layout] : learning.layouts) {
         const LayoutDefinition* definition = findLayout(controller.catalogue(), layoutID);
         for (const auto& [key, learned] : layout.applications) {
@@ -87,12 +88,12 @@ std::map<std::string, Known> knownApplications(const WorkspaceController& contro
     return known;
 }
 
-/// Lists the applications about which data was learned, sorted by name, with role, minimum size and usual tiles.
+/// Lists the applications for which KOVA has learned data or the user preferred a slot, sorted by name.
 ControlReply listLearned(const WorkspaceController& controller) {
     auto known = knownApplications(controller);
     ApplicationNames names(controller);
     for (auto& [key, application] : known) application.name = names.of(key);
-    std::vector<std::pair<std::string, Known>> sorted(known.begin(), known.end());
+    std::vector<std::pair<std::string, KnownApplication>> sorted(known.begin(), known.end());
     std::ranges::stable_sort(sorted, [](const auto& a, const auto& b) {
         return localizedCaseInsensitiveCompare(a.second.name, b.second.name) < 0;
     });
@@ -124,7 +125,7 @@ ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor
         std::vector<std::string> known;
         for (const auto& [key, application] : knownApplications(controller)) known.push_back(names.of(key));
         return ControlFailure{
-            controlCode::refused, outcome.message().value_or("") + nearestName(wanted, known), {{"choices", known}}};
+            controlCode::refused, outcome.message().value_or("") + suggestionFor(wanted, known), {{"choices", known}}};
     }
     std::string names;
     for (const auto& name : forgotten->names) names += (names.empty() ? "" : ", ") + name;

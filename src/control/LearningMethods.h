@@ -1,4 +1,4 @@
-// Adds the methods of the data learned about applications.
+// Adds the methods that list and forget what KOVA learned about applications.
 #pragma once
 
 namespace kova {

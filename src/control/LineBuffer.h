@@ -1,5 +1,5 @@
-// Splits a client's input into lines. A line that is too long is reported once and skipped up to its end, so that it
-// neither fills the memory nor ends the connection.
+// Splits a client's input into lines. A line that is too long is reported once and skipped up to its end. So it neither
+// fills the memory nor ends the connection.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +12,8 @@ class LineBuffer {
   public:
     explicit LineBuffer(std::size_t longestLine) : longestLine_(longestLine) {}
 
-    /// Calls `line` with each complete line (without its line break) and `tooLong` for each that is longer than
-    /// allowed. A view is valid during its call only.
+    /// Calls `line` with each complete line, without its line break, and `tooLong` once for each line that is longer
+    /// than allowed. `line` must not keep the view that it gets.
     template <class Line, class TooLong>
     void feed(std::string_view bytes, Line line, TooLong tooLong) {
         while (!bytes.empty()) {
@@ -34,7 +34,7 @@ class LineBuffer {
         }
     }
 
-    /// Whether the input so far ends within a line.
+    /// True if the input so far ends within a line.
     bool isInsideLine() const { return isSkipping_ || !partial_.empty(); }
 
   private:
@@ -45,12 +45,12 @@ class LineBuffer {
             return;
         }
         const std::string whole = std::move(partial_.append(piece));
-        partial_ = {}; // an idle client keeps no memory
+        partial_ = {}; // frees the memory, so that an idle client uses none
         line(whole);
     }
 
     std::size_t longestLine_;
-    std::string partial_;
+    std::string partial_; // the beginning of a line whose end has not arrived
     bool isSkipping_ = false;
 };
 

@@ -1,4 +1,4 @@
-// The menu of KOVA as values, for the program that draws it.
+// The entries of KOVA's menu as values, for the program that draws the menu.
 #pragma once
 
 #include "commands/KovaShortcut.h"
@@ -17,7 +17,7 @@ struct MenuEntry {
     std::string title{};
     bool isEnabled = true;
     bool isChecked = false;
-    std::optional<KovaShortcut> shortcut{}; // shown beside the title; the menu does not listen for it
+    std::optional<KovaShortcut> shortcut{}; // shown beside the title; it also works while the menu is closed
     std::vector<MenuEntry> entries{};       // of a submenu
     bool operator==(const MenuEntry&) const = default;
 };
@@ -26,10 +26,10 @@ struct MenuEntry {
 class MenuServing {
   public:
     virtual ~MenuServing() = default;
-    /// The present entries; call again each time the menu opens.
+    /// The entries as they are now. Call this function each time the menu opens.
     virtual std::vector<MenuEntry> entries() const = 0;
-    /// Carries out the entry. False if the entry does not exist any more or is disabled, since the menu may have been
-    /// open for a while. If the workspace refuses, its status message gives the reason.
+    /// Carries out the entry with this id. Returns false if the entry has disappeared or become disabled while the menu
+    /// was open. If the workspace refuses the action, the status message gives the reason.
     virtual bool choose(std::string_view id) = 0;
 };
 

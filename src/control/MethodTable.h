@@ -1,5 +1,5 @@
-// The socket's methods by their names. Each lists the parameters that it takes; any other parameter is an error, since
-// a misspelled "dryrun" must not move windows.
+// The socket's methods by their names. Each method lists its parameters; any other parameter is an error, so that a
+// request with a misspelled "dryrun" moves no windows.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -16,19 +16,18 @@ namespace kova {
 
 struct MethodCall {
     JsonCursor parameters;
-    const std::shared_ptr<ControlPeer>& peer; // null when the agent itself calls
+    const std::shared_ptr<ControlPeer>& peer; // null if the agent itself calls the method
 };
 
 /// Main thread only.
 class MethodTable {
   public:
     using Run = std::function<ControlReply(const MethodCall&)>;
-    /// What must be known of the windows before a request is carried out. A request with a "window" always waits for
-    /// the next poll if windows changed since the last one.
+    /// What the agent must know about the windows before it carries out a request.
     enum class Needs {
-        nothing,
-        currentWindows, // always waits for that poll, too
-        currentFrames,  // waits until frames were read on the polling queue
+        nothing,        // but a request with a parameter "window" is handled as with `currentWindows`
+        currentWindows, // if windows changed since the last poll, the request waits for the next poll
+        currentFrames,  // the request waits until the frames of the windows were read on the polling queue
     };
     struct Method {
         std::vector<std::string_view> parameters;
@@ -38,14 +37,14 @@ class MethodTable {
     };
 
     void add(std::string name, std::vector<std::string_view> parameters, Run run, Needs needs = Needs::nothing);
-    /// Adds a method that changes stored data: its response is sent once the data is on disk.
+    /// Adds a method that changes stored data. The response is sent once the data is on disk.
     void addSaved(std::string name, std::vector<std::string_view> parameters, Run run, Needs needs = Needs::nothing);
 
-    /// Null when there is no such method.
+    /// Null if there is no such method.
     const Method* find(const std::string& name) const;
     std::vector<std::string> names() const; // sorted
 
-    /// Throws `DecodingError` for a parameter that the method does not take.
+    /// Runs the method. Throws `DecodingError` for a parameter that the method does not list.
     static ControlReply call(const Method& method, const nlohmann::json& parameters,
                              const std::shared_ptr<ControlPeer>& peer);
 

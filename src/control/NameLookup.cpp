@@ -14,15 +14,15 @@ namespace kova {
 
 namespace {
 
-constexpr std::size_t kLongestQuotation = 80;    // bytes
-constexpr std::size_t kFirstNumberInNames = 100; // smaller numbers are meant as places in a list
+constexpr std::size_t kLongestQuotation = 80; // bytes
+constexpr std::size_t kEndOfPlaces = 100;     // smaller numbers mean a place in a list
 
 std::string quotedForMessage(std::string_view wanted) {
     return quoted(textForMessage(wanted));
 }
 
-ControlFailure listing(std::string message, std::string_view wanted, std::span<const NamedThing> things,
-                       const std::vector<std::size_t>& listed) {
+ControlFailure failureWithChoices(std::string message, std::string_view wanted, std::span<const NamedThing> things,
+                                  const std::vector<std::size_t>& listed) {
     nlohmann::json known = nlohmann::json::array();
     for (const std::size_t i : listed) {
         message += "\n  " + things[i].description;
@@ -31,6 +31,7 @@ ControlFailure listing(std::string message, std::string_view wanted, std::span<c
     return {controlCode::refused, std::move(message), {{"wanted", validUtf8(wanted)}, {"choices", std::move(known)}}};
 }
 
+/// The indexes of the things whose id or a name, in lower case, satisfies the predicate.
 std::vector<std::size_t> matching(std::span<const NamedThing> things, const auto& predicate) {
     std::vector<std::size_t> found;
     for (std::size_t i = 0; i < things.size(); ++i) {
@@ -54,20 +55,21 @@ std::string suggestionAmong(std::span<const NamedThing> things, std::string_view
         for (const auto& name : thing.names) names.push_back(name);
         names.push_back(thing.id);
     }
-    return nearestName(wanted, names);
+    return suggestionFor(wanted, names);
 }
 
-ControlFailure noneOf(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things) {
+ControlFailure notFound(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things) {
     const std::string what(kind);
     const std::string none = "There is no " + what + " " + quotedForMessage(wanted);
-    if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
-    const std::string meant = suggestionAmong(things, wanted);
-    return listing(none + (meant.empty() ? "." : meant) + " There is:", wanted, things, everyIndex(things.size()));
+    if (things.empty()) return failureWithChoices(none + "; there is no " + what + " at all", wanted, things, {});
+    const std::string suggestion = suggestionAmong(things, wanted);
+    const std::string message = none + (suggestion.empty() ? "." : suggestion) + " There is:";
+    return failureWithChoices(message, wanted, things, everyIndex(things.size()));
 }
 
 } // namespace
 
-std::string nearestName(std::string_view wanted, const std::vector<std::string>& names) {
+std::string suggestionFor(std::string_view wanted, const std::vector<std::string>& names) {
     std::vector<std::string> folded;
     for (const auto& name : names) folded.push_back(lowercased(name));
     const auto nearest = nearestWord(lowercased(wanted.substr(0, kLongestQuotation)), folded);
@@ -91,8 +93,8 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
 
     const std::string folded = lowercased(wanted);
     auto found = matching(things, [&](const std::string& name) { return name == folded; });
-    // A small number means a place in the list, never a part of an id: “2” is an error if there is only one display.
-    const bool isPlace = numbered == Numbered::yes && isNumber && number < kFirstNumberInNames;
+    // A small number means a place in the list, never a part of an id: if there is only one display, “2” is an error.
+    const bool isPlace = numbered == Numbered::yes && isNumber && number < kEndOfPlaces;
     if (found.empty() && !folded.empty() && !isPlace) {
         found = matching(things, [&](const std::string& name) { return name.find(folded) != std::string::npos; });
     }
@@ -100,9 +102,10 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
 
     const std::string what(kind);
     if (found.size() > 1) {
-        return listing(quotedForMessage(wanted) + " is the name of more than one " + what + ":", wanted, things, found);
+        return failureWithChoices(quotedForMessage(wanted) + " is the name of more than one " + what + ":", wanted,
+                                  things, found);
     }
-    return noneOf(kind, wanted, things);
+    return notFound(kind, wanted, things);
 }
 
 ControlResult<DisplayID> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted) {
@@ -127,7 +130,7 @@ ControlResult<DisplayID> wantedDisplay(const WorkspaceController& controller, co
 ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const DisplayID& displayID,
                                    std::string_view wanted) {
     const LayoutDefinition* layout = controller.resolvedLayout(displayID);
-    if (!layout) return refusal("The display is gone");
+    if (!layout) return refusal("The display is no longer connected");
     std::vector<NamedThing> tiles;
     for (const TileSlot& slot : layout->slots) {
         const std::string number = std::to_string(tiles.size() + 1);
@@ -155,7 +158,7 @@ ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, s
     if (findLayout(controller.catalogue(), std::string(wanted))) return std::string(wanted);
     std::vector<NamedThing> layouts;
     for (const LayoutDefinition& layout : controller.catalogue()) {
-        // “six-grid” means jarvis.six-grid, although it is also the beginning of other names.
+        // “six-grid” means jarvis.six-grid, although the names of other layouts begin with it, too.
         const std::string lastComponent = layout.id.substr(layout.id.rfind('.') + 1);
         layouts.push_back({layout.id, {layout.name, lastComponent}, layout.id + "  " + layout.name});
     }
@@ -177,7 +180,7 @@ ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller,
 }
 
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted) {
-    std::vector<NamedThing> applications; // by the id of their first window
+    std::vector<NamedThing> applications; // one for each process, with the id of its first window
     std::vector<pid_t> processes;
     for (const ManagedWindow& window : controller.liveWindows()) {
         if (window.id.text() == wanted) return window;
@@ -227,7 +230,7 @@ ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller,
     for (const auto& scene : scenes) {
         things.push_back({scene.id.string(), {scene.name}, scene.name + "  " + scene.id.string()});
     }
-    return noneOf("scene", wanted, things);
+    return notFound("scene", wanted, things);
 }
 
 ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std::string_view wanted) {

@@ -1,5 +1,5 @@
-// Finds things by the names that users type: a display, a layout, a window, a rule or an application by its id, number,
-// name or an unambiguous part; a scene by its id or its whole name.
+// Finds a display, layout, window, rule or application by what the user typed: its id, its name, an unambiguous part of
+// either, or for some kinds its number. A scene is found only by its id or its whole name.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -16,57 +16,57 @@
 
 namespace kova {
 
-/// Something that has names. All but the id are compared without regard to case.
+/// Something that a user can name. Upper and lower case are not distinguished, but an exact id has precedence.
 struct NamedThing {
     std::string id;
     std::vector<std::string> names;
     std::string description; // for the list of choices in an error message
 };
 
-enum class Numbered { no, yes }; // whether a number means the place in the list, counted from 1
+enum class Numbered { no, yes }; // yes: the user can type a thing's number, which is its place in the list, from 1
 
-/// The index of the matching thing; if none or several match, a failure that lists them. `kind` is "display", "layout",
-/// ...
+/// The index of the thing that `wanted` names; an error that lists the choices if no thing or several things match.
+/// `kind` is a noun for the error message, such as "display".
 ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things,
                                   Numbered numbered);
 
-/// Text to append to an error, such as ". Did you mean “quad-grid”?"; empty if no name is similar.
-std::string nearestName(std::string_view wanted, const std::vector<std::string>& names);
+/// Text to append to an error message, such as ". Did you mean “quad-grid”?"; empty if no name is similar.
+std::string suggestionFor(std::string_view wanted, const std::vector<std::string>& names);
 
-/// For use in a message: valid UTF-8, and cut if it is very long.
+/// What the user typed, for use in a message: valid UTF-8, and cut if it is very long.
 std::string textForMessage(std::string_view wanted);
 
-/// The display's id.
+/// Returns the id of the display.
 ControlResult<DisplayID> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
-/// The id of the display that the parameters name, else of the current one.
+/// The id of the display that the parameters name, else of the current display.
 ControlResult<DisplayID> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters);
-/// A tile of the layout in force on the display, by its slot's id, its number in the layout's order, its name, ...
+/// Finds a slot of the layout in force on the display. The number of a slot is its place in the layout.
 ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const DisplayID& displayID,
                                    std::string_view wanted);
-/// The id of a slot, for settings that apply to all displays: `wanted` is the id of a slot of any layout, or the number
-/// or name of a tile on the current display.
+/// Finds a slot for a setting that applies to all displays. `wanted` is the id of a slot of any layout, or what
+/// `lookUpSlot` finds on the current display.
 ControlResult<SlotID> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted);
-/// The layout's id.
+/// Returns the id of the layout.
 ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted);
-/// Finds a window for an operation on its whole application: if several windows of one application match, the result is
-/// the first of them.
+/// Finds a window for an operation on its whole application. So several matching windows of one process are no error;
+/// the result is one of them, or the first window of that process.
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
-/// Finds a window, or else a dialog by its id or title.
+/// Finds a window; else a dialog, by its id or title.
 ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);
-/// A window that is not managed, by its id, title or application; null unless exactly one matches.
+/// Finds a window that is not managed, by its id, title or application. Null unless exactly one matches.
 const UnmanagedWindow* findUnmanagedWindow(const WorkspaceController& controller, std::string_view wanted);
-/// Finds a scene by its exact name, else the first whose name differs only in case, else by its id. Never by a part of
-/// its name, since scenes are deleted by name.
+/// Finds a scene by its exact name; else the first scene whose name differs only in case; else by its id. A part of the
+/// name is not enough, so that `delete` cannot hit another scene.
 ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted);
-/// The rule's index. A number in `wanted` is its place in the list, counted from 1.
+/// Returns the index of the rule. The number of a rule is its place in the list, counted from 1.
 ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std::string_view wanted);
 
 struct NamedApplication {
     std::string name;
     std::optional<BundleID> bundleIdentifier;
 };
-/// A running application with windows, or an installed one.
+/// Finds a running application that has windows, or an installed application.
 ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceController& controller,
                                                          std::string_view wanted);
 

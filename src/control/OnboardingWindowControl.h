@@ -10,8 +10,8 @@ namespace kova {
 class OnboardingWindowControl {
   public:
     virtual ~OnboardingWindowControl() = default;
-    /// Shows the window; brings an open window to the front. Returns why the window cannot be shown; absent on success,
-    /// and also while the program that draws the window is still starting.
+    /// Opens the window, or brings the open window to the front. Returns the reason if the window cannot be shown;
+    /// nothing on success or while the program that draws the window is starting.
     virtual std::optional<std::string> show() = 0;
     /// No-op if the window is not shown.
     virtual void close() = 0;

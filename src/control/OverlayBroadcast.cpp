@@ -19,41 +19,41 @@ OverlayBroadcast::~OverlayBroadcast() {
     overlay_.watch({});
 }
 
-bool OverlayBroadcast::hasPeers() {
-    std::erase_if(peers_, [](const auto& peer) { return !peer->isConnected(); });
-    if (peers_.empty()) overlay_.watch({});
-    return !peers_.empty();
+bool OverlayBroadcast::hasSubscribers() {
+    std::erase_if(subscribers_, [](const auto& peer) { return !peer->isConnected(); });
+    if (subscribers_.empty()) overlay_.watch({});
+    return !subscribers_.empty();
 }
 
-bool OverlayBroadcast::isPeer(const std::shared_ptr<ControlPeer>& client) const {
-    return std::find(peers_.begin(), peers_.end(), client) != peers_.end();
+bool OverlayBroadcast::isSubscriber(const std::shared_ptr<ControlPeer>& client) const {
+    return std::find(subscribers_.begin(), subscribers_.end(), client) != subscribers_.end();
 }
 
 void OverlayBroadcast::add(std::shared_ptr<ControlPeer> peer) {
-    peers_.push_back(peer);
+    subscribers_.push_back(peer);
     const auto disconnected = lifetime_.guard([this] {
-        (void)hasPeers();
+        (void)hasSubscribers();
         clientDisconnected_();
     });
     peer->whenDisconnected([&queue = queue_, disconnected] { queue.post(disconnected); });
 }
 
 json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
-    if (hasPeers()) {
-        // The new client gets the whole contents, so the other clients get the pending changes first.
+    if (hasSubscribers()) {
+        // Brings `sent_` up to date, since the new subscriber gets it; the other subscribers get the changes.
         touched_ = kEveryOverlaySection;
         sendChanges();
     } else {
-        overlay_.watch([this](OverlaySections sections) { touched(sections); });
+        overlay_.watch([this](OverlaySections sections) { noteChange(sections); });
         update(sent_, kEveryOverlaySection);
         touched_ = 0;
     }
-    if (!isPeer(peer)) add(std::move(peer));
+    if (!isSubscriber(peer)) add(std::move(peer));
     return {{"topic", "overlay"}, {"sequence", sequence_}, {"state", json::parse(overlayRecord::whole(sent_))}};
 }
 
 bool OverlayBroadcast::show(const std::string& what, json parameters) {
-    if (!hasPeers()) return false;
+    if (!hasSubscribers()) return false;
     parameters["what"] = what;
     send(jsonrpc::line(jsonrpc::notification("show", std::move(parameters))));
     return true;
@@ -64,7 +64,7 @@ void OverlayBroadcast::update(OverlayContents& contents, OverlaySections section
     if (amend_) amend_(contents);
 }
 
-void OverlayBroadcast::touched(OverlaySections sections) {
+void OverlayBroadcast::noteChange(OverlaySections sections) {
     if (touched_ == 0) {
         queue_.post(lifetime_.guard([this] {
             if (touched_ != 0) sendChanges();
@@ -75,9 +75,9 @@ void OverlayBroadcast::touched(OverlaySections sections) {
 
 void OverlayBroadcast::sendChanges() {
     OverlaySections sections = std::exchange(touched_, 0);
-    if (!hasPeers()) return;
-    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // these two are sent together
-    OverlayContents before, now; // have only the touched sections, so that the others are not copied
+    if (!hasSubscribers()) return;
+    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // both windows are sent as one member
+    OverlayContents before, now; // contain only the touched sections, so that the other sections are not copied
     swapSections(before, sent_, sections);
     update(now, sections);
     const std::string changes = overlayRecord::changes(before, now);
@@ -88,7 +88,7 @@ void OverlayBroadcast::sendChanges() {
 }
 
 void OverlayBroadcast::send(const std::string& line) {
-    for (const auto& peer : peers_) peer->send(line);
+    for (const auto& peer : subscribers_) peer->send(line);
 }
 
 } // namespace kova

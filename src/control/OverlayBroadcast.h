@@ -1,5 +1,6 @@
-// Sends the overlay's contents to the clients that draw them: first all, then the changes. Changes made by one task of
-// the main queue are sent as one numbered notification; without clients nothing is computed. Main thread only.
+// Sends the overlay's contents to its subscribers, the clients that draw the overlay: first the whole contents, then
+// the changes. All changes by one task of the main queue are sent as one numbered notification. Without subscribers
+// nothing is computed. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -20,9 +21,9 @@ namespace kova {
 
 class OverlayBroadcast {
   public:
-    /// Completes newly computed contents with data that only the methods have.
+    /// Adds to newly computed contents the data that only the socket's methods have.
     using Amend = std::function<void(OverlayContents&)>;
-    /// The contents outlive the broadcast. `clientDisconnected` is called after a client has disconnected.
+    /// `overlay` and `queue` outlive the broadcast. `clientDisconnected` is called after a subscriber has disconnected.
     OverlayBroadcast(OverlayServing& overlay, MainQueue& queue, Amend amend, std::function<void()> clientDisconnected) :
         overlay_(overlay), queue_(queue), amend_(std::move(amend)), clientDisconnected_(std::move(clientDisconnected)) {
     }
@@ -30,23 +31,22 @@ class OverlayBroadcast {
     OverlayBroadcast(const OverlayBroadcast&) = delete;
     OverlayBroadcast& operator=(const OverlayBroadcast&) = delete;
 
-    /// Sends changes to the client from now on; the result holds the whole contents and the number of the last change.
+    /// Makes the client a subscriber. The result holds the whole contents and the number of the last notification.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
-    /// Notifies the clients to open something, such as the menu; `parameters` are those of the notification. False if
-    /// there are no clients.
+    /// Notifies the subscribers to open `what`, for example the menu; the notification has these parameters. Returns
+    /// false if there are no subscribers.
     bool show(const std::string& what, nlohmann::json parameters = nlohmann::json::object());
-    /// The clients that draw the overlay.
-    std::vector<std::weak_ptr<ControlPeer>> peers() { return {peers_.begin(), peers_.end()}; }
+    std::vector<std::weak_ptr<ControlPeer>> subscribers() { return {subscribers_.begin(), subscribers_.end()}; }
 
-    /// Whether a client draws the overlay. Drops disconnected clients; if no client is left, stops watching
-    /// the contents.
-    bool hasPeers();
-    bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
+    /// True if a subscriber is connected. Removes disconnected subscribers; if none is left, stops watching the
+    /// contents.
+    bool hasSubscribers();
+    bool isSubscriber(const std::shared_ptr<ControlPeer>& client) const;
 
   private:
     void add(std::shared_ptr<ControlPeer> peer);
     void update(OverlayContents& contents, OverlaySections sections);
-    void touched(OverlaySections sections);
+    void noteChange(OverlaySections sections);
     void sendChanges();
     void send(const std::string& line);
 
@@ -54,10 +54,10 @@ class OverlayBroadcast {
     MainQueue& queue_;
     Amend amend_;
     std::function<void()> clientDisconnected_;
-    std::vector<std::shared_ptr<ControlPeer>> peers_;
-    OverlayContents sent_; // as last sent to the clients
-    OverlaySections touched_ = 0;
-    std::uint64_t sequence_ = 0;
+    std::vector<std::shared_ptr<ControlPeer>> subscribers_;
+    OverlayContents sent_;        // as last sent to the subscribers
+    OverlaySections touched_ = 0; // the sections that may have changed since then
+    std::uint64_t sequence_ = 0;  // the number of the last notification
     Lifetime lifetime_;
 };
 

@@ -5,8 +5,8 @@
 namespace kova {
 
 void swapSections(OverlayContents& one, OverlayContents& other, OverlaySections sections) {
-    const auto exchange = [&](OverlaySection section, auto& mine, auto& theirs) {
-        if (holds(sections, section)) std::swap(mine, theirs);
+    const auto exchange = [&](OverlaySection section, auto& ofOne, auto& ofOther) {
+        if (holds(sections, section)) std::swap(ofOne, ofOther);
     };
     exchange(OverlaySection::isSuspended, one.isSuspended, other.isSuspended);
     exchange(OverlaySection::appearance, one.appearance, other.appearance);

@@ -1,6 +1,6 @@
-// What the overlay shows: backdrop, tile footers, divider lines, the drop target and the status message, as values. The
-// agent computes them, a separate program draws them. Rectangles are in window-service space: points, origin at the top
-// left of the first display, y growing downwards.
+// What the overlay shows, as values: backdrop, tile footers, divider lines, the drop target and the status message. The
+// agent computes the values; a separate program draws them. Rectangles are in window-service space: points, origin at
+// the top left of the first display, y growing downwards.
 #pragma once
 
 #include "layout/LayoutTree.h"
@@ -20,8 +20,8 @@ namespace kova {
 struct OverlayAppearance {
     std::string themeID;
     std::string accentColorID;
-    std::optional<bool> isDark; // absent: the same as the desktop's own windows
-    ThemePalette palette;       // with the accent color in it
+    std::optional<bool> isDark; // absent: as dark as the desktop's own windows
+    ThemePalette palette;       // contains the accent color
     bool useThemeBackground = false;
     bool showTileBackgrounds = false;
     bool showBrain = false;
@@ -38,9 +38,9 @@ struct OverlayDisplay {
     std::string layoutID{};
     std::string layoutName{};
     bool isFocusMode = false; // one window owns the display
-    bool isCurrent = false;   // as of the last change of this section
-    /// Frames of windows that are shown outside tiles and can cover the display's decoration; empty while the
-    /// decoration is off.
+    bool isCurrent = false;   // true if it was the current display when the displays were last computed
+    /// Frames of the windows that are shown outside tiles and can cover the decoration of the backdrop; empty while the
+    /// decoration is switched off.
     std::vector<CGRect> floatingFrames{};
     bool operator==(const OverlayDisplay&) const = default;
 };
@@ -76,7 +76,7 @@ struct OverlayTile {
     std::string name{};
     std::vector<SlotID> coveredSlotIDs{}; // the tile's own slot first
     CGRect cell{};
-    CGRect windowFrame{};                 // the cell without the inset; a window may take less of it
+    CGRect windowFrame{};                 // the cell without the inset; the window may be smaller
     std::optional<CGRect> footerFrame{};  // absent on a display that a window owns in focus mode
     std::vector<OverlayWindow> windows{}; // in stack order, the front window first
     std::optional<OverlayApplication> pendingLaunch{};
@@ -108,15 +108,15 @@ struct OverlayDrag {
 
 struct OverlayMessage {
     std::string text;
-    std::optional<DisplayID> displayID; // the current one when the message appeared
-    std::string undoMethod; // the socket's method that reverts the reported action; empty if it cannot be reverted
+    std::optional<DisplayID> displayID; // the display that was current when the message appeared
+    std::string undoMethod; // the socket's method that undoes the reported action; empty if it cannot be undone
     bool operator==(const OverlayMessage&) const = default;
 };
 
-/// A window that the user opens.
+/// An open window of KOVA: the settings window or the window for new users.
 struct OverlayShownWindow {
     std::optional<std::string> pane; // the pane to show; absent: the pane shown last
-    std::uint64_t request = 0; // grows with each request to show the window; an open window then comes to the front
+    std::uint64_t request = 0; // the number of the last request to show the window; a new one brings it to the front
     bool operator==(const OverlayShownWindow&) const = default;
 };
 
@@ -138,7 +138,7 @@ struct OverlayContents {
     bool operator==(const OverlayContents&) const = default;
 };
 
-/// Parts of the contents that change independently, one bit each.
+/// Parts of the contents that change independently of each other, one bit for each.
 enum class OverlaySection : std::uint32_t {
     isSuspended = 1U << 0,
     appearance = 1U << 1,
@@ -157,17 +157,17 @@ constexpr bool holds(OverlaySections sections, OverlaySection section) {
     return (sections & static_cast<OverlaySections>(section)) != 0;
 }
 
-/// Exchanges the given sections of two contents.
+/// Swaps the given sections between two contents.
 void swapSections(OverlayContents& one, OverlayContents& other, OverlaySections sections);
 
 /// Main thread only.
 class OverlayServing {
   public:
     virtual ~OverlayServing() = default;
-    /// Writes the given sections of the contents as they are now; the others are left as they are.
+    /// Sets the given sections of `contents` to what the overlay shows now. The other sections are left unchanged.
     virtual void update(OverlayContents& contents, OverlaySections sections) = 0;
-    /// Calls back whenever sections may have changed, possibly in the middle of an operation. One watcher at a time; an
-    /// empty function ends watching. Nothing is computed without a watcher.
+    /// Calls `changed` with the sections that may have changed, possibly in the middle of an operation. A later call of
+    /// `watch` replaces the function; an empty function ends watching. Without a watcher nothing is computed.
     virtual void watch(std::function<void(OverlaySections)> changed) = 0;
 };
 

@@ -69,7 +69,7 @@ void write(JsonText& out, const OverlayNotice& notice) {
     out.tree({{"text", notice.text}, {"application", applicationTree(notice.application)}});
 }
 
-/// A launch that a tile awaits.
+/// Writes the launch that a tile waits for.
 void write(JsonText& out, const OverlayApplication& launched) {
     out.tree({{"application", applicationTree(launched)}});
 }
@@ -123,7 +123,7 @@ void write(JsonText& out, const std::vector<T>& values) {
     out.endArray();
 }
 
-/// The members of a value: all, or those that differ from a former value.
+/// Writes the members of a value: only those that differ from `before`, or all if `before` is null.
 template <class T>
 class Members {
   public:
@@ -137,7 +137,7 @@ class Members {
     Members& add(const char* name, Member T::*member) {
         return differs(member) ? addAlways(name, member) : *this;
     }
-    /// For a member that identifies the value, so it is in every record.
+    /// Writes the member even if it does not differ. For the member that identifies the value.
     template <class Member>
     Members& addAlways(const char* name, Member T::*member) {
         out_.name(name);
@@ -202,7 +202,7 @@ void writeMembers(JsonText& out, const OverlayDivider& now, const OverlayDivider
         .add("isDragged", &Divider::isDragged);
 }
 
-/// The sections that are not lists.
+/// Writes the sections that are not lists.
 void writeMembers(JsonText& out, const OverlayContents& now, const OverlayContents* before) {
     using Contents = OverlayContents;
     Members(out, now, before)
@@ -228,7 +228,7 @@ void writeList(JsonText& out, const char* name, const std::vector<T>& values) {
     out.endArray();
 }
 
-/// The former element with the same id, at the same index or elsewhere; null if there was none.
+/// The element of `before` with the same id as `value`; null if there is none. Usually it has the same index.
 template <class T>
 const T* formerOf(const T& value, std::size_t index, const std::vector<T>& before) {
     if (index < before.size() && before[index].id == value.id) return &before[index];
@@ -236,7 +236,8 @@ const T* formerOf(const T& value, std::size_t index, const std::vector<T>& befor
     return found == before.end() ? nullptr : &*found;
 }
 
-/// The elements that are new or changed, and the order of all elements if it changed. Nothing if the lists are equal.
+/// Writes the elements that are new or changed, and the ids of all elements if their order changed. Writes nothing if
+/// the lists are equal.
 template <class T>
 void writeChanges(JsonText& out, const char* name, const std::vector<T>& before, const std::vector<T>& now) {
     if (before == now) return;

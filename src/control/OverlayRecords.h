@@ -1,4 +1,4 @@
-// The overlay's contents as JSON of the socket, section by section.
+// Writes the overlay's contents as JSON for the socket, section by section.
 #pragma once
 
 #include "control/OverlayContents.h"
@@ -7,13 +7,14 @@
 
 namespace kova::overlayRecord {
 
-/// Version of the format: increased when a client written for the version before would misread the contents.
+/// The version of the format. It is increased when a client written for the previous version would misread the
+/// contents.
 inline constexpr int kContract = 2;
 
-/// An object: every section by its name, and the version of agent and contract.
+/// An object with every section by its name, the version of the agent, and `kContract`.
 std::string whole(const OverlayContents& contents);
-/// An object with the sections in which `now` differs from `before`; a list contains only the elements that
-/// changed, and such an element only its id and the members that changed. Empty text if nothing differs.
+/// An object with the sections in which `now` differs from `before`. Of a list it contains only the changed elements,
+/// and of such an element only the id and the changed members. Empty text if nothing differs.
 std::string changes(const OverlayContents& before, const OverlayContents& now);
 
 } // namespace kova::overlayRecord

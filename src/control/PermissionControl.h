@@ -1,4 +1,4 @@
-// The permission to manage windows, for clients: its state, and the request to show the system's dialog.
+// Lets clients open the system's dialog in which the user grants the permission to manage windows.
 #pragma once
 
 namespace kova {
@@ -7,10 +7,10 @@ namespace kova {
 class PermissionControl {
   public:
     virtual ~PermissionControl() = default;
-    /// Whether the system has a permission that the user can be asked for.
+    /// True if the system requires a permission and the user can be asked for it.
     virtual bool canAsk() const = 0;
-    /// Opens the system's permission dialog, or the page of its settings if the dialog was shown before or cannot help.
-    /// No-op unless `canAsk`. Never waits.
+    /// Opens the system's permission dialog, or a page of the system's settings if the dialog was shown before or
+    /// cannot help. No-op unless `canAsk`. Never waits.
     virtual void ask() = 0;
 };
 

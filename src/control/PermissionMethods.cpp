@@ -21,7 +21,7 @@ ControlReply permissionStatus(const WorkspaceController& controller, const Permi
                 {"canAsk", !isGranted && permission && permission->canAsk()}};
 }
 
-/// Makes the system ask the user for the permission; no-op if it has been granted.
+/// Makes the system ask the user for the permission; no-op if the permission has been granted.
 ControlReply askForPermission(const WorkspaceController& controller, PermissionControl* permission) {
     if (*controller.state().permissionState != AccessibilityPermissionState::granted) {
         if (!permission || !permission->canAsk()) return refusal(controller.permissionProblem());

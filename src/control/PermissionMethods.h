@@ -1,4 +1,4 @@
-// Adds the methods of the permission to manage windows.
+// Adds the methods that show and request the permission to manage windows.
 #pragma once
 
 namespace kova {

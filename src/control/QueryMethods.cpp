@@ -11,7 +11,8 @@ namespace {
 
 using nlohmann::json;
 
-/// The focused window; if there is none, also the window that was focused last on the current display.
+/// The focused window. “last” is the same window or, if no window has the focus, the window that was focused last on
+/// the current display.
 ControlReply describeFocus(const WorkspaceController& controller) {
     json result = controlRecord::focus(controller);
     result["last"] = result["window"];
@@ -25,7 +26,7 @@ ControlReply describeFocus(const WorkspaceController& controller) {
 /// The managed window at a point, for example where the user clicks to pick a window.
 ControlReply findWindowAt(const WorkspaceController& controller, const JsonCursor& parameters) {
     const CGPoint point{parameters.required("x").number(), parameters.required("y").number()};
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto& screens = *controller.state().screens;
     if (screens.empty()) return refusal("No display is connected");
     const auto found = controller.managedWindowUnder(flipped(point, maxY(screens.front().frame)));

@@ -10,13 +10,13 @@ ControlFailure refusal(std::string message) {
     return {controlCode::refused, std::move(message), nullptr};
 }
 
-std::optional<ControlFailure> withoutPermission(const WorkspaceController& controller) {
+std::optional<ControlFailure> permissionFailure(const WorkspaceController& controller) {
     if (*controller.state().permissionState == AccessibilityPermissionState::granted) return std::nullopt;
     return ControlFailure{controlCode::noPermission, controller.permissionProblem(), nullptr};
 }
 
 ControlFailure refusal(const WorkspaceController& controller, std::string reason) {
-    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    if (auto failure = permissionFailure(controller)) return *std::move(failure);
     return refusal(std::move(reason));
 }
 

@@ -1,4 +1,4 @@
-// Errors for operations that the workspace refused.
+// Makes errors for requests that were refused.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -11,12 +11,12 @@ namespace kova {
 
 ControlFailure refusal(std::string message);
 
-/// Error if the accessibility permission is missing, otherwise absent.
-std::optional<ControlFailure> withoutPermission(const WorkspaceController& controller);
+/// The error for the missing permission to manage windows; absent if the permission is granted.
+std::optional<ControlFailure> permissionFailure(const WorkspaceController& controller);
 
-/// Error for the missing permission, else with the reason.
+/// The error for the missing permission; if the permission is granted, an error with `reason`.
 ControlFailure refusal(const WorkspaceController& controller, std::string reason);
-/// Error for a refused operation.
+/// The error for an operation that the workspace refused.
 ControlFailure failureOf(const Outcome& outcome);
 
 } // namespace kova

@@ -19,20 +19,22 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::int64_t kMostRules = 1'000'000; // the largest place that a rule can be moved to
+constexpr std::int64_t kLargestPlace = 1'000'000; // the largest number that the method “rule.move” accepts
 
-std::string shownSlot(const SlotID& slotID, const std::vector<SlotName>& slots) {
+/// The name of the slot; its id if no layout has such a slot.
+std::string slotNameOrID(const SlotID& slotID, const std::vector<SlotName>& slots) {
     const auto found = std::ranges::find(slots, slotID, &SlotName::id);
     return found == slots.end() ? slotID.text() : found->name;
 }
 
-/// The rule's name, with the name of a slot in place of the slot's id.
+/// The rule's name as the user sees it. A rule's name can end with an arrow and the id of a slot; the label has the
+/// slot's name in place of the id.
 std::string label(const WorkspaceRule& rule, const std::vector<SlotName>& slots) {
     static constexpr std::string_view kArrow = " → ";
     const auto arrow = rule.name.rfind(kArrow);
     if (arrow == std::string::npos) return rule.name;
     const SlotID slotID(rule.name.substr(arrow + kArrow.size()));
-    return rule.name.substr(0, arrow) + std::string(kArrow) + shownSlot(slotID, slots);
+    return rule.name.substr(0, arrow) + std::string(kArrow) + slotNameOrID(slotID, slots);
 }
 
 json record(const WorkspaceRule& rule, std::size_t number, const std::vector<SlotName>& slots) {
@@ -50,7 +52,7 @@ json record(const WorkspaceRule& rule, std::size_t number, const std::vector<Slo
                             : floats ? "float"
                                      : "ignore"},
             {"slot", tile ? json(tile->slotID) : json(nullptr)},
-            {"slotName", tile ? json(shownSlot(tile->slotID, slots)) : json(nullptr)}};
+            {"slotName", tile ? json(slotNameOrID(tile->slotID, slots)) : json(nullptr)}};
 }
 
 json record(const WorkspaceController& controller, std::size_t index) {
@@ -91,7 +93,7 @@ ControlResult<WorkspaceRuleDisposition> wantedDisposition(const WorkspaceControl
     given.fail("expected tile, float or ignore");
 }
 
-/// Sets the application of the rule.
+/// Sets the application of the rule, and the name of the rule. Returns the error if there is no such application.
 std::optional<ControlFailure> setApplication(WorkspaceRule& rule, const WorkspaceController& controller,
                                              const std::string& wanted) {
     const auto application = lookUpApplicationForRule(controller, wanted);
@@ -123,14 +125,15 @@ std::string_view word(RuleVerdict verdict) {
     return "";
 }
 
-/// Lists the rules in their order; the first rule that matches a window decides.
+/// Lists the rules in their order, each with the windows that it matches. The first rule that matches a window decides.
 ControlReply listRules(const WorkspaceController& controller) {
     const auto matches = matchesOf(*controller.state().rules, controller.liveWindows());
     const auto slots = slotNames(controller.catalogue());
     json rules = json::array();
     for (std::size_t i = 0; i < controller.state().rules->size(); ++i) {
         json rule = record((*controller.state().rules)[i], i + 1, slots);
-        rule["windows"] = i < matches.size() ? windowsOf(matches[i], controller) : json(nullptr);
+        rule["windows"] =
+            i < matches.size() ? windowsOf(matches[i], controller) : json(nullptr); // null: too many rules
         rules.push_back(std::move(rule));
     }
     return json{{"isOn", *controller.state().continuousManagementEnabled}, {"rules", std::move(rules)}};
@@ -144,7 +147,7 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
     const auto title = parameters.optional("title");
     const std::string titleText = title ? title->string() : "";
     if (int(application.has_value()) + int(windowGiven.has_value()) + int(isForFocused) > 1) {
-        parameters.fail("the rule is either for “application”, for that of a “window” or for the focused one");
+        parameters.fail("only one of “application”, “window” and “focused” can be given");
     }
     if (!application && !windowGiven && !isForFocused) (void)parameters.required("application");
     const auto found = wantedDisposition(controller, parameters);
@@ -179,7 +182,7 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
                 {"message", orNull(message)}};
 }
 
-/// Changes a rule's disposition, its title text, or both; its name, position and application stay.
+/// Changes a rule's disposition, its title text, or both. The rule keeps its name, its place and its application.
 ControlReply changeRule(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto title = parameters.optional("title");
     const std::string titleText = title ? title->string() : "";
@@ -224,7 +227,7 @@ ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& param
 ControlReply moveRule(WorkspaceController& controller, const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("to");
     const std::int64_t to = given.integer();
-    if (to < 1 || to > kMostRules) given.fail("expected a place in the list, from 1 on");
+    if (to < 1 || to > kLargestPlace) given.fail("expected a place in the list, from 1 on");
     const auto found = wantedRule(controller, parameters);
     if (!found) return found.error();
     const auto place = std::min(static_cast<std::size_t>(to), controller.state().rules->size()) - 1;
@@ -239,14 +242,14 @@ ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction)
     return json{{"isOn", *controller.state().continuousManagementEnabled}};
 }
 
-/// Which rule decides for a window, and the result of the others.
+/// Returns which rule decides for a window, and the verdict of every rule.
 ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto found = lookUpWindow(controller, parameters.required("window").string());
     if (!found) return found.error();
     const auto& window = *found;
     const auto explanation = controller.explainRules(window.id);
-    if (!explanation) return refusal("The window is gone");
+    if (!explanation) return refusal("The window no longer exists");
     json reasons = json::array();
     for (const auto& reason : explanation->reasons) {
         reasons.push_back({{"rule", reason.ruleID.string()},

@@ -1,4 +1,4 @@
-// Adds the methods of the rules for windows.
+// Adds the methods that list, change and test the rules for windows.
 #pragma once
 
 namespace kova {

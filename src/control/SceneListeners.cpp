@@ -22,7 +22,7 @@ void SceneListeners::notify(const SceneReport& report) {
             peer->send(jsonrpc::line(jsonrpc::notification("sceneOpened", {{"report", record(report)}})));
         }
     }
-    // No other opening can be waiting: a new opening ends the previous one.
+    // No other opening can be under way, since a new opening ends the previous one.
     listeners_.clear();
 }
 

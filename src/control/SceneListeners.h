@@ -1,4 +1,4 @@
-// Clients that wait for the end of a scene's opening: each gets the final report once.
+// Notifies the clients that wait until a scene has been opened. Each gets the final report once.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -13,7 +13,7 @@ namespace kova {
 class SceneListeners {
   public:
     explicit SceneListeners(const WorkspaceController& controller);
-    /// The client gets a `sceneOpened` notification when the opening has ended.
+    /// The client gets a notification “sceneOpened” when this opening of a scene has ended.
     void add(const Uuid& opening, const std::shared_ptr<ControlPeer>& peer);
 
   private:
@@ -23,7 +23,7 @@ class SceneListeners {
     Subscription subscription_;
 };
 
-/// The report as clients see it.
+/// The report as JSON for clients.
 nlohmann::json record(const SceneReport& report);
 
 } // namespace kova

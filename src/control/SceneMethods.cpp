@@ -18,11 +18,11 @@ namespace {
 
 using nlohmann::json;
 
-json brief(const WorkspaceScene& scene) {
+json idAndName(const WorkspaceScene& scene) {
     return {{"id", scene.id.string()}, {"name", scene.name}};
 }
 
-json entry(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
+json sceneRecord(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
     return {{"id", scene.id.string()},
             {"name", scene.name},
             {"createdAt", iso8601(scene.createdAt)},
@@ -32,18 +32,18 @@ json entry(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
             {"isActive", scene.id == activeID}};
 }
 
-/// The display's aspect ratio, limited for drawing: an imported file may have any number.
+/// The display's aspect ratio, limited so that it can be drawn: an imported file may contain any number.
 double drawableRatio(const WorkspaceSceneDisplay& display) {
     constexpr double kLeast = 0.1, kMost = 10;
     return display.aspectRatio > kLeast ? std::min(display.aspectRatio, kMost) : kLeast;
 }
 
-/// The tiles that opening the scene would give the display; none if the layout is unknown.
+/// The tiles that the display would have after the scene was opened; none if the layout is unknown.
 json tilesOf(const WorkspaceSceneDisplay& display, const std::vector<LayoutDefinition>& catalogue) {
     json out = json::array();
     const LayoutDefinition* layout = findLayout(catalogue, display.layoutID);
     if (!layout) return out;
-    constexpr double kAreaHeight = 1000; // points: large enough for gaps to be as thin as on a display
+    constexpr double kAreaHeight = 1000; // points, about as on a display, so that gaps are as thin as there
     const CGSize area{kAreaHeight * drawableRatio(display), kAreaHeight};
     const SolvedLayout solved = solveDefinition(applying(*layout, display.layoutWeights), {}, area, 0);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
@@ -95,14 +95,15 @@ ControlReply captureScene(WorkspaceController& controller, const JsonCursor& par
     const auto outcome = controller.perform(action::CaptureScene{name});
     if (!outcome) return failureOf(outcome);
     const WorkspaceScene& scene = controller.state().scenes->back();
-    return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(outcome.message())}};
+    return json{{"scene", sceneRecord(scene, *controller.state().activeSceneID)},
+                {"message", orNull(outcome.message())}};
 }
 
 /// Lists the scenes, the newest last.
 ControlReply listScenes(const WorkspaceController& controller) {
     json scenes = json::array();
     for (const auto& scene : *controller.state().scenes) {
-        scenes.push_back(entry(scene, *controller.state().activeSceneID));
+        scenes.push_back(sceneRecord(scene, *controller.state().activeSceneID));
     }
     return json{{"scenes", std::move(scenes)}};
 }
@@ -111,7 +112,7 @@ ControlReply showScene(const WorkspaceController& controller, const JsonCursor& 
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const auto& scene = *found;
-    return json{{"scene", entry(scene, *controller.state().activeSceneID)},
+    return json{{"scene", sceneRecord(scene, *controller.state().activeSceneID)},
                 {"theme", scene.themeID},
                 {"accentColor", scene.accentColorID},
                 {"tileInset", controlRecord::number(scene.tileInset)},
@@ -119,8 +120,8 @@ ControlReply showScene(const WorkspaceController& controller, const JsonCursor& 
                 {"placements", placementsOf(scene)}};
 }
 
-/// Responds at once, before launched applications show their windows. With “wait” the client gets the final report
-/// later.
+/// Opens the scene and responds before launched applications show their windows. With “wait”, the client also gets the
+/// final report later, as a notification.
 ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
                        const std::shared_ptr<ControlPeer>& peer) {
     const auto waits = parameters.optional("wait");
@@ -132,7 +133,7 @@ ControlReply openScene(WorkspaceController& controller, SceneListeners& listener
     if (!outcome) return failureOf(outcome);
     const SceneReport report = **controller.state().sceneReport;
     if (isAwaited && report.state == SceneReport::State::waiting) listeners.add(report.opening, peer);
-    return json{{"scene", brief(scene)},
+    return json{{"scene", idAndName(scene)},
                 {"awaited", controller.pendingSceneWindowPlacements().size()},
                 {"report", record(report)},
                 {"message", orNull(outcome.message())},
@@ -148,11 +149,11 @@ ControlReply renameScene(WorkspaceController& controller, const JsonCursor& para
     if (!outcome) return failureOf(outcome);
     const auto renamed = lookUpScene(controller, id.string());
     if (!renamed) return renamed.error();
-    return json{{"scene", brief(*renamed)}, {"message", orNull(outcome.message())}};
+    return json{{"scene", idAndName(*renamed)}, {"message", orNull(outcome.message())}};
 }
 
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure; // no window is known without it
+    if (auto failure = permissionFailure(controller)) return *failure; // no window is known without the permission
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const auto& scene = *found;
@@ -161,7 +162,7 @@ ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& 
     for (const auto& difference : all.value_or(std::vector<SceneDifference>{})) {
         differences.push_back({{"what", difference.what}, {"inScene", difference.inScene}, {"now", difference.now}});
     }
-    return json{{"scene", brief(scene)}, {"differences", std::move(differences)}};
+    return json{{"scene", idAndName(scene)}, {"differences", std::move(differences)}};
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Adds the methods of scenes.
+// Adds the methods that capture, list, open, rename, delete and compare scenes.
 #pragma once
 
 namespace kova {

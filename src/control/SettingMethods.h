@@ -1,4 +1,4 @@
-// Adds the methods of a setting of the system: whether KOVA starts at login, and whether the Dock hides itself.
+// Adds the methods that show and switch a setting of the system, for example whether KOVA starts at login.
 #pragma once
 
 #include "control/SystemSetting.h"
@@ -10,7 +10,8 @@ namespace kova {
 
 class MethodTable;
 
-/// `name` is the first part of the methods' names; `setting` is absent where the desktop lacks it.
+/// `name` is the first part of the methods' names. `setting` outlives the methods; it is absent if the desktop has no
+/// such setting.
 void addSettingMethods(MethodTable& methods, const std::string& name, const std::optional<SystemSetting>& setting);
 
 } // namespace kova

@@ -11,9 +11,9 @@ SettingsBroadcast::SettingsBroadcast(std::vector<Section> sections, Observe obse
     sections_(std::move(sections)), observe_(std::move(observe)), queue_(queue) {}
 
 nlohmann::json SettingsBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
-    sendChanges(); // the new client gets the whole state, so the others get the pending changes first
+    sendChanges(); // brings `sent_` up to date, since the new subscriber gets it
     if (peers_.empty()) {
-        subscriptions_ = observe_([this] { touch(); });
+        subscriptions_ = observe_([this] { noteChange(); });
         sent_ = nlohmann::json::object();
         for (const Section& section : sections_) sent_[section.name] = section.value();
     }
@@ -21,13 +21,13 @@ nlohmann::json SettingsBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     return {{"topic", "settings"}, {"sequence", sequence_}, {"state", sent_}};
 }
 
-void SettingsBroadcast::touch() {
-    if (peers_.empty() || std::exchange(isTouched_, true)) return;
+void SettingsBroadcast::noteChange() {
+    if (peers_.empty() || std::exchange(isComparisonPosted_, true)) return;
     queue_.post(lifetime_.guard([this] { sendChanges(); }));
 }
 
 void SettingsBroadcast::sendChanges() {
-    isTouched_ = false;
+    isComparisonPosted_ = false;
     std::erase_if(peers_, [](const auto& peer) { return !peer->isConnected(); });
     if (peers_.empty()) {
         subscriptions_.clear();

@@ -1,6 +1,6 @@
-// Sends the contents of the settings window to its clients: the whole state first, then changed sections. Changes made
-// by one task of the main queue are sent as one numbered notification; without clients nothing is observed or computed.
-// Main thread only.
+// Sends the contents of the settings window to its subscribers, the clients that show the window: first the whole
+// state, then the sections that changed. All changes by one task of the main queue are sent as one numbered
+// notification. Without subscribers nothing is observed or computed. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -20,20 +20,21 @@ namespace kova {
 
 class SettingsBroadcast {
   public:
-    /// Computes a part of the state; null if the desktop lacks the feature.
+    /// A part of the state. `value` computes the section; null if the desktop lacks the feature.
     struct Section {
         std::string name;
         std::function<nlohmann::json()> value;
     };
-    /// Calls back when any section may have changed, until the subscriptions end.
+    /// Calls `changed` whenever a section may have changed, until the returned subscriptions are destroyed.
     using Observe = std::function<std::vector<Subscription>(std::function<void()> changed)>;
 
     SettingsBroadcast(std::vector<Section> sections, Observe observe, MainQueue& queue);
 
-    /// Sends changes to the client from now on; the result holds the whole state and the number of the last change.
+    /// Makes the client a subscriber. The result holds the whole state and the number of the last notification.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
-    /// Call when sections may have changed: compares them in the next task of the main queue if there are clients.
-    void touch();
+    /// Call when sections may have changed. If there are subscribers, the next task of the main queue compares the
+    /// sections and sends the changes.
+    void noteChange();
 
   private:
     void sendChanges();
@@ -43,9 +44,9 @@ class SettingsBroadcast {
     MainQueue& queue_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
     std::vector<Subscription> subscriptions_;
-    nlohmann::json sent_; // the state as the clients have it
-    bool isTouched_ = false;
-    std::uint64_t sequence_ = 0;
+    nlohmann::json sent_;             // the state as last sent to the subscribers
+    bool isComparisonPosted_ = false; // to the main queue
+    std::uint64_t sequence_ = 0;      // the number of the last notification
     Lifetime lifetime_;
 };
 

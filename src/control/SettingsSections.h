@@ -1,4 +1,4 @@
-// Observes everything that the settings window shows.
+// Observes the values that the settings window shows.
 #pragma once
 
 #include "control/ControlMethods.h"
@@ -9,7 +9,8 @@
 
 namespace kova {
 
-/// Calls `changed` when values that the settings window shows may have changed, other than by a request.
+/// Calls `changed` when a value that the settings window shows may have changed. Values that change only by requests
+/// are not observed.
 std::vector<Subscription> observeSettings(const ControlContext& context, const std::function<void()>& changed);
 
 } // namespace kova

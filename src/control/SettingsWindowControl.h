@@ -10,8 +10,9 @@ namespace kova {
 class SettingsWindowControl {
   public:
     virtual ~SettingsWindowControl() = default;
-    /// Shows the window with the pane, or with its last pane if absent; brings an open window to the front. Returns why
-    /// it cannot be shown; absent on success, also if the program that draws the window is still starting.
+    /// Opens the window, or brings the open window to the front, and shows `pane`; if absent, the pane shown last.
+    /// Returns the reason if the window cannot be shown; nothing on success or while the program that draws the window
+    /// is starting.
     virtual std::optional<std::string> show(const std::optional<std::string>& pane) = 0;
     /// No-op if the window is not shown.
     virtual void close() = 0;

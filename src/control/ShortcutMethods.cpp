@@ -16,15 +16,16 @@ namespace {
 
 using nlohmann::json;
 
-/// How often the recording client is checked for its connection.
+/// How often the agent checks whether the client that records a shortcut is still connected.
 constexpr Seconds kConnectionCheckInterval{0.2};
-/// Window systems report the result of a registration within milliseconds, or not at all if nothing is registered.
+/// How long to wait for the window system's report on claimed combinations. The report comes within milliseconds, or
+/// not at all if nothing is registered.
 constexpr Seconds kClaimReportDelay{0.5};
 
-constexpr const char* kNoKeys = "No key can be heard in this session";
+constexpr const char* kNoKeys = "KOVA cannot receive keys in this session";
 constexpr const char* kSuspended = "Suspended while the screen is asleep, locked or another user's";
 
-/// "focus-left"
+/// Makes "focus-left" of "focusLeft".
 std::string kebab(std::string_view camel) {
     std::string out;
     for (const char c : camel) {
@@ -60,13 +61,13 @@ std::string_view word(ShortcutRecorder::Outcome outcome) {
     return "";
 }
 
-json modifiersRecord(std::uint64_t flags) {
+json modifiersRecord(std::uint64_t modifiers) {
     json names = json::array();
-    for (const auto& [flag, name] : {std::pair{modifierFlag::control, "control"},
-                                     {modifierFlag::option, "option"},
-                                     {modifierFlag::shift, "shift"},
-                                     {modifierFlag::command, "command"}}) {
-        if (flags & flag) names.push_back(name);
+    for (const auto& [bit, name] : {std::pair{modifierFlag::control, "control"},
+                                    {modifierFlag::option, "option"},
+                                    {modifierFlag::shift, "shift"},
+                                    {modifierFlag::command, "command"}}) {
+        if (modifiers & bit) names.push_back(name);
     }
     return names;
 }
@@ -97,7 +98,7 @@ ModifierNames ShortcutMethods::modifierNames() const {
     return keys_ ? keys_->modifierNames() : ModifierNames::words;
 }
 
-/// The shortcut as it is typed now: with the key's character in the active layout, which may differ from its stored
+/// The text of the shortcut in the active keyboard layout, in which the key's character may differ from the stored
 /// label.
 std::string ShortcutMethods::textOf(KovaShortcut shortcut) const {
     const std::string written = keys_ ? keys_->charactersOf(shortcut.keyCode) : "";
@@ -194,10 +195,10 @@ ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::sh
     return json{{"shortcut", recordOf(action)}, {"prompt", kRecorderPrompt}};
 }
 
-/// True once the recording is over.
+/// Returns true if the recording has ended.
 bool ShortcutMethods::takeKey(const KeyPress& press) {
     if (!recording_) return true;
-    // A key that was pressed before the recording does not belong to the shortcut.
+    // A repeated press can come from a key that was pressed before the recording.
     if (press.isRepeat) return false;
     const auto step = recording_->recorder.take(press);
     if (!step.endsRecording()) {
@@ -214,7 +215,8 @@ bool ShortcutMethods::takeKey(const KeyPress& press) {
     return true;
 }
 
-/// A client that disconnects while the keyboard is grabbed must not keep the grab.
+/// Ends the recording, and with it the grab of the keyboard, if the client has disconnected or the timeout has passed;
+/// otherwise checks again later.
 void ShortcutMethods::checkConnection(std::uint64_t number) {
     queue_.after(kConnectionCheckInterval, lifetime_.guard([this, number] {
         if (!recording_ || recording_->number != number) return;
@@ -250,7 +252,7 @@ void ShortcutMethods::endOnceSaved(ShortcutRecorder::Step step) {
     settings_.isRecording.set(false);
     preferences_.save(lifetime_.guard([this, ended, step](const std::optional<std::string>& problem) {
         notifyRecorded(*ended, word(step.outcome), step.message, problem);
-        // After a recording all shortcuts are registered again, also unchanged ones.
+        // After a recording all shortcuts are claimed again, even if none has changed.
         if (step.outcome == ShortcutRecorder::Outcome::recorded)
             notifyOnceClaimed(ended->peer, ended->action, Claiming::underWay);
     }));

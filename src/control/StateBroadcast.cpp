@@ -75,7 +75,7 @@ json StateBroadcast::state() const {
 
 json StateBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (!subscriptions_.empty()) {
-        // The new client gets the whole state, so the other clients get the pending changes first.
+        // Brings `sent_` up to date, since the new subscriber gets it; the other subscribers get the changes.
         touched_ = kEverySection;
         sendChanges();
     }
@@ -90,7 +90,7 @@ json StateBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
 void StateBroadcast::observe() {
     const WorkspaceState& observed = controller_.state();
     const auto watch = [this](const auto& published, std::uint32_t sections) {
-        subscriptions_.push_back(published.observe([this, sections](const auto&) { touched(sections); }));
+        subscriptions_.push_back(published.observe([this, sections](const auto&) { noteChange(sections); }));
     };
     watch(observed.permissionState, permission);
     watch(observed.isSuspended, isSuspended);
@@ -118,7 +118,7 @@ void StateBroadcast::observe() {
     watch(observed.showTileBackgrounds, settings);
 }
 
-void StateBroadcast::touched(std::uint32_t sections) {
+void StateBroadcast::noteChange(std::uint32_t sections) {
     if (touched_ == 0) {
         queue_.post(lifetime_.guard([this] {
             if (touched_ != 0) sendChanges();

@@ -34,11 +34,11 @@ json accentRecord(const WorkspaceController& controller, const AccentColorOption
             {"isActive", *controller.state().accentColorID == option.id}};
 }
 
-NamedThing named(const std::string& id, const std::string& displayName) {
+NamedThing thingNamed(const std::string& id, const std::string& displayName) {
     return {id, {displayName}, id + "  " + displayName};
 }
 
-/// Palettes are shown with the accent color in use.
+/// Lists the themes, each with the palette that it has with the active accent color.
 ControlReply listThemes(const WorkspaceController& controller) {
     json themes = json::array();
     for (const auto& theme : controller.registry().themes()) {
@@ -55,7 +55,8 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
     const std::string wanted = parameters.required("theme").string();
     const auto& themes = controller.registry().themes();
     std::vector<NamedThing> things;
-    for (const auto& theme : themes) things.push_back(named(theme->descriptor().id, theme->descriptor().displayName));
+    for (const auto& theme : themes)
+        things.push_back(thingNamed(theme->descriptor().id, theme->descriptor().displayName));
     const auto found = lookUp("theme", wanted, things, Numbered::no);
     if (!found) return found.error();
     const ThemeDescriptor& theme = themes[*found]->descriptor();
@@ -72,7 +73,7 @@ ControlReply listAccentColors(const WorkspaceController& controller) {
 ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string wanted = parameters.required("accentColor").string();
     std::vector<NamedThing> things;
-    for (const auto& option : accentColorOptions()) things.push_back(named(option.id, option.displayName));
+    for (const auto& option : accentColorOptions()) things.push_back(thingNamed(option.id, option.displayName));
     const auto found = lookUp("accent color", wanted, things, Numbered::no);
     if (!found) return found.error();
     const AccentColorOption& option = accentColorOptions()[*found];
@@ -80,7 +81,7 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     return json{{"accentColor", accentRecord(controller, option)}};
 }
 
-/// Switches the setting to "isOn" of the parameters; the result repeats it.
+/// Switches the setting on or off, as the parameter "isOn" says.
 ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting) {
     const bool isOn = parameters.required("isOn").boolean();
     controller.perform(action::Switch{setting, isOn});

@@ -1,4 +1,4 @@
-// Adds the methods of the workspace's appearance, and those that switch a setting of KOVA.
+// Adds the methods that show and change the workspace's appearance, and those that switch a setting of KOVA.
 #pragma once
 
 #include <functional>
@@ -8,7 +8,8 @@ namespace kova {
 class MethodTable;
 class WorkspaceController;
 
-/// Results say whether a client draws the overlay, which `isDrawn` returns.
+/// `isDrawn` returns whether a client draws the overlay. Results contain its value, since without such a client a new
+/// appearance is not visible.
 void addThemeMethods(MethodTable& methods, WorkspaceController& controller, std::function<bool()> isDrawn);
 
 } // namespace kova

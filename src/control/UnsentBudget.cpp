@@ -13,34 +13,34 @@ UnsentBudget::Account::Account(UnsentBudget& budget, std::function<void()> drop)
 UnsentBudget::Account::~Account() {
     const MutexLock guard(budget_.mutex_);
     budget_.accounts_.remove(this);
-    if (!isDropped_) budget_.bytesHeld_ -= bytes_;
+    if (!isDropped_) budget_.unreadBytes_ -= bytes_;
 }
 
-void UnsentBudget::Account::hold(std::size_t bytes, Clock::time_point now) {
+void UnsentBudget::Account::setUnread(std::size_t bytes, Clock::time_point now) {
     const MutexLock guard(budget_.mutex_);
     if (isDropped_) return;
     if (bytes_ == 0 || bytes < bytes_) waitingSince_ = now;
-    budget_.bytesHeld_ += bytes - bytes_;
+    budget_.unreadBytes_ += bytes - bytes_;
     bytes_ = bytes;
-    budget_.dropUntilItFits(*this);
+    budget_.dropUntilWithinLimit(*this);
 }
 
-std::size_t UnsentBudget::bytesHeld() const {
+std::size_t UnsentBudget::unreadBytes() const {
     const MutexLock guard(mutex_);
-    return bytesHeld_;
+    return unreadBytes_;
 }
 
-void UnsentBudget::dropUntilItFits(const Account& charged) {
-    while (bytesHeld_ > bytesAllowed_ && bytesHeld_ > charged.bytes_) {
+void UnsentBudget::dropUntilWithinLimit(const Account& grown) {
+    while (unreadBytes_ > bytesAllowed_ && unreadBytes_ > grown.bytes_) {
         Account* longest = nullptr;
         for (Account* account : accounts_) {
             if (account->isDropped_ || account->bytes_ == 0) continue;
             if (!longest || account->waitingSince_ < longest->waitingSince_) longest = account;
         }
         longest->isDropped_ = true;
-        bytesHeld_ -= longest->bytes_;
+        unreadBytes_ -= longest->bytes_;
         longest->drop_();
-        if (longest == &charged) return;
+        if (longest == &grown) return;
     }
 }
 

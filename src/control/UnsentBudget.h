@@ -1,5 +1,5 @@
-// Limits the unread output of all clients together: beyond the limit the clients that have read nothing for the longest
-// time are dropped. Any thread.
+// Limits the output that all clients together leave unread. Beyond the limit, clients are disconnected, first the one
+// that has read nothing for the longest time. Any thread.
 #pragma once
 
 #include "support/Mutex.h"
@@ -19,19 +19,19 @@ class UnsentBudget {
 
     explicit UnsentBudget(std::size_t bytes) : bytesAllowed_(bytes) {}
 
-    /// The share of one client, released when the object is destroyed.
+    /// The unread output of one client. Once the object is destroyed, this output no longer counts.
     class Account {
       public:
-        /// `drop` is called at most once, from any thread and with locks held: it may only schedule the closing of
-        /// the client.
+        /// `drop` disconnects the client. It is called at most once, on any thread and with locks held, so it may only
+        /// schedule the disconnection.
         Account(UnsentBudget& budget, std::function<void()> drop);
         ~Account();
         Account(const Account&) = delete;
         Account& operator=(const Account&) = delete;
 
-        /// Sets the number of the client's unread bytes; a smaller number than before means that the client has read
-        /// some. A client may hold more than the limit while no other client holds anything.
-        void hold(std::size_t bytes, Clock::time_point now = Clock::now());
+        /// Sets the number of the client's unread bytes; if the number becomes smaller, the client has read some of
+        /// them. One client may exceed the limit while the others have no unread bytes.
+        void setUnread(std::size_t bytes, Clock::time_point now = Clock::now());
         bool isDropped() const { return isDropped_; }
 
       private:
@@ -43,15 +43,16 @@ class UnsentBudget {
         std::atomic<bool> isDropped_ = false;
     };
 
-    std::size_t bytesHeld() const;
+    /// The unread bytes of all clients that are not dropped.
+    std::size_t unreadBytes() const;
 
   private:
-    void dropUntilItFits(const Account& charged) KOVA_REQUIRES(mutex_);
+    void dropUntilWithinLimit(const Account& grown) KOVA_REQUIRES(mutex_);
 
     const std::size_t bytesAllowed_;
-    mutable Mutex mutex_; // guards the accounts' members, too
+    mutable Mutex mutex_; // also guards the members of the accounts
     std::list<Account*> accounts_ KOVA_GUARDED_BY(mutex_);
-    std::size_t bytesHeld_ KOVA_GUARDED_BY(mutex_) = 0; // of the accounts that are not dropped
+    std::size_t unreadBytes_ KOVA_GUARDED_BY(mutex_) = 0;
 };
 
 } // namespace kova

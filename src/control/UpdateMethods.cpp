@@ -29,7 +29,7 @@ std::optional<MenuEntry> entryIn(const MenuServing* menu, std::string_view id) {
 }
 
 ControlReply noUpdates() {
-    return refusal("This KOVA does not update itself; its package does");
+    return refusal("This KOVA does not update itself; update its package instead");
 }
 
 ControlReply updatesStatus(const MenuServing* menu) {
@@ -48,7 +48,7 @@ ControlReply checkForUpdates(MenuServing* menu) {
 
 enum class UpdateSwitch { checks, downloads };
 
-/// Refused for downloads while automatic checks are off.
+/// Downloads cannot be switched while automatic checks are off.
 ControlReply switchUpdates(MenuServing* menu, UpdateSwitch which, const JsonCursor& parameters) {
     const bool isOn = parameters.required("isOn").boolean();
     const std::string_view id = which == UpdateSwitch::checks ? kChecks : kDownloads;

@@ -1,5 +1,5 @@
-// Adds the methods of the check for newer versions. They use its entries of the menu and are refused if the menu lacks
-// these.
+// Adds the methods that check for newer versions of KOVA. Each method uses the menu's entry for the same purpose and is
+// refused if the menu has no such entry.
 #pragma once
 
 namespace kova {
@@ -7,7 +7,7 @@ namespace kova {
 class MenuServing;
 class MethodTable;
 
-/// `menu` is null where there is none; then all methods are refused.
+/// `menu` is null if the agent has no menu; then all methods are refused.
 void addUpdateMethods(MethodTable& methods, MenuServing* menu);
 
 } // namespace kova

@@ -1,6 +1,6 @@
-// Alerts and file panels, shown by the program that draws the overlay. Without such a program every question counts
-// as cancelled, and information becomes the status message. One alert is open at a time: a newer one replaces it. Main
-// thread only.
+// Alerts and file dialogs that the program that draws the overlay shows. While no such program is connected, every
+// question counts as cancelled, and the text of other alerts becomes the status message. A new alert replaces an open
+// question. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -33,16 +33,17 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
 
     explicit UserInterfaceDialogs(MainQueue& queue) : queue_(queue) {}
 
-    /// Absent: nothing is shown from now on.
+    /// Sets the connection. If it is absent, nothing is shown from now on.
     void connect(std::optional<Connection> connection) { connection_ = std::move(connection); }
 
     void inform(const Alert& alert) override;
-    /// Passes the user's answer to `answer`; false also if all clients disconnect before the user has answered.
+    /// Asks the user and passes the reply to `answer`. Passes false, too, if another alert replaces the question or all
+    /// clients disconnect.
     void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) override;
-    /// The user's answer to the alert with "id"; the result says whether it was still open.
+    /// Receives the user's reply to the question with this "id". The result says whether the question was still open.
     ControlReply answer(const JsonCursor& parameters);
 
-    /// Call after a client has disconnected: cancels the question if no other client shows it.
+    /// Call after a client has disconnected. Cancels the open question if no other client shows it.
     void clientDisconnected();
 
     bool isQuestionOpen() const { return open_.has_value(); }
@@ -64,7 +65,7 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     MainQueue& queue_;
     std::optional<Connection> connection_;
     std::optional<Question> open_;
-    std::uint64_t lastID_ = 0;
+    std::uint64_t lastID_ = 0; // of alerts
 };
 
 } // namespace kova

@@ -27,7 +27,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* kNoInterface = "This agent has no program that draws the overlay";
-constexpr std::size_t kLongestProblem = 1000; // bytes of UTF-8, since the agent keeps it
+constexpr std::size_t kLongestProblem = 1000; // bytes of UTF-8; limited, since the agent keeps the text
 constexpr const char* kNoMenu = "This agent has no menu";
 /// The panes of the settings window, in their order.
 constexpr std::array<std::string_view, 8> kSettingsPanes = {"general", "layouts",    "shortcuts",    "rules",
@@ -78,12 +78,12 @@ ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& contro
     const std::string id = parameters.required("id").string();
     const auto messagesBefore = controller.messagesShown();
     if (!menu->choose(id)) return refusal("The menu has no such entry, or it is not enabled now");
-    const auto& said = *controller.state().lastActionMessage;
-    const bool isNew = said && controller.messagesShown() != messagesBefore;
-    return json{{"id", id}, {"message", isNew ? json(*said) : json(nullptr)}};
+    const auto& message = *controller.state().lastActionMessage;
+    const bool isNew = message && controller.messagesShown() != messagesBefore;
+    return json{{"id", id}, {"message", isNew ? json(*message) : json(nullptr)}};
 }
 
-/// Takes the report of kova-ui that it cannot show the contents.
+/// Receives a report of kova-ui that it cannot show the overlay.
 ControlReply noteUserInterfaceProblem(UserInterfaceControl* interface, const JsonCursor& parameters,
                                       const std::shared_ptr<ControlPeer>& reporter) {
     const JsonCursor given = parameters.required("problem");
@@ -114,7 +114,7 @@ ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceS
     return recordOf(interface->status());
 }
 
-/// The value of "what", which must be one of `words`.
+/// Returns the parameter "what". Throws `DecodingError` unless it is one of `words`.
 std::string wordIn(const JsonCursor& parameters, std::initializer_list<std::string_view> words) {
     const JsonCursor what = parameters.required("what");
     std::string wanted = what.string();
@@ -134,7 +134,7 @@ ControlReply showSettings(const UserInterfaceParts& parts, const JsonCursor& par
     }
     SettingsWindowControl* settings = parts.settings();
     if (!settings) return refusal(kNoInterface);
-    if (parts.overlay) parts.overlay->hasPeers(); // drops disconnected clients
+    if (parts.overlay) parts.overlay->hasSubscribers(); // removes disconnected subscribers
     if (auto problem = settings->show(pane)) return refusal(*problem);
     return json{{"pane", orNull(pane)}};
 }
@@ -149,12 +149,12 @@ ControlReply showInUserInterface(const UserInterfaceParts& parts, const JsonCurs
     if (what == "onboarding") {
         OnboardingWindowControl* onboarding = parts.onboarding();
         if (!onboarding) return refusal(kNoInterface);
-        if (parts.overlay) parts.overlay->hasPeers(); // drops disconnected clients
+        if (parts.overlay) parts.overlay->hasSubscribers(); // removes disconnected subscribers
         if (auto problem = onboarding->show()) return refusal(*problem);
         return json{{"what", what}};
     }
     if (!parts.overlay || !parts.overlay->show(what)) {
-        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
+        return refusal("The program that draws the overlay is not connected. Start it with “kova ui restart”");
     }
     return json{{"what", what}};
 }

@@ -1,4 +1,4 @@
-// Adds the methods of the menu, and of the program that draws the overlay.
+// Adds the methods that use the menu, and those that control the program that draws the overlay.
 #pragma once
 
 #include "commands/KovaShortcut.h"
@@ -20,16 +20,16 @@ class WorkspaceController;
 /// Returns the text that shows a shortcut.
 using ShortcutTexts = std::function<std::string(const KovaShortcut&)>;
 
-/// All these objects outlive the methods.
+/// The objects that the methods use. They outlive the methods; a pointer is null if the agent has no such object.
 struct UserInterfaceParts {
     const WorkspaceController& controller;
-    MenuServing* menu = nullptr; // as each pointer, null if the agent has no such object
+    MenuServing* menu = nullptr;
     ShortcutTexts textOf;
     UserInterfaceControl* interface = nullptr;
     UserInterfaceDialogs* dialogs = nullptr;
     OverlayBroadcast* overlay = nullptr;
-    std::function<SettingsWindowControl*()> settings; // returns null while there is no such window
-    std::function<OnboardingWindowControl*()> onboarding;
+    std::function<SettingsWindowControl*()> settings;     // returns null while the window cannot be opened
+    std::function<OnboardingWindowControl*()> onboarding; // returns null while the window cannot be opened
 };
 
 void addUserInterfaceMethods(MethodTable& methods, UserInterfaceParts partsOfAgent);

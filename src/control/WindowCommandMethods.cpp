@@ -40,8 +40,9 @@ json planRecord(const WorkspaceController& controller, bool isDryRun, const Wind
             {"focusMode", controlRecord::focusMode(controller)}};
 }
 
+/// Carries out the command. With "dryRun", only returns the plan.
 ControlReply carryOut(WorkspaceController& controller, const JsonCursor& parameters, const WindowCommand& command) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const bool isDryRun = isTrue(parameters, "dryRun");
     const auto planned = controller.planCommand(command);
     if (const auto* refused = std::get_if<WindowRefusal>(&planned)) return refusal(refused->reason);
@@ -52,10 +53,11 @@ ControlReply carryOut(WorkspaceController& controller, const JsonCursor& paramet
     return planRecord(controller, isDryRun, std::get<WindowPlan>(planned));
 }
 
-/// The window that "window" names. "display" is ignored here, since it names the display of the tile.
+/// The window that the parameter "window" names; absent without this parameter. The parameter "display" is ignored,
+/// since it names the display of the tile.
 WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
-    // Without the permission no window is known; the error names the missing permission.
-    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    // Without the permission no window is known, so the error must not be that there is no such window.
+    if (auto failure = permissionFailure(controller)) return *std::move(failure);
     const auto named = parameters.optional("window");
     if (!named) return std::nullopt;
     const auto found = lookUpWindow(controller, named->string());
@@ -106,7 +108,7 @@ const char* describe(PlacementVerdict verdict) {
 WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto named = parameters.optional("display");
     if (parameters.optional("window") || !named) return namedWindow(controller, parameters);
-    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    if (auto failure = permissionFailure(controller)) return *std::move(failure);
     const auto display = lookUpDisplay(controller, named->string());
     if (!display) return display.error();
     auto window = controller.windowLastFocusedOn(*display);
@@ -155,10 +157,10 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
     auto tile = wantedTile(controller, parameters, with, windowID);
     if (!tile) {
         const std::vector<std::string> directions = {"left", "right", "up", "down"};
-        const std::string meant = nearestName(with, directions);
-        if (meant.empty()) return tile.error();
+        const std::string suggestion = suggestionFor(with, directions);
+        if (suggestion.empty()) return tile.error();
         return ControlFailure{controlCode::refused,
-                              "There is no direction or tile " + quoted(textForMessage(with)) + meant,
+                              "There is no direction or tile " + quoted(textForMessage(with)) + suggestion,
                               {{"choices", directions}}};
     }
     return carryOut(controller, parameters, command::Swap{std::move(windowID), *std::move(tile)});
@@ -202,52 +204,54 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
         cycle.windowID = *std::move(window);
     }
     if (!isTrue(parameters, "dryRun")) return performAction(controller, cycle);
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto next = controller.nextInStack(cycle);
     if (!next) return refusal(controller.whyNothingNext(cycle));
-    json result = performed(controller, std::nullopt);
-    const ManagedWindow* coming = controller.actingWindow(*next);
-    result["message"] = (coming ? nameOf(*coming) : std::string("It")) + " would come to the front";
+    json result = actionResult(controller, std::nullopt);
+    const ManagedWindow* window = controller.actingWindow(*next);
+    result["message"] = (window ? nameOf(*window) : std::string("A window")) + " would come to the front";
     return result;
 }
 
-/// Every tile with the windows in it, and the windows in none.
+/// Lists every tile with its windows, and then the windows that are in no tile.
 ControlReply listWindows(const WorkspaceController& controller) {
     json displays = json::array();
     const auto tiles = controller.tiles();
     for (json& display : controlRecord::displays(controller)) {
-        json own = json::array();
+        json tilesOfDisplay = json::array();
         for (const WorkspaceTile& tile : tiles) {
             if (display.at("id") != tile.displayID) continue;
             json waiting = json::array();
             for (const auto& id : tile.stack) {
-                if (id != tile.windowID) waiting.push_back(controlRecord::windowInBrief(controller, id));
+                if (id != tile.windowID) waiting.push_back(controlRecord::briefWindowWithState(controller, id));
             }
-            own.push_back(
+            tilesOfDisplay.push_back(
                 {{"id", tile.target},
-                 {"number", own.size() + 1},
+                 {"number", tilesOfDisplay.size() + 1},
                  {"name", tile.slot.name},
-                 {"window", tile.windowID ? controlRecord::windowInBrief(controller, *tile.windowID) : json(nullptr)},
+                 {"window",
+                  tile.windowID ? controlRecord::briefWindowWithState(controller, *tile.windowID) : json(nullptr)},
                  {"waiting", std::move(waiting)}});
         }
         displays.push_back({{"id", display.at("id")},
                             {"number", display.at("number")},
                             {"name", display.at("name")},
                             {"layout", display.at("layout")},
-                            {"tiles", std::move(own)}});
+                            {"tiles", std::move(tilesOfDisplay)}});
     }
     json others = json::array();
     for (const ManagedWindow& window : controller.liveWindows()) {
         if (!controlRecord::isInOneOf(tiles, window.id)) {
-            others.push_back(controlRecord::windowInBrief(controller, window.id));
+            others.push_back(controlRecord::briefWindowWithState(controller, window.id));
         }
     }
     return json{{"displays", std::move(displays)}, {"others", std::move(others)}};
 }
 
-/// Compares the frames of tiled windows with what was requested; with "repair" they are requested again.
+/// Compares the frames of the windows in tiles with the requested frames. With "repair", requests the frames of drifted
+/// windows again.
 ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters) {
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto findings = controller.verifyPlacements();
     const bool repairs = isTrue(parameters, "repair") && !isTrue(parameters, "dryRun");
     if (repairs) {
@@ -271,21 +275,20 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
 enum class Pausing { pause, resume };
 
 ControlReply setPaused(WorkspaceController& controller, const JsonCursor& parameters, Pausing pausing) {
-    const bool isToPause = pausing == Pausing::pause;
+    const bool pauses = pausing == Pausing::pause;
     const bool wasPaused = *controller.state().isPaused;
     const bool isDryRun = isTrue(parameters, "dryRun");
     std::string message;
     if (!isDryRun) {
-        controller.perform(action::Switch{action::Setting::isPaused, isToPause});
-        message =
-            isToPause ? "KOVA is paused: it leaves all windows alone until “kova resume”" : "KOVA manages windows";
-    } else if (isToPause == wasPaused) {
-        message = isToPause ? "Nothing would change: KOVA is paused" : "Nothing would change: KOVA manages windows";
+        controller.perform(action::Switch{action::Setting::isPaused, pauses});
+        message = pauses ? "KOVA is paused: it leaves all windows alone until “kova resume”" : "KOVA manages windows";
+    } else if (pauses == wasPaused) {
+        message = pauses ? "Nothing would change: KOVA is paused" : "Nothing would change: KOVA manages windows";
     } else {
-        message = isToPause ? "KOVA would leave all windows alone until “kova resume”"
-                            : "KOVA would manage windows again and put them back into their tiles";
+        message = pauses ? "KOVA would leave all windows alone until “kova resume”"
+                         : "KOVA would manage windows again and put them back into their tiles";
     }
-    return json{{"isPaused", isDryRun ? wasPaused : isToPause}, {"dryRun", isDryRun}, {"message", message}};
+    return json{{"isPaused", isDryRun ? wasPaused : pauses}, {"dryRun", isDryRun}, {"message", message}};
 }
 
 } // namespace

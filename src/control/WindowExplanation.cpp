@@ -20,7 +20,7 @@ namespace {
 
 using nlohmann::json;
 
-/// What the plan says about the window; absent when the window takes no part in it.
+/// The plan's explanation for the window; absent if the plan neither places the window nor finds it surplus.
 std::optional<std::string> decisionIn(const ArrangementPlan& plan, const WindowID& windowID) {
     for (const auto& placement : plan.placements) {
         if (placement.window.id == windowID) return placement.explanation;
@@ -37,14 +37,14 @@ const ManagedWindow* liveWindow(const WorkspaceController& controller, const Win
     return window == live.end() ? nullptr : &*window;
 }
 
-/// Null for a free tile.
+/// The front window of the tile; null if the tile has none.
 const ManagedWindow* frontOf(const WorkspaceController& controller, const TileTarget& target) {
     const auto& fronts = controller.assignments().assignedWindowIDs;
     const auto front = fronts.find(target);
     return front == fronts.end() ? nullptr : liveWindow(controller, front->second);
 }
 
-/// "behind Mail “Inbox” in Primary on A".
+/// Like "behind Mail “Inbox” in Primary on A".
 std::string placeBehind(const WorkspaceController& controller, const TileTarget& target) {
     const ManagedWindow* front = frontOf(controller, target);
     return "behind " + (front ? nameOf(*front) : "another window") + " in " +
@@ -55,16 +55,17 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
     const TileAssignments& assignments = controller.assignments();
     const auto& mode = *controller.state().focusMode;
     if (mode && mode->windowID == window.id) return nameOf(window) + " has the whole display to itself (focus mode).";
-    const std::string filling = window.isMaximized    ? " It was maximized by hand and goes back there when that ends."
-                                : window.isFullScreen ? " It is in full screen and goes back there when that ends."
-                                                      : "";
+    const std::string returning = window.isMaximized
+                                      ? " It was maximized by hand and returns to this tile when it is restored."
+                                  : window.isFullScreen ? " It is in full screen and returns to this tile afterwards."
+                                                        : "";
     if (const auto front = assignments.targetOf(window.id)) {
         const std::size_t more = assignments.targetsOf(window.id).size() - 1;
         const std::string span = more == 0
                                      ? ""
                                      : ", and in " + std::to_string(more) + (more == 1 ? " more tile" : " more tiles") +
                                            ", because it does not fit one tile";
-        return nameOf(window) + " is in " + controlRecord::tileName(controller, *front) + span + "." + filling;
+        return nameOf(window) + " is in " + controlRecord::tileName(controller, *front) + span + "." + returning;
     }
     if (const auto stacked = assignments.stackTargetOf(window.id)) {
         return nameOf(window) + " is " + placeBehind(controller, *stacked) + ".";
@@ -72,7 +73,7 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
     return nameOf(window) + " is in no tile.";
 }
 
-/// Where the window is now, for use after "no longer: ". The window may have been closed.
+/// A text that says where the window is now, for use after "no longer: ". The window may have been closed.
 std::string presentPlace(const WorkspaceController& controller, const WindowID& windowID) {
     const ManagedWindow* window = liveWindow(controller, windowID);
     if (!window) return "it is closed";
@@ -86,6 +87,7 @@ std::string presentPlace(const WorkspaceController& controller, const WindowID& 
     return window->isMinimized ? "it is minimized" : "it is in no tile";
 }
 
+/// True if the window is still where the placement put it.
 bool stillHolds(const WorkspaceController& controller, const AutoArrangePlacement& placement) {
     const TileAssignments& assignments = controller.assignments();
     const WindowID& id = placement.window.id;
@@ -105,7 +107,7 @@ const WorkspaceRule* excludingRule(const WorkspaceController& controller, const 
     return &rules[*decidingRule(rules, window)];
 }
 
-/// The name of the application with that key in the preferences; the key itself while it has no window.
+/// The name of the application that has this key in the preferences; the key itself if the application has no window.
 std::string applicationWith(const WorkspaceController& controller, const std::string& key) {
     for (const ManagedWindow& window : controller.liveWindows()) {
         if (applicationKey(window.applicationName, window.bundleIdentifier) == key) return window.applicationName;
@@ -116,10 +118,10 @@ std::string applicationWith(const WorkspaceController& controller, const std::st
 /// A decision of the last arrangement, and whether it still holds.
 struct ExplainedDecision {
     std::string text;
-    std::string now; // the present state; empty while the decision holds
+    std::string now; // where the window is now; empty if the decision still holds
 };
 
-/// In the arrangement's order; empty before the first arrangement.
+/// The decisions of the last arrangement, in its order; none before the first arrangement.
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller) {
     const ArrangementPlan& plan = controller.lastArrangement();
     std::vector<ExplainedDecision> decisions;
@@ -167,13 +169,13 @@ std::vector<std::string> explainWindow(const WorkspaceController& controller, co
     std::vector<std::string> lines{whereItIs(controller, window)};
     const auto rules = controller.explainRules(window.id);
     if (rules && rules->deciding) lines.push_back(rules->summary + ".");
-    const auto then = decisionIn(controller.lastArrangement(), window.id);
-    if (then) lines.push_back("The last arrangement decided: " + *then);
-    const auto now = decisionIn(controller.planArrangement(), window.id);
+    const auto last = decisionIn(controller.lastArrangement(), window.id);
+    if (last) lines.push_back("The last arrangement decided: " + *last);
+    const auto next = decisionIn(controller.planArrangement(), window.id);
     const auto causes = controller.whyItStays(window);
     lines.insert(lines.end(), causes.begin(), causes.end());
-    if (now)
-        lines.push_back(now == then ? "Arranging now would decide the same." : "Arranging now would decide: " + *now);
+    if (next)
+        lines.push_back(next == last ? "Arranging now would decide the same." : "Arranging now would decide: " + *next);
     return lines;
 }
 
@@ -190,7 +192,7 @@ ControlReply explain(const WorkspaceController& controller, const JsonCursor& pa
         for (auto& line : explainStandingChoices(controller)) lines.push_back(std::move(line));
         return json{{"window", nullptr}, {"lines", std::move(lines)}, {"decisions", std::move(decisions)}};
     }
-    if (auto failure = withoutPermission(controller)) return *failure;
+    if (auto failure = permissionFailure(controller)) return *failure;
     const auto found = lookUpWindowOrDialog(controller, named->string());
     if (!found) {
         const UnmanagedWindow* unmanaged = findUnmanagedWindow(controller, named->string());

@@ -16,6 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The error message; empty if the claim was taken. Sets `holder` to the process that holds the claim already.
 std::string refusalOf(const ControlSocketPlace& place, std::optional<pid_t>* holder = nullptr) {
     const auto claim = AgentClaim::take(place);
     const auto* refusal = std::get_if<AgentClaimRefusal>(&claim);
@@ -30,7 +31,7 @@ mode_t modeOf(const fs::path& path) {
 
 } // namespace
 
-TEST(AgentClaim, IsHeldByOneProcessUntilItsEnd) {
+TEST(AgentClaim, IsHeldByOneProcessUntilThatProcessEnds) {
     const TemporaryFolder folder;
     const ControlSocketPlace place{(folder.path() / "kova" / "agent.sock").string(), true};
     int ready[2];
@@ -47,23 +48,24 @@ TEST(AgentClaim, IsHeldByOneProcessUntilItsEnd) {
     EXPECT_EQ(isHeld, 'y');
 
     std::optional<pid_t> holder;
-    EXPECT_EQ(refusalOf(place, &holder), "Another KOVA agent (process " + std::to_string(other) + ") has this session");
+    EXPECT_EQ(refusalOf(place, &holder),
+              "Another KOVA agent (process " + std::to_string(other) + ") already manages this session");
     EXPECT_EQ(holder, other);
-    folder.write("kova/agent.sock", "what it leaves behind");
+    folder.write("kova/agent.sock", "a file that the process leaves behind");
     kill(other, SIGKILL);
     waitpid(other, nullptr, 0);
 
     const auto claim = AgentClaim::take(place);
     ASSERT_TRUE(std::holds_alternative<AgentClaim>(claim));
     EXPECT_EQ(refusalOf(place, &holder),
-              "Another KOVA agent (process " + std::to_string(getpid()) + ") has this session");
+              "Another KOVA agent (process " + std::to_string(getpid()) + ") already manages this session");
     EXPECT_EQ(modeOf(folder.path() / "kova"), 0700u);
     EXPECT_EQ(modeOf(folder.path() / "kova" / "agent.sock.lock"), 0600u);
     close(ready[0]);
     close(ready[1]);
 }
 
-TEST(AgentClaim, RejectsFoldersThatOtherUsersCanEnter) {
+TEST(AgentClaim, ClosesItsFolderToOtherUsersAndRefusesLinksFilesAndForeignFolders) {
     const TemporaryFolder folder;
     const auto at = [&](const char* name) {
         return ControlSocketPlace{(folder.path() / name / "agent.sock").string(), true};
@@ -90,7 +92,7 @@ TEST(AgentClaim, RejectsFoldersThatOtherUsersCanEnter) {
     EXPECT_FALSE(fs::exists(folder.path() / "elsewhere"));
 }
 
-TEST(ControlSocketPlace, FollowsTheEnvironment) {
+TEST(ControlSocketPlace, IsChosenByEnvironmentVariables) {
     const auto placeWith = [](const char* named, const char* runtime) {
         setenv("KOVA_SOCKET", named, 1);
         setenv("XDG_RUNTIME_DIR", runtime, 1);

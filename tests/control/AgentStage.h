@@ -1,5 +1,5 @@
-// A whole agent on the simulated desktop, reached over its real socket. The test's thread is its main thread:
-// simulated time does not advance while it serves requests.
+// A whole agent on the simulated desktop. Tests reach the agent over a real socket. The test's thread is the agent's
+// main thread, so simulated time does not advance while the agent serves requests.
 #pragma once
 
 #include "app/KovaMenuBarContent.h"
@@ -26,10 +26,10 @@ namespace kova {
 class AgentStage {
   public:
     AgentStage() {
-        desk.desktop.setAnswerTime(Seconds(0)); // no delay, since simulated time does not advance
+        // Applications respond and start without delay, since simulated time does not advance.
+        desk.desktop.setAnswerTime(Seconds(0));
         desk.display(2560, 1440).layout("jarvis.dual-split");
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
-        // The application starts without delay for the same reason.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.desktop.showAlertsBy(dialogs);
         desk.start();
@@ -72,7 +72,7 @@ class AgentStage {
         return SocketClient(socketPath(), [this] { runAgentOnce(); });
     }
 
-    /// Restarts those of the three applications that were ended, each with a window.
+    /// Starts each of the three applications again that has ended. Each opens a window.
     void reopen() {
         for (const char* name : {"Mail", "Notes", "Terminal"}) {
             if (!desk.desktop.isRunning(name)) desk.opens(name);
@@ -109,7 +109,7 @@ class AgentStage {
         bool isOn = true;
     };
 
-    std::optional<std::string> settingProblem; // why settings of the system cannot be changed
+    std::optional<std::string> settingProblem; // why settings of the system cannot be changed; absent if they can
     class Permission final : public PermissionControl {
       public:
         bool canAsk() const override { return isAskable; }

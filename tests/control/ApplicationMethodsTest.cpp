@@ -1,4 +1,4 @@
-// Applications that are launched and ended over the agent's socket.
+// Launching and ending applications over the agent's socket.
 #include "control/LaunchCounts.h"
 #include "persistence/PreferenceKeys.h"
 #include "tests/control/MethodCalls.h"
@@ -11,7 +11,7 @@ using nlohmann::json;
 
 class ApplicationMethods : public MethodCalls {
   protected:
-    /// The parameters of the next notification.
+    /// The parameters of the next notification, which must be “launched”.
     json launched() {
         const json notification = connection.message();
         EXPECT_EQ(notification["method"], "launched") << notification;
@@ -22,7 +22,7 @@ class ApplicationMethods : public MethodCalls {
 
 } // namespace
 
-TEST_F(ApplicationMethods, ALaunchGetsAResponseAtOnceAndItsOutcomeLater) {
+TEST_F(ApplicationMethods, TheResponseToALaunchComesAtOnceAndItsOutcomeLaterAsANotification) {
     desk.arrange();
     EXPECT_EQ(result("app.list")["applications"][0]["id"], "/Applications/Maps");
     const json response = result("launch", {{"application", "maps"}, {"tile", "second"}});
@@ -49,16 +49,17 @@ TEST_F(ApplicationMethods, ALaunchGetsAResponseAtOnceAndItsOutcomeLater) {
 
 TEST_F(ApplicationMethods, LaunchesAreCountedAndTheLauncherPrefersAnEmptyTile) {
     desk.arrange();
-    auto starting = client(); // this client gets the notifications
+    auto starting = client(); // gets the notifications “launched”, which `connection` must not get
     for (const char* tile : {"basement", "second", "second"})
         call(starting, "launch", {{"application", "maps"}, {"tile", tile}});
     EXPECT_EQ(result("app.list")["applications"][0]["launches"], 2);
-    EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "the counts are in another store";
+    EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "this store does not have the counts";
     EXPECT_EQ(LaunchCounts(disk).of("/Applications/Maps"), 2) << "the counts are stored";
     disk.setValue(preferenceKey::launchCounts, PreferenceData{R"({"a": -1})"});
-    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "an impossible count is not used";
+    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "a negative count is ignored";
 
-    EXPECT_EQ(refusal("ui.launcher"), "No program that could show it is connected. Start it with “kova ui restart”");
+    EXPECT_EQ(refusal("ui.launcher"),
+              "The program that draws the overlay is not connected. Start it with “kova ui restart”");
     auto drawing = client();
     call(drawing, "subscribe", {{"topic", "overlay"}});
     const auto shown = [&](const char* method, json parameters = json::object()) {
@@ -81,7 +82,7 @@ TEST_F(ApplicationMethods, LaunchesAreCountedAndTheLauncherPrefersAnEmptyTile) {
     EXPECT_EQ(shown("ui.launcher"), "launcher " + (isFirst ? second : first)) << "the empty tile";
 }
 
-TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
+TEST_F(ApplicationMethods, AnApplicationIsEndedByNamingItsWindow) {
     EXPECT_EQ(result("app.quit", {{"window", "mail"}})["message"], "Quit requested for Mail");
     EXPECT_EQ(result("app.forceQuit", {{"window", "notes"}})["message"], "Force quit requested for Notes");
     desk.settle();
@@ -98,7 +99,7 @@ TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
     EXPECT_EQ(refusal("forceQuitAll", {{"confirmed", {maps}}}), "No open applications were force quit\n" + reason);
 }
 
-TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
+TEST_F(ApplicationMethods, WhatWasLearnedAboutAnApplicationIsListedAndForgotten) {
     EXPECT_EQ(result("app.learned")["applications"], json::array());
     desk.arrange();
     result("layout.prefer", {{"tile", "focus-main"}, {"application", "Terminal"}});
@@ -133,7 +134,7 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
     EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");
 }
 
-TEST_F(ApplicationMethods, AConfirmationIsShownByTheProgramThatDrawsTheOverlayAndCancelledWhenItDisconnects) {
+TEST_F(ApplicationMethods, AConfirmationIsCancelledWhenTheProgramThatShowsItDisconnects) {
     result("menu.choose", {{"id", "force-quit-all"}});
     desk.settle();
     EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "no client asks the user, so nothing is confirmed";
@@ -156,7 +157,7 @@ TEST_F(ApplicationMethods, AConfirmationIsShownByTheProgramThatDrawsTheOverlayAn
               "stay open.");
     const json second = question();
     EXPECT_EQ(result("ui.answer", {{"id", first["id"]}, {"isConfirmed", true}})["wasOpen"], false)
-        << "the question was replaced";
+        << "the second question has replaced the first one";
     drawing.reset();
     const auto isOpen = [&] { return dialogs.isQuestionOpen(); };
     EXPECT_TRUE(isOpen());
@@ -167,7 +168,7 @@ TEST_F(ApplicationMethods, AConfirmationIsShownByTheProgramThatDrawsTheOverlayAn
     EXPECT_TRUE(desk.desktop.isRunning("Mail"));
 }
 
-TEST_F(ApplicationMethods, WithoutAProgramThatDrawsTheOverlayInformationBecomesTheStatusMessage) {
+TEST_F(ApplicationMethods, AnAlertBecomesTheStatusMessageWhenNoProgramDrawsTheOverlay) {
     result("forceQuitAll", {{"confirmed", result("forceQuitAll")["applications"]}});
     desk.settle();
     result("menu.choose", {{"id", "force-quit-all"}});

@@ -38,9 +38,9 @@ TEST(ControlClient, DistinguishesASilentAgentFromAMissingAgent) {
         // The last line of an agent that closes the connection is received, although requests cannot be sent any more.
         auto connected = ControlClient::connect(path);
         close(accept(listening, nullptr, nullptr)); // the connection that the last `failureAt` opened
-        const int theirs = accept(listening, nullptr, nullptr);
-        ASSERT_EQ(write(theirs, "full\n", 5), 5);
-        close(theirs);
+        const int accepted = accept(listening, nullptr, nullptr);
+        ASSERT_EQ(write(accepted, "full\n", 5), 5);
+        close(accepted);
         EXPECT_EQ(connected->send("x"), std::nullopt);
         EXPECT_EQ(*connected->receive(), "full");
     }
@@ -49,13 +49,13 @@ TEST(ControlClient, DistinguishesASilentAgentFromAMissingAgent) {
     std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
     int ready[2];
     ASSERT_EQ(pipe(ready), 0);
-    const pid_t foreigner = fork();
-    if (foreigner == 0) {
-        const int theirs = socket(AF_UNIX, SOCK_STREAM, 0);
+    const pid_t foreignAgent = fork();
+    if (foreignAgent == 0) {
+        const int foreignSocket = socket(AF_UNIX, SOCK_STREAM, 0);
         unlink(path.c_str());
-        const bool isListening = setuid(1) == 0 &&
-                                 bind(theirs, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-                                 ::listen(theirs, 1) == 0;
+        const bool isListening =
+            setuid(1) == 0 && bind(foreignSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+            ::listen(foreignSocket, 1) == 0;
         if (write(ready[1], isListening ? "y" : "n", 1) != 1) _exit(1);
         for (;;) pause();
     }
@@ -63,8 +63,8 @@ TEST(ControlClient, DistinguishesASilentAgentFromAMissingAgent) {
     EXPECT_EQ(read(ready[0], &isListening, 1), 1);
     EXPECT_EQ(isListening, 'y');
     EXPECT_EQ(failureAt(path), ConnectionFailure::Kind::foreignAgent);
-    kill(foreigner, SIGKILL);
-    waitpid(foreigner, nullptr, 0);
+    kill(foreignAgent, SIGKILL);
+    waitpid(foreignAgent, nullptr, 0);
 }
 
 } // namespace kova

@@ -21,8 +21,9 @@ TEST_F(AgentMethods, EveryMethodHasExamplesThatWorkAndAResultThatFitsTheSchema) 
     auto observer = client();
     const auto observed = [&] {
         json seen = call(observer, "query.state")["result"]["state"];
-        for (const char* byThemselves : {"windows", "tiles", "message", "notice", "focus", "pendingLaunches"})
-            seen.erase(byThemselves);
+        // These sections also change without a request.
+        for (const char* section : {"windows", "tiles", "message", "notice", "focus", "pendingLaunches"})
+            seen.erase(section);
         for (const char* list : {"scene.list", "rule.list", "shortcut.list"}) seen[list] = call(observer, list);
         return seen;
     };
@@ -49,7 +50,7 @@ TEST_F(AgentMethods, EveryMethodHasExamplesThatWorkAndAResultThatFitsTheSchema) 
     EXPECT_TRUE(hasQuit);
 }
 
-TEST_F(AgentMethods, TheRequestsOfTheDocumentWork) {
+TEST_F(AgentMethods, TheRequestsInTheDocumentationWork) {
     const auto requests = documentedLines(KOVA_DOCS "/control.md", "jsonrpc", "→ ");
     EXPECT_FALSE(requests.empty());
     for (const std::string& request : requests) {
@@ -68,7 +69,7 @@ TEST_F(AgentMethods, WaitForAPollSoThatNewWindowsAreKnown) {
     EXPECT_EQ(plan["placements"].size() + plan["surplus"].size(), 5u) << plan;
 }
 
-TEST_F(AgentMethods, WithoutWindowsNeitherArrangementNorItsDryRunIsDone) {
+TEST_F(AgentMethods, ArrangeAndItsDryRunAreRefusedWhenThereIsNoWindow) {
     for (const char* label : {"Mail", "Notes", "Terminal"}) desk.desktop.close(label);
     desk.settle();
     for (const bool isDryRun : {true, false}) {
@@ -76,7 +77,7 @@ TEST_F(AgentMethods, WithoutWindowsNeitherArrangementNorItsDryRunIsDone) {
     }
 }
 
-TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
+TEST_F(AgentMethods, ArrangeCarriesOutThePlanThatItsDryRunReturns) {
     const json planned = result("arrange", {{"dryRun", true}});
     EXPECT_EQ(desk.tiles(), "- | -");
     const json carriedOut = result("arrange");
@@ -86,7 +87,7 @@ TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     ASSERT_EQ(carriedOut["surplus"].size(), 1u);
     desk.settle();
 
-    // Queries agree with the state of windows and tiles.
+    // The queries of windows and of tiles agree with each other.
     const json windows = result("query.windows")["windows"];
     int tiled = 0;
     const json tiles = result("query.tiles")["tiles"];
@@ -235,7 +236,7 @@ TEST_F(AgentMethods, QueryWindowAtReturnsTheWindowAtAPoint) {
     EXPECT_TRUE(result("query.windowAt", {{"x", 1}, {"y", 1}})["window"].is_null());
 }
 
-TEST_F(AgentMethods, ReportsThePermissionAndRefusesToAskOnDesktopsWithoutOne) {
+TEST_F(AgentMethods, ReportTheMissingPermissionAndRefuseToAskWhereTheSystemHasNoDialog) {
     EXPECT_EQ(result("permission.ask")["permission"], "granted");
     desk.desktop.setTrusted(false);
     desk.settle();
@@ -273,7 +274,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     desk.settle();
     EXPECT_NE(explained("film").find("full screen"), std::string::npos);
 
-    // Changes since the arrangement are explained as the present state.
+    // If a decision of the arrangement no longer holds, the explanation says where the window is now.
     const std::string front = desk.desktop.labelOfID(WindowID(primary["window"].get<std::string>()));
     desk.desktop.close(front);
     result("rule.add", {{"application", "Film"}, {"disposition", "float"}});
@@ -331,7 +332,7 @@ TEST_F(AgentMethods, ExplanationsDescribeThePresentState) {
     EXPECT_TRUE(says(explanation(), "it was stacked there (no longer: it is behind ")) << explanation();
     desk.settle();
     EXPECT_FALSE(says(result("explain", {{"window", "Film"}}).dump(), "left alone"))
-        << "a stacked window, which KOVA hides";
+        << "KOVA itself hides a stacked window";
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
@@ -406,7 +407,7 @@ TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action ends focus mode first";
     EXPECT_EQ(result("divider.list")["dividers"][0]["least"], 0);
     EXPECT_EQ(error("divider.drag", drag(-10))["message"], "The divider has no room to move that way");
-    EXPECT_EQ(result("history")["entries"].size(), 3u) << "an action that changed nothing is no step";
+    EXPECT_EQ(result("history")["entries"].size(), 3u) << "an action that changed nothing is no undo step";
     EXPECT_EQ(result("divider.drag", drag(0))["points"], 0);
     EXPECT_EQ(result("history")["entries"][0]["action"], "drag divider");
     desk.settle();
@@ -457,7 +458,7 @@ TEST_F(AgentMethods, WindowsOfADisconnectedDisplayAreListedAsWithoutATile) {
     EXPECT_EQ(result("windows")["others"].size(), desk.controller().liveWindows().size());
 }
 
-TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
+TEST_F(AgentMethods, AreRefusedWithTheReasonWhyNoWindowCanBeManaged) {
     desk.desktop.setUnavailableReason("This is a Wayland session. Log in to an X11 session instead.");
     desk.settle();
     EXPECT_EQ(error("arrange")["message"], "This is a Wayland session. Log in to an X11 session instead.");
@@ -472,7 +473,7 @@ TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
     EXPECT_EQ(result("doctor").dump().find("permission"), std::string::npos);
 }
 
-TEST_F(AgentMethods, WithoutPermissionSaysSo) {
+TEST_F(AgentMethods, AreRefusedWithoutThePermissionToManageWindows) {
     desk.desktop.setTrusted(false);
     desk.settle();
     EXPECT_EQ(result("status")["permission"], "denied");

@@ -8,10 +8,10 @@
 
 namespace kova {
 
-/// The schema file of this project. Throws when it cannot be read.
+/// The contents of docs/control-schema.json. Throws if the file cannot be read.
 nlohmann::json controlSchema();
 
-/// What does not fit, with its path; empty when the value fits `$defs[definition]`.
+/// Says which member of the value does not fit `$defs[definition]`, and why; empty if the value fits.
 std::string schemaViolation(const nlohmann::json& schema, const std::string& definition, const nlohmann::json& value);
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// JSON that is written directly into text is read as the values that were written.
+// JSON that `JsonText` writes is parsed again and compared with the values that were written.
 #include "control/JsonText.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 
 using nlohmann::json;
 
-TEST(JsonText, ReadsAsTheValuesThatWereWritten) {
+TEST(JsonText, IsParsedToTheValuesThatWereWritten) {
     const std::vector<std::pair<std::string, json>> texts = {
         {"", ""},
         {"Mail", "Mail"},

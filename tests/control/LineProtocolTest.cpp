@@ -1,4 +1,4 @@
-// The socket with a fake agent that only echoes. Whatever one client sends or does not send, the others are served.
+// The socket with a fake agent. Whatever one client sends or leaves unread, the other clients are served.
 #include "control/ControlHandling.h"
 #include "control/ControlServer.h"
 #include "control/client/ControlClient.h"
@@ -24,9 +24,9 @@ using nlohmann::json;
 namespace fs = std::filesystem;
 
 /// Responds to "echo" with its parameters, to "large" with the requested number of bytes, to "flood" with the requested
-/// lines, to "count" with the number of requests so far, to "later" when the test decides, to other methods with
-/// errors.
-class EchoingAgent : public ControlHandling {
+/// lines, to "count" with the number of requests so far, to "later" when the test calls the held responder, and to
+/// other methods with errors.
+class FakeHandling : public ControlHandling {
   public:
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
                 ControlResponder respond) override {
@@ -72,7 +72,7 @@ class LineProtocol : public testing::Test {
 
     TemporaryFolder folder;
     VirtualMainQueue queue;
-    EchoingAgent agent;
+    FakeHandling agent;
     std::optional<ControlServer> server;
 };
 
@@ -156,7 +156,7 @@ TEST_F(LineProtocol, CarriesOutBatchesInOrderAndDoesNotRespondToNotifications) {
     EXPECT_EQ(codeOf(replies[2]), controlCode::methodNotFound);
 
     connection.send(notification + "\n[" + notification + "]\n");
-    EXPECT_EQ(connection.request(kEcho)["id"], 7) << "a notification gets no response";
+    EXPECT_EQ(connection.request(kEcho)["id"], 7) << "notifications get no response";
     EXPECT_EQ(agent.count, 6);
 
     std::string large = "[" + notification;
@@ -165,7 +165,7 @@ TEST_F(LineProtocol, CarriesOutBatchesInOrderAndDoesNotRespondToNotifications) {
     EXPECT_EQ(agent.count, 6);
 }
 
-TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
+TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentClients) {
     listen();
     std::vector<SocketClient> silent;
     for (int i = 0; i < 200; ++i) {
@@ -181,8 +181,8 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     getrusage(RUSAGE_SELF, &after);
     EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients do not wake the agent up";
 
-    // A client that stops sending within a line gets an error. The agent disconnects this client, and also a client
-    // that stops sending without having sent anything.
+    // A client that ends its input within a line gets an error and is disconnected. A client that ends its input
+    // without having sent anything is disconnected.
     silent[1].endSending();
     EXPECT_EQ(codeOf(silent[1].message()), controlCode::parseError);
     EXPECT_TRUE(silent[1].isClosedByAgent());
@@ -210,7 +210,7 @@ TEST_F(LineProtocol, RespondsToAllPipelinedRequestsAndThenDisconnects) {
     EXPECT_TRUE(connection.isClosedByAgent());
 }
 
-TEST_F(LineProtocol, DropsOnlyClientsThatDoNotRead) {
+TEST_F(LineProtocol, DisconnectsOnlyClientsThatDoNotRead) {
     listen({.unsentBytes = 100'000});
     auto unreading = client();
     auto other = client();
@@ -218,14 +218,14 @@ TEST_F(LineProtocol, DropsOnlyClientsThatDoNotRead) {
                    "\n");
     EXPECT_EQ(echoed(other.request(kEcho)), json({{"a", 1}}));
     EXPECT_TRUE(unreading.isClosedByAgent());
-    // A client that reads gets everything, even more than the queue may hold.
+    // A client that reads gets everything, even a line that is longer than the limit for unread output.
     other.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":3000000,"lines":1}})"
                "\n");
     EXPECT_EQ(other.line()->size(), 3'000'000u);
     EXPECT_EQ(other.message()["id"], 1);
 }
 
-TEST_F(LineProtocol, AcceptsOnlyThisUserUpToALimit) {
+TEST_F(LineProtocol, AcceptsOnlyClientsOfThisUserUpToALimit) {
     listen({.connections = 2});
     auto first = client();
     auto second = client();
@@ -272,11 +272,12 @@ TEST_F(LineProtocol, TheResponseToABatchIsLimitedAndABatchDelaysNoOtherClient) {
     EXPECT_GE(agent.count, 20 * 100);
 }
 
-TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
+TEST_F(LineProtocol, RequestsAfterADelayedResponseWaitForIt) {
     listen();
     auto connection = client();
     auto other = client();
-    // Input of one client may be read after later input of another client, so the test waits for both inputs.
+    // The server may read the input of one client after later input of another client. So the test first waits for the
+    // held requests, and then for the response to a request of `other`.
     const auto isHeld = [&](std::size_t count) {
         return waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() >= count; }) &&
                other.request(kEcho)["id"] == 7 && agent.held.size() == count;
@@ -365,7 +366,7 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
         busy.back().send(objects + "\n");
     }
     EXPECT_LT(timeOf([&] { server.reset(); }), 8 * timeOfOneLine)
-        << "the server finishes only the line that it is reading";
+        << "the server finishes only the input that it is reading";
 }
 
 TEST_F(LineProtocol, AcceptsClientsAgainWhenDescriptorsAreFree) {

@@ -22,6 +22,7 @@ class MethodCalls : public testing::Test, public AgentStage {
     json call(const std::string& method, json parameters = json::object()) {
         return call(connection, method, std::move(parameters));
     }
+    /// Expects that the method succeeds; returns its result.
     json result(const std::string& method, json parameters = json::object()) {
         const json reply = call(method, std::move(parameters));
         EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
@@ -29,13 +30,13 @@ class MethodCalls : public testing::Test, public AgentStage {
         EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
         return found;
     }
-    /// Expects that the method fails with this code; returns the error text.
+    /// Expects that the method fails with this code; returns the error message.
     std::string refusal(const std::string& method, json parameters = json::object(), int code = controlCode::refused) {
         const json reply = call(method, std::move(parameters));
         EXPECT_EQ(reply["error"]["code"], code) << reply;
         return reply["error"].value("message", "");
     }
-
+    /// Expects that the method fails; returns the error.
     json error(const std::string& method, json parameters = json::object()) {
         const json reply = call(method, std::move(parameters));
         EXPECT_TRUE(reply.contains("error")) << method << ": " << reply;

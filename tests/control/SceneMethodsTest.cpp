@@ -1,4 +1,4 @@
-// Scenes, rules and their document over the agent's socket.
+// Scenes and rules over the agent's socket, and the export and import of their document.
 #include "control/DocumentTransfer.h"
 #include "tests/control/MethodCalls.h"
 
@@ -63,7 +63,7 @@ TEST_F(SceneMethods, DeletedScenesCanBeRestoredToTheirPlacesInTheList) {
     EXPECT_EQ(names(), "One Two Three ");
 }
 
-TEST_F(SceneMethods, AWaitingClientGetsTheFinalReportOfAScene) {
+TEST_F(SceneMethods, AClientThatWaitsGetsTheFinalReportWhenTheSceneIsOpen) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});
     desk.desktop.quit("Notes");
@@ -88,7 +88,7 @@ TEST_F(SceneMethods, AWaitingClientGetsTheFinalReportOfAScene) {
     EXPECT_EQ(report["missing"], json::array({"Notes “Notes”"}));
 }
 
-TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
+TEST_F(SceneMethods, DifferencesFromASceneAreListedAndOpeningTheSceneRestoresIt) {
     desk.arrange();
     const std::string before = desk.tiles();
     result("scene.capture", {{"name", "Work"}});
@@ -117,7 +117,7 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     }
 }
 
-TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatRevertsADeletion) {
+TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatUndoesADeletion) {
     const auto undoOfMessage = [&] {
         runAgentOnce();
         auto drawing = client(); // a new client has no notifications to read first
@@ -131,12 +131,12 @@ TEST_F(SceneMethods, TheOverlaysMessageNamesTheMethodThatRevertsADeletion) {
     EXPECT_EQ(undoOfMessage(), "scene.undelete");
     result(undoOfMessage());
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
-    EXPECT_EQ(undoOfMessage(), json(nullptr)) << "undo would revert the earlier arrangement";
+    EXPECT_EQ(undoOfMessage(), json(nullptr)) << "“undo” would undo the earlier arrangement";
     result("arrange");
     EXPECT_EQ(undoOfMessage(), "undo");
 }
 
-TEST_F(SceneMethods, TheLargestIndexInAFileCanBeShown) {
+TEST_F(SceneMethods, AnImportedSceneWithTheLargestDisplayIndexCanBeShown) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});
     json file = json::parse(std::get<std::string>(desk.controller().exportWorkspaceDocument()));
@@ -182,9 +182,9 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
     const json changed = result("rule.change", {{"rule", "terminal"}, {"disposition", "tile"}, {"slot", "1"}})["rule"];
     EXPECT_EQ(changed["slot"], "focus-main");
     EXPECT_EQ(changed["title"], "build") << "members that the request does not name are unchanged";
-    const json unnamed = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
-    EXPECT_TRUE(unnamed["title"].is_null());
-    EXPECT_EQ(unnamed["slot"], "focus-main");
+    const json withoutTitle = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
+    EXPECT_TRUE(withoutTitle["title"].is_null());
+    EXPECT_EQ(withoutTitle["slot"], "focus-main");
 
     EXPECT_EQ(result("rule.move", {{"rule", "maps"}, {"to", 1}})["rule"]["number"], 1);
     EXPECT_EQ(result("rule.move", {{"rule", "2"}, {"to", 900}})["rule"]["number"], 3);
@@ -282,7 +282,7 @@ TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, half, true), "null");
     EXPECT_EQ(send(one, document, false), "Import failed: larger than 64 MiB");
-    EXPECT_EQ(send(one, half, true), "null") << "the transfer begins anew";
+    EXPECT_EQ(send(one, half, true), "null") << "a new upload begins";
     EXPECT_EQ(send(other, half + " ", true), "Import failed: too much is being imported at once");
     one->hasConnection = false;
     EXPECT_EQ(send(other, half, true), "null");
@@ -290,7 +290,7 @@ TEST(DocumentTransfer, LimitsTheSizeAndTheAgeOfUploads) {
 
     EXPECT_EQ(send(other, "{", true), "null");
     desk.advance(DocumentTransfer::kUploadTimeout + Seconds(2));
-    EXPECT_EQ(send(other, document, false), "0") << "a transfer that began so long ago was abandoned";
+    EXPECT_EQ(send(other, document, false), "0") << "the former upload has timed out";
 }
 
 } // namespace kova

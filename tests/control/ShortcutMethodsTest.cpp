@@ -72,7 +72,7 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
               keyCode::q);
 }
 
-TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
+TEST_F(ShortcutsOverTheSocket, AreReportedWhenAnotherProgramHoldsThem) {
     keyboard().claimByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
     result("shortcut.set", {{"action", "undo"}, {"keys", "super+g"}});
@@ -92,7 +92,7 @@ TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
     EXPECT_NE(result("doctor").dump().find("No other program holds"), std::string::npos);
 }
 
-TEST_F(ShortcutsOverTheSocket, OfAMacAreShownWithItsSymbolsAndHeldByTheSystem) {
+TEST_F(ShortcutsOverTheSocket, AreShownAsSymbolsOnAMacWhereTheSystemCanHoldThem) {
     keyboard().setDelivery(SimulatedKeyboard::Delivery::observed);
     EXPECT_EQ(shown(shortcutOf("focusLeft")), "⌃⌥H");
     EXPECT_EQ(shown(result("shortcut.set", {{"action", "undo"}, {"keys", "⌃⌘←"}})["shortcut"]), "⌃⌘←");
@@ -108,10 +108,10 @@ TEST_F(ShortcutsOverTheSocket, OfAMacAreShownWithItsSymbolsAndHeldByTheSystem) {
     EXPECT_EQ(result("status")["shortcutHolder"], "system");
 }
 
-TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
+TEST_F(ShortcutsOverTheSocket, AreRecordedUnlessTheCombinationIsNotAllowedOrInUse) {
     EXPECT_EQ(result("shortcut.record", {{"action", "undo"}})["prompt"], "Type Shortcut…");
     EXPECT_TRUE(result("shortcut.list")["isRecording"].get<bool>());
-    keyboard().repeat(keyCode::returnKey, 0); // the key that entered the command is still pressed
+    keyboard().repeat(keyCode::returnKey, 0); // the user still holds the key that entered the command
     keyboard().press(keyCode::u, modifierFlag::shift);
     EXPECT_EQ(nextNotification(connection), "recorded refused");
     keyboard().press(keyCode::h, kControlOption);
@@ -144,7 +144,7 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     EXPECT_EQ(nextNotification(connection), "claimed Ctrl+C");
 }
 
-TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnects) {
+TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenARecordingEndsForAnyReason) {
     const auto isKeyboardReleased = [&] {
         desk.advance(Seconds(1));
         return !*shortcuts.isRecording && keyboard().claimed().contains({keyCode::h, kControlOption});

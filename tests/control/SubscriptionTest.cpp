@@ -9,7 +9,7 @@ using nlohmann::json;
 
 class Subscriptions : public MethodCalls {};
 
-/// Applies a change to a section of the overlay.
+/// Applies a change from a notification to a section of the overlay's contents.
 void applyChange(json& section, const json& change) {
     if (!section.is_array()) {
         section = change;
@@ -62,7 +62,7 @@ TEST_F(Subscriptions, SubscribersGetNumberedChangesThatAddUpToTheState) {
     result("zoom");
     EXPECT_TRUE(nextChanges()["focusMode"].is_null());
 
-    // Subscribers of the focus are notified, also when nothing else changes.
+    // Subscribers are notified of a new focus even if nothing else changes.
     desk.desktop.userFocuses("Notes");
     desk.settle();
     const json focus = nextChanges()["focus"];
@@ -161,7 +161,7 @@ TEST_F(Subscriptions, TheSettingsTopicReportsEveryChangeOfASetting) {
     EXPECT_EQ(state["login"]["isOn"], true);
 }
 
-TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
+TEST_F(Subscriptions, TheSettingsWindowIsOpenUntilItIsClosedOrTheUserInterfaceIsSwitchedOff) {
     EXPECT_EQ(error("settings.show")["code"], controlCode::refused) << "no client can show the settings";
     auto drawing = client();
     const auto shown = [&] {
@@ -179,10 +179,10 @@ TEST_F(Subscriptions, SettingsAreOpenUntilTheyAreClosed) {
     EXPECT_EQ(shown(), json());
     result("settings.show");
     result("ui.off");
-    EXPECT_EQ(shown(), json()) << "the end of kova-ui closes the windows; its restart does not open them";
+    EXPECT_EQ(shown(), json()) << "the window does not open again when kova-ui is restarted";
 }
 
-TEST_F(Subscriptions, PointerActionsOfTheOverlayAreMethodsToo) {
+TEST_F(Subscriptions, WhatTheOverlayAndTheMenuOfferIsAvailableAsMethods) {
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
     const std::string left = desk.target("A", "focus-main").text(), right = desk.target("A", "secondary-1").text();
     result("place", {{"window", desk.desktop.windowIDOf("Notes")}, {"tile", left}});

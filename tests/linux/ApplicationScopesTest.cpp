@@ -58,15 +58,21 @@ TEST(ApplicationScopes, EachLaunchedApplicationGetsAScopeOfItsOwn) {
               (std::vector{scopeName("org.test.Sleeper", processes[0]), scopeName("org.test.Sleeper", processes[1])}));
 }
 
-TEST(ApplicationScopes, AFailedRequestToAMissingUserManagerOrBusIsIgnored) {
+TEST(ApplicationScopes, WithoutAUserManagerOrABusARequestIsDroppedAndLaterRequestsStillWork) {
     PrivateBus bus;
     bus.start();
     EventLoop loop;
-    for (const std::string& address : {bus.address(), std::string("unix:path=/nonexistent"), std::string()}) {
-        ApplicationScopes scopes(address, loop);
-        scopes.moveToOwnScope(1, "org.test.Sleeper", "Sleeper");
-        letPass(loop, Seconds(0.2));
-    }
+    ApplicationScopes scopes(bus.address(), loop);
+    scopes.moveToOwnScope(1, "org.test.Early", "Early");
+    ApplicationScopes withMissingBus("unix:path=/nonexistent", loop), withoutAddress("", loop);
+    withMissingBus.moveToOwnScope(1, "org.test.Early", "Early");
+    withoutAddress.moveToOwnScope(1, "org.test.Early", "Early");
+    letPass(loop, Seconds(0.2));
+    bus.startUserManager();
+    scopes.moveToOwnScope(2, "org.test.Late", "Late");
+    ASSERT_TRUE(letPassUntil(loop, [&] { return !bus.scopes().empty(); }));
+    ASSERT_EQ(bus.scopes().size(), 1U);
+    EXPECT_EQ(bus.scopes()[0].at(0).get<std::string>(), scopeName("org.test.Late", 2));
 }
 
 /// An application without a scope of its own belongs to the agent's service, and must survive the end of the service.

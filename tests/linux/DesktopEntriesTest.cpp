@@ -134,8 +134,10 @@ TEST(DesktopEntries, AnEntryThatIsInstalledLaterIsFoundAfterTheLookupOfAnUnknown
     auto entries = folders.entries();
     EXPECT_EQ(entries.identify({"", "One"}).localizedName, "One");
     EXPECT_EQ(entries.identify({"", "Two"}).bundlePath, "");
-    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // even coarse file times differ now
     folders.install("two.desktop", entry("The second"));
+    // File times may be so coarse that the installation alone does not change the folder's time.
+    std::filesystem::last_write_time(folders.applications(), std::filesystem::last_write_time(folders.applications()) +
+                                                                 std::chrono::seconds(1));
     EXPECT_EQ(entries.identify({"", "Three"}).bundlePath, ""); // the lookup of an unknown name reads the folders again
     EXPECT_EQ(entries.identify({"", "Two"}).localizedName, "The second");
 

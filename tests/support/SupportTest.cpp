@@ -117,13 +117,11 @@ TEST(JsonDecoding, ErrorsNameThePlaceAndTheReason) {
     EXPECT_NO_THROW(parseJson("\"\\\"" + std::string(100, '[') + "\"")) << "brackets within a text";
 }
 
+/// With a time that grows with the square of the length, this test would exceed the time limit of every test.
 TEST(JsonDecoding, TakesTimeInProportionToTheLengthOfTheText) {
     std::string text = "[{}";
-    for (int i = 0; i < 300'000; ++i) text += ",{}";
-    const auto begun = std::chrono::steady_clock::now();
-    EXPECT_EQ(parseJson(text + "]").size(), 300'001U);
-    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(20))
-        << "with quadratic time this takes minutes";
+    for (int i = 0; i < 1'000'000; ++i) text += ",{}";
+    EXPECT_EQ(parseJson(text + "]").size(), 1'000'001U);
 }
 
 TEST(JsonDecoding, InvalidTextIsReportedWithItsPosition) {

@@ -149,7 +149,7 @@ TEST(VerifiedPlacement, MovesAWindowInsideTheTileOnlyIfItFits) {
 TEST(VerifiedPlacement, WindowThatCannotFillItsTargetIsMovedInsideIt) {
     // The window accepts only multiples of 130 x 90 points, so it is 520 x 360 in this target. Then the user drags it
     // out of the target.
-    PlacementBench bench({.cell = CGSize{130, 90}});
+    PlacementBench bench({.sizeIncrement = CGSize{130, 90}});
     bench.journalUntil(0.64);
     bench.desktop.userMoves("Mail", makeRect(150, 150, 520, 360));
     EXPECT_EQ(bench.journalUntil(5), kPositionFirst);

@@ -72,7 +72,7 @@ class RandomDay : public RandomWalk {
             traits.secretMinimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
             break;
         case 2:
-            traits.cell = {17, 31};
+            traits.sizeIncrement = {17, 31};
             break;
         case 3:
             traits.refusesToMove = true;

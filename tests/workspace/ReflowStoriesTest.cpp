@@ -71,7 +71,7 @@ TEST(ReflowStories, EveryArrangementSettlesAndWindowsThatFitDoNotOverlap) {
             const auto kind = random() % 5;
             if (kind == 1) traits.minimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
             if (kind == 2) traits.secretMinimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
-            if (kind == 3) traits.cell = {5 + upTo(15), 5 + upTo(25)};
+            if (kind == 3) traits.sizeIncrement = {5 + upTo(15), 5 + upTo(25)};
             if (kind == 4) {
                 traits.refusesToMove = random() % 2 == 0;
                 traits.refusesToResize = !traits.refusesToMove;

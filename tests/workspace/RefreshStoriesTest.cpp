@@ -43,7 +43,7 @@ TEST(RefreshStories, ADesktopWithoutAnnouncementsIsPolledTwiceASecond) {
 
 TEST(RefreshStories, TheListHasTheRealFrameOfAWindowThatRoundsItsSize) {
     Scenario desk;
-    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.sizeIncrement = {17, 31}}).arrange();
     desk.advance(Seconds(30));
     const ManagedWindow& known = desk.controller().liveWindows().front();
     EXPECT_EQ(known.frame, desk.desktop.window("Terminal").frame);
@@ -173,7 +173,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
     desk.desktop.setTrusted(false);
     desk.start();
     desk.desktop.setTrusted(true);
-    desk.advance(Seconds(0.75));
+    desk.advance(Seconds(0.25));
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     desk.settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
@@ -186,7 +186,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsIfALockIsReportedLate) {
     desk.desktop.setTrusted(false);
     desk.start();
     desk.desktop.setTrusted(true);
-    desk.advance(Seconds(0.75)).simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
+    desk.advance(Seconds(0.25)).simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
     desk.simulate(SystemActivityEvent::screenDidUnlock).settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);

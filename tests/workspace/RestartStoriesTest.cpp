@@ -15,7 +15,7 @@ class Restart : public ::testing::Test {
   protected:
     Restart() {
         desk.display(2560, 1440).layout("jarvis.dual-split");
-        desk.opens("Mail").opens("Terminal", {.cell = {17, 31}}).arrange();
+        desk.opens("Mail").opens("Terminal", {.sizeIncrement = {17, 31}}).arrange();
         desk.opens("Notes").settle();
         kova().perform(command::Place{desk.desktop.windowIDOf("Notes"), kova().tiles().front().target});
         desk.settle();

@@ -81,7 +81,7 @@ TEST(SizeStories, AWindowThatCannotFillItsTileIsCenteredInIt) {
     desk.display(1920, 1080).layout("jarvis.triple-stack");
     desk.opens("Viewer", {.aspect = 16.0 / 9, .tellsSizeHints = true});
     desk.opens("Question", {.minimumSize = {{400, 200}}, .maximumSize = {{400, 200}}, .tellsSizeHints = true});
-    desk.opens("Terminal", {.tellsSizeHints = true, .cell = {17, 31}}).arrange();
+    desk.opens("Terminal", {.tellsSizeHints = true, .sizeIncrement = {17, 31}}).arrange();
     desk.expectTiles("Terminal 15,15 1887x279 | Question 760,426 400x200 | Viewer 687,730 545x307");
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     desk.desktop.userFocuses("Viewer");

@@ -80,6 +80,7 @@ class UndoWalk : public RandomWalk {
         if (isBack && isHasty_) expectCarriedOut();
         if (isBack) expectSameState(*beforeZoom_);
         if (isZoomed && !wasZoomed) beforeZoom_ = before;
+        if (isZoomed && wasZoomed && beforeZoom_) keepShownWindows(*beforeZoom_);
         if (!isZoomed) beforeZoom_.reset();
     }
     void end() override {
@@ -103,6 +104,18 @@ class UndoWalk : public RandomWalk {
             if (window->isFullScreen || isElsewhere) out.leftAlone.insert(id);
         }
         return out;
+    }
+
+    /// Windows without a tile that the user has shown during focus mode stay shown when it ends.
+    void keepShownWindows(Picture& beforeZoom) {
+        const Picture now = picture();
+        for (auto& [id, description] : beforeZoom.windows) {
+            const auto found = now.windows.find(id);
+            if (found == now.windows.end() || now.leftAlone.contains(id) || beforeZoom.assignments.isInAnyTile(id))
+                continue;
+            if (description == found->second + " hidden" || description == found->second + " minimized")
+                description = found->second;
+        }
     }
 
     /// The requested state, which the desktop may not have reached yet. Windows in tiles are shown if they are front
@@ -254,7 +267,7 @@ class UndoWalk : public RandomWalk {
             traits.minimumSize = CGSize{300 + number(900), 200};
             traits.frame->size.width = std::max(traits.frame->size.width, traits.minimumSize->width);
         } else if (chance(6)) {
-            traits.cell = kCell;
+            traits.sizeIncrement = kCell;
         }
         return traits;
     }

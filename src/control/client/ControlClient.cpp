@@ -62,18 +62,18 @@ void ControlClient::setTimeout(std::chrono::milliseconds timeout) {
 
 std::optional<ConnectionFailure> ControlClient::send(std::string line) {
     line.push_back('\n');
-    std::string_view rest = line;
-    while (!rest.empty()) {
-        const auto sent = ::send(socket_, rest.data(), rest.size(), kSendFlags);
+    std::string_view unsent = line;
+    while (!unsent.empty()) {
+        const auto sent = ::send(socket_, unsent.data(), unsent.size(), kSendFlags);
         if (sent < 0 && errno == EINTR) continue;
         if (sent < 0 && hasUnreadLine()) return std::nullopt;
         if (sent < 0) return ConnectionFailure{ConnectionFailure::Kind::ended, "The agent at " + path_ + " has ended"};
-        rest.remove_prefix(static_cast<std::size_t>(sent));
+        unsent.remove_prefix(static_cast<std::size_t>(sent));
     }
     return std::nullopt;
 }
 
-/// Reads the lines that the agent sent before it closed the connection, such as the reason.
+/// Reads what has arrived. True if it contains a line, such as the reason why the agent closed the connection.
 bool ControlClient::hasUnreadLine() {
     std::array<char, 4096> piece;
     for (ssize_t length; (length = recv(socket_, piece.data(), piece.size(), MSG_DONTWAIT)) > 0;) {

@@ -1,4 +1,4 @@
-// A blocking connection to the agent: one line out, one line back.
+// A client's connection to the agent, on which it sends and receives lines.
 #pragma once
 
 #include "support/Result.h"
@@ -24,6 +24,7 @@ struct ConnectionFailure {
 
 class ControlClient {
   public:
+    /// Fails if no agent of this user listens at the path.
     static Result<ControlClient, ConnectionFailure> connect(const std::string& socketPath);
 
     ControlClient(ControlClient&& other) noexcept :
@@ -32,18 +33,18 @@ class ControlClient {
     ControlClient& operator=(ControlClient&&) = delete;
     ~ControlClient();
 
-    /// Sets the timeout of `receive`; zero (the default): no timeout.
+    /// Sets the timeout of `receive`. Zero, the default, means no timeout.
     void setTimeout(std::chrono::milliseconds timeout);
-    /// Sends one line; `line` has no line break. Returns a failure if the line was not sent. Exception:
-    /// if the agent has closed the connection but a line from the agent is still unread, `send` returns none; `receive`
-    /// then returns that line first and the failure after it.
+    /// Sends `line`, which has no line break; waits until the system accepts it. Returns a failure if the line was not
+    /// sent. But if the agent has closed the connection and a line from the agent is still unread, `send` returns no
+    /// failure: `receive` then returns that line, and at its next call the failure.
     std::optional<ConnectionFailure> send(std::string line);
-    /// The next line, without its line break.
+    /// Waits for the next line and returns it without its line break.
     Result<std::string, ConnectionFailure> receive();
 
-    /// For event loops: readable when there is input or the agent has closed the connection.
+    /// For event loops. The descriptor becomes readable when input arrives or the agent closes the connection.
     int descriptor() const { return socket_; }
-    /// As `receive`, but absent instead of waiting if there is no complete line yet.
+    /// As `receive`, but does not wait; absent if no complete line has arrived yet.
     Result<std::optional<std::string>, ConnectionFailure> receiveAvailable();
 
   private:

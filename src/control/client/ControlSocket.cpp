@@ -28,7 +28,7 @@ ControlSocketPlace controlSocketPlace() {
 #if defined(__APPLE__)
     return {environment("HOME") + "/Library/Application Support/KOVA/agent.sock", true};
 #else
-    // Only an absolute path counts, as everywhere in the XDG folders.
+    // The XDG specification says that a relative path must be ignored.
     if (auto runtime = environment("XDG_RUNTIME_DIR"); runtime.starts_with('/')) {
         return {std::move(runtime) + "/kova/agent.sock", true};
     }

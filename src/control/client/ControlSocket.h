@@ -1,4 +1,5 @@
-// The agent's socket, and the user at the other end of a connection: only processes of the same user communicate.
+// Where the agent's socket is, and which user is at the other end of a connection. Agent and clients belong to the same
+// user.
 #pragma once
 
 #include <sys/types.h>
@@ -9,21 +10,21 @@
 
 namespace kova {
 
-/// A place for the socket. Its folder is the agent's own, unless the user named the socket by KOVA_SOCKET.
 struct ControlSocketPlace {
     std::string path;
-    bool isFolderOurs = true;
+    bool isFolderOurs = true; // false if the user chose the path with KOVA_SOCKET
     std::string folder() const;
 };
 
-/// KOVA_SOCKET, else kova/agent.sock in $XDG_RUNTIME_DIR (without one: /tmp/kova-<user id>/agent.sock), on a Mac
-/// agent.sock in the user's Application Support folder.
+/// The path in the environment variable KOVA_SOCKET, if that is set. Otherwise kova/agent.sock in $XDG_RUNTIME_DIR, or
+/// /tmp/kova-<user id>/agent.sock without this variable; on a Mac KOVA/agent.sock in the user's Application Support
+/// folder.
 ControlSocketPlace controlSocketPlace();
 
-/// Absent when the path is empty or too long for a socket.
+/// The path as an address; absent if the path is empty or too long for a socket.
 std::optional<sockaddr_un> controlSocketAddress(const std::string& path);
 
-/// The user at the other end of a connected socket; absent when the system does not say.
+/// The user of the process at the other end of a connected socket; absent if the system does not tell.
 std::optional<uid_t> peerUser(int socket);
 
 } // namespace kova

@@ -18,8 +18,8 @@ std::string describeNumber(double number) {
     return text.str();
 }
 
-double wholeCells(double length, double cell) {
-    return cell > 0 ? std::floor(length / cell) * cell : length;
+double wholeIncrements(double length, double increment) {
+    return increment > 0 ? std::floor(length / increment) * increment : length;
 }
 
 double limitedLength(double requested, double minimum, double maximum) {
@@ -43,7 +43,7 @@ SimulatedWindow::SimulatedWindow(std::uint64_t number, pid_t processIdentifier, 
 
 bool SimulatedWindow::isObedient() const {
     return leastSize() && !traits_.minimumSize && !traits_.secretMinimumSize && !traits_.maximumSize &&
-           traits_.cell == CGSize{};
+           traits_.sizeIncrement == CGSize{};
 }
 
 std::optional<CGSize> SimulatedWindow::leastSize() const {
@@ -74,9 +74,9 @@ CGRect SimulatedWindow::frameResizedTo(CGSize size, const CGRect& displayFrame) 
     const CGSize announced = traits_.minimumSize.value_or(CGSize{1, 1});
     const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{1, 1});
     const CGSize maximum = traits_.maximumSize.value_or(CGSize{1e6, 1e6});
-    CGSize taken = {limitedLength(wholeCells(size.width, traits_.cell.width), std::max(announced.width, secret.width),
-                                  maximum.width),
-                    limitedLength(wholeCells(size.height, traits_.cell.height),
+    CGSize taken = {limitedLength(wholeIncrements(size.width, traits_.sizeIncrement.width),
+                                  std::max(announced.width, secret.width), maximum.width),
+                    limitedLength(wholeIncrements(size.height, traits_.sizeIncrement.height),
                                   std::max(announced.height, secret.height), maximum.height)};
     if (traits_.aspect) taken.height = std::round(taken.width / *traits_.aspect);
     return {frame.origin, taken};
@@ -87,7 +87,7 @@ std::optional<WindowSizeHints> SimulatedWindow::sizeHints() const {
     const double aspect = traits_.aspect.value_or(0);
     return WindowSizeHints{.minimum = traits_.minimumSize.value_or(CGSize{}),
                            .maximum = traits_.maximumSize.value_or(CGSize{}),
-                           .increment = traits_.cell,
+                           .increment = traits_.sizeIncrement,
                            .leastAspect = aspect,
                            .mostAspect = aspect};
 }

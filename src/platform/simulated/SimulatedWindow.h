@@ -41,8 +41,8 @@ struct WindowTraits {
     std::optional<CGSize> secretMinimumSize{}; // enforced, not announced
     std::optional<CGSize> maximumSize{};
     std::optional<double> aspect{}; // width divided by height; the height is computed from the requested width
-    bool tellsSizeHints = false;    // announces hints: minimum and maximum size, cell, aspect
-    CGSize cell{};                  // size of a character in a terminal; sizes are multiples of it; 0: any size
+    bool tellsSizeHints = false;    // announces hints: minimum and maximum size, increment, aspect
+    CGSize sizeIncrement{};         // a terminal: the size of a character; sizes are multiples of it; 0: any size
     bool refusesToMove = false;
     bool refusesToResize = false;
     bool clampsToDisplay =
@@ -65,7 +65,7 @@ class SimulatedWindow {
     /// Whether the window takes any frame as requested.
     bool isObedient() const;
     /// The smallest size that the window accepts. Absent if traits other than its size limits (minimum and maximum
-    /// size, cell) delay, change or refuse requested frames.
+    /// size, increment) delay, change or refuse requested frames.
     std::optional<CGSize> leastSize() const;
 
     std::optional<WindowSizeHints> sizeHints() const;
