@@ -3,7 +3,7 @@
 //     Scenario desk;
 //     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes");
 //     desk.arrange();
-//     desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
+//     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
 //
 // Every step checks these invariants: tiles fill their display and do not overlap; no window is in two tiles except as
 // a span; stacks and anchors agree with the assignments; published values equal the state; every call obeys the
