@@ -1,5 +1,5 @@
-// Parses any bytes as a URL: the action is one of the known ones, and the URL made from a scene is parsed to that scene
-// again.
+// Parses any bytes as a URL. The parsed action is of a kind that a URL may name. If the action opens a scene, a URL
+// made from the name of this scene is parsed to the same name.
 #include "commands/Intents.h"
 #include "commands/URLActions.h"
 

@@ -1,5 +1,5 @@
-// Reads any bytes as a workspace document: either they are refused, or the document is the same after it was written
-// and read again.
+// Reads any bytes as a workspace document. Either the bytes are refused, or the document that was read equals the one
+// that is read after writing it.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <cstddef>

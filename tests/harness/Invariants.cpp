@@ -153,7 +153,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violation
     }
     for (auto a = frames.begin(); a != frames.end(); ++a) {
         for (auto b = std::next(a); b != frames.end(); ++b) {
-            // A display that has grown may itself overlap its neighbor.
+            // Windows of different displays are not compared: a display that has grown may overlap its neighbor.
             if (a->second.first != b->second.first) continue;
             if (overlap(insetBy(a->second.second, kTolerance), insetBy(b->second.second, kTolerance))) {
                 violations.push_back(a->first + " and " + b->first + " overlap: " + tiles());
@@ -202,7 +202,7 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
         // A restart moves no window: a window that is not in its tile stays where it is until its tile changes or the
         // user arranges.
         auto found = framesAtRestart_.find(window.label());
-        for (const auto* tab : desktop.livingWindows()) { // another tab takes over the frame
+        for (const auto* tab : desktop.livingWindows()) { // the shown tab has the frame of its group
             const bool isInGroup = window.tabGroup != 0 && tab->tabGroup == window.tabGroup;
             if (found == framesAtRestart_.end() && isInGroup) found = framesAtRestart_.find(tab->label());
         }

@@ -3,7 +3,7 @@
 //     Scenario desk;
 //     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes");
 //     desk.arrange();
-//     desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
+//     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
 //
 // Every step checks these invariants: tiles fill their display and do not overlap; no window is in two tiles except as
 // a span; stacks and anchors agree with the assignments; published values equal the state; every call obeys the
@@ -67,7 +67,7 @@ class Scenario {
     Scenario& move(WorkspaceDirection direction);
     Scenario& focus(WorkspaceDirection direction);
     Scenario& perform(const WorkspaceAction& action);
-    /// Whether the last action was carried out.
+    /// Returns whether the controller carried out the last action of `perform`.
     bool wasCarriedOut() const { return wasCarriedOut_; }
 
     // Time
@@ -87,7 +87,8 @@ class Scenario {
     void expectFocus(std::string_view label);
     /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
-    /// How many polls may run within the duration while the desktop is idle: 0 if the desktop announces every change.
+    /// The greatest number of polls that may run within the duration while the desktop is idle. It is 0 if the desktop
+    /// announces every change.
     int mostPollsAtRest(Seconds duration) const;
     /// The lines of the last arrangement's explanation.
     std::string explanation();

@@ -1,4 +1,4 @@
-// A fake update checker whose check never ends.
+// A fake update checker. A check that has started never ends.
 #pragma once
 
 #include "app/UpdateChecker.h"

@@ -20,7 +20,7 @@ TEST(PlacementStories, SurplusWindowsAreMinimizedAndTheNextArrangementDoesNotCha
     EXPECT_EQ(desk.desktop.livingWindows().size(), 4u);
     const std::string before = desk.desktop.picture();
     desk.arrange();
-    EXPECT_EQ(desk.desktop.picture(), before) << "a repeated arrangement moves nothing without a reason";
+    EXPECT_EQ(desk.desktop.picture(), before) << "a repeated arrangement moves no window";
 }
 
 TEST(PlacementStories, AWindowManagerThatPlacesWindowsIsReportedByNameOrAfterRefusals) {
@@ -62,7 +62,8 @@ TEST(PlacementStories, TheFootersLieBelowTheirTilesAndPrimaryIsTopLeft) {
     desk.opens("Mail", {.frame = makeRect(100, 800, 800, 500)})
         .opens("Viewer", {.frame = makeRect(1400, 800, 800, 500)});
     desk.arrange();
-    // 1392 points high, with a gap of 12 and a footer of 28 between the rows, and a footer below the last row.
+    // Without its margins and the footer of the last row, the display has 1392 points of height. The gap of 12 and the
+    // footer of 28 between the rows take 40 of them; each row gets 676.
     desk.expectTiles("Codex 15,15 1254x666 | Firefox 1291,15 1254x666 | "
                      "Mail 15,731 1254x666 | Viewer 1291,731 1254x666");
 }

@@ -42,7 +42,7 @@ TEST_F(PointerInteractionTest, ADragPausesPollsUntilShortlyAfterItsEnd) {
     pointer.beginWindowDrag("mail", {});
     EXPECT_TRUE(pointer.abandon());
     queue.advance(Seconds{2});
-    EXPECT_EQ(resumed, 1) << "an abandoned drag ends its pause silently";
+    EXPECT_EQ(resumed, 1) << "abandoning a drag does not call the resume function";
 }
 
 TEST_F(PointerInteractionTest, FollowsNewIdsInEveryState) {
@@ -59,7 +59,7 @@ TEST_F(PointerInteractionTest, FollowsNewIdsInEveryState) {
     const CGRect frame = makeRect(0, 0, 10, 10);
     pointer.beginDividerDrag({"D", "layout", {}}, {}, before, {{"mail", frame}});
     pointer.rename("mail", "mail2");
-    EXPECT_FALSE(pointer.noteDividerFrame("mail2", frame)) << "the divider has that frame already";
+    EXPECT_FALSE(pointer.noteDividerFrame("mail2", frame)) << "this frame is already noted for the window";
     EXPECT_TRUE(pointer.noteDividerFrame("mail2", makeRect(0, 0, 20, 10)));
     pointer.renameDisplay("D", "E");
     const auto move = pointer.endDividerDrag();

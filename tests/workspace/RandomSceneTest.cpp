@@ -1,5 +1,5 @@
 // Random workspaces: a captured scene restores the workspace after random changes, and opening the scene once more
-// moves nothing.
+// moves no window.
 #include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>

@@ -126,7 +126,7 @@ void RandomWalk::openScene() {
     if (!scenes.empty()) act(action::ActivateScene{scenes[below(scenes.size())].id});
 }
 
-/// Any command for the focused window or another one.
+/// Gives a random command for a random window or for the focused window.
 void RandomWalk::commandWindow() {
     std::optional<WindowID> window;
     if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
@@ -179,11 +179,11 @@ void RandomWalk::dragWindow(const std::string& label) {
         pauseDrag();
     }
     if (chance(5)) {
-        story_ += " and gives up";
+        story_ += " and cancels the drag";
         return act(action::CancelWindowDrag{});
     }
     const auto mode = chance(4) ? floating : intoTile;
-    story_ += mode == floating ? " and lets it float" : " and lets it go";
+    story_ += mode == floating ? " and lets it float" : " and drops it into a tile";
     act(action::EndWindowDrag{pointer, movement, mode});
 }
 
@@ -219,7 +219,8 @@ std::optional<Failure> failureOf(const MakeWalk& make, std::uint32_t seed, const
     return failure;
 }
 
-/// Removes operations and reduces the numbers of others, as long as the same check fails.
+/// Shortens the list: removes operations and reduces the numbers of others. Keeps a change only if the same check
+/// still fails.
 std::pair<Operations, Failure> shortened(const MakeWalk& make, std::uint32_t seed, Operations operations,
                                          Failure failure) {
 #ifdef KOVA_HAS_RAPIDCHECK

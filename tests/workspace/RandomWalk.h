@@ -1,8 +1,8 @@
 // Random walks over a scenario. A walk is a list of operations, each with a name and a number. The number is the seed
 // for all choices of the operation (which window, which frame) among the windows and displays that exist at that
-// moment, so that the operation still works after others were removed. A failing walk is shortened and printed in a
-// form that can be pasted into a test: replay<RandomDay>(1570, {{"opens", 4711}, {"zoom", 12}}); KOVA_RANDOM_SEED
-// selects the first seed, KOVA_RANDOM_DAYS the number of seeds.
+// moment, so that an operation can still be carried out after other operations were removed from the list. A failing
+// walk is shortened and printed in a form that can be pasted into a test: replay<RandomDay>(1570, {{"opens", 4711},
+// {"zoom", 12}}); KOVA_RANDOM_SEED selects the first seed, KOVA_RANDOM_DAYS the number of seeds.
 #pragma once
 
 #include "tests/harness/Scenario.h"
@@ -32,7 +32,7 @@ class RandomWalk {
     RandomWalk& operator=(const RandomWalk&) = delete;
 
     virtual Operations anyOperations() = 0;
-    /// Carries out the operations up to the first after which `hasFailed` returns true.
+    /// Carries out the operations in order. Stops as soon as `hasFailed` returns true.
     void run(const Operations& operations, const std::function<bool()>& hasFailed);
     /// The operations so far, with a picture of the desktop after each of them.
     const std::string& story() const { return story_; }

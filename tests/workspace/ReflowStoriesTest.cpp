@@ -34,7 +34,7 @@ TEST(ReflowStories, ReflowsEndForAWindowThatAlwaysTakesMoreThanItsTile) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(120)), 0);
 }
 
-TEST(ReflowStories, ASpanIsGivenBackWhenItsWindowNeedsLessRoom) {
+TEST(ReflowStories, ASpanEndsWhenItsWindowFitsIntoOneTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2500, 300}}}).arrange();
     desk.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");

@@ -26,7 +26,7 @@ class Restart : public ::testing::Test {
     std::string nameOfWaiting() {
         return kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
     }
-    /// Kills the agent, which cannot restore or save anything, and starts the next one.
+    /// Ends the agent as a crash does, without restoring windows or saving the session, and starts the next agent.
     Scenario& killAndRestart() {
         desk.desktop.setTrusted(false); // the end of the agent changes neither windows nor the stored session
         desk.advance(Seconds(0.6));
@@ -59,7 +59,8 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
 }
 
-/// The agent shows stacked windows again when it ends.
+/// An upgrade ends the agent, which then shows stacked windows again. The next agent hides them, except in the cases
+/// below.
 TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;
@@ -120,7 +121,6 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     }
 }
 
-/// While a window is returning to its frame, the user may focus it or the agent may end.
 TEST_F(Restart, AStackedWindowShownMeanwhileIsHiddenByTheNextAgentUnlessTheStackIsCycledToIt) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
@@ -166,7 +166,7 @@ TEST_F(Restart, ArrangingOnLaunchLeavesRestoredWindowsInPlace) {
     EXPECT_EQ(kova().assignments(), assignments);
 }
 
-/// The windows of the disconnected display are either where the desktop has put them or in free tiles.
+/// While the display is disconnected, its window is in a free tile or, without one, where the desktop has put it.
 TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsGetsItsWindowsBack) {
     for (const bool isTileFree : {false, true}) {
         SCOPED_TRACE(isTileFree);
@@ -276,7 +276,7 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
                     return std::nullopt;
                 }).idNow.empty();
     };
-    EXPECT_TRUE(byTitle("Inbox")) << "no start was ever known";
+    EXPECT_TRUE(byTitle("Inbox")) << "without a stored start of the process, the title decides";
     EXPECT_FALSE(byTitle("Drafts"));
 }
 

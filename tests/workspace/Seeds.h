@@ -1,4 +1,4 @@
-// The seeds of a random test: from 1 on, or as given by KOVA_RANDOM_SEED (the first) and KOVA_RANDOM_DAYS (how many).
+// The seeds of a random test. KOVA_RANDOM_SEED gives the first seed (else 1), KOVA_RANDOM_DAYS the number of seeds.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -61,7 +61,7 @@ TEST_F(SessionRestoreTest, TheWindowsOfAnApplicationReturnTogether) {
     EXPECT_FALSE(restore.hasReturns());
 }
 
-TEST_F(SessionRestoreTest, TheStartTimeOfAProcessIsReadOnceAsLongAsItIsKept) {
+TEST_F(SessionRestoreTest, TheStartTimeOfAProcessIsReadOnceWhileItsProcessIsKept) {
     int reads = 0;
     const auto read = [&](pid_t) { return std::optional("start " + std::to_string(++reads)); };
     EXPECT_EQ(restore.processStart(7, read), "start 1");

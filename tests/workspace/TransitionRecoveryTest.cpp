@@ -46,7 +46,7 @@ TEST_F(TransitionRecoveryTest, EachFrontWindowIsPutBackOnce) {
     EXPECT_TRUE(recovery.isComplete(tiles));
 }
 
-TEST_F(TransitionRecoveryTest, AWindowWithANewIdIsRecognizedUnlessThatIdExistedBefore) {
+TEST_F(TransitionRecoveryTest, AReturningWindowWithANewIdIsRecognizedButAnotherOldWindowIsNotMistakenForIt) {
     const auto another = windowOf("mail2", "Inbox");
     const auto successors = recovery.takeSuccessors({another, notes}, tiles);
     ASSERT_EQ(successors.size(), 1u);

@@ -1,5 +1,5 @@
-/* A module for the X server of desktops: its driver for screens that do not exist gets a power switch for them, so that
-   they can be switched off like real ones. Nothing else about the server changes. */
+/* A module for the Xorg server. It adds power management (DPMS) to the server's "dummy" driver, which draws screens
+   without hardware. Tests can then switch these screens off like real ones. */
 #include "xorg-server.h"
 
 #include "xf86.h"
