@@ -252,7 +252,7 @@ int Scenario::framesWrittenWithin(Seconds duration) {
     return frameWrites() - before;
 }
 
-int Scenario::mostPollsAtRest(Seconds duration) const {
+int Scenario::mostPollsWhileIdle(Seconds duration) const {
     const auto longestIdleTime = desktop.longestIdleTime();
     return longestIdleTime ? static_cast<int>(duration / *longestIdleTime) : 0;
 }

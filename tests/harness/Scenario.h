@@ -88,7 +88,7 @@ class Scenario {
     /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
     /// How many polls may run within the duration while the desktop is idle: 0 if the desktop announces every change.
-    int mostPollsAtRest(Seconds duration) const;
+    int mostPollsWhileIdle(Seconds duration) const;
     /// The lines of the last arrangement's explanation.
     std::string explanation();
 

@@ -150,7 +150,7 @@ TEST_F(Launching, ATileWaitsForTwentySeconds) {
     EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(40)), kAlone);
     const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
-    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), before + desk.mostPollsAtRest(Seconds(60)))
+    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), before + desk.mostPollsWhileIdle(Seconds(60)))
         << "polls are idle again";
 }
 

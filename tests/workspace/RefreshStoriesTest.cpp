@@ -24,11 +24,11 @@ TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(600));
-    const int jobsAtRest = desk.desktop.pollingQueue().jobsBegun();
-    EXPECT_LE(jobsAtRest, jobs + desk.mostPollsAtRest(Seconds(600)));
+    const int jobsWhileIdle = desk.desktop.pollingQueue().jobsBegun();
+    EXPECT_LE(jobsWhileIdle, jobs + desk.mostPollsWhileIdle(Seconds(600)));
     desk.desktop.setTitle("Mail", "Inbox (1)");
     desk.advance(Seconds(0.6));
-    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobsAtRest + 1) << "the next tick notices the change";
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobsWhileIdle + 1) << "the next tick notices the change";
     EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox (1)");
 }
 
@@ -50,7 +50,7 @@ TEST(RefreshStories, TheListHasTheRealFrameOfAWindowThatRoundsItsSize) {
     EXPECT_EQ(std::fmod(known.frame->size.width, 17), 0);
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
-    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsAtRest(Seconds(60)))
+    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsWhileIdle(Seconds(60)))
         << "polls are idle again";
 }
 
@@ -76,6 +76,7 @@ TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
             order.push_back(name + " " + std::to_string(desk.controller().liveWindows().size()));
         });
     };
+    // A poll is awaited without a change only on a desktop whose announcements can get lost.
     EXPECT_EQ(awaits("unchanged"), desk.desktop.longestIdleTime().has_value());
     desk.settle();
     order.clear();

@@ -35,7 +35,7 @@ class Restart : public ::testing::Test {
         desk.desktop.queue().post([this] { desk.desktop.setTrusted(true); });
         return desk.restart();
     }
-    std::function<void()> meanwhile = [] {};
+    std::function<void()> meanwhile = [] {}; // what happens while no agent runs
 
     Scenario desk;
     std::string picture;
@@ -120,7 +120,8 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     }
 }
 
-/// While a window is returning to its frame, the user may focus it or the agent may end.
+/// The ending agent shows the stacked window. Before the next agent has hidden the window again, that agent ends, or
+/// the user cycles the stack to the window.
 TEST_F(Restart, AStackedWindowShownMeanwhileIsHiddenByTheNextAgentUnlessTheStackIsCycledToIt) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
@@ -236,7 +237,7 @@ TEST_F(Restart, TheSessionIsStoredAtMostOnceASecond) {
     EXPECT_LE(changes, 5);
 }
 
-TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
+TEST(Resumption, AStoredWindowMatchesOnlyAWindowOfTheSameProcessByIdOrTitle) {
     const auto window = [](WindowID id, pid_t process, std::string title, CGRect frame) {
         ManagedWindow w;
         w.id = std::move(id);
@@ -276,7 +277,7 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
                     return std::nullopt;
                 }).idNow.empty();
     };
-    EXPECT_TRUE(byTitle("Inbox")) << "no start was ever known";
+    EXPECT_TRUE(byTitle("Inbox")) << "the stored window has no start of its process either";
     EXPECT_FALSE(byTitle("Drafts"));
 }
 

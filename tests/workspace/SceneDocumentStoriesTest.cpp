@@ -35,7 +35,7 @@ TEST(SceneDocumentStories, ScenesAreFoundRenamedAndDeleted) {
     EXPECT_EQ(desk.state().scenes->size(), 2u);
 }
 
-TEST(SceneDocumentStories, ImportAddsNewRecordsAndCountsAllInTheFile) {
+TEST(SceneDocumentStories, AnImportAddsOnlyNewRecordsAndItsMessageCountsAllRecordsOfTheFile) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     captureScene(desk, "Mine");
@@ -57,7 +57,7 @@ TEST(SceneDocumentStories, ImportAddsNewRecordsAndCountsAllInTheFile) {
         desk.expectMessage("Imported 4 scenes and 2 rules");
         ASSERT_EQ(desk.state().scenes->size(), 3u);
         EXPECT_EQ(desk.state().scenes->at(0).name, "Mine");
-        EXPECT_EQ(desk.state().scenes->at(1).name, "Told");
+        EXPECT_EQ(desk.state().scenes->at(1).name, "Sample");
         EXPECT_EQ(desk.state().rules->size(), 1u);
         EXPECT_EQ(*desk.state().activeSceneID, mine);
     }

@@ -29,7 +29,7 @@ TEST(SceneRestoration, ASpanUsesItsSlotsOnlyIfTheyFormARectangleWithoutOtherSlot
     EXPECT_TRUE(slotsTaken(slots, "z", IDs{"a"}).empty()) << "the layout lacks the slot of the placement";
 }
 
-TEST(SceneRestoration, StacksGetTheSameOrderInWhateverOrderWindowsAppear) {
+TEST(SceneRestoration, TheOrderOfAStackDoesNotDependOnTheOrderInWhichWindowsAppear) {
     const auto restored = [](TileAssignments before, const std::vector<RestoredPlacement>& placements) {
         return withRestored(std::move(before), placements, {{"first", 0}, {"second", 1}, {"third", 2}});
     };

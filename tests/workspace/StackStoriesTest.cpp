@@ -20,11 +20,12 @@ void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, action::Dro
     desk.controller().perform(action::EndWindowDrag{{onDesktop.x, 1440 - onDesktop.y}, Movement::move, dropMode});
 }
 
+/// One way in which a front window leaves its tile, and the tiles after that.
 struct Leaving {
     const char* how;
     std::function<void(Scenario&)> leave;
     const char* tiles;
-    const char* tilesWhenOff;
+    const char* tilesWhenOff; // without the setting `bringsNextForward`
 };
 
 TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontWindowLeaves) {
@@ -166,7 +167,7 @@ TEST(LayoutCycle, CyclingThroughAllLayoutsRestoresTheFirstArrangement) {
         for (int step = 0; step < 5; ++step) desk.undo();
         EXPECT_EQ(shownCount(desk), std::min<std::size_t>(4, desk.controller().tiles().size())) << desk.tiles();
         desk.layout("jarvis.quad-grid");
-        EXPECT_EQ(desk.desktop.picture(), start) << "steps that were undone have no effect on later ones";
+        EXPECT_EQ(desk.desktop.picture(), start) << "layout changes that were undone have no effect on later changes";
     }
 }
 
