@@ -1,5 +1,5 @@
-// Parses any bytes as a URL: the action is one of the known ones, and the URL made from a scene is parsed to that scene
-// again.
+// Parses any bytes as a URL. If the URL names an action, the action is one of `NameableByURL`. If the URL opens a
+// scene, the URL that KOVA makes for that scene opens the same scene.
 #include "commands/Intents.h"
 #include "commands/URLActions.h"
 

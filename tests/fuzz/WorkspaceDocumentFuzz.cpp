@@ -1,5 +1,5 @@
-// Reads any bytes as a workspace document: either they are refused, or the document is the same after it was written
-// and read again.
+// Reads any bytes as a workspace document. A document that is not refused must be the same after it was written and
+// read again.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <cstddef>

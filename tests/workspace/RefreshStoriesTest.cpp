@@ -9,7 +9,7 @@ namespace kova {
 
 namespace {
 
-const CGRect kSomewhere = makeRect(100, 100, 700, 500);
+const CGRect kMailFrame = makeRect(100, 100, 700, 500);
 
 /// Actions that move windows, and undo.
 const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
@@ -130,7 +130,7 @@ TEST(RefreshStories, TheResultOfAPollFromBeforeAStopOrASleepIsDropped) {
 
 TEST(RefreshStories, OnlyVisibleChangesRepublishTheWindows) {
     Scenario desk;
-    desk.display(2560, 1440).opens("Mail", {.frame = kSomewhere}).start();
+    desk.display(2560, 1440).opens("Mail", {.frame = kMailFrame}).start();
     int published = 0;
     const auto subscription = desk.controller().state().windows.observe([&](const auto&) { ++published; });
     desk.desktop.userMoves("Mail", makeRect(300, 300, 700, 500));

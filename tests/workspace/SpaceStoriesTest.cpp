@@ -122,7 +122,7 @@ TEST_P(Spaces, AWindowReturnsToATileThatAWindowOfAnotherSpaceTook) {
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, FocusModeLastsOnAnotherSpaceAndItsEndRestoresTheTiles) {
+TEST_P(Spaces, FocusModeContinuesWhileAnotherSpaceIsShownAndItsEndRestoresTheTiles) {
     desk.desktop.userFocuses("Notes");
     desk.zoom();
     const std::string zoomed = desk.desktop.picture();
@@ -271,7 +271,7 @@ TEST(NativeTabs, EveryOperationAffectsTheShownTab) {
     }
 }
 
-TEST(NativeTabs, RulesAreNotAppliedAgain) {
+TEST(NativeTabs, RulesAreNotAppliedAgainToAnotherTabOfAWindow) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});

@@ -17,6 +17,7 @@ constexpr std::size_t kStepsPerWalk = 45;  // more than the history keeps
 constexpr double kLongestHastyPause = 0.6; // seconds
 constexpr CGSize kCell{17, 31};            // all frames are whole multiples of it; some windows round their size to it
 
+/// Calm: the desktop settles after each step. Hasty: the next command may come at once.
 enum class Pace { calm, hasty };
 
 class UndoWalk : public RandomWalk {
