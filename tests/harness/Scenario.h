@@ -3,15 +3,21 @@
 //     Scenario desk;
 //     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes");
 //     desk.arrange();
-//     desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
+//     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
 //
-// Every step checks these invariants: tiles fill their display and do not overlap; no window is in two tiles except as
-// a span; stacks and anchors agree with the assignments; published values equal the state; every call of a
-// platform interface obeys its contract; kova-ui can translate each status message. Once the desktop is settled: only
-// live windows have tiles; every window that accepts its frame is in its tile; no window lies outside all displays;
-// windows in tiles overlap only if a minimum size that the window does not announce requires it. At the end of the
-// scenario no work is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop responds and announces changes like a
-// Mac, unless a scenario sets another style.
+// Every step checks these invariants:
+// - Tiles fill their display and do not overlap.
+// - No window is in two tiles, except as a span. Stacks and anchors agree with the assignments.
+// - Published values equal the state.
+// - Every call of a platform interface obeys its contract.
+// - kova-ui can translate each status message.
+// Once the desktop is settled, these hold as well:
+// - Only live windows have tiles, and every window that accepts its frame is in its tile.
+// - No window lies outside all displays.
+// - Windows in tiles overlap only if a minimum size that the window does not announce requires it.
+//
+// At the end of the scenario no work is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop responds and
+// announces changes like a Mac, unless a scenario sets another style.
 #pragma once
 
 #include "app/AppDelegate.h"

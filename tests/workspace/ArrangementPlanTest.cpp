@@ -8,7 +8,7 @@ using namespace kova;
 
 namespace {
 
-/// Builds a builder's input from the windows and their tiles, and prints the plan as "Mail:focus-main
+/// Builds the input of the planner from the windows and their tiles, and prints the plan as "Mail:focus-main
 /// Notes:secondary-1".
 class PlanBuilder {
   public:
@@ -61,7 +61,7 @@ TEST(ArrangementPlan, RolesDecideWhichWindowGetsThePrimaryTile) {
                               "Mail:focus-right-bottom Viewer:surplus");
 }
 
-TEST(ArrangementPlan, EqualScoresAreOrderedByNameRegardlessOfCaseThenByEnumeration) {
+TEST(ArrangementPlan, EqualScoresAreOrderedByNameRegardlessOfCaseThenByTheOrderOfTheList) {
     PlanBuilder builder;
     builder.display("D", "jarvis.triple-strip");
     for (const char* name : {"zeta", "beta", "Alpha"}) builder.window(name);

@@ -34,7 +34,7 @@ class Displays : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Displays, AStandbyMovesNoWindowToAnotherDisplay) {
+TEST_F(Displays, TheStandbyOfADisplayMovesNoWindowToAnotherDisplay) {
     desk.desktop.close("Mail"); // frees a tile on any display
     desk.settle().arrange();
     const auto assigned = *desk.state().assignedWindowIDs;

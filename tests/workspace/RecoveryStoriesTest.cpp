@@ -110,7 +110,7 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsRecognized) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 
-TEST_F(Recovery, AWindowWithANewIdentifierIsRecognizedOnlyByItsTitleAndSizeAndIfNoOtherMatches) {
+TEST_F(Recovery, ANewIdentifierIsRecognizedOnlyIfExactlyOneWindowHasTheTitleAndSize) {
     struct Case {
         const char* what;
         std::function<void(SimulatedDesktop&)> happens;

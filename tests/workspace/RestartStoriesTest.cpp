@@ -122,7 +122,7 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
 
 /// The ending agent shows the stacked window. Before the next agent has hidden the window again, that agent ends, or
 /// the user cycles the stack to the window.
-TEST_F(Restart, AStackedWindowShownMeanwhileIsHiddenByTheNextAgentUnlessTheStackIsCycledToIt) {
+TEST_F(Restart, AShownStackedWindowIsHiddenByALaterAgentUnlessTheUserCyclesTheStackToIt) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
     const auto upgrade = [&] {

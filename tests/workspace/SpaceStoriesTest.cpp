@@ -271,7 +271,7 @@ TEST(NativeTabs, EveryOperationAffectsTheShownTab) {
     }
 }
 
-TEST(NativeTabs, RulesAreNotAppliedAgainToAnotherTabOfAWindow) {
+TEST(NativeTabs, RulesAreNotAppliedAgainToAWindowWithANewId) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});

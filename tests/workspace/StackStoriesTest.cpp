@@ -28,7 +28,7 @@ struct Leaving {
     const char* tilesWhenOff; // without the setting `bringsNextForward`
 };
 
-TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontWindowLeaves) {
+TEST(StackStories, TheNextStackedWindowComesForwardInWhateverWayTheFrontWindowLeaves) {
     using action::DropMode;
     const Leaving ways[] = {
         {"closed", [](Scenario& desk) { desk.desktop.close("Codex"); },
@@ -68,7 +68,7 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontWindowLeaves) {
     }
 }
 
-TEST(StackStories, AnArrangementRightAfterAMoveCountsTheNextWindowAsShown) {
+TEST(StackStories, AnArrangementRightAfterAMoveCountsTheNextStackedWindowAsShown) {
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
         std::string pictures[2];
         for (const bool isAtOnce : {false, true}) {
