@@ -105,6 +105,7 @@ TEST_F(Announcements, AnApplicationThatDoesNotRespondIsPolledForAWhile) {
     EXPECT_LE(polls(Seconds(100)), 10);
 }
 
+/// A stale permission is granted but has no effect.
 TEST_F(Announcements, AStalePermissionIsReportedAndItsRecoveryIsNoticed) {
     desk.desktop.setPermissionStale(true);
     desk.advance(Seconds(2));

@@ -13,7 +13,7 @@
 namespace kova {
 namespace {
 
-/// Three displays with six windows in tiles, one of them behind another.
+/// Three displays with two tiles each, and a window in each tile.
 class Displays : public ::testing::Test {
   protected:
     Displays() { prepare(desk); }
@@ -311,7 +311,7 @@ TEST_F(Displays, AZoomedWindowOnlyDelaysThePlacementOfWindowsOfADisconnectedDisp
     }
 }
 
-/// A display that is named only by its frame, such as that of a virtual machine.
+/// A display whose id is made from its frame, such as that of a virtual machine.
 class NamelessDisplay : public ::testing::Test {
   protected:
     NamelessDisplay() {
@@ -327,7 +327,7 @@ class NamelessDisplay : public ::testing::Test {
         desk.desktop.addDisplay({.name = "VM", .size = size, .origin = CGPoint{0, 0}, .canTellUUID = false});
         desk.desktop.queue().runDue();
     }
-    /// Per tile, the front window and the stacked windows.
+    /// For each tile, its front window and its stacked windows.
     std::string windowsInTiles() {
         std::string text;
         for (const auto& tile : desk.controller().tiles()) {

@@ -67,9 +67,9 @@ class RandomWalk {
     }
     Operations draw(std::size_t count, const std::function<std::string()>& anyName);
     WorkspaceDirection anyDirection();
-    /// A frame whose corner is on a display, if there is one.
+    /// A frame whose corner is on a display, if there is a display.
     CGRect anyFrame();
-    // These do nothing if there is no window, display or divider.
+    // Each of these calls `use` for a random window, display or divider, or does nothing if there is none.
     using UseName = std::function<void(const std::string&)>; // is passed the label of a window or the name of a display
     void withAnyWindow(const UseName& use);
     void withAnyDisplay(const UseName& use);

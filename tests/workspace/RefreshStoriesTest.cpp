@@ -11,13 +11,13 @@ namespace {
 
 const CGRect kMailFrame = makeRect(100, 100, 700, 500);
 
-/// Actions that move windows, and undo.
-const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
-                                                     action::Focus{WorkspaceDirection::right},
-                                                     action::Move{WorkspaceDirection::right},
-                                                     action::CycleStack{},
-                                                     action::ToggleFocusZoom{},
-                                                     action::Undo{}};
+/// Actions that are refused without the permission and while the screen is locked.
+const std::vector<WorkspaceAction> kRefusedActions = {action::Arrange{},
+                                                      action::Focus{WorkspaceDirection::right},
+                                                      action::Move{WorkspaceDirection::right},
+                                                      action::CycleStack{},
+                                                      action::ToggleFocusZoom{},
+                                                      action::Undo{}};
 
 TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
     Scenario desk;
@@ -150,7 +150,7 @@ TEST(RefreshStories, WithdrawingThePermissionEmptiesTheTilesAndGrantingItDoesNot
     EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::denied);
     EXPECT_TRUE(desk.state().windows->empty());
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
-    for (const auto& action : kMovingActions) {
+    for (const auto& action : kRefusedActions) {
         desk.advance(Seconds(5)).perform(action);
         EXPECT_FALSE(desk.wasCarriedOut());
         desk.expectMessage("Accessibility permission is required");
@@ -207,7 +207,7 @@ TEST(RefreshStories, PlacementsAreKeptWhileTheScreenIsLocked) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     const std::string movedTiles = desk.tiles();
-    for (const auto& action : kMovingActions) {
+    for (const auto& action : kRefusedActions) {
         desk.advance(Seconds(5)).perform(action);
         EXPECT_FALSE(desk.wasCarriedOut());
         desk.expectMessage("The screen is locked");

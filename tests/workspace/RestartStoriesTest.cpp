@@ -26,7 +26,7 @@ class Restart : public ::testing::Test {
     std::string nameOfWaiting() {
         return kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
     }
-    /// Kills the agent, which cannot restore or save anything, and starts the next one.
+    /// Ends the agent as a crash does, so that it cannot restore or save anything, and starts the next one.
     Scenario& killAndRestart() {
         desk.desktop.setTrusted(false); // the end of the agent changes neither windows nor the stored session
         desk.advance(Seconds(0.6));
@@ -59,7 +59,7 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
 }
 
-/// The agent shows stacked windows again when it ends.
+/// The agent shows stacked windows when it ends. The next agent hides them if `isHiddenAgain` is true.
 TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;

@@ -76,7 +76,8 @@ TEST(SceneDocumentStories, ASceneThatCouldNotBeReadBackIsRefused) {
     desk.display(2560, 1440).opens("Mail").arrange();
     captureScene(desk, "Mine");
     auto scene = sceneOf({});
-    // The largest number of values of a display; the drag of a divider adds the values of its split.
+    // With these weights the display of the scene has as many values as are allowed. The drag below adds the values of
+    // another split.
     scene.displays[0].layoutWeights.splits["of another layout"].assign(4089, 1.0);
     openScene(desk, importScene(desk, scene));
     const auto before = *desk.state().scenes;

@@ -100,7 +100,7 @@ TEST_P(Spaces, StacksKeepTheirOrder) {
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + "), std::string::npos);
     show(1);
-    // With `listsShown` hidden windows are listed on every Space, so an arrangement here would use the stacked window.
+    // With `listsShown`, hidden windows are listed on every Space, so an arrangement here would use the stacked window.
     if (GetParam() == SpaceStyle::listsAll) desk.opens("Codex").arrange();
     show(0).settle();
     desk.expectTiles(picture);

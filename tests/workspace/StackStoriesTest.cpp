@@ -189,7 +189,8 @@ TEST(LayoutCycle, ChangesByTheUserDuringTheCycleAreKept) {
     desk.cycleStack();
     desk.desktop.close(desk.desktop.focusedLabel());
     desk.settle().layout("jarvis.quad-grid");
-    EXPECT_EQ(shownCount(desk), 3u) << "windows that were cycled have their tiles again: " << desk.tiles();
+    EXPECT_EQ(shownCount(desk), 3u) << "the windows that the user cycled through have their tiles again: "
+                                    << desk.tiles();
 }
 
 } // namespace

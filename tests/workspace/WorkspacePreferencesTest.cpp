@@ -97,8 +97,8 @@ TEST(WorkspacePreferences, EachValueOutOfRangeIsReplacedAndReported) {
                                          {"B", DisplayLayoutSelection::layout("jarvis.quad-grid")}};
     profile.tileInset = 5000;
     profile.applicationMinimumSizes = {{"good", {600, 0}}, {"low", {-1, 100}}, {"vast", {1e9, 100}}};
-    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {
-        0, -1}; // the weights are limited only when the layout is used
+    // Weights are limited only when their layout is used.
+    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {0, -1};
     MemoryPreferencesStore store;
     saveProfile(store, profile);
     const auto loaded = loadWorkspacePreferences(store).profile;
