@@ -131,7 +131,7 @@ TEST(StackStories, WindowsDisplacedByASpanReturnToTheirTiles) {
     EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "the window's tile is free: " << desk.tiles();
 }
 
-TEST(StackStories, TheWindowBehindAZoomedOneComesForwardWhenFocusModeEnds) {
+TEST(StackStories, TheWindowBehindOneThatClosedDuringFocusModeComesForwardWhenFocusModeEnds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Viewer").opens("Mail").opens("Codex").arrange();
     desk.desktop.userFocuses("Codex");
