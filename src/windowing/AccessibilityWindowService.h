@@ -47,7 +47,7 @@ struct KnownWindow {
 struct UnlistedWindow {
     WindowID id;
     bool answers = true;                // false: its application does not respond
-    std::optional<WindowCandidate> now; // absent without a response, or if the window is not managed any more
+    std::optional<WindowCandidate> now; // absent without a response, or if the window cannot be managed any more
 };
 
 /// The result of one poll.
@@ -87,9 +87,9 @@ class AccessibilityWindowService {
     /// frame of a window that refuses to shrink, if it had the same size in the pass before and its sizes are reliable.
     void setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,
                   std::function<void(CGRect)> onMinimumSizeObserved);
-    /// One immediate write while the user drags; ends the pending passes of the window.
+    /// Writes the frame once, immediately, while the user drags. Ends the pending passes of the window.
     void setFrameInteractive(const ManagedWindow& window, const CGRect& frame);
-    /// One write of the position (window-service space); the size is left to the window.
+    /// Writes the position (window-service space) once and does not change the size.
     void move(const ManagedWindow& window, CGPoint origin);
     /// Ends the pending passes of the window and writes nothing.
     void cancelPlacement(const WindowID& windowID);
@@ -113,10 +113,10 @@ class AccessibilityWindowService {
 
     /// The window element under a point of screen space, with its process.
     std::optional<std::pair<pid_t, AccessibilityElement>> windowElement(CGPoint pointOnScreen) const;
-    /// Id of the focused window of the front application; absent when there is none.
+    /// The id of the focused window of the front application; absent if no window has the focus.
     std::optional<WindowID> focusedWindowID() const;
     bool areSizesReliable(const ManagedWindow& window) const { return accessibility_.areSizesReliable(window.element); }
-    /// Sends all writes so far.
+    /// Sends all writes that were requested so far.
     void flush();
 
   private:
@@ -154,7 +154,7 @@ class AccessibilityWindowService {
         std::optional<Seconds> end; // uptime; absent while the window's last pass is scheduled
     };
     std::unordered_map<WindowID, PendingFrame> pendingFrames_;
-    std::shared_ptr<VerificationRound> newestRound_;            // absent once its first pass has begun
+    std::shared_ptr<VerificationRound> newestRound_;            // absent after its first pass has begun
     std::vector<std::shared_ptr<VerificationRound>> unchanged_; // rounds whose next pass waits for a change
     Lifetime lifetime_;
 };

@@ -19,8 +19,9 @@ Subscription ChangeNotifications::notifyWhenChanged(std::uint64_t count, std::fu
     return Subscription(std::move(waiting));
 }
 
-/// Called when a subscription is dropped, which may happen during any operation. The desktop may read events when it is
-/// asked for a notification, so the notification for the others stays as it is.
+/// Cancels the desktop's notification if no subscription is left. A subscription may be dropped during any operation,
+/// and a request for a notification may make the desktop read events. So this function requests no new notification for
+/// the remaining subscriptions.
 void ChangeNotifications::stopIfNoneWaits() {
     std::erase_if(waiting_, [](const auto& waiting) { return waiting.expired(); });
     if (waiting_.empty()) changes_.notifyWhenChanged(0, {});
@@ -48,7 +49,7 @@ void ChangeNotifications::notifyDue() {
     });
     awaitNext();
     for (const auto& weak : due) {
-        // A callback may drop the subscription of another one.
+        // A callback may have dropped the subscription of a later one.
         if (const auto waiting = weak.lock()) waiting->callback();
     }
 }

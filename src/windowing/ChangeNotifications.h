@@ -1,4 +1,4 @@
-// Lets several objects wait for changes of the desktop. The desktop itself announces a change to one callback only.
+// Lets several objects wait for changes of the desktop. The desktop itself notifies only one callback.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -21,8 +21,8 @@ class ChangeNotifications {
     ChangeNotifications(const ChangeNotifications&) = delete;
     ChangeNotifications& operator=(const ChangeNotifications&) = delete;
 
-    /// Calls `callback` once, on the main queue, as soon as the desktop's change count differs from `count`, which may
-    /// be the case already. Dropping the subscription cancels that.
+    /// Calls `callback` once, on the main queue, as soon as the desktop's change count differs from `count`; the two
+    /// may differ already. Dropping the subscription cancels the call.
     [[nodiscard]] Subscription notifyWhenChanged(std::uint64_t count, std::function<void()> callback);
     /// The desktop's change count if an unchanged count proves that nothing has changed; else absent.
     std::optional<std::uint64_t> reliableCount() const;
@@ -45,7 +45,7 @@ class ChangeNotifications {
     void notifyDue();
 
     DesktopChangeServicing& changes_;
-    std::vector<std::weak_ptr<Waiting>> waiting_; // expired: cancelled
+    std::vector<std::weak_ptr<Waiting>> waiting_; // expired after its subscription was dropped
     Lifetime lifetime_;
 };
 

@@ -1,4 +1,4 @@
-// Placing a window and verifying its frame: applications clamp, delay and refuse requests.
+// Places windows and verifies their frames, because applications clamp, delay and refuse requests.
 #include "support/SameFrame.h"
 #include "windowing/AccessibilityWindowService.h"
 
@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-/// Whether the window kept its size since the previous pass: a window that is still shrinking has not refused the
-/// frame.
+/// Whether the window kept its size since the previous pass. If not, it may still be shrinking, so it has not refused
+/// the frame.
 bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
     return before && std::abs(before->width - now.width) <= kFrameTolerancePoints &&
            std::abs(before->height - now.height) <= kFrameTolerancePoints;
@@ -39,7 +39,8 @@ struct AccessibilityWindowService::VerificationRound {
 
 void AccessibilityWindowService::writeFrame(const AccessibilityElement& element, const CGRect& frame,
                                             FrameWriteOrder order) {
-    // Written twice: applications that clamp size against position, or position against size, need the second pair.
+    // Both are written twice: applications that clamp size against position, or position against size, need the second
+    // pair.
     const AttributeWrite position{AccessibilityAttribute::position, frame.origin};
     const AttributeWrite size{AccessibilityAttribute::size, frame.size};
     const auto writes = order == FrameWriteOrder::positionFirst ? std::array{position, size, size, position}
@@ -83,7 +84,7 @@ void AccessibilityWindowService::scheduleVerification(const std::shared_ptr<Veri
 }
 
 void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>& round) {
-    if (newestRound_ == round) newestRound_.reset(); // no placement joins it any more
+    if (newestRound_ == round) newestRound_.reset(); // no further placement joins the round
     std::erase_if(round->placements, [this](const Placement& placement) {
         return placementGenerations_[placement.windowID] != placement.generation;
     });
@@ -97,8 +98,8 @@ void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>
     isOnTarget&& changeCount ? verifyAfterChange(round, *changeCount) : scheduleVerification(round);
 }
 
-/// Until the desktop changes, the next pass would find what this one has found. So it waits for a change; most
-/// placements need one pass then.
+/// Until the desktop changes, the next pass would have the same result as this one. So the next pass waits for a
+/// change, and most placements need only one pass.
 void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<VerificationRound>& round,
                                                    std::uint64_t changeCount) {
     const Seconds end = round->begun + Seconds(kVerificationDelays.back());
@@ -113,7 +114,7 @@ void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<Verific
     }));
 }
 
-/// The passes that were due before the change have nothing to find any more.
+/// Skips the passes that were due before the change: the desktop was unchanged then, so they had nothing to correct.
 void AccessibilityWindowService::resumeVerification(const std::shared_ptr<VerificationRound>& round) {
     std::erase(unchanged_, round);
     round->change = {};
@@ -166,7 +167,7 @@ std::optional<CGRect> AccessibilityWindowService::pendingFrame(const WindowID& w
 
 AccessibilityWindowService::PassResult AccessibilityWindowService::verify(Placement& placement, int pass) {
     if (placementGenerations_[placement.windowID] != placement.generation) return PassResult::onTarget;
-    // Must come first: `onMinimumSizeObserved` may request a new frame, which is then pending.
+    // The pending frame is erased first: `onMinimumSizeObserved` may request a new frame, which is then pending.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 
     const auto frame = readFrame(placement.element);
@@ -203,7 +204,7 @@ AccessibilityWindowService::PassResult AccessibilityWindowService::verify(Placem
 void AccessibilityWindowService::correct(const Placement& placement, int pass) {
     writeFrame(placement.element, placement.target, writeOrder(pass + 1));
     if (pass == kLastVerificationPass) {
-        // A window that cannot fill its target is at least moved inside it.
+        // A window that cannot fill its target is at least moved inside the target.
         const auto frame = readFrame(placement.element);
         const auto moved = frame ? movedInside(*frame, placement.target) : std::nullopt;
         if (moved) writeFrame(placement.element, *moved, writeOrder(pass + 2));

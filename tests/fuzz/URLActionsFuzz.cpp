@@ -1,5 +1,5 @@
-// Parses any bytes as a URL. The parsed action is of a kind that a URL may name. If the action opens a scene, a URL
-// made from the name of this scene is parsed to the same name.
+// Parses any bytes as a URL. If the URL names an action, the action is one of `NameableByURL`. If the URL opens a
+// scene, the URL that KOVA makes for that scene opens the same scene.
 #include "commands/Intents.h"
 #include "commands/URLActions.h"
 

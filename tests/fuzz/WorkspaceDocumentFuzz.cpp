@@ -1,5 +1,5 @@
-// Reads any bytes as a workspace document. Either the bytes are refused, or the document that was read equals the one
-// that is read after writing it.
+// Reads any bytes as a workspace document. A document that is not refused must be the same after it was written and
+// read again.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <cstddef>

@@ -14,7 +14,7 @@ namespace kova {
 namespace {
 
 constexpr double kTolerance = 2;              // points, as in the verification of placements
-constexpr int kProbesPerSide = 24;            // points of a display that are checked for gaps
+constexpr int kProbesPerSide = 24;            // a grid with this many points per side is checked for gaps in a display
 constexpr double kLeastSideWithMargins = 400; // points; layouts of smaller displays have no margins and gutters
 
 bool overlap(const CGRect& a, const CGRect& b) {
@@ -34,8 +34,8 @@ bool isCovered(const CGRect& area, const std::vector<CGRect>& rectangles) {
         for (int row = 0; row < kProbesPerSide; ++row) {
             const CGPoint probe = {minX(area) + area.size.width * (column + 0.5) / kProbesPerSide,
                                    minY(area) + area.size.height * (row + 0.5) / kProbesPerSide};
-            const auto holds = [&](const CGRect& rectangle) { return containsPoint(rectangle, probe); };
-            if (std::none_of(rectangles.begin(), rectangles.end(), holds)) return false;
+            const auto contains = [&](const CGRect& rectangle) { return containsPoint(rectangle, probe); };
+            if (std::none_of(rectangles.begin(), rectangles.end(), contains)) return false;
         }
     }
     return true;
@@ -64,7 +64,7 @@ void Scenario::checkCanBeTranslated(const std::string& message) {
     const bool isListed = message.find('\n') != std::string::npos;
     const bool hasNamesOnly = std::ranges::any_of(
         desktop.screens(), [&](const Screen& screen) { return message.ends_with(" on " + screen.localizedName); });
-    // The simulated desktop makes these texts.
+    // These texts come from the simulated desktop.
     const bool isOfDesktop = message.ends_with("is broken") || message == "Give the permission anew";
     EXPECT_TRUE(isKnown || isListed || hasNamesOnly || isOfDesktop)
         << "kova-ui cannot translate the message “" << message << "”: add it to src/ui/client/AgentTextPatterns.h";
@@ -75,7 +75,7 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& violations)
         std::vector<CGRect> cells;
         std::vector<CGRect> surroundings;
         const auto* layout = controller().resolvedLayout(displayID(screen));
-        if (!layout) continue; // the controller is notified of the display with the next event
+        if (!layout) continue; // the controller is notified of the display only with the next event
         for (const auto& tile : controller().tiles()) {
             if (tile.displayID != displayID(screen)) continue;
             for (const auto& other : cells) {
@@ -141,7 +141,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violation
         const auto screens = desktop.screens();
         const auto screen =
             std::ranges::find_if(screens, [&](const Screen& shown) { return displayID(shown) == tile.displayID; });
-        if (screen == screens.end()) continue; // the controller is notified of the display with the next event
+        if (screen == screens.end()) continue; // the controller is notified of the display only with the next event
         const CGSize display = screen->visibleFrame.size;
         const bool isKnown = considered == MinimumSizes::all || !window.traits().secretMinimumSize;
         const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
@@ -175,7 +175,7 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
         }
     }
     // KOVA does not notice that an unresponsive application has closed a window, and some closed windows continue to
-    // respond.
+    // respond. Both kinds of windows may have tiles.
     for (const auto& window : controller().liveWindows()) {
         if (desktop.isSilent(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
     }

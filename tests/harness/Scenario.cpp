@@ -121,7 +121,7 @@ bool Scenario::isRecovering() {
     return desktop.queue().uptime() < recoveryEnd_;
 }
 
-/// After a restart, the agent awaits missing windows in the same way: they may have been closed while no agent ran.
+/// After a restart, the agent awaits missing windows in the same way, though they may have closed while no agent ran.
 bool Scenario::isResuming() {
     return desktop.queue().uptime() < resumptionEnd_;
 }
@@ -137,8 +137,8 @@ Scenario& Scenario::perform(const WorkspaceAction& action) {
 
 Scenario& Scenario::arrange() {
     // Waits for a poll that sees windows that were just opened.
-    const Seconds late = desktop.announcesWithoutRequest() ? Seconds(0) : Seconds(0.1);
-    if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
+    const Seconds delay = desktop.announcesWithoutRequest() ? Seconds(0) : Seconds(0.1);
+    if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + delay);
     framesAtRestart_.clear();
     return perform(action::Arrange{});
 }
@@ -177,7 +177,7 @@ Scenario& Scenario::advance(Seconds duration) {
     noteLostAnnouncements();
     desktop.queue().advance(duration);
     noteLostAnnouncements();
-    // If a window closed itself meanwhile, the desktop is not settled: perhaps only the next poll notices that.
+    // If a window closed itself meanwhile, the desktop is not settled: the close may be noticed only by the next poll.
     isSettled_ = duration >= needed && desktop.closedCount() == closedBefore;
     isSettled_ = isSettled_ && desktop.queue().uptime() >= lossesFoundBy_;
     checkInvariants();
@@ -209,7 +209,7 @@ std::string Scenario::describeTile(const WorkspaceTile& tile) {
         const auto label = desktop.labelOfID(*tile.windowID);
         const auto anchor = anchors.find(*tile.windowID);
         if (anchor != anchors.end() && anchor->second != tile.target) return "(" + label + ")";
-        text = label == tile.windowID->text() ? label + " gone" : desktop.describeWindow(desktop.window(label));
+        text = label == tile.windowID->text() ? label + " closed" : desktop.describeWindow(desktop.window(label));
     }
     for (const auto& windowID : tile.stack) {
         if (windowID != tile.windowID) text += " + " + desktop.labelOfID(windowID);
@@ -252,7 +252,7 @@ int Scenario::framesWrittenWithin(Seconds duration) {
     return frameWrites() - before;
 }
 
-int Scenario::mostPollsAtRest(Seconds duration) const {
+int Scenario::mostPollsWhileIdle(Seconds duration) const {
     const auto longestIdleTime = desktop.longestIdleTime();
     return longestIdleTime ? static_cast<int>(duration / *longestIdleTime) : 0;
 }

@@ -1,17 +1,23 @@
-// A scenario: the real controller on the simulated desktop. No part of KOVA is replaced.
+// A scenario runs the real controller on the simulated desktop. No part of KOVA is replaced.
 //
 //     Scenario desk;
 //     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes");
 //     desk.arrange();
 //     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
 //
-// Every step checks these invariants: tiles fill their display and do not overlap; no window is in two tiles except as
-// a span; stacks and anchors agree with the assignments; published values equal the state; every call obeys the
-// platform interface; kova-ui can translate each status message. Once the desktop is settled: only live windows have
-// tiles; every window that accepts its frame is in its tile; no window lies outside all displays; windows in tiles
-// overlap only if a minimum size that the window does not announce requires it. At the end of the scenario no work is
-// left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop responds and announces changes like a Mac, unless a
-// scenario sets another style.
+// Every step checks these invariants:
+// - Tiles fill their display and do not overlap.
+// - No window is in two tiles, except as a span. Stacks and anchors agree with the assignments.
+// - Published values equal the state.
+// - Every call of a platform interface obeys its contract.
+// - kova-ui can translate each status message.
+// Once the desktop is settled, these hold as well:
+// - Only live windows have tiles, and every window that accepts its frame is in its tile.
+// - No window lies outside all displays.
+// - Windows in tiles overlap only if a minimum size that the window does not announce requires it.
+//
+// At the end of the scenario no work is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop responds and
+// announces changes like a Mac, unless a scenario sets another style.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -53,7 +59,7 @@ class Scenario {
     /// Destroys the controller and starts a new one with the present preferences.
     Scenario& restart(const std::function<void()>& beforeTheFirstPoll = {});
 
-    /// The machine goes to sleep and wakes up.
+    /// `sleep` simulates the event before the machine sleeps, `wake` the event after it has woken up.
     Scenario& sleep() { return simulate(SystemActivityEvent::systemWillSleep); }
     Scenario& wake() { return simulate(SystemActivityEvent::systemDidWake); }
     Scenario& simulate(SystemActivityEvent event);
@@ -87,9 +93,8 @@ class Scenario {
     void expectFocus(std::string_view label);
     /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
-    /// The greatest number of polls that may run within the duration while the desktop is idle. It is 0 if the desktop
-    /// announces every change.
-    int mostPollsAtRest(Seconds duration) const;
+    /// How many polls may run within the duration while the desktop is idle; 0 if no announcement can get lost.
+    int mostPollsWhileIdle(Seconds duration) const;
     /// The lines of the last arrangement's explanation.
     std::string explanation();
 
@@ -126,8 +131,8 @@ class Scenario {
     bool wasStarted_ = false;
     bool wasCarriedOut_ = false;
     bool isSettled_ = false;
-    Seconds recoveryEnd_{0}; // uptime
-    Seconds resumptionEnd_{0};
+    Seconds recoveryEnd_{0};   // uptime
+    Seconds resumptionEnd_{0}; // uptime
     Seconds lossesFoundBy_{0}; // uptime; by then a poll has found all changes whose announcements were lost
     int knownLosses_ = 0;
     struct FrameAtRestart {

@@ -1,4 +1,4 @@
-// Random events of a long session in a short time, with real windows and the real agent.
+// Runs as many random events as a long session has in a short time, with real windows and the real agent.
 //
 // KOVA_SOAK_SECONDS   the duration; the growth of memory is checked if the duration is at least a minute
 // KOVA_SOAK_SEED      the seed of the random numbers; the events also depend on the speed of the machine
@@ -98,8 +98,8 @@ class Soak : public ::testing::TestWithParam<Manager> {
         act(window, *applications_[window.application]);
     }
     /// Withdraws the window, waits until the window manager has released it, and maps it again, as programs do. The
-    /// requests are repeated: a window manager that has just minimized the window may take its withdrawal for the end
-    /// of the minimizing. The window must be managed first, since Openbox handles requests for a new window in the
+    /// requests are repeated: a window manager that has just minimized the window may mistake its withdrawal for the
+    /// end of the minimizing. The window must be managed first, since Openbox handles requests for a new window in the
     /// wrong order.
     void reopen(const Window& window) {
         TestClient& client = *applications_[window.application];
@@ -221,7 +221,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
              }},
             {2, "withdraw and map a window",
              [this] { withAnyWindow([this](Window& window, TestClient&) { reopen(window); }); }},
-            {2, "maximize or fill the screen",
+            {2, "maximize or full screen",
              [this] {
                  withAnyWindow([this](Window& window, TestClient& client) {
                      client.requestState(window.number,
@@ -296,8 +296,8 @@ class Soak : public ::testing::TestWithParam<Manager> {
         };
     }
 
-    // What must be true
-    /// Tiles that one window spans have the same frame. Other tiles must not overlap.
+    // Checks
+    /// The tiles of one span are reported with the same frame. Other tiles must not overlap.
     void expectNoOverlaps() {
         const auto tiles = session_.query("tiles");
         EXPECT_FALSE(tiles.empty());
@@ -335,7 +335,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         }
         return lost;
     }
-    /// A terminal can become so small that KOVA does not manage it.
+    /// Whether the terminal has become so small that KOVA does not manage it.
     bool isSmall(const Terminal& terminal) const {
         const auto properties = session_.run({"xwininfo", "-name", terminal.title}).output;
         const auto isBelow = [&](const std::string& label, int least) {

@@ -20,6 +20,7 @@ class Announcements : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.advance(Seconds(12));
     }
+    /// The number of polls within the duration.
     int polls(Seconds duration) {
         const int before = desk.desktop.pollingQueue().jobsBegun();
         desk.advance(duration);
@@ -104,6 +105,7 @@ TEST_F(Announcements, AnApplicationThatDoesNotRespondIsPolledForAWhile) {
     EXPECT_LE(polls(Seconds(100)), 10);
 }
 
+/// A stale permission is granted but has no effect.
 TEST_F(Announcements, AStalePermissionIsReportedAndItsRecoveryIsNoticed) {
     desk.desktop.setPermissionStale(true);
     desk.advance(Seconds(2));
@@ -166,7 +168,7 @@ TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleBarOrAnEdge) {
     EXPECT_GT(readsOf({600, 20}, {600, 20}), 0) << "a press on a title bar";
     EXPECT_GT(readsOf({16, 700}, {16, 700}), 0) << "a press on an edge";
     EXPECT_EQ(readsOf({600, 1430}, {600, 1430}), 0) << "a press on the desktop";
-    // A window that the user drags by a point inside it is put into the tile under the pointer, too.
+    // A drag by a point inside a window also puts the window into the tile under the pointer.
     desk.desktop.pressAt({1900, 700}, WindowPart::titleBar);
     for (double x = 1880; x >= 500; x -= 40) {
         desk.desktop.movePointer({x, 700});

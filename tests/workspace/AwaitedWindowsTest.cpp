@@ -49,7 +49,7 @@ TEST(AwaitedWindows, ATileWaitsForItsNewestLaunch) {
         LaunchResult result;
         if (hasFailed) result.error = "not found";
         if (!hasFailed) result.processIdentifier = 7;
-        awaited.windows.noteLaunched("D::a", identifier, result); // identified by its tile at the launch
+        awaited.windows.noteLaunched("D::a", identifier, result); // "D" was the id of the display at the launch
         EXPECT_EQ(awaited.windows.isWaiting(), isWaiting) << what;
         EXPECT_EQ(awaited.launches->size(), isWaiting ? 1U : 0U) << what;
         const auto launch = awaited.windows.launches().find("E::a");

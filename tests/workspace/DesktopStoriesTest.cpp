@@ -36,7 +36,7 @@ TEST(DesktopStories, AWindowStaysOnScreenIfItsDisplayIsUnpluggedDuringThePlaceme
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
-TEST(DesktopStories, UnpluggingTheDisplayInFocusModeKeepsAllWindowsReachable) {
+TEST(DesktopStories, UnpluggingADisplayInFocusModeKeepsAllWindowsReachable) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Notes", {.frame = makeRect(2700, 300, 800, 600)})
@@ -52,13 +52,13 @@ TEST(DesktopStories, UnpluggingTheDisplayInFocusModeKeepsAllWindowsReachable) {
 TEST(DesktopStories, DragsEndWhenCancelledOrWhenFocusModeBegins) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
-    const std::string atRest = desk.tiles();
+    const std::string arranged = desk.tiles();
     const CGRect before = desk.desktop.window("Mail").frame;
     ASSERT_TRUE(desk.controller().perform(action::BeginWindowDrag{desk.desktop.windowIDOf("Mail"), before}));
     desk.desktop.userMoves("Mail", kRightHalf);
     desk.advance(Seconds(0.6)); // until a poll has seen the window there
     desk.controller().perform(action::CancelWindowDrag{});
-    desk.settle().expectTiles(atRest);
+    desk.settle().expectTiles(arranged);
 
     const auto divider = desk.controller().dividers().front();
     ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{divider}));

@@ -16,11 +16,11 @@ void openMailWithDialog(Scenario& desk) {
     desk.opens("Notes").opens("Viewer");
 }
 
-std::string placeOfDialog(const Scenario& desk) {
+std::string describeDialog(const Scenario& desk) {
     return desk.desktop.describeWindow(desk.desktop.window("Mail 2"));
 }
 
-TEST(DialogStories, ADialogTakesNoTileAndMovesAlongByTheSameAmount) {
+TEST(DialogStories, ADialogTakesNoTileAndMovesWithItsWindowByTheSameDistance) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     openMailWithDialog(desk);
@@ -28,20 +28,20 @@ TEST(DialogStories, ADialogTakesNoTileAndMovesAlongByTheSameAmount) {
     desk.arrange();
     EXPECT_EQ(desk.explanation().find("Save?"), std::string::npos) << desk.explanation();
     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 215,115 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 215,115 300x150");
     desk.desktop.userFocuses("Mail 2"); // counts as a focus of the dialog's window
     desk.move(WorkspaceDirection::right);
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 1491,115 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 1491,115 300x150");
     desk.undo();
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 215,115 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 215,115 300x150");
     // The dialog stays where the user moves it, even when its window returns to its tile.
     desk.desktop.userMoves("Mail 2", makeRect(900, 1200, 300, 150));
     desk.settle();
     desk.desktop.userMoves("Mail", makeRect(300, 300, 1254, 1382));
     desk.settle();
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 900,1200 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 900,1200 300x150");
     desk.zoom().zoom();
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 900,1200 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 900,1200 300x150");
 }
 
 TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
@@ -53,7 +53,7 @@ TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
     ASSERT_TRUE(
         desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.target("B", "focus-main")}));
     desk.settle();
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 3284,618 300x150"); // in the lower right corner
+    EXPECT_EQ(describeDialog(desk), "Mail 2 3284,618 300x150"); // in the lower right corner
 }
 
 TEST(DialogStories, ASurplusWindowIsMinimizedAndRestoredWithItsDialog) {
@@ -66,7 +66,7 @@ TEST(DialogStories, ASurplusWindowIsMinimizedAndRestoredWithItsDialog) {
     desk.expectTiles("Codex 15,15 2530x1382");
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized && desk.desktop.window("Mail 2").isMinimized);
     desk.undo();
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 400,300 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 400,300 300x150");
 }
 
 TEST(DialogStories, RulesAndScenesIgnoreDialogs) {
@@ -81,7 +81,7 @@ TEST(DialogStories, RulesAndScenesIgnoreDialogs) {
     const std::string before = desk.tiles();
     desk.opens("Mail", {.frame = kDialogFrame, .title = "Save?", .dialogOf = "Mail"}).settle();
     EXPECT_EQ(desk.tiles(), before);
-    EXPECT_EQ(placeOfDialog(desk), "Mail 2 400,300 300x150");
+    EXPECT_EQ(describeDialog(desk), "Mail 2 400,300 300x150");
     desk.controller().perform(action::CaptureScene{"work"});
     EXPECT_EQ(desk.state().scenes->back().placements.size(), 2u);
     // Once its window has closed, the dialog is treated as an ordinary window.

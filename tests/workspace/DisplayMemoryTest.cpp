@@ -56,7 +56,7 @@ TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
     EXPECT_EQ(tiles.targetOf("mail"), "C::a");
 }
 
-TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
+TEST_F(DisplayMemoryTest, RecordsAreKeptUnderTheNewIdsOfWindowsAndDisplays) {
     (void)tiles.assign("mail", {"D::a"});
     memory.rememberLayout("D", "quad", tiles);
     EXPECT_FALSE(memory.noteShown("D", "quad", {})) << "the first layout moves nothing";
@@ -74,7 +74,7 @@ TEST_F(DisplayMemoryTest, RecordsFollowRenamedWindowsAndDisplays) {
     EXPECT_EQ(now.targetOf("mail2"), "E::a");
 }
 
-TEST_F(DisplayMemoryTest, SettlesOnceDisplaysStopChanging) {
+TEST_F(DisplayMemoryTest, SettlingEndsTwoSecondsAfterTheLastChangeOfDisplays) {
     memory.beginSettling();
     queue.advance(Seconds{1});
     memory.beginSettling();

@@ -1,4 +1,4 @@
-// Displays that are unplugged, on standby, resized or reordered, and where their windows are meanwhile.
+// Displays that are unplugged, on standby, resized or reordered, and where their windows are in the meantime.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 #include "workspace/DisplayRenaming.h"
@@ -13,7 +13,7 @@
 namespace kova {
 namespace {
 
-/// Three displays with six windows in tiles, one of them behind another.
+/// Three displays with two tiles each, and a window in each tile.
 class Displays : public ::testing::Test {
   protected:
     Displays() { prepare(desk); }
@@ -34,7 +34,7 @@ class Displays : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Displays, AStandbyMovesNoWindowToAnotherDisplay) {
+TEST_F(Displays, TheStandbyOfADisplayMovesNoWindowToAnotherDisplay) {
     desk.desktop.close("Mail"); // frees a tile on any display
     desk.settle().arrange();
     const auto assigned = *desk.state().assignedWindowIDs;
@@ -113,7 +113,7 @@ TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
     EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0) << "a window of C has the free tile: " << desk.tiles();
 }
 
-TEST_F(Displays, AWindowThatTheUserMovedMeanwhileStaysThere) {
+TEST_F(Displays, AWindowThatTheUserMovedWhileItsDisplayWasDisconnectedStaysThere) {
     const WindowID onC = *desk.controller().tiles().back().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
     const auto display = disconnect(desk, "C");
@@ -166,11 +166,11 @@ TEST_F(Displays, PlacementsReturnWithALayoutThatADisplayCouldNotShowForAWhile) {
     }
 }
 
-TEST_F(Displays, WindowsGetTilesOfThePresentLayoutWhileADisplayCannotShowTheirs) {
+TEST_F(Displays, WindowsGetTilesOfThePresentLayoutWhileADisplayCannotShowTheirLayout) {
     struct Way {
         const char* what;
         std::function<void(Scenario&)> shrinks;
-        bool isForgotten; // the placements in the former layout are not restored with it
+        bool isForgotten; // the former layout returns without its placements
     };
     const std::vector<Way> ways = {
         {"while a window is zoomed",
@@ -221,7 +221,7 @@ TEST_F(Displays, WindowsGetTilesOfThePresentLayoutWhileADisplayCannotShowTheirs)
     }
 }
 
-TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
+TEST_F(Displays, FocusModeLastsWhileDisplaysSleep) {
     desk.zoom();
     ASSERT_TRUE(desk.state().focusMode->has_value());
     const std::string picture = desk.desktop.picture();
@@ -278,9 +278,9 @@ TEST_F(Displays, AWindowStackedBehindADisplacedWindowCanBeReached) {
     }
 }
 
-TEST_F(Displays, AZoomedWindowDelaysButDoesNotPreventPlacement) {
+TEST_F(Displays, AZoomedWindowOnlyDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
     struct Case {
-        const char* freeOn;
+        const char* freeOn; // the display that has a free tile
         bool isPlacedAtOnce;
     };
     for (const Case& c : {Case{"B", true}, Case{"A", false}}) {
@@ -311,7 +311,7 @@ TEST_F(Displays, AZoomedWindowDelaysButDoesNotPreventPlacement) {
     }
 }
 
-/// A display that is named only by its frame, such as that of a virtual machine.
+/// A display whose id is made from its frame, such as that of a virtual machine.
 class NamelessDisplay : public ::testing::Test {
   protected:
     NamelessDisplay() {
@@ -327,7 +327,7 @@ class NamelessDisplay : public ::testing::Test {
         desk.desktop.addDisplay({.name = "VM", .size = size, .origin = CGPoint{0, 0}, .canTellUUID = false});
         desk.desktop.queue().runDue();
     }
-    /// Per tile, the front window and the stacked windows.
+    /// For each tile, its front window and its stacked windows.
     std::string windowsInTiles() {
         std::string text;
         for (const auto& tile : desk.controller().tiles()) {
@@ -342,7 +342,7 @@ class NamelessDisplay : public ::testing::Test {
     std::string before;
 };
 
-TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
+TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutWhenItsSizeChanges) {
     const std::vector<std::pair<const char*, std::function<void(CGSize)>>> ways = {
         {"at once", [&](CGSize size) { desk.desktop.resizeDisplay("VM", size); }},
         {"disconnected for a moment",

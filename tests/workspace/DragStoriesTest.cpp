@@ -117,14 +117,14 @@ TEST_F(DragStories, PollsDoNotMoveADraggedWindow) {
     kova().perform(action::EndDividerDrag{divider});
 }
 
-TEST_F(DragStories, FocusModeDuringADragLaterRestoresTheFramesFromBeforeTheDrag) {
+TEST_F(DragStories, FocusModeThatBeganDuringADragRestoresTheFramesFromBeforeTheDrag) {
     desk.desktop.userFocuses("Mail");
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.zoom();
     kova().perform(action::EndDividerDrag{divider}); // the button is released only now
     kova().perform(action::ToggleFocusZoom{});
-    EXPECT_EQ(desk.tiles(), kHalves) << "before any poll could correct a frame";
+    EXPECT_EQ(desk.tiles(), kHalves) << "the frames are right before a poll can correct them";
     desk.settle();
     EXPECT_EQ(newUndoSteps(), 0u);
 }
@@ -216,10 +216,10 @@ TEST_F(DragStories, WideningAWindowMovesTheDivider) {
     takes("Codex");
     letsGo("Codex", makeRect(15, 15, 1254, 700), {700, 725}, action::DropMode::intoTile,
            action::WindowDragKind::resize);
-    desk.expectTiles(kHalves); // there is no divider at the display's edge
+    desk.expectTiles(kHalves); // the dragged edge is at the display's edge, where no divider is
 }
 
-TEST_F(DragStories, ADraggedCornerMovesBothDividersWhateverWeightsTheirSplitsHave) {
+TEST_F(DragStories, ADraggedCornerMovesBothDividersByTheSameDistanceForAnyWeights) {
     desk.layout("jarvis.quad-grid").opens("Notes").opens("Viewer").arrange();
     for (const auto& each : kova().dividers()) {
         if (each.divider.splitID != "root.1") continue;
@@ -308,10 +308,11 @@ TEST(DraggedLayout, EqualsALayoutComputedFromTheSameWeights) {
     DisplayLayouts layouts;
     for (const auto& [weights, minimums] : steps) {
         layouts.setTransientWeights(displayID(screen), layout.id, weights);
-        const LayoutDefinition anew = applying(layout, weights);
-        const SolvedLayout expected = solveDefinition(anew, minimums, screen.visibleFrame.size, profile.tileInset);
+        const LayoutDefinition reweighted = applying(layout, weights);
+        const SolvedLayout expected =
+            solveDefinition(reweighted, minimums, screen.visibleFrame.size, profile.tileInset);
         EXPECT_TRUE(layouts.solve(screen, profile, catalogue, minimums) == expected);
-        EXPECT_TRUE(layouts.resolve(screen, profile, catalogue).slots == anew.slots);
+        EXPECT_TRUE(layouts.resolve(screen, profile, catalogue).slots == reweighted.slots);
         EXPECT_TRUE(layouts.solve(screen, profile, catalogue, minimums) == expected) << "from the cache";
     }
 }

@@ -13,7 +13,7 @@ WorkspaceUndoSnapshot snapshotWith(const WindowID& windowID, const TileTarget& t
     return snapshot;
 }
 
-TEST(FocusMode, OnlyTheFirstLeaveReturnsTheSnapshotStoredByEntering) {
+TEST(FocusMode, LeavingReturnsTheSnapshotFromEnteringAndLeavingAgainReturnsNone) {
     FocusMode::PublishedMode published;
     FocusMode mode(published);
     EXPECT_FALSE(mode.leave());
@@ -30,7 +30,7 @@ TEST(FocusMode, OnlyTheFirstLeaveReturnsTheSnapshotStoredByEntering) {
     EXPECT_FALSE(mode.isOn() || mode.snapshot() || mode.leave());
 }
 
-TEST(FocusMode, FollowsNewIdsOfItsWindowAndDisplay) {
+TEST(FocusMode, NewIdsOfItsWindowAndDisplayReplaceTheOldOnes) {
     FocusMode::PublishedMode published;
     FocusMode mode(published);
     mode.enter({"D", "D::a", "mail"}, {snapshotWith("mail", "D::a"), {{snapshotWith("mail", "D::b"), {}, {}}}});

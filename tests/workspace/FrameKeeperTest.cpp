@@ -54,8 +54,8 @@ TEST_F(FrameKeeperTest, RequestsTheSameFrameALimitedNumberOfTimes) {
 
 TEST_F(FrameKeeperTest, DecidesWhichFramesHaveDrifted) {
     const struct {
-        const char* title;
-        double off;
+        const char* what;
+        double offset;
         CorrectedDrift correctedDrift;
         std::optional<CGRect> pending;
         FrameKeeper::Decision expected;
@@ -66,8 +66,8 @@ TEST_F(FrameKeeperTest, DecidesWhichFramesHaveDrifted) {
         {"a pending request for another frame is replaced", 50, CorrectedDrift::any, makeRect(9, 9, 100, 100), request},
     };
     for (const auto& each : cases) {
-        const auto window = windowAt(makeRect(each.off, 0, 100, 100));
-        EXPECT_EQ(frames.decide(window, kTile, each.correctedDrift, each.pending), each.expected) << each.title;
+        const auto window = windowAt(makeRect(each.offset, 0, 100, 100));
+        EXPECT_EQ(frames.decide(window, kTile, each.correctedDrift, each.pending), each.expected) << each.what;
     }
 }
 
@@ -113,7 +113,7 @@ TEST_F(FrameKeeperTest, WaitsForAPollThatSeesTheRequestedFrame) {
     EXPECT_FALSE(frames.refusal("mail")) << "the window has closed";
 }
 
-TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsReportedOnce) {
+TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessRoomIsReportedOnce) {
     const std::map<WindowID, TileTarget> anchors{{"mail", "D::a"}};
     CGSize minimum{300, 100};
     const auto minimumOf = [&](const WindowID&) { return std::optional(minimum); };

@@ -1,4 +1,4 @@
-// Applications that are launched into a tile, and the arrangement after the start.
+// Applications that are launched into a tile, and the arrangement after the start of the agent.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
@@ -20,15 +20,15 @@ class Launching : public ::testing::Test {
     Launching() {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = makeRect(50, 50, 900, 700)});
         desk.arrange();
-        desk.expectTiles(kAlone);
+        desk.expectTiles(kMailAlone);
     }
     void launch(const LaunchableApplication& application, const SlotID& slot, const char* display = "A") {
         EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{application, desk.displayIDOf(display), slot}));
     }
     std::size_t waiting() { return desk.state().pendingLaunches->size(); }
 
-    static constexpr const char* kAlone = "Mail 15,15 1254x1382 | -";
-    static constexpr const char* kBoth = "Mail 15,15 1254x1382 | Notes 1291,15 1254x1382";
+    static constexpr const char* kMailAlone = "Mail 15,15 1254x1382 | -";
+    static constexpr const char* kMailAndNotes = "Mail 15,15 1254x1382 | Notes 1291,15 1254x1382";
     Scenario desk;
 };
 
@@ -37,9 +37,9 @@ TEST_F(Launching, TheFirstWindowIsPutIntoTheTile) {
         desk.desktop.install("Notes", {.startsAfter = Seconds(1), .windowCount = 2, .window = {.frame = kSomewhere}}),
         kRight);
     desk.advance(Seconds(1.2));
-    desk.expectTiles(kAlone);
+    desk.expectTiles(kMailAlone);
     EXPECT_EQ(waiting(), 1u);
-    desk.settle().expectTiles(kBoth);
+    desk.settle().expectTiles(kMailAndNotes);
     EXPECT_EQ(waiting(), 0u);
     desk.expectMessage("");
     EXPECT_EQ(desk.desktop.window("Notes 2").frame, kSomewhere) << "only the first window goes into the tile";
@@ -74,13 +74,13 @@ TEST_F(Launching, AnExistingWindowWithoutATileIsPutIntoTheTile) {
         EXPECT_NE(desk.tiles().find("1291,15 1254x1382"), std::string::npos) << desk.tiles();
         EXPECT_NE(desk.desktop.focusedLabel().find("Notes"), std::string::npos) << desk.desktop.focusedLabel();
         desk.desktop.quit("Notes");
-        desk.settle().expectTiles(kAlone);
+        desk.settle().expectTiles(kMailAlone);
     }
 }
 
-TEST_F(Launching, TheNewWindowDisplacesTheFrontWindowButNotOthersOfItsApplication) {
+TEST_F(Launching, TheNewWindowDisplacesTheFrontWindowButNoOtherWindowOfItsApplication) {
     desk.opens("Notes", {.frame = kSomewhere}).arrange();
-    desk.expectTiles(kBoth);
+    desk.expectTiles(kMailAndNotes);
     launch(desk.desktop.install("Notes", {.opensWhenRunning = true}), kLeft);
     desk.settle().expectTiles("Notes 2 15,15 1254x1382 + Mail | Notes 1291,15 1254x1382");
     EXPECT_TRUE(desk.desktop.isHidden("Mail"));
@@ -91,11 +91,11 @@ TEST_F(Launching, ASecondLaunchIntoATileReplacesTheFirst) {
     launch(slow, kRight);
     launch(desk.desktop.install("Notes"), kRight);
     EXPECT_EQ(waiting(), 1u);
-    desk.advance(Seconds(6)).expectTiles(kBoth);
+    desk.advance(Seconds(6)).expectTiles(kMailAndNotes);
     EXPECT_EQ(desk.desktop.window("Maps").frame, kSomewhere);
 }
 
-TEST_F(Launching, TwoAwaitingTilesGetOneWindowEachInTheOrderOfTheirKeys) {
+TEST_F(Launching, TwoTilesThatAwaitOneApplicationGetOneWindowEachInTheOrderOfTheirTargets) {
     desk.desktop.quit("Mail");
     const auto notes = desk.desktop.install("Notes", {.windowCount = 3, .window = {.frame = kSomewhere}});
     launch(notes, kRight);
@@ -108,7 +108,7 @@ TEST_F(Launching, AWindowWithoutABundleIdentifierIsRecognizedByItsProcess) {
     desk.desktop.launch("Script", {.hasBundleIdentifier = false});
     desk.desktop.open("Script", {.frame = kSomewhere});
     launch(desk.desktop.install("Notes", {.hasBundleIdentifier = false}), kRight);
-    desk.settle().expectTiles(kBoth);
+    desk.settle().expectTiles(kMailAndNotes);
     EXPECT_EQ(desk.desktop.window("Script").frame, kSomewhere);
 }
 
@@ -121,7 +121,7 @@ TEST_F(Launching, AFailureIsReportedAndTheTileStopsWaiting) {
     // A late failure does not affect an application that was launched into the tile meanwhile.
     launch(broken, kRight);
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(1)}), kRight);
-    desk.settle().expectTiles(kBoth);
+    desk.settle().expectTiles(kMailAndNotes);
 
     desk.desktop.setTrusted(false);
     desk.settle();
@@ -146,20 +146,20 @@ TEST_F(Launching, ATileWaitsForTwentySeconds) {
         return tiles;
     };
     EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(19.2)), "Mail 15,15 1254x1382 | Late 1291,15 1254x1382");
-    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(20.3)), kAlone);
-    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(40)), kAlone);
+    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(20.3)), kMailAlone);
+    EXPECT_EQ(tilesWithLaunchTakingTime(Seconds(40)), kMailAlone);
     const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
-    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), before + desk.mostPollsAtRest(Seconds(60)))
+    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), before + desk.mostPollsWhileIdle(Seconds(60)))
         << "polls are idle again";
 }
 
-TEST_F(Launching, TheWindowWaitsForADisconnectedDisplayOrAMissingTile) {
+TEST_F(Launching, ALaunchWaitsForADisconnectedDisplayOrAMissingTile) {
     desk.display(1920, 1080).layout("jarvis.dual-split");
     const auto notes = desk.desktop.install("Notes", {.window = {.frame = kSomewhere}});
     launch(notes, kRight, "B");
     desk.desktop.removeDisplay("B");
-    desk.advance(Seconds(5)).expectTiles(kAlone);
+    desk.advance(Seconds(5)).expectTiles(kMailAlone);
     EXPECT_EQ(waiting(), 1u);
     desk.display(1920, 1080, "B").settle();
     desk.expectTiles("Mail 15,15 1254x1382 | - || - | Notes 3531,15 934x1022");
@@ -171,7 +171,7 @@ TEST_F(Launching, TheWindowWaitsForADisconnectedDisplayOrAMissingTile) {
     EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
 }
 
-TEST_F(Launching, TheTimeoutStandsStillWhileTheScreenIsLockedOrAsleep) {
+TEST_F(Launching, TheTimeoutIsSuspendedWhileTheScreenIsLockedOrAsleep) {
     using Change = std::function<void(Scenario&)>;
     const struct {
         const char* how;
@@ -190,9 +190,9 @@ TEST_F(Launching, TheTimeoutStandsStillWhileTheScreenIsLockedOrAsleep) {
         desk.advance(Seconds(300));
         EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
         c.back(desk);
-        desk.settle().expectTiles(kBoth);
+        desk.settle().expectTiles(kMailAndNotes);
         desk.desktop.quit("Notes");
-        desk.advance(Seconds(20)).expectTiles(kAlone);
+        desk.advance(Seconds(20)).expectTiles(kMailAlone);
         desk.desktop.uninstall("Notes");
     }
     launch(desk.desktop.install("Late", {.startsAfter = Seconds(400)}), kRight);
@@ -224,7 +224,7 @@ TEST_F(Launching, PlacingTheWindowEndsFocusMode) {
     desk.desktop.userFocuses("Mail");
     desk.zoom();
     ASSERT_TRUE(desk.wasCarriedOut());
-    desk.advance(Seconds(5)).expectTiles(kBoth);
+    desk.advance(Seconds(5)).expectTiles(kMailAndNotes);
     EXPECT_FALSE(*desk.state().focusMode);
 }
 
@@ -235,7 +235,7 @@ TEST_F(Launching, NothingIsPlacedOnceManagementHasEnded) {
     EXPECT_EQ(waiting(), 0u);
 }
 
-/// The profile of a user that has switched on arranging after the start.
+/// A stored profile in which arranging after the start is switched on.
 PreferenceData arrangingProfile() {
     WorkspaceProfile profile;
     profile.layoutID = "jarvis.dual-split";
@@ -260,7 +260,7 @@ TEST(ArrangingAfterTheStart, DoesNotMoveWindowsThatARuleHasPlaced) {
     EXPECT_TRUE(desk.state().profile->autoArrangeOnLaunch) << "undo does not revert a setting";
 }
 
-TEST(ArrangingAfterTheStart, HappensOncePerProcess) {
+TEST(ArrangingAfterTheStart, HappensOnlyOnceInAProcess) {
     const PreferenceData stored = arrangingProfile();
     Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", stored);

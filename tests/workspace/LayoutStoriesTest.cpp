@@ -137,7 +137,8 @@ TEST(FocusModeStories, OneWindowGetsTheDisplayUntilFocusModeEnds) {
     desk.zoom();
     desk.expectMessage("Focus Mode closed — workspace restored");
     desk.expectTiles(kHalves);
-    EXPECT_EQ(desk.controller().undoHistory().size(), 2u) << "only the layout and the arrangement, as before";
+    EXPECT_EQ(desk.controller().undoHistory().size(), 2u)
+        << "focus mode adds no undo step to those of the layout and the arrangement";
 }
 
 TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
@@ -151,7 +152,7 @@ TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
     desk.expectTiles(kHalves);
 }
 
-TEST(LayoutStories, WindowsFollowWhenADisplayGetsAnotherLayoutByItsSize) {
+TEST(LayoutStories, WindowsGetTilesOfTheLayoutThatANewSizeOfTheDisplaySelects) {
     Scenario desk;
     desk.display(1920, 1080);
     desk.controller().perform(action::SelectLayout{desk.displayIDOf("A"), DisplayLayoutSelection::automatic()});
@@ -162,7 +163,7 @@ TEST(LayoutStories, WindowsFollowWhenADisplayGetsAnotherLayoutByItsSize) {
     EXPECT_EQ(desk.controller().resolvedLayout(desk.displayIDOf("A"))->id, "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 3u);
     EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.target("A", "secondary-1")), 1u)
-        << "the slot with the same canonical id";
+        << "the window is in the slot with the same canonical id";
     EXPECT_EQ(desk.controller().undoHistory().size(), steps);
 }
 
@@ -180,7 +181,8 @@ TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesFollowEach
     revision = *desk.state().layoutRevision;
     desk.desktop.close("Mail");
     desk.settle();
-    EXPECT_GT(*desk.state().layoutRevision, revision) << "the minimum size, and so the divider, follows the window";
+    EXPECT_GT(*desk.state().layoutRevision, revision)
+        << "the divider has moved, since the minimum size of the closed window does not count any more";
 }
 
 TEST(LayoutStories, ASpanDoesNotOverlapTheTilesBesideItWhenTheyGrow) {
@@ -233,7 +235,7 @@ TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedUntilItsDisplayChangesItsSi
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,90 600x400");
 }
 
-TEST(FocusModeStories, AnActionThatIsRefusedWithoutAVisibleScreenDoesNotEndFocusMode) {
+TEST(FocusModeStories, AnActionThatIsRefusedWhilePausedLockedOrAsleepDoesNotEndFocusMode) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.perform(action::CaptureScene{});
@@ -285,7 +287,7 @@ TEST(FocusModeStories, HiddenWindowsStayHidden) {
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
 }
 
-TEST(FocusModeStories, EndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing) {
+TEST(FocusModeStories, EndsWhenItsWindowClosesAndIsRefusedIfItWouldChangeNothing) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Codex");
@@ -314,7 +316,7 @@ TEST(FocusModeStories, StoppingEndsFocusModeAndAFullHistoryLosesNoEntry) {
     EXPECT_EQ(desk.controller().undoHistory().entries(), history);
 }
 
-TEST(UndoStories, MinimizedStatesAndFramesAreRestoredAndClosedWindowsAreSkipped) {
+TEST(UndoOfArrangements, MinimizedStatesAndFramesAreRestoredAndClosedWindowsAreSkipped) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(20, 20, 600, 400)}).opens("Mail", {.frame = makeRect(80, 80, 600, 400)});
@@ -333,7 +335,7 @@ TEST(UndoStories, MinimizedStatesAndFramesAreRestoredAndClosedWindowsAreSkipped)
     EXPECT_EQ(desk.desktop.livingWindows().size(), 2u);
 }
 
-TEST(UndoStories, AnEmptyHistoryIsRefusedWithoutAMessage) {
+TEST(UndoOfArrangements, IsRefusedWithoutAMessageIfTheHistoryIsEmpty) {
     Scenario desk;
     desk.display(2560, 1440).opens("Codex").undo();
     EXPECT_FALSE(desk.wasCarriedOut());

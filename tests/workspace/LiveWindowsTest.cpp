@@ -17,7 +17,7 @@ ManagedWindow live(const WindowID& id, pid_t process) {
 TEST(LiveWindows, HaveTheRequestedStateUntilAPollShowsTheActualOne) {
     LiveWindows windows;
     (void)windows.take({live("a", 1), live("b", 1), live("c", 2)}, Seconds{0});
-    EXPECT_FALSE(windows.request("gone", WindowPresentation::shown, Seconds{1}));
+    EXPECT_FALSE(windows.request("unknown", WindowPresentation::shown, Seconds{1}));
     windows.requestHidden(1, Seconds{1});
     EXPECT_TRUE(windows.request("c", WindowPresentation::minimized, Seconds{1}));
     const auto isAsRequested = [&] {

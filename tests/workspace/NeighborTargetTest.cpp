@@ -46,7 +46,7 @@ TEST(NeighborTarget, ATileAtMostOnePointAwayInTheDirectionIsNoNeighbor) {
     EXPECT_EQ(neighborTarget(CGRect{}, right, more), "near");
 }
 
-TEST(NeighborTarget, TheTilesOfASpanAreNotItsNeighbors) {
+TEST(NeighborTarget, NoTileOfASpanIsANeighborOfTheSpan) {
     struct Case {
         CGSize minimumSize; // of a window that spans two tiles of the grid
         std::size_t from;   // index of the tile into which the window is put first

@@ -23,21 +23,21 @@ TEST(PlacementStories, SurplusWindowsAreMinimizedAndTheNextArrangementDoesNotCha
     EXPECT_EQ(desk.desktop.picture(), before) << "a repeated arrangement moves no window";
 }
 
-TEST(PlacementStories, AWindowManagerThatPlacesWindowsIsReportedByNameOrAfterRefusals) {
-    const std::string wayOut =
+TEST(PlacementStories, AWindowManagerThatPlacesWindowsItselfIsReportedByItsNameOrAfterRefusals) {
+    const std::string advice =
         "Only windows that float there can be arranged; use KOVA with a window manager that lets "
         "windows float.";
     Scenario named;
     named.display(2560, 1440).opens("Mail").opens("Notes");
     named.desktop.placeWindowsItself("i3");
-    named.arrange().expectMessage("i3 places windows itself, so they stay where it puts them. " + wayOut);
+    named.arrange().expectMessage("i3 places windows itself, so they stay where it puts them. " + advice);
 
     Scenario nameless;
     nameless.display(2560, 1440).opens("Mail").opens("Notes");
     nameless.desktop.placeWindowsItself(std::nullopt);
     nameless.arrange().expectMessage("Windows arranged into zones — Undo is available");
     nameless.settle().arrange();
-    nameless.expectMessage("No window goes where it is sent: the window manager places them itself. " + wayOut);
+    nameless.expectMessage("No window goes where it is sent: the window manager places them itself. " + advice);
 
     Scenario obedient; // only one window refuses
     obedient.display(2560, 1440).opens("Mail", {.refusesToMove = true}).opens("Notes");
@@ -113,7 +113,7 @@ TEST(PlacementStories, AChangeOfLayoutDoesNotHideAFullScreenWindow) {
     EXPECT_FALSE(desk.desktop.isHidden("Mail"));
 }
 
-TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatHasAnotherTile) {
+TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessTheApplicationHasAnotherTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
     desk.opens("Mail", {.frame = makeRect(50, 50, 600, 800)}).opens("Mail", {.frame = makeRect(900, 50, 600, 800)});
@@ -209,7 +209,7 @@ TEST(PlacementStories, AWindowThatClosesBetweenPlanAndPlacementIsSkipped) {
     desk.expectTiles("- | Mail 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, LearnedPlacesSurviveARestart) {
+TEST(PlacementStories, LearnedTilesAreKeptAfterARestart) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");

@@ -42,10 +42,10 @@ TEST_F(PointerInteractionTest, ADragPausesPollsUntilShortlyAfterItsEnd) {
     pointer.beginWindowDrag("mail", {});
     EXPECT_TRUE(pointer.abandon());
     queue.advance(Seconds{2});
-    EXPECT_EQ(resumed, 1) << "abandoning a drag does not call the resume function";
+    EXPECT_EQ(resumed, 1) << "abandoning a drag ends the pause without the callback";
 }
 
-TEST_F(PointerInteractionTest, FollowsNewIdsInEveryState) {
+TEST_F(PointerInteractionTest, NewWindowAndDisplayIdsReplaceTheOldOnesInEveryState) {
     pointer.press("mail", std::nullopt);
     pointer.rename("mail", "mail2");
     EXPECT_EQ(pointer.release()->windowID, "mail2");

@@ -1,4 +1,4 @@
-// Ending one application or all of them on request.
+// How KOVA ends one application, or all of them, on request.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>

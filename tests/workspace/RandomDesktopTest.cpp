@@ -1,5 +1,6 @@
-// Random events of users, applications and the machine, in any order and at any moment: the invariants of every
-// scenario hold, windows that are not listed for a moment keep their tiles, and at the end the desktop settles.
+// Random events of users, applications and the machine occur in any order and at any moment. The tests check that the
+// invariants of every scenario hold, that windows which are not listed for a moment keep their tiles, and that the
+// desktop settles at the end.
 #include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@ namespace {
 constexpr std::uint32_t kUsualDays = 40;
 constexpr std::size_t kStepsPerDay = 60;
 
+/// One day is a walk of `kStepsPerDay` operations; each seed gives another day.
 class RandomDay : public RandomWalk {
   public:
     explicit RandomDay(std::uint32_t seed) : RandomWalk(seed) { addSystemOperations(); }
@@ -152,11 +154,11 @@ class RandomDay : public RandomWalk {
         bool mayChangeAnyway =
             !controller.state().pendingLaunches->empty() || !controller.pendingSceneWindowPlacements().empty();
         const auto before = controller.assignments();
-        std::set<WindowID> here; // windows of the shown Space
+        std::set<WindowID> onShownSpace;
         for (const auto& window : controller.liveWindows()) {
             // The Space of an unresponsive window is unknown, and the window may claim more tiles once it responds.
             if (!window.isAnswering) mayChangeAnyway = true;
-            if (!window.isElsewhere && window.isAnswering) here.insert(window.id);
+            if (!window.isElsewhere && window.isAnswering) onShownSpace.insert(window.id);
         }
         interrupt();
         desk_.advance(Seconds(1.5));
@@ -166,7 +168,7 @@ class RandomDay : public RandomWalk {
         for (const auto* window : desktop.livingWindows()) {
             const auto id = desktop.windowIDOf(window->label());
             // Only the shown tab of a tab group has a tile.
-            if (!before.isInAnyTile(id) || !here.contains(id) || window->isBackgroundTab) continue;
+            if (!before.isInAnyTile(id) || !onShownSpace.contains(id) || window->isBackgroundTab) continue;
             EXPECT_TRUE(after.isInAnyTile(id)) << window->label();
             if (mayChangeAnyway) continue;
             EXPECT_EQ(after.targetsOf(id), before.targetsOf(id)) << window->label();

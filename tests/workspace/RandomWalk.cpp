@@ -57,7 +57,7 @@ void RandomWalk::run(const Operations& operations, const std::function<bool()>& 
     if (!hasFailed()) end();
 }
 
-// Draws
+// Random choices
 
 Operations RandomWalk::draw(std::size_t count, const std::function<std::string()>& anyName) {
     constexpr std::size_t kNumbers = 100000; // keeps the numbers in the story short
@@ -126,7 +126,7 @@ void RandomWalk::openScene() {
     if (!scenes.empty()) act(action::ActivateScene{scenes[below(scenes.size())].id});
 }
 
-/// Gives a random command for a random window or for the focused window.
+/// Performs a random command for the focused window or for another window.
 void RandomWalk::commandWindow() {
     std::optional<WindowID> window;
     if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
@@ -197,7 +197,7 @@ struct Failure {
     std::string story;
 };
 
-/// The first failure of the walk, including the checks at its end.
+/// Runs the walk and returns its first failure; the checks at the end of the walk count as well.
 std::optional<Failure> failureOf(const MakeWalk& make, std::uint32_t seed, const Operations& operations) {
     testing::TestPartResultArray results;
     Failure failure;
@@ -267,11 +267,11 @@ void runWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make) 
         const Operations operations = make(seed)->anyOperations();
         auto failed = failureOf(make, seed, operations);
         if (!failed) return;
-        const auto [left, failure] = shortened(make, seed, operations, std::move(*failed));
+        const auto [shortest, failure] = shortened(make, seed, operations, std::move(*failed));
         ADD_FAILURE() << failure.place << "\n"
-                      << failure.text << "\nseed " << seed << ", " << left.size() << " of " << operations.size()
+                      << failure.text << "\nseed " << seed << ", " << shortest.size() << " of " << operations.size()
                       << " operations\n"
-                      << described(name, seed, left) << failure.story;
+                      << described(name, seed, shortest) << failure.story;
     });
 }
 

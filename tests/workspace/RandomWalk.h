@@ -1,8 +1,10 @@
 // Random walks over a scenario. A walk is a list of operations, each with a name and a number. The number is the seed
 // for all choices of the operation (which window, which frame) among the windows and displays that exist at that
-// moment, so that an operation can still be carried out after other operations were removed from the list. A failing
-// walk is shortened and printed in a form that can be pasted into a test: replay<RandomDay>(1570, {{"opens", 4711},
-// {"zoom", 12}}); KOVA_RANDOM_SEED selects the first seed, KOVA_RANDOM_DAYS the number of seeds.
+// moment, so that an operation still works after other operations were removed from the list.
+//
+// A failing walk is shortened and printed in a form that can be pasted into a test:
+//     replay<RandomDay>(1570, {{"opens", 4711}, {"zoom", 12}});
+// The environment variable KOVA_RANDOM_SEED sets the first seed, KOVA_RANDOM_DAYS the number of seeds.
 #pragma once
 
 #include "tests/harness/Scenario.h"
@@ -55,7 +57,7 @@ class RandomWalk {
     bool isMac() const { return !desk_.desktop.announcesWithoutRequest(); }
     static std::string applicationOf(const std::string& label) { return label.substr(0, label.find(' ')); }
 
-    // Draws
+    // Random choices
     std::size_t below(std::size_t count) { return random_() % count; }
     double number(std::size_t count) { return static_cast<double>(below(count)); }
     bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
@@ -65,10 +67,10 @@ class RandomWalk {
     }
     Operations draw(std::size_t count, const std::function<std::string()>& anyName);
     WorkspaceDirection anyDirection();
-    /// A frame whose corner is on a display, if there is one.
+    /// A frame whose corner is on a display, if there is a display.
     CGRect anyFrame();
-    // These do nothing if there is no window, display or divider.
-    using UseName = std::function<void(const std::string&)>; // a window's label, a display's name
+    // Each of these calls `use` for a random window, display or divider, or does nothing if there is none.
+    using UseName = std::function<void(const std::string&)>; // is passed the label of a window or the name of a display
     void withAnyWindow(const UseName& use);
     void withAnyDisplay(const UseName& use);
     void withAnyDivider(const std::function<void(const DisplayLayoutDivider&)>& use);
@@ -78,6 +80,7 @@ class RandomWalk {
     std::string story_;
     using Kinds = std::map<std::string, std::function<void()>>; // by name
     Kinds kinds_;
+    // Operations that apply `use` to a random window or display.
     std::function<void()> toWindow(UseName use);
     std::function<void()> toDisplay(UseName use);
 
@@ -94,8 +97,8 @@ class RandomWalk {
 
 using MakeWalk = std::function<std::unique_ptr<RandomWalk>(std::uint32_t seed)>;
 
-/// Runs one walk per seed. After a failure, reports the shortest list of operations that was found to fail at the same
-/// check. `name` is the name of the walk's class.
+/// Runs one walk per seed, for `usualCount` seeds if KOVA_RANDOM_DAYS is not set. After a failure, reports the shortest
+/// list of operations that was found to fail at the same check. `name` is the name of the walk's class.
 void runWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make);
 void replay(const MakeWalk& make, std::uint32_t seed, const Operations& operations);
 

@@ -1,4 +1,4 @@
-// Sleep, lock and session switches: what the window server does to windows meanwhile, and how KOVA restores them.
+// What the window server does to windows during sleep, a lock or a session switch, and how KOVA restores the windows.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ TEST_F(Recovery, WindowsReappearOneByOneAndEachIsPutBackOnce) {
         << "many polls have listed the windows, but each is put back only once";
 }
 
-TEST_F(Recovery, AWindowThatIsMissingAfterTenSecondsLosesItsTileAndOneThatVanishesAgainLosesItAtOnce) {
+TEST_F(Recovery, AMissingWindowLosesItsTileAfterTenSecondsOrAtOnceIfItReturnedAndVanishedAgain) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(9));
@@ -83,7 +83,7 @@ TEST_F(Recovery, ASecondSleepKeepsTheMissingWindows) {
     desk.expectTiles(picture);
 }
 
-TEST_F(Recovery, ALockThatAPollNoticesFirstKeepsTheMissingWindows) {
+TEST_F(Recovery, ALockThatAPollNoticesBeforeItIsAnnouncedKeepsTheMissingWindows) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(3));
@@ -110,7 +110,7 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsRecognized) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 
-TEST_F(Recovery, AmbiguousWindowsAreNotRecognized) {
+TEST_F(Recovery, ANewIdentifierIsRecognizedOnlyIfExactlyOneWindowHasTheTitleAndSize) {
     struct Case {
         const char* what;
         std::function<void(SimulatedDesktop&)> happens;
@@ -125,7 +125,7 @@ TEST_F(Recovery, AmbiguousWindowsAreNotRecognized) {
          2},
         {"moved and resized", [](auto& desktop) { desktop.userMoves("Mail", makeRect(900, 300, 500, 400)); }, 1},
         {"with another title", [](auto& desktop) { desktop.setTitle("Mail", "Drafts"); }, 1},
-        {"two windows match",
+        {"another window has the same title and size",
          [](auto& desktop) { desktop.setTitle(desktop.open("Mail", {.frame = desktop.window("Mail").frame}), "Mail"); },
          1},
     };

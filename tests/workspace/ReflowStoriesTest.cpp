@@ -1,4 +1,4 @@
-// Windows that refuse frames: every desktop settles, and windows that fit do not overlap.
+// Although some windows refuse frames, every desktop settles, and windows that fit do not overlap.
 #include "tests/harness/Scenario.h"
 #include "workspace/ReflowPolicy.h"
 
@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-TEST(ReflowPolicy, AllowsOneReflowPerSecondAndDisplayAndThreePerWindow) {
+TEST(ReflowPolicy, AllowsOneReflowPerSecondOnEachDisplayAndThreeForEachWindow) {
     ReflowPolicy policy;
     EXPECT_EQ(policy.nextReflow("D", "a", Seconds(10)), Seconds(10));
     policy.noteReflow("D", "a", Seconds(10));

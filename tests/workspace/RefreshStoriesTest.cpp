@@ -9,26 +9,26 @@ namespace kova {
 
 namespace {
 
-const CGRect kSomewhere = makeRect(100, 100, 700, 500);
+const CGRect kMailFrame = makeRect(100, 100, 700, 500);
 
-/// Actions that move windows, and undo.
-const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
-                                                     action::Focus{WorkspaceDirection::right},
-                                                     action::Move{WorkspaceDirection::right},
-                                                     action::CycleStack{},
-                                                     action::ToggleFocusZoom{},
-                                                     action::Undo{}};
+/// Actions that are refused without the permission and while the screen is locked.
+const std::vector<WorkspaceAction> kRefusedActions = {action::Arrange{},
+                                                      action::Focus{WorkspaceDirection::right},
+                                                      action::Move{WorkspaceDirection::right},
+                                                      action::CycleStack{},
+                                                      action::ToggleFocusZoom{},
+                                                      action::Undo{}};
 
 TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(600));
-    const int jobsAtRest = desk.desktop.pollingQueue().jobsBegun();
-    EXPECT_LE(jobsAtRest, jobs + desk.mostPollsAtRest(Seconds(600)));
+    const int jobsWhileIdle = desk.desktop.pollingQueue().jobsBegun();
+    EXPECT_LE(jobsWhileIdle, jobs + desk.mostPollsWhileIdle(Seconds(600)));
     desk.desktop.setTitle("Mail", "Inbox (1)");
     desk.advance(Seconds(0.6));
-    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobsAtRest + 1) << "the next tick notices the change";
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobsWhileIdle + 1) << "the next tick notices the change";
     EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox (1)");
 }
 
@@ -50,7 +50,7 @@ TEST(RefreshStories, TheListHasTheRealFrameOfAWindowThatRoundsItsSize) {
     EXPECT_EQ(std::fmod(known.frame->size.width, 17), 0);
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(60));
-    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsAtRest(Seconds(60)))
+    EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsWhileIdle(Seconds(60)))
         << "polls are idle again";
 }
 
@@ -76,6 +76,7 @@ TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
             order.push_back(name + " " + std::to_string(desk.controller().liveWindows().size()));
         });
     };
+    // A poll is awaited without a change only on a desktop whose announcements can get lost.
     EXPECT_EQ(awaits("unchanged"), desk.desktop.longestIdleTime().has_value());
     desk.settle();
     order.clear();
@@ -129,7 +130,7 @@ TEST(RefreshStories, TheResultOfAPollFromBeforeAStopOrASleepIsDropped) {
 
 TEST(RefreshStories, OnlyVisibleChangesRepublishTheWindows) {
     Scenario desk;
-    desk.display(2560, 1440).opens("Mail", {.frame = kSomewhere}).start();
+    desk.display(2560, 1440).opens("Mail", {.frame = kMailFrame}).start();
     int published = 0;
     const auto subscription = desk.controller().state().windows.observe([&](const auto&) { ++published; });
     desk.desktop.userMoves("Mail", makeRect(300, 300, 700, 500));
@@ -149,7 +150,7 @@ TEST(RefreshStories, WithdrawingThePermissionEmptiesTheTilesAndGrantingItDoesNot
     EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::denied);
     EXPECT_TRUE(desk.state().windows->empty());
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
-    for (const auto& action : kMovingActions) {
+    for (const auto& action : kRefusedActions) {
         desk.advance(Seconds(5)).perform(action);
         EXPECT_FALSE(desk.wasCarriedOut());
         desk.expectMessage("Accessibility permission is required");
@@ -206,7 +207,7 @@ TEST(RefreshStories, PlacementsAreKeptWhileTheScreenIsLocked) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     const std::string movedTiles = desk.tiles();
-    for (const auto& action : kMovingActions) {
+    for (const auto& action : kRefusedActions) {
         desk.advance(Seconds(5)).perform(action);
         EXPECT_FALSE(desk.wasCarriedOut());
         desk.expectMessage("The screen is locked");

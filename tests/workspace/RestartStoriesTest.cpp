@@ -26,7 +26,7 @@ class Restart : public ::testing::Test {
     std::string nameOfWaiting() {
         return kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
     }
-    /// Ends the agent as a crash does, without restoring windows or saving the session, and starts the next agent.
+    /// Ends the agent as a crash does, so that it cannot restore or save anything, and starts the next one.
     Scenario& killAndRestart() {
         desk.desktop.setTrusted(false); // the end of the agent changes neither windows nor the stored session
         desk.advance(Seconds(0.6));
@@ -35,7 +35,7 @@ class Restart : public ::testing::Test {
         desk.desktop.queue().post([this] { desk.desktop.setTrusted(true); });
         return desk.restart();
     }
-    std::function<void()> meanwhile = [] {};
+    std::function<void()> meanwhile = [] {}; // what happens while no agent runs
 
     Scenario desk;
     std::string picture;
@@ -59,8 +59,7 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
 }
 
-/// An upgrade ends the agent, which then shows stacked windows again. The next agent hides them, except in the cases
-/// below.
+/// The agent shows stacked windows when it ends. The next agent hides them if `isHiddenAgain` is true.
 TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;
@@ -121,7 +120,9 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     }
 }
 
-TEST_F(Restart, AStackedWindowShownMeanwhileIsHiddenByTheNextAgentUnlessTheStackIsCycledToIt) {
+/// The ending agent shows the stacked window. Before the next agent has hidden the window again, that agent ends, or
+/// the user cycles the stack to the window.
+TEST_F(Restart, AShownStackedWindowIsHiddenByALaterAgentUnlessTheUserCyclesTheStackToIt) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
     const auto upgrade = [&] {
@@ -236,7 +237,7 @@ TEST_F(Restart, TheSessionIsStoredAtMostOnceASecond) {
     EXPECT_LE(changes, 5);
 }
 
-TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
+TEST(Resumption, AStoredWindowMatchesOnlyAWindowOfTheSameProcessByIdOrTitle) {
     const auto window = [](WindowID id, pid_t process, std::string title, CGRect frame) {
         ManagedWindow w;
         w.id = std::move(id);
@@ -276,7 +277,7 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
                     return std::nullopt;
                 }).idNow.empty();
     };
-    EXPECT_TRUE(byTitle("Inbox")) << "without a stored start of the process, the title decides";
+    EXPECT_TRUE(byTitle("Inbox")) << "the stored window has no start of its process either";
     EXPECT_FALSE(byTitle("Drafts"));
 }
 

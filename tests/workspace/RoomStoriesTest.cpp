@@ -1,5 +1,4 @@
-// Windows with minimum sizes: no two of them overlap; a window that does not fit into its tile covers a span or is
-// stacked.
+// Windows with minimum sizes do not overlap: a window that does not fit into its tile covers a span or is stacked.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 #include "workspace/TileRoom.h"
@@ -29,7 +28,7 @@ TEST(RoomStories, AWindowPlacedBesideALargeOneClaimsASpanWithANotice) {
     EXPECT_EQ(notice->additionalTileCount, 1);
 }
 
-TEST(RoomStories, TwoWindowsThatRefuseInTheFirstArrangementDoNotOverlap) {
+TEST(RoomStories, TwoWindowsThatRefuseToShrinkInTheFirstArrangementDoNotOverlap) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.secretMinimumSize = {{1702, 300}}}).opens("Mail", {.secretMinimumSize = {{1002, 300}}});
@@ -45,7 +44,7 @@ TEST(RoomStories, TwoWindowsThatRefuseInTheFirstArrangementDoNotOverlap) {
     EXPECT_TRUE(roomy.desktop.isOnScreen(roomy.desktop.window("Mail"))) << "a tile is free";
 }
 
-TEST(RoomStories, AnApplicationThatRaisesItsMinimumGetsTheRoom) {
+TEST(RoomStories, AWindowWhoseMinimumSizeGrowsClaimsTheNeighboringTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1002, 300}}}).opens("Mail", {.minimumSize = {{900, 300}}}).arrange();
@@ -95,23 +94,23 @@ TEST(RoomStories, ASpanIsGivenBackWhenItsWindowNeedsLessRoomAfterFocusMode) {
     desk.expectTiles("Mail 15,15 1254x666 | - | - | -");
 }
 
-TEST(RoomStories, ADragThroughAnOldHandleObeysThePresentMinimumSizes) {
+TEST(RoomStories, ADragWithAnOutdatedDividerObeysThePresentMinimumSizes) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{400, 300}}}).opens("Mail").arrange();
-    const auto handle = desk.controller().dividers().front();
+    const auto outdated = desk.controller().dividers().front();
     desk.desktop.setMinimumSize("Codex", {1200, 300});
     desk.settle();
-    ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{handle}));
-    desk.controller().perform(action::UpdateDividerDrag{handle, -900});
-    desk.controller().perform(action::EndDividerDrag{handle});
+    ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{outdated}));
+    desk.controller().perform(action::UpdateDividerDrag{outdated, -900});
+    desk.controller().perform(action::EndDividerDrag{outdated});
     desk.settle();
     const auto weights = desk.state().profile->weights(desk.displayIDOf("A"), "jarvis.dual-split").splits.at("root");
     EXPECT_EQ(weights.front(), 1210) << "the width that the window needs, and the inset on both sides";
     desk.expectTiles("Codex 15,15 1200x1382 | Mail 1237,15 1308x1382");
 }
 
-/// Puts random windows into random slots.
+/// Puts random windows into random slots. A window is cramped if its tiles are smaller than its minimum size.
 TEST(TileRoom, APlacementMakesNoOtherWindowCramped) {
     const auto& layouts = builtInLayouts();
     forEachSeed(300, [&](std::uint32_t seed) {
@@ -128,8 +127,8 @@ TEST(TileRoom, APlacementMakesNoOtherWindowCramped) {
             const auto& slot = layout.slots[below(static_cast<unsigned>(layout.slots.size()))].id;
             const auto tiles = room.tilesFor(id, least, slot);
             ASSERT_EQ(tiles.front(), slot);
-            const auto losers = room.holdersOf(tiles, id);
-            std::erase_if(holders, [&](const TileHolder& holder) { return losers.contains(holder.windowID); });
+            const auto displaced = room.holdersOf(tiles, id);
+            std::erase_if(holders, [&](const TileHolder& holder) { return displaced.contains(holder.windowID); });
             holders.push_back({id, tiles, least});
             for (const auto& cramped : TileRoom(layout, {2560, 1400}, 5, holders).cramped()) {
                 EXPECT_NE(std::ranges::find(before, cramped), before.end()) << "seed " << seed << " step " << step;

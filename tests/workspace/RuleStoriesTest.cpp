@@ -77,8 +77,8 @@ class Rules : public ::testing::Test {
     static WorkspaceRule tileMail(const SlotID& slot = kRight) {
         return rule("Mail to the right", "sim.mail", std::nullopt, std::nullopt, disposition::Tile{slot});
     }
-    static constexpr const char* kPlaced = "- | Mail 1291,15 1254x1382";
-    static constexpr const char* kNothing = "- | -";
+    static constexpr const char* kMailOnTheRight = "- | Mail 1291,15 1254x1382";
+    static constexpr const char* kEmptyTiles = "- | -";
     Scenario desk;
 };
 
@@ -88,7 +88,7 @@ TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     opensAndPolls("Notes");
     const auto steps = desk.controller().undoHistory().size();
     opensAndPolls("Mail").expectMessage("Rule “Mail to the right” placed Mail");
-    desk.settle().expectTiles(kPlaced);
+    desk.settle().expectTiles(kMailOnTheRight);
     EXPECT_EQ(desk.controller().undoHistory().size(), steps) << "an automatic arrangement is no undo step";
     desk.desktop.userFocuses("Mail");
     desk.move(WorkspaceDirection::left).expectTiles("Mail 15,15 1254x1382 | -");
@@ -96,21 +96,21 @@ TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     desk.advance(Seconds(30)).expectTiles("Mail 15,15 1254x1382 | -");
     desk.desktop.close("Mail");
     desk.settle();
-    opensAndPolls("Mail").settle().expectTiles(kPlaced);
+    opensAndPolls("Mail").settle().expectTiles(kMailOnTheRight);
 }
 
 TEST_F(Rules, AreAppliedOnlyDuringContinuousManagement) {
     add(tileMail());
-    opensAndPolls("Mail").settle().expectTiles(kNothing);
+    opensAndPolls("Mail").settle().expectTiles(kEmptyTiles);
     manageContinuously();
-    desk.settle().expectTiles(kPlaced);
+    desk.settle().expectTiles(kMailOnTheRight);
     desk.restart();
     EXPECT_TRUE(*desk.state().continuousManagementEnabled);
     EXPECT_EQ(desk.state().rules->size(), 1u);
-    desk.expectTiles(kPlaced);
+    desk.expectTiles(kMailOnTheRight);
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, false});
     EXPECT_EQ(desk.preferences.boolean(preferenceKey::continuousManagement), false);
-    opensAndPolls("Mail").settle().expectTiles(kPlaced);
+    opensAndPolls("Mail").settle().expectTiles(kMailOnTheRight);
 }
 
 TEST_F(Rules, TheFirstMatchingRuleDecides) {
@@ -118,7 +118,7 @@ TEST_F(Rules, TheFirstMatchingRuleDecides) {
     add(first);
     add(tileMail());
     manageContinuously();
-    opensAndPolls("Mail").settle().expectTiles(kNothing);
+    opensAndPolls("Mail").settle().expectTiles(kEmptyTiles);
     EXPECT_TRUE(isHandled("Mail"));
     desk.controller().perform(action::ChangeRule{.id = first.id, .isEnabled = false});
     opensAndPolls("Mail").settle().expectTiles("- | Mail 2 1291,15 1254x1382");
@@ -140,7 +140,7 @@ TEST_F(Rules, ATitleThatComesLateIsAwaited) {
 
     const std::string late = desk.desktop.open("Mail", {.frame = kUntiledFrame});
     desk.desktop.setTitle(late, "");
-    desk.settle().expectTiles(kNothing);
+    desk.settle().expectTiles(kEmptyTiles);
     EXPECT_FALSE(isHandled(late.c_str()));
     desk.desktop.setTitle(late, "Inbox (2)");
     desk.advance(Seconds(0.6)).expectMessage("Rule “Inbox to the left” placed Mail");
@@ -151,10 +151,10 @@ TEST_F(Rules, ATitleThatComesLateIsAwaited) {
 TEST_F(Rules, RulesApplyToAHiddenWindowOnceItIsShown) {
     add(tileMail());
     manageContinuously();
-    opensAndPolls("Mail", {.frame = kUntiledFrame, .isMinimized = true}).settle().expectTiles(kNothing);
+    opensAndPolls("Mail", {.frame = kUntiledFrame, .isMinimized = true}).settle().expectTiles(kEmptyTiles);
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
     desk.desktop.userMinimizes("Mail", false);
-    desk.settle().expectTiles(kPlaced);
+    desk.settle().expectTiles(kMailOnTheRight);
 }
 
 TEST_F(Rules, AWindowMostlyOffTheScreenBelongsToTheDisplayThatShowsAPartOfIt) {
@@ -169,7 +169,7 @@ TEST_F(Rules, DoNothingInALayoutWithoutTheirSlot) {
     add(tileMail("no-such-slot"));
     manageContinuously();
     opensAndPolls("Mail");
-    desk.advance(Seconds(5)).expectTiles(kNothing);
+    desk.advance(Seconds(5)).expectTiles(kEmptyTiles);
     desk.expectMessage("");
     EXPECT_TRUE(isHandled("Mail"));
 }

@@ -35,7 +35,7 @@ TEST(SceneDocumentStories, ScenesAreFoundRenamedAndDeleted) {
     EXPECT_EQ(desk.state().scenes->size(), 2u);
 }
 
-TEST(SceneDocumentStories, ImportAddsNewRecordsAndCountsAllInTheFile) {
+TEST(SceneDocumentStories, AnImportAddsOnlyNewRecordsAndItsMessageCountsAllRecordsOfTheFile) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     captureScene(desk, "Mine");
@@ -57,7 +57,7 @@ TEST(SceneDocumentStories, ImportAddsNewRecordsAndCountsAllInTheFile) {
         desk.expectMessage("Imported 4 scenes and 2 rules");
         ASSERT_EQ(desk.state().scenes->size(), 3u);
         EXPECT_EQ(desk.state().scenes->at(0).name, "Mine");
-        EXPECT_EQ(desk.state().scenes->at(1).name, "Told");
+        EXPECT_EQ(desk.state().scenes->at(1).name, "Sample");
         EXPECT_EQ(desk.state().rules->size(), 1u);
         EXPECT_EQ(*desk.state().activeSceneID, mine);
     }
@@ -76,7 +76,8 @@ TEST(SceneDocumentStories, ASceneThatCouldNotBeReadBackIsRefused) {
     desk.display(2560, 1440).opens("Mail").arrange();
     captureScene(desk, "Mine");
     auto scene = sceneOf({});
-    // The largest number of values of a display; the drag of a divider adds the values of its split.
+    // With these weights the display of the scene has as many values as are allowed. The drag below adds the values of
+    // another split.
     scene.displays[0].layoutWeights.splits["of another layout"].assign(4089, 1.0);
     openScene(desk, importScene(desk, scene));
     const auto before = *desk.state().scenes;

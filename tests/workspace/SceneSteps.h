@@ -1,4 +1,4 @@
-// Functions that tests of scenes share.
+// Functions that several tests of scenes share.
 #pragma once
 
 #include "persistence/PreferenceKeys.h"
@@ -37,7 +37,7 @@ inline WorkspaceProductDocument storedDocument(Scenario& desk) {
 inline WorkspaceScene sceneOf(const std::vector<std::string>& windows,
                               const std::string& layoutID = "jarvis.dual-split") {
     WorkspaceScene scene;
-    scene.name = "Told";
+    scene.name = "Sample";
     scene.themeID = "kova.native";
     scene.accentColorID = "system-blue";
     scene.displays.push_back(

@@ -240,7 +240,7 @@ TEST(SceneStories, MissingWindowsAreCountedWhenTheWaitEnds) {
         desk.display(2560, 1440).layout("jarvis.dual-split").start();
         desk.desktop.install("Notes", {.fails = "Notes is damaged"});
         desk.controller().perform(action::ActivateScene{importScene(desk, sceneOf(story.windows))});
-        desk.expectMessage("Restoring Scene “Told”" + std::string(story.waiting));
+        desk.expectMessage("Restoring Scene “Sample”" + std::string(story.waiting));
         desk.advance(Seconds(24.9));
         EXPECT_EQ(desk.controller().pendingSceneWindowPlacements().size(), story.windows.size());
         desk.advance(Seconds(0.7));
@@ -248,7 +248,7 @@ TEST(SceneStories, MissingWindowsAreCountedWhenTheWaitEnds) {
         EXPECT_TRUE(desk.controller().pendingSceneWindowPlacements().empty());
         const int jobs = desk.desktop.pollingQueue().jobsBegun();
         desk.advance(Seconds(600));
-        EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsAtRest(Seconds(600)))
+        EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsWhileIdle(Seconds(600)))
             << "polls are idle again";
     }
 }
@@ -265,12 +265,12 @@ TEST(SceneStories, TheNextWindowOfAStackIsInFrontWhileTheFrontWindowIsAwaited) {
     EXPECT_TRUE(desk.desktop.isHidden("Mail"));
 }
 
-TEST(SceneStories, AnotherSceneEndsTheWaitingOfTheFirst) {
+TEST(SceneStories, OpeningAnotherSceneEndsTheWaitForTheWindowsOfTheFirst) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Viewer").start();
     desk.controller().perform(action::ActivateScene{importScene(desk, sceneOf({"Mail||focus-main|0"}))});
     desk.advance(Seconds(10));
-    openScene(desk, importScene(desk, sceneOf({"Viewer||secondary-1|0"}))).expectMessage("Scene “Told” restored");
+    openScene(desk, importScene(desk, sceneOf({"Viewer||secondary-1|0"}))).expectMessage("Scene “Sample” restored");
     desk.opens("Mail").advance(Seconds(20));
     desk.expectTiles("- | Viewer 1291,15 1254x1382");
     desk.expectMessage("");
@@ -290,7 +290,7 @@ TEST(SceneStories, TheFirstDisplayReplacesAMissingOne) {
     openScene(desk, lastScene(desk)).expectTiles("Mail 15,15 1254x1382 | -");
 }
 
-TEST(SceneStories, UnavailablePartsAreLeftOut) {
+TEST(SceneStories, UnavailablePartsOfASceneAreLeftOut) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     auto scene = sceneOf({"Mail||secondary-1|0", "Notes||no-such-slot|0"}, "no.such.layout");
@@ -300,7 +300,7 @@ TEST(SceneStories, UnavailablePartsAreLeftOut) {
     scene.placements.front().displayOrdinal = 99;
     scene.placements.front().claimedSlotIDs = {"secondary-1", "elsewhere"};
     scene.displays.push_back({.ordinal = -1, .name = "", .aspectRatio = 0, .layoutID = "", .layoutWeights = {}});
-    openScene(desk, importScene(desk, scene)).expectMessage("Scene “Told” restored");
+    openScene(desk, importScene(desk, scene)).expectMessage("Scene “Sample” restored");
     EXPECT_EQ(desk.state().profile->themeID, "jarvis.neon-cyan");
     EXPECT_EQ(*desk.state().accentColorID, "system-blue");
     EXPECT_EQ(desk.state().profile->tileInset, 100);
@@ -316,7 +316,7 @@ TEST(SceneStories, StackIndicesOfAnySizeCanBePrinted) {
         << "the window is in front, since no other window precedes it";
 }
 
-TEST(SceneStories, UndoRestoresTheStateBefore) {
+TEST(SceneStories, UndoRestoresTheStateBeforeTheSceneWasOpened) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     captureScene(desk, "First");
@@ -339,7 +339,7 @@ TEST(SceneStories, UndoRestoresTheStateBefore) {
     EXPECT_EQ(*desk.state().activeSceneID, std::nullopt) << "the scene that was active before has been deleted";
 }
 
-TEST(SceneStories, RefusalsChangeNothing) {
+TEST(SceneStories, ARefusedOpeningOfASceneChangesNothing) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     captureScene(desk);

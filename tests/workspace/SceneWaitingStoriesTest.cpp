@@ -1,4 +1,4 @@
-// Scenes that wait for windows: how long, which windows they use, and the final message.
+// How long a scene waits for windows, which windows it uses, and what it reports in the end.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
@@ -21,7 +21,7 @@ class WaitingScene : public ::testing::Test {
     /// Adds a scene with one window of each application, in the slots of the dual split.
     Uuid scene(const std::vector<std::string>& applications) {
         WorkspaceScene made;
-        made.name = "Told";
+        made.name = "Sample";
         made.themeID = "plaid"; // does not exist, so the default theme is used
         made.displays.push_back(
             {.ordinal = 0, .name = "A", .aspectRatio = 1.8, .layoutID = "jarvis.dual-split", .layoutWeights = {}});
@@ -58,7 +58,7 @@ class WaitingScene : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
+TEST_F(WaitingScene, TheWaitDoesNotCountTheTimeOfALockedOrSleepingScreen) {
     using Change = std::function<void(Scenario&)>;
     const struct {
         const char* how;
@@ -189,7 +189,7 @@ TEST(StackingOrder, TheWindowFocusedLastIsRaisedLast) {
     }
 }
 
-TEST_F(WaitingScene, OnlyStatesThatWouldChangeAreDifferences) {
+TEST_F(WaitingScene, OnlyWhatOpeningASceneWouldChangeIsADifference) {
     desk.opens("mail").start();
     WorkspaceScene strange;
     strange.name = "Strange";

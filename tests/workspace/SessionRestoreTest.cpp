@@ -22,10 +22,11 @@ struct SessionRestoreTest : testing::Test {
     MemoryPreferencesStore store;
     SessionRestore restore{queue, store, [] { return std::optional<WorkspaceSession>(); }};
 
-    std::set<WindowID> returned(const std::vector<ManagedWindow>& live, const std::set<WindowID>& back, Seconds now) {
+    std::set<WindowID> returned(const std::vector<ManagedWindow>& live, const std::set<WindowID>& atTheirFrames,
+                                Seconds now) {
         return restore.takeReturned(
             live, [](const auto&) { return true; },
-            [&](const ManagedWindow& window, const auto&) { return back.contains(window.id); }, now);
+            [&](const ManagedWindow& window, const auto&) { return atTheirFrames.contains(window.id); }, now);
     }
 };
 
@@ -61,7 +62,7 @@ TEST_F(SessionRestoreTest, TheWindowsOfAnApplicationReturnTogether) {
     EXPECT_FALSE(restore.hasReturns());
 }
 
-TEST_F(SessionRestoreTest, TheStartTimeOfAProcessIsReadOnceWhileItsProcessIsKept) {
+TEST_F(SessionRestoreTest, TheStartTimeOfAProcessIsReadAgainOnlyAfterItWasDropped) {
     int reads = 0;
     const auto read = [&](pid_t) { return std::optional("start " + std::to_string(++reads)); };
     EXPECT_EQ(restore.processStart(7, read), "start 1");

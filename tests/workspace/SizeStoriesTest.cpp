@@ -1,4 +1,4 @@
-// Sizes of windows: which minimum sizes are learned from refusals, which are not, and when they are forgotten.
+// Which minimum sizes are learned from refusals, which are not, and when learned sizes are forgotten.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -7,14 +7,14 @@ namespace kova {
 
 namespace {
 
-std::size_t learnedOfApplications(Scenario& desk) {
+std::size_t learnedSizeCount(Scenario& desk) {
     return desk.state().profile->applicationMinimumSizes.size();
 }
 
 TEST(SizeStories, ASmallSecondWindowOfAnApplicationGetsOnlyOneTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
-    EXPECT_EQ(learnedOfApplications(desk), 1u);
+    EXPECT_EQ(learnedSizeCount(desk), 1u);
     desk.opens("Mail", {.frame = makeRect(100, 100, 600, 400), .title = "Small"}).arrange();
     desk.expectTiles("Mail 15,15 1500x1382 | Mail 2 1537,15 1008x1382");
 }
@@ -26,10 +26,10 @@ TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
     desk.desktop.stallResizing(Seconds(1.4));
     desk.arrange();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
-    EXPECT_EQ(learnedOfApplications(desk), 1u);
+    EXPECT_EQ(learnedSizeCount(desk), 1u);
     desk.advance(WindowSizes::kRetryAfter).arrange();
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
-    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    EXPECT_EQ(learnedSizeCount(desk), 0u);
 
     // A minimum size that the window confirms is kept, and no further frame is written.
     Scenario real;
@@ -46,12 +46,12 @@ TEST(SizeStories, ASizeThatContradictsTheAnnouncedMinimumCountsUntilTheNextArran
     desk.desktop.stallResizing(Seconds(1.4));
     desk.arrange();
     desk.expectTiles("Codex 15,15 1008x1382 | Terminal 1045,15 1500x1382");
-    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    EXPECT_EQ(learnedSizeCount(desk), 0u);
     desk.arrange();
     desk.expectTiles("Codex 15,15 1254x1382 | Terminal 1291,15 1254x1382");
 }
 
-TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
+TEST(SizeStories, NoMinimumSizeIsLearnedWhileTheWindowManagerIsReplaced) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.frame = makeRect(900, 100, 1500, 400)});
@@ -62,7 +62,7 @@ TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
-TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
+TEST(SizeStories, NoMinimumSizeIsLearnedWithinASecondAfterADividerIsReleased) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     auto& controller = desk.controller();
@@ -72,7 +72,7 @@ TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
     controller.perform(action::UpdateDividerDrag{divider, -400});
     controller.perform(action::EndDividerDrag{divider});
     desk.settleFully();
-    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    EXPECT_EQ(learnedSizeCount(desk), 0u);
     desk.expectTiles("Codex 15,15 854x1382 | Mail 891,15 1654x1382");
 }
 
@@ -97,18 +97,18 @@ TEST(SizeStories, LearnedSizesOfAnApplicationCanBeForgotten) {
     const auto forgotten = desk.controller().perform(action::ForgetApplication{"mail"});
     ASSERT_TRUE(forgotten.details<ForgottenApplications>());
     EXPECT_EQ(forgotten.details<ForgottenApplications>()->names, std::vector<std::string>{"Mail"});
-    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    EXPECT_EQ(learnedSizeCount(desk), 0u);
     desk.settleFully();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
-    EXPECT_EQ(learnedOfApplications(desk), 1u) << "the window refused the smaller size again";
+    EXPECT_EQ(learnedSizeCount(desk), 1u) << "the window refused the smaller size again";
     for (const WorkspaceAction& restoring :
          {WorkspaceAction(action::ToggleFocusZoom{}), WorkspaceAction(action::Undo{})}) {
         desk.settleFully();
         std::holds_alternative<action::Undo>(restoring) ? desk.arrange() : desk.zoom();
-        ASSERT_EQ(learnedOfApplications(desk), 1u);
+        ASSERT_EQ(learnedSizeCount(desk), 1u);
         (void)desk.controller().perform(action::ForgetApplication{"mail"});
         desk.controller().perform(restoring);
-        EXPECT_EQ(learnedOfApplications(desk), 0u) << "neither undo nor the end of focus mode restores the sizes";
+        EXPECT_EQ(learnedSizeCount(desk), 0u) << "neither undo nor the end of focus mode restores the sizes";
     }
 }
 

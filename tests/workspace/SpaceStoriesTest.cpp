@@ -58,8 +58,8 @@ TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
     desk.settle().expectTiles(picture);
 }
 
-TEST_P(Spaces, AWindowThatKeepsItsOwnSizeGetsNoNewRequestAtEachReturn) {
-    desk.opens("Terminal", {.sizeIncrement = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
+TEST_P(Spaces, AWindowThatRoundsItsSizeGetsNoNewRequestWhenItsSpaceIsShownAgain) {
+    desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
     const int writes = desk.desktop.window("Terminal").frameWriteCount;
     for (const int space : {1, 0, 1, 0}) show(space).settle();
     EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, writes);
@@ -100,8 +100,8 @@ TEST_P(Spaces, StacksKeepTheirOrder) {
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + "), std::string::npos);
     show(1);
-    if (GetParam() == SpaceStyle::listsAll)
-        desk.opens("Codex").arrange(); // the other kind of desktop lists hidden windows on every Space
+    // With `listsShown`, hidden windows are listed on every Space, so an arrangement here would use the stacked window.
+    if (GetParam() == SpaceStyle::listsAll) desk.opens("Codex").arrange();
     show(0).settle();
     desk.expectTiles(picture);
     desk.cycleStack();
@@ -122,7 +122,7 @@ TEST_P(Spaces, AWindowReturnsToATileThatAWindowOfAnotherSpaceTook) {
     desk.expectTiles(picture);
 }
 
-TEST_P(Spaces, FocusModeLastsOnAnotherSpaceAndItsEndRestoresTheTiles) {
+TEST_P(Spaces, FocusModeContinuesWhileAnotherSpaceIsShownAndItsEndRestoresTheTiles) {
     desk.desktop.userFocuses("Notes");
     desk.zoom();
     const std::string zoomed = desk.desktop.picture();
@@ -271,7 +271,7 @@ TEST(NativeTabs, EveryOperationAffectsTheShownTab) {
     }
 }
 
-TEST(NativeTabs, RulesAreNotAppliedAgain) {
+TEST(NativeTabs, RulesAreNotAppliedAgainToAWindowWithANewId) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
@@ -369,7 +369,7 @@ TEST(NativeTabs, AWindowOfAnotherSpaceWithTheSameFrameIsNoTab) {
     }
 }
 
-TEST(ClosedWindows, LoseTheirTilesOnceTheirSizeIsEmptyOrWindowsAreArrangedEvenIfTheyStillRespond) {
+TEST(ClosedWindows, ThatStillRespondLoseTheirTilesWhenTheirSizeIsEmptyOrAtTheNextArrangement) {
     for (const auto frame : {SimulatedDesktop::RetainedFrame::empty, SimulatedDesktop::RetainedFrame::asItWas}) {
         Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);

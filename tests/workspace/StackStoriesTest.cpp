@@ -20,14 +20,15 @@ void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, action::Dro
     desk.controller().perform(action::EndWindowDrag{{onDesktop.x, 1440 - onDesktop.y}, Movement::move, dropMode});
 }
 
+/// One way in which a front window leaves its tile, and the tiles after that.
 struct Leaving {
     const char* how;
     std::function<void(Scenario&)> leave;
     const char* tiles;
-    const char* tilesWhenOff;
+    const char* tilesWhenOff; // without the setting `bringsNextForward`
 };
 
-TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontWindowLeaves) {
+TEST(StackStories, TheNextStackedWindowComesForwardInWhateverWayTheFrontWindowLeaves) {
     using action::DropMode;
     const Leaving ways[] = {
         {"closed", [](Scenario& desk) { desk.desktop.close("Codex"); },
@@ -67,7 +68,7 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontWindowLeaves) {
     }
 }
 
-TEST(StackStories, AnArrangementRightAfterAMoveCountsTheNextWindowAsShown) {
+TEST(StackStories, AnArrangementRightAfterAMoveCountsTheNextStackedWindowAsShown) {
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
         std::string pictures[2];
         for (const bool isAtOnce : {false, true}) {
@@ -130,7 +131,7 @@ TEST(StackStories, WindowsDisplacedByASpanReturnToTheirTiles) {
     EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "the window's tile is free: " << desk.tiles();
 }
 
-TEST(StackStories, TheWindowBehindAZoomedOneComesForwardWhenFocusModeEnds) {
+TEST(StackStories, TheWindowBehindOneThatClosedDuringFocusModeComesForwardWhenFocusModeEnds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Viewer").opens("Mail").opens("Codex").arrange();
     desk.desktop.userFocuses("Codex");
@@ -166,7 +167,7 @@ TEST(LayoutCycle, CyclingThroughAllLayoutsRestoresTheFirstArrangement) {
         for (int step = 0; step < 5; ++step) desk.undo();
         EXPECT_EQ(shownCount(desk), std::min<std::size_t>(4, desk.controller().tiles().size())) << desk.tiles();
         desk.layout("jarvis.quad-grid");
-        EXPECT_EQ(desk.desktop.picture(), start) << "steps that were undone have no effect on later ones";
+        EXPECT_EQ(desk.desktop.picture(), start) << "layout changes that were undone have no effect on later changes";
     }
 }
 
@@ -188,7 +189,8 @@ TEST(LayoutCycle, ChangesByTheUserDuringTheCycleAreKept) {
     desk.cycleStack();
     desk.desktop.close(desk.desktop.focusedLabel());
     desk.settle().layout("jarvis.quad-grid");
-    EXPECT_EQ(shownCount(desk), 3u) << "windows that were cycled have their tiles again: " << desk.tiles();
+    EXPECT_EQ(shownCount(desk), 3u) << "the windows that the user cycled through have their tiles again: "
+                                    << desk.tiles();
 }
 
 } // namespace

@@ -65,7 +65,7 @@ TEST(TileAssignments, ClosedWindowsAreRemovedFromTilesAndStacks) {
     EXPECT_EQ(tiles, TileAssignments{});
 }
 
-TEST(UndoHistory, TheThirtyFirstPushDropsTheOldest) {
+TEST(UndoHistory, TheThirtyFirstStepDropsTheOldest) {
     UndoHistory history;
     for (int i = 0; i <= 30; ++i) {
         history.push({{}, {std::to_string(i), {}}, {}});
@@ -102,16 +102,16 @@ TEST(LayoutMigration, WindowsPreferTheirSlotThenASlotWithTheSameCanonicalIDThenT
     EXPECT_TRUE(result.displacedWindowIDs.empty());
 }
 
-TEST(LayoutMigration, AWindowWithoutATileIsStackedInTheNearestAndASpanShrinksToItsAnchor) {
+TEST(LayoutMigration, AWindowWithoutATileIsStackedInTheNearestTileAndASpanShrinksToItsAnchor) {
     TileAssignments before;
     (void)before.assign("first", {"D::a"});
     (void)before.assign("wide", {"D::b", "D::c"});
     (void)before.assign("last", {"D::d"});
-    before.stackWindowIDsByTarget["D::d"] = {"last", "shy"};
+    before.stackWindowIDsByTarget["D::d"] = {"last", "stacked"};
     const auto result = migrateAssignments(before, "D", row({"a", "b", "c", "d"}), row({"a", "b"}));
     EXPECT_EQ(result.assignments.assignedWindowIDs,
               (std::map<TileTarget, WindowID>{{"D::a", "first"}, {"D::b", "wide"}}));
-    EXPECT_EQ(result.assignments.stackWindowIDsByTarget.at("D::b"), (IDs{"wide", "last", "shy"}));
+    EXPECT_EQ(result.assignments.stackWindowIDsByTarget.at("D::b"), (IDs{"wide", "last", "stacked"}));
     EXPECT_TRUE(result.assignments.anchorsByWindowID.empty());
     EXPECT_EQ(result.displacedWindowIDs, IDs{"last"});
 }

@@ -188,7 +188,7 @@ TEST(UndoAndFocusStories, LeavingFocusModeNeedsThePermission) {
     desk.settle().zoom().expectMessage("Focus Mode closed — workspace restored");
 }
 
-TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
+TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsAllItsLayouts) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     const auto drag = [&] {
@@ -208,7 +208,7 @@ TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
     EXPECT_EQ(desk.state().profile->layoutWeightsByDisplay.at(desk.displayIDOf("A")).size(), 2u);
 }
 
-TEST(UndoAndFocusStories, RefusalsGiveTheReason) {
+TEST(UndoAndFocusStories, EachRefusedActionGivesItsReason) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     const auto steps = desk.controller().undoHistory().size();

@@ -1,5 +1,5 @@
-// Random actions of a user: each undo restores the state before the undone action: tiles, stacks, anchors, frames,
-// minimized and hidden windows, the profile and the accent color.
+// After random actions of a user, each undo restores the state before the undone action. The state consists of tiles,
+// stacks, anchors, frames, minimized and hidden windows, the profile and the accent color.
 #include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +17,7 @@ constexpr std::size_t kStepsPerWalk = 45;  // more than the history keeps
 constexpr double kLongestHastyPause = 0.6; // seconds
 constexpr CGSize kCell{17, 31};            // all frames are whole multiples of it; some windows round their size to it
 
+/// Calm: the desktop settles after each step. Hasty: the next command may come at once.
 enum class Pace { calm, hasty };
 
 class UndoWalk : public RandomWalk {
@@ -40,7 +41,7 @@ class UndoWalk : public RandomWalk {
     struct Picture {
         TileAssignments assignments;
         std::map<WindowID, std::string> windows; // by id, as the desktop describes them
-        std::set<WindowID> leftAlone;            // ids: in full screen, or on another Space
+        std::set<WindowID> leftAlone;            // windows in full screen or on another Space
         WorkspaceProfile profile;
         std::string accentColor;
     };
@@ -53,7 +54,7 @@ class UndoWalk : public RandomWalk {
     }
     void step(const std::string& name) override {
         const bool wasZoomed = desk_.state().focusMode->has_value();
-        // The state before a step in focus mode is the state before focus mode, which most actions end.
+        // Most actions end focus mode, and their undo restores the state before focus mode.
         const Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : isHasty_ ? requestedPicture() : picture();
         std::set<WallTime> knownEntries;
         for (const auto& entry : desk_.controller().undoHistory().entries()) knownEntries.insert(entry.time);
@@ -76,9 +77,9 @@ class UndoWalk : public RandomWalk {
         }
         EXPECT_LE(added, 1) << "each action adds at most one undo step";
         const bool isZoomed = desk_.state().focusMode->has_value();
-        const bool isBack = wasZoomed && !isZoomed && added == 0 && beforeZoom_ && name == "zoom";
-        if (isBack && isHasty_) expectCarriedOut();
-        if (isBack) expectSameState(*beforeZoom_);
+        const bool hasLeftFocusMode = wasZoomed && !isZoomed && added == 0 && beforeZoom_ && name == "zoom";
+        if (hasLeftFocusMode && isHasty_) expectCarriedOut();
+        if (hasLeftFocusMode) expectSameState(*beforeZoom_);
         if (isZoomed && !wasZoomed) beforeZoom_ = before;
         if (isZoomed && wasZoomed && beforeZoom_) keepShownWindows(*beforeZoom_);
         if (!isZoomed) beforeZoom_.reset();
@@ -96,7 +97,7 @@ class UndoWalk : public RandomWalk {
         for (const auto* window : desk_.desktop.livingWindows()) {
             const WindowID id = desk_.desktop.windowIDOf(window->label());
             std::string& text = out.windows[id] = desk_.desktop.describeWindow(*window);
-            if (isHasty_) text = desk_.desktop.isOnScreen(*window) ? "shown" : "away";
+            if (isHasty_) text = desk_.desktop.isOnScreen(*window) ? "shown" : "not shown";
             // On desktops that hide an application by minimizing its windows, a minimized window may count as hidden.
             constexpr std::string_view kBoth = " minimized hidden";
             if (const auto at = text.find(kBoth); at != std::string::npos) text.replace(at, kBoth.size(), " minimized");
@@ -127,12 +128,12 @@ class UndoWalk : public RandomWalk {
             const bool isShown =
                 assignments.isInAnyTile(window.id) ? assignments.isAssigned(window.id) : window.isVisible;
             EXPECT_EQ(window.isVisible, isShown) << window.id << " in " << desk_.tiles();
-            out.windows[window.id] = isShown ? "shown" : "away";
+            out.windows[window.id] = isShown ? "shown" : "not shown";
         }
         return out;
     }
 
-    /// Expects that every window, also without a tile, reaches the state that the commands have requested.
+    /// Expects that every window, even one without a tile, reaches the state that the commands have requested.
     void expectCarriedOut() {
         const Picture requested = requestedPicture();
         desk_.settle();
@@ -155,9 +156,10 @@ class UndoWalk : public RandomWalk {
         const bool haveTilesMoved = std::any_of(before.windows.begin(), before.windows.end(), hasClosed);
         before.assignments.keepOnly(living);
         // After a front window has closed, the next window of its stack is in front, so its application is shown.
-        std::set<std::string> broughtBack;
+        std::set<std::string> shownProcesses;
         for (const auto& id : living) {
-            if (now.assignments.isAssigned(id) && !before.assignments.isAssigned(id)) broughtBack.insert(processOf(id));
+            if (now.assignments.isAssigned(id) && !before.assignments.isAssigned(id))
+                shownProcesses.insert(processOf(id));
         }
         if (haveTilesMoved) {
             EXPECT_EQ(now.assignments.windows(), before.assignments.windows());
@@ -173,8 +175,8 @@ class UndoWalk : public RandomWalk {
         EXPECT_EQ(now.accentColor, before.accentColor);
         for (const auto& [id, description] : before.windows) {
             const bool isLeftAlone = now.leftAlone.contains(id) || before.leftAlone.contains(id);
-            const bool mayBeBack = haveTilesMoved && broughtBack.contains(processOf(id));
-            if (!living.contains(id) || isLeftAlone || mayBeBack || (haveTilesMoved && now.assignments.isAssigned(id)))
+            const bool mayBeShown = haveTilesMoved && shownProcesses.contains(processOf(id));
+            if (!living.contains(id) || isLeftAlone || mayBeShown || (haveTilesMoved && now.assignments.isAssigned(id)))
                 continue;
             // After an application has opened a window, its stacked windows are minimized instead of hidden.
             const auto isNewSibling = [&, process = processOf(id)](const WindowID& other) {
@@ -195,7 +197,7 @@ class UndoWalk : public RandomWalk {
         return displaced.windows();
     }
     /// On a Mac a full-screen window has a Space of its own, and undo restores only the tiles of the shown Space. A
-    /// window that returns from another Space gets its tile back, in front of the windows there.
+    /// window that returns from another Space gets its tile back, in front of the windows in that tile.
     static std::set<WindowID> ofOtherSpacesIn(const Picture& picture) {
         std::set<WindowID> windows = picture.leftAlone;
         for (const auto& id : picture.leftAlone) {
@@ -326,7 +328,7 @@ class UndoWalk : public RandomWalk {
     };
     const bool isHasty_;
     bool isUndoingAll_ = false;
-    std::map<WallTime, Picture> before_; // by the time of the entry of the history that restores the state
+    std::map<WallTime, Picture> before_; // the key is the time of the undo step that restores the state
     std::optional<Picture> beforeZoom_;
     bool haveDisplaysChanged_ = false;
 };

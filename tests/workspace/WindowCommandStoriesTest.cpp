@@ -18,7 +18,7 @@ class WindowCommandStories : public ::testing::Test {
     }
     WindowID id(const char* label) { return desk.desktop.windowIDOf(label); }
     TileTarget tile(const SlotID& slot, const char* display = "A") { return desk.target(display, slot); }
-    /// The steps of the plan: "place Mail A1, wait Codex A1".
+    /// The steps of the plan as "place Mail A1, wait Codex A1", or the reason of the refusal.
     std::string steps(const WindowCommand& command) {
         const auto planned = desk.controller().planCommand(command);
         if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return refusal->reason;
@@ -163,7 +163,7 @@ TEST_F(WindowCommandStories, TheNamedWindowIsUsedInsteadOfTheFocusedOne) {
     EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
 }
 
-TEST_F(WindowCommandStories, AFocusedDialogStandsForItsWindow) {
+TEST_F(WindowCommandStories, ACommandForAFocusedDialogAffectsTheWindowOfTheDialog) {
     desk.opens("Codex", {.frame = makeRect(300, 300, 400, 200), .title = "Save?", .dialogOf = "Codex"}).settle();
     desk.desktop.userFocuses("Codex 2");
     desk.settle();

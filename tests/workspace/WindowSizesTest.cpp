@@ -25,7 +25,7 @@ struct Bench {
     bool isConfirmed = false;
 };
 
-TEST(WindowSizes, AMinimumIsObservedPerDirectionAndForgottenOnceTheWindowIsSmaller) {
+TEST(WindowSizes, AMinimumSizeIsObservedForEachDirectionAndForgottenOnceTheWindowIsSmaller) {
     Bench bench;
     const auto window = windowCalled("a");
     EXPECT_EQ(bench.refuses(window, {1500, 600}), changed);
@@ -55,7 +55,7 @@ TEST(WindowSizes, ASizeThatContradictsTheAnnouncementIsConfirmedByTheSecondArran
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 900}));
 }
 
-TEST(WindowSizes, NothingIsLearnedWithinASecondOfThePointersRelease) {
+TEST(WindowSizes, NoMinimumSizeIsLearnedWithinASecondAfterThePointerIsReleased) {
     Bench bench;
     bench.sizes.notePointer(Seconds(99.1));
     EXPECT_EQ(bench.refuses(windowCalled("a"), {1500, 600}), unreliable);

@@ -46,7 +46,7 @@ TEST(WorkspacePreferences, AValueOfAnotherTypeAlsoMarksAnExistingUser) {
     EXPECT_EQ(loadWorkspacePreferences(store).profile.themeID, "jarvis.neon-cyan");
 }
 
-TEST(WorkspacePreferences, ReadsTheKeysUnderWhichValuesOfUsersAreStored) {
+TEST(WorkspacePreferences, TheKeysOfStoredValuesDoNotChange) {
     using namespace preferenceKey;
     const std::pair<std::string_view, std::string_view> keys[] = {
         {workspaceProfile, "KOVA.workspaceProfile.v1"},
@@ -97,14 +97,15 @@ TEST(WorkspacePreferences, EachValueOutOfRangeIsReplacedAndReported) {
                                          {"B", DisplayLayoutSelection::layout("jarvis.quad-grid")}};
     profile.tileInset = 5000;
     profile.applicationMinimumSizes = {{"good", {600, 0}}, {"low", {-1, 100}}, {"vast", {1e9, 100}}};
-    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {0, -1}; // limited only when used
+    // Weights are limited only when their layout is used.
+    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {0, -1};
     MemoryPreferencesStore store;
     saveProfile(store, profile);
     const auto loaded = loadWorkspacePreferences(store).profile;
-    const std::string before = "KOVA.workspaceProfile.v1 is not used as stored: ";
+    const std::string prefix = "KOVA.workspaceProfile.v1 is not used as stored: ";
     std::string lines;
     for (const auto& problem : store.problems()) {
-        const auto reason = problem.substr(std::min(before.size(), problem.size()));
+        const auto reason = problem.substr(std::min(prefix.size(), problem.size()));
         lines += reason.substr(0, reason.find(". A copy")) + "\n";
     }
     EXPECT_EQ(lines, "themeID: there is no theme “plaid”; “jarvis.neon-cyan” is used\n"

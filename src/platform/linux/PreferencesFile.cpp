@@ -45,7 +45,7 @@ fs::path freeNameBeside(const fs::path& file, const std::string& word, WallTime 
     return name;
 }
 
-/// The file behind symbolic links, also if the last one points to nothing. Absent for a cycle.
+/// Follows symbolic links to the file, which need not exist. Absent if the links form a cycle.
 std::optional<fs::path> targetOf(fs::path path) {
     for (int i = 0; i < kMostLinks; ++i) {
         std::error_code error;
@@ -75,14 +75,15 @@ bool isStateOfOneAgent(const std::string& key) {
     return key == preferenceKey::workspaceSession || key == preferenceKey::autoArrangeLearning;
 }
 
-/// False for values that each agent sets for its own session: overwriting one loses nothing that the user wrote.
+/// False for values that each agent sets for its own session: overwriting such a value loses nothing that the user
+/// wrote.
 bool isWorthACopy(const std::string& place) {
     return place != std::string(preferenceKey::workspaceProduct) + ".activeSceneID" &&
            place != std::string(preferenceKey::workspaceProfile) + ".id";
 }
 
-/// The values as they would be read from the file, so that equal records have equal texts. `known` are values of this
-/// form.
+/// The values as they would be read from the file, so that equal records have equal texts. `known` must have
+/// this form already.
 PreferenceValues asInFile(const PreferenceValues& values, const PreferenceValues& known) {
     PreferenceValues out;
     for (const auto& [key, value] : values) {
@@ -192,7 +193,8 @@ std::string cannotReadNow(const fs::path& target, int error) {
     return target.string() + " cannot be read now: " + reasonOf(error);
 }
 
-/// True if there is something else than a preference file at the path; false if the file cannot be read at the moment.
+/// True if the path has something other than a preference file; false if the path has a file that cannot be read at the
+/// moment.
 bool isDamage(int error) {
     return error == EISDIR || error == EINVAL || error == EFBIG;
 }

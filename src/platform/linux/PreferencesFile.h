@@ -1,6 +1,7 @@
-// The preference file on disk: JSON that a user can read and edit. The file is complete at every moment, old or new.
-// Changes by other writers (the user, or the agent of another session) are kept: this agent's changes are merged into
-// the file, and if both changed one value, or the file is damaged, a copy is kept under a dated name.
+// The preference file on disk: JSON that a user can read and edit. At every moment the file has either the old or the
+// new content in full. Changes by other writers (the user, or the agent of another session) are kept: this agent's
+// changes are merged into the file, and if both changed one value, or the file is damaged, a copy is kept under a dated
+// name.
 #pragma once
 
 #include "persistence/PreferenceMerge.h"
@@ -35,7 +36,7 @@ class PreferencesFile {
     /// If the path is a symbolic link, its target is written.
     explicit PreferencesFile(std::filesystem::path path, FolderSync folderSync = syncFolder);
 
-    /// Texts are for the user; empty for none.
+    /// The texts are for the user; an empty text means that there is nothing to report.
     struct Loaded {
         PreferenceValues values;
         std::string notice;  // what happened to a damaged file
@@ -89,7 +90,7 @@ class PreferencesFile {
     Reading setAside(const std::filesystem::path& target, const std::string& reason, WallTime now);
     PreferenceValues mergeInto(const PreferenceValues& theirs, const PreferenceValues& ours, Written& written,
                                std::string& disputed) const KOVA_REQUIRES(mutex_);
-    /// Empty on success or if the copy exists, else the error.
+    /// Empty if the copy exists or no copy is needed, else the error.
     std::string keepCopies(const std::filesystem::path& target, const PreferenceValues& next, const Request& request,
                            const std::string& disputed, WallTime now, Written& written) KOVA_REQUIRES(mutex_);
     /// The texts of the values in the file, by key.
@@ -114,7 +115,7 @@ class PreferencesFile {
     // The file could not be read at the start; its values take precedence once it can be read.
     bool isUnread_ KOVA_GUARDED_BY(mutex_) = false;
     std::optional<Fingerprint> knownFingerprint_ KOVA_GUARDED_BY(mutex_);
-    std::optional<Fingerprint> copiedFingerprint_ KOVA_GUARDED_BY(mutex_); // of the file that the last copy was made of
+    std::optional<Fingerprint> copiedFingerprint_ KOVA_GUARDED_BY(mutex_); // of the file that was copied last
     std::string copiedTo_ KOVA_GUARDED_BY(mutex_);
     std::uint64_t newestVersion_ KOVA_GUARDED_BY(mutex_) = 0;
     // False from the replacement of the file until its folder is on disk.
