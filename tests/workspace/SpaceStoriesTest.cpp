@@ -59,7 +59,7 @@ TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
 }
 
 TEST_P(Spaces, AWindowThatRoundsItsSizeGetsNoNewRequestWhenItsSpaceIsShownAgain) {
-    desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
+    desk.opens("Terminal", {.sizeIncrement = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
     const int writes = desk.desktop.window("Terminal").frameWriteCount;
     for (const int space : {1, 0, 1, 0}) show(space).settle();
     EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, writes);
