@@ -79,7 +79,7 @@ void PointerActions::applyDividerDrag() {
     const ActiveDividerDrag& drag = *pointer_.dividerDrag();
     geometry_.layouts().setTransientWeights(drag.target.displayID, drag.target.layoutID, drag.overrides);
     writeInteractiveFrames(drag.target.displayID);
-    keeper_.raiseRevision(); // windows first, then handles and overlay
+    keeper_.raiseRevision(); // the handles and the overlay follow the frames written above
 }
 
 void PointerActions::writeInteractiveFrames(const DisplayID& id) {

@@ -144,7 +144,7 @@ class Comparison {
             const std::int64_t ordinal = displayNow(placement.displayOrdinal) ? placement.displayOrdinal : 0;
             const auto taken =
                 slotsTaken(slots[static_cast<std::size_t>(ordinal)], placement.slotID, placement.claimedSlotIDs);
-            if (taken.empty()) continue; // opening the scene skips it
+            if (taken.empty()) continue; // opening the scene skips such a placement
             const ManagedWindow* open = matcher.take(placement.window);
             const WindowID id = open ? open->id : WindowID("missing " + std::to_string(wanted.size()));
             wanted.push_back({&placement, id, open != nullptr});

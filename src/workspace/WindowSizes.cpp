@@ -10,7 +10,8 @@ namespace kova {
 
 namespace {
 
-constexpr int kArrangementsToConfirm = 2; // that must observe a minimum size which contradicts the announced one
+/// In so many arrangements a minimum size must be observed before it counts although it contradicts the announced one.
+constexpr int kArrangementsToConfirm = 2;
 
 bool isKnownInAnyDirection(CGSize size) {
     return size.width > 0 || size.height > 0;

@@ -132,11 +132,13 @@ void Scenario::checkAssignments(std::vector<std::string>& violations) {
 /// are not checked, since they always overlap others.
 void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violations, MinimumSizes considered) {
     std::map<std::string, std::pair<DisplayID, CGRect>> frames; // by label: display and frame
+    std::set<DisplayID> withFullScreen; // a full-screen window keeps room in its tile that others may lack
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
         const auto label = desktop.labelOfID(*tile.windowID);
         if (label == tile.windowID->text()) continue; // closed since the last poll
         const auto& window = desktop.window(label);
+        if (window.isFullScreen) withFullScreen.insert(tile.displayID);
         const auto minimum = window.leastSize();
         const auto screens = desktop.screens();
         const auto screen =
@@ -154,7 +156,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violation
     for (auto a = frames.begin(); a != frames.end(); ++a) {
         for (auto b = std::next(a); b != frames.end(); ++b) {
             // Windows of different displays are not compared: a display that has grown may overlap its neighbor.
-            if (a->second.first != b->second.first) continue;
+            if (a->second.first != b->second.first || withFullScreen.contains(a->second.first)) continue;
             if (overlap(insetBy(a->second.second, kTolerance), insetBy(b->second.second, kTolerance))) {
                 violations.push_back(a->first + " and " + b->first + " overlap: " + tiles());
             }

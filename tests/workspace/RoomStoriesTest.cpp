@@ -129,9 +129,13 @@ TEST(TileRoom, APlacementMakesNoOtherWindowCramped) {
             ASSERT_EQ(tiles.front(), slot);
             const auto displaced = room.holdersOf(tiles, id);
             std::erase_if(holders, [&](const TileHolder& holder) { return displaced.contains(holder.windowID); });
+            // A tile may shrink when a window beside it loses its tile. The placement does not count as the cause.
+            const auto afterLoss = TileRoom(layout, {2560, 1400}, 5, holders).cramped();
             holders.push_back({id, tiles, least});
             for (const auto& cramped : TileRoom(layout, {2560, 1400}, 5, holders).cramped()) {
-                EXPECT_NE(std::ranges::find(before, cramped), before.end()) << "seed " << seed << " step " << step;
+                EXPECT_TRUE(std::ranges::find(before, cramped) != before.end() ||
+                            std::ranges::find(afterLoss, cramped) != afterLoss.end())
+                    << "seed " << seed << " step " << step;
             }
         }
     });

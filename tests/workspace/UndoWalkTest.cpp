@@ -55,7 +55,9 @@ class UndoWalk : public RandomWalk {
     void step(const std::string& name) override {
         const bool wasZoomed = desk_.state().focusMode->has_value();
         // Most actions end focus mode, and their undo restores the state before focus mode.
-        const Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : isHasty_ ? requestedPicture() : picture();
+        Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : isHasty_ ? requestedPicture() : picture();
+        // The end of focus mode restores no window of another Space.
+        if (wasZoomed) before.leftAlone.merge(picture().leftAlone);
         std::set<WallTime> knownEntries;
         for (const auto& entry : desk_.controller().undoHistory().entries()) knownEntries.insert(entry.time);
         desk_.advance(Seconds(0.001));
@@ -81,7 +83,6 @@ class UndoWalk : public RandomWalk {
         if (hasLeftFocusMode && isHasty_) expectCarriedOut();
         if (hasLeftFocusMode) expectSameState(*beforeZoom_);
         if (isZoomed && !wasZoomed) beforeZoom_ = before;
-        if (isZoomed && wasZoomed && beforeZoom_) keepShownWindows(*beforeZoom_);
         if (!isZoomed) beforeZoom_.reset();
     }
     void end() override {
@@ -105,18 +106,6 @@ class UndoWalk : public RandomWalk {
             if (window->isFullScreen || isElsewhere) out.leftAlone.insert(id);
         }
         return out;
-    }
-
-    /// Windows without a tile that the user has shown during focus mode stay shown when it ends.
-    void keepShownWindows(Picture& beforeZoom) {
-        const Picture now = picture();
-        for (auto& [id, description] : beforeZoom.windows) {
-            const auto found = now.windows.find(id);
-            if (found == now.windows.end() || now.leftAlone.contains(id) || beforeZoom.assignments.isInAnyTile(id))
-                continue;
-            if (description == found->second + " hidden" || description == found->second + " minimized")
-                description = found->second;
-        }
     }
 
     /// The requested state, which the desktop may not have reached yet. Windows in tiles are shown if they are front
