@@ -27,7 +27,8 @@ void WorkspaceController::resumeAfterSystemTransition() {
 /// Compares the displays with those before the transition. A display that was disconnected and reconnected meanwhile
 /// does not count as changed.
 void WorkspaceController::beginTransitionRecovery() {
-    parts_.awaited.postpone(parts_.recovery.endUnseenTime(parts_.services.queue.uptime())); // nothing could be placed during the transition
+    parts_.awaited.postpone(
+        parts_.recovery.endUnseenTime(parts_.services.queue.uptime())); // nothing could be placed during the transition
     if (parts_.recovery.hasOtherScreens(*parts_.state.screens)) {
         (void)ops_.steps.leaveFocusMode();
         ops_.follower.migrateChangedDisplays();
