@@ -16,11 +16,11 @@ KovaShortcutConfiguration storedIn(PreferencesStore& store, const std::string& k
 
 } // namespace
 
-KovaShortcutSettings::KovaShortcutSettings(PreferencesStore& defaults) :
-    defaults_(defaults), storageKey_(preferenceKey::keyboardShortcuts) {
-    configuration.set(storedIn(defaults_, storageKey_));
+KovaShortcutSettings::KovaShortcutSettings(PreferencesStore& store) :
+    store_(store), storageKey_(preferenceKey::keyboardShortcuts) {
+    configuration.set(storedIn(store_, storageKey_));
     saving_ = configuration.observe([this](const KovaShortcutConfiguration& changed) {
-        defaults_.setValue(storageKey_, PreferenceData{encodeShortcutConfiguration(changed)});
+        store_.setValue(storageKey_, PreferenceData{encodeShortcutConfiguration(changed)});
     });
 }
 

@@ -15,7 +15,7 @@ class KovaShortcutSettings {
   public:
     /// Reads the stored configuration. Uses the default configuration if none is stored, or if the stored one cannot be
     /// read. The store outlives the settings.
-    explicit KovaShortcutSettings(PreferencesStore& defaults);
+    explicit KovaShortcutSettings(PreferencesStore& store);
     KovaShortcutSettings(const KovaShortcutSettings&) = delete;
     KovaShortcutSettings& operator=(const KovaShortcutSettings&) = delete;
 
@@ -33,7 +33,7 @@ class KovaShortcutSettings {
     std::optional<KovaShortcutAction> conflictingAction(const KovaShortcut& shortcut, KovaShortcutAction edited) const;
 
   private:
-    PreferencesStore& defaults_;
+    PreferencesStore& store_;
     std::string storageKey_;
     Subscription saving_;
 };

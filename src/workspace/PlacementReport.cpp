@@ -30,7 +30,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.isDragUnderWay = pointer_.isPausingPolls();
     situation.hasTile = assignments_.isAssigned(window.id);
     situation.leftAlone = presenter_.whyLeftAlone(window);
-    // A stacked window is hidden by KOVA itself; that is no reason of its own.
+    // KOVA itself hides stacked windows, so that a stacked window is hidden explains nothing.
     const bool isWaiting = assignments_.isInAnyTile(window.id) && !situation.hasTile;
     if (isWaiting && (situation.leftAlone == LeftAloneReason::minimized ||
                       situation.leftAlone == LeftAloneReason::applicationHidden))

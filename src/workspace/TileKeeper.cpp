@@ -175,7 +175,7 @@ bool TileKeeper::placeWindow(const WindowID& windowID, const TileTarget& target,
     return true;
 }
 
-/// A window that did not shrink shows its minimum size in the directions in which it stayed larger than requested.
+/// If a window stayed wider or higher than requested, this width or height is its minimum.
 void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
     frames_.endRetry(windowID);
     const ManagedWindow* window = liveWindows_.find(windowID);
@@ -288,7 +288,7 @@ void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWi
     }
 }
 
-/// Forgets learned minimum sizes that are larger than a window which they concern.
+/// Forgets a learned minimum size if the window is smaller.
 void TileKeeper::noteSizesSeen() {
     for (const ManagedWindow& window : liveWindows_) {
         // A window that does not respond still has the requested frame in the list, not its actual one.
@@ -368,7 +368,7 @@ void TileKeeper::bringNextForward(const TileAssignments& before) {
     }
 }
 
-/// False when the window cannot be shown, or needs tiles of other windows.
+/// Returns false if the window cannot be shown, or needs tiles of other windows.
 bool TileKeeper::bringForward(const Promotion& promotion) {
     const ManagedWindow* live = liveWindows_.find(promotion.windowID);
     if (!live || live->isFullScreen || presenter_.isOffScreen(*live)) return false;

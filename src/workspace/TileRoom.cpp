@@ -48,7 +48,7 @@ std::set<WindowID> TileRoom::holdersOf(const std::vector<SlotID>& slotIDs, const
     return found;
 }
 
-/// Solves like `TileGeometry`: only the minimum sizes of windows in a single tile affect the solved sizes.
+/// As in `TileGeometry`, only the minimum sizes of windows in a single tile affect the solved sizes.
 SolvedLayout TileRoom::solved() const {
     TileMinimumSizes sizes;
     for (const auto& holder : holders_) {

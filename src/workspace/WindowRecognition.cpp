@@ -34,7 +34,8 @@ bool isSameFrame(const CGRect& a, const CGRect& b) {
 
 using Fits = std::function<bool(const ManagedWindowRecoveryIdentity&, const ManagedWindow&)>;
 
-/// Moves each missing window and candidate that fit only each other from both lists to `successors`.
+/// Finds pairs of a missing window and a candidate of which each fits no other. Moves them from both lists to
+/// `successors`.
 void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vector<const ManagedWindow*>& candidates,
             const Fits& fits, std::vector<WindowSuccessor>& successors) {
     std::map<const ManagedWindowRecoveryIdentity*, std::vector<const ManagedWindow*>> choices;

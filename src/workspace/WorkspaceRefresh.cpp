@@ -87,7 +87,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
 }
 
-/// Not called during drags, because only the pointer may move windows then.
+/// Must not be called during a drag, because only the pointer may move windows then.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     noteFocus();

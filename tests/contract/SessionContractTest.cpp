@@ -9,7 +9,7 @@ using Event = SystemActivityEvent;
 using Events = std::vector<Event>;
 
 TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
-    Events reported, reportedOnce, reportedToDropped;
+    Events reported, reportedOnce, reportedUntilDropped;
     bool isInsideCall = false;
     const auto watch = stage().activity().observeSystemActivity([&](Event event) {
         EXPECT_FALSE(isInsideCall) << "the observer was called inside `simulate`";
@@ -20,8 +20,8 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
         reportedOnce.push_back(event);
         once = Subscription();
     });
-    Subscription dropped =
-        stage().activity().observeSystemActivity([&](Event event) { reportedToDropped.push_back(event); });
+    Subscription droppedLater =
+        stage().activity().observeSystemActivity([&](Event event) { reportedUntilDropped.push_back(event); });
     stage().runFor(Seconds(0.2));
     EXPECT_TRUE(reported.empty()) << "an event was reported although nothing has happened";
     EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
@@ -43,12 +43,12 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
 
     // A query returns the state that the events reported.
     EXPECT_TRUE(stage().session().isLoginSessionScreenLocked());
-    const std::size_t reportedBefore = reportedToDropped.size();
-    dropped = Subscription();
+    const std::size_t reportedBefore = reportedUntilDropped.size();
+    droppedLater = Subscription();
     stage().simulate(Event::screenDidUnlock);
     EXPECT_TRUE(stage().runUntil([&] { return reported.back() == Event::screenDidUnlock; }));
     EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
-    EXPECT_EQ(reportedToDropped.size(), reportedBefore);
+    EXPECT_EQ(reportedUntilDropped.size(), reportedBefore);
 }
 
 } // namespace

@@ -20,7 +20,7 @@ inline Uuid lastScene(Scenario& desk) {
 
 inline Scenario& captureScene(Scenario& desk, const char* name = "Work") {
     desk.controller().perform(action::CaptureScene{name});
-    return desk.advance(Seconds(0));
+    return desk.advance(Seconds(0)); // a capture moves no window, so nothing has to settle
 }
 
 inline Scenario& openScene(Scenario& desk, const Uuid& id) {

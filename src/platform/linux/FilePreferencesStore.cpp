@@ -136,6 +136,8 @@ void FilePreferencesStore::finish(const PreferencesFile::Request& requested, con
     completeSaves(requested.version);
 }
 
+/// Adopts what another program has changed in the file, except for values that this agent has changed since the
+/// request.
 void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& requested) {
     for (const auto& [key, theirs] : changes) {
         const auto ours = std::as_const(values_).find(key), before = requested.find(key);

@@ -1,5 +1,5 @@
-// KOVA's main menu, which is never shown. Without it Command-V and other shortcuts would not work in text fields of
-// dialogs. Objective-C++ only; main thread.
+// A main menu with an Edit menu. KOVA never shows it, but without it Command-V and other shortcuts would not work in
+// text fields of dialogs. Main thread.
 #pragma once
 
 namespace kova::macos {
