@@ -135,7 +135,10 @@ class UndoWalk : public RandomWalk {
         Picture now = picture();
         std::set<WindowID> leftOut = displacedIn(before);
         if (desk_.desktop.readsSendRequests()) {
-            for (const Picture* picture : {&now, &before}) leftOut.merge(ofOtherSpacesIn(*picture));
+            std::set<WindowID> ofOtherSpaces = now.leftAlone;
+            ofOtherSpaces.insert(before.leftAlone.begin(), before.leftAlone.end());
+            for (const Picture* picture : {&now, &before}) leftOut.merge(inStacksOf(ofOtherSpaces, *picture));
+            leftOut.merge(ofOtherSpaces);
         }
         leaveOut(leftOut, now);
         leaveOut(leftOut, before);
@@ -187,9 +190,9 @@ class UndoWalk : public RandomWalk {
     }
     /// On a Mac a full-screen window has a Space of its own, and undo restores only the tiles of the shown Space. A
     /// window that returns from another Space gets its tile back, in front of the windows in that tile.
-    static std::set<WindowID> ofOtherSpacesIn(const Picture& picture) {
-        std::set<WindowID> windows = picture.leftAlone;
-        for (const auto& id : picture.leftAlone) {
+    static std::set<WindowID> inStacksOf(const std::set<WindowID>& ids, const Picture& picture) {
+        std::set<WindowID> windows;
+        for (const auto& id : ids) {
             const auto tile = picture.assignments.targetOf(id);
             const auto stack = tile ? picture.assignments.stackWindowIDsByTarget.find(*tile)
                                     : picture.assignments.stackWindowIDsByTarget.end();
