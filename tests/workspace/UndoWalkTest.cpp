@@ -134,6 +134,9 @@ class UndoWalk : public RandomWalk {
     void expectSameState(Picture before) {
         Picture now = picture();
         std::set<WindowID> leftOut = displacedIn(before);
+        // A displaced window may need more room than the tile that it takes, so the other tiles of the display change.
+        const bool hasDisplacedTakenTile =
+            std::ranges::any_of(leftOut, [&](const WindowID& window) { return now.assignments.isAssigned(window); });
         if (desk_.desktop.readsSendRequests()) {
             std::set<WindowID> ofOtherSpaces = now.leftAlone;
             ofOtherSpaces.insert(before.leftAlone.begin(), before.leftAlone.end());
@@ -168,8 +171,8 @@ class UndoWalk : public RandomWalk {
         for (const auto& [id, description] : before.windows) {
             const bool isLeftAlone = now.leftAlone.contains(id) || before.leftAlone.contains(id);
             const bool mayBeShown = haveTilesMoved && shownProcesses.contains(processOf(id));
-            if (!living.contains(id) || isLeftAlone || mayBeShown || (haveTilesMoved && now.assignments.isAssigned(id)))
-                continue;
+            const bool mayBeElsewhere = (haveTilesMoved || hasDisplacedTakenTile) && now.assignments.isAssigned(id);
+            if (!living.contains(id) || isLeftAlone || mayBeShown || mayBeElsewhere) continue;
             // After an application has opened a window, its stacked windows are minimized instead of hidden.
             const auto isNewSibling = [&, process = processOf(id)](const WindowID& other) {
                 return !before.windows.contains(other) && processOf(other) == process;
