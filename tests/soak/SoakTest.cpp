@@ -361,9 +361,11 @@ class Soak : public ::testing::TestWithParam<Manager> {
             if (line.starts_with("Private_Dirty:"))
                 return std::atol(line.c_str() + std::string("Private_Dirty:").size());
         }
+        ADD_FAILURE() << "the kernel does not say how much memory the agent has";
         return 0;
     }
     void expectPlateau(const std::vector<long>& samples) {
+        ASSERT_GE(samples.size(), 3u);
         // The first third is not compared: the undo history, the scenes and the learning still grow.
         const auto third = static_cast<std::ptrdiff_t>(samples.size() / 3);
         const long before = *std::max_element(samples.begin() + third, samples.end() - third);

@@ -78,18 +78,12 @@ TEST_F(Displays, AWindowWithoutAFreeTileIsMovedOntoAConnectedDisplay) {
 }
 
 TEST_F(Displays, AWindowOfADisconnectedDisplayTakesAFreeTileAndReturns) {
-    const WindowID onC = *desk.controller().tiles().back().windowID;
-    const WindowID onA = *desk.controller().tiles().front().windowID;
-    const std::string label = desk.desktop.labelOfID(onC);
-    desk.desktop.close(desk.desktop.labelOfID(onA));
+    desk.desktop.close("Mail");
     desk.settle();
     const std::string before = desk.tiles();
     const auto display = disconnect(desk, "C");
     desk.advance(Seconds(3)).settle();
-    EXPECT_NE(desk.tiles().find(label + " 15,15") == std::string::npos, desk.tiles().starts_with(label))
-        << desk.tiles();
-    EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0)
-        << "a window of C is in the tile that was free: " << desk.tiles();
+    EXPECT_TRUE(desk.tiles().starts_with("Viewer 15,15 1254x1382 | ")) << "a window of C: " << desk.tiles();
     desk.desktop.addDisplay(display);
     desk.settle();
     EXPECT_EQ(desk.tiles(), before);
@@ -132,11 +126,9 @@ TEST_F(Displays, AWindowThatTheUserMovedWhileItsDisplayWasDisconnectedStaysThere
 }
 
 TEST_F(Displays, TheReturnOfADisplayRevertsAnArrangementMadeWithoutIt) {
-    const std::string before = desk.tiles();
     const auto display = disconnect(desk, "B");
     desk.advance(Seconds(3)).arrange();
     EXPECT_NE(desk.desktop.picture().find("minimized"), std::string::npos) << "there were too few tiles";
-    const auto owners = *desk.state().assignedWindowIDs;
     desk.desktop.addDisplay(display);
     desk.settle();
     for (const auto& tile : desk.controller().tiles()) {

@@ -172,6 +172,7 @@ TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesFollowEach
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex", {.minimumSize = {{300, 1300}}}).arrange();
     auto revision = *desk.state().layoutRevision;
     desk.layout("jarvis.quad-grid");
+    EXPECT_GT(*desk.state().layoutRevision, revision);
     desk.expectTiles("Codex 15,15 1254x1382 | - | (Codex) | -");
     ASSERT_TRUE(*desk.state().placementNotice);
     EXPECT_EQ((*desk.state().placementNotice)->additionalTileCount, 1);

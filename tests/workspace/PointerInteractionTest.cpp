@@ -41,6 +41,7 @@ TEST_F(PointerInteractionTest, ADragPausesPollsUntilShortlyAfterItsEnd) {
     EXPECT_FALSE(pointer.abandon()) << "polls were not paused";
     pointer.beginWindowDrag("mail", {});
     EXPECT_TRUE(pointer.abandon());
+    EXPECT_FALSE(pointer.isPausingPolls());
     queue.advance(Seconds{2});
     EXPECT_EQ(resumed, 1) << "abandoning a drag ends the pause without the callback";
 }

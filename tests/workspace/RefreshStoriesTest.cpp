@@ -263,6 +263,9 @@ TEST(RefreshStories, ThePermissionDialogIsShownOnlyWhenRequestedAndNeeded) {
     desk.controller().start(true);
     EXPECT_EQ(desk.desktop.promptCount(), 1);
     EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::granted);
+    desk.controller().stop();
+    desk.controller().start(true);
+    EXPECT_EQ(desk.desktop.promptCount(), 1) << "the permission is granted already";
 }
 
 } // namespace

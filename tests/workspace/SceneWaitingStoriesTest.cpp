@@ -260,11 +260,14 @@ TEST_F(WaitingScene, AnOpenedSceneHasNoDifferencesWhateverItsRecordContains) {
 
 TEST_F(WaitingScene, AnActiveSceneIsAlwaysInTheList) {
     desk.start();
+    int changes = 0;
     const auto subscription = desk.state().activeSceneID.observe([&](const std::optional<Uuid>& id) {
+        ++changes;
         const auto& scenes = *desk.state().scenes;
         EXPECT_TRUE(std::any_of(scenes.begin(), scenes.end(), [&](const auto& each) { return each.id == id; }));
     });
     desk.controller().perform(action::CaptureScene{"Captured"});
+    EXPECT_EQ(changes, 1);
 }
 
 TEST_F(WaitingScene, TheReportNamesEveryWindow) {

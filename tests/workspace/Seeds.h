@@ -29,6 +29,7 @@ void forEachSeed(std::uint32_t usualCount, Run run) {
     const bool isOneSeed = std::getenv("KOVA_RANDOM_SEED") != nullptr;
     const auto first = numberFrom("KOVA_RANDOM_SEED", 1);
     const auto count = numberFrom("KOVA_RANDOM_DAYS", isOneSeed ? 1 : usualCount / (kHasAddressSanitizer ? 4 : 1));
+    ASSERT_GT(count, 0u) << "no seed was tried";
     for (std::uint32_t i = 0; i < count && !testing::Test::HasFailure(); ++i) run(first + i);
 }
 
