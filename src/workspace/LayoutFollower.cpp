@@ -36,7 +36,7 @@ void LayoutFollower::presentReturnedWindows() {
         const ManagedWindow* window = liveWindows_.find(id);
         if (!window || !assignments_.isAssigned(id)) continue;
         if (window->isMinimized || windowService_.isApplicationHidden(window->processIdentifier)) {
-            presenter_.bringBack(ManagedWindow(*window));
+            presenter_.restore(ManagedWindow(*window));
         }
     }
     std::vector<WindowID> toHide;

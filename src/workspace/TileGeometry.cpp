@@ -141,7 +141,7 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& scre
         const CGRect filled = isSpanning ? frameOf(*cell.front) : cell.onScreen;
         const CGRect tile = flipped(insetBy(filled, state_.profile->tileInset), firstScreenMaxY());
         const ManagedWindow* live = liveWindows_.find(*cell.front);
-        entry->second = live ? restingFrame(*live, tile) : tile;
+        entry->second = live ? largestAllowedFrame(*live, tile) : tile;
     }
     return frames;
 }
@@ -203,7 +203,7 @@ std::optional<CGSize> TileGeometry::minimumOfApplication(const ManagedWindow& wi
     return found == remembered.end() ? std::nullopt : std::optional(found->second);
 }
 
-CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
+CGRect TileGeometry::largestAllowedFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
     return window.sizeHints ? largestFrameWithin(tileFrame, *window.sizeHints) : tileFrame;
 }
 

@@ -64,7 +64,7 @@ class TileGeometry {
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
     /// The largest frame inside `tileFrame` that the window's size hints allow. Both are in window-service space.
-    CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
+    CGRect largestAllowedFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
     /// The windows in front of the display's tiles, and the room that they need.
     TileRoom roomOn(const Screen& screen) const;
     /// The tiles that the window covers if it is put into `target`; absent for an unknown tile.

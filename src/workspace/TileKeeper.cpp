@@ -378,7 +378,7 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
         covering && std::none_of(covering->targets.begin(), covering->targets.end(),
                                  [&](const auto& t) { return assignments_.assignedWindowIDs.contains(t.id()); });
     if (!isFree) return false;
-    presenter_.bringBack(window);
+    presenter_.restore(window);
     place(window, *covering, AccessibilityWindowService::BringToFront::no);
     return true;
 }

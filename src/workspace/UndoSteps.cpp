@@ -14,7 +14,7 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     presenter_(presenter), keeper_(keeper), snapshots_(snapshots) {}
 
 /// Ends focus mode before the change, since the end of focus mode would otherwise undo the change.
-void UndoSteps::changeLater(const std::function<void()>& change) {
+void UndoSteps::changeOutsideFocusMode(const std::function<void()>& change) {
     const RequestBatch::Scope batch(requests_);
     closeFocusMode();
     change();
@@ -63,7 +63,7 @@ Outcome UndoSteps::toggleFocusMode(const std::optional<WindowID>& windowID) {
 Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     const auto start = finder_.zoomStartingPoint(windowID);
     if (!start) {
-        const bool isThere = finder_.actingWindow(windowID) != nullptr;
+        const bool isThere = finder_.windowOrFocused(windowID) != nullptr;
         return access_.refuse(isThere ? "The window lies on no display" : *finder_.whyNoStartingPoint(windowID));
     }
     const Screen* screen = geometry_.screenOf(start->displayID);
@@ -71,7 +71,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     if (geometry_.layoutOn(*screen).slots.size() < 2) {
         return access_.refuse("This display already uses a single-pane layout");
     }
-    const CGRect frame = geometry_.restingFrame(start->window, *geometry_.zoomFrame(start->displayID));
+    const CGRect frame = geometry_.largestAllowedFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
     endDrags(); // the snapshot must not have the frames of an unfinished drag
     auto snapshot = snapshots_.capture();

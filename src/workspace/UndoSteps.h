@@ -43,7 +43,7 @@ class UndoSteps {
     /// Cancels drags: moves the windows back to the tiles that they had before the drag.
     void endDrags();
     /// For the later steps of an arrangement, a launch or a scene: ends focus mode, runs `change`, and flushes.
-    void changeLater(const std::function<void()>& change);
+    void changeOutsideFocusMode(const std::function<void()>& change);
     void resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 
   private:

@@ -44,7 +44,7 @@ Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::opti
 }
 
 Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
-    auto turn = finder_.stackTurn(cycle);
+    auto turn = finder_.cycledStack(cycle);
     if (!turn) return access_.refuse(finder_.whyNothingNext(cycle));
     const auto& target = turn->target;
     auto& order = turn->order;
@@ -53,7 +53,7 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
     const ManagedWindow window = *next;
     steps_.pushUndoSnapshot({std::string(action::CycleStack::kTraits.undoLabel), {window.applicationName}});
     const TileAssignments before = assignments_;
-    presenter_.bringBack(window);
+    presenter_.restore(window);
     keeper_.placeInTile(window.id, target, Focusing::yes);
     keeper_.bringNextForward(before);
     // A window of the stack may have come forward in a tile that the former front window had spanned.
@@ -160,7 +160,7 @@ void WindowCommands::placeByCommand(const ManagedWindow& window, const TileTarge
     if (!covering) return;
     keeper_.noteMovedByUser(window.id);
     keeper_.exemptFromRules(window.id);
-    presenter_.bringBack(window);
+    presenter_.restore(window);
     keeper_.place(window, *covering, bringToFront);
     arrangement_.learnPlacementByUser(window, target);
 }
@@ -170,7 +170,7 @@ void WindowCommands::floatByCommand(const ManagedWindow& window) {
     keeper_.exemptFromRules(window.id);
     assignments_.remove(window.id);
     floating_.add(window.id);
-    presenter_.bringBack(window); // a stacked window is hidden
+    presenter_.restore(window); // a stacked window is hidden
 }
 
 std::optional<WindowID> WindowCommands::windowLastFocusedOn(const DisplayID& wantedDisplayID) const {

@@ -25,7 +25,7 @@ struct StartingPoint {
     TileTarget target;
     DisplayID displayID;
 };
-struct StackTurn {
+struct CycledStack {
     TileTarget target;
     std::vector<WindowID> order; // the new order, front first
 };
@@ -39,13 +39,13 @@ class WindowFinder {
     /// The live window that has the focus, itself or in one of its dialogs; null if none has.
     const ManagedWindow* focusedWindow() const;
     /// The named window, else the focused one; null when there is none.
-    const ManagedWindow* actingWindow(const std::optional<WindowID>& windowID) const;
+    const ManagedWindow* windowOrFocused(const std::optional<WindowID>& windowID) const;
     std::optional<StartingPoint> startingPoint(const std::optional<WindowID>& windowID) const;
     /// Why no action can start at the window (default: the focused one); absent if one can.
     std::optional<std::string> whyNoStartingPoint(const std::optional<WindowID>& windowID) const;
     std::optional<TileTarget> neighborOf(const StartingPoint& start, WorkspaceDirection direction,
                                          TilesConsidered considered) const;
-    std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
+    std::optional<CycledStack> cycledStack(const action::CycleStack& cycle) const;
     /// The window that the action would bring to the front; absent if no other is stacked.
     std::optional<WindowID> nextInStack(const action::CycleStack& cycle) const;
     /// Why `cycle` would bring no other window to the front.
@@ -64,7 +64,7 @@ class WindowFinder {
     /// The live window that matches the reference; absent if there is none except those excluded.
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
                                             const std::set<WindowID>& excluded) const;
-    std::vector<ManagedWindow> windowsHere() const;
+    std::vector<ManagedWindow> windowsNotElsewhere() const;
 
   private:
     const WorkspaceServices& services_;

@@ -42,7 +42,7 @@ bool WindowPresenter::focus(const ManagedWindow& window) {
 }
 
 /// Showing a hidden application shows all its windows, so its stacked windows are minimized.
-void WindowPresenter::bringBack(const ManagedWindow& window) {
+void WindowPresenter::restore(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     unhideApplicationOf(window);
     windowService_.unminimize(window);

@@ -41,7 +41,7 @@ class WindowPresenter {
     void hideApplicationOf(const ManagedWindow& window);
     void unhideApplicationOf(const ManagedWindow& window);
     /// Shows the window. Stacked windows of its application stay hidden.
-    void bringBack(const ManagedWindow& window);
+    void restore(const ManagedWindow& window);
     /// False if the window was closed or its application has ended.
     bool focus(const ManagedWindow& window);
     void requestPresentation(const WindowID& windowID, WindowPresentation presentation);

@@ -79,7 +79,7 @@ void WindowSizes::beginArrangement() {
 
 WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual,
                                               Seconds uptime) {
-    if (pointerUsedAt_ && uptime - *pointerUsedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
+    if (pointerUsedAt_ && uptime - *pointerUsedAt_ < kUnreliableAfterPointer) return Refusal::unreliable;
     Known& known = known_[window.id];
     CGSize observed = known.observed;
     if (actual.width > wanted.width + kFrameTolerancePoints) observed.width = actual.width;

@@ -19,7 +19,7 @@ class WindowSizes {
   public:
     /// A refusal within this time after the pointer pressed or released a window is not counted: the desktop may still
     /// resize the window, for example at an edge of the screen.
-    static constexpr Seconds kSettlesAfterPointer{1};
+    static constexpr Seconds kUnreliableAfterPointer{1};
     /// A minimum size that was observed within this time is not retried.
     static constexpr Seconds kRetryAfter{10};
 

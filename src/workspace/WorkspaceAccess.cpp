@@ -23,7 +23,7 @@ Outcome WorkspaceAccess::refuseSilently(std::string reason) const {
 }
 
 std::string WorkspaceAccess::permissionProblem() const {
-    if (const auto reason = absenceOfWindows()) return *reason;
+    if (const auto reason = whyWindowsAreUnavailable()) return *reason;
     return windowService_.stalePermission().value_or("Accessibility permission is required");
 }
 

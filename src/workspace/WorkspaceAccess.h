@@ -26,7 +26,7 @@ class WorkspaceAccess {
     /// The message if the permission is missing.
     std::string permissionProblem() const;
     /// Why windows cannot be managed in this session at all; absent if they can, or could with the permission.
-    std::optional<std::string> absenceOfWindows() const { return services_.accessibility.unavailableReason(); }
+    std::optional<std::string> whyWindowsAreUnavailable() const { return services_.accessibility.unavailableReason(); }
     Outcome requireWindowAccess() const;
     Outcome requireVisibleScreen() const;
     Outcome refuse(const std::string& reason) const;

@@ -70,7 +70,7 @@ class WorkspaceController {
     /// Whether undo would revert what the status message reports.
     bool isMessageUndoable() const { return parts_.messages.isUndoable(); }
 
-    std::optional<std::string> absenceOfWindows() const { return ops_.access.absenceOfWindows(); }
+    std::optional<std::string> whyWindowsAreUnavailable() const { return ops_.access.whyWindowsAreUnavailable(); }
     std::string permissionProblem() const { return ops_.access.permissionProblem(); }
 
     const ThemeRegistry& registry() const { return ops_.geometry.registry(); }
@@ -88,8 +88,8 @@ class WorkspaceController {
     }
 
     const ManagedWindow* focusedWindow() const { return ops_.finder.focusedWindow(); }
-    const ManagedWindow* actingWindow(const std::optional<WindowID>& windowID) const {
-        return ops_.finder.actingWindow(windowID);
+    const ManagedWindow* windowOrFocused(const std::optional<WindowID>& windowID) const {
+        return ops_.finder.windowOrFocused(windowID);
     }
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const {
         return ops_.finder.windowOfDialog(dialog);

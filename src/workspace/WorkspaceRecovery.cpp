@@ -78,7 +78,7 @@ void WorkspaceController::recoverAssignedWindows() {
         if (!window) continue;
         const auto zoomedOn = parts_.focusMode.displayOf(windowID);
         auto frame = zoomedOn ? ops_.geometry.zoomFrame(*zoomedOn) : ops_.geometry.frameForWindow(windowID);
-        if (zoomedOn && frame) frame = ops_.geometry.restingFrame(*window, *frame);
+        if (zoomedOn && frame) frame = ops_.geometry.largestAllowedFrame(*window, *frame);
         if (frame && (zoomedOn || !ops_.presenter.isLeftAlone(*window))) {
             ops_.presenter.writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
         }
