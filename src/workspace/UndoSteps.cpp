@@ -21,13 +21,13 @@ void UndoSteps::changeOutsideFocusMode(const std::function<void()>& change) {
 }
 
 void UndoSteps::abandonDrags() {
-    const bool heldPollsBack = pointer_.abandon();
+    const bool werePollsPaused = pointer_.abandon();
     geometry_.layouts().clearAllTransientWeights();
     state_.dropTarget.set(std::nullopt);
-    if (heldPollsBack) refreshCycle_.refresh(); // the paused polls were not applied
+    if (werePollsPaused) refreshCycle_.refresh();
 }
 
-/// Called when another action begins. Windows and weights return to their state before the drag.
+/// Called when another action begins.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();
@@ -63,8 +63,8 @@ Outcome UndoSteps::toggleFocusMode(const std::optional<WindowID>& windowID) {
 Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     const auto start = finder_.zoomStartingPoint(windowID);
     if (!start) {
-        const bool isThere = finder_.windowOrFocused(windowID) != nullptr;
-        return access_.refuse(isThere ? "The window lies on no display" : *finder_.whyNoStartingPoint(windowID));
+        const bool exists = finder_.windowOrFocused(windowID) != nullptr;
+        return access_.refuse(exists ? "The window lies on no display" : *finder_.whyNoStartingPoint(windowID));
     }
     const Screen* screen = geometry_.screenOf(start->displayID);
     if (!screen) return access_.refuseSilently("The window lies on no display");
@@ -73,7 +73,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     }
     const CGRect frame = geometry_.largestAllowedFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
-    endDrags(); // the snapshot must not have the frames of an unfinished drag
+    endDrags(); // the snapshot must not contain the frames of an unfinished drag
     auto snapshot = snapshots_.capture();
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
@@ -94,7 +94,7 @@ bool UndoSteps::leaveFocusMode() {
     return true;
 }
 
-/// No-op during a suspension: actions are refused then, and the zoomed window stays.
+/// During a suspension the zoomed window stays zoomed, because actions are refused then.
 void UndoSteps::closeFocusMode() {
     if (!access_.isSuspendedOrLocked()) (void)leaveFocusMode();
 }

@@ -34,7 +34,6 @@ std::optional<DisplayID> WindowFinder::currentDisplayID() const {
     return displayID(state_.screens->front());
 }
 
-/// If a dialog has the focus, its window counts as focused.
 std::optional<WindowID> WindowFinder::focusedWindowID() const {
     const auto focused = windowService_.focusedWindowID();
     return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
@@ -49,7 +48,6 @@ const ManagedWindow* WindowFinder::windowOrFocused(const std::optional<WindowID>
     return windowID ? liveWindows_.find(*windowID) : focusedWindow();
 }
 
-/// The named window, else the focused one, if it is the front window of a tile on a connected display.
 std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<WindowID>& windowID) const {
     const ManagedWindow* window = windowOrFocused(windowID);
     if (!window) return std::nullopt;
@@ -82,8 +80,6 @@ std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, W
     return neighborTarget(flipped(*start.window.frame, geometry_.firstScreenMaxY()), direction, frames);
 }
 
-/// The tile whose stack is cycled (of a spanning window its anchor), and the stack in its new order. Absent if no other
-/// window is stacked there.
 std::optional<CycledStack> WindowFinder::cycledStack(const action::CycleStack& cycle) const {
     auto front = cycle.windowID;
     auto target = cycle.target;
@@ -97,18 +93,19 @@ std::optional<CycledStack> WindowFinder::cycledStack(const action::CycleStack& c
     if (!start) return std::nullopt;
     const auto stack = assignments_.stackWindowIDsByTarget.find(start->target);
     if (stack == assignments_.stackWindowIDsByTarget.end() || stack->second.size() < 2) return std::nullopt;
-    CycledStack turn{start->target, stack->second};
-    const auto at = std::find(turn.order.begin(), turn.order.end(), start->window.id);
-    if (at == turn.order.end()) return std::nullopt;
-    const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(turn.order.size()) - 1;
-    const auto first = (at - turn.order.begin() + step) % static_cast<std::ptrdiff_t>(turn.order.size());
-    std::rotate(turn.order.begin(), turn.order.begin() + first, turn.order.end());
-    return turn;
+    CycledStack cycled{start->target, stack->second};
+    auto& order = cycled.order;
+    const auto at = std::find(order.begin(), order.end(), start->window.id);
+    if (at == order.end()) return std::nullopt;
+    const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(order.size()) - 1;
+    const auto first = (at - order.begin() + step) % static_cast<std::ptrdiff_t>(order.size());
+    std::rotate(order.begin(), order.begin() + first, order.end());
+    return cycled;
 }
 
 std::optional<WindowID> WindowFinder::nextInStack(const action::CycleStack& cycle) const {
-    const auto turn = cycledStack(cycle);
-    return turn ? std::optional(turn->order.front()) : std::nullopt;
+    const auto cycled = cycledStack(cycle);
+    return cycled ? std::optional(cycled->order.front()) : std::nullopt;
 }
 
 std::string WindowFinder::whyNothingNext(const action::CycleStack& cycle) const {
@@ -123,15 +120,12 @@ std::optional<ManagedWindow> WindowFinder::findWindow(const WorkspaceWindowRefer
     return *window;
 }
 
-/// Scenes use windows of the present Space only.
 std::vector<ManagedWindow> WindowFinder::windowsNotElsewhere() const {
-    std::vector<ManagedWindow> here = liveWindows_.all();
-    std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
-    return here;
+    std::vector<ManagedWindow> windows = liveWindows_.all();
+    std::erase_if(windows, [](const ManagedWindow& window) { return window.isElsewhere; });
+    return windows;
 }
 
-/// Any window can be zoomed: a window without a tile is treated as if it were in the tile under its middle, or in the
-/// nearest tile.
 std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<WindowID>& windowID) const {
     if (const auto start = startingPoint(windowID)) return start;
     const ManagedWindow* window = windowOrFocused(windowID);
