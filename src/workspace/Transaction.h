@@ -24,7 +24,7 @@ struct Transaction {
     std::vector<WindowID> displaced{};
     /// True if frames of tiles have changed, so that overlays and divider handles must be updated.
     bool hasMovedTiles = false;
-    /// True if windows that refused their frames get all attempts again, because tiles or minimum sizes have changed.
+    /// True if the limits of `ReflowPolicy` are counted from 0 again, because tiles or minimum sizes have changed.
     bool resetsLimits = false;
     /// True if the remaining steps of an arrangement are dropped, because they were planned for the former tiles.
     bool endsArrangement = false;
