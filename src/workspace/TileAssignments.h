@@ -54,23 +54,23 @@ struct TileAssignments {
     void remove(const WindowID& windowID);
     enum class StackPosition { front, behind };
     /// Moves the window into the stack of `target`, before or after the other members. If the front window of `target`
-    /// is not in that stack yet, it is added first.
+    /// is not in that stack yet, it is added beforehand.
     void insertIntoStack(const TileTarget& target, const WindowID& windowID, StackPosition position);
     /// Makes the window the front window of `targets` (anchor first) and of no other tile. Returns the former front
     /// windows, each once; these lose all their tiles and their anchors but stay in their stacks.
     std::vector<WindowID> assign(const WindowID& windowID, const std::vector<TileTarget>& targets);
     /// `targets` are the tiles of a span, which share the stack of the anchor. Moves into that stack the windows that
-    /// are stacked in the other tiles, and the displaced windows that are in no stack or whose tile has no front window
-    /// any more.
+    /// are stacked in the other tiles, and the displaced windows that are in no stack, or in the stack of a tile that
+    /// has no front window any more.
     void mergeStacksInto(const TileTarget& anchor, const std::vector<TileTarget>& targets,
                          const std::vector<WindowID>& displacedWindowIDs);
     /// Moves each front window to the first place of its tile's stack, if the tile has a stack.
     void putFrontsFirst();
     /// Makes the window the front window of the tiles that it has in `other`. No-op if it has none there.
     void adopt(const WindowID& windowID, const TileAssignments& other);
-    /// Renames the window; the new id must be in no tile.
+    /// Replaces the id of the window. The new id must be in no tile.
     void rename(const WindowID& windowID, const WindowID& newID);
-    /// Renames the display; the new id must have no tiles yet.
+    /// Replaces the id of the display. The new id must have no tiles yet.
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     /// Keeps only windows in `liveWindowIDs`. A tile that loses its front window gets no new one.
     void keepOnly(const std::set<WindowID>& liveWindowIDs);

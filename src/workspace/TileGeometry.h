@@ -59,12 +59,13 @@ class TileGeometry {
     std::map<WindowID, CGRect> framesOfTiledWindows(const Screen& screen) const;
     /// The tiles of all displays: the displays in the platform's order, the tiles of each in the order of its layout.
     std::vector<WorkspaceTile> tiles() const;
-    /// The display of the window's tile, else the display that shows the window's middle, else the one that shows most
-    /// of the window; null if none shows any of it.
+    /// The display of the window's tile, else the display that shows the window's middle, else the display that shows
+    /// most of the window. Null if no display shows any of it.
     const Screen* screenOfWindow(const ManagedWindow& window) const;
     /// The minimum size in points, 0 if unknown.
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
+    /// The minimum size learned for the window's application; absent if there is none.
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
     /// The largest frame inside `tileFrame` that the window's size hints allow. Both frames are in window-service
     /// space.

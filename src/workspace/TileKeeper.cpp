@@ -47,7 +47,6 @@ void TileKeeper::setProfile(WorkspaceProfile profile) {
     saveProfile(services_.preferences, *state_.profile);
 }
 
-/// Updates everything that depends on the frames of the display's tiles.
 void TileKeeper::layoutChanged(const DisplayID& id) {
     geometry_.layouts().invalidate(id);
     commit({.hasMovedTiles = true,

@@ -55,18 +55,18 @@ class TileKeeper {
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Brings a stacked window to the front of each tile that has lost its front window since `before`.
     void bringNextForward(const TileAssignments& before);
-    /// Takes from windows that need less room than when they claimed their span the tiles that they no longer need.
+    /// If a window needs less room than when it claimed its span, takes away the tiles that it no longer needs.
     void giveBackSpans();
     /// Records that the window has the frame `actual` after a request for `wanted`. Both are in window-service space.
     void minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
     /// Forgets the learned minimum sizes of windows that are smaller now.
     void noteSizesSeen();
-    /// Requests a size below the window's learned minimum once, if that is due.
+    /// Requests once a size below the window's learned minimum size, if `WindowSizes::isRetryDue` says so.
     void retryMinimum(const WindowID& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().observed()); }
     /// Publishes and stores the profile.
     void setProfile(WorkspaceProfile profile);
-    /// Commits after tiles of the display have moved.
+    /// Call after tiles of the display have moved. Updates everything that depends on their frames, and commits.
     void layoutChanged(const DisplayID& displayID);
     /// `weights` without splits restore the layout's own weights.
     void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
