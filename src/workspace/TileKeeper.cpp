@@ -98,7 +98,7 @@ void TileKeeper::commit(const Transaction& changes) {
 void TileKeeper::hideDisplaced() {
     auto displaced = std::exchange(displaced_, {});
     std::erase_if(displaced, [this](const WindowID& id) { return assignments_.isAssigned(id); });
-    presenter_.presentDisplaced(displaced);
+    presenter_.hideDisplaced(displaced);
 }
 
 /// Requests the frames of the placed windows that still have a tile.

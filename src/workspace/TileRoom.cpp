@@ -25,7 +25,7 @@ TileRoom::TileRoom(const LayoutDefinition& layout, CGSize visibleSize, double ti
     layout_(&layout),
     visibleSize_(visibleSize), tileInset_(tileInset), holders_(std::move(holders)) {}
 
-TileRoom TileRoom::with(std::vector<TileHolder> holders) const {
+TileRoom TileRoom::withHolders(std::vector<TileHolder> holders) const {
     return {*layout_, visibleSize_, tileInset_, std::move(holders)};
 }
 
@@ -93,7 +93,7 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
     for (const auto& holder : holders_) {
         if (holder.windowID != windowID) occupied.insert(holder.slotIDs.begin(), holder.slotIDs.end());
     }
-    TileRoom others = with(withoutHoldersOf(slots, windowID));
+    TileRoom others = withHolders(withoutHoldersOf(slots, windowID));
     const auto alone = others.solved();
     if (std::none_of(alone.slots.begin(), alone.slots.end(), [&](const auto& slot) { return slot.id == slotID; })) {
         return {};
@@ -104,7 +104,7 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
         auto holders = room.holders_;
         holders.push_back({windowID, own, minimumSize});
         const auto before = room.cramped();
-        const auto after = room.with(std::move(holders)).cramped();
+        const auto after = room.withHolders(std::move(holders)).cramped();
         return std::any_of(after.begin(), after.end(), [&](const auto& id) { return !contains(before, id); });
     };
     if (!crampsAnyWindow(others, slots)) return slots;
@@ -115,7 +115,7 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
     // enough room, the search is repeated without the windows that would lose their tiles to the largest span found.
     for (;;) {
         std::vector<std::vector<SlotID>> spans;
-        for (const SolvedLayout& solved : {others.solved(), with({}).solved()}) {
+        for (const SolvedLayout& solved : {others.solved(), withHolders({}).solved()}) {
             const auto span = TileSpanPolicy::bestSpan(solved.slots, slotID, visibleSize_, tileInset_,
                                                        attainable(minimumSize, solved), occupied);
             spans.push_back({slotID});
@@ -125,12 +125,12 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
         }
         std::ranges::stable_sort(spans, {}, &std::vector<SlotID>::size);
         for (const auto& span : spans) {
-            if (!crampsAnyWindow(with(others.withoutHoldersOf(span, windowID)), span)) return span;
+            if (!crampsAnyWindow(withHolders(others.withoutHoldersOf(span, windowID)), span)) return span;
         }
         slots = spans.back();
         auto remaining = others.withoutHoldersOf(slots, windowID);
         if (remaining.size() == others.holders_.size()) return slots;
-        others = with(std::move(remaining));
+        others = withHolders(std::move(remaining));
     }
 }
 

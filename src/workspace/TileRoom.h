@@ -38,7 +38,7 @@ class TileRoom {
     std::set<WindowID> holdersOf(const std::vector<SlotID>& slotIDs, const WindowID& exceptWindowID) const;
 
   private:
-    TileRoom with(std::vector<TileHolder> holders) const;
+    TileRoom withHolders(std::vector<TileHolder> holders) const;
     std::vector<TileHolder> withoutHoldersOf(const std::vector<SlotID>& slotIDs, const WindowID& windowID) const;
     SolvedLayout solved() const;
     CGSize attainable(CGSize minimumSize, const SolvedLayout& solved) const;

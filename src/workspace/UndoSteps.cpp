@@ -27,7 +27,6 @@ void UndoSteps::abandonDrags() {
     if (werePollsPaused) refreshCycle_.refresh();
 }
 
-/// Called when another action begins.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();

@@ -258,8 +258,8 @@ class CommandPlanner {
         return any == input_.windows.end() ? nullptr : &*any;
     }
 
-    /// The tile of the same slot if it is free, else the first free tile; without a free tile the tile of the same
-    /// slot, else the first tile.
+    /// If the display has free tiles: the free tile of the same slot, else the first free tile. If it has none: the
+    /// tile of the same slot, else the first tile.
     const WorkspaceTile* tileToMoveTo(const ManagedWindow& window, const DisplayID& display) const {
         const auto own = input_.assignments.targetOf(window.id);
         const WorkspaceTile* ownTile = own ? tileWith(*own) : nullptr;

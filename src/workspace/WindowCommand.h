@@ -22,8 +22,8 @@ struct WindowStep {
     enum class Kind { place, wait, focus, floating };
     Kind kind = Kind::place;
     WindowID windowID;
-    std::optional<TileTarget>
-        target; // the tile in which this window (`place`) or the displacing window (`wait`) is placed
+    /// For `place`, the tile of this window. For `wait`, the tile of the window that displaces it.
+    std::optional<TileTarget> target;
     bool operator==(const WindowStep&) const = default;
 };
 

@@ -17,8 +17,8 @@ enum class ShownSpace { same, another };
 
 /// A native tab group lists only its front tab, so another tab appears as a new window. Removes the replaced tabs from
 /// `found` and returns the replacements. A new window replaces a window that left the list if both have the same
-/// process and frame (within 2 points) and neither has another candidate. If the former window still exists, the same
-/// Space must also be shown as before, because windows of different Spaces may have the same frame. `shownSpace` may be
+/// process and frame (within 2 points) and neither has another candidate. If the former window still exists, the
+/// Space must be the same as well, because windows of different Spaces may have the same frame. `shownSpace` may be
 /// outdated. So another Space also counts as shown if an existing window has left the list without a replacement.
 std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const std::vector<ManagedWindow>& before,
                                                ShownSpace shownSpace);

@@ -40,7 +40,7 @@ bool WindowPresenter::focus(const ManagedWindow& window) {
     return isFocused;
 }
 
-/// Showing a hidden application shows all its windows. So its other stacked windows are minimized.
+/// If the application was hidden, showing it shows all its windows. So its other stacked windows are minimized then.
 void WindowPresenter::restore(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     unhideApplicationOf(window);
@@ -54,9 +54,9 @@ void WindowPresenter::restore(const ManagedWindow& window) {
     }
 }
 
-/// An application is hidden only if none of its windows is in front in a tile or elsewhere, because such a window would
-/// be hidden as well.
-void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
+/// An application is hidden only if none of its windows is the front window of a tile and none is elsewhere, because
+/// such a window would be hidden as well.
+void WindowPresenter::hideDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
     auto processesKeptVisible = processesInFront(assignments_, liveWindows_.all());
     for (const auto& window : liveWindows_) {

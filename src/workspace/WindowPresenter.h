@@ -50,7 +50,7 @@ class WindowPresenter {
     void requestPresentation(const WindowID& windowID, WindowPresentation presentation);
     /// Takes windows that lost their tile off the screen: hides the application if none of its windows has to stay
     /// visible, else minimizes the window.
-    void presentDisplaced(const std::vector<WindowID>& displacedWindowIDs);
+    void hideDisplaced(const std::vector<WindowID>& displacedWindowIDs);
     /// Requests the frames of windows that are off their tiles by more than the given drift.
     void reapplyTileFrames(CorrectedDrift correctedDrift);
     /// The reason why the window is left alone; absent if it may be moved.

@@ -39,7 +39,8 @@ struct ActionTraits {
     };
     enum class FocusMode { stays, closes };
     Needs needs = Needs::nothing;
-    /// Whether the action ends focus mode before it is carried out. An action that adds an undo step ends it then.
+    /// `closes`: focus mode ends before the action is carried out. `stays`: only the undo step of the action, if it
+    /// adds one, ends focus mode.
     FocusMode focusMode = FocusMode::stays;
     /// The label of the action's undo step. Empty if the action adds no step, or if the label depends on details.
     std::string_view undoLabel{};
@@ -184,7 +185,7 @@ struct ResetDivider {
     DisplayLayoutDivider divider;
 };
 
-// Windows under the pointer. Points are in screen space, frames in window-service space.
+// Windows under the pointer. Positions are in screen space, frames in window-service space.
 enum class WindowDragKind { move, resize };
 enum class DropMode { intoTile, floating };
 /// The pointer has pressed a managed window, which may move before a drag is detected. So until the release, neither

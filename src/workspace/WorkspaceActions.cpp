@@ -112,9 +112,9 @@ Outcome WorkspaceController::undoLastAction() {
     const auto entry = parts_.undo.takeNewest();
     // Changes on other displays during focus mode were written into the snapshot of focus mode, but not into the newest
     // entry. So in focus mode that snapshot is restored.
-    auto zoomed = parts_.focusMode.leave();
-    const WorkspaceUndoSnapshot& snapshot = zoomed ? zoomed->snapshot : entry->snapshot;
-    if (zoomed) parts_.undo.restore(zoomed->history);
+    auto beforeFocusMode = parts_.focusMode.leave();
+    const WorkspaceUndoSnapshot& snapshot = beforeFocusMode ? beforeFocusMode->snapshot : entry->snapshot;
+    if (beforeFocusMode) parts_.undo.restore(beforeFocusMode->history);
     // Undoing a scene also cancels its pending placements.
     if (entry->label.action == action::ActivateScene::kTraits.undoLabel) parts_.awaited.abandonScene();
     ops_.snapshots.restore(snapshot);

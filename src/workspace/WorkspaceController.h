@@ -32,7 +32,7 @@ class WorkspaceController {
     void stop();
     /// Starts a poll now. No-op while a poll is under way.
     void refresh();
-    /// For operations on windows that were opened just before; see `RefreshCycle::awaitCurrent`.
+    /// The same as `RefreshCycle::awaitCurrent`. For work on windows that have just been opened.
     [[nodiscard]] bool awaitCurrent(std::function<void()> work) { return refreshCycle_.awaitCurrent(std::move(work)); }
     /// Reads the permission again and starts a poll.
     void recheckAccessibility();

@@ -24,8 +24,8 @@ struct WorkspacePreferences {
 };
 
 /// Values that cannot be read or are out of range are reported to the store and treated as absent. At the first start,
-/// writes the profile and the theme background at once. The defaults for existing users, which apply from the next start
-/// on, are different; the stored values keep the appearance the same.
+/// writes the profile and the theme background at once. The defaults for existing users, which apply from the next
+/// start on, are different; the stored values keep the appearance the same.
 WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store);
 
 void saveProfile(PreferencesStore& store, const WorkspaceProfile& profile);
