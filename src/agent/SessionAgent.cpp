@@ -79,7 +79,7 @@ std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(co
 std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     server_.emplace(std::move(claim), queue_, methods_);
     if (auto problem = server_->start()) return problem;
-    const bool isAbsent = delegate_.workspace().absenceOfWindows().has_value();
+    const bool isAbsent = delegate_.workspace().whyWindowsAreUnavailable().has_value();
     log(LogLevel::note, isAbsent ? "kova-agent " KOVA_VERSION " answers, and can manage no window of this session"
                                  : "kova-agent " KOVA_VERSION " manages this session");
     delegate_.applicationDidFinishLaunching();

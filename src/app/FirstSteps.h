@@ -15,7 +15,7 @@ enum class UserHistory { newUser, existingUser };
 inline std::optional<std::string> firstSteps(UserHistory userHistory, const WorkspaceController& workspace) {
     const WorkspaceState& state = workspace.state();
     if (userHistory == UserHistory::existingUser || !state.lastArrangeExplanation->empty() ||
-        workspace.absenceOfWindows()) {
+        workspace.whyWindowsAreUnavailable()) {
         return std::nullopt;
     }
     if (*state.permissionState == AccessibilityPermissionState::granted) {

@@ -24,7 +24,7 @@ nlohmann::json agentStatus(const ControlContext& context, const ShortcutMethods&
             {"isRunning", controller.isRunning()},
             {"isSuspended", *state.isSuspended},
             {"isPaused", *state.isPaused},
-            {"problem", orNull(controller.absenceOfWindows())},
+            {"problem", orNull(controller.whyWindowsAreUnavailable())},
             {"limitation", orNull(limitationOf(context))},
             {"displays", state.screens->size()},
             {"windows", live.size()},

@@ -73,7 +73,7 @@ json size(const CGSize& size) {
 }
 
 json briefWindow(const WorkspaceController& controller, const WindowID& windowID) {
-    const ManagedWindow* window = controller.actingWindow(windowID);
+    const ManagedWindow* window = controller.windowOrFocused(windowID);
     return window ? brief(*window) : json{{"id", windowID}, {"application", ""}, {"title", ""}};
 }
 
@@ -106,7 +106,7 @@ json names(const WorkspaceController& controller) {
 
 json briefWindowWithState(const WorkspaceController& controller, const WindowID& windowID) {
     json out = briefWindow(controller, windowID);
-    const ManagedWindow* window = controller.actingWindow(windowID);
+    const ManagedWindow* window = controller.windowOrFocused(windowID);
     const auto stateOf = [](const ManagedWindow& known) {
         if (known.isFullScreen) return "fullScreen";
         if (known.isMinimized) return "minimized";

@@ -110,7 +110,7 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
         if (std::none_of(lines.begin(), lines.end(), same)) lines.push_back(std::move(line));
     };
     // If no window can be managed at all, these checks are pointless. The desktop has reported the reason.
-    if (!context.controller.absenceOfWindows()) {
+    if (!context.controller.whyWindowsAreUnavailable()) {
         addUnlessKnown(permissionLine(context.controller));
         addUnlessKnown(displaysLine(context.controller));
         addUnlessKnown(managementLine(context.controller));

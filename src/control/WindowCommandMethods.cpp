@@ -208,7 +208,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     const auto next = controller.nextInStack(cycle);
     if (!next) return refusal(controller.whyNothingNext(cycle));
     json result = actionResult(controller, std::nullopt);
-    const ManagedWindow* window = controller.actingWindow(*next);
+    const ManagedWindow* window = controller.windowOrFocused(*next);
     result["message"] = (window ? nameOf(*window) : std::string("A window")) + " would come to the front";
     return result;
 }

@@ -73,9 +73,9 @@ void ApplicationActions::processPendingApplicationPlacements() {
         if (!window) continue;
         const ManagedWindow placed = *window;
         awaited_.dropLaunch(target);
-        steps_.changeLater([&] {
+        steps_.changeOutsideFocusMode([&] {
             if (placed.isMinimized || windowService_.isApplicationHidden(placed.processIdentifier))
-                presenter_.bringBack(placed);
+                presenter_.restore(placed);
             (void)keeper_.placeWindow(placed.id, target, Focusing::yes);
             keeper_.exemptFromRules(placed.id);
         });

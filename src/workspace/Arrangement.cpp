@@ -98,8 +98,8 @@ std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindo
     candidate.minimumSize = geometry_.minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
     candidate.isFixedSize = isAtItsMinimum(window);
-    candidate.isComingBack = liveWindows_.isComingBack(window.id);
-    candidate.isDeferred = !candidate.isComingBack && (window.isMinimized || isHidden);
+    candidate.isShowRequested = liveWindows_.isShowRequested(window.id);
+    candidate.isDeferred = !candidate.isShowRequested && (window.isMinimized || isHidden);
     return candidate;
 }
 
@@ -222,7 +222,7 @@ void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const 
 
 void Arrangement::carryOutDeferred(std::int64_t generation) {
     if (!arrangementMemory_.isNewest(generation) || !access_.mayMoveWindows()) return;
-    steps_.changeLater([&] {
+    steps_.changeOutsideFocusMode([&] {
         std::vector<WindowID> placed;
         for (const auto& placement : arrangementMemory_.lastPlan().placements) {
             if (!placement.isDeferred) continue;
@@ -283,7 +283,7 @@ void Arrangement::scheduleStartupArrangement(bool isPermissionNew) {
                               if (!arrangementMemory_.isNewest(generation))
                                   return; // the user has arranged the windows or used undo meanwhile
                               if (access_.mayMoveWindows()) {
-                                  steps_.changeLater([this] { arrangeWindows(); });
+                                  steps_.changeOutsideFocusMode([this] { arrangeWindows(); });
                               } else if (access_.isSuspendedOrLocked()) {
                                   arrangementMemory_.postponeStartupArrangement(); // due again after the suspension
                               }

@@ -43,7 +43,7 @@ struct ArrangementCandidate {
     CGSize minimumSize{};                    // points; 0 if unknown
     std::optional<RuleTile> rule;            // absent while rules are not applied
     bool isDeferred = false;                 // minimized or hidden, so that showing the window takes time
-    bool isComingBack = false;               // not visible yet, but KOVA has requested to show it; ranks as visible
+    bool isShowRequested = false;            // not visible yet, but KOVA has requested to show it; ranks as visible
     std::optional<std::size_t> useRank;      // 0 for the window focused last; absent if never focused
     bool isFixedSize = false;
 };

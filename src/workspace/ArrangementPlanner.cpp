@@ -4,7 +4,7 @@
 
 #include "support/text/Text.h"
 #include "workspace/ArrangementScore.h"
-#include "workspace/TileClaims.h"
+#include "workspace/DesignatedTiles.h"
 #include "workspace/TileRoom.h"
 #include "workspace/WindowNames.h"
 
@@ -52,7 +52,7 @@ class Planner {
 
   private:
     enum class Phase { ownDisplay, anyDisplay };
-    void assignClaims();
+    void assignDesignatedTiles();
     bool hasTileLeftForHiddenWindow() const;
     void assignRemaining(Phase phase);
     bool assignOn(std::size_t displayIndex, Phase phase, Displacement displacement,
@@ -81,14 +81,14 @@ class Planner {
     std::vector<std::optional<Assignment>> assignments_; // by candidate
     std::vector<bool> isCrowded_; // by display: when the phase began, there were more windows than free tiles
     // By candidate:
-    std::vector<bool> wasDisplaced_;   // a displaced window is not displaced again, so that planning ends
-    std::vector<bool> hasClaimedTile_; // the window has its tile by a rule or preference; no other window takes it
-    std::vector<bool> staysStacked_;   // the window is stacked in the tile that its rule names; another window holds it
+    std::vector<bool> wasDisplaced_;       // a displaced window is not displaced again, so that planning ends
+    std::vector<bool> isInDesignatedTile_; // the window has its tile by a rule or preference; no other window takes it
+    std::vector<bool> staysStacked_; // the window is stacked in the tile that its rule names; another window holds it
 };
 
 Planner::Planner(const ArrangementInput& input) :
     input_(input), assignments_(input.candidates.size()), isCrowded_(input.displays.size()),
-    wasDisplaced_(input.candidates.size()), hasClaimedTile_(input.candidates.size()),
+    wasDisplaced_(input.candidates.size()), isInDesignatedTile_(input.candidates.size()),
     staysStacked_(input.candidates.size()) {
     for (const auto& display : input.displays) {
         displays_.push_back({&display, {}});
@@ -212,9 +212,9 @@ TileRoom Planner::roomOn(std::size_t displayIndex) const {
 }
 
 /// The tiles that the window needs at `slot`: one tile or a span. Empty if the span would displace a window that was
-/// displaced before or that has claimed its tile. A span never contains the tile of a full-screen window: a window that
-/// needs such a tile gets only `slot` and overlaps its neighbor. If its span would also displace a window, the result
-/// is empty.
+/// displaced before or that is in the tile that a rule or a preference designates for it. A span never contains the
+/// tile of a full-screen window: a window that needs such a tile gets only `slot` and overlaps its neighbor. If its
+/// span would also displace a window, the result is empty.
 Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
     const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
@@ -225,7 +225,7 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t
     bool needsTileOfFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
-        if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimedTile_[*d.holder[s]])) return {};
+        if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || isInDesignatedTile_[*d.holder[s]])) return {};
         needsTileOfFullScreen = needsTileOfFullScreen || display.reservedSlotIDs.contains(slots[s].id);
         fit.push_back(s);
     }
@@ -309,24 +309,25 @@ bool Planner::hasTileLeftForHiddenWindow() const {
     return free > visible;
 }
 
-/// Assigns the windows whose tile is named by a rule or preferred by the user, whatever the scores are. A hidden or
+/// Assigns windows to the tiles that rules and preferences designate for them, whatever the scores are. A hidden or
 /// minimized window gets its tile only if no visible window has to be minimized for it.
-void Planner::assignClaims() {
-    for (const TileClaim& claim : tileClaims(input_)) {
-        const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
-        if (assignments_[claim.candidate]) continue;
-        const ArrangementDisplay& display = input_.displays[claim.display];
-        const TileTarget target{display.displayID, display.solved.slots[claim.slot].id};
-        if (!isFree(claim.display, claim.slot)) {
-            const bool isStackedThere = claim.kind == TileClaim::Kind::rule && candidate.stackTarget == target;
-            if (isStackedThere) staysStacked_[claim.candidate] = true;
+void Planner::assignDesignatedTiles() {
+    for (const DesignatedTile& designated : designatedTiles(input_)) {
+        const ArrangementCandidate& candidate = input_.candidates[designated.candidate];
+        if (assignments_[designated.candidate]) continue;
+        const ArrangementDisplay& display = input_.displays[designated.display];
+        const TileTarget target{display.displayID, display.solved.slots[designated.slot].id};
+        if (!isFree(designated.display, designated.slot)) {
+            const bool isStackedThere =
+                designated.kind == DesignatedTile::Kind::rule && candidate.stackTarget == target;
+            if (isStackedThere) staysStacked_[designated.candidate] = true;
             continue;
         }
         if (candidate.isDeferred && !hasTileLeftForHiddenWindow()) continue;
-        const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
-        if (fit.empty() || displacesWindow(claim.display, fit)) continue;
-        assign(claim.candidate, claim.display, fit, claim.reason);
-        hasClaimedTile_[claim.candidate] = true;
+        const Fit fit = fitFor(designated.candidate, designated.display, designated.slot);
+        if (fit.empty() || displacesWindow(designated.display, fit)) continue;
+        assign(designated.candidate, designated.display, fit, designated.reason);
+        isInDesignatedTile_[designated.candidate] = true;
     }
 }
 
@@ -357,7 +358,7 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
         placement.claimedTargets.push_back({display.displayID, display.solved.slots[slot]});
     }
     placement.target = placement.claimedTargets.front();
-    placement.isDeferred = input_.candidates[candidate].isDeferred || input_.candidates[candidate].isComingBack;
+    placement.isDeferred = input_.candidates[candidate].isDeferred || input_.candidates[candidate].isShowRequested;
     placement.explanation =
         describe(candidate) + " → " + placement.target.slot.name + " on " + display.name + ": " + assignment.reason;
     if (assignment.slots.size() > 1) {
@@ -400,7 +401,7 @@ std::optional<AutoArrangePlacement> Planner::stackedPlacement(std::size_t candid
 }
 
 ArrangementPlan Planner::plan() {
-    assignClaims();
+    assignDesignatedTiles();
     assignRemaining(Phase::ownDisplay);
     assignRemaining(Phase::anyDisplay);
 

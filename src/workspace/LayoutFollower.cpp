@@ -36,14 +36,14 @@ void LayoutFollower::presentReturnedWindows() {
         const ManagedWindow* window = liveWindows_.find(id);
         if (!window || !assignments_.isAssigned(id)) continue;
         if (window->isMinimized || windowService_.isApplicationHidden(window->processIdentifier)) {
-            presenter_.bringBack(ManagedWindow(*window));
+            presenter_.restore(ManagedWindow(*window));
         }
     }
     std::vector<WindowID> toHide;
     for (const auto& id : windows.toHide) {
         if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) toHide.push_back(id);
     }
-    presenter_.presentDisplaced(toHide);
+    presenter_.hideDisplaced(toHide);
 }
 
 /// If a display has another layout now because its size has changed, its windows move to the tiles of that layout. This
@@ -62,7 +62,7 @@ void LayoutFollower::migrateChangedDisplays() {
         assignments_ = std::move(migration.assignments);
         displays_.returnWindowsToLayout(id, layout.id, assignments_);
         std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
-        presenter_.presentDisplaced(migration.displacedWindowIDs);
+        presenter_.hideDisplaced(migration.displacedWindowIDs);
     }
     migrateFromMissingTiles();
 }
@@ -77,7 +77,7 @@ void LayoutFollower::migrateFromMissingTiles() {
             tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
         LayoutMigration migration = migrateAssignments(assignments_, id, {}, after);
         assignments_ = std::move(migration.assignments);
-        presenter_.presentDisplaced(migration.displacedWindowIDs);
+        presenter_.hideDisplaced(migration.displacedWindowIDs);
     }
 }
 

@@ -69,7 +69,7 @@ class LiveWindows {
     void noteFrame(const WindowID& windowID, const CGRect& frame);
     void noteNotMinimized(const WindowID& windowID);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
-    bool isComingBack(const WindowID& windowID) const { return requests_.isComingBack(windowID); }
+    bool isShowRequested(const WindowID& windowID) const { return requests_.isShowRequested(windowID); }
 
     /// Windows that this agent has minimized.
     const MinimizedWindows& minimized() const { return minimized_; }

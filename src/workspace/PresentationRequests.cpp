@@ -66,7 +66,7 @@ void PresentationRequests::overrule(std::vector<ManagedWindow>& windows, Seconds
     overrule(maximizations_, windows, begun);
 }
 
-bool PresentationRequests::isComingBack(const WindowID& windowID) const {
+bool PresentationRequests::isShowRequested(const WindowID& windowID) const {
     const auto found = presentations_.find(windowID);
     return found != presentations_.end() && found->second.state == WindowPresentation::shown;
 }

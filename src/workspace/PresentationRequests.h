@@ -28,7 +28,7 @@ class PresentationRequests {
     /// `begun` (uptime). Drops requests that this poll confirms, that have timed out, or whose window is elsewhere.
     void overrule(std::vector<ManagedWindow>& windows, Seconds begun);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
-    bool isComingBack(const WindowID& windowID) const;
+    bool isShowRequested(const WindowID& windowID) const;
     /// Whether any request is neither confirmed nor timed out.
     bool isWaiting() const { return !presentations_.empty() || !maximizations_.empty(); }
     void rename(const WindowID& windowID, const WindowID& newID);

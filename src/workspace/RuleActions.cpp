@@ -58,7 +58,7 @@ void RuleActions::carryOutRules(const std::vector<std::pair<WindowID, std::size_
 }
 
 Outcome RuleActions::addRuleForWindow(const action::AddRuleForWindow& wanted) {
-    const ManagedWindow* window = finder_.actingWindow(wanted.windowID);
+    const ManagedWindow* window = finder_.windowOrFocused(wanted.windowID);
     if (!window) {
         return access_.refuse(wanted.windowID ? "There is no such window" : "No focused application window found");
     }

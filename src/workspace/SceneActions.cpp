@@ -83,7 +83,7 @@ void SceneActions::applyAppearanceAndLayouts(const WorkspaceScene& scene) {
 /// Returns the number of awaited windows.
 std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
     const auto& screens = *state_.screens;
-    const auto here = finder_.windowsHere();
+    const auto here = finder_.windowsNotElsewhere();
     WindowMatcher matcher(here, {});
     std::vector<RestoredPlacement> restored;
     std::vector<BundleID> toLaunch;
@@ -174,7 +174,7 @@ void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placem
         }
         const ManagedWindow window = *liveWindows_.find(placement.windowID);
         if (window.isMinimized || windowService_.isApplicationHidden(window.processIdentifier))
-            presenter_.bringBack(window);
+            presenter_.restore(window);
     }
     keeper_.commit(changes);
     std::vector<WindowID> placedFronts;
@@ -189,7 +189,7 @@ void SceneActions::processPendingScenePlacements() {
     std::set<WindowID> used = awaited_.scene().movedByUser;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
-    const auto here = finder_.windowsHere();
+    const auto here = finder_.windowsNotElsewhere();
     WindowMatcher matcher(here, used);
 
     using Found = AwaitedWindows::FoundForScene;
@@ -202,7 +202,7 @@ void SceneActions::processPendingScenePlacements() {
     };
     const auto taken = awaited_.takeForScene(services_.queue.uptime(), find);
     if (!taken.found.empty()) {
-        steps_.changeLater([&] {
+        steps_.changeOutsideFocusMode([&] {
             carryOutRestored(taken.found, {.claimant = "", .correctedDrift = FrameKeeper::CorrectedDrift::any});
         });
     }
@@ -270,7 +270,7 @@ Outcome SceneActions::captureScene(const std::optional<std::string>& name) {
 std::optional<std::vector<SceneDifference>> SceneActions::diffScene(const Uuid& id) const {
     const auto scene = documents_.sceneWithID(id);
     if (!scene) return std::nullopt;
-    const auto here = finder_.windowsHere();
+    const auto here = finder_.windowsNotElsewhere();
     return sceneDifferences(*scene, {.themeID = state_.profile->themeID,
                                      .accentColorID = *state_.accentColorID,
                                      .tileInset = state_.profile->tileInset,

@@ -243,7 +243,7 @@ void SessionTaker::hideStackedWindowsAgain() {
             displaced.push_back(id);
         }
     }
-    presenter_.presentDisplaced(displaced);
+    presenter_.hideDisplaced(displaced);
 }
 
 /// Whether the window is in the frame of its stack's tile, or in its former frame, behind a visible front window.

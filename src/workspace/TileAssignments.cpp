@@ -187,7 +187,7 @@ void TileAssignments::mergeStacksInto(const TileTarget& anchor, const std::vecto
         waiting.insert(waiting.end(), stack->second.begin(), stack->second.end());
     }
     for (const auto& displacedID : displacedWindowIDs) {
-        // No command could reach a stack without a front window.
+        // A window in a stack without a front window could not be reached by any command.
         const auto stack = stackTargetOf(displacedID);
         if (!stack || !assignedWindowIDs.contains(*stack)) waiting.push_back(displacedID);
     }
@@ -198,7 +198,7 @@ void TileAssignments::adopt(const WindowID& windowID, const TileAssignments& oth
     const auto targets = other.targetsAnchorFirst(windowID);
     if (targets.empty()) return;
     insertIntoStack(targets.front(), windowID, StackPosition::front);
-    (void)assign(windowID, targets); // windows displaced here were not in `other`
+    (void)assign(windowID, targets); // the displaced windows do not have these tiles in `other`
 }
 
 void TileAssignments::rename(const WindowID& windowID, const WindowID& newID) {

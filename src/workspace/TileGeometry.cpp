@@ -68,7 +68,8 @@ const LayoutDefinition* TileGeometry::resolvedLayout(const DisplayID& id) const 
     return screen ? &layoutOn(*screen) : nullptr;
 }
 
-/// Minimum sizes of the windows in a single tile; a spanning window has the room that it needs.
+/// The minimum sizes of the windows in single tiles, by slot. Spanning windows are left out, because their spans are
+/// already large enough.
 TileMinimumSizes TileGeometry::tileMinimumSizes(const DisplayID& id) const {
     TileMinimumSizes sizes;
     const auto& assigned = assignments_.assignedWindowIDs;
@@ -113,7 +114,7 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows() const {
 
 std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
     struct Cell {
-        const WindowID* front; // null: free
+        const WindowID* front; // null if the tile is free
         CGRect onScreen;
     };
     std::vector<Cell> cells;
@@ -141,7 +142,7 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& scre
         const CGRect filled = isSpanning ? frameOf(*cell.front) : cell.onScreen;
         const CGRect tile = flipped(insetBy(filled, state_.profile->tileInset), firstScreenMaxY());
         const ManagedWindow* live = liveWindows_.find(*cell.front);
-        entry->second = live ? restingFrame(*live, tile) : tile;
+        entry->second = live ? largestAllowedFrame(*live, tile) : tile;
     }
     return frames;
 }
@@ -179,17 +180,17 @@ const Screen* TileGeometry::screenOfWindow(const ManagedWindow& window) const {
     }
     if (!window.frame) return nullptr;
     const CGRect frame = flipped(*window.frame, firstScreenMaxY());
-    const Screen* holding = nullptr; // shows most of the window; used if no display shows the window's middle
-    double mostShown = 0;
+    const Screen* best = nullptr; // shows the largest part of the window so far
+    double largestArea = 0;
     for (const auto& screen : *state_.screens) {
         if (containsPoint(screen.frame, center(frame))) return &screen;
-        const double shown = intersectionArea(screen.frame, frame);
-        if (shown > mostShown) {
-            holding = &screen;
-            mostShown = shown;
+        const double area = intersectionArea(screen.frame, frame);
+        if (area > largestArea) {
+            best = &screen;
+            largestArea = area;
         }
     }
-    return holding;
+    return best;
 }
 
 CGSize TileGeometry::minimumSizeOf(const ManagedWindow& window, WindowSizes::Purpose purpose) const {
@@ -203,12 +204,12 @@ std::optional<CGSize> TileGeometry::minimumOfApplication(const ManagedWindow& wi
     return found == remembered.end() ? std::nullopt : std::optional(found->second);
 }
 
-CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
+CGRect TileGeometry::largestAllowedFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
     return window.sizeHints ? largestFrameWithin(tileFrame, *window.sizeHints) : tileFrame;
 }
 
 TileRoom TileGeometry::roomOn(const Screen& screen) const {
-    std::map<WindowID, TileHolder> holders; // by window id
+    std::map<WindowID, TileHolder> holders;
     const DisplayID id = displayID(screen);
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) {
         if (target.display != id) continue;
@@ -269,8 +270,8 @@ std::vector<std::string> TileGeometry::applicationsOn(const std::optional<Displa
     std::vector<std::string> names;
     for (const auto& window : liveWindows_) {
         const auto target = assignments_.targetOf(window.id);
-        const bool isThere = !wanted || (target && target->display == *wanted);
-        if (isThere && std::find(names.begin(), names.end(), window.applicationName) == names.end()) {
+        const bool counts = !wanted || (target && target->display == *wanted);
+        if (counts && std::find(names.begin(), names.end(), window.applicationName) == names.end()) {
             names.push_back(window.applicationName);
         }
     }

@@ -1,4 +1,5 @@
-// The layout of each display, the frames of its tiles and of the windows in them, and the tiles that a window needs.
+// Computes the layout of each display, the frames of its tiles and of the windows in them, and the tiles that a window
+// needs.
 #pragma once
 
 #include "themes/ThemeRegistry.h"
@@ -24,7 +25,7 @@ struct WorkspaceParts;
 struct Covering {
     std::vector<DisplayTileTarget> targets;
 };
-/// A tile as the learning of arrangements records it.
+/// The data by which learning records a tile.
 struct LearnedPlace {
     std::string layoutID;
     SlotID slotID;
@@ -40,55 +41,60 @@ class TileGeometry {
     const Screen* screenOf(const DisplayID& displayID) const;
     /// Null when the display of the tile is not connected.
     const Screen* screenOfTarget(const TileTarget& target) const;
-    /// The height with which `flipped` converts between screen space and window-service space.
+    /// The top edge of the first display in screen space. `flipped` needs it to convert between screen space and
+    /// window-service space.
     double firstScreenMaxY() const;
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
     /// The layout in force on the display, with the display's weights; null for a display that is not connected.
     const LayoutDefinition* resolvedLayout(const DisplayID& displayID) const;
-    /// The frames of the display's tiles, in layout space. The reference is valid until the next call for the display.
+    /// The cells and dividers of the display, in layout space. The reference is valid until the next call for the
+    /// display.
     const SolvedLayout& solvedTiles(const Screen& screen) const;
-    /// Absent when the layout in force has no such tile.
+    /// The cell of the tile. Absent if the display is not connected, or its layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const TileTarget& target) const;
-    /// The frame that the window's tiles give it, in window-service space; absent for a window without a tile.
+    /// The frame of the window in its tile or span, in window-service space. Absent if it is not a front window.
     std::optional<CGRect> frameForWindow(const WindowID& windowID) const;
-    /// The frames that tiles give to their front windows, by window id, in window-service space.
+    /// The frames of the front windows in their tiles and spans, by window id, in window-service space.
     std::map<WindowID, CGRect> framesOfTiledWindows() const;
     std::map<WindowID, CGRect> framesOfTiledWindows(const Screen& screen) const;
     /// The tiles of all displays: the displays in the platform's order, the tiles of each in the order of its layout.
     std::vector<WorkspaceTile> tiles() const;
-    /// The display of the window's tile, else the display that shows the window's middle, else the one that shows most
-    /// of the window; null if none shows any of it.
+    /// The display of the window's tile, else the display that shows the window's middle, else the display that shows
+    /// most of the window. Null if no display shows any of it.
     const Screen* screenOfWindow(const ManagedWindow& window) const;
     /// The minimum size in points, 0 if unknown.
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
+    /// The minimum size learned for the window's application; absent if there is none.
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
-    /// The largest frame inside `tileFrame` that the window's size hints allow. Both are in window-service space.
-    CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
-    /// The windows in front of the display's tiles, and the room that they need.
+    /// The largest frame inside `tileFrame` that the window's size hints allow. Both frames are in window-service
+    /// space.
+    CGRect largestAllowedFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
+    /// The front windows of the display, with the room that they have and need.
     TileRoom roomOn(const Screen& screen) const;
     /// The tiles that the window covers if it is put into `target`; absent for an unknown tile.
     std::optional<Covering> coveringFor(const ManagedWindow& window, const TileTarget& target) const;
-    /// Absent when the layout has none of the slots.
+    /// The tiles of these slots. Slots that the layout does not have are left out; absent if none is left.
     std::optional<Covering> coveringOn(const Screen& screen, const std::vector<SlotID>& slotIDs) const;
     /// The first free tile, or span of free tiles, with room for the window; absent when there is none.
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
-    /// The dividers of one display, even in focus mode.
+    /// The dividers of one display, also those that focus mode hides.
     std::vector<DisplayLayoutDivider> dividersOn(const DisplayID& displayID) const;
     /// The gutter of the divider, in screen space; absent if its display is disconnected.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
-    /// The tiles of a placement, the anchor first; empty when the layout lacks its slot.
+    /// The tiles for the slots of a stored placement, the anchor first. Empty if the layout does not have `slotID`.
     std::vector<TileTarget> targetsFor(const Screen& screen, const SlotID& slotID,
                                        const std::optional<std::vector<SlotID>>& claimedSlotIDs) const;
     /// The frame of a zoomed window, in window-service space; absent if the display is disconnected.
     std::optional<CGRect> zoomFrame(const DisplayID& displayID) const;
     /// Absent when the display of the tile is not connected.
     std::optional<LearnedPlace> learnedPlace(const TileTarget& target) const;
-    /// The tile under the point (screen space); absent if it is the tile of the window itself.
+    /// The tile under the point (screen space). Absent if there is none, or if it is the window's own tile.
     std::optional<TileTarget> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
-    /// The applications of the windows in the display's tiles, each once; without a display, of all live windows.
+    /// The names of the applications that own the front windows of the display, each once. Without a display: the names
+    /// of the applications that own any live window.
     std::vector<std::string> applicationsOn(const std::optional<DisplayID>& displayID) const;
-    /// The layout in force, weights applied.
+    /// The layout in force, with the display's weights.
     const LayoutDefinition& layoutOn(const Screen& screen) const {
         return layouts_.resolve(screen, *state_.profile, catalogue());
     }

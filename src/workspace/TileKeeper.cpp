@@ -47,7 +47,6 @@ void TileKeeper::setProfile(WorkspaceProfile profile) {
     saveProfile(services_.preferences, *state_.profile);
 }
 
-/// After tiles of the display have moved: updates everything that depends on their frames.
 void TileKeeper::layoutChanged(const DisplayID& id) {
     geometry_.layouts().invalidate(id);
     commit({.hasMovedTiles = true,
@@ -69,7 +68,7 @@ bool TileKeeper::noteTileGeometry() {
     return hasMoved;
 }
 
-/// Removes windows that have a tile by now from the floating windows first.
+/// Publishes the assignments. Before that, windows that have a tile by now are removed from the floating windows.
 void TileKeeper::publishAssignments() {
     keepFloatingValid();
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -99,7 +98,7 @@ void TileKeeper::commit(const Transaction& changes) {
 void TileKeeper::hideDisplaced() {
     auto displaced = std::exchange(displaced_, {});
     std::erase_if(displaced, [this](const WindowID& id) { return assignments_.isAssigned(id); });
-    presenter_.presentDisplaced(displaced);
+    presenter_.hideDisplaced(displaced);
 }
 
 /// Requests the frames of the placed windows that still have a tile.
@@ -112,13 +111,13 @@ void TileKeeper::requestFramesOfPlaced() {
     }
 }
 
-/// Returns the former front windows of the tiles, each once.
+/// Makes the window the front window of the tiles. Returns their former front windows, each once.
 std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Covering& covering) {
     std::vector<TileTarget> targets;
     for (const auto& target : covering.targets) targets.push_back(target.id());
     const TileTarget& anchorID = targets.front();
     tileMemory_.storeElsewhereFrom(targets, liveWindows_.all(), assignments_);
-    std::map<WindowID, TileTarget> lost; // by the displaced window
+    std::map<WindowID, TileTarget> lost; // the tile that each displaced window loses
     for (const auto& target : targets) {
         const auto front = assignments_.assignedWindowIDs.find(target);
         if (front != assignments_.assignedWindowIDs.end()) lost[front->second] = *assignments_.targetOf(front->second);
@@ -127,8 +126,8 @@ std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Cove
     auto displaced = assignments_.assign(windowID, targets);
     assignments_.mergeStacksInto(anchorID, targets, displaced);
     tileMemory_.noteInFront(windowID);
-    for (const auto& loser : displaced) {
-        tileMemory_.noteDisplaced(loser, lost[loser], assignments_.stackTargetOf(loser).value_or(lost[loser]));
+    for (const auto& id : displaced) {
+        tileMemory_.noteDisplaced(id, lost[id], assignments_.stackTargetOf(id).value_or(lost[id]));
     }
     return displaced;
 }
@@ -175,7 +174,7 @@ bool TileKeeper::placeWindow(const WindowID& windowID, const TileTarget& target,
     return true;
 }
 
-/// If a window stayed wider or higher than requested, this width or height is its minimum.
+/// If a window stayed wider or higher than requested, its actual width or height is its minimum.
 void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
     frames_.endRetry(windowID);
     const ManagedWindow* window = liveWindows_.find(windowID);
@@ -191,8 +190,8 @@ void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wan
     }
 }
 
-/// Lays the display out now or, if its last layout is too recent, later. Does nothing once the window's limit is
-/// reached.
+/// Computes the tiles of the window's display again with the changed minimum size: now or, if that was done too
+/// recently, later. Does nothing once the limit for this window is reached.
 void TileKeeper::reflow(const WindowID& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const auto target = assignments_.targetOf(windowID);
@@ -211,7 +210,8 @@ void TileKeeper::reflow(const WindowID& windowID) {
     makeRoomFor(ManagedWindow(*window));
 }
 
-/// Stores the minimum size as a first guess for other windows of the application; if absent, forgets the stored one.
+/// Stores the minimum size as a first guess for other windows of the application. If `minimum` is absent, forgets the
+/// stored size.
 void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum) {
     WorkspaceProfile profile = *state_.profile;
     const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
@@ -223,9 +223,10 @@ void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSi
     setProfile(std::move(profile));
 }
 
-/// Solves the tiles again with the observed minimum size; if that is not enough, the window claims a span.
+/// Solves the layout again with the observed minimum size. If the tile is still too small, the window claims a span.
 void TileKeeper::makeRoomFor(const ManagedWindow& window) {
-    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // a later poll makes room
+    if (!assignments_.isAssigned(window.id)) return;
+    if (pointer_.isPausingPolls()) return; // the next poll makes room
     commit({.hasMovedTiles = true, .claimant = window.id});
 }
 
@@ -242,6 +243,8 @@ void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
     }
 }
 
+/// The next cramped window that can get room by claiming further tiles, and the tiles that it then covers. Windows in
+/// `done` are skipped.
 std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const Screen& screen, const WindowID& first,
                                                                           const std::set<WindowID>& done) const {
     const TileRoom room = geometry_.roomOn(screen);
@@ -254,22 +257,22 @@ std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const 
         if (anchor->display != displayID(screen)) continue;
         const auto slots = room.tilesFor(windowID, geometry_.minimumSizeOf(*window), anchor->slot);
         const auto own = assignments_.targetsOf(windowID);
-        const bool isMore = std::ranges::any_of(slots, [&](const SlotID& id) {
+        const bool claimsMore = std::ranges::any_of(slots, [&](const SlotID& id) {
             return std::ranges::find(own, TileTarget{anchor->display, id}) == own.end();
         });
-        const auto losers = room.holdersOf(slots, windowID);
-        const bool takesFromFullScreen = std::ranges::any_of(losers, [&](const WindowID& id) {
-            const ManagedWindow* loser = liveWindows_.find(id);
-            return loser && loser->isFullScreen;
+        const auto displaced = room.holdersOf(slots, windowID);
+        const bool displacesFullScreen = std::ranges::any_of(displaced, [&](const WindowID& id) {
+            const ManagedWindow* other = liveWindows_.find(id);
+            return other && other->isFullScreen;
         });
-        if (!isMore || takesFromFullScreen) continue;
+        if (!claimsMore || displacesFullScreen) continue;
         if (auto covering = geometry_.coveringOn(screen, slots)) return std::pair{*window, *std::move(covering)};
     }
     return std::nullopt;
 }
 
-/// Moves windows that lose their tiles to a claim into free tiles that are large enough. The windows for which there is
-/// no such tile will be stacked behind the claiming window.
+/// Moves the windows that lose their tiles to the claim into free tiles that are large enough. A window for which there
+/// is no such tile will be stacked behind the claiming window.
 void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim) {
     std::vector<SlotID> claimed;
     for (const auto& target : claim.second.targets) claimed.push_back(target.slot.id);
@@ -288,21 +291,20 @@ void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWi
     }
 }
 
-/// Forgets a learned minimum size if the window is smaller.
 void TileKeeper::noteSizesSeen() {
     for (const ManagedWindow& window : liveWindows_) {
-        // A window that does not respond still has the requested frame in the list, not its actual one.
-        const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
-                              !window.isFullScreen && !windowService_.pendingFrame(window.id);
-        if (!isAtRest) continue;
+        // For a window that does not respond, the list still contains the requested frame, not the actual one.
+        const bool isSettled = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
+                               !window.isFullScreen && !windowService_.pendingFrame(window.id);
+        if (!isSettled) continue;
         const auto disproof = frames_.noteSeen(window, window.frame->size, geometry_.minimumOfApplication(window));
         if (disproof.ofApplication) rememberMinimum(window, std::nullopt);
     }
     publishMinimums();
 }
 
-/// Requests once the size that the tile would have without the learned minimum. If the window refuses, its size does
-/// not change; otherwise the next poll sees it smaller and the learned minimum is forgotten.
+/// Requests once the size that the tile would have without the learned minimum size. If the window refuses, its size
+/// does not change. If it accepts, the next poll finds it smaller, and the learned minimum size is forgotten.
 void TileKeeper::retryMinimum(const WindowID& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const auto anchor = assignments_.targetOf(windowID);
@@ -318,16 +320,15 @@ void TileKeeper::retryMinimum(const WindowID& windowID) {
     const CGSize tile = insetBy(cell, state_.profile->tileInset).size;
     const CGSize announced = window->minimumSize.value_or(CGSize{});
     const CGSize needed = geometry_.minimumSizeOf(*window);
-    CGRect asked = *frame;
-    if (needed.width > tile.width) asked.size.width = std::max(announced.width, tile.width);
-    if (needed.height > tile.height) asked.size.height = std::max(announced.height, tile.height);
-    if (nearlyEqual(asked, *frame, kFrameTolerancePoints)) return; // the tile is large enough anyway
+    CGRect smaller = *frame;
+    if (needed.width > tile.width) smaller.size.width = std::max(announced.width, tile.width);
+    if (needed.height > tile.height) smaller.size.height = std::max(announced.height, tile.height);
+    if (nearlyEqual(smaller, *frame, kFrameTolerancePoints)) return; // the tile is large enough anyway
     frames_.beginRetry(windowID);
-    presenter_.writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
+    presenter_.writeFrame(*window, smaller, AccessibilityWindowService::BringToFront::no);
 }
 
-/// A window that needs less room than when it claimed its span keeps only the tiles that it still needs. Does nothing
-/// in focus mode, because the end of focus mode restores the former tiles.
+/// Does nothing in focus mode, because the end of focus mode restores the former tiles.
 void TileKeeper::giveBackSpans() {
     if (focusMode_.isOn()) return;
     const auto& anchors = assignments_.anchorsByWindowID;
@@ -354,13 +355,14 @@ void TileKeeper::giveBackSpans() {
     if (!shrunken.empty()) bringNextForward(assignmentsBefore);
 }
 
-/// A window that was placed individually is no longer moved by rules.
+/// While rules are switched off, nothing is recorded, so that rules can still move the window once they are switched
+/// on.
 void TileKeeper::exemptFromRules(const WindowID& windowID) {
     if (*state_.continuousManagementEnabled) tileMemory_.noteHandledByRules(windowID);
 }
 
-/// Fills the tiles that have lost their front window since `before`. Does nothing in focus mode: its end restores the
-/// snapshot, and the next poll then finds the tiles that have lost their window.
+/// Does nothing in focus mode: the end of focus mode restores the snapshot, and the poll after that finds the tiles
+/// that have lost their window.
 void TileKeeper::bringNextForward(const TileAssignments& before) {
     if (!*state_.bringsNextForward || focusMode_.isOn() || !access_.mayMoveWindows()) return;
     for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
@@ -368,7 +370,8 @@ void TileKeeper::bringNextForward(const TileAssignments& before) {
     }
 }
 
-/// Returns false if the window cannot be shown, or needs tiles of other windows.
+/// Places the window in the tile if that displaces no other window. Returns false if it does, or if the window cannot
+/// be shown.
 bool TileKeeper::bringForward(const Promotion& promotion) {
     const ManagedWindow* live = liveWindows_.find(promotion.windowID);
     if (!live || live->isFullScreen || presenter_.isOffScreen(*live)) return false;
@@ -378,22 +381,21 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
         covering && std::none_of(covering->targets.begin(), covering->targets.end(),
                                  [&](const auto& t) { return assignments_.assignedWindowIDs.contains(t.id()); });
     if (!isFree) return false;
-    presenter_.bringBack(window);
+    presenter_.restore(window);
     place(window, *covering, AccessibilityWindowService::BringToFront::no);
     return true;
 }
 
-/// Windows that have a tile, or whose process has ended, are no longer floating. Other windows that are not listed stay
-/// floating: before and after a sleep, desktops report open windows as closed.
+/// Removes windows that have a tile, or whose process has ended, from the floating windows. Other windows stay floating
+/// even if they are not listed: before and after a sleep, desktops report open windows as closed.
 void TileKeeper::keepFloatingValid() {
     const auto hasEnded = [&](const WindowID& id) {
         pid_t process = 0;
-        std::from_chars(id.text().data(), id.text().data() + id.text().size(),
-                        process); // an id begins with the process
+        // A window id begins with the process id.
+        std::from_chars(id.text().data(), id.text().data() + id.text().size(), process);
         return !liveWindows_.find(id) && !services_.applications.runningApplication(process);
     };
-    const auto isFloatingNoMore = [&](const WindowID& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
-    floating_.dropIf(isFloatingNoMore);
+    floating_.dropIf([&](const WindowID& id) { return assignments_.isInAnyTile(id) || hasEnded(id); });
 }
 
 } // namespace kova

@@ -40,38 +40,39 @@ class TileKeeper {
 
     /// Ends every operation that edits tiles: the only place that publishes the assignments.
     void commit(const Transaction& changes);
-    /// Raises the layout revision, so that overlays and divider handles are updated. `commit` calls this if tiles have
-    /// moved; a divider drag calls it for each movement.
+    /// Increments the layout revision, so that overlays and divider handles are updated. `commit` calls this if tiles
+    /// have moved; a divider drag calls it for each movement.
     void raiseRevision();
-    /// Gives the tiles to the window. The next `commit` hides the windows that lost them and requests the window's
-    /// frame.
+    /// Makes the window the front window of the tiles. The next `commit` hides the windows that lost these tiles, and
+    /// requests the frame of the placed window.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
-    /// Places the window in one tile. False if there is no such window or tile.
+    /// Places the window in the tile, or in a span with that anchor if it needs more room. False if there is no such
+    /// window or tile.
     bool placeInTile(const WindowID& windowID, const TileTarget& target, Focusing focusing);
-    /// Places the window in one tile and commits.
+    /// Like `placeInTile`, and commits.
     bool placeWindow(const WindowID& windowID, const TileTarget& target, Focusing focusing);
     /// Publishes a notice if the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
-    /// Fills tiles that have lost their front window since `before` from their stacks.
+    /// Brings a stacked window to the front of each tile that has lost its front window since `before`.
     void bringNextForward(const TileAssignments& before);
-    /// Windows that need less room than when they claimed their span keep only the tiles that they need.
+    /// If a window needs less room than when it claimed its span, takes away the tiles that it no longer needs.
     void giveBackSpans();
-    /// Records that the window kept `actual` after a request for `wanted`; both in window-service space.
+    /// Records that the window has the frame `actual` after a request for `wanted`. Both are in window-service space.
     void minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
-    /// Drops learned minimum sizes for which a smaller window was seen.
+    /// Forgets the learned minimum sizes of windows that are smaller now.
     void noteSizesSeen();
-    /// Requests a size below the window's learned minimum once, if that is due.
+    /// Requests once a size below the window's learned minimum size, if `WindowSizes::isRetryDue` says so.
     void retryMinimum(const WindowID& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().observed()); }
     /// Publishes and stores the profile.
     void setProfile(WorkspaceProfile profile);
-    /// Commits after tiles of the display have moved.
+    /// Call after tiles of the display have moved. Updates everything that depends on their frames, and commits.
     void layoutChanged(const DisplayID& displayID);
     /// `weights` without splits restore the layout's own weights.
     void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
-    /// Marks the window as placed, so that rules do not move it.
+    /// Marks the window as handled by rules, so that they do not move it any more. No-op while rules are switched off.
     void exemptFromRules(const WindowID& windowID);
-    /// Forgets all remembered tiles of the window.
+    /// Call when the user has moved the window: forgets all its remembered tiles.
     void noteMovedByUser(const WindowID& windowID);
 
   private:

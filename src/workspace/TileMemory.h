@@ -1,6 +1,6 @@
-// Remembers placements that are not among the present assignments: on Spaces that are not shown, in layouts that the
-// user has replaced, and of windows that others displaced; also the windows that rules have already handled. Always
-// true: closed windows are forgotten.
+// Remembers tiles that windows do not have now but may get again: tiles on Spaces that are not shown, tiles in layouts
+// that the user has replaced, and tiles that a window lost to another window. Also remembers which windows rules have
+// already handled. Always true: closed windows are forgotten.
 #pragma once
 
 #include "workspace/PartDefaults.h"
@@ -33,9 +33,9 @@ class TileMemory : public PartWithoutPolls {
                            TileAssignments& assignments) {
         return spaces_.restore(windows, shownSpace, change, assignments);
     }
-    /// Replaces the remembered tiles by those in the session of the former agent.
+    /// Replaces the tiles remembered for other Spaces by those that a former agent stored in its session.
     void setPlacesOnSpaces(std::vector<SpaceMemory::Places> places) { spaces_.setPlaces(std::move(places)); }
-    /// Restores the value in a snapshot, which may have been taken while another Space was shown.
+    /// Restores the value from a snapshot, which may have been taken while another Space was shown.
     void setSpaces(SpaceMemory spaces) { spaces_ = std::move(spaces); }
     void forgetSpaces() { spaces_ = {}; }
     /// The same as `SpaceMemory::setPendingFrame` and `takeAppliableFrames`.
@@ -50,23 +50,27 @@ class TileMemory : public PartWithoutPolls {
     void noteLayoutReplaced(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
         rememberedLayouts_.leave(displayID, layout, assignments);
     }
+    /// Call after an arrangement: forgets the tiles of all windows that are not stacked.
     void noteArranged(const TileAssignments& assignments) { rememberedLayouts_.keepOnlyWaiting(assignments); }
     void noteMovedByUser(const WindowID& windowID) { rememberedLayouts_.forget(windowID); }
-    /// Restores the value in a snapshot.
+    /// Restores the value from a snapshot.
     void setRememberedLayouts(RememberedLayouts layouts) { rememberedLayouts_ = std::move(layouts); }
     void forgetRememberedLayouts() { rememberedLayouts_.forgetAll(); }
     void forgetRememberedLayoutsOn(const DisplayID& displayID) { rememberedLayouts_.forgetDisplay(displayID); }
 
     // Tiles that windows lost to others
     const StackSuccession& succession() const { return succession_; }
-    void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& waitingTarget) {
-        succession_.noteDisplaced(windowID, lostTarget, waitingTarget);
+    /// The same as `StackSuccession::noteDisplaced` and `forget`. `stackTarget` is the tile where the window is
+    /// stacked.
+    void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& stackTarget) {
+        succession_.noteDisplaced(windowID, lostTarget, stackTarget);
     }
     void noteInFront(const WindowID& windowID) { succession_.forget(windowID); }
 
-    /// Windows that rules do not move any more: the rules were evaluated for them, or another operation placed them.
+    /// True if rules do not move the window any more: they were evaluated for it, or another operation placed it.
     bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }
     void noteHandledByRules(const WindowID& windowID) { handledByRules_.insert(windowID); }
+    /// Forgets the handled windows for which `isLive` returns false.
     void keepHandledByRules(const std::function<bool(const WindowID& windowID)>& isLive);
 
     void keepOnly(const std::set<WindowID>& windowIDs);

@@ -14,7 +14,7 @@ bool contains(const std::vector<Id>& ids, const Id& id) {
     return std::find(ids.begin(), ids.end(), id) != ids.end();
 }
 
-bool hasAny(const CGSize& size) {
+bool isKnown(const CGSize& size) {
     return size.width > 0 || size.height > 0;
 }
 
@@ -25,17 +25,17 @@ TileRoom::TileRoom(const LayoutDefinition& layout, CGSize visibleSize, double ti
     layout_(&layout),
     visibleSize_(visibleSize), tileInset_(tileInset), holders_(std::move(holders)) {}
 
-TileRoom TileRoom::with(std::vector<TileHolder> holders) const {
+TileRoom TileRoom::withHolders(std::vector<TileHolder> holders) const {
     return {*layout_, visibleSize_, tileInset_, std::move(holders)};
 }
 
 std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<SlotID>& slotIDs, const WindowID& windowID) const {
     const auto leaving = holdersOf(slotIDs, windowID);
-    std::vector<TileHolder> rest;
+    std::vector<TileHolder> remaining;
     for (const auto& holder : holders_) {
-        if (holder.windowID != windowID && !leaving.contains(holder.windowID)) rest.push_back(holder);
+        if (holder.windowID != windowID && !leaving.contains(holder.windowID)) remaining.push_back(holder);
     }
-    return rest;
+    return remaining;
 }
 
 std::set<WindowID> TileRoom::holdersOf(const std::vector<SlotID>& slotIDs, const WindowID& exceptWindowID) const {
@@ -52,11 +52,12 @@ std::set<WindowID> TileRoom::holdersOf(const std::vector<SlotID>& slotIDs, const
 SolvedLayout TileRoom::solved() const {
     TileMinimumSizes sizes;
     for (const auto& holder : holders_) {
-        if (holder.slotIDs.size() == 1 && hasAny(holder.minimumSize)) sizes[holder.slotIDs[0]] = holder.minimumSize;
+        if (holder.slotIDs.size() == 1 && isKnown(holder.minimumSize)) sizes[holder.slotIDs[0]] = holder.minimumSize;
     }
     return solveDefinition(*layout_, sizes, visibleSize_, tileInset_);
 }
 
+/// The minimum size, limited to the area of all tiles.
 CGSize TileRoom::attainable(CGSize minimumSize, const SolvedLayout& solved) const {
     if (solved.slots.empty()) return minimumSize;
     CGRect all = solved.slots.front().normalizedFrame;
@@ -66,16 +67,16 @@ CGSize TileRoom::attainable(CGSize minimumSize, const SolvedLayout& solved) cons
 }
 
 bool TileRoom::isCramped(const TileHolder& holder, const SolvedLayout& solved) const {
-    if (!hasAny(holder.minimumSize)) return false;
+    if (!isKnown(holder.minimumSize)) return false;
     std::vector<CGRect> own, others;
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
         (contains(holder.slotIDs, solved.slots[i].id) ? own : others).push_back(solved.frames[i]);
     }
     if (own.empty()) return false;
     const CGSize cell = own.size() == 1 ? own.front().size : frameOfSpan(own, others).size;
-    const CGSize least = attainable(holder.minimumSize, solved);
-    return cell.width - 2 * tileInset_ < least.width - kMinimumFitTolerance ||
-           cell.height - 2 * tileInset_ < least.height - kMinimumFitTolerance;
+    const CGSize needed = attainable(holder.minimumSize, solved);
+    return cell.width - 2 * tileInset_ < needed.width - kMinimumFitTolerance ||
+           cell.height - 2 * tileInset_ < needed.height - kMinimumFitTolerance;
 }
 
 std::vector<WindowID> TileRoom::crampedIn(const SolvedLayout& solved) const {
@@ -92,26 +93,29 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
     for (const auto& holder : holders_) {
         if (holder.windowID != windowID) occupied.insert(holder.slotIDs.begin(), holder.slotIDs.end());
     }
-    TileRoom others = with(withoutHoldersOf(slots, windowID));
+    TileRoom others = withHolders(withoutHoldersOf(slots, windowID));
     const auto alone = others.solved();
     if (std::none_of(alone.slots.begin(), alone.slots.end(), [&](const auto& slot) { return slot.id == slotID; })) {
         return {};
     }
 
-    const auto isCrampedIn = [&](const TileRoom& room, const std::vector<SlotID>& own) {
+    // True if this or another window becomes cramped when this window is put into the slots `own`.
+    const auto crampsAnyWindow = [&](const TileRoom& room, const std::vector<SlotID>& own) {
         auto holders = room.holders_;
         holders.push_back({windowID, own, minimumSize});
         const auto before = room.cramped();
-        const auto after = room.with(std::move(holders)).cramped();
+        const auto after = room.withHolders(std::move(holders)).cramped();
         return std::any_of(after.begin(), after.end(), [&](const auto& id) { return !contains(before, id); });
     };
-    if (!isCrampedIn(others, slots)) return slots;
+    if (!crampsAnyWindow(others, slots)) return slots;
 
-    // A tile may shrink when its window leaves it, so each span is tested without the windows that lose their tiles.
-    // Tiles beside an enlarged tile do not line up, so spans are also searched in the layout without any windows.
+    // A tile is enlarged if its front window needs that. The edges of an enlarged tile do not line up with those of its
+    // neighbors, so spans are also searched in the layout without any windows. A tile that loses its window to the span
+    // is not enlarged any more, so each span is tested without the windows that would lose their tiles. If no span has
+    // enough room, the search is repeated without the windows that would lose their tiles to the largest span found.
     for (;;) {
         std::vector<std::vector<SlotID>> spans;
-        for (const SolvedLayout& solved : {others.solved(), with({}).solved()}) {
+        for (const SolvedLayout& solved : {others.solved(), withHolders({}).solved()}) {
             const auto span = TileSpanPolicy::bestSpan(solved.slots, slotID, visibleSize_, tileInset_,
                                                        attainable(minimumSize, solved), occupied);
             spans.push_back({slotID});
@@ -121,12 +125,12 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
         }
         std::ranges::stable_sort(spans, {}, &std::vector<SlotID>::size);
         for (const auto& span : spans) {
-            if (!isCrampedIn(with(others.withoutHoldersOf(span, windowID)), span)) return span;
+            if (!crampsAnyWindow(withHolders(others.withoutHoldersOf(span, windowID)), span)) return span;
         }
         slots = spans.back();
-        auto rest = others.withoutHoldersOf(slots, windowID);
-        if (rest.size() == others.holders_.size()) return slots;
-        others = with(std::move(rest));
+        auto remaining = others.withoutHoldersOf(slots, windowID);
+        if (remaining.size() == others.holders_.size()) return slots;
+        others = withHolders(std::move(remaining));
     }
 }
 

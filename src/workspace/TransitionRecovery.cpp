@@ -20,8 +20,8 @@ void TransitionRecovery::remember(const std::vector<ManagedWindow>& liveWindows,
         if (assignments.isAssigned(window.id)) identities_.push_back(recoveryIdentity(window));
     }
     for (const auto& window : liveWindows) {
-        const bool isWaiting = !assignments.isAssigned(window.id) && assignments.isInAnyTile(window.id);
-        if (isWaiting) identities_.push_back(recoveryIdentity(window));
+        const bool isStacked = !assignments.isAssigned(window.id) && assignments.isInAnyTile(window.id);
+        if (isStacked) identities_.push_back(recoveryIdentity(window));
     }
     std::erase_if(stillAwaited, [this](const auto& identity) { return knownWindowIDs_.contains(identity.id); });
     identities_.insert(identities_.end(), stillAwaited.begin(), stillAwaited.end());
@@ -61,7 +61,7 @@ std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vecto
     return successors;
 }
 
-/// A window that was listed once is no longer awaited, whether it is in front or stacked.
+/// A window that was listed once is no longer awaited, whether it is a front window or a stacked window.
 void TransitionRecovery::noteReturned(const std::vector<ManagedWindow>& liveWindows) {
     for (const auto& window : liveWindows) returnedWindowIDs_.insert(window.id);
 }

@@ -1,6 +1,6 @@
-// The ten seconds after sleep, lock or a session switch in which returning windows are put into their tiles. Always
-// true: a window is placed at most once per recovery; a window that was listed again is not awaited any more, and only
-// windows that were not known before the transition can take the place of a missing one.
+// Remembers the windows in tiles during sleep, lock or a session switch, and finds those that return within ten seconds
+// after it. Always true: a window is placed at most once per recovery. A window that was listed again is not awaited
+// any more. Only a window that was not live before the transition can be recognized as a missing window.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -21,20 +21,20 @@ class TransitionRecovery {
   public:
     static constexpr Seconds kDuration{10};
 
-    /// At the beginning of a transition: remembers the assigned live windows in list order, then the stacked ones.
-    /// Windows still missing from an earlier suspension stay in the list.
+    /// Call at the beginning of a transition. Remembers the live front windows in the order of the list, then the
+    /// stacked windows. Windows that have been missing since an earlier transition stay remembered.
     void remember(const std::vector<ManagedWindow>& liveWindows, const TileAssignments& assignments);
-    /// At the end of a transition (uptime): starts the ten seconds of recovery.
+    /// Call at the end of a transition. Starts the ten seconds of recovery.
     void begin(Seconds uptime);
-    /// Forgets all awaited windows.
+    /// Ends the recovery and forgets all remembered windows.
     void clear();
 
     /// True from `begin` until just before the deadline.
     bool isActive(Seconds uptime) const { return deadline_ && uptime < *deadline_; }
     bool hasDeadline() const { return deadline_.has_value(); }
 
-    /// Windows that have returned under another id. The record is updated to the new ids; the caller renames the
-    /// windows in the assignments.
+    /// Windows that have returned under another id. They are remembered by their new ids from now on; the caller
+    /// renames them in the assignments.
     std::vector<WindowSuccessor> takeSuccessors(const std::vector<ManagedWindow>& liveWindows,
                                                 const TileAssignments& assignments);
     /// Front windows that have returned and were not placed yet; marks them as placed.
@@ -51,25 +51,25 @@ class TransitionRecovery {
     /// The same as `UnseenTime::begin` and `end`.
     void beginUnseenTime(Seconds now) { unseenTime_.begin(now); }
     Seconds endUnseenTime(Seconds now) { return unseenTime_.end(now); }
-    /// A poll has found the login session locked, which no event may have announced.
+    /// Records whether a poll has found the login session locked. There may have been no event for this.
     void noteLocked(bool isLocked) { isLocked_ = isLocked; }
     bool isLocked() const { return isLocked_; }
 
-    /// Whether a timeout or the unlock of the session is pending, so that polls must continue.
+    /// True if polls must continue until a deadline has passed or the login session is unlocked.
     bool isWaiting() const { return hasDeadline() || isLocked_; }
 
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const DisplayID&, const DisplayID&) {} // the former screens are compared with their former ids
-    void onPoll(const PollContext&) {}                        // ends by its deadline
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // `screensBefore_` keeps the former ids
+    void onPoll(const PollContext&) {}                        // the recovery ends at its deadline
 
   private:
     void noteReturned(const std::vector<ManagedWindow>& liveWindows);
 
     std::optional<Seconds> deadline_;
-    std::set<WindowID> recoveredWindowIDs_;
+    std::set<WindowID> recoveredWindowIDs_; // placed in this recovery
     std::vector<ManagedWindowRecoveryIdentity> identities_;
-    std::set<WindowID> returnedWindowIDs_; // listed again, in front or stacked
-    std::set<WindowID> knownWindowIDs_;    // live before the transition; they cannot be renamed windows
+    std::set<WindowID> returnedWindowIDs_; // listed again since the transition
+    std::set<WindowID> knownWindowIDs_;    // live before the transition, therefore no successors of missing windows
     std::vector<Screen> screensBefore_;
     UnseenTime unseenTime_;
     bool isLocked_ = false;

@@ -1,4 +1,4 @@
-// The undo history: snapshots taken before each action, at most 30; undo restores and removes the newest.
+// The undo history: at most 30 snapshots, each taken before an action. Undo restores and removes the newest snapshot.
 #pragma once
 
 #include "layout/AutoArrangeLearning.h"
@@ -34,7 +34,7 @@ struct WorkspaceUndoSnapshot {
     WorkspaceProfile profile;
     std::string accentColorID;
     RememberedLayouts rememberedLayouts;
-    std::shared_ptr<const AutoArrangeLearningModel> learning; // undo reverts learning, too
+    std::shared_ptr<const AutoArrangeLearningModel> learning;
     /// Whether the window existed when the snapshot was taken.
     bool knows(const WindowID& windowID) const {
         return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
@@ -50,8 +50,8 @@ struct WorkspaceUndoSnapshot {
 
 /// The description of an entry for the user.
 struct UndoLabel {
-    std::string action;               // "arrange", "move left"
-    std::vector<std::string> windows; // the applications of the windows concerned
+    std::string action;               // for example "arrange" or "move left"
+    std::vector<std::string> windows; // the names of the applications that own the windows concerned
     bool operator==(const UndoLabel&) const = default;
 };
 
@@ -80,7 +80,8 @@ class UndoHistory : public PartWithoutPolls {
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void forgetApplication(const std::string& applicationKey);
 
-    /// The whole history. The end of focus mode restores it, so that focus mode does not cost the oldest entry.
+    /// The whole history. The undo step of focus mode can push out the oldest entry, so the end of focus mode restores
+    /// the history from before that step.
     const std::vector<UndoEntry>& entries() const { return entries_; }
     void restore(std::vector<UndoEntry> entries) { entries_ = std::move(entries); }
 

@@ -14,20 +14,19 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     presenter_(presenter), keeper_(keeper), snapshots_(snapshots) {}
 
 /// Ends focus mode before the change, since the end of focus mode would otherwise undo the change.
-void UndoSteps::changeLater(const std::function<void()>& change) {
+void UndoSteps::changeOutsideFocusMode(const std::function<void()>& change) {
     const RequestBatch::Scope batch(requests_);
     closeFocusMode();
     change();
 }
 
 void UndoSteps::abandonDrags() {
-    const bool heldPollsBack = pointer_.abandon();
+    const bool werePollsPaused = pointer_.abandon();
     geometry_.layouts().clearAllTransientWeights();
     state_.dropTarget.set(std::nullopt);
-    if (heldPollsBack) refreshCycle_.refresh(); // the paused polls were not applied
+    if (werePollsPaused) refreshCycle_.refresh();
 }
 
-/// Called when another action begins. Windows and weights return to their state before the drag.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();
@@ -63,17 +62,17 @@ Outcome UndoSteps::toggleFocusMode(const std::optional<WindowID>& windowID) {
 Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     const auto start = finder_.zoomStartingPoint(windowID);
     if (!start) {
-        const bool isThere = finder_.actingWindow(windowID) != nullptr;
-        return access_.refuse(isThere ? "The window lies on no display" : *finder_.whyNoStartingPoint(windowID));
+        const bool exists = finder_.windowOrFocused(windowID) != nullptr;
+        return access_.refuse(exists ? "The window lies on no display" : *finder_.whyNoStartingPoint(windowID));
     }
     const Screen* screen = geometry_.screenOf(start->displayID);
     if (!screen) return access_.refuseSilently("The window lies on no display");
     if (geometry_.layoutOn(*screen).slots.size() < 2) {
         return access_.refuse("This display already uses a single-pane layout");
     }
-    const CGRect frame = geometry_.restingFrame(start->window, *geometry_.zoomFrame(start->displayID));
+    const CGRect frame = geometry_.largestAllowedFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
-    endDrags(); // the snapshot must not have the frames of an unfinished drag
+    endDrags(); // the snapshot must not contain the frames of an unfinished drag
     auto snapshot = snapshots_.capture();
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
@@ -94,7 +93,7 @@ bool UndoSteps::leaveFocusMode() {
     return true;
 }
 
-/// No-op during a suspension: actions are refused then, and the zoomed window stays.
+/// During a suspension the zoomed window stays zoomed, because actions are refused then.
 void UndoSteps::closeFocusMode() {
     if (!access_.isSuspendedOrLocked()) (void)leaveFocusMode();
 }

@@ -1,4 +1,4 @@
-// Adds undo steps, ends drags, and enters and leaves focus mode, which stores a snapshot. The command itself is
+// Adds undo steps, ends drags, and enters and leaves focus mode, which stores a snapshot. The undo command itself is
 // `WorkspaceController::undoLastAction`.
 #pragma once
 
@@ -31,19 +31,20 @@ class UndoSteps {
     UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
               const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, Snapshots& snapshots);
 
-    /// Adds a step with the snapshot. Without a snapshot, ends drags and focus mode and then takes one.
+    /// Adds an undo step with the snapshot. Without a snapshot, ends drags and focus mode first, and then takes one.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
-    /// False when focus mode was off.
+    /// Restores the snapshot that was taken when focus mode began. False if focus mode is off.
     bool leaveFocusMode();
-    /// Leaves focus mode; no-op during a suspension.
+    /// Like `leaveFocusMode`, but a no-op during a suspension.
     void closeFocusMode();
     Outcome toggleFocusMode(const std::optional<WindowID>& windowID);
-    /// Ends drags without placing windows; the weights of an unfinished divider drag are dropped.
+    /// Ends drags without placing windows. The weights of an unfinished divider drag are dropped.
     void abandonDrags();
-    /// Cancels drags: moves the windows back to the tiles that they had before the drag.
+    /// Ends drags and moves the windows back to the tiles that they had before the drag.
     void endDrags();
-    /// For the later steps of an arrangement, a launch or a scene: ends focus mode, runs `change`, and flushes.
-    void changeLater(const std::function<void()>& change);
+    /// Ends focus mode, runs `change` and flushes. For changes that an arrangement, a launch or a scene makes later.
+    void changeOutsideFocusMode(const std::function<void()>& change);
+    /// Begins focus mode as the stored session describes it. No-op if its window or its display is missing.
     void resumeFocusMode(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 
   private:

@@ -1,5 +1,5 @@
 // Measures how long the workspace was suspended because the screen was asleep, locked or used by another user.
-// Deadlines of awaited windows are extended by that time, since no window was placed.
+// The deadlines of awaited windows are extended by that time, because no window was placed during it.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -10,7 +10,7 @@ namespace kova {
 
 class UnseenTime {
   public:
-    /// Begins the measurement at `now` (uptime), unless it has begun already.
+    /// Begins the measurement, unless it has begun already. `now` is an uptime.
     void begin(Seconds now) {
         if (!since_) since_ = now;
     }

@@ -7,15 +7,15 @@
 
 namespace kova {
 
-/// The display that shows most of the rectangle (screen space); null when none shows any of it.
+/// The display that shows the largest part of the rectangle (screen space); null if no display shows any of it.
 const Screen* screenShowing(const std::vector<Screen>& screens, const CGRect& rectOnScreen);
-/// The display that shows most of the rectangle, else the display whose edge is nearest to the middle of the rectangle
-/// (screen space). Null without displays.
+/// The display that shows the largest part of the rectangle (screen space). If no display shows any of it, the display
+/// whose edge is nearest to the middle of the rectangle. Null without displays.
 const Screen* screenNearest(const std::vector<Screen>& screens, const CGRect& rectOnScreen);
 /// Whether a display shows the middle of the rectangle (screen space).
 bool isMiddleShown(const std::vector<Screen>& screens, const CGRect& rectOnScreen);
-/// Moves the rectangle into the area without resizing it. A rectangle that is larger than the area begins at the area's
-/// smallest x and y: in window-service space the top left corner, where a window's title bar is.
+/// Moves the rectangle into the area without resizing it. A rectangle that is larger than the area gets the area's
+/// smallest x and y. In window-service space this is the top left corner, so a window's title bar stays visible.
 CGRect movedIntoArea(const CGRect& rect, const CGRect& area);
 
 } // namespace kova

@@ -22,7 +22,7 @@ class CommandPlanner {
         return onWindow(place.windowID, [&](const ManagedWindow& window) -> Planned {
             const WorkspaceTile* tile = tileWith(place.target);
             if (!tile) return WindowRefusal{"There is no such tile"};
-            return into(window, *tile, "place");
+            return placement(window, *tile, "place");
         });
     }
 
@@ -32,27 +32,28 @@ class CommandPlanner {
             if (place.number < 1 || place.number > tiles.size()) {
                 return WindowRefusal{"There is no tile " + std::to_string(place.number) + " in this layout"};
             }
-            return into(window, *tiles[place.number - 1], "place");
+            return placement(window, *tiles[place.number - 1], "place");
         });
     }
 
     Planned plan(const command::Swap& swap) const {
         return onWindow(swap.windowID, [&](const ManagedWindow& window) -> Planned {
             const auto own = input_.assignments.targetOf(window.id);
-            if (!own || !tileWith(*own)) return WindowRefusal{inNoTile(window)};
+            if (!own || !tileWith(*own)) return WindowRefusal{noTileMessage(window)};
             const WorkspaceTile* tile =
                 std::visit(Overloaded{[&](WorkspaceDirection direction) { return neighborOf(window, direction); },
                                       [&](const TileTarget& target) { return tileWith(target); }},
                            swap.with);
             if (!tile) {
                 const auto* direction = std::get_if<WorkspaceDirection>(&swap.with);
-                return WindowRefusal{direction ? "There is no tile " + where(*direction) + " " + window.applicationName
-                                               : "There is no such tile"};
+                return WindowRefusal{direction
+                                         ? "There is no tile " + phraseFor(*direction) + " " + window.applicationName
+                                         : "There is no such tile"};
             }
             const ManagedWindow* other = tile->windowID ? windowWith(*tile->windowID) : nullptr;
-            if (!other || other == &window || other->isElsewhere) return into(window, *tile, "swap");
-            if (other->isFullScreen) return WindowRefusal{isFullScreen(*other)};
-            // A spanning window is exchanged as if it were only in its anchor.
+            if (!other || other == &window || other->isElsewhere) return placement(window, *tile, "swap");
+            if (other->isFullScreen) return WindowRefusal{fullScreenMessage(*other)};
+            // Each of the two windows goes to the other's tile; for a spanning window, this is its anchor.
             const TileTarget theirs = input_.assignments.targetOf(other->id).value_or(tile->target);
             for (const auto& [moved, target, left] :
                  {std::tuple{&window, theirs, *own}, std::tuple{other, *own, theirs}}) {
@@ -75,10 +76,10 @@ class CommandPlanner {
     Planned plan(const command::FocusWindow& focus) const {
         return onWindow(focus.windowID, [&](const ManagedWindow& window) -> Planned {
             WindowPlan plan{"", "Focused " + window.applicationName, {}};
-            const bool isWaiting = !input_.assignments.isAssigned(window.id);
-            const auto stack = isWaiting ? input_.assignments.stackTargetOf(window.id) : std::nullopt;
+            const bool isInFront = input_.assignments.isAssigned(window.id);
+            const auto stack = isInFront ? std::nullopt : input_.assignments.stackTargetOf(window.id);
             if (const WorkspaceTile* tile = stack ? tileWith(*stack) : nullptr) {
-                plan = std::get<WindowPlan>(into(window, *tile, "bring to front"));
+                plan = std::get<WindowPlan>(placement(window, *tile, "bring to front"));
                 plan.message = window.applicationName + " is now active";
             }
             plan.steps.push_back({Kind::focus, window.id, std::nullopt});
@@ -87,8 +88,8 @@ class CommandPlanner {
     }
 
     Planned plan(const command::FocusDisplay& focus) const {
-        const Screen* screen = chosen(focus.display, input_.currentDisplayID);
-        if (!screen) return WindowRefusal{noSuchDisplay(focus.display)};
+        const Screen* screen = chosenScreen(focus.display, input_.currentDisplayID);
+        if (!screen) return WindowRefusal{noSuchDisplayMessage(focus.display)};
         const ManagedWindow* window = mostRecentOn(displayID(*screen));
         if (!window) return WindowRefusal{"No window on " + screen->localizedName + " can be focused"};
         return WindowPlan{"", "Focused " + window->applicationName, {{Kind::focus, window->id, std::nullopt}}};
@@ -97,15 +98,15 @@ class CommandPlanner {
     Planned plan(const command::MoveToDisplay& move) const {
         return onWindow(move.windowID, [&](const ManagedWindow& window) -> Planned {
             const auto from = displayOf(window);
-            const Screen* screen = chosen(move.display, from);
-            if (!screen) return WindowRefusal{noSuchDisplay(move.display)};
+            const Screen* screen = chosenScreen(move.display, from);
+            if (!screen) return WindowRefusal{noSuchDisplayMessage(move.display)};
             const DisplayID id = displayID(*screen);
             if (from == id) {
                 return WindowPlan{"", window.applicationName + " is on " + screen->localizedName + " already", {}};
             }
-            const WorkspaceTile* tile = landingTile(window, id);
+            const WorkspaceTile* tile = tileToMoveTo(window, id);
             if (!tile) return WindowRefusal{screen->localizedName + " has no tile"};
-            auto planned = into(window, *tile, "move to " + screen->localizedName);
+            auto planned = placement(window, *tile, "move to " + screen->localizedName);
             std::get<WindowPlan>(planned).message += " on " + screen->localizedName;
             return planned;
         });
@@ -130,7 +131,7 @@ class CommandPlanner {
             const auto display = displayOf(window);
             const WorkspaceTile* tile = display ? nearestTile(window, *display) : nullptr;
             if (!tile) return WindowRefusal{"There is no tile for " + window.applicationName};
-            return into(window, *tile, "tile");
+            return placement(window, *tile, "tile");
         });
     }
 
@@ -147,7 +148,7 @@ class CommandPlanner {
         const auto& id = wanted ? wanted : input_.focusedWindowID;
         const ManagedWindow* window = id ? windowWith(*id) : nullptr;
         if (!window) return WindowRefusal{wanted ? "There is no such window" : "No managed window has the focus"};
-        if (window->isFullScreen) return WindowRefusal{isFullScreen(*window)};
+        if (window->isFullScreen) return WindowRefusal{fullScreenMessage(*window)};
         if (window->isElsewhere)
             return WindowRefusal{window->applicationName + " is on another desktop; go there first"};
         return make(*window);
@@ -173,13 +174,13 @@ class CommandPlanner {
         return found == input_.displayIDByWindowID.end() ? input_.currentDisplayID : std::optional(found->second);
     }
 
-    static std::string inNoTile(const ManagedWindow& window) {
+    static std::string noTileMessage(const ManagedWindow& window) {
         return window.applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
     }
-    static std::string isFullScreen(const ManagedWindow& window) {
+    static std::string fullScreenMessage(const ManagedWindow& window) {
         return window.applicationName + " is in full screen; end that first";
     }
-    static std::string where(WorkspaceDirection direction) {
+    static std::string phraseFor(WorkspaceDirection direction) {
         switch (direction) {
         case WorkspaceDirection::left:
             return "to the left of";
@@ -192,12 +193,12 @@ class CommandPlanner {
         }
         return "";
     }
-    static std::string noSuchDisplay(const DisplayChoice& choice) {
+    static std::string noSuchDisplayMessage(const DisplayChoice& choice) {
         return std::holds_alternative<DisplayStep>(choice) ? "There is no other display" : "There is no such display";
     }
 
-    /// Makes the window the front window of the tile and displaces the windows there.
-    Planned into(const ManagedWindow& window, const WorkspaceTile& tile, std::string action) const {
+    /// The plan that makes the window the front window of the tile. The present front windows are displaced.
+    Planned placement(const ManagedWindow& window, const WorkspaceTile& tile, std::string action) const {
         if (input_.assignments.targetOf(window.id) == tile.target) {
             return WindowPlan{"", window.applicationName + " is in " + tile.slot.name + " already", {}};
         }
@@ -224,7 +225,7 @@ class CommandPlanner {
         return target ? tileWith(*target) : nullptr;
     }
 
-    const Screen* chosen(const DisplayChoice& choice, const std::optional<DisplayID>& from) const {
+    const Screen* chosenScreen(const DisplayChoice& choice, const std::optional<DisplayID>& from) const {
         const auto& screens = input_.screens;
         const auto indexOf = [&](const DisplayID& id) {
             return static_cast<std::size_t>(
@@ -242,24 +243,24 @@ class CommandPlanner {
     }
 
     const ManagedWindow* mostRecentOn(const DisplayID& display) const {
-        const auto isShownThere = [&](const ManagedWindow& window) {
+        const auto isVisibleOnDisplay = [&](const ManagedWindow& window) {
             return window.isVisible && !window.isMinimized && displayOf(window) == display;
         };
         for (const auto& id : input_.focusOrder) {
             const ManagedWindow* window = windowWith(id);
-            if (window && isShownThere(*window)) return window;
+            if (window && isVisibleOnDisplay(*window)) return window;
         }
         for (const WorkspaceTile* tile : tilesOn(display)) {
             const ManagedWindow* window = tile->windowID ? windowWith(*tile->windowID) : nullptr;
-            if (window && isShownThere(*window)) return window;
+            if (window && isVisibleOnDisplay(*window)) return window;
         }
-        const auto any = std::ranges::find_if(input_.windows, isShownThere);
+        const auto any = std::ranges::find_if(input_.windows, isVisibleOnDisplay);
         return any == input_.windows.end() ? nullptr : &*any;
     }
 
-    /// The tile of the same slot if it is free, else the first free tile; without a free tile the tile of the same
-    /// slot, else the first tile.
-    const WorkspaceTile* landingTile(const ManagedWindow& window, const DisplayID& display) const {
+    /// If the display has free tiles: the free tile of the same slot, else the first free tile. If it has none: the
+    /// tile of the same slot, else the first tile.
+    const WorkspaceTile* tileToMoveTo(const ManagedWindow& window, const DisplayID& display) const {
         const auto own = input_.assignments.targetOf(window.id);
         const WorkspaceTile* ownTile = own ? tileWith(*own) : nullptr;
         const WorkspaceTile* best = nullptr;

@@ -1,4 +1,4 @@
-// Plans commands for one window from values, so that a dry run prints exactly what the command would do.
+// Plans commands for one window from values. A dry run prints the plan that the command would carry out.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -18,14 +18,16 @@
 namespace kova {
 
 struct WindowStep {
+    /// `wait`: another window displaces the window, which then waits in a stack.
     enum class Kind { place, wait, focus, floating };
     Kind kind = Kind::place;
     WindowID windowID;
-    std::optional<TileTarget> target; // the tile into which the window is put or stacked; absent for the other kinds
+    /// For `place`, the tile of this window. For `wait`, the tile of the window that displaces it.
+    std::optional<TileTarget> target;
     bool operator==(const WindowStep&) const = default;
 };
 
-/// "place", "wait", "focus", "float".
+/// "place", "wait", "focus" or "float".
 std::string_view describe(WindowStep::Kind kind);
 
 struct WindowPlan {
@@ -40,7 +42,7 @@ struct WindowRefusal {
     bool operator==(const WindowRefusal&) const = default;
 };
 
-/// The input of planning.
+/// The values from which a command is planned.
 struct WindowCommandInput {
     std::vector<ManagedWindow> windows;
     std::vector<WorkspaceTile> tiles; // of all displays, in layout order
@@ -50,10 +52,10 @@ struct WindowCommandInput {
     std::vector<WindowID> focusOrder; // window ids, the most recent first
     std::optional<WindowID> focusedWindowID;
     std::optional<DisplayID> currentDisplayID;
-    std::map<WindowID, DisplayID> displayIDByWindowID; // windows on no display are missing
-    /// The tiles that the window covers when it is placed there, anchor first; empty for an unknown tile.
+    std::map<WindowID, DisplayID> displayIDByWindowID; // without the windows that no display shows
+    /// The tiles that the window covers if it is placed in `target`, the anchor first; empty if there is no such tile.
     std::function<std::vector<TileTarget>(const ManagedWindow&, const TileTarget& target)> covering;
-    double firstScreenMaxY = 0;
+    double firstScreenMaxY = 0; // see `TileGeometry::firstScreenMaxY`
 };
 
 std::variant<WindowPlan, WindowRefusal> planWindowCommand(const WindowCommand& command,

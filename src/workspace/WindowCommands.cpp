@@ -44,21 +44,21 @@ Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::opti
 }
 
 Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
-    auto turn = finder_.stackTurn(cycle);
-    if (!turn) return access_.refuse(finder_.whyNothingNext(cycle));
-    const auto& target = turn->target;
-    auto& order = turn->order;
+    auto cycled = finder_.cycledStack(cycle);
+    if (!cycled) return access_.refuse(finder_.whyNothingNext(cycle));
+    const auto& target = cycled->target;
+    auto& order = cycled->order;
     const ManagedWindow* next = liveWindows_.find(order.front());
     if (!next) return access_.refuseSilently(finder_.whyNothingNext(cycle));
     const ManagedWindow window = *next;
     steps_.pushUndoSnapshot({std::string(action::CycleStack::kTraits.undoLabel), {window.applicationName}});
     const TileAssignments before = assignments_;
-    presenter_.bringBack(window);
+    presenter_.restore(window);
     keeper_.placeInTile(window.id, target, Focusing::yes);
     keeper_.bringNextForward(before);
     // A window of the stack may have come forward in a tile that the former front window had spanned.
     std::erase_if(order, [&](const WindowID& id) { return assignments_.stackTargetOf(id) != target; });
-    // A window displaced by a span is stacked after the windows that were stacked here before.
+    // Windows that the placement has displaced from other tiles are now in this stack. They come last.
     for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
         if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
     }
@@ -116,10 +116,10 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
     }
     const TileAssignments before = assignments_;
     const auto focused = finder_.focusedWindowID();
-    // The focus does not change, unless the focused window is among those that move.
+    // The focus changes only if the focused window is among the windows that move.
     const bool takesFocus = std::ranges::any_of(
         plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.target; });
-    // First all windows leave their tiles, so that two windows that are exchanged do not displace each other.
+    // All windows leave their tiles first, so that two windows that are exchanged do not displace each other.
     for (const auto& step : plan.steps) {
         if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
     }
@@ -133,7 +133,7 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
             placeByCommand(window, *step.target,
                            takesFocus && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
             break;
-        case WindowStep::Kind::wait: // done by placing the other window
+        case WindowStep::Kind::wait: // the placement of the other window displaces this one
             break;
         case WindowStep::Kind::focus:
             hasFocused = presenter_.focus(window);
@@ -160,7 +160,7 @@ void WindowCommands::placeByCommand(const ManagedWindow& window, const TileTarge
     if (!covering) return;
     keeper_.noteMovedByUser(window.id);
     keeper_.exemptFromRules(window.id);
-    presenter_.bringBack(window);
+    presenter_.restore(window);
     keeper_.place(window, *covering, bringToFront);
     arrangement_.learnPlacementByUser(window, target);
 }
@@ -170,7 +170,7 @@ void WindowCommands::floatByCommand(const ManagedWindow& window) {
     keeper_.exemptFromRules(window.id);
     assignments_.remove(window.id);
     floating_.add(window.id);
-    presenter_.bringBack(window); // a stacked window is hidden
+    presenter_.restore(window); // if the window was stacked, it is hidden
 }
 
 std::optional<WindowID> WindowCommands::windowLastFocusedOn(const DisplayID& wantedDisplayID) const {

@@ -1,4 +1,4 @@
-// Carries out commands for one window, and moves between tiles.
+// Carries out commands for one window: the planned commands, focusing and moving in a direction, and cycling a stack.
 #pragma once
 
 #include "workspace/Arrangement.h"
@@ -31,7 +31,8 @@ class WindowCommands {
     /// The plan that the command would carry out now.
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
     Outcome runCommand(const WindowCommand& command);
-    /// The visible window of the display that was focused last, else the first in its tiles; absent if it has none.
+    /// Of the visible windows of the display, the one that was focused last. If none was focused, the first front
+    /// window, else any visible window. Absent if the display shows no window.
     std::optional<WindowID> windowLastFocusedOn(const DisplayID& displayID) const;
     Outcome focusWindow(WorkspaceDirection direction, const std::optional<WindowID>& fromWindowID);
     Outcome moveWindow(WorkspaceDirection direction, const std::optional<WindowID>& windowID);

@@ -48,27 +48,27 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
     if (isSameList) return {}; // the most frequent case
     const WindowsByID known = byID(before);
     std::vector<const ManagedWindow*> newWindows;
-    std::unordered_set<WindowID> there;
+    std::unordered_set<WindowID> present; // listed, or unlisted because the application does not respond
     for (const auto& window : found.listed) {
-        there.insert(window.id);
+        present.insert(window.id);
         if (window.isVisible && !window.parentID && !known.contains(window.id)) newWindows.push_back(&window);
     }
     if (newWindows.empty()) return {};
     std::unordered_set<WindowID> existing; // windows that still exist but are not listed any more
-    for (const auto& window : found.unlisted) (window.answers ? existing : there).insert(window.id);
+    for (const auto& window : found.unlisted) (window.answers ? existing : present).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
     for (const auto& window : before) {
         const bool wasShown = !window.isElsewhere && !window.isMinimized;
-        if (wasShown && !there.contains(window.id)) missing.push_back(recoveryIdentity(window));
+        if (wasShown && !present.contains(window.id)) missing.push_back(recoveryIdentity(window));
     }
     const auto exists = [&](const auto& window) { return existing.contains(window.id); };
     auto successors = recognizeTabs(missing, newWindows);
     const auto hasSuccessor = [&](const auto& window) {
         return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();
     };
-    const bool haveOthersLeft =
+    const bool hasOneLeftWithoutSuccessor =
         std::ranges::any_of(missing, [&](const auto& window) { return exists(window) && !hasSuccessor(window); });
-    if (shownSpace == ShownSpace::another || haveOthersLeft) {
+    if (shownSpace == ShownSpace::another || hasOneLeftWithoutSuccessor) {
         std::erase_if(missing, exists);
         successors = recognizeTabs(missing, newWindows);
     }
@@ -84,18 +84,18 @@ std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vect
     std::unordered_map<WindowID, const UnlistedWindow*> unlisted;
     for (const auto& window : found.unlisted) unlisted.emplace(window.id, &window);
     // Inserts each window after its predecessor in the former list, so that the order does not change.
-    const auto behind = [&windows](const std::optional<WindowID>& id) {
+    const auto placeAfter = [&windows](const std::optional<WindowID>& id) {
         const auto place = id ? std::ranges::find(windows, *id, &ManagedWindow::id) : windows.end();
         return place == windows.end() ? windows.begin() : place + 1;
     };
-    std::unordered_set<WindowID> there;
-    for (const auto& window : windows) there.insert(window.id);
+    std::unordered_set<WindowID> listed;
+    for (const auto& window : windows) listed.insert(window.id);
     std::optional<WindowID> previous;
     for (const auto& window : before) {
         if (const auto entry = unlisted.find(window.id); entry != unlisted.end()) {
-            windows.insert(behind(previous), keptWindow(window, *entry->second));
+            windows.insert(placeAfter(previous), keptWindow(window, *entry->second));
             previous = window.id;
-        } else if (there.contains(window.id)) {
+        } else if (listed.contains(window.id)) {
             previous = window.id;
         }
     }

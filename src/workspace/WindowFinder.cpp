@@ -34,7 +34,6 @@ std::optional<DisplayID> WindowFinder::currentDisplayID() const {
     return displayID(state_.screens->front());
 }
 
-/// If a dialog has the focus, its window counts as focused.
 std::optional<WindowID> WindowFinder::focusedWindowID() const {
     const auto focused = windowService_.focusedWindowID();
     return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
@@ -45,13 +44,12 @@ const ManagedWindow* WindowFinder::focusedWindow() const {
     return focused ? liveWindows_.find(*focused) : nullptr;
 }
 
-const ManagedWindow* WindowFinder::actingWindow(const std::optional<WindowID>& windowID) const {
+const ManagedWindow* WindowFinder::windowOrFocused(const std::optional<WindowID>& windowID) const {
     return windowID ? liveWindows_.find(*windowID) : focusedWindow();
 }
 
-/// The named window, else the focused one, if it is the front window of a tile on a connected display.
 std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<WindowID>& windowID) const {
-    const ManagedWindow* window = actingWindow(windowID);
+    const ManagedWindow* window = windowOrFocused(windowID);
     if (!window) return std::nullopt;
     const auto target = assignments_.targetOf(window->id);
     const Screen* screen = target ? geometry_.screenOfTarget(*target) : nullptr;
@@ -61,7 +59,7 @@ std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<Win
 
 std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<WindowID>& windowID) const {
     if (startingPoint(windowID)) return std::nullopt;
-    const ManagedWindow* window = actingWindow(windowID);
+    const ManagedWindow* window = windowOrFocused(windowID);
     if (!window) return windowID ? "There is no such window" : "No managed window has the focus";
     if (assignments_.stackTargetOf(window->id)) {
         return window->applicationName + " waits behind another window. Bring it to the front with “kova focus window”";
@@ -82,9 +80,7 @@ std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, W
     return neighborTarget(flipped(*start.window.frame, geometry_.firstScreenMaxY()), direction, frames);
 }
 
-/// The tile whose stack is cycled (of a spanning window its anchor), and the stack in its new order. Absent if no other
-/// window is stacked there.
-std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle) const {
+std::optional<CycledStack> WindowFinder::cycledStack(const action::CycleStack& cycle) const {
     auto front = cycle.windowID;
     auto target = cycle.target;
     if (!target && front && !assignments_.targetOf(*front)) target = assignments_.stackTargetOf(*front);
@@ -97,18 +93,19 @@ std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle
     if (!start) return std::nullopt;
     const auto stack = assignments_.stackWindowIDsByTarget.find(start->target);
     if (stack == assignments_.stackWindowIDsByTarget.end() || stack->second.size() < 2) return std::nullopt;
-    StackTurn turn{start->target, stack->second};
-    const auto at = std::find(turn.order.begin(), turn.order.end(), start->window.id);
-    if (at == turn.order.end()) return std::nullopt;
-    const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(turn.order.size()) - 1;
-    const auto first = (at - turn.order.begin() + step) % static_cast<std::ptrdiff_t>(turn.order.size());
-    std::rotate(turn.order.begin(), turn.order.begin() + first, turn.order.end());
-    return turn;
+    CycledStack cycled{start->target, stack->second};
+    auto& order = cycled.order;
+    const auto at = std::find(order.begin(), order.end(), start->window.id);
+    if (at == order.end()) return std::nullopt;
+    const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(order.size()) - 1;
+    const auto first = (at - order.begin() + step) % static_cast<std::ptrdiff_t>(order.size());
+    std::rotate(order.begin(), order.begin() + first, order.end());
+    return cycled;
 }
 
 std::optional<WindowID> WindowFinder::nextInStack(const action::CycleStack& cycle) const {
-    const auto turn = stackTurn(cycle);
-    return turn ? std::optional(turn->order.front()) : std::nullopt;
+    const auto cycled = cycledStack(cycle);
+    return cycled ? std::optional(cycled->order.front()) : std::nullopt;
 }
 
 std::string WindowFinder::whyNothingNext(const action::CycleStack& cycle) const {
@@ -123,18 +120,15 @@ std::optional<ManagedWindow> WindowFinder::findWindow(const WorkspaceWindowRefer
     return *window;
 }
 
-/// Scenes use windows of the present Space only.
-std::vector<ManagedWindow> WindowFinder::windowsHere() const {
-    std::vector<ManagedWindow> here = liveWindows_.all();
-    std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
-    return here;
+std::vector<ManagedWindow> WindowFinder::windowsNotElsewhere() const {
+    std::vector<ManagedWindow> windows = liveWindows_.all();
+    std::erase_if(windows, [](const ManagedWindow& window) { return window.isElsewhere; });
+    return windows;
 }
 
-/// Any window can be zoomed: a window without a tile is treated as if it were in the tile under its middle, or in the
-/// nearest tile.
 std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<WindowID>& windowID) const {
     if (const auto start = startingPoint(windowID)) return start;
-    const ManagedWindow* window = actingWindow(windowID);
+    const ManagedWindow* window = windowOrFocused(windowID);
     const Screen* screen = window && window->frame ? geometry_.screenOfWindow(*window) : nullptr;
     if (!screen) return std::nullopt;
     const DisplayID display = displayID(*screen);

@@ -1,4 +1,4 @@
-// Finds the open window that matches a saved reference.
+// Finds the open window to which a stored reference, for example that of a scene, refers.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -14,15 +14,15 @@
 
 namespace kova {
 
-/// Returns each window at most once. The windows must outlive the matcher and not change.
+/// Returns each window at most once. The windows must outlive the matcher and must not change.
 class WindowMatcher {
   public:
-    /// `windows` are in the order of enumeration; windows in `used` match nothing.
+    /// `windows` are in the order of the window list. Windows in `used` are never returned.
     WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<WindowID>& used);
 
-    /// The first window of the reference's application whose title contains the reference's hint or is contained in it,
-    /// else the application's first window; null when there is none. Bundle identifiers are compared exactly; without
-    /// one, application names are compared regardless of case.
+    /// The first window of the reference's application whose title contains the reference's title hint or is contained
+    /// in it, else the application's first window. Null if there is none. The application is found by its exact bundle
+    /// identifier. If the reference has no bundle identifier, the application is found by its name, regardless of case.
     const ManagedWindow* take(const WorkspaceWindowReference& reference);
 
   private:
@@ -31,10 +31,10 @@ class WindowMatcher {
         std::optional<std::string> foldedTitle; // absent until first needed
         bool isUsed = false;
     };
-    /// The windows of one application, in the order of enumeration.
+    /// The windows of one application, in the order of the window list.
     struct Group {
-        std::vector<std::size_t> members; // indices of candidates
-        std::size_t firstUnused = 0;      // all before it are used
+        std::vector<std::size_t> members; // indices in `candidates_`
+        std::size_t firstUnused = 0;      // index in `members`; all members before it are used
     };
     struct NameGroup {
         std::string name;

@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// "Mail “Inbox”"; just "Mail" for a window without a title.
+/// For example "Mail “Inbox”", or "Mail" for a window without a title.
 inline std::string nameOf(const ManagedWindow& window) {
     return window.title.empty() ? window.applicationName : window.applicationName + " " + quoted(window.title);
 }

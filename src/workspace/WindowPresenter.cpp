@@ -33,7 +33,6 @@ WindowPresenter::WindowPresenter(
     pointer_(parts.pointer), frames_(parts.frames), refreshCycle_(refreshCycle), geometry_(geometry), finder_(finder),
     minimumSizeObserved_(std::move(minimumSizeObserved)) {}
 
-/// Shows the window and focuses it.
 bool WindowPresenter::focus(const ManagedWindow& window) {
     const WindowID id = window.id;
     const bool isFocused = windowService_.restoreAndFocus(window);
@@ -41,39 +40,39 @@ bool WindowPresenter::focus(const ManagedWindow& window) {
     return isFocused;
 }
 
-/// Showing a hidden application shows all its windows, so its stacked windows are minimized.
-void WindowPresenter::bringBack(const ManagedWindow& window) {
+/// If the application was hidden, showing it shows all its windows. So its other stacked windows are minimized then.
+void WindowPresenter::restore(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     unhideApplicationOf(window);
     windowService_.unminimize(window);
     requestPresentation(window.id, WindowPresentation::shown);
     if (!wasHidden) return;
     for (const auto& other : liveWindows_) {
-        const bool isSibling = other.processIdentifier == window.processIdentifier && other.id != window.id;
-        if (isSibling && !assignments_.isAssigned(other.id) && assignments_.stackTargetOf(other.id))
+        const bool isOfSameApplication = other.processIdentifier == window.processIdentifier && other.id != window.id;
+        if (isOfSameApplication && !assignments_.isAssigned(other.id) && assignments_.stackTargetOf(other.id))
             minimizeWindow(other);
     }
 }
 
-/// Hides windows that lost their tile. An application is hidden only if none of its windows stays in a tile or is on
-/// another Space, since such a window would be hidden as well; otherwise the window is minimized.
-void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
+/// An application is hidden only if none of its windows is the front window of a tile and none is elsewhere, because
+/// such a window would be hidden as well.
+void WindowPresenter::hideDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
-    auto staying = processesInFront(assignments_, liveWindows_.all());
+    auto processesKeptVisible = processesInFront(assignments_, liveWindows_.all());
     for (const auto& window : liveWindows_) {
-        if (window.isElsewhere) staying.insert(window.processIdentifier);
+        if (window.isElsewhere) processesKeptVisible.insert(window.processIdentifier);
     }
-    std::set<pid_t> leaving; // an application is hidden once, with all its windows
+    std::set<pid_t> hiddenProcesses; // an application is hidden once, with all its windows
     std::vector<std::pair<const ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         const ManagedWindow* window = liveWindows_.find(id);
         if (!window || window->isFullScreen || window->isElsewhere || window->isMinimized) continue;
-        const bool stays = staying.contains(window->processIdentifier);
-        const bool isHiddenAlready = !stays && (!leaving.insert(window->processIdentifier).second ||
-                                                windowService_.isApplicationHidden(window->processIdentifier));
+        const bool isKeptVisible = processesKeptVisible.contains(window->processIdentifier);
+        const bool isHiddenAlready = !isKeptVisible && (!hiddenProcesses.insert(window->processIdentifier).second ||
+                                                        windowService_.isApplicationHidden(window->processIdentifier));
         if (isHiddenAlready) continue;
-        decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
-                                             : DisplacedWindowPresentationAction::hideApplication);
+        decisions.emplace_back(window, isKeptVisible ? DisplacedWindowPresentationAction::minimizeWindow
+                                                     : DisplacedWindowPresentationAction::hideApplication);
     }
     for (const auto& [window, action] : decisions) {
         if (action == DisplacedWindowPresentationAction::minimizeWindow) {
@@ -87,16 +86,15 @@ void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWin
 void WindowPresenter::hideApplicationOf(const ManagedWindow& window) {
     windowService_.presentDisplaced(window, DisplacedWindowPresentationAction::hideApplication);
     liveWindows_.requestHidden(window.processIdentifier, services_.queue.uptime());
-    refreshCycle_.wake(); // until a poll confirms the new state
+    refreshCycle_.wake(); // polls continue until they confirm the new state
 }
 
-/// Shows all windows of the application that are not minimized.
 void WindowPresenter::unhideApplicationOf(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     windowService_.unhideApplication(window.processIdentifier);
     if (!wasHidden) return;
     liveWindows_.requestShown(window.processIdentifier, services_.queue.uptime());
-    refreshCycle_.wake(); // until a poll confirms the new state
+    refreshCycle_.wake(); // polls continue until they confirm the new state
 }
 
 void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
@@ -108,12 +106,12 @@ void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
 
 void WindowPresenter::requestPresentation(const WindowID& windowID, WindowPresentation presentation) {
     if (!liveWindows_.request(windowID, presentation, services_.queue.uptime())) return;
-    refreshCycle_.wake(); // until a poll confirms the new state
+    refreshCycle_.wake(); // polls continue until they confirm the new state
 }
 
-/// Updates the live list at once, so that a snapshot taken before the next poll does not contain the previous state.
+/// Updates the list of live windows at once, so that a snapshot taken before the next poll contains the new frame.
 void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
-    // A remembered frame may be on a display that was disconnected meanwhile.
+    // A remembered frame may be on a display that has been disconnected since then.
     if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
     if (window.isElsewhere || !window.isAnswering) return tileMemory_.setPendingFrame(window.id, frame);
     const WindowID id = window.id;
@@ -121,10 +119,10 @@ void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& fram
         minimumSizeObserved_(id, frame, actual);
     }));
     frames_.noteRequest(id);
-    refreshCycle_.wake(); // until a poll confirms the frame
+    refreshCycle_.wake(); // polls continue until they confirm the frame
     liveWindows_.noteFrame(id, frame);
     if (const ManagedWindow* live = liveWindows_.find(id)) {
-        // Placing a window ends its maximizing.
+        // A placed window is no longer maximized.
         if (live->isMaximized) liveWindows_.requestMaximized(id, false, services_.queue.uptime());
     }
     moveDialogsAlong(id, frame);
@@ -143,7 +141,7 @@ void WindowPresenter::reapplyTileFrames(CorrectedDrift correctedDrift) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     const auto frames = geometry_.framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
-        if (pointer_.isPressing(window.id)) continue; // until it is released
+        if (pointer_.isPressing(window.id)) continue; // the window stays where it is until the pointer releases it
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
             reapplyWindow(window, target->second, correctedDrift);
@@ -161,8 +159,8 @@ std::optional<LeftAloneReason> WindowPresenter::whyLeftAlone(const ManagedWindow
                                .isApplicationHidden = windowService_.isApplicationHidden(window.processIdentifier)});
 }
 
-/// Requests the frame of a window that is off its tile. A placement that is still being verified is left to its passes,
-/// and the number of requests to a refusing window is limited.
+/// Requests the frame of the window if it is off its tile. Makes no request while a placement is still being verified,
+/// or when the window has refused the frame too often.
 void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& target, CorrectedDrift correctedDrift) {
     const auto decision = frames_.decide(window, target, correctedDrift, windowService_.pendingFrame(window.id));
     if (decision == FrameKeeper::Decision::noRequest) return;
@@ -171,7 +169,6 @@ void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& t
     writeFrame(window, target, BringToFront::no);
 }
 
-/// Raises the windows above those that do not belong to the scene; the one focused last is raised last.
 void WindowPresenter::raiseRestored(const std::vector<WindowID>& windowIDs) {
     std::vector<const ManagedWindow*> fronts;
     for (const auto& id : windowIDs) {
@@ -180,17 +177,18 @@ void WindowPresenter::raiseRestored(const std::vector<WindowID>& windowIDs) {
     }
     std::vector<WindowID> focusOrder = liveWindows_.focusOrder().windowIDs();
     if (const ManagedWindow* focused = finder_.focusedWindow()) focusOrder.insert(focusOrder.begin(), focused->id);
-    const auto raised = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
-    for (const auto* window : raised) windowService_.raise(*window);
+    const auto inRaisingOrder = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
+    for (const auto* window : inRaisingOrder) windowService_.raise(*window);
 }
 
-/// True if the window is on another Space, or is neither visible nor minimized nor hidden.
+/// True if the window is elsewhere, or is neither visible nor minimized nor hidden.
 bool WindowPresenter::isOffScreen(const ManagedWindow& window) const {
-    const bool isShownSomehow = window.isVisible || window.isMinimized || !window.frame ||
-                                windowService_.isApplicationHidden(window.processIdentifier);
-    // KOVA hides stacked windows; the user may have shown this one since the last poll.
-    const bool wasPutAway = assignments_.stackTargetOf(window.id) && !assignments_.isAssigned(window.id);
-    return window.isElsewhere || (!isShownSomehow && !wasPutAway);
+    const bool isVisibleOrHidden = window.isVisible || window.isMinimized || !window.frame ||
+                                   windowService_.isApplicationHidden(window.processIdentifier);
+    // KOVA has hidden the application of a stacked window. If the application is not hidden now, the user has shown it
+    // since the last poll, and the next poll will find the window visible.
+    const bool isStacked = assignments_.stackTargetOf(window.id) && !assignments_.isAssigned(window.id);
+    return window.isElsewhere || (!isVisibleOrHidden && !isStacked);
 }
 
 } // namespace kova

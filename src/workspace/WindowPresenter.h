@@ -1,4 +1,4 @@
-// Sends requests for single windows: frames, show, hide, minimize, focus.
+// Sends the requests that concern single windows: to place, show, hide, minimize, raise and focus them.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -33,28 +33,32 @@ class WindowPresenter {
                     const WindowFinder& finder,
                     std::function<void(const WindowID&, const CGRect&, const CGRect&)> minimumSizeObserved);
 
-    /// Requests the frame with verification. No-op for a full-screen window, and for a frame outside all displays. A
-    /// window on another Space gets the frame when that Space is shown.
+    /// Requests the frame, which is then verified. No-op for a full-screen window, and for a frame outside all
+    /// displays. A window that is elsewhere or does not respond gets the frame as soon as it is shown and responds.
     void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
                     AccessibilityWindowService::BringToFront raise);
     void minimizeWindow(const ManagedWindow& window);
+    /// Hides the application, with all its windows.
     void hideApplicationOf(const ManagedWindow& window);
+    /// Shows all windows of the application that are not minimized.
     void unhideApplicationOf(const ManagedWindow& window);
-    /// Shows the window. Stacked windows of its application stay hidden.
-    void bringBack(const ManagedWindow& window);
-    /// False if the window was closed or its application has ended.
+    /// Shows the window. Stacked windows of the same application stay off the screen.
+    void restore(const ManagedWindow& window);
+    /// Shows and focuses the window. False if the window was closed or its application has ended.
     bool focus(const ManagedWindow& window);
+    /// Records the requested state in the list of live windows. Does not send a request.
     void requestPresentation(const WindowID& windowID, WindowPresentation presentation);
-    /// Hides windows that lost their tile: the application if none of its windows stays in a tile, else the window.
-    void presentDisplaced(const std::vector<WindowID>& displacedWindowIDs);
-    /// Requests the frames of windows that are off their tiles.
+    /// Takes windows that lost their tile off the screen: hides the application if none of its windows has to stay
+    /// visible, else minimizes the window.
+    void hideDisplaced(const std::vector<WindowID>& displacedWindowIDs);
+    /// Requests the frames of windows that are off their tiles by more than the given drift.
     void reapplyTileFrames(CorrectedDrift correctedDrift);
-    /// Absent when the window may be moved.
+    /// The reason why the window is left alone; absent if it may be moved.
     std::optional<LeftAloneReason> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
-    /// True for a window that is not visible and that no request of KOVA can show.
+    /// True for a window that is not visible and that KOVA cannot show by a request.
     bool isOffScreen(const ManagedWindow& window) const;
-    /// Raises the windows above others; the one focused last is raised last.
+    /// Raises the windows above all others. The window that was focused last is raised last.
     void raiseRestored(const std::vector<WindowID>& windowIDs);
 
   private:

@@ -14,7 +14,7 @@ bool near(double a, double b) {
     return std::abs(a - b) <= kFrameTolerancePoints;
 }
 
-bool isSamePlace(const CGRect& a, const CGRect& b) {
+bool isSameOrigin(const CGRect& a, const CGRect& b) {
     return near(minX(a), minX(b)) && near(minY(a), minY(b));
 }
 
@@ -29,13 +29,13 @@ bool isSameKind(const ManagedWindowRecoveryIdentity& identity, const ManagedWind
 }
 
 bool isSameFrame(const CGRect& a, const CGRect& b) {
-    return isSamePlace(a, b) && isSameSize(a, b);
+    return isSameOrigin(a, b) && isSameSize(a, b);
 }
 
 using Fits = std::function<bool(const ManagedWindowRecoveryIdentity&, const ManagedWindow&)>;
 
-/// Finds pairs of a missing window and a candidate of which each fits no other. Moves them from both lists to
-/// `successors`.
+/// Finds pairs of a missing window and a candidate that fit each other and no other window. Moves these pairs from the
+/// lists to `successors`. Removes missing windows with an ambiguous match from `missing`.
 void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vector<const ManagedWindow*>& candidates,
             const Fits& fits, std::vector<WindowSuccessor>& successors) {
     std::map<const ManagedWindowRecoveryIdentity*, std::vector<const ManagedWindow*>> choices;
@@ -80,7 +80,7 @@ std::vector<WindowSuccessor> recognizeWindows(const std::vector<ManagedWindowRec
         identities, windows,
         [](const auto& identity, const auto& window) {
             return isSameKind(identity, window) &&
-                   (isSamePlace(*identity.frame, *window.frame) || isSameSize(*identity.frame, *window.frame));
+                   (isSameOrigin(*identity.frame, *window.frame) || isSameSize(*identity.frame, *window.frame));
         },
         successors);
     return successors;

@@ -1,4 +1,5 @@
-// Recognizes windows whose id has changed, after a sleep or a restart of the agent.
+// Recognizes windows whose ids have changed: after a sleep, after a restart of the agent, or because another tab of a
+// native tab group is shown.
 #pragma once
 
 #include "support/Identifiers.h"
@@ -10,7 +11,7 @@
 
 namespace kova {
 
-/// The data of a window that is remembered at the beginning of a transition.
+/// The data of a window by which it can be recognized under another id.
 struct ManagedWindowRecoveryIdentity {
     WindowID id;
     pid_t processIdentifier = 0;
@@ -22,7 +23,7 @@ struct ManagedWindowRecoveryIdentity {
 
 ManagedWindowRecoveryIdentity recoveryIdentity(const ManagedWindow& window);
 
-/// A window with its former id.
+/// A recognized window: its former id and its present id.
 struct WindowSuccessor {
     WindowID formerID;
     WindowID id;
@@ -30,12 +31,13 @@ struct WindowSuccessor {
 };
 
 /// Matches the live `candidates` to missing windows by process, bundle identifier, title and frame (within 2 points).
-/// If no candidate has the frame, the same origin or size is enough, since a transition moves or resizes windows, but
-/// seldom both. Ambiguous matches are dropped.
+/// If no candidate has the frame, the same origin or the same size is enough, because a transition rarely both moves
+/// and resizes a window. Ambiguous matches are dropped.
 std::vector<WindowSuccessor> recognizeWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);
 
-/// Matches the tabs of a native tab group by process and frame (within 2 points), whatever their titles.
+/// Matches the tabs of a native tab group by process and frame (within 2 points), whatever their titles. Ambiguous
+/// matches are dropped.
 std::vector<WindowSuccessor> recognizeTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                            const std::vector<const ManagedWindow*>& candidates);
 

@@ -10,10 +10,10 @@ namespace kova {
 
 namespace {
 
-/// In so many arrangements a minimum size must be observed before it counts although it contradicts the announced one.
+/// A minimum size that contradicts the announced one is confirmed when it was observed in this number of arrangements.
 constexpr int kArrangementsToConfirm = 2;
 
-bool isKnownInAnyDirection(CGSize size) {
+bool hasKnownSide(CGSize size) {
     return size.width > 0 || size.height > 0;
 }
 
@@ -44,8 +44,7 @@ CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<C
                               Purpose purpose) const {
     const Known* known = find(window.id);
     const CGSize announced = window.minimumSize.value_or(CGSize{});
-    const bool counts =
-        known && isKnownInAnyDirection(known->observed) && (purpose == Purpose::present || known->isConfirmed());
+    const bool counts = known && hasKnownSide(known->observed) && (purpose == Purpose::present || known->isConfirmed());
     if (counts) return larger(announced, known->observed);
     if (window.minimumSize || !ofApplication) return announced;
     return known && known->smallest ? smaller(*ofApplication, *known->smallest) : *ofApplication;
@@ -54,7 +53,7 @@ CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<C
 std::map<WindowID, CGSize> WindowSizes::observed() const {
     std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
-        if (isKnownInAnyDirection(known.observed)) sizes[id] = known.observed;
+        if (hasKnownSide(known.observed)) sizes[id] = known.observed;
     }
     return sizes;
 }
@@ -62,7 +61,7 @@ std::map<WindowID, CGSize> WindowSizes::observed() const {
 std::map<WindowID, CGSize> WindowSizes::confirmed() const {
     std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
-        if (isKnownInAnyDirection(known.observed) && known.isConfirmed()) sizes[id] = known.observed;
+        if (hasKnownSide(known.observed) && known.isConfirmed()) sizes[id] = known.observed;
     }
     return sizes;
 }
@@ -79,12 +78,12 @@ void WindowSizes::beginArrangement() {
 
 WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual,
                                               Seconds uptime) {
-    if (pointerUsedAt_ && uptime - *pointerUsedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
+    if (pointerUsedAt_ && uptime - *pointerUsedAt_ < kUnreliableAfterPointer) return Refusal::unreliable;
     Known& known = known_[window.id];
     CGSize observed = known.observed;
     if (actual.width > wanted.width + kFrameTolerancePoints) observed.width = actual.width;
     if (actual.height > wanted.height + kFrameTolerancePoints) observed.height = actual.height;
-    if (!isKnownInAnyDirection(observed)) return Refusal::unreliable;
+    if (!hasKnownSide(observed)) return Refusal::unreliable;
     const CGSize announced = window.minimumSize.value_or(observed);
     known.contradictsAnnouncement = observed.width > announced.width + kFrameTolerancePoints ||
                                     observed.height > announced.height + kFrameTolerancePoints;
@@ -129,8 +128,8 @@ WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize 
         known.arrangements = 0;
         known.lastArrangement = -1;
     }
-    // Other windows of the application may still need its minimum size. A smaller window disproves it only if the
-    // window also disproved its own minimum size or was retried.
+    // The minimum size learned for the application may still be right for its other windows. A smaller window disproves
+    // it only if this window also disproved its own minimum size, or was retried.
     disproof.ofApplication =
         ofApplication && (disproof.ofWindow || known.wasRetried) &&
         (isSmaller(size.width, ofApplication->width) || isSmaller(size.height, ofApplication->height));
@@ -145,8 +144,7 @@ bool WindowSizes::isRetryDue(const ManagedWindow& window, const std::optional<CG
     const CGSize least = minimumOf(window, ofApplication);
     const bool isRemembered = least.width > announced.width + kFrameTolerancePoints ||
                               least.height > announced.height + kFrameTolerancePoints;
-    const bool wasObservedLately =
-        known && isKnownInAnyDirection(known->observed) && uptime - known->observedAt < kRetryAfter;
+    const bool wasObservedLately = known && hasKnownSide(known->observed) && uptime - known->observedAt < kRetryAfter;
     return isRemembered && !wasObservedLately;
 }
 

@@ -12,14 +12,14 @@ std::string sizeAndPlace(const CGRect& frame) {
            number(frame.origin.y);
 }
 
-std::string ofRefusal(const Refusal& refusal, int attempts) {
+std::string refusalSentence(const Refusal& refusal, int attempts) {
     if (refusal.isAccepted) {
         return "It is left where it was when KOVA started, " + sizeAndPlace(refusal.actual) +
                ", until its tile changes or it moves.";
     }
-    return "It refuses the frame of its tile: asked " + std::to_string(attempts) + " times for " +
-           sizeAndPlace(refusal.wanted) + ", it stays at " + sizeAndPlace(refusal.actual) +
-           ". It is asked again when its tile changes or it moves.";
+    return "It refuses the frame of its tile: after " + std::to_string(attempts) + " requests for " +
+           sizeAndPlace(refusal.wanted) + " it is still " + sizeAndPlace(refusal.actual) +
+           ". KOVA requests the frame again when the tile changes or the window moves.";
 }
 
 } // namespace
@@ -33,9 +33,9 @@ std::vector<std::string> whyItStays(const WindowSituation& situation) {
         causes.push_back((situation.hasTile ? "It is not put into its tile while it " : "It is left alone while it ") +
                          what + ".");
     } else if (situation.hasTile && situation.refusal) {
-        causes.push_back(ofRefusal(*situation.refusal, situation.attempts));
+        causes.push_back(refusalSentence(*situation.refusal, situation.attempts));
     } else if (situation.isPlacementPending) {
-        causes.push_back("It was asked for its frame a moment ago, and whether it obeys is being verified.");
+        causes.push_back("KOVA has just requested its frame and is verifying whether the window takes it.");
     }
     if (situation.isOffScreen && !situation.leftAlone) {
         causes.push_back("It is on no screen although it is neither minimized nor hidden, so KOVA cannot show it.");

@@ -1,4 +1,4 @@
-// The sentences for the user that say why a window is not moved to its tile, or not moved by an arrangement.
+// The sentences that tell the user why KOVA does not move a window to its tile, or why arrangements do not move it.
 #pragma once
 
 #include "workspace/LeftAloneReason.h"
@@ -12,23 +12,23 @@ namespace kova {
 
 /// The facts from which the reasons follow.
 struct WindowSituation {
-    std::optional<std::string> obstacle{}; // why no window is moved now, as a sentence without its full stop
-    bool isDragUnderWay = false;           // a drag of any window or divider
-    bool hasTile = false;                  // the window is in front in a tile
+    std::optional<std::string> obstacle{}; // why no window is moved now: a sentence without a full stop
+    bool isDragUnderWay = false;           // true while any window or divider is dragged
+    bool hasTile = false;                  // the window is the front window of a tile
     std::optional<LeftAloneReason> leftAlone{};
-    const Refusal* refusal = nullptr; // null without a refusal
-    int attempts = 0;                 // the number of requests for one frame
-    bool isPlacementPending = false;
+    const Refusal* refusal = nullptr;     // null if the window has not refused its frame
+    int attempts = 0;                     // the number of requests after which a frame counts as refused
+    bool isPlacementPending = false;      // the requested frame is still being verified
     bool isOffScreen = false;             // no display shows the window although it is neither minimized nor hidden
-    std::optional<std::string> manager{}; // why the window manager refuses placements, as a sentence
+    std::optional<std::string> manager{}; // why the window manager refuses placements: a sentence
     bool isFloating = false;              // made floating by a command
-    std::optional<std::string> rule{}; // the rule that keeps the window out of arrangements: “Notes float” says float
+    std::optional<std::string> rule{};   // the rule that excludes the window, for example: “Notes float” says float
     bool isWaitingForItsDisplay = false; // its display was just disconnected
     bool isAwaitedByLaunch = false;      // a tile waits for a window of its application
     bool isAwaitedByScene = false;       // a scene waits for a window of its application
 };
 
-/// Empty if the window is in its tile or will get a request for its frame.
+/// One sentence for each reason. Empty if the window is in its tile, or will get a request for its frame.
 std::vector<std::string> whyItStays(const WindowSituation& situation);
 
 } // namespace kova

@@ -15,7 +15,6 @@ Outcome WorkspaceAccess::refuse(const std::string& reason) const {
     return refuseSilently(reason);
 }
 
-/// A missing permission replaces every other reason.
 Outcome WorkspaceAccess::refuseSilently(std::string reason) const {
     const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
     return isGranted ? Outcome::refused(std::move(reason))
@@ -23,11 +22,10 @@ Outcome WorkspaceAccess::refuseSilently(std::string reason) const {
 }
 
 std::string WorkspaceAccess::permissionProblem() const {
-    if (const auto reason = absenceOfWindows()) return *reason;
+    if (const auto reason = whyWindowsAreUnavailable()) return *reason;
     return windowService_.stalePermission().value_or("Accessibility permission is required");
 }
 
-/// For operations that move or raise windows, whose effect is invisible on a dark or locked screen.
 Outcome WorkspaceAccess::requireWindowAccess() const {
     const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
     return isGranted ? requireVisibleScreen() : refuse(permissionProblem());
@@ -38,7 +36,6 @@ Outcome WorkspaceAccess::requireVisibleScreen() const {
     return reason ? refuse(*reason) : Outcome::done();
 }
 
-/// The reason why no window is moved now, without regard to the permission; absent if windows may be moved.
 std::optional<std::string> WorkspaceAccess::whyNoWindowMayMove() const {
     if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
     if (recovery_.isLocked()) return "The screen is locked";
@@ -46,7 +43,6 @@ std::optional<std::string> WorkspaceAccess::whyNoWindowMayMove() const {
     return std::nullopt;
 }
 
-/// True during a suspension, when the user cannot see the effect of an action.
 bool WorkspaceAccess::isSuspendedOrLocked() const {
     return refreshCycle_.isSuspended() || recovery_.isLocked();
 }

@@ -1,4 +1,4 @@
-// Whether windows may be moved now, and why not.
+// Decides whether windows may be moved now, and refuses actions with the reason if they may not.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -20,16 +20,23 @@ class WorkspaceAccess {
   public:
     WorkspaceAccess(WorkspaceParts& parts, const RefreshCycle& refreshCycle);
 
+    /// True during a suspension, when the user cannot see the effect of an action.
     bool isSuspendedOrLocked() const;
     bool mayMoveWindows() const;
+    /// The reason why no window is moved now, apart from a missing permission. Absent if there is no such reason.
     std::optional<std::string> whyNoWindowMayMove() const;
-    /// The message if the permission is missing.
+    /// What the user is told while the permission is missing.
     std::string permissionProblem() const;
-    /// Why windows cannot be managed in this session at all; absent if they can, or could with the permission.
-    std::optional<std::string> absenceOfWindows() const { return services_.accessibility.unavailableReason(); }
+    /// The reason why windows cannot be managed in this login session at all. Absent if they can be managed, or could
+    /// be with the permission.
+    std::optional<std::string> whyWindowsAreUnavailable() const { return services_.accessibility.unavailableReason(); }
+    /// Refused if the permission is missing or the screen is not visible. For operations that move or raise windows.
     Outcome requireWindowAccess() const;
+    /// Refused while KOVA is paused, or the screen is dark, locked or used by another user.
     Outcome requireVisibleScreen() const;
+    /// A refusal with the reason, which also becomes the status message.
     Outcome refuse(const std::string& reason) const;
+    /// A refusal without a status message. If the permission is missing, this replaces the reason.
     Outcome refuseSilently(std::string reason) const;
     bool isRunning() const { return refreshCycle_.isRunning(); }
 

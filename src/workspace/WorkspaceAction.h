@@ -1,6 +1,6 @@
 // All commands of the workspace: verbs of the command line, requests on the socket, shortcuts, URLs, menus and the
-// pointer. `WorkspaceController::perform` takes one of these cases; the traits beside a case say what must hold before
-// it is carried out.
+// pointer. `WorkspaceController::perform` takes a `WorkspaceAction`. The traits of an action say what must be true
+// before it is carried out.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -20,15 +20,15 @@
 namespace kova {
 
 enum class WorkspaceDirection { left, right, up, down };
-/// "left", "right", "up", "down".
+/// "left", "right", "up" or "down".
 std::string_view describe(WorkspaceDirection direction);
 
 enum class StackStep { next, previous };
 enum class LayoutStep { next, previous };
 enum class DisplayStep { next, previous };
-/// A step through the displays in the platform's order, with wrap-around, or a display id.
+/// The next or previous display in the platform's order, with wrap-around, or the display with an id.
 using DisplayChoice = std::variant<DisplayStep, DisplayID>;
-/// The neighboring tile in a direction, or the tile itself.
+/// The neighboring tile in a direction, or a certain tile.
 using TileChoice = std::variant<WorkspaceDirection, TileTarget>;
 
 struct ActionTraits {
@@ -39,20 +39,22 @@ struct ActionTraits {
     };
     enum class FocusMode { stays, closes };
     Needs needs = Needs::nothing;
-    FocusMode focusMode = FocusMode::stays; // layout changes end focus mode in any case, when they add their undo step
-    std::string_view
-        undoLabel{}; // of the action's undo step; empty if the label depends on details or there is no step
+    /// `closes`: focus mode ends before the action is carried out. `stays`: only the undo step of the action, if it
+    /// adds one, ends focus mode.
+    FocusMode focusMode = FocusMode::stays;
+    /// The label of the action's undo step. Empty if the action adds no step, or if the label depends on details.
+    std::string_view undoLabel{};
 };
 
 /// Commands for one window, which can be planned without being carried out. An absent window id stands for the focused
 /// window.
 namespace command {
-/// Puts the window in front of the tile.
+/// Makes the window the front window of the tile.
 struct Place {
     std::optional<WindowID> windowID;
     TileTarget target;
 };
-/// Puts the window in front of the tile with this number in the layout of its display, from 1.
+/// Makes the window the front window of the tile with this number in the layout of its display. The first number is 1.
 struct PlaceInNumbered {
     std::optional<WindowID> windowID;
     std::size_t number = 1;
@@ -62,15 +64,16 @@ struct Swap {
     std::optional<WindowID> windowID;
     TileChoice with;
 };
-/// Focuses the window; a stacked one becomes the front window of its tile first.
+/// Focuses the window. A stacked window becomes the front window of its tile first.
 struct FocusWindow {
     std::optional<WindowID> windowID;
 };
-/// Focuses the window that was focused last on the display, else the display's first front window.
+/// Focuses the window that was focused last on the display, else its first front window, else any of its windows.
 struct FocusDisplay {
     DisplayChoice display;
 };
-/// Moves the window to a free tile of the display, else to the tile of the same slot, else to the first tile.
+/// Moves the window to a free tile of the display. If none is free, moves it to the tile of the same slot, else to the
+/// first tile.
 struct MoveToDisplay {
     std::optional<WindowID> windowID;
     DisplayChoice display;
@@ -102,7 +105,7 @@ using enum ActionTraits::FocusMode;
 struct Focus {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
     WorkspaceDirection direction;
-    std::optional<WindowID> windowID{}; // where the search starts
+    std::optional<WindowID> windowID{}; // the window from which the neighbor is searched
 };
 struct Move {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
@@ -112,8 +115,8 @@ struct Move {
 struct CycleStack {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "cycle stack"};
     StackStep step = StackStep::next;
-    std::optional<WindowID> windowID{}; // in the tile whose stack is cycled
-    std::optional<TileTarget> target{}; // or that tile itself
+    std::optional<WindowID> windowID{}; // a window of the stack
+    std::optional<TileTarget> target{}; // the tile of the stack; if present, `windowID` is ignored
 };
 /// Begins or ends focus mode.
 struct ToggleFocusZoom {
@@ -125,33 +128,35 @@ struct Arrange {
 };
 /// Undoes the newest step and ends focus mode.
 struct Undo {};
-/// Repeats the requests for windows that drifted from their tiles.
+/// Requests the frames of windows again that have drifted from their tiles.
 struct RepairPlacements {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
 };
 
-// Layouts. Selecting the layout in force changes nothing and does not end focus mode.
+// Layouts. An action that would change nothing does not end focus mode.
 struct SelectLayout {
     DisplayID displayID;
     DisplayLayoutSelection selection;
 };
-/// Selects the next layout of the whole catalogue, with wrap-around; on the current display when none is named.
+/// Selects the next or previous layout of the catalogue, with wrap-around. Without a display id, on the current
+/// display.
 struct CycleLayout {
     LayoutStep step = LayoutStep::next;
     std::optional<DisplayID> displayID{};
 };
-/// Drops the weights of every layout on the display; on the current display when none is named.
+/// Drops the weights of every layout on the display. Without a display id, on the current display.
 struct ResetLayoutSizes {
     static constexpr ActionTraits kTraits{.undoLabel = "reset layout sizes"};
     std::optional<DisplayID> displayID{};
 };
-/// Sets the gap on each side between tiles and windows, in points (0 to 100).
+/// Sets the inset: the gap on each side between a tile's cell and its window, in points (0 to 100).
 struct SetTileInset {
     static constexpr ActionTraits kTraits{.undoLabel = "tile inset"};
     double points = 0;
 };
 
-// Dividers. Translations are in points from the divider's position at the beginning: to the right, and downwards.
+// Dividers. A translation is the distance in points from the divider's position at the beginning. It is positive to the
+// right or downwards.
 /// Refused if the display is disconnected or shows another layout.
 struct BeginDividerDrag {
     static constexpr ActionTraits kTraits{.needs = visibleScreen, .focusMode = closes};
@@ -167,8 +172,8 @@ struct EndDividerDrag {
 };
 /// Returns the divider to its position before the drag.
 struct CancelDividerDrag {};
-/// Carries out a whole drag at once. Only the divider's display, split and boundary count. The outcome's details are a
-/// `DividerMovement`.
+/// Carries out a whole drag at once. Of the divider's values only the display, the split and the boundary count. The
+/// outcome's details are a `DividerMovement`.
 struct MoveDivider {
     static constexpr ActionTraits kTraits{.needs = visibleScreen, .focusMode = closes};
     DisplayLayoutDivider divider;
@@ -180,20 +185,20 @@ struct ResetDivider {
     DisplayLayoutDivider divider;
 };
 
-// Windows under the pointer. Points are in screen space, frames in window-service space.
+// Windows under the pointer. Positions are in screen space, frames in window-service space.
 enum class WindowDragKind { move, resize };
 enum class DropMode { intoTile, floating };
-/// The button is down on a managed window, which may move before a drag is detected: until the release, neither polls
-/// nor the verification of a placement move the window. Refused while the pointer drags a divider.
+/// The pointer has pressed a managed window, which may move before a drag is detected. So until the release, neither
+/// polls nor the verification of a placement move the window. Refused while the pointer drags a divider.
 struct PressWindow {
     WindowID windowID;
 };
-/// The button is up and the window was not dragged.
+/// The pointer has released the window without dragging it.
 struct ReleaseWindow {};
-/// Until the drag ends, polls leave all windows alone. Refused for the zoomed window.
+/// Until the drag ends, polls move no window. Refused for the zoomed window.
 struct BeginWindowDrag {
     WindowID windowID;
-    CGRect frameBefore{}; // before the pointer moved the window
+    CGRect frameBefore{}; // the window's frame before the pointer moved it
 };
 struct UpdateWindowDrag {
     CGPoint pointer{};
@@ -209,8 +214,9 @@ struct EndWindowDrag {
 struct CancelWindowDrag {};
 
 // Applications
-/// Launches the application and puts its first window that appears within 20 s, or that exists without a tile, into the
-/// tile. Another launch into the tile replaces this one. `completion` is called once the launch has worked or failed.
+/// Launches the application and puts its first window without a tile into this tile. The window may exist already, or
+/// appear within 20 s. Another launch into the tile replaces this one. `completion` is called when the launch has
+/// succeeded or failed.
 struct LaunchApplication {
     static constexpr ActionTraits kTraits{.needs = windowAccess};
     LaunchableApplication application;
@@ -229,20 +235,22 @@ struct ForceQuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
     WindowID windowID;
 };
-/// Asks the user and then ends all regular applications.
+/// Asks the user for confirmation, and then ends all regular applications.
 struct ForceQuitAll {};
-/// Ends the confirmed applications whose processes are still the same. The outcome's details are a `ForceQuitOutcome`.
+/// Ends the confirmed applications, except those that have ended or restarted since the confirmation. The outcome's
+/// details are a `ForceQuitOutcome`.
 struct ForceQuit {
     std::vector<RunningApplication> confirmed;
 };
-/// Drops what was learned of an application: minimum sizes and usual tiles. `name` is its name, its identifier or a
-/// part of them that no other application has. The outcome's details are `ForgottenApplications`.
+/// Drops the minimum sizes and the slots' weights that were learned for an application. `name` is its name, its
+/// identifier, or a part of them that no other application has. The outcome's details are `ForgottenApplications`.
 struct ForgetApplication {
     std::string name;
 };
 
 // Scenes and rules
-/// Saves the workspace under the name, or under a name made from the time. Refused if the scene could not be read back.
+/// Saves the workspace as a scene with the name. Without a name, makes one from the time. Refused if the scene could
+/// not be decoded again.
 struct CaptureScene {
     std::optional<std::string> name{};
 };
@@ -259,21 +267,22 @@ struct RenameScene {
 struct DeleteScene {
     Uuid id;
 };
-/// Inserts a deleted scene into the list again; an index beyond the end means the last place.
+/// Inserts a deleted scene into the list again. An index beyond the end means the last place.
 struct InsertScene {
     WorkspaceScene scene;
     std::size_t index = 0;
 };
-/// Adds the rule; an empty name is replaced by one made from the application. Refused for a rule without a criterion.
+/// Adds the rule. An empty name is replaced by a name made from its criterion. Refused for a rule without a criterion.
 struct AddRule {
     WorkspaceRule rule;
 };
-/// Adds a rule for all windows of the application that owns the window (the focused window when none is named).
+/// Adds a rule for all windows of the application that owns the window. Without an id, this is the focused window.
 struct AddRuleForWindow {
     WorkspaceRuleDisposition disposition;
     std::optional<WindowID> windowID{};
 };
-/// Changes the given members. White space at both ends of the title is dropped; an empty title removes the criterion.
+/// Changes the members that are present. White space at both ends of `titleContains` is dropped. An empty text removes
+/// this criterion.
 struct ChangeRule {
     Uuid id;
     std::optional<bool> isEnabled{};
@@ -283,20 +292,20 @@ struct ChangeRule {
 struct DeleteRule {
     Uuid id;
 };
-/// Moves the rule to the index in the list; an index beyond the end means the last place.
+/// Moves the rule to the index in the list. An index beyond the end means the last place.
 struct MoveRule {
     Uuid id;
     std::size_t index = 0;
 };
-/// Adds the new scenes and rules of an exported document. On an error nothing changes. The outcome's details are
-/// `WorkspaceImportCounts`.
+/// Adds those scenes and rules of an exported document that do not exist yet. If this fails, nothing is changed. The
+/// outcome's details are `WorkspaceImportCounts`.
 struct ImportDocument {
     std::string data;
 };
 
 // Settings. Each change is stored at once and moves no window.
 enum class Setting {
-    isPaused, // no window is moved, no rule is applied and no other shortcut works; not stored
+    isPaused, // no window is moved, no rule is applied, and only the shortcut that resumes KOVA works; not stored
     continuousManagement,
     autoArrangeOnLaunch,
     bringsNextForward,
@@ -308,7 +317,7 @@ struct Switch {
     Setting setting = Setting::isPaused;
     bool isOn = false;
 };
-/// Refused when there is no such theme.
+/// Refused if there is no such theme.
 struct SelectTheme {
     std::string id;
 };
@@ -316,7 +325,7 @@ struct SelectTheme {
 struct SelectAccentColor {
     std::string id;
 };
-/// Makes arrangements prefer the application (by its key) for tiles of this slot; absent: none is preferred.
+/// Makes arrangements prefer the application for the tiles of this slot. Without an application key, none is preferred.
 struct PreferApplication {
     SlotID slotID;
     std::optional<std::string> applicationKey{};

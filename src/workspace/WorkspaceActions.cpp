@@ -6,7 +6,7 @@ namespace kova {
 
 namespace {
 
-/// For operations that cannot be refused.
+/// Runs an operation that cannot be refused.
 template <class Operation>
 Outcome unrefused(Operation operation) {
     operation();
@@ -22,7 +22,7 @@ Outcome WorkspaceController::perform(const WorkspaceAction& action) {
     if (traits.needs == ActionTraits::Needs::windowAccess) {
         if (const auto access = ops_.access.requireWindowAccess(); !access) return access;
     } else if (traits.needs == ActionTraits::Needs::visibleScreen) {
-        if (const auto seen = ops_.access.requireVisibleScreen(); !seen) return seen;
+        if (const auto visible = ops_.access.requireVisibleScreen(); !visible) return visible;
     }
     if (traits.focusMode == ActionTraits::FocusMode::closes) ops_.steps.closeFocusMode();
     Outcome outcome = carryOut(action);
@@ -110,15 +110,15 @@ Outcome WorkspaceController::undoLastAction() {
     if (const auto access = ops_.access.requireWindowAccess(); !access) return access;
     ops_.steps.endDrags();
     const auto entry = parts_.undo.takeNewest();
-    // In focus mode the snapshot of focus mode is restored, since only that one contains later changes on other
-    // displays.
-    auto zoomed = parts_.focusMode.leave();
-    const WorkspaceUndoSnapshot& snapshot = zoomed ? zoomed->snapshot : entry->snapshot;
-    if (zoomed) parts_.undo.restore(zoomed->history);
+    // Changes on other displays during focus mode were written into the snapshot of focus mode, but not into the newest
+    // entry. So in focus mode that snapshot is restored.
+    auto beforeFocusMode = parts_.focusMode.leave();
+    const WorkspaceUndoSnapshot& snapshot = beforeFocusMode ? beforeFocusMode->snapshot : entry->snapshot;
+    if (beforeFocusMode) parts_.undo.restore(beforeFocusMode->history);
     // Undoing a scene also cancels its pending placements.
     if (entry->label.action == action::ActivateScene::kTraits.undoLabel) parts_.awaited.abandonScene();
     ops_.snapshots.restore(snapshot);
-    ops_.follower.migrateFromMissingTiles(); // displays may have been resized since the snapshot
+    ops_.follower.migrateFromMissingTiles(); // the size of a display may have changed since the snapshot
     if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfDisconnectedDisplays();
     Transaction changes{.hasMovedTiles = true, .resetsLimits = true, .endsArrangement = true};
     const bool isAsBefore = parts_.assignments.assignedWindowIDs == snapshot.tiles.assignedWindowIDs;

@@ -57,7 +57,7 @@ void WorkspaceController::start(bool promptForPermission) {
 void WorkspaceController::stop() {
     const RequestBatch::Scope batch(parts_.requests);
     ops_.steps.abandonDrags();
-    (void)ops_.steps.leaveFocusMode(); // also during a suspension
+    (void)ops_.steps.leaveFocusMode(); // unlike `closeFocusMode`, also during a suspension
     if (ops_.access.isRunning()) parts_.session.save();
     for (const auto& id : parts_.liveWindows.takeMinimized()) {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
@@ -78,7 +78,7 @@ void WorkspaceController::refresh() {
 }
 
 void WorkspaceController::recheckAccessibility() {
-    // The poll notices a permission that was just granted, and starts what depends on it.
+    // A permission that has just been granted is published by the poll, which then does all that needs it.
     const auto now = parts_.windowService->permissionState();
     if (now != AccessibilityPermissionState::granted) parts_.state.permissionState.set(now);
     refresh();

@@ -1,6 +1,6 @@
-// Owns the objects that hold the workspace's state and the operations on them, keeps the order of events (start, polls,
-// sleep and lock, actions, end), and is the only entry point for commands. Only its operations move windows of other
-// applications. Main thread only.
+// Owns the objects that hold the workspace's state, and the operations on them. It determines the order in which they
+// handle events (start, polls, sleep and lock, actions, end), and is the only entry point for actions. Only its
+// operations move windows of other applications. Main thread only.
 #pragma once
 
 #include "workspace/Outcome.h"
@@ -26,51 +26,52 @@ class WorkspaceController {
     WorkspaceController(const WorkspaceController&) = delete;
     WorkspaceController& operator=(const WorkspaceController&) = delete;
 
-    // Lifecycle
+    // Start, end and polls
     void start(bool promptForPermission);
     /// Leaves focus mode and stops managing windows.
     void stop();
-    /// Starts a poll now; ignored while one is in flight.
+    /// Starts a poll now. No-op while a poll is under way.
     void refresh();
-    /// For operations on windows that were opened just before; see `RefreshCycle::awaitCurrent`.
+    /// The same as `RefreshCycle::awaitCurrent`. For work on windows that have just been opened.
     [[nodiscard]] bool awaitCurrent(std::function<void()> work) { return refreshCycle_.awaitCurrent(std::move(work)); }
+    /// Reads the permission again and starts a poll.
     void recheckAccessibility();
     bool isRunning() const { return refreshCycle_.isRunning(); }
     bool hasPolled() const { return refreshCycle_.hasResult(); } // true after the first applied poll
-    /// For sleep, lock and session switches: stops polls and movements of windows until
+    /// Call at the beginning of a transition. No poll is made and no window is moved until
     /// `resumeAfterSystemTransition`.
     void suspendForSystemTransition();
     void resumeAfterSystemTransition();
 
-    /// Performs the action and returns its outcome. The message is also shown as the status message, except for
-    /// refusals marked silent, such as an undo with an empty history.
+    /// Performs the action and returns its outcome. The outcome's message also becomes the status message, except for a
+    /// silent refusal, such as that of an undo when the history is empty.
     Outcome perform(const WorkspaceAction& action);
 
-    // Queries; documented at the objects that carry them out.
+    // Queries. They are documented in the classes to which they are passed on.
     const WorkspaceState& state() const { return parts_.state; }
-    /// The last enumeration, unfiltered.
+    /// All live windows, also those that are elsewhere or excluded.
     const std::vector<ManagedWindow>& liveWindows() const { return parts_.liveWindows.all(); }
-    /// Windows of ordinary applications that are not among `liveWindows` and are no dialogs, with the reason.
+    /// The windows of ordinary applications that KOVA does not manage, without dialogs, each with the reason.
     const std::vector<UnmanagedWindow>& unmanagedWindows() const { return parts_.liveWindows.unmanaged(); }
-    /// Dialogs that belong to a window; they are not among `liveWindows`.
+    /// The dialogs of the live windows. Dialogs are not live windows themselves.
     const AttachedDialogs& dialogs() const { return parts_.liveWindows.dialogs(); }
     const TileAssignments& assignments() const { return parts_.assignments; }
     const UndoHistory& undoHistory() const { return parts_.undo; }
-    /// The plan of the last arrangement; empty before the first.
+    /// The plan of the last arrangement; empty before the first arrangement.
     const ArrangementPlan& lastArrangement() const { return parts_.arrangementMemory.lastPlan(); }
-    /// The learned slots of applications; shared, never null.
+    /// The learned weights of slots for applications. Never null.
     const Published<ArrangementMemory::Learning>& learning() const {
         return parts_.arrangementMemory.publishedLearning();
     }
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
         return parts_.awaited.scene().pending;
     }
-    /// Incremented with every message, also if the same text is repeated.
+    /// The number of status messages shown so far. A repeated text counts as well.
     std::uint64_t messagesShown() const { return parts_.messages.count(); }
-    /// Whether undo would revert what the status message reports.
+    /// Whether undo would revert the action that the status message reports.
     bool isMessageUndoable() const { return parts_.messages.isUndoable(); }
 
-    std::optional<std::string> absenceOfWindows() const { return ops_.access.absenceOfWindows(); }
+    std::optional<std::string> whyWindowsAreUnavailable() const { return ops_.access.whyWindowsAreUnavailable(); }
     std::string permissionProblem() const { return ops_.access.permissionProblem(); }
 
     const ThemeRegistry& registry() const { return ops_.geometry.registry(); }
@@ -88,8 +89,8 @@ class WorkspaceController {
     }
 
     const ManagedWindow* focusedWindow() const { return ops_.finder.focusedWindow(); }
-    const ManagedWindow* actingWindow(const std::optional<WindowID>& windowID) const {
-        return ops_.finder.actingWindow(windowID);
+    const ManagedWindow* windowOrFocused(const std::optional<WindowID>& windowID) const {
+        return ops_.finder.windowOrFocused(windowID);
     }
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const {
         return ops_.finder.windowOfDialog(dialog);

@@ -1,4 +1,5 @@
-// The operations of the workspace. Each operation is constructed from operations above it.
+// The objects that carry out the operations of the workspace. Each of them gets references to objects that are
+// declared above it.
 #pragma once
 
 #include "workspace/ApplicationActions.h"

@@ -1,5 +1,5 @@
-// The objects that own the workspace's state. Operations get references to those that they use. Renamed ids, polls and
-// `isWaiting` concern all of these objects.
+// The objects that own the workspace's state. Each operation gets references to the objects that it uses. All objects
+// are told about renamed ids and polls, and all are asked whether they wait for something.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -29,7 +29,8 @@
 
 namespace kova {
 
-/// Every part must implement what happens when an id changes and after a poll, so that no part is forgotten.
+/// A part without one of these functions does not compile, so that no part is forgotten when an id changes or after a
+/// poll.
 template <class T>
 concept WorkspacePart = requires(T& part, const T& constPart, const WindowID& window, const DisplayID& display,
                                  const PollContext& poll) {
@@ -40,7 +41,7 @@ concept WorkspacePart = requires(T& part, const T& constPart, const WindowID& wi
 };
 
 struct WorkspaceParts {
-    /// Callbacks of the objects' timers.
+    /// The functions that the parts call when one of their timers has ended.
     struct Callbacks {
         std::function<void()> displaysSettled;
         std::function<void()> moveDivider;
@@ -71,19 +72,19 @@ struct WorkspaceParts {
     AwaitedWindows awaited{state.pendingLaunches, state.sceneReport};
     ArrangementMemory arrangementMemory;
 
-    /// Renames the id in every object that stores it.
+    /// Replaces the id in every object that stores it.
     void renameWindow(const WindowID& formerID, const WindowID& newID);
     void renameDisplay(const DisplayID& formerID, const DisplayID& newID);
-    /// Call before a scene is opened: forgets the tiles of windows on disconnected displays, in former layouts and in
-    /// the former session, and skips the arrangement after the start.
+    /// Call before a scene is opened. Forgets the tiles that are remembered for disconnected displays, for former
+    /// layouts and from the former session, and skips the arrangement after the start.
     void forgetPlaces();
-    /// Passes the poll on: objects forget closed windows and expired entries.
+    /// Call after a poll. The objects forget closed windows and expired entries.
     void onPoll();
-    /// Whether any object waits for time to pass, so that polls must continue.
+    /// True if polls must continue because an object waits for a deadline or a change.
     bool isWaiting() const;
 
   private:
-    /// All parts except the assignments, which are a value.
+    /// All parts that satisfy `WorkspacePart`. The assignments are plain data and do not.
     template <class Self>
     static auto all(Self& self) {
         return std::tie(self.tileMemory, self.liveWindows, self.displays, self.undo, self.focusMode, self.floating,

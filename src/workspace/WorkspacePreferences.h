@@ -23,9 +23,9 @@ struct WorkspacePreferences {
     WorkspaceProductDocument document;
 };
 
-/// Reports values that cannot be read or are out of range to the store, and treats them as absent. If the store is
-/// empty (the first start), writes the profile and the theme background at once, so that the next start finds an
-/// existing user with the same appearance.
+/// Values that cannot be read or are out of range are reported to the store and treated as absent. At the first start,
+/// writes the profile and the theme background at once. The defaults for existing users, which apply from the next
+/// start on, are different; the stored values keep the appearance the same.
 WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store);
 
 void saveProfile(PreferencesStore& store, const WorkspaceProfile& profile);

@@ -4,8 +4,8 @@ namespace kova {
 
 void WorkspaceController::suspendForSystemTransition() {
     if (!ops_.access.isRunning() || refreshCycle_.isSuspended()) return;
-    if (!ops_.access.isSuspendedOrLocked())
-        parts_.recovery.noteScreens(*parts_.state.screens); // a poll may notice the lock before its event
+    // If a poll has noticed the lock before the event, the displays were recorded at that time.
+    if (!ops_.access.isSuspendedOrLocked()) parts_.recovery.noteScreens(*parts_.state.screens);
     parts_.recovery.beginUnseenTime(parts_.services.queue.uptime());
     refreshCycle_.suspend();
     parts_.state.isSuspended.set(true);
@@ -24,11 +24,11 @@ void WorkspaceController::resumeAfterSystemTransition() {
     refresh();
 }
 
-/// Compares the displays with those before the transition. A display that was disconnected and reconnected meanwhile
-/// does not count as changed.
+/// If the displays differ from those before the transition, ends focus mode and moves windows to the new layouts. A
+/// display that was disconnected and connected again during the transition does not count as changed.
 void WorkspaceController::beginTransitionRecovery() {
-    parts_.awaited.postpone(
-        parts_.recovery.endUnseenTime(parts_.services.queue.uptime())); // nothing could be placed during the transition
+    // No window could be placed during the transition.
+    parts_.awaited.postpone(parts_.recovery.endUnseenTime(parts_.services.queue.uptime()));
     if (parts_.recovery.hasOtherScreens(*parts_.state.screens)) {
         (void)ops_.steps.leaveFocusMode();
         ops_.follower.migrateChangedDisplays();
@@ -39,7 +39,7 @@ void WorkspaceController::beginTransitionRecovery() {
     ops_.keeper.commit({.hasMovedTiles = true, .correctedDrift = kNoCorrection});
 }
 
-/// Returns true while the session is locked. The caller then moves, minimizes and forgets nothing.
+/// Returns true while the login session is locked. The caller then moves, minimizes and forgets no window.
 bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     if (pollFoundLocked || parts_.services.session.isLoginSessionScreenLocked()) {
         if (!parts_.recovery.isLocked()) {
@@ -61,7 +61,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     return false;
 }
 
-/// Renames recognized windows in all objects.
+/// Gives the recognized windows their new ids in all objects.
 void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& successors) {
     for (const auto& [formerID, id] : successors) {
         parts_.renameWindow(formerID, id);
@@ -78,14 +78,14 @@ void WorkspaceController::recoverAssignedWindows() {
         if (!window) continue;
         const auto zoomedOn = parts_.focusMode.displayOf(windowID);
         auto frame = zoomedOn ? ops_.geometry.zoomFrame(*zoomedOn) : ops_.geometry.frameForWindow(windowID);
-        if (zoomedOn && frame) frame = ops_.geometry.restingFrame(*window, *frame);
+        if (zoomedOn && frame) frame = ops_.geometry.largestAllowedFrame(*window, *frame);
         if (frame && (zoomedOn || !ops_.presenter.isLeftAlone(*window))) {
             ops_.presenter.writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
         }
     }
     if (!parts_.recovery.isComplete(parts_.assignments)) return;
     parts_.recovery.clear();
-    refresh(); // the next poll places the windows that recovery left where they were
+    refresh(); // the next poll places the windows that were left alone during the recovery
 }
 
 } // namespace kova

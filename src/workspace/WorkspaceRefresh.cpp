@@ -46,7 +46,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     const auto formerSpace = parts_.liveWindows.noteShownSpace(shownSpace);
     std::vector<WindowSuccessor> tabs;
     if (!isRecovering) {
-        // Changes that were reported during the poll count as well.
+        // The Space may also have changed during the poll.
         const bool isSame = formerSpace == shownSpace && parts_.services.accessibility.shownSpace() == shownSpace;
         tabs = takeTabSuccessors(found, parts_.liveWindows.all(), isSame ? ShownSpace::same : ShownSpace::another);
     }
@@ -57,15 +57,16 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     parts_.liveWindows.noteUnmanaged(std::move(found.unmanaged));
     const bool hasOtherTitles =
         parts_.liveWindows.take(withUnlisted(std::move(found), parts_.liveWindows.all()), begun);
-    const bool haveOthersLeft = std::ranges::any_of(
+    const bool hasWindowLeftSpace = std::ranges::any_of(
         parts_.liveWindows, [&](const auto& window) { return window.isElsewhere && shownBefore.contains(window.id); });
     if (shownBefore.empty() || formerSpace != shownSpace || parts_.services.accessibility.shownSpace() != shownSpace ||
-        haveOthersLeft) {
+        hasWindowLeftSpace) {
         parts_.liveWindows.noteSpaceChange(parts_.services.queue.uptime());
     }
     adoptSuccessors(tabs);
     if (isRecovering) adoptSuccessors(parts_.recovery.takeSuccessors(parts_.liveWindows.all(), parts_.assignments));
-    for (const auto& window : parts_.liveWindows) { // windows that are not shown get no frames
+    // A window that is elsewhere cannot be placed. It gets its frame when it is shown again.
+    for (const auto& window : parts_.liveWindows) {
         const auto pending = window.isElsewhere ? parts_.windowService->pendingFrame(window.id) : std::nullopt;
         if (!pending) continue;
         parts_.tileMemory.setPendingFrame(window.id, *pending);
@@ -87,7 +88,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
 }
 
-/// Must not be called during a drag, because only the pointer may move windows then.
+/// Must not be called during a drag, because only the pointer may move windows during a drag.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     noteFocus();
@@ -112,19 +113,20 @@ void WorkspaceController::publishWindows() {
         parts_.state.windows.set(parts_.liveWindows.all());
 }
 
-/// Windows of the Space that is shown now return to their tiles on it.
+/// Returns the windows of the Space that is shown now to their tiles on this Space.
 void WorkspaceController::followShownSpace() {
     const SpaceChange change = parts_.liveWindows.spaceChange(parts_.services.queue.uptime());
     if (!parts_.tileMemory.restoreFromSpaces(parts_.liveWindows.all(), parts_.liveWindows.shownSpace(), change,
                                              parts_.assignments)) {
         return;
     }
-    ops_.follower.migrateChangedDisplays(); // a display may have got another layout while the Space was not shown
+    // A display may have got another layout while this Space was not shown.
+    ops_.follower.migrateChangedDisplays();
     ops_.keeper.commit({.correctedDrift = kNoCorrection});
 }
 
-/// Requests the frames that windows could not get while they were elsewhere or did not respond. Leaves out front
-/// windows of tiles: the commit has already requested their frames.
+/// Requests the frames that windows could not get while they were elsewhere or did not respond. Skips the front windows
+/// of tiles, because the commit has already requested their frames.
 void WorkspaceController::requestPendingFrames() {
     for (const auto& [windowID, frame] : parts_.tileMemory.takeAppliableFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);
@@ -156,7 +158,7 @@ void WorkspaceController::applyDenied() {
     ops_.keeper.commit({.correctedDrift = kNoCorrection});
 }
 
-/// Records and publishes the focused window; none if the focused window is not managed.
+/// Records and publishes the focused window. Publishes none if the focused window is not managed.
 void WorkspaceController::noteFocus() {
     const auto process = parts_.services.applications.frontmostApplication();
     const auto hasFocus = [&](const ManagedWindow& window) {

@@ -1,4 +1,4 @@
-// The services that the workspace uses: the desktop behind the platform interfaces, preferences, queues.
+// The services that the workspace uses: the platform interfaces to the desktop, the preferences and the queues.
 #pragma once
 
 #include "persistence/PreferencesStore.h"

@@ -1,4 +1,5 @@
-// Changes settings that move no window: theme, accent color, the parts of the overlay, and preferences of arrangements.
+// Changes the settings that move no window: theme, accent color, the parts of the overlay, and the settings of
+// arrangements and rules.
 #pragma once
 
 #include "workspace/Outcome.h"

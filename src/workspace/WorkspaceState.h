@@ -18,19 +18,19 @@
 
 namespace kova {
 
-/// Tells the user that a window claimed further tiles, because its minimum size did not fit the selected one.
+/// Tells the user that a window claimed further tiles, because its minimum size did not fit into its tile.
 struct WindowPlacementNotice {
     Uuid id = Uuid::random();
-    CGRect claimedFrame{}; // screen space
-    int additionalTileCount = 0;
+    CGRect claimedFrame{};       // around all tiles of the span, in screen space
+    int additionalTileCount = 0; // without the anchor
     std::string applicationName;
     bool operator==(const WindowPlacementNotice&) const = default;
 };
 
 struct WorkspaceFocusMode {
     DisplayID displayID;
-    TileTarget anchor;
-    WindowID windowID;
+    TileTarget anchor; // the tile of the zoomed window; the nearest tile if it has none
+    WindowID windowID; // the zoomed window
     bool operator==(const WorkspaceFocusMode&) const = default;
 };
 
@@ -38,33 +38,34 @@ struct WorkspaceState {
     Published<AccessibilityPermissionState> permissionState{AccessibilityPermissionState::unknown};
     Published<bool> isSuspended{false}; // no window is moved, since the screen cannot be seen
     Published<std::vector<ManagedWindow>> windows;
-    Published<std::int64_t> titleRevision{
-        0}; // incremented when a title changes, because a title alone does not republish the window list
-    Published<std::map<TileTarget, WindowID>> assignedWindowIDs;
+    /// Incremented when the title of a window changes. `windows` is not published again only because of a title.
+    Published<std::int64_t> titleRevision{0};
+    Published<std::map<TileTarget, WindowID>> assignedWindowIDs; // the front windows
     Published<std::map<WindowID, CGSize>> observedMinimumSizes;
-    Published<std::int64_t> layoutRevision{0};
+    Published<std::int64_t> layoutRevision{0}; // incremented when tiles have moved
     Published<std::optional<WindowPlacementNotice>> placementNotice;
-    Published<std::optional<TileTarget>> dropTarget; // the tile under a window that is being dragged
+    Published<std::optional<TileTarget>> dropTarget; // the tile under the pointer while it drags a window
     Published<std::map<TileTarget, std::vector<WindowID>>> stackWindowIDsByTarget;
-    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // until placed or timed out
+    Published<std::map<TileTarget, LaunchableApplication>> pendingLaunches; // applications whose windows are awaited
     Published<bool> canUndo{false};
     Published<std::optional<WorkspaceFocusMode>> focusMode;
     Published<std::optional<std::string>> lastActionMessage;
     Published<std::vector<std::string>> lastArrangeExplanation;
-    Published<std::vector<WorkspaceScene>> scenes; // the newest last
+    Published<std::vector<WorkspaceScene>> scenes; // a new scene comes last
     Published<std::vector<WorkspaceRule>> rules;   // the first matching rule decides
     Published<std::optional<Uuid>> activeSceneID;
-    Published<std::optional<SceneReport>> sceneReport; // of the scene opened last; absent before the first
+    Published<std::optional<SceneReport>> sceneReport; // on the scene opened last; absent if none was opened
     Published<bool> continuousManagementEnabled{false};
-    Published<bool> bringsNextForward{true}; // the next window of a stack, when the front window leaves
+    /// Whether the next window of a stack becomes the front window when the front window leaves the tile.
+    Published<bool> bringsNextForward{true};
     Published<bool> useThemeBackground{false};
     Published<bool> showBrain{false};
     Published<bool> showTileBackgrounds{true};
     Published<std::string> accentColorID{"system-blue"};
     Published<WorkspaceProfile> profile;
     Published<std::vector<Screen>> screens;
-    Published<std::optional<WindowID>> focusedWindowID; // as of the last poll; absent when none is managed
-    Published<std::set<WindowID>> floatingWindowIDs;    // made floating by a command; until they get a tile
+    Published<std::optional<WindowID>> focusedWindowID; // at the last poll; absent if it is not managed
+    Published<std::set<WindowID>> floatingWindowIDs;    // made floating by a command, and not put into a tile since
     Published<bool> isPaused{false};                    // the user has paused KOVA; no window is moved
 };
 

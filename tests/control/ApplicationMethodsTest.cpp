@@ -104,7 +104,7 @@ TEST_F(ApplicationMethods, WhatWasLearnedAboutAnApplicationIsListedAndForgotten)
     desk.arrange();
     result("layout.prefer", {{"tile", "focus-main"}, {"application", "Terminal"}});
     result("place", {{"window", "notes"}, {"tile", "1"}});
-    desk.opens("Zoom", {.secretMinimumSize = {{1500, 400}}}).settle();
+    desk.opens("Zoom", {.unannouncedMinimumSize = {{1500, 400}}}).settle();
     result("place", {{"window", "zoom"}, {"tile", "2"}});
     desk.settleFully();
     const auto learned = [&](const std::string& name) {

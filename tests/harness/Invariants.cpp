@@ -145,7 +145,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violation
             std::ranges::find_if(screens, [&](const Screen& shown) { return displayID(shown) == tile.displayID; });
         if (screen == screens.end()) continue; // the controller is notified of the display only with the next event
         const CGSize display = screen->visibleFrame.size;
-        const bool isKnown = considered == MinimumSizes::all || !window.traits().secretMinimumSize;
+        const bool isKnown = considered == MinimumSizes::all || !window.traits().unannouncedMinimumSize;
         const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
         if (!isKnown || !isPossible || !desktop.isAnswering(window) || !desktop.isOnScreen(window) ||
             window.isFullScreen || window.isMaximized || desktop.placesWindows() || framesAtRestart_.contains(label)) {

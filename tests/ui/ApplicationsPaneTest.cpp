@@ -36,7 +36,7 @@ TEST_F(ApplicationsInSettings, ShowLearnedPlacesUntilTheyAreForgotten) {
     EXPECT_NE(shown("Notes", 3).find("(put there by you)"), std::string::npos) << shown("Notes", 3);
     EXPECT_EQ(shown("Terminal", 3).substr(0, 19), "Primary (preferred)");
     EXPECT_EQ(shown("Terminal", 2), "–");
-    desk.opens("Zoom", {.secretMinimumSize = {{1500, 400}}}).settle();
+    desk.opens("Zoom", {.unannouncedMinimumSize = {{1500, 400}}}).settle();
     ask("place", {{"window", "zoom"}, {"tile", "2"}});
     desk.settleFully();
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).starts_with("1500 ×"); }))

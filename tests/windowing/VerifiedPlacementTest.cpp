@@ -113,7 +113,7 @@ TEST(VerifiedPlacement, AcceptsADeviationOfUpToTwoPoints) {
 
 TEST(VerifiedPlacement, TheFrameOfAWindowThatDoesNotShrinkIsReportedOnce) {
     // The last pass neither writes the frame nor raises the window, although the window is to be brought to the front.
-    PlacementBench bench({.secretMinimumSize = CGSize{900, 200}}, BringToFront::yes);
+    PlacementBench bench({.unannouncedMinimumSize = CGSize{900, 200}}, BringToFront::yes);
     EXPECT_EQ(bench.journalUntil(0), std::string(kPositionFirst) + "Mail: unhide\nMail: AXRaise\nMail: activate\n");
     EXPECT_EQ(bench.journalUntil(0.64), std::string(kSizeFirst) + kPositionFirst + kSizeFirst);
     EXPECT_EQ(bench.reported, "");
@@ -122,7 +122,7 @@ TEST(VerifiedPlacement, TheFrameOfAWindowThatDoesNotShrinkIsReportedOnce) {
 }
 
 TEST(VerifiedPlacement, AWindowThatStaysTooTallIsReportedAndOneWithoutAReadableSizeIsNot) {
-    PlacementBench tall({.secretMinimumSize = CGSize{200, 700}});
+    PlacementBench tall({.unannouncedMinimumSize = CGSize{200, 700}});
     tall.journalUntil(5);
     EXPECT_EQ(tall.reported, "100,100 600x700;");
 
@@ -166,7 +166,7 @@ TEST(VerifiedPlacement, WindowThatCannotFillItsTargetIsMovedInsideIt) {
 }
 
 TEST(VerifiedPlacement, ANewerRequestEndsThePassesOfTheOlderOne) {
-    PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
+    PlacementBench bench({.unannouncedMinimumSize = CGSize{900, 700}});
     bench.journalUntil(0.3);
     bench.request(makeRect(0, 0, 500, 300));
     bench.desktop.takeJournal();
@@ -260,7 +260,7 @@ TEST(VerifiedPlacement, EndsWhenTheWindowClosesOrTheServiceIsDestroyed) {
 }
 
 TEST(VerifiedPlacement, TheObserverOfAMinimumSizeMayRequestANewFrame) {
-    PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
+    PlacementBench bench({.unannouncedMinimumSize = CGSize{900, 700}});
     const auto window = bench.managed("Mail");
     bench.service.setFrame(window, kTarget, BringToFront::no, [&](CGRect) {
         bench.service.setFrame(window, makeRect(0, 0, 1000, 800), BringToFront::no, {});

@@ -100,7 +100,7 @@ TEST(DesktopStories, PollsDoNotRepeatRequestsThatAreBeingVerified) {
     Scenario desk;
     desk.desktop.setAnnouncesAllChanges(false);
     desk.display(2560, 1440).layout("jarvis.quad-grid").start();
-    desk.opens("Mail", {.frame = kLeftHalf, .secretMinimumSize = CGSize{1400, 500}});
+    desk.opens("Mail", {.frame = kLeftHalf, .unannouncedMinimumSize = CGSize{1400, 500}});
     desk.advance(Seconds(0.95));
     desk.controller().perform(action::Arrange{});
     desk.advance(Seconds(0.64));

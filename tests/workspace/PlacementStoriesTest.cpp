@@ -159,7 +159,7 @@ TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighborWithANotice) {
 TEST(PlacementStories, AWindowThatRefusesToShrinkGetsTheRoomThatItNeeds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
-    desk.opens("Codex").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
+    desk.opens("Codex").opens("Mail", {.unannouncedMinimumSize = {{1500, 300}}}).arrange();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
     EXPECT_EQ(desk.state().observedMinimumSizes->begin()->second, (CGSize{1500, 0}))
         << "only in the direction in which the window refused";

@@ -62,7 +62,7 @@ class RandomDay : public RandomWalk {
         WindowTraits traits{.frame = anyFrame()};
         switch (below(16)) {
         case 10:
-            traits.secretMinimumSize = CGSize{static_cast<double>(500 + below(1300)), 300};
+            traits.unannouncedMinimumSize = CGSize{static_cast<double>(500 + below(1300)), 300};
             break;
         case 11:
             traits.minimumSize = CGSize{static_cast<double>(500 + below(1300)), static_cast<double>(below(900))};
@@ -71,7 +71,7 @@ class RandomDay : public RandomWalk {
             traits.minimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
             break;
         case 1:
-            traits.secretMinimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
+            traits.unannouncedMinimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
             break;
         case 2:
             traits.sizeIncrement = {17, 31};

@@ -26,7 +26,7 @@ TEST(ReflowPolicy, AllowsOneReflowPerSecondOnEachDisplayAndThreeForEachWindow) {
 TEST(ReflowStories, ReflowsEndForAWindowThatAlwaysTakesMoreThanItsTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex");
-    desk.opens("Mail", {.secretMinimumSize = {{2400, 300}}}).opens("Notes").opens("Viewer").arrange();
+    desk.opens("Mail", {.unannouncedMinimumSize = {{2400, 300}}}).opens("Notes").opens("Viewer").arrange();
     desk.advance(Seconds(10));
     const auto notice = *desk.state().placementNotice;
     ASSERT_TRUE(notice) << "the window claimed a span";
@@ -70,7 +70,7 @@ TEST(ReflowStories, EveryArrangementSettlesAndWindowsThatFitDoNotOverlap) {
             WindowTraits traits;
             const auto kind = random() % 5;
             if (kind == 1) traits.minimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
-            if (kind == 2) traits.secretMinimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
+            if (kind == 2) traits.unannouncedMinimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
             if (kind == 3) traits.sizeIncrement = {5 + upTo(15), 5 + upTo(25)};
             if (kind == 4) {
                 traits.refusesToMove = random() % 2 == 0;

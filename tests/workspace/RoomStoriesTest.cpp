@@ -31,14 +31,16 @@ TEST(RoomStories, AWindowPlacedBesideALargeOneClaimsASpanWithANotice) {
 TEST(RoomStories, TwoWindowsThatRefuseToShrinkInTheFirstArrangementDoNotOverlap) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
-    desk.opens("Codex", {.secretMinimumSize = {{1702, 300}}}).opens("Mail", {.secretMinimumSize = {{1002, 300}}});
+    desk.opens("Codex", {.unannouncedMinimumSize = {{1702, 300}}})
+        .opens("Mail", {.unannouncedMinimumSize = {{1002, 300}}});
     desk.arrange().settleFully();
     desk.expectTiles("Codex 15,15 2530x1382 + Mail | (Codex)");
     EXPECT_TRUE(*desk.state().placementNotice);
 
     Scenario roomy;
     roomy.display(2560, 1440).layout("jarvis.quad-grid");
-    roomy.opens("Codex", {.secretMinimumSize = {{1702, 300}}}).opens("Mail", {.secretMinimumSize = {{1002, 300}}});
+    roomy.opens("Codex", {.unannouncedMinimumSize = {{1702, 300}}})
+        .opens("Mail", {.unannouncedMinimumSize = {{1002, 300}}});
     roomy.arrange().settleFully();
     roomy.expectTiles("Codex 15,15 1702x666 | - | Mail 15,731 1254x666 | -");
     EXPECT_TRUE(roomy.desktop.isOnScreen(roomy.desktop.window("Mail"))) << "a tile is free";

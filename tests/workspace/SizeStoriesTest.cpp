@@ -13,7 +13,10 @@ std::size_t learnedSizeCount(Scenario& desk) {
 
 TEST(SizeStories, ASmallSecondWindowOfAnApplicationGetsOnlyOneTile) {
     Scenario desk;
-    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
+    desk.display(2560, 1440)
+        .layout("jarvis.dual-split")
+        .opens("Mail", {.unannouncedMinimumSize = {{1500, 300}}})
+        .arrange();
     EXPECT_EQ(learnedSizeCount(desk), 1u);
     desk.opens("Mail", {.frame = makeRect(100, 100, 600, 400), .title = "Small"}).arrange();
     desk.expectTiles("Mail 15,15 1500x1382 | Mail 2 1537,15 1008x1382");
@@ -33,7 +36,10 @@ TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
 
     // A minimum size that the window confirms is kept, and no further frame is written.
     Scenario real;
-    real.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
+    real.display(2560, 1440)
+        .layout("jarvis.quad-grid")
+        .opens("Mail", {.unannouncedMinimumSize = {{2400, 300}}})
+        .arrange();
     real.settleFully().arrange();
     real.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
     EXPECT_EQ(real.framesWrittenWithin(Seconds(60)), 0);
@@ -92,7 +98,7 @@ TEST(SizeStories, AWindowThatCannotFillItsTileIsCenteredInIt) {
 TEST(SizeStories, LearnedSizesOfAnApplicationCanBeForgotten) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
-    desk.opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
+    desk.opens("Mail", {.unannouncedMinimumSize = {{1500, 300}}}).arrange();
     EXPECT_FALSE(desk.controller().perform(action::ForgetApplication{"Notes"}));
     const auto forgotten = desk.controller().perform(action::ForgetApplication{"mail"});
     ASSERT_TRUE(forgotten.details<ForgottenApplications>());

@@ -23,13 +23,13 @@ TEST(WindowStay, EachReasonHasASentence) {
         {{.leftAlone = LeftAloneReason::fullScreen, .refusal = &refusing},
          {"It is left alone while it is in full screen."}},
         {{.hasTile = true, .refusal = &refusing, .attempts = 3},
-         {"It refuses the frame of its tile: asked 3 times for 300 × 200 at 0, 0, it stays at 640 × 480 at 10, 20. "
-          "It is asked again when its tile changes or it moves."}},
+         {"It refuses the frame of its tile: after 3 requests for 300 × 200 at 0, 0 it is still 640 × 480 at 10, 20. "
+          "KOVA requests the frame again when the tile changes or the window moves."}},
         {{.refusal = &refusing, .attempts = 3}, {}},
         {{.hasTile = true, .refusal = &accepted, .attempts = 3},
          {"It is left where it was when KOVA started, 640 × 480 at 10, 20, until its tile changes or it moves."}},
         {{.hasTile = true, .isPlacementPending = true},
-         {"It was asked for its frame a moment ago, and whether it obeys is being verified."}},
+         {"KOVA has just requested its frame and is verifying whether the window takes it."}},
         {{.isFloating = true, .rule = "“Calm” says float", .isWaitingForItsDisplay = true},
          {"It floats until it is put into a tile.", "An arrangement leaves it alone: the rule “Calm” says float.",
           "An arrangement leaves it alone for a moment: its display was unplugged and may come back."}},

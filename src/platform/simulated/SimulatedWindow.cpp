@@ -42,7 +42,7 @@ SimulatedWindow::SimulatedWindow(std::uint64_t number, pid_t processIdentifier, 
 }
 
 bool SimulatedWindow::isObedient() const {
-    return leastSize() && !traits_.minimumSize && !traits_.secretMinimumSize && !traits_.maximumSize &&
+    return leastSize() && !traits_.minimumSize && !traits_.unannouncedMinimumSize && !traits_.maximumSize &&
            traits_.sizeIncrement == CGSize{};
 }
 
@@ -53,8 +53,8 @@ std::optional<CGSize> SimulatedWindow::leastSize() const {
                          traits_.vanishesAtWrite == 0;
     if (!isPlain) return std::nullopt;
     const CGSize announced = traits_.minimumSize.value_or(CGSize{});
-    const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{});
-    return CGSize{std::max(announced.width, secret.width), std::max(announced.height, secret.height)};
+    const CGSize unannounced = traits_.unannouncedMinimumSize.value_or(CGSize{});
+    return CGSize{std::max(announced.width, unannounced.width), std::max(announced.height, unannounced.height)};
 }
 
 CGRect SimulatedWindow::frameMovedTo(CGPoint origin, const CGRect& displayFrame) const {
@@ -72,12 +72,12 @@ CGRect SimulatedWindow::frameResizedTo(CGSize size, const CGRect& displayFrame) 
                 std::min(size.height, maxY(displayFrame) - minY(frame))};
     }
     const CGSize announced = traits_.minimumSize.value_or(CGSize{1, 1});
-    const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{1, 1});
+    const CGSize unannounced = traits_.unannouncedMinimumSize.value_or(CGSize{1, 1});
     const CGSize maximum = traits_.maximumSize.value_or(CGSize{1e6, 1e6});
     CGSize taken = {limitedLength(wholeIncrements(size.width, traits_.sizeIncrement.width),
-                                  std::max(announced.width, secret.width), maximum.width),
+                                  std::max(announced.width, unannounced.width), maximum.width),
                     limitedLength(wholeIncrements(size.height, traits_.sizeIncrement.height),
-                                  std::max(announced.height, secret.height), maximum.height)};
+                                  std::max(announced.height, unannounced.height), maximum.height)};
     if (traits_.aspect) taken.height = std::round(taken.width / *traits_.aspect);
     return {frame.origin, taken};
 }

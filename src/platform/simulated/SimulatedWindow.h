@@ -36,9 +36,9 @@ struct WindowTraits {
     bool isMinimized = false;
     std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
-    std::optional<CGSize> minimumSize{};       // enforced, and announced as `minSize`
-    std::optional<CGSize> otherMinimumSize{};  // announced as `minimumSize`, and not enforced
-    std::optional<CGSize> secretMinimumSize{}; // enforced, not announced
+    std::optional<CGSize> minimumSize{};            // enforced, and announced as `minSize`
+    std::optional<CGSize> otherMinimumSize{};       // announced as `minimumSize`, and not enforced
+    std::optional<CGSize> unannouncedMinimumSize{}; // enforced, not announced
     std::optional<CGSize> maximumSize{};
     std::optional<double> aspect{}; // width divided by height; the height is computed from the requested width
     bool tellsSizeHints = false;    // announces hints: minimum and maximum size, increment, aspect
