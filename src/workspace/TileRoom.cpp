@@ -87,6 +87,15 @@ std::vector<WindowID> TileRoom::crampedIn(const SolvedLayout& solved) const {
     return found;
 }
 
+/// All slots of the layout without minimum sizes; `slotID` comes first.
+std::vector<SlotID> TileRoom::allSlotsFrom(const SlotID& slotID) const {
+    std::vector<SlotID> slots = {slotID};
+    for (const auto& slot : withHolders({}).solved().slots) {
+        if (slot.id != slotID) slots.push_back(slot.id);
+    }
+    return slots;
+}
+
 std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumSize, const SlotID& slotID) const {
     std::vector<SlotID> slots = {slotID};
     std::set<SlotID> occupied;
@@ -112,7 +121,8 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
     // A tile is enlarged if its front window needs that. The edges of an enlarged tile do not line up with those of its
     // neighbors, so spans are also searched in the layout without any windows. A tile that loses its window to the span
     // is not enlarged any more, so each span is tested without the windows that would lose their tiles. If no span has
-    // enough room, the search is repeated without the windows that would lose their tiles to the largest span found.
+    // enough room, the search is repeated without the windows that would lose their tiles to the largest span found. If
+    // it covers none of the remaining windows, the window fits beside none of them and covers all tiles.
     for (;;) {
         std::vector<std::vector<SlotID>> spans;
         for (const SolvedLayout& solved : {others.solved(), withHolders({}).solved()}) {
@@ -129,7 +139,7 @@ std::vector<SlotID> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumS
         }
         slots = spans.back();
         auto remaining = others.withoutHoldersOf(slots, windowID);
-        if (remaining.size() == others.holders_.size()) return slots;
+        if (remaining.size() == others.holders_.size()) return remaining.empty() ? slots : allSlotsFrom(slotID);
         others = withHolders(std::move(remaining));
     }
 }

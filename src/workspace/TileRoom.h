@@ -40,6 +40,7 @@ class TileRoom {
   private:
     TileRoom withHolders(std::vector<TileHolder> holders) const;
     std::vector<TileHolder> withoutHoldersOf(const std::vector<SlotID>& slotIDs, const WindowID& windowID) const;
+    std::vector<SlotID> allSlotsFrom(const SlotID& slotID) const;
     SolvedLayout solved() const;
     CGSize attainable(CGSize minimumSize, const SolvedLayout& solved) const;
     bool isCramped(const TileHolder& holder, const SolvedLayout& solved) const;

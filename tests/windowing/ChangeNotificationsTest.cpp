@@ -53,5 +53,30 @@ TEST(ChangeNotifications, EachWaitingObjectIsNotifiedOnceUnlessItCancels) {
     EXPECT_EQ(calls, "");
 }
 
+/// On a desktop like this one, a request may read events, which must not happen in the middle of an operation. A
+/// request without a callback only cancels.
+struct CountingDesktop final : DesktopChangeServicing {
+    std::optional<std::uint64_t> changeCount() const override { return 7; }
+    void notifyWhenChanged(std::uint64_t, std::function<void()> callback) override {
+        callback ? ++requests : ++cancellations;
+    }
+    int requests = 0;
+    int cancellations = 0;
+};
+
+TEST(ChangeNotifications, DroppingASubscriptionNeverRequestsANotification) {
+    CountingDesktop desktop;
+    ChangeNotifications changes(desktop);
+    Subscription first = changes.notifyWhenChanged(7, [] {});
+    Subscription second = changes.notifyWhenChanged(7, [] {});
+    const int requests = desktop.requests;
+    first = {};
+    EXPECT_EQ(desktop.requests, requests);
+    EXPECT_EQ(desktop.cancellations, 0) << "the second subscription still waits";
+    second = {};
+    EXPECT_EQ(desktop.requests, requests);
+    EXPECT_EQ(desktop.cancellations, 1);
+}
+
 } // namespace
 } // namespace kova
