@@ -403,8 +403,8 @@ TEST_F(LineProtocol, ConnectionsEndWithTheServer) {
     auto connection = client();
     EXPECT_EQ(connection.request(kEcho)["id"], 7);
     connection.send(std::string(kEcho) + "\n");
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    server.reset(); // a request is in the queue
+    ASSERT_TRUE(waitUntil([] {}, [this] { return queue.pendingCount() == 1; }));
+    server.reset(); // the request is in the queue
     EXPECT_TRUE(connection.isClosedByAgent());
     EXPECT_EQ(agent.count, 1);
     EXPECT_FALSE(std::filesystem::exists(path()));

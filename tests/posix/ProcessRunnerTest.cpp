@@ -45,9 +45,9 @@ TEST(ProcessRunner, ReportsExitStatusAndOutput) {
 }
 
 TEST(ProcessRunner, KillsAProgramAndItsChildrenAtTheDeadline) {
-    const auto begin = std::chrono::steady_clock::now();
-    const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "trap '' TERM; echo begun; sleep 60; sleep 60"}, 300ms);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+    // If the shell or its child survived, this call would last longer than any test may.
+    const auto outcome =
+        ProcessRunner().run("/bin/sh", {"-c", "trap '' TERM; echo begun; sleep 3600; sleep 3600"}, 300ms);
     EXPECT_EQ(outcome.ending, Ending::timedOut);
     EXPECT_EQ(outcome.output, "begun\n");
 }
