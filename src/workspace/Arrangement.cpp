@@ -60,7 +60,7 @@ std::optional<std::string> Arrangement::whyWindowsStay() const {
     for (const ManagedWindow& window : liveWindows_) {
         const auto wanted = frames.find(window.id);
         if (wanted == frames.end() || !window.isVisible || !window.frame || presenter_.isLeftAlone(window)) continue;
-        const Refusal* refusal = frames_.refusal(window.id);
+        const RefusedFrame* refusal = frames_.refusal(window.id);
         const bool hasRefusedAllAttempts = refusal && !refusal->isAccepted;
         placed.push_back({wanted->second, *window.frame, hasRefusedAllAttempts});
     }

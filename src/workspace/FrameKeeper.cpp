@@ -23,7 +23,7 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         refusals_.erase(window.id);
         return Decision::noRequest;
     }
-    Refusal& refusal = refusals_[window.id];
+    RefusedFrame& refusal = refusals_[window.id];
     const bool isSameAsBefore = nearlyEqual(refusal.wanted, wanted, kRoundingPoints) &&
                                 nearlyEqual(refusal.actual, *window.frame, kRoundingPoints);
     if (!isSameAsBefore) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
@@ -38,7 +38,7 @@ void FrameKeeper::noteNotPlaced(const ManagedWindow& window) {
     if (!window.isElsewhere || !refusal(window.id)) refusals_.erase(window.id);
 }
 
-const Refusal* FrameKeeper::refusal(const WindowID& windowID) const {
+const RefusedFrame* FrameKeeper::refusal(const WindowID& windowID) const {
     const auto found = refusals_.find(windowID);
     return found == refusals_.end() || found->second.attempts < kAttempts ? nullptr : &found->second;
 }

@@ -7,6 +7,7 @@
 #include "windowing/ManagedWindow.h"
 #include "workspace/PollContext.h"
 #include "workspace/ReflowPolicy.h"
+#include "workspace/RefusedFrame.h"
 #include "workspace/WindowSizes.h"
 
 #include <functional>
@@ -44,7 +45,7 @@ class FrameKeeper {
     void noteNotPlaced(const ManagedWindow& window);
     /// The request that the window refused `kAttempts` times and the frame that it kept, or the frames given to
     /// `accept`. Null otherwise.
-    const Refusal* refusal(const WindowID& windowID) const;
+    const RefusedFrame* refusal(const WindowID& windowID) const;
 
     // Minimum sizes; documented at `WindowSizes`. Times are uptimes.
     const WindowSizes& sizes() const { return sizes_; }
@@ -90,7 +91,7 @@ class FrameKeeper {
     void renameDisplay(const DisplayID& displayID, const DisplayID& newID) { reflow_.renameDisplay(displayID, newID); }
 
   private:
-    std::map<WindowID, Refusal> refusals_; // by window id
+    std::map<WindowID, RefusedFrame> refusals_; // by window id
     ReflowPolicy reflow_;
     WindowSizes sizes_;
     std::map<WindowID, CGSize> minimumsOfSpanning_; // at the last call of `takeShrunken`, by window id

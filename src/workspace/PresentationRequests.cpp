@@ -1,5 +1,7 @@
 #include "workspace/PresentationRequests.h"
 
+#include "workspace/Renaming.h"
+
 namespace kova {
 
 namespace {
@@ -21,14 +23,6 @@ bool hasState(const ManagedWindow& window, WindowPresentation presentation) {
 
 bool hasState(const ManagedWindow& window, bool maximized) {
     return window.isMaximized == maximized;
-}
-
-template <class Requests>
-void renameRequest(Requests& requests, const WindowID& windowID, const WindowID& newID) {
-    if (auto request = requests.extract(windowID)) {
-        request.key() = newID;
-        requests.insert(std::move(request));
-    }
 }
 
 } // namespace
@@ -72,8 +66,8 @@ bool PresentationRequests::isShowRequested(const WindowID& windowID) const {
 }
 
 void PresentationRequests::rename(const WindowID& windowID, const WindowID& newID) {
-    renameRequest(presentations_, windowID, newID);
-    renameRequest(maximizations_, windowID, newID);
+    renameKey(presentations_, windowID, newID);
+    renameKey(maximizations_, windowID, newID);
 }
 
 void PresentationRequests::clear() {

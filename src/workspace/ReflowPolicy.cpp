@@ -23,14 +23,8 @@ bool ReflowPolicy::mayGiveBackSpan(const WindowID& windowID) const {
 }
 
 void ReflowPolicy::rename(const WindowID& windowID, const WindowID& newID) {
-    const auto renameIn = [&](auto& map) {
-        auto entry = map.extract(windowID);
-        if (entry.empty()) return;
-        entry.key() = newID;
-        map.insert(std::move(entry));
-    };
-    renameIn(reflowCounts_);
-    renameIn(givenBackCounts_);
+    renameKey(reflowCounts_, windowID, newID);
+    renameKey(givenBackCounts_, windowID, newID);
 }
 
 void ReflowPolicy::keepOnly(const std::function<bool(const WindowID& windowID)>& isLive) {

@@ -2,7 +2,6 @@
 // back, so that every arrangement settles.
 #pragma once
 
-#include "support/Geometry.h"
 #include "support/Identifiers.h"
 #include "support/MainQueue.h"
 
@@ -14,15 +13,6 @@
 #include <string>
 
 namespace kova {
-
-/// A refused request: the frame requested and the frame that the window kept.
-struct Refusal {
-    CGRect wanted{}; // window-service space
-    CGRect actual{};
-    int attempts = 0;
-    bool isUnseen = true;    // not yet confirmed by a poll
-    bool isAccepted = false; // the window had this frame when the agent started; there was no request
-};
 
 class ReflowPolicy {
   public:

@@ -1,5 +1,7 @@
 #include "workspace/RememberedLayouts.h"
 
+#include "workspace/Renaming.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -62,11 +64,10 @@ void RememberedLayouts::rename(const WindowID& windowID, const WindowID& newID) 
 }
 
 void RememberedLayouts::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
-    auto layouts = layoutsByDisplay_.extract(displayID);
-    if (layouts.empty()) return;
-    layouts.key() = newID;
-    for (auto& remembered : layouts.mapped()) remembered.assignments.renameDisplay(displayID, newID);
-    layoutsByDisplay_.insert(std::move(layouts));
+    const auto layouts = layoutsByDisplay_.find(displayID);
+    if (layouts == layoutsByDisplay_.end()) return;
+    for (auto& remembered : layouts->second) remembered.assignments.renameDisplay(displayID, newID);
+    renameKey(layoutsByDisplay_, displayID, newID);
 }
 
 } // namespace kova

@@ -1,6 +1,7 @@
 #include "workspace/SpaceMemory.h"
 
 #include "workspace/DisplayAbsence.h"
+#include "workspace/Renaming.h"
 
 #include <algorithm>
 
@@ -95,10 +96,7 @@ void SpaceMemory::keepOnly(const std::set<WindowID>& windowIDs) {
 
 void SpaceMemory::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& places : places_) places.tiles.rename(windowID, newID);
-    if (auto pending = pendingFrames_.extract(windowID)) {
-        pending.key() = newID;
-        pendingFrames_.insert(std::move(pending));
-    }
+    renameKey(pendingFrames_, windowID, newID);
 }
 
 void SpaceMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {

@@ -1,6 +1,7 @@
 #include "workspace/TileAssignments.h"
 
 #include "layout/TileTarget.h"
+#include "workspace/Renaming.h"
 
 #include <algorithm>
 
@@ -206,10 +207,7 @@ void TileAssignments::rename(const WindowID& windowID, const WindowID& newID) {
         if (front == windowID) front = newID;
     }
     for (auto& [target, stack] : stackWindowIDsByTarget) std::replace(stack.begin(), stack.end(), windowID, newID);
-    if (auto anchor = anchorsByWindowID.extract(windowID)) {
-        anchor.key() = newID;
-        anchorsByWindowID.insert(std::move(anchor));
-    }
+    renameKey(anchorsByWindowID, windowID, newID);
 }
 
 void TileAssignments::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {

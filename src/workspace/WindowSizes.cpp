@@ -1,6 +1,7 @@
 #include "workspace/WindowSizes.h"
 
 #include "support/SameFrame.h"
+#include "workspace/Renaming.h"
 
 #include <algorithm>
 #include <cmath>
@@ -166,11 +167,7 @@ void WindowSizes::keepOnly(const std::function<bool(const WindowID& windowID)>& 
 }
 
 void WindowSizes::rename(const WindowID& windowID, const WindowID& newID) {
-    if (auto known = known_.extract(windowID)) {
-        known_.erase(newID);
-        known.key() = newID;
-        known_.insert(std::move(known));
-    }
+    renameKey(known_, windowID, newID);
 }
 
 void WindowSizes::restore(const WindowID& windowID, CGSize size) {

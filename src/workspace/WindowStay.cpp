@@ -12,7 +12,7 @@ std::string sizeAndPlace(const CGRect& frame) {
            number(frame.origin.y);
 }
 
-std::string refusalSentence(const Refusal& refusal, int attempts) {
+std::string refusalSentence(const RefusedFrame& refusal, int attempts) {
     if (refusal.isAccepted) {
         return "It is left where it was when KOVA started, " + sizeAndPlace(refusal.actual) +
                ", until its tile changes or it moves.";

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "workspace/LeftAloneReason.h"
-#include "workspace/ReflowPolicy.h"
+#include "workspace/RefusedFrame.h"
 
 #include <optional>
 #include <string>
@@ -16,12 +16,12 @@ struct WindowSituation {
     bool isDragUnderWay = false;           // true while any window or divider is dragged
     bool hasTile = false;                  // the window is the front window of a tile
     std::optional<LeftAloneReason> leftAlone{};
-    const Refusal* refusal = nullptr;     // null if the window has not refused its frame
-    int attempts = 0;                     // the number of requests after which a frame counts as refused
-    bool isPlacementPending = false;      // the requested frame is still being verified
-    bool isOffScreen = false;             // no display shows the window although it is neither minimized nor hidden
-    std::optional<std::string> manager{}; // why the window manager refuses placements: a sentence
-    bool isFloating = false;              // made floating by a command
+    const RefusedFrame* refusal = nullptr; // null if the window has not refused its frame
+    int attempts = 0;                      // the number of requests after which a frame counts as refused
+    bool isPlacementPending = false;       // the requested frame is still being verified
+    bool isOffScreen = false;              // no display shows the window although it is neither minimized nor hidden
+    std::optional<std::string> manager{};  // why the window manager refuses placements: a sentence
+    bool isFloating = false;               // made floating by a command
     std::optional<std::string> rule{};   // the rule that excludes the window, for example: “Notes float” says float
     bool isWaitingForItsDisplay = false; // its display was just disconnected
     bool isAwaitedByLaunch = false;      // a tile waits for a window of its application

@@ -7,8 +7,8 @@ using namespace kova;
 namespace {
 
 TEST(WindowStay, EachReasonHasASentence) {
-    const Refusal refusing{makeRect(0, 0, 300.4, 200), makeRect(10, 20, 640, 480), 3};
-    Refusal accepted = refusing;
+    const RefusedFrame refusing{makeRect(0, 0, 300.4, 200), makeRect(10, 20, 640, 480), 3};
+    RefusedFrame accepted = refusing;
     accepted.isAccepted = true;
     const struct {
         WindowSituation situation;
