@@ -122,10 +122,14 @@ std::string titleIn(const AttributeValues& values) {
     return title ? *title : std::string(kUntitled);
 }
 
-/// Why a window is not managed; absent for a managed window.
-std::optional<std::string_view> whyNotManaged(const AttributeValues& values) {
+enum class IsKnown : bool { no, yes };
+
+/// Why a window is not managed; absent for a managed window. A window that is managed already stays managed if it
+/// becomes small: its tile may be small.
+std::optional<std::string_view> whyNotManaged(const AttributeValues& values, IsKnown isKnown) {
     if (!isManagedKind(values)) return "it is a panel, a menu or another kind of window that is left alone";
     const auto frame = values.frame();
+    if (isKnown == IsKnown::yes && frame && !isEmpty(frame->size)) return std::nullopt;
     if (frame && (frame->size.width < kSmallestManagedSize.width || frame->size.height < kSmallestManagedSize.height)) {
         return "it is smaller than 120 × 80 points";
     }
@@ -133,8 +137,8 @@ std::optional<std::string_view> whyNotManaged(const AttributeValues& values) {
 }
 
 std::optional<WindowCandidate> candidateIn(const AttributeValues& values, const AccessibilityElement& element,
-                                           pid_t processIdentifier) {
-    if (whyNotManaged(values)) return std::nullopt;
+                                           pid_t processIdentifier, IsKnown isKnown) {
+    if (whyNotManaged(values, isKnown)) return std::nullopt;
     const auto* parent = values.get<AccessibilityElement>(AccessibilityAttribute::parent);
     const bool isDialog = parent && parent->hash != 0 && parent->processIdentifier == processIdentifier;
     return WindowCandidate{.id = windowID(processIdentifier, element),
@@ -157,6 +161,7 @@ struct AccessibilityWindowService::PollResults {
     std::vector<UnmanagedWindow> unmanaged;
     std::unordered_set<WindowID> listedIDs; // of the managed windows
     std::unordered_set<pid_t> processes;    // of the applications whose windows are managed
+    std::unordered_set<WindowID> knownIDs;  // of the windows that were managed before
 };
 
 WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const KnownWindow> known) const {
@@ -166,6 +171,7 @@ WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const K
     const auto running = applications_.runningApplications();
     PollResults results;
     results.shownSpace = accessibility_.shownSpace();
+    for (const auto& window : known) results.knownIDs.insert(window.id);
     std::unordered_map<pid_t, std::vector<CGRect>> rectanglesOfProcess;
     for (const auto& window : accessibility_.onScreenWindows()) {
         if (window.layer == 0 && isFinite(window.bounds)) {
@@ -201,9 +207,11 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
     std::unordered_set<WindowID> seen;
     for (const auto& element : *elements) {
         const AttributeValues window(accessibility_, element, kWindowAttributes);
-        auto candidate = candidateIn(window, element, process);
-        if (const auto reason = whyNotManaged(window)) {
-            results.unmanaged.push_back({windowID(process, element), name, titleIn(window), std::string(*reason)});
+        const WindowID id = windowID(process, element);
+        const IsKnown isKnown{results.knownIDs.contains(id)};
+        auto candidate = candidateIn(window, element, process, isKnown);
+        if (const auto reason = whyNotManaged(window, isKnown)) {
+            results.unmanaged.push_back({id, name, titleIn(window), std::string(*reason)});
         }
         if (!candidate || !seen.insert(candidate->id).second) continue;
         results.listedIDs.insert(candidate->id);
@@ -282,7 +290,8 @@ ApplicationIcon AccessibilityWindowService::icon(const RunningApplication& appli
 
 std::optional<WindowCandidate> AccessibilityWindowService::windowCandidate(const AccessibilityElement& element,
                                                                            pid_t processIdentifier) const {
-    return candidateIn(AttributeValues(accessibility_, element, kWindowAttributes), element, processIdentifier);
+    return candidateIn(AttributeValues(accessibility_, element, kWindowAttributes), element, processIdentifier,
+                       IsKnown::no);
 }
 
 std::optional<CGRect> AccessibilityWindowService::readFrame(const AccessibilityElement& element) const {

@@ -87,7 +87,7 @@ void DisplayChanges::recordConnectedAndDisconnected(const std::set<DisplayID>& b
     }
     displays_.returnDisplacedByArrangement(assignments_, idsOf(*state_.screens), [this](const WindowID& id) {
         const ManagedWindow* window = liveWindows_.find(id);
-        return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
+        return window && !window->isElsewhere && window->isMinimized && liveWindows_.minimized().contains(id);
     });
     keeper_.commit(
         {.hasMovedTiles = true, .resetsLimits = true, .correctedDrift = kNoCorrection, .comparesTiles = false});

@@ -11,13 +11,16 @@ namespace kova {
 
 namespace {
 
-/// A window that is still not minimized after this time has refused the request.
-constexpr Seconds kTimeToMinimize{2};
+/// A window that is still not minimized after this time has refused the request. A busy desktop needs long.
+constexpr Seconds kTimeToMinimize{60};
+/// How long a window may seem to be shown, or may be missing, before it is forgotten: a window manager that replaces
+/// another one shows a minimized window for a moment.
+constexpr Seconds kTimeToBeForgotten{5};
 
 } // namespace
 
 void MinimizedWindows::note(const WindowID& windowID, Seconds now) {
-    minimized_[windowID] = {now, false};
+    minimized_[windowID] = {now, false, std::nullopt};
 }
 
 void MinimizedWindows::onPoll(const std::vector<ManagedWindow>& live, Seconds now) {
@@ -25,10 +28,15 @@ void MinimizedWindows::onPoll(const std::vector<ManagedWindow>& live, Seconds no
         auto& [id, request] = *entry;
         const auto window = std::ranges::find(live, id, &ManagedWindow::id);
         const bool isMinimized = window != live.end() && window->isMinimized;
-        request.isConfirmed |= isMinimized;
+        const bool isForgotten = request.notMinimizedSince && now - *request.notMinimizedSince > kTimeToBeForgotten;
         const bool isPending = !request.isConfirmed && now - request.since <= kTimeToMinimize;
-        const bool isOver = window == live.end() || !(isMinimized || isPending);
-        entry = isOver ? minimized_.erase(entry) : std::next(entry);
+        if (isMinimized && !isForgotten) {
+            request.isConfirmed = true;
+            request.notMinimizedSince.reset();
+        } else if (!isPending && !request.notMinimizedSince) {
+            request.notMinimizedSince = now;
+        }
+        entry = isForgotten ? minimized_.erase(entry) : std::next(entry);
     }
 }
 

@@ -16,7 +16,8 @@ class MinimizedWindows {
   public:
     /// Records that KOVA has requested to minimize the window. All times of this class are uptimes.
     void note(const WindowID& windowID, Seconds now);
-    /// Forgets windows that have closed, are not minimized any more, or have not been minimized in time.
+    /// Forgets windows that have closed, are not minimized any more, or have not been minimized in time; not at once,
+    /// since a new window manager may show a window for a moment.
     void onPoll(const std::vector<ManagedWindow>& live, Seconds now);
     void rename(const WindowID& windowID, const WindowID& newID);
     bool contains(const WindowID& windowID) const { return minimized_.contains(windowID); }
@@ -36,6 +37,7 @@ class MinimizedWindows {
     struct Minimized {
         Seconds since{};
         bool isConfirmed = false; // by a poll
+        std::optional<Seconds> notMinimizedSince;
     };
     struct Expected {
         std::optional<CGRect> frame; // window-service space

@@ -48,7 +48,8 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
         const bool isFloating = floating_.contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
-        const bool isSurplus = liveWindows_.minimized().contains(window.id) && !assignments_.isInAnyTile(window.id);
+        const bool isSurplus =
+            window.isMinimized && liveWindows_.minimized().contains(window.id) && !assignments_.isInAnyTile(window.id);
         const bool hasPlace = assignments_.isInAnyTile(window.id) ||
                               displays_.belongsToDisconnectedDisplay(window.id) ||
                               tileMemory_.spaces().holds(window.id);

@@ -58,8 +58,10 @@ void WorkspaceController::stop() {
     const RequestBatch::Scope batch(parts_.requests);
     ops_.steps.abandonDrags();
     (void)ops_.steps.leaveFocusMode(); // unlike `closeFocusMode`, also during a suspension
+    // Windows of a display that was just disconnected may be off the screen.
+    if (parts_.displays.isSettling()) ops_.displayChanges.displaysSettled();
     if (ops_.access.isRunning()) parts_.session.save();
-    for (const auto& id : parts_.liveWindows.takeMinimized()) {
+    for (const auto& id : takeHidden()) {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
     }
     parts_.session.forgetReturns();
@@ -71,6 +73,24 @@ void WorkspaceController::stop() {
     parts_.state.isSuspended.set(false);
     parts_.recovery.clear();
     parts_.recovery.noteLocked(false);
+}
+
+/// The windows that KOVA has minimized. Windows behind the front window of a stack are included in any case: a window
+/// manager that starts anew may minimize such a window, or carry out a request late. Hidden applications are restored
+/// by the desktop.
+std::set<WindowID> WorkspaceController::takeHidden() {
+    const auto minimized = parts_.liveWindows.takeMinimized();
+    std::set<WindowID> hidden(minimized.begin(), minimized.end());
+    const auto addStacked = [&](const TileAssignments& tiles) {
+        for (const auto& [target, stack] : tiles.stackWindowIDsByTarget) {
+            for (const auto& id : stack) {
+                if (!tiles.isAssigned(id)) hidden.insert(id);
+            }
+        }
+    };
+    addStacked(parts_.assignments);
+    for (const auto& [space, tiles] : parts_.tileMemory.spaces().places()) addStacked(tiles);
+    return hidden;
 }
 
 void WorkspaceController::refresh() {

@@ -166,6 +166,7 @@ class WorkspaceController {
     void keepAssignmentsValid();
     void presentationResumed();
     void watchSession();
+    std::set<WindowID> takeHidden();
 
     // Sleep, lock and session switches (WorkspaceRecovery.cpp)
     void beginTransitionRecovery();

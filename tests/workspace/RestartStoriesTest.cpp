@@ -295,7 +295,7 @@ TEST(Resumption, WindowsThatKovaMinimizedAreRestoredAtItsEndAndMinimizedByTheNex
     };
     EXPECT_EQ(minimized(), "Mail Viewer Wiki Zip ");
     desk.desktop.userMinimizes("Wiki", false);
-    desk.settle();
+    desk.settle().advance(Seconds(6));
     desk.desktop.userMinimizes("Wiki"); // counts as minimized by the user from now on
     desk.settle().stop();
     EXPECT_EQ(minimized(), "Wiki Zip ");

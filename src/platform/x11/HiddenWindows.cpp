@@ -14,14 +14,24 @@ namespace kova::x11 {
 
 namespace {
 
-/// The longest time that a window manager takes to iconify a window.
+/// After this time, a window that is still on the screen counts as shown.
 constexpr Seconds kTimeToLeaveScreen{1.0};
+/// The longest time that a busy window manager takes to iconify a window.
+constexpr Seconds kLongestTimeToLeaveScreen{60};
 /// How long a window may be missing, or returning, before its entry is dropped.
 constexpr Seconds kReturnTimeout{2.5};
 
 /// Also true for a window that has left the screen and returned between two polls.
 bool hasLeft(const ClientWindow& client, const WindowModel& model) {
     return client.iconification.wasUnmapped() || (!model.isShown(client) && !client.iconification.isMapAwaited());
+}
+
+bool isLate(const HiddenWindow& hidden, bool isShown, Seconds now) {
+    return isShown && !hidden.isReturning && !hidden.hasLeftScreen && now - hidden.since > kTimeToLeaveScreen;
+}
+
+bool isOverdue(const HiddenWindow& hidden, Seconds now) {
+    return now - hidden.since > kLongestTimeToLeaveScreen;
 }
 
 constexpr const char* word(HiddenBy how) {
@@ -54,7 +64,7 @@ std::vector<HiddenWindow> HiddenWindows::readFile() const {
 }
 
 bool HiddenWindows::isHiddenWithApplication(const HiddenWindow& hidden) {
-    return !hidden.isReturning && hidden.how == HiddenBy::application;
+    return !hidden.isReturning && !hidden.isLate && hidden.how == HiddenBy::application;
 }
 
 void HiddenWindows::countHidden(const HiddenWindow& hidden, int change) {
@@ -77,6 +87,12 @@ void HiddenWindows::setReturning(HiddenWindow& hidden, Seconds now) {
     hidden.since = now;
 }
 
+void HiddenWindows::setLate(HiddenWindow& hidden, bool isLate) {
+    countHidden(hidden, -1);
+    hidden.isLate = isLate;
+    countHidden(hidden, +1);
+}
+
 void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
     for (const HiddenWindow& added : windows) {
         remove(added.window);
@@ -88,11 +104,9 @@ void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
 
 std::vector<xcb_window_t> HiddenWindows::markApplicationReturning(pid_t processIdentifier, Seconds now) {
     std::vector<xcb_window_t> returning;
-    const auto counted = hiddenByProcess_.find(processIdentifier);
-    if (counted == hiddenByProcess_.end()) return returning;
-    returning.reserve(static_cast<std::size_t>(counted->second));
     for (HiddenWindow& hidden : windows_) {
-        if (hidden.processIdentifier != processIdentifier || !isHiddenWithApplication(hidden)) continue;
+        if (hidden.processIdentifier != processIdentifier || hidden.isReturning) continue;
+        if (hidden.how != HiddenBy::application) continue;
         setReturning(hidden, now);
         returning.push_back(hidden.window);
     }
@@ -136,8 +150,8 @@ bool HiddenWindows::isOutdated(const WindowModel& model, Seconds now) const {
         if (!client || hidden.isReturning) return true;
         const bool isShown = model.isShown(*client);
         const bool hasLeftScreen = hidden.hasLeftScreen || hasLeft(*client, model);
-        return hasLeftScreen != hidden.hasLeftScreen ||
-               (isShown && (hasLeftScreen || now - hidden.since > kTimeToLeaveScreen));
+        return hasLeftScreen != hidden.hasLeftScreen || (isShown && hasLeftScreen) ||
+               isLate(hidden, isShown, now) != hidden.isLate || (isShown && isOverdue(hidden, now));
     });
 }
 
@@ -150,6 +164,7 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
     for (HiddenWindow& hidden : windows_) {
         const ClientWindow* client = model.client(hidden.window);
         hidden.hasLeftScreen |= !client || hasLeft(*client, model);
+        setLate(hidden, isLate(hidden, client && model.isShown(*client), now));
         if (client) {
             hidden.missingSince.reset();
         } else if (!hidden.missingSince) {
@@ -164,9 +179,9 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
         const bool mustLeaveFirst =
             client->iconification.isRestoreDueAfterMinimize(now) && now - hidden.since < kTimeToLeaveScreen;
         if (hidden.isReturning) {
-            return (isShown(hidden) && !mustLeaveFirst) || now - hidden.since > kReturnTimeout;
+            return (model.hasReturned(*client) && !mustLeaveFirst) || now - hidden.since > kReturnTimeout;
         }
-        return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kTimeToLeaveScreen);
+        return isShown(hidden) && (hidden.hasLeftScreen || isOverdue(hidden, now));
     };
     for (Place place = windows_.begin(); place != windows_.end();) {
         const Place next = std::next(place);
@@ -189,7 +204,7 @@ void HiddenWindows::writeFile() {
                 std::to_string(hidden.processIdentifier) + R"(, "how": ")" + word(hidden.how) + R"("})";
     }
     // Best effort, and not synced to the disk: hidden windows do not survive the end of the X server.
-    const FileReplacement how{.durability = Durability::survivesProcess};
+    const FileReplacement how{.mode = 0600, .durability = Durability::survivesProcess};
     (void)replaceFileAtomically(path_, "{\n  \"windows\": [" + list + "\n  ]\n}\n", how);
 }
 

@@ -22,6 +22,7 @@ struct HiddenWindow {
     HiddenBy how = HiddenBy::application;
     Seconds since{};                       // uptime of the last request to hide or show it
     bool hasLeftScreen = false;            // the model has reported it off the screen
+    bool isLate = false;                   // still on the screen some time after the request to hide it
     bool isReturning = false;              // KOVA requested to show it; it stays recorded until it is on the screen
     std::optional<Seconds> missingSince{}; // uptime since which the window is not in the model
 };
@@ -51,13 +52,14 @@ class HiddenWindows {
     /// Makes the next `writeFile` write even if no entry has changed.
     void forceWrite() { isWritten_ = false; }
 
-    /// True if the window was hidden with its application and is not returning.
+    /// True if the window was hidden with its application and is neither late nor returning.
     bool isHiddenWithApplication(xcb_window_t window) const;
     /// True if windows were hidden with the application, and none of the application's windows is on the screen.
     bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
-    /// Drops entries of windows that are on the screen again, or that never left the screen. Also drops entries of
-    /// windows that have been missing from the model for some time. It does not drop those at once, since there is no
-    /// window list while window managers change.
+    /// Drops entries of windows that are on the screen again, or that have not left the screen for a long time. A busy
+    /// window manager may hide a window late, so an entry outlives the time after which its window counts as shown.
+    /// Also drops entries of windows that have been missing from the model for some time. It does not drop those at
+    /// once, since there is no window list while window managers change.
     void followModel(const WindowModel& model, Seconds now);
     /// Whether `followModel` would change anything.
     bool isOutdated(const WindowModel& model, Seconds now) const;
@@ -66,6 +68,7 @@ class HiddenWindows {
     using Place = std::list<HiddenWindow>::iterator;
     static bool isHiddenWithApplication(const HiddenWindow& hidden);
     void setReturning(HiddenWindow& hidden, Seconds now);
+    void setLate(HiddenWindow& hidden, bool isLate);
     void erase(Place place);
     void countHidden(const HiddenWindow& hidden, int change);
 

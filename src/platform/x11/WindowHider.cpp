@@ -140,7 +140,8 @@ bool WindowHider::isAnyRestoreDue() const {
 }
 
 bool WindowHider::isAnyHidePending() const {
-    return std::ranges::any_of(record_.all(), [](const HiddenWindow& hidden) { return !hidden.hasLeftScreen; });
+    return std::ranges::any_of(record_.all(),
+                               [](const HiddenWindow& hidden) { return !hidden.hasLeftScreen && !hidden.isLate; });
 }
 
 // One window
@@ -186,6 +187,11 @@ void WindowHider::hideWindow(ClientWindow& client) {
 
 void WindowHider::showWindow(ClientWindow& client) {
     record_.markReturning(client.window, clock_.uptime());
+    // The window may be iconic for a window manager that has ended, and would be so for the next one.
+    if (!model_.windowManager().isPresent && client.isIconic && !model_.isMinimized(client)) {
+        setIconicState(client.window, XCB_ICCCM_WM_STATE_NORMAL);
+        hasUnsent_ = true;
+    }
     // The iconic state is announced after the window was unmapped, and read only by the next poll.
     const TopLevel* top = model_.topLevel(client.topLevel);
     const bool hasJustLeft = client.iconification.isMinimizeRequested() && top && !top->isMapped;
@@ -206,10 +212,11 @@ void WindowHider::showWindow(xcb_window_t window) {
 void WindowHider::mapAgain(xcb_window_t window) {
     const bool isManaged = model_.windowManager().isPresent;
     if (!isManaged) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
-    xcb_map_window(connection_.get(), window);
     hasUnsent_ = true;
-    if (isManaged) focusKeeper_.noteRestoreRequested(window, model_.activeWindow, clock_.uptime());
     ClientWindow* client = model_.client(window);
+    if (client && !model_.isOnCurrentDesktop(*client)) return restoreOnOtherDesktop(*client);
+    xcb_map_window(connection_.get(), window);
+    if (isManaged) focusKeeper_.noteRestoreRequested(window, model_.activeWindow, clock_.uptime());
     if (!client) return;
     const TopLevel* top = model_.topLevel(client->topLevel);
     // Some window managers keep a minimized window mapped. Then mapping has no effect, but activating restores it.
@@ -220,6 +227,21 @@ void WindowHider::mapAgain(xcb_window_t window) {
     client->isIconic = client->isHiddenState = false;
     client->iconification.noteRestoreRequest(clock_.uptime(), top && !top->isMapped);
     model_.markStale(*client, stale::state);
+}
+
+/// Openbox only marks a window of another desktop as urgent if the window is mapped, but restores it if its state is
+/// requested. Most window managers ignore that request. Some move the window to the current desktop when it is mapped,
+/// so its own desktop is requested after that.
+void WindowHider::restoreOnOtherDesktop(ClientWindow& client) {
+    connection_.sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
+    if (model_.windowManager().name != "Openbox") {
+        xcb_map_window(connection_.get(), client.window);
+        constexpr std::uint32_t kFromPager = 2; // window managers obey only a pager in this
+        connection_.sendToWindowManager(client.window, Atom::netWmDesktop, {*client.desktop, kFromPager, 0, 0, 0});
+    }
+    client.isIconic = client.isHiddenState = false;
+    client.iconification.noteRestoreRequest(clock_.uptime(), false);
+    model_.markStale(client, stale::state);
 }
 
 /// Without a window manager KOVA sets the state, which the window's program and a window manager that starts later

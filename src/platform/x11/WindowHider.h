@@ -68,6 +68,7 @@ class WindowHider {
     void showWindow(ClientWindow& client);
     void showWindow(xcb_window_t window);
     void mapAgain(xcb_window_t window);
+    void restoreOnOtherDesktop(ClientWindow& client);
     void setIconicState(xcb_window_t window, std::uint32_t state);
     void repeatMapRequests();
     void writeRecordSoon();

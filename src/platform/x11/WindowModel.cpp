@@ -350,6 +350,10 @@ bool WindowModel::isShown(const ClientWindow& client) const {
     return top && top->isMapped && !isMinimized(client);
 }
 
+bool WindowModel::hasReturned(const ClientWindow& client) const {
+    return isOnCurrentDesktop(client) ? isShown(client) : !isMinimized(client);
+}
+
 std::optional<std::uint32_t> WindowModel::desktopOf(const ClientWindow& client) const {
     const bool isOnAll = !client.desktop || *client.desktop == kAllDesktops || client.isStickyState;
     return manager_.isPresent && !isOnAll ? client.desktop : std::nullopt;

@@ -126,6 +126,8 @@ class WindowModel {
     bool isMinimized(const ClientWindow& client) const;
     /// Whether the window is mapped and not minimized; on any virtual desktop.
     bool isShown(const ClientWindow& client) const;
+    /// Whether the window is not hidden any more: it is shown, or would be shown on its own virtual desktop.
+    bool hasReturned(const ClientWindow& client) const;
     /// The virtual desktop of the window; absent if the window is on all desktops. Also absent without a window
     /// manager, since the properties that a former window manager set are out of date.
     std::optional<std::uint32_t> desktopOf(const ClientWindow& client) const;
