@@ -71,7 +71,8 @@ class WindowDragCoordinator {
         CGPoint location{};
         action::DropMode mode = action::DropMode::intoTile;
     };
-    std::optional<CGPoint> contentPress_; // a press by content, in screen space; until kContentDragPoints are reached
+    std::optional<CGPoint>
+        contentPress_; // start of a press inside a window (screen space), until kContentDragPoints are reached
     std::optional<Press> press_;
     std::optional<Release> release_;
     std::optional<OverlayDrag> shownDrag_; // until the button is up
