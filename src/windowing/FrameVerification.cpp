@@ -14,7 +14,7 @@ FrameVerdict verdictOnFrame(const std::optional<CGRect>& frame, const CGRect& ta
     }
     const bool isOnTarget =
         nearlyEqual(*frame, target, kFrameTolerancePoints) && containsWithin(target, *frame, kFrameTolerancePoints);
-    return isOnTarget ? FrameVerdict::onTarget : FrameVerdict::offTargetTarget;
+    return isOnTarget ? FrameVerdict::onTarget : FrameVerdict::offTarget;
 }
 
 FrameWriteOrder writeOrder(int step) {
