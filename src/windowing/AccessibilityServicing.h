@@ -101,7 +101,7 @@ class AccessibilityServicing {
     virtual bool requestTrust(bool prompt) = 0;
 
     /// What the user can do if the permission is granted but has no effect, as after an update with another signature;
-    /// absent if the permission has an effect. The state is found out by polls. Any thread; never waits.
+    /// absent if the permission has an effect. Absent until a poll has found it out. Any thread; never waits.
     virtual std::optional<std::string> stalePermission() const { return std::nullopt; }
     /// Whether each read sends a request to the application, which costs time on the application's main thread; false
     /// if the platform reads from its own model. Any thread.
