@@ -91,7 +91,7 @@ void AppDelegate::stopWorkspace() {
     permissionSubscription_ = {};
     pauseSubscription_ = {};
     workspace_.perform(action::Switch{action::Setting::isPaused, false});
-    // A drag in progress is cancelled first.
+    // A drag in progress is canceled first.
     removeMonitors();
     layoutShortcuts_.reset();
     onboardingWindow_.reset();

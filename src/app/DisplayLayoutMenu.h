@@ -9,13 +9,13 @@
 namespace kova {
 
 struct DisplayLayoutMenuOption {
-    std::string id; // a layout's, or kAutomaticLayoutOption
+    std::string id; // of a layout, or kAutomaticLayoutOption
     std::string name;
     bool operator==(const DisplayLayoutMenuOption&) const = default;
 };
 
 struct DisplayLayoutMenu {
-    DisplayID id;      // the display's
+    DisplayID id;      // of the display
     std::string title; // the display's name
     std::vector<DisplayLayoutMenuOption> options;
     std::string selectedOptionID;

@@ -95,7 +95,7 @@ void LayoutDividerWindowController::guardDesktop(Guards guards) {
 
 void LayoutDividerWindowController::close() {
     if (!isClosed_) {
-        // The drag is cancelled first, because this restores the tiles and their handles.
+        // The drag is canceled first, because this restores the tiles and their handles.
         if (std::exchange(held_, std::nullopt)) workspace_.perform(action::CancelDividerDrag{});
         isClosed_ = true;
         shown_.clear();
@@ -129,7 +129,7 @@ void LayoutDividerWindowController::hover(const std::optional<std::string>& hand
     if (std::exchange(hoveredID_, handleID) != handleID) board_.refresh(OverlaySection::dividers);
 }
 
-/// Call when the workspace has cancelled the drag because of a suspension. The next event of the pointer may arrive
+/// Call when the workspace has canceled the drag because of a suspension. The next event of the pointer may arrive
 /// only after the suspension, or never.
 void LayoutDividerWindowController::forgetPointer() {
     held_.reset();
@@ -166,7 +166,7 @@ void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
         workspace_.perform(action::EndDividerDrag{held_->divider});
         held_.reset();
         return board_.refresh(OverlaySection::dividers);
-    case Kind::cancelled:
+    case Kind::canceled:
         if (held_) workspace_.perform(action::CancelDividerDrag{});
         held_.reset();
         return board_.refresh(OverlaySection::dividers);

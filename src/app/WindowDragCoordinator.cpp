@@ -1,7 +1,7 @@
 #include "app/WindowDragCoordinator.h"
 
 #include "support/SameFrame.h"
-#include "windowing/WindowHold.h"
+#include "windowing/WindowDragRegion.h"
 
 #include <algorithm>
 #include <cmath>

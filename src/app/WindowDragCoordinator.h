@@ -71,7 +71,8 @@ class WindowDragCoordinator {
         CGPoint location{};
         action::DropMode mode = action::DropMode::intoTile;
     };
-    std::optional<CGPoint> contentPress_; // a press by content, in screen space; until kContentDragPoints are reached
+    /// Where a press by content began, in screen space; absent once the pointer has moved by `kContentDragPoints`.
+    std::optional<CGPoint> contentPress_;
     std::optional<Press> press_;
     std::optional<Release> release_;
     std::optional<OverlayDrag> shownDrag_; // until the button is up

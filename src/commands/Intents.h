@@ -27,7 +27,7 @@ struct Intent {
     std::string_view typeName;
     std::string_view title;
     std::string_view url;  // without the parameter's percent-encoded value, which is appended
-    TextAroundName dialog; // spoken when the intent runs, around the parameter's value; without parameter only `before`
+    TextAroundName dialog; // spoken when the intent runs; the parameter's value, if any, is put in between
     std::optional<IntentParameter> parameter;
 };
 

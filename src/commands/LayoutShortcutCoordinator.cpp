@@ -24,7 +24,7 @@ bool actsWhilePaused(KovaShortcutAction action) {
     return action == pauseOrResume;
 }
 
-/// Absent for shortcuts that do not stand for an operation of the workspace.
+/// The operation of the workspace for this action; absent if the action is not such an operation.
 std::optional<WorkspaceAction> operationOf(KovaShortcutAction wanted, bool isPaused) {
     using enum WorkspaceDirection;
     static const std::pair<KovaShortcutAction, WorkspaceAction> kOperations[] = {

@@ -30,7 +30,7 @@ ShortcutRecorder::Step ShortcutRecorder::take(const KeyPress& press) {
     if (press.keyCode == keyCode::deleteBackward || press.keyCode == keyCode::deleteForward) {
         return changed(std::nullopt, Outcome::cleared);
     }
-    if (press.keyCode == keyCode::escape) return {Outcome::cancelled, ""};
+    if (press.keyCode == keyCode::escape) return {Outcome::canceled, ""};
 
     const std::uint64_t modifiers = press.modifierFlags & modifierFlag::ofShortcuts;
     if (!canBeShortcut(modifiers)) return {Outcome::refused, ""};

@@ -32,7 +32,7 @@ class ShortcutRecorder {
     ShortcutRecorder(KovaShortcutSettings& settings, KovaShortcutAction action) :
         settings_(settings), action_(action) {}
 
-    enum class Outcome { recorded, cleared, cancelled, refused };
+    enum class Outcome { recorded, cleared, canceled, refused };
     struct Step {
         Outcome outcome = Outcome::refused;
         std::string message; // why the press was refused; empty for a beep only

@@ -53,7 +53,7 @@ std::string_view word(ShortcutRecorder::Outcome outcome) {
         return "recorded";
     case ShortcutRecorder::Outcome::cleared:
         return "cleared";
-    case ShortcutRecorder::Outcome::cancelled:
+    case ShortcutRecorder::Outcome::canceled:
         return "cancelled";
     case ShortcutRecorder::Outcome::refused:
         return "refused";

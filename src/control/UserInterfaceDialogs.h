@@ -1,5 +1,5 @@
 // Alerts and file dialogs that the program that draws the overlay shows. While no such program is connected, every
-// question counts as cancelled, and the text of other alerts becomes the status message. A new alert replaces an open
+// question counts as canceled, and the text of other alerts becomes the status message. A new alert replaces an open
 // question. Main thread only.
 #pragma once
 

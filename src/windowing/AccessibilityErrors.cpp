@@ -17,33 +17,33 @@ constexpr int kAlreadyRegistered = -25209;
 AccessibilityOutcome accessibilityOutcome(int error) {
     switch (error) {
     case kInvalidElement:
-        return AccessibilityOutcome::gone;
+        return AccessibilityOutcome::invalidElement;
     case kCannotComplete:
-        return AccessibilityOutcome::silent;
+        return AccessibilityOutcome::noResponse;
     default:
-        return AccessibilityOutcome::answered;
+        return AccessibilityOutcome::responded;
     }
 }
 
 WindowPresence windowPresence(int error) {
     switch (error) {
     case kInvalidElement:
-        return WindowPresence::gone;
+        return WindowPresence::closed;
     case kCannotComplete:
     case kInterfaceDisabled:
     case kFailure:
-        return WindowPresence::noAnswer;
+        return WindowPresence::noResponse;
     default:
         return WindowPresence::present;
     }
 }
 
-AnnouncementAnswer announcementAnswer(std::span<const int> errors) {
-    const auto isNoAnswer = [](int error) { return error == kCannotComplete || error == kInterfaceDisabled; };
-    if (std::ranges::any_of(errors, isNoAnswer)) return AnnouncementAnswer::noAnswer;
+AnnouncementResponse announcementResponse(std::span<const int> errors) {
+    const auto isNoResponse = [](int error) { return error == kCannotComplete || error == kInterfaceDisabled; };
+    if (std::ranges::any_of(errors, isNoResponse)) return AnnouncementResponse::noResponse;
     const bool announcesSome =
         std::ranges::any_of(errors, [](int error) { return error == 0 || error == kAlreadyRegistered; });
-    return announcesSome ? AnnouncementAnswer::announces : AnnouncementAnswer::refuses;
+    return announcesSome ? AnnouncementResponse::announces : AnnouncementResponse::refuses;
 }
 
 void IgnoredPermission::note(pid_t process, int error) {

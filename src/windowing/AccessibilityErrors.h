@@ -9,22 +9,22 @@
 namespace kova {
 
 enum class AccessibilityOutcome {
-    answered, // the application did or refused what was requested
-    gone,     // the element or its application does not exist any more
-    silent    // the application did not respond
+    responded,      // the application did or refused what was requested
+    invalidElement, // the element or its application does not exist any more
+    noResponse      // the application did not respond
 };
 
 /// `error` is an error number of the Mac; 0 is success.
 AccessibilityOutcome accessibilityOutcome(int error);
 
 /// Whether a window that its application does not list still exists, judged by the error of a request to the window. A
-/// disabled interface and a failure without a reason count as `noAnswer`, since they prove nothing.
+/// disabled interface and a failure without a reason count as `noResponse`, since they prove nothing.
 WindowPresence windowPresence(int error);
 
 /// An element gets one request for each kind of announcement. This function combines the errors of these requests:
-/// `noAnswer` if the requests must be repeated, else `announces` if one of them succeeded, else `refuses`. A disabled
-/// interface counts as `noAnswer`, since the permission may be granted again.
-AnnouncementAnswer announcementAnswer(std::span<const int> errors);
+/// `noResponse` if the requests must be repeated, else `announces` if one of them succeeded, else `refuses`. A disabled
+/// interface counts as `noResponse`, since the permission may be granted again.
+AnnouncementResponse announcementResponse(std::span<const int> errors);
 
 /// Recognizes a permission that the system shows as granted but ignores. In this state every application reports a
 /// disabled interface. A single application may report a disabled interface for another reason. So the permission

@@ -80,9 +80,9 @@ struct OnScreenWindow {
 
 /// The state of a window that its application does not list.
 enum class WindowPresence {
-    present,  // it exists and is not shown: on another Space, in full screen there, or behind another tab
-    gone,     // it was closed
-    noAnswer, // its application did not respond in time
+    present, // it exists and is not shown: on another Space, in full screen there, or behind another tab
+    closed,
+    noResponse, // its application did not respond in time
 };
 
 /// Every implementation meets these requirements: A dialog is a window whose parent is a window. A dialog stays above
@@ -101,7 +101,7 @@ class AccessibilityServicing {
     virtual bool requestTrust(bool prompt) = 0;
 
     /// What the user can do if the permission is granted but has no effect, as after an update with another signature;
-    /// absent if the permission has an effect. Known after a poll. Any thread; never waits.
+    /// absent if the permission has an effect. Absent until a poll has found it out. Any thread; never waits.
     virtual std::optional<std::string> stalePermission() const { return std::nullopt; }
     /// Whether each read sends a request to the application, which costs time on the application's main thread; false
     /// if the platform reads from its own model. Any thread.
@@ -130,22 +130,22 @@ class AccessibilityServicing {
     /// The window's Space (virtual desktop); absent for a window on all Spaces, and on desktops that do not report it.
     /// Any thread; never waits.
     virtual std::optional<std::uint64_t> spaceOf(const AccessibilityElement&) const { return std::nullopt; }
-    /// Changes whenever another Space is shown. On desktops that implement `spaceOf`, it is the shown Space's value of
-    /// `spaceOf`. Any thread; never waits.
+    /// A number that changes whenever another Space is shown. On desktops that implement `spaceOf`, it is the value
+    /// that `spaceOf` returns for the windows of the shown Space. Any thread; never waits.
     virtual std::uint64_t shownSpace() const { return 0; }
 
     /// Writes the attributes in the given order, as one request if the desktop can: position and size together move and
-    /// resize at once. A refused write is dropped silently. Main thread.
+    /// resize at once. A refusal is not reported. Main thread.
     virtual void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) = 0;
 
-    /// Performs the action; a refusal is silent. Main thread.
+    /// Performs the action. A refusal is not reported. Main thread.
     virtual void performAction(const AccessibilityElement& element, AccessibilityAction action) = 0;
 
     /// The deepest element under a point of window-service space. Over the bare desktop the result is absent, or an
     /// element outside all windows. Main thread.
     virtual std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const = 0;
 
-    /// Windows that are on the screen now, front to back; empty when the desktop cannot say. Any thread.
+    /// Windows that are on the screen now, front to back; empty if the desktop does not report them. Any thread.
     virtual std::vector<OnScreenWindow> onScreenWindows() const = 0;
 
     /// The name of the window manager if it places all windows itself and ignores requested frames; else absent. Main
@@ -157,7 +157,7 @@ class AccessibilityServicing {
 };
 
 /// The result of a request to announce changes.
-enum class AnnouncementAnswer { announces, refuses, noAnswer };
+enum class AnnouncementResponse { announces, refuses, noResponse };
 
 /// Tells whether the desktop may have changed since the last poll. On a desktop that announces every change by an
 /// event, polls stop while nothing happens.
@@ -169,20 +169,20 @@ class DesktopChangeServicing {
     /// applications, permission, lock); absent if the desktop does not announce all changes. Any thread.
     virtual std::optional<std::uint64_t> changeCount() const = 0;
     /// Calls `callback` once, on the main queue, as soon as the count differs from `count`, which may be the case
-    /// already. A new callback replaces the former one; an empty function cancels that. Main thread.
+    /// already. A new callback replaces the former one; an empty function cancels the former one. Main thread.
     virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
 
     /// False if `requestAnnouncements` must be called for each application and each window. Any thread.
     virtual bool announcesWithoutRequest() const { return true; }
     /// Requests that an application or a window announces its changes. Call again for the same element only after
-    /// `noAnswer` or `endAnnouncements`. Costs at most the platform's timeout. Polling queue.
-    virtual AnnouncementAnswer requestAnnouncements(const AccessibilityElement&) {
-        return AnnouncementAnswer::announces;
+    /// `noResponse` or `endAnnouncements`. Costs at most the platform's timeout. Polling queue.
+    virtual AnnouncementResponse requestAnnouncements(const AccessibilityElement&) {
+        return AnnouncementResponse::announces;
     }
     /// Ends the announcements of an element. Costs at most the platform's timeout. Polling queue.
     virtual void endAnnouncements(const AccessibilityElement&) {}
-    /// If announcements can get lost: after this time without an announcement, a poll is made nevertheless. Absent if
-    /// no announcement can get lost. Any thread.
+    /// The longest time without a poll on a desktop whose announcements can get lost. Absent if no announcement can get
+    /// lost. Any thread.
     virtual std::optional<Seconds> longestIdleTime() const { return std::nullopt; }
 };
 

@@ -61,7 +61,7 @@ bool AccessibilityWindowService::isRunning(pid_t processIdentifier) const {
     return application && !application->isTerminated;
 }
 
-void AccessibilityWindowService::takeFocus(const AccessibilityElement& window, pid_t processIdentifier) {
+void AccessibilityWindowService::requestFocus(const AccessibilityElement& window, pid_t processIdentifier) {
     write(accessibility_.applicationElement(processIdentifier), AccessibilityAttribute::frontmost, true);
     const std::array writes = {AttributeWrite{AccessibilityAttribute::main, true},
                                AttributeWrite{AccessibilityAttribute::focused, true}};
@@ -78,13 +78,13 @@ bool AccessibilityWindowService::restoreAndFocus(const ManagedWindow& window) {
 
     applications_.unhide(window.processIdentifier);
     unminimize(window);
-    takeFocus(window.element, window.processIdentifier);
+    requestFocus(window.element, window.processIdentifier);
     applications_.activate(window.processIdentifier);
 
     // Another application may activate itself now and take the focus, so the focus is requested a second time.
     queue_.post(lifetime_.guard([this, element = window.element, process = window.processIdentifier] {
         if (!isRunning(process)) return;
-        takeFocus(element, process);
+        requestFocus(element, process);
         flush();
     }));
     return true;

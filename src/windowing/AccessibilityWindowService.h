@@ -1,6 +1,6 @@
-// The only place that touches other applications' windows: lists them, reads and writes their frames, focuses, raises
-// and minimizes them. It uses the accessibility vocabulary, so it is the same on every desktop.
-// It keeps no list of windows. A failed read gives no value; failed writes are corrected by verification passes.
+// The only class that accesses other applications' windows: lists them, reads and writes their frames, focuses, raises
+// and minimizes them. It uses the accessibility vocabulary, so it is the same on every desktop. It keeps no list of
+// windows. A failed read gives no value; verification passes correct failed writes of frames.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -46,8 +46,8 @@ struct KnownWindow {
 /// A known window that its application does not list any more, and that was not closed.
 struct UnlistedWindow {
     WindowID id;
-    bool answers = true;                // false: its application does not respond
-    std::optional<WindowCandidate> now; // absent without a response, or if the window cannot be managed any more
+    bool isResponding = true;           // false: its application does not respond
+    std::optional<WindowCandidate> now; // absent if not `isResponding`, or if the window cannot be managed any more
 };
 
 /// The result of one poll.
@@ -73,8 +73,8 @@ class AccessibilityWindowService {
     std::optional<std::string> stalePermission() const { return accessibility_.stalePermission(); }
 
     /// Lists every window that can be managed. For each known window that is not listed, one more request finds out
-    /// whether the window still exists. An unresponsive application gets only one such request. Polling queue; touches
-    /// no state.
+    /// whether the window still exists. An unresponsive application gets only one such request. Call on the polling
+    /// queue; reads and changes no members that the main thread changes.
     WindowEnumeration enumerateWindows(std::span<const KnownWindow> known = {}) const;
     /// Reads one element; absent if it is not a window that can be managed.
     std::optional<WindowCandidate> windowCandidate(const AccessibilityElement& element, pid_t processIdentifier) const;
@@ -126,12 +126,12 @@ class AccessibilityWindowService {
     void enumerateWindows(const RunningApplication& application, std::span<const CGRect> onScreenRectangles,
                           PollResults& results) const;
     std::vector<UnlistedWindow> unlistedWindows(std::span<const KnownWindow> known, const PollResults& results) const;
-    bool readFlag(AccessibilityAttribute attribute, const AccessibilityElement& element) const;
+    bool readBoolean(AccessibilityAttribute attribute, const AccessibilityElement& element) const;
     ApplicationIcon icon(const RunningApplication& application) const;
     void write(const AccessibilityElement& element, AccessibilityAttribute attribute, bool value);
     void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);
     bool isRunning(pid_t processIdentifier) const;
-    void takeFocus(const AccessibilityElement& window, pid_t processIdentifier);
+    void requestFocus(const AccessibilityElement& window, pid_t processIdentifier);
     void verifyLater(Placement placement);
     void scheduleVerification(const std::shared_ptr<VerificationRound>& round);
     void verify(const std::shared_ptr<VerificationRound>& round);
@@ -145,7 +145,7 @@ class AccessibilityWindowService {
     AccessibilityServicing& accessibility_;
     ApplicationServicing& applications_;
     ScreenServicing& screens_;
-    const std::shared_ptr<ChangeNotifications> changes_; // shared, since a poll can keep the service alive at the end
+    const std::shared_ptr<ChangeNotifications> changes_; // shared, since a poll may outlive the workspace
     MainQueue& queue_;
     FrameAnimations animations_;
     std::unordered_map<WindowID, int> placementGenerations_; // by window id; grows with every request
@@ -154,8 +154,8 @@ class AccessibilityWindowService {
         std::optional<Seconds> end; // uptime; absent while the window's last pass is scheduled
     };
     std::unordered_map<WindowID, PendingFrame> pendingFrames_;
-    std::shared_ptr<VerificationRound> newestRound_;            // absent after its first pass has begun
-    std::vector<std::shared_ptr<VerificationRound>> unchanged_; // rounds whose next pass waits for a change
+    std::shared_ptr<VerificationRound> newestRound_;                // absent after its first pass has begun
+    std::vector<std::shared_ptr<VerificationRound>> waitingRounds_; // rounds whose next pass waits for a change
     Lifetime lifetime_;
 };
 

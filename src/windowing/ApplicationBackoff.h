@@ -25,14 +25,14 @@ class ApplicationBackoff {
     /// Records the outcome of a request that began at `begun` and ended at `now`, both in uptime.
     void note(pid_t process, AccessibilityOutcome outcome, Seconds begun, Seconds now);
     /// The applications that did not respond to the last request.
-    std::vector<pid_t> silent() const;
+    std::vector<pid_t> unresponsive() const;
 
   private:
-    struct Silence {
+    struct Backoff {
         Seconds pause{};
         Seconds nextRequest{}; // uptime
     };
-    std::map<pid_t, Silence> silent_;
+    std::map<pid_t, Backoff> unresponsive_;
 };
 
 } // namespace kova

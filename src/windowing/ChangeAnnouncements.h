@@ -29,16 +29,16 @@ class ChangeAnnouncements {
     void endAll();
 
   private:
-    enum class State { announces, refuses, silent };
+    enum class State { announces, refuses, noResponse };
     struct Element {
         AccessibilityElement element;
-        State state = State::silent;
+        State state = State::noResponse;
     };
     void endThoseNotIn(const std::map<WindowID, AccessibilityElement>& present);
 
     DesktopChangeServicing& desktop_;
-    std::map<WindowID, Element> elements_; // by window id; applications by "PID:0"
-    std::map<pid_t, Seconds> silentSince_; // uptime
+    std::map<WindowID, Element> elements_;       // by window id; applications by "PID:0"
+    std::map<pid_t, Seconds> unresponsiveSince_; // uptime
 };
 
 } // namespace kova

@@ -45,7 +45,7 @@ class ChangeNotifications {
     void notifyDue();
 
     DesktopChangeServicing& changes_;
-    std::vector<std::weak_ptr<Waiting>> waiting_; // expired after its subscription was dropped
+    std::vector<std::weak_ptr<Waiting>> waiting_; // an entry expires when its subscription is dropped
     Lifetime lifetime_;
 };
 

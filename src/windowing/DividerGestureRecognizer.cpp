@@ -48,7 +48,7 @@ std::optional<DividerHandleEvent> DividerGestureRecognizer::release(CGPoint loca
 }
 
 std::optional<DividerHandleEvent> DividerGestureRecognizer::cancel(CGPoint location) {
-    return end(Kind::cancelled, location);
+    return end(Kind::canceled, location);
 }
 
 std::optional<DividerHandleEvent> DividerGestureRecognizer::keepOnly(std::span<const DividerHandle> handles,

@@ -20,7 +20,7 @@ CGRect pressFrame(const DividerHandle& handle);
 /// The whole gap between the windows on both sides of a handle, or the press frame if the press frame is thicker.
 CGRect gapFrame(const DividerHandle& handle);
 
-/// Each call returns the event to report; absent for none.
+/// Each function returns the event to report; absent if there is none.
 class DividerGestureRecognizer {
   public:
     /// `clickCount` is 2 for the second press of a double click.

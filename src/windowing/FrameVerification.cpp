@@ -7,14 +7,14 @@
 namespace kova {
 
 FrameVerdict verdictOnFrame(const std::optional<CGRect>& frame, const CGRect& target) {
-    if (!frame) return FrameVerdict::off;
+    if (!frame) return FrameVerdict::offTarget;
     if (frame->size.width - target.size.width > kFrameTolerancePoints ||
         frame->size.height - target.size.height > kFrameTolerancePoints) {
         return FrameVerdict::refusesToShrink;
     }
     const bool isOnTarget =
         nearlyEqual(*frame, target, kFrameTolerancePoints) && containsWithin(target, *frame, kFrameTolerancePoints);
-    return isOnTarget ? FrameVerdict::onTarget : FrameVerdict::off;
+    return isOnTarget ? FrameVerdict::onTarget : FrameVerdict::offTarget;
 }
 
 FrameWriteOrder writeOrder(int step) {

@@ -1,5 +1,5 @@
-// Decides what a verification pass does about a requested frame. Functions over values: the caller reads the frame and
-// writes the correction.
+// Decides what a verification pass does about a requested frame. These functions only compute: the caller reads the
+// frame and writes the correction.
 #pragma once
 
 #include "support/Geometry.h"
@@ -9,19 +9,19 @@
 
 namespace kova {
 
-/// The order matters: some applications limit the size depending on the position, or the position depending on the
-/// size.
+/// Which of position and size is written first. The order matters: some applications limit the size depending on the
+/// position, or the position depending on the size.
 enum class FrameWriteOrder { positionFirst, sizeFirst };
 
 /// When the passes run, in seconds after the request.
 inline constexpr std::array kVerificationDelays = {0.06, 0.16, 0.34, 0.65};
 inline constexpr int kLastVerificationPass = static_cast<int>(kVerificationDelays.size()) - 1;
-/// Requests within this time are verified together, in seconds.
+/// Requests within this time (in seconds) are verified together.
 inline constexpr double kVerificationBatch = 0.001;
 
 enum class FrameVerdict {
     onTarget,
-    off,             // at another place, too small, or unknown
+    offTarget,       // at another place, too small, or unknown
     refusesToShrink, // larger than the target
 };
 

@@ -38,14 +38,14 @@ struct KeyCombination {
     auto operator<=>(const KeyCombination&) const = default;
 };
 
-/// How the desktop's users know modifiers.
+/// How modifiers are written in texts for the user.
 enum class ModifierNames {
     words,   // Ctrl+Alt+H
     symbols, // ⌃⌥H, as on a Mac
 };
 
-/// The holders of key combinations that the platform can detect. A holder is a program that has registered the
-/// combination, or the system.
+/// A holder of a key combination is a program that has registered the combination, or the system itself. This type says
+/// which holders the platform can detect.
 enum class KnownHolders {
     everyProgram, // a combination for which no holder is known is free
     systemOnly,   // the system's own shortcuts are known; those of other programs are not
@@ -56,8 +56,9 @@ class KeyMonitorServicing {
   public:
     virtual ~KeyMonitorServicing() = default;
 
-    /// Reports presses while another application is active, which gets them, too. On a window system where combinations
-    /// must be grabbed, only presses of grabbed combinations are reported, and no other application gets these presses.
+    /// Reports presses while another application is active. That application gets the presses, too. On a window system
+    /// where combinations must be grabbed, only presses of grabbed combinations are reported, and no other application
+    /// gets these presses.
     [[nodiscard]] virtual Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) = 0;
     /// Reports presses while a window of KOVA has the focus. If `monitor` returns true, the window does not get the
     /// press.

@@ -32,7 +32,7 @@ struct ManagedWindow {
     bool isMaximized = false;            // by the window manager
     bool isFocusedOfApplication = false; // has the focus when its application is active
     bool isElsewhere = false;            // the window exists but is not shown: on another Space, or behind another tab
-    bool isAnswering = true; // false: the application does not respond, and the values are from earlier polls
+    bool isResponding = true; // false: the application does not respond, and the values are from earlier polls
     std::optional<std::uint64_t> space; // its Space (virtual desktop); absent: on every one, or not known
     std::optional<CGRect> frame;        // window-service space
     std::optional<CGSize> minimumSize;  // points

@@ -39,7 +39,7 @@ struct DividerHandle {
 };
 
 struct DividerHandleEvent {
-    enum class Kind { pressed, moved, released, cancelled, doubleClicked, entered, left };
+    enum class Kind { pressed, moved, released, canceled, doubleClicked, entered, left };
     Kind kind = Kind::pressed;
     std::string handleID;
     CGPoint location{};
@@ -51,10 +51,10 @@ class DividerHandleServicing {
     /// Shows exactly these handles. Each handle is at least 8 points thick and has the resize cursor of its axis. It is
     /// above the desktop, but below the windows that overlap it. Main thread; never waits.
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
-    /// Whether handles cover the desktop's icons. If so, they are shown only on displays with a window in a tile.
+    /// Whether handles cover the desktop's icons. If so, handles are shown only on displays with a window in a tile.
     virtual bool coversDesktopIcons() const { return false; }
     /// Sets the areas (screen space) where presses of the main button must not reach the desktop; replaces the former
-    /// areas. Only has an effect if `coversDesktopIcons`. Main thread; never waits.
+    /// areas. This has an effect only if `coversDesktopIcons`. Main thread; never waits.
     virtual void guardDesktop(const std::vector<CGRect>&) {}
     /// Reports the events of handles. After a press, all movements are reported until the release or Escape, wherever
     /// the pointer is. `entered` and `left` mean that the pointer crossed the handle's edge; a back end may report them

@@ -25,10 +25,9 @@ std::vector<DiagnosticLine> diagnosticLines(const SystemConflicts& conflicts) {
     using enum DiagnosticVerdict;
     std::vector<DiagnosticLine> lines;
     if (conflicts.isSecureInputOn) {
-        lines.push_back(
-            {"secure input", wrong,
-             "A program has switched on secure keyboard entry, so that no shortcut of KOVA is heard. Usually "
-             "a password field or a terminal does; leave the field, or end that program."});
+        lines.push_back({"secure input", wrong,
+                         "A program has switched on secure keyboard entry, so that KOVA receives no shortcuts. Usually "
+                         "a password field or a terminal does; leave the field, or end that program."});
     }
     if (conflicts.tilesWindowsAtEdges || conflicts.tilesWindowsAtMenuBar) {
         lines.push_back(

@@ -1,4 +1,4 @@
-// Places windows and verifies their frames, because applications clamp, delay and refuse requests.
+// Places windows and verifies their frames, because applications limit, delay or refuse requested frames.
 #include "support/SameFrame.h"
 #include "windowing/AccessibilityWindowService.h"
 
@@ -39,8 +39,8 @@ struct AccessibilityWindowService::VerificationRound {
 
 void AccessibilityWindowService::writeFrame(const AccessibilityElement& element, const CGRect& frame,
                                             FrameWriteOrder order) {
-    // Both are written twice: applications that clamp size against position, or position against size, need the second
-    // pair.
+    // Position and size are written twice. Applications that limit the size depending on the position, or the position
+    // depending on the size, need the second pair.
     const AttributeWrite position{AccessibilityAttribute::position, frame.origin};
     const AttributeWrite size{AccessibilityAttribute::size, frame.size};
     const auto writes = order == FrameWriteOrder::positionFirst ? std::array{position, size, size, position}
@@ -58,7 +58,7 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
     if (bringToFront == BringToFront::yes) {
         applications_.unhide(window.processIdentifier);
         // `window` is as of the last poll; the window may have been minimized since.
-        if (window.isMinimized || readFlag(AccessibilityAttribute::minimized, window.element)) unminimize(window);
+        if (window.isMinimized || readBoolean(AccessibilityAttribute::minimized, window.element)) unminimize(window);
         raise(window);
         applications_.activate(window.processIdentifier);
     }
@@ -108,7 +108,7 @@ void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<Verific
         const bool isNewest = placementGenerations_[placement.windowID] == placement.generation;
         if (isNewest && pending != pendingFrames_.end()) pending->second.end = end;
     }
-    unchanged_.push_back(round);
+    waitingRounds_.push_back(round);
     round->change = changes_->notifyWhenChanged(changeCount, lifetime_.guard([this, weak = std::weak_ptr(round)] {
         if (const auto changed = weak.lock()) resumeVerification(changed);
     }));
@@ -116,7 +116,7 @@ void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<Verific
 
 /// Skips the passes that were due before the change: the desktop was unchanged then, so they had nothing to correct.
 void AccessibilityWindowService::resumeVerification(const std::shared_ptr<VerificationRound>& round) {
-    std::erase(unchanged_, round);
+    std::erase(waitingRounds_, round);
     round->change = {};
     const Seconds passed = queue_.uptime() - round->begun;
     while (round->pass <= kLastVerificationPass &&
@@ -139,10 +139,10 @@ void AccessibilityWindowService::resumeVerification(const std::shared_ptr<Verifi
 void AccessibilityWindowService::endVerification(const WindowID& windowID) {
     placementGenerations_[windowID] += 1;
     pendingFrames_.erase(windowID);
-    for (const auto& round : unchanged_) {
+    for (const auto& round : waitingRounds_) {
         std::erase_if(round->placements, [&](const Placement& placement) { return placement.windowID == windowID; });
     }
-    std::erase_if(unchanged_, [](const auto& round) { return round->placements.empty(); });
+    std::erase_if(waitingRounds_, [](const auto& round) { return round->placements.empty(); });
 }
 
 void AccessibilityWindowService::cancelPlacement(const WindowID& windowID) {
@@ -175,9 +175,9 @@ AccessibilityWindowService::PassResult AccessibilityWindowService::verify(Placem
     // A window that the user made full screen or maximized meanwhile is left alone, and its size says nothing about a
     // minimum. But until the last pass, it may be maximized only because the placement has not yet ended the maximize.
     if (verdict != FrameVerdict::onTarget) {
-        if (readFlag(AccessibilityAttribute::fullScreen, placement.element)) return PassResult::mustRepeat;
+        if (readBoolean(AccessibilityAttribute::fullScreen, placement.element)) return PassResult::mustRepeat;
         const bool mayBeEnding = placement.endsMaximize && pass != kLastVerificationPass;
-        if (!mayBeEnding && readFlag(AccessibilityAttribute::maximized, placement.element)) {
+        if (!mayBeEnding && readBoolean(AccessibilityAttribute::maximized, placement.element)) {
             return PassResult::mustRepeat;
         }
     }
@@ -185,7 +185,7 @@ AccessibilityWindowService::PassResult AccessibilityWindowService::verify(Placem
     switch (verdict) {
     case FrameVerdict::onTarget:
         return PassResult::onTarget;
-    case FrameVerdict::off:
+    case FrameVerdict::offTarget:
         correct(placement, pass);
         return PassResult::mustRepeat;
     case FrameVerdict::refusesToShrink:

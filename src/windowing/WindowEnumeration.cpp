@@ -1,4 +1,4 @@
-// Listing windows. Runs on the polling queue, so nothing here touches the service's state.
+// Listing windows. Runs on the polling queue, so nothing here uses members that the main thread changes.
 #include "windowing/AccessibilityWindowService.h"
 #include "windowing/VisibilityMatching.h"
 
@@ -13,9 +13,9 @@ constexpr CGSize kSmallestManagedSize = {120, 80}; // points; anything smaller i
 constexpr std::string_view kUntitled = "Untitled Window";
 constexpr std::string_view kUnnamedApplication = "App";
 constexpr std::string_view kWindowSymbol = "macwindow";
-constexpr int kLongestChain = 16; // of dialogs that belong to dialogs; a longer chain is a cycle
+constexpr int kLongestChain = 16; // the number of dialogs, each of which belongs to the next; a longer chain is a cycle
 
-/// The attributes of a window that a poll reads, in one request.
+/// The attributes that a poll reads from each window with one request.
 constexpr std::array kWindowAttributes = {
     AccessibilityAttribute::role,      AccessibilityAttribute::subrole,     AccessibilityAttribute::title,
     AccessibilityAttribute::minimized, AccessibilityAttribute::position,    AccessibilityAttribute::size,
@@ -254,14 +254,14 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
 std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::span<const KnownWindow> known,
                                                                         const PollResults& results) const {
     std::vector<UnlistedWindow> unlisted;
-    std::unordered_set<pid_t> silent; // unresponsive applications; each costs one timeout
+    std::unordered_set<pid_t> unresponsive; // only the first request to such an application is sent, and times out
     for (const auto& window : known) {
         const pid_t process = window.element.processIdentifier;
         if (results.listedIDs.contains(window.id) || !results.processes.contains(process)) continue;
         const auto presence =
-            silent.contains(process) ? WindowPresence::noAnswer : accessibility_.presenceOf(window.element);
+            unresponsive.contains(process) ? WindowPresence::noResponse : accessibility_.presenceOf(window.element);
         switch (presence) {
-        case WindowPresence::gone:
+        case WindowPresence::closed:
             break;
         case WindowPresence::present: {
             auto now = windowCandidate(window.element, process);
@@ -271,8 +271,8 @@ std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::spa
             unlisted.push_back({window.id, true, std::move(now)});
             break;
         }
-        case WindowPresence::noAnswer:
-            silent.insert(process);
+        case WindowPresence::noResponse:
+            unresponsive.insert(process);
             unlisted.push_back({window.id, false, std::nullopt});
             break;
         }
@@ -299,7 +299,8 @@ std::optional<CGRect> AccessibilityWindowService::readFrame(const AccessibilityE
     return AttributeValues(accessibility_, element, attributes).frame();
 }
 
-bool AccessibilityWindowService::readFlag(AccessibilityAttribute attribute, const AccessibilityElement& element) const {
+bool AccessibilityWindowService::readBoolean(AccessibilityAttribute attribute,
+                                             const AccessibilityElement& element) const {
     const std::array attributes = {attribute};
     return AttributeValues(accessibility_, element, attributes).isTrue(attribute);
 }

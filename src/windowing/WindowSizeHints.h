@@ -20,7 +20,7 @@ struct WindowSizeHints {
 };
 
 /// The largest frame within the tile that the hints allow, in the tile's coordinates (y grows downwards). A frame that
-/// is limited by its maximum size or its aspect is centered. Space for less than one increment remains at the right and
+/// is limited by its maximum size or its aspect is centered. A gap of less than one increment remains at the right and
 /// at the bottom. In a direction in which the minimum size does not fit, the frame has the tile's extent.
 CGRect largestFrameWithin(const CGRect& tile, const WindowSizeHints& hints);
 

@@ -9,7 +9,7 @@ std::optional<LeftAloneReason> whyLeftAlone(const ManagedWindow& window, const L
     if (window.isMinimized) return LeftAloneReason::minimized;
     if (window.isFullScreen) return LeftAloneReason::fullScreen;
     if (window.isMaximized) return LeftAloneReason::maximized;
-    if (!window.isAnswering) return LeftAloneReason::notAnswering;
+    if (!window.isResponding) return LeftAloneReason::notResponding;
     if (facts.isApplicationHidden) return LeftAloneReason::applicationHidden;
     return std::nullopt;
 }
@@ -28,8 +28,8 @@ std::string_view describe(LeftAloneReason cause) {
         return "is in full screen";
     case LeftAloneReason::onAnotherDesktop:
         return "is on another virtual desktop";
-    case LeftAloneReason::notAnswering:
-        return "does not answer";
+    case LeftAloneReason::notResponding:
+        return "does not respond";
     case LeftAloneReason::applicationHidden:
         return "is hidden with its application";
     }

@@ -16,7 +16,7 @@ enum class LeftAloneReason {
     maximized,
     fullScreen,
     onAnotherDesktop,
-    notAnswering,
+    notResponding,
     applicationHidden,
 };
 

@@ -78,7 +78,7 @@ std::map<WindowID, CGRect> SpaceMemory::takeAppliableFrames(const std::vector<Ma
     std::map<WindowID, CGRect> due;
     if (pendingFrames_.empty()) return due;
     for (const auto& window : windows) {
-        if (window.isElsewhere || !window.isAnswering) continue;
+        if (window.isElsewhere || !window.isResponding) continue;
         if (auto pending = pendingFrames_.extract(window.id)) due.insert(std::move(pending));
     }
     return due;

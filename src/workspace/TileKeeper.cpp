@@ -294,7 +294,7 @@ void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWi
 void TileKeeper::noteSizesSeen() {
     for (const ManagedWindow& window : liveWindows_) {
         // For a window that does not respond, the list still contains the requested frame, not the actual one.
-        const bool isSettled = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
+        const bool isSettled = window.frame && window.isVisible && window.isResponding && !window.isMinimized &&
                                !window.isFullScreen && !windowService_.pendingFrame(window.id);
         if (!isSettled) continue;
         const auto disproof = frames_.noteSeen(window, window.frame->size, geometry_.minimumOfApplication(window));

@@ -19,8 +19,8 @@ WindowsByID byID(const std::vector<ManagedWindow>& windows) {
 
 ManagedWindow keptWindow(const ManagedWindow& before, const UnlistedWindow& unlisted) {
     ManagedWindow kept = before;
-    kept.isAnswering = unlisted.answers;
-    if (!unlisted.answers) return kept;
+    kept.isResponding = unlisted.isResponding;
+    if (!unlisted.isResponding) return kept;
     kept.isElsewhere = true;
     kept.isVisible = false;
     if (!unlisted.now) return kept;
@@ -55,7 +55,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
     }
     if (newWindows.empty()) return {};
     std::unordered_set<WindowID> existing; // windows that still exist but are not listed any more
-    for (const auto& window : found.unlisted) (window.answers ? existing : present).insert(window.id);
+    for (const auto& window : found.unlisted) (window.isResponding ? existing : present).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
     for (const auto& window : before) {
         const bool wasShown = !window.isElsewhere && !window.isMinimized;

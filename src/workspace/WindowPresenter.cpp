@@ -113,7 +113,7 @@ void WindowPresenter::requestPresentation(const WindowID& windowID, WindowPresen
 void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
     // A remembered frame may be on a display that has been disconnected since then.
     if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
-    if (window.isElsewhere || !window.isAnswering) return tileMemory_.setPendingFrame(window.id, frame);
+    if (window.isElsewhere || !window.isResponding) return tileMemory_.setPendingFrame(window.id, frame);
     const WindowID id = window.id;
     windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved_(id, frame, actual);

@@ -188,7 +188,7 @@ TEST_F(DividerHandles, MoveBothNeighborsWhileTheyAreDragged) {
     EXPECT_EQ(minY(currentHandles()[1].frame), minY(across) - 100);
 }
 
-/// A desktop may report the press on a handle late, when the pointer is already over a window that has not made room.
+/// A desktop may report the press on a handle late, when the pointer is already over a window that has not moved yet.
 TEST_F(DividerHandles, AreNotMistakenForAWindowWhoseEdgeIsDragged) {
     desk.desktop.delayPressReport();
     presses({1280, 25});
@@ -385,7 +385,7 @@ TEST_F(DraggedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(DraggedWindows, DoNotIncludeWindowsThatMoveWithoutThePointer) {
+TEST_F(DraggedWindows, AreOnlyWindowsThatMoveTogetherWithThePointer) {
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(300, 300, 800, 600));
     moves({1401, 31}).releases();

@@ -147,8 +147,8 @@ TEST(ShortcutRecorder, RecordsClearsCancelsOrRefusesEachPress) {
     const std::vector<Row> rows = {
         {{51, 0, false, "\x7f"}, {Outcome::cleared, ""}, std::nullopt},
         {{117, 0x100000, false, ""}, {Outcome::cleared, ""}, std::nullopt},
-        {{53, 0, false, "\x1b"}, {Outcome::cancelled, ""}, before},
-        {{53, kControlOption, false, "\x1b"}, {Outcome::cancelled, ""}, before},
+        {{53, 0, false, "\x1b"}, {Outcome::canceled, ""}, before},
+        {{53, kControlOption, false, "\x1b"}, {Outcome::canceled, ""}, before},
         {{0, 0, false, "a"}, {Outcome::refused, ""}, before},
         {{0, 0x20000, false, "A"}, {Outcome::refused, ""}, before},
         {{0, 0x10100, false, "a"}, {Outcome::refused, ""}, before}, // Caps Lock is not a modifier

@@ -49,7 +49,7 @@ TEST_P(QueueContract, DelayedWorkRunsInTheOrderOfItsDueTimesAndNeverEarly) {
     EXPECT_EQ(log, "abcd");
 }
 
-TEST_P(QueueContract, CancelledWorkDoesNotStart) {
+TEST_P(QueueContract, CanceledWorkDoesNotStart) {
     std::string log;
     const auto append = [&](char letter) { return [&log, letter] { log += letter; }; };
     const auto posted = queue().after(Seconds(0), append('x')), delayed = queue().after(Seconds(0.02), append('x')),

@@ -107,19 +107,19 @@ TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     writeWithoutEffect(plan);
 
     const auto presenceOf = [&](const AccessibilityElement& window) {
-        auto presence = WindowPresence::noAnswer;
+        auto presence = WindowPresence::noResponse;
         desktop().onPollingQueue([&] {
             (void)applications().runningApplications();
             presence = accessibility().presenceOf(window);
         });
         return presence;
     };
-    EXPECT_EQ(presenceOf(plan), WindowPresence::gone);
+    EXPECT_EQ(presenceOf(plan), WindowPresence::closed);
     EXPECT_EQ(presenceOf(inbox), WindowPresence::present);
 
     desktop().crash("Mail");
     EXPECT_TRUE(until([&] { return !polled(mail); }));
-    EXPECT_EQ(presenceOf(inbox), WindowPresence::gone);
+    EXPECT_EQ(presenceOf(inbox), WindowPresence::closed);
     EXPECT_EQ(read(inbox, kAllAttributes), nothing);
     EXPECT_EQ(read(accessibility().applicationElement(mail), kAllAttributes), nothing);
     EXPECT_EQ(applications().runningApplication(mail), std::nullopt);

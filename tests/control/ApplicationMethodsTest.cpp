@@ -134,7 +134,7 @@ TEST_F(ApplicationMethods, WhatWasLearnedAboutAnApplicationIsListedAndForgotten)
     EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");
 }
 
-TEST_F(ApplicationMethods, AConfirmationIsCancelledWhenTheProgramThatShowsItDisconnects) {
+TEST_F(ApplicationMethods, AConfirmationIsCanceledWhenTheProgramThatShowsItDisconnects) {
     result("menu.choose", {{"id", "force-quit-all"}});
     desk.settle();
     EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "no client asks the user, so nothing is confirmed";

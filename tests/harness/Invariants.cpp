@@ -147,7 +147,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& violation
         const CGSize display = screen->visibleFrame.size;
         const bool isKnown = considered == MinimumSizes::all || !window.traits().unannouncedMinimumSize;
         const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
-        if (!isKnown || !isPossible || !desktop.isAnswering(window) || !desktop.isOnScreen(window) ||
+        if (!isKnown || !isPossible || !desktop.isResponding(window) || !desktop.isOnScreen(window) ||
             window.isFullScreen || window.isMaximized || desktop.placesWindows() || framesAtRestart_.contains(label)) {
             continue;
         }
@@ -171,7 +171,7 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
         // A window may be outside all displays if it refuses to move after its display has become smaller. A window of
         // a slow application may be outside as well: by the time it moves, its new display may be disconnected.
         const auto& traits = window->traits();
-        const bool movesAtOnce = !traits.refusesToMove && traits.answersAfter <= Seconds(0);
+        const bool movesAtOnce = !traits.refusesToMove && traits.writeDelay <= Seconds(0);
         if (movesAtOnce && !desktop.isOnSomeDisplay(*window)) {
             violations.push_back("window outside all displays: " + window->label());
         }
@@ -179,7 +179,7 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
     // KOVA does not notice that an unresponsive application has closed a window, and some closed windows continue to
     // respond. Both kinds of windows may have tiles.
     for (const auto& window : controller().liveWindows()) {
-        if (desktop.isSilent(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
+        if (desktop.isUnresponsive(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
     }
     const auto& zoomed = *controller().state().focusMode;
     if (zoomed && !living.contains(zoomed->windowID)) violations.push_back("focus mode of a closed window");
@@ -198,7 +198,7 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
         const std::string label = desktop.labelOfID(*tile.windowID);
         if (label == tile.windowID->text()) continue;
         const auto& window = desktop.window(label);
-        if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
+        if (desktop.placesWindows() || !window.isObedient() || !desktop.isResponding(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
         // A restart moves no window: a window that is not in its tile stays where it is until its tile changes or the

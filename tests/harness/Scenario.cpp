@@ -167,7 +167,7 @@ Seconds Scenario::settlingTime() const {
     constexpr Seconds kTwoPolls = 8 * SimulatedDesktop::kReadDeadline;
     const auto running = desktop.runningApplications();
     const bool isSlow = std::ranges::any_of(
-        running, [&](const auto& application) { return desktop.isSilent(application.processIdentifier); });
+        running, [&](const auto& application) { return desktop.isUnresponsive(application.processIdentifier); });
     return isSlow ? kSettlingTime + kTwoPolls : kSettlingTime;
 }
 

@@ -34,7 +34,7 @@ TEST(EventLoop, RunsPostsInOrderAndTimersWhenTheyAreDue) {
     EXPECT_EQ(order, "past first second third 20ms ");
 }
 
-TEST(EventLoop, TimersAreNeverEarlyAndStayCancelled) {
+TEST(EventLoop, TimersAreNeverEarlyAndStayCanceled) {
     EventLoop loop;
     const auto start = loop.uptime();
     bool lateRan = false;
@@ -44,7 +44,7 @@ TEST(EventLoop, TimersAreNeverEarlyAndStayCancelled) {
     std::shared_ptr<ScheduledWork> own;
     own = loop.after(5ms, [&] { own->cancel(); });
     loop.after(30ms, [&] { loop.quit(0); });
-    // Keeps the loop busy until the timer `late` is due and queued. Even then the timer can be cancelled.
+    // Keeps the loop busy until the timer `late` is due and queued. Even then the timer can be canceled.
     loop.post([&] {
         while (loop.uptime() - start < 20ms) {
         }

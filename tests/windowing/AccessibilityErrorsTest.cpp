@@ -38,20 +38,20 @@ TEST(WindowListParsing, AnEntryWithANumberThatIsMissingOrOutOfRangeIsSkipped) {
 TEST(AccessibilityErrors, AWindowCountsAsClosedOnlyAfterTheErrorInvalidElement) {
     using enum WindowPresence;
     const std::pair<int, WindowPresence> cases[] = {
-        {0, present},       // success
-        {-25205, present},  // attribute unsupported
-        {-25212, present},  // no value
-        {-25202, gone},     // invalid element
-        {-25204, noAnswer}, // cannot complete
-        {-25211, noAnswer}, // interface disabled
-        {-25200, noAnswer}, // failure
+        {0, present},         // success
+        {-25205, present},    // attribute unsupported
+        {-25212, present},    // no value
+        {-25202, closed},     // invalid element
+        {-25204, noResponse}, // cannot complete
+        {-25211, noResponse}, // interface disabled
+        {-25200, noResponse}, // failure
     };
     for (const auto& [error, presence] : cases) EXPECT_EQ(windowPresence(error), presence) << error;
 }
 
 TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
     constexpr pid_t kHanging = 7, kResponsive = 8;
-    constexpr auto kSilent = AccessibilityOutcome::silent;
+    constexpr auto kNoResponse = AccessibilityOutcome::noResponse;
     ApplicationBackoff backoff;
     Seconds now{100};
     const auto request = [&](AccessibilityOutcome outcome, Seconds took) {
@@ -64,25 +64,25 @@ TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
 
     EXPECT_TRUE(backoff.maySendRequest(kHanging, RequestOccasion::mainThread, now));
     for (const double pause : {1, 2, 4, 8, 8}) {
-        request(kSilent, Seconds(0.25));
+        request(kNoResponse, Seconds(0.25));
         EXPECT_FALSE(pollMayRequestAfter(pause - 0.01)) << pause;
         EXPECT_TRUE(pollMayRequestAfter(pause)) << pause;
         EXPECT_FALSE(backoff.maySendRequest(kHanging, RequestOccasion::mainThread, now + Seconds(3600))) << pause;
         EXPECT_TRUE(backoff.maySendRequest(kResponsive, RequestOccasion::mainThread, now)) << pause;
         now += Seconds(pause);
     }
-    request(AccessibilityOutcome::answered, Seconds(0.1));
+    request(AccessibilityOutcome::responded, Seconds(0.1));
     EXPECT_TRUE(backoff.maySendRequest(kHanging, RequestOccasion::mainThread, now));
-    request(kSilent, Seconds(0.25));
+    request(kNoResponse, Seconds(0.25));
     EXPECT_TRUE(pollMayRequestAfter(1)) << "a response resets the interval to its shortest length";
 
     // A failure without a delay is not a timeout: the application may be about to show its first window.
-    request(kSilent, Seconds(0.01));
+    request(kNoResponse, Seconds(0.01));
     EXPECT_TRUE(pollMayRequestAfter(0));
-    request(kSilent, Seconds(0.25));
-    EXPECT_EQ(backoff.silent(), std::vector<pid_t>{kHanging});
-    request(AccessibilityOutcome::gone, Seconds(0.25));
-    EXPECT_TRUE(backoff.silent().empty());
+    request(kNoResponse, Seconds(0.25));
+    EXPECT_EQ(backoff.unresponsive(), std::vector<pid_t>{kHanging});
+    request(AccessibilityOutcome::invalidElement, Seconds(0.25));
+    EXPECT_TRUE(backoff.unresponsive().empty());
 }
 
 TEST(AccessibilityErrors, AnApplicationThatRefusesARequestCountsAsResponsive) {
@@ -90,23 +90,23 @@ TEST(AccessibilityErrors, AnApplicationThatRefusesARequestCountsAsResponsive) {
     constexpr int kSuccess = 0, kFailure = -25200, kAttributeUnsupported = -25205, kDisabled = -25211,
                   kNoValue = -25212;
     for (const int error : {kSuccess, kFailure, kAttributeUnsupported, kDisabled, kNoValue}) {
-        EXPECT_EQ(accessibilityOutcome(error), AccessibilityOutcome::answered) << error;
+        EXPECT_EQ(accessibilityOutcome(error), AccessibilityOutcome::responded) << error;
     }
-    EXPECT_EQ(accessibilityOutcome(-25202), AccessibilityOutcome::gone);
-    EXPECT_EQ(accessibilityOutcome(-25204), AccessibilityOutcome::silent);
+    EXPECT_EQ(accessibilityOutcome(-25202), AccessibilityOutcome::invalidElement);
+    EXPECT_EQ(accessibilityOutcome(-25204), AccessibilityOutcome::noResponse);
 }
 
 TEST(AccessibilityErrors, AnElementAnnouncesChangesIfItAcceptsOneOfTheRequests) {
-    using enum AnnouncementAnswer;
+    using enum AnnouncementResponse;
     constexpr int kUnsupported = -25207, kRegisteredAlready = -25209, kCannotComplete = -25204, kDisabled = -25211;
-    const std::pair<std::vector<int>, AnnouncementAnswer> cases[] = {
+    const std::pair<std::vector<int>, AnnouncementResponse> cases[] = {
         {{0, 0, 0}, announces},
         {{kUnsupported, kRegisteredAlready}, announces},
         {{kUnsupported, kUnsupported}, refuses},
-        {{0, kCannotComplete}, noAnswer},
-        {{kDisabled, kDisabled}, noAnswer},
+        {{0, kCannotComplete}, noResponse},
+        {{kDisabled, kDisabled}, noResponse},
     };
-    for (const auto& [errors, answer] : cases) EXPECT_EQ(announcementAnswer(errors), answer) << errors.front();
+    for (const auto& [errors, answer] : cases) EXPECT_EQ(announcementResponse(errors), answer) << errors.front();
 }
 
 TEST(AccessibilityErrors, APermissionCountsAsIgnoredOnceSeveralApplicationsRefuseAndNoneResponds) {

@@ -20,8 +20,8 @@ TEST(ChangeNotifications, EachWaitingObjectIsNotifiedOnceUnlessItCancels) {
 
     auto first = changes.notifyWhenChanged(*count, [&] { calls += "first "; });
     auto second = changes.notifyWhenChanged(*count, [&] { calls += "second "; });
-    auto cancelled = changes.notifyWhenChanged(*count, [&] { calls += "cancelled "; });
-    cancelled = {};
+    auto canceled = changes.notifyWhenChanged(*count, [&] { calls += "canceled "; });
+    canceled = {};
     runPosted();
     EXPECT_EQ(calls, "");
     bench.desktop.setTitle("Mail", "Inbox");

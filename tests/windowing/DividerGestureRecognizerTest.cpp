@@ -24,7 +24,7 @@ TEST(DividerGestureRecognizer, RecognizesPressDragAndRelease) {
     DividerGestureRecognizer recognizer;
     std::string events;
     const auto record = [&](const std::optional<DividerHandleEvent>& event) {
-        constexpr std::array kWords = {"pressed", "moved", "released", "cancelled", "doubleClicked"};
+        constexpr std::array kWords = {"pressed", "moved", "released", "canceled", "doubleClicked"};
         if (!event) {
             events += "- ";
             return;
@@ -46,7 +46,7 @@ TEST(DividerGestureRecognizer, RecognizesPressDragAndRelease) {
     record(recognizer.cancel({2, 0}));
     record(recognizer.move({3, 0}));
     record(recognizer.release({4, 0}));
-    expect("pressed:a@1 cancelled:a@2 - - ");
+    expect("pressed:a@1 canceled:a@2 - - ");
 
     record(recognizer.press("a", 2, {1, 0}));
     record(recognizer.move({2, 0}));
@@ -59,7 +59,7 @@ TEST(DividerGestureRecognizer, RecognizesPressDragAndRelease) {
     record(recognizer.keepOnly(std::span(both).last(1), {3, 0}));
     record(recognizer.keepOnly({}, {3, 0}));
     EXPECT_FALSE(recognizer.isHeld());
-    expect("- cancelled:a@3 - ");
+    expect("- canceled:a@3 - ");
 }
 
 TEST(DividerGestureRecognizer, ThePressFrameOfAThinHandleIsEightPointsThickAroundItsMiddle) {

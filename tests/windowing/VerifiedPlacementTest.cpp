@@ -157,7 +157,7 @@ TEST(VerifiedPlacement, WindowThatCannotFillItsTargetIsMovedInsideIt) {
 
     // A slow window has not carried out the correction when the last pass reads its frame. The pass then also writes a
     // frame of the present size that is inside the target.
-    PlacementBench slow({.maximumSize = CGSize{520, 360}, .answersAfter = Seconds(10)});
+    PlacementBench slow({.maximumSize = CGSize{520, 360}, .writeDelay = Seconds(10)});
     slow.journalUntil(0.64);
     slow.desktop.userMoves("Mail", makeRect(250, 80, 520, 360));
     EXPECT_EQ(slow.journalUntil(0.65),
@@ -225,7 +225,7 @@ TEST(VerifiedPlacement, PlacesWindowsThatDelayClampOrRevertRequests) {
         WindowTraits traits;
     };
     const Case cases[] = {
-        {"carries out requests late", {.answersAfter = Seconds(0.2)}},
+        {"carries out requests late", {.writeDelay = Seconds(0.2)}},
         {"clamps its frame to the display", {.frame = makeRect(2000, 900, 500, 500), .clampsToDisplay = true}},
         {"returns to its former frame twice", {.springsBackTimes = 2}},
     };

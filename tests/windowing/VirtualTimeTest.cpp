@@ -22,7 +22,7 @@ TEST(VirtualTime, AJobThatReadsTheUptimeGetsTheTimeAtWhichItWasDue) {
         queue.post(record("posted"));
         queue.after(Seconds(0.2), record("later"));
     });
-    queue.after(Seconds(0.2), record("cancelled"))->cancel();
+    queue.after(Seconds(0.2), record("canceled"))->cancel();
     queue.post(record("now"));
     queue.after(Seconds(-1), record("overdue"));
     for (int i = 0; i < 2; ++i) queue.advance(Seconds(0.1));

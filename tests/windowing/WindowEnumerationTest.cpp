@@ -134,7 +134,7 @@ TEST(WindowEnumeration, OnlyTheUnresponsiveApplicationCostsItsTimeout) {
     desktop.launch("Notes");
     desktop.open("Mail");
     desktop.open("Notes", {.frame = makeRect(0, 0, 500, 400)});
-    desktop.setAnswering("Mail", false);
+    desktop.setResponding("Mail", false);
     std::string found;
     desktop.pollingQueue().post([&] { desktop.queue().post([&, text = listed(bench)] { found = text; }); });
     desktop.queue().advance(SimulatedDesktop::kReadDeadline - Seconds(0.001));
@@ -166,7 +166,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfUnlistedKnownWindowsOnly) {
         {"small but managed before", [&] { desktop.userMoves("Mail 2", makeRect(0, 0, 100, 60)); }, "", 0},
         {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 3},
         {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
-        {"unresponsive", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},
+        {"unresponsive", [&] { desktop.setResponding("Notes", false); }, "Notes unresponsive, Notes 2 unresponsive", 2},
         {"the application has ended", [&] { desktop.quit("Notes"); }, "", 1},
     };
     WindowEnumeration found;
@@ -182,7 +182,8 @@ TEST(WindowEnumeration, QueriesThePresenceOfUnlistedKnownWindowsOnly) {
         EXPECT_EQ(requestsOfPoll(known) - withoutKnown, moreRequests) << what;
         std::string text;
         for (const auto& window : found.unlisted) {
-            text += (text.empty() ? "" : ", ") + desktop.labelOfID(window.id) + (window.answers ? "" : " silent");
+            text += (text.empty() ? "" : ", ") + desktop.labelOfID(window.id) +
+                    (window.isResponding ? "" : " unresponsive");
         }
         EXPECT_EQ(text, expected) << what;
     }

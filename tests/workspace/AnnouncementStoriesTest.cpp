@@ -2,7 +2,7 @@
 // changes.
 #include "app/WindowDragCoordinator.h"
 #include "tests/harness/Scenario.h"
-#include "windowing/WindowHold.h"
+#include "windowing/WindowDragRegion.h"
 
 #include <gtest/gtest.h>
 
@@ -94,12 +94,12 @@ TEST_F(Announcements, AnApplicationThatRefusesToBeObservedIsPolledOnlyWhileItHas
 }
 
 TEST_F(Announcements, AnApplicationThatDoesNotRespondIsPolledForAWhile) {
-    desk.desktop.setAnswering("Mail", false);
+    desk.desktop.setResponding("Mail", false);
     desk.advance(Seconds(11));
     EXPECT_GE(polls(Seconds(40)), 30) << "the application may respond again at any moment";
     desk.advance(Seconds(30));
     EXPECT_LE(polls(Seconds(100)), 10);
-    desk.desktop.setAnswering("Mail", true);
+    desk.desktop.setResponding("Mail", true);
     desk.advance(Seconds(15));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     EXPECT_LE(polls(Seconds(100)), 10);
@@ -178,7 +178,7 @@ TEST_F(Announcements, APressQueriesWindowsOnlyNearATitleBarOrAnEdge) {
     desk.settle().expectTiles("Mail 15,15 1254x1382 + Notes | -");
 }
 
-TEST(WindowHold, WindowsAreDraggedByTitleBarsAndEdges) {
+TEST(WindowDragRegion, WindowsAreDraggedByTitleBarsAndEdges) {
     const std::vector<CGRect> frames = {makeRect(100, 100, 800, 600), makeRect(1000, 100, 300, 300)};
     const struct {
         CGPoint point;

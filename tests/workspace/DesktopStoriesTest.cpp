@@ -49,7 +49,7 @@ TEST(DesktopStories, UnpluggingADisplayInFocusModeKeepsAllWindowsReachable) {
     EXPECT_FALSE(*desk.state().focusMode);
 }
 
-TEST(DesktopStories, DragsEndWhenCancelledOrWhenFocusModeBegins) {
+TEST(DesktopStories, DragsEndWhenCanceledOrWhenFocusModeBegins) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
     const std::string arranged = desk.tiles();

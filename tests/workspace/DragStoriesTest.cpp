@@ -81,7 +81,7 @@ TEST_F(DragStories, UpdatesAreAppliedAtMostSixtyTimesASecondAndTheLastOneAlways)
     kova().perform(action::EndDividerDrag{divider});
 }
 
-TEST_F(DragStories, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
+TEST_F(DragStories, ADragThatEndsWhereItBeganOrIsCanceledChangesNothing) {
     const auto profile = *desk.state().profile;
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::EndDividerDrag{divider});

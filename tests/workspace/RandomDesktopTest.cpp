@@ -48,7 +48,7 @@ class RandomDay : public RandomWalk {
     void end() override {
         auto& desktop = desk_.desktop;
         for (const auto& application : desktop.runningApplications())
-            desktop.setAnswering(*application.localizedName, true);
+            desktop.setResponding(*application.localizedName, true);
         endDisturbances();
         desk_.settleFully().arrange();
         withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); });
@@ -83,7 +83,7 @@ class RandomDay : public RandomWalk {
             traits.refusesToResize = true;
             break;
         case 5:
-            traits.answersAfter = Seconds(0.3);
+            traits.writeDelay = Seconds(0.3);
             break;
         case 6:
             traits.springsBackTimes = 3;
@@ -157,8 +157,8 @@ class RandomDay : public RandomWalk {
         std::set<WindowID> onShownSpace;
         for (const auto& window : controller.liveWindows()) {
             // The Space of an unresponsive window is unknown, and the window may claim more tiles once it responds.
-            if (!window.isAnswering) mayChangeAnyway = true;
-            if (!window.isElsewhere && window.isAnswering) onShownSpace.insert(window.id);
+            if (!window.isResponding) mayChangeAnyway = true;
+            if (!window.isElsewhere && window.isResponding) onShownSpace.insert(window.id);
         }
         interrupt();
         desk_.advance(Seconds(1.5));
@@ -298,14 +298,15 @@ void RandomDay::addSystemOperations() {
              desk_.desktop.sendToVirtualDesktop(label, static_cast<int>(below(2)));
          })},
         {"shows desktop", [this] { desk_.desktop.showVirtualDesktop(static_cast<int>(below(2))); }},
-        {"hangs", toWindow([this](const auto& label) { desk_.desktop.setAnswering(applicationOf(label), chance(2)); })},
+        {"hangs",
+         toWindow([this](const auto& label) { desk_.desktop.setResponding(applicationOf(label), chance(2)); })},
         {"hangs for a moment", toWindow([this](const auto& label) {
-             const auto setAnswering =
-                 [&](bool answers) { // an application that was requested to quit may end meanwhile
+             const auto setResponding =
+                 [&](bool responds) { // an application that was requested to quit may end meanwhile
                      const std::string application = applicationOf(label);
-                     if (desk_.desktop.isRunning(application)) desk_.desktop.setAnswering(application, answers);
+                     if (desk_.desktop.isRunning(application)) desk_.desktop.setResponding(application, responds);
                  };
-             expectTilesKept([&] { setAnswering(false); }, [&] { setAnswering(true); });
+             expectTilesKept([&] { setResponding(false); }, [&] { setResponding(true); });
          })},
         {"visits a desktop",
          [this] {

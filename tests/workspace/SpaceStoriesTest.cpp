@@ -209,16 +209,16 @@ TEST(UnresponsiveApplication, KeepsItsTilesAsLongAsItsProcessRuns) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string picture = desk.tiles();
     for (const Seconds duration : {Seconds(0.6), Seconds(90)}) {
-        desk.desktop.setAnswering("Mail", false);
+        desk.desktop.setResponding("Mail", false);
         desk.advance(duration);
         EXPECT_EQ(desk.tiles(), picture);
-        desk.desktop.setAnswering("Mail", true);
+        desk.desktop.setResponding("Mail", true);
         desk.settle();
         EXPECT_EQ(desk.tiles(), picture);
     }
     desk.desktop.userFocuses("Mail");
     desk.zoom();
-    desk.desktop.setAnswering("Mail", false);
+    desk.desktop.setResponding("Mail", false);
     desk.advance(Seconds(5));
     EXPECT_TRUE(desk.state().focusMode->has_value());
     desk.desktop.quit("Mail");
@@ -230,9 +230,9 @@ TEST(UnresponsiveApplication, KeepsItsTilesAsLongAsItsProcessRuns) {
 TEST(UnresponsiveApplication, FollowsAnArrangementOnceItResponds) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
-    desk.desktop.setAnswering("Mail", false);
+    desk.desktop.setResponding("Mail", false);
     desk.layout("jarvis.command-center").advance(Seconds(30));
-    desk.desktop.setAnswering("Mail", true);
+    desk.desktop.setResponding("Mail", true);
     desk.settle(); // checks that the window is in its tile
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(10)), 0);
 }

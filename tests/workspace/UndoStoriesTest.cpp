@@ -39,7 +39,7 @@ TEST_P(UndoStories, AWindowThatIsBeingRestoredCountsAsRestored) {
         desk.desktop.setHidingStyle(GetParam());
         desk.desktop.pollingQueue().setJobDuration(pollDuration);
         desk.display(2560, 1440).layout("jarvis.dual-split");
-        desk.opens("Mail", {.isMinimized = true, .answersAfter = Seconds(0.2)}).opens("Codex").start();
+        desk.opens("Mail", {.isMinimized = true, .writeDelay = Seconds(0.2)}).opens("Codex").start();
         desk.advance(Seconds(1));
         auto& controller = desk.controller();
         controller.perform(action::Arrange{});
@@ -76,7 +76,7 @@ TEST_P(UndoStories, EachCommandStartsFromTheStateThatThePreviousOneRequested) {
     Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
     desk.display(2560, 1440).layout("jarvis.quad-grid");
-    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name, {.answersAfter = Seconds(0.15)});
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name, {.writeDelay = Seconds(0.15)});
     desk.arrange();
     auto& controller = desk.controller();
     for (const auto direction : {WorkspaceDirection::right, WorkspaceDirection::left, WorkspaceDirection::down}) {
@@ -99,7 +99,7 @@ TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainOnASlowDesktop) {
         const bool byUndo = i % 2 == 0;
         Scenario desk;
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
-        desk.opens("Mail", {.answersAfter = Seconds(0.3)}).arrange();
+        desk.opens("Mail", {.writeDelay = Seconds(0.3)}).arrange();
         desk.desktop.setMaximized("Mail", true);
         desk.desktop.userFocuses("Mail");
         desk.advance(Seconds(2 + 0.05 * i));

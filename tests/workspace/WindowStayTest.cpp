@@ -50,8 +50,8 @@ TEST(LeftAloneReason, TheFirstReasonInTheOrderOfPrecedenceIsGiven) {
     window.isVisible = true;
     EXPECT_FALSE(whyLeftAlone(window, {}));
     EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAloneReason::applicationHidden);
-    window.isAnswering = false;
-    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAloneReason::notAnswering);
+    window.isResponding = false;
+    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAloneReason::notResponding);
     window.isMaximized = true;
     EXPECT_EQ(whyLeftAlone(window, {}), LeftAloneReason::maximized);
     window.isFullScreen = true;

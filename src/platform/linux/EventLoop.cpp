@@ -31,7 +31,7 @@ class EventLoop::Timer final : public ScheduledWork, public std::enable_shared_f
         asio::post(context, [self = shared_from_this()] { self->fire(); });
     }
     void cancel() override {
-        work_ = nullptr; // cancelling the timer has no effect if its handler is already queued
+        work_ = nullptr; // canceling the timer has no effect if its handler is already queued
         timer_.cancel();
     }
 

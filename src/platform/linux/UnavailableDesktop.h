@@ -27,7 +27,7 @@ class UnavailableDesktop final : public AccessibilityServicing,
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
-    WindowPresence presenceOf(const AccessibilityElement&) const override { return WindowPresence::noAnswer; }
+    WindowPresence presenceOf(const AccessibilityElement&) const override { return WindowPresence::noResponse; }
     void writeAttributes(const AccessibilityElement&, std::span<const AttributeWrite>) override {}
     void performAction(const AccessibilityElement&, AccessibilityAction) override {}
     std::optional<AccessibilityElement> elementAtPosition(CGPoint) const override { return std::nullopt; }

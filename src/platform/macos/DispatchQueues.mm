@@ -11,7 +11,7 @@ namespace kova::macos {
 
 namespace {
 
-/// The event handler of the source keeps the timer alive until the work has run or was cancelled. So callers need not
+/// The event handler of the source keeps the timer alive until the work has run or was canceled. So callers need not
 /// keep a reference.
 class Timer final : public ScheduledWork, public std::enable_shared_from_this<Timer> {
   public:
@@ -41,7 +41,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         if (work) contained(work);
     }
     void release() {
-        // Cancelling the source releases its handler, which releases this object.
+        // Canceling the source releases its handler, which releases this object.
         if (source_) dispatch_source_cancel(source_);
         source_ = nil;
     }

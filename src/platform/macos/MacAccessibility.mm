@@ -141,7 +141,7 @@ WindowPresence MacAccessibility::presenceOf(const AccessibilityElement& window) 
         const auto error = send(window.processIdentifier, [&] {
             return AXUIElementCopyAttributeValue(target.get(), (__bridge CFStringRef)name, role.receiver());
         });
-        return error ? windowPresence(*error) : WindowPresence::noAnswer;
+        return error ? windowPresence(*error) : WindowPresence::noResponse;
     }
 }
 
@@ -210,7 +210,7 @@ std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {
 
 std::vector<pid_t> MacAccessibility::silentApplications() const {
     const MutexLock lock(mutex_);
-    return backoff_.silent();
+    return backoff_.unresponsive();
 }
 
 } // namespace kova::macos

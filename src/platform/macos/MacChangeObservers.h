@@ -25,7 +25,7 @@ class MacChangeObservers final : public DesktopChangeServicing {
     std::optional<std::uint64_t> changeCount() const override { return changes_; }
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
     bool announcesWithoutRequest() const override { return false; }
-    AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
+    AnnouncementResponse requestAnnouncements(const AccessibilityElement& element) override;
     void endAnnouncements(const AccessibilityElement& element) override;
     std::optional<Seconds> longestIdleTime() const override { return Seconds(10); }
 

@@ -97,22 +97,22 @@ std::shared_ptr<MacChangeObservers::Observer> MacChangeObservers::observerOf(pid
     return known;
 }
 
-AnnouncementAnswer MacChangeObservers::requestAnnouncements(const AccessibilityElement& element) {
+AnnouncementResponse MacChangeObservers::requestAnnouncements(const AccessibilityElement& element) {
     @autoreleasepool {
         const pid_t process = element.processIdentifier;
         const auto observed = observerOf(process);
-        if (!observed) return AnnouncementAnswer::noAnswer;
+        if (!observed) return AnnouncementResponse::noResponse;
         const auto target = systemElement(element);
         std::vector<int> errors;
         for (CFStringRef name : announcementsOf(element)) {
             const auto error = accessibility_.send(
                 process, [&] { return AXObserverAddNotification(observed->observer.get(), target.get(), name, this); });
-            if (!error || accessibilityOutcome(*error) == AccessibilityOutcome::silent) {
-                return AnnouncementAnswer::noAnswer;
+            if (!error || accessibilityOutcome(*error) == AccessibilityOutcome::noResponse) {
+                return AnnouncementResponse::noResponse;
             }
             errors.push_back(*error);
         }
-        return announcementAnswer(errors);
+        return announcementResponse(errors);
     }
 }
 

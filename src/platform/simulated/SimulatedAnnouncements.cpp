@@ -5,12 +5,12 @@
 
 namespace kova {
 
-AnnouncementAnswer SimulatedAnnouncements::request(const AccessibilityElement& element) {
+AnnouncementResponse SimulatedAnnouncements::request(const AccessibilityElement& element) {
     ++requestCount_;
-    if (refusing_.contains(element.processIdentifier)) return AnnouncementAnswer::refuses;
+    if (refusing_.contains(element.processIdentifier)) return AnnouncementResponse::refuses;
     requested_.insert({element.processIdentifier, element.hash});
     dropped_.erase({element.processIdentifier, element.hash});
-    return AnnouncementAnswer::announces;
+    return AnnouncementResponse::announces;
 }
 
 void SimulatedAnnouncements::end(const AccessibilityElement& element) {
@@ -72,10 +72,10 @@ bool SimulatedDesktop::hasEnhancedUserInterface(std::string_view name) const {
 
 // Requests of KOVA
 
-AnnouncementAnswer SimulatedDesktop::requestAnnouncements(const AccessibilityElement& element) {
+AnnouncementResponse SimulatedDesktop::requestAnnouncements(const AccessibilityElement& element) {
     if (!pollingQueue_.isRunningJob()) violations_.push_back("requestAnnouncements on the main thread");
     const auto* owner = findApplication(element.processIdentifier);
-    if (!owner || !waitForResponse(*owner)) return AnnouncementAnswer::noAnswer;
+    if (!owner || !waitForResponse(*owner)) return AnnouncementResponse::noResponse;
     return announcements_.request(element);
 }
 

@@ -34,7 +34,7 @@ class SimulatedAnnouncements {
     /// The number of calls of `request` since the start.
     int requestCount() const { return requestCount_; }
 
-    AnnouncementAnswer request(const AccessibilityElement& element);
+    AnnouncementResponse request(const AccessibilityElement& element);
     void end(const AccessibilityElement& element);
     /// The system drops all requests, as it does when the permission is withdrawn. Announcements of these elements are
     /// lost until KOVA repeats or ends its requests.

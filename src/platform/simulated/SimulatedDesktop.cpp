@@ -178,7 +178,7 @@ void SimulatedDesktop::userHides(std::string_view name, bool hide) {
     setHidden(application(name), hide);
 }
 
-void SimulatedDesktop::setAnswering(std::string_view name, bool responds) {
+void SimulatedDesktop::setResponding(std::string_view name, bool responds) {
     const bool isSame = std::exchange(application(name).responds, responds) == responds;
     if (announcesWithoutRequest()) return changed();
     if (!isSame) announcements_.noteLoss();

@@ -72,10 +72,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     void userHides(std::string_view application, bool hide = true);
     /// Sets whether the application responds. While it does not respond, each request of a poll takes `kReadDeadline`,
     /// and writes are lost.
-    void setAnswering(std::string_view application, bool responds);
-    bool isAnswering(const SimulatedWindow& window) const;
+    void setResponding(std::string_view application, bool responds);
+    bool isResponding(const SimulatedWindow& window) const;
     /// Whether the process is a running application that does not respond in time.
-    bool isSilent(pid_t processIdentifier) const;
+    bool isUnresponsive(pid_t processIdentifier) const;
     // Traits of a Mac (SimulatedAnnouncements.cpp)
     /// Sets the time that each request of a poll takes. If it is `kReadDeadline` or more, no application responds in
     /// time.
@@ -259,7 +259,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
     bool announcesWithoutRequest() const override { return announcements_.style() == AnnouncementStyle::always; }
-    AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
+    AnnouncementResponse requestAnnouncements(const AccessibilityElement& element) override;
     void endAnnouncements(const AccessibilityElement& element) override { announcements_.end(element); }
     std::optional<Seconds> longestIdleTime() const override;
     std::vector<DiagnosticLine> diagnose() const override;

@@ -196,8 +196,8 @@ void SimulatedDesktop::writeAttributes(const AccessibilityElement& element, std:
     window->frameWriteCount += std::any_of(writes.begin(), writes.end(), concernsFrame) ? 1 : 0;
     if (window->traits().vanishesAtWrite == window->writeCount) return remove(*window);
     const std::vector<AttributeWrite> kept(writes.begin(), writes.end());
-    if (window->traits().answersAfter <= Seconds(0)) return apply(window->number(), kept);
-    queue_.after(window->traits().answersAfter,
+    if (window->traits().writeDelay <= Seconds(0)) return apply(window->number(), kept);
+    queue_.after(window->traits().writeDelay,
                  lifetime_.guard([this, number = window->number(), kept] { apply(number, kept); }));
 }
 

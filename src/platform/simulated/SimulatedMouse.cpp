@@ -108,7 +108,7 @@ void SimulatedDesktop::releaseButton(ShiftKey shift) {
 
 void SimulatedDesktop::pressEscape() {
     if (!hold_ || !hold_->handleID || std::exchange(hold_->isOver, true)) return;
-    postEvent(DividerHandleEvent::Kind::cancelled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
+    postEvent(DividerHandleEvent::Kind::canceled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
 }
 
 // The platform interfaces

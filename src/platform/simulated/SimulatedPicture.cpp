@@ -17,11 +17,11 @@ bool SimulatedDesktop::isOnScreen(const SimulatedWindow& window) const {
     return !isLocked_ && !hidden && !window.isMinimized && !window.isBackgroundTab && isOnShownSpace(window);
 }
 
-bool SimulatedDesktop::isAnswering(const SimulatedWindow& window) const {
+bool SimulatedDesktop::isResponding(const SimulatedWindow& window) const {
     return isInTime(*findApplication(window.processIdentifier()));
 }
 
-bool SimulatedDesktop::isSilent(pid_t processIdentifier) const {
+bool SimulatedDesktop::isUnresponsive(pid_t processIdentifier) const {
     const auto* application = findApplication(processIdentifier);
     return application && !isInTime(*application);
 }
@@ -80,7 +80,7 @@ std::vector<DiagnosticLine> SimulatedDesktop::diagnose() const {
     for (const auto& application : applications_) {
         if (application.responds) continue;
         lines.push_back({"slow applications", DiagnosticVerdict::note,
-                         application.name + " does not answer; its windows are left alone until it does"});
+                         application.name + " does not respond; its windows are left alone until it does"});
     }
     return lines;
 }

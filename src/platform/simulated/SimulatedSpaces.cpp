@@ -126,10 +126,10 @@ void SimulatedDesktop::showNextTabOf(const SimulatedWindow& closing) {
 WindowPresence SimulatedDesktop::presenceOf(const AccessibilityElement& window) const {
     ++readCount_;
     const auto* owner = findApplication(window.processIdentifier);
-    if (!owner) return WindowPresence::gone;
-    if (!isTrusted_ || isPermissionStale_ || !waitForResponse(*owner)) return WindowPresence::noAnswer;
+    if (!owner) return WindowPresence::closed;
+    if (!isTrusted_ || isPermissionStale_ || !waitForResponse(*owner)) return WindowPresence::noResponse;
     const auto* found = windowOf(window);
-    return found && !found->isLost ? WindowPresence::present : WindowPresence::gone;
+    return found && !found->isLost ? WindowPresence::present : WindowPresence::closed;
 }
 
 std::optional<std::uint64_t> SimulatedDesktop::spaceOf(const AccessibilityElement& element) const {

@@ -49,7 +49,7 @@ bool SimulatedWindow::isObedient() const {
 std::optional<CGSize> SimulatedWindow::leastSize() const {
     const bool isPlain = traits_.role == "AXWindow" && traits_.unreadable.empty() && !traits_.refusesToMove &&
                          !traits_.refusesToResize && !traits_.clampsToDisplay && !traits_.aspect &&
-                         traits_.answersAfter <= Seconds(0) && traits_.springsBackTimes == 0 &&
+                         traits_.writeDelay <= Seconds(0) && traits_.springsBackTimes == 0 &&
                          traits_.vanishesAtWrite == 0;
     if (!isPlain) return std::nullopt;
     const CGSize announced = traits_.minimumSize.value_or(CGSize{});

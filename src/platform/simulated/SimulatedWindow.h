@@ -47,7 +47,7 @@ struct WindowTraits {
     bool refusesToResize = false;
     bool clampsToDisplay =
         false;                // stays on its display: its position limits a new size, its size limits a new position
-    Seconds answersAfter{0};  // the delay until a write takes effect
+    Seconds writeDelay{0};    // the delay until a write takes effect
     int springsBackTimes = 0; // how many times it returns to its former frame 0.1 s after a request
     int vanishesAtWrite = 0;  // closes itself at the write with this number; 0: never
 };

@@ -20,10 +20,10 @@ std::chrono::nanoseconds wholeNanoseconds(Seconds duration) {
 
 struct VirtualMainQueue::Task : ScheduledWork {
     explicit Task(std::function<void()> theWork) : work(std::move(theWork)) {}
-    void cancel() override { isCancelled = true; }
+    void cancel() override { isCanceled = true; }
 
     std::function<void()> work;
-    bool isCancelled = false;
+    bool isCanceled = false;
 };
 
 std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::add(Nanoseconds delay, std::function<void()> work) {
@@ -67,7 +67,7 @@ void VirtualMainQueue::runUntil(Nanoseconds end) {
         ranAtOneMoment = uptime_ == moment ? ranAtOneMoment + 1 : 0;
         moment = uptime_;
         if (ranAtOneMoment > kEndlessWork) throw std::logic_error("work on the main queue posts more work without end");
-        if (!task->isCancelled) task->work();
+        if (!task->isCanceled) task->work();
     }
     const MutexLock lock(mutex_); // another thread may be posting
     uptime_ = std::max(uptime_, end);
@@ -84,7 +84,7 @@ void VirtualMainQueue::runDue() {
 std::size_t VirtualMainQueue::pendingCount() const {
     const MutexLock lock(mutex_);
     std::size_t count = 0;
-    for (const auto& [key, task] : tasks_) count += task->isCancelled ? 0 : 1;
+    for (const auto& [key, task] : tasks_) count += task->isCanceled ? 0 : 1;
     return count;
 }
 

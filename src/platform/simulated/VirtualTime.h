@@ -23,7 +23,7 @@ class VirtualMainQueue : public MainQueue {
     void advance(Seconds duration);
     /// Runs the work that is due now, and the work that this work posts. Throws std::logic_error if that does not end.
     void runDue();
-    /// The number of tasks that have not run; cancelled tasks do not count.
+    /// The number of tasks that have not run; canceled tasks do not count.
     std::size_t pendingCount() const;
 
   private:

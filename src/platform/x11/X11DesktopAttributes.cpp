@@ -187,9 +187,9 @@ bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
 }
 
 WindowPresence X11Desktop::presenceOf(const AccessibilityElement& window) const {
-    if (parts_->isLost) return WindowPresence::noAnswer;
+    if (parts_->isLost) return WindowPresence::noResponse;
     const MutexLock lock(parts_->mutex);
-    return parts_->find(window) ? WindowPresence::present : WindowPresence::gone;
+    return parts_->find(window) ? WindowPresence::present : WindowPresence::closed;
 }
 
 std::optional<std::uint64_t> X11Desktop::spaceOf(const AccessibilityElement& window) const {

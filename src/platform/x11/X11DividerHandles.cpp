@@ -286,7 +286,7 @@ void DividerHandleWindows::released(const xcb_button_release_event_t& event) {
 
 void DividerHandleWindows::cancelDrag() {
     if (!std::exchange(drag_->isOver, true))
-        events_.push_back({DividerHandleEvent::Kind::cancelled, drag_->id, drag_->x, drag_->y});
+        events_.push_back({DividerHandleEvent::Kind::canceled, drag_->id, drag_->x, drag_->y});
 }
 
 bool DividerHandleWindows::act() {

@@ -1,4 +1,4 @@
-#include "windowing/WindowHold.h"
+#include "windowing/WindowDragRegion.h"
 
 #include <algorithm>
 
