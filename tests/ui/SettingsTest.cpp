@@ -235,8 +235,7 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
     EXPECT_FALSE(isRecording());
     record("Focus Left");
     QTest::mouseClick(control<QPushButton>(window, "recordShortcut"), Qt::LeftButton);
-    EXPECT_EQ(row("Focus Left")->text(1), QStringLiteral("Ctrl+Alt+G"))
-        << "a cancelled recording keeps the former keys";
+    EXPECT_EQ(row("Focus Left")->text(1), QStringLiteral("Ctrl+Alt+G")) << "a canceled recording keeps the former keys";
     EXPECT_TRUE(until([&] {
         desk.advance(Seconds(0.3));
         return !isRecording();

@@ -76,7 +76,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
 }
 
 void AlertWindow::present(const json& parameters) {
-    answer(false); // a new alert replaces an open alert, which thereby counts as cancelled
+    answer(false); // a new alert replaces an open alert, which thereby counts as canceled
     alert_ = parameters;
     const QString confirm = alertText(parameters, "confirm"), cancel = alertText(parameters, "cancel");
     const QString close = confirm.isEmpty() ? tr("Close") : confirm;

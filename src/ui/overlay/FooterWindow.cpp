@@ -124,7 +124,7 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
         // The secondary button cancels a drag, since the overlay never has the focus and so gets no Escape key.
         const std::string dragged = dragged_;
         cancelDrag();
-        dragHandler_(dragged, event->globalPosition().toPoint(), DragEvent::cancelled);
+        dragHandler_(dragged, event->globalPosition().toPoint(), DragEvent::canceled);
     } else if (event->button() == Qt::RightButton) {
         const StackEntry* entry = entryAt(hit);
         if (!entry && hit.part == FooterHit::Part::name && !tile_.applications.empty())

@@ -14,7 +14,7 @@ namespace kova::ui {
 
 class FooterWindow final : public OverlayWindow {
   public:
-    enum class DragEvent { moved, dropped, cancelled };
+    enum class DragEvent { moved, dropped, canceled };
     /// Called while the entry of `window` is dragged; `at` is the pointer's position on the screen, in pixels.
     using DragHandler = std::function<void(const std::string& window, QPoint at, DragEvent dragEvent)>;
 

@@ -59,7 +59,7 @@ RulesPane::RulesPane(WindowServices& services) : services_(services) {
         pickingHint_->hide();
         addForWindowAt(position);
     });
-    connect(&picker_, &WindowPicker::cancelled, pickingHint_, &QLabel::hide);
+    connect(&picker_, &WindowPicker::canceled, pickingHint_, &QLabel::hide);
     connect(&services_.agent, &AgentSession::changed, this, [this](const std::set<std::string>& sections) {
         if (sections.contains("rules")) showRules();
         if (sections.contains("windows")) fillWindowMenu();

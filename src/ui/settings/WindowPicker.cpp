@@ -39,7 +39,7 @@ bool WindowPicker::eventFilter(QObject* watched, QEvent* event) {
         if (picks) {
             Q_EMIT picked(position);
         } else {
-            Q_EMIT cancelled();
+            Q_EMIT canceled();
         }
         return true;
     }
@@ -49,7 +49,7 @@ bool WindowPicker::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
             end();
-            Q_EMIT cancelled();
+            Q_EMIT canceled();
         }
         return true;
     default:

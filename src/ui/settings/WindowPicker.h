@@ -25,7 +25,7 @@ class WindowPicker : public QObject {
   Q_SIGNALS:
     /// `position` is in pixels on the screen.
     void picked(QPoint position);
-    void cancelled();
+    void canceled();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
