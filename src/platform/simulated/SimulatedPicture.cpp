@@ -80,7 +80,7 @@ std::vector<DiagnosticLine> SimulatedDesktop::diagnose() const {
     for (const auto& application : applications_) {
         if (application.responds) continue;
         lines.push_back({"slow applications", DiagnosticVerdict::note,
-                         application.name + " does not answer; its windows are left alone until it does"});
+                         application.name + " does not respond; its windows are left alone until it responds"});
     }
     return lines;
 }
