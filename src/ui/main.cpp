@@ -17,10 +17,10 @@ namespace {
 
 constexpr std::string_view kHelp = R"(usage: kova-ui [--socket PATH]
 
-Shows what kova-agent manages: the footers of tiles, empty tiles, where a carried
+Shows what kova-agent manages: the footers of tiles, empty tiles, where a dragged
 window would go, messages, and the menu of the desktop's panel. The agent starts
-it; without an agent it shows nothing and waits for one. Started again by hand it
-shows the settings.
+kova-ui. Without an agent, kova-ui shows nothing and waits for one. If kova-ui is
+started by hand while it runs, the settings are shown.
 
   --socket PATH   the agent's socket (else KOVA_SOCKET, else that of the session)
   --help          this text

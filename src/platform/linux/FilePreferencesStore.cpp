@@ -118,7 +118,7 @@ void FilePreferencesStore::finish(const PreferencesFile::Request& requested, con
     takeOver(written.takenOver, requested.values);
     if (!written.keptAt.empty()) {
         unusable_.keptAt(requested.unusable, written.keptAt);
-        report("the preferences with values that are not used were kept as " + written.keptAt);
+        report("the preferences with values that cannot be used were kept as " + written.keptAt);
     }
     if (!written.notice.empty() && std::ranges::find(notices_, written.notice) == notices_.end()) {
         notices_.push_back(written.notice);

@@ -71,6 +71,7 @@ void SettingSwitch::showState(bool isOn) {
 void SettingSwitch::setText(const QString& text) {
     text_->setText(text);
     text_->setVisible(!text.isEmpty());
+    // Every control needs an accessible description. Without a text, the title serves as the description.
     box_->setAccessibleDescription(text.isEmpty() ? box_->text().remove(u'&') : text);
 }
 
