@@ -122,7 +122,10 @@ int manageSession(const AgentOptions& options) {
     DesktopEntries catalogue(folders, DesktopEntries::localeOfMessages());
     ApplicationScopes scopes(BusAddresses::fromEnvironment().session, loop);
     DesktopLauncher launcher(catalogue, loop, &scopes);
-    const auto opened = Desktop::open(options, (stateFolder / "hidden-windows").string(), loop, catalogue, launcher);
+    // Hidden windows do not outlive the login session, and a full disk must not prevent their record.
+    const auto recordFolder = folders.runtime ? *folders.runtime / "kova" : stateFolder;
+    createPrivateFolder(recordFolder);
+    const auto opened = Desktop::open(options, (recordFolder / "hidden-windows").string(), loop, catalogue, launcher);
     if (const auto* exitCode = std::get_if<int>(&opened)) return *exitCode;
     const auto* desktop = std::get_if<Desktop>(&opened);
 

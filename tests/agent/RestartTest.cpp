@@ -136,8 +136,53 @@ TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
     EXPECT_TRUE(eventually([&] { return shown() != seen; }));
 }
 
+/// Before each test one window is minimized and another one is stacked.
+class Quitting : public Restart {
+  protected:
+    bool areAllShown() { return std::ranges::count(shown(), false) == 0; }
+    void quit() {
+        EXPECT_EQ(session_.kova({"quit"}).exitCode, 0);
+        ASSERT_TRUE(session_.waitForAgent());
+    }
+};
+
+TEST_P(Quitting, ShowsTheWindowsOfAnotherVirtualDesktop) {
+    (void)session_.run({"xdotool", "set_num_desktops", "2"});
+    (void)session_.run({"xdotool", "set_desktop", "1"});
+    ASSERT_TRUE(eventually([&] { return std::ranges::count(shown(), true) == 0; })) << "another desktop is shown";
+    settle();
+    quit();
+    (void)session_.run({"xdotool", "set_desktop", "0"});
+    EXPECT_TRUE(eventually([&] { return areAllShown(); })) << std::ranges::count(shown(), false) << " are hidden";
+}
+
+TEST_P(Quitting, ShowsWindowsThatANewWindowManagerHides) {
+    EXPECT_FALSE(areAllShown());
+    server_.endManager();
+    server_.startManager();
+    ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
+    settle();
+    quit();
+    EXPECT_TRUE(eventually([&] { return areAllShown(); })) << std::ranges::count(shown(), false) << " are hidden";
+}
+
+TEST_P(Quitting, ShowsWindowsThatABusyWindowManagerHidesLate) {
+    while (session_.kova({"undo"}).exitCode == 0) continue;
+    ASSERT_TRUE(eventually([&] { return areAllShown(); }));
+    server_.pauseManager();
+    EXPECT_EQ(session_.kova({"arrange"}).exitCode, 0);
+    sleep(3); // longer than a window manager usually takes
+    EXPECT_TRUE(areAllShown());
+    server_.resumeManager();
+    ASSERT_TRUE(eventually([&] { return !areAllShown(); }));
+    settle();
+    quit();
+    EXPECT_TRUE(eventually([&] { return areAllShown(); })) << std::ranges::count(shown(), false) << " are hidden";
+}
+
 INSTANTIATE_TEST_SUITE_P(Managers, Restart, ::testing::Values(Manager::openbox, Manager::none));
 INSTANTIATE_TEST_SUITE_P(Managers, Upgrade, ::testing::Values(Manager::openbox));
+INSTANTIATE_TEST_SUITE_P(Managers, Quitting, ::testing::Values(Manager::openbox));
 
 } // namespace
 } // namespace kova::testing

@@ -307,6 +307,27 @@ TEST(Resumption, WindowsThatKovaMinimizedAreRestoredAtItsEndAndMinimizedByTheNex
     EXPECT_EQ(minimized(), "Wiki Zip ");
 }
 
+TEST(Resumption, WindowsThatADesktopMinimizesAnewAreRestoredAtTheEnd) {
+    Scenario desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
+    desk.arrange();
+    ASSERT_TRUE(desk.desktop.window("Mail").isMinimized && desk.desktop.window("Viewer").isMinimized);
+    desk.desktop.userMinimizes("Mail", false); // as a new window manager does for a moment
+    desk.settle();
+    desk.desktop.userMinimizes("Mail");
+    desk.settle();
+    desk.desktop.userFocuses("Codex");
+    desk.settle().move(WorkspaceDirection::right).settle(); // stacks Firefox behind Codex
+    desk.desktop.userHides("Firefox", false);
+    desk.advance(Seconds(10));
+    desk.desktop.userMinimizes("Firefox");
+    desk.settle().stop();
+    for (const char* name : {"Mail", "Viewer", "Firefox"}) {
+        EXPECT_FALSE(desk.desktop.window(name).isMinimized) << name << " in " << desk.desktop.picture();
+    }
+}
+
 TEST(RestartStories, TilesOnTheOtherSpaceAreRestored) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();

@@ -61,7 +61,9 @@ bool createPrivateFolder(const std::filesystem::path& folder) {
         path /= component;
         if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) continue;
         // mkdir of an existing automounted or read-only folder may fail with another error.
+        const int error = errno;
         if (struct stat status; stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) continue;
+        errno = error;
         return false;
     }
     struct stat status {};

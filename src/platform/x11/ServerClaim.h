@@ -12,7 +12,8 @@ struct OtherAgent {
     std::optional<pid_t> process; // absent if the server does not know it
 };
 
-/// Claims the server and waits for its reply. Returns the agent that has claimed it already; absent on success.
+/// Claims the server and waits for its replies. If another agent has claimed it, waits up to three seconds for the end
+/// of that agent: “kova quit” may return before the agent has ended. Returns the other agent; absent on success.
 std::optional<OtherAgent> claimServer(const XConnection& connection, const ClientProcesses& processes);
 
 } // namespace kova::x11

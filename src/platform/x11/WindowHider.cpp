@@ -31,6 +31,9 @@ void WindowHider::minimize(ClientWindow& client) {
 
 void WindowHider::restore(ClientWindow& client) {
     if (!isApplicationHidden(client.processIdentifier)) {
+        // Recorded, so that an agent that ends waits for the window.
+        const bool isRecorded = model_.windowManager().isPresent && model_.isMinimized(client);
+        if (isRecorded) record_.add({recordOf(client, HiddenBy::application)});
         showWindow(client);
         if (model_.windowManager().isPresent) return; // the window manager restores the dialogs
         for (ClientWindow* dialog : dialogsOf(client)) showWindow(*dialog);
@@ -70,6 +73,16 @@ bool WindowHider::unhide(pid_t process) {
 
 void WindowHider::showAll() {
     for (const xcb_window_t window : record_.markAllReturning(clock_.uptime())) showWindow(window);
+}
+
+void WindowHider::activateReturning() {
+    for (const HiddenWindow& hidden : record_.all()) {
+        const ClientWindow* client = model_.client(hidden.window);
+        if (!client || !hidden.isReturning || !model_.windowManager().isPresent) continue;
+        if (model_.hasReturned(*client) || !model_.isOnCurrentDesktop(*client)) continue;
+        requests_.sendActivation(*client);
+        hasUnsent_ = true;
+    }
 }
 
 void WindowHider::managerChanged() {
@@ -230,15 +243,13 @@ void WindowHider::mapAgain(xcb_window_t window) {
 }
 
 /// Openbox only marks a window of another desktop as urgent if the window is mapped, but restores it if its state is
-/// requested. Most window managers ignore that request. Some move the window to the current desktop when it is mapped,
-/// so its own desktop is requested after that.
+/// requested. Other window managers ignore that request. Many move a restored window to the current desktop, so its own
+/// desktop is requested after that.
 void WindowHider::restoreOnOtherDesktop(ClientWindow& client) {
     connection_.sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
-    if (model_.windowManager().name != "Openbox") {
-        xcb_map_window(connection_.get(), client.window);
-        constexpr std::uint32_t kFromPager = 2; // window managers obey only a pager in this
-        connection_.sendToWindowManager(client.window, Atom::netWmDesktop, {*client.desktop, kFromPager, 0, 0, 0});
-    }
+    if (model_.windowManager().name != "Openbox") xcb_map_window(connection_.get(), client.window);
+    constexpr std::uint32_t kFromPager = 2; // this request comes from the user, as it does from a pager
+    connection_.sendToWindowManager(client.window, Atom::netWmDesktop, {*client.desktop, kFromPager, 0, 0, 0});
     client.isIconic = client.isHiddenState = false;
     client.iconification.noteRestoreRequest(clock_.uptime(), false);
     model_.markStale(client, stale::state);

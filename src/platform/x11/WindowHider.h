@@ -33,6 +33,9 @@ class WindowHider {
     /// Shows the windows that were hidden with the application; false if there is none.
     bool unhide(pid_t process);
     void showAll();
+    /// Activates the windows that have not returned yet. A window manager that started anew may keep a minimized window
+    /// mapped in a frame that is not mapped. Then a request to map the window has no effect, but activating restores it.
+    void activateReturning();
     /// Call when the window manager has changed or ended: shows the windows that were hidden under the former one.
     void managerChanged();
     /// Takes over the windows that a former agent hid; shows them unless `staysHidden`.

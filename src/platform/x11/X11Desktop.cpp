@@ -72,18 +72,24 @@ X11Desktop::~X11Desktop() {
         HiddenWindows& record = parts_->hider.record();
         record.followModel(parts_->model, now);
         record.writeFile();
-        if (record.all().empty() && !parts_->hider.isAnyRestoreDue() && !kept) return;
+        if (record.all().empty() && !parts_->hider.isAnyRestoreDue() && !kept) return parts_->removeHiddenStates();
     }
     restoreHidden();
     // A window that is just being minimized is restored once it is minimized. Windows that are not on the screen at the
     // end stay recorded for the next agent. Closing the connection could drop requests that the server has not read.
     // Therefore the main thread waits for a moment here; while the desktop is open it never waits.
     const Seconds end = parts_->queue.uptime() + parts_->returnTimeoutAtEnd;
+    Seconds activation = end - parts_->returnTimeoutAtEnd / 2;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
     bool isAnyRestoreDue = true;
     while (isAnyRestoreDue && readEvents() && parts_->queue.uptime() < end) {
         const MutexLock lock(parts_->mutex);
         isAnyRestoreDue = parts_->hider.isAnyRestoreDue() || !parts_->hider.record().all().empty();
+        if (isAnyRestoreDue && parts_->queue.uptime() >= activation) {
+            parts_->hider.activateReturning();
+            parts_->connection->flush();
+            activation = end;
+        }
         if (isAnyRestoreDue) ::poll(&readable, 1, 20);
     }
     parts_->keepActive(active);
@@ -91,8 +97,29 @@ X11Desktop::~X11Desktop() {
         const MutexLock lock(parts_->mutex);
         parts_->hider.record().writeFile();
     }
+    parts_->removeHiddenStates();
     std::free(
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
+}
+
+/// A window manager that has ended leaves its states on the windows, and the next one would minimize the windows that
+/// are marked as hidden, although they are shown now. Waits for the server.
+void X11Desktop::Parts::removeHiddenStates() {
+    const MutexLock lock(mutex);
+    if (isLost || model.windowManager().isPresent) return;
+    constexpr std::uint32_t kMostStates = 64;
+    const Atoms& atoms = connection->atoms();
+    for (const xcb_window_t window : model.clientOrder()) {
+        const ClientWindow* client = model.client(window);
+        if (!client || !model.isShown(*client)) continue;
+        const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+            connection->get(), connection->requestProperty(window, atoms[Atom::netWmState], kMostStates), nullptr));
+        auto states = numbersIn(viewOf(reply.get()), XCB_ATOM_ATOM);
+        if (std::erase(states, atoms[Atom::netWmStateHidden]) == 0) continue;
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, window, atoms[Atom::netWmState], XCB_ATOM_ATOM,
+                            32, static_cast<std::uint32_t>(states.size()), states.data());
+    }
+    connection->flush();
 }
 
 /// Returns the focus to the window when the agent ends, since many window managers focus a restored window.
