@@ -31,7 +31,8 @@ SessionTaker::SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const 
     frames_(parts.frames), recovery_(parts.recovery), session_(parts.session), geometry_(geometry), finder_(finder),
     presenter_(presenter), keeper_(keeper), follower_(follower), steps_(steps), displayChanges_(displayChanges) {}
 
-/// Absent while no windows are known, so that the stored session is kept.
+/// Absent until the stored session was restored or dropped, and without permission: the stored session must not be
+/// overwritten then.
 std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
@@ -197,8 +198,8 @@ std::set<DisplayID> SessionTaker::restoreResizedDisplays() {
     return resized;
 }
 
-/// Accepts the present frames: some windows round their size to whole increments, and a restart must not move windows.
-/// Windows on displays that were connected meanwhile are left out, so that they are placed.
+/// Accepts the present frames, because a restart must not move windows: some windows round their size to whole
+/// increments. Leaves out windows on displays that were connected meanwhile, so that these windows are placed.
 void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
@@ -210,9 +211,9 @@ void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisp
     }
 }
 
-/// On clean exit the agent shows all stacked windows. Hides them again, except windows that the user has focused or
-/// moved since, or whose front window was closed. A window that is still being restored may look minimized at first;
-/// therefore polls only hide windows here, never show them.
+/// The former agent showed its stacked and surplus windows when it ended. Hides them again, except windows that are
+/// focused or were moved, and stacked windows whose front window is not visible. A window that the desktop is still
+/// restoring may look minimized at first, so this function never shows a window.
 void SessionTaker::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
@@ -246,7 +247,8 @@ void SessionTaker::hideStackedWindowsAgain() {
     presenter_.presentDisplaced(displaced);
 }
 
-/// Whether the window is in the frame of its stack's tile, or in its former frame, behind a visible front window.
+/// Whether the window is visible, not focused, behind a visible front window, and in place: its origin is that of the
+/// front window's tiles, or its frame is `formerFrame`. A window whose frame is unknown counts as in place.
 bool SessionTaker::isBackBehindFront(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
     if (!window.isVisible || &window == finder_.focusedWindow() || !tile || !geometry_.screenOfTarget(*tile))
@@ -262,7 +264,7 @@ bool SessionTaker::isBackBehindFront(const ManagedWindow& window, const std::opt
            (formerFrame && nearlyEqual(*window.frame, *formerFrame, kFrameTolerancePoints));
 }
 
-/// Ids of windows that are not listed and may still appear.
+/// Ids of windows that the last poll did not list, and that may still appear.
 std::set<WindowID> SessionTaker::sparedWindowIDs() {
     std::set<WindowID> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
