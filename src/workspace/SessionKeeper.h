@@ -19,7 +19,7 @@ class SessionKeeper {
     SessionKeeper(MainQueue& queue, PreferencesStore& store, std::function<std::optional<WorkspaceSession>()> describe);
 
     /// The session that the former agent stored; absent if it cannot be read.
-    std::optional<WorkspaceSession> kept() const;
+    std::optional<WorkspaceSession> stored() const;
     void noteChange();
     /// Stores at once, without the limit of one second.
     void save();

@@ -51,8 +51,8 @@ class StatusMessages {
     const UndoHistory& undo_;
     std::uint64_t serial_ = 0;
     std::optional<std::uint64_t> newestBefore_; // the newest entry of the history before the present action
-    std::uint64_t undoNumber_ = 0;              // of the entry that reverts what the last message reports; 0 if there is none
-    std::shared_ptr<ScheduledWork> end_;        // of the present message
+    std::uint64_t undoNumber_ = 0;       // of the entry that reverts what the last message reports; 0 if there is none
+    std::shared_ptr<ScheduledWork> end_; // of the present message
     Lifetime lifetime_;
 };
 

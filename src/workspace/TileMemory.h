@@ -6,7 +6,7 @@
 #include "workspace/PartDefaults.h"
 #include "workspace/RememberedLayouts.h"
 #include "workspace/SpaceMemory.h"
-#include "workspace/StackSuccession.h"
+#include "workspace/StackPromotion.h"
 
 #include <cstdint>
 #include <functional>
@@ -58,11 +58,11 @@ class TileMemory : public PartWithoutPolls {
     void forgetRememberedLayoutsOn(const DisplayID& displayID) { rememberedLayouts_.forgetDisplay(displayID); }
 
     // Tiles that windows lost to others
-    const StackSuccession& succession() const { return succession_; }
+    const StackPromotion& stackPromotion() const { return stackPromotion_; }
     void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& waitingTarget) {
-        succession_.noteDisplaced(windowID, lostTarget, waitingTarget);
+        stackPromotion_.noteDisplaced(windowID, lostTarget, waitingTarget);
     }
-    void noteInFront(const WindowID& windowID) { succession_.forget(windowID); }
+    void noteInFront(const WindowID& windowID) { stackPromotion_.forget(windowID); }
 
     /// Windows that rules do not move any more: the rules were evaluated for them, or another operation placed them.
     bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }
@@ -76,7 +76,7 @@ class TileMemory : public PartWithoutPolls {
   private:
     SpaceMemory spaces_;
     RememberedLayouts rememberedLayouts_;
-    StackSuccession succession_;
+    StackPromotion stackPromotion_;
     std::set<WindowID> handledByRules_;
 };
 

@@ -11,7 +11,7 @@
 #include "workspace/PointerActions.h"
 #include "workspace/RuleActions.h"
 #include "workspace/SceneActions.h"
-#include "workspace/SessionTaker.h"
+#include "workspace/SessionRecorder.h"
 #include "workspace/Snapshots.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
@@ -48,7 +48,7 @@ struct WorkspaceOperations {
     ApplicationActions applications;
     SceneActions scenes;
     RuleActions rules;
-    SessionTaker sessionTaker;
+    SessionRecorder sessionRecorder;
 };
 
 } // namespace kova

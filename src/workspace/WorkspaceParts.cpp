@@ -27,7 +27,7 @@ void WorkspaceParts::renameDisplay(const DisplayID& formerID, const DisplayID& n
 }
 
 void WorkspaceParts::forgetPlaces() {
-    session.dropKept(); // restoring it with the first poll would displace the scene's windows
+    session.dropStored(); // restoring it with the first poll would displace the scene's windows
     arrangementMemory.skipStartupArrangement();
     displays.forgetAllWindows();
     tileMemory.forgetRememberedLayouts();
