@@ -15,7 +15,7 @@ namespace kova {
 
 enum class RefusalCode {
     impossible,   // in the present state
-    noPermission, // windows may not be managed, or cannot be in this session
+    noPermission, // the permission is missing, or KOVA cannot manage windows in this login session
 };
 
 struct DividerMovement {
@@ -47,7 +47,7 @@ class Outcome {
         return std::move(*this);
     }
 
-    operator bool() const { return !code_; } // NOLINT: meant to be tested like the flag that it replaces
+    operator bool() const { return !code_; } // NOLINT: an outcome is tested like a bool
     /// The message for the user. Always present if the operation was refused.
     const std::optional<std::string>& message() const { return message_; }
     /// Absent when the operation was done.

@@ -17,7 +17,7 @@ struct PendingApplicationPlacement {
     LaunchableApplication application;
     DisplayID displayID;
     SlotID slotID;
-    TileTarget requestedTile;               // keeps the display's id of the launch, even if that id changes
+    TileTarget requestedTile;               // with the display's id at the launch, even if that id changes later
     Seconds expiresAt{0};                   // uptime
     std::optional<pid_t> processIdentifier; // absent until the process has started
 

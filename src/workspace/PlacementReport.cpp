@@ -30,7 +30,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.isDragUnderWay = pointer_.isPausingPolls();
     situation.hasTile = assignments_.isAssigned(window.id);
     situation.leftAlone = presenter_.whyLeftAlone(window);
-    // KOVA itself hides stacked windows, so that a stacked window is hidden explains nothing.
+    // KOVA itself hides stacked windows, so being hidden is not the reason why a stacked window is not moved.
     const bool isWaiting = assignments_.isInAnyTile(window.id) && !situation.hasTile;
     if (isWaiting && (situation.leftAlone == LeftAloneReason::minimized ||
                       situation.leftAlone == LeftAloneReason::applicationHidden))
@@ -101,7 +101,7 @@ Outcome PlacementReport::repairPlacements() {
     for (const auto& finding : verifyPlacements()) {
         const ManagedWindow* window = liveWindows_.find(finding.windowID);
         if (!window || finding.verdict != PlacementVerdict::drifted) continue;
-        frames_.forgetRefusal(finding.windowID); // all attempts are made again
+        frames_.forgetRefusal(finding.windowID); // so that the window gets all its attempts again
         presenter_.writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
     }
     return Outcome::done();

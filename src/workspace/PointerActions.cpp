@@ -17,7 +17,7 @@ constexpr Seconds kResumeDelay{0.16};
 
 constexpr Seconds kResumeAfterDrop{0.16};
 
-/// Screen space to layout space: origin at the visible frame's top left, y down.
+/// Converts from screen space to the layout space of the visible frame.
 CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
     return makeRect(minX(rectOnScreen) - minX(visibleFrame), maxY(visibleFrame) - maxY(rectOnScreen),
                     rectOnScreen.size.width, rectOnScreen.size.height);
@@ -282,13 +282,13 @@ void PointerActions::resizeTileLike(const ManagedWindow& window, const CGRect& f
     if (!screen || !window.frame) return;
     const double top = geometry_.firstScreenMaxY();
     const CGRect visible = screen->visibleFrame;
-    std::vector<CGRect> own, others; // the cells of the window's tiles and of the other tiles
+    std::vector<CGRect> windowCells, otherCells;
     for (const auto& tile : geometry_.tiles()) {
         if (tile.displayID != displayID(*screen)) continue;
-        (tile.windowID == window.id ? own : others).push_back(inLayout(tile.frameOnScreen, visible));
+        (tile.windowID == window.id ? windowCells : otherCells).push_back(inLayout(tile.frameOnScreen, visible));
     }
-    if (own.empty()) return;
-    const CGRect cell = frameOfSpan(own, others);
+    if (windowCells.empty()) return;
+    const CGRect cell = frameOfSpan(windowCells, otherCells);
     const DisplayID id = displayID(*screen);
     const std::string layoutID = geometry_.layoutOn(*screen).id;
     const auto moves =

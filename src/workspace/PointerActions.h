@@ -36,7 +36,7 @@ class PointerActions {
                    WindowPresenter& presenter, TileKeeper& keeper, const Snapshots& snapshots, UndoSteps& steps,
                    Arrangement& arrangement);
 
-    /// Every boundary that can be dragged; none on a display that a zoomed window owns.
+    /// Every boundary that can be dragged. A display that a zoomed window fills has none.
     std::vector<DisplayLayoutDivider> dividers() const;
     Outcome beginDividerDrag(const DisplayLayoutDivider& target);
     void updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints);

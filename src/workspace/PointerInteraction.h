@@ -1,5 +1,5 @@
 // The state of the pointer: idle, a button is down on a window, a window is being dragged, or a divider is being
-// dragged. Always true: exactly one of these four holds, and each drag has a snapshot of the workspace before it. A
+// dragged. Always true: exactly one of these four states holds, and each drag holds a snapshot from before the drag. A
 // drag pauses polls, because a poll would move the dragged window back. The pause ends shortly after the drag, or when
 // the pointer stops moving.
 #pragma once
@@ -19,7 +19,7 @@ namespace kova {
 
 class PointerInteraction : public PartWithoutPolls {
   public:
-    /// A button is down on a window, which may move before a drag is detected.
+    /// A button is down on a window. The window may move before the drag is detected.
     struct Press {
         WindowID windowID;
         std::optional<CGRect> frame; // at the press, in window-service space

@@ -44,9 +44,9 @@ void PresentationRequests::overrule(Requests<State>& requests, std::vector<Manag
         const auto found = requests.find(window.id);
         if (found == requests.end()) continue;
         const Request<State>& request = found->second;
-        const bool isOlder = begun <= request.requestedAt; // the poll read the window before the request
-        const bool isTooOld = begun >= request.requestedAt + kValidity;
-        if (window.isElsewhere || (!isOlder && (isTooOld || hasState(window, request.state)))) {
+        const bool isPollOlder = begun <= request.requestedAt; // the poll read the window before the request
+        const bool hasTimedOut = begun >= request.requestedAt + kValidity;
+        if (window.isElsewhere || (!isPollOlder && (hasTimedOut || hasState(window, request.state)))) {
             requests.erase(found);
         } else {
             apply(window, request.state);

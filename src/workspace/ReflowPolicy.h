@@ -27,8 +27,8 @@ class ReflowPolicy {
         reflowCounts_.clear();
         givenBackCounts_.clear();
     }
-    /// Whether the window's span may be given back. A window that claims its span again each time must not continue
-    /// forever.
+    /// Whether the window may give back the further tiles of its span. There is a limit, because a window may claim
+    /// the same tiles again each time.
     bool mayGiveBackSpan(const WindowID& windowID) const;
     void noteSpanGivenBack(const WindowID& windowID) { ++givenBackCounts_[windowID]; }
     void rename(const WindowID& windowID, const WindowID& newID);

@@ -24,7 +24,7 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     if (!announcements) return result;
     // The system drops all observers when the permission is withdrawn.
     if (result.permissionState != AccessibilityPermissionState::granted) announcements->endAll();
-    // The grant of the permission and the unlock are not announced.
+    // The desktop announces neither the grant of the permission nor the unlock of the screen.
     const bool announcesAllChanges = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
                                      announcements->follow(result.windows, begun);
     if (!announcesAllChanges) result.changeCount.reset();
@@ -76,8 +76,8 @@ void RefreshCycle::invalidateOlderPolls() {
     ++generation_;
     isPollInFlight_ = false;
     appliedChangeCount_.reset();
-    // Work that waited for a dropped poll runs without it, with the windows of the last result. During a suspension it
-    // refuses to move windows and gives the reason.
+    // Work that waits for a dropped poll runs without that poll, with the windows of the last result. During a
+    // suspension, the work refuses to move windows and gives the reason.
     if (!waiting_.empty()) queue_.post(lifetime_.guard([this] { runAllWaiting(); }));
 }
 
@@ -133,7 +133,7 @@ void RefreshCycle::receive(PollResult result, std::int64_t generation, std::int6
     hasResult_ = true;
     callbacks_.apply(std::move(result));
     runWaiting(poll);
-    if (timer_ && !isIdle_ && mayBeIdle()) becomeIdle(); // the next tick would only wake the agent
+    if (timer_ && !isIdle_ && mayBeIdle()) becomeIdle(); // otherwise the next tick would wake the agent for nothing
 }
 
 void RefreshCycle::startTimer() {

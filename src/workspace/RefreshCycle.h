@@ -59,8 +59,8 @@ class RefreshCycle {
     /// Ends idle polls. Call when an object has begun to wait for a time or for a poll.
     void wake();
     /// Runs the work after a poll that begins now or later, but after `kLongestWait` at the latest, in the order of the
-    /// calls. Returns false and drops the work if no other work waits and either the last result is current or no poll
-    /// will come.
+    /// calls. Returns false and drops the work if there is no reason to wait: no other work waits, and either the last
+    /// result is current or no poll will come.
     [[nodiscard]] bool awaitCurrent(std::function<void()> work);
 
     bool isRunning() const { return isRunning_; }

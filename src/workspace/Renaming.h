@@ -6,7 +6,7 @@
 
 namespace kova {
 
-/// Does nothing if the key does not exist; replaces an entry under the new key.
+/// Does nothing if the former key does not exist. An entry that the new key already has is replaced.
 template <class Map>
 void renameKey(Map& map, const typename Map::key_type& formerKey, const typename Map::key_type& newKey) {
     auto entry = map.extract(formerKey);

@@ -17,8 +17,8 @@ RuleActions::RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
 void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     if (focusMode_.isOn()) return; // the end of focus mode would undo the placement
-    // Rules are matched for all windows before any is placed, since placing one may hide another, to which a rule
-    // applies as well.
+    // Rules are matched for all windows before any window is placed: placing a window may hide another one, and rules
+    // are not matched for hidden windows.
     std::vector<std::pair<WindowID, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
         if (tileMemory_.isHandledByRules(window.id)) continue;

@@ -32,7 +32,8 @@ class RuleActions {
 
     void applyRules(const std::vector<ManagedWindow>& windows);
     Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
-    /// Which rule decides for a live window, and why each of the others does not; absent if there is no such window.
+    /// Explains which rule decides for the live window, and why each other rule does not; absent if there is no such
+    /// window.
     std::optional<RuleExplanation> explainRules(const WindowID& windowID) const;
 
   private:

@@ -1,4 +1,4 @@
-// Which rule decides for a window, and why.
+// Finds the rule that decides for a window, and explains the decision.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -46,7 +46,7 @@ struct RuleReason {
 
 struct RuleExplanation {
     std::optional<std::size_t> deciding; // index of the rule that decides; absent when none does
-    std::vector<RuleReason> reasons;     // of every rule, in their order
+    std::vector<RuleReason> reasons;     // one for each rule, in the order of the rules
     std::string summary;                 // one line in plain words
 };
 

@@ -1,4 +1,4 @@
-// Scenes: captured, compared with what is on the screen, and restored.
+// Captures scenes, compares them with the present state, and restores them.
 #pragma once
 
 #include "support/Identifiers.h"

@@ -78,7 +78,8 @@ class Comparison {
         return isThere ? &now_.displays[static_cast<std::size_t>(ordinal)] : nullptr;
     }
 
-    /// The scene's entry that takes effect on the display: the last one whose layout is available; null if none is.
+    /// The scene's entry that takes effect on the display: the last one whose layout is available; null if
+    /// there is no such entry.
     const WorkspaceSceneDisplay* inScene(std::int64_t ordinal) const {
         const WorkspaceSceneDisplay* deciding = nullptr;
         for (const auto& display : scene_.displays) {

@@ -1,4 +1,4 @@
-// The result of opening a scene for each window, by name, for the user.
+// Tells the user what became of each window of an opened scene. Windows and applications are listed by name.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"

@@ -44,14 +44,14 @@ struct SceneRestoration {
 double clampedTileInset(double points);
 
 /// The slots of the layout that a placement uses, `slotID` first. Claimed slots are used only if they and `slotID` form
-/// a rectangle that contains no other slot. Empty if the layout lacks `slotID`; such a placement is skipped.
+/// a rectangle that no other slot overlaps. Empty if the layout lacks `slotID`; such a placement is skipped.
 std::vector<SlotID> slotsTaken(const std::vector<TileSlot>& slots, const SlotID& slotID,
                                const std::optional<std::vector<SlotID>>& claimedSlotIDs);
 
 /// The placements in the order of restoration: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);
 
-/// Whether the window of the placement is a front window: as `isActive` says or, without it, the first of the stack.
+/// Whether the placement's window is a front window. If `isActive` is absent, the first window of a stack is in front.
 bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
 
 /// A live window and its tiles in the scene.
@@ -62,8 +62,8 @@ struct RestoredPlacement {
     bool isFront = true;
 };
 
-/// Adds the windows, which have no tile yet, to the assignments. A stacked window is the front window until the window
-/// before it appears, so that the tile is never empty. Stacks are ordered by stack index; windows without a stack index
+/// Adds the windows, which have no tile yet, to the assignments. A stacked window whose tile is empty is in front
+/// until the front window of the scene appears. Stacks are ordered by stack index; windows without a stack index
 /// are last.
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
                              const std::map<WindowID, std::int64_t>& stackIndexByID);

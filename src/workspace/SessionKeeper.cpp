@@ -14,7 +14,7 @@ SessionKeeper::SessionKeeper(MainQueue& queue, PreferencesStore& store,
     queue_(queue),
     store_(store), describe_(std::move(describe)) {}
 
-std::optional<WorkspaceSession> SessionKeeper::kept() const {
+std::optional<WorkspaceSession> SessionKeeper::stored() const {
     return storedRecord<WorkspaceSession>(store_, preferenceKey::workspaceSession, decodeWorkspaceSession);
 }
 

@@ -15,11 +15,11 @@ class SessionKeeper {
   public:
     static constexpr Seconds kInterval{1};
 
-    /// `describe` returns the present session; absent while the stored session must not be replaced.
+    /// `describe` returns the present session, or nothing while the stored session must not be replaced.
     SessionKeeper(MainQueue& queue, PreferencesStore& store, std::function<std::optional<WorkspaceSession>()> describe);
 
     /// The session that the former agent stored; absent if it cannot be read.
-    std::optional<WorkspaceSession> kept() const;
+    std::optional<WorkspaceSession> stored() const;
     void noteChange();
     /// Stores at once, without the limit of one second.
     void save();

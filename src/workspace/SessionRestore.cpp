@@ -10,11 +10,11 @@ namespace kova {
 SessionRestore::SessionRestore(MainQueue& queue, PreferencesStore& store,
                                std::function<std::optional<WorkspaceSession>()> describe) :
     keeper_(queue, store, std::move(describe)),
-    kept_(keeper_.kept()) {}
+    stored_(keeper_.stored()) {}
 
-std::optional<WorkspaceSession> SessionRestore::takeKept() {
+std::optional<WorkspaceSession> SessionRestore::takeStored() {
     if (std::exchange(isTaken_, true)) return std::nullopt;
-    return std::exchange(kept_, std::nullopt).value_or(WorkspaceSession{});
+    return std::exchange(stored_, std::nullopt).value_or(WorkspaceSession{});
 }
 
 std::optional<std::string> SessionRestore::processStart(pid_t process, const ProcessStartOf& read) {
@@ -52,12 +52,12 @@ std::optional<CGRect> SessionRestore::formerFrame(const WindowID& windowID) cons
     return found == returning_.end() ? std::nullopt : found->second;
 }
 
-std::set<WindowID> SessionRestore::takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
+std::set<WindowID> SessionRestore::takeReturned(const std::vector<ManagedWindow>& live, const IsStacked& isStacked,
                                                 const HasReturned& hasReturned, Seconds now) {
     std::map<WindowID, const ManagedWindow*> windows;
     for (const auto& window : live) windows[window.id] = &window;
     std::erase_if(returning_,
-                  [&](const auto& entry) { return !windows.contains(entry.first) || !isWaiting(entry.first); });
+                  [&](const auto& entry) { return !windows.contains(entry.first) || !isStacked(entry.first); });
     const bool isTimedOut = now >= returningUntil_;
     std::set<WindowID> leaving;
     std::set<pid_t> undecided;

@@ -28,11 +28,11 @@ class SessionRestore {
     /// Stores at once, without the limit of one second.
     void save() { keeper_.save(); }
     /// True until the session of the former agent was restored or dropped.
-    bool isUnread() const { return kept_.has_value(); }
+    bool isUnread() const { return stored_.has_value(); }
     /// The first call returns the stored session, or an empty one; later calls return nothing.
-    std::optional<WorkspaceSession> takeKept();
+    std::optional<WorkspaceSession> takeStored();
     /// Drops the stored session without restoring it.
-    void dropKept() { kept_.reset(); }
+    void dropStored() { stored_.reset(); }
 
     /// A text that distinguishes the process from other processes with the same id at other times. The text is
     /// recorded, because it does not change while the process runs; `read` is called only if no text is recorded.
@@ -53,12 +53,12 @@ class SessionRestore {
     bool isReturning(const WindowID& windowID) const { return returning_.contains(windowID); }
     /// The window's frame when the former agent ended; absent for a window that is not returning.
     std::optional<CGRect> formerFrame(const WindowID& windowID) const;
-    using IsThere = std::function<bool(const WindowID& windowID)>;
+    using IsStacked = std::function<bool(const WindowID& windowID)>;
     using HasReturned = std::function<bool(const ManagedWindow& window, const std::optional<CGRect>& formerFrame)>;
     /// Removes and returns the windows that are at their frames again; the caller hides them. An application is hidden
     /// as a whole, so its windows are returned only when all its visible ones are at their frames, or at the timeout.
-    /// Forgets windows for which `isWaiting` is false.
-    std::set<WindowID> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
+    /// Forgets windows for which `isStacked` is false.
+    std::set<WindowID> takeReturned(const std::vector<ManagedWindow>& live, const IsStacked& isStacked,
                                     const HasReturned& hasReturned, Seconds now);
     void forgetReturns() { returning_.clear(); }
 
@@ -70,7 +70,7 @@ class SessionRestore {
 
   private:
     SessionKeeper keeper_;
-    std::optional<WorkspaceSession> kept_;
+    std::optional<WorkspaceSession> stored_;
     bool isTaken_ = false;
     std::map<pid_t, std::optional<std::string>> processStarts_;
     std::set<WindowID> awaited_;

@@ -21,7 +21,8 @@ using ProcessStartOf = std::function<std::optional<std::string>(pid_t)>;
 /// How long the agent awaits a window that is not listed although its process runs.
 inline constexpr Seconds kResumptionTimeout{10};
 
-/// Windows by their ids in the former session.
+/// The recognized windows with their present ids, and the awaited windows. Keys and awaited ids are those of the former
+/// session.
 struct ResumedWindows {
     std::map<WindowID, WindowID> idNow;
     std::set<WindowID> awaited;

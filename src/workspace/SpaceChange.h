@@ -3,8 +3,8 @@
 
 namespace kova {
 
-/// Where Spaces have no numbers, this shows why a window appears: without a change of Spaces, the window was sent to
-/// the shown Space.
+/// Tells why a window has appeared, on desktops whose Spaces have no numbers. `none`: the window was sent to the shown
+/// Space. `possible`: the window's Space may be shown now.
 enum class SpaceChange { none, possible };
 
 } // namespace kova

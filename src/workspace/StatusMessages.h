@@ -42,7 +42,7 @@ class StatusMessages {
     void showResult(const std::string& text, std::uint64_t undoNumber);
     /// Whether undo would now revert what the last message reports.
     bool isUndoable() const { return undoNumber_ != 0 && undoNumber_ == undo_.newestNumber(); }
-    /// Incremented with every message, also if the same text is shown again.
+    /// Incremented with every message, even if the same text is shown again.
     std::uint64_t count() const { return serial_; }
 
   private:
@@ -51,8 +51,8 @@ class StatusMessages {
     const UndoHistory& undo_;
     std::uint64_t serial_ = 0;
     std::optional<std::uint64_t> newestBefore_; // the newest entry of the history before the present action
-    std::uint64_t undoNumber_ = 0;              // of the entry that reverts what is reported; 0: none does
-    std::shared_ptr<ScheduledWork> end_;        // of the present message
+    std::uint64_t undoNumber_ = 0;       // of the entry that reverts what the last message reports; 0 if there is none
+    std::shared_ptr<ScheduledWork> end_; // of the present message
     Lifetime lifetime_;
 };
 

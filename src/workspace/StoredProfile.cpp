@@ -12,7 +12,7 @@ namespace kova {
 
 namespace {
 
-constexpr double kLargestMinimumSize = 1 << 15; // points; no display is as large
+constexpr double kLargestMinimumSize = 1 << 15; // points; no display is so large
 
 std::string text(double number) {
     std::array<char, 32> digits;

@@ -1,5 +1,5 @@
 // Remembers windows without a tile on displays that were disconnected, with their frames there. The windows return with
-// the display, unless they were moved meanwhile. Frames are in window-service space. A plain value.
+// the display, unless they were moved meanwhile. Frames are in window-service space.
 #pragma once
 
 #include "windowing/ManagedWindow.h"

@@ -365,7 +365,7 @@ void TileKeeper::exemptFromRules(const WindowID& windowID) {
 /// that have lost their window.
 void TileKeeper::bringNextForward(const TileAssignments& before) {
     if (!*state_.bringsNextForward || focusMode_.isOn() || !access_.mayMoveWindows()) return;
-    for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
+    for (const auto& candidates : tileMemory_.stackPromotion().candidates(before, assignments_)) {
         (void)std::ranges::any_of(candidates, [this](const Promotion& promotion) { return bringForward(promotion); });
     }
 }

@@ -6,7 +6,7 @@
 #include "workspace/PartDefaults.h"
 #include "workspace/RememberedLayouts.h"
 #include "workspace/SpaceMemory.h"
-#include "workspace/StackSuccession.h"
+#include "workspace/StackPromotion.h"
 
 #include <cstdint>
 #include <functional>
@@ -59,13 +59,12 @@ class TileMemory : public PartWithoutPolls {
     void forgetRememberedLayoutsOn(const DisplayID& displayID) { rememberedLayouts_.forgetDisplay(displayID); }
 
     // Tiles that windows lost to others
-    const StackSuccession& succession() const { return succession_; }
-    /// The same as `StackSuccession::noteDisplaced` and `forget`. `stackTarget` is the tile where the window is
-    /// stacked.
+    const StackPromotion& stackPromotion() const { return stackPromotion_; }
+    /// The same as `StackPromotion::noteDisplaced` and `forget`. `stackTarget` is the tile where the window is stacked.
     void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& stackTarget) {
-        succession_.noteDisplaced(windowID, lostTarget, stackTarget);
+        stackPromotion_.noteDisplaced(windowID, lostTarget, stackTarget);
     }
-    void noteInFront(const WindowID& windowID) { succession_.forget(windowID); }
+    void noteInFront(const WindowID& windowID) { stackPromotion_.forget(windowID); }
 
     /// True if rules do not move the window any more: they were evaluated for it, or another operation placed it.
     bool isHandledByRules(const WindowID& windowID) const { return handledByRules_.contains(windowID); }
@@ -80,7 +79,7 @@ class TileMemory : public PartWithoutPolls {
   private:
     SpaceMemory spaces_;
     RememberedLayouts rememberedLayouts_;
-    StackSuccession succession_;
+    StackPromotion stackPromotion_;
     std::set<WindowID> handledByRules_;
 };
 

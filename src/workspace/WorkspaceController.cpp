@@ -11,7 +11,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     parts_(services, {.displaysSettled = [this] { ops_.displayChanges.displaysSettled(); },
                       .moveDivider = [this] { ops_.pointerActions.applyDividerDrag(); },
                       .pollsResumed = [this] { presentationResumed(); },
-                      .describeSession = [this] { return ops_.sessionTaker.describeSession(); }}),
+                      .describeSession = [this] { return ops_.sessionRecorder.describeSession(); }}),
     ops_(parts_, refreshCycle_),
     refreshCycle_(parts_.windowService, services.session, services.changes, *parts_.changeNotifications, services.queue,
                   services.pollingQueue,

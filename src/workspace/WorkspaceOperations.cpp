@@ -25,6 +25,6 @@ WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& re
     scenes(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, steps, applications,
            [&parts] { parts.forgetPlaces(); }),
     rules(parts, access, geometry, finder, keeper, documents),
-    sessionTaker(parts, geometry, finder, presenter, keeper, follower, steps, displayChanges) {}
+    sessionRecorder(parts, geometry, finder, presenter, keeper, follower, steps, displayChanges) {}
 
 } // namespace kova

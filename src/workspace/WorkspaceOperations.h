@@ -12,7 +12,7 @@
 #include "workspace/PointerActions.h"
 #include "workspace/RuleActions.h"
 #include "workspace/SceneActions.h"
-#include "workspace/SessionTaker.h"
+#include "workspace/SessionRecorder.h"
 #include "workspace/Snapshots.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
@@ -49,7 +49,7 @@ struct WorkspaceOperations {
     ApplicationActions applications;
     SceneActions scenes;
     RuleActions rules;
-    SessionTaker sessionTaker;
+    SessionRecorder sessionRecorder;
 };
 
 } // namespace kova

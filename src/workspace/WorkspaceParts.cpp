@@ -27,7 +27,7 @@ void WorkspaceParts::renameDisplay(const DisplayID& formerID, const DisplayID& n
 }
 
 void WorkspaceParts::forgetPlaces() {
-    session.dropKept(); // if the first poll restored the session, this would displace the scene's windows
+    session.dropStored(); // if the first poll restored the session, this would displace the scene's windows
     arrangementMemory.skipStartupArrangement();
     displays.forgetAllWindows();
     tileMemory.forgetRememberedLayouts();

@@ -73,7 +73,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
         parts_.windowService->cancelPlacement(window.id);
     }
     parts_.onPoll();
-    const bool hasRestoredSession = ops_.sessionTaker.restoreSession();
+    const bool hasRestoredSession = ops_.sessionRecorder.restoreSession();
     if (hasOtherTitles) parts_.state.titleRevision.set(*parts_.state.titleRevision + 1);
     if (!isRecovering && parts_.focusMode.isOn() && !parts_.liveWindows.find(parts_.focusMode.mode()->windowID)) {
         (void)ops_.steps.leaveFocusMode();
@@ -94,7 +94,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     noteFocus();
     keepAssignmentsValid();
     followShownSpace();
-    ops_.sessionTaker.hideStackedWindowsAgain();
+    ops_.sessionRecorder.hideStackedWindowsAgain();
     if (isRecovering) {
         if (parts_.displays.hasWindowsToPresent()) ops_.displayChanges.adaptToDisplays();
         recoverAssignedWindows();
@@ -136,7 +136,7 @@ void WorkspaceController::requestPendingFrames() {
 }
 
 void WorkspaceController::keepAssignmentsValid() {
-    std::set<WindowID> kept = ops_.sessionTaker.sparedWindowIDs();
+    std::set<WindowID> kept = ops_.sessionRecorder.sparedWindowIDs();
     for (const auto& window : parts_.liveWindows) kept.insert(window.id);
     const TileAssignments before = parts_.assignments;
     parts_.assignments.keepOnly(kept);

@@ -382,13 +382,13 @@ TEST_F(NamelessDisplay, TheLastArrangementAndDisplacedWindowsGetItsNewID) {
     ASSERT_FALSE(placements.empty());
     for (const auto& placement : placements) EXPECT_EQ(placement.target.displayID, desk.displayIDOf("VM"));
 
-    StackSuccession succession;
-    succession.noteDisplaced("notes", "D::left", "D::right");
-    succession.renameDisplay("D", "E");
+    StackPromotion promotion;
+    promotion.noteDisplaced("notes", "D::left", "D::right");
+    promotion.renameDisplay("D", "E");
     TileAssignments former, now;
     (void)former.assign("mail", {"E::left"});
     now.insertIntoStack("E::right", "notes", TileAssignments::StackPosition::behind);
-    const auto candidates = succession.candidates(former, now);
+    const auto candidates = promotion.candidates(former, now);
     ASSERT_EQ(candidates.size(), 1u);
     EXPECT_EQ(candidates[0], (std::vector<Promotion>{{"notes", "E::left"}}));
 }

@@ -37,9 +37,9 @@ TEST_F(SessionRestoreTest, AStoredSessionIsRestoredOnce) {
     former.save();
     SessionRestore next(queue, store, [&] { return std::optional(session); });
     EXPECT_TRUE(next.isUnread());
-    EXPECT_EQ(next.takeKept()->floatingWindowIDs, session.floatingWindowIDs);
-    EXPECT_FALSE(next.isUnread() || next.takeKept());
-    EXPECT_EQ(restore.takeKept(), WorkspaceSession{}) << "no session was stored";
+    EXPECT_EQ(next.takeStored()->floatingWindowIDs, session.floatingWindowIDs);
+    EXPECT_FALSE(next.isUnread() || next.takeStored());
+    EXPECT_EQ(restore.takeStored(), WorkspaceSession{}) << "no session was stored";
 }
 
 TEST_F(SessionRestoreTest, TheWaitForWindowsEndsAtItsTimeout) {

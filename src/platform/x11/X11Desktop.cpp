@@ -63,6 +63,7 @@ X11Desktop::X11Desktop(std::unique_ptr<Parts> parts, const Options& options) : p
 
 X11Desktop::~X11Desktop() {
     if (parts_->isLost) return;
+    bool isAnyHidden = true;
     xcb_window_t active = kNoWindow;
     {
         const MutexLock lock(parts_->mutex);
@@ -72,12 +73,23 @@ X11Desktop::~X11Desktop() {
         HiddenWindows& record = parts_->hider.record();
         record.followModel(parts_->model, now);
         record.writeFile();
-        if (record.all().empty() && !parts_->hider.isAnyRestoreDue() && !kept) return parts_->removeHiddenStates();
+        isAnyHidden = !record.all().empty() || parts_->hider.isAnyRestoreDue() || kept;
     }
-    restoreHidden();
-    // A window that is just being minimized is restored once it is minimized. Windows that are not on the screen at the
-    // end stay recorded for the next agent. Closing the connection could drop requests that the server has not read.
-    // Therefore the main thread waits for a moment here; while the desktop is open it never waits.
+    if (isAnyHidden) {
+        restoreHidden();
+        awaitReturningWindows();
+        parts_->keepActive(active);
+    }
+    parts_->removeHiddenStates();
+    // Closing the connection could drop requests that the server has not read.
+    std::free(
+        xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
+}
+
+/// A window that is just being minimized is restored once it is minimized. Windows that are not on the screen at the
+/// end stay recorded for the next agent. The main thread waits for a moment here; while the desktop is open it never
+/// waits.
+void X11Desktop::awaitReturningWindows() {
     const Seconds end = parts_->queue.uptime() + parts_->returnTimeoutAtEnd;
     Seconds activation = end - parts_->returnTimeoutAtEnd / 2;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
@@ -92,14 +104,8 @@ X11Desktop::~X11Desktop() {
         }
         if (isAnyRestoreDue) ::poll(&readable, 1, 20);
     }
-    parts_->keepActive(active);
-    {
-        const MutexLock lock(parts_->mutex);
-        parts_->hider.record().writeFile();
-    }
-    parts_->removeHiddenStates();
-    std::free(
-        xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
+    const MutexLock lock(parts_->mutex);
+    parts_->hider.record().writeFile();
 }
 
 /// A window manager that has ended leaves its states on the windows, and the next one would minimize the windows that

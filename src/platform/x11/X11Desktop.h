@@ -151,6 +151,7 @@ class X11Desktop final : public AccessibilityServicing,
     std::string charactersOf(std::uint16_t keyCode) const override;
 
   private:
+    void awaitReturningWindows();
     struct Parts;
     X11Desktop(std::unique_ptr<Parts> parts, const Options& options);
 

@@ -18,7 +18,7 @@ struct Promotion {
     bool operator==(const Promotion&) const = default;
 };
 
-class StackSuccession {
+class StackPromotion {
   public:
     /// Records the tile that a window lost to a span, if it differs from the tile in which the window is stacked now.
     void noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget, const TileTarget& waitingTarget);

@@ -1,4 +1,4 @@
-#include "workspace/SessionTaker.h"
+#include "workspace/SessionRecorder.h"
 
 #include "support/SameFrame.h"
 #include "workspace/DisplayRenaming.h"
@@ -22,17 +22,18 @@ std::set<DisplayID> displaysThatDiffer(const std::vector<Screen>& screens, const
 
 } // namespace
 
-SessionTaker::SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const WindowFinder& finder,
-                           WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps,
-                           DisplayChanges& displayChanges) :
+SessionRecorder::SessionRecorder(WorkspaceParts& parts, TileGeometry& geometry, const WindowFinder& finder,
+                                 WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower,
+                                 UndoSteps& steps, DisplayChanges& displayChanges) :
     services_(parts.services),
     state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments),
     tileMemory_(parts.tileMemory), displays_(parts.displays), focusMode_(parts.focusMode), floating_(parts.floating),
     frames_(parts.frames), recovery_(parts.recovery), session_(parts.session), geometry_(geometry), finder_(finder),
     presenter_(presenter), keeper_(keeper), follower_(follower), steps_(steps), displayChanges_(displayChanges) {}
 
-/// Absent while no windows are known, so that the stored session is kept.
-std::optional<WorkspaceSession> SessionTaker::describeSession() {
+/// Absent until the stored session was restored or dropped, and without permission: the stored session must not be
+/// overwritten then.
+std::optional<WorkspaceSession> SessionRecorder::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
@@ -69,8 +70,8 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     return session;
 }
 
-WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
-                                                   const std::map<WindowID, CGSize>& minimums) {
+WorkspaceSessionWindow SessionRecorder::sessionWindow(const ManagedWindow& window,
+                                                      const std::map<WindowID, CGSize>& minimums) {
     WorkspaceSessionWindow kept{
         .id = window.id,
         .processIdentifier = window.processIdentifier,
@@ -89,9 +90,9 @@ WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
     return kept;
 }
 
-/// Runs with the first poll. True if any window was recognized.
-bool SessionTaker::restoreSession() {
-    const auto session = session_.takeKept();
+/// Only the first call has an effect. True if any window was recognized.
+bool SessionRecorder::restoreSession() {
+    const auto session = session_.takeStored();
     if (!session) return false;
     const auto resumed = resumedWindows(*session, liveWindows_.all(), [this](pid_t process) {
         return services_.applications.processStartIdentity(process);
@@ -117,7 +118,7 @@ bool SessionTaker::restoreSession() {
 
 /// Restores which window is in which tile, on connected and disconnected displays and on other Spaces, and the
 /// other records of the windows.
-void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
+void SessionRecorder::restoreTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
     std::map<AbsenceKey, TileAssignments> rememberedTiles;
     for (const auto& [id, tiles] : session.disconnectedDisplays) {
@@ -150,7 +151,7 @@ void SessionTaker::restoreTiles(const WorkspaceSession& session, const ResumedWi
 
 /// Handles displays that were connected or disconnected since the session was stored. Returns those that were
 /// connected.
-std::set<DisplayID> SessionTaker::restoreDisplays(const WorkspaceSession& session) {
+std::set<DisplayID> SessionRecorder::restoreDisplays(const WorkspaceSession& session) {
     std::set<DisplayID> returned;
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
@@ -169,7 +170,7 @@ std::set<DisplayID> SessionTaker::restoreDisplays(const WorkspaceSession& sessio
 }
 
 /// Records windows that were stacked or surplus: the former agent showed them when it ended, so they are hidden again.
-void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
+void SessionRecorder::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
     const Seconds deadline = session_.beginReturns(services_.queue.uptime());
     for (const auto& former : session.windows) {
         const auto now = resumed.idNow.find(former.id);
@@ -180,27 +181,27 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
 }
 
 /// Handles displays whose size, and therefore id, has changed since the session was stored. Returns the present ids.
-std::set<DisplayID> SessionTaker::restoreResizedDisplays() {
-    std::set<DisplayID> gone, come;
+std::set<DisplayID> SessionRecorder::restoreResizedDisplays() {
+    std::set<DisplayID> missing, added;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
         const DisplayID& id = target.display;
-        if (!geometry_.screenOf(id) && !displays_.remembersDisplay(id)) gone.insert(id);
+        if (!geometry_.screenOf(id) && !displays_.remembersDisplay(id)) missing.insert(id);
     }
     for (const auto& screen : *state_.screens) {
         const DisplayID id = displayID(screen);
-        if (assignments_.onDisplay(id) == TileAssignments{}) come.insert(id);
+        if (assignments_.onDisplay(id) == TileAssignments{}) added.insert(id);
     }
     std::set<DisplayID> resized;
-    for (const auto& [formerID, newID] : matchRenamedDisplays(gone, come)) {
+    for (const auto& [formerID, newID] : matchRenamedDisplays(missing, added)) {
         displayChanges_.displayHasNewID(formerID, newID);
         resized.insert(newID);
     }
     return resized;
 }
 
-/// Accepts the present frames: some windows round their size to whole increments, and a restart must not move windows.
-/// Windows on displays that were connected meanwhile are left out, so that they are placed.
-void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs) {
+/// Accepts the present frames, because a restart must not move windows: some windows round their size to whole
+/// increments. Leaves out windows on displays that were connected meanwhile, so that these windows are placed.
+void SessionRecorder::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
         if (tile && returnedDisplayIDs.contains(tile->display)) continue;
@@ -211,10 +212,10 @@ void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisp
     }
 }
 
-/// On clean exit the agent shows all stacked windows. Hides them again, except windows that the user has focused or
-/// moved since, or whose front window was closed. A window that is still being restored may look minimized at first;
-/// therefore polls only hide windows here, never show them.
-void SessionTaker::hideStackedWindowsAgain() {
+/// The former agent showed its stacked and surplus windows when it ended. Hides them again, except windows that are
+/// focused or were moved, and stacked windows whose front window is not visible. A window that the desktop is still
+/// restoring may look minimized at first, so this function never shows a window.
+void SessionRecorder::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
         const auto inUse = focused ? std::optional(focused->id) : std::nullopt;
@@ -223,13 +224,13 @@ void SessionTaker::hideStackedWindowsAgain() {
         }
     }
     if (!session_.hasReturns()) return;
-    const auto isWaiting = [this](const WindowID& id) {
+    const auto isStacked = [this](const WindowID& id) {
         return !assignments_.isAssigned(id) && assignments_.stackTargetOf(id);
     };
     const auto hasReturned = [this](const ManagedWindow& window, const std::optional<CGRect>& former) {
         return isBackBehindFront(window, former);
     };
-    const auto leaving = session_.takeReturned(liveWindows_.all(), isWaiting, hasReturned, services_.queue.uptime());
+    const auto leaving = session_.takeReturned(liveWindows_.all(), isStacked, hasReturned, services_.queue.uptime());
     // Applications with another visible window are not hidden.
     std::set<pid_t> staying;
     for (const auto& window : liveWindows_) {
@@ -247,8 +248,9 @@ void SessionTaker::hideStackedWindowsAgain() {
     presenter_.hideDisplaced(displaced);
 }
 
-/// Whether the window is in the frame of its stack's tile, or in its former frame, behind a visible front window.
-bool SessionTaker::isBackBehindFront(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
+/// Whether the window is visible, not focused, behind a visible front window, and in place: its origin is that of the
+/// front window's tiles, or its frame is `formerFrame`. A window whose frame is unknown counts as in place.
+bool SessionRecorder::isBackBehindFront(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
     if (!window.isVisible || &window == finder_.focusedWindow() || !tile || !geometry_.screenOfTarget(*tile))
         return false;
@@ -263,8 +265,8 @@ bool SessionTaker::isBackBehindFront(const ManagedWindow& window, const std::opt
            (formerFrame && nearlyEqual(*window.frame, *formerFrame, kFrameTolerancePoints));
 }
 
-/// Ids of windows that are not listed and may still appear.
-std::set<WindowID> SessionTaker::sparedWindowIDs() {
+/// Ids of windows that the last poll did not list, and that may still appear.
+std::set<WindowID> SessionRecorder::sparedWindowIDs() {
     std::set<WindowID> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
     const auto& awaited = session_.awaited(liveWindows_.all(), services_.queue.uptime());

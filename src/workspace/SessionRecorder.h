@@ -30,10 +30,11 @@ namespace kova {
 
 struct WorkspaceParts;
 
-class SessionTaker {
+class SessionRecorder {
   public:
-    SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const WindowFinder& finder, WindowPresenter& presenter,
-                 TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps, DisplayChanges& displayChanges);
+    SessionRecorder(WorkspaceParts& parts, TileGeometry& geometry, const WindowFinder& finder,
+                    WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps,
+                    DisplayChanges& displayChanges);
 
     std::optional<WorkspaceSession> describeSession();
     bool restoreSession();

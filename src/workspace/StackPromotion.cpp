@@ -1,4 +1,4 @@
-#include "workspace/StackSuccession.h"
+#include "workspace/StackPromotion.h"
 
 #include "layout/TileTarget.h"
 #include "workspace/Renaming.h"
@@ -7,26 +7,26 @@
 
 namespace kova {
 
-void StackSuccession::noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget,
-                                    const TileTarget& waitingTarget) {
+void StackPromotion::noteDisplaced(const WindowID& windowID, const TileTarget& lostTarget,
+                                   const TileTarget& waitingTarget) {
     if (lostTarget == waitingTarget) return forget(windowID);
     lostTargets_[windowID] = lostTarget;
 }
 
-void StackSuccession::rename(const WindowID& windowID, const WindowID& newID) {
+void StackPromotion::rename(const WindowID& windowID, const WindowID& newID) {
     renameKey(lostTargets_, windowID, newID);
 }
 
-void StackSuccession::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+void StackPromotion::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     for (auto& [windowID, lost] : lostTargets_) lost = withDisplayRenamed(lost, displayID, newID);
 }
 
-void StackSuccession::keepOnly(const std::set<WindowID>& windowIDs) {
+void StackPromotion::keepOnly(const std::set<WindowID>& windowIDs) {
     std::erase_if(lostTargets_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
 }
 
-std::vector<std::vector<Promotion>> StackSuccession::candidates(const TileAssignments& before,
-                                                                const TileAssignments& now) const {
+std::vector<std::vector<Promotion>> StackPromotion::candidates(const TileAssignments& before,
+                                                               const TileAssignments& now) const {
     std::vector<std::vector<Promotion>> all;
     for (const auto& [key, former] : before.assignedWindowIDs) {
         const TileTarget& target = key;
