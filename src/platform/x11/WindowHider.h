@@ -34,7 +34,8 @@ class WindowHider {
     bool unhide(pid_t process);
     void showAll();
     /// Activates the windows that have not returned yet. A window manager that started anew may keep a minimized window
-    /// mapped in a frame that is not mapped. Then a request to map the window has no effect, but activating restores it.
+    /// mapped in a frame that is not mapped. Then a request to map the window has no effect, but activating restores
+    /// it.
     void activateReturning();
     /// Call when the window manager has changed or ended: shows the windows that were hidden under the former one.
     void managerChanged();

@@ -110,7 +110,7 @@ struct X11Desktop::Parts {
 
     // Writing, main thread
     void keepActive(xcb_window_t window) KOVA_EXCLUDES(mutex); // focuses it again after other windows were restored
-    void removeHiddenStates() KOVA_EXCLUDES(mutex); // call at the end
+    void removeHiddenStates() KOVA_EXCLUDES(mutex);            // call at the end
     void takeOverLeftoverWindows(bool staysHidden) KOVA_EXCLUDES(mutex); // waits for the server
     bool isAnyStateAssumed() const KOVA_REQUIRES(mutex);
     void sendSoon();
