@@ -1,5 +1,5 @@
-// Completion: the shells call `kova --complete WORD...`, with the word at the cursor as the last one. Verbs and options
-// come from the tables of verbs, values from their parameters.
+// Completion. A shell calls `kova --complete WORD...`; the last word is the one at the cursor. The tables of verbs
+// supply verbs and options; the parameters supply values.
 #pragma once
 
 #include "cli/AgentNames.h"
@@ -11,7 +11,8 @@
 
 namespace kova::cli {
 
-/// Candidates that begin with the last word, in any case. A single candidate without text stands for file names.
+/// The candidates that begin with the last word, ignoring case. A single empty candidate tells the shell to offer file
+/// names.
 std::vector<Candidate> candidatesFor(std::span<const std::string> words);
 
 /// Prints the candidates, one per line, each with its description after a tab.

@@ -136,8 +136,9 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"layout prefer",
      "layout.prefer",
      "offer a tile to an application before others",
-     "From the next arrangement on, a tile of this slot goes to the application if it has a window, whatever its role "
-     "and whatever was learned; only rules come before. Applies to every layout that has the slot.",
+     "From the next arrangement on, a tile of this slot goes to the application if it has a window. Neither the role of "
+     "the application nor what was learned counts against that; only rules precede it. Applies to every layout that has "
+     "the slot.",
      "kova layout prefer focus-main Mail\nkova layout prefer 2 --clear",
      {kTile.withMeaning("a slot of any layout, or number or name of a tile in force"),
       kApplication.optional(),

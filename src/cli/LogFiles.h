@@ -32,7 +32,7 @@ class LogReader {
     LogLine last_;
 };
 
-/// Where the agent keeps its log; the file may be missing.
+/// The path of the agent's log. The file may not exist.
 std::string logFile();
 /// The older file of the rotation.
 std::string olderLogFile();

@@ -11,8 +11,8 @@
 
 namespace kova::cli {
 
-/// Why there are no arguments: the user asked for help (then the code is `done` and the text empty), or a word is
-/// wrong.
+/// The reason why there are no arguments: a word is wrong, or the user requested help. For help the code is `done` and
+/// the text is empty.
 struct ParseEnd {
     ExitCode code = ExitCode::wrongUsage;
     std::string text{};

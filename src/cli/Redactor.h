@@ -1,6 +1,6 @@
-// Replaces private texts in a record (titles, names of scenes, messages) by random words, the same text by the same
-// word. The words are not derived from the texts, so that no text can be guessed from its word, and each report has
-// other words.
+// Replaces private texts in a report, such as titles, names of scenes and messages, by random words. Within one report
+// equal texts get the same word. The words are not derived from the texts, so that no text can be guessed from its
+// word.
 #pragma once
 
 #include <nlohmann/json.hpp>

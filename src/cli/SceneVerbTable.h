@@ -36,7 +36,7 @@ inline constexpr auto kSceneVerbs = std::to_array<Verb>({
      "launch",
      "launch an application into a tile",
      "Starts the application, or has a running one open a window. Its first window that has no tile, or that "
-     "appears within 20 seconds, is put into the tile. Fails if the application cannot be started.",
+     "appears within 20 seconds, is put into the tile. No undo step. Fails if the application cannot be started.",
      "kova launch maps --tile focus-main\nkova launch maps --tile 1 --display 1",
      {kListedApplication,
       {.key = "tile",

@@ -17,16 +17,17 @@ ExitCode print(std::string_view text);
 void printToStandardError(std::string_view text);
 /// Reports that standard output cannot be written, with the reason in `errno`, and returns the exit code.
 ExitCode failUnwritten();
-/// Makes `fail` write errors as JSON documents from now on.
+/// From now on `fail` writes errors as JSON documents.
 void reportErrorsAsJson();
 /// Reports the error on standard error and returns its exit code.
 ExitCode fail(const CommandError& error);
 /// The value as JSON text; on one line if the indentation is negative.
 std::string asText(const nlohmann::json& value, int indentation);
-/// Replaces what could control the terminal in text that may come from other programs; newlines are kept.
+/// The text with “?” for everything that could control the terminal, such as control sequences in the titles of
+/// windows. Newlines are kept.
 std::string printableLines(std::string_view text);
 
-/// Whether the user can be asked: standard input and standard error are terminals.
+/// True if the user can be asked a question: standard input and standard error are terminals.
 bool canAsk();
 /// The line that the user typed; absent at the end of input.
 std::optional<std::string> readLine();

@@ -1,4 +1,4 @@
-// Properties of the terminal, and text that is safe for it: titles of windows must not control the terminal.
+// Properties of the terminal, and text that is safe to print: the title of a window must not contain control sequences.
 #pragma once
 
 #include <cstddef>
@@ -7,17 +7,17 @@
 
 namespace kova::cli {
 
-/// Columns of the terminal on standard output; without one $COLUMNS, else 80.
+/// The width in columns of the terminal on standard output. If standard output is no terminal: $COLUMNS, else 80.
 int terminalWidth();
 bool isTerminal();
-/// A terminal with colors, unless $NO_COLOR is set.
+/// True if standard output is a terminal with colors and $NO_COLOR is not set.
 bool isColorTerminal();
-/// Whether the locale of the environment uses UTF-8; otherwise drawings are in ASCII.
+/// True if the locale of the environment uses UTF-8. If not, layouts are drawn in ASCII.
 bool isUnicodeTerminal();
 
-/// One line: control characters and bytes that are not UTF-8 become “?”.
+/// The text as one line, with “?” for each control character and each byte that is not UTF-8.
 std::string printable(std::string_view text);
-/// Columns that printable text takes.
+/// The number of columns that printable text takes.
 std::size_t columnsOf(std::string_view text);
 /// The text, cut to `columns` with “…” at its end if it is longer.
 std::string clipped(std::string_view text, std::size_t columns);
@@ -25,9 +25,9 @@ std::string clipped(std::string_view text, std::size_t columns);
 template <class Visit>
 void eachCharacter(std::string_view text, Visit character);
 
-/// Bytes of the UTF-8 sequence that begins here; 0 when none does.
+/// The length in bytes of the UTF-8 sequence at the beginning of the text; 0 if the text begins with none.
 std::size_t sequenceLength(std::string_view text);
-/// Columns of the character: 0 for marks, 2 for wide ones.
+/// The number of columns that the character takes: 0 for combining marks, 2 for wide characters, else 1.
 std::size_t columnsOfCharacter(std::string_view sequence);
 
 template <class Visit>

@@ -133,7 +133,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
      "zoom",
      "give the focused window its whole display, or give it back",
      "Focus mode: the window fills its display until the second “kova zoom” or the next other action. Then all windows "
-     "return to their frames. The undo history does not change.",
+     "return to their frames. “kova undo” ends focus mode, too. When it has ended, the undo history is as before.",
      "kova zoom",
      {kWindowOption, kDisplay},
      printMessage},
