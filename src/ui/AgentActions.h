@@ -40,8 +40,8 @@ class AgentActions final : public OverlayActions {
     /// Opens an alert that asks for confirmation; the alert sends the request.
     void confirmForceQuit(const std::string& window, const ApplicationName& application);
 
-    /// Returns the menu that all calls share, without entries. The first call creates it and not the constructor, since
-    /// a menu loads the toolkit's styles.
+    /// Removes the entries of the menu that all calls share, and returns the menu. The first call creates the menu; the
+    /// constructor does not, because a menu loads the toolkit's styles.
     QMenu& emptyMenu();
 
     AgentLink& link_;

@@ -24,8 +24,8 @@ namespace kova::ui {
 Program::Program(const std::string& socketPath) :
     link_(socketPath, {.contentsChanged =
                            [this] {
-                               // Queued, since this may be called while a window handles an event, and the
-                               // refresh may destroy that window.
+                               // The refresh is queued: this callback may run while a window handles an event,
+                               // and the refresh may destroy that window.
                                if (std::exchange(isRefreshScheduled_, true)) return;
                                QMetaObject::invokeMethod(
                                    this, [this] { contentsChanged(); }, Qt::QueuedConnection);

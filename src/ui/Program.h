@@ -1,5 +1,5 @@
 // The user interface as a whole: owns the connection to the agent, the overlay, the status item (`Tray`) and the
-// windows, and starts them in order. Main thread only.
+// windows, and passes the agent's contents on to them. Main thread only.
 #pragma once
 
 #include "ui/AgentActions.h"
@@ -37,7 +37,7 @@ class Program : public QObject {
     bool isAgentConnected_ = false;
     bool isRefreshScheduled_ = false;
     std::string lastProblem_;
-    Appearance styledAppearance_; // the appearance when the widgets were last styled
+    Appearance styledAppearance_; // the appearance for which the widgets were last styled
 #if defined(Q_OS_MACOS)
     std::shared_ptr<const void> macAppearance_; // follows the system's settings
 #endif

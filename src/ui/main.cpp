@@ -27,8 +27,9 @@ started by hand while it runs, the settings are shown.
   --version       the version
 )";
 
-/// The agent sends sizes in points, which kova-ui scales itself: the toolkit must not scale them again. OpenGL and the
-/// theme plugin of another toolkit are not loaded: their libraries would take more memory than the rest of kova-ui.
+/// The agent sends sizes in points, and kova-ui converts them to pixels itself: the toolkit must not scale them again.
+/// OpenGL and the theme plugin of another toolkit are not loaded, because their libraries would take more memory than
+/// the rest of kova-ui.
 void prepareToolkit() {
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"})
@@ -39,7 +40,7 @@ void prepareToolkit() {
     // application in use. Windows that need the focus request it themselves.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
-#else // not on a Mac: with these variables the toolkit would ignore the system's theme and its dark appearance
+#else // on a Mac, these variables would make the toolkit ignore the system's theme and its dark appearance
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
 #endif

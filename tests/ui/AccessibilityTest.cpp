@@ -1,4 +1,4 @@
-// Tests what the accessibility interface reports about every window and every page of the settings.
+// Tests what the accessibility interface reports about every window and every pane of the settings.
 #include "tests/ui/WindowStage.h"
 #include "ui/windows/Pane.h"
 #include "ui/windows/Translations.h"

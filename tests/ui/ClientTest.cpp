@@ -1,3 +1,4 @@
+#include "support/Version.h"
 #include "tests/ui/FakeAgent.h"
 #include "tests/ui/Sample.h"
 
@@ -59,7 +60,7 @@ TEST(AgentLink, MirrorsChangesAndRequestsTheWholeStateAfterAGap) {
     ASSERT_TRUE(stage.until([&] { return !stage.link.contents()->message; }));
     stage.agent->change("isSuspended", true, 3);
     ASSERT_TRUE(stage.until([&] { return stage.link.contents()->isSuspended; }));
-    EXPECT_EQ(stage.agent->subscriptions(), 2) << "numbers were missing, so the whole state was requested again";
+    EXPECT_EQ(stage.agent->subscriptions(), 2) << "sequence numbers are missing, so the whole state is requested again";
     stage.agent->change("isSuspended", false);
     ASSERT_TRUE(stage.until([&] { return !stage.link.contents()->isSuspended; }));
     EXPECT_EQ(stage.agent->subscriptions(), 2);
@@ -129,11 +130,12 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
         std::string problem;
     };
     const nlohmann::json newer{{"contract", kOverlayContract + 1}, {"agent", "9.0"}};
+    const std::string doesNotFit =
+        "kova-ui " KOVA_VERSION
+        " does not fit kova-agent 9.0. Install the same version of both, then run “kova ui restart”";
     const std::vector<Case> cases{
-        {{{"result", {{"sequence", 0}, {"state", stateWith("version", newer)}}}},
-         "kova-ui 0.1.0 does not fit kova-agent 9.0. Install the same version of both, then run “kova ui restart”"},
-        {{{"result", {{"sequence", 0}, {"state", {{"version", newer}, {"tiles", "of another kind"}}}}}},
-         "kova-ui 0.1.0 does not fit kova-agent 9.0. Install the same version of both, then run “kova ui restart”"},
+        {{{"result", {{"sequence", 0}, {"state", stateWith("version", newer)}}}}, doesNotFit},
+        {{{"result", {{"sequence", 0}, {"state", {{"version", newer}, {"tiles", "of another kind"}}}}}}, doesNotFit},
         {{{"error", {{"code", -32602}, {"message", "unknown parameter: topic"}}}},
          "The agent publishes no overlay: unknown parameter: topic"},
         {{{"result", {{"sequence", 0}, {"state", stateWith("tiles", 3)}}}},
@@ -172,7 +174,7 @@ TEST(OverlayMirror, IgnoresUnknownMessagesTopicsAndSections) {
     mirror.receive(R"({"method":"show","params":{"what":"menu"}})");
     EXPECT_EQ(requestedWindow, "menu");
     EXPECT_NE(mirror.receive(R"({"method":"changed","params":{"sequence":10,"changes":{}}})"), "")
-        << "change 9 is missing, so the state is requested";
+        << "change 9 is missing, so the whole state is requested again";
 }
 
 } // namespace kova::ui::testing

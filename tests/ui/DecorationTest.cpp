@@ -100,7 +100,7 @@ TEST(Decoration, DetectsThatTheMachineRunsOnBattery) {
     EXPECT_TRUE(runsOnBattery(path));
 }
 
-TEST(Menu, ShowsTheAgentsEntriesAndReportsTheChosenOne) {
+TEST(Menu, ShowsTheAgentsEntriesAndReportsTheChosenEntry) {
     const auto items = decodeMenu(JsonCursor(nlohmann::json::parse(R"({"entries": [
         {"kind": "heading", "id": "", "title": "Display A", "entries": []},
         {"kind": "command", "id": "arrange", "title": "Cut & Paste", "shortcut": "Ctrl+Alt+A"},

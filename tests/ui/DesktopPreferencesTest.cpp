@@ -51,7 +51,7 @@ class FakePortal final : public QDBusVirtualObject {
 
 } // namespace
 
-// This must be the first test of its process, since nothing has used the bus before `start` in kova-ui either.
+// This test must be the first test of its process: in kova-ui too, nothing uses the bus library before `start`.
 TEST(DesktopPreferences, FollowAPortalWhenItStartsAndWhenItsValuesChangeAndWhenItRestarts) {
     const QTemporaryDir folder;
     const QString address = QStringLiteral("unix:path=") + folder.filePath(QStringLiteral("bus"));

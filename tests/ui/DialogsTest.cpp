@@ -47,7 +47,7 @@ TEST_F(Dialogs, OnlyTheButtonConfirmsAQuestionOfTheAgent) {
     std::optional<bool> answer;
     const auto openQuestion = [&] {
         answer.reset();
-        dialogs.confirm({.title = "Sure?", .text = "All goes.", .confirmButton = "Do It", .cancelButton = "Leave It"},
+        dialogs.confirm({.title = "Delete?", .text = "All rules.", .confirmButton = "Delete", .cancelButton = "Keep"},
                         [&](bool isConfirmed) { answer = isConfirmed; });
         return shown("alert");
     };
@@ -68,7 +68,7 @@ TEST_F(Dialogs, OnlyTheButtonConfirmsAQuestionOfTheAgent) {
     ASSERT_TRUE(isClosed("alert"));
 
     openQuestion();
-    dialogs.inform({.title = "Known", .text = "So it is.", .confirmButton = "OK", .cancelButton = {}});
+    dialogs.inform({.title = "Done", .text = "No rule is left.", .confirmButton = "OK", .cancelButton = {}});
     expectAnswer(false);
     ASSERT_TRUE(until([&] { return !control<QPushButton>(host.window("alert"), "confirm")->isVisible(); }));
     EXPECT_EQ(control<QPushButton>(host.window("alert"), "cancel")->text(), QStringLiteral("OK"));

@@ -24,7 +24,7 @@ TEST_F(Controls, ShowTheAgentsErrors) {
     EXPECT_TRUE(error.text().startsWith(QStringLiteral("There is no tile “basement”."))) << error.text().toStdString();
     EXPECT_FALSE(error.isHidden());
     const auto& message = link.contents()->message;
-    EXPECT_FALSE(message && message->text == error.text().toStdString()) << "the overlay does not show the error too";
+    EXPECT_FALSE(message && message->text == error.text().toStdString()) << "the overlay must not show the error, too";
 
     callFor(error, agent, "layout.setInset", {{"points", 20}}, reactions);
     ASSERT_TRUE(until([&] { return done == 1; }));

@@ -250,7 +250,8 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     EXPECT_EQ(ask("status")["result"]["isPaused"], true);
 }
 
-// On a real desktop the palette has the focus when a command is chosen. So the palette remembers the window.
+// On a real desktop, the palette has the focus when the user chooses a command. Therefore the palette remembers which
+// window had the focus when the palette opened.
 TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened) {
     desk.desktop.userFocuses("Terminal");
     desk.settle();

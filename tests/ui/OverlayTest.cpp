@@ -109,7 +109,7 @@ TEST(Overlay, OutlinesAreShownUntilTheDragOfAnEntryEnds) {
         {"suspension", change([](auto& state) { state["isSuspended"] = true; })},
         {"the agent ends", [](Stage& stage) { stage.overlay.show(std::nullopt); }},
         {"a compositor starts", [](Stage& stage) { stage.overlay.compositingChanged(); }},
-        {"the secondary button is pressed",
+        {"the right button is pressed",
          [](Stage& stage) { QTest::mousePress(&stage.footer("primary"), Qt::RightButton, {}, QPoint(200, 10)); }}};
     for (const Case& each : cases) {
         Stage stage;
@@ -159,12 +159,12 @@ TEST(Overlay, TheMessageCoversNeitherFootersNorTheButtonsOfEmptyTiles) {
         {"above the button of a short tile", 384, [](auto&) {}},
         {"above the footers", 450, [](auto& state) { state["tiles"][1]["isEmpty"] = false; }},
         {"no buttons", 450, [](auto& state) { state["appearance"]["showTileBackgrounds"] = false; }},
-        {"no footers", 488,
+        {"neither footers nor buttons", 488,
          [](auto& state) {
              for (auto& tile : state["tiles"]) tile["footerFrame"] = nullptr;
              state["displays"][0]["isFocusMode"] = true;
          }},
-        {"no room above it", 488, [](auto& state) {
+        {"no room above the button", 488, [](auto& state) {
              state["displays"][0]["visibleFrame"] = {{"x", 0}, {"y", 420}, {"width", 800}, {"height", 80}};
          }}};
     for (const Case& each : cases) {
@@ -175,7 +175,7 @@ TEST(Overlay, TheMessageCoversNeitherFootersNorTheButtonsOfEmptyTiles) {
     }
 }
 
-TEST(Overlay, OnlyWhatChangedIsDrawn) {
+TEST(Overlay, OnlyWindowsWhosePictureHasChangedAreDrawn) {
     Stage stage;
     const int before = stage.platform.drawings();
     stage.show();

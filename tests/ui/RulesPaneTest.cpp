@@ -164,6 +164,13 @@ TEST_F(RulesInSettings, TheSelectedRuleShowsItsWindowsAndCanBeChanged) {
     disposition->setFocus();
     QTest::keyClick(disposition, Qt::Key_Down);
     EXPECT_TRUE(until([&] { return rules()[0]["disposition"] == "ignore"; }));
+
+    title->setFocus();
+    ASSERT_TRUE(until([&] { return title->hasFocus(); }));
+    QTest::keyClicks(title, "s");
+    ask("rule.delete", {{"rule", "1"}});
+    EXPECT_TRUE(until([&] { return table->topLevelItemCount() == 3 && title->text().isEmpty(); }))
+        << "the text that was typed for a deleted rule must not become the title of its neighbor";
 }
 
 TEST_F(RulesInSettings, ErrorsAreShownAtTheControl) {

@@ -23,7 +23,7 @@ struct Sample {
     bool useThemeBackground = true;
     bool isDragging = false;
     bool hasMessage = true;
-    bool hasNotice = false;     // in two footers, of which one is too narrow for the whole notice
+    bool hasNotice = false;     // in two footers; one of them is too narrow for the whole notice
     bool isRightToLeft = false; // names and the message are Arabic and Hebrew; some do not fit
     bool hasBrain = false;      // the particles of the backdrop are drawn
     bool hasSpan =
@@ -60,7 +60,7 @@ class PicturePlatform final : public OverlayPlatform {
     const std::map<OverlayWindow*, WindowRecord>& windows() const { return windows_; }
     int drawings() const;
     int windowCountOf(Layer layer) const;
-    /// A picture of the screen: all windows over a wallpaper, in their stacking order.
+    /// A picture of the screen: all windows in their stacking order, above a wallpaper.
     QImage screen(QSize size, const QBrush& wallpaper = QColor(0x6b, 0x7f, 0x95)) const;
 
   private:

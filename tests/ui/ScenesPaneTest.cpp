@@ -107,16 +107,17 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndRestored) {
     ASSERT_TRUE(list->findChild<QLineEdit*>()) << "the name is edited in its place";
     ask("scene.rename", {{"scene", "Play"}, {"newName", "Games"}});
     QTest::keyClick(list->findChild<QLineEdit*>(), Qt::Key_Escape);
-    ASSERT_TRUE(untilShown("Desk, Games")) << "renamed by a command meanwhile";
+    ASSERT_TRUE(untilShown("Desk, Games")) << "a command renamed the scene while its name was edited";
     select(0);
     click("deleteScene");
     ASSERT_TRUE(untilShown("Games"));
     ask("scene.rename", {{"scene", "Games"}, {"newName", "Toys"}});
-    EXPECT_TRUE(untilShown("Toys")) << "renamed by a command";
+    EXPECT_TRUE(untilShown("Toys")) << "the list shows a new name that a command gave";
     ask("scene.undelete");
-    EXPECT_TRUE(until([&] { return list->topLevelItemCount() == 2; })) << "restored by a command";
+    EXPECT_TRUE(until([&] { return list->topLevelItemCount() == 2; }))
+        << "the list shows a scene that a command restored";
     for (const char* scene : {"Toys", "Desk"}) ask("scene.delete", {{"scene", scene}});
-    EXPECT_TRUE(untilShown("")) << "deleted by a command";
+    EXPECT_TRUE(untilShown("")) << "the list shows that a command deleted the scenes";
 }
 
 TEST_F(ScenesInSettings, ListWhatOpeningWouldChangeAndAreOpened) {
@@ -160,7 +161,7 @@ TEST_F(ScenesInSettings, AreExportedAndAreImportedAfterASummary) {
     ask("scene.delete", {{"scene", "Work"}});
     choose("import", path);
     const QString summary = "A scene would be added from “desk.json”: Work\n"
-                            "There already, and left as they are: 1";
+                            "Already there and left unchanged: 1";
     EXPECT_TRUE(until([&] { return text("importText") == summary; })) << text("importText").toStdString();
     EXPECT_EQ(shown(), "") << "before the confirmation no scene is added";
     click("addImport");

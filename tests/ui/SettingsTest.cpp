@@ -35,7 +35,7 @@ using nlohmann::json;
 
 class Settings : public WindowStage {
   protected:
-    /// The window with that pane, once the agent's state has arrived.
+    /// Opens the settings window with that pane, and waits until the agent's state has arrived.
     HostedWindow* openAt(const std::string& pane) {
         HostedWindow* window = open("settings", {{"pane", pane}});
         QApplication::setActiveWindow(window);
@@ -44,7 +44,7 @@ class Settings : public WindowStage {
     }
     json section(const std::string& name) { return host.session()->state().value(name, json()); }
     json settings() { return ask("query.state")["result"]["state"]["settings"]; }
-    /// Waits until the check box shows that state; false if it does not.
+    /// Waits until the check box shows that state; returns false if it does not show it in time.
     bool shows(HostedWindow* window, const char* box, bool isOn) {
         return until([&] { return control<QCheckBox>(window, box)->isChecked() == isOn; });
     }
@@ -132,7 +132,7 @@ TEST_F(Settings, PanesAreChosenByKeyboardAndTheLastOneIsShownAgain) {
     EXPECT_EQ(control<QListWidget>(open("settings"), "panes")->currentItem()->text(), last);
 }
 
-// The agent's state lists the windows that should be open. When the user closes a window, kova-ui reports this.
+// The agent's state lists the windows that should be open. When the user closes such a window, kova-ui reports it.
 TEST_F(Settings, OpenAndCloseAsTheAgentsStateSays) {
     const auto follow = [&] {
         return until([&] {
@@ -239,7 +239,7 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentAndRefusedIfInUse) {
     EXPECT_TRUE(until([&] {
         desk.advance(Seconds(0.3));
         return !isRecording();
-    })) << "the keyboard is released";
+    })) << "the agent has ended the recording";
     QTest::mouseClick(control<QPushButton>(window, "clearShortcut"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") == "none" && row("Focus Left")->text(1).isEmpty(); }));
     QTest::mouseClick(control<QPushButton>(window, "restoreShortcuts"), Qt::LeftButton);
@@ -318,7 +318,7 @@ TEST_F(Settings, LayoutsAreChosenByTheirPicturesAndLayoutsThatAreTooSmallAreMark
     EXPECT_TRUE(until([&] { return control<QComboBox>(window, "displays")->count() == 2; }));
 }
 
-/// Changes a variable of the environment for a test.
+/// Sets an environment variable for a test, and restores it when the test ends.
 class ChangedVariable {
   public:
     ChangedVariable(const char* name, const QByteArray& value) :

@@ -1,5 +1,6 @@
 #include "ui/x11/StackOrder.h"
 #include "ui/x11/ApplicationAreas.h"
+#include "ui/x11/RestackBudget.h"
 
 #include <gtest/gtest.h>
 
@@ -34,11 +35,14 @@ TEST(StackOrder, OverlayBelongsAboveTheDesktopAndBelowEveryApplication) {
     };
     const std::vector<Case> cases{
         {"in its place", {kDesktop, kBackdrop, kFooter, kEditor, kMail}, true, kDesktop},
-        {"support windows between do not count", {kMenu, kDesktop, kBackdrop, kMenu, kFooter, kEditor}, true, kDesktop},
+        {"support windows between the overlay's windows do not count",
+         {kMenu, kDesktop, kBackdrop, kMenu, kFooter, kEditor},
+         true,
+         kDesktop},
         {"an application was lowered", {kDesktop, kMail, kBackdrop, kFooter, kEditor}, false, kDesktop},
         {"an application is below the desktop", {kMail, kDesktop, kBackdrop, kFooter, kEditor}, false, 0},
         {"the desktop was raised", {kBackdrop, kFooter, kDesktop, kEditor}, false, kDesktop},
-        {"the desktop came in between", {kBackdrop, kDesktop, kFooter, kEditor}, false, kDesktop},
+        {"the desktop is between the overlay's windows", {kBackdrop, kDesktop, kFooter, kEditor}, false, kDesktop},
         {"in the wrong order", {kDesktop, kFooter, kBackdrop, kEditor}, false, kDesktop},
         {"no desktop, no application", {kMenu, kBackdrop, kFooter}, true, 0},
         {"an application below the guard does not count",
@@ -71,6 +75,26 @@ TEST(StackOrder, FollowsTheServersEvents) {
     EXPECT_EQ(stack.bottomFirst().size(), 4u) << "an unknown window is not added";
 }
 
+TEST(RestackBudget, AllowsABurstAndThenOneChangePerPause) {
+    using namespace std::chrono_literals;
+    RestackBudget budget;
+    RestackBudget::Time now{1h};
+    const auto takeAll = [&] {
+        int taken = 0;
+        while (budget.take(now)) ++taken;
+        return taken;
+    };
+    EXPECT_EQ(takeAll(), RestackBudget::kBurst);
+    now += RestackBudget::kPause - 1ms;
+    EXPECT_EQ(takeAll(), 0);
+    now += 1ms;
+    EXPECT_EQ(takeAll(), 1);
+    now += 3 * RestackBudget::kPause;
+    EXPECT_EQ(takeAll(), 3);
+    now += 1h;
+    EXPECT_EQ(takeAll(), RestackBudget::kBurst) << "no more than a burst is saved up";
+}
+
 TEST(ApplicationAreas, CoverTheDrawnPartsOfApplicationsThatNoGuardHides) {
     StackOrder order;
     order.reset({1, 2, 3, 4});
@@ -78,7 +102,7 @@ TEST(ApplicationAreas, CoverTheDrawnPartsOfApplicationsThatNoGuardHides) {
     for (const WindowNumber window : {1U, 3U}) order.classify(window, RootChild::application);
     ApplicationAreas areas;
     areas.shown(1, QRect(0, 0, 500, 500), QRect(0, 0, 500, 500));
-    areas.shown(3, QRect(90, 90, 220, 120), QRect(100, 100, 200, 100)); // invisible borders of 10
+    areas.shown(3, QRect(90, 90, 220, 120), QRect(100, 100, 200, 100)); // invisible borders of 10 pixels
     areas.shown(4, QRect(0, 0, 50, 50), QRect(0, 0, 50, 50));           // not an application's window
     EXPECT_EQ(areas.covered(order), QRegion(100, 100, 200, 100));
     EXPECT_TRUE(areas.moved(3, QRect(0, 0, 220, 120)));

@@ -39,7 +39,7 @@ class WholeSession : public ::testing::Test {
         std::erase_if(windows, [&](xcb_window_t window) { return !editor.isViewable(window); });
         return windows;
     }
-    /// The frames of all footers, in order.
+    /// The frames of all footers, sorted, as one text.
     std::string footers() const {
         std::vector<std::string> frames;
         for (const xcb_window_t footer : shown("KOVA footer"))
@@ -99,7 +99,8 @@ TEST_F(WholeSession, FootersStayWhileTheSessionIsLocked) {
     bus.set("c1", "LockedHint", sdbus::Variant(true));
     ASSERT_TRUE(logs("workspace suspended"));
     EXPECT_NE(session.kova({"arrange"}).exitCode, 0);
-    // kova-ui receives the suspension before the refusal's message, so the suspension has been handled by now.
+    // kova-ui receives the suspension before the message of the refusal. When it shows the message, it has handled the
+    // suspension.
     EXPECT_TRUE(eventually([&] { return !shown("KOVA message").empty(); }));
     EXPECT_EQ(footers(), before);
 

@@ -1,6 +1,6 @@
-// A window of kova-ui connected to a complete agent on the simulated desktop, over the agent's real socket. Both run on
-// one thread: `until` lets the agent and the toolkit handle their events alternately. The time of the desktop stands
-// still unless a test advances it.
+// A window of kova-ui that is connected to a complete agent on the simulated desktop, over the agent's real socket. The
+// window and the agent run on one thread: `until` lets the agent and the toolkit handle their events alternately. The
+// time of the desktop stands still unless a test advances it.
 #pragma once
 
 #include "tests/control/AgentStage.h"
@@ -24,7 +24,7 @@ class WindowStage : public ::testing::Test, public AgentStage {
 
     /// Opens the window and waits until it is shown; null, and a failure, if it is not shown.
     HostedWindow* open(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
-    /// Waits until `holds` is true; false if it is not within ten seconds.
+    /// Waits until `holds` returns true; returns false if it does not within ten seconds.
     bool until(const std::function<bool()>& holds);
     /// The control with that object name in a window; null, and a failure, if there is none.
     template <class Control>
@@ -38,16 +38,16 @@ class WindowStage : public ::testing::Test, public AgentStage {
 
     /// Gives all widgets the palette for the brightness.
     void style(Brightness brightness);
-    /// Draws the window at `scale` pixels per point, without text cursor.
+    /// Draws the window at `scale` pixels per point, without a text cursor.
     static QImage picture(QWidget& window, int scale);
-    /// Compares the window in light and dark, at scale 1 and 2, with golden/NAME-dark@2.png and so on. Skips the
-    /// comparison where the font of the golden pictures is missing.
+    /// Draws the window in light and dark and at scales 1 and 2, and compares these pictures with the golden pictures:
+    /// NAME-dark@2.png and so on. Skips the test if the font of the golden pictures is missing.
     void compareWithGoldens(QWidget& window, const std::string& name);
 
     std::vector<std::string> closedByUser; // windows that the user closed while they were in the agent's list
     AgentLink link;
     Brightness brightness = Brightness::dark;
-    IconSource icon; // of applications; without it they have none
+    IconSource icon; // the source of application icons; if empty, applications have no icons
     WindowHost host;
 };
 

@@ -1,5 +1,5 @@
-// The connection to the agent; it sends and receives lines. A lost connection is established again, after growing
-// delays. Main thread only.
+// The connection to the agent; it sends and receives lines. It reconnects after the connection was lost; the delay
+// grows with each failed attempt. Main thread only.
 #pragma once
 
 #include "control/client/ControlClient.h"
@@ -28,7 +28,8 @@ class AgentConnection : public QObject {
     void start();
     bool isConnected() const { return client_ != nullptr; }
     const std::string& socketPath() const { return socketPath_; }
-    /// No-op without a connection. Closes the connection if the agent does not read.
+    /// Does nothing without a connection. Closes the connection if sending fails, for example because the agent does
+    /// not read.
     void send(std::string lines);
     /// Closes the connection, if there is one: calls `lost`, and connects again later.
     void closeConnection();

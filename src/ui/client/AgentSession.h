@@ -48,7 +48,7 @@ class AgentSession : public QObject {
     void subscribe(const std::string& topic);
 
     AgentConnection connection_;
-    std::set<std::string> topics_; // to subscribe to; an empty text stands for the state of the workspace
+    std::set<std::string> topics_; // the followed topics; an empty text stands for the state of the workspace
     nlohmann::json state_ = nlohmann::json::object();
     std::uint64_t nextRequest_ = 1;
     std::map<std::uint64_t, std::function<void(const Response&)>> pendingRequests_;

@@ -10,7 +10,7 @@
 
 namespace kova::ui {
 
-/// Names that the user or a layout gave, such as names of scenes and tiles, are not translated.
+/// A title that is the name of a scene, a layout or a tile is not translated.
 QString titleInUsersLanguage(const MenuItem& item);
 /// Names and numbers within the text are not translated.
 QString inUsersLanguage(const std::string& text);

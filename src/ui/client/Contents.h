@@ -39,10 +39,10 @@ struct DisplayContents {
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{};
-    double scale = 1; // units of the toolkit per point; the units are pixels, on a Mac points
+    double scale = 1; // toolkit units per point; a toolkit unit is a pixel, but a point on a Mac
     bool isFocusMode = false;
     bool isCurrent = false;
-    std::vector<CGRect> floatingFrames{}; // of windows outside tiles, while the decoration is shown
+    std::vector<CGRect> floatingFrames{}; // the frames of windows outside tiles; empty unless the decoration is shown
     bool operator==(const DisplayContents&) const = default;
 };
 
@@ -53,7 +53,7 @@ struct ApplicationName {
 };
 
 struct StackEntry {
-    std::string window; // the window's id, as parameters of methods contain it
+    std::string window; // the window's id as text, as the agent's methods expect it
     ApplicationName application;
     std::string title;
     bool isFront = false;
@@ -73,7 +73,7 @@ struct TileContents {
     std::string display;
     std::string name;
     CGRect frame{};
-    std::optional<CGRect> footerFrame; // absent where focus mode owns the display
+    std::optional<CGRect> footerFrame; // absent while the display is in focus mode
     bool isEmpty = true;
     bool isDropTarget = false;
     std::vector<StackEntry> applications;   // front first
@@ -92,8 +92,8 @@ struct DividerContents {
 };
 
 struct WindowDrag {
-    std::optional<std::string> display; // under the pointer
-    std::optional<std::string> tile;
+    std::optional<std::string> display; // the display under the pointer
+    std::optional<std::string> tile;    // the drop target
     bool operator==(const WindowDrag&) const = default;
 };
 
@@ -120,7 +120,7 @@ struct OverlayContents {
     std::vector<DividerContents> dividers;
     std::optional<WindowDrag> drag;
     std::optional<StatusMessage> message;
-    std::map<std::string, ShownWindow> windows; // by the name that the notification `show` uses
+    std::map<std::string, ShownWindow> windows; // the keys are the names in the notification `show`
     bool operator==(const OverlayContents&) const = default;
 
     /// Null if there is no such display or tile.
@@ -144,8 +144,8 @@ struct MenuItem {
     std::string title;
     bool isEnabled = true;
     bool isChecked = false;
-    std::string shortcut;          // only shown, not handled here; empty if there is none
-    std::vector<MenuItem> entries; // of a submenu
+    std::string shortcut;          // only displayed, since the agent handles the keys; empty if there is none
+    std::vector<MenuItem> entries; // the entries of a submenu
     bool operator==(const MenuItem&) const = default;
 };
 

@@ -6,8 +6,8 @@ namespace kova::ui {
 
 namespace {
 
-/// In bytes. The agent accepts 1000. The difference is a reserve: if the last character is cut, a replacement character
-/// takes its place, which may be longer.
+/// The longest text of a report, in bytes. The agent accepts 1000 bytes. The other 10 bytes are a reserve: shortening a
+/// text may cut its last character, and the replacement character may be longer than the part that is left.
 constexpr std::size_t kLongestReport = 990;
 
 nlohmann::json memberOf(const nlohmann::json& object, const char* key) {
@@ -87,7 +87,7 @@ std::string OverlayMirror::receiveState(const Response& response) {
         const JsonCursor result(response.result, "");
         OverlayContents updated;
         const JsonCursor state = result.required("state");
-        // The version first, since sections of another version may not be decodable.
+        // The version is decoded first, because sections of another version may not be decodable.
         const nlohmann::json version{{"version", state.required("version").value()}};
         applySections(updated, JsonCursor(version, "state"));
         if (updated.version.contract != kOverlayContract) {
@@ -108,7 +108,7 @@ std::string OverlayMirror::receiveState(const Response& response) {
 
 std::string OverlayMirror::receiveChanges(const nlohmann::json& parameters) {
     if (const std::string topic = textIn(parameters, "topic"); !topic.empty() && topic != "overlay") return {};
-    // Changes that arrive before the requested state are already part of it.
+    // Changes that arrive before the requested state are already part of that state.
     if (!contents_ || subscription_ != 0) return {};
     try {
         const JsonCursor at(parameters, "");

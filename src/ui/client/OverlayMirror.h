@@ -37,7 +37,7 @@ class OverlayMirror {
     std::string connected();
     /// Call when the connection has ended: resets the contents and calls `done` of pending requests with an error.
     void disconnected();
-    /// Handles one line from the agent. Returns the line to send in return, usually none.
+    /// Handles one line from the agent. Returns the line to send to the agent; usually empty.
     std::string receive(std::string_view line);
     /// Returns the line to send for a request; `done` is called with the response.
     std::string request(const std::string& method, nlohmann::json parameters,

@@ -26,7 +26,7 @@ void drawWarning(QPainter& painter, const Palette& colors) {
     painter.setPen(QPen(kWarningFill, 6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPath(triangle);
     const QColor edge = legible(kWarningFill, {colors.panel}, 3);
-    if (edge != kWarningFill) { // too pale beside a light background
+    if (edge != kWarningFill) { // the sign is too pale on the background and needs an edge
         QPainterPathStroker around;
         around.setWidth(6);
         around.setJoinStyle(Qt::RoundJoin);

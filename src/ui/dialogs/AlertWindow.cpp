@@ -47,10 +47,10 @@ AlertWindow::AlertWindow(WindowServices& services) :
     }
     list_->setObjectName(QStringLiteral("applications"));
     list_->setAccessibleName(tr("Applications that would end"));
-    list_->setAccessibleDescription(tr("They would be ended without asking them"));
+    list_->setAccessibleDescription(tr("These applications would be ended without being asked"));
     list_->setSelectionMode(QAbstractItemView::NoSelection);
     confirm_->setObjectName(QStringLiteral("confirm"));
-    confirm_->setAccessibleDescription(tr("Carries out what is asked"));
+    confirm_->setAccessibleDescription(tr("Carries out the action that the text describes"));
     cancel_->setObjectName(QStringLiteral("cancel"));
     error_->setObjectName(QStringLiteral("error"));
     connect(confirm_, &QPushButton::clicked, this, &AlertWindow::confirm);
@@ -76,7 +76,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
 }
 
 void AlertWindow::present(const json& parameters) {
-    answer(false); // a new alert replaces an open alert, which thereby counts as canceled
+    answer(false); // a new alert replaces an open one; the open one counts as canceled
     alert_ = parameters;
     const QString confirm = alertText(parameters, "confirm"), cancel = alertText(parameters, "cancel");
     const QString close = confirm.isEmpty() ? tr("Close") : confirm;

@@ -21,10 +21,11 @@ struct DocumentFile {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::DocumentFile)
 };
 
-/// In bytes. JSON needs up to six bytes for one byte of the text (“\u0000”), and the message has further members.
+/// The size of the largest piece in bytes. JSON needs up to six bytes (“\u0000”) for one byte of the text, and the
+/// message has further members.
 constexpr qsizetype kLargestPiece = kLongestControlLine / 8;
 
-/// The number of bytes of the first piece. The piece does not end within a character.
+/// The number of bytes of the first piece of the text. The piece does not end within a character.
 qsizetype lengthOfPiece(const QByteArray& text) {
     if (text.size() <= kLargestPiece) return text.size();
     qsizetype end = kLargestPiece;

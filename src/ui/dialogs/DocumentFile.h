@@ -1,4 +1,4 @@
-// Writes and reads the file of scenes and rules, and sends its text to the agent. Main thread only.
+// Writes and reads the file to which scenes and rules are exported, and sends its text to the agent. Main thread only.
 #pragma once
 
 #include "ui/client/AgentSession.h"

@@ -1,5 +1,5 @@
-// The window of the menu's export and import of scenes and rules: a file panel, and below it the reason if the file
-// cannot be written or read.
+// The window in which the user exports or imports scenes and rules; the menu opens it. It shows a file panel and, if
+// the file cannot be written or read, the reason below the panel.
 #pragma once
 
 #include "ui/windows/FieldError.h"

@@ -26,10 +26,11 @@ std::map<QString, Texts> textsOf(const QFileDialog& panel) {
         {"backButton", {FilePanel::tr("Back"), FilePanel::tr("Shows the folder that was shown before")}},
         {"forwardButton", {FilePanel::tr("Forward"), FilePanel::tr("Shows the folder that was left with “Back”")}},
         {"toParentButton", {FilePanel::tr("Folder Above"), FilePanel::tr("Shows the folder that contains this one")}},
-        {"newFolderButton", {FilePanel::tr("New Folder"), FilePanel::tr("Creates a folder in the one that is shown")}},
-        {"listModeButton", {FilePanel::tr("Names"), FilePanel::tr("Lists the names of files only")}},
+        {"newFolderButton",
+         {FilePanel::tr("New Folder"), FilePanel::tr("Creates a folder in the folder that is shown")}},
+        {"listModeButton", {FilePanel::tr("Names"), FilePanel::tr("Lists only the names of the files")}},
         {"detailModeButton", {FilePanel::tr("Details"), FilePanel::tr("Lists files with their size, type and date")}},
-        {"sidebar", {FilePanel::tr("Places"), FilePanel::tr("Folders that are often needed")}},
+        {"sidebar", {FilePanel::tr("Places"), FilePanel::tr("Frequently used folders")}},
         {"listView", {FilePanel::tr("Files"), FilePanel::tr("The files and folders in the folder that is shown")}},
         {"treeView", {FilePanel::tr("Files"), FilePanel::tr("The files and folders in the folder that is shown")}},
         {"fileNameEdit",
@@ -55,7 +56,7 @@ void describeFilePanel(QFileDialog& panel) {
     for (QAbstractButton* each : buttons->buttons()) {
         const bool isCancel = buttons->buttonRole(each) == QDialogButtonBox::RejectRole;
         each->setAccessibleDescription(isCancel ? FilePanel::tr("Closes the file panel and leaves everything as it is")
-                                       : isExport ? FilePanel::tr("Writes the file of that name")
+                                       : isExport ? FilePanel::tr("Writes the file with that name")
                                                   : FilePanel::tr("Reads the chosen file"));
     }
 }

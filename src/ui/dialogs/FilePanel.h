@@ -1,11 +1,11 @@
-// Names and descriptions, for screen readers, of the controls in the toolkit's file panel. Main thread only.
+// Gives the controls in the toolkit's file panel names and descriptions for screen readers. Main thread only.
 #pragma once
 
 #include <QFileDialog>
 
 namespace kova::ui {
 
-/// Call after the panel's mode was set, to open or to save a file. No effect on the system's own panels.
+/// Call this after setting whether the panel opens or saves a file. It has no effect on the system's own panels.
 void describeFilePanel(QFileDialog& panel);
 
 } // namespace kova::ui

@@ -136,8 +136,8 @@ void CommandPalette::filter() {
     }
 }
 
-/// Lets the field ask for the next argument of the command, with the command's title before the question. The title of
-/// a command with arguments ends with “…”, which is left out here.
+/// Shows the next question in the field, after the command's title. The title of a command with arguments ends with
+/// “…”; the field shows the title without it.
 void CommandPalette::askNext() {
     const Question& current = *question();
     field().setPlaceholderText(tr("%1: %2").arg(command_->title.chopped(1), current.prompt));
@@ -166,7 +166,7 @@ void CommandPalette::entryChosen(const LauncherEntry& entry) {
         answered_ = 0;
     }
     if (question()) return askNext();
-    // Without a window in the parameters the agent acts on the focused window, which is the palette now.
+    // If the parameters name no window, the agent acts on the focused window, and that is the palette now.
     if (lastFocused_.is_string() && actsOnFocusedWindow(command_->method) && !command_->parameters.contains("window"))
         command_->parameters["window"] = lastFocused_;
     if (!command_->isConfirmedFirst) {

@@ -46,7 +46,7 @@ class CommandPalette final : public SearchWindow {
 
     TilePicture* picture_;
     std::optional<LauncherEntry> command_; // the chosen command, whose questions are asked
-    nlohmann::json lastFocused_;           // id of the window that had the focus before the palette; commands act on it
+    nlohmann::json lastFocused_;           // id of the window that was focused before the palette opened
     std::size_t answered_ = 0;             // number of answered questions of `command_`
     unsigned generation_ = 0;              // counts the lists of entries; responses for an older list are dropped
 };

@@ -11,8 +11,8 @@ namespace kova::ui {
 
 namespace {
 
-// Uses raise the score, so that frequently used entries come first among equally good matches. Further uses do not
-// count.
+// The number of uses, at most this number, is added to the score: of equally good matches, the one that is used most
+// often comes first.
 constexpr int kMostUsesThatCount = 50;
 
 } // namespace

@@ -20,7 +20,7 @@ enum class Subject {
     scene,
     rule,
     window,
-    application, // of an open window
+    application, // one that has an open window
     tile,
     slot, // of the layouts in force
     display,
@@ -32,7 +32,7 @@ enum class Subject {
 };
 
 struct Question {
-    std::string key; // of the parameter; unused if the answer sets several parameters
+    std::string key; // name of the parameter that the answer sets; unused if it sets several
     Subject subject = Subject::text;
     QString prompt;
 };
@@ -40,9 +40,9 @@ struct Question {
 struct LauncherEntry {
     QString title;
     QString kind{};                // shown beside the title; empty if all entries are of one kind
-    ApplicationName application{}; // whose icon is shown
-    QString iconName{};            // in the icon theme, or a file path; empty: the icon is found by `application`
-    QString words{};               // further words that the search finds
+    ApplicationName application{}; // the application whose icon is shown
+    QString iconName{};            // a name in the icon theme, or a file path; if empty, `application` decides
+    QString words{};               // further words by which the search finds the entry
     int uses = 0;                  // how often the application was launched by KOVA
     std::string method{};          // the agent's method to call when the entry is chosen
     nlohmann::json parameters = nlohmann::json::object();
@@ -69,7 +69,7 @@ class EntryList {
     void sort();
 
     std::vector<LauncherEntry> entries_;
-    std::vector<QString> folded_; // the title of the entry with the same index
+    std::vector<QString> folded_; // the folded title of the entry with the same index
 };
 
 } // namespace kova::ui

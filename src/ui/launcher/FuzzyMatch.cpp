@@ -14,7 +14,7 @@ bool beginsWord(const QString& name, qsizetype at) {
 }
 
 /// The number of characters of the name that are skipped if the word's characters are searched in order from `begin`;
-/// absent if they are not all found.
+/// absent if not all characters are found.
 std::optional<int> skippedFrom(const QString& name, qsizetype begin, const QString& word) {
     qsizetype at = begin;
     for (const QChar wanted : word) {
@@ -30,7 +30,7 @@ std::optional<int> scoreOfWord(const QString& name, const QString& word) {
     for (qsizetype at = name.indexOf(word[0]); at >= 0; at = name.indexOf(word[0], at + 1)) {
         if (!beginsWord(name, at)) continue;
         const auto skipped = skippedFrom(name, at, word);
-        if (!skipped) break; // then the word does not match from a later position either
+        if (!skipped) break; // the word does not match from a later position either
         const int score =
             *skipped > 0 ? kScattered - std::min(*skipped, kScattered - 1) : (at > 0 ? kWordBeginning : kBeginning);
         best = std::max(best.value_or(0), score);

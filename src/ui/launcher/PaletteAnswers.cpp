@@ -18,7 +18,7 @@ struct PaletteAnswers {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::PaletteAnswers)
 };
 
-/// Where the possible answers for a subject come from: they are the elements of the array `list` in the method's
+/// The source of the possible answers for a subject. The answers are the elements of the array `list` in the method's
 /// result. The members `value` and `title` of an element contain the parameter's value and the text to show.
 struct Source {
     Subject subject;

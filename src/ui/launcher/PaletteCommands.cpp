@@ -12,7 +12,7 @@ namespace {
 struct Command {
     const char* title; // translated where it is shown
     const char* method;
-    const char* key = nullptr; // of the only parameter
+    const char* key = nullptr; // name of the only parameter
     const char* value = nullptr;
     enum class Value { kText, kOn, kOff, kDisplay } kind = Value::kText;
 };
@@ -27,7 +27,7 @@ struct CommandWithArguments {
     const char* title;
     const char* method;
     std::array<Argument, 2> arguments;
-    const char* key = nullptr; // of a further parameter, with the fixed value `value`
+    const char* key = nullptr; // name of a further parameter, whose value is always `value`
     const char* value = nullptr;
     bool isConfirmedFirst = false;
 };
@@ -86,8 +86,8 @@ constexpr auto kCommands = std::to_array<Command>({
      kOff},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Decoration on"), "theme.brain", "isOn", nullptr, kOn},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Decoration off"), "theme.brain", "isOn", nullptr, kOff},
-    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Start with the session: on"), "login.on"},
-    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Start with the session: off"), "login.off"},
+    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Start KOVA at login: on"), "login.on"},
+    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Start KOVA at login: off"), "login.off"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Open the settings"), "settings.show"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Open the menu"), "ui.show", "what", "menu"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Restart the user interface"), "ui.restart"},
@@ -220,10 +220,11 @@ constexpr auto kCommandsWithArguments = std::to_array<CommandWithArguments>({
      {{{"action", Subject::shortcutAction, QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Of which action?")}}}},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Quit an application"),
      "app.quit",
-     {{{"window", Subject::window, QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "By which window?")}}}},
+     {{{"window", Subject::window,
+        QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "The application of which window?")}}}},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Force an application to quit"),
      "app.forceQuit",
-     {{{"window", Subject::window, QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "By which window?")}}},
+     {{{"window", Subject::window, QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "The application of which window?")}}},
      nullptr,
      nullptr,
      true},

@@ -1,6 +1,6 @@
-// The commands of the palette: every verb of the command line that changes something. Some commands take the window
-// that was focused before the palette opened, or the display of the palette's tile. The palette asks for all other
-// arguments.
+// The commands of the palette: every command of the command line that changes something, except those that
+// docs/control-schema.json marks with `notInPalette`. Some commands act on the window that was focused before the
+// palette opened, or on the display of the palette's tile. The palette asks for all other arguments.
 #pragma once
 
 #include "ui/launcher/Entries.h"

@@ -57,8 +57,8 @@ class EntryDelegate final : public QStyledItemDelegate {
     }
 };
 
-/// Closes the window when a button is pressed over another window of this program. The loss of the focus does not
-/// suffice as a sign, since footers, for example, do not take the focus.
+/// Closes the window when a mouse button is pressed over another window of this program. Waiting for the loss of the
+/// focus is not enough: footers, for example, do not take the focus.
 class OutsidePressFilter final : public QObject {
   public:
     explicit OutsidePressFilter(QWidget& window) : QObject(&window), window_(window) { qApp->installEventFilter(this); }
@@ -96,7 +96,7 @@ int EntryModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(shown_.size());
 }
 
-/// `size` is in units of the toolkit, each of which is `ratio` pixels.
+/// `size` is in toolkit units; one unit is `ratio` pixels.
 QPixmap EntryModel::iconOf(const LauncherEntry& entry, int size, qreal ratio) const {
     const int pixels = qCeil(size * ratio);
     QPixmap picture;
@@ -238,14 +238,15 @@ void SearchWindow::setLoading(bool isLoading) {
 
 void SearchWindow::explainEmptyList() {
     if (isLoading_) return nothingFound_->sayLoading();
-    // The error says enough, unless something was searched for.
+    // Without a query, the error already explains the empty list.
     const bool isExplained = !error_->text().isEmpty() && field_->text().isEmpty();
     nothingFound_->say(isExplained ? QString() : tr("Nothing found"));
 }
 
 void SearchWindow::choose(const QModelIndex& index) {
     const LauncherEntry* entry = model_->entryAt(index);
-    if (entry && !isRequestPending_) entryChosen(LauncherEntry(*entry)); // a copy, since this may replace the list
+    if (entry && !isRequestPending_)
+        entryChosen(LauncherEntry(*entry)); // a copy, since `entryChosen` may replace the list
 }
 
 void SearchWindow::perform(const LauncherEntry& entry) {

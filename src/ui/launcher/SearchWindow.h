@@ -54,11 +54,11 @@ class SearchWindow : public HostedWindow {
     void insertAbove(QWidget* widget);
     /// Replaces the entries and selects the first row.
     void setEntries(std::vector<LauncherEntry> entries);
-    /// The entry that was selected with the arrow keys stays selected.
+    /// Adds entries. An entry that the user has selected with the arrow keys stays selected.
     void addEntries(std::vector<LauncherEntry> entries);
     /// Shows only this entry, whatever is typed.
     void showOnly(LauncherEntry entry);
-    /// While entries are requested, an empty list says so.
+    /// While entries are loading, an empty list says so.
     void setLoading(bool isLoading);
     /// Sends the entry's request to the agent, and closes the window when the request has succeeded.
     void perform(const LauncherEntry& entry);

@@ -1,4 +1,4 @@
-// The Mac's settings for light or dark and for animations. Main thread only.
+// Follows the Mac's settings for the light or dark appearance and for animations. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"

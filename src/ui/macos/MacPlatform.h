@@ -24,11 +24,11 @@ class MacPlatform final : public OverlayPlatform {
     Qt::WindowType windowType() const override { return Qt::Tool; }
     void adopt(OverlayWindow& window) override;
     void release(OverlayWindow& window) override;
-    /// Also hides the window's click area.
+    /// Also hides the click area of the window (see `shape`).
     void conceal(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
     /// A Mac window receives clicks either everywhere or nowhere. If only a part must receive clicks, an invisible
-    /// window over that part receives them and passes them on.
+    /// window over that part, its click area, receives them and passes them on.
     void shape(OverlayWindow& window, const QRegion& visible, const QRegion& clickable) override;
     /// Draws no divider line: the agent draws it in the divider's handle.
     void draw(OverlayWindow& window, const QRegion& dirty) override {
@@ -47,8 +47,8 @@ class MacPlatform final : public OverlayPlatform {
     std::map<OverlayWindow*, std::unique_ptr<ClickArea, RemoveLater>> clickAreas_;
 };
 
-/// On a Mac, a window gets the focus only while its program is active, which kova-ui usually is not. Panels without a
-/// title bar are the exception. If kova-ui becomes active while it shows no window, it activates the previous
+/// On a Mac, a window gets the focus only while its program is active, and kova-ui is usually not active. Panels
+/// without a title bar are the exception. If kova-ui becomes active while it shows no window, it activates the previous
 /// application again.
 class MacWindowFocus final : public WindowFocus {
   public:

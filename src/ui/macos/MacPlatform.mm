@@ -118,8 +118,8 @@ void MacPlatform::RemoveLater::operator()(ClickArea* area) const {
 }
 
 MacPlatform::MacPlatform() {
-    // Held as long as this program runs. Without it the system slows down an application whose windows are covered (App
-    // Nap), which would delay windows and footers.
+    // This activity lasts as long as this program runs. Without it, the system would slow this program down while its
+    // windows are covered (App Nap), and windows and footers would be late.
     static const id<NSObject> activity =
         [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
                                                      reason:@"Footers and windows follow the agent"];
@@ -147,7 +147,7 @@ void MacPlatform::release(OverlayWindow& window) {
 
 void MacPlatform::conceal(OverlayWindow& window) {
     const auto found = clickAreas_.find(&window);
-    if (found != clickAreas_.end()) found->second->hide(); // `stack` shows it again
+    if (found != clickAreas_.end()) found->second->hide(); // `stack` shows the area again
     OverlayPlatform::conceal(window);
 }
 
@@ -167,7 +167,7 @@ void MacPlatform::shape(OverlayWindow& window, const QRegion& visible, const QRe
     const bool isNew = !area;
     if (isNew) area.reset(new ClickArea(window));
     area->place(clickable.boundingRect());
-    if (isNew && window.isVisible()) area->present(); // else `stack` shows it above the window
+    if (isNew && window.isVisible()) area->present(); // else `stack` shows the area above the window
 }
 
 void MacPlatform::exposed(OverlayWindow& window) {
@@ -189,8 +189,9 @@ void activate(NSRunningApplication* application) {
     }
 }
 
-/// The application that owns the menu bar: the active application or, while this program is active (which shows no menu
-/// there), the application that was active before. Nil if there is none.
+/// The application that owns the menu bar; nil if there is none. It is the active application, except while this
+/// program is active: this program shows no menu there, so the application that was active before still owns the menu
+/// bar.
 NSRunningApplication* applicationInFront() {
     NSRunningApplication* front = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
     return [front isEqual:NSRunningApplication.currentApplication] ? nil : front;
@@ -220,7 +221,7 @@ void bringToFront(NSWindow* window) {
 
 struct MacWindowFocus::Parts {
     NSRunningApplication* before = nil; // was in front before the window was opened; `restoreFocus` activates it
-    bool wasOurs = false; // another window of this program had the focus
+    bool wasOurs = false;               // another window of this program had the focus
     id activations = nil;
 };
 
@@ -230,12 +231,13 @@ MacWindowFocus::MacWindowFocus() : parts_(std::make_unique<Parts>()) {
                                                         object:nil
                                                          queue:nil
                                                     usingBlock:^(NSNotification*) {
-                                                      // Later, since a window that is being opened is not visible yet.
+                                                      // Checked later: a window that is being opened is not visible
+                                                      // yet.
                                                       dispatch_async(dispatch_get_main_queue(), ^{
                                                         returnUnusedActivation();
                                                       });
                                                     }];
-    // Quit in the toolkit's menu would end this program and so remove the footers: it closes the window instead.
+    // “Quit” in the toolkit's menu would end this program and remove the footers. It closes the window instead.
     for (NSMenuItem* item in NSApp.mainMenu.itemArray.firstObject.submenu.itemArray) {
         if (![item.keyEquivalent isEqualToString:@"q"]) continue;
         item.target = nil;
@@ -249,8 +251,8 @@ MacWindowFocus::~MacWindowFocus() {
 
 void MacWindowFocus::prepare(QWidget& window) {
     parts_->wasOurs = NSApp.active && NSApp.keyWindow != nil;
-    // The owner of the menu bar, not the active application: that may be the agent, which has no window, for example
-    // after the user opened KOVA again.
+    // The owner of the menu bar is remembered and not the active application. The agent, which has no window, may be
+    // active, for example after the user opened KOVA again.
     if (NSRunningApplication* front = applicationInFront()) parts_->before = front;
     // A nonactivating panel gets the focus although its application is not active.
     NSWindow* native = nativeWindow(window.winId());
@@ -262,7 +264,7 @@ void MacWindowFocus::giveFocusTo(QWidget& window) {
     WindowFocus::giveFocusTo(window);
     NSWindow* native = nativeWindow(window.winId());
     bringToFront(native);
-    // Repeats this after the system has carried out or declined the activation.
+    // Repeats `bringToFront` after the system has carried out or declined the activation.
     __weak NSWindow* shown = native;
     dispatch_async(dispatch_get_main_queue(), ^{
       if (shown.visible && !shown.keyWindow) bringToFront(shown);
@@ -315,7 +317,7 @@ void endWithAgent() {
             qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
     };
     if (getppid() != agent) return end(); // the agent has already ended
-    // Held as long as this program runs.
+    // The source observes the agent as long as this program runs.
     static dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_PROC, static_cast<uintptr_t>(agent),
                                                              DISPATCH_PROC_EXIT, dispatch_get_main_queue());
     dispatch_source_set_event_handler(source, ^{

@@ -123,7 +123,7 @@ void OnboardingPicture::paintEvent(QPaintEvent*) {
     const Palette colors = palette_();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    // As large as possible, with the aspect ratio of a display.
+    // The picture is as large as possible and has the aspect ratio of a display.
     QSizeF size(16, 10);
     size.scale(QSizeF(rect().size()) * 0.94, Qt::KeepAspectRatio);
     QRectF area(QPointF(), size);

@@ -20,7 +20,7 @@ const WindowRegistration onboardingRegistration({"onboarding",
                                                  }});
 
 enum Page { introduction, permission, setUp, arrange, pageCount };
-constexpr int kWidthInLines = 50, kHeightInLines = 25; // of the window; the unit is the height of a line of text
+constexpr int kWidthInLines = 50, kHeightInLines = 25; // size of the window, in heights of a line of text
 
 QLabel* heading(const QString& text) {
     auto* label = new QLabel(text);
@@ -69,7 +69,7 @@ OnboardingWindow::OnboardingWindow(WindowServices& services) : services_(service
     setWindowTitle(tr("Welcome to KOVA"));
     pages_ = new QStackedWidget;
     for (QWidget* page : {introductionPage(), permissionPage(), setUpPage(), arrangePage()}) pages_->addWidget(page);
-    back_ = pageButton(tr("&Back"), "back", tr("Goes to the page before"));
+    back_ = pageButton(tr("&Back"), "back", tr("Goes to the previous page"));
     next_ = pageButton(tr("&Continue"), "next", tr("Goes to the next page, or closes the window after the last one"));
     next_->setDefault(true);
     auto* row = new QHBoxLayout;
@@ -102,7 +102,7 @@ QWidget* OnboardingWindow::introductionPage() {
            "waits behind the window in front."));
     addPicture(
         *row, OnboardingPicture::Subject::scenes,
-        tr("Save the workspace as a scene, and bring all of it back later. Whatever moves windows can be undone."));
+        tr("Save the workspace as a scene, and bring all of it back later. Every command that rearranges windows can be undone."));
     return pageOf({heading(tr("Welcome to KOVA")), pictures});
 }
 
@@ -120,7 +120,7 @@ QWidget* OnboardingWindow::permissionPage() {
     permissionState_->setObjectName(QStringLiteral("permissionState"));
     permissionState_->setTextFormat(Qt::PlainText);
     ask_ = pageButton(tr("&Open System Settings…"), "askForPermission",
-                      tr("Has the system ask for the permission, or opens the page of its settings"));
+                      tr("Makes the system ask for the permission, or opens the matching page of the system settings"));
     permissionError_ = new FieldError;
     connect(ask_, &QPushButton::clicked, this,
             [this] { callFor(*permissionError_, services_.agent, "permission.ask"); });
@@ -147,7 +147,7 @@ QWidget* OnboardingWindow::setUpPage() {
 }
 
 QWidget* OnboardingWindow::arrangePage() {
-    arrange_ = pageButton(tr("&Arrange Now"), "arrange", tr("Puts every open window into a tile"));
+    arrange_ = pageButton(tr("&Arrange Now"), "arrange", tr("Puts the open windows into tiles"));
     undo_ = pageButton(tr("&Undo"), "undo", tr("Puts the windows back to where they were"));
     undo_->setEnabled(false);
     arrangementResult_ = paragraph({});

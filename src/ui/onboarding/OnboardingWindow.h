@@ -50,8 +50,8 @@ class OnboardingWindow : public HostedWindow {
     QPushButton* undo_ = nullptr;
     QLabel* arrangementResult_ = nullptr;
     FieldError* arrangeError_ = nullptr;
-    /// True if the permission was lacking at any time since the window was opened. So the page about the permission
-    /// stays available after the user has granted it.
+    /// True if the permission was lacking at any time since the window was opened. The page about the permission then
+    /// stays available after the user has granted the permission.
     bool hasLackedPermission_ = false;
 };
 

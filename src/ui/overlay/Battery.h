@@ -5,7 +5,7 @@
 
 namespace kova::ui {
 
-/// Reads a few small files of the system. False if there are no such files.
+/// Reads a few small files of the system. Returns false if these files do not exist.
 bool runsOnBattery(const std::string& powerSupplyFolder = "/sys/class/power_supply");
 
 } // namespace kova::ui

@@ -1,6 +1,7 @@
-// The particle decoration of all displays, and the one timer that moves the particles. The timer is stopped while
-// windows cover the decoration or the workspace is suspended, after a minute without activity on the desktop, on
-// battery, and if animations are switched off. Then the particles stand still and the process does not wake up.
+// The particle decoration of all displays, and the one timer that moves the particles. The timer is stopped in each of
+// these cases: windows cover the decoration, the workspace is suspended, the desktop has been idle for a minute, a
+// battery powers the machine, or animations are switched off. While the timer is stopped, the particles stand still and
+// the timer does not wake up the process.
 #pragma once
 
 #include "ui/overlay/DesktopActivity.h"
@@ -23,7 +24,7 @@ class Decoration {
     ~Decoration();
 
     using StyleOf = std::function<Style(const std::string& display)>;
-    /// Shows the agent's new contents. Null: shows nothing.
+    /// Shows the agent's new contents; shows nothing if `contents` is null.
     void show(const OverlayContents* contents, const StyleOf& styleOf);
     bool isMoving() const { return timer_.isActive(); }
 

@@ -1,6 +1,6 @@
-// Whether the desktop is in use: windows, tiles, the focus, a drag or a hovered divider have changed within the last
-// minute. Changes of titles do not count, since programs that the user does not use change their titles too. All times
-// are of the same steady clock.
+// Tells whether the desktop is in use, that is, whether windows, tiles, the focus, a drag or a hovered divider have
+// changed within the last minute. Changes of titles do not count, since programs that the user does not use change
+// their titles too. All times are readings of one steady clock.
 #pragma once
 
 #include "ui/client/Contents.h"

@@ -13,10 +13,10 @@ namespace kova::ui {
 
 namespace {
 
-constexpr double kDimOpacity = 0.6; // of icons from the theme, whose colors cannot be adapted
+constexpr double kDimOpacity = 0.6; // of dim icons from the theme, whose colors cannot be adapted
 
-/// A name has the same hue at every start. Therefore this does not use the toolkit's hash functions, whose results
-/// vary.
+/// The hue for a name, from 0 to 359; it is the same each time this program runs. Therefore the toolkit's hash
+/// functions are not used, since their results vary between runs.
 int hueOf(std::string_view name) {
     std::uint32_t hash = 2166136261u;
     for (const char byte : name) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;

@@ -15,10 +15,12 @@ inline QString textOf(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// Draws a rounded rectangle whose outline lies inside the area. An invalid color draws no fill, or no line.
+/// Draws a rounded rectangle whose outline lies inside the area. Draws no fill if `fill` is an invalid color, and
+/// no outline if `line` is an invalid color.
 void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColor& fill, const QColor& line,
                double lineWidth);
-/// Draws one line of text, elided at its end and vertically centered. Left alignment also holds for right-to-left text.
+/// Draws one line of text, elided at its end and vertically centered. `Qt::AlignLeft` means the left side for
+/// right-to-left text, too.
 void drawText(QPainter& painter, const QRect& area, const QString& text, const QFont& font, const QColor& color,
               Qt::Alignment alignment = Qt::AlignLeft);
 int widthOf(const QString& text, const QFont& font);

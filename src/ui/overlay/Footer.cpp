@@ -173,7 +173,8 @@ QStringList upToThreeParts(const QString& text, int width, const Style& style) {
     return parts;
 }
 
-/// Places the notice beside the tile's name; if it is too wide, instead of the name; if still too wide, in parts.
+/// Places the notice beside the tile's name. If there is no space for both, the notice replaces the name; if the notice
+/// alone is too wide, it is split into parts.
 void layOutNotice(FooterLayout& layout, const QString& text, QRect strip, const Style& style) {
     const int needed = widthOf(text, smallFont(style)) + 1 + noticeIconWidth(style);
     layout.notice = {strip, {text}};

@@ -64,7 +64,7 @@ FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& sty
 struct FooterState {
     FooterHit hovered;
     bool isDropTarget = false;
-    double spinnerTurn = 0; // of the launch indicator, 0 to 1
+    double spinnerTurn = 0; // how far the launch indicator has turned, 0 to 1
     qsizetype noticePart = 0;
     bool operator==(const FooterState&) const = default;
 };

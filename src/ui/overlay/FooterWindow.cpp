@@ -121,7 +121,7 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
         pressedAt_ = event->position().toPoint();
         pressed_ = hit;
     } else if (event->button() == Qt::RightButton && isDragging()) {
-        // The secondary button cancels a drag, since the overlay never has the focus and so gets no Escape key.
+        // The right button cancels a drag. Escape cannot: the overlay never has the focus and receives no keys.
         const std::string dragged = dragged_;
         cancelDrag();
         dragHandler_(dragged, event->globalPosition().toPoint(), DragEvent::canceled);

@@ -56,7 +56,7 @@ class FooterWindow final : public OverlayWindow {
     FooterHit pressed_;
     std::string dragged_; // the window whose entry is dragged; empty if there is none
     QTimer noticePartTimer_;
-    int wheelAngle_ = 0; // turned since the last step, in eighths of a degree
+    int wheelAngle_ = 0; // by which the wheel was turned since the last step, in eighths of a degree
 };
 
 } // namespace kova::ui

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kSpinnerMilliseconds = 80;
 
-/// The lowest area in the room, horizontally centered, in which the panel covers no control. If there is no such area,
-/// the area at the bottom, where the panel covers controls.
+/// The lowest area in `room`, horizontally centered, in which the panel covers no control. If there is no such area,
+/// returns the area at the bottom, where the panel covers controls.
 QRect areaWithoutControls(const std::vector<QRect>& controls, QSize panel, const QRect& room, int margin) {
     QRect lowest(QPoint(0, 0), panel);
     lowest.moveCenter(room.center());
@@ -101,7 +101,7 @@ void Overlay::refresh() {
         decoration_.show(nullptr, {});
         return spinner_.stop();
     }
-    // Footers first, since the user works with them.
+    // Footers are refreshed first, since the user works with them.
     refreshFooters();
     refreshHighlights();
     refreshDividers();
@@ -233,7 +233,7 @@ void Overlay::refreshMessage() {
     message_->show(*message, area, widest, style);
 }
 
-/// Footers and the buttons of empty tiles, on the screen.
+/// The areas of footers and of the buttons of empty tiles, in pixels on the screen.
 std::vector<QRect> Overlay::controlsOn(const DisplayContents& display, const Style& style) const {
     std::vector<QRect> controls;
     for (const TileContents& tile : contents_->tiles) {

@@ -12,8 +12,8 @@
 
 namespace kova::ui {
 
-/// Bottom first. Layers up to `footer` are above the desktop's icons and below all applications; the others are above
-/// all applications.
+/// The layers, bottom first. Layers up to `footer` are above the desktop's icons and below all applications; the layers
+/// `highlight` and `message` are above all applications.
 enum class Layer { backdrop, decoration, emptyTile, divider, footer, highlight, message };
 constexpr bool isBelowApplications(Layer layer) {
     return layer <= Layer::footer;
@@ -33,13 +33,13 @@ class OverlayPlatform {
     virtual Qt::WindowType windowType() const { return Qt::Window; }
     /// Prepares the window for its place in the overlay. Call after the window was created and before it is shown.
     virtual void adopt(OverlayWindow& window) = 0;
-    /// Frees what belongs to the window. Call before the window is destroyed.
+    /// Frees the resources that the platform has allocated for the window. Call before the window is destroyed.
     virtual void release(OverlayWindow& window) = 0;
     /// Moves the window to its place in the stacking order. Call before the window is shown.
     virtual void stack(OverlayWindow& window) = 0;
     /// Takes a window off the screen; it will be shown again.
     virtual void conceal(OverlayWindow& window);
-    /// Shows a concealed window, which has been drawn before.
+    /// Shows a concealed window again. It is already drawn.
     virtual void reveal(OverlayWindow& window);
     /// Sets the visible parts and the parts that receive clicks; clicks elsewhere reach the window below. Call again
     /// after each move of the window.

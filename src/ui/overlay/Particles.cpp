@@ -12,12 +12,12 @@ namespace {
 
 constexpr int kParticleCount = 42;
 constexpr double kLineLengthPoints = 64; // a line connects two particles whose distance is smaller
-constexpr double kCoveredShare = 0.9;    // of the area; from this share on the decoration counts as covered
+constexpr double kCoveredShare = 0.9;    // the decoration counts as covered if at least this share of its area is
 
 } // namespace
 
 Particles::Particles() {
-    QRandomGenerator random(20260); // the same picture at every start
+    QRandomGenerator random(20260); // a fixed seed, so that the picture is the same at every start
     const double middle = kParticleFieldPoints / 2;
     for (int i = 0; i < kParticleCount; ++i) {
         const double angle = random.generateDouble() * 2 * M_PI,

@@ -33,7 +33,7 @@ class Particles {
 /// The area of the decoration, in the middle of the display's visible frame. Absent if the display is too small.
 std::optional<CGRect> particleField(const DisplayContents& display);
 
-/// Whether windows cover so much of the display's field that its motion would hardly be visible.
+/// Whether windows cover so much of the field that the motion of the particles would hardly be visible.
 bool isCovered(const CGRect& field, const DisplayContents& display, const std::vector<TileContents>& tiles);
 
 } // namespace kova::ui

@@ -41,7 +41,7 @@ double edgeWidthOnDesktop(const Style& style) {
     return style.line(2);
 }
 
-/// Draws a line along the inside of a rounded rectangle. `dash`: the length of the dashes and of the gaps, in pixels.
+/// Draws a line along the inside of a rounded rectangle. `dash` is the length of the dashes and of the gaps, in pixels.
 void drawDashes(QPainter& painter, const QRectF& area, double radius, QPen pen, double dash) {
     const double half = pen.widthF() / 2;
     pen.setDashPattern({dash / pen.widthF(), dash / pen.widthF()});
@@ -128,7 +128,7 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
         drawPanel(painter, layout.panel, radius, palette.tileFill, QColor(), 0);
         drawDashes(painter, layout.panel, radius, QPen(palette.tileLine, line), 4 * style.scale);
     } else {
-        // An edge of two colors, so that at least one of them differs from any wallpaper.
+        // The edge has two colors, so that at least one of them is visible on any wallpaper.
         const double edge = edgeWidthOnDesktop(style);
         drawPanel(painter, layout.panel, radius, withAlpha(palette.panel, style.isComposited ? 0.3 : 1),
                   withAlpha(palette.panel, 1), edge);
@@ -159,7 +159,7 @@ void paintDropTargets(QPainter& painter, const std::vector<OutlinedTile>& tiles,
     const double radius = style.px(points::tileRadius);
     for (const OutlinedTile& tile : tiles) {
         if (!tile.isTarget) {
-            // Opaque, since it covers the dashed outline of an empty tile.
+            // The outline is opaque, since it covers the dashed outline of an empty tile.
             const QColor quiet = mixed(palette.raised, palette.accentLine, style.isComposited ? 0.5 : 1);
             drawPanel(painter, tile.area, radius, QColor(), quiet, style.line(1.5));
             continue;

@@ -21,7 +21,7 @@ enum class TileBackground { theme, desktop };
 
 struct EmptyTileLayout {
     QRect panel;
-    QRect card; // around name and button; drawn only on the desktop
+    QRect card; // around name and button; drawn only over the desktop
     QRect name;
     QRect button;
     bool hasButton = true; // false if the tile is too small for it
@@ -29,8 +29,8 @@ struct EmptyTileLayout {
 EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Style& style);
 void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout,
                     TileBackground background, bool isButtonHovered, const Style& style);
-/// The visible parts of the window. On the desktop without a compositor these are only the outline and the card, else
-/// the whole tile.
+/// The visible parts of the window. Over the desktop, if no compositor runs, these are only the outline and the card;
+/// otherwise they are the whole tile.
 QRegion emptyTileShape(const EmptyTileLayout& layout, TileBackground background, const Style& style);
 
 /// A tile whose outline is shown while a window is dragged over the tile's display.
@@ -41,8 +41,8 @@ struct OutlinedTile {
     bool operator==(const OutlinedTile&) const = default;
 };
 void paintDropTargets(QPainter& painter, const std::vector<OutlinedTile>& tiles, const Style& style);
-/// The visible parts of the window. Without a compositor these are only the outlines of the tiles and the target's
-/// label, else the whole tiles.
+/// The visible parts of the window. If no compositor runs, these are only the outlines of the tiles and the target's
+/// label; otherwise they are the whole tiles.
 QRegion dropTargetShape(const std::vector<OutlinedTile>& tiles, const Style& style);
 
 /// The divider's line inside `gap`, in the same coordinates.

@@ -26,8 +26,8 @@ const PaneRegistration aboutRegistration({80, "about", [] { return AboutPane::tr
 
 constexpr int kLogLines = 200;
 
-/// The path of `kova`: beside this program, in bin two folders up (on a Mac beside the application), else in the PATH.
-/// Empty if it is not found.
+/// The path of `kova`; empty if it is not found. The first match counts: beside this program, in the folder bin two
+/// folders up (on a Mac beside the application), in a folder of the PATH.
 QString commandLineProgram() {
     const QDir here(QCoreApplication::applicationDirPath());
 #if defined(Q_OS_MACOS)

@@ -1,4 +1,4 @@
-// The version, the log, a report for developers, and updates if the agent checks for them.
+// The pane that shows the version and the log, writes a bug report, and, if the agent checks for updates, shows them.
 #pragma once
 
 #include "ui/settings/SettingControls.h"

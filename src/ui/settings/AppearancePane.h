@@ -26,7 +26,7 @@ class PictureChoice final : public QGroupBox {
         bool isActive = false;
     };
     struct OptionLayout {
-        QBoxLayout::Direction direction = QBoxLayout::TopToBottom; // of the options
+        QBoxLayout::Direction direction = QBoxLayout::TopToBottom; // in which the options follow each other
         QSize pictureSize;
     };
     /// `request` builds the request to send when the option with the id is chosen.

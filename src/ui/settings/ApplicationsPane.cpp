@@ -48,7 +48,7 @@ QString sizeText(const json& size) {
     return QStringLiteral("%1 × %2").arg(lengthText(size.value("width", 0.0)), lengthText(size.value("height", 0.0)));
 }
 
-/// One line per tile: first the tiles that the user prefers, then the tiles where the application was kept.
+/// One line per tile: first the tiles that have this preferred application, then the tiles that KOVA has learned.
 QStringList tileTexts(const json& application) {
     QStringList lines;
     for (const json& name : application.value("preferredTiles", json::array())) {
@@ -78,7 +78,7 @@ ApplicationsPane::ApplicationsPane(WindowServices& services) : services_(service
     list_ = new QTreeWidget;
     list_->setObjectName(QStringLiteral("applications"));
     list_->setAccessibleName(tr("Applications"));
-    list_->setAccessibleDescription(tr("What was learned of each application. Delete forgets it"));
+    list_->setAccessibleDescription(tr("What KOVA has learned about each application. The Delete key deletes it"));
     list_->setColumnCount(kApplicationColumnCount);
     list_->setHeaderLabels({tr("Application"), tr("Role"), tr("Minimum size"), tr("Tiles")});
     list_->setRootIsDecorated(false);
@@ -90,7 +90,8 @@ ApplicationsPane::ApplicationsPane(WindowServices& services) : services_(service
     nothingLearned_ = new EmptyListText(*list_);
     forget_ = new QPushButton(tr("&Forget"));
     forget_->setObjectName(QStringLiteral("forget"));
-    forget_->setAccessibleDescription(tr("Drops what was learned of the selected application; it is learned again"));
+    forget_->setAccessibleDescription(
+        tr("Deletes what KOVA has learned about the selected application; KOVA learns it anew"));
     done_ = new QLabel;
     done_->setObjectName(QStringLiteral("forgotten"));
     done_->setTextFormat(Qt::PlainText);

@@ -125,14 +125,14 @@ void GeneralPane::showState(const json& state) {
     if (!settings.is_object()) return;
     arrangeAfterLaunch_->showState(settings.at("autoArrangeOnLaunch"));
     bringForward_->showState(settings.at("bringsNextForward"));
-    // While a request is pending, the typed value is newer than the agent's.
+    // While a request is pending, the typed value is newer than the value from the agent.
     if (isInsetPending_) return;
     const QSignalBlocker blocker(inset_);
     inset_->setValue(static_cast<int>(std::lround(settings.at("tileInset").get<double>())));
     showInset(inset_->value());
 }
 
-/// Hides the control on a desktop without the setting.
+/// Hides the control if the desktop does not have the setting.
 void GeneralPane::showSystemSetting(SettingSwitch& control, const json& setting) {
     control.setVisible(setting.is_object());
     if (!setting.is_object()) return;

@@ -25,7 +25,7 @@ constexpr int kLayoutIDRole = Qt::UserRole, kShortfallRole = Qt::UserRole + 1;
 constexpr double kPictureInset = 0.015; // of the picture's width
 const QString kAutomatic = QStringLiteral("automatic");
 
-/// By how much a tile is too small, in points; 0 in a direction in which it is large enough.
+/// The number of points by which a tile is too small; 0 in a direction in which the tile is large enough.
 QSize shortfallOf(const json& lacking) {
     const auto points = [&](const char* key) {
         return std::max(0, static_cast<int>(std::ceil(lacking.at(key).get<double>())));
@@ -68,10 +68,10 @@ LayoutsPane::LayoutsPane(WindowServices& services) :
     displays_->setObjectName(QStringLiteral("displays"));
     displays_->setAccessibleDescription(tr("The display whose layouts are shown"));
     reset_->setObjectName(QStringLiteral("resetSizes"));
-    reset_->setAccessibleDescription(tr("Gives the tiles of the layout in force the sizes that they had at first"));
+    reset_->setAccessibleDescription(tr("Restores the original sizes of the tiles in the layout in force"));
     layouts_->setObjectName(QStringLiteral("layouts"));
     layouts_->setAccessibleName(tr("Layouts"));
-    layouts_->setAccessibleDescription(tr("Return puts the layout in force on the display"));
+    layouts_->setAccessibleDescription(tr("Return selects the layout for the display"));
     layouts_->setViewMode(QListView::IconMode);
     layouts_->setMovement(QListView::Static);
     layouts_->setResizeMode(QListView::Adjust);

@@ -129,7 +129,7 @@ int RuleTable::gapAt(QPoint position) const {
     return position.y() < visualItemRect(item).center().y() ? row : row + 1;
 }
 
-/// Requests the move only; the rows change after the agent has moved the rule.
+/// Only requests the move; the rows change after the agent has moved the rule.
 void RuleTable::dropEvent(QDropEvent* event) {
     const int row = selectedRow(), gap = gapAt(event->position().toPoint());
     event->setDropAction(Qt::IgnoreAction);
@@ -144,7 +144,7 @@ void RuleTable::keyPressEvent(QKeyEvent* event) {
     if (hasAlt && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
         return moveSelected(event->key() == Qt::Key_Up ? -1 : 1);
     }
-    if (event->key() == Qt::Key_Space && currentItem()) { // whichever column is current
+    if (event->key() == Qt::Key_Space && currentItem()) { // works in every column
         const bool isChecked = currentItem()->checkState(kRuleName) == Qt::Checked;
         return currentItem()->setCheckState(kRuleName, isChecked ? Qt::Unchecked : Qt::Checked);
     }

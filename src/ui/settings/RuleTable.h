@@ -20,7 +20,7 @@ class RuleTable : public QTreeWidget {
     QString selectedID() const;
     /// Selects the rule, at once or as soon as the agent has sent it.
     void select(const QString& id);
-    /// Requests to move the selected rule by `places` rows; negative values are upwards.
+    /// Requests to move the selected rule by `places` rows; a negative value moves it up.
     void moveSelected(int places);
 
     void dropEvent(QDropEvent* event) override;
@@ -42,9 +42,9 @@ class RuleTable : public QTreeWidget {
     int selectedRow() const;
     int gapAt(QPoint position) const;
 
-    QString idToSelect_;     // of a rule that is to be selected when it arrives
+    QString idToSelect_;     // the rule to select as soon as the agent has sent it
     QString selectedBefore_; // while rows are created again: id of the rule that was selected
-    int rowBefore_ = -1;     // its row; -1: none
+    int rowBefore_ = -1;     // the row of that rule; -1 if there was none
     bool isFilling_ = false;
 };
 

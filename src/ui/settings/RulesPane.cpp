@@ -4,9 +4,7 @@
 #include "ui/windows/JsonText.h"
 
 #include <QFormLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QScreen>
 
 #include <set>
 #include <utility>
@@ -79,7 +77,7 @@ void RulesPane::opened() {
 void RulesPane::buildSwitch(QVBoxLayout& column) {
     isOn_ = new QCheckBox(tr("&Continuously apply window rules"));
     isOn_->setObjectName(QStringLiteral("rulesOn"));
-    isOn_->setAccessibleDescription(tr("Applies the rules to the windows that are open and to each new one, once"));
+    isOn_->setAccessibleDescription(tr("Applies the rules once to each open window and once to each new window"));
     auto* explanation = new QLabel(tr("Rules are explainable and run only when continuous management is enabled."));
     explanation->setWordWrap(true);
     switchError_ = new FieldError;
@@ -110,7 +108,7 @@ void RulesPane::buildNew(QVBoxLayout& column) {
     auto* exclude = new QPushButton(tr("E&xclude from KOVA"));
     exclude->setObjectName(QStringLiteral("exclude"));
     exclude->setAccessibleDescription(
-        tr("Adds a rule that leaves the windows of the application alone whose window was focused last"));
+        tr("Adds a rule by which KOVA ignores the windows of the application that was focused last"));
     pickingHint_ = new QLabel(tr("Click the window that the rule is for. Escape cancels."));
     pickingHint_->setWordWrap(true);
     pickingHint_->hide();
@@ -142,10 +140,10 @@ void RulesPane::buildList(QVBoxLayout& column) {
     noRule_ = new EmptyListText(*table_);
     up_ = new QPushButton(tr("Move &Up"));
     up_->setObjectName(QStringLiteral("moveUp"));
-    up_->setAccessibleDescription(tr("The selected rule decides before the one above it"));
+    up_->setAccessibleDescription(tr("Lets the selected rule decide before the rule that is above it now"));
     down_ = new QPushButton(tr("Move &Down"));
     down_->setObjectName(QStringLiteral("moveDown"));
-    down_->setAccessibleDescription(tr("The selected rule decides after the one below it"));
+    down_->setAccessibleDescription(tr("Lets the selected rule decide after the rule that is below it now"));
     delete_ = new QPushButton(tr("De&lete"));
     delete_->setObjectName(QStringLiteral("deleteRule"));
     delete_->setAccessibleDescription(tr("Deletes the selected rule"));
@@ -181,7 +179,7 @@ void RulesPane::buildSelected(QVBoxLayout& column) {
     title_ = new QLineEdit;
     title_->setObjectName(QStringLiteral("ruleTitle"));
     title_->setPlaceholderText(tr("Any title"));
-    title_->setAccessibleDescription(tr("Only windows with this text in their title, in any case"));
+    title_->setAccessibleDescription(tr("Only windows whose title contains this text, in upper or lower case"));
     disposition_ = new QComboBox;
     disposition_->setObjectName(QStringLiteral("ruleDisposition"));
     disposition_->setAccessibleDescription(tr("What the selected rule does with a new window"));
@@ -232,8 +230,10 @@ void RulesPane::showSelected() {
     delete_->setEnabled(isThere);
     selectedError_->clear();
     const QString title = isThere ? memberText(rule, "title") : QString();
-    // An update, for example after a window has opened, must not replace the text that is being typed.
-    if (!title_->hasFocus() || !title_->isModified()) title_->setText(title);
+    // An update of the same rule, for example after a window has opened, must not replace the text that is being typed.
+    const bool isSameRule = table_->selectedID() == shownID_;
+    shownID_ = table_->selectedID();
+    if (!isSameRule || !title_->hasFocus() || !title_->isModified()) title_->setText(title);
     windows_->setText(isThere ? RuleTexts::windows(rule).split(u'\n').mid(0, kLongestWindowList).join(u'\n')
                               : QString());
     windows_->setToolTip(isThere ? RuleTexts::windows(rule) : QString());
@@ -307,8 +307,7 @@ void RulesPane::addForWindow(const std::string& window, json disposition) {
 void RulesPane::addForWindowAt(QPoint pixels) {
     const OverlayContents* overlay = services_.overlay ? services_.overlay() : nullptr;
     const double scale = overlay && !overlay->displays.empty() ? overlay->displays.front().scale : 1;
-    // The origin of the agent's coordinates is the top left of the first display.
-    const QPoint at = pixels - QGuiApplication::primaryScreen()->geometry().topLeft();
+    const QPoint at = pixels - (services_.origin ? services_.origin() : QPoint());
     callFor(*newError_, services_.agent, "query.windowAt", {{"x", at.x() / scale}, {"y", at.y() / scale}},
             {.done = [this](const json& result) {
                 const json window = result.value("window", json());

@@ -59,6 +59,7 @@ class RulesPane : public Pane {
     QPushButton* delete_ = nullptr;
     FieldError* listError_ = nullptr;
     QGroupBox* selected_ = nullptr;
+    QString shownID_; // id of the rule that `selected_` shows
     QLineEdit* title_ = nullptr;
     QComboBox* disposition_ = nullptr;
     QLabel* windows_ = nullptr;

@@ -81,7 +81,7 @@ void ScenesPane::showImport(const QString& fileName, const json& result) {
             << tr("%1 rules would be added from “%2”, as the last: %3").arg(rules.size()).arg(fileName, namesOf(rules));
     }
     if (lines.isEmpty()) lines << tr("Nothing in “%1” is new.").arg(fileName);
-    if (known > 0) lines << tr("There already, and left as they are: %1").arg(known);
+    if (known > 0) lines << tr("Already there and left unchanged: %1").arg(known);
     importText_->setText(lines.join(u'\n'));
     add_->setVisible(!scenes.empty() || !rules.empty());
     import_->show();

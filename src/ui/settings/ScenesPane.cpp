@@ -67,7 +67,7 @@ void ScenesPane::buildCapture(QVBoxLayout& column) {
     name_->setObjectName(QStringLiteral("sceneName"));
     name_->setPlaceholderText(tr("Scene name (optional)"));
     name_->setAccessibleName(tr("Scene name (optional)"));
-    name_->setAccessibleDescription(tr("Without a name the scene is called after the time"));
+    name_->setAccessibleDescription(tr("Without a name, the scene is named after the current time"));
     auto* captureNow = button(tr("&Capture Workspace as Scene"), "capture",
                               tr("Saves the layouts, the windows in their tiles and the theme as they are now"));
     captureError_ = new FieldError;
@@ -102,7 +102,7 @@ void ScenesPane::buildList(QVBoxLayout& column) {
     pictures_ = new ScenePictures(services_, list_);
     list_->setItemDelegateForColumn(kScenePicture, pictures_);
     noScene_ = new EmptyListText(*list_);
-    open_ = button(tr("&Open"), "openScene", tr("Brings the layouts, windows and theme of the selected scene back"));
+    open_ = button(tr("&Open"), "openScene", tr("Restores the layouts, windows and theme of the selected scene"));
     rename_ = button(tr("&Rename"), "renameScene", tr("Gives the selected scene another name"));
     delete_ = button(tr("De&lete"), "deleteScene", tr("Deletes the selected scene; this can be undone"));
     listError_ = new FieldError;
@@ -148,7 +148,7 @@ void ScenesPane::buildDeleted(QVBoxLayout& column) {
     deletedText_->setObjectName(QStringLiteral("deletedText"));
     deletedText_->setTextFormat(Qt::PlainText);
     deletedText_->setWordWrap(true);
-    auto* undo = button(tr("&Undo"), "undelete", tr("Brings the scene back that was deleted last"));
+    auto* undo = button(tr("&Undo"), "undelete", tr("Brings back the scene that was deleted last"));
     auto* row = new QHBoxLayout(deleted_);
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(deletedText_, 1);
@@ -163,7 +163,8 @@ void ScenesPane::buildDifferences(QVBoxLayout& column) {
     differences_ = new QTreeWidget;
     differences_->setObjectName(QStringLiteral("differences"));
     differences_->setAccessibleName(tr("What opening the scene changes"));
-    differences_->setAccessibleDescription(tr("A line for each difference between the selected scene and now"));
+    differences_->setAccessibleDescription(
+        tr("A line for each difference between the selected scene and the current workspace"));
     differences_->setColumnCount(3);
     differences_->setHeaderLabels({tr("What"), tr("In the scene"), tr("Now")});
     differences_->setRootIsDecorated(false);
@@ -191,7 +192,7 @@ void ScenesPane::buildFiles(QVBoxLayout& column) {
     importText_->setObjectName(QStringLiteral("importText"));
     importText_->setTextFormat(Qt::PlainText);
     importText_->setWordWrap(true);
-    add_ = button(tr("&Add"), "addImport", tr("Adds the new scenes and rules after those that are there"));
+    add_ = button(tr("&Add"), "addImport", tr("Adds the new scenes and rules after the existing ones"));
     auto* cancel = button(tr("Do &Not Add"), "cancelImport", tr("Leaves scenes and rules as they are"));
 
     auto* row = new QHBoxLayout;
@@ -237,7 +238,7 @@ void ScenesPane::showScenes() {
     selectionChanged();
 }
 
-/// The scene's item, moved to the row; a new one if the scene has none.
+/// Moves the scene's item to the row and returns it. If the scene has no item, returns a new one.
 QTreeWidgetItem* ScenesPane::rowFor(const QString& id, int row) {
     int found = row;
     while (found < list_->topLevelItemCount() && idOf(list_->topLevelItem(found)) != id) ++found;
@@ -257,7 +258,7 @@ void ScenesPane::showScene(QTreeWidgetItem& item, const json& scene) {
     const QString title = memberText(scene, "name");
     item.setText(kSceneWindows, QString::number(scene.value("windows", 0)));
     item.setText(kSceneCaptured, timeOf(scene));
-    // Any change of the name's column would replace the text in its open editor.
+    // Any change in the column of names would replace the text in the open editor.
     if (list_->isPersistentEditorOpen(&item, kSceneName)) return;
     if (item.data(kScenePicture, kNameRole) != title) {
         item.setText(kSceneName, title);
@@ -331,7 +332,7 @@ void ScenesPane::rename(const QTreeWidgetItem* item) {
             {.refused = [this, id] { showName(id); }});
 }
 
-/// Replaces a text that the user typed by the name in the agent's state.
+/// Shows the scene's name from the agent's state again, instead of a name that the user typed.
 void ScenesPane::showName(const QString& id) {
     isFilling_ = true;
     for (int row = 0; row < list_->topLevelItemCount(); ++row) {

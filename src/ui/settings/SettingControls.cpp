@@ -48,7 +48,7 @@ SettingSwitch::SettingSwitch(AgentSession& agent, const QString& title, const QS
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(box_);
-    // Indented, so that the texts begin below the check box's label.
+    // The texts are indented, so that they begin below the check box's label.
     const int indent =
         style()->pixelMetric(QStyle::PM_IndicatorWidth) + style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
     for (QLabel* below : {text_, static_cast<QLabel*>(error_)}) {

@@ -15,7 +15,7 @@
 namespace kova::ui {
 
 /// Calls `show` with the current state, if it has arrived, and after each change of one of the sections, as long as
-/// `context` lives. If `show` throws a JSON exception, a warning is printed and the update is ignored.
+/// `context` exists. If `show` throws a JSON exception, a warning is printed and the update is ignored.
 void followSections(AgentSession& agent, QObject* context, std::set<std::string> sections,
                     std::function<void(const nlohmann::json& state)> show);
 

@@ -70,9 +70,9 @@ QWidget* ShortcutsPane::buttons() {
         return button;
     };
     record_ = add({}, "recordShortcut", {});
-    clear_ = add(tr("&Clear"), "clearShortcut", tr("Takes the keys of the chosen action away"));
+    clear_ = add(tr("&Clear"), "clearShortcut", tr("Removes the keys of the chosen action"));
     line->addStretch(1);
-    restore_ = add(tr("Restore &Defaults"), "restoreShortcuts", tr("Gives every action the keys that it had at first"));
+    restore_ = add(tr("Restore &Defaults"), "restoreShortcuts", tr("Restores the default keys of every action"));
     connect(record_, &QPushButton::clicked, this, [this] { recorder_ ? cancelRecording() : record(); });
     connect(clear_, &QPushButton::clicked, this, [this] {
         callFor(*error_, agent_, "shortcut.clear", {{"action", chosenAction()}});
@@ -197,7 +197,7 @@ void ShortcutsPane::notified(const std::string& method, const json& parameters) 
     }
 }
 
-/// Why keys cannot be recorded now; empty if they can, or are being recorded.
+/// The reason why keys cannot be recorded now; empty if they can be recorded or are being recorded.
 QString ShortcutsPane::whyNoRecording() const {
     if (recorder_) return {};
     if (!canRecord_) return tr("KOVA cannot record keys here. Set them with: kova shortcut set ACTION KEYS");
@@ -209,7 +209,7 @@ void ShortcutsPane::updateButtons() {
     record_->setText(recorder_ ? tr("&Cancel") : tr("&Record…"));
     const QString problem = whyNoRecording();
     record_->setEnabled(problem.isEmpty());
-    record_->setToolTip(problem);
+    record_->setToolTip(problem.isEmpty() ? tr("Click to record a keyboard shortcut") : problem);
     record_->setAccessibleDescription(problem.isEmpty() ? tr("Records keys for the chosen action, or ends recording")
                                                         : problem);
     if (!recorder_) prompt_->setText(problem.isEmpty() ? tr("Press Return to record keys for the action.") : problem);

@@ -9,7 +9,7 @@
 namespace kova::ui {
 
 void drawTheme(QPainter& painter, const QRectF& area, const Palette& colors) {
-    // On a grid of 32 by 20 units.
+    // The coordinates are on a grid of 32 by 20 units.
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(area.topLeft());

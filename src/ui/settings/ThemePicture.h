@@ -7,9 +7,9 @@
 
 namespace kova::ui {
 
-/// A display with a window, its footer and an empty tile, in the colors.
+/// Draws a display with a window, its footer and an empty tile, in these colors.
 void drawTheme(QPainter& painter, const QRectF& area, const Palette& colors);
-/// Both colors of an accent, side by side.
+/// Draws both colors of an accent side by side.
 void drawAccent(QPainter& painter, const QRectF& area, const QColor& accent, const QColor& secondaryAccent);
 
 } // namespace kova::ui

@@ -31,7 +31,7 @@ using IconSource = std::function<QPixmap(const ApplicationName& application, int
 struct Style {
     Palette palette{};
     double scale = 1;      // pixels per point
-    QPoint firstDisplay{}; // its top left corner on the screen, in pixels: the origin of the agent's coordinates
+    QPoint firstDisplay{}; // pixel position of its top left corner, the origin of the agent's coordinates
     QString fontFamily{};
     IconSource icon{};
     bool isComposited = false;

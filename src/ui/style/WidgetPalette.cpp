@@ -16,7 +16,7 @@ constexpr double kDisabledContrast = 3;
 
 QPalette widgetPalette(const Palette& colors) {
     QPalette palette(colors.raised, colors.panel);
-    // Clearly paler than the muted text of enabled controls, and still readable.
+    // The text of disabled controls is clearly paler than the muted text of enabled controls, but readable.
     const QColor disabled =
         legible(mixed(colors.raised, colors.mutedText, 0.4), {colors.panel, colors.raised}, kDisabledContrast);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText,

@@ -8,12 +8,12 @@
         <translation>Programme, die beendet würden</translation>
     </message>
     <message>
-        <source>They would be ended without asking them</source>
-        <translation>Sie würden ohne Rückfrage beendet</translation>
+        <source>These applications would be ended without being asked</source>
+        <translation>Diese Anwendungen würden ohne Rückfrage beendet</translation>
     </message>
     <message>
-        <source>Carries out what is asked</source>
-        <translation>Führt das Gefragte aus</translation>
+        <source>Carries out the action that the text describes</source>
+        <translation>Führt die beschriebene Aktion aus</translation>
     </message>
     <message>
         <source>Changes nothing</source>
@@ -101,7 +101,7 @@
         <translation>Neuer Ordner</translation>
     </message>
     <message>
-        <source>Creates a folder in the one that is shown</source>
+        <source>Creates a folder in the folder that is shown</source>
         <translation>Legt im angezeigten Ordner einen Ordner an</translation>
     </message>
     <message>
@@ -109,7 +109,7 @@
         <translation>Namen</translation>
     </message>
     <message>
-        <source>Lists the names of files only</source>
+        <source>Lists only the names of the files</source>
         <translation>Zeigt nur die Namen der Dateien</translation>
     </message>
     <message>
@@ -125,7 +125,7 @@
         <translation>Orte</translation>
     </message>
     <message>
-        <source>Folders that are often needed</source>
+        <source>Frequently used folders</source>
         <translation>Häufig benötigte Ordner</translation>
     </message>
     <message>
@@ -161,7 +161,7 @@
         <translation>Schließt die Dateiauswahl und lässt alles, wie es ist</translation>
     </message>
     <message>
-        <source>Writes the file of that name</source>
+        <source>Writes the file with that name</source>
         <translation>Schreibt die Datei mit diesem Namen</translation>
     </message>
     <message>

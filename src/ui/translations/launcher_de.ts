@@ -217,12 +217,12 @@
         <translation>Dekoration aus</translation>
     </message>
     <message>
-        <source>Start with the session: on</source>
-        <translation>Mit der Sitzung starten: ein</translation>
+        <source>Start KOVA at login: on</source>
+        <translation>KOVA bei der Anmeldung starten: ein</translation>
     </message>
     <message>
-        <source>Start with the session: off</source>
-        <translation>Mit der Sitzung starten: aus</translation>
+        <source>Start KOVA at login: off</source>
+        <translation>KOVA bei der Anmeldung starten: aus</translation>
     </message>
     <message>
         <source>Open the settings</source>
@@ -537,8 +537,8 @@
         <translation>Programm beenden</translation>
     </message>
     <message>
-        <source>By which window?</source>
-        <translation>Anhand welches Fensters?</translation>
+        <source>The application of which window?</source>
+        <translation>Die Anwendung welches Fensters?</translation>
     </message>
     <message>
         <source>Force an application to quit</source>

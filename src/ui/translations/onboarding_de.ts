@@ -12,7 +12,7 @@
         <translation>&amp;Zurück</translation>
     </message>
     <message>
-        <source>Goes to the page before</source>
+        <source>Goes to the previous page</source>
         <translation>Geht zur vorigen Seite</translation>
     </message>
     <message>
@@ -36,8 +36,8 @@
         <translation>&amp;Systemeinstellungen öffnen …</translation>
     </message>
     <message>
-        <source>Has the system ask for the permission, or opens the page of its settings</source>
-        <translation>Lässt das System nach der Berechtigung fragen oder öffnet die Seite seiner Einstellungen</translation>
+        <source>Makes the system ask for the permission, or opens the matching page of the system settings</source>
+        <translation>Lässt das System nach der Berechtigung fragen oder öffnet die passende Seite der Systemeinstellungen</translation>
     </message>
     <message>
         <source>Permission to Manage Windows</source>
@@ -76,8 +76,8 @@
         <translation>Jetzt &amp;anordnen</translation>
     </message>
     <message>
-        <source>Puts every open window into a tile</source>
-        <translation>Legt jedes offene Fenster in eine Kachel</translation>
+        <source>Puts the open windows into tiles</source>
+        <translation>Legt die offenen Fenster in Kacheln</translation>
     </message>
     <message>
         <source>&amp;Undo</source>
@@ -104,8 +104,8 @@
         <translation>&amp;Fertig</translation>
     </message>
     <message>
-        <source>Save the workspace as a scene, and bring all of it back later. Whatever moves windows can be undone.</source>
-        <translation>Sichern Sie den Arbeitsbereich als Szene und holen Sie ihn später ganz zurück. Was Fenster bewegt, lässt sich rückgängig machen.</translation>
+        <source>Save the workspace as a scene, and bring all of it back later. Every command that rearranges windows can be undone.</source>
+        <translation>Sichern Sie den Arbeitsbereich als Szene und holen Sie ihn später ganz zurück. Jeder Befehl, der Fenster neu anordnet, lässt sich rückgängig machen.</translation>
     </message>
 </context>
 </TS>

@@ -179,8 +179,8 @@
         <translation>Beim Anordnen wird die Kachel eines Fensters nach der Rolle seiner Anwendung gewählt und danach, wo es bisher lag. Eine Mindestgröße hat ein Fenster gezeigt, indem es sich nicht weiter verkleinern ließ.</translation>
     </message>
     <message>
-        <source>What was learned of each application. Delete forgets it</source>
-        <translation>Was über jede Anwendung gelernt wurde. Entf vergisst es</translation>
+        <source>What KOVA has learned about each application. The Delete key deletes it</source>
+        <translation>Was KOVA über jede Anwendung gelernt hat. Entf löscht es</translation>
     </message>
     <message>
         <source>Application</source>
@@ -203,8 +203,8 @@
         <translation>&amp;Vergessen</translation>
     </message>
     <message>
-        <source>Drops what was learned of the selected application; it is learned again</source>
-        <translation>Verwirft, was über die ausgewählte Anwendung gelernt wurde; es wird neu gelernt</translation>
+        <source>Deletes what KOVA has learned about the selected application; KOVA learns it anew</source>
+        <translation>Löscht, was KOVA über die ausgewählte Anwendung gelernt hat; KOVA lernt es neu</translation>
     </message>
     <message>
         <source>Nothing learned yet</source>
@@ -301,12 +301,12 @@
         <translation>Der Bildschirm, dessen Layouts gezeigt werden</translation>
     </message>
     <message>
-        <source>Gives the tiles of the layout in force the sizes that they had at first</source>
-        <translation>Gibt den Kacheln des geltenden Layouts die Größen, die sie am Anfang hatten</translation>
+        <source>Restores the original sizes of the tiles in the layout in force</source>
+        <translation>Stellt die ursprünglichen Größen der Kacheln im geltenden Layout wieder her</translation>
     </message>
     <message>
-        <source>Return puts the layout in force on the display</source>
-        <translation>Die Eingabetaste setzt das Layout auf dem Bildschirm in Kraft</translation>
+        <source>Return selects the layout for the display</source>
+        <translation>Die Eingabetaste wählt das Layout für den Bildschirm</translation>
     </message>
     <message>
         <source>Automatic</source>
@@ -414,7 +414,7 @@
         <translation>Fensterregeln &amp;ständig anwenden</translation>
     </message>
     <message>
-        <source>Applies the rules to the windows that are open and to each new one, once</source>
+        <source>Applies the rules once to each open window and once to each new window</source>
         <translation>Wendet die Regeln je einmal auf die offenen Fenster und auf jedes neue an</translation>
     </message>
     <message>
@@ -450,8 +450,8 @@
         <translation>&amp;Von KOVA ausnehmen</translation>
     </message>
     <message>
-        <source>Adds a rule that leaves the windows of the application alone whose window was focused last</source>
-        <translation>Fügt eine Regel hinzu, nach der die Fenster der Anwendung in Ruhe gelassen werden, deren Fenster zuletzt die Tastatur hatte</translation>
+        <source>Adds a rule by which KOVA ignores the windows of the application that was focused last</source>
+        <translation>Fügt eine Regel hinzu, nach der KOVA die Fenster der zuletzt fokussierten Anwendung ignoriert</translation>
     </message>
     <message>
         <source>Click the window that the rule is for. Escape cancels.</source>
@@ -466,16 +466,16 @@
         <translation>Nach &amp;oben</translation>
     </message>
     <message>
-        <source>The selected rule decides before the one above it</source>
-        <translation>Die ausgewählte Regel entscheidet vor der Regel darüber</translation>
+        <source>Lets the selected rule decide before the rule that is above it now</source>
+        <translation>Lässt die ausgewählte Regel vor der Regel entscheiden, die jetzt darüber steht</translation>
     </message>
     <message>
         <source>Move &amp;Down</source>
         <translation>Nach &amp;unten</translation>
     </message>
     <message>
-        <source>The selected rule decides after the one below it</source>
-        <translation>Die ausgewählte Regel entscheidet nach der Regel darunter</translation>
+        <source>Lets the selected rule decide after the rule that is below it now</source>
+        <translation>Lässt die ausgewählte Regel nach der Regel entscheiden, die jetzt darunter steht</translation>
     </message>
     <message>
         <source>De&amp;lete</source>
@@ -494,7 +494,7 @@
         <translation>Beliebiger Titel</translation>
     </message>
     <message>
-        <source>Only windows with this text in their title, in any case</source>
+        <source>Only windows whose title contains this text, in upper or lower case</source>
         <translation>Nur Fenster mit diesem Text im Titel, gleich ob groß oder klein geschrieben</translation>
     </message>
     <message>
@@ -577,7 +577,7 @@
         <translation>In „%1“ ist nichts Neues.</translation>
     </message>
     <message>
-        <source>There already, and left as they are: %1</source>
+        <source>Already there and left unchanged: %1</source>
         <translation>Schon vorhanden und unverändert: %1</translation>
     </message>
     <message>
@@ -593,7 +593,7 @@
         <translation>Name der Szene (optional)</translation>
     </message>
     <message>
-        <source>Without a name the scene is called after the time</source>
+        <source>Without a name, the scene is named after the current time</source>
         <translation>Ohne Namen heißt die Szene nach der Uhrzeit</translation>
     </message>
     <message>
@@ -625,7 +625,7 @@
         <translation>&amp;Öffnen</translation>
     </message>
     <message>
-        <source>Brings the layouts, windows and theme of the selected scene back</source>
+        <source>Restores the layouts, windows and theme of the selected scene</source>
         <translation>Stellt Layouts, Fenster und Thema der ausgewählten Szene wieder her</translation>
     </message>
     <message>
@@ -649,7 +649,7 @@
         <translation>&amp;Rückgängig</translation>
     </message>
     <message>
-        <source>Brings the scene back that was deleted last</source>
+        <source>Brings back the scene that was deleted last</source>
         <translation>Holt die zuletzt gelöschte Szene zurück</translation>
     </message>
     <message>
@@ -657,8 +657,8 @@
         <translation>Was das Öffnen der Szene ändert</translation>
     </message>
     <message>
-        <source>A line for each difference between the selected scene and now</source>
-        <translation>Eine Zeile für jeden Unterschied zwischen der ausgewählten Szene und jetzt</translation>
+        <source>A line for each difference between the selected scene and the current workspace</source>
+        <translation>Eine Zeile für jeden Unterschied zwischen der ausgewählten Szene und dem jetzigen Arbeitsbereich</translation>
     </message>
     <message>
         <source>What</source>
@@ -697,7 +697,7 @@
         <translation>&amp;Hinzufügen</translation>
     </message>
     <message>
-        <source>Adds the new scenes and rules after those that are there</source>
+        <source>Adds the new scenes and rules after the existing ones</source>
         <translation>Fügt die neuen Szenen und Regeln nach den vorhandenen hinzu</translation>
     </message>
     <message>
@@ -787,7 +787,7 @@
         <translation>&amp;Löschen</translation>
     </message>
     <message>
-        <source>Takes the keys of the chosen action away</source>
+        <source>Removes the keys of the chosen action</source>
         <translation>Entfernt die Tasten der gewählten Aktion</translation>
     </message>
     <message>
@@ -795,8 +795,8 @@
         <translation>&amp;Standard wiederherstellen</translation>
     </message>
     <message>
-        <source>Gives every action the keys that it had at first</source>
-        <translation>Gibt jeder Aktion die Tasten, die sie am Anfang hatte</translation>
+        <source>Restores the default keys of every action</source>
+        <translation>Stellt die Standardtasten jeder Aktion wieder her</translation>
     </message>
     <message>
         <source>Keyboard shortcut not set</source>
@@ -841,6 +841,10 @@
     <message>
         <source>Press Return to record keys for the action.</source>
         <translation>Drücken Sie die Eingabetaste, um Tasten für die Aktion aufzunehmen.</translation>
+    </message>
+    <message>
+        <source>Click to record a keyboard shortcut</source>
+        <translation>Klicken, um einen Tastaturkurzbefehl aufzunehmen</translation>
     </message>
 </context>
 </TS>

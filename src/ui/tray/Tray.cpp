@@ -97,8 +97,8 @@ void Tray::update() {
             if (why == QSystemTrayIcon::Trigger || isForMenu) openMenu(QCursor::pos());
         });
     }
-    // A host opens the menu itself and shows the refreshed entries. The toolkit would open the menu of an item in a
-    // tray window with the old entries, so `openMenu` opens that menu.
+    // A host opens the menu itself and shows the refreshed entries. For an item in a tray window, the toolkit would
+    // open the menu with the old entries; therefore `openMenu` opens that menu.
     if (hasHost_ && !item_->contextMenu()) item_->setContextMenu(menu_.get());
     refresh(nullptr);
     item_->show();

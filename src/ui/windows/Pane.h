@@ -1,4 +1,4 @@
-// A page of the settings window.
+// A pane of the settings window.
 #pragma once
 
 #include "ui/windows/HostedWindow.h"
@@ -13,12 +13,12 @@ class Pane : public QWidget {
 
   public:
     using QWidget::QWidget;
-    /// Called each time the page is shown, so that it can query its contents from the agent.
+    /// Called each time the pane is shown, so that it can query its contents from the agent.
     virtual void opened() {}
 };
 
 struct PaneKind {
-    int order;        // pages are sorted by it
+    int order;        // panes are sorted by this number
     const char* name; // the parameter `pane` of the notification `show`
     QString (*title)();
     Pane* (*make)(WindowServices& services); // the settings window owns the pane

@@ -1,4 +1,4 @@
-// A list to which source files add entries before main() begins, so that a new window or pane changes no other
+// A list to which source files add entries before main() begins, so that adding a window or a pane changes no other
 // file.
 #pragma once
 
@@ -10,7 +10,8 @@ namespace kova::ui {
 template <class Entry>
 class Registry {
   public:
-    /// Adds an entry by a constant at namespace scope: `const Registry<WindowKind>::Addition registration({...});`
+    /// Adds an entry when it is constructed. Define it as a constant at namespace scope:
+    /// `const Registry<WindowKind>::Addition registration({...});`
     struct Addition {
         explicit Addition(Entry entry) { list().push_back(std::move(entry)); }
     };

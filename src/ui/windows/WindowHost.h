@@ -34,7 +34,7 @@ class WindowHost : public QObject {
 
     /// Sets the way in which windows are focused. The default is the toolkit's way.
     void setFocus(std::unique_ptr<WindowFocus> focus);
-    /// False if there is no window of that name.
+    /// Returns false if there is no kind of window with that name.
     bool show(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
     /// Opens the windows that are new in the agent's list `wanted`, and closes windows that are no longer in it.
     /// Windows opened by `show` stay open.

@@ -17,7 +17,7 @@ class ApplicationAreas {
   public:
     /// `frame` is the frame of the root window's child, `drawn` the part without invisible borders and shadow.
     void shown(WindowNumber window, const QRect& frame, const QRect& drawn);
-    /// Returns false if the size has changed, since then the borders may have changed too and must be read again.
+    /// Returns false if the size has changed. Then the borders may have changed too, and must be read again.
     bool moved(WindowNumber window, const QRect& frame);
     void removed(WindowNumber window) { areas_.erase(window); }
     void clear() { areas_.clear(); }

@@ -20,10 +20,10 @@ enum class RootChild {
 
 class StackOrder {
   public:
-    /// All children, bottom first.
+    /// Sets all children, bottom first.
     void reset(std::vector<WindowNumber> bottomFirst);
     // Call the next five functions at the server's events.
-    void created(WindowNumber window); // as the topmost
+    void created(WindowNumber window); // the new window is the topmost
     void removed(WindowNumber window);
     /// The window is now directly above `sibling`, or at the bottom if `sibling` is 0.
     void configured(WindowNumber window, WindowNumber sibling);
@@ -38,7 +38,7 @@ class StackOrder {
     /// Where the windows `ours` (bottom first) belong: directly above each other, below every application that no guard
     /// hides, and above the desktop windows that are below these applications.
     struct Place {
-        bool isKept = false;    // `ours` are there already
+        bool isKept = false;    // `ours` are already in this place
         WindowNumber above = 0; // the window directly above which the first of `ours` belongs; 0: at the bottom
     };
     Place placeFor(const std::vector<WindowNumber>& ours) const;

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -20,6 +21,11 @@
 namespace kova::ui {
 
 namespace {
+
+/// How long the order is left to a window manager that does not accept it. Metacity never does.
+constexpr std::chrono::minutes kContestPause{1};
+/// Applications stay cut out until the order was kept for this time.
+constexpr std::chrono::seconds kContestCheck{1};
 
 WindowNumber numberOf(const OverlayWindow& window) {
     return static_cast<WindowNumber>(window.winId());
@@ -51,6 +57,12 @@ X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, 
     watchSelections();
     watchMonitors();
     readOrder();
+    for (QTimer* timer : {&contestPause_, &contestCheck_}) timer->setSingleShot(true);
+    QObject::connect(&contestPause_, &QTimer::timeout, &contestPause_, [this] {
+        contestCheck_.start(kContestCheck);
+        keepOrder();
+    });
+    QObject::connect(&contestCheck_, &QTimer::timeout, &contestCheck_, [this] { endContestIfOrderIsKept(); });
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(watch_), QSocketNotifier::Read);
     QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
     // While replies were read, events may have been queued, for which the socket does not become readable again.
@@ -95,15 +107,26 @@ void X11Platform::watchSelections() {
 
 void X11Platform::readSelections() {
     const bool wasComposited = std::exchange(isComposited_, hasOwner(compositorSelection_));
-    const bool wasCutOut = std::exchange(isCutOut_, isComposited_ && drawsUnmanagedWindowsOnTop());
-    if (wasCutOut != isCutOut_) {
-        areas_.clear();
-        for (const WindowNumber window : order_.bottomFirst()) readArea(window);
-        cutOutApplications();
-    }
+    updateCutOut();
     const bool hadTray = std::exchange(hasTray_, hasOwner(traySelection_));
     if (wasComposited != isComposited_ && compositingChanged_) compositingChanged_();
     if (hadTray != hasTray_ && trayChanged_) trayChanged_(hasTray_);
+}
+
+void X11Platform::endContestIfOrderIsKept() {
+    if (!order_.placeFor(windowsBelowApplications()).isKept) return contestCheck_.start(kContestCheck);
+    isContested_ = false;
+    updateCutOut();
+}
+
+void X11Platform::updateCutOut() {
+    const bool isCutOut = isContested_ || (isComposited_ && drawsUnmanagedWindowsOnTop());
+    if (std::exchange(isCutOut_, isCutOut) == isCutOut) return;
+    areas_.clear();
+    for (const WindowNumber window : order_.bottomFirst()) readArea(window);
+    covered_ = isCutOut_ ? areas_.covered(order_) : QRegion();
+    for (auto& [window, picture] : pictures_) applyShape(*window, picture);
+    xcb_flush(connection_);
 }
 
 bool X11Platform::hasOwner(std::uint32_t selection) const {
@@ -273,11 +296,22 @@ void X11Platform::readEvents() {
     if (haveSelectionsChanged || haveMonitorsChanged) readEvents();
 }
 
-void X11Platform::keepOrder() {
+std::vector<WindowNumber> X11Platform::windowsBelowApplications() const {
     std::vector<WindowNumber> ours;
     for (const auto& [layer, windows] : layers_) ours.insert(ours.end(), windows.begin(), windows.end());
+    return ours;
+}
+
+void X11Platform::keepOrder() {
+    const std::vector<WindowNumber> ours = windowsBelowApplications();
     const StackOrder::Place place = order_.placeFor(ours);
-    if (place.isKept || ours.empty()) return;
+    if (place.isKept || ours.empty() || contestPause_.isActive()) return;
+    if (!restackBudget_.take(std::chrono::steady_clock::now())) {
+        isContested_ = true;
+        contestCheck_.stop();
+        contestPause_.start(kContestPause);
+        return updateCutOut();
+    }
     WindowNumber sibling = place.above;
     for (const WindowNumber window : ours) {
         const std::array<std::uint32_t, 2> above{sibling, XCB_STACK_MODE_ABOVE};
@@ -319,7 +353,7 @@ void X11Platform::stack(OverlayWindow& window) {
     const WindowNumber number = numberOf(window);
     order_.classify(number, RootChild::ours);
     if (isBelowApplications(window.layer())) {
-        // Moves the window to the bottom; later `keepOrder` moves it up. So the window is never above an application.
+        // Moves the window to the bottom, and `keepOrder` moves it up later: the window is never above an application.
         const std::uint32_t below = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_, number, XCB_CONFIG_WINDOW_STACK_MODE, &below);
         xcb_flush(connection_);
@@ -329,7 +363,7 @@ void X11Platform::stack(OverlayWindow& window) {
     }
 }
 
-/// Does not use the toolkit, which would wait for the server.
+/// Does not call the toolkit, because the toolkit would wait for the server.
 void X11Platform::conceal(OverlayWindow& window) {
     const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
     xcb_unmap_window(connection_, numberOf(window));

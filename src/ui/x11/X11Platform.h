@@ -6,10 +6,12 @@
 #include "ui/overlay/Battery.h"
 #include "ui/overlay/OverlayWindow.h"
 #include "ui/x11/ApplicationAreas.h"
+#include "ui/x11/RestackBudget.h"
 #include "ui/x11/StackOrder.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <functional>
 #include <map>
@@ -72,6 +74,9 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     bool isGuard(WindowNumber window) const;
     WindowNumber clientOf(WindowNumber window, int depth) const;
     void keepOrder();
+    void endContestIfOrderIsKept();
+    void updateCutOut();
+    std::vector<WindowNumber> windowsBelowApplications() const; // of the overlay, bottom first
     bool drawsUnmanagedWindowsOnTop() const;
     QRect drawnArea(WindowNumber window, const QRect& frame) const;
     void readArea(WindowNumber window);
@@ -94,10 +99,14 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     std::uint8_t firstXFixesEvent_ = 0, firstRandrEvent_ = 0; // 0: the server lacks the extension
     QPoint firstDisplay_;
     bool isComposited_ = false, hasTray_ = false;
-    bool isCutOut_ = false; // applications are cut out, since the window manager draws the overlay above them
+    bool isCutOut_ = false; // applications are cut out, since the overlay may be above them
     StackOrder order_;
+    RestackBudget restackBudget_;
+    bool isContested_ = false; // the window manager has restored another order again and again
+    QTimer contestPause_;      // while it runs, the order is left to the window manager
+    QTimer contestCheck_;      // ends the contest if the order is kept by then
     ApplicationAreas areas_;
-    QRegion covered_;                                   // by applications, while they are cut out
+    QRegion covered_;                                   // the area that applications cover; empty unless `isCutOut_`
     std::map<WindowNumber, WindowNumber> clients_;      // by the window manager's frame around the client
     std::map<Layer, std::vector<WindowNumber>> layers_; // the overlay's windows below applications
     std::map<OverlayWindow*, Picture> pictures_;

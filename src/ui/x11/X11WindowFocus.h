@@ -17,7 +17,7 @@ class X11WindowFocus final : public WindowFocus {
     /// `connection` is the toolkit's connection and outlives this object.
     explicit X11WindowFocus(xcb_connection_t* connection);
 
-    // Each of these waits for the X server.
+    // The next three functions wait for the X server.
     void prepare(QWidget& window) override;
     void giveFocusTo(QWidget& window) override;
     void restoreFocus() override;
@@ -25,7 +25,7 @@ class X11WindowFocus final : public WindowFocus {
 
   private:
     std::uint32_t atom(const char* name) const;
-    /// 0 if no window is active, or a window of this program is.
+    /// The active window; 0 if no window or a window of this program is active.
     std::uint32_t activeWindow() const;
     void activate(std::uint32_t window);
 
