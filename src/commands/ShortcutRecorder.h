@@ -11,8 +11,6 @@
 namespace kova {
 
 inline constexpr std::string_view kRecorderPrompt = "Type Shortcut…"; // shown during the recording
-inline constexpr std::string_view kRecorderHelp = "Click to record a keyboard shortcut";
-inline constexpr std::string_view kNoShortcutDescription = "Keyboard shortcut not set"; // for accessibility clients
 
 /// The label of a key without a character. Stored configurations contain exactly this text.
 inline constexpr std::string_view kUnknownKeyLabel = "Key (event.keyCode)";

@@ -13,6 +13,18 @@ const LayoutWeightOverrides& WorkspaceProfile::weights(const DisplayID& displayI
     return layout == display->second.end() ? kNone : layout->second;
 }
 
+void WorkspaceProfile::setWeights(const DisplayID& displayID, const std::string& layoutIdentifier,
+                                  LayoutWeightOverrides weights) {
+    if (!weights.splits.empty()) {
+        layoutWeightsByDisplay[displayID][layoutIdentifier] = std::move(weights);
+        return;
+    }
+    const auto layouts = layoutWeightsByDisplay.find(displayID);
+    if (layouts == layoutWeightsByDisplay.end()) return;
+    layouts->second.erase(layoutIdentifier);
+    if (layouts->second.empty()) layoutWeightsByDisplay.erase(layouts);
+}
+
 std::string encodeWorkspaceProfile(const WorkspaceProfile& profile) {
     return encode(profile).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }

@@ -36,6 +36,8 @@ struct WorkspaceProfile {
 
     /// The weights stored for the display and layout; empty when there are none.
     const LayoutWeightOverrides& weights(const DisplayID& displayID, const std::string& layoutIdentifier) const;
+    /// Weights without splits are not stored: the layout's own weights hold then.
+    void setWeights(const DisplayID& displayID, const std::string& layoutIdentifier, LayoutWeightOverrides weights);
     bool operator==(const WorkspaceProfile&) const = default;
 };
 

@@ -34,7 +34,7 @@ std::optional<std::size_t> nearestWord(std::string_view wanted, std::span<const 
     std::size_t best = wanted.size() <= 4 ? 1 : 2;
     std::optional<std::size_t> nearest;
     for (std::size_t i = 0; i < words.size(); ++i) {
-        if (words[i].size() > kLongestCompared) continue;
+        if (words[i].size() > kLongestCompared || std::max(wanted.size(), words[i].size()) < 2) continue;
         const std::size_t distance = editDistance(wanted, words[i]);
         if (distance > best || (nearest && distance == best)) continue;
         best = distance;

@@ -14,7 +14,8 @@ namespace kova {
 std::size_t editDistance(std::string_view a, std::string_view b);
 
 /// The index of the word that needs the fewest edits. Absent if it needs more than two edits, or more than one edit if
-/// `wanted` has at most four bytes. Upper and lower case are different letters.
+/// `wanted` has at most four bytes. A word of one byte is not near another one. Upper and lower case are different
+/// letters.
 std::optional<std::size_t> nearestWord(std::string_view wanted, std::span<const std::string> words);
 
 } // namespace kova

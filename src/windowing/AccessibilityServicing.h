@@ -133,6 +133,9 @@ class AccessibilityServicing {
     /// A number that changes whenever another Space is shown. On desktops that implement `spaceOf`, it is the value
     /// that `spaceOf` returns for the windows of the shown Space. Any thread; never waits.
     virtual std::uint64_t shownSpace() const { return 0; }
+    /// A number that changes when the desktop has settled after a change of the window manager. Windows that KOVA had
+    /// hidden may be shown then. Any thread; never waits.
+    virtual std::uint64_t windowManagerChanges() const { return 0; }
 
     /// Writes the attributes in the given order, as one request if the desktop can: position and size together move and
     /// resize at once. A refusal is not reported. Main thread.

@@ -61,6 +61,7 @@ struct WindowEnumeration {
 
 WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window);
 
+/// Main thread, except for the functions that say otherwise.
 class AccessibilityWindowService {
   public:
     AccessibilityWindowService(AccessibilityServicing& accessibility, ApplicationServicing& applications,
@@ -76,10 +77,11 @@ class AccessibilityWindowService {
     /// whether the window still exists. An unresponsive application gets only one such request. Call on the polling
     /// queue; reads and changes no members that the main thread changes.
     WindowEnumeration enumerateWindows(std::span<const KnownWindow> known = {}) const;
-    /// Reads one element; absent if it is not a window that can be managed.
+    /// Reads one element; absent if it is not a window that can be managed. This function and the next one may also be
+    /// called on the polling queue, where they may wait for the application.
     std::optional<WindowCandidate> windowCandidate(const AccessibilityElement& element, pid_t processIdentifier) const;
+    /// In window-service space; absent if the window is gone.
     std::optional<CGRect> readFrame(const AccessibilityElement& element) const;
-    std::optional<CGSize> readMinimumSize(const AccessibilityElement& element) const;
 
     enum class BringToFront { no, yes };
     /// Writes the frame (window-service space) and verifies it in four passes over the next 0.65 s; a newer request for

@@ -17,7 +17,8 @@ std::string_view describe(AccessibilityPermissionState state) {
 bool samePresentation(const ManagedWindow& a, const ManagedWindow& b) {
     return a.id == b.id && a.processIdentifier == b.processIdentifier && a.applicationName == b.applicationName &&
            a.bundleIdentifier == b.bundleIdentifier && a.isMinimized == b.isMinimized && a.isVisible == b.isVisible &&
-           a.isElsewhere == b.isElsewhere && a.minimumSize == b.minimumSize;
+           a.isElsewhere == b.isElsewhere && a.isFullScreen == b.isFullScreen && a.isMaximized == b.isMaximized &&
+           a.minimumSize == b.minimumSize;
 }
 
 } // namespace kova

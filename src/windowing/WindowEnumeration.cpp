@@ -305,9 +305,4 @@ bool AccessibilityWindowService::readBoolean(AccessibilityAttribute attribute,
     return AttributeValues(accessibility_, element, attributes).isTrue(attribute);
 }
 
-std::optional<CGSize> AccessibilityWindowService::readMinimumSize(const AccessibilityElement& element) const {
-    constexpr std::array attributes = {AccessibilityAttribute::minSize, AccessibilityAttribute::minimumSize};
-    return AttributeValues(accessibility_, element, attributes).minimumSize();
-}
-
 } // namespace kova

@@ -15,10 +15,10 @@ ApplicationActions::ApplicationActions(WorkspaceParts& parts, RefreshCycle& refr
                                        UndoSteps& steps) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), undo_(parts.undo), focusMode_(parts.focusMode), frames_(parts.frames),
-    awaited_(parts.awaited), arrangementMemory_(parts.arrangementMemory), messages_(parts.messages),
-    refreshCycle_(refreshCycle), access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper),
-    steps_(steps) {}
+    assignments_(parts.assignments), undo_(parts.undo), focusMode_(parts.focusMode), floating_(parts.floating),
+    pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited),
+    arrangementMemory_(parts.arrangementMemory), messages_(parts.messages), refreshCycle_(refreshCycle),
+    access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper), steps_(steps) {}
 
 std::vector<LaunchableApplication> ApplicationActions::launchableApplications() const {
     return services_.applications.launchableApplications();
@@ -82,12 +82,12 @@ void ApplicationActions::processPendingApplicationPlacements() {
     }
 }
 
-/// The first window of the application that has no tile yet. Windows in full screen or on another Space are skipped.
-/// Null if there is none.
+/// The first window of the application that has no tile yet. Skips windows in full screen or on another Space, windows
+/// that float by command, and a window that the pointer holds. Null if there is none.
 const ManagedWindow* ApplicationActions::windowLaunchedFor(const PendingApplicationPlacement& placement) const {
     const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(), [&](const ManagedWindow& window) {
         return placement.isAwaiting(window) && !window.isFullScreen && !window.isElsewhere &&
-               !assignments_.isInAnyTile(window.id);
+               !assignments_.isInAnyTile(window.id) && !floating_.contains(window.id) && !pointer_.isHolding(window.id);
     });
     return found == liveWindows_.end() ? nullptr : &*found;
 }

@@ -5,10 +5,12 @@
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ArrangementMemory.h"
 #include "workspace/AwaitedWindows.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
+#include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/StatusMessages.h"
 #include "workspace/TileAssignments.h"
@@ -63,6 +65,8 @@ class ApplicationActions {
     const TileAssignments& assignments_;
     UndoHistory& undo_;
     FocusMode& focusMode_;
+    const FloatingWindows& floating_;
+    const PointerInteraction& pointer_;
     FrameKeeper& frames_;
     AwaitedWindows& awaited_;
     ArrangementMemory& arrangementMemory_;

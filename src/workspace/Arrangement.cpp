@@ -27,6 +27,20 @@ bool isAtItsMinimum(const ManagedWindow& window) {
 
 constexpr Seconds kStartupArrangementDelay{0.3};
 
+/// Windows that stay in the stack of their tile keep their order; other windows come after them.
+std::vector<const AutoArrangePlacement*> inStackingOrder(const std::vector<AutoArrangePlacement>& placements,
+                                                         const TileAssignments& before) {
+    const auto position = [&](const AutoArrangePlacement* placement) {
+        const auto stack = before.stackWindowIDsByTarget.find(placement->target.id());
+        if (stack == before.stackWindowIDsByTarget.end()) return std::ptrdiff_t{0};
+        return std::ranges::find(stack->second, placement->window.id) - stack->second.begin();
+    };
+    std::vector<const AutoArrangePlacement*> ordered;
+    for (const auto& placement : placements) ordered.push_back(&placement);
+    std::ranges::stable_sort(ordered, {}, position);
+    return ordered;
+}
+
 } // namespace
 
 Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
@@ -40,6 +54,7 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
     presenter_(presenter), keeper_(keeper), snapshots_(snapshots), steps_(steps) {}
 
 Outcome Arrangement::arrange() {
+    if (state_.screens->empty()) return access_.refuse("No display is connected");
     if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
     // The arrangement forgets refused requests, and `whyWindowsStay` needs them, so it is called first.
@@ -182,20 +197,21 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     }
     for (const auto& placement : plan.placements) next.remove(placement.window.id);
     for (const auto& surplus : plan.surplus) next.remove(surplus.window.id);
-    for (const auto& placement : plan.placements) {
+    for (const AutoArrangePlacement* placement : inStackingOrder(plan.placements, assignments_)) {
         std::vector<TileTarget> claimed;
-        for (const auto& target : placement.claimedTargets) claimed.push_back(target.id());
+        for (const auto& target : placement->claimedTargets) claimed.push_back(target.id());
         using Position = TileAssignments::StackPosition;
-        next.insertIntoStack(placement.target.id(), placement.window.id,
-                             placement.isPrimary ? Position::front : Position::behind);
-        (void)next.assign(placement.window.id, claimed); // a plan gives no tile twice
+        next.insertIntoStack(placement->target.id(), placement->window.id,
+                             placement->isPrimary ? Position::front : Position::behind);
+        (void)next.assign(placement->window.id, claimed); // a plan gives no tile twice
     }
-    assignments_ = std::move(next);
+    const TileAssignments before = std::exchange(assignments_, std::move(next));
     state_.lastArrangeExplanation.set(plan.explanation());
 
     for (const auto& surplus : plan.surplus) {
         if (!surplus.window.isMinimized) presenter_.minimizeWindow(surplus.window);
     }
+    showExcludedFromStacks(before);
     const auto frames = geometry_.framesOfTiledWindows();
     for (const auto& placement : plan.placements) {
         if (!placement.isPrimary) continue; // the commit hides stacked windows
@@ -207,6 +223,19 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
             presenter_.requestPresentation(placement.window.id, WindowPresentation::shown);
         }
     }
+}
+
+/// Shows windows that were hidden behind another one, and that have no tile any more because a rule excludes them.
+void Arrangement::showExcludedFromStacks(const TileAssignments& before) {
+    std::vector<ManagedWindow> excluded;
+    for (const ManagedWindow& window : liveWindows_) {
+        const bool wasBehind = !before.isAssigned(window.id) && before.stackTargetOf(window.id);
+        const bool isHiddenByUser = window.isMinimized && !liveWindows_.minimized().contains(window.id);
+        const bool isHidden = !window.isVisible && !window.isElsewhere && !isHiddenByUser;
+        if (wasBehind && isHidden && !assignments_.isInAnyTile(window.id) && isExcludedByRules(window))
+            excluded.push_back(window);
+    }
+    for (const ManagedWindow& window : excluded) presenter_.restore(window);
 }
 
 /// Requests the window's frame. The assignments already contain the window.

@@ -63,6 +63,7 @@ class Arrangement {
                                       const TileAssignments& assignments) const;
     void arrangeWindows();
     void carryOutArrangement(const ArrangementPlan& plan);
+    void showExcludedFromStacks(const TileAssignments& before);
     void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
     void carryOutDeferred(std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);

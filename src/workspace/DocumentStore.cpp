@@ -165,6 +165,10 @@ Outcome DocumentStore::editRule(const Uuid& id, const RuleEdit& edit) {
 }
 
 Outcome DocumentStore::changeRule(const action::ChangeRule& change) {
+    const auto present = std::ranges::find(*state_.rules, change.id, &WorkspaceRule::id);
+    const bool endsTitle = change.titleContains && trimmed(*change.titleContains).empty();
+    if (endsTitle && present != state_.rules->end() && !present->bundleIdentifier && !present->applicationName)
+        return Outcome::refused("A rule needs an application or a part of a title");
     return editRule(change.id, [&](auto&, auto rule) {
         if (change.isEnabled) rule->isEnabled = *change.isEnabled;
         if (change.disposition) rule->disposition = *change.disposition;

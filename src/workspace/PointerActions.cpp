@@ -13,9 +13,8 @@ namespace kova {
 
 namespace {
 
+/// Polls stay paused this long after a drag has ended, while the windows take their new frames.
 constexpr Seconds kResumeDelay{0.16};
-
-constexpr Seconds kResumeAfterDrop{0.16};
 
 /// Converts from screen space to the layout space of the visible frame.
 CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
@@ -190,7 +189,10 @@ void PointerActions::releaseWindow() {
     if (!now) return;
     liveWindows_.noteFrame(held->windowID, *now);
     // A window that the user has moved gets all attempts again.
-    if (!held->frame || !nearlyEqual(*held->frame, *now, kRoundingPoints)) frames_.forgetRefusal(held->windowID);
+    if (!held->frame || !nearlyEqual(*held->frame, *now, kRoundingPoints)) {
+        frames_.forgetRefusal(held->windowID);
+        returnZoomedWindow();
+    }
     if (pointer_.isPausingPolls()) return; // the end of the pause places all windows
     keeper_.commit({});
 }
@@ -223,7 +225,7 @@ void PointerActions::updateWindowDrag(CGPoint pointer, action::WindowDragKind ki
 void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode) {
     (void)pointer_.release();
     auto drag = pointer_.endWindowDrag();
-    if (!drag) return;
+    if (!drag) return returnZoomedWindow(); // focus mode may have begun during the drag
     const WindowID windowID = drag->windowID;
     frames_.notePointer(services_.queue.uptime());
     state_.dropTarget.set(std::nullopt);
@@ -240,7 +242,18 @@ void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind,
         }
     }
     keeper_.commit({});
-    pointer_.resumePollsAfter(kResumeAfterDrop);
+    pointer_.resumePollsAfter(kResumeDelay);
+}
+
+/// The zoomed window cannot be dragged to a tile. Requests its frame again if the user has moved it.
+void PointerActions::returnZoomedWindow() {
+    const ManagedWindow* window = focusMode_.isOn() ? liveWindows_.find(focusMode_.mode()->windowID) : nullptr;
+    const auto frame = window ? geometry_.zoomFrame(focusMode_.mode()->displayID) : std::nullopt;
+    const auto now = frame ? windowService_.readFrame(window->element) : std::nullopt;
+    if (!now || !access_.mayMoveWindows()) return;
+    const CGRect wanted = geometry_.largestAllowedFrame(*window, *frame);
+    if (nearlyEqual(*now, wanted, kFrameTolerancePoints)) return;
+    presenter_.writeFrame(ManagedWindow(*window), wanted, AccessibilityWindowService::BringToFront::no);
 }
 
 void PointerActions::cancelWindowDrag() {

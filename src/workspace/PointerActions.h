@@ -56,6 +56,7 @@ class PointerActions {
     void writeInteractiveFrames(const DisplayID& displayID);
     void verifyFrames(const DisplayID& displayID, const std::map<WindowID, CGRect>& written);
     void dropWindow(const ManagedWindow& window, CGPoint pointer, action::DropMode mode, WorkspaceUndoSnapshot before);
+    void returnZoomedWindow();
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
 
     const WorkspaceServices& services_;

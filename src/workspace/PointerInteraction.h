@@ -6,7 +6,7 @@
 
 #include "workspace/DividerDrag.h"
 #include "workspace/PartDefaults.h"
-#include "workspace/PresentationSuspension.h"
+#include "workspace/PollPause.h"
 #include "workspace/UndoHistory.h"
 
 #include <functional>
@@ -45,7 +45,7 @@ class PointerInteraction : public PartWithoutPolls {
     bool isDragging() const;
     /// Whether a button is down on any window, or any window is being dragged.
     bool isOnWindow() const;
-    bool isPausingPolls() const { return pause_.isSuspended(); }
+    bool isPausingPolls() const { return pause_.isActive(); }
 
     /// Records that a button is down on the window. No-op during a drag.
     void press(WindowID windowID, const std::optional<CGRect>& frame);
@@ -84,9 +84,9 @@ class PointerInteraction : public PartWithoutPolls {
         std::map<WindowID, CGRect> frames;
     };
 
-    std::variant<std::monostate, Press, WindowDrag, DraggingDivider> now_;
-    DividerDrag divider_; // active exactly while `now_` is a `DraggingDivider`
-    PresentationSuspension pause_;
+    std::variant<std::monostate, Press, WindowDrag, DraggingDivider> gesture_;
+    DividerDrag divider_; // active exactly while `gesture_` is a `DraggingDivider`
+    PollPause pause_;
 };
 
 } // namespace kova

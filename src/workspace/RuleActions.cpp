@@ -11,8 +11,8 @@ RuleActions::RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
                          const WindowFinder& finder, TileKeeper& keeper, DocumentStore& documents) :
     state_(parts.state),
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
-    focusMode_(parts.focusMode), messages_(parts.messages), access_(access), geometry_(geometry), finder_(finder),
-    keeper_(keeper), documents_(documents) {}
+    focusMode_(parts.focusMode), floating_(parts.floating), pointer_(parts.pointer), messages_(parts.messages),
+    access_(access), geometry_(geometry), finder_(finder), keeper_(keeper), documents_(documents) {}
 
 void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
@@ -21,7 +21,11 @@ void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     // are not matched for hidden windows.
     std::vector<std::pair<WindowID, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
-        if (tileMemory_.isHandledByRules(window.id)) continue;
+        if (tileMemory_.isHandledByRules(window.id) || floating_.contains(window.id)) continue;
+        if (pointer_.isHolding(window.id)) {
+            isPostponed_ = true;
+            continue;
+        }
         const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
         if (assignments_.isInAnyTile(window.id) && !isShown) { // already placed, for example in a stack
             tileMemory_.noteHandledByRules(window.id);

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "workspace/DocumentStore.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
+#include "workspace/PointerInteraction.h"
 #include "workspace/RuleMatching.h"
 #include "workspace/StatusMessages.h"
 #include "workspace/TileAssignments.h"
@@ -31,6 +33,9 @@ class RuleActions {
                 TileKeeper& keeper, DocumentStore& documents);
 
     void applyRules(const std::vector<ManagedWindow>& windows);
+    /// Whether `applyRules` has skipped a window that the pointer held, since the last call. After the release the
+    /// caller polls again.
+    bool takePostponed() { return std::exchange(isPostponed_, false); }
     Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
     /// Explains which rule decides for the live window, and why each other rule does not; absent if there is no such
     /// window.
@@ -44,12 +49,15 @@ class RuleActions {
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
     const FocusMode& focusMode_;
+    const FloatingWindows& floating_;
+    const PointerInteraction& pointer_;
     StatusMessages& messages_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;
     TileKeeper& keeper_;
     DocumentStore& documents_;
+    bool isPostponed_ = false;
 };
 
 } // namespace kova

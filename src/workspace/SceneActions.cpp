@@ -29,9 +29,9 @@ SceneActions::SceneActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, Wo
                            ApplicationActions& applications, std::function<void()> forgetPlaces) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
-    assignments_(parts.assignments), tileMemory_(parts.tileMemory), awaited_(parts.awaited), messages_(parts.messages),
-    refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
-    keeper_(keeper), documents_(documents), steps_(steps), applications_(applications),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), pointer_(parts.pointer), awaited_(parts.awaited),
+    messages_(parts.messages), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), documents_(documents), steps_(steps), applications_(applications),
     forgetPlaces_(std::move(forgetPlaces)) {}
 
 Outcome SceneActions::activateScene(const Uuid& id) {
@@ -72,7 +72,7 @@ void SceneActions::applyAppearanceAndLayouts(const WorkspaceScene& scene) {
         if (!findLayout(available, display.layoutID)) continue;
         const DisplayID target = displayID(screens[static_cast<std::size_t>(display.ordinal)]);
         profile.layoutSelectionsByDisplay[target] = DisplayLayoutSelection::layout(display.layoutID);
-        profile.layoutWeightsByDisplay[target][display.layoutID] = display.layoutWeights;
+        profile.setWeights(target, display.layoutID, display.layoutWeights);
     }
     keeper_.setProfile(std::move(profile));
     state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
@@ -190,6 +190,9 @@ void SceneActions::processPendingScenePlacements() {
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
     const auto here = finder_.windowsNotElsewhere();
+    for (const auto& window : here) {
+        if (pointer_.isHolding(window.id)) used.insert(window.id); // may be taken after the release
+    }
     WindowMatcher matcher(here, used);
 
     using Found = AwaitedWindows::FoundForScene;
@@ -247,6 +250,7 @@ std::vector<WorkspaceSceneDisplay> SceneActions::capturedDisplays() const {
 }
 
 Outcome SceneActions::captureScene(const std::optional<std::string>& name) {
+    if (state_.screens->empty()) return access_.refuse("No display is connected");
     const Date now = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
     WorkspaceScene scene;
     scene.name = trimmed(name.value_or(""));

@@ -9,6 +9,7 @@
 #include "workspace/DocumentStore.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
+#include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/SceneCapture.h"
 #include "workspace/SceneDifferences.h"
@@ -61,6 +62,7 @@ class SceneActions {
     LiveWindows& liveWindows_;
     TileAssignments& assignments_;
     TileMemory& tileMemory_;
+    const PointerInteraction& pointer_;
     AwaitedWindows& awaited_;
     StatusMessages& messages_;
     RefreshCycle& refreshCycle_;

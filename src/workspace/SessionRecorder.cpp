@@ -212,9 +212,24 @@ void SessionRecorder::acceptPlacesOfWindows(const std::set<DisplayID>& returnedD
     }
 }
 
-/// The former agent showed its stacked and surplus windows when it ended. Hides them again, except windows that are
-/// focused or were moved, and stacked windows whose front window is not visible. A window that the desktop is still
-/// restoring may look minimized at first, so this function never shows a window.
+/// A window manager that starts anew may show windows that KOVA had hidden under the former one. They are hidden again.
+void SessionRecorder::followWindowManager() {
+    const auto changes = services_.accessibility.windowManagerChanges();
+    if (std::exchange(windowManagerChanges_, changes).value_or(changes) == changes) return;
+    const Seconds deadline = session_.beginReturns(services_.queue.uptime());
+    for (const auto& window : liveWindows_) {
+        if (assignments_.isAssigned(window.id)) continue;
+        if (assignments_.isInAnyTile(window.id)) {
+            session_.expectReturn(window.id, window.frame);
+        } else if (liveWindows_.minimized().contains(window.id)) {
+            liveWindows_.expectMinimizedBack(window.id, window.frame, deadline);
+        }
+    }
+}
+
+/// The former agent, or a change of the window manager, showed stacked and surplus windows. Hides them again, except
+/// windows that are focused or were moved, and stacked windows whose front window is not visible. A window that the
+/// desktop is still restoring may look minimized at first, so this function never shows a window.
 void SessionRecorder::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
@@ -266,12 +281,12 @@ bool SessionRecorder::isBackBehindFront(const ManagedWindow& window, const std::
 }
 
 /// Ids of windows that the last poll did not list, and that may still appear.
-std::set<WindowID> SessionRecorder::sparedWindowIDs() {
-    std::set<WindowID> spared;
-    if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
+std::set<WindowID> SessionRecorder::unlistedButExpectedWindowIDs() {
+    std::set<WindowID> expected;
+    if (recovery_.hasDeadline()) expected = recovery_.awaitedWindowIDs();
     const auto& awaited = session_.awaited(liveWindows_.all(), services_.queue.uptime());
-    spared.insert(awaited.begin(), awaited.end());
-    return spared;
+    expected.insert(awaited.begin(), awaited.end());
+    return expected;
 }
 
 } // namespace kova

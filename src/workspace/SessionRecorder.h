@@ -21,6 +21,7 @@
 #include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -38,8 +39,9 @@ class SessionRecorder {
 
     std::optional<WorkspaceSession> describeSession();
     bool restoreSession();
+    void followWindowManager();
     void hideStackedWindowsAgain();
-    std::set<WindowID> sparedWindowIDs();
+    std::set<WindowID> unlistedButExpectedWindowIDs();
 
   private:
     WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<WindowID, CGSize>& minimums);
@@ -68,6 +70,7 @@ class SessionRecorder {
     LayoutFollower& follower_;
     UndoSteps& steps_;
     DisplayChanges& displayChanges_;
+    std::optional<std::uint64_t> windowManagerChanges_; // as of the last poll
 };
 
 } // namespace kova

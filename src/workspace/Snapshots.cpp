@@ -74,6 +74,12 @@ void Snapshots::restore(const WorkspaceUndoSnapshot& snapshot) {
     refreshCycle_.refresh();
 }
 
+void Snapshots::keepAppearance(WorkspaceUndoSnapshot& snapshot) const {
+    snapshot.profile.themeID = state_.profile->themeID;
+    snapshot.accentColorID = *state_.accentColorID;
+    snapshot.activeSceneID = *state_.activeSceneID;
+}
+
 void Snapshots::restoreWindow(const ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot) {
     const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);

@@ -32,6 +32,9 @@ class Snapshots {
     WorkspaceUndoSnapshot capture() const;
     /// Restores the snapshot without a commit; the caller commits.
     void restore(const WorkspaceUndoSnapshot& snapshot);
+    /// Puts the present theme, accent color and active scene into the snapshot. Call before the end of focus mode is
+    /// restored, since they can be chosen during focus mode.
+    void keepAppearance(WorkspaceUndoSnapshot& snapshot) const;
     /// The live windows in the state that restoring the snapshot will give them.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
 

@@ -25,19 +25,12 @@ void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     displays_.forget(windowID);
     awaited_.noteMovedByUser(windowID);
     tileMemory_.noteMovedByUser(windowID);
+    exemptFromRules(windowID);
 }
 
 void TileKeeper::storeWeights(const DisplayID& id, const std::string& layoutID, LayoutWeightOverrides weights) {
     WorkspaceProfile profile = *state_.profile;
-    if (weights.splits.empty()) {
-        const auto layouts = profile.layoutWeightsByDisplay.find(id);
-        if (layouts != profile.layoutWeightsByDisplay.end()) {
-            layouts->second.erase(layoutID);
-            if (layouts->second.empty()) profile.layoutWeightsByDisplay.erase(layouts);
-        }
-    } else {
-        profile.layoutWeightsByDisplay[id][layoutID] = std::move(weights);
-    }
+    profile.setWeights(id, layoutID, std::move(weights));
     setProfile(std::move(profile));
 }
 

@@ -72,7 +72,7 @@ class TileKeeper {
     void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     /// Marks the window as handled by rules, so that they do not move it any more. No-op while rules are switched off.
     void exemptFromRules(const WindowID& windowID);
-    /// Call when the user has moved the window: forgets all its remembered tiles.
+    /// Call when the user has moved the window: forgets all its remembered tiles, and exempts it from rules.
     void noteMovedByUser(const WindowID& windowID);
 
   private:

@@ -1,5 +1,6 @@
 #include "workspace/UndoSteps.h"
 
+#include "workspace/WindowCommand.h"
 #include "workspace/WorkspaceParts.h"
 
 #include <utility>
@@ -65,6 +66,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
         const bool exists = finder_.windowOrFocused(windowID) != nullptr;
         return access_.refuse(exists ? "The window lies on no display" : *finder_.whyNoStartingPoint(windowID));
     }
+    if (auto reason = whyNotMovable(start->window)) return access_.refuse(*std::move(reason));
     const Screen* screen = geometry_.screenOf(start->displayID);
     if (!screen) return access_.refuseSilently("The window lies on no display");
     if (geometry_.layoutOn(*screen).slots.size() < 2) {
@@ -86,6 +88,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
 bool UndoSteps::leaveFocusMode() {
     auto before = focusMode_.leave();
     if (!before) return false;
+    snapshots_.keepAppearance(before->snapshot);
     snapshots_.restore(before->snapshot);
     undo_.restore(std::move(before->history));
     state_.canUndo.set(!undo_.isEmpty());

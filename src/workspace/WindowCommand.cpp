@@ -52,13 +52,19 @@ class CommandPlanner {
             }
             const ManagedWindow* other = tile->windowID ? windowWith(*tile->windowID) : nullptr;
             if (!other || other == &window || other->isElsewhere) return placement(window, *tile, "swap");
-            if (other->isFullScreen) return WindowRefusal{fullScreenMessage(*other)};
+            if (const auto reason = whyNotMovable(*other)) return WindowRefusal{*reason};
             // Each of the two windows goes to the other's tile; for a spanning window, this is its anchor.
             const TileTarget theirs = input_.assignments.targetOf(other->id).value_or(tile->target);
             for (const auto& [moved, target, left] :
                  {std::tuple{&window, theirs, *own}, std::tuple{other, *own, theirs}}) {
                 const auto covered = input_.covering(*moved, target);
-                if (std::find(covered.begin(), covered.end(), left) != covered.end()) {
+                const bool coversLeftTile = std::ranges::find(covered, left) != covered.end();
+                const bool coversThirdWindow = std::ranges::any_of(covered, [&](const TileTarget& each) {
+                    const auto front = input_.assignments.assignedWindowIDs.find(each);
+                    return front != input_.assignments.assignedWindowIDs.end() && front->second != window.id &&
+                           front->second != other->id;
+                });
+                if (coversLeftTile || coversThirdWindow) {
                     return WindowRefusal{moved->applicationName + " is too large to trade places with " +
                                          (moved == &window ? *other : window).applicationName};
                 }
@@ -74,12 +80,17 @@ class CommandPlanner {
     }
 
     Planned plan(const command::FocusWindow& focus) const {
+        const ManagedWindow* fullScreen = focus.windowID ? windowWith(*focus.windowID) : nullptr;
+        if (fullScreen && fullScreen->isFullScreen && !fullScreen->isElsewhere) {
+            return WindowPlan{
+                "", "Focused " + fullScreen->applicationName, {{Kind::focus, fullScreen->id, std::nullopt}}};
+        }
         return onWindow(focus.windowID, [&](const ManagedWindow& window) -> Planned {
             WindowPlan plan{"", "Focused " + window.applicationName, {}};
             const bool isInFront = input_.assignments.isAssigned(window.id);
             const auto stack = isInFront ? std::nullopt : input_.assignments.stackTargetOf(window.id);
             if (const WorkspaceTile* tile = stack ? tileWith(*stack) : nullptr) {
-                plan = std::get<WindowPlan>(placement(window, *tile, "bring to front"));
+                plan = std::get<WindowPlan>(placement(window, *tile, std::string(kBringToFront)));
                 plan.message = window.applicationName + " is now active";
             }
             plan.steps.push_back({Kind::focus, window.id, std::nullopt});
@@ -148,9 +159,7 @@ class CommandPlanner {
         const auto& id = wanted ? wanted : input_.focusedWindowID;
         const ManagedWindow* window = id ? windowWith(*id) : nullptr;
         if (!window) return WindowRefusal{wanted ? "There is no such window" : "No managed window has the focus"};
-        if (window->isFullScreen) return WindowRefusal{fullScreenMessage(*window)};
-        if (window->isElsewhere)
-            return WindowRefusal{window->applicationName + " is on another desktop; go there first"};
+        if (const auto reason = whyNotMovable(*window)) return WindowRefusal{*reason};
         return make(*window);
     }
 
@@ -176,9 +185,6 @@ class CommandPlanner {
 
     static std::string noTileMessage(const ManagedWindow& window) {
         return window.applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
-    }
-    static std::string fullScreenMessage(const ManagedWindow& window) {
-        return window.applicationName + " is in full screen; end that first";
     }
     static std::string phraseFor(WorkspaceDirection direction) {
         switch (direction) {
@@ -309,6 +315,12 @@ std::string_view describe(WindowStep::Kind kind) {
         return "float";
     }
     return "";
+}
+
+std::optional<std::string> whyNotMovable(const ManagedWindow& window) {
+    if (window.isFullScreen) return window.applicationName + " is in full screen; end that first";
+    if (window.isElsewhere) return window.applicationName + " is on another desktop; go there first";
+    return std::nullopt;
 }
 
 std::variant<WindowPlan, WindowRefusal> planWindowCommand(const WindowCommand& command,

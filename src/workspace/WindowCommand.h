@@ -58,6 +58,12 @@ struct WindowCommandInput {
     double firstScreenMaxY = 0; // see `TileGeometry::firstScreenMaxY`
 };
 
+/// Why no command can move the window: it is in full screen or on another Space. Absent if commands can.
+std::optional<std::string> whyNotMovable(const ManagedWindow& window);
+
+/// The action of a plan that brings a stacked window to the front of its tile. Such a window was not moved by the user.
+inline constexpr std::string_view kBringToFront = "bring to front";
+
 std::variant<WindowPlan, WindowRefusal> planWindowCommand(const WindowCommand& command,
                                                           const WindowCommandInput& input);
 

@@ -33,6 +33,7 @@ Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::opt
 Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::optional<WindowID>& windowID) {
     const auto start = finder_.startingPoint(windowID);
     if (!start) return access_.refuse(*finder_.whyNoStartingPoint(windowID));
+    if (auto reason = whyNotMovable(start->window)) return access_.refuse(*std::move(reason));
     const std::string word(describe(direction));
     const auto target = finder_.neighborOf(*start, direction, TilesConsidered::all);
     if (!target) return access_.refuse("No zone " + word + " of the focused window");
@@ -129,10 +130,14 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
         if (!live) continue;
         const ManagedWindow window = *live;
         switch (step.kind) {
-        case WindowStep::Kind::place:
+        case WindowStep::Kind::place: {
+            const bool isMoved = plan.action != kBringToFront;
+            if (isMoved) keeper_.noteMovedByUser(window.id);
             placeByCommand(window, *step.target,
                            takesFocus && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
+            if (isMoved) arrangement_.learnPlacementByUser(window, *step.target);
             break;
+        }
         case WindowStep::Kind::wait: // the placement of the other window displaces this one
             break;
         case WindowStep::Kind::focus:
@@ -158,16 +163,12 @@ const WindowStep* WindowCommands::lastPlacement(const WindowPlan& plan) {
 void WindowCommands::placeByCommand(const ManagedWindow& window, const TileTarget& target, BringToFront bringToFront) {
     const auto covering = geometry_.coveringFor(window, target);
     if (!covering) return;
-    keeper_.noteMovedByUser(window.id);
-    keeper_.exemptFromRules(window.id);
     presenter_.restore(window);
     keeper_.place(window, *covering, bringToFront);
-    arrangement_.learnPlacementByUser(window, target);
 }
 
 void WindowCommands::floatByCommand(const ManagedWindow& window) {
     keeper_.noteMovedByUser(window.id);
-    keeper_.exemptFromRules(window.id);
     assignments_.remove(window.id);
     floating_.add(window.id);
     presenter_.restore(window); // if the window was stacked, it is hidden

@@ -1,6 +1,7 @@
 #include "workspace/WindowFinder.h"
 
 #include "workspace/NeighborTarget.h"
+#include "workspace/WindowCommand.h"
 #include "workspace/WindowMatching.h"
 #include "workspace/WorkspaceParts.h"
 
@@ -98,7 +99,15 @@ std::optional<CycledStack> WindowFinder::cycledStack(const action::CycleStack& c
     const auto at = std::find(order.begin(), order.end(), start->window.id);
     if (at == order.end()) return std::nullopt;
     const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(order.size()) - 1;
-    const auto first = (at - order.begin() + step) % static_cast<std::ptrdiff_t>(order.size());
+    auto first = at - order.begin();
+    const auto isSkipped = [&] { // a window that cannot be shown in the tile now
+        const ManagedWindow* window = liveWindows_.find(order[static_cast<std::size_t>(first)]);
+        return window && whyNotMovable(*window);
+    };
+    do {
+        first = (first + step) % static_cast<std::ptrdiff_t>(order.size());
+        if (order.begin() + first == at) return std::nullopt;
+    } while (isSkipped());
     std::rotate(order.begin(), order.begin() + first, order.end());
     return cycled;
 }

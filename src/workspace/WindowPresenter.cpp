@@ -30,8 +30,8 @@ WindowPresenter::WindowPresenter(
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), focusMode_(parts.focusMode),
-    pointer_(parts.pointer), frames_(parts.frames), refreshCycle_(refreshCycle), geometry_(geometry), finder_(finder),
-    minimumSizeObserved_(std::move(minimumSizeObserved)) {}
+    floating_(parts.floating), pointer_(parts.pointer), frames_(parts.frames), refreshCycle_(refreshCycle),
+    geometry_(geometry), finder_(finder), minimumSizeObserved_(std::move(minimumSizeObserved)) {}
 
 bool WindowPresenter::focus(const ManagedWindow& window) {
     const WindowID id = window.id;
@@ -54,13 +54,14 @@ void WindowPresenter::restore(const ManagedWindow& window) {
     }
 }
 
-/// An application is hidden only if none of its windows is the front window of a tile and none is elsewhere, because
-/// such a window would be hidden as well.
+/// An application is hidden only if none of its windows is the front window of a tile, is elsewhere, or floats by
+/// command, because such a window would be hidden as well.
 void WindowPresenter::hideDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
     auto processesKeptVisible = processesInFront(assignments_, liveWindows_.all());
     for (const auto& window : liveWindows_) {
-        if (window.isElsewhere) processesKeptVisible.insert(window.processIdentifier);
+        const bool isShownFloating = window.isVisible && floating_.contains(window.id);
+        if (window.isElsewhere || isShownFloating) processesKeptVisible.insert(window.processIdentifier);
     }
     std::set<pid_t> hiddenProcesses; // an application is hidden once, with all its windows
     std::vector<std::pair<const ManagedWindow*, DisplacedWindowPresentationAction>> decisions;

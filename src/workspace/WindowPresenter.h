@@ -3,6 +3,7 @@
 
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
+#include "workspace/FloatingWindows.h"
 #include "workspace/FocusMode.h"
 #include "workspace/FrameKeeper.h"
 #include "workspace/LeftAloneReason.h"
@@ -72,6 +73,7 @@ class WindowPresenter {
     const TileAssignments& assignments_;
     TileMemory& tileMemory_;
     const FocusMode& focusMode_;
+    const FloatingWindows& floating_;
     const PointerInteraction& pointer_;
     FrameKeeper& frames_;
     RefreshCycle& refreshCycle_;

@@ -195,7 +195,8 @@ struct PressWindow {
 };
 /// The pointer has released the window without dragging it.
 struct ReleaseWindow {};
-/// Until the drag ends, polls move no window. Refused for the zoomed window.
+/// Until the drag ends, polls move no window. Refused for the zoomed window, which returns to its
+/// frame when the pointer releases it.
 struct BeginWindowDrag {
     WindowID windowID;
     CGRect frameBefore{}; // the window's frame before the pointer moved it

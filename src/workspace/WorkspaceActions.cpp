@@ -61,7 +61,12 @@ Outcome WorkspaceController::carryOut(const WorkspaceAction& wanted) {
             },
             [&](const ResetDivider& reset) { return ops_.pointerActions.resetDivider(reset.divider); },
             [&](const PressWindow& press) { return ops_.pointerActions.pressWindow(press.windowID); },
-            [&](const ReleaseWindow&) { return unrefused([&] { ops_.pointerActions.releaseWindow(); }); },
+            [&](const ReleaseWindow&) {
+                return unrefused([&] {
+                    ops_.pointerActions.releaseWindow();
+                    if (ops_.rules.takePostponed()) refresh();
+                });
+            },
             [&](const BeginWindowDrag& drag) {
                 return ops_.pointerActions.beginWindowDrag(drag.windowID, drag.frameBefore);
             },
@@ -113,6 +118,7 @@ Outcome WorkspaceController::undoLastAction() {
     // Changes on other displays during focus mode were written into the snapshot of focus mode, but not into the newest
     // entry. So in focus mode that snapshot is restored.
     auto beforeFocusMode = parts_.focusMode.leave();
+    if (beforeFocusMode) ops_.snapshots.keepAppearance(beforeFocusMode->snapshot);
     const WorkspaceUndoSnapshot& snapshot = beforeFocusMode ? beforeFocusMode->snapshot : entry->snapshot;
     if (beforeFocusMode) parts_.undo.restore(beforeFocusMode->history);
     // Undoing a scene also cancels its pending placements.

@@ -94,6 +94,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     noteFocus();
     keepAssignmentsValid();
     followShownSpace();
+    ops_.sessionRecorder.followWindowManager();
     ops_.sessionRecorder.hideStackedWindowsAgain();
     if (isRecovering) {
         if (parts_.displays.hasWindowsToPresent()) ops_.displayChanges.adaptToDisplays();
@@ -136,7 +137,7 @@ void WorkspaceController::requestPendingFrames() {
 }
 
 void WorkspaceController::keepAssignmentsValid() {
-    std::set<WindowID> kept = ops_.sessionRecorder.sparedWindowIDs();
+    std::set<WindowID> kept = ops_.sessionRecorder.unlistedButExpectedWindowIDs();
     for (const auto& window : parts_.liveWindows) kept.insert(window.id);
     const TileAssignments before = parts_.assignments;
     parts_.assignments.keepOnly(kept);

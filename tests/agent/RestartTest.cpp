@@ -156,12 +156,18 @@ TEST_P(Quitting, ShowsTheWindowsOfAnotherVirtualDesktop) {
     EXPECT_TRUE(eventually([&] { return areAllShown(); })) << std::ranges::count(shown(), false) << " are hidden";
 }
 
-TEST_P(Quitting, ShowsWindowsThatANewWindowManagerHides) {
+TEST_P(Quitting, ShowsWindowsThatWereHiddenAgainUnderANewWindowManager) {
+    const auto seen = shown();
+    const auto tiles = session_.query("tiles");
     EXPECT_FALSE(areAllShown());
     server_.endManager();
     server_.startManager();
     ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
+    sleep(3); // longer than the settling time
+    EXPECT_TRUE(eventually([&] { return shown() == seen; }));
     settle();
+    EXPECT_EQ(shown(), seen);
+    EXPECT_EQ(session_.query("tiles"), tiles);
     quit();
     EXPECT_TRUE(eventually([&] { return areAllShown(); })) << std::ranges::count(shown(), false) << " are hidden";
 }

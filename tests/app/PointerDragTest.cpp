@@ -309,6 +309,23 @@ TEST_F(DraggedWindows, ReturnWhenTheyAreNotDroppedOnAnotherTile) {
     EXPECT_EQ(newUndoSteps(), 0U);
 }
 
+TEST_F(DraggedWindows, ReturnToTheirFrameInFocusMode) {
+    desk.desktop.userFocuses("Mail");
+    desk.zoom();
+    const std::string zoomed = desk.desktop.picture();
+    presses({1400, 30}).moves({1500, 300}).releases();
+    EXPECT_NE(desk.desktop.picture(), zoomed);
+    desk.settle();
+    EXPECT_EQ(desk.desktop.picture(), zoomed);
+    desk.zoom();
+    desk.expectTiles(kHalves);
+    presses({1400, 30}).moves({1500, 300});
+    desk.controller().perform(action::ToggleFocusZoom{}); // by a shortcut, during the drag
+    moves({1600, 900}).releases();
+    desk.settle();
+    EXPECT_EQ(desk.desktop.picture(), zoomed);
+}
+
 TEST_F(DraggedWindows, FloatWithShiftUntilTheyAreDroppedOnATileOrArranged) {
     presses({1400, 30}).moves({1200, 330}).releases(ShiftKey::down);
     desk.settle();

@@ -89,7 +89,9 @@ class Launching : public ::testing::Test {
 TEST_F(Launching, StartsAProgramInANewSessionWithoutTheAgentsDescriptors) {
     program("reporter");
     install("org.example.Mail", "Exec=reporter " + reportFile_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
-    const int inheritable = open("/dev/null", O_RDONLY); // without close-on-exec
+    const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    const int inheritable = fcntl(null, F_DUPFD, 100); // above the numbers that a shell uses; without close-on-exec
+    close(null);
     sigset_t blocked, before;
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);

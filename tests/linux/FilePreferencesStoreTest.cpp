@@ -288,21 +288,6 @@ TEST(FilePreferencesStore, WritesThroughALink) {
     EXPECT_NE(problemsOf(store), "");
 }
 
-TEST(FilePreferencesStore, AFailedWriteIsReportedAndRetried) {
-    Home home;
-    home.temporary().write("config", "a file where the folder should be");
-    auto store = home.store();
-    store.setValue("a", true);
-    home.waitForWrite();
-    EXPECT_NE(problemsOf(store).find("config"), std::string::npos);
-    EXPECT_EQ(store.boolean("a"), true);
-    fs::remove(home.temporary().path() / "config");
-    store.setValue("b", true);
-    home.waitForWrite();
-    EXPECT_EQ(problemsOf(store), "");
-    EXPECT_EQ(home.store().boolean("a"), true);
-}
-
 TEST(FilePreferencesStore, AFileThatIsTooLargeToBeReadIsNotWritten) {
     Home home;
     auto store = home.store();

@@ -129,6 +129,7 @@ TEST_F(SavingPreferences, AFailedWriteIsReportedAndRetriedUntilItSucceeds) {
     store.setValue("a", true);
     EXPECT_NE(resultOfSaving(store).find("cannot make the folder"), std::string::npos);
     EXPECT_NE(problemsOf(store).find("in memory only"), std::string::npos) << problemsOf(store);
+    EXPECT_EQ(store.boolean("a"), true);
     EXPECT_EQ(std::ranges::count(log, '\n'), 1) << log;
     std::string tries;
     for (int second = 1; second <= 200; ++second) {

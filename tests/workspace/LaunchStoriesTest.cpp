@@ -47,6 +47,15 @@ TEST_F(Launching, TheFirstWindowIsPutIntoTheTile) {
     EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "a launch adds no undo step";
 }
 
+TEST_F(Launching, AWindowThatFloatsByCommandIsNotPutIntoTheTile) {
+    const auto notes = desk.desktop.install("Notes", {.startsAfter = Seconds(1), .window = {.frame = kSomewhere}});
+    desk.opens("Notes", {.frame = kSomewhere}).settle().perform(command::Float{desk.desktop.windowIDOf("Notes")});
+    launch(notes, kRight);
+    desk.settle();
+    EXPECT_TRUE(desk.state().floatingWindowIDs->contains(desk.desktop.windowIDOf("Notes")));
+    EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
+}
+
 TEST_F(Launching, AnExistingWindowWithoutATileIsPutIntoTheTile) {
     struct Case {
         const char* how;

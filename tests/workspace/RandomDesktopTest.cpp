@@ -31,7 +31,7 @@ class RandomDay : public RandomWalk {
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
         const bool listsAll = chance(2);
         if (isMac()) {
-            desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.005)}));
+            desk_.desktop.setResponseTime(anyOf({Seconds(0.001), Seconds(0.005)}));
         } else {
             desk_.desktop.setSpaceStyle(listsAll ? SpaceStyle::listsAll : SpaceStyle::listsShown);
         }
@@ -196,7 +196,7 @@ class RandomDay : public RandomWalk {
         if (!isMac()) return act(action::Arrange{});
         switch (below(3)) {
         case 0:
-            return desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.005), Seconds(0.3)}));
+            return desk_.desktop.setResponseTime(anyOf({Seconds(0.001), Seconds(0.005), Seconds(0.3)}));
         case 1:
             return desk_.desktop.setPermissionStale(chance(2));
         default:
@@ -210,7 +210,7 @@ class RandomDay : public RandomWalk {
         const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isSuspended();
         desktop.setTrusted(true);
         desktop.setPermissionStale(false);
-        if (isMac()) desktop.setAnswerTime(Seconds(0.002));
+        if (isMac()) desktop.setResponseTime(Seconds(0.002));
         for (const auto event : {systemDidWake, screensDidWake, sessionDidBecomeActive, screenDidUnlock}) {
             desk_.simulate(event);
         }

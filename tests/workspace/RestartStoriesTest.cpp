@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -333,6 +334,50 @@ TEST(Resumption, WindowsThatADesktopMinimizesAnewAreRestoredAtTheEnd) {
     desk.desktop.userMinimizes(stacked);
     desk.settle().stop();
     EXPECT_EQ(hidden(), std::vector<std::string>{}) << desk.desktop.picture();
+}
+
+TEST(Resumption, WindowsOfADisplayThatWasJustDisconnectedAreOnAnotherDisplayAtTheEnd) {
+    Scenario desk;
+    desk.display(1920, 1080).layout("jarvis.dual-split").display(2560, 1440).layout("jarvis.dual-split");
+    for (const char* name : {"Codex", "Mail", "Notes", "Viewer"}) desk.opens(name);
+    desk.arrange();
+    desk.desktop.strandWindows(true);
+    desk.desktop.removeDisplay("B");
+    const auto windows = desk.desktop.livingWindows();
+    const auto isLost = [&](const SimulatedWindow* window) { return !desk.desktop.isOnSomeDisplay(*window); };
+    ASSERT_TRUE(std::ranges::any_of(windows, isLost));
+    desk.advance(Seconds(0.7)).stop();
+    EXPECT_FALSE(std::ranges::any_of(windows, isLost)) << desk.desktop.picture();
+}
+
+TEST(Resumption, WindowsThatANewWindowManagerShowsAreHiddenAgain) {
+    for (const HidingStyle style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
+        Scenario desk;
+        desk.desktop.setHidingStyle(style);
+        desk.display(2560, 1440)
+            .layout("jarvis.dual-split")
+            .opens("Mail")
+            .opens("Terminal")
+            .opens("Terminal")
+            .arrange();
+        desk.opens("Notes").settle();
+        desk.controller().perform(
+            command::Place{desk.desktop.windowIDOf("Notes"), desk.controller().tiles().front().target});
+        desk.settle().advance(Seconds(10));
+        const std::string picture = desk.desktop.picture();
+        const auto assignments = desk.controller().assignments();
+        desk.desktop.replaceWindowManager(Seconds(0.5));
+        desk.advance(Seconds(2.5));
+        EXPECT_NE(desk.desktop.picture(), picture) << "the new window manager shows all windows";
+        desk.settle();
+        EXPECT_EQ(desk.desktop.picture(), picture);
+        EXPECT_EQ(desk.controller().assignments(), assignments);
+        desk.advance(Seconds(10));
+        desk.desktop.userHides("Notes", true);
+        desk.desktop.userHides("Notes", false);
+        desk.settle();
+        EXPECT_EQ(desk.controller().assignments(), assignments);
+    }
 }
 
 TEST(RestartStories, TilesOnTheOtherSpaceAreRestored) {

@@ -157,6 +157,43 @@ TEST_F(Rules, RulesApplyToAHiddenWindowOnceItIsShown) {
     desk.settle().expectTiles(kMailOnTheRight);
 }
 
+TEST_F(Rules, AnArrangementShowsAHiddenWindowThatARuleTakesOutOfItsStack) {
+    for (const bool hasSecondWindow : {false, true}) { // the window's application is hidden, or only the window
+        desk.opens("Mail", {.frame = kUntiledFrame}).opens("Notes").settle();
+        if (hasSecondWindow) desk.opens("Mail").settle();
+        for (const char* name : {"Mail", "Notes"}) {
+            desk.perform(command::Place{desk.desktop.windowIDOf(name), desk.target("A", kLeft)});
+        }
+        if (hasSecondWindow) desk.perform(command::Place{desk.desktop.windowIDOf("Mail 2"), desk.target("A", kRight)});
+        EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
+        manageContinuously();
+        add(rule("Mail floats", "sim.mail", std::nullopt, std::nullopt));
+        desk.arrange();
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes")));
+        for (const auto* window : desk.desktop.livingWindows()) desk.desktop.close(window->label());
+        desk.perform(action::DeleteRule{desk.state().rules->front().id});
+    }
+}
+
+TEST_F(Rules, DoNotTakeAWindowThatFloatsByCommandOrThatThePointerHolds) {
+    opensAndPolls("Mail").perform(command::Float{desk.desktop.windowIDOf("Mail")});
+    add(tileMail());
+    manageContinuously();
+    desk.settle().expectTiles(kEmptyTiles);
+    opensAndPolls("Mail").settle().expectTiles("- | Mail 2 1291,15 1254x1382");
+    desk.desktop.close("Mail 2");
+    desk.settle();
+    desk.controller().perform(action::Switch{action::Setting::continuousManagement, false});
+    const std::string held = desk.desktop.open("Mail", {.frame = kUntiledFrame});
+    desk.advance(Seconds(0.6));
+    desk.controller().perform(action::PressWindow{desk.desktop.windowIDOf(held)});
+    manageContinuously();
+    desk.settle().expectTiles(kEmptyTiles);
+    desk.controller().perform(action::ReleaseWindow{});
+    desk.settle().expectTiles("- | " + held + " 1291,15 1254x1382");
+}
+
 TEST_F(Rules, AWindowMostlyOffTheScreenBelongsToTheDisplayThatShowsAPartOfIt) {
     desk.display(1920, 1080).layout("jarvis.dual-split", "B");
     add(tileMail());
@@ -310,6 +347,11 @@ TEST_F(Rules, AreEditedAndSavedWithoutAMessage) {
     EXPECT_EQ(stored().front().titleContains, "Inbox");
     EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .titleContains = "\n"}));
     EXPECT_EQ(stored().front().titleContains, std::nullopt);
+    add(rule("Drafts float", std::nullopt, std::nullopt, "Drafts"));
+    const action::ChangeRule lastCriterion{.id = desk.state().rules->back().id, .titleContains = ""};
+    EXPECT_FALSE(controller.perform(lastCriterion)) << "the rule would match no window";
+    EXPECT_EQ(stored().back().titleContains, "Drafts");
+    controller.perform(action::DeleteRule{lastCriterion.id});
     EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .isEnabled = false}));
     EXPECT_FALSE(stored().front().isEnabled);
     EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .disposition = disposition::Ignore{}}));

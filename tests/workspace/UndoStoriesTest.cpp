@@ -227,6 +227,20 @@ TEST(UndoAndFocusStories, EachRefusedActionGivesItsReason) {
     desk.arrange().cycleStack().expectMessage("No other window waits behind it in its tile");
 }
 
+TEST(FocusModeStories, ItsEndKeepsTheThemeAndAccentColorChosenMeanwhile) {
+    for (const bool byUndo : {false, true}) {
+        Scenario desk;
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+        desk.zoom();
+        desk.perform(action::SelectTheme{"jarvis.neon-cyan"}).perform(action::SelectAccentColor{"reactor-amber"});
+        byUndo ? desk.undo() : desk.zoom();
+        EXPECT_EQ(*desk.state().focusMode, std::nullopt);
+        EXPECT_EQ(desk.state().profile->themeID, "jarvis.neon-cyan");
+        EXPECT_EQ(*desk.state().accentColorID, "reactor-amber");
+        EXPECT_EQ(desk.preferences.string("KOVA.accentColor.v1"), "reactor-amber");
+    }
+}
+
 } // namespace
 
 } // namespace kova

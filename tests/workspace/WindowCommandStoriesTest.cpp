@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace kova {
 
 namespace {
@@ -108,6 +110,51 @@ TEST_F(WindowCommandStories, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgai
     desk.perform(command::ToggleFloating{}).undo();
     EXPECT_TRUE(desk.state().floatingWindowIDs->empty());
     desk.expectTiles(kHalves);
+}
+
+TEST_F(WindowCommandStories, AWindowInFullScreenIsFocusedButNotMovedOrZoomed) {
+    desk.desktop.setFullScreen("Mail", true);
+    desk.settle();
+    const std::string before = picture();
+    desk.move(WorkspaceDirection::left).expectMessage("Mail is in full screen; end that first");
+    desk.zoom().expectMessage("Mail is in full screen; end that first");
+    EXPECT_EQ(*desk.state().focusMode, std::nullopt);
+    EXPECT_EQ(picture(), before);
+    const auto& windows = desk.controller().liveWindows();
+    const bool isElsewhere = std::ranges::find(windows, id("Mail"), &ManagedWindow::id)->isElsewhere; // on a Mac
+    EXPECT_EQ(steps(command::FocusWindow{id("Mail")}),
+              isElsewhere ? "Mail is in full screen; end that first" : "focus Mail");
+}
+
+TEST_F(WindowCommandStories, AFloatingWindowStaysVisibleWhenTheOtherWindowOfItsApplicationIsDisplaced) {
+    desk.opens("Mail").settle().perform(command::Float{id("Mail 2")});
+    desk.perform(command::Place{id("Codex"), tile("secondary-1")});
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << picture();
+    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail 2"))) << picture();
+}
+
+TEST_F(WindowCommandStories, AWindowThatIsBroughtForwardIsNotLearnedAsMovedByTheUser) {
+    const auto learned = [&] { return desk.preferences.values().find("KOVA.autoArrangeLearning.v1")->second; };
+    desk.perform(command::Place{id("Codex"), tile("secondary-1")});
+    const auto before = learned();
+    desk.perform(command::FocusWindow{id("Mail")}).expectTiles("- | Mail 1291,15 1254x1382 + Codex");
+    EXPECT_EQ(learned(), before);
+}
+
+TEST_F(WindowCommandStories, AnArrangementKeepsTheOrderOfAStack) {
+    desk.opens("Notes").opens("Viewer").settle();
+    const auto stack = [&] { return desk.controller().tiles().back().stack; };
+    std::vector<std::string> names{"Codex", "Mail", "Notes", "Viewer"};
+    do {
+        for (const auto& name : names) desk.perform(command::Place{id(name.c_str()), tile("secondary-1")});
+        const auto before = stack();
+        ASSERT_EQ(before.size(), 4U);
+        desk.arrange();
+        // The arrangement may give a window of the stack a tile of its own.
+        auto kept = before;
+        std::erase_if(kept, [&](const WindowID& each) { return std::ranges::count(stack(), each) == 0; });
+        EXPECT_EQ(stack(), kept);
+    } while (std::ranges::next_permutation(names).found);
 }
 
 TEST_F(WindowCommandStories, AFloatingWindowStillFloatsAfterASleepAndARestart) {

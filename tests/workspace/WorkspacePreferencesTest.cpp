@@ -36,9 +36,6 @@ TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
         EXPECT_EQ(loaded.useThemeBackground, key != preferenceKey::useThemeBackground) << key;
         EXPECT_EQ(store.values().size(), 1u) << "nothing is written for an existing user";
     }
-}
-
-TEST(WorkspacePreferences, AValueOfAnotherTypeAlsoMarksAnExistingUser) {
     struct Store final : MemoryPreferencesStore {
         // The key has a number, which another program may have written.
         bool contains(std::string_view key) const override { return key == preferenceKey::showBrain; }

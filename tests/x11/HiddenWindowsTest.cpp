@@ -1,6 +1,10 @@
 #include "platform/x11/HiddenWindows.h"
 
+#include "tests/linux/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace kova::x11 {
 namespace {
@@ -29,6 +33,21 @@ TEST(HiddenWindows, EachOfManyIsFoundReplacedAndRemoved) {
     for (xcb_window_t window = 1; window <= kWindows; ++window) hidden.remove(window);
     EXPECT_TRUE(hidden.all().empty());
     EXPECT_FALSE(hidden.isApplicationHidden(processOf(1), model));
+}
+
+TEST(HiddenWindows, AFailedWriteIsReportedUntilOneSucceeds) {
+    const TemporaryFolder temporary;
+    const auto folder = temporary.path() / "runtime";
+    HiddenWindows hidden((folder / "hidden.json").string());
+    hidden.add({{.window = 5, .processIdentifier = 7}});
+    hidden.writeFile();
+    EXPECT_EQ(hidden.problem(), "cannot write " + (folder / "hidden.json").string() + ": No such file or directory");
+    EXPECT_TRUE(hidden.isHiddenWithApplication(5));
+    std::filesystem::create_directory(folder);
+    hidden.add({{.window = 6, .processIdentifier = 7}});
+    hidden.writeFile();
+    EXPECT_EQ(hidden.problem(), "");
+    EXPECT_EQ(hidden.readFile().size(), 2U);
 }
 
 } // namespace

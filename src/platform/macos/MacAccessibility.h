@@ -43,7 +43,7 @@ class MacAccessibility final : public AccessibilityServicing {
     /// if the process gets no requests now. Waits at most ApplicationBackoff::kDeadline. Any thread.
     std::optional<int> send(pid_t process, const std::function<int()>& request) const;
     /// Returns the applications that did not respond to the last request. Main thread.
-    std::vector<pid_t> silentApplications() const;
+    std::vector<pid_t> unresponsiveApplications() const;
 
   private:
     const MainQueue& queue_;

@@ -208,7 +208,7 @@ std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {
     return shown;
 }
 
-std::vector<pid_t> MacAccessibility::silentApplications() const {
+std::vector<pid_t> MacAccessibility::unresponsiveApplications() const {
     const MutexLock lock(mutex_);
     return backoff_.unresponsive();
 }

@@ -52,7 +52,7 @@ std::vector<DiagnosticLine> MacDiagnostics::diagnose() const {
                          stalePermissionRemedy(text(NSBundle.mainBundle.bundleIdentifier))});
     }
     for (auto& line : diagnosticLines(systemConflicts())) lines.push_back(std::move(line));
-    for (const pid_t process : accessibility_.silentApplications()) {
+    for (const pid_t process : accessibility_.unresponsiveApplications()) {
         const auto application = applications_.runningApplication(process);
         if (!application) continue;
         lines.push_back({"application that hangs", DiagnosticVerdict::note,

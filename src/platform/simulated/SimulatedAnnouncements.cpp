@@ -33,7 +33,7 @@ void SimulatedDesktop::setStyle(DesktopStyle style) {
     const bool isMac = style == DesktopStyle::mac;
     spaceStyle_ = isMac ? SpaceStyle::listsShown : SpaceStyle::listsAll;
     announcements_.setStyle(isMac ? AnnouncementStyle::onRequest : AnnouncementStyle::always);
-    answerTime_ = isMac ? Seconds(0.002) : Seconds(0);
+    responseTime_ = isMac ? Seconds(0.002) : Seconds(0);
 }
 
 std::optional<std::string> SimulatedDesktop::stalePermission() const {
@@ -44,21 +44,21 @@ void SimulatedDesktop::setPermissionStale(bool isStale) {
     if (std::exchange(isPermissionStale_, isStale) != isStale) changed();
 }
 
-void SimulatedDesktop::setAnswerTime(Seconds time) {
+void SimulatedDesktop::setResponseTime(Seconds time) {
     // An application announces neither that it stops to respond nor that it responds again.
-    if ((time < kReadDeadline) != (answerTime_ < kReadDeadline)) announcements_.noteLoss();
-    answerTime_ = time;
+    if ((time < kReadDeadline) != (responseTime_ < kReadDeadline)) announcements_.noteLoss();
+    responseTime_ = time;
 }
 
 bool SimulatedDesktop::isInTime(const Application& application) const {
-    return application.responds && answerTime_ < kReadDeadline;
+    return application.responds && responseTime_ < kReadDeadline;
 }
 
 bool SimulatedDesktop::waitForResponse(const Application& application) const {
     const bool isInTime = this->isInTime(application);
     if (!pollingQueue_.isRunningJob()) return isInTime || style_ != DesktopStyle::mac;
-    if (isInTime && answerTime_ == Seconds(0)) return true;
-    pollingQueue_.spend(isInTime ? answerTime_ : kReadDeadline);
+    if (isInTime && responseTime_ == Seconds(0)) return true;
+    pollingQueue_.spend(isInTime ? responseTime_ : kReadDeadline);
     return isInTime;
 }
 

@@ -369,6 +369,16 @@ void SimulatedDesktop::userMinimizes(std::string_view label, bool minimize) {
     setMinimized(mutableWindow(label), minimize);
 }
 
+void SimulatedDesktop::replaceWindowManager(Seconds duration) {
+    managerComesAt_ = queue_.uptime() + duration;
+    queue_.after(duration + kSettlingTime, [this] {
+        for (auto& [number, window] : windows_) setMinimizedAlone(window, false);
+        for (auto& application : applications_) setHidden(application, false);
+        ++windowManagerChanges_;
+        changed();
+    });
+}
+
 void SimulatedDesktop::userFocuses(std::string_view label) {
     auto& chosen = mutableWindow(label);
     auto& owner = *findApplication(chosen.processIdentifier());

@@ -44,6 +44,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     static constexpr pid_t kOwnProcessIdentifier = 4242;
     static constexpr Seconds kReadDeadline{0.25};
     static constexpr Seconds kDoubleClickTime{0.4};
+    static constexpr Seconds kSettlingTime{2}; // after a new window manager has started
 
     SimulatedDesktop();
 
@@ -79,7 +80,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Traits of a Mac (SimulatedAnnouncements.cpp)
     /// Sets the time that each request of a poll takes. If it is `kReadDeadline` or more, no application responds in
     /// time.
-    void setAnswerTime(Seconds time);
+    void setResponseTime(Seconds time);
     /// While the permission is stale, every request is refused although KOVA has the permission.
     void setPermissionStale(bool isStale);
     SimulatedAnnouncements& announcements() { return announcements_; }
@@ -119,8 +120,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setTitle(std::string_view label, std::string title);
     void setMinimumSize(std::string_view label, CGSize size);
     /// Simulates the replacement of the window manager. For `duration`, windows ignore requests for a size. From now
-    /// until two seconds after that, `areSizesReliable` is false.
-    void replaceWindowManager(Seconds duration) { managerComesAt_ = queue_.uptime() + duration; }
+    /// until two seconds after that, `areSizesReliable` is false. Then `windowManagerChanges` has changed, and windows
+    /// that were minimized or hidden are shown.
+    void replaceWindowManager(Seconds duration);
     /// For `duration`, windows ignore requests for a size, although `areSizesReliable` is true.
     void stallResizing(Seconds duration) { stalledUntil_ = queue_.uptime() + duration; }
     // Spaces and native tabs (SimulatedSpaces.cpp)
@@ -222,6 +224,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     WindowPresence presenceOf(const AccessibilityElement& window) const override;
     std::optional<std::uint64_t> spaceOf(const AccessibilityElement& window) const override;
     std::uint64_t shownSpace() const override;
+    std::uint64_t windowManagerChanges() const override { return windowManagerChanges_; }
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
@@ -396,7 +399,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::optional<std::string> placingManager_;
     DesktopStyle style_ = DesktopStyle::knowsItsWindows;
     SimulatedAnnouncements announcements_;
-    Seconds answerTime_{0};
+    Seconds responseTime_{0};
     bool isPermissionStale_ = false;
     SpaceStyle spaceStyle_ = SpaceStyle::listsAll;
     int virtualDesktop_ = 0;
@@ -410,6 +413,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool answerToPrompt_ = false;
     bool isLocked_ = false;
     std::optional<Seconds> managerComesAt_; // the uptime at which the new window manager starts
+    std::uint64_t windowManagerChanges_ = 0;
     Seconds stalledUntil_{0};
     bool announcesAllChanges_ = true;
     std::optional<CGPoint> pointerOnDesktop_;

@@ -72,7 +72,7 @@ std::optional<WindowSizeHints> SimulatedDesktop::sizeHints(const AccessibilityEl
 }
 
 bool SimulatedDesktop::areSizesReliable(const AccessibilityElement&) const {
-    return !managerComesAt_ || queue_.uptime() >= *managerComesAt_ + Seconds(2);
+    return !managerComesAt_ || queue_.uptime() >= *managerComesAt_ + kSettlingTime;
 }
 
 AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, AccessibilityAttribute attribute) const {

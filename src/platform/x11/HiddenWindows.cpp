@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 #include <utility>
 
 namespace kova::x11 {
@@ -192,6 +193,7 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
 
 void HiddenWindows::writeFile() {
     if (path_.empty() || std::exchange(isWritten_, true)) return;
+    problem_.clear();
     if (windows_.empty()) {
         std::remove(path_.c_str());
         return;
@@ -203,9 +205,11 @@ void HiddenWindows::writeFile() {
         list += R"(    {"window": )" + std::to_string(hidden.window) + R"(, "process": )" +
                 std::to_string(hidden.processIdentifier) + R"(, "how": ")" + word(hidden.how) + R"("})";
     }
-    // Best effort, and not synced to the disk: hidden windows do not survive the end of the X server.
+    // Not synced to the disk: hidden windows do not survive the end of the X server.
     const FileReplacement how{.mode = 0600, .durability = Durability::survivesProcess};
-    (void)replaceFileAtomically(path_, "{\n  \"windows\": [" + list + "\n  ]\n}\n", how);
+    const int error = replaceFileAtomically(path_, "{\n  \"windows\": [" + list + "\n  ]\n}\n", how);
+    // Windows are hidden in any case: the record is needed only if the agent is killed.
+    if (error != 0) problem_ = "cannot write " + path_ + ": " + std::generic_category().message(error);
 }
 
 } // namespace kova::x11

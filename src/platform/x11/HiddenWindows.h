@@ -49,6 +49,8 @@ class HiddenWindows {
     /// agent skips windows that are on the screen.
     void writeFile();
     bool isWritten() const { return isWritten_; }
+    /// What prevented the last write; empty if it succeeded.
+    const std::string& problem() const { return problem_; }
     /// Makes the next `writeFile` write even if no entry has changed.
     void forceWrite() { isWritten_ = false; }
 
@@ -73,6 +75,7 @@ class HiddenWindows {
     void countHidden(const HiddenWindow& hidden, int change);
 
     std::string path_;
+    std::string problem_;
     bool isWritten_ = true;
     std::list<HiddenWindow> windows_; // in the order in which they were hidden
     std::unordered_map<xcb_window_t, Place> places_;

@@ -98,6 +98,7 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
         if (std::exchange(isManagerKnown_, true)) {
             startSettling(now);
             managerChangedAt_ = now;
+            isManagerChangePending_ = true;
         }
         for (const xcb_window_t window : order_) {
             ClientWindow* known = client(window);
@@ -123,6 +124,7 @@ void WindowModel::settle(Seconds now) {
     staleClientList = manager_.isPresent;
     if (now < *settlesAt_) return;
     settlesAt_.reset();
+    if (std::exchange(isManagerChangePending_, false)) ++settledManagerChanges_;
     if (manager_.isPresent) return;
     for (const xcb_window_t window : std::vector(order_)) {
         const ClientWindow* known = client(window);

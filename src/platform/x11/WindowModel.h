@@ -81,6 +81,8 @@ class WindowModel {
     bool hasManagerChangedWithin(Seconds duration, Seconds now) const {
         return managerChangedAt_ && now - *managerChangedAt_ < duration;
     }
+    /// The number of changes of window managers that are over.
+    std::uint64_t settledManagerChanges() const { return settledManagerChanges_; }
     /// Call at the beginning of a poll: handles the end of the change of window managers.
     void settle(Seconds now);
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
@@ -190,6 +192,8 @@ class WindowModel {
     bool isManagerKnown_ = false;
     std::optional<Seconds> settlesAt_; // uptime at which the settling ends; absent if no end is set
     std::optional<Seconds> managerChangedAt_;
+    bool isManagerChangePending_ = false; // the window manager has changed, and the desktop has not settled since then
+    std::uint64_t settledManagerChanges_ = 0;
     bool isReleasingWindows_ = false; // a managed window left its frame since the last poll
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;

@@ -84,6 +84,7 @@ class X11Desktop final : public AccessibilityServicing,
     WindowPresence presenceOf(const AccessibilityElement& window) const override;
     std::optional<std::uint64_t> spaceOf(const AccessibilityElement& window) const override;
     std::uint64_t shownSpace() const override;
+    std::uint64_t windowManagerChanges() const override;
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;

@@ -204,6 +204,11 @@ std::uint64_t X11Desktop::shownSpace() const {
     return parts_->model.currentDesktop;
 }
 
+std::uint64_t X11Desktop::windowManagerChanges() const {
+    const MutexLock lock(parts_->mutex);
+    return parts_->model.settledManagerChanges();
+}
+
 // Writing
 
 void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {

@@ -84,7 +84,7 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
         std::snprintf(number.data(), number.size(), "%g", scale);
         displays += std::string(", in points of ") + number.data() + " pixels";
     }
-    lines.push_back({"displays", DiagnosticVerdict::fine, displays});
+    if (!displays.empty()) lines.push_back({"displays", DiagnosticVerdict::fine, displays});
     lines.push_back(parts_->screenPower.isKnown()
                         ? DiagnosticLine{"dark screens", DiagnosticVerdict::fine,
                                          "Dark screens are noticed: the X server is asked whenever its screen saver "
@@ -99,10 +99,14 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     lines.push_back(
         {"windows", DiagnosticVerdict::fine,
          std::to_string(managed) + " to manage, of " + std::to_string(parts_->model.clientOrder().size()) + " listed"});
-    if (!parts_->hider.record().all().empty()) {
-        lines.push_back({"hidden windows", DiagnosticVerdict::note,
-                         std::to_string(parts_->hider.record().all().size()) +
-                             " were hidden by KOVA and are shown again when it ends"});
+    const HiddenWindows& hidden = parts_->hider.record();
+    if (!hidden.problem().empty()) {
+        lines.push_back({"hidden windows", DiagnosticVerdict::wrong,
+                         hidden.problem() + ". The windows are shown again when KOVA quits, but not if it is killed."});
+    } else if (!hidden.all().empty()) {
+        lines.push_back(
+            {"hidden windows", DiagnosticVerdict::note,
+             std::to_string(hidden.all().size()) + " were hidden by KOVA and are shown again when it ends"});
     }
     return lines;
 }

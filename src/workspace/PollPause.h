@@ -9,15 +9,15 @@
 
 namespace kova {
 
-class PresentationSuspension {
+class PollPause {
   public:
     static constexpr Seconds kCheckInterval{0.8};
     static constexpr Seconds kQuietTime{0.75};
 
-    PresentationSuspension(MainQueue& queue, std::function<void()> ended);
+    PollPause(MainQueue& queue, std::function<void()> ended);
 
-    bool isSuspended() const { return isSuspended_; }
-    void suspend();
+    bool isActive() const { return isActive_; }
+    void begin();
     /// Begins or prolongs the pause, after a movement of the pointer.
     void noteMovement();
     /// Ends the present pause after the delay, unless a new one has begun by then.
@@ -31,7 +31,7 @@ class PresentationSuspension {
 
     MainQueue& queue_;
     std::function<void()> ended_;
-    bool isSuspended_ = false;
+    bool isActive_ = false;
     std::int64_t windowMovementGeneration_ = 0;
     Seconds lastWindowMovementActivity_{0};
     Lifetime lifetime_;
