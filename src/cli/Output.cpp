@@ -185,7 +185,7 @@ std::string printDividerReset(const json& result, const Arguments&) {
 }
 
 std::string printInset(const json& result, const Arguments&) {
-    return "The gap around windows is now " + points(result.at("points")) + ".\n";
+    return "The gap around windows is " + points(result.at("points")) + ".\n";
 }
 
 std::string printDisplays(const json& result, const Arguments&) {

@@ -61,6 +61,12 @@ std::string printShortcuts(const json& result, const Arguments&) {
     return table.text();
 }
 
+/// Does not list the shortcuts: which of them another program holds is known only a moment later.
+std::string printShortcutsRestored(const json& result, const Arguments&) {
+    return "All " + std::to_string(result.at("shortcuts").size()) +
+           " actions have their standard shortcuts again. “kova shortcut list” lists them.\n";
+}
+
 std::string printShortcut(const json& result, const Arguments&) {
     const json& shortcut = result.at("shortcut");
     const std::string subject = quoted(shortcut.at("title").get<std::string>());

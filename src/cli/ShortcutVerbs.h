@@ -14,6 +14,7 @@ ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments);
 ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments);
 
 std::string printShortcuts(const nlohmann::json& result, const Arguments& arguments);
+std::string printShortcutsRestored(const nlohmann::json& result, const Arguments& arguments);
 std::string printShortcut(const nlohmann::json& result, const Arguments& arguments);
 
 } // namespace kova::cli

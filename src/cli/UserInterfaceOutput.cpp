@@ -50,11 +50,6 @@ std::string printSettingsShown(const json& result, const Arguments&) {
            (isNamed ? " at " + quoted(result.at("pane").get<std::string>()) + ".\n" : ".\n");
 }
 
-std::string printShownAtTile(const json& result, const Arguments&) {
-    return "kova-ui was asked to open the " + result.at("what").get<std::string>() + " in the tile " +
-           printable(result.at("tile").get<std::string>()) + ".\n";
-}
-
 std::string printMenu(const json& result, const Arguments&) {
     Table table({{"ENTRY"}, {"STATE"}, {"KEYS"}, {"TITLE"}});
     addEntries(table, result.at("entries"), "");

@@ -11,7 +11,6 @@ namespace kova::cli {
 
 std::string printUserInterface(const nlohmann::json& result, const Arguments& arguments);
 std::string printShown(const nlohmann::json& result, const Arguments& arguments);
-std::string printShownAtTile(const nlohmann::json& result, const Arguments& arguments);
 std::string printHidden(const nlohmann::json& result, const Arguments& arguments);
 std::string printSettingsShown(const nlohmann::json& result, const Arguments& arguments);
 std::string printMenu(const nlohmann::json& result, const Arguments& arguments);

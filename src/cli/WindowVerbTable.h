@@ -29,9 +29,9 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
      "arrangeAfterLaunch",
      "arrange windows once after each start of KOVA, or not",
      "Automatically arrange after launch: the agent arranges windows after its start, as “arrange” does. Windows that "
-     "were in tiles when the agent ended stay there.",
-     "kova arrange-after-launch on",
-     {kOnOff},
+     "were in tiles when the agent ended stay there. Without “on” or “off”, prints the setting.",
+     "kova arrange-after-launch on\nkova arrange-after-launch",
+     {kOnOff.optional()},
      printArrangeAfterLaunch},
     {"focus",
      "focus",

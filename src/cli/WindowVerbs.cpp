@@ -27,6 +27,7 @@ std::string line(const std::string& text) {
 /// "Mail “Inbox”".
 std::string nameOf(const json& window) {
     const std::string application = window.at("application"), title = window.at("title");
+    if (application.empty()) return "a closed window";
     return title.empty() || title == application ? application : application + " " + quoted(title);
 }
 
@@ -50,6 +51,8 @@ std::string stepText(const json& step) {
 std::string described(const json& window) {
     std::string out = (window.at("isFocused").get<bool>() ? "* " : "") + nameOf(window);
     const std::string state = window.at("state");
+    const std::string application = window.at("application");
+    if (application.empty()) return out;
     if (window.at("isFloating").get<bool>()) out += ", floating";
     if (state == "minimized") out += ", minimized";
     if (state == "notVisible") out += ", not visible";

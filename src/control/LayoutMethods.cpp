@@ -160,14 +160,15 @@ ControlReply preferApplication(WorkspaceController& controller, const JsonCursor
     return json{{"slot", slotID}, {"name", shown}, {"application", name}};
 }
 
+/// Sets the inset if there is the parameter "points". Returns the inset that holds then.
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters) {
-    const JsonCursor given = parameters.required("points");
-    const double points = given.number();
-    if (!(points >= 0 && points <= kLargestTileInset))
-        given.fail("expected a number of points from 0 to " + std::to_string(static_cast<int>(kLargestTileInset)));
-    const auto outcome = controller.perform(action::SetTileInset{points});
-    if (!outcome) return failureOf(outcome);
-    return json{{"points", points}};
+    if (const auto given = parameters.optional("points")) {
+        const double points = given->number();
+        if (!(points >= 0 && points <= kLargestTileInset))
+            given->fail("expected a number of points from 0 to " + std::to_string(static_cast<int>(kLargestTileInset)));
+        if (const auto outcome = controller.perform(action::SetTileInset{points}); !outcome) return failureOf(outcome);
+    }
+    return json{{"points", controller.state().profile->tileInset}};
 }
 
 } // namespace

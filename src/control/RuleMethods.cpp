@@ -200,7 +200,7 @@ ControlReply changeRule(WorkspaceController& controller, const JsonCursor& param
     const auto id = (*controller.state().rules)[index].id;
     action::ChangeRule change{.id = id, .disposition = std::move(disposition)};
     if (title) change.titleContains = titleText;
-    controller.perform(change);
+    if (const auto outcome = controller.perform(change); !outcome) return failureOf(outcome);
     return ruleAndCount(controller, record(controller, index));
 }
 

@@ -81,11 +81,18 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     return json{{"accentColor", accentRecord(controller, option)}};
 }
 
-/// Switches the setting on or off, as the parameter "isOn" says.
-ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting) {
-    const bool isOn = parameters.required("isOn").boolean();
-    controller.perform(action::Switch{setting, isOn});
-    return json{{"isOn", isOn}};
+struct PreferenceSwitch {
+    const char* method;
+    action::Setting setting;
+    bool (*isOn)(const WorkspaceState& state);
+};
+
+/// Switches the setting on or off if there is the parameter "isOn". Returns whether it is on then.
+ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters,
+                              const PreferenceSwitch& preference) {
+    if (const auto isOn = parameters.optional("isOn"))
+        controller.perform(action::Switch{preference.setting, isOn->boolean()});
+    return json{{"isOn", preference.isOn(controller.state())}};
 }
 
 } // namespace
@@ -103,15 +110,24 @@ void addThemeMethods(MethodTable& methods, WorkspaceController& controller, std:
     methods.addSaved("accent.select", {"accentColor"}, [&controller, marked](const MethodCall& call) {
         return marked(selectAccentColor(controller, call.parameters));
     });
-    static constexpr std::pair<const char*, action::Setting> kSwitches[] = {
-        {"theme.background", action::Setting::useThemeBackground},
-        {"theme.brain", action::Setting::showBrain},
-        {"theme.tileBackgrounds", action::Setting::showTileBackgrounds},
-        {"bringForward", action::Setting::bringsNextForward},
-        {"arrangeAfterLaunch", action::Setting::autoArrangeOnLaunch}};
-    for (const auto& [name, setting] : kSwitches) {
-        methods.addSaved(name, {"isOn"}, [&controller, marked, setting = setting](const MethodCall& call) {
-            return marked(switchPreference(controller, call.parameters, setting));
+    using State = WorkspaceState;
+    static constexpr PreferenceSwitch kOverlaySwitches[] = {
+        {"theme.background", action::Setting::useThemeBackground, [](const State& s) { return *s.useThemeBackground; }},
+        {"theme.brain", action::Setting::showBrain, [](const State& s) { return *s.showBrain; }},
+        {"theme.tileBackgrounds", action::Setting::showTileBackgrounds,
+         [](const State& s) { return *s.showTileBackgrounds; }}};
+    for (const PreferenceSwitch& preference : kOverlaySwitches) {
+        methods.addSaved(preference.method, {"isOn"}, [&controller, marked, &preference](const MethodCall& call) {
+            return marked(switchPreference(controller, call.parameters, preference));
+        });
+    }
+    static constexpr PreferenceSwitch kOtherSwitches[] = {
+        {"bringForward", action::Setting::bringsNextForward, [](const State& s) { return *s.bringsNextForward; }},
+        {"arrangeAfterLaunch", action::Setting::autoArrangeOnLaunch,
+         [](const State& s) { return s.profile->autoArrangeOnLaunch; }}};
+    for (const PreferenceSwitch& preference : kOtherSwitches) {
+        methods.addSaved(preference.method, {"isOn"}, [&controller, &preference](const MethodCall& call) {
+            return switchPreference(controller, call.parameters, preference);
         });
     }
 }

@@ -27,7 +27,7 @@ class AgentStage {
   public:
     AgentStage() {
         // Applications respond and start without delay, since simulated time does not advance.
-        desk.desktop.setAnswerTime(Seconds(0));
+        desk.desktop.setResponseTime(Seconds(0));
         desk.display(2560, 1440).layout("jarvis.dual-split");
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});

@@ -492,6 +492,8 @@ TEST_F(AgentMethods, AreRefusedWithoutThePermissionToManageWindows) {
     desk.desktop.queue().runDue();
     EXPECT_EQ(error("layout.next")["code"], controlCode::refused);
     EXPECT_EQ(error("layout.show")["message"], "No display is connected");
+    EXPECT_EQ(error("arrange")["message"], "No display is connected");
+    EXPECT_EQ(error("scene.capture")["message"], "No display is connected");
     EXPECT_FALSE(result("doctor")["isHealthy"].get<bool>());
 }
 
