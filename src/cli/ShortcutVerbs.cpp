@@ -23,7 +23,7 @@ constexpr std::chrono::seconds kClaimTimeout{3};
 std::string remark(const json& shortcut) {
     if (shortcut.at("keys").is_null()) return "Keyboard shortcut not set";
     std::string out;
-    if (shortcut.at("action") == "commandCenter" && !shortcut.at("keys").is_null()) out = "does nothing any more";
+    if (shortcut.at("action") == "commandCenter") out = "does nothing any more";
     if (!shortcut.at("conflict").is_null()) {
         out += (out.empty() ? "" : "; ") + ("also the shortcut of " + shortcut.at("conflict").get<std::string>());
     }

@@ -50,6 +50,8 @@ constexpr std::array<ActionNames, kShortcutActions.size()> kNames = {{
     {"openPalette", "Open Palette"},
 }};
 
+static_assert(std::ranges::none_of(kNames, &std::string_view::empty, &ActionNames::rawValue), "an action has no name");
+
 const ActionNames& namesOf(KovaShortcutAction action) {
     return kNames[static_cast<std::size_t>(action)];
 }

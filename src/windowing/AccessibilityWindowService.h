@@ -124,6 +124,11 @@ class AccessibilityWindowService {
   private:
     struct Placement;
     struct VerificationRound;
+    struct PendingFrame {
+        CGRect frame;
+        std::uint64_t placementNumber = 0; // of the window's newest request
+        std::optional<Seconds> end;        // uptime; absent while the window's last pass is scheduled
+    };
     struct PollResults;
     void enumerateWindows(const RunningApplication& application, std::span<const CGRect> onScreenRectangles,
                           PollResults& results) const;
@@ -141,6 +146,7 @@ class AccessibilityWindowService {
     PassResult verify(Placement& placement, int pass);
     void verifyAfterChange(const std::shared_ptr<VerificationRound>& round, std::uint64_t changeCount);
     void resumeVerification(const std::shared_ptr<VerificationRound>& round);
+    PendingFrame* pendingFrameOf(const Placement& placement);
     void endVerification(const WindowID& windowID);
     void correct(const Placement& placement, int pass);
 
@@ -150,12 +156,8 @@ class AccessibilityWindowService {
     const std::shared_ptr<ChangeNotifications> changes_; // shared, since a poll may outlive the workspace
     MainQueue& queue_;
     FrameAnimations animations_;
-    std::unordered_map<WindowID, int> placementGenerations_; // by window id; grows with every request
-    struct PendingFrame {
-        CGRect frame;
-        std::optional<Seconds> end; // uptime; absent while the window's last pass is scheduled
-    };
     std::unordered_map<WindowID, PendingFrame> pendingFrames_;
+    std::uint64_t lastPlacementNumber_ = 0;
     std::shared_ptr<VerificationRound> newestRound_;                // absent after its first pass has begun
     std::vector<std::shared_ptr<VerificationRound>> waitingRounds_; // rounds whose next pass waits for a change
     Lifetime lifetime_;

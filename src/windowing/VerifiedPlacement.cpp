@@ -25,7 +25,7 @@ struct AccessibilityWindowService::Placement {
     CGRect target{};
     BringToFront bringToFront = BringToFront::no;
     std::function<void(CGRect)> onMinimumSizeObserved;
-    int generation = 0;
+    std::uint64_t number = 0;        // of the request
     bool endsMaximize = false;       // the window was maximized when the request was made
     std::optional<CGSize> refusedAt; // the window's size, if the previous pass found it too large
 };
@@ -52,8 +52,8 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
                                           std::function<void(CGRect)> onMinimumSizeObserved) {
     assert(isFinite(frame));
     endVerification(window.id);
-    const int generation = placementGenerations_[window.id];
-    pendingFrames_[window.id] = {frame, std::nullopt};
+    const std::uint64_t number = ++lastPlacementNumber_;
+    pendingFrames_[window.id] = {frame, number, std::nullopt};
     writeFrame(window.element, frame, writeOrder(0));
     if (bringToFront == BringToFront::yes) {
         applications_.unhide(window.processIdentifier);
@@ -63,7 +63,7 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
         applications_.activate(window.processIdentifier);
     }
 
-    verifyLater({window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation,
+    verifyLater({window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), number,
                  window.isMaximized, std::nullopt});
 }
 
@@ -85,9 +85,7 @@ void AccessibilityWindowService::scheduleVerification(const std::shared_ptr<Veri
 
 void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>& round) {
     if (newestRound_ == round) newestRound_.reset(); // no further placement joins the round
-    std::erase_if(round->placements, [this](const Placement& placement) {
-        return placementGenerations_[placement.windowID] != placement.generation;
-    });
+    std::erase_if(round->placements, [this](const Placement& placement) { return !pendingFrameOf(placement); });
     if (round->placements.empty()) return;
     const auto changeCount = changes_->reliableCount();
     bool isOnTarget = true;
@@ -104,9 +102,7 @@ void AccessibilityWindowService::verifyAfterChange(const std::shared_ptr<Verific
                                                    std::uint64_t changeCount) {
     const Seconds end = round->begun + Seconds(kVerificationDelays.back());
     for (const Placement& placement : round->placements) {
-        const auto pending = pendingFrames_.find(placement.windowID);
-        const bool isNewest = placementGenerations_[placement.windowID] == placement.generation;
-        if (isNewest && pending != pendingFrames_.end()) pending->second.end = end;
+        if (PendingFrame* pending = pendingFrameOf(placement)) pending->end = end;
     }
     waitingRounds_.push_back(round);
     round->change = changes_->notifyWhenChanged(changeCount, lifetime_.guard([this, weak = std::weak_ptr(round)] {
@@ -125,19 +121,26 @@ void AccessibilityWindowService::resumeVerification(const std::shared_ptr<Verifi
     }
     const bool hasEnded = round->pass > kLastVerificationPass;
     for (const Placement& placement : round->placements) {
-        if (placementGenerations_[placement.windowID] != placement.generation) continue;
+        PendingFrame* pending = pendingFrameOf(placement);
+        if (!pending) continue;
         if (hasEnded) {
             pendingFrames_.erase(placement.windowID);
-        } else if (const auto pending = pendingFrames_.find(placement.windowID); pending != pendingFrames_.end()) {
-            pending->second.end.reset();
+        } else {
+            pending->end.reset();
         }
     }
     if (!hasEnded) scheduleVerification(round);
 }
 
+/// Null if the placement has ended, or if a later request has replaced it.
+AccessibilityWindowService::PendingFrame* AccessibilityWindowService::pendingFrameOf(const Placement& placement) {
+    const auto pending = pendingFrames_.find(placement.windowID);
+    const bool isCurrent = pending != pendingFrames_.end() && pending->second.placementNumber == placement.number;
+    return isCurrent ? &pending->second : nullptr;
+}
+
 /// Ends the passes of the window's present placement.
 void AccessibilityWindowService::endVerification(const WindowID& windowID) {
-    placementGenerations_[windowID] += 1;
     pendingFrames_.erase(windowID);
     for (const auto& round : waitingRounds_) {
         std::erase_if(round->placements, [&](const Placement& placement) { return placement.windowID == windowID; });
@@ -166,7 +169,7 @@ std::optional<CGRect> AccessibilityWindowService::pendingFrame(const WindowID& w
 }
 
 AccessibilityWindowService::PassResult AccessibilityWindowService::verify(Placement& placement, int pass) {
-    if (placementGenerations_[placement.windowID] != placement.generation) return PassResult::onTarget;
+    if (!pendingFrameOf(placement)) return PassResult::onTarget;
     // The pending frame is erased first: `onMinimumSizeObserved` may request a new frame, which is then pending.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 

@@ -16,6 +16,8 @@ namespace {
 /// Polls stay paused this long after a drag has ended, while the windows take their new frames.
 constexpr Seconds kResumeDelay{0.16};
 
+constexpr const char* kDividerGone = "The layout has changed; this divider no longer exists";
+
 /// Converts from screen space to the layout space of the visible frame.
 CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
     return makeRect(minX(rectOnScreen) - minX(visibleFrame), maxY(visibleFrame) - maxY(rectOnScreen),
@@ -48,15 +50,14 @@ std::vector<DisplayLayoutDivider> PointerActions::dividers() const {
 Outcome PointerActions::beginDividerDrag(const DisplayLayoutDivider& target) {
     if (!access_.mayMoveWindows()) return access_.refuseSilently("Windows cannot be moved now");
     const Screen* screen = geometry_.screenOf(target.displayID);
-    if (!screen || geometry_.layoutOn(*screen).id != target.layoutID)
-        return access_.refuseSilently("Windows cannot be moved now");
+    if (!screen || geometry_.layoutOn(*screen).id != target.layoutID) return access_.refuseSilently(kDividerGone);
     steps_.abandonDrags();
     geometry_.layouts().invalidate(target.displayID);
     // The handle may be older than the current minimum sizes; the weights must respect the current ones.
     const auto now = geometry_.dividersOn(target.displayID);
     const auto current =
         std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
-    if (current == now.end()) return access_.refuseSilently("Windows cannot be moved now");
+    if (current == now.end()) return access_.refuseSilently(kDividerGone);
     std::map<WindowID, CGRect> frames;
     for (const auto& [tile, windowID] : assignments_.assignedWindowIDs) {
         const ManagedWindow* window = liveWindows_.find(windowID);
@@ -135,7 +136,7 @@ Outcome PointerActions::moveDivider(const DisplayLayoutDivider& target, double t
         return divider.axis == LayoutAxis::horizontal ? minX(divider.frame) : minY(divider.frame);
     };
     const auto divider = find();
-    if (!divider) return access_.refuseSilently("Windows cannot be moved now");
+    if (!divider) return access_.refuseSilently(kDividerGone);
     if (auto begun = beginDividerDrag(*divider); !begun) return begun;
     updateDividerDrag(*divider, translationPoints);
     endDividerDrag(*divider);

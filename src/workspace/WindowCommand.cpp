@@ -39,7 +39,10 @@ class CommandPlanner {
     Planned plan(const command::Swap& swap) const {
         return onWindow(swap.windowID, [&](const ManagedWindow& window) -> Planned {
             const auto own = input_.assignments.targetOf(window.id);
-            if (!own || !tileWith(*own)) return WindowRefusal{noTileMessage(window)};
+            if (!own || !tileWith(*own)) {
+                const bool isStacked = input_.assignments.stackTargetOf(window.id).has_value();
+                return WindowRefusal{notInFrontMessage(window, isStacked)};
+            }
             const WorkspaceTile* tile =
                 std::visit(Overloaded{[&](WorkspaceDirection direction) { return neighborOf(window, direction); },
                                       [&](const TileTarget& target) { return tileWith(target); }},
@@ -183,9 +186,6 @@ class CommandPlanner {
         return found == input_.displayIDByWindowID.end() ? input_.currentDisplayID : std::optional(found->second);
     }
 
-    static std::string noTileMessage(const ManagedWindow& window) {
-        return window.applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
-    }
     static std::string phraseFor(WorkspaceDirection direction) {
         switch (direction) {
         case WorkspaceDirection::left:

@@ -10,11 +10,11 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 
 WindowCommands::WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
                                const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
-                               UndoSteps& steps, Arrangement& arrangement) :
+                               const Snapshots& snapshots, UndoSteps& steps, Arrangement& arrangement) :
     state_(parts.state),
-    liveWindows_(parts.liveWindows), assignments_(parts.assignments), floating_(parts.floating), access_(access),
-    geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps),
-    arrangement_(arrangement) {}
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), focusMode_(parts.focusMode),
+    floating_(parts.floating), access_(access), geometry_(geometry), finder_(finder), presenter_(presenter),
+    keeper_(keeper), snapshots_(snapshots), steps_(steps), arrangement_(arrangement) {}
 
 Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::optional<WindowID>& fromWindowID) {
     const auto start = finder_.startingPoint(fromWindowID);
@@ -69,10 +69,12 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
 }
 
 WindowCommandInput WindowCommands::windowCommandInput() const {
-    WindowCommandInput input{.windows = liveWindows_.all(),
+    const WorkspaceUndoSnapshot* beforeFocusMode = focusMode_.snapshot();
+    WindowCommandInput input{.windows =
+                                 beforeFocusMode ? snapshots_.windowsAsIn(*beforeFocusMode) : liveWindows_.all(),
                              .tiles = geometry_.tiles(),
                              .screens = *state_.screens,
-                             .assignments = assignments_,
+                             .assignments = beforeFocusMode ? beforeFocusMode->tiles : assignments_,
                              .floatingWindowIDs = floating_.all(),
                              .focusOrder = liveWindows_.focusOrder().windowIDs(),
                              .focusedWindowID = finder_.focusedWindowID(),
@@ -87,7 +89,7 @@ WindowCommandInput WindowCommands::windowCommandInput() const {
                                      return targets;
                                  },
                              .firstScreenMaxY = geometry_.firstScreenMaxY()};
-    for (const auto& window : liveWindows_) {
+    for (const auto& window : input.windows) {
         if (const Screen* screen = geometry_.screenOfWindow(window))
             input.displayIDByWindowID[window.id] = displayID(*screen);
     }

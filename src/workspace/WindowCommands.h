@@ -3,8 +3,10 @@
 
 #include "workspace/Arrangement.h"
 #include "workspace/FloatingWindows.h"
+#include "workspace/FocusMode.h"
 #include "workspace/LiveWindows.h"
 #include "workspace/Outcome.h"
+#include "workspace/Snapshots.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileGeometry.h"
 #include "workspace/TileKeeper.h"
@@ -26,9 +28,11 @@ struct WorkspaceParts;
 class WindowCommands {
   public:
     WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
-                   WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps, Arrangement& arrangement);
+                   WindowPresenter& presenter, TileKeeper& keeper, const Snapshots& snapshots, UndoSteps& steps,
+                   Arrangement& arrangement);
 
-    /// The plan that the command would carry out now.
+    /// The plan that the command would carry out now. A command ends focus mode, so the plan starts from the state
+    /// before focus mode.
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
     Outcome runCommand(const WindowCommand& command);
     /// Of the visible windows of the display, the one that was focused last. If none was focused, the first front
@@ -49,12 +53,14 @@ class WindowCommands {
     WorkspaceState& state_;
     const LiveWindows& liveWindows_;
     TileAssignments& assignments_;
+    const FocusMode& focusMode_;
     FloatingWindows& floating_;
     WorkspaceAccess& access_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;
     WindowPresenter& presenter_;
     TileKeeper& keeper_;
+    const Snapshots& snapshots_;
     UndoSteps& steps_;
     Arrangement& arrangement_;
 };

@@ -3,6 +3,7 @@
 #include "workspace/NeighborTarget.h"
 #include "workspace/WindowCommand.h"
 #include "workspace/WindowMatching.h"
+#include "workspace/WindowNames.h"
 #include "workspace/WorkspaceParts.h"
 
 #include <algorithm>
@@ -62,10 +63,7 @@ std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<
     if (startingPoint(windowID)) return std::nullopt;
     const ManagedWindow* window = windowOrFocused(windowID);
     if (!window) return windowID ? "There is no such window" : "No managed window has the focus";
-    if (assignments_.stackTargetOf(window->id)) {
-        return window->applicationName + " waits behind another window. Bring it to the front with “kova focus window”";
-    }
-    return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
+    return notInFrontMessage(*window, assignments_.stackTargetOf(window->id).has_value());
 }
 
 std::optional<TileTarget> WindowFinder::neighborOf(const StartingPoint& start, WorkspaceDirection direction,

@@ -14,6 +14,13 @@ inline std::string nameOf(const ManagedWindow& window) {
     return window.title.empty() ? window.applicationName : window.applicationName + " " + quoted(window.title);
 }
 
+/// Why a command that starts at a tile cannot start at this window, which is in front of no tile.
+inline std::string notInFrontMessage(const ManagedWindow& window, bool isStacked) {
+    return window.applicationName +
+           (isStacked ? " waits behind another window. Bring it to the front with “kova focus window”"
+                      : " is in no tile. Put it into one with “kova tile” or “kova place”");
+}
+
 inline std::string nameOf(const WorkspaceWindowReference& window) {
     return window.titleHint ? window.applicationName + " " + quoted(*window.titleHint) : window.applicationName;
 }

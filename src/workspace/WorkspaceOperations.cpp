@@ -19,7 +19,7 @@ WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& re
     layoutChoice(parts, access, geometry, finder, keeper, follower, steps),
     arrangement(parts, access, geometry, finder, presenter, keeper, snapshots, steps),
     pointerActions(parts, access, geometry, finder, presenter, keeper, snapshots, steps, arrangement),
-    commands(parts, access, geometry, finder, presenter, keeper, steps, arrangement),
+    commands(parts, access, geometry, finder, presenter, keeper, snapshots, steps, arrangement),
     report(parts, access, geometry, presenter, arrangement),
     applications(parts, refreshCycle, access, geometry, presenter, keeper, steps),
     scenes(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, steps, applications,

@@ -56,6 +56,15 @@ TEST_F(Launching, AWindowThatFloatsByCommandIsNotPutIntoTheTile) {
     EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
 }
 
+TEST_F(Launching, AWindowThatThePointerHoldsIsPutIntoTheTileAfterItsRelease) {
+    const auto notes = desk.desktop.install("Notes", {.startsAfter = Seconds(1), .window = {.frame = kSomewhere}});
+    desk.opens("Notes", {.frame = kSomewhere}).settle();
+    desk.perform(action::PressWindow{desk.desktop.windowIDOf("Notes")});
+    launch(notes, kRight);
+    desk.settle().expectTiles(kMailAlone);
+    desk.perform(action::ReleaseWindow{}).expectTiles(kMailAndNotes);
+}
+
 TEST_F(Launching, AnExistingWindowWithoutATileIsPutIntoTheTile) {
     struct Case {
         const char* how;

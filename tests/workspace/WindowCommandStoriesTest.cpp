@@ -219,6 +219,41 @@ TEST_F(WindowCommandStories, ACommandForAFocusedDialogAffectsTheWindowOfTheDialo
     desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
 }
 
+TEST_F(WindowCommandStories, ADryRunDuringFocusModeSaysWhatTheCommandWillDoAfterEndingFocusMode) {
+    desk.opens("Notes").opens("Viewer").layout("jarvis.quad-grid").arrange();
+    const SlotID corner = "secondary-3"; // at the bottom right; the zoomed window reaches beyond it in every direction
+    const WindowID window = desk.state().assignedWindowIDs->at(tile(corner));
+    for (const auto direction : {WorkspaceDirection::left, WorkspaceDirection::up, WorkspaceDirection::right}) {
+        const command::Swap swap{window, direction};
+        const std::string before = steps(swap);
+        desk.perform(action::ToggleFocusZoom{window});
+        ASSERT_TRUE(*desk.state().focusMode);
+        EXPECT_EQ(steps(swap), before);
+        desk.perform(action::ToggleFocusZoom{});
+    }
+}
+
+TEST_F(WindowCommandStories, ASwapThatWouldCoverAThirdWindowIsRefusedWithoutAChange) {
+    desk.opens("Notes").opens("Tall", {.minimumSize = {{300, 1300}}}).layout("jarvis.quad-grid").arrange();
+    desk.perform(command::Place{id("Tall"), tile("focus-main")});
+    desk.perform(command::Place{id("Mail"), tile("secondary-1")});
+    desk.perform(command::Place{id("Notes"), tile("secondary-3")});
+    const std::string before = picture();
+    const command::Swap swap{id("Tall"), WorkspaceDirection::right};
+    EXPECT_EQ(steps(swap), "Tall is too large to trade places with Mail");
+    desk.perform(swap);
+    EXPECT_EQ(picture(), before);
+}
+
+TEST_F(WindowCommandStories, CyclingAStackSkipsAWindowThatCannotBeShownInTheTile) {
+    desk.opens("Notes").settle();
+    for (const char* name : {"Codex", "Notes", "Mail"}) desk.perform(command::Place{id(name), tile("secondary-1")});
+    desk.desktop.setFullScreen("Notes", true);
+    desk.settle();
+    desk.perform(action::CycleStack{StackStep::next, {}, tile("secondary-1")});
+    EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex")) << picture();
+}
+
 TEST_F(WindowCommandStories, DriftedWindowsAreFoundAndMovedBack) {
     const auto verdictOf = [&](const char* label) {
         for (const auto& finding : desk.controller().verifyPlacements()) {
