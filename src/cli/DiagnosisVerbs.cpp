@@ -45,7 +45,7 @@ void addFindings(json& report, const Agent& agent, const json& found) {
     const bool isSame = version == KOVA_VERSION;
     report["version"] = version;
     report["isHealthy"] = found.at("isHealthy").get<bool>() && isSame;
-    addCheck(report, "agent", "fine", "It answers at " + agent.socketPath() + ".");
+    addCheck(report, "agent", "fine", "It listens at " + agent.socketPath() + ".");
     for (const json& line : found.at("checks")) report["checks"].push_back(line);
     addCheck(report, "versions", isSame ? "fine" : "wrong",
              "The agent is " + version + ", the command line " KOVA_VERSION +
@@ -68,7 +68,7 @@ json examine() {
         addFindings(report, *agent, *answer);
     } catch (const json::exception&) {
         addCheck(report, "versions", "wrong",
-                 "The agent answers as another version does, the command line is " KOVA_VERSION
+                 "The agent has another version, the command line is " KOVA_VERSION
                  "; end the agent with “kova quit” and start it anew.");
     }
     return report;

@@ -38,9 +38,11 @@ Result<ControlClient, ConnectionFailure> ControlClient::connect(const std::strin
     setsockopt(descriptor, SOL_SOCKET, SO_NOSIGPIPE, &yes, sizeof yes);
 #endif
     if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0) {
-        const std::string why =
-            errno == ENOENT || errno == ECONNREFUSED ? "" : std::string(" (") + std::strerror(errno) + ")";
-        return ConnectionFailure{ConnectionFailure::Kind::noAgent, "No agent answers at " + socketPath + why};
+        const bool isMissing = errno == ENOENT || errno == ECONNREFUSED;
+        const std::string why = std::strerror(errno);
+        return ConnectionFailure{ConnectionFailure::Kind::noAgent,
+                                 isMissing ? "No agent is running: no process listens at " + socketPath
+                                           : "Cannot connect to the agent at " + socketPath + ": " + why};
     }
     if (peerUser(descriptor) != geteuid()) {
         return ConnectionFailure{ConnectionFailure::Kind::foreignAgent,

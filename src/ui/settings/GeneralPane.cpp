@@ -46,7 +46,7 @@ QWidget* GeneralPane::startGroup() {
         services_.agent, tr("Start KOVA at &login"), {}, [](bool isOn) { return switchOf("login", isOn); }, group);
     arrangeAfterLaunch_ = new SettingSwitch(
         services_.agent, tr("Automatically &arrange after launch"),
-        tr("Puts every window into a tile once KOVA has started. Windows that were in a tile before stay there."),
+        tr("Arranges the windows once after each start of KOVA. Windows that are in tiles already stay there."),
         [](bool isOn) {
             return AgentRequest{"arrangeAfterLaunch", {{"isOn", isOn}}};
         },
@@ -107,8 +107,8 @@ QWidget* GeneralPane::interfaceGroup() {
     auto* column = new QVBoxLayout(group);
     userInterface_ = new SettingSwitch(
         services_.agent, tr("&Show tile footers, backdrop and menu"),
-        tr("They are shown by kova-ui, and so is this window: without it the window closes, and windows stay in their "
-           "tiles. “kova ui on” switches it on again."),
+        tr("The program kova-ui shows them and this window. Switching it off closes this window; other windows stay in "
+           "their tiles. “kova ui on” switches it on again."),
         [](bool isOn) { return switchOf("ui", isOn); }, group);
     userInterface_->box().setObjectName(QStringLiteral("userInterface"));
     column->addWidget(userInterface_);

@@ -230,8 +230,8 @@
         <translation>Nach dem Start automatisch an&amp;ordnen</translation>
     </message>
     <message>
-        <source>Puts every window into a tile once KOVA has started. Windows that were in a tile before stay there.</source>
-        <translation>Legt jedes Fenster in eine Kachel, sobald KOVA gestartet ist. Fenster, die schon in einer Kachel waren, bleiben dort.</translation>
+        <source>Arranges the windows once after each start of KOVA. Windows that are in tiles already stay there.</source>
+        <translation>Ordnet die Fenster einmal nach jedem Start von KOVA an. Fenster, die schon in Kacheln sind, bleiben dort.</translation>
     </message>
     <message>
         <source>Hide the &amp;Dock automatically</source>
@@ -278,8 +278,8 @@
         <translation>Kachelfußzeilen, Hintergrund und Menü an&amp;zeigen</translation>
     </message>
     <message>
-        <source>They are shown by kova-ui, and so is this window: without it the window closes, and windows stay in their tiles. “kova ui on” switches it on again.</source>
-        <translation>Sie werden von kova-ui gezeigt, ebenso dieses Fenster: Ohne es schließt sich das Fenster, und Fenster bleiben in ihren Kacheln. „kova ui on“ schaltet es wieder ein.</translation>
+        <source>The program kova-ui shows them and this window. Switching it off closes this window; other windows stay in their tiles. “kova ui on” switches it on again.</source>
+        <translation>Das Programm kova-ui zeigt sie und dieses Fenster. Das Ausschalten schließt dieses Fenster; andere Fenster bleiben in ihren Kacheln. „kova ui on“ schaltet es wieder ein.</translation>
     </message>
 </context>
 <context>
