@@ -168,7 +168,8 @@ Seconds Scenario::settlingTime() const {
     const auto running = desktop.runningApplications();
     const bool isSlow = std::ranges::any_of(
         running, [&](const auto& application) { return desktop.isUnresponsive(application.processIdentifier); });
-    return isSlow ? kSettlingTime + kTwoPolls : kSettlingTime;
+    const Seconds settlingTime = kSettlingTime + 2 * desktop.pollingQueue().jobDuration();
+    return isSlow ? settlingTime + kTwoPolls : settlingTime;
 }
 
 Scenario& Scenario::advance(Seconds duration) {

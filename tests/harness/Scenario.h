@@ -38,7 +38,8 @@ class Scenario {
     /// This is long enough for an arrangement, its second pass, the verification of both, and the polls that repair
     /// drift. It is too short for a status message to end.
     static constexpr Seconds kSettlingTime{2.4};
-    /// `kSettlingTime`, or longer while an application does not respond, since each poll waits for that application.
+    /// `kSettlingTime`, or longer while polls are slow: they may take long, or wait for an application that does not
+    /// respond.
     Seconds settlingTime() const;
 
     Scenario();

@@ -3,8 +3,11 @@
 // desktop settles at the end.
 #include "tests/workspace/RandomWalk.h"
 
+#include "layout/AutoArrangeLearning.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <set>
 
@@ -146,7 +149,7 @@ class RandomDay : public RandomWalk {
     /// Windows that are not listed between `interrupt` and `resume` keep their tiles if no other event occurs.
     void expectTilesKept(const std::function<void()>& interrupt, const std::function<void()>& resume) {
         auto& desktop = desk_.desktop;
-        if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() ||
+        if (isInterrupted_ || desk_.isSuspended() || *desk_.state().isPaused || desktop.stalePermission() ||
             desktop.isLoginSessionScreenLocked() || !desktop.isProcessTrusted())
             return;
         desk_.settleFully(); // earlier operations may still move windows
@@ -208,6 +211,7 @@ class RandomDay : public RandomWalk {
         auto& desktop = desk_.desktop;
         using enum SystemActivityEvent;
         const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isSuspended();
+        act(action::Switch{action::Setting::isPaused, false});
         desktop.setTrusted(true);
         desktop.setPermissionStale(false);
         if (isMac()) desktop.setResponseTime(Seconds(0.002));
@@ -249,6 +253,8 @@ class RandomDay : public RandomWalk {
         "drags divider",
         "drags into a tile",
         "drags into a tile",
+        "presses",
+        "theme",
     };
     static constexpr std::array kSystemOperations = {
         "quits",
@@ -281,6 +287,11 @@ class RandomDay : public RandomWalk {
         "drops a rule",
         "restart",
         "Mac disturbance",
+        "bring forward",
+        "pauses",
+        "prefers",
+        "forgets",
+        "repairs",
     };
     const LaunchableApplication mail_ = desk_.desktop.install("Mail", {.startsAfter = Seconds(0.2)});
     const LaunchableApplication notes_ = desk_.desktop.install("Notes", {.opensWhenRunning = true});
@@ -340,6 +351,15 @@ void RandomDay::addSystemOperations() {
              const auto rules = *desk_.state().rules;
              if (!rules.empty()) act(action::DeleteRule{Uuid(rules.front().id)});
          }},
+        {"pauses", [this] { act(action::Switch{action::Setting::isPaused, !*desk_.state().isPaused}); }},
+        {"prefers", toWindow([this](const auto& label) {
+             const auto slot = anyOf<SlotID>({"focus-main", "secondary-1", "secondary-3"});
+             const auto& windows = desk_.controller().liveWindows();
+             const auto window = std::ranges::find(windows, desk_.desktop.windowIDOf(label), &ManagedWindow::id);
+             if (window == windows.end() || chance(3)) return act(action::PreferApplication{slot});
+             act(action::PreferApplication{slot, applicationKey(window->applicationName, window->bundleIdentifier)});
+         })},
+        {"forgets", toWindow([this](const auto& label) { act(action::ForgetApplication{applicationOf(label)}); })},
         {"restart", [this] { desk_.restart(); }},
         {"Mac disturbance", [this] { disturbMac(); }},
     });

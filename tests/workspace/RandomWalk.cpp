@@ -28,6 +28,10 @@ RandomWalk::RandomWalk(std::uint32_t seed) : seed_(seed), random_(seed) {
         {"move", [this] { act(action::Move{anyDirection()}); }},
         {"inset", [this] { act(action::SetTileInset{4 * number(5)}); }},
         {"command", [this] { commandWindow(); }},
+        {"theme", [this] { act(action::SelectTheme{anyOf<const char*>({"kova.native", "jarvis.neon-cyan"})}); }},
+        {"bring forward", [this] { act(action::Switch{action::Setting::bringsNextForward, chance(2)}); }},
+        {"repairs", command(action::RepairPlacements{})},
+        {"presses", toWindow([this](const auto& label) { pressWindow(label); })},
         {"resets divider",
          [this] { withAnyDivider([this](const auto& divider) { act(action::ResetDivider{divider}); }); }},
         {"drags divider", [this] { withAnyDivider([this](const auto& divider) { dragDivider(divider); }); }},
@@ -141,6 +145,8 @@ void RandomWalk::commandWindow() {
                                                  command::Swap{window, direction},
                                                  command::ToggleFloating{window},
                                                  command::Float{window},
+                                                 command::Tile{window},
+                                                 command::FocusWindow{window},
                                                  command::FocusDisplay{DisplayStep::next},
                                                  command::MoveToDisplay{window, DisplayStep::previous}};
     const std::size_t chosen = below(commands.size());
@@ -155,6 +161,13 @@ void RandomWalk::dragDivider(const DisplayLayoutDivider& divider) {
         pauseDrag();
     }
     chance(4) ? act(action::CancelDividerDrag{}) : act(action::EndDividerDrag{divider});
+}
+
+/// Presses the window without dragging it to a tile.
+void RandomWalk::pressWindow(const std::string& label) {
+    if (!desk_.controller().perform(action::PressWindow{desk_.desktop.windowIDOf(label)})) return;
+    pauseDrag();
+    act(action::ReleaseWindow{});
 }
 
 /// Each pause may replace the controller, so no reference to it is kept.

@@ -88,6 +88,7 @@ class RandomWalk {
     void openWindow();
     void openScene();
     void commandWindow();
+    void pressWindow(const std::string& label);
     void dragDivider(const DisplayLayoutDivider& divider);
     void dragWindow(const std::string& label);
 

@@ -52,6 +52,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setStyle(DesktopStyle style);
     VirtualMainQueue& queue() { return queue_; }
     VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
+    const VirtualWorkQueue& pollingQueue() const { return pollingQueue_; }
     SimulatedKeyboard& keyboard() { return keyboard_; }
 
     // Displays. If a change of displays leaves a window on no display, the window is moved onto the first display;

@@ -56,6 +56,7 @@ class VirtualWorkQueue : public WorkQueue {
 
     /// Sets the duration of each job from now on.
     void setJobDuration(Seconds duration) { jobDuration_ = duration; }
+    Seconds jobDuration() const { return jobDuration_; }
     /// Makes the running job last longer by that time, as if it waited for another process.
     void spend(Seconds duration);
     bool isRunningJob() const { return isRunningJob_; }
