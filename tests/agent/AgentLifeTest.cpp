@@ -104,17 +104,6 @@ TEST_F(AgentLife, TheFirstCommandFindsExistingWindows) {
     }
 }
 
-TEST_F(AgentLife, AnAgentStartsAfterAnotherWasKilled) {
-    PrivateServer server("800x600");
-    Session session(server.folder(), server.displayName());
-    session.startAgent();
-    ASSERT_TRUE(session.agentResponds());
-    session.signalAgent(SIGKILL);
-    EXPECT_EQ(session.waitForAgent()->exitCode, 128 + SIGKILL);
-    session.startAgent();
-    EXPECT_TRUE(session.agentResponds());
-}
-
 TEST_F(AgentLife, AKilledAgentHasStoredTheLastValueThatItAcknowledged) {
     PrivateServer server("800x600");
     Session session(server.folder(), server.displayName());

@@ -121,8 +121,7 @@ TEST_P(RealDisplays, DoNotTakeBackAWindowThatTheUserMovedMeanwhile) {
     EXPECT_TRUE(isThere()) << session_.query("tiles").dump(1);
 }
 
-INSTANTIATE_TEST_SUITE_P(With, RealDisplays, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, RealDisplays, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

@@ -88,8 +88,7 @@ TEST_P(Launched, ApplicationsOutliveTheAgent) {
     kill(shell, SIGKILL);
 }
 
-INSTANTIATE_TEST_SUITE_P(With, Launched, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, Launched, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

@@ -134,8 +134,7 @@ TEST_P(RealWindows, MakeRoomForAWindowThatRefusesToShrink) {
     EXPECT_EQ(others, 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(With, RealWindows, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, RealWindows, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

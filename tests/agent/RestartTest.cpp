@@ -12,8 +12,6 @@
 namespace kova::testing {
 namespace {
 
-enum class Manager { openbox, none };
-
 /// Three windows and two tiles, so that one window is minimized; with a window manager another window is stacked.
 class Restart : public ::testing::TestWithParam<Manager> {
   protected:
@@ -186,9 +184,9 @@ TEST_P(Quitting, ShowsWindowsThatABusyWindowManagerHidesLate) {
     EXPECT_TRUE(eventually([&] { return areAllShown(); })) << std::ranges::count(shown(), false) << " are hidden";
 }
 
-INSTANTIATE_TEST_SUITE_P(Managers, Restart, ::testing::Values(Manager::openbox, Manager::none));
-INSTANTIATE_TEST_SUITE_P(Managers, Upgrade, ::testing::Values(Manager::openbox));
-INSTANTIATE_TEST_SUITE_P(Managers, Quitting, ::testing::Values(Manager::openbox));
+INSTANTIATE_TEST_SUITE_P(Managers, Restart, ::testing::Values(Manager::openbox, Manager::none), managerName);
+INSTANTIATE_TEST_SUITE_P(Managers, Upgrade, ::testing::Values(Manager::openbox), managerName);
+INSTANTIATE_TEST_SUITE_P(Managers, Quitting, ::testing::Values(Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

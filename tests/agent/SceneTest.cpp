@@ -145,8 +145,7 @@ TEST_P(Scenes, ScenesAndRulesOutliveTheAgent) {
     EXPECT_TRUE(eventually([&] { return pictureIn(state())["focus-main"] == "Mail"; }));
 }
 
-INSTANTIATE_TEST_SUITE_P(With, Scenes, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, Scenes, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

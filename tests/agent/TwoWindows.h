@@ -32,8 +32,4 @@ class TwoWindows : public ::testing::TestWithParam<Manager> {
     xcb_window_t left_ = 0, right_ = 0;
 };
 
-inline std::string managerName(const ::testing::TestParamInfo<Manager>& chosen) {
-    return chosen.param == Manager::none ? "NoManager" : "Openbox";
-}
-
 } // namespace kova::testing

@@ -200,8 +200,7 @@ TEST_P(Hiding, ByAKilledAgentIsUndoneByTheNextAgent) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(With, Hiding, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, Hiding, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 TEST(WindowManager, MayStartAndEndWhileTheAgentRuns) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";

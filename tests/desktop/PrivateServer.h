@@ -3,12 +3,19 @@
 
 #include "tests/desktop/ChildProcess.h"
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
 namespace kova::testing {
 
 enum class Manager { none, openbox };
+
+/// The name of the parameter in the names of tests.
+inline std::string managerName(const ::testing::TestParamInfo<Manager>& chosen) {
+    return chosen.param == Manager::none ? "NoManager" : "Openbox";
+}
 /// Whether the server reports the processes of its clients. If it does not, several clients in the process of the test
 /// count as different programs.
 enum class ClientProcessNumbers { unreported, reported };

@@ -215,8 +215,7 @@ TEST(DesktopPrograms, AreKnownByTheirNames) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(With, Quitting, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, Quitting, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

@@ -255,8 +255,7 @@ TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(With, Windows, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(With, Windows, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

@@ -429,8 +429,7 @@ TEST_P(Soak, NoWindowIsLostAndMemoryDoesNotGrow) {
     std::cerr << "\n";
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Soak, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(Beside, Soak, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing
