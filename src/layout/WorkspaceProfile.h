@@ -4,6 +4,7 @@
 #include "layout/LayoutTree.h"
 #include "support/Decoded.h"
 #include "support/Identifiers.h"
+#include "support/Limits.h"
 #include "support/Uuid.h"
 
 #include <map>
@@ -28,7 +29,7 @@ struct WorkspaceProfile {
     std::string themeID = "kova.native";
     std::string layoutID = "jarvis.command-center"; // for displays without a selection of their own
     std::map<DisplayID, DisplayLayoutSelection> layoutSelectionsByDisplay;
-    double tileInset = 5; // points on each side between a tile's cell and the window in it
+    double tileInset = kDefaultTileInset; // points on each side between a tile's cell and the window in it
     bool autoArrangeOnLaunch = false;
     std::map<SlotID, std::string> preferredApplications;
     std::map<std::string, CGSize> applicationMinimumSizes;                                    // by application key

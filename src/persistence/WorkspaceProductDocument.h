@@ -5,6 +5,7 @@
 #include "layout/LayoutTree.h"
 #include "support/Dates.h"
 #include "support/Identifiers.h"
+#include "support/Limits.h"
 #include "support/Uuid.h"
 
 #include <cstdint>
@@ -51,7 +52,7 @@ struct WorkspaceScene {
     Date updatedAt{};
     std::string themeID;
     std::string accentColorID;
-    double tileInset = 5; // points
+    double tileInset = kDefaultTileInset; // points
     std::vector<WorkspaceSceneDisplay> displays;
     std::vector<WorkspaceScenePlacement> placements;
     bool operator==(const WorkspaceScene&) const = default;

@@ -3,6 +3,7 @@
 
 namespace kova {
 
+inline constexpr double kDefaultTileInset = 5;   // points
 inline constexpr double kLargestTileInset = 100; // points
 inline constexpr double kFooterHeight = 28;      // points under every tile, for its footer
 

@@ -5,6 +5,7 @@
 #include "layout/AutoArrangeLearning.h"
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
+#include "support/Limits.h"
 #include "windowing/ManagedWindow.h"
 
 #include <map>
@@ -60,7 +61,7 @@ struct ArrangementInput {
     std::vector<ArrangementLeftAloneWindow> leftAlone;
     AutoArrangeLearningModel learning;
     std::map<SlotID, std::string> preferredApplications; // application keys by slot id
-    double tileInset = 5;                                // points
+    double tileInset = kDefaultTileInset;                // points
 };
 
 /// One window in one tile.

@@ -3,6 +3,7 @@
 
 #include "layout/LayoutCatalogue.h"
 #include "persistence/WorkspaceProductDocument.h"
+#include "support/Limits.h"
 #include "windowing/ManagedWindow.h"
 #include "workspace/SceneCapture.h"
 
@@ -22,7 +23,7 @@ struct SceneDifference {
 struct WorkspaceNow {
     std::string themeID;
     std::string accentColorID;
-    double tileInset = 5; // points
+    double tileInset = kDefaultTileInset; // points
     std::vector<WorkspaceSceneDisplay> displays;
     std::vector<CapturedPlacement> placements;
     const std::vector<ManagedWindow>& windows;    // in the order in which they were enumerated

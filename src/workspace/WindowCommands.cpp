@@ -70,8 +70,7 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
 
 WindowCommandInput WindowCommands::windowCommandInput() const {
     const WorkspaceUndoSnapshot* beforeFocusMode = focusMode_.snapshot();
-    WindowCommandInput input{.windows =
-                                 beforeFocusMode ? snapshots_.windowsAsIn(*beforeFocusMode) : liveWindows_.all(),
+    WindowCommandInput input{.windows = beforeFocusMode ? snapshots_.windowsAsIn(*beforeFocusMode) : liveWindows_.all(),
                              .tiles = geometry_.tiles(),
                              .screens = *state_.screens,
                              .assignments = beforeFocusMode ? beforeFocusMode->tiles : assignments_,

@@ -203,15 +203,16 @@ void Scenario::checkWindowsAreInTheirTiles(std::vector<std::string>& violations)
         const CGRect frame = desktop.frameForWindowService(window);
         // A restart moves no window: a window that is not in its tile stays where it is until its tile changes or the
         // user arranges.
-        auto found = framesAtRestart_.find(window.label());
-        for (const auto* tab : desktop.livingWindows()) { // the shown tab has the frame of its group
+        bool isWhereItWasAtRestart = false;
+        for (const auto* tab : desktop.livingWindows()) { // a tab that is shown takes the frame of the tab before it
             const bool isInGroup = window.tabGroup != 0 && tab->tabGroup == window.tabGroup;
-            if (found == framesAtRestart_.end() && isInGroup) found = framesAtRestart_.find(tab->label());
-        }
-        if (found != framesAtRestart_.end()) {
+            const auto found = framesAtRestart_.find(tab->label());
+            if (found == framesAtRestart_.end() || (tab != &window && !isInGroup)) continue;
             if (!found->second.tile) found->second.tile = tile.frameForWindowService;
-            if (found->second.frame == frame && found->second.tile == tile.frameForWindowService) continue;
+            const bool isSame = found->second.frame == frame && found->second.tile == tile.frameForWindowService;
+            isWhereItWasAtRestart = isWhereItWasAtRestart || isSame;
         }
+        if (isWhereItWasAtRestart) continue;
         if (!nearlyEqual(frame, tile.frameForWindowService, kTolerance)) {
             violations.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
         }

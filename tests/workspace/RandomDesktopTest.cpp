@@ -351,7 +351,10 @@ void RandomDay::addSystemOperations() {
              const auto rules = *desk_.state().rules;
              if (!rules.empty()) act(action::DeleteRule{Uuid(rules.front().id)});
          }},
-        {"pauses", [this] { act(action::Switch{action::Setting::isPaused, !*desk_.state().isPaused}); }},
+        {"pauses",
+         [this] {
+             act(action::Switch{action::Setting::isPaused, !*desk_.state().isPaused});
+         }},
         {"prefers", toWindow([this](const auto& label) {
              const auto slot = anyOf<SlotID>({"focus-main", "secondary-1", "secondary-3"});
              const auto& windows = desk_.controller().liveWindows();

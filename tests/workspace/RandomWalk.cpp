@@ -28,8 +28,14 @@ RandomWalk::RandomWalk(std::uint32_t seed) : seed_(seed), random_(seed) {
         {"move", [this] { act(action::Move{anyDirection()}); }},
         {"inset", [this] { act(action::SetTileInset{4 * number(5)}); }},
         {"command", [this] { commandWindow(); }},
-        {"theme", [this] { act(action::SelectTheme{anyOf<const char*>({"kova.native", "jarvis.neon-cyan"})}); }},
-        {"bring forward", [this] { act(action::Switch{action::Setting::bringsNextForward, chance(2)}); }},
+        {"theme",
+         [this] {
+             act(action::SelectTheme{anyOf<const char*>({"kova.native", "jarvis.neon-cyan"})});
+         }},
+        {"bring forward",
+         [this] {
+             act(action::Switch{action::Setting::bringsNextForward, chance(2)});
+         }},
         {"repairs", command(action::RepairPlacements{})},
         {"presses", toWindow([this](const auto& label) { pressWindow(label); })},
         {"resets divider",
